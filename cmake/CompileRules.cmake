@@ -1,0 +1,47 @@
+# One interface target, vormel_rules, carries the language level, the warnings and the Qt rules of every target.
+include_guard(GLOBAL)
+
+set(VORMEL_SANITIZE "" CACHE STRING "Sanitizers to build with, as the compiler names them (address,undefined or thread)")
+option(VORMEL_ASSERTIONS "Check library and Qt assertions also in optimised builds" OFF)
+
+find_program(VORMEL_CCACHE ccache)
+if(VORMEL_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${VORMEL_CCACHE}")
+endif()
+
+add_library(vormel_rules INTERFACE)
+target_compile_features(vormel_rules INTERFACE cxx_std_20)
+target_compile_options(vormel_rules INTERFACE
+    -Wall -Wextra -Wpedantic -Werror
+    -Wold-style-cast -Wcast-qual -Woverloaded-virtual -Wnon-virtual-dtor -Wshadow -Wconversion -Wsign-conversion
+    -Wnull-dereference -Wimplicit-fallthrough
+    -fcoroutines)
+target_compile_definitions(vormel_rules INTERFACE
+    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING
+    QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_STRICT_ITERATORS QT_NO_KEYWORDS QT_NO_FOREACH
+    QT_DISABLE_DEPRECATED_BEFORE=0x060400 QT_MESSAGELOGCONTEXT)
+if(VORMEL_ASSERTIONS)
+    target_compile_definitions(vormel_rules INTERFACE QT_FORCE_ASSERTS _GLIBCXX_ASSERTIONS)
+endif()
+if(VORMEL_SANITIZE)
+    target_compile_options(vormel_rules INTERFACE
+        -fsanitize=${VORMEL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all
+        # The sanitizers hide facts from the optimiser's null analysis, which then warns of what cannot be.
+        -Wno-null-dereference -Wno-maybe-uninitialized)
+    target_link_options(vormel_rules INTERFACE -fsanitize=${VORMEL_SANITIZE})
+endif()
+
+find_program(VORMEL_MOLD mold)
+if(VORMEL_MOLD)
+    target_link_options(vormel_rules INTERFACE -fuse-ld=mold)
+endif()
+
+# vormel_floor(<name> DEPENDS <targets>...) makes the static library vormel_<name> of every source file below the
+# calling folder. A floor names the floors it stands on; the architecture test holds its includes to that.
+function(vormel_floor name)
+    cmake_parse_arguments(FLOOR "" "" "DEPENDS" ${ARGN})
+    file(GLOB_RECURSE sources CONFIGURE_DEPENDS *.cpp *.h *.qrc)
+    add_library(vormel_${name} STATIC ${sources})
+    target_include_directories(vormel_${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
+    target_link_libraries(vormel_${name} PUBLIC vormel_rules ${FLOOR_DEPENDS})
+endfunction()
