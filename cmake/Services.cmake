@@ -16,6 +16,6 @@ math(EXPR VORMEL_KNOWN_FILE_HOST_COUNT "${other_count} + 3")
 list(TRANSFORM VORMEL_OTHER_FILE_HOST_DOMAINS REPLACE "(.+)" "    QLatin1StringView{\"\\1\"}" OUTPUT_VARIABLE lines)
 list(JOIN lines ",\n" VORMEL_OTHER_FILE_HOST_LINES)
 
-configure_file("${CMAKE_SOURCE_DIR}/cmake/Services.h.in" "${CMAKE_BINARY_DIR}/generated/config/Services.h" @ONLY)
+configure_file("${CMAKE_CURRENT_LIST_DIR}/Services.h.in" "${CMAKE_BINARY_DIR}/generated/config/Services.h" @ONLY)
 add_library(vormel_services INTERFACE)
 target_include_directories(vormel_services INTERFACE "${CMAKE_BINARY_DIR}/generated")

@@ -1,0 +1,50 @@
+#include "model/DownloadItem.h"
+
+#include "text/ByteCount.h"
+
+#include <cmath>
+
+namespace vormel {
+
+namespace {
+
+QString firstName(const Link& url)
+{
+    QString name = url.lastPathComponent();
+    return name.isEmpty() ? QStringLiteral("download") : name;
+}
+
+QString hostText(const Link& url)
+{
+    return url.host().isEmpty() ? QStringLiteral("unknown") : url.host().toString();
+}
+
+} // namespace
+
+DownloadItem::DownloadItem(Link originalUrl, ItemId id)
+    : m_id(std::move(id))
+    , m_originalURL(std::move(originalUrl))
+    , m_filename(firstName(m_originalURL))
+    , m_hostName(hostText(m_originalURL))
+{
+}
+
+QString DownloadItem::speedText() const
+{
+    constexpr double firstTooFast = 9.2e18;
+    if (!(m_speedBytesPerSec > 0))
+        return {};
+    return byteCountText(static_cast<qint64>(std::min(m_speedBytesPerSec, firstTooFast))) + QStringLiteral("/s");
+}
+
+QString DownloadItem::sizeText() const
+{
+    return m_totalBytes < 1 ? QString() : byteCountText(m_totalBytes);
+}
+
+bool isNamelessFile(QStringView filename)
+{
+    return filename.isEmpty() || filename == u"download";
+}
+
+} // namespace vormel

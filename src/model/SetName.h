@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QString>
+
+namespace vormel {
+
+/// Is this the name of one member of a multi-part set: name.part03.rar, or name.part1.rev?
+[[nodiscard]] bool isSetMember(const QString& filename);
+
+/// The name that all members of a set share; a name that is no member's comes back as it is.
+[[nodiscard]] QString setBaseName(const QString& filename);
+
+/// Is this a recovery volume?
+[[nodiscard]] inline bool isRevName(QStringView filename)
+{
+    return filename.endsWith(u".rev", Qt::CaseInsensitive);
+}
+
+} // namespace vormel

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "platform/http/CurlTransfer.h"
+
+#include <functional>
+#include <mutex>
+#include <thread>
+#include <unordered_map>
+#include <vector>
+
+namespace vormel {
+
+/// The client's thread: runs the transfers through one multi handle. Its operations may be called on any thread and only
+/// leave a note for it.
+class CurlLoop
+{
+public:
+    explicit CurlLoop(const Clock& clock); ///< the clock must outlive the loop
+    CurlLoop(const CurlLoop&) = delete;
+    CurlLoop& operator=(const CurlLoop&) = delete;
+    /// Ends what is running as cancelled, then the thread.
+    ~CurlLoop();
+
+    void start(std::shared_ptr<CurlTransfer> transfer);
+    void resume(std::shared_ptr<CurlTransfer> transfer);
+    void drop(std::shared_ptr<CurlTransfer> transfer);
+
+private:
+    struct MultiCleanup
+    {
+        void operator()(CURLM* multi) const { curl_multi_cleanup(multi); }
+    };
+
+    void post(std::function<void()> note);
+    void run();
+    [[nodiscard]] bool takeNotes();
+    void begin(CurlTransfer& transfer);
+    void end(CurlTransfer& transfer);
+    void reapFinished();
+    void reapOverdue();
+    void flushOrWait();
+
+    const Clock& m_clock;
+    std::unique_ptr<CURLM, MultiCleanup> m_multi;
+    std::unordered_map<CurlTransfer*, std::shared_ptr<CurlTransfer>> m_running;
+
+    std::mutex m_notesLock;
+    std::vector<std::function<void()>> m_notes;
+    bool m_isStopping = false;
+    std::thread m_thread;
+};
+
+} // namespace vormel

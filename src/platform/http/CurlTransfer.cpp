@@ -1,0 +1,335 @@
+#include "platform/http/CurlTransfer.h"
+
+#include "platform/http/Redirect.h"
+
+#include <cstring>
+
+namespace vormel {
+
+namespace {
+
+constexpr int mostHops = 20;
+/// Heads and trailers together; beyond that a server means harm.
+constexpr qsizetype largestHead = 256 * 1024;
+/// Reading the rest of a small redirect page keeps the connection; a large one is not worth it.
+constexpr qsizetype largestThrownAway = 64 * 1024;
+constexpr long receiveBuffer = 512 * 1024;
+
+HttpError::Kind kindOf(CURLcode code)
+{
+    switch (code) {
+    case CURLE_OPERATION_TIMEDOUT:
+        return HttpError::Kind::TimedOut;
+    case CURLE_COULDNT_RESOLVE_HOST:
+    case CURLE_COULDNT_RESOLVE_PROXY:
+        return HttpError::Kind::CannotFindHost;
+    case CURLE_COULDNT_CONNECT:
+        return HttpError::Kind::CannotConnect;
+    case CURLE_PARTIAL_FILE:
+    case CURLE_GOT_NOTHING:
+    case CURLE_SEND_ERROR:
+    case CURLE_RECV_ERROR:
+    case CURLE_HTTP2:
+    case CURLE_HTTP2_STREAM:
+        return HttpError::Kind::ConnectionLost;
+    case CURLE_PEER_FAILED_VERIFICATION:
+    case CURLE_SSL_ISSUER_ERROR:
+        return HttpError::Kind::CertificateUntrusted;
+    case CURLE_SSL_CONNECT_ERROR:
+    case CURLE_SSL_CERTPROBLEM:
+    case CURLE_SSL_CIPHER:
+        return HttpError::Kind::SecureConnectionFailed;
+    case CURLE_UNSUPPORTED_PROTOCOL:
+    case CURLE_WEIRD_SERVER_REPLY:
+    case CURLE_BAD_CONTENT_ENCODING:
+        return HttpError::Kind::BadServerResponse;
+    case CURLE_URL_MALFORMAT:
+        return HttpError::Kind::UnsupportedUrl;
+    default:
+        return HttpError::Kind::Other;
+    }
+}
+
+bool isFetchable(const QUrl& url)
+{
+    return url.isValid() && !url.host().isEmpty() && (url.scheme() == u"http" || url.scheme() == u"https");
+}
+
+} // namespace
+
+CurlTransfer::CurlTransfer(HttpRequest request, HttpReceiver& receiver, std::shared_ptr<const CurlSettings> settings,
+                           const Clock& clock)
+    : m_request(std::move(request))
+    , m_settings(std::move(settings))
+    , m_clock(clock)
+    , m_receiver(&receiver)
+    , m_startedAt(clock.steadyNow())
+    , m_lastHeardAt(m_startedAt)
+{
+}
+
+void CurlTransfer::silence()
+{
+    const std::lock_guard guard(m_receiverLock);
+    m_receiver = nullptr;
+}
+
+bool CurlTransfer::isSilenced() const
+{
+    const std::lock_guard guard(m_receiverLock);
+    return !m_receiver;
+}
+
+void CurlTransfer::setSuspended(bool suspended)
+{
+    m_lastHeardAt = m_clock.steadyNow();
+    m_isSuspended = suspended;
+}
+
+bool CurlTransfer::prepare()
+{
+    m_response = {};
+    m_response.url = m_request.url;
+    m_stage = Stage::Head;
+    m_headBytes = 0;
+    m_thrownAway = 0;
+    m_lastHeardAt = m_clock.steadyNow();
+    if (!isFetchable(m_request.url)) {
+        finish(HttpError{HttpError::Kind::UnsupportedUrl, 0, m_request.url.toString()});
+        return false;
+    }
+    if (!m_handle)
+        m_handle.reset(curl_easy_init());
+    else
+        curl_easy_reset(m_handle.get());
+    setOptions();
+    setMethod();
+    return true;
+}
+
+void CurlTransfer::setOptions()
+{
+    CURL* const curl = m_handle.get();
+    curl_easy_setopt(curl, CURLOPT_PRIVATE, this);
+    curl_easy_setopt(curl, CURLOPT_URL, m_request.url.toEncoded(QUrl::RemoveFragment).constData());
+    curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "http,https");
+    curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(curl, CURLOPT_FOLLOWLOCATION, 0L);
+    curl_easy_setopt(curl, CURLOPT_BUFFERSIZE, receiveBuffer);
+    curl_easy_setopt(curl, CURLOPT_TCP_KEEPALIVE, 1L);
+    curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, m_errorText.data());
+    curl_easy_setopt(curl, CURLOPT_USERAGENT, m_settings->userAgent.constData());
+    const bool isNewest = m_request.protocol == HttpRequest::Protocol::Newest;
+    curl_easy_setopt(curl, CURLOPT_HTTP_VERSION, isNewest ? CURL_HTTP_VERSION_2TLS : CURL_HTTP_VERSION_1_1);
+    curl_easy_setopt(curl, CURLOPT_HEADERFUNCTION, &CurlTransfer::headerCallback);
+    curl_easy_setopt(curl, CURLOPT_HEADERDATA, this);
+    curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, &CurlTransfer::writeCallback);
+    curl_easy_setopt(curl, CURLOPT_WRITEDATA, this);
+
+    bool acceptsAny = false;
+    {
+        const std::lock_guard guard(m_receiverLock);
+        acceptsAny = m_receiver && m_receiver->acceptsAnyCertificateOf(m_request.url.host().toLower());
+    }
+    curl_easy_setopt(curl, CURLOPT_SSL_VERIFYPEER, acceptsAny ? 0L : 1L);
+    curl_easy_setopt(curl, CURLOPT_SSL_VERIFYHOST, acceptsAny ? 0L : 2L);
+    if (!m_settings->extraCaFile.isEmpty())
+        curl_easy_setopt(curl, CURLOPT_CAINFO, m_settings->extraCaFile.constData());
+
+    m_connectList.reset();
+    for (const QByteArray& entry : m_settings->connectTo)
+        m_connectList.reset(curl_slist_append(m_connectList.release(), entry.constData()));
+    curl_easy_setopt(curl, CURLOPT_CONNECT_TO, m_connectList.get());
+    if (m_request.cookies)
+        m_request.cookies->attachTo(curl);
+}
+
+void CurlTransfer::setMethod()
+{
+    CURL* const curl = m_handle.get();
+    if (m_request.method == "HEAD") {
+        curl_easy_setopt(curl, CURLOPT_NOBODY, 1L);
+    } else if (m_request.method == "POST") {
+        curl_easy_setopt(curl, CURLOPT_POST, 1L);
+        curl_easy_setopt(curl, CURLOPT_POSTFIELDS, m_request.body.constData());
+        curl_easy_setopt(curl, CURLOPT_POSTFIELDSIZE_LARGE, curl_off_t{m_request.body.size()});
+    }
+    m_headerList.reset();
+    for (const HttpHeader& header : m_request.headers) {
+        // The range goes through libcurl's own option, so that it knows of it.
+        if (header.name.compare("Range", Qt::CaseInsensitive) == 0 && header.value.startsWith("bytes="))
+            curl_easy_setopt(curl, CURLOPT_RANGE, header.value.mid(6).constData());
+        else
+            m_headerList.reset(curl_slist_append(m_headerList.release(), (header.name + ": " + header.value).constData()));
+    }
+    curl_easy_setopt(curl, CURLOPT_HTTPHEADER, m_headerList.get());
+}
+
+void CurlTransfer::unpause()
+{
+    curl_easy_pause(m_handle.get(), CURLPAUSE_CONT);
+}
+
+size_t CurlTransfer::headerCallback(char* data, size_t size, size_t count, void* transfer)
+{
+    const QByteArrayView line(data, static_cast<qsizetype>(size * count));
+    return static_cast<CurlTransfer*>(transfer)->takeHeaderLine(line) ? size * count : 0;
+}
+
+size_t CurlTransfer::writeCallback(char* data, size_t size, size_t count, void* transfer)
+{
+    return static_cast<CurlTransfer*>(transfer)->takeBody({data, static_cast<qsizetype>(size * count)});
+}
+
+bool CurlTransfer::takeHeaderLine(QByteArrayView line)
+{
+    m_lastHeardAt = m_clock.steadyNow();
+    m_headBytes += line.size();
+    if (m_headBytes > largestHead) {
+        refuse(HttpError::Kind::BadServerResponse, QStringLiteral("endless headers"));
+        return false;
+    }
+    // Behind the head only trailers come this way; nothing here wants them.
+    if (m_stage != Stage::Head)
+        return true;
+    const QByteArrayView text = line.trimmed();
+    if (text.isEmpty())
+        return headEnded();
+    if (text.startsWith("HTTP/")) {
+        m_response.headers.clear();
+        return true;
+    }
+    const qsizetype colon = text.indexOf(':');
+    if (colon > 0)
+        m_response.headers.push_back({text.first(colon).trimmed().toByteArray(), text.sliced(colon + 1).trimmed().toByteArray()});
+    return true;
+}
+
+bool CurlTransfer::headEnded()
+{
+    long status = 0;
+    curl_easy_getinfo(m_handle.get(), CURLINFO_RESPONSE_CODE, &status);
+    m_response.statusCode = static_cast<int>(status);
+    if (status >= 100 && status < 200)
+        return true;
+
+    const std::optional<QUrl> target = redirectTarget(m_response);
+    const std::lock_guard guard(m_receiverLock);
+    if (!m_receiver)
+        return false;
+    if (target && m_receiver->redirected(m_response, *target) == HttpReceiver::RedirectVerdict::Follow) {
+        m_stage = Stage::Redirect;
+        m_target = *target;
+        return true;
+    }
+    if (m_receiver->responseReceived(m_response) == HttpReceiver::HeadVerdict::Cancel) {
+        refuse(HttpError::Kind::Cancelled, {});
+        return false;
+    }
+    m_stage = Stage::Body;
+    return true;
+}
+
+size_t CurlTransfer::takeBody(QByteArrayView bytes)
+{
+    const auto taken = static_cast<size_t>(bytes.size());
+    if (m_stage == Stage::Redirect) {
+        m_thrownAway += bytes.size();
+        return m_thrownAway > largestThrownAway ? 0 : taken;
+    }
+    if (m_stage != Stage::Body)
+        return 0;
+    if (m_isSuspended)
+        return CURL_WRITEFUNC_PAUSE;
+    m_lastHeardAt = m_clock.steadyNow();
+    return gather(bytes) ? taken : 0;
+}
+
+bool CurlTransfer::gather(QByteArrayView bytes)
+{
+    if (!m_block)
+        m_block = std::make_unique_for_overwrite<char[]>(CurlSettings::largestBlock);
+    const qsizetype blockSize = m_settings->blockSize;
+    while (!bytes.isEmpty()) {
+        if (m_gathered == 0)
+            m_gatheredSince = m_lastHeardAt;
+        const qsizetype count = std::min(bytes.size(), std::max<qsizetype>(blockSize - m_gathered, 1));
+        std::memcpy(m_block.get() + m_gathered, bytes.data(), static_cast<size_t>(count));
+        m_gathered += count;
+        bytes = bytes.sliced(count);
+        if (m_gathered >= blockSize)
+            flush();
+        if (m_stage != Stage::Body)
+            return false;
+    }
+    return true;
+}
+
+void CurlTransfer::flush()
+{
+    if (m_gathered == 0 || m_stage != Stage::Body)
+        return;
+    const QByteArrayView block(m_block.get(), m_gathered);
+    m_gathered = 0;
+    const std::lock_guard guard(m_receiverLock);
+    if (!m_receiver)
+        return;
+    switch (m_receiver->dataReceived(block)) {
+    case HttpReceiver::DataVerdict::Continue:
+        break;
+    case HttpReceiver::DataVerdict::Suspend:
+        setSuspended(true);
+        break;
+    case HttpReceiver::DataVerdict::Cancel:
+        refuse(HttpError::Kind::Cancelled, {});
+        break;
+    }
+}
+
+bool CurlTransfer::isOverdue(SteadyTime now) const
+{
+    return (!m_isSuspended && now - m_lastHeardAt.load() >= m_request.idleTimeout) || now - m_startedAt >= m_request.totalTimeout;
+}
+
+void CurlTransfer::refuse(HttpError::Kind kind, const QString& details)
+{
+    m_stage = Stage::Refused;
+    m_refusal = HttpError{kind, 0, details};
+}
+
+void CurlTransfer::finish(const std::optional<HttpError>& error)
+{
+    const std::lock_guard guard(m_receiverLock);
+    if (m_receiver)
+        std::exchange(m_receiver, nullptr)->completed(error);
+}
+
+HttpError CurlTransfer::errorFor(CURLcode code) const
+{
+    const QString own = QString::fromUtf8(m_errorText.data());
+    return {kindOf(code), code, own.isEmpty() ? QString::fromUtf8(curl_easy_strerror(code)) : own};
+}
+
+bool CurlTransfer::hopEnded(CURLcode code)
+{
+    flush();
+    if (m_stage == Stage::Redirect) {
+        if (++m_hops > mostHops) {
+            finish(HttpError{HttpError::Kind::TooManyRedirects, 0, m_target.toString()});
+            return false;
+        }
+        m_request = requestForHop(std::move(m_request), m_response, m_target);
+        return true;
+    }
+    if (m_refusal)
+        finish(m_refusal);
+    else if (code != CURLE_OK)
+        finish(errorFor(code));
+    else if (m_stage == Stage::Head)
+        finish(HttpError{HttpError::Kind::ConnectionLost, 0, QStringLiteral("the head of the answer was cut")});
+    else
+        finish(std::nullopt);
+    return false;
+}
+
+} // namespace vormel

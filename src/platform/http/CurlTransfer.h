@@ -1,0 +1,124 @@
+#pragma once
+
+#include "platform/clock/Clock.h"
+#include "platform/http/CookieStore.h"
+#include "platform/http/HttpClient.h"
+
+#include <curl/curl.h>
+
+#include <array>
+#include <atomic>
+#include <mutex>
+
+namespace vormel {
+
+/// What every transfer of one client has in common. Constant once the client stands, except the block size.
+struct CurlSettings
+{
+    static constexpr qsizetype largestBlock = 256 * 1024;
+
+    QByteArray userAgent;
+    QByteArray extraCaFile;
+    std::vector<QByteArray> connectTo;
+    std::atomic<qsizetype> blockSize{largestBlock};
+};
+
+/// One request with all its hops, as the client's thread sees it. libcurl points into it, so it never moves. Everything
+/// without a word on threads belongs to the client's thread.
+class CurlTransfer
+{
+public:
+    CurlTransfer(HttpRequest request, HttpReceiver& receiver, std::shared_ptr<const CurlSettings> settings,
+                 const Clock& clock);
+    CurlTransfer(const CurlTransfer&) = delete;
+    CurlTransfer& operator=(const CurlTransfer&) = delete;
+    ~CurlTransfer() = default;
+
+    /// After this returns, the receiver is not called again. Any thread.
+    void silence();
+    [[nodiscard]] bool isSilenced() const;
+
+    /// Any thread; what libcurl has to be told of it is the loop's business.
+    void setSuspended(bool suspended);
+    [[nodiscard]] bool isSuspended() const { return m_isSuspended; }
+
+    /// Sets the handle up for the next hop. False if its address cannot be fetched; the transfer is over then.
+    [[nodiscard]] bool prepare();
+    [[nodiscard]] CURL* handle() const { return m_handle.get(); }
+
+    /// Lets go of a pause inside libcurl; what it held back comes at once.
+    void unpause();
+
+    [[nodiscard]] bool hasGathered() const { return m_gathered > 0 && !m_isSuspended; }
+    [[nodiscard]] SteadyTime gatheredSince() const { return m_gatheredSince; }
+    void flush();
+
+    /// Has the server been silent for too long, or has the whole taken too long?
+    [[nodiscard]] bool isOverdue(SteadyTime now) const;
+
+    /// Tells the receiver the end, once.
+    void finish(const std::optional<HttpError>& error);
+    /// Takes libcurl's end of one hop. True if another hop follows and prepare() is due.
+    [[nodiscard]] bool hopEnded(CURLcode code);
+
+private:
+    struct HandleCleanup
+    {
+        void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
+    };
+    struct ListCleanup
+    {
+        void operator()(curl_slist* list) const { curl_slist_free_all(list); }
+    };
+    using StringList = std::unique_ptr<curl_slist, ListCleanup>;
+
+    /// Where the answer of this hop stands.
+    enum class Stage
+    {
+        Head,     ///< lines of the head are coming in
+        Redirect, ///< the head said to go elsewhere; the body is thrown away
+        Body,     ///< the head was accepted
+        Refused,  ///< we want no more of it
+    };
+
+    static size_t headerCallback(char* data, size_t size, size_t count, void* transfer);
+    static size_t writeCallback(char* data, size_t size, size_t count, void* transfer);
+
+    void setOptions();
+    void setMethod();
+    [[nodiscard]] bool takeHeaderLine(QByteArrayView line);
+    [[nodiscard]] bool headEnded();
+    [[nodiscard]] size_t takeBody(QByteArrayView bytes);
+    [[nodiscard]] bool gather(QByteArrayView bytes);
+    [[nodiscard]] HttpError errorFor(CURLcode code) const;
+    void refuse(HttpError::Kind kind, const QString& details);
+
+    HttpRequest m_request;
+    std::shared_ptr<const CurlSettings> m_settings;
+    const Clock& m_clock;
+
+    mutable std::mutex m_receiverLock;
+    HttpReceiver* m_receiver;
+    std::atomic<bool> m_isSuspended{false};
+
+    std::array<char, CURL_ERROR_SIZE> m_errorText{};
+    std::unique_ptr<CURL, HandleCleanup> m_handle;
+    StringList m_headerList;
+    StringList m_connectList;
+
+    HttpResponse m_response;
+    Stage m_stage = Stage::Head;
+    qsizetype m_headBytes = 0;
+    qsizetype m_thrownAway = 0;
+    int m_hops = 0;
+    QUrl m_target;
+    std::optional<HttpError> m_refusal;
+
+    std::unique_ptr<char[]> m_block;
+    qsizetype m_gathered = 0;
+    SteadyTime m_gatheredSince;
+    SteadyTime m_startedAt;
+    std::atomic<SteadyTime> m_lastHeardAt;
+};
+
+} // namespace vormel

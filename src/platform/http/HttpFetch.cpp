@@ -1,0 +1,81 @@
+#include "platform/http/HttpFetch.h"
+
+#include <QObject>
+
+namespace vormel {
+
+namespace {
+
+/// Collects one page on the client's thread and carries it home to the thread that asked, where it also ends its own life.
+class Fetch final : public QObject, public HttpReceiver
+{
+public:
+    explicit Fetch(FetchOptions options)
+        : m_options(std::move(options))
+        , m_source(FetchResult{HttpError{HttpError::Kind::Cancelled, 0, {}}, {}, {}, false, {}})
+    {
+    }
+
+    Eventual<FetchResult> start(HttpClient& client, HttpRequest request)
+    {
+        m_task = client.makeTask(std::move(request), *this);
+        m_task->resume();
+        return m_source.eventual();
+    }
+
+    RedirectVerdict redirected(const HttpResponse& response, const QUrl& target) override
+    {
+        if (m_options.followsRedirect && !m_options.followsRedirect(response, target))
+            return RedirectVerdict::Refuse;
+        m_result.redirects.push_back(target);
+        return RedirectVerdict::Follow;
+    }
+
+    HeadVerdict responseReceived(const HttpResponse& response) override
+    {
+        m_result.response = response;
+        if (!m_options.wantsBody || m_options.wantsBody(response))
+            return HeadVerdict::Allow;
+        m_result.isBodyCut = true;
+        return HeadVerdict::Cancel;
+    }
+
+    DataVerdict dataReceived(QByteArrayView block) override
+    {
+        const qint64 room = m_options.largestBody - m_result.body.size();
+        m_result.body.append(block.first(std::min<qint64>(room, block.size())));
+        m_result.isBodyCut = block.size() > room;
+        return m_result.isBodyCut ? DataVerdict::Cancel : DataVerdict::Continue;
+    }
+
+    void completed(const std::optional<HttpError>& error) override
+    {
+        if (!m_result.isBodyCut)
+            m_result.error = error;
+        QMetaObject::invokeMethod(this, [this] { deliver(); }, Qt::QueuedConnection);
+    }
+
+private:
+    void deliver()
+    {
+        m_task.reset();
+        deleteLater();
+        m_source.deliver(std::move(m_result));
+    }
+
+    FetchOptions m_options;
+    EventualSource<FetchResult> m_source;
+    FetchResult m_result;
+    std::unique_ptr<HttpTask> m_task;
+};
+
+} // namespace
+
+Eventual<FetchResult> fetch(HttpClient& client, HttpRequest request, FetchOptions options)
+{
+    // Owns itself until its result is delivered; the client always tells an end.
+    auto* const running = new Fetch(std::move(options));
+    return running->start(client, std::move(request));
+}
+
+} // namespace vormel

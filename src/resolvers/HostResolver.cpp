@@ -1,0 +1,14 @@
+#include "resolvers/HostResolver.h"
+
+namespace vormel {
+
+QCoro::Task<std::optional<QString>> HostResolver::fetchFilename(Link url, HostAccount account) const
+{
+    ResolvedDownload found = co_await resolveDownload(std::move(url), std::move(account));
+    QString name = found.url.lastPathComponent();
+    if (name.contains(u'.'))
+        co_return std::optional<QString>(std::move(name));
+    co_return std::move(found.filename);
+}
+
+} // namespace vormel

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "model/HostAccount.h"
+#include "text/Link.h"
+
+#include <QCoroTask>
+
+#include <optional>
+
+namespace vormel {
+
+/// What a premium host's file page leads to.
+struct ResolvedDownload
+{
+    Link url;
+    std::optional<QString> filename;
+};
+
+/// Turns file pages of one premium host into download addresses. Stateless. To be called on the UI thread, where the
+/// results come back too; every operation may throw ResolverError.
+class HostResolver
+{
+public:
+    HostResolver() = default;
+    HostResolver(const HostResolver&) = delete;
+    HostResolver& operator=(const HostResolver&) = delete;
+    virtual ~HostResolver() = default;
+
+    [[nodiscard]] virtual SupportedHost supportedHost() const = 0;
+    [[nodiscard]] virtual QCoro::Task<ResolvedDownload> resolveDownload(Link url, HostAccount account) const = 0;
+
+    /// The file's name: the last path component of the download address if that has a full stop, else the name that came
+    /// with it.
+    [[nodiscard]] virtual QCoro::Task<std::optional<QString>> fetchFilename(Link url, HostAccount account) const;
+};
+
+} // namespace vormel

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "model/HostAccount.h"
+
+#include <QString>
+
+#include <exception>
+
+namespace vormel {
+
+/// Why a file page gave no download address. Thrown by host resolvers; the description is the user's message, in English
+/// whatever the language.
+class ResolverError : public std::exception
+{
+public:
+    enum class Kind
+    {
+        noAccountConfigured,
+        loginRequired,
+        networkError,
+        authenticationFailed,
+        linkNotFound,
+        unsupportedHost,
+    };
+
+    [[nodiscard]] static ResolverError noAccountConfigured(const QString& hostDisplayName);
+    [[nodiscard]] static ResolverError loginRequired(SupportedHost host);
+    [[nodiscard]] static ResolverError networkError(const QString& description);
+    [[nodiscard]] static ResolverError authenticationFailed();
+    [[nodiscard]] static ResolverError linkNotFound();
+    [[nodiscard]] static ResolverError unsupportedHost();
+
+    [[nodiscard]] Kind kind() const { return m_kind; }
+    /// The host that wants a login; only for loginRequired.
+    [[nodiscard]] SupportedHost host() const { return m_host; }
+    [[nodiscard]] const QString& errorDescription() const { return m_description; }
+    [[nodiscard]] const char* what() const noexcept override { return m_what.constData(); }
+
+private:
+    ResolverError(Kind kind, const QString& description, SupportedHost host = SupportedHost::filestore);
+
+    Kind m_kind;
+    SupportedHost m_host;
+    QString m_description;
+    QByteArray m_what;
+};
+
+/// Why a container gave no links. As ResolverError.
+class ContainerError : public std::exception
+{
+public:
+    enum class Kind
+    {
+        networkError,
+        noLinksFound,
+        wrongPassword,
+        captchaRequired,
+    };
+
+    [[nodiscard]] static ContainerError networkError(const QString& description);
+    [[nodiscard]] static ContainerError noLinksFound();
+    [[nodiscard]] static ContainerError wrongPassword();
+    [[nodiscard]] static ContainerError captchaRequired();
+
+    [[nodiscard]] Kind kind() const { return m_kind; }
+    [[nodiscard]] const QString& errorDescription() const { return m_description; }
+    [[nodiscard]] const char* what() const noexcept override { return m_what.constData(); }
+
+private:
+    ContainerError(Kind kind, const QString& description);
+
+    Kind m_kind;
+    QString m_description;
+    QByteArray m_what;
+};
+
+} // namespace vormel

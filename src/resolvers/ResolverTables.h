@@ -1,0 +1,28 @@
+#pragma once
+
+#include "resolvers/ContainerResolver.h"
+#include "resolvers/HostResolver.h"
+
+#include <memory>
+#include <vector>
+
+namespace vormel {
+
+/// The services that the program knows, in the order in which they are asked. Built once.
+class ResolverTables
+{
+public:
+    ResolverTables() = default;
+    ResolverTables(std::vector<std::unique_ptr<HostResolver>> hosts, std::vector<std::unique_ptr<ContainerResolver>> containers);
+
+    /// The first container service that claims the link; null if none does.
+    [[nodiscard]] const ContainerResolver* containerResolverForURL(const Link& url) const;
+    /// The premium host that the link belongs to; null for a direct link.
+    [[nodiscard]] const HostResolver* hostResolverForURL(const Link& url) const;
+
+private:
+    std::vector<std::unique_ptr<HostResolver>> m_hosts;
+    std::vector<std::unique_ptr<ContainerResolver>> m_containers;
+};
+
+} // namespace vormel

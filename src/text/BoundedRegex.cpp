@@ -1,0 +1,47 @@
+#include "text/BoundedRegex.h"
+
+namespace vormel {
+
+namespace {
+
+BoundedRegex::Outcome outcomeOf(const QRegularExpressionMatch& match)
+{
+    if (match.hasMatch())
+        return BoundedRegex::Outcome::Match;
+    return match.isValid() ? BoundedRegex::Outcome::None : BoundedRegex::Outcome::Error;
+}
+
+} // namespace
+
+BoundedRegex::BoundedRegex(const QString& pattern, QRegularExpression::PatternOptions options)
+    : m_fast(pattern, options)
+    // The compiled machine code has a small fixed stack and fails on long texts that do match; the interpreter has not.
+    , m_careful(QStringLiteral("(*NO_JIT)(*LIMIT_MATCH=10000000)(*LIMIT_HEAP=65536)") + pattern, options)
+{
+    Q_ASSERT(m_fast.isValid());
+    Q_ASSERT(m_careful.isValid());
+}
+
+BoundedRegex::Result BoundedRegex::search(const QString& text) const
+{
+    Result result;
+    result.match = m_fast.match(text);
+    result.outcome = outcomeOf(result.match);
+    if (result.outcome == Outcome::Error) {
+        result.match = m_careful.match(text);
+        result.outcome = outcomeOf(result.match);
+    }
+    return result;
+}
+
+QString BoundedRegex::removedFrom(const QString& text) const
+{
+    const Result found = search(text);
+    if (!found)
+        return text;
+    QString rest = text;
+    rest.remove(found.match.capturedStart(), found.match.capturedLength());
+    return rest;
+}
+
+} // namespace vormel

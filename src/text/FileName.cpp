@@ -1,0 +1,76 @@
+#include "text/FileName.h"
+
+namespace vormel {
+
+namespace {
+
+/// File systems allow 255 bytes; this leaves room for ".download" and for " (12345)".
+constexpr qsizetype longestNameBytes = 235;
+constexpr qsizetype longestKeptExtension = 20;
+
+qsizetype extensionDot(QStringView name)
+{
+    const qsizetype dot = name.lastIndexOf(u'.');
+    return dot > 0 && dot + 1 < name.size() ? dot : -1;
+}
+
+bool isHarmful(QChar c)
+{
+    return c == u'/' || c.unicode() < 0x20 || c.unicode() == 0x7f || c.category() == QChar::Other_Control;
+}
+
+QString cutToBytes(QString text, qsizetype bytes)
+{
+    while (text.toUtf8().size() > bytes)
+        text.chop(text.size() > 1 && text.back().isLowSurrogate() ? 2 : 1);
+    return text;
+}
+
+QString shortened(const QString& name)
+{
+    if (name.toUtf8().size() <= longestNameBytes)
+        return name;
+    QString extension = pathExtension(name);
+    if (extension.size() > longestKeptExtension)
+        extension.clear();
+    const QString tail = extension.isEmpty() ? QString() : u'.' + extension;
+    const QString stem = name.chopped(tail.size());
+    return cutToBytes(stem, longestNameBytes - tail.toUtf8().size()) + tail;
+}
+
+} // namespace
+
+QString pathExtension(QStringView name)
+{
+    const qsizetype dot = extensionDot(name);
+    return dot < 0 ? QString() : name.mid(dot + 1).toString();
+}
+
+QString withoutPathExtension(QStringView name)
+{
+    const qsizetype dot = extensionDot(name);
+    return (dot < 0 ? name : name.left(dot)).toString();
+}
+
+QString lastComponent(QStringView path)
+{
+    while (path.endsWith(u'/'))
+        path.chop(1);
+    return path.mid(path.lastIndexOf(u'/') + 1).toString();
+}
+
+QString safeFileName(const QString& name)
+{
+    QString safe = name;
+    for (QChar& c : safe) {
+        if (isHarmful(c))
+            c = u'_';
+    }
+    // Lone halves of a surrogate pair have no UTF-8 form, so the name on disk would not be the name asked for.
+    safe = QString::fromUtf8(safe.toUtf8());
+    if (safe.isEmpty() || safe == u"." || safe == u"..")
+        return QStringLiteral("_");
+    return shortened(safe);
+}
+
+} // namespace vormel

@@ -1,0 +1,173 @@
+#include "text/Link.h"
+
+#include "text/PercentCoding.h"
+
+#include <algorithm>
+
+namespace vormel {
+
+namespace {
+
+constexpr qsizetype longestLink = 65536;
+
+bool isAsciiLetter(QChar c)
+{
+    return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
+}
+
+bool isAsciiDigit(QChar c)
+{
+    return c >= u'0' && c <= u'9';
+}
+
+/// May the character stand as it is behind the host? Brackets are not quite legal there, but common and harmless.
+bool isAddressCharacter(QChar c)
+{
+    static constexpr QStringView punctuation = u"-._~!$&'()*+,;=:@/?#[]%";
+    return isAsciiLetter(c) || isAsciiDigit(c) || punctuation.contains(c);
+}
+
+bool isSchemeText(QStringView text)
+{
+    if (text.isEmpty() || !isAsciiLetter(text.front()))
+        return false;
+    return std::all_of(text.begin(), text.end(), [](QChar c) {
+        return isAsciiLetter(c) || isAsciiDigit(c) || c == u'+' || c == u'-' || c == u'.';
+    });
+}
+
+bool isPlainHost(QStringView host)
+{
+    return std::all_of(host.begin(), host.end(), [](QChar c) {
+        return isAsciiLetter(c) || isAsciiDigit(c) || c == u'-' || c == u'.' || c == u'_';
+    });
+}
+
+qsizetype firstOf(QStringView text, QStringView characters, qsizetype from)
+{
+    for (qsizetype i = from; i < text.size(); ++i) {
+        if (characters.contains(text[i]))
+            return i;
+    }
+    return text.size();
+}
+
+QString encodedBehind(QStringView text, qsizetype authorityEnd)
+{
+    QString result = text.left(authorityEnd).toString();
+    result.reserve(text.size() + 16);
+    for (qsizetype i = authorityEnd; i < text.size(); ++i) {
+        if (isAddressCharacter(text[i])) {
+            result += text[i];
+            continue;
+        }
+        const qsizetype length = text[i].isHighSurrogate() && i + 1 < text.size() ? 2 : 1;
+        const QByteArray encoded = text.mid(i, length).toUtf8().toPercentEncoding();
+        result += QLatin1StringView{encoded};
+        i += length - 1;
+    }
+    return result;
+}
+
+bool isUsablePort(QStringView port)
+{
+    bool isNumber = port.isEmpty();
+    const uint value = isNumber ? 0 : port.toUInt(&isNumber);
+    return isNumber && value <= 65535;
+}
+
+} // namespace
+
+std::optional<Link> Link::parse(QStringView text)
+{
+    text = text.trimmed();
+    const qsizetype colon = text.indexOf(u':');
+    if (colon < 1 || text.size() > longestLink || !isSchemeText(text.left(colon)))
+        return std::nullopt;
+    const bool hasAuthority = text.mid(colon + 1).startsWith(u"//");
+    const qsizetype authorityEnd = hasAuthority ? firstOf(text, u"/?#", colon + 3) : colon + 1;
+    std::optional<Link> link = split(encodedBehind(text, authorityEnd));
+    // A host beyond plain letters and digits is left to the judgement of the library that will look it up.
+    if (link && !isPlainHost(link->host()) && !link->toUrl().isValid())
+        return std::nullopt;
+    return link;
+}
+
+std::optional<Link> Link::split(QString text)
+{
+    Link link;
+    link.m_text = std::move(text);
+    const QStringView view{link.m_text};
+    const qsizetype colon = view.indexOf(u':');
+    link.m_schemeLength = static_cast<qint32>(colon);
+    qsizetype at = colon + 1;
+    if (view.mid(at).startsWith(u"//")) {
+        at += 2;
+        const qsizetype end = firstOf(view, u"/?#", at);
+        const qsizetype user = view.mid(at, end - at).lastIndexOf(u'@');
+        qsizetype start = at + user + 1;
+        const QStringView hostAndPort = view.mid(start, end - start);
+        const bool isBracketed = hostAndPort.startsWith(u'[');
+        const qsizetype bracket = isBracketed ? hostAndPort.indexOf(u']') : 0;
+        if (isBracketed && bracket < 0)
+            return std::nullopt;
+        const qsizetype portColon = hostAndPort.indexOf(u':', bracket);
+        if (portColon >= 0 && !isUsablePort(hostAndPort.mid(portColon + 1)))
+            return std::nullopt;
+        qsizetype length = portColon < 0 ? hostAndPort.size() : portColon;
+        if (isBracketed) {
+            ++start;
+            length = bracket - 1;
+        }
+        link.m_host = {static_cast<qint32>(start), static_cast<qint32>(length)};
+        at = end;
+    }
+    const qsizetype pathEnd = firstOf(view, u"?#", at);
+    link.m_path = {static_cast<qint32>(at), static_cast<qint32>(pathEnd - at)};
+    return link;
+}
+
+QString Link::scheme() const
+{
+    return QStringView{m_text}.left(m_schemeLength).toString().toLower();
+}
+
+bool Link::isHttp() const
+{
+    const QStringView scheme = QStringView{m_text}.left(m_schemeLength);
+    return scheme.compare(u"http", Qt::CaseInsensitive) == 0 || scheme.compare(u"https", Qt::CaseInsensitive) == 0;
+}
+
+QStringView Link::host() const
+{
+    return piece(m_host);
+}
+
+QStringView Link::encodedPath() const
+{
+    return piece(m_path);
+}
+
+Link Link::withEncodedPath(QStringView path) const
+{
+    const QStringView view{m_text};
+    const QStringView tail = view.mid(m_path.start + m_path.length);
+    return split(view.left(m_path.start).toString() + path.toString() + tail.toString()).value_or(*this);
+}
+
+QString Link::lastPathComponent() const
+{
+    const QString path = percentDecoded(encodedPath()).value_or(encodedPath().toString());
+    qsizetype end = path.size();
+    while (end > 0 && path[end - 1] == u'/')
+        --end;
+    const qsizetype slash = end == 0 ? -1 : path.lastIndexOf(u'/', end - 1);
+    return path.mid(slash + 1, end - slash - 1);
+}
+
+QUrl Link::toUrl() const
+{
+    return QUrl(m_text, QUrl::TolerantMode);
+}
+
+} // namespace vormel
