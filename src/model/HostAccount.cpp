@@ -2,6 +2,8 @@
 
 #include "config/Services.h"
 
+#include <algorithm>
+
 namespace vormel {
 
 QString rawValue(SupportedHost host)
@@ -21,6 +23,14 @@ std::optional<SupportedHost> supportedHostFromRawValue(QStringView value)
     if (value == terabytezHostKey)
         return SupportedHost::terabytez;
     return std::nullopt;
+}
+
+const HostAccount* firstEnabledAccount(const std::vector<HostAccount>& accounts, SupportedHost host)
+{
+    const auto found = std::find_if(accounts.begin(), accounts.end(), [host](const HostAccount& account) {
+        return account.host == host && account.isEnabled;
+    });
+    return found == accounts.end() ? nullptr : &*found;
 }
 
 } // namespace vormel

@@ -4,6 +4,7 @@
 #include <QUuid>
 
 #include <optional>
+#include <vector>
 
 namespace vormel {
 
@@ -28,5 +29,8 @@ struct HostAccount
 
     friend bool operator==(const HostAccount&, const HostAccount&) = default;
 };
+
+/// The account that the host's links are resolved with: its first enabled one. Null without one; points into the list.
+[[nodiscard]] const HostAccount* firstEnabledAccount(const std::vector<HostAccount>& accounts, SupportedHost host);
 
 } // namespace vormel

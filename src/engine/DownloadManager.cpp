@@ -1,0 +1,245 @@
+#include "engine/DownloadManager.h"
+
+#include "engine/completion/RevRule.h"
+#include "model/DownloadPaths.h"
+#include "model/SetName.h"
+#include "platform/async/Spawn.h"
+#include "platform/storage/FileWriter.h"
+#include "resolvers/ResolverError.h"
+
+namespace vormel {
+
+DownloadManager::DownloadManager(const Platform& platform, const Collaborators& collaborators)
+    : m_resolvers(collaborators.resolvers)
+    , m_platform(platform)
+    , m_settings(platform.defaults, platform.folders.downloads)
+    , m_table(*this)
+    , m_queueFile(platform.folders.applicationSupport + QStringLiteral("/download_queue.json"), platform.fileWriter)
+    , m_session(platform.http, platform.clock, *this)
+    , m_completion(m_table, m_settings, platform.clock, collaborators.postDownload, collaborators.recovery, *this)
+    , m_starter({m_table, m_settings, platform.clock, m_resolvers, m_session, m_completion, collaborators.postDownload,
+                 collaborators.recovery, *this})
+    , m_prefetch(m_table, m_settings, m_resolvers, *this)
+    , m_intake({m_table, m_settings, m_resolvers, m_completion, collaborators.postDownload, *this})
+    , m_commands(m_table, m_session, m_starter, m_completion, *this)
+{
+    applySpeedLimit();
+    restoreQueue();
+    prefetchFilenames();
+    connect(&m_settings, &AppSettings::changed, this, &DownloadManager::changed);
+    connect(&m_settings, &AppSettings::downloadRevFilesSet, this, [this] { processQueue(); });
+    connect(&m_settings, &AppSettings::maxDownloadSpeedSet, this, [this] { applySpeedLimit(); });
+}
+
+DownloadManager::~DownloadManager() = default;
+
+void DownloadManager::setAccounts(std::vector<HostAccount> accounts)
+{
+    m_accounts = std::move(accounts);
+    Q_EMIT changed();
+}
+
+void DownloadManager::restoreQueue()
+{
+    m_table.append(m_queueFile.restore(DownloadPaths(m_settings.downloadFolderPath.value())));
+}
+
+void DownloadManager::saveQueue()
+{
+    m_queueFile.save(m_table);
+}
+
+void DownloadManager::shutDown()
+{
+    m_session.closeFiles();
+    saveQueue();
+    m_platform.fileWriter.flush();
+}
+
+void DownloadManager::applySpeedLimit()
+{
+    constexpr qint64 unit = 1024;
+    const qint64 cap = m_settings.maxDownloadSpeedKBps.value();
+    m_session.setLimit(cap < std::numeric_limits<qint64>::max() / unit ? cap * unit : 0);
+}
+
+void DownloadManager::addURLs(const std::vector<Link>& urls, const std::optional<QString>& containerPassword)
+{
+    m_intake.addURLs(urls, containerPassword);
+}
+
+void DownloadManager::addDirectURLs(const std::vector<Link>& urls)
+{
+    m_intake.addDirectURLs(urls);
+}
+
+void DownloadManager::processQueue()
+{
+    const qint64 limit = m_settings.maxConcurrentDownloads.value();
+    for (const ItemPtr& item : chooseStarts(m_table, limit, m_startsUnderWay.size(), *this)) {
+        m_startsUnderWay.insert(item->id());
+        later([this, item] { startNow(item); });
+    }
+}
+
+void DownloadManager::startNow(const ItemPtr& item)
+{
+    m_startsUnderWay.remove(item->id());
+    // A command may have come between the pass and this turn; its slot then goes to another item.
+    if (m_table.find(item->id()) == item && item->status() == DownloadStatus::queued)
+        spawn(m_starter.startDownload(item));
+    else
+        processQueue();
+}
+
+void DownloadManager::prefetchFilenames()
+{
+    m_prefetch.prefetchFilenames();
+}
+
+void DownloadManager::dropDuplicates(const QSet<ItemId>& ids)
+{
+    m_table.remove(ids);
+    saveQueue();
+}
+
+void DownloadManager::later(std::function<void()> action)
+{
+    QMetaObject::invokeMethod(this, std::move(action), Qt::QueuedConnection);
+}
+
+void DownloadManager::tableGrew(qsizetype first, qsizetype count)
+{
+    Q_EMIT itemsInserted(first, count);
+}
+
+void DownloadManager::tableShrank(const QSet<ItemId>& ids)
+{
+    m_queueFile.noteRemoval(ids);
+    Q_EMIT itemsRemoved(ids);
+}
+
+void DownloadManager::tableItemChanged(DownloadItem& item, ItemField field)
+{
+    m_queueFile.noteChange(item.id(), field);
+    Q_EMIT itemChanged(item.id(), field);
+}
+
+bool DownloadManager::isHeldBack(const DownloadItem& item) const
+{
+    if (m_startsUnderWay.contains(item.id()) || itemsAwaitingLogin.contains(item.id()))
+        return true;
+    return m_session.isWriting(DownloadPaths(m_settings.downloadFolderPath.value()).partFile(item.filename()));
+}
+
+bool DownloadManager::mayFetchRev(const DownloadItem& item) const
+{
+    return revAllowlist.contains(item.id()) || (m_settings.downloadRevFiles.value() && shouldDownloadRev(item, m_table));
+}
+
+bool DownloadManager::isRevHeldBack(const DownloadItem& item) const
+{
+    return isRevName(item.filename()) && !mayFetchRev(item);
+}
+
+void DownloadManager::transferAnswered(const ItemId& id, const HeadFacts& facts)
+{
+    const ItemPtr item = m_table.find(id);
+    if (facts.isRestart) {
+        item->setBytesReceived(0);
+        item->setProgress(0);
+    }
+    if (facts.total >= 1)
+        item->setTotalBytes(facts.total);
+    if (facts.name && item->bytesReceived() == 0 && *facts.name != item->filename()) {
+        item->setFilename(*facts.name);
+        // The part file follows, so that a pause or a restart finds it under the new name.
+        const DownloadPaths paths(m_settings.downloadFolderPath.value());
+        m_session.rename(id, paths.partFile(*facts.name), paths.finalFile(*facts.name));
+    }
+    // Size and name are what a start after a kill needs to know to go on from the part file.
+    saveQueue();
+}
+
+void DownloadManager::transferTicked(const ItemId& id, qint64 bytes, double bytesPerSecond)
+{
+    const ItemPtr item = m_table.find(id);
+    item->setBytesReceived(item->bytesReceived() + bytes);
+    if (item->totalBytes() >= 1) {
+        const double fraction = static_cast<double>(item->bytesReceived()) / static_cast<double>(item->totalBytes());
+        item->setProgress(std::min(fraction, 1.0));
+    }
+    item->setSpeedBytesPerSec(bytesPerSecond);
+    m_totalSpeedBytesPerSec = m_table.totalSpeed();
+    m_completion.noteProgress(id);
+    Q_EMIT totalSpeedChanged();
+}
+
+void DownloadManager::transferEnded(const ItemId& id, TransferEnd end)
+{
+    m_completion.finishTransfer(*m_table.find(id), end);
+}
+
+void DownloadManager::awaitLogin(const ItemId& id, SupportedHost host)
+{
+    itemsAwaitingLogin.insert(id);
+    if (m_pendingLogin)
+        return;
+    m_pendingLogin = host;
+    Q_EMIT changed();
+}
+
+void DownloadManager::loginSucceeded()
+{
+    m_pendingLogin.reset();
+    itemsAwaitingLogin.clear();
+    Q_EMIT changed();
+    processQueue();
+}
+
+void DownloadManager::cancelLogin()
+{
+    m_pendingLogin.reset();
+    for (const ItemId& id : std::exchange(itemsAwaitingLogin, {})) {
+        if (const ItemPtr item = m_table.find(id))
+            item->setStatus(DownloadStatus::failure(ResolverError::authenticationFailed().errorDescription()));
+    }
+    Q_EMIT changed();
+}
+
+void DownloadManager::setPendingCaptcha(std::optional<PendingCaptcha> question)
+{
+    m_pendingCaptcha = std::move(question);
+    Q_EMIT changed();
+}
+
+void DownloadManager::addCaptchaLinks(const std::vector<Link>& urls)
+{
+    if (m_pendingCaptcha)
+        m_intake.addCaptchaLinks(*m_pendingCaptcha, urls);
+}
+
+void DownloadManager::cancelCaptcha()
+{
+    if (m_pendingCaptcha)
+        m_intake.cancelCaptcha(*m_pendingCaptcha);
+}
+
+void DownloadManager::setPendingHostSelection(std::optional<PendingHostSelection> question)
+{
+    m_pendingHostSelection = std::move(question);
+    Q_EMIT changed();
+}
+
+void DownloadManager::confirmHostSelection(const std::vector<Link>& urls)
+{
+    setPendingHostSelection(std::nullopt);
+    addDirectURLs(urls);
+}
+
+void DownloadManager::cancelHostSelection()
+{
+    setPendingHostSelection(std::nullopt);
+}
+
+} // namespace vormel

@@ -1,0 +1,209 @@
+#include "engine/completion/TransferCompletion.h"
+
+#include "archive/PostDownload.h"
+#include "engine/completion/FinalFile.h"
+#include "engine/transfer/TransferTexts.h"
+#include "model/AppSettings.h"
+#include "model/DownloadPaths.h"
+#include "model/SetName.h"
+#include "text/BoundedRegex.h"
+#include "text/FileName.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace vormel {
+
+namespace {
+
+qint64 sizeOnDisk(const QString& path)
+{
+    const QFileInfo info(path);
+    return info.exists() ? info.size() : 0;
+}
+
+bool isFirstVolume(const QString& filename)
+{
+    static const BoundedRegex pattern(QStringLiteral(R"(\.part0*1\.rar$)"), QRegularExpression::CaseInsensitiveOption);
+    return static_cast<bool>(pattern.search(filename));
+}
+
+bool isFailure(TransferEnd::Reason reason)
+{
+    return reason == TransferEnd::Reason::NetworkError || reason == TransferEnd::Reason::ErrorAnswer
+        || reason == TransferEnd::Reason::ForeignRange || reason == TransferEnd::Reason::SourceChanged;
+}
+
+} // namespace
+
+TransferCompletion::TransferCompletion(ItemTable& table, const AppSettings& settings, Clock& clock, PostDownload& postDownload,
+                                       FailureRecovery& recovery, Queue& queue)
+    : m_table(table)
+    , m_settings(settings)
+    , m_clock(clock)
+    , m_postDownload(postDownload)
+    , m_recovery(recovery)
+    , m_queue(queue)
+{
+}
+
+void TransferCompletion::finishTransfer(DownloadItem& item, const TransferEnd& end)
+{
+    if (end.reason == TransferEnd::Reason::WebPage)
+        return webPageCame(item, end);
+    if (isFailure(end.reason))
+        return transferFailed(item, end);
+    if (!end.partPath || !end.finalPath)
+        return fail(item, QStringLiteral("Internal error: missing path"));
+    const qint64 size = sizeOnDisk(*end.partPath);
+    const bool isShort = item.totalBytes() >= 1 && size < item.totalBytes();
+    if (isShort || end.reason == TransferEnd::Reason::NotWritten)
+        return fileIsShort(item, end, size);
+    fileIsComplete(item, end);
+}
+
+void TransferCompletion::forget(const QSet<ItemId>& ids)
+{
+    for (const ItemId& id : ids) {
+        m_retries.restore(id);
+        m_nextTries.erase(id);
+    }
+}
+
+void TransferCompletion::fail(DownloadItem& item, const QString& message)
+{
+    item.setSpeedBytesPerSec(0);
+    item.setStatus(DownloadStatus::failure(message));
+    m_queue.processQueue();
+}
+
+void TransferCompletion::webPageCame(DownloadItem& item, const TransferEnd& end)
+{
+    // A page is of no use as a partial file: a later try starts from nothing.
+    if (end.partPath)
+        QFile::remove(*end.partPath);
+    fail(item, webPageText(end.page, m_settings.language.value()));
+}
+
+bool TransferCompletion::retryLater(DownloadItem& item)
+{
+    const std::optional<std::chrono::seconds> delay = m_retries.spend(item.id());
+    if (!delay)
+        return false;
+    item.setStatus(DownloadStatus::queued);
+    m_nextTries.insert_or_assign(item.id(), m_clock.after(*delay, [this] { m_queue.processQueue(); }));
+    return true;
+}
+
+void TransferCompletion::transferFailed(DownloadItem& item, const TransferEnd& end)
+{
+    item.setSpeedBytesPerSec(0);
+    if (retryLater(item))
+        return;
+    m_retries.restore(item.id());
+    const qint64 size = end.partPath ? sizeOnDisk(*end.partPath) : 0;
+    const bool isShort = end.reason == TransferEnd::Reason::ErrorAnswer && item.totalBytes() >= 1 && size < item.totalBytes();
+    const QString message = isShort ? incompleteText(size, item.totalBytes()) : endText(end, m_settings.language.value());
+    item.setStatus(DownloadStatus::failure(message));
+    m_recovery.startRecoveryCountdown(item, recoveryCountdownSeconds);
+    m_recovery.scheduleRecoveryCheck(item);
+    m_queue.processQueue();
+}
+
+void TransferCompletion::fileIsShort(DownloadItem& item, const TransferEnd& end, qint64 size)
+{
+    const bool isTotalKnown = item.totalBytes() >= 1;
+    item.setBytesReceived(size);
+    item.setProgress(isTotalKnown ? static_cast<double>(size) / static_cast<double>(item.totalBytes()) : 0);
+    item.setSpeedBytesPerSec(0);
+    if (!retryLater(item)) {
+        m_retries.restore(item.id());
+        const bool isShort = isTotalKnown && size < item.totalBytes();
+        const QString message = isShort ? incompleteText(size, item.totalBytes()) : endText(end, m_settings.language.value());
+        item.setStatus(DownloadStatus::failure(message));
+    }
+    m_queue.processQueue();
+}
+
+QString TransferCompletion::destinationFor(DownloadItem& item, const TransferEnd& end)
+{
+    const std::optional<QString>& suggested = end.suggestedName;
+    if (!suggested || *suggested == lastComponent(*end.finalPath))
+        return *end.finalPath;
+    const DownloadPaths paths(m_settings.downloadFolderPath.value());
+    QDir().mkpath(paths.groupFolder(*suggested));
+    item.setFilename(*suggested);
+    return paths.finalFile(*suggested);
+}
+
+void TransferCompletion::fileIsComplete(DownloadItem& item, const TransferEnd& end)
+{
+    MoveResult moved = moveToFinalPlace(*end.partPath, destinationFor(item, end));
+    if (moved.systemError != 0)
+        return fail(item, fileErrorText(moved.systemError, m_settings.language.value()));
+    const bool isRev = isRevName(moved.path);
+    if (isRev)
+        moved.path = broughtToItsArchive(moved.path);
+    item.setLocalPath(moved.path);
+    item.setProgress(1.0);
+    item.setStatus(DownloadStatus::completed);
+    item.setSpeedBytesPerSec(0);
+    m_retries.restore(item.id());
+    m_queue.processQueue();
+    m_queue.saveQueue();
+    m_recovery.scheduleRecoveryCheck(item);
+    startExtraction(item);
+}
+
+QString TransferCompletion::broughtToItsArchive(const QString& path) const
+{
+    const QString name = lastComponent(path);
+    const QString base = setBaseName(name);
+    for (const ItemPtr& other : m_table.items()) {
+        if (!other->localPath())
+            continue;
+        const QString partner = lastComponent(*other->localPath());
+        if (pathExtension(partner).toLower() != u"rar" || setBaseName(partner) != base)
+            continue;
+        const QString folder = QFileInfo(*other->localPath()).path();
+        if (folder == QFileInfo(path).path())
+            break;
+        const QString target = folder + u'/' + name;
+        QDir().mkpath(folder);
+        QFile::remove(target);
+        return QFile::rename(path, target) ? target : path;
+    }
+    return path;
+}
+
+void TransferCompletion::startExtraction(const DownloadItem& item)
+{
+    if (!m_settings.autoExtract.value())
+        return;
+    m_postDownload.autoExtractAfterDownload(item.id());
+    if (!isRevName(*item.localPath()))
+        return;
+    // A recovery volume that has arrived starts its archive again.
+    const QFileInfo arrived(*item.localPath());
+    const QString base = setBaseName(arrived.fileName());
+    for (const ItemPtr& other : m_table.items()) {
+        const QFileInfo info(other->localPath().value_or(QString()));
+        if (isFirstVolume(info.fileName()) && info.path() == arrived.path() && setBaseName(info.fileName()) == base)
+            return m_postDownload.autoExtractAfterDownload(other->id());
+    }
+}
+
+void TransferCompletion::completeWithFile(DownloadItem& item, const QString& path)
+{
+    item.setLocalPath(path);
+    item.setProgress(1.0);
+    item.setStatus(DownloadStatus::completed);
+    const QFileInfo info(path);
+    if (info.exists()) {
+        item.setTotalBytes(info.size());
+        item.setBytesReceived(info.size());
+    }
+}
+
+} // namespace vormel

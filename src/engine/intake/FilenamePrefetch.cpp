@@ -1,0 +1,118 @@
+#include "engine/intake/FilenamePrefetch.h"
+
+#include "model/AppSettings.h"
+#include "model/SetName.h"
+#include "platform/async/Spawn.h"
+#include "resolvers/ResolverError.h"
+#include "resolvers/ResolverTables.h"
+
+namespace vormel {
+
+namespace {
+
+constexpr int mostLookUps = 5;
+
+bool isWaiting(const DownloadItem& item)
+{
+    return item.status() == DownloadStatus::queued || item.status() == DownloadStatus::paused;
+}
+
+/// What the link itself says, without what trails behind the last letter or digit.
+QString nameFromLink(const Link& url)
+{
+    QString name = url.lastPathComponent();
+    while (!name.isEmpty() && !name.back().isLetterOrNumber())
+        name.chop(1);
+    return name;
+}
+
+} // namespace
+
+FilenamePrefetch::FilenamePrefetch(const ItemTable& table, const AppSettings& settings, const ResolverTables& resolvers,
+                                   Queue& queue)
+    : m_table(table)
+    , m_settings(settings)
+    , m_resolvers(resolvers)
+    , m_queue(queue)
+{
+}
+
+void FilenamePrefetch::prefetchFilenames()
+{
+    auto run = std::make_shared<Run>();
+    for (const ItemPtr& item : m_table.items()) {
+        if (isWaiting(*item) && !item->resolvedURL())
+            run->candidates.push_back(item->id());
+    }
+    if (run->candidates.empty())
+        return;
+    if (m_prefetchTask)
+        m_prefetchTask->isCancelled = true;
+    m_prefetchTask = run;
+    m_queue.later([this, run] { advance(run); });
+}
+
+void FilenamePrefetch::advance(const std::shared_ptr<Run>& run)
+{
+    while (!run->isCancelled && run->next < run->candidates.size() && run->inFlight < mostLookUps) {
+        const ItemPtr item = m_table.find(run->candidates[run->next++]);
+        const HostAccount* const account = item ? accountFor(*item) : nullptr;
+        if (!account)
+            continue;
+        ++run->inFlight;
+        spawn(lookUp(run, item, *account));
+    }
+    const bool hasMore = !run->isCancelled && run->next < run->candidates.size();
+    if (run->inFlight == 0 && !hasMore && !std::exchange(run->isOver, true))
+        removeDuplicateNames();
+}
+
+const HostAccount* FilenamePrefetch::accountFor(const DownloadItem& item) const
+{
+    const Link& url = item.originalURL();
+    // Names of this service come from its web session alone.
+    if (!isWaiting(item) || url.host().contains(u"terabytez.", Qt::CaseInsensitive))
+        return nullptr;
+    if (!m_settings.downloadRevFiles.value() && isRevName(url.lastPathComponent()))
+        return nullptr;
+    const HostResolver* const resolver = m_resolvers.hostResolverForURL(url);
+    return resolver ? firstEnabledAccount(m_queue.accounts(), resolver->supportedHost()) : nullptr;
+}
+
+QCoro::Task<> FilenamePrefetch::lookUp(std::shared_ptr<Run> run, ItemPtr item, HostAccount account)
+{
+    const Lifetime::Watch lifetime = m_lifetime.watch();
+    std::optional<QString> name;
+    try {
+        name = co_await m_resolvers.hostResolverForURL(item->originalURL())->fetchFilename(item->originalURL(), account);
+    } catch (const ResolverError& error) {
+        if (error.kind() == ResolverError::Kind::linkNotFound)
+            name = nameFromLink(item->originalURL());
+    } catch (const std::exception&) {
+        // No name is no harm; the download itself will tell what is wrong.
+    }
+    if (lifetime.isOver())
+        co_return;
+    if (name && !name->isEmpty() && isWaiting(*item))
+        item->setFilename(*name);
+    --run->inFlight;
+    m_queue.later([this, run] { advance(run); });
+}
+
+void FilenamePrefetch::removeDuplicateNames()
+{
+    QSet<QString> seen;
+    QSet<ItemId> duplicates;
+    for (const ItemPtr& item : m_table.items()) {
+        if (!isWaiting(*item))
+            continue;
+        const qsizetype known = seen.size();
+        seen.insert(item->filename().toLower());
+        if (seen.size() == known)
+            duplicates.insert(item->id());
+    }
+    if (!duplicates.isEmpty())
+        m_queue.dropDuplicates(duplicates);
+}
+
+} // namespace vormel

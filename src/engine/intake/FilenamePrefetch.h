@@ -1,0 +1,64 @@
+#pragma once
+
+#include "engine/queue/ItemTable.h"
+#include "model/HostAccount.h"
+#include "platform/async/Lifetime.h"
+
+#include <QCoroTask>
+
+#include <functional>
+
+namespace vormel {
+
+class AppSettings;
+class ResolverTables;
+
+/// Looks up the real names of files before they are fetched, at most five at a time, and then drops items that turned out
+/// to be the same file. A new run ends the one before. UI thread only.
+class FilenamePrefetch
+{
+public:
+    class Queue
+    {
+    public:
+        [[nodiscard]] virtual const std::vector<HostAccount>& accounts() const = 0;
+        virtual void dropDuplicates(const QSet<ItemId>& ids) = 0;
+        /// Runs the action in a later turn of the event loop.
+        virtual void later(std::function<void()> action) = 0;
+
+    protected:
+        ~Queue() = default;
+    };
+
+    /// All must outlive this.
+    FilenamePrefetch(const ItemTable& table, const AppSettings& settings, const ResolverTables& resolvers, Queue& queue);
+
+    void prefetchFilenames();
+
+    /// Of queued and paused items with the same name, in any letter case, only the first stays.
+    void removeDuplicateNames();
+
+private:
+    struct Run
+    {
+        std::vector<ItemId> candidates;
+        std::size_t next = 0;
+        int inFlight = 0;
+        bool isCancelled = false;
+        bool isOver = false;
+    };
+
+    void advance(const std::shared_ptr<Run>& run);
+    /// The account to ask for the item's name, if it is to be asked for.
+    [[nodiscard]] const HostAccount* accountFor(const DownloadItem& item) const;
+    QCoro::Task<> lookUp(std::shared_ptr<Run> run, ItemPtr item, HostAccount account);
+
+    const ItemTable& m_table;
+    const AppSettings& m_settings;
+    const ResolverTables& m_resolvers;
+    Queue& m_queue;
+    std::shared_ptr<Run> m_prefetchTask;
+    Lifetime m_lifetime;
+};
+
+} // namespace vormel

@@ -1,0 +1,175 @@
+#include "engine/intake/LinkIntake.h"
+
+#include "archive/PostDownload.h"
+#include "engine/completion/TransferCompletion.h"
+#include "model/AppSettings.h"
+#include "model/DownloadPaths.h"
+#include "model/HostGroups.h"
+#include "model/NormalizeURL.h"
+#include "platform/async/Spawn.h"
+#include "resolvers/ResolverError.h"
+#include "resolvers/ResolverTables.h"
+
+#include <QFileInfo>
+
+namespace vormel {
+
+namespace {
+
+QString duplicateKey(const Link& url)
+{
+    return url.absoluteString().toLower();
+}
+
+QString placeholderLabel(const Link& url)
+{
+    const QString host = url.host().isEmpty() ? QStringLiteral("Container") : url.host().toString();
+    return host + QStringLiteral(": ") + url.lastPathComponent();
+}
+
+QString captchaLabel(const Link& url)
+{
+    return QStringLiteral("CAPTCHA: ") + (url.host().isEmpty() ? url.lastPathComponent() : url.host().toString());
+}
+
+} // namespace
+
+LinkIntake::LinkIntake(const Ports& ports)
+    : m_ports(ports)
+{
+}
+
+std::vector<Link> LinkIntake::filterNewURLs(const std::vector<Link>& urls) const
+{
+    QSet<QString> known;
+    known.reserve(static_cast<qsizetype>(m_ports.table.items().size() + urls.size()));
+    for (const ItemPtr& item : m_ports.table.items())
+        known.insert(duplicateKey(normalizeURL(item->originalURL())));
+    std::vector<Link> fresh;
+    for (const Link& url : urls) {
+        Link normalised = normalizeURL(url);
+        const qsizetype before = known.size();
+        known.insert(duplicateKey(normalised));
+        if (known.size() > before)
+            fresh.push_back(std::move(normalised));
+    }
+    return fresh;
+}
+
+void LinkIntake::addURLs(const std::vector<Link>& urls, const std::optional<QString>& containerPassword)
+{
+    std::vector<Link> direct;
+    std::vector<Link> containers;
+    for (Link& url : filterNewURLs(urls))
+        (m_ports.resolvers.containerResolverForURL(url) ? containers : direct).push_back(std::move(url));
+    addItems(direct);
+    for (const Link& url : containers)
+        m_ports.queue.later([this, url, containerPassword] { spawn(expandContainer(url, containerPassword)); });
+    settle();
+}
+
+void LinkIntake::addDirectURLs(const std::vector<Link>& urls)
+{
+    addItems(filterNewURLs(urls));
+    settle();
+}
+
+void LinkIntake::addItems(const std::vector<Link>& urls)
+{
+    std::vector<ItemPtr> items;
+    items.reserve(urls.size());
+    for (const Link& url : urls) {
+        items.push_back(std::make_shared<DownloadItem>(url, ItemId::make()));
+        if (!m_ports.settings.autoStartDownloads.value())
+            items.back()->setStatus(DownloadStatus::paused);
+    }
+    m_ports.table.append(items);
+    for (const ItemPtr& item : items)
+        markCompletedIfPresent(*item);
+}
+
+void LinkIntake::settle()
+{
+    m_ports.queue.processQueue();
+    m_ports.queue.prefetchFilenames();
+    m_ports.queue.saveQueue();
+}
+
+void LinkIntake::markCompletedIfPresent(DownloadItem& item)
+{
+    const DownloadStatus::Kind status = item.status().kind();
+    if (status != DownloadStatus::queued && status != DownloadStatus::paused && status != DownloadStatus::stopped)
+        return;
+    if (isNamelessFile(item.filename()))
+        return;
+    const QString path = DownloadPaths(m_ports.settings.downloadFolderPath.value()).finalFile(item.filename());
+    if (!QFileInfo::exists(path))
+        return;
+    m_ports.completion.completeWithFile(item, path);
+    if (m_ports.settings.autoExtract.value())
+        m_ports.queue.later([this, id = item.id()] { m_ports.postDownload.autoExtractAfterDownload(id); });
+}
+
+QCoro::Task<> LinkIntake::expandContainer(Link url, std::optional<QString> password)
+{
+    auto placeholder = std::make_shared<DownloadItem>(url, ItemId::make());
+    placeholder->setStatus(DownloadStatus::expanding);
+    placeholder->setFilename(placeholderLabel(url));
+    m_ports.table.append({placeholder});
+    const ContainerResolver* const resolver = m_ports.resolvers.containerResolverForURL(url);
+    if (!resolver) {
+        placeholder->setStatus(DownloadStatus::failure(QStringLiteral("No resolver found")));
+        co_return;
+    }
+    const Lifetime::Watch lifetime = m_lifetime.watch();
+    std::optional<std::vector<Link>> links;
+    QString failure;
+    bool wantsCaptcha = false;
+    try {
+        links = co_await resolver->resolveContainer(url, password);
+    } catch (const ContainerError& error) {
+        wantsCaptcha = error.kind() == ContainerError::Kind::captchaRequired;
+        failure = error.errorDescription();
+    } catch (const std::exception& error) {
+        failure = QString::fromUtf8(error.what());
+    }
+    // The user may have removed the row meanwhile, and with it the wish for its links.
+    if (lifetime.isOver() || !m_ports.table.find(placeholder->id()))
+        co_return;
+    if (links) {
+        containerOpened(placeholder, *links);
+    } else if (wantsCaptcha) {
+        placeholder->setStatus(DownloadStatus::expanding);
+        placeholder->setFilename(captchaLabel(url));
+        m_ports.queue.setPendingCaptcha(PendingCaptcha{placeholder->id(), url, password});
+    } else {
+        placeholder->setStatus(DownloadStatus::failure(failure));
+    }
+}
+
+void LinkIntake::containerOpened(const ItemPtr& placeholder, const std::vector<Link>& urls)
+{
+    m_ports.table.remove({placeholder->id()});
+    std::vector<PendingHostSelection::HostGroup> groups = groupURLsByHost(urls);
+    if (groups.size() < 2)
+        addDirectURLs(urls);
+    else
+        m_ports.queue.setPendingHostSelection(PendingHostSelection{std::move(groups), urls});
+}
+
+void LinkIntake::addCaptchaLinks(PendingCaptcha answered, const std::vector<Link>& urls)
+{
+    m_ports.table.remove({answered.placeholderID});
+    addItems(filterNewURLs(urls));
+    m_ports.queue.setPendingCaptcha(std::nullopt);
+    settle();
+}
+
+void LinkIntake::cancelCaptcha(PendingCaptcha question)
+{
+    if (const ItemPtr placeholder = m_ports.table.find(question.placeholderID))
+        placeholder->setStatus(DownloadStatus::failure(QStringLiteral("CAPTCHA cancelled")));
+    m_ports.queue.setPendingCaptcha(std::nullopt);
+}
+
+} // namespace vormel

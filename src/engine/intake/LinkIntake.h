@@ -1,0 +1,73 @@
+#pragma once
+
+#include "engine/queue/ItemTable.h"
+#include "model/PendingQuestions.h"
+#include "platform/async/Lifetime.h"
+
+#include <QCoroTask>
+
+#include <functional>
+
+namespace vormel {
+
+class AppSettings;
+class PostDownload;
+class ResolverTables;
+class TransferCompletion;
+
+/// The one way into the queue: pasted and dropped links, the links of containers, and those that the user picked from
+/// them. Duplicates are refused in silence. UI thread only.
+class LinkIntake
+{
+public:
+    class Queue
+    {
+    public:
+        virtual void processQueue() = 0;
+        virtual void prefetchFilenames() = 0;
+        virtual void saveQueue() = 0;
+        virtual void setPendingCaptcha(std::optional<PendingCaptcha> question) = 0;
+        virtual void setPendingHostSelection(std::optional<PendingHostSelection> question) = 0;
+        /// Runs the action in a later turn of the event loop.
+        virtual void later(std::function<void()> action) = 0;
+
+    protected:
+        ~Queue() = default;
+    };
+
+    struct Ports
+    {
+        ItemTable& table;
+        const AppSettings& settings;
+        const ResolverTables& resolvers;
+        TransferCompletion& completion;
+        PostDownload& postDownload;
+        Queue& queue;
+    };
+
+    /// All ports must outlive this.
+    explicit LinkIntake(const Ports& ports);
+
+    /// Adds files as items and opens containers, with the password if there is one.
+    void addURLs(const std::vector<Link>& urls, const std::optional<QString>& containerPassword);
+    /// Adds all links as files, even a container's.
+    void addDirectURLs(const std::vector<Link>& urls);
+    /// Puts the links in the place of the container that waits for its CAPTCHA.
+    void addCaptchaLinks(PendingCaptcha answered, const std::vector<Link>& urls);
+    void cancelCaptcha(PendingCaptcha question);
+
+    /// Normalised, without those that the queue has already and without repetitions, in any letter case.
+    [[nodiscard]] std::vector<Link> filterNewURLs(const std::vector<Link>& urls) const;
+
+private:
+    void addItems(const std::vector<Link>& urls);
+    void settle();
+    void markCompletedIfPresent(DownloadItem& item);
+    QCoro::Task<> expandContainer(Link url, std::optional<QString> password);
+    void containerOpened(const ItemPtr& placeholder, const std::vector<Link>& urls);
+
+    Ports m_ports;
+    Lifetime m_lifetime;
+};
+
+} // namespace vormel

@@ -1,0 +1,119 @@
+#include "engine/queue/ItemTable.h"
+
+#include "model/SetName.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace vormel {
+
+namespace {
+
+qint64 slotsHeld(DownloadStatus::Kind status)
+{
+    return status == DownloadStatus::resolving || status == DownloadStatus::downloading ? 1 : 0;
+}
+
+} // namespace
+
+ItemTable::~ItemTable()
+{
+    for (const ItemPtr& item : m_items)
+        item->setWatcher(nullptr);
+}
+
+ItemPtr ItemTable::find(const ItemId& id) const
+{
+    const auto found = m_positions.find(id);
+    return found == m_positions.end() ? nullptr : m_items[found->second];
+}
+
+double ItemTable::totalSpeed() const
+{
+    return std::accumulate(m_speeds.begin(), m_speeds.end(), 0.0);
+}
+
+ItemTable::Row ItemTable::rowOf(const DownloadItem& item)
+{
+    return {item.status().kind(), isRevName(item.filename())};
+}
+
+void ItemTable::append(std::vector<ItemPtr> items)
+{
+    if (items.empty())
+        return;
+    const std::size_t first = m_items.size();
+    m_items.reserve(first + items.size());
+    m_rows.reserve(first + items.size());
+    m_positions.reserve(first + items.size());
+    for (ItemPtr& item : items) {
+        m_positions.emplace(item->id(), m_items.size());
+        m_rows.push_back(rowOf(*item));
+        observeItem(item);
+        m_items.push_back(std::move(item));
+    }
+    m_listener.tableGrew(static_cast<qsizetype>(first), static_cast<qsizetype>(m_items.size() - first));
+}
+
+void ItemTable::remove(const QSet<ItemId>& ids)
+{
+    QSet<ItemId> gone;
+    for (const ItemId& id : ids) {
+        if (const ItemPtr item = find(id)) {
+            removeItemObserver(item);
+            gone.insert(id);
+        }
+    }
+    if (gone.isEmpty())
+        return;
+    const auto isGone = [&gone](const ItemPtr& item) { return gone.contains(item->id()); };
+    const auto firstGone = std::find_if(m_items.begin(), m_items.end(), isGone);
+    const auto start = static_cast<std::size_t>(firstGone - m_items.begin());
+    std::erase_if(m_items, isGone);
+    for (const ItemId& id : gone)
+        m_positions.erase(id);
+    m_rows.resize(m_items.size());
+    for (std::size_t i = start; i < m_items.size(); ++i) {
+        m_rows[i] = rowOf(*m_items[i]);
+        m_positions[m_items[i]->id()] = i;
+    }
+    m_listener.tableShrank(gone);
+}
+
+void ItemTable::observeItem(const ItemPtr& item)
+{
+    item->setWatcher(this);
+    m_activeCount += slotsHeld(item->status().kind());
+    if (item->speedBytesPerSec() != 0)
+        m_speeds.insert(item->id(), item->speedBytesPerSec());
+}
+
+void ItemTable::removeItemObserver(const ItemPtr& item)
+{
+    item->setWatcher(nullptr);
+    m_activeCount -= slotsHeld(item->status().kind());
+    m_speeds.remove(item->id());
+}
+
+void ItemTable::updateRow(const DownloadItem& item)
+{
+    Row& row = m_rows[m_positions.at(item.id())];
+    const Row now = rowOf(item);
+    m_activeCount += slotsHeld(now.status) - slotsHeld(row.status);
+    row = now;
+}
+
+void ItemTable::itemChanged(DownloadItem& item, ItemField field)
+{
+    if (field == ItemField::Status || field == ItemField::Filename)
+        updateRow(item);
+    if (field == ItemField::Speed) {
+        if (item.speedBytesPerSec() == 0)
+            m_speeds.remove(item.id());
+        else
+            m_speeds.insert(item.id(), item.speedBytesPerSec());
+    }
+    m_listener.tableItemChanged(item, field);
+}
+
+} // namespace vormel

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "model/DownloadItem.h"
+
+#include <QHash>
+#include <QSet>
+
+#include <span>
+#include <unordered_map>
+#include <vector>
+
+namespace vormel {
+
+/// The items of the queue in display order, which is also the scheduling order, with the indexes that keep every look-up
+/// and every scheduler pass cheap. Watches each item from the moment it is added until it is removed. UI thread only.
+class ItemTable final : private ItemWatcher
+{
+public:
+    class Listener
+    {
+    public:
+        virtual void tableGrew(qsizetype first, qsizetype count) = 0;
+        virtual void tableShrank(const QSet<ItemId>& ids) = 0;
+        virtual void tableItemChanged(DownloadItem& item, ItemField field) = 0;
+
+    protected:
+        ~Listener() = default;
+    };
+
+    /// What a scheduler pass needs of an item, side by side in memory.
+    struct Row
+    {
+        DownloadStatus::Kind status;
+        bool isRev;
+    };
+
+    /// The listener must outlive the table.
+    explicit ItemTable(Listener& listener)
+        : m_listener(listener)
+    {
+    }
+    ItemTable(const ItemTable&) = delete;
+    ItemTable& operator=(const ItemTable&) = delete;
+    ~ItemTable();
+
+    [[nodiscard]] const std::vector<ItemPtr>& items() const { return m_items; }
+    [[nodiscard]] std::span<const Row> rows() const { return m_rows; }
+    /// Null for an id that is not in the queue.
+    [[nodiscard]] ItemPtr find(const ItemId& id) const;
+
+    void append(std::vector<ItemPtr> items);
+    /// Ids that are not there are ignored. Each item falls silent before the listener hears of it.
+    void remove(const QSet<ItemId>& ids);
+
+    /// How many items hold a slot: those that are resolving or downloading.
+    [[nodiscard]] qint64 activeCount() const { return m_activeCount; }
+    /// The sum of the speeds of all items.
+    [[nodiscard]] double totalSpeed() const;
+
+private:
+    void itemChanged(DownloadItem& item, ItemField field) override;
+    void observeItem(const ItemPtr& item);
+    void removeItemObserver(const ItemPtr& item);
+    void updateRow(const DownloadItem& item);
+    [[nodiscard]] static Row rowOf(const DownloadItem& item);
+
+    Listener& m_listener;
+    std::vector<ItemPtr> m_items;
+    std::vector<Row> m_rows;
+    std::unordered_map<ItemId, std::size_t> m_positions;
+    QHash<ItemId, double> m_speeds; ///< of the items that have one
+    qint64 m_activeCount = 0;
+};
+
+} // namespace vormel

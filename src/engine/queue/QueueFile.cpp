@@ -1,0 +1,65 @@
+#include "engine/queue/QueueFile.h"
+
+#include "platform/storage/FileWriter.h"
+#include "platform/storage/WholeFile.h"
+
+#include <QFileInfo>
+
+namespace vormel {
+
+namespace {
+
+constexpr qint64 largestFile = qint64{64} * 1024 * 1024;
+
+constexpr ItemFields storedFields = ItemField::ResolvedUrl | ItemField::Filename | ItemField::Status | ItemField::Progress
+    | ItemField::BytesReceived | ItemField::TotalBytes | ItemField::LocalPath | ItemField::ExtractionStatus | ItemField::ResolvedAt;
+
+} // namespace
+
+QueueFile::QueueFile(QString path, FileWriter& writer)
+    : m_path(std::move(path))
+    , m_writer(writer)
+{
+}
+
+void QueueFile::noteChange(const ItemId& id, ItemField field)
+{
+    if (storedFields.testFlag(field))
+        m_records.erase(id);
+}
+
+void QueueFile::noteRemoval(const QSet<ItemId>& ids)
+{
+    for (const ItemId& id : ids)
+        m_records.erase(id);
+}
+
+void QueueFile::save(const ItemTable& table)
+{
+    std::vector<std::shared_ptr<const QueueRecord>> records;
+    records.reserve(table.items().size());
+    for (const ItemPtr& item : table.items()) {
+        if (item->status() == DownloadStatus::expanding)
+            continue;
+        std::shared_ptr<const QueueRecord>& record = m_records[item->id()];
+        if (!record)
+            record = encodeRecord(*item);
+        records.push_back(record);
+    }
+    m_writer.post(m_path, [records = std::move(records)] { return encodeQueue(records); });
+}
+
+std::vector<ItemPtr> QueueFile::restore(const DownloadPaths& paths) const
+{
+    if (!QFileInfo::exists(m_path))
+        return {};
+    std::optional<QByteArray> bytes = readWholeFile(m_path, largestFile);
+    std::optional<std::vector<ItemPtr>> items = bytes ? decodeQueue(std::move(*bytes), paths) : std::nullopt;
+    if (!items) {
+        keepUnreadableFile(m_path);
+        return {};
+    }
+    return std::move(*items);
+}
+
+} // namespace vormel

@@ -1,0 +1,168 @@
+#include "engine/schedule/DownloadStarter.h"
+
+#include "archive/PostDownload.h"
+#include "engine/completion/FailureRecovery.h"
+#include "engine/completion/TransferCompletion.h"
+#include "engine/transfer/TransferSession.h"
+#include "engine/transfer/TransferTexts.h"
+#include "model/AppSettings.h"
+#include "model/DownloadPaths.h"
+#include "resolvers/ResolverError.h"
+#include "resolvers/ResolverTables.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace vormel {
+
+namespace {
+
+/// Thrown when the item was removed, stopped or started anew while its start was waiting for something.
+struct StartAbandoned
+{};
+
+bool isFresh(const DownloadItem& item, WallTime now)
+{
+    return item.resolvedURL() && item.resolvedAt() && now - *item.resolvedAt() < resolvedLinkLife;
+}
+
+void applyResolved(DownloadItem& item, const ResolvedDownload& found, WallTime now)
+{
+    const QString name = found.url.lastPathComponent();
+    if (name.contains(u'.'))
+        item.setFilename(name);
+    else if (found.filename && !found.filename->isEmpty())
+        item.setFilename(*found.filename);
+    item.setResolvedURL(found.url);
+    item.setResolvedAt(now);
+}
+
+} // namespace
+
+DownloadStarter::DownloadStarter(const Ports& ports)
+    : m_ports(ports)
+{
+}
+
+QCoro::Task<> DownloadStarter::startDownload(ItemPtr item)
+{
+    if (m_ports.queue.isRevHeldBack(*item)) {
+        item->setStatus(DownloadStatus::queued);
+        co_return;
+    }
+    const quint64 attempt = ++m_lastAttempt;
+    m_attempts[item->id()] = attempt;
+    item->setStatus(DownloadStatus::resolving);
+    try {
+        const Link address = co_await downloadAddress(item, attempt);
+        m_attempts.erase(item->id());
+        if (m_ports.queue.isRevHeldBack(*item)) {
+            item->setStatus(DownloadStatus::queued);
+            m_ports.queue.processQueue();
+            co_return;
+        }
+        beginTransfer(*item, address);
+    } catch (const StartAbandoned&) {
+        // Whoever took the item away has put the queue right already.
+    } catch (const ResolverError& error) {
+        m_attempts.erase(item->id());
+        if (error.kind() == ResolverError::Kind::loginRequired) {
+            item->setStatus(DownloadStatus::queued);
+            item->setSpeedBytesPerSec(0);
+            m_ports.queue.awaitLogin(item->id(), error.host());
+            m_ports.queue.processQueue();
+        } else {
+            startFailed(*item, error.errorDescription());
+        }
+    } catch (const std::exception& error) {
+        m_attempts.erase(item->id());
+        startFailed(*item, QString::fromUtf8(error.what()));
+    }
+}
+
+QCoro::Task<Link> DownloadStarter::downloadAddress(ItemPtr item, quint64 attempt)
+{
+    const HostResolver* const resolver = m_ports.resolvers.hostResolverForURL(item->originalURL());
+    if (!resolver)
+        co_return item->originalURL();
+    const HostAccount* const account = firstEnabledAccount(m_ports.queue.accounts(), resolver->supportedHost());
+    if (!account)
+        throw ResolverError::noAccountConfigured(displayName(resolver->supportedHost()));
+    if (isFresh(*item, m_ports.clock.wallNow()))
+        co_return *item->resolvedURL();
+    const Lifetime::Watch lifetime = m_lifetime.watch();
+    std::exception_ptr failure;
+    std::optional<ResolvedDownload> found;
+    try {
+        found = co_await resolver->resolveDownload(item->originalURL(), *account);
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    if (lifetime.isOver() || !isCurrent(item, attempt))
+        throw StartAbandoned();
+    if (failure)
+        std::rethrow_exception(failure);
+    applyResolved(*item, *found, m_ports.clock.wallNow());
+    co_return found->url;
+}
+
+void DownloadStarter::abandon(const ItemId& id)
+{
+    m_attempts.erase(id);
+}
+
+bool DownloadStarter::isCurrent(const ItemPtr& item, quint64 attempt) const
+{
+    const auto latest = m_attempts.find(item->id());
+    return latest != m_attempts.end() && latest->second == attempt && m_ports.table.find(item->id()) == item
+        && item->status() == DownloadStatus::resolving;
+}
+
+void DownloadStarter::beginTransfer(DownloadItem& item, const Link& address)
+{
+    const DownloadPaths paths(m_ports.settings.downloadFolderPath.value());
+    QDir().mkpath(paths.groupFolder(item.filename()));
+    const QString destination = paths.finalFile(item.filename());
+    if (QFileInfo::exists(destination)) {
+        m_ports.completion.completeWithFile(item, destination);
+        m_ports.queue.processQueue();
+        m_ports.queue.saveQueue();
+        if (m_ports.settings.autoExtract.value())
+            m_ports.postDownload.autoExtractAfterDownload(item.id());
+        return;
+    }
+    const QString part = paths.partFile(item.filename());
+    if (m_ports.session.isWriting(part)) {
+        // Two links of one name: the second waits, and is complete when the first is.
+        item.setStatus(DownloadStatus::queued);
+        m_ports.queue.processQueue();
+        return;
+    }
+    const QFileInfo partial(part);
+    const qint64 offset = partial.exists() ? partial.size() : 0;
+    if (offset >= 1)
+        item.setBytesReceived(offset);
+    if (offset >= 1 && offset == item.totalBytes()) {
+        // Everything is here and only the last step was cut off; asking for more would bring an error page at best.
+        TransferEnd end;
+        end.partPath = part;
+        end.finalPath = destination;
+        m_ports.completion.finishTransfer(item, end);
+        return;
+    }
+    TransferOrder order{item.id(), address, item.filename(), part, destination, item.totalBytes(), true};
+    order.isDirectLink = !m_ports.resolvers.hostResolverForURL(item.originalURL());
+    item.setStatus(DownloadStatus::downloading);
+    if (const int systemError = m_ports.session.start(std::move(order)))
+        startFailed(item, fileErrorText(systemError, m_ports.settings.language.value()));
+}
+
+void DownloadStarter::startFailed(DownloadItem& item, const QString& message)
+{
+    item.setStatus(DownloadStatus::failure(message));
+    m_ports.recovery.startRecoveryCountdown(item, recoveryCountdownSeconds);
+    m_ports.recovery.scheduleRecoveryCheck(item);
+    m_ports.queue.processQueue();
+}
+
+} // namespace vormel

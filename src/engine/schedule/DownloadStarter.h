@@ -1,0 +1,77 @@
+#pragma once
+
+#include "engine/queue/ItemTable.h"
+#include "model/HostAccount.h"
+#include "platform/async/Lifetime.h"
+
+#include <QCoroTask>
+
+#include <chrono>
+
+namespace vormel {
+
+class AppSettings;
+class FailureRecovery;
+class PostDownload;
+class ResolverTables;
+class TransferCompletion;
+class TransferSession;
+
+/// Takes a queued item to a running transfer: account, download address, folder, part file, request. UI thread only.
+class DownloadStarter
+{
+public:
+    class Queue
+    {
+    public:
+        virtual void processQueue() = 0;
+        virtual void saveQueue() = 0;
+        [[nodiscard]] virtual const std::vector<HostAccount>& accounts() const = 0;
+        /// Must this recovery volume wait?
+        [[nodiscard]] virtual bool isRevHeldBack(const DownloadItem& item) const = 0;
+        /// The item waits in the queue until the user has signed in to the host.
+        virtual void awaitLogin(const ItemId& id, SupportedHost host) = 0;
+
+    protected:
+        ~Queue() = default;
+    };
+
+    /// All must outlive this. A start that is still waiting when this goes comes to nothing.
+    struct Ports
+    {
+        ItemTable& table;
+        const AppSettings& settings;
+        Clock& clock;
+        const ResolverTables& resolvers;
+        TransferSession& session;
+        TransferCompletion& completion;
+        PostDownload& postDownload;
+        FailureRecovery& recovery;
+        Queue& queue;
+    };
+    explicit DownloadStarter(const Ports& ports);
+
+    /// Never throws; every failure ends in the item's status.
+    QCoro::Task<> startDownload(ItemPtr item);
+
+    /// A start of the item that is still resolving comes to nothing.
+    void abandon(const ItemId& id);
+
+private:
+    /// The address to download from. May throw ResolverError.
+    [[nodiscard]] QCoro::Task<Link> downloadAddress(ItemPtr item, quint64 attempt);
+    [[nodiscard]] bool isCurrent(const ItemPtr& item, quint64 attempt) const;
+    void beginTransfer(DownloadItem& item, const Link& address);
+    void startFailed(DownloadItem& item, const QString& message);
+
+    Ports m_ports;
+    Lifetime m_lifetime;
+    /// The latest attempt of each item that is being started.
+    std::unordered_map<ItemId, quint64> m_attempts;
+    quint64 m_lastAttempt = 0;
+};
+
+/// How long a resolved address is good for.
+inline constexpr std::chrono::seconds resolvedLinkLife{1200};
+
+} // namespace vormel

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "engine/queue/ItemTable.h"
+
+namespace vormel {
+
+/// What a scheduler pass asks about single items.
+class SchedulingRules
+{
+public:
+    /// Is the item held back, because a login is awaited, its start is under way already, or another transfer is writing
+    /// the very file that it would write?
+    [[nodiscard]] virtual bool isHeldBack(const DownloadItem& item) const = 0;
+    /// May this recovery volume be fetched now?
+    [[nodiscard]] virtual bool mayFetchRev(const DownloadItem& item) const = 0;
+
+protected:
+    ~SchedulingRules() = default;
+};
+
+/// The items to be started now: the first queued ones in queue order, as many as there are free slots. `startsUnderWay`
+/// counts starts that were decided but do not show in a status yet. Queue order alone decides; there is no fairness
+/// between hosts or groups.
+[[nodiscard]] std::vector<ItemPtr> chooseStarts(const ItemTable& table, qint64 limit, qint64 startsUnderWay,
+                                                const SchedulingRules& rules);
+
+} // namespace vormel

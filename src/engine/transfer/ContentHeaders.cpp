@@ -1,0 +1,84 @@
+#include "engine/transfer/ContentHeaders.h"
+
+#include "text/BoundedRegex.h"
+#include "text/FileName.h"
+#include "text/PercentCoding.h"
+
+namespace vormel {
+
+namespace {
+
+std::optional<qint64> decimal(QByteArrayView text)
+{
+    const bool hasOnlyDigits = std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+    bool isNumber = false;
+    const qint64 value = text.toByteArray().toLongLong(&isNumber);
+    return isNumber && hasOnlyDigits ? std::optional(value) : std::nullopt;
+}
+
+/// The text of the pattern's first match without the part that the second pattern matches.
+std::optional<QString> valueBehind(const QString& header, const BoundedRegex& whole, const BoundedRegex& prefix)
+{
+    const BoundedRegex::Result found = whole.search(header);
+    if (!found)
+        return std::nullopt;
+    return prefix.removedFrom(found.match.captured());
+}
+
+std::optional<QString> extendedName(const QString& header)
+{
+    // Case-sensitive, unlike all others: servers that shout get their plain name used.
+    static const BoundedRegex whole(QStringLiteral(R"(filename\*\s*=\s*[^']*''([^;\r\n]+))"));
+    static const BoundedRegex prefix(QStringLiteral(R"((?i)filename\*\s*=\s*[^']*'')"));
+    const std::optional<QString> encoded = valueBehind(header, whole, prefix);
+    if (!encoded)
+        return std::nullopt;
+    const std::optional<QString> decoded = percentDecoded(*encoded);
+    const std::optional<QString> name = decoded ? sanitizedHeaderFilename(*decoded) : std::nullopt;
+    return name ? name : sanitizedHeaderFilename(*encoded);
+}
+
+} // namespace
+
+std::optional<qint64> totalFromContentRange(const QByteArray& value)
+{
+    const qsizetype slash = value.lastIndexOf('/');
+    if (slash < 0)
+        return std::nullopt;
+    return decimal(QByteArrayView(value).sliced(slash + 1).trimmed());
+}
+
+std::optional<qint64> startFromContentRange(const QByteArray& value)
+{
+    const QByteArrayView text = QByteArrayView(value).trimmed();
+    const qsizetype blank = text.indexOf(' ');
+    const qsizetype dash = text.indexOf('-', blank + 1);
+    if (dash < 0)
+        return std::nullopt;
+    return decimal(text.sliced(blank + 1, dash - blank - 1).trimmed());
+}
+
+std::optional<QString> filenameFromContentDisposition(const QString& header)
+{
+    static const BoundedRegex whole(QStringLiteral(R"((?i)filename\s*=\s*("[^"]+"|[^;\r\n]+))"));
+    static const BoundedRegex prefix(QStringLiteral(R"((?i)filename\s*=\s*)"));
+    if (const std::optional<QString> name = extendedName(header))
+        return name;
+    const std::optional<QString> plain = valueBehind(header, whole, prefix);
+    return plain ? sanitizedHeaderFilename(*plain) : std::nullopt;
+}
+
+std::optional<QString> sanitizedHeaderFilename(const QString& text)
+{
+    QString name = lastComponent(text);
+    const auto isTrimmed = [](QChar c) { return c == u'"' || c == u'\'' || c == u' '; };
+    while (!name.isEmpty() && isTrimmed(name.back()))
+        name.chop(1);
+    while (!name.isEmpty() && isTrimmed(name.front()))
+        name.remove(0, 1);
+    if (name.isEmpty() || name == u"." || name == u"..")
+        return std::nullopt;
+    return name;
+}
+
+} // namespace vormel

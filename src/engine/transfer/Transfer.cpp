@@ -1,0 +1,187 @@
+#include "engine/transfer/Transfer.h"
+
+#include "config/Services.h"
+#include "engine/transfer/AnswerRules.h"
+#include "engine/transfer/ContentHeaders.h"
+#include "text/PercentCoding.h"
+
+#include <array>
+#include <cerrno>
+
+namespace vormel {
+
+namespace {
+
+/// The beginning of a page is enough to tell what it is about.
+constexpr qsizetype largestPage = 8192;
+
+} // namespace
+
+bool isTlsTrustedHost(const QString& host)
+{
+    // The second is cut after its first dot, so that mirrors under other top-level domains pass.
+    static const std::array<QLatin1StringView, 2> tlsTrustedHostFragments{
+        filestoreDomain, terabytezDomain.first(terabytezDomain.indexOf(QLatin1Char('.')) + 1)};
+    return std::any_of(tlsTrustedHostFragments.begin(), tlsTrustedHostFragments.end(),
+                       [&host](QLatin1StringView fragment) { return host.contains(fragment); });
+}
+
+Transfer::Transfer(TransferOrder order, quint64 serial, std::unique_ptr<PartFile> file, std::mutex& ioLock, const Clock& clock,
+                   Listener& listener)
+    : m_order(std::move(order))
+    , m_serial(serial)
+    , m_offset(file->size())
+    , m_ioLock(ioLock)
+    , m_clock(clock)
+    , m_listener(listener)
+    , m_fileHandle(std::move(file))
+    , m_speedTracker(clock.steadyNow())
+{
+}
+
+void Transfer::closeFile()
+{
+    const std::lock_guard lock(m_ioLock);
+    m_fileHandle.reset();
+}
+
+bool Transfer::acceptsAnyCertificateOf(const QString& host) const
+{
+    return isTlsTrustedHost(host);
+}
+
+HttpReceiver::HeadVerdict Transfer::responseReceived(const HttpResponse& response)
+{
+    AskedFor asked{m_order.filename, m_offset, m_order.knownTotal, {}};
+    {
+        const std::lock_guard lock(m_ioLock);
+        if (!m_fileHandle)
+            return HeadVerdict::Cancel;
+        m_end.statusCode = response.statusCode;
+        // Premium hosts hand the same file out from many machines, each with marks of its own.
+        if (m_order.isDirectLink)
+            asked.knownSource = m_fileHandle->source();
+    }
+    const Answer answer = judgeAnswer(response, asked);
+    switch (answer.kind) {
+    case AnswerKind::WebPage: {
+        const std::lock_guard lock(m_ioLock);
+        m_isHtmlError = true;
+        m_fileHandle.reset();
+        return HeadVerdict::Allow;
+    }
+    case AnswerKind::ErrorAnswer:
+        return refuse(TransferEnd::Reason::ErrorAnswer);
+    case AnswerKind::ForeignRange:
+        return refuse(TransferEnd::Reason::ForeignRange);
+    case AnswerKind::SourceChanged:
+        return refuse(TransferEnd::Reason::SourceChanged);
+    case AnswerKind::AlreadyWhole:
+        m_listener.headArrived(*this, {false, answer.total, {}});
+        return refuse(TransferEnd::Reason::Finished);
+    case AnswerKind::Whole:
+    case AnswerKind::Continuation:
+        break;
+    }
+    const bool restarts = answer.kind == AnswerKind::Whole;
+    if (takeFile(response, restarts) == HeadVerdict::Cancel)
+        return HeadVerdict::Cancel;
+    m_listener.headArrived(*this, {restarts, answer.total, m_end.suggestedName});
+    return HeadVerdict::Allow;
+}
+
+HttpReceiver::HeadVerdict Transfer::takeFile(const HttpResponse& response, bool restarts)
+{
+    const std::optional<QByteArray> disposition = response.header("Content-Disposition");
+    const std::lock_guard lock(m_ioLock);
+    if (!m_fileHandle)
+        return HeadVerdict::Cancel;
+    if (restarts) {
+        if (!m_fileHandle->restart()) {
+            m_refusal = TransferEnd::Reason::NotWritten;
+            m_end.systemError = m_fileHandle->error();
+            return HeadVerdict::Cancel;
+        }
+        m_pendingBytes = 0;
+        m_fileHandle->setSource(m_order.isDirectLink ? sourceFingerprint(response) : QString());
+    }
+    if (m_order.isDirectLink && disposition)
+        m_end.suggestedName = filenameFromContentDisposition(lenientText(*disposition));
+    return HeadVerdict::Allow;
+}
+
+HttpReceiver::HeadVerdict Transfer::refuse(TransferEnd::Reason reason)
+{
+    const std::lock_guard lock(m_ioLock);
+    m_refusal = reason;
+    return HeadVerdict::Cancel;
+}
+
+HttpReceiver::DataVerdict Transfer::takePage(QByteArrayView block)
+{
+    m_end.page.append(block.first(std::min(block.size(), largestPage - m_end.page.size())));
+    return m_end.page.size() < largestPage ? DataVerdict::Continue : DataVerdict::Cancel;
+}
+
+HttpReceiver::DataVerdict Transfer::dataReceived(QByteArrayView block)
+{
+    std::optional<double> figure;
+    qint64 told = 0;
+    {
+        const std::lock_guard lock(m_ioLock);
+        if (m_isHtmlError)
+            return takePage(block);
+        if (!m_fileHandle)
+            return DataVerdict::Cancel;
+        const qint64 before = m_fileHandle->size();
+        const bool isWritten = m_fileHandle->append(block);
+        m_pendingBytes += m_fileHandle->size() - before;
+        if (!isWritten) {
+            m_refusal = TransferEnd::Reason::NotWritten;
+            m_end.systemError = m_fileHandle->error();
+            return DataVerdict::Cancel;
+        }
+        figure = m_speedTracker.record(block.size(), m_clock.steadyNow());
+        if (figure)
+            told = std::exchange(m_pendingBytes, 0);
+    }
+    if (figure)
+        m_listener.ticked(*this, told, *figure);
+    return m_listener.mustRest(*this, block.size()) ? DataVerdict::Suspend : DataVerdict::Continue;
+}
+
+void Transfer::completed(const std::optional<HttpError>& error)
+{
+    {
+        const std::lock_guard lock(m_ioLock);
+        if (m_isHtmlError)
+            m_end.reason = TransferEnd::Reason::WebPage;
+        else if (m_refusal)
+            m_end.reason = *m_refusal;
+        else if (error)
+            m_end.reason = TransferEnd::Reason::NetworkError;
+        if (error)
+            m_end.error = *error;
+        // A cancel that we did not ask for comes from a client that is closing; nobody wants to hear of it.
+        if (m_end.reason == TransferEnd::Reason::NetworkError && m_end.error.kind == HttpError::Kind::Cancelled)
+            return;
+    }
+    m_listener.ended(*this);
+}
+
+TransferEnd Transfer::takeEnd(const QString& partPath)
+{
+    const std::lock_guard lock(m_ioLock);
+    if (m_end.reason == TransferEnd::Reason::Finished && m_fileHandle) {
+        if (!m_fileHandle->isStillAt(partPath)) {
+            m_end.reason = TransferEnd::Reason::NotWritten;
+            m_end.systemError = ESTALE;
+        } else {
+            m_fileHandle->setSource({});
+        }
+    }
+    m_fileHandle.reset();
+    return std::move(m_end);
+}
+
+} // namespace vormel

@@ -1,0 +1,91 @@
+#pragma once
+
+#include "engine/transfer/GlobalThrottleTracker.h"
+#include "engine/transfer/Transfer.h"
+
+#include <QObject>
+#include <QSet>
+
+#include <atomic>
+#include <unordered_map>
+
+namespace vormel {
+
+/// All running transfers and the lock, the budget and the client that they share. Operations belong to the UI thread; what
+/// happens on the client's thread reaches the owner as calls on the UI thread, in order.
+class TransferSession final : private Transfer::Listener
+{
+public:
+    /// Hears of the transfers, on the UI thread. A transfer that was dropped is not heard of again.
+    class Owner
+    {
+    public:
+        virtual void transferAnswered(const ItemId& id, const HeadFacts& facts) = 0;
+        virtual void transferTicked(const ItemId& id, qint64 bytes, double bytesPerSecond) = 0;
+        /// The transfer is gone by now, its file closed.
+        virtual void transferEnded(const ItemId& id, TransferEnd end) = 0;
+
+    protected:
+        ~Owner() = default;
+    };
+
+    /// Client, clock and owner must outlive the session.
+    TransferSession(HttpClient& client, Clock& clock, Owner& owner);
+    TransferSession(const TransferSession&) = delete;
+    TransferSession& operator=(const TransferSession&) = delete;
+    ~TransferSession();
+
+    /// Begins a transfer into the part file, behind what that holds already. 0, or the system's error number if the part
+    /// file cannot be opened. At most one transfer for an item and for a part file.
+    [[nodiscard]] int start(TransferOrder order);
+    /// Ends the item's transfer, if any, at once and in silence. Its part file stays.
+    void drop(const ItemId& id);
+
+    [[nodiscard]] bool isRunning(const ItemId& id) const;
+    /// The part file of a running transfer.
+    [[nodiscard]] std::optional<QString> partFileURL(const ItemId& id) const;
+    [[nodiscard]] bool isWriting(const QString& partPath) const;
+
+    /// Gives the files of a running transfer other names, on disk too. Nothing changes if the part file cannot be moved there
+    /// or something stands there already.
+    void rename(const ItemId& id, const QString& partPath, const QString& finalPath);
+
+    /// The cap of all transfers together in bytes per second; below 1 for none.
+    void setLimit(qint64 bytesPerSecond);
+
+    /// Closes every part file, at the end of the program.
+    void closeFiles();
+
+private:
+    struct Running
+    {
+        std::unique_ptr<Transfer> transfer;
+        QString partPath;
+        QString finalPath;
+        std::unique_ptr<HttpTask> task; ///< behind the transfer, as it calls it
+        Timer rest;
+    };
+
+    void headArrived(const Transfer& transfer, const HeadFacts& facts) override;
+    void ticked(const Transfer& transfer, qint64 bytes, double bytesPerSecond) override;
+    bool mustRest(const Transfer& transfer, qint64 bytes) override;
+    void ended(const Transfer& transfer) override;
+
+    /// Runs the action on the UI thread if this very transfer is still running then.
+    template <typename Action>
+    void post(const Transfer& transfer, Action action);
+    void finish(const ItemId& id);
+
+    HttpClient& m_client;
+    Clock& m_clock;
+    Owner& m_owner;
+    QObject m_uiThread;
+    std::mutex ioLock;
+    std::atomic<qint64> m_limit{0};
+    GlobalThrottleTracker globalThrottle; ///< client's thread
+    quint64 m_lastSerial = 0;
+    QSet<QString> m_partPaths;
+    std::unordered_map<ItemId, Running> activeTasks;
+};
+
+} // namespace vormel

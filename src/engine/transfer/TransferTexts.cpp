@@ -1,0 +1,118 @@
+#include "engine/transfer/TransferTexts.h"
+
+#include "text/ByteCount.h"
+#include "text/PercentCoding.h"
+
+#include <cerrno>
+#include <system_error>
+
+namespace vormel {
+
+namespace {
+
+QString networkErrorText(HttpError::Kind kind, AppLanguage language)
+{
+    switch (kind) {
+    case HttpError::Kind::Cancelled:
+        return pair(language, u"The download was cancelled.", u"Il download è stato annullato.");
+    case HttpError::Kind::TimedOut:
+        return pair(language, u"The server did not answer in time.", u"Il server non ha risposto in tempo.");
+    case HttpError::Kind::CannotFindHost:
+        return pair(language, u"The server could not be found.", u"Impossibile trovare il server.");
+    case HttpError::Kind::CannotConnect:
+        return pair(language, u"Could not connect to the server.", u"Impossibile connettersi al server.");
+    case HttpError::Kind::ConnectionLost:
+        return pair(language, u"The connection to the server was lost.", u"La connessione al server è stata interrotta.");
+    case HttpError::Kind::SecureConnectionFailed:
+        return pair(language, u"A secure connection could not be made.", u"Impossibile stabilire una connessione sicura.");
+    case HttpError::Kind::CertificateUntrusted:
+        return pair(language, u"The server's certificate is not trusted.", u"Il certificato del server non è attendibile.");
+    case HttpError::Kind::TooManyRedirects:
+        return pair(language, u"The server redirected too many times.", u"Il server ha effettuato troppi reindirizzamenti.");
+    case HttpError::Kind::UnsupportedUrl:
+        return pair(language, u"The address cannot be downloaded.", u"Impossibile scaricare da questo indirizzo.");
+    case HttpError::Kind::BadServerResponse:
+        return pair(language, u"The server's answer makes no sense.", u"La risposta del server non è valida.");
+    case HttpError::Kind::Other:
+        return pair(language, u"The download failed.", u"Il download non è riuscito.");
+    }
+    Q_UNREACHABLE();
+}
+
+/// The page is only its beginning and may end inside a character.
+QString pageText(QByteArrayView page)
+{
+    constexpr int longestTail = 3;
+    for (int cut = 0; cut <= longestTail && cut <= page.size(); ++cut) {
+        if (const std::optional<QString> text = strictUtf8(page.chopped(cut)))
+            return *text;
+    }
+    return {};
+}
+
+} // namespace
+
+QString webPageText(const QByteArray& page, AppLanguage language)
+{
+    const QString text = pageText(page).toLower();
+    if (text.contains(u"geolocation") || text.contains(u"blocked country")) {
+        return pair(language, u"Download blocked: the server does not allow access from your country (geo-restricted).",
+                    u"Download bloccato: il server non consente l'accesso dal tuo paese (geo-restriction).");
+    }
+    return pair(language, u"Server returned a web page, not the file — the link may be expired or need a premium account.",
+                u"Il server ha restituito una pagina web, non il file — il link potrebbe essere scaduto o richiedere un account "
+                u"premium.");
+}
+
+QString incompleteText(qint64 received, qint64 total)
+{
+    return QStringLiteral("Incomplete download (%1 of %2) — retry").arg(byteCountText(received), byteCountText(total));
+}
+
+QString endText(const TransferEnd& end, AppLanguage language)
+{
+    switch (end.reason) {
+    case TransferEnd::Reason::ErrorAnswer:
+        return pair(language, u"The server answered with error %1 instead of the file — retry",
+                    u"Il server ha risposto con l'errore %1 invece del file — riprova")
+            .arg(end.statusCode);
+    case TransferEnd::Reason::ForeignRange:
+        return pair(language, u"The server sent another part of the file than the one asked for — retry",
+                    u"Il server ha inviato una parte del file diversa da quella richiesta — riprova");
+    case TransferEnd::Reason::SourceChanged:
+        return pair(language, u"The file on the server has changed — retry to download it from the start",
+                    u"Il file sul server è cambiato — riprova per scaricarlo dall'inizio");
+    case TransferEnd::Reason::NotWritten:
+        return fileErrorText(end.systemError, language);
+    case TransferEnd::Reason::WebPage:
+        return webPageText(end.page, language);
+    case TransferEnd::Reason::NetworkError:
+    case TransferEnd::Reason::Finished:
+        return networkErrorText(end.error.kind, language);
+    }
+    Q_UNREACHABLE();
+}
+
+QString fileErrorText(int systemError, AppLanguage language)
+{
+    switch (systemError) {
+    case ENOSPC:
+    case EDQUOT:
+        return pair(language, u"The disk is full.", u"Il disco è pieno.");
+    case EACCES:
+    case EPERM:
+    case EROFS:
+        return pair(language, u"The download folder cannot be written to.", u"Impossibile scrivere nella cartella dei download.");
+    case ENOENT:
+    case ENOTDIR:
+        return pair(language, u"The download folder is missing.", u"La cartella dei download non esiste.");
+    case ESTALE:
+        return pair(language, u"The partial file was changed by another program — retry",
+                    u"Il file parziale è stato modificato da un altro programma — riprova");
+    default:
+        return pair(language, u"The file could not be written: ", u"Impossibile scrivere il file: ")
+            + QString::fromStdString(std::generic_category().message(systemError));
+    }
+}
+
+} // namespace vormel
