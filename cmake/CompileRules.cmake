@@ -35,11 +35,14 @@ if(VORMEL_MOLD)
     target_link_options(vormel_rules INTERFACE -fuse-ld=mold)
 endif()
 
-# vormel_floor(<name> DEPENDS <targets>...) makes the static library vormel_<name> of every source file below the
-# calling folder. A floor names the floors it stands on; the architecture test holds its includes to that.
+# vormel_floor(<name> DEPENDS <targets>... EXCEPT <files>...) makes the static library vormel_<name> of every source file
+# below the calling folder but those. A floor names the floors it stands on; the architecture test holds its includes to that.
 function(vormel_floor name)
-    cmake_parse_arguments(FLOOR "" "" "DEPENDS" ${ARGN})
+    cmake_parse_arguments(FLOOR "" "" "DEPENDS;EXCEPT" ${ARGN})
     file(GLOB_RECURSE sources CONFIGURE_DEPENDS *.cpp *.h *.qrc)
+    foreach(file IN LISTS FLOOR_EXCEPT)
+        list(REMOVE_ITEM sources "${CMAKE_CURRENT_SOURCE_DIR}/${file}")
+    endforeach()
     add_library(vormel_${name} STATIC ${sources})
     target_include_directories(vormel_${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
     target_link_libraries(vormel_${name} PUBLIC vormel_rules ${FLOOR_DEPENDS})

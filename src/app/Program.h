@@ -1,0 +1,34 @@
+#pragma once
+
+#include "archive/PostDownload.h"
+#include "engine/DownloadManager.h"
+#include "platform/clock/SystemClock.h"
+#include "platform/http/CurlHttpClient.h"
+#include "platform/storage/FileWriter.h"
+#include "platform/storage/UserDefaults.h"
+#include "resolvers/ResolverTables.h"
+
+namespace vormel {
+
+/// The whole program without its window: the real ports of this machine and the engine over them. Where everything is put
+/// together, and nothing else.
+class Program
+{
+public:
+    /// Reads preferences and queue from the folders.
+    explicit Program(const Folders& folders, const CurlHttpClient::Options& network = {});
+
+    [[nodiscard]] DownloadManager& manager() { return m_manager; }
+
+private:
+    SystemClock m_clock;
+    CurlHttpClient m_http;
+    FileWriter m_fileWriter;
+    UserDefaults m_defaults;
+    ResolverTables m_resolvers;
+    NoPostDownload m_postDownload;
+    NoFailureRecovery m_recovery;
+    DownloadManager m_manager;
+};
+
+} // namespace vormel

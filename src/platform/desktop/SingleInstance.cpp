@@ -1,0 +1,97 @@
+#include "platform/desktop/SingleInstance.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSocketNotifier>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <optional>
+
+namespace vormel {
+
+namespace {
+
+/// Nothing for a path that is too long for a socket.
+std::optional<sockaddr_un> socketAddress(const QByteArray& path)
+{
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    if (static_cast<std::size_t>(path.size()) >= sizeof(address.sun_path))
+        return std::nullopt;
+    std::memcpy(address.sun_path, path.constData(), static_cast<std::size_t>(path.size()));
+    return address;
+}
+
+const sockaddr* generic(const sockaddr_un& address)
+{
+    return reinterpret_cast<const sockaddr*>(&address);
+}
+
+FileDescriptor datagramSocket()
+{
+    return FileDescriptor(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+}
+
+} // namespace
+
+SingleInstance::SingleInstance(const QString& folder, QObject* parent)
+    : QObject(parent)
+    , m_socketPath(QFile::encodeName(folder + QStringLiteral("/vormel.socket")))
+{
+    QDir().mkpath(folder);
+    const QByteArray lockPath = QFile::encodeName(folder + QStringLiteral("/vormel.lock"));
+    m_lock = FileDescriptor(::open(lockPath.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
+    m_isFirst = !m_lock.isOpen() || ::flock(m_lock.get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+    if (m_isFirst)
+        listen();
+}
+
+SingleInstance::~SingleInstance()
+{
+    if (m_socket.isOpen())
+        ::unlink(m_socketPath.constData());
+}
+
+void SingleInstance::listen()
+{
+    const std::optional<sockaddr_un> address = socketAddress(m_socketPath);
+    if (!address)
+        return;
+    // A killed program leaves its socket behind; the lock says that it is nobody's.
+    ::unlink(m_socketPath.constData());
+    m_socket = datagramSocket();
+    if (!m_socket.isOpen() || ::bind(m_socket.get(), generic(*address), sizeof(*address)) != 0) {
+        m_socket.close();
+        return;
+    }
+    const auto* const notifier = new QSocketNotifier(m_socket.get(), QSocketNotifier::Read, this);
+    connect(notifier, &QSocketNotifier::activated, this, &SingleInstance::takeRequests);
+}
+
+void SingleInstance::takeRequests()
+{
+    char request = 0;
+    bool isAsked = false;
+    while (::recv(m_socket.get(), &request, sizeof(request), 0) >= 0)
+        isAsked = true;
+    if (isAsked)
+        Q_EMIT showRequested();
+}
+
+bool SingleInstance::askFirstToShow() const
+{
+    const std::optional<sockaddr_un> address = socketAddress(m_socketPath);
+    const FileDescriptor socket = datagramSocket();
+    const char request = '!';
+    return address && socket.isOpen()
+        && ::sendto(socket.get(), &request, sizeof(request), 0, generic(*address), sizeof(*address)) == sizeof(request);
+}
+
+} // namespace vormel
