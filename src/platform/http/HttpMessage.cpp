@@ -13,8 +13,7 @@ std::optional<QByteArray> HttpResponse::header(QByteArrayView name) const
 
 QByteArray HttpResponse::mimeType() const
 {
-    const QByteArray type = header("Content-Type").value_or(QByteArray());
-    return type.left(type.indexOf(';')).trimmed().toLower();
+    return header("Content-Type").value_or(QByteArray()).split(';').front().trimmed().toLower();
 }
 
 qint64 HttpResponse::expectedContentLength() const

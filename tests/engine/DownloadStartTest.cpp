@@ -1,0 +1,297 @@
+#include "fixtures/EventLoop.h"
+#include "fixtures/FakeResolvers.h"
+#include "fixtures/Workshop.h"
+
+#include <gtest/gtest.h>
+
+using namespace std::chrono_literals;
+using namespace vormel;
+using namespace vormel::fixtures;
+
+namespace {
+
+const QString filestoreLink = QStringLiteral("https://filestore.example/f/abc");
+
+class DownloadStart : public ::testing::Test
+{
+protected:
+    void answer(std::size_t call, const std::variant<ResolvedDownload, ResolverError>& result)
+    {
+        log->resolves.at(call).answer->deliver(result);
+        turnEventLoop();
+    }
+    void resolveTo(std::size_t call, const QString& url, const std::optional<QString>& name = {})
+    {
+        answer(call, ResolvedDownload{link(url), name});
+    }
+    ItemPtr startFilestore()
+    {
+        shop.manager().setAccounts({account(SupportedHost::filestore)});
+        const ItemPtr item = shop.add(filestoreLink);
+        // The name look-up of a fresh link asks the service too; it is answered and out of the way.
+        resolveTo(0, QStringLiteral("https://cdn.example/none"));
+        shop.manager().startAll();
+        turnEventLoop();
+        return item;
+    }
+
+    std::shared_ptr<ServiceLog> log = std::make_shared<ServiceLog>();
+    Workshop shop{fakeServices(log)};
+};
+
+} // namespace
+
+TEST_F(DownloadStart, FetchesADirectLinkWithoutAnAccount)
+{
+    const ItemPtr item = shop.start(QStringLiteral("http://h/a.bin"));
+    EXPECT_EQ(item->status(), DownloadStatus::downloading);
+    EXPECT_EQ(shop.http.last().request.url, QUrl(QStringLiteral("http://h/a.bin")));
+    EXPECT_FALSE(item->resolvedURL());
+}
+
+TEST_F(DownloadStart, FailsAtOnceWithoutAnAccount)
+{
+    const ItemPtr item = shop.start(filestoreLink);
+    EXPECT_EQ(item->status(), DownloadStatus::failure(QStringLiteral("No account configured for Filestore.example")));
+    ASSERT_EQ(shop.recovery.countdowns.size(), 1U);
+    EXPECT_EQ(shop.recovery.countdowns[0], std::pair(item->id(), 10));
+    EXPECT_EQ(shop.recovery.checks.size(), 1U);
+    shop.manager().setAccounts({account(SupportedHost::filestore)});
+    shop.manager().processQueue();
+    turnEventLoop();
+    EXPECT_EQ(item->status().kind(), DownloadStatus::failed);
+}
+
+TEST_F(DownloadStart, TakesTheFirstEnabledAccountOfTheHost)
+{
+    HostAccount disabled = account(SupportedHost::filestore, QStringLiteral("off"));
+    disabled.isEnabled = false;
+    shop.manager().setAccounts({account(SupportedHost::terabytez, QStringLiteral("other")), disabled,
+                                account(SupportedHost::filestore, QStringLiteral("first")),
+                                account(SupportedHost::filestore, QStringLiteral("second"))});
+    shop.start(filestoreLink);
+    EXPECT_EQ(log->resolves.back().account.username, QStringLiteral("first"));
+}
+
+TEST_F(DownloadStart, IsResolvingWhileTheServiceThinks)
+{
+    const ItemPtr item = startFilestore();
+    EXPECT_EQ(item->status(), DownloadStatus::resolving);
+    EXPECT_TRUE(shop.http.exchanges().empty());
+    resolveTo(1, QStringLiteral("https://cdn.example/d/movie.rar"));
+    EXPECT_EQ(item->status(), DownloadStatus::downloading);
+    EXPECT_EQ(item->filename(), QStringLiteral("movie.rar"));
+    EXPECT_EQ(shop.http.last().request.url, QUrl(QStringLiteral("https://cdn.example/d/movie.rar")));
+    EXPECT_EQ(item->resolvedAt(), shop.clock.wallNow());
+}
+
+TEST_F(DownloadStart, TakesTheNamesInTheirOrder)
+{
+    const ItemPtr item = startFilestore();
+    resolveTo(1, QStringLiteral("https://cdn.example/d/opaque"), QStringLiteral("told.rar"));
+    EXPECT_EQ(item->filename(), QStringLiteral("told.rar"));
+}
+
+TEST_F(DownloadStart, KeepsItsNameWhenNoneIsTold)
+{
+    const ItemPtr item = startFilestore();
+    resolveTo(1, QStringLiteral("https://cdn.example/d/opaque"), QString());
+    EXPECT_EQ(item->filename(), QStringLiteral("abc"));
+}
+
+TEST_F(DownloadStart, UsesAResolvedAddressForLessThan1200Seconds)
+{
+    const ItemPtr item = startFilestore();
+    resolveTo(1, QStringLiteral("https://cdn.example/d/movie.rar"));
+    shop.manager().pauseAll();
+    shop.clock.advance(1199s);
+    shop.manager().startAll();
+    turnEventLoop();
+    EXPECT_EQ(log->resolves.size(), 2U);
+    EXPECT_EQ(item->status(), DownloadStatus::downloading);
+    shop.manager().pauseAll();
+    shop.clock.advance(1s);
+    shop.manager().startAll();
+    turnEventLoop();
+    EXPECT_EQ(log->resolves.size(), 3U);
+    EXPECT_EQ(item->status(), DownloadStatus::resolving);
+}
+
+TEST_F(DownloadStart, NeverUsesAResolvedAddressWithoutItsDate)
+{
+    shop.manager().setAccounts({account(SupportedHost::filestore)});
+    const ItemPtr item = shop.add(filestoreLink);
+    resolveTo(0, QStringLiteral("https://cdn.example/none"));
+    item->setResolvedURL(link(QStringLiteral("https://cdn.example/old.rar")));
+    shop.manager().startAll();
+    turnEventLoop();
+    EXPECT_EQ(log->resolves.size(), 2U);
+}
+
+TEST_F(DownloadStart, HoldsItemsBackUntilTheUserHasSignedIn)
+{
+    shop.settings().maxConcurrentDownloads.set(1);
+    const ItemPtr item = startFilestore();
+    const ItemPtr direct = shop.add(QStringLiteral("http://h/a.bin"));
+    direct->setStatus(DownloadStatus::queued);
+    answer(1, ResolverError::loginRequired(SupportedHost::filestore));
+    EXPECT_EQ(item->status(), DownloadStatus::queued);
+    EXPECT_EQ(shop.manager().pendingLogin(), SupportedHost::filestore);
+    EXPECT_EQ(direct->status(), DownloadStatus::downloading);
+    shop.http.last().head(200, {{"Content-Length", "0"}});
+    shop.http.last().finish();
+    turnEventLoop();
+    EXPECT_EQ(log->resolves.size(), 2U);
+    shop.manager().loginSucceeded();
+    turnEventLoop();
+    EXPECT_EQ(shop.manager().pendingLogin(), std::nullopt);
+    EXPECT_EQ(log->resolves.size(), 3U);
+    EXPECT_EQ(item->status(), DownloadStatus::resolving);
+}
+
+TEST_F(DownloadStart, FailsTheHeldItemsWhenTheLoginIsCancelled)
+{
+    const ItemPtr item = startFilestore();
+    answer(1, ResolverError::loginRequired(SupportedHost::filestore));
+    shop.manager().cancelLogin();
+    EXPECT_EQ(item->status(), DownloadStatus::failure(QStringLiteral("Authentication failed")));
+    EXPECT_EQ(shop.manager().pendingLogin(), std::nullopt);
+    shop.manager().processQueue();
+    turnEventLoop();
+    EXPECT_EQ(item->status().kind(), DownloadStatus::failed);
+}
+
+TEST_F(DownloadStart, KeepsTheFirstOfTwoLoginQuestions)
+{
+    shop.manager().setAccounts({account(SupportedHost::filestore), account(SupportedHost::terabytez)});
+    shop.add({filestoreLink, QStringLiteral("https://terabytez.example/x")});
+    resolveTo(0, QStringLiteral("https://cdn.example/none"));
+    shop.manager().startAll();
+    turnEventLoop();
+    answer(1, ResolverError::loginRequired(SupportedHost::filestore));
+    answer(2, ResolverError::loginRequired(SupportedHost::terabytez));
+    EXPECT_EQ(shop.manager().pendingLogin(), SupportedHost::filestore);
+}
+
+TEST_F(DownloadStart, ShowsAnyOtherResolveErrorAndStartsTheNext)
+{
+    shop.settings().maxConcurrentDownloads.set(1);
+    const ItemPtr item = startFilestore();
+    const ItemPtr next = shop.add(QStringLiteral("http://h/a.bin"));
+    next->setStatus(DownloadStatus::queued);
+    answer(1, ResolverError::linkNotFound());
+    EXPECT_EQ(item->status(), DownloadStatus::failure(QStringLiteral("Direct link not found")));
+    EXPECT_EQ(next->status(), DownloadStatus::downloading);
+}
+
+TEST_F(DownloadStart, HoldsARecoveryVolumeBackThatGetsItsNameOnlyByResolving)
+{
+    const ItemPtr item = startFilestore();
+    resolveTo(1, QStringLiteral("https://cdn.example/d/movie.part1.rev"));
+    EXPECT_EQ(item->status(), DownloadStatus::queued);
+    EXPECT_TRUE(shop.http.exchanges().empty());
+}
+
+TEST_F(DownloadStart, StopsAStartThatIsStillResolving)
+{
+    const ItemPtr item = startFilestore();
+    shop.manager().commands().interruptItem(*item, DownloadStatus::stopped);
+    resolveTo(1, QStringLiteral("https://cdn.example/d/movie.rar"));
+    EXPECT_EQ(item->status(), DownloadStatus::stopped);
+    EXPECT_TRUE(shop.http.exchanges().empty());
+}
+
+TEST_F(DownloadStart, StartsOnceThoughStoppedAndStartedWhileResolving)
+{
+    const ItemPtr item = startFilestore();
+    shop.manager().commands().interruptItem(*item, DownloadStatus::paused);
+    shop.manager().startAll();
+    turnEventLoop();
+    resolveTo(1, QStringLiteral("https://cdn.example/d/first.rar"));
+    EXPECT_TRUE(shop.http.exchanges().empty());
+    resolveTo(2, QStringLiteral("https://cdn.example/d/second.rar"));
+    EXPECT_EQ(shop.http.exchanges().size(), 1U);
+    EXPECT_EQ(item->filename(), QStringLiteral("second.rar"));
+}
+
+TEST_F(DownloadStart, ComesToNothingWhenTheItemIsRemovedMeanwhile)
+{
+    const ItemPtr item = startFilestore();
+    shop.manager().commands().removeItems({item->id()});
+    resolveTo(1, QStringLiteral("https://cdn.example/d/movie.rar"));
+    EXPECT_TRUE(shop.http.exchanges().empty());
+    EXPECT_TRUE(shop.manager().items().empty());
+}
+
+TEST_F(DownloadStart, SurvivesTheEndOfTheManagerWhileResolving)
+{
+    startFilestore();
+    shop.restart();
+    resolveTo(1, QStringLiteral("https://cdn.example/d/movie.rar"));
+    EXPECT_TRUE(shop.http.exchanges().empty());
+}
+
+TEST_F(DownloadStart, StartsNoItemTwiceHoweverOftenThePassRuns)
+{
+    const ItemPtr item = shop.add(QStringLiteral("http://h/a.bin"));
+    shop.manager().startAll();
+    shop.manager().processQueue();
+    shop.manager().processQueue();
+    turnEventLoop();
+    EXPECT_EQ(shop.http.exchanges().size(), 1U);
+    EXPECT_EQ(item->status(), DownloadStatus::downloading);
+}
+
+TEST_F(DownloadStart, LeavesAnItemAloneThatWasPausedBeforeItsTurn)
+{
+    const ItemPtr item = shop.add(QStringLiteral("http://h/a.bin"));
+    shop.manager().startAll();
+    shop.manager().pauseAll();
+    turnEventLoop();
+    EXPECT_EQ(item->status(), DownloadStatus::paused);
+    EXPECT_TRUE(shop.http.exchanges().empty());
+}
+
+TEST_F(DownloadStart, LetsARaisedLimitTakeEffectAtTheNextEvent)
+{
+    shop.settings().maxConcurrentDownloads.set(1);
+    const auto items = shop.add({QStringLiteral("http://h/a"), QStringLiteral("http://h/b")});
+    shop.manager().startAll();
+    turnEventLoop();
+    shop.settings().maxConcurrentDownloads.set(2);
+    turnEventLoop();
+    EXPECT_EQ(items[1]->status(), DownloadStatus::queued);
+    shop.manager().processQueue();
+    turnEventLoop();
+    EXPECT_EQ(items[1]->status(), DownloadStatus::downloading);
+}
+
+TEST_F(DownloadStart, RunsAPassWhenRecoveryVolumesAreSwitchedOn)
+{
+    const auto items = shop.add({QStringLiteral("http://h/x.part1.rar"), QStringLiteral("http://h/x.part1.rev")});
+    items[1]->setStatus(DownloadStatus::queued);
+    shop.manager().processQueue();
+    turnEventLoop();
+    EXPECT_EQ(items[1]->status(), DownloadStatus::queued);
+    shop.settings().downloadRevFiles.set(true);
+    turnEventLoop();
+    EXPECT_EQ(items[1]->status(), DownloadStatus::downloading);
+}
+
+TEST_F(DownloadStart, FetchesNoRecoveryVolumeOnceItsSetIsCompleteOrGone)
+{
+    shop.settings().downloadRevFiles.set(true);
+    const ItemPtr rev = shop.add(QStringLiteral("http://h/x.part1.rev"));
+    rev->setStatus(DownloadStatus::queued);
+    shop.manager().processQueue();
+    turnEventLoop();
+    EXPECT_EQ(rev->status(), DownloadStatus::queued);
+    shop.sandbox.write(QStringLiteral("Downloads/x/x.part1.rar"), "complete");
+    const ItemPtr rar = shop.add(QStringLiteral("http://h/x.part1.rar"));
+    ASSERT_EQ(rar->status(), DownloadStatus::completed);
+    EXPECT_EQ(rev->status(), DownloadStatus::queued);
+    rar->setStatus(DownloadStatus::paused);
+    shop.manager().processQueue();
+    turnEventLoop();
+    EXPECT_EQ(rev->status(), DownloadStatus::downloading);
+}

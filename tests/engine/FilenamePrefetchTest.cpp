@@ -1,0 +1,157 @@
+#include "fixtures/EventLoop.h"
+#include "fixtures/FakeResolvers.h"
+#include "fixtures/Workshop.h"
+
+#include <gtest/gtest.h>
+
+using namespace vormel;
+using namespace vormel::fixtures;
+
+namespace {
+
+QString filestore(int number)
+{
+    return QStringLiteral("https://filestore.example/f/%1").arg(number);
+}
+
+class FilenamePrefetchTest : public ::testing::Test
+{
+protected:
+    FilenamePrefetchTest() { shop.manager().setAccounts({account(SupportedHost::filestore), account(SupportedHost::terabytez)}); }
+    void name(std::size_t call, const QString& filename)
+    {
+        log->resolves.at(call).answer->deliver(ResolvedDownload{link(QStringLiteral("https://cdn.example/opaque")), filename});
+        turnEventLoop();
+    }
+    void failWith(std::size_t call, const ResolverError& error)
+    {
+        log->resolves.at(call).answer->deliver(error);
+        turnEventLoop();
+    }
+    [[nodiscard]] std::size_t lookUps() const { return log->resolves.size(); }
+
+    std::shared_ptr<ServiceLog> log = std::make_shared<ServiceLog>();
+    Workshop shop{fakeServices(log)};
+};
+
+} // namespace
+
+TEST_F(FilenamePrefetchTest, NamesAPausedItemBeforeItStarts)
+{
+    const ItemPtr item = shop.add(filestore(1));
+    EXPECT_EQ(item->status(), DownloadStatus::paused);
+    name(0, QStringLiteral("movie.rar"));
+    EXPECT_EQ(item->filename(), QStringLiteral("movie.rar"));
+    EXPECT_FALSE(item->resolvedURL());
+}
+
+TEST_F(FilenamePrefetchTest, LooksUpFiveAtATime)
+{
+    QStringList links;
+    for (int i = 0; i < 12; ++i)
+        links.append(filestore(i));
+    shop.add(links);
+    EXPECT_EQ(lookUps(), 5U);
+    name(2, QStringLiteral("two.rar"));
+    EXPECT_EQ(lookUps(), 6U);
+    for (std::size_t i = 0; i < 12; ++i) {
+        if (i != 2)
+            name(i, QStringLiteral("f%1.rar").arg(i));
+    }
+    EXPECT_EQ(lookUps(), 12U);
+    EXPECT_EQ(shop.manager().items()[11]->filename(), QStringLiteral("f11.rar"));
+}
+
+TEST_F(FilenamePrefetchTest, DropsTheSecondOfTwoItemsOfOneName)
+{
+    const auto items = shop.add({filestore(1), filestore(2)});
+    name(0, QStringLiteral("Movie.rar"));
+    EXPECT_EQ(shop.manager().items().size(), 2U);
+    name(1, QStringLiteral("MOVIE.RAR"));
+    ASSERT_EQ(shop.manager().items().size(), 1U);
+    EXPECT_EQ(shop.manager().items()[0], items[0]);
+    shop.restart(true);
+    EXPECT_EQ(shop.manager().items().size(), 1U);
+}
+
+TEST_F(FilenamePrefetchTest, DoesNotCountACompletedItemOfThatName)
+{
+    const ItemPtr done = shop.add(QStringLiteral("http://h/movie.rar"));
+    done->setStatus(DownloadStatus::completed);
+    shop.add(filestore(1));
+    name(0, QStringLiteral("movie.rar"));
+    EXPECT_EQ(shop.manager().items().size(), 2U);
+}
+
+TEST_F(FilenamePrefetchTest, TakesTheNameFromTheLinkWhenTheServiceFindsNothing)
+{
+    const ItemPtr item = shop.add(QStringLiteral("https://filestore.example/f/name.rar--"));
+    item->setFilename(QStringLiteral("other"));
+    failWith(0, ResolverError::linkNotFound());
+    EXPECT_EQ(item->filename(), QStringLiteral("name.rar"));
+}
+
+TEST_F(FilenamePrefetchTest, IgnoresAnyOtherError)
+{
+    const ItemPtr item = shop.add(filestore(1));
+    failWith(0, ResolverError::authenticationFailed());
+    EXPECT_EQ(item->filename(), QStringLiteral("1"));
+    EXPECT_EQ(item->status(), DownloadStatus::paused);
+}
+
+TEST_F(FilenamePrefetchTest, LeavesAnItemAloneThatIsNoLongerWaiting)
+{
+    const ItemPtr item = shop.add(filestore(1));
+    item->setStatus(DownloadStatus::stopped);
+    name(0, QStringLiteral("movie.rar"));
+    EXPECT_EQ(item->filename(), QStringLiteral("1"));
+}
+
+TEST_F(FilenamePrefetchTest, AsksNobodyWhereNothingCanBeLearnt)
+{
+    shop.add({QStringLiteral("http://direct/x"), QStringLiteral("https://terabytez.example/x"), QStringLiteral("https://filestore.example/a.rev")});
+    EXPECT_EQ(lookUps(), 0U);
+    shop.settings().downloadRevFiles.set(true);
+    shop.add(QStringLiteral("https://filestore.example/b.rev"));
+    EXPECT_EQ(lookUps(), 2U);
+}
+
+TEST_F(FilenamePrefetchTest, AsksNobodyWithoutAnEnabledAccount)
+{
+    shop.manager().setAccounts({});
+    shop.add(filestore(1));
+    EXPECT_EQ(lookUps(), 0U);
+}
+
+TEST_F(FilenamePrefetchTest, EndsTheRunBeforeWhenLinksAreAdded)
+{
+    QStringList links;
+    for (int i = 0; i < 7; ++i)
+        links.append(filestore(i));
+    shop.add(links);
+    shop.add(filestore(100));
+    // The new run asks for everything that has no address yet, five at a time.
+    EXPECT_EQ(lookUps(), 10U);
+    for (std::size_t i = 0; i < 5; ++i)
+        name(i, QStringLiteral("old%1.rar").arg(i));
+    EXPECT_EQ(lookUps(), 10U);
+    EXPECT_EQ(shop.manager().items()[0]->filename(), QStringLiteral("old0.rar"));
+}
+
+TEST_F(FilenamePrefetchTest, LooksUpNamesAfterARestart)
+{
+    shop.add(filestore(1));
+    shop.restart();
+    EXPECT_EQ(lookUps(), 1U);
+    shop.manager().setAccounts({account(SupportedHost::filestore)});
+    shop.add(QStringLiteral("http://direct/x"));
+    EXPECT_EQ(lookUps(), 2U);
+}
+
+TEST_F(FilenamePrefetchTest, SurvivesTheEndOfTheManager)
+{
+    shop.add(filestore(1));
+    shop.restart();
+    name(0, QStringLiteral("late.rar"));
+    EXPECT_EQ(shop.manager().items().at(0)->filename(), QStringLiteral("1"));
+}

@@ -1,0 +1,241 @@
+#include "fixtures/EventLoop.h"
+#include "fixtures/FakeResolvers.h"
+#include "fixtures/Workshop.h"
+
+#include <gtest/gtest.h>
+
+using namespace vormel;
+using namespace vormel::fixtures;
+
+namespace {
+
+const QString containerLink = QStringLiteral("https://container.example/c/XYZ");
+
+class LinkIntakeTest : public ::testing::Test
+{
+protected:
+    void answer(std::size_t call, const std::variant<std::vector<Link>, ContainerError>& result)
+    {
+        log->containers.at(call).answer->deliver(result);
+        turnEventLoop();
+    }
+    void paste(const QString& url, const std::optional<QString>& password = {})
+    {
+        shop.manager().addURLs({link(url)}, password);
+        turnEventLoop();
+    }
+    [[nodiscard]] QStringList names() const
+    {
+        QStringList result;
+        for (const ItemPtr& item : shop.manager().items())
+            result.append(item->filename());
+        return result;
+    }
+
+    std::shared_ptr<ServiceLog> log = std::make_shared<ServiceLog>();
+    mutable Workshop shop{fakeServices(log)};
+};
+
+} // namespace
+
+TEST_F(LinkIntakeTest, AddsPausedItemsUnlessToldToStartThem)
+{
+    EXPECT_EQ(shop.add(QStringLiteral("http://h/a"))->status(), DownloadStatus::paused);
+    shop.settings().autoStartDownloads.set(true);
+    EXPECT_EQ(shop.add(QStringLiteral("http://h/b"))->status(), DownloadStatus::downloading);
+}
+
+TEST_F(LinkIntakeTest, RefusesALinkThatIsThereInAnyLetterCase)
+{
+    shop.add(QStringLiteral("http://host/path/a.rar"));
+    paste(QStringLiteral("HTTP://HOST/PATH/A.RAR."));
+    EXPECT_EQ(shop.manager().items().size(), 1U);
+}
+
+TEST_F(LinkIntakeTest, TakesTwoEqualLinksOfOnePasteOnce)
+{
+    shop.manager().addURLs({link(QStringLiteral("http://h/a")), link(QStringLiteral("http://h/A,"))}, std::nullopt);
+    ASSERT_EQ(shop.manager().items().size(), 1U);
+    EXPECT_EQ(shop.manager().items()[0]->originalURL().absoluteString(), QStringLiteral("http://h/a"));
+}
+
+TEST_F(LinkIntakeTest, RefusesALinkWhateverTheStatusOfItsItem)
+{
+    shop.add(QStringLiteral("http://h/a"))->setStatus(DownloadStatus::failure(QStringLiteral("x")));
+    paste(QStringLiteral("http://h/a"));
+    EXPECT_EQ(shop.manager().items().size(), 1U);
+    shop.manager().commands().removeItems({shop.manager().items()[0]->id()});
+    paste(QStringLiteral("http://h/a"));
+    EXPECT_EQ(shop.manager().items().size(), 1U);
+}
+
+TEST_F(LinkIntakeTest, CompletesALinkWhoseFileIsThere)
+{
+    shop.sandbox.write(QStringLiteral("Downloads/set/set.part1.rar"), "12345");
+    const ItemPtr item = shop.add(QStringLiteral("http://h/set.part1.rar"));
+    EXPECT_EQ(item->status(), DownloadStatus::completed);
+    EXPECT_DOUBLE_EQ(item->progress(), 1.0);
+    EXPECT_EQ(item->totalBytes(), 5);
+    EXPECT_EQ(item->bytesReceived(), 5);
+    EXPECT_EQ(item->localPath(), shop.sandbox.path(QStringLiteral("Downloads/set/set.part1.rar")));
+    EXPECT_EQ(shop.postDownload.items, std::vector{item->id()});
+}
+
+TEST_F(LinkIntakeTest, MistakesNoFileNamedDownloadForANamelessItem)
+{
+    shop.sandbox.write(QStringLiteral("Downloads/download"), "x");
+    EXPECT_EQ(shop.add(QStringLiteral("http://h/"))->status(), DownloadStatus::paused);
+}
+
+TEST_F(LinkIntakeTest, ShowsAPlaceholderWhileAContainerIsRead)
+{
+    shop.manager().addURLs({link(QStringLiteral("http://h/a")), link(containerLink)}, QStringLiteral("secret"));
+    turnEventLoop();
+    ASSERT_EQ(shop.manager().items().size(), 2U);
+    const ItemPtr placeholder = shop.manager().items()[1];
+    EXPECT_EQ(placeholder->status(), DownloadStatus::expanding);
+    EXPECT_EQ(placeholder->filename(), QStringLiteral("container.example: XYZ"));
+    EXPECT_EQ(log->containers.at(0).password, QStringLiteral("secret"));
+    answer(0, std::vector{link(QStringLiteral("http://h/1.rar")), link(QStringLiteral("http://h/2.rar"))});
+    EXPECT_EQ(names(), (QStringList{QStringLiteral("a"), QStringLiteral("1.rar"), QStringLiteral("2.rar")}));
+}
+
+TEST_F(LinkIntakeTest, RefusesAContainerWhileItIsReadAndReadsItAgainLater)
+{
+    paste(containerLink);
+    paste(containerLink);
+    EXPECT_EQ(log->containers.size(), 1U);
+    answer(0, std::vector{link(QStringLiteral("http://h/1.rar"))});
+    paste(containerLink);
+    EXPECT_EQ(log->containers.size(), 2U);
+    answer(1, std::vector{link(QStringLiteral("http://h/1.rar")), link(QStringLiteral("http://h/2.rar"))});
+    EXPECT_EQ(names(), (QStringList{QStringLiteral("1.rar"), QStringLiteral("2.rar")}));
+}
+
+TEST_F(LinkIntakeTest, ReadsContainersTogetherWhateverTheLimit)
+{
+    shop.settings().maxConcurrentDownloads.set(1);
+    shop.manager().addURLs({link(containerLink), link(QStringLiteral("https://container.example/c/2"))}, std::nullopt);
+    turnEventLoop();
+    EXPECT_EQ(log->containers.size(), 2U);
+    // Links are appended as the answers come.
+    answer(1, std::vector{link(QStringLiteral("http://h/second"))});
+    answer(0, std::vector{link(QStringLiteral("http://h/first"))});
+    EXPECT_EQ(names(), (QStringList{QStringLiteral("second"), QStringLiteral("first")}));
+}
+
+TEST_F(LinkIntakeTest, EndsWithNothingWhenAContainerYieldsNothing)
+{
+    paste(containerLink);
+    answer(0, std::vector<Link>{});
+    EXPECT_TRUE(shop.manager().items().empty());
+    EXPECT_EQ(shop.manager().pendingHostSelection(), std::nullopt);
+}
+
+TEST_F(LinkIntakeTest, KeepsAFailedContainerWithItsText)
+{
+    paste(containerLink);
+    answer(0, ContainerError::noLinksFound());
+    ASSERT_EQ(shop.manager().items().size(), 1U);
+    EXPECT_EQ(shop.manager().items()[0]->status(), DownloadStatus::failure(QStringLiteral("No links found in the container")));
+    EXPECT_EQ(names(), QStringList{QStringLiteral("container.example: XYZ")});
+}
+
+TEST_F(LinkIntakeTest, AsksWhichHostWhenAContainerHasSeveral)
+{
+    paste(containerLink);
+    const std::vector<Link> links{link(QStringLiteral("http://other.example/1")), link(QStringLiteral("http://www.terabytez.example/1")),
+                                  link(QStringLiteral("http://filestore.example/1"))};
+    answer(0, links);
+    EXPECT_TRUE(shop.manager().items().empty());
+    const auto& question = shop.manager().pendingHostSelection();
+    ASSERT_TRUE(question);
+    ASSERT_EQ(question->groups.size(), 3U);
+    EXPECT_EQ(question->groups[0].displayName, QStringLiteral("Terabytez"));
+    EXPECT_EQ(question->groups[1].displayName, QStringLiteral("Filestore.example"));
+    EXPECT_EQ(question->groups[2].displayName, QStringLiteral("other.example"));
+    EXPECT_EQ(question->allURLs, links);
+    shop.manager().confirmHostSelection({links[0]});
+    EXPECT_EQ(shop.manager().pendingHostSelection(), std::nullopt);
+    EXPECT_EQ(shop.manager().items().size(), 1U);
+}
+
+TEST_F(LinkIntakeTest, DropsTheLinksWhenTheQuestionIsCancelled)
+{
+    paste(containerLink);
+    answer(0, std::vector{link(QStringLiteral("http://a/1")), link(QStringLiteral("http://b/1"))});
+    shop.manager().cancelHostSelection();
+    EXPECT_TRUE(shop.manager().items().empty());
+    EXPECT_EQ(shop.manager().pendingHostSelection(), std::nullopt);
+}
+
+TEST_F(LinkIntakeTest, AsksForACaptchaAndPutsItsLinksInThePlaceholdersStead)
+{
+    paste(containerLink, QStringLiteral("pw"));
+    answer(0, ContainerError::captchaRequired());
+    const ItemPtr placeholder = shop.manager().items().at(0);
+    EXPECT_EQ(placeholder->status(), DownloadStatus::expanding);
+    EXPECT_EQ(placeholder->filename(), QStringLiteral("CAPTCHA: container.example"));
+    EXPECT_EQ(shop.manager().pendingCaptcha(), (PendingCaptcha{placeholder->id(), link(containerLink), QStringLiteral("pw")}));
+    shop.manager().addCaptchaLinks({link(QStringLiteral("http://a/1")), link(QStringLiteral("http://b/1"))});
+    EXPECT_EQ(shop.manager().pendingCaptcha(), std::nullopt);
+    EXPECT_EQ(shop.manager().pendingHostSelection(), std::nullopt);
+    EXPECT_EQ(shop.manager().items().size(), 2U);
+    EXPECT_EQ(shop.manager().item(placeholder->id()), nullptr);
+}
+
+TEST_F(LinkIntakeTest, FailsThePlaceholderWhenTheCaptchaIsCancelled)
+{
+    paste(containerLink);
+    answer(0, ContainerError::captchaRequired());
+    shop.manager().cancelCaptcha();
+    EXPECT_EQ(shop.manager().items().at(0)->status(), DownloadStatus::failure(QStringLiteral("CAPTCHA cancelled")));
+    EXPECT_EQ(shop.manager().pendingCaptcha(), std::nullopt);
+    shop.manager().cancelCaptcha();
+    shop.manager().addCaptchaLinks({link(QStringLiteral("http://a/1"))});
+    EXPECT_EQ(shop.manager().items().size(), 1U);
+}
+
+TEST_F(LinkIntakeTest, OverwritesAnEarlierCaptchaQuestion)
+{
+    shop.manager().addURLs({link(containerLink), link(QStringLiteral("https://container.example/c/2"))}, std::nullopt);
+    turnEventLoop();
+    answer(0, ContainerError::captchaRequired());
+    answer(1, ContainerError::captchaRequired());
+    EXPECT_EQ(shop.manager().pendingCaptcha()->containerURL.lastPathComponent(), QStringLiteral("2"));
+    EXPECT_EQ(shop.manager().items().size(), 2U);
+}
+
+TEST_F(LinkIntakeTest, AddsNothingOfAContainerWhoseRowWasRemovedMeanwhile)
+{
+    paste(containerLink);
+    shop.manager().commands().removeItems({shop.manager().items().at(0)->id()});
+    answer(0, std::vector{link(QStringLiteral("http://h/1.rar"))});
+    EXPECT_TRUE(shop.manager().items().empty());
+}
+
+TEST_F(LinkIntakeTest, AddsContainersAsFilesWhenToldSo)
+{
+    shop.manager().addDirectURLs({link(containerLink)});
+    turnEventLoop();
+    EXPECT_TRUE(log->containers.empty());
+    EXPECT_EQ(names(), QStringList{QStringLiteral("XYZ")});
+}
+
+TEST_F(LinkIntakeTest, GivesPlaceholdersNoSlotAndNoPlaceInTheFile)
+{
+    shop.settings().maxConcurrentDownloads.set(1);
+    for (int i = 0; i < 10; ++i)
+        paste(QStringLiteral("https://container.example/c/%1").arg(i));
+    const ItemPtr direct = shop.start(QStringLiteral("http://h/a"));
+    EXPECT_EQ(direct->status(), DownloadStatus::downloading);
+    shop.restart();
+    EXPECT_EQ(names(), QStringList{QStringLiteral("a")});
+}
+
+TEST_F(LinkIntakeTest, IsSavedBeforeItReturns)
+{
+    shop.manager().addURLs({link(QStringLiteral("http://h/a"))}, std::nullopt);
+    shop.restart(true);
+    EXPECT_EQ(names(), QStringList{QStringLiteral("a")});
+}

@@ -1,0 +1,315 @@
+#include "fixtures/EventLoop.h"
+#include "fixtures/Workshop.h"
+
+#include <QElapsedTimer>
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+using namespace vormel;
+using namespace vormel::fixtures;
+
+namespace {
+
+const QString queueFile = QStringLiteral("data/Vormel/download_queue.json");
+const QString someId = QStringLiteral("6F9619FF-8B86-D011-B42D-00CF4FC964FF");
+
+QJsonObject record(const QString& url, const QString& status, const QString& id = someId)
+{
+    return {{QStringLiteral("id"), id},
+            {QStringLiteral("originalURL"), url},
+            {QStringLiteral("filename"), QStringLiteral("x.bin")},
+            {QStringLiteral("statusType"), status},
+            {QStringLiteral("progress"), 0.25},
+            {QStringLiteral("bytesReceived"), 25},
+            {QStringLiteral("totalBytes"), 100},
+            {QStringLiteral("hostName"), QStringLiteral("Host.Example")},
+            {QStringLiteral("extractionStatusType"), QStringLiteral("idle")}};
+}
+
+/// A workshop whose queue file holds these records.
+class QueueFileTest : public ::testing::Test
+{
+protected:
+    void restoreFrom(const QByteArray& bytes)
+    {
+        shop.flush();
+        shop.sandbox.write(queueFile, bytes);
+        shop.restart(true);
+    }
+    void restoreFrom(const QJsonArray& records) { restoreFrom(QJsonDocument(records).toJson()); }
+    [[nodiscard]] const DownloadItem& only() { return *shop.manager().items().at(0); }
+    [[nodiscard]] QJsonArray saved()
+    {
+        shop.manager().saveQueue();
+        shop.flush();
+        return QJsonDocument::fromJson(shop.sandbox.read(queueFile)).array();
+    }
+
+    Workshop shop;
+};
+
+} // namespace
+
+TEST_F(QueueFileTest, WritesTheKeysInTheirOrder)
+{
+    const ItemPtr item = shop.add(QStringLiteral("http://Host.Example/a.bin"));
+    const QString path = shop.sandbox.write(QStringLiteral("Downloads/done.bin"), "x");
+    item->setStatus(DownloadStatus::failure(QStringLiteral("why \"so\"\n")));
+    item->setResolvedURL(link(QStringLiteral("http://cdn/a.bin")));
+    item->setResolvedAt(shop.clock.wallNow());
+    item->setLocalPath(path);
+    item->setExtractionStatus(ExtractionStatus::failure(QStringLiteral("e")));
+    shop.manager().saveQueue();
+    shop.flush();
+    const QByteArray json = shop.sandbox.read(queueFile);
+    qsizetype at = -1;
+    for (const char* key : {"[{\"id\":\"", "\"originalURL\":\"http://Host.Example/a.bin\"", "\"filename\":\"a.bin\"",
+                            "\"statusType\":\"failed\"", R"("statusMessage":"why \"so\"\n")", "\"progress\":", "\"bytesReceived\":0",
+                            "\"totalBytes\":0", "\"resolvedURL\":\"http://cdn/a.bin\"", "\"resolvedAt\":", "\"localPath\":\"file:///",
+                            "\"hostName\":\"Host.Example\"", "\"extractionStatusType\":\"failed\"", "\"extractionError\":\"e\"}]"}) {
+        const qsizetype next = json.indexOf(key, at + 1);
+        EXPECT_GT(next, at) << key << " in " << json.constData();
+        at = next;
+    }
+    EXPECT_TRUE(json.contains(item->id().toString().toLatin1()));
+    EXPECT_EQ(item->id().toString(), item->id().toString().toUpper());
+}
+
+TEST_F(QueueFileTest, StoresDatesInSecondsSince2001)
+{
+    const ItemPtr item = shop.add(QStringLiteral("http://h/a.bin"));
+    item->setResolvedURL(link(QStringLiteral("http://cdn/a")));
+    item->setResolvedAt(WallTime(std::chrono::seconds(978307200 + 3600)));
+    EXPECT_DOUBLE_EQ(saved()[0][QStringLiteral("resolvedAt")].toDouble(), 3600.0);
+    shop.restart();
+    EXPECT_EQ(only().resolvedAt(), WallTime(std::chrono::seconds(978307200 + 3600)));
+}
+
+TEST_F(QueueFileTest, LeavesOutWhatHasNoValue)
+{
+    shop.add(QStringLiteral("http://h/a.bin"));
+    const QJsonObject stored = saved()[0].toObject();
+    EXPECT_THAT(stored.keys(), ::testing::UnorderedElementsAre(
+                                   QStringLiteral("id"), QStringLiteral("originalURL"), QStringLiteral("filename"),
+                                   QStringLiteral("statusType"), QStringLiteral("progress"), QStringLiteral("bytesReceived"),
+                                   QStringLiteral("totalBytes"), QStringLiteral("hostName"), QStringLiteral("extractionStatusType")));
+}
+
+TEST_F(QueueFileTest, PausesWhateverWasGoingOn)
+{
+    const auto items = shop.add({QStringLiteral("http://h/1"), QStringLiteral("http://h/2"), QStringLiteral("http://h/3"),
+                                 QStringLiteral("http://h/4"), QStringLiteral("http://h/5")});
+    items[0]->setStatus(DownloadStatus::queued);
+    items[1]->setStatus(DownloadStatus::resolving);
+    items[2]->setStatus(DownloadStatus::downloading);
+    items[3]->setStatus(DownloadStatus::paused);
+    items[4]->setStatus(DownloadStatus::stopped);
+    const QJsonArray stored = saved();
+    for (int i = 0; i < 4; ++i)
+        EXPECT_EQ(stored[i][QStringLiteral("statusType")], QStringLiteral("paused")) << i;
+    EXPECT_EQ(stored[4][QStringLiteral("statusType")], QStringLiteral("stopped"));
+}
+
+TEST_F(QueueFileTest, ForgetsPlaceholdersOfContainers)
+{
+    const ItemPtr item = shop.add(QStringLiteral("http://h/container"));
+    item->setStatus(DownloadStatus::expanding);
+    EXPECT_TRUE(saved().isEmpty());
+}
+
+TEST_F(QueueFileTest, BringsARunningExtractionBackIdle)
+{
+    const auto items = shop.add({QStringLiteral("http://h/1"), QStringLiteral("http://h/2"), QStringLiteral("http://h/3")});
+    items[0]->setExtractionStatus(ExtractionStatus::repairing);
+    items[1]->setExtractionStatus(ExtractionStatus::extracting);
+    items[2]->setExtractionStatus(ExtractionStatus::done);
+    shop.restart();
+    EXPECT_EQ(shop.manager().items()[0]->extractionStatus(), ExtractionStatus::idle);
+    EXPECT_EQ(shop.manager().items()[1]->extractionStatus(), ExtractionStatus::idle);
+    EXPECT_EQ(shop.manager().items()[2]->extractionStatus(), ExtractionStatus::done);
+}
+
+TEST_F(QueueFileTest, LeavesOutALocalPathWhereNothingStands)
+{
+    const ItemPtr item = shop.add(QStringLiteral("http://h/a.bin"));
+    item->setLocalPath(shop.sandbox.path(QStringLiteral("Downloads/a.bin")));
+    EXPECT_FALSE(saved()[0].toObject().contains(QStringLiteral("localPath")));
+    EXPECT_TRUE(item->localPath());
+    shop.sandbox.write(QStringLiteral("Downloads/a.bin"), "x");
+    EXPECT_TRUE(saved()[0].toObject().contains(QStringLiteral("localPath")));
+}
+
+TEST_F(QueueFileTest, KeepsALocalPathWithUnusualLetters)
+{
+    const ItemPtr item = shop.add(QStringLiteral("http://h/a.bin"));
+    const QString path = shop.sandbox.write(QStringLiteral("Downloads/a #%41 ü?.bin"), "x");
+    item->setStatus(DownloadStatus::completed);
+    item->setLocalPath(path);
+    shop.restart();
+    EXPECT_EQ(only().localPath(), path);
+}
+
+TEST_F(QueueFileTest, GivesAnEmptyQueueAtTheFirstStart)
+{
+    EXPECT_TRUE(shop.manager().items().empty());
+    EXPECT_FALSE(shop.sandbox.exists(queueFile + QStringLiteral(".unreadable")));
+}
+
+TEST_F(QueueFileTest, TakesTheNumbersOfAPausedItemFromItsPartFile)
+{
+    shop.sandbox.write(QStringLiteral("Downloads/x.bin.download"), QByteArray(40, 'x'));
+    restoreFrom(QJsonArray{record(QStringLiteral("http://h/x.bin"), QStringLiteral("paused"))});
+    EXPECT_EQ(only().status(), DownloadStatus::paused);
+    EXPECT_EQ(only().bytesReceived(), 40);
+    EXPECT_DOUBLE_EQ(only().progress(), 0.4);
+    EXPECT_EQ(only().hostName(), QStringLiteral("Host.Example"));
+}
+
+TEST_F(QueueFileTest, KeepsTheRecordsNumbersWithoutAPartFile)
+{
+    shop.sandbox.write(QStringLiteral("Downloads/x.bin.download"), "");
+    restoreFrom(QJsonArray{record(QStringLiteral("http://h/x.bin"), QStringLiteral("paused"))});
+    EXPECT_EQ(only().bytesReceived(), 25);
+    EXPECT_DOUBLE_EQ(only().progress(), 0.25);
+}
+
+TEST_F(QueueFileTest, KeepsTheNumbersOfAStoppedItem)
+{
+    shop.sandbox.write(QStringLiteral("Downloads/x.bin.download"), QByteArray(40, 'x'));
+    restoreFrom(QJsonArray{record(QStringLiteral("http://h/x.bin"), QStringLiteral("stopped"))});
+    EXPECT_EQ(only().status(), DownloadStatus::stopped);
+    EXPECT_EQ(only().bytesReceived(), 25);
+}
+
+TEST_F(QueueFileTest, HasNoProgressWithoutATotal)
+{
+    shop.sandbox.write(QStringLiteral("Downloads/x.bin.download"), QByteArray(40, 'x'));
+    QJsonObject unknown = record(QStringLiteral("http://h/x.bin"), QStringLiteral("paused"));
+    unknown[QStringLiteral("totalBytes")] = 0;
+    restoreFrom(QJsonArray{unknown});
+    EXPECT_EQ(only().bytesReceived(), 40);
+    EXPECT_DOUBLE_EQ(only().progress(), 0.0);
+}
+
+TEST_F(QueueFileTest, ReadsAFailureWithoutAMessage)
+{
+    restoreFrom(QJsonArray{record(QStringLiteral("http://h/x.bin"), QStringLiteral("failed"))});
+    EXPECT_EQ(only().status(), DownloadStatus::failure(QString()));
+}
+
+TEST_F(QueueFileTest, ReadsAnUnknownStatusAsPaused)
+{
+    restoreFrom(QJsonArray{record(QStringLiteral("http://h/x.bin"), QStringLiteral("levitating"))});
+    EXPECT_EQ(only().status(), DownloadStatus::paused);
+}
+
+TEST_F(QueueFileTest, KeepsTheFirstOfTwoRecordsOfOneLink)
+{
+    QJsonObject second = record(QStringLiteral("http://H/X.bin"), QStringLiteral("stopped"), QUuid::createUuid().toString(QUuid::WithoutBraces));
+    restoreFrom(QJsonArray{record(QStringLiteral("http://h/x.bin"), QStringLiteral("completed")), second});
+    ASSERT_EQ(shop.manager().items().size(), 1U);
+    EXPECT_EQ(only().status(), DownloadStatus::completed);
+}
+
+TEST_F(QueueFileTest, NormalisesLinksAsItReadsThem)
+{
+    restoreFrom(QJsonArray{record(QStringLiteral("http://h/x.bin..."), QStringLiteral("paused"))});
+    EXPECT_EQ(only().originalURL().absoluteString(), QStringLiteral("http://h/x.bin"));
+}
+
+TEST_F(QueueFileTest, StartsNothingAfterARestart)
+{
+    shop.settings().autoStartDownloads.set(true);
+    restoreFrom(QJsonArray{record(QStringLiteral("http://h/x.bin"), QStringLiteral("paused"))});
+    EXPECT_EQ(only().status(), DownloadStatus::paused);
+    EXPECT_TRUE(shop.http.exchanges().empty());
+}
+
+TEST_F(QueueFileTest, IsOnDiskWithin100Milliseconds)
+{
+    QElapsedTimer timer;
+    timer.start();
+    shop.add(QStringLiteral("http://h/x.bin"));
+    EXPECT_TRUE(waitUntil([this] { return shop.sandbox.read(queueFile).contains("x.bin"); }));
+    EXPECT_LT(timer.elapsed(), 100);
+}
+
+TEST_F(QueueFileTest, BelongsToItsUserAlone)
+{
+    shop.add(QStringLiteral("http://h/x.bin"));
+    shop.flush();
+    struct stat facts = {};
+    ASSERT_EQ(::stat(QFile::encodeName(shop.sandbox.path(queueFile)).constData(), &facts), 0);
+    EXPECT_EQ(facts.st_mode & 0777U, 0600U);
+}
+
+TEST_F(QueueFileTest, MakesAMissingFolderAtTheNextSave)
+{
+    QDir(shop.sandbox.path(QStringLiteral("data"))).removeRecursively();
+    shop.add(QStringLiteral("http://h/x.bin"));
+    shop.flush();
+    EXPECT_TRUE(shop.sandbox.exists(queueFile));
+}
+
+namespace {
+
+struct BadFile
+{
+    const char* name;
+    QByteArray bytes;
+};
+
+QByteArray withChange(const char* key, const QJsonValue& value)
+{
+    QJsonObject changed = record(QStringLiteral("http://h/x.bin"), QStringLiteral("paused"));
+    changed[QLatin1StringView(key)] = value;
+    return QJsonDocument(QJsonArray{record(QStringLiteral("http://h/y.bin"), QStringLiteral("paused"), QStringLiteral("6F9619FF-8B86-D011-B42D-00CF4FC964FE")), changed}).toJson();
+}
+
+class BadQueueFile : public QueueFileTest, public ::testing::WithParamInterface<BadFile>
+{};
+
+TEST_P(BadQueueFile, GivesAnEmptyQueueAndIsKeptBesideTheNewOne)
+{
+    restoreFrom(GetParam().bytes);
+    EXPECT_TRUE(shop.manager().items().empty());
+    EXPECT_EQ(shop.sandbox.read(queueFile + QStringLiteral(".unreadable")), GetParam().bytes);
+    shop.add(QStringLiteral("http://h/new.bin"));
+    shop.restart();
+    EXPECT_EQ(shop.manager().items().size(), 1U);
+    EXPECT_EQ(shop.sandbox.read(queueFile + QStringLiteral(".unreadable")), GetParam().bytes);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Shapes, BadQueueFile,
+    ::testing::Values(BadFile{"Cut", withChange("progress", 0.5).chopped(40)}, BadFile{"Empty", ""},
+                      BadFile{"NoJson", "hello"}, BadFile{"Object", "{}"}, BadFile{"Number", "7"},
+                      BadFile{"ArrayOfNumbers", "[1,2]"}, BadFile{"DeeplyNested", QByteArray(1000000, '[')},
+                      BadFile{"DeeplyNestedClosed", QByteArray(1000000, '[') + QByteArray(1000000, ']')},
+                      BadFile{"InvalidUtf8", withChange("filename", QStringLiteral("MARK")).replace("MARK", "\xff\xfe")},
+                      BadFile{"MissingKey", withChange("hostName", QJsonValue::Undefined)},
+                      BadFile{"TextForNumber", withChange("totalBytes", QStringLiteral("100"))},
+                      BadFile{"FractionForInteger", withChange("bytesReceived", 1.5)},
+                      BadFile{"HugeNumber", withChange("bytesReceived", 1e300)},
+                      BadFile{"NumberForText", withChange("filename", 5)}, BadFile{"BadId", withChange("id", QStringLiteral("x"))},
+                      BadFile{"NullId", withChange("id", QStringLiteral("00000000-0000-0000-0000-000000000000"))},
+                      BadFile{"TwiceTheSameId", withChange("id", QStringLiteral("6F9619FF-8B86-D011-B42D-00CF4FC964FE"))},
+                      BadFile{"NoLink", withChange("originalURL", QStringLiteral("not a link"))},
+                      BadFile{"Infinity", withChange("progress", 0.5).replace("0.5", "1e999")}),
+    [](const ::testing::TestParamInfo<BadFile>& row) { return std::string(row.param.name); });
+
+} // namespace
+
+TEST_F(QueueFileTest, RefusesAFileThatIsTooLarge)
+{
+    restoreFrom("[" + QByteArray(65 * 1024 * 1024, ' ') + "]");
+    EXPECT_TRUE(shop.manager().items().empty());
+    EXPECT_TRUE(shop.sandbox.exists(queueFile + QStringLiteral(".unreadable")));
+}

@@ -1,0 +1,136 @@
+#include "engine/schedule/Scheduler.h"
+
+#include <gtest/gtest.h>
+
+using namespace vormel;
+
+namespace {
+
+class SilentListener final : public ItemTable::Listener
+{
+public:
+    void tableGrew(qsizetype /*first*/, qsizetype /*count*/) override {}
+    void tableShrank(const QSet<ItemId>& /*ids*/) override {}
+    void tableItemChanged(DownloadItem& /*item*/, ItemField /*field*/) override {}
+};
+
+class OpenRules final : public SchedulingRules
+{
+public:
+    [[nodiscard]] bool isHeldBack(const DownloadItem& item) const override { return held.contains(item.id()); }
+    [[nodiscard]] bool mayFetchRev(const DownloadItem& /*item*/) const override { return revAllowed; }
+
+    QSet<ItemId> held;
+    bool revAllowed = false;
+};
+
+class SchedulerTest : public ::testing::Test
+{
+protected:
+    ItemPtr add(const QString& name, const DownloadStatus& status)
+    {
+        auto item = std::make_shared<DownloadItem>(*Link::parse(QStringLiteral("http://h/") + name), ItemId::make());
+        item->setStatus(status);
+        table.append({item});
+        return item;
+    }
+    [[nodiscard]] QStringList chosen(qint64 limit, qint64 underWay = 0) const
+    {
+        QStringList names;
+        for (const ItemPtr& item : chooseStarts(table, limit, underWay, rules))
+            names.append(item->filename());
+        return names;
+    }
+
+    SilentListener listener;
+    ItemTable table{listener};
+    OpenRules rules;
+};
+
+} // namespace
+
+TEST_F(SchedulerTest, TakesQueuedItemsInQueueOrderUpToTheLimit)
+{
+    for (const char* name : {"a", "b", "c", "d"})
+        add(QLatin1StringView(name), DownloadStatus::queued);
+    EXPECT_EQ(chosen(3), (QStringList{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")}));
+}
+
+TEST_F(SchedulerTest, StartsNothingWhileAllSlotsAreTaken)
+{
+    add(QStringLiteral("1"), DownloadStatus::resolving);
+    add(QStringLiteral("2"), DownloadStatus::resolving);
+    add(QStringLiteral("3"), DownloadStatus::downloading);
+    add(QStringLiteral("waiting"), DownloadStatus::queued);
+    EXPECT_TRUE(chosen(3).isEmpty());
+    EXPECT_EQ(chosen(4).size(), 1);
+}
+
+TEST_F(SchedulerTest, StartsNothingWithALimitOfZeroOrLess)
+{
+    add(QStringLiteral("waiting"), DownloadStatus::queued);
+    EXPECT_TRUE(chosen(0).isEmpty());
+    EXPECT_TRUE(chosen(-5).isEmpty());
+    EXPECT_TRUE(chosen(std::numeric_limits<qint64>::min()).isEmpty());
+}
+
+TEST_F(SchedulerTest, GivesPlaceholdersNoSlot)
+{
+    for (int i = 0; i < 10; ++i)
+        add(QString::number(i), DownloadStatus::expanding);
+    add(QStringLiteral("direct"), DownloadStatus::queued);
+    EXPECT_EQ(chosen(1), QStringList{QStringLiteral("direct")});
+}
+
+TEST_F(SchedulerTest, PassesOverWhatIsHeldBackAndTakesTheNext)
+{
+    const ItemPtr first = add(QStringLiteral("held"), DownloadStatus::queued);
+    add(QStringLiteral("next"), DownloadStatus::queued);
+    rules.held.insert(first->id());
+    EXPECT_EQ(chosen(1), QStringList{QStringLiteral("next")});
+}
+
+TEST_F(SchedulerTest, PassesOverRecoveryVolumesUnlessAllowed)
+{
+    const ItemPtr rev = add(QStringLiteral("x.part1.REV"), DownloadStatus::queued);
+    add(QStringLiteral("next"), DownloadStatus::queued);
+    EXPECT_EQ(chosen(1), QStringList{QStringLiteral("next")});
+    EXPECT_EQ(rev->status(), DownloadStatus::queued);
+    rules.revAllowed = true;
+    EXPECT_EQ(chosen(1), QStringList{QStringLiteral("x.part1.REV")});
+}
+
+TEST_F(SchedulerTest, CountsStartsThatAreUnderWay)
+{
+    add(QStringLiteral("a"), DownloadStatus::queued);
+    EXPECT_TRUE(chosen(2, 2).isEmpty());
+}
+
+TEST_F(SchedulerTest, IgnoresEveryOtherStatus)
+{
+    for (const DownloadStatus::Kind kind : {DownloadStatus::paused, DownloadStatus::stopped, DownloadStatus::completed})
+        add(QString::number(kind), kind);
+    add(QStringLiteral("f"), DownloadStatus::failure(QStringLiteral("m")));
+    EXPECT_TRUE(chosen(10).isEmpty());
+}
+
+TEST_F(SchedulerTest, SeesChangesOfStatusNameAndOrder)
+{
+    const ItemPtr a = add(QStringLiteral("a"), DownloadStatus::queued);
+    const ItemPtr b = add(QStringLiteral("b"), DownloadStatus::queued);
+    const ItemPtr c = add(QStringLiteral("c"), DownloadStatus::paused);
+    table.remove({a->id()});
+    EXPECT_EQ(table.find(a->id()), nullptr);
+    EXPECT_EQ(table.find(c->id()), c);
+    c->setStatus(DownloadStatus::downloading);
+    EXPECT_EQ(table.activeCount(), 1);
+    b->setFilename(QStringLiteral("b.rev"));
+    EXPECT_TRUE(chosen(2).isEmpty());
+    c->setSpeedBytesPerSec(5);
+    b->setSpeedBytesPerSec(2);
+    EXPECT_DOUBLE_EQ(table.totalSpeed(), 7);
+    table.remove({c->id()});
+    EXPECT_EQ(table.activeCount(), 0);
+    EXPECT_DOUBLE_EQ(table.totalSpeed(), 2);
+    EXPECT_EQ(table.rows().size(), 1U);
+}

@@ -1,0 +1,134 @@
+#include "fixtures/EventLoop.h"
+#include "fixtures/Workshop.h"
+
+#include <gtest/gtest.h>
+
+using namespace std::chrono_literals;
+using namespace vormel;
+using namespace vormel::fixtures;
+
+namespace {
+
+class SpeedCap : public ::testing::Test
+{
+protected:
+    ItemPtr startCapped(qint64 kiloBytesPerSecond)
+    {
+        shop.settings().maxDownloadSpeedKBps.set(kiloBytesPerSecond);
+        const ItemPtr item = shop.start(QStringLiteral("http://h/x.bin"));
+        server().head(200, {{"Content-Length", "100000000"}});
+        turnEventLoop();
+        return item;
+    }
+    void send(qsizetype bytes)
+    {
+        server().data(QByteArray(bytes, 'x'));
+        turnEventLoop();
+    }
+    ScriptedHttpClient::Exchange& server() { return shop.http.last(); }
+
+    Workshop shop;
+};
+
+} // namespace
+
+TEST_F(SpeedCap, IsInUnitsOf1024Bytes)
+{
+    startCapped(512);
+    shop.clock.advance(1h);
+    send(524288);
+    EXPECT_EQ(server().suspensions, 0);
+    // One more and a whole second's worth is in debt by 524288 * 0.05 and a bit.
+    send(26215);
+    EXPECT_EQ(server().suspensions, 1);
+}
+
+TEST_F(SpeedCap, LetsAWaitOfExactlyAFiftiethPass)
+{
+    startCapped(1000);
+    shop.clock.advance(1h);
+    send(1024000 + 51200);
+    EXPECT_EQ(server().suspensions, 0);
+    send(1);
+    EXPECT_EQ(server().suspensions, 1);
+}
+
+TEST_F(SpeedCap, RestsForAsLongAsTheDebtTakes)
+{
+    startCapped(1);
+    send(1024);
+    EXPECT_FALSE(server().isRunning);
+    shop.clock.advance(999ms);
+    EXPECT_FALSE(server().isRunning);
+    shop.clock.advance(2ms);
+    EXPECT_TRUE(server().isRunning);
+}
+
+TEST_F(SpeedCap, NeverSuspendsWithoutACap)
+{
+    startCapped(0);
+    for (int i = 0; i < 100; ++i)
+        send(1000000);
+    EXPECT_EQ(server().suspensions, 0);
+    EXPECT_EQ(shop.http.blockSize(), 256 * 1024);
+}
+
+TEST_F(SpeedCap, WakesNobodyBeforeTheTimerWhenTheCapIsLifted)
+{
+    startCapped(1);
+    send(10240);
+    shop.settings().maxDownloadSpeedKBps.set(0);
+    shop.clock.advance(5s);
+    EXPECT_FALSE(server().isRunning);
+    shop.clock.advance(6s);
+    EXPECT_TRUE(server().isRunning);
+}
+
+TEST_F(SpeedCap, ResumesNoTaskThatWasCancelledWhileItRested)
+{
+    const ItemPtr item = startCapped(1);
+    send(10240);
+    shop.manager().pauseAll();
+    EXPECT_TRUE(server().isDropped);
+    shop.clock.advance(1min);
+    EXPECT_FALSE(server().isRunning);
+    EXPECT_EQ(item->status(), DownloadStatus::paused);
+}
+
+TEST_F(SpeedCap, ChargesAllTransfersToOneBudget)
+{
+    shop.settings().maxDownloadSpeedKBps.set(1);
+    shop.add({QStringLiteral("http://h/a"), QStringLiteral("http://h/b")});
+    shop.manager().startAll();
+    turnEventLoop();
+    auto& first = *shop.http.exchanges()[0];
+    auto& second = *shop.http.exchanges()[1];
+    first.head(200);
+    second.head(200);
+    first.data(QByteArray(1024, 'x'));
+    second.data(QByteArray(1024, 'x'));
+    turnEventLoop();
+    shop.clock.advance(1001ms);
+    EXPECT_TRUE(first.isRunning);
+    EXPECT_FALSE(second.isRunning);
+    shop.clock.advance(1s);
+    EXPECT_TRUE(second.isRunning);
+}
+
+TEST_F(SpeedCap, CutsTheStreamFinerTheLowerItIs)
+{
+    startCapped(512);
+    EXPECT_EQ(shop.http.blockSize(), 16 * 1024);
+    shop.settings().maxDownloadSpeedKBps.set(51200);
+    EXPECT_EQ(shop.http.blockSize(), 256 * 1024);
+}
+
+TEST_F(SpeedCap, TakesAnAbsurdStoredValueForNoCap)
+{
+    startCapped(std::numeric_limits<qint64>::max());
+    send(1000000);
+    EXPECT_EQ(server().suspensions, 0);
+    shop.settings().maxDownloadSpeedKBps.set(-5);
+    send(1000000);
+    EXPECT_EQ(server().suspensions, 0);
+}

@@ -1,0 +1,351 @@
+#include "fixtures/EventLoop.h"
+#include "fixtures/Workshop.h"
+
+#include "engine/completion/FinalFile.h"
+#include "engine/transfer/TransferTexts.h"
+
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+
+using namespace std::chrono_literals;
+using namespace vormel;
+using namespace vormel::fixtures;
+
+namespace {
+
+const QString rarLink = QStringLiteral("http://h/x.rar");
+const QString partFile = QStringLiteral("Downloads/x.rar.download");
+
+class TransferCompletionTest : public ::testing::Test
+{
+protected:
+    ScriptedHttpClient::Exchange& server() { return shop.http.last(); }
+    [[nodiscard]] std::size_t requests() const { return shop.http.exchanges().size(); }
+    void answer(int status, const std::vector<HttpHeader>& headers, const QByteArray& body)
+    {
+        server().head(status, headers);
+        server().data(body);
+        server().finish();
+        turnEventLoop();
+    }
+    void loseConnection()
+    {
+        server().fail(HttpError::Kind::ConnectionLost);
+        turnEventLoop();
+    }
+    void failPage(const QByteArray& page) { answer(403, {{"Content-Type", "text/html"}}, page); }
+
+    Workshop shop;
+};
+
+const QString pageText = QStringLiteral("Server returned a web page, not the file — the link may be expired or need a premium account.");
+
+} // namespace
+
+TEST_F(TransferCompletionTest, FailsWithTheTextOfAPage)
+{
+    shop.sandbox.write(partFile, "old");
+    const ItemPtr item = shop.start(rarLink);
+    failPage("<html>sorry</html>");
+    EXPECT_EQ(item->status(), DownloadStatus::failure(pageText));
+    EXPECT_FALSE(shop.sandbox.exists(partFile));
+    EXPECT_TRUE(shop.recovery.countdowns.empty());
+    shop.clock.advance(1h);
+    EXPECT_EQ(requests(), 1U);
+}
+
+TEST_F(TransferCompletionTest, RecognisesAGeographicBlockInAnyLetterCase)
+{
+    const ItemPtr item = shop.start(rarLink);
+    failPage("<h1>GeoLocation denied</h1>");
+    EXPECT_EQ(item->status(),
+              DownloadStatus::failure(QStringLiteral("Download blocked: the server does not allow access from your country (geo-restricted).")));
+}
+
+TEST_F(TransferCompletionTest, RecognisesABlockedCountryAndSpeaksItalian)
+{
+    shop.settings().language.set(AppLanguage::italian);
+    const ItemPtr item = shop.start(rarLink);
+    failPage("Blocked Country");
+    EXPECT_EQ(item->status(),
+              DownloadStatus::failure(QStringLiteral("Download bloccato: il server non consente l'accesso dal tuo paese (geo-restriction).")));
+}
+
+TEST_F(TransferCompletionTest, TellsAnyOtherPageInItalian)
+{
+    shop.settings().language.set(AppLanguage::italian);
+    const ItemPtr item = shop.start(rarLink);
+    failPage("\xff\xfe geolocation");
+    EXPECT_EQ(item->status().message(),
+              QStringLiteral("Il server ha restituito una pagina web, non il file — il link potrebbe essere scaduto o richiedere un account premium."));
+}
+
+TEST_F(TransferCompletionTest, UnderstandsAPageThatIsCutInsideACharacter)
+{
+    EXPECT_TRUE(webPageText("geolocation \xe2\x82", AppLanguage::english).startsWith(QStringLiteral("Download blocked")));
+}
+
+TEST_F(TransferCompletionTest, TriesALostConnectionAgainAfterGrowingDelays)
+{
+    const ItemPtr item = shop.start(rarLink);
+    for (const auto delay : {2s, 4s, 6s, 8s, 10s, 10s, 10s, 10s}) {
+        loseConnection();
+        EXPECT_EQ(item->status(), DownloadStatus::queued);
+        const std::size_t before = requests();
+        shop.clock.advance(delay - 1ms);
+        EXPECT_EQ(requests(), before);
+        shop.clock.advance(1ms);
+        EXPECT_EQ(requests(), before + 1);
+        EXPECT_EQ(item->status(), DownloadStatus::downloading);
+    }
+    loseConnection();
+    EXPECT_EQ(item->status(), DownloadStatus::failure(QStringLiteral("The connection to the server was lost.")));
+    EXPECT_EQ(shop.recovery.countdowns, (std::vector{std::pair(item->id(), 10)}));
+    EXPECT_EQ(shop.recovery.checks.size(), 1U);
+    EXPECT_EQ(requests(), 9U);
+}
+
+TEST_F(TransferCompletionTest, TreatsAllNetworkErrorsAlike)
+{
+    const ItemPtr item = shop.start(rarLink);
+    for (const HttpError::Kind kind : {HttpError::Kind::TimedOut, HttpError::Kind::CannotFindHost, HttpError::Kind::CertificateUntrusted,
+                                       HttpError::Kind::TooManyRedirects, HttpError::Kind::BadServerResponse}) {
+        server().fail(kind);
+        turnEventLoop();
+        EXPECT_EQ(item->status(), DownloadStatus::queued);
+        shop.clock.advance(10s);
+    }
+}
+
+TEST_F(TransferCompletionTest, ResumesAfterALostConnection)
+{
+    const ItemPtr item = shop.start(rarLink);
+    server().head(200, {{"Content-Length", "6"}});
+    server().data("abc");
+    loseConnection();
+    shop.clock.advance(2s);
+    EXPECT_EQ(server().header("Range"), "bytes=3-");
+    answer(206, {{"Content-Range", "bytes 3-5/6"}}, "def");
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/x.rar")), "abcdef");
+    EXPECT_EQ(item->status(), DownloadStatus::completed);
+}
+
+TEST_F(TransferCompletionTest, EarnsTheBudgetBackWithATick)
+{
+    const ItemPtr item = shop.start(rarLink);
+    for (int i = 0; i < 8; ++i) {
+        loseConnection();
+        shop.clock.advance(10s);
+    }
+    server().head(200, {{"Content-Length", "100"}});
+    shop.clock.advance(500ms);
+    server().data("x");
+    turnEventLoop();
+    loseConnection();
+    EXPECT_EQ(item->status(), DownloadStatus::queued);
+    shop.clock.advance(2s);
+    EXPECT_EQ(requests(), 10U);
+}
+
+TEST_F(TransferCompletionTest, TriesAShortFileEightTimesAndThenTellsTheNumbers)
+{
+    shop.sandbox.write(partFile, QByteArray(999, 'x'));
+    shop.settings().language.set(AppLanguage::italian);
+    const ItemPtr item = shop.add(rarLink);
+    item->setTotalBytes(1000);
+    shop.manager().startAll();
+    turnEventLoop();
+    for (int i = 0; i < 9; ++i) {
+        ASSERT_EQ(item->status(), DownloadStatus::downloading) << i;
+        EXPECT_EQ(server().header("Range"), "bytes=999-");
+        answer(206, {{"Content-Range", "bytes 999-999/1000"}}, "");
+        EXPECT_EQ(item->bytesReceived(), 999);
+        EXPECT_DOUBLE_EQ(item->progress(), 0.999);
+    }
+    EXPECT_EQ(item->status(), DownloadStatus::failure(QStringLiteral("Incomplete download (999 bytes of 1,000 bytes) — retry")));
+    EXPECT_EQ(requests(), 9U);
+    EXPECT_TRUE(shop.recovery.countdowns.empty());
+    EXPECT_EQ(shop.sandbox.read(partFile).size(), 999);
+}
+
+TEST_F(TransferCompletionTest, CountsATransferOfUnknownLengthAsComplete)
+{
+    const ItemPtr item = shop.start(rarLink);
+    answer(200, {}, "whatever came");
+    EXPECT_EQ(item->status(), DownloadStatus::completed);
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/x.rar")), "whatever came");
+}
+
+TEST_F(TransferCompletionTest, CountsAFileLargerThanToldAsComplete)
+{
+    const ItemPtr item = shop.start(rarLink);
+    answer(200, {{"Content-Length", "2"}}, "more");
+    EXPECT_EQ(item->status(), DownloadStatus::completed);
+}
+
+TEST_F(TransferCompletionTest, NeverCompletesAnErrorAnswer)
+{
+    const ItemPtr item = shop.start(rarLink);
+    for (int i = 0; i < 9; ++i) {
+        answer(404, {{"Content-Type", "text/plain"}, {"Content-Length", "9"}}, "not found");
+        EXPECT_EQ(shop.sandbox.read(partFile), "");
+        shop.clock.advance(10s);
+    }
+    EXPECT_EQ(item->status(), DownloadStatus::failure(QStringLiteral("The server answered with error 404 instead of the file — retry")));
+    EXPECT_EQ(item->totalBytes(), 0);
+    EXPECT_EQ(requests(), 9U);
+    EXPECT_FALSE(shop.sandbox.exists(QStringLiteral("Downloads/x.rar")));
+    EXPECT_EQ(shop.recovery.countdowns.size(), 1U);
+}
+
+TEST_F(TransferCompletionTest, KeepsTheGoodBytesThroughErrorAnswersOnAResume)
+{
+    shop.sandbox.write(partFile, "good");
+    const ItemPtr item = shop.add(rarLink);
+    item->setTotalBytes(8);
+    shop.manager().startAll();
+    turnEventLoop();
+    for (int i = 0; i < 8; ++i) {
+        answer(503, {{"Content-Type", "text/plain"}}, "try later");
+        EXPECT_EQ(shop.sandbox.read(partFile), "good");
+        EXPECT_EQ(item->totalBytes(), 8);
+        shop.clock.advance(10s);
+    }
+    answer(206, {{"Content-Range", "bytes 4-7/8"}}, "end!");
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/x.rar")), "goodend!");
+    EXPECT_EQ(item->status(), DownloadStatus::completed);
+}
+
+TEST_F(TransferCompletionTest, TellsTheNumbersWhenErrorAnswersLeaveAFileShort)
+{
+    shop.sandbox.write(partFile, "good");
+    const ItemPtr item = shop.add(rarLink);
+    item->setTotalBytes(8);
+    shop.manager().startAll();
+    turnEventLoop();
+    for (int i = 0; i < 9; ++i) {
+        answer(503, {{"Content-Type", "text/plain"}}, "try later");
+        shop.clock.advance(10s);
+    }
+    EXPECT_EQ(item->status(), DownloadStatus::failure(QStringLiteral("Incomplete download (4 bytes of 8 bytes) — retry")));
+}
+
+TEST_F(TransferCompletionTest, NumbersAFileWhoseNameIsTaken)
+{
+    const ItemPtr item = shop.start(rarLink);
+    shop.sandbox.write(QStringLiteral("Downloads/x.rar"), "first");
+    answer(200, {{"Content-Length", "6"}}, "second");
+    EXPECT_EQ(item->localPath(), shop.sandbox.path(QStringLiteral("Downloads/x (1).rar")));
+    EXPECT_EQ(item->filename(), QStringLiteral("x.rar"));
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/x.rar")), "first");
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/x (1).rar")), "second");
+}
+
+TEST(UniqueDestination, CountsUpAndKeepsAFullStopWithoutAnExtension)
+{
+    const Sandbox sandbox;
+    EXPECT_EQ(uniqueDestination(sandbox.path(QStringLiteral("x"))), sandbox.path(QStringLiteral("x")));
+    sandbox.write(QStringLiteral("x"), "");
+    EXPECT_EQ(uniqueDestination(sandbox.path(QStringLiteral("x"))), sandbox.path(QStringLiteral("x (1).")));
+    sandbox.write(QStringLiteral("a.b.c"), "");
+    sandbox.write(QStringLiteral("a.b (1).c"), "");
+    EXPECT_EQ(uniqueDestination(sandbox.path(QStringLiteral("a.b.c"))), sandbox.path(QStringLiteral("a.b (2).c")));
+}
+
+TEST(UniqueDestination, TakesALinkToNowhereForATakenName)
+{
+    const Sandbox sandbox;
+    ASSERT_TRUE(QFile::link(sandbox.path(QStringLiteral("nowhere")), sandbox.path(QStringLiteral("x.rar"))));
+    EXPECT_EQ(uniqueDestination(sandbox.path(QStringLiteral("x.rar"))), sandbox.path(QStringLiteral("x (1).rar")));
+}
+
+TEST(UniqueDestination, SurvivesPercentSignsAndPlaceholdersInNames)
+{
+    const Sandbox sandbox;
+    sandbox.write(QStringLiteral("%1 %2.%3"), "");
+    EXPECT_EQ(uniqueDestination(sandbox.path(QStringLiteral("%1 %2.%3"))), sandbox.path(QStringLiteral("%1 %2 (1).%3")));
+}
+
+TEST_F(TransferCompletionTest, FailsWhenTheFileCannotBeMovedAndKeepsItsBytes)
+{
+    shop.sandbox.write(QStringLiteral("Downloads/set"), "a file where the folder of the set should be");
+    const ItemPtr item = shop.start(QStringLiteral("http://h/get"));
+    answer(200, {{"Content-Disposition", "filename=set.part1.rar"}}, "abc");
+    EXPECT_EQ(item->status(), DownloadStatus::failure(QStringLiteral("The download folder is missing.")));
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/get.download")), "abc");
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/set")), "a file where the folder of the set should be");
+}
+
+TEST_F(TransferCompletionTest, BringsARecoveryVolumeToItsArchive)
+{
+    shop.settings().downloadRevFiles.set(true);
+    const ItemPtr rar = shop.add(QStringLiteral("http://h/m.part1.rar"));
+    const QString elsewhere = shop.sandbox.write(QStringLiteral("elsewhere/m.part1.rar"), "rar");
+    shop.sandbox.write(QStringLiteral("elsewhere/m.part1.rev"), "stale");
+    shop.add(QStringLiteral("http://h/m.part2.rar"));
+    const ItemPtr rev = shop.start(QStringLiteral("http://h/m.part1.rev"));
+    rar->setStatus(DownloadStatus::completed);
+    rar->setLocalPath(elsewhere);
+    auto& exchange = *std::find_if(shop.http.exchanges().begin(), shop.http.exchanges().end(), [](const auto& e) {
+        return e->request.url.path().endsWith(QStringLiteral(".rev"));
+    })->get();
+    exchange.head(200, {{"Content-Length", "5"}});
+    exchange.data("fresh");
+    exchange.finish();
+    turnEventLoop();
+    EXPECT_EQ(rev->localPath(), shop.sandbox.path(QStringLiteral("elsewhere/m.part1.rev")));
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("elsewhere/m.part1.rev")), "fresh");
+    // The arrival starts the archive again, by its first volume.
+    EXPECT_EQ(shop.postDownload.items, (std::vector{rev->id(), rar->id()}));
+}
+
+TEST_F(TransferCompletionTest, HandsAFinishedFileToTheArchiveStepOnlyIfAsked)
+{
+    shop.settings().autoExtract.set(false);
+    const ItemPtr item = shop.start(rarLink);
+    answer(200, {}, "x");
+    EXPECT_EQ(item->status(), DownloadStatus::completed);
+    EXPECT_TRUE(shop.postDownload.items.empty());
+    EXPECT_EQ(shop.recovery.checks, std::vector{item->id()});
+}
+
+TEST_F(TransferCompletionTest, StartsTheNextItemWhenOneEnds)
+{
+    shop.settings().maxConcurrentDownloads.set(1);
+    const auto items = shop.add({QStringLiteral("http://h/a"), QStringLiteral("http://h/b")});
+    shop.manager().startAll();
+    turnEventLoop();
+    EXPECT_EQ(items[1]->status(), DownloadStatus::queued);
+    answer(200, {}, "x");
+    EXPECT_EQ(items[1]->status(), DownloadStatus::downloading);
+}
+
+TEST_F(TransferCompletionTest, ForgetsARetryOfARemovedItem)
+{
+    const ItemPtr item = shop.start(rarLink);
+    loseConnection();
+    shop.manager().commands().removeItems({item->id()});
+    shop.clock.advance(1min);
+    EXPECT_EQ(requests(), 1U);
+    EXPECT_TRUE(shop.manager().items().empty());
+}
+
+TEST(TransferTexts, ExistInBothLanguages)
+{
+    for (int kind = 0; kind <= static_cast<int>(HttpError::Kind::Other); ++kind) {
+        TransferEnd end;
+        end.reason = TransferEnd::Reason::NetworkError;
+        end.error.kind = static_cast<HttpError::Kind>(kind);
+        EXPECT_NE(endText(end, AppLanguage::english), endText(end, AppLanguage::italian));
+    }
+    for (const auto reason : {TransferEnd::Reason::ErrorAnswer, TransferEnd::Reason::ForeignRange, TransferEnd::Reason::SourceChanged,
+                              TransferEnd::Reason::NotWritten, TransferEnd::Reason::WebPage}) {
+        TransferEnd end;
+        end.reason = reason;
+        end.systemError = ENOSPC;
+        EXPECT_NE(endText(end, AppLanguage::english), endText(end, AppLanguage::italian));
+    }
+}
