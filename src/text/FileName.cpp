@@ -21,6 +21,10 @@ bool isHarmful(QChar c)
 
 QString cutToBytes(QString text, qsizetype bytes)
 {
+    // Each character takes a byte at least; without this first cut a huge name would be measured once per character.
+    text.truncate(bytes);
+    if (!text.isEmpty() && text.back().isHighSurrogate())
+        text.chop(1);
     while (text.toUtf8().size() > bytes)
         text.chop(text.size() > 1 && text.back().isLowSurrogate() ? 2 : 1);
     return text;

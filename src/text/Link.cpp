@@ -71,6 +71,8 @@ QString encodedBehind(QStringView text, qsizetype authorityEnd)
 
 bool isUsablePort(QStringView port)
 {
+    if (!std::all_of(port.begin(), port.end(), isAsciiDigit))
+        return false;
     bool isNumber = port.isEmpty();
     const uint value = isNumber ? 0 : port.toUInt(&isNumber);
     return isNumber && value <= 65535;
@@ -109,7 +111,8 @@ std::optional<Link> Link::split(QString text)
         const QStringView hostAndPort = view.mid(start, end - start);
         const bool isBracketed = hostAndPort.startsWith(u'[');
         const qsizetype bracket = isBracketed ? hostAndPort.indexOf(u']') : 0;
-        if (isBracketed && bracket < 0)
+        // Brackets hold an IPv6 address, which cannot do without a colon.
+        if (isBracketed && !hostAndPort.first(std::max<qsizetype>(bracket, 0)).contains(u':'))
             return std::nullopt;
         const qsizetype portColon = hostAndPort.indexOf(u':', bracket);
         if (portColon >= 0 && !isUsablePort(hostAndPort.mid(portColon + 1)))

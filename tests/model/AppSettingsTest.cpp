@@ -1,0 +1,268 @@
+#include "model/AppSettings.h"
+
+#include "fixtures/Sandbox.h"
+#include "platform/storage/FileWriter.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+namespace vormel {
+namespace {
+
+const QString downloads = QStringLiteral("/home/me/Downloads");
+
+/// The settings of a user whose preferences file a test can look at, change and read anew.
+class AppSettingsTest : public testing::Test
+{
+protected:
+    AppSettingsTest() { start(); }
+
+    AppSettings& settings() { return *m_settings; }
+
+    /// Ends the program with all that it saves, and starts it again.
+    void restart()
+    {
+        m_settings.reset();
+        m_store.reset();
+        m_writer.reset();
+        start();
+    }
+
+    void restartWith(const QByteArray& json)
+    {
+        m_writer->flush();
+        sandbox.write(QStringLiteral("preferences.json"), json);
+        restart();
+    }
+
+    QJsonObject stored()
+    {
+        m_writer->flush();
+        return QJsonDocument::fromJson(sandbox.read(QStringLiteral("preferences.json"))).object();
+    }
+
+    fixtures::Sandbox sandbox;
+
+private:
+    void start()
+    {
+        m_writer = std::make_unique<FileWriter>();
+        m_store = std::make_unique<UserDefaults>(sandbox.path(QStringLiteral("preferences.json")), *m_writer);
+        m_settings = std::make_unique<AppSettings>(*m_store, downloads);
+    }
+
+    std::unique_ptr<FileWriter> m_writer;
+    std::unique_ptr<UserDefaults> m_store;
+    std::unique_ptr<AppSettings> m_settings;
+};
+
+std::vector<Setting<bool>*> plainFlags(AppSettings& settings)
+{
+    return {&settings.deleteArchiveAfterExtract,  &settings.trashSourceFolderAfterExtract,
+            &settings.removeGroupAfterExtract,    &settings.downloadRevFiles,
+            &settings.extractedNamesDotsToSpaces, &settings.autoStartDownloads,
+            &settings.useCustomExtractionFolder};
+}
+
+TEST_F(AppSettingsTest, anEmptyStoreGivesTheDefaults)
+{
+    EXPECT_TRUE(settings().autoExtract.value());
+    EXPECT_TRUE(settings().cleanExtractedNames.value());
+    for (const Setting<bool>* flag : plainFlags(settings()))
+        EXPECT_FALSE(flag->value());
+    EXPECT_EQ(settings().maxConcurrentDownloads.value(), 3);
+    EXPECT_EQ(settings().maxDownloadSpeedKBps.value(), 0);
+    EXPECT_EQ(settings().downloadFolderPath.value(), downloads);
+    EXPECT_EQ(settings().extractionFolderPath.value(), downloads);
+    EXPECT_EQ(settings().language.value(), AppLanguage::english);
+    EXPECT_EQ(settings().effectiveExtractionFolder(), std::nullopt);
+    EXPECT_TRUE(stored().isEmpty()) << "reading the defaults must not write them";
+}
+
+TEST_F(AppSettingsTest, aFlagThatIsOnByDefaultStaysOffAfterARestart)
+{
+    settings().autoExtract.set(false);
+    settings().cleanExtractedNames.set(false);
+    restart();
+    EXPECT_FALSE(settings().autoExtract.value());
+    EXPECT_FALSE(settings().cleanExtractedNames.value());
+}
+
+TEST_F(AppSettingsTest, everySettingSurvivesARestart)
+{
+    for (Setting<bool>* flag : plainFlags(settings()))
+        flag->set(true);
+    settings().maxConcurrentDownloads.set(7);
+    settings().maxDownloadSpeedKBps.set(qint64{1} << 40);
+    settings().downloadFolderPath.set(QStringLiteral("/data/caffè"));
+    settings().extractionFolderPath.set(QStringLiteral("/data/out"));
+    settings().language.set(AppLanguage::italian);
+    restart();
+    for (const Setting<bool>* flag : plainFlags(settings()))
+        EXPECT_TRUE(flag->value());
+    EXPECT_EQ(settings().maxConcurrentDownloads.value(), 7);
+    EXPECT_EQ(settings().maxDownloadSpeedKBps.value(), qint64{1} << 40);
+    EXPECT_EQ(settings().downloadFolderPath.value(), u"/data/caffè");
+    EXPECT_EQ(settings().extractionFolderPath.value(), u"/data/out");
+    EXPECT_EQ(settings().language.value(), AppLanguage::italian);
+}
+
+TEST_F(AppSettingsTest, eachSettingIsStoredUnderItsKeyInItsType)
+{
+    settings().autoExtract.set(false);
+    settings().deleteArchiveAfterExtract.set(true);
+    settings().trashSourceFolderAfterExtract.set(true);
+    settings().removeGroupAfterExtract.set(true);
+    settings().downloadRevFiles.set(true);
+    settings().cleanExtractedNames.set(false);
+    settings().extractedNamesDotsToSpaces.set(true);
+    settings().autoStartDownloads.set(true);
+    settings().maxConcurrentDownloads.set(5);
+    settings().maxDownloadSpeedKBps.set(1000);
+    settings().downloadFolderPath.set(QStringLiteral("/a"));
+    settings().useCustomExtractionFolder.set(true);
+    settings().extractionFolderPath.set(QStringLiteral("/b"));
+    settings().language.set(AppLanguage::italian);
+    const QJsonObject expected = {{QStringLiteral("autoExtract"), false},
+                                  {QStringLiteral("deleteArchiveAfterExtract"), true},
+                                  {QStringLiteral("trashSourceFolderAfterExtract"), true},
+                                  {QStringLiteral("removeGroupAfterExtract"), true},
+                                  {QStringLiteral("downloadRevFiles"), true},
+                                  {QStringLiteral("cleanExtractedNames"), false},
+                                  {QStringLiteral("extractedNamesDotsToSpaces"), true},
+                                  {QStringLiteral("autoStartDownloads"), true},
+                                  {QStringLiteral("maxConcurrentDownloads"), 5},
+                                  {QStringLiteral("maxDownloadSpeedKBps"), 1000},
+                                  {QStringLiteral("downloadFolderPath"), QStringLiteral("/a")},
+                                  {QStringLiteral("useCustomExtractionFolder"), true},
+                                  {QStringLiteral("extractionFolderPath"), QStringLiteral("/b")},
+                                  {QStringLiteral("appLanguage"), QStringLiteral("Italiano")}};
+    EXPECT_EQ(stored(), expected);
+}
+
+TEST_F(AppSettingsTest, numbersAreTakenAsTheyStandAndNotClamped)
+{
+    restartWith(R"({"maxConcurrentDownloads": 0, "maxDownloadSpeedKBps": -5})");
+    EXPECT_EQ(settings().maxConcurrentDownloads.value(), 0);
+    EXPECT_EQ(settings().maxDownloadSpeedKBps.value(), -5);
+    restartWith(R"({"maxConcurrentDownloads": 1000000})");
+    EXPECT_EQ(settings().maxConcurrentDownloads.value(), 1'000'000);
+}
+
+TEST_F(AppSettingsTest, onlyTheExactItalianNameGivesItalian)
+{
+    const std::vector<std::pair<QByteArray, AppLanguage>> rows = {{R"("Italiano")", AppLanguage::italian},
+                                                                  {R"("English")", AppLanguage::english},
+                                                                  {R"("Italian")", AppLanguage::english},
+                                                                  {R"("italiano")", AppLanguage::english},
+                                                                  {R"("Italiano ")", AppLanguage::english},
+                                                                  {R"("")", AppLanguage::english},
+                                                                  {"1", AppLanguage::english},
+                                                                  {"null", AppLanguage::english}};
+    for (const auto& [value, language] : rows) {
+        restartWith("{\"appLanguage\": " + value + "}");
+        EXPECT_EQ(settings().language.value(), language) << value.toStdString();
+    }
+}
+
+TEST_F(AppSettingsTest, aCustomExtractionFolderCountsEvenWhenItsPathIsEmpty)
+{
+    settings().useCustomExtractionFolder.set(true);
+    EXPECT_EQ(settings().effectiveExtractionFolder(), downloads);
+    settings().extractionFolderPath.set(QString());
+    ASSERT_TRUE(settings().effectiveExtractionFolder());
+    EXPECT_EQ(*settings().effectiveExtractionFolder(), u"");
+}
+
+TEST_F(AppSettingsTest, theExtractionFolderIsKeptWhileItIsNotUsed)
+{
+    settings().extractionFolderPath.set(QStringLiteral("/data/out"));
+    settings().useCustomExtractionFolder.set(true);
+    settings().useCustomExtractionFolder.set(false);
+    EXPECT_EQ(settings().effectiveExtractionFolder(), std::nullopt);
+    restart();
+    EXPECT_EQ(settings().extractionFolderPath.value(), u"/data/out");
+    settings().useCustomExtractionFolder.set(true);
+    EXPECT_EQ(settings().effectiveExtractionFolder(), QStringLiteral("/data/out"));
+}
+
+TEST_F(AppSettingsTest, valuesOfTheWrongTypeGiveTheDefault)
+{
+    for (const QByteArray value : {"\"no\"", "2", "0.5", "[]", "{}", "null"}) {
+        restartWith("{\"autoExtract\": " + value + ", \"cleanExtractedNames\": " + value + "}");
+        EXPECT_TRUE(settings().autoExtract.value()) << value.toStdString();
+        EXPECT_TRUE(settings().cleanExtractedNames.value()) << value.toStdString();
+    }
+    for (const QByteArray value : {"\"5\"", "true", "2.5", "1e300", "[]", "{}", "null"}) {
+        restartWith("{\"maxConcurrentDownloads\": " + value + ", \"maxDownloadSpeedKBps\": " + value + "}");
+        EXPECT_EQ(settings().maxConcurrentDownloads.value(), 3) << value.toStdString();
+        EXPECT_EQ(settings().maxDownloadSpeedKBps.value(), 0) << value.toStdString();
+    }
+    for (const QByteArray value : {"5", "true", "[]", "{}", "null"}) {
+        restartWith("{\"downloadFolderPath\": " + value + ", \"extractionFolderPath\": " + value + "}");
+        EXPECT_EQ(settings().downloadFolderPath.value(), downloads) << value.toStdString();
+        EXPECT_EQ(settings().extractionFolderPath.value(), downloads) << value.toStdString();
+    }
+}
+
+TEST_F(AppSettingsTest, settingTheSameValueAgainNotifiesAndWritesAgain)
+{
+    int changes = 0;
+    QObject::connect(&settings(), &AppSettings::changed, &settings(), [&changes] { ++changes; });
+    settings().maxConcurrentDownloads.set(3);
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(stored().value(QStringLiteral("maxConcurrentDownloads")).toInt(), 3);
+    ASSERT_TRUE(QFile::remove(sandbox.path(QStringLiteral("preferences.json"))));
+    settings().maxConcurrentDownloads.set(3);
+    EXPECT_EQ(changes, 2);
+    EXPECT_EQ(stored().value(QStringLiteral("maxConcurrentDownloads")).toInt(), 3);
+}
+
+TEST_F(AppSettingsTest, theChangesThatOthersActOnAreToldApart)
+{
+    std::vector<bool> revs;
+    int speeds = 0;
+    int languages = 0;
+    QObject::connect(&settings(), &AppSettings::downloadRevFilesSet, &settings(),
+                     [&revs](bool value) { revs.push_back(value); });
+    QObject::connect(&settings(), &AppSettings::maxDownloadSpeedSet, &settings(), [&speeds] { ++speeds; });
+    QObject::connect(&settings(), &AppSettings::languageSet, &settings(), [&languages] { ++languages; });
+    settings().autoExtract.set(true);
+    settings().maxConcurrentDownloads.set(1);
+    settings().downloadFolderPath.set(downloads);
+    EXPECT_TRUE(revs.empty());
+    EXPECT_EQ(speeds + languages, 0);
+    settings().downloadRevFiles.set(true);
+    settings().downloadRevFiles.set(false);
+    settings().maxDownloadSpeedKBps.set(5);
+    settings().language.set(AppLanguage::italian);
+    EXPECT_EQ(revs, (std::vector<bool>{true, false}));
+    EXPECT_EQ(speeds, 1);
+    EXPECT_EQ(languages, 1);
+}
+
+TEST_F(AppSettingsTest, aValueIsAlreadyTheNewOneWhenItsChangeIsHeard)
+{
+    qint64 heard = 0;
+    QObject::connect(&settings(), &AppSettings::changed, &settings(),
+                     [this, &heard] { heard = settings().maxConcurrentDownloads.value(); });
+    settings().maxConcurrentDownloads.set(9);
+    EXPECT_EQ(heard, 9);
+}
+
+TEST_F(AppSettingsTest, unknownKeysAreKept)
+{
+    restartWith(R"({"fromANewerVersion": [1, 2]})");
+    settings().autoExtract.set(true);
+    EXPECT_EQ(stored().value(QStringLiteral("fromANewerVersion")).toArray().size(), 2);
+}
+
+} // namespace
+} // namespace vormel

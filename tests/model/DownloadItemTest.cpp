@@ -1,0 +1,162 @@
+#include "model/DownloadItem.h"
+
+#include "fixtures/Workshop.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <limits>
+#include <vector>
+
+namespace vormel {
+namespace {
+
+DownloadItem itemOf(const char* url)
+{
+    return {fixtures::link(QString::fromUtf8(url)), ItemId::make()};
+}
+
+TEST(DownloadItem, isNamedByTheLastPathComponentOfItsLink)
+{
+    EXPECT_EQ(itemOf("http://a/x/the%20file.zip?q=1").filename(), u"the file.zip");
+    EXPECT_EQ(itemOf("http://a/x/").filename(), u"x");
+}
+
+TEST(DownloadItem, isNamedDownloadWithoutAPathAndThatCountsAsNameless)
+{
+    for (const char* url : {"http://a", "http://a/", "http://a/?f=x.zip"}) {
+        EXPECT_EQ(itemOf(url).filename(), u"download") << url;
+        EXPECT_TRUE(isNamelessFile(itemOf(url).filename())) << url;
+    }
+    EXPECT_TRUE(isNamelessFile(u""));
+    EXPECT_FALSE(isNamelessFile(u"Download"));
+    EXPECT_FALSE(isNamelessFile(u"download.zip"));
+}
+
+TEST(DownloadItem, showsTheHostAsItWasPasted)
+{
+    EXPECT_EQ(itemOf("http://u@Files.EXAMPLE:81/x").hostName(), u"Files.EXAMPLE");
+    EXPECT_EQ(itemOf("http:///x").hostName(), u"unknown");
+    EXPECT_EQ(itemOf("mailto:me").hostName(), u"unknown");
+}
+
+TEST(DownloadItem, beginsQueuedWithNothingKnown)
+{
+    const DownloadItem item = itemOf("http://a/x");
+    EXPECT_TRUE(item.status() == DownloadStatus::queued);
+    EXPECT_TRUE(item.extractionStatus() == ExtractionStatus::idle);
+    EXPECT_EQ(item.resolvedURL(), std::nullopt);
+    EXPECT_EQ(item.localPath(), std::nullopt);
+    EXPECT_EQ(item.bytesReceived(), 0);
+    EXPECT_EQ(item.totalBytes(), 0);
+}
+
+TEST(DownloadItem, writesItsSpeedOnlyWhileThereIsOne)
+{
+    DownloadItem item = itemOf("http://a/x");
+    EXPECT_EQ(item.speedText(), u"");
+    item.setSpeedBytesPerSec(1.5 * 1024 * 1024);
+    EXPECT_EQ(item.speedText(), u"1.5 MB/s");
+    item.setSpeedBytesPerSec(-5);
+    EXPECT_EQ(item.speedText(), u"");
+    item.setSpeedBytesPerSec(std::numeric_limits<double>::quiet_NaN());
+    EXPECT_EQ(item.speedText(), u"");
+    item.setSpeedBytesPerSec(std::numeric_limits<double>::infinity());
+    EXPECT_EQ(item.speedText(), u"7.98 EB/s");
+}
+
+TEST(DownloadItem, writesItsSizeOnlyWhenItIsKnown)
+{
+    DownloadItem item = itemOf("http://a/x");
+    EXPECT_EQ(item.sizeText(), u"");
+    item.setTotalBytes(-1);
+    EXPECT_EQ(item.sizeText(), u"");
+    item.setTotalBytes(1);
+    EXPECT_EQ(item.sizeText(), u"1 byte");
+    item.setTotalBytes(qint64{5} * 1024 * 1024 * 1024);
+    EXPECT_EQ(item.sizeText(), u"5 GB");
+}
+
+class RecordingWatcher final : public ItemWatcher
+{
+public:
+    void itemChanged(DownloadItem& item, ItemField field) override
+    {
+        fields.push_back(field);
+        names.push_back(item.filename());
+    }
+
+    std::vector<ItemField> fields;
+    std::vector<QString> names;
+};
+
+struct Change
+{
+    ItemField field;
+    std::function<void(DownloadItem&)> make;
+};
+
+std::vector<Change> changes()
+{
+    const WallTime time = WallTime(std::chrono::hours(1));
+    return {
+        {ItemField::ResolvedUrl,
+         [](DownloadItem& item) { item.setResolvedURL(fixtures::link(QStringLiteral("http://b/y"))); }},
+        {ItemField::Filename, [](DownloadItem& item) { item.setFilename(QStringLiteral("y")); }},
+        {ItemField::Status, [](DownloadItem& item) { item.setStatus(DownloadStatus::failure(QStringLiteral("m"))); }},
+        {ItemField::Progress, [](DownloadItem& item) { item.setProgress(0.5); }},
+        {ItemField::BytesReceived, [](DownloadItem& item) { item.setBytesReceived(5); }},
+        {ItemField::TotalBytes, [](DownloadItem& item) { item.setTotalBytes(10); }},
+        {ItemField::Speed, [](DownloadItem& item) { item.setSpeedBytesPerSec(1); }},
+        {ItemField::LocalPath, [](DownloadItem& item) { item.setLocalPath(QStringLiteral("/d/y")); }},
+        {ItemField::ExtractionStatus, [](DownloadItem& item) { item.setExtractionStatus(ExtractionStatus::done); }},
+        {ItemField::ExtractionProgress, [](DownloadItem& item) { item.setExtractionProgress(1); }},
+        {ItemField::ResolvedAt, [time](DownloadItem& item) { item.setResolvedAt(time); }},
+        {ItemField::RecoveryCountdown, [](DownloadItem& item) { item.setRecoveryCountdown(3); }},
+        {ItemField::ExtractionStartedAt, [time](DownloadItem& item) { item.setExtractionStartedAt(time); }},
+    };
+}
+
+TEST(DownloadItem, tellsItsWatcherEachChangeOnceAndNoEqualOne)
+{
+    DownloadItem item = itemOf("http://a/x");
+    RecordingWatcher watcher;
+    item.setWatcher(&watcher);
+    for (const Change& change : changes()) {
+        watcher.fields.clear();
+        change.make(item);
+        EXPECT_EQ(watcher.fields, std::vector{change.field});
+        change.make(item);
+        EXPECT_EQ(watcher.fields.size(), 1U) << "an equal value was told as a change";
+    }
+}
+
+TEST(DownloadItem, isAlreadyChangedWhenItsWatcherHears)
+{
+    DownloadItem item = itemOf("http://a/x");
+    RecordingWatcher watcher;
+    item.setWatcher(&watcher);
+    item.setFilename(QStringLiteral("new"));
+    EXPECT_EQ(watcher.names, std::vector{QStringLiteral("new")});
+}
+
+TEST(DownloadItem, tellsNobodyAfterTheWatchEnds)
+{
+    DownloadItem item = itemOf("http://a/x");
+    RecordingWatcher watcher;
+    item.setWatcher(&watcher);
+    item.setWatcher(nullptr);
+    item.setProgress(1);
+    EXPECT_TRUE(watcher.fields.empty());
+}
+
+TEST(ItemId, isWrittenInCapitalsWithoutBraces)
+{
+    const QUuid uuid(QStringLiteral("{01234567-89ab-cdef-0123-456789abcdef}"));
+    EXPECT_EQ(ItemId(uuid).toString(), u"01234567-89AB-CDEF-0123-456789ABCDEF");
+    EXPECT_TRUE(ItemId().isNull());
+    EXPECT_FALSE(ItemId::make() == ItemId::make());
+}
+
+} // namespace
+} // namespace vormel

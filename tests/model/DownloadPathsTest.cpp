@@ -1,0 +1,107 @@
+#include "model/DownloadPaths.h"
+
+#include "fixtures/Sandbox.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QUuid>
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace vormel {
+namespace {
+
+const DownloadPaths paths(QStringLiteral("/d"));
+
+TEST(DownloadPaths, aFileOfNoSetLiesDirectlyInTheFolder)
+{
+    EXPECT_EQ(paths.groupFolder(QStringLiteral("movie.rar")), u"/d");
+    EXPECT_EQ(paths.finalFile(QStringLiteral("movie.rar")), u"/d/movie.rar");
+}
+
+TEST(DownloadPaths, theMembersOfASetShareAFolder)
+{
+    EXPECT_EQ(paths.finalFile(QStringLiteral("The.Movie.part1.rar")), u"/d/The.Movie/The.Movie.part1.rar");
+    EXPECT_EQ(paths.groupFolder(QStringLiteral("The.Movie.PART10.rev")), u"/d/The.Movie");
+}
+
+TEST(DownloadPaths, thePartFileStandsBesideTheFinalOneWithDownloadBehindItsName)
+{
+    EXPECT_EQ(paths.partFile(QStringLiteral("movie.rar")), u"/d/movie.rar.download");
+    EXPECT_EQ(paths.partFile(QStringLiteral("a.part1.rar")), u"/d/a/a.part1.rar.download");
+}
+
+TEST(DownloadPaths, aSetNamedLikeAParentFolderGetsAFolderOfItsOwn)
+{
+    EXPECT_EQ(paths.groupFolder(QStringLiteral("...part1.rar")), u"/d/_");
+    EXPECT_EQ(paths.groupFolder(QStringLiteral("..part1.rar")), u"/d/_");
+}
+
+TEST(DownloadPaths, aSetWithoutANameLiesDirectlyInTheFolder)
+{
+    EXPECT_EQ(paths.groupFolder(QStringLiteral(".part1.rar")), u"/d");
+    EXPECT_EQ(paths.finalFile(QStringLiteral(".part1.rar")), u"/d/.part1.rar");
+}
+
+std::vector<QString> hostileNames()
+{
+    std::vector<QString> names = {
+        QString(),
+        QStringLiteral("."),
+        QStringLiteral(".."),
+        QStringLiteral("/"),
+        QStringLiteral("//"),
+        QStringLiteral("/etc/passwd"),
+        QStringLiteral("../x"),
+        QStringLiteral("../../../x"),
+        QStringLiteral("a/../../x"),
+        QStringLiteral("a/b/c"),
+        QStringLiteral("x/.."),
+        QStringLiteral("x/"),
+        QStringLiteral("~/x"),
+        QStringLiteral("a\nb"),
+        QStringLiteral("..\n"),
+        QString(QChar(0)),
+        QStringLiteral("..") + QChar(0),
+        QStringLiteral("..") + QChar(0) + QStringLiteral("/x"),
+        QString(QChar(0xD800)),
+        QStringLiteral("../") + QChar(0xDC00),
+        QString(300, u'.'),
+        QString(300, u'x'),
+        QString(300, u'日'),
+        QStringLiteral("../").repeated(100),
+        QStringLiteral("\u2215..\u2215x"),
+    };
+    const std::vector<QString> bases = names;
+    for (const QString& base : bases) {
+        names.push_back(base + QStringLiteral(".part1.rar"));
+        names.push_back(base + QStringLiteral(".part1.rar\n"));
+        names.push_back(base + QStringLiteral("/.part1.rev"));
+    }
+    return names;
+}
+
+TEST(DownloadPaths, noNameLeadsOutOfTheFolder)
+{
+    const fixtures::Sandbox sandbox;
+    for (const QString& name : hostileNames()) {
+        // One folder for each, since one name's file may be another's folder.
+        const QString root = QFileInfo(sandbox.root()).canonicalFilePath() + u'/' + QUuid::createUuid().toString();
+        const DownloadPaths real(root);
+        for (const QString& path : {real.finalFile(name), real.partFile(name)}) {
+            const QString folder = QFileInfo(path).path();
+            ASSERT_TRUE(QDir().mkpath(folder)) << name.toStdString();
+            const QString canonical = QFileInfo(folder).canonicalFilePath();
+            EXPECT_TRUE(canonical == root || QFileInfo(canonical).path() == root) << path.toStdString();
+            // That the file can be made proves that its name is one name, is not too long and is no folder's.
+            QFile file(path);
+            EXPECT_TRUE(file.open(QIODevice::ReadWrite)) << path.toStdString();
+            EXPECT_EQ(QFileInfo(QFileInfo(path).canonicalFilePath()).path(), canonical) << path.toStdString();
+        }
+    }
+}
+
+} // namespace
+} // namespace vormel

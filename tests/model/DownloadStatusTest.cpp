@@ -1,0 +1,56 @@
+#include "model/DownloadStatus.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace vormel {
+namespace {
+
+TEST(DownloadStatus, twoFailedOnesAreEqualWithEqualMessagesOnly)
+{
+    EXPECT_EQ(DownloadStatus::failure(QStringLiteral("a")), DownloadStatus::failure(QStringLiteral("a")));
+    EXPECT_NE(DownloadStatus::failure(QStringLiteral("a")), DownloadStatus::failure(QStringLiteral("b")));
+    EXPECT_NE(ExtractionStatus::failure(QStringLiteral("a")), ExtractionStatus::failure(QStringLiteral("b")));
+}
+
+TEST(DownloadStatus, isComparedWithAKindWhateverItsMessage)
+{
+    EXPECT_TRUE(DownloadStatus::failure(QStringLiteral("a")) == DownloadStatus::failed);
+    EXPECT_FALSE(DownloadStatus::failure(QStringLiteral("a")) == DownloadStatus::stopped);
+    EXPECT_TRUE(ExtractionStatus::failure(QStringLiteral("a")) == ExtractionStatus::failed);
+}
+
+TEST(DownloadStatus, beginsQueuedAndIdle)
+{
+    EXPECT_TRUE(DownloadStatus() == DownloadStatus::queued);
+    EXPECT_TRUE(ExtractionStatus() == ExtractionStatus::idle);
+    EXPECT_EQ(DownloadStatus().message(), u"");
+}
+
+TEST(DownloadStatus, hasALabelInBothLanguages)
+{
+    struct Row
+    {
+        DownloadStatus status;
+        const char* english;
+        const char* italian;
+    };
+    const std::vector<Row> rows = {
+        {DownloadStatus::queued, "Queued", "In coda"},
+        {DownloadStatus::resolving, "Resolving...", "Risoluzione..."},
+        {DownloadStatus::expanding, "Reading container...", "Lettura container..."},
+        {DownloadStatus::downloading, "Downloading", "Download"},
+        {DownloadStatus::paused, "Paused", "In pausa"},
+        {DownloadStatus::stopped, "Stopped", "Fermato"},
+        {DownloadStatus::completed, "Completed", "Completato"},
+        {DownloadStatus::failure(QStringLiteral("HTTP 404")), "Error: HTTP 404", "Errore: HTTP 404"},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(statusLabel(row.status, AppLanguage::english).toStdString(), row.english);
+        EXPECT_EQ(statusLabel(row.status, AppLanguage::italian).toStdString(), row.italian);
+    }
+}
+
+} // namespace
+} // namespace vormel

@@ -1,0 +1,95 @@
+#include "model/HostGroups.h"
+
+#include "config/Services.h"
+#include "fixtures/Workshop.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace vormel {
+namespace {
+
+std::string labelOf(const char* url)
+{
+    return hostGroupLabel(fixtures::link(QString::fromUtf8(url))).toStdString();
+}
+
+TEST(HostGroups, aHostIsLabelledInSmallLettersWithoutWww)
+{
+    EXPECT_EQ(labelOf("http://Rapidgator.NET/x"), "rapidgator.net");
+    EXPECT_EQ(labelOf("http://WWW.rapidgator.net:80/x"), "rapidgator.net");
+}
+
+TEST(HostGroups, wwwIsDroppedOnceAndOnlyAtTheStart)
+{
+    EXPECT_EQ(labelOf("http://dl.www.a.example/x"), "dl.www.a.example");
+    EXPECT_EQ(labelOf("http://www.www.example/x"), "www.example");
+    EXPECT_EQ(labelOf("http://www2.a.example/x"), "www2.a.example");
+}
+
+TEST(HostGroups, aLinkWithoutAHostIsUnknown)
+{
+    EXPECT_EQ(labelOf("http:///x"), "unknown");
+    EXPECT_EQ(plainHost(fixtures::link(QStringLiteral("mailto:me"))), u"unknown");
+}
+
+TEST(HostGroups, premiumHostsAreLabelledByTheirDisplayName)
+{
+    EXPECT_EQ(labelOf("http://www.terabytez.other/x"), "Terabytez");
+    EXPECT_EQ(labelOf("http://TERABYTEZ-host.example/x"), "Terabytez");
+    EXPECT_EQ(labelOf("http://my-filestore.other/x"), "Filestore.example");
+    EXPECT_EQ(labelOf("http://other.example/terabytez/filestore"), "other.example");
+    EXPECT_EQ(labelOf("http://filestore.terabytez.example/x"), "Terabytez");
+}
+
+TEST(HostGroups, plainHostKeepsThePremiumHostsOwnName)
+{
+    EXPECT_EQ(plainHost(fixtures::link(QStringLiteral("http://www.TERABYTEZ.example/x"))), u"terabytez.example");
+}
+
+TEST(HostGroups, ranksTerabytezThenFilestoreThenTheOthers)
+{
+    EXPECT_EQ(hostSortRank(u"Terabytez"), 0);
+    EXPECT_EQ(hostSortRank(u"my TERABYTEZ"), 0);
+    EXPECT_EQ(hostSortRank(u"Filestore.example"), 1);
+    EXPECT_EQ(hostSortRank(u"rapidgator.net"), 2);
+    EXPECT_EQ(hostSortRank(u""), 2);
+}
+
+TEST(HostGroups, linksAreGroupedInTheirOrderAndGroupsSortedByRankThenName)
+{
+    const auto link = [](const char* url) { return fixtures::link(QString::fromUtf8(url)); };
+    const std::vector<Link> urls = {link("http://z.example/1"), link("http://filestore.example/2"),
+                                    link("http://b.example/3"), link("http://www.Z.example/0"),
+                                    link("http://terabytez.example/4")};
+    const std::vector<PendingHostSelection::HostGroup> expected = {{QStringLiteral("Terabytez"), {urls[4]}},
+                                                                   {QStringLiteral("Filestore.example"), {urls[1]}},
+                                                                   {QStringLiteral("b.example"), {urls[2]}},
+                                                                   {QStringLiteral("z.example"), {urls[0], urls[3]}}};
+    EXPECT_EQ(groupURLsByHost(urls), expected);
+    EXPECT_TRUE(groupURLsByHost({}).empty());
+}
+
+TEST(HostGroups, namesOfOneRankAreSortedLetterByLetter)
+{
+    std::vector<PendingHostSelection::HostGroup> groups;
+    for (const char* name : {"b", "a10", "B", "a9", "filestore", "Terabytez 2", "Filestore"})
+        groups.push_back({QString::fromLatin1(name), {}});
+    sortHostGroups(groups);
+    std::vector<std::string> names;
+    for (const auto& group : groups)
+        names.push_back(group.displayName.toStdString());
+    EXPECT_EQ(names, (std::vector<std::string>{"Terabytez 2", "Filestore", "filestore", "B", "a10", "a9", "b"}));
+}
+
+TEST(KnownFileHosts, areThePremiumOnesThenTenOthers)
+{
+    ASSERT_EQ(knownFileHostDomains.size(), 13U);
+    EXPECT_EQ(knownFileHostDomains[0], QLatin1StringView("filestore.example"));
+    EXPECT_EQ(knownFileHostDomains[1], QLatin1StringView("terabytez.example"));
+    EXPECT_EQ(knownFileHostDomains[2], QLatin1StringView("terabytez-host.example"));
+}
+
+} // namespace
+} // namespace vormel

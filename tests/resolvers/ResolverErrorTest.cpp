@@ -1,0 +1,89 @@
+#include "resolvers/ResolverError.h"
+
+#include <gtest/gtest.h>
+
+namespace vormel {
+namespace {
+
+struct Row
+{
+    QString description;
+    const char* what;
+    const char* expected;
+};
+
+void expectTexts(const std::vector<Row>& rows)
+{
+    for (const Row& row : rows) {
+        EXPECT_EQ(row.description.toStdString(), row.expected);
+        EXPECT_STREQ(row.what, row.expected);
+    }
+}
+
+TEST(ResolverError, eachReasonHasItsMessage)
+{
+    const ResolverError noAccount = ResolverError::noAccountConfigured(QStringLiteral("Terabytez"));
+    const ResolverError login = ResolverError::loginRequired(SupportedHost::terabytez);
+    const ResolverError network = ResolverError::networkError(QStringLiteral("no route to host"));
+    const ResolverError refused = ResolverError::authenticationFailed();
+    const ResolverError missing = ResolverError::linkNotFound();
+    const ResolverError unsupported = ResolverError::unsupportedHost();
+    expectTexts({{noAccount.errorDescription(), noAccount.what(), "No account configured for Terabytez"},
+                 {login.errorDescription(), login.what(), "Sign in to Terabytez required"},
+                 {network.errorDescription(), network.what(), "Network error: no route to host"},
+                 {refused.errorDescription(), refused.what(), "Authentication failed"},
+                 {missing.errorDescription(), missing.what(), "Direct link not found"},
+                 {unsupported.errorDescription(), unsupported.what(), "Unsupported host"}});
+}
+
+TEST(ResolverError, eachReasonCanBeToldFromTheOthers)
+{
+    using Kind = ResolverError::Kind;
+    EXPECT_EQ(ResolverError::noAccountConfigured({}).kind(), Kind::noAccountConfigured);
+    EXPECT_EQ(ResolverError::loginRequired(SupportedHost::filestore).kind(), Kind::loginRequired);
+    EXPECT_EQ(ResolverError::networkError({}).kind(), Kind::networkError);
+    EXPECT_EQ(ResolverError::authenticationFailed().kind(), Kind::authenticationFailed);
+    EXPECT_EQ(ResolverError::linkNotFound().kind(), Kind::linkNotFound);
+    EXPECT_EQ(ResolverError::unsupportedHost().kind(), Kind::unsupportedHost);
+}
+
+TEST(ResolverError, aRequiredLoginNamesItsHostByItsLabel)
+{
+    const ResolverError error = ResolverError::loginRequired(SupportedHost::filestore);
+    EXPECT_EQ(error.host(), SupportedHost::filestore);
+    EXPECT_EQ(error.errorDescription(), u"Sign in to Filestore.example required");
+    EXPECT_EQ(ResolverError::loginRequired(SupportedHost::terabytez).host(), SupportedHost::terabytez);
+}
+
+TEST(ResolverError, theMessageOutlivesACatchByTheCommonBase)
+{
+    try {
+        throw ResolverError::networkError(QStringLiteral("caffè"));
+    } catch (const std::exception& error) {
+        EXPECT_STREQ(error.what(), "Network error: caffè");
+    }
+}
+
+TEST(ContainerError, eachReasonHasItsMessage)
+{
+    const ContainerError network = ContainerError::networkError(QStringLiteral("timed out"));
+    const ContainerError empty = ContainerError::noLinksFound();
+    const ContainerError password = ContainerError::wrongPassword();
+    const ContainerError captcha = ContainerError::captchaRequired();
+    expectTexts({{network.errorDescription(), network.what(), "Network error: timed out"},
+                 {empty.errorDescription(), empty.what(), "No links found in the container"},
+                 {password.errorDescription(), password.what(), "Wrong or missing password"},
+                 {captcha.errorDescription(), captcha.what(), "CAPTCHA required — solve it in the browser window"}});
+}
+
+TEST(ContainerError, eachReasonCanBeToldFromTheOthers)
+{
+    using Kind = ContainerError::Kind;
+    EXPECT_EQ(ContainerError::networkError({}).kind(), Kind::networkError);
+    EXPECT_EQ(ContainerError::noLinksFound().kind(), Kind::noLinksFound);
+    EXPECT_EQ(ContainerError::wrongPassword().kind(), Kind::wrongPassword);
+    EXPECT_EQ(ContainerError::captchaRequired().kind(), Kind::captchaRequired);
+}
+
+} // namespace
+} // namespace vormel
