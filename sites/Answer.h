@@ -137,7 +137,8 @@ public:
     [[nodiscard]] Answer stallBeforeHead() const;
     [[nodiscard]] Answer delayedBy(std::chrono::milliseconds time) const;
 
-    // After so many bytes of the body, or all of it if it is shorter. A stalled answer goes on once released.
+    // After so many bytes of the body, or all of it if it is shorter. A stalled answer goes on once released;
+    // it ends when the client closes its sending side.
     [[nodiscard]] Answer closeAfter(std::int64_t bytes) const;
     [[nodiscard]] Answer resetAfter(std::int64_t bytes) const;
     [[nodiscard]] Answer stallAfter(std::int64_t bytes) const;

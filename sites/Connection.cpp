@@ -17,9 +17,9 @@ constexpr std::size_t blockBytes = 256 * 1024;
 Connection::Connection(FileDescriptor socket, const TlsContext* tls, Routes& routes, Activity& activity)
     : m_routes(routes)
     , m_activity(activity)
-    , m_number(activity.openConnection())
     , m_channel(std::move(socket), tls, m_interrupt)
-    , m_block(blockBytes)
+    , m_block(std::make_unique_for_overwrite<char[]>(blockBytes))
+    , m_number(activity.openConnection())
     , m_thread([this] { run(); })
 {}
 
@@ -48,7 +48,7 @@ bool Connection::answer(const Request& request)
     m_activity.record(request);
     const auto& plan = match.answer.plan();
     const auto reply = composeReply(*match.resource, plan, request);
-    return ReplySender(m_channel, m_activity, plan, m_block).send(reply, request.method != "HEAD");
+    return ReplySender(m_channel, m_activity, plan, {m_block.get(), blockBytes}).send(reply, request.method != "HEAD");
 }
 
 } // namespace vormel::sites

@@ -9,8 +9,8 @@
 #include "sites/TlsContext.h"
 
 #include <atomic>
+#include <memory>
 #include <thread>
-#include <vector>
 
 namespace vormel::sites {
 
@@ -35,11 +35,11 @@ private:
 
     Routes& m_routes;
     Activity& m_activity;
-    const int m_number;
     Interrupt m_interrupt;
     Channel m_channel;
-    std::vector<char> m_block;
+    const std::unique_ptr<char[]> m_block; // to send from; only what is used costs memory
     std::atomic<bool> m_over{false};
+    const int m_number;   // counts as open from here on, with all it needs at hand
     std::thread m_thread; // last: it uses all the others
 };
 

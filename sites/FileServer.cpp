@@ -1,6 +1,7 @@
 #include "sites/FileServer.h"
 
 #include <csignal>
+#include <stdexcept>
 #include <utility>
 
 namespace vormel::sites {
@@ -89,7 +90,16 @@ void FileServer::acceptConnections()
             return;
         const std::scoped_lock lock(m_mutex);
         dropEndedConnections();
+        startConnection(std::move(socket));
+    }
+}
+
+void FileServer::startConnection(FileDescriptor socket)
+{
+    try {
         m_connections.emplace_back(std::move(socket), m_tls ? &*m_tls : nullptr, m_routes, m_activity);
+    } catch (const std::runtime_error&) {
+        // Out of descriptors or threads: the client sees its connection end, and the others go on.
     }
 }
 

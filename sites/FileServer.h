@@ -3,6 +3,7 @@
 #include "sites/Activity.h"
 #include "sites/Answer.h"
 #include "sites/Connection.h"
+#include "sites/FileDescriptor.h"
 #include "sites/Interrupt.h"
 #include "sites/Listener.h"
 #include "sites/Request.h"
@@ -67,11 +68,12 @@ public:
     [[nodiscard]] int connectionsAccepted() const { return m_activity.accepted(); }
     [[nodiscard]] int connectionsOpen() const { return m_activity.open(); }
     [[nodiscard]] int mostConnectionsOpen() const { return m_activity.mostOpen(); }
-    // Bytes of bodies given to the system, without the framing of chunks.
+    // Bytes of bodies given to the system, without the framing of chunks; a block on its way counts already.
     [[nodiscard]] std::int64_t bodyBytesSent() const { return m_activity.bodyBytes(); }
 
 private:
     void acceptConnections();
+    void startConnection(FileDescriptor socket);
     void dropEndedConnections();
 
     std::optional<TlsContext> m_tls;

@@ -55,9 +55,12 @@ bool ReplySender::sendBytes(const Body& body, std::int64_t from, std::int64_t to
         const auto count = std::min<std::int64_t>(most, to - from);
         const auto part = m_block.first(static_cast<std::size_t>(count));
         body.read(from, part);
-        if (!sendFramed({part.data(), part.size()}))
-            return false;
+        // Counted first, so that nobody can have received more than was counted.
         m_activity.addBodyBytes(count);
+        if (!sendFramed({part.data(), part.size()})) {
+            m_activity.addBodyBytes(-count);
+            return false;
+        }
         from += count;
         if (m_plan.dripBytes > 0 && from < to && !m_channel.pause(m_plan.dripInterval))
             return false;

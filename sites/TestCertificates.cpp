@@ -101,6 +101,8 @@ TlsIdentity makeIdentity(const TestCertificates::Names& names, long days, X509* 
     addExtension(*certificate, signer, NID_basic_constraints, "critical,CA:FALSE");
     addExtension(*certificate, signer, NID_key_usage, "critical,digitalSignature");
     addExtension(*certificate, signer, NID_ext_key_usage, "serverAuth");
+    addExtension(*certificate, signer, NID_subject_key_identifier, "hash");
+    addExtension(*certificate, signer, NID_authority_key_identifier, "keyid");
     addExtension(*certificate, signer, NID_subject_alt_name, alternativeNames(names));
     signBy(*certificate, signer, issuerKey ? *issuerKey : *key);
     return {.certificate = toPem(*certificate), .key = toPem(*key)};
@@ -114,6 +116,8 @@ TestCertificates::TestCertificates()
 {
     addExtension(*m_certificate, *m_certificate, NID_basic_constraints, "critical,CA:TRUE");
     addExtension(*m_certificate, *m_certificate, NID_key_usage, "critical,keyCertSign,cRLSign");
+    // Tells apart authorities, which all have the same name.
+    addExtension(*m_certificate, *m_certificate, NID_subject_key_identifier, "hash");
     signBy(*m_certificate, *m_certificate, *m_key);
 }
 
