@@ -1,0 +1,45 @@
+#pragma once
+
+#include "ui/shell/Page.h"
+
+#include <QMainWindow>
+
+#include <array>
+
+class QAction;
+class QMenu;
+class QStackedWidget;
+
+namespace vormel {
+
+class DownloadManager;
+class Sidebar;
+
+/// The window: sidebar, pages and menu bar. A page is built when it is first shown, so that the window comes up fast.
+/// The manager must outlive it.
+class MainWindow final : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit MainWindow(DownloadManager& manager);
+
+    [[nodiscard]] Page page() const;
+    void showPage(Page page);
+
+private:
+    void buildMenu();
+    void layOut();
+    void openPage(Page page);
+    [[nodiscard]] QWidget* makePage(Page page);
+    void retranslate();
+
+    DownloadManager& m_manager;
+    Sidebar* m_sidebar;
+    QStackedWidget* m_pages;
+    std::array<QWidget*, allPages.size()> m_built{}; ///< null until first shown; owned by the stack
+    QMenu* m_menu = nullptr;
+    QAction* m_quit = nullptr;
+};
+
+} // namespace vormel

@@ -1,0 +1,59 @@
+#include "ui/kit/StyledLabel.h"
+
+#include "ui/kit/TextStyle.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QScopedValueRollback>
+
+namespace vormel {
+
+namespace {
+
+QFont styled(const QFont& font, StyledLabel::Style style)
+{
+    switch (style) {
+    case StyledLabel::Style::body:
+        return font;
+    case StyledLabel::Style::headline:
+        return headlineFont(font);
+    case StyledLabel::Style::caption:
+        return captionFont(font);
+    case StyledLabel::Style::digits:
+        return digitsFont(captionFont(font));
+    case StyledLabel::Style::title:
+        return titleFont(font);
+    }
+    Q_UNREACHABLE();
+}
+
+} // namespace
+
+StyledLabel::StyledLabel(Style style, Tint tint, QWidget* parent)
+    : QLabel(parent)
+    , m_style(style)
+    , m_tint(tint)
+{
+    setTextFormat(Qt::PlainText); // host and file names come from outside
+    restyle();
+}
+
+void StyledLabel::restyle()
+{
+    const QScopedValueRollback guard(m_isRestyling, true);
+    setFont(styled(QApplication::font(), m_style));
+    QPalette own;
+    own.setColor(QPalette::WindowText, Theme(QApplication::palette()).color(m_tint));
+    setPalette(own);
+}
+
+void StyledLabel::changeEvent(QEvent* event)
+{
+    QLabel::changeEvent(event);
+    const bool mayDiffer = event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationFontChange ||
+                           event->type() == QEvent::FontChange;
+    if (mayDiffer && !m_isRestyling)
+        restyle();
+}
+
+} // namespace vormel

@@ -1,0 +1,73 @@
+#include "ui/kit/Theme.h"
+
+namespace vormel {
+
+namespace {
+
+struct StatusColor
+{
+    QRgb onLight;
+    QRgb onDark;
+};
+
+constexpr StatusColor blue{0xff1667c9, 0xff5eaeff};
+constexpr StatusColor orange{0xffb25500, 0xffffb14a};
+constexpr StatusColor green{0xff1c7a3a, 0xff55d17a};
+constexpr StatusColor red{0xffc4281f, 0xffff7d73};
+
+QColor mixed(const QColor& from, const QColor& to, double share)
+{
+    const auto channel = [share](int a, int b) { return qRound(a + (b - a) * share); };
+    return {channel(from.red(), to.red()), channel(from.green(), to.green()), channel(from.blue(), to.blue())};
+}
+
+} // namespace
+
+Theme::Theme(const QPalette& palette, QPalette::ColorGroup group)
+    : m_palette(palette)
+    , m_group(group)
+{}
+
+bool Theme::isDark() const
+{
+    return m_palette.color(m_group, QPalette::Base).lightness() < m_palette.color(m_group, QPalette::Text).lightness();
+}
+
+QColor Theme::towardsBase(double share) const
+{
+    return mixed(m_palette.color(m_group, QPalette::Text), m_palette.color(m_group, QPalette::Base), share);
+}
+
+QColor Theme::color(Tint tint) const
+{
+    const auto status = [this](const StatusColor& color) {
+        return QColor::fromRgb(isDark() ? color.onDark : color.onLight);
+    };
+    switch (tint) {
+    case Tint::text:
+        return m_palette.color(m_group, QPalette::Text);
+    case Tint::secondary:
+        return towardsBase(0.30);
+    case Tint::tertiary:
+        return towardsBase(0.42);
+    case Tint::highlight:
+        return m_palette.color(m_group, QPalette::Highlight);
+    case Tint::highlightedText:
+        return m_palette.color(m_group, QPalette::HighlightedText);
+    case Tint::blue:
+        return status(blue);
+    case Tint::orange:
+        return status(orange);
+    case Tint::green:
+        return status(green);
+    case Tint::red:
+        return status(red);
+    case Tint::hairline:
+        return towardsBase(0.90);
+    case Tint::track:
+        return towardsBase(0.84);
+    }
+    Q_UNREACHABLE();
+}
+
+} // namespace vormel

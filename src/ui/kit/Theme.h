@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QColor>
+#include <QPalette>
+
+namespace vormel {
+
+/// What a colour is for. The theme says which one that is on the palette at hand.
+enum class Tint
+{
+    text,
+    secondary,
+    tertiary,
+    highlight,
+    highlightedText,
+    blue,
+    orange,
+    green,
+    red,
+    hairline, ///< between rows
+    track,    ///< the empty part of a bar
+};
+
+/// All colours of the program, read from a palette; the status colours have one form for light and one for dark
+/// windows. A value; make a new one when the palette changes.
+class Theme
+{
+public:
+    explicit Theme(const QPalette& palette, QPalette::ColorGroup group = QPalette::Active);
+
+    [[nodiscard]] bool isDark() const;
+    [[nodiscard]] QColor color(Tint tint) const;
+
+private:
+    [[nodiscard]] QColor towardsBase(double share) const;
+
+    QPalette m_palette;
+    QPalette::ColorGroup m_group;
+};
+
+} // namespace vormel

@@ -1,0 +1,55 @@
+#include "ui/queue/DropOverlay.h"
+
+#include "ui/kit/GlyphLabel.h"
+#include "ui/kit/StyledLabel.h"
+
+#include <QPainter>
+#include <QVBoxLayout>
+
+namespace vormel {
+
+DropOverlay::DropOverlay(QWidget* parent)
+    : QWidget(parent)
+    , m_text(new StyledLabel(StyledLabel::Style::title, Tint::text, this))
+{
+    constexpr int iconSize = 48;
+    setObjectName(QStringLiteral("dropOverlay"));
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_text->setObjectName(QStringLiteral("dropText"));
+    m_text->setAlignment(Qt::AlignCenter);
+    auto* column = new QVBoxLayout(this);
+    column->setSpacing(10);
+    column->addStretch();
+    column->addWidget(new GlyphLabel(Glyph::arrowDownCircleFill, Tint::highlight, iconSize, this), 0, Qt::AlignHCenter);
+    column->addWidget(m_text);
+    column->addStretch();
+    hide();
+}
+
+void DropOverlay::setText(const QString& text)
+{
+    m_text->setText(text);
+    setAccessibleName(text);
+}
+
+void DropOverlay::paintEvent(QPaintEvent* /*event*/)
+{
+    constexpr double margin = 8;
+    constexpr double corner = 10;
+    constexpr double stroke = 2;
+    constexpr float opacity = 0.07F;
+    constexpr float veil = 0.9F; // what lies below must not compete with the label
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QColor background = palette().color(QPalette::Window);
+    background.setAlphaF(veil);
+    painter.fillRect(rect(), background);
+    const QColor highlight = Theme(palette()).color(Tint::highlight);
+    QColor filling = highlight;
+    filling.setAlphaF(opacity);
+    painter.setBrush(filling);
+    painter.setPen(QPen(highlight, stroke));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(margin, margin, -margin, -margin), corner, corner);
+}
+
+} // namespace vormel

@@ -1,0 +1,113 @@
+#include "ui/queue/SpeedControl.h"
+
+#include "engine/DownloadManager.h"
+#include "text/ByteCount.h"
+#include "ui/kit/GlyphLabel.h"
+#include "ui/kit/StyledLabel.h"
+
+#include <QComboBox>
+#include <QFontDatabase>
+#include <QHBoxLayout>
+#include <QSignalBlocker>
+
+#include <array>
+
+namespace vormel {
+
+namespace {
+
+struct Cap
+{
+    QStringView text;
+    qint64 kilobytes;
+};
+
+constexpr std::array<Cap, 7> caps{{{u"512 KB/s", 512},
+                                   {u"1 MB/s", 1024},
+                                   {u"2 MB/s", 2048},
+                                   {u"5 MB/s", 5120},
+                                   {u"10 MB/s", 10240},
+                                   {u"20 MB/s", 20480},
+                                   {u"50 MB/s", 51200}}};
+
+QString speedText(double bytesPerSecond)
+{
+    constexpr double smallestShown = 100.0;
+    constexpr double firstTooFast = 9.2e18;
+    if (!(bytesPerSecond > smallestShown))
+        return {};
+    return byteCountText(static_cast<qint64>(std::min(bytesPerSecond, firstTooFast))) + QStringLiteral("/s");
+}
+
+} // namespace
+
+SpeedControl::SpeedControl(DownloadManager& manager, QWidget* parent)
+    : QWidget(parent)
+    , m_manager(manager)
+    , m_speed(new StyledLabel(StyledLabel::Style::digits, Tint::secondary, this))
+    , m_cap(new QComboBox(this))
+{
+    constexpr int smallestReadOut = 64;
+    constexpr int iconSize = 18;
+    m_speed->setObjectName(QStringLiteral("totalSpeed"));
+    m_speed->setAlignment(Qt::AlignTrailing | Qt::AlignVCenter);
+    // Wide enough for the longest figure, so that the controls beside it stand still.
+    m_speed->setMinimumWidth(
+        qMax(smallestReadOut, m_speed->fontMetrics().horizontalAdvance(QStringLiteral("999.99 MB/s"))));
+    m_cap->setObjectName(QStringLiteral("speedCap"));
+    m_cap->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(6);
+    row->addWidget(m_speed);
+    row->addWidget(new GlyphLabel(Glyph::gauge, Tint::secondary, iconSize, this));
+    row->addWidget(m_cap);
+    connect(&manager, &DownloadManager::totalSpeedChanged, this, &SpeedControl::showSpeed);
+    connect(&manager.settings(), &AppSettings::maxDownloadSpeedSet, this, &SpeedControl::fillCaps);
+    connect(&manager.settings(), &AppSettings::languageSet, this, &SpeedControl::retranslate);
+    connect(m_cap, &QComboBox::activated, this, &SpeedControl::chooseCap);
+    retranslate();
+    showSpeed();
+}
+
+void SpeedControl::retranslate()
+{
+    const AppLanguage language = m_manager.settings().language.value();
+    const QString name =
+        pair(language, u"Current total speed / global speed cap", u"Velocità totale attuale / limite globale");
+    m_cap->setAccessibleName(name);
+    m_cap->setToolTip(name);
+    m_speed->setToolTip(name);
+    fillCaps();
+}
+
+void SpeedControl::showSpeed()
+{
+    m_speed->setText(speedText(m_manager.totalSpeedBytesPerSec()));
+}
+
+void SpeedControl::fillCaps()
+{
+    const QSignalBlocker silence(m_cap);
+    m_cap->clear();
+    m_cap->addItem(pair(m_manager.settings().language.value(), u"Unlimited", u"Illimitata"),
+                   QVariant::fromValue<qint64>(0));
+    for (const Cap& cap : caps)
+        m_cap->addItem(cap.text.toString(), cap.kilobytes);
+    showCap();
+}
+
+void SpeedControl::showCap()
+{
+    const qint64 kilobytes = m_manager.settings().maxDownloadSpeedKBps.value();
+    if (m_cap->findData(kilobytes) < 0)
+        m_cap->addItem(QStringLiteral("%1 KB/s").arg(kilobytes), kilobytes);
+    m_cap->setCurrentIndex(m_cap->findData(kilobytes));
+}
+
+void SpeedControl::chooseCap(int row)
+{
+    m_manager.settings().maxDownloadSpeedKBps.set(m_cap->itemData(row).toLongLong());
+}
+
+} // namespace vormel

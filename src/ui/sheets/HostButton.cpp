@@ -1,0 +1,60 @@
+#include "ui/sheets/HostButton.h"
+
+#include "ui/kit/GlyphLabel.h"
+#include "ui/kit/StyledLabel.h"
+
+#include <QHBoxLayout>
+
+namespace vormel {
+
+namespace {
+
+QString fileCountText(std::size_t count)
+{
+    return QStringLiteral("%1 file%2").arg(count).arg(count == 1 ? QString() : QStringLiteral("s"));
+}
+
+} // namespace
+
+HostButton::HostButton(const PendingHostSelection::HostGroup& group, QWidget* parent)
+    : QPushButton(parent)
+{
+    const QString count = fileCountText(group.urls.size());
+    setAccessibleName(group.displayName + QStringLiteral(", ") + count);
+    setAutoDefault(true); // Return on the focused host takes it
+    layOut(group.displayName, count);
+}
+
+void HostButton::layOut(const QString& host, const QString& count)
+{
+    constexpr int iconSize = 24;
+    auto* name = new StyledLabel(StyledLabel::Style::headline, Tint::text, this);
+    auto* files = new StyledLabel(StyledLabel::Style::caption, Tint::secondary, this);
+    name->setObjectName(QStringLiteral("hostName"));
+    name->setText(host);
+    files->setObjectName(QStringLiteral("fileCount"));
+    files->setText(count);
+    auto* texts = new QVBoxLayout;
+    texts->setSpacing(2);
+    texts->addWidget(name);
+    texts->addWidget(files);
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(14, 10, 14, 10);
+    row->setSpacing(12);
+    row->addWidget(new GlyphLabel(Glyph::serverRack, Tint::blue, iconSize, this));
+    row->addLayout(texts, 1);
+    for (QWidget* part : findChildren<QWidget*>())
+        part->setAttribute(Qt::WA_TransparentForMouseEvents);
+}
+
+QSize HostButton::sizeHint() const
+{
+    return layout()->sizeHint();
+}
+
+QSize HostButton::minimumSizeHint() const
+{
+    return layout()->minimumSize();
+}
+
+} // namespace vormel

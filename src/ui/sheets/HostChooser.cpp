@@ -1,0 +1,101 @@
+#include "ui/sheets/HostChooser.h"
+
+#include "model/AppSettings.h"
+#include "ui/kit/StyledLabel.h"
+#include "ui/sheets/HostButton.h"
+
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QScrollArea>
+
+namespace vormel {
+
+HostChooser::HostChooser(AppSettings& settings, QWidget* parent)
+    : QWidget(parent)
+    , m_settings(settings)
+    , m_title(new StyledLabel(StyledLabel::Style::title, Tint::text, this))
+    , m_text(new StyledLabel(StyledLabel::Style::body, Tint::secondary, this))
+    , m_hosts(new QWidget)
+    , m_hostColumn(new QVBoxLayout(m_hosts))
+    , m_all(new QPushButton(this))
+    , m_cancel(new QPushButton(this))
+{
+    m_title->setObjectName(QStringLiteral("chooserTitle"));
+    m_text->setObjectName(QStringLiteral("chooserText"));
+    m_text->setWordWrap(true);
+    m_all->setObjectName(QStringLiteral("addAllHosts"));
+    m_cancel->setObjectName(QStringLiteral("cancelChoice"));
+    for (QPushButton* button : {m_all, m_cancel})
+        button->setAutoDefault(false);
+    layOut();
+    connect(m_all, &QPushButton::clicked, this, &HostChooser::allChosen);
+    connect(m_cancel, &QPushButton::clicked, this, &HostChooser::cancelled);
+    connect(&settings, &AppSettings::languageSet, this, &HostChooser::retranslate);
+    retranslate();
+}
+
+void HostChooser::layOut()
+{
+    auto* scroll = new QScrollArea(this);
+    scroll->setObjectName(QStringLiteral("hostScroll"));
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setFocusPolicy(Qt::NoFocus);
+    scroll->setWidget(m_hosts); // takes ownership
+    scroll->viewport()->setAutoFillBackground(false);
+    m_hosts->setAutoFillBackground(false);
+    m_hostColumn->setContentsMargins(0, 0, 0, 0);
+    m_hostColumn->setSpacing(8);
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(m_all);
+    buttons->addStretch();
+    buttons->addWidget(m_cancel);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(20, 18, 20, 18);
+    column->setSpacing(10);
+    column->addWidget(m_title);
+    column->addWidget(m_text);
+    column->addSpacing(2);
+    column->addWidget(scroll, 1);
+    column->addSpacing(4);
+    column->addLayout(buttons);
+}
+
+void HostChooser::retranslate()
+{
+    const AppLanguage language = m_settings.language.value();
+    m_title->setText(pair(language, u"Choose Download Server", u"Scegli il server di download"));
+    m_text->setText(pair(language, u"These links are available on ", u"Questi link sono disponibili su ") +
+                    QString::number(m_groupCount) +
+                    pair(language, u" hosts. Select the one you have a premium account for.",
+                         u" host. Scegli quello per cui hai un account premium."));
+    m_all->setText(pair(language, u"Add all hosts", u"Aggiungi tutti gli host"));
+    m_cancel->setText(pair(language, u"Cancel", u"Annulla"));
+}
+
+void HostChooser::offer(const std::vector<PendingHostSelection::HostGroup>& groups)
+{
+    qDeleteAll(m_hosts->findChildren<HostButton*>(QString(), Qt::FindDirectChildrenOnly));
+    while (const auto* left = m_hostColumn->takeAt(0))
+        delete left;
+    m_groupCount = static_cast<int>(groups.size());
+    QWidget* before = nullptr;
+    for (int i = 0; i < m_groupCount; ++i) {
+        auto* button = new HostButton(groups[static_cast<std::size_t>(i)], m_hosts);
+        button->setObjectName(QStringLiteral("host%1").arg(i));
+        connect(button, &HostButton::clicked, this, [this, i] { Q_EMIT chosen(i); });
+        m_hostColumn->addWidget(button);
+        if (before)
+            setTabOrder(before, button);
+        else
+            button->setFocus();
+        before = button;
+    }
+    m_hostColumn->addStretch();
+    setTabOrder(before, m_all);
+    setTabOrder(m_all, m_cancel);
+    retranslate();
+}
+
+} // namespace vormel

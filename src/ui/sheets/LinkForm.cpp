@@ -1,0 +1,169 @@
+#include "ui/sheets/LinkForm.h"
+
+#include "model/AppSettings.h"
+#include "ui/kit/StyledLabel.h"
+#include "ui/sheets/CountLabel.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QShortcut>
+
+namespace vormel {
+
+namespace {
+
+QString joined(const std::vector<Link>& links)
+{
+    QStringList lines;
+    for (const Link& link : links)
+        lines << link.absoluteString();
+    return lines.join(u'\n');
+}
+
+QString directText(std::size_t count, AppLanguage language)
+{
+    const QString ending = count == 1 ? QString() : pair(language, u"s", u"i");
+    return QString::number(count) + pair(language, u" direct link", u" link diretto") + ending;
+}
+
+QString containerText(std::size_t count, AppLanguage language)
+{
+    const QString ending = count == 1 ? QString() : pair(language, u"s", u"");
+    return QString::number(count) + QStringLiteral(" container") + ending;
+}
+
+} // namespace
+
+LinkForm::LinkForm(AppSettings& settings, const ResolverTables& resolvers, QWidget* parent)
+    : QWidget(parent)
+    , m_settings(settings)
+    , m_resolvers(resolvers)
+    , m_title(new StyledLabel(StyledLabel::Style::title, Tint::text, this))
+    , m_prompt(new StyledLabel(StyledLabel::Style::body, Tint::secondary, this))
+    , m_editor(new QPlainTextEdit(this))
+    , m_directCount(new CountLabel(Glyph::arrowDownCircleFill, Tint::blue, QStringLiteral("directCount"), this))
+    , m_containerCount(new CountLabel(Glyph::archiveboxFill, Tint::orange, QStringLiteral("containerCount"), this))
+    , m_passwordBlock(new QWidget(this))
+    , m_passwordLabel(new CountLabel(Glyph::lock, Tint::secondary, QStringLiteral("passwordLabel"), m_passwordBlock))
+    , m_password(new QLineEdit(m_passwordBlock))
+    , m_cancel(new QPushButton(this))
+    , m_add(new QPushButton(this))
+{
+    constexpr int smallestEditor = 100;
+    m_title->setObjectName(QStringLiteral("addTitle"));
+    m_prompt->setObjectName(QStringLiteral("addPrompt"));
+    m_editor->setObjectName(QStringLiteral("linkEditor"));
+    m_editor->setMinimumHeight(smallestEditor);
+    m_editor->setTabChangesFocus(true);
+    m_editor->setLineWrapMode(QPlainTextEdit::NoWrap);
+    m_editor->setPlaceholderText(QStringLiteral("https://..."));
+    m_password->setObjectName(QStringLiteral("containerPassword"));
+    m_password->setEchoMode(QLineEdit::Password);
+    m_cancel->setObjectName(QStringLiteral("cancelAdd"));
+    m_cancel->setAutoDefault(false);
+    m_add->setObjectName(QStringLiteral("add"));
+    m_add->setDefault(true);
+    layOut();
+    connectParts();
+    retranslate();
+}
+
+void LinkForm::layOut()
+{
+    auto* counts = new QHBoxLayout;
+    counts->setSpacing(14);
+    counts->addWidget(m_directCount);
+    counts->addWidget(m_containerCount);
+    counts->addStretch();
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(m_cancel);
+    buttons->addWidget(m_add);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(20, 18, 20, 18);
+    column->setSpacing(10);
+    column->addWidget(m_title);
+    column->addWidget(m_prompt);
+    column->addWidget(m_editor, 1);
+    column->addLayout(counts);
+    column->addWidget(makePasswordBlock());
+    column->addSpacing(4);
+    column->addLayout(buttons);
+}
+
+QWidget* LinkForm::makePasswordBlock()
+{
+    m_passwordBlock->setObjectName(QStringLiteral("passwordBlock"));
+    auto* column = new QVBoxLayout(m_passwordBlock);
+    column->setContentsMargins(0, 4, 0, 0);
+    column->setSpacing(6);
+    column->addWidget(m_passwordLabel, 0, Qt::AlignLeading);
+    column->addWidget(m_password);
+    return m_passwordBlock;
+}
+
+void LinkForm::connectParts()
+{
+    const auto* add = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Return), m_editor);
+    connect(add, &QShortcut::activated, m_add, &QPushButton::click);
+    connect(m_editor, &QPlainTextEdit::textChanged, this, &LinkForm::readText);
+    connect(m_cancel, &QPushButton::clicked, this, &LinkForm::cancelled);
+    connect(m_add, &QPushButton::clicked, this, &LinkForm::accepted);
+    connect(&m_settings, &AppSettings::languageSet, this, &LinkForm::retranslate);
+}
+
+void LinkForm::retranslate()
+{
+    const AppLanguage language = m_settings.language.value();
+    const QString prompt =
+        pair(language, u"Paste one or more links, one per line:", u"Incolla uno o più link, uno per riga:");
+    const QString password = pair(language, u"Container password (optional)", u"Password container (opzionale)");
+    m_title->setText(pair(language, u"Add URLs", u"Aggiungi URL"));
+    m_prompt->setText(prompt);
+    m_editor->setAccessibleName(prompt);
+    m_passwordLabel->setText(password);
+    m_password->setAccessibleName(password);
+    m_password->setPlaceholderText(pair(language, u"Leave blank if not protected", u"Lascia vuoto se non protetto"));
+    m_cancel->setText(pair(language, u"Cancel", u"Annulla"));
+    m_add->setText(pair(language, u"Add", u"Aggiungi"));
+    showCounts();
+}
+
+void LinkForm::prefill()
+{
+    if (m_editor->toPlainText().isEmpty()) {
+        m_editor->setPlainText(joined(httpLinks(QGuiApplication::clipboard()->text())));
+        m_editor->moveCursor(QTextCursor::End);
+    }
+    m_editor->setFocus();
+}
+
+void LinkForm::readText()
+{
+    m_links = LinkPaste(m_editor->toPlainText(), m_resolvers);
+    showCounts();
+}
+
+void LinkForm::showCounts()
+{
+    const AppLanguage language = m_settings.language.value();
+    const std::size_t direct = m_links.directURLs().size();
+    const std::size_t containers = m_links.containerURLs().size();
+    m_directCount->setText(directText(direct, language));
+    m_directCount->setVisible(direct > 0);
+    m_containerCount->setText(containerText(containers, language));
+    m_containerCount->setVisible(containers > 0);
+    m_passwordBlock->setVisible(containers > 0);
+    m_add->setEnabled(!m_links.validURLs().empty());
+}
+
+std::optional<QString> LinkForm::password() const
+{
+    return m_password->text().isEmpty() ? std::nullopt : std::optional(m_password->text());
+}
+
+} // namespace vormel

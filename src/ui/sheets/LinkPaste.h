@@ -1,0 +1,35 @@
+#pragma once
+
+#include "model/PendingQuestions.h"
+
+#include <vector>
+
+namespace vormel {
+
+class ResolverTables;
+
+/// The http and https links of a text with one link per line, in their order; every other line is passed over.
+[[nodiscard]] std::vector<Link> httpLinks(QStringView text);
+
+/// What a pasted text amounts to. A value without state behind it.
+class LinkPaste
+{
+public:
+    LinkPaste() = default;
+    LinkPaste(QStringView text, const ResolverTables& resolvers);
+
+    /// All links in the order of the text; duplicates stay, as the queue sorts those out.
+    [[nodiscard]] const std::vector<Link>& validURLs() const { return m_valid; }
+    [[nodiscard]] const std::vector<Link>& containerURLs() const { return m_containers; }
+    [[nodiscard]] const std::vector<Link>& directURLs() const { return m_direct; }
+
+    /// The direct links by their host, the best known hosts first.
+    [[nodiscard]] std::vector<PendingHostSelection::HostGroup> hostGroups() const;
+
+private:
+    std::vector<Link> m_valid;
+    std::vector<Link> m_containers;
+    std::vector<Link> m_direct;
+};
+
+} // namespace vormel

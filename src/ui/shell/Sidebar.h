@@ -1,0 +1,35 @@
+#pragma once
+
+#include "ui/shell/Page.h"
+
+#include <QListWidget>
+
+namespace vormel {
+
+class AppSettings;
+
+/// The list of the pages. The settings must outlive it.
+class Sidebar final : public QListWidget
+{
+    Q_OBJECT
+
+public:
+    static constexpr int smallestWidth = 150;
+    static constexpr int idealWidth = 180;
+
+    explicit Sidebar(AppSettings& settings, QWidget* parent = nullptr);
+
+    [[nodiscard]] Page page() const;
+    void setPage(Page page) { setCurrentRow(static_cast<int>(page)); }
+    [[nodiscard]] QSize sizeHint() const override { return {idealWidth, QListWidget::sizeHint().height()}; }
+
+Q_SIGNALS:
+    void pageChosen(vormel::Page page);
+
+private:
+    void retranslate();
+
+    AppSettings& m_settings;
+};
+
+} // namespace vormel

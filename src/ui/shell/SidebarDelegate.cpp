@@ -1,0 +1,59 @@
+#include "ui/shell/SidebarDelegate.h"
+
+#include "ui/kit/Theme.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <QTextOption>
+
+namespace vormel {
+
+namespace {
+
+constexpr int iconSize = 18;
+constexpr int padding = 10;
+constexpr double corner = 6;
+
+void paintPlate(QPainter& painter, const QStyleOptionViewItem& option, const Theme& theme)
+{
+    const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+    const bool isHovered = option.state.testFlag(QStyle::State_MouseOver);
+    if (!isSelected && !isHovered)
+        return;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(theme.color(isSelected ? Tint::highlight : Tint::hairline));
+    painter.drawRoundedRect(option.rect, corner, corner);
+}
+
+} // namespace
+
+void SidebarDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    QStyleOptionViewItem item = option;
+    initStyleOption(&item, index);
+    const Theme theme(item.palette);
+    const bool isSelected = item.state.testFlag(QStyle::State_Selected);
+    const QRect inner = item.rect.adjusted(padding, 0, -padding, 0);
+    QRect icon(inner.left(), inner.top() + (inner.height() - iconSize) / 2, iconSize, iconSize);
+    QRect text = inner.adjusted(iconSize + padding, 0, 0, 0);
+    icon = QStyle::visualRect(item.direction, item.rect, icon);
+    text = QStyle::visualRect(item.direction, item.rect, text);
+    painter->save();
+    paintPlate(*painter, item, theme);
+    item.icon.paint(painter, icon, Qt::AlignCenter, isSelected ? QIcon::Selected : QIcon::Normal);
+    painter->setFont(item.font);
+    painter->setPen(theme.color(isSelected ? Tint::highlightedText : Tint::text));
+    QTextOption leading(QStyle::visualAlignment(item.direction, Qt::AlignLeading | Qt::AlignVCenter));
+    leading.setWrapMode(QTextOption::NoWrap);
+    painter->drawText(text, item.fontMetrics.elidedText(item.text, Qt::ElideRight, text.width()), leading);
+    painter->restore();
+}
+
+QSize SidebarDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& /*index*/) const
+{
+    constexpr int around = 14;
+    return {0, qMax(iconSize, option.fontMetrics.height()) + around};
+}
+
+} // namespace vormel
