@@ -1,0 +1,139 @@
+#include "fixtures/EventLoop.h"
+#include "fixtures/LiveEngine.h"
+#include "sites/FileServer.h"
+#include "sites/TestCertificates.h"
+
+#include <QFile>
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <random>
+
+using namespace std::chrono_literals;
+using namespace vormel;
+using namespace vormel::fixtures;
+using vormel::sites::Answer;
+using vormel::sites::FileServer;
+using vormel::sites::PatternContent;
+using vormel::sites::TestCertificates;
+
+namespace {
+
+QString url(const FileServer& server, const char* path)
+{
+    return QString::fromStdString(server.url(path));
+}
+
+bool isSource(const Sandbox& sandbox, const QString& name, const PatternContent& source)
+{
+    const QByteArray bytes = sandbox.read(name);
+    return bytes.size() == source.size() && !source.firstMismatch(0, std::span(bytes.constData(), static_cast<std::size_t>(bytes.size())));
+}
+
+qint64 residentBytes()
+{
+    QFile file(QStringLiteral("/proc/self/statm"));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    return file.readAll().split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE);
+}
+
+} // namespace
+
+TEST(ByteStream, SurvivesPausesAndResumesAtRandomMoments)
+{
+    const PatternContent source(7, 8 * 1024 * 1024);
+    FileServer server;
+    server.serve("/file.bin", {.content = source, .answers = {Answer::file().dripping(256 * 1024, 1ms)}});
+    LiveEngine engine;
+    const ItemPtr item = engine.add(url(server, "/file.bin"));
+    std::mt19937 random(1); // NOLINT(cert-msc51-cpp): the same moments each time
+    for (int i = 0; i < 40 && item->status() != DownloadStatus::completed; ++i) {
+        engine.manager().startAll();
+        static_cast<void>(waitUntil([&item] { return item->status() == DownloadStatus::completed; },
+                                    std::chrono::milliseconds(random() % 12)));
+        engine.manager().pauseAll();
+    }
+    engine.manager().startAll();
+    ASSERT_TRUE(engine.runToEnd(item));
+    EXPECT_TRUE(isSource(engine.sandbox, QStringLiteral("Downloads/file.bin"), source));
+}
+
+TEST(ByteStream, CarriesManyTransfersAtOnceUnderACap)
+{
+    FileServer server;
+    LiveEngine engine;
+    engine.manager().settings().maxConcurrentDownloads.set(10);
+    engine.manager().settings().maxDownloadSpeedKBps.set(512);
+    std::vector<ItemPtr> items;
+    for (int i = 0; i < 10; ++i) {
+        const std::string path = "/" + std::to_string(i) + ".bin";
+        server.serve(path, {.content = PatternContent(static_cast<std::uint64_t>(i), 400000)});
+        items.push_back(engine.add(url(server, path.c_str())));
+    }
+    engine.manager().startAll();
+    for (int i = 0; i < 10; ++i) {
+        ASSERT_TRUE(engine.runToEnd(items[static_cast<std::size_t>(i)]));
+        EXPECT_TRUE(isSource(engine.sandbox, QStringLiteral("Downloads/%1.bin").arg(i), PatternContent(static_cast<std::uint64_t>(i), 400000)));
+    }
+}
+
+TEST(ByteStream, KeepsMemoryFlat)
+{
+#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
+    GTEST_SKIP() << "the sanitizers' own memory hides the program's";
+#endif
+    const PatternContent source(3, qint64{300} * 1024 * 1024);
+    FileServer server;
+    server.serve("/large.bin", {.content = source});
+    LiveEngine engine;
+    const ItemPtr item = engine.add(url(server, "/large.bin"));
+    engine.manager().startAll();
+    ASSERT_TRUE(waitUntil([&item] { return item->totalBytes() > 0; }));
+    const qint64 before = residentBytes();
+    ASSERT_TRUE(engine.runToEnd(item));
+    EXPECT_LT(residentBytes() - before, 16 * 1024 * 1024);
+    EXPECT_EQ(item->status(), DownloadStatus::completed);
+}
+
+TEST(ByteStream, TakesAnUntrustedCertificateOnlyFromThePremiumServices)
+{
+    const TestCertificates certificates;
+    const PatternContent source(4, 100000);
+    FileServer server({.tls = certificates.selfSigned()});
+    server.serve("/file.bin", {.content = source});
+    CurlHttpClient::Options network;
+    network.connectTo.insert("*", "127.0.0.1:" + QByteArray::number(server.port()));
+    LiveEngine engine(network);
+    const ItemPtr premium = engine.add(QStringLiteral("https://dl.filestore.example/file.bin"));
+    engine.manager().startAll();
+    ASSERT_TRUE(engine.runToEnd(premium));
+    EXPECT_EQ(premium->status(), DownloadStatus::completed) << qPrintable(premium->status().message());
+    const ItemPtr other = engine.add(QStringLiteral("https://other.example/other.bin"));
+    engine.manager().startAll();
+    ASSERT_TRUE(engine.runToEnd(other));
+    EXPECT_EQ(other->status(), DownloadStatus::failure(QStringLiteral("The server's certificate is not trusted.")));
+}
+
+TEST(ByteStream, TellsAServerThatIsNotThere)
+{
+    LiveEngine engine;
+    const ItemPtr item = engine.add(QStringLiteral("http://127.0.0.1:1/file.bin"));
+    engine.manager().startAll();
+    ASSERT_TRUE(engine.runToEnd(item));
+    EXPECT_EQ(item->status(), DownloadStatus::failure(QStringLiteral("Could not connect to the server.")));
+}
+
+TEST(ByteStream, EndsInOrderWhileTransfersRun)
+{
+    FileServer server;
+    server.serve("/file.bin", {.content = PatternContent(5, 50 * 1024 * 1024), .answers = {Answer::file().dripping(4096, 1ms)}});
+    for (int i = 0; i < 10; ++i) {
+        LiveEngine engine;
+        const ItemPtr item = engine.add(url(server, "/file.bin"));
+        engine.manager().startAll();
+        ASSERT_TRUE(waitUntil([&item] { return item->totalBytes() > 0; }));
+        engine.manager().shutDown();
+    }
+}
