@@ -1,0 +1,163 @@
+#include "platform/storage/FileWriter.h"
+
+#include "fixtures/Sandbox.h"
+
+#include <QFileInfo>
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <future>
+#include <memory>
+#include <thread>
+
+namespace vormel {
+namespace {
+
+using fixtures::Sandbox;
+
+FileWriter::Content content(const QByteArray& bytes)
+{
+    return [bytes] { return bytes; };
+}
+
+/// Keeps the writer's thread busy from construction until release().
+class BusyWriter
+{
+public:
+    BusyWriter(FileWriter& writer, const QString& path)
+    {
+        writer.post(path, [this] {
+            m_begun.set_value();
+            m_released.get_future().wait();
+            return QByteArray("busy");
+        });
+        m_begun.get_future().wait();
+    }
+    void release() { m_released.set_value(); }
+
+private:
+    std::promise<void> m_begun;
+    std::promise<void> m_released;
+};
+
+TEST(FileWriter, whatIsPostedIsOnDiskAfterAFlush)
+{
+    const Sandbox sandbox;
+    FileWriter writer;
+    writer.post(sandbox.path(QStringLiteral("a")), content("1"));
+    writer.post(sandbox.path(QStringLiteral("b")), content("2"));
+    writer.flush();
+    EXPECT_EQ(sandbox.read(QStringLiteral("a")), "1");
+    EXPECT_EQ(sandbox.read(QStringLiteral("b")), "2");
+    EXPECT_EQ(sandbox.files().size(), 2);
+}
+
+TEST(FileWriter, aFlushWithoutWorkReturns)
+{
+    FileWriter writer;
+    writer.flush();
+    writer.flush();
+}
+
+TEST(FileWriter, theFolderIsMadeWithItsParents)
+{
+    const Sandbox sandbox;
+    FileWriter writer;
+    writer.post(sandbox.path(QStringLiteral("x/y/z/f")), content("1"));
+    writer.flush();
+    EXPECT_EQ(sandbox.read(QStringLiteral("x/y/z/f")), "1");
+}
+
+TEST(FileWriter, ofSeveralPostsForOnePathOnlyTheLastIsMadeAndWritten)
+{
+    const Sandbox sandbox;
+    FileWriter writer;
+    BusyWriter busy(writer, sandbox.path(QStringLiteral("busy")));
+    std::atomic<int> made = 0;
+    for (int i = 0; i < 10; ++i) {
+        writer.post(sandbox.path(QStringLiteral("f")), [i, &made] {
+            ++made;
+            return QByteArray::number(i);
+        });
+    }
+    busy.release();
+    writer.flush();
+    EXPECT_EQ(sandbox.read(QStringLiteral("f")), "9");
+    EXPECT_EQ(made, 1);
+}
+
+TEST(FileWriter, aPostDuringTheWriteOfItsPathIsWrittenAfterwards)
+{
+    const Sandbox sandbox;
+    FileWriter writer;
+    BusyWriter busy(writer, sandbox.path(QStringLiteral("f")));
+    writer.post(sandbox.path(QStringLiteral("f")), content("later"));
+    busy.release();
+    writer.flush();
+    EXPECT_EQ(sandbox.read(QStringLiteral("f")), "later");
+}
+
+TEST(FileWriter, aFlushWaitsForTheWriteThatIsUnderWay)
+{
+    const Sandbox sandbox;
+    FileWriter writer;
+    BusyWriter busy(writer, sandbox.path(QStringLiteral("f")));
+    std::promise<void> begun;
+    auto flushed = std::async(std::launch::async, [&] {
+        begun.set_value();
+        writer.flush();
+        return sandbox.read(QStringLiteral("f"));
+    });
+    begun.get_future().wait();
+    EXPECT_EQ(flushed.wait_for(std::chrono::milliseconds(20)), std::future_status::timeout);
+    busy.release();
+    EXPECT_EQ(flushed.get(), "busy");
+}
+
+TEST(FileWriter, theDestructorWritesWhatIsStillWaiting)
+{
+    const Sandbox sandbox;
+    {
+        FileWriter writer;
+        BusyWriter busy(writer, sandbox.path(QStringLiteral("busy")));
+        writer.post(sandbox.path(QStringLiteral("a")), content("1"));
+        writer.post(sandbox.path(QStringLiteral("b")), content("2"));
+        busy.release();
+    }
+    EXPECT_EQ(sandbox.files(), (QStringList{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("busy")}));
+    EXPECT_EQ(sandbox.read(QStringLiteral("b")), "2");
+}
+
+TEST(FileWriter, aWriteThatFailsHoldsUpNoOther)
+{
+    const Sandbox sandbox;
+    const QString noFolder = sandbox.write(QStringLiteral("file"), "x");
+    FileWriter writer;
+    writer.post(noFolder + QStringLiteral("/f"), content("1"));
+    writer.post(sandbox.path(QStringLiteral("z")), content("2"));
+    writer.flush();
+    EXPECT_EQ(sandbox.read(QStringLiteral("z")), "2");
+    EXPECT_EQ(sandbox.read(QStringLiteral("file")), "x");
+}
+
+TEST(FileWriter, postsOfManyThreadsAllArrive)
+{
+    const Sandbox sandbox;
+    FileWriter writer;
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 4; ++thread) {
+        threads.emplace_back([&, thread] {
+            for (int i = 0; i < 20; ++i)
+                writer.post(sandbox.path(QString::number(thread)), content(QByteArray::number(i)));
+            writer.flush();
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    for (int thread = 0; thread < 4; ++thread)
+        EXPECT_EQ(sandbox.read(QString::number(thread)), "19");
+}
+
+} // namespace
+} // namespace vormel

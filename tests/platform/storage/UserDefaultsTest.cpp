@@ -1,0 +1,160 @@
+#include "platform/storage/UserDefaults.h"
+
+#include "fixtures/Sandbox.h"
+#include "platform/storage/FileWriter.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <vector>
+
+namespace vormel {
+namespace {
+
+const QString fileName = QStringLiteral("configuration/preferences.json");
+const QString keptName = QStringLiteral("configuration/preferences.json.unreadable");
+const QString key = QStringLiteral("key");
+
+class UserDefaultsTest : public testing::Test
+{
+protected:
+    [[nodiscard]] UserDefaults open() { return {sandbox.path(fileName), writer}; }
+    [[nodiscard]] UserDefaults openWith(const QByteArray& json)
+    {
+        sandbox.write(fileName, json);
+        return open();
+    }
+    [[nodiscard]] QJsonObject onDisk()
+    {
+        writer.flush();
+        return QJsonDocument::fromJson(sandbox.read(fileName)).object();
+    }
+
+    fixtures::Sandbox sandbox;
+    FileWriter writer;
+};
+
+TEST_F(UserDefaultsTest, withoutAFileEveryKeyIsMissingAndNothingIsWritten)
+{
+    const UserDefaults defaults = open();
+    EXPECT_EQ(defaults.objectForKey(key), std::nullopt);
+    EXPECT_EQ(defaults.stringForKey(key), std::nullopt);
+    EXPECT_FALSE(defaults.boolForKey(key));
+    writer.flush();
+    EXPECT_TRUE(sandbox.files().isEmpty());
+}
+
+TEST_F(UserDefaultsTest, aMissingKeyIsNotTheSameAsFalseOrZeroOrEmpty)
+{
+    const UserDefaults defaults = openWith(R"({"f": false, "z": 0, "e": "", "n": null})");
+    EXPECT_EQ(defaults.objectForKey(QStringLiteral("f")), QJsonValue(false));
+    EXPECT_EQ(defaults.objectForKey(QStringLiteral("z")), QJsonValue(0));
+    EXPECT_EQ(defaults.stringForKey(QStringLiteral("e")), QString());
+    EXPECT_EQ(defaults.objectForKey(QStringLiteral("n")), std::nullopt);
+    EXPECT_EQ(defaults.objectForKey(QStringLiteral("F")), std::nullopt);
+}
+
+TEST_F(UserDefaultsTest, whatCountsAsTrue)
+{
+    const std::vector<std::pair<QByteArray, bool>> rows = {
+        {"true", true},     {"false", false},  {"1", true},       {"0", false},      {"-2.5", true},
+        {"\"true\"", true}, {"\"Yes\"", true}, {"\"1\"", true},   {"\"no\"", false}, {"\"2\"", false},
+        {"\"\"", false},    {"null", false},   {"[true]", false}, {"{}", false}};
+    for (const auto& [value, expected] : rows)
+        EXPECT_EQ(openWith("{\"key\": " + value + "}").boolForKey(key), expected) << value.toStdString();
+}
+
+TEST_F(UserDefaultsTest, onlyATextIsReadAsAText)
+{
+    EXPECT_EQ(openWith(R"({"key": "caffè"})").stringForKey(key), u"caffè");
+    for (const QByteArray value : {"1", "true", "[\"a\"]", "{}", "null"})
+        EXPECT_EQ(openWith("{\"key\": " + value + "}").stringForKey(key), std::nullopt) << value.toStdString();
+}
+
+TEST_F(UserDefaultsTest, valuesAreOnDiskRightAfterAFlushInTheirTypes)
+{
+    UserDefaults defaults = open();
+    defaults.setBool(QStringLiteral("b"), true);
+    defaults.setInteger(QStringLiteral("i"), 1);
+    defaults.setObject(QStringLiteral("s"), QStringLiteral("1"));
+    defaults.setObject(QStringLiteral("a"), QJsonArray{1, QStringLiteral("x")});
+    const QJsonObject stored = onDisk();
+    EXPECT_TRUE(stored.value(QStringLiteral("b")).isBool());
+    EXPECT_TRUE(stored.value(QStringLiteral("i")).isDouble());
+    EXPECT_TRUE(stored.value(QStringLiteral("s")).isString());
+    EXPECT_EQ(stored.value(QStringLiteral("a")).toArray().size(), 2);
+}
+
+TEST_F(UserDefaultsTest, aSetTakesEffectAtOnceAndOutlivesTheProcess)
+{
+    {
+        UserDefaults defaults = open();
+        defaults.setInteger(key, std::numeric_limits<qint64>::max());
+        EXPECT_EQ(defaults.objectForKey(key)->toInteger(), std::numeric_limits<qint64>::max());
+        defaults.setBool(key, false);
+        EXPECT_EQ(defaults.objectForKey(key), QJsonValue(false));
+        defaults.setInteger(key, std::numeric_limits<qint64>::max() - 1);
+    }
+    writer.flush();
+    EXPECT_EQ(open().objectForKey(key)->toInteger(), std::numeric_limits<qint64>::max() - 1);
+}
+
+TEST_F(UserDefaultsTest, settingTheSameValueAgainWritesAgain)
+{
+    UserDefaults defaults = open();
+    defaults.setBool(key, true);
+    EXPECT_FALSE(onDisk().isEmpty());
+    ASSERT_TRUE(QFile::remove(sandbox.path(fileName)));
+    defaults.setBool(key, true);
+    EXPECT_TRUE(onDisk().value(key).toBool());
+}
+
+TEST_F(UserDefaultsTest, keysItDoesNotKnowAreKept)
+{
+    UserDefaults defaults = openWith(R"({"other": {"deep": [1]}})");
+    defaults.setBool(key, true);
+    EXPECT_EQ(onDisk().value(QStringLiteral("other")).toObject().value(QStringLiteral("deep")).toArray(),
+              QJsonArray{1});
+}
+
+TEST_F(UserDefaultsTest, aFileThatCannotBeUnderstoodCountsAsEmptyAndIsKeptBeside)
+{
+    for (const QByteArray broken :
+         {"", "not json", R"({"key": true)", R"(["key"])", "\"key\"", "{\"key\": \"\xff\xfe\"}x", "\x00\x01\x02"}) {
+        UserDefaults defaults = openWith(broken);
+        EXPECT_EQ(defaults.objectForKey(key), std::nullopt) << broken.toStdString();
+        EXPECT_EQ(sandbox.read(keptName), broken);
+        EXPECT_FALSE(sandbox.exists(fileName));
+        defaults.setBool(key, true);
+        EXPECT_TRUE(onDisk().value(key).toBool());
+        EXPECT_EQ(sandbox.read(keptName), broken) << "a later set must not touch the kept file";
+    }
+}
+
+TEST_F(UserDefaultsTest, aHugeFileCountsAsEmptyAndIsKeptBeside)
+{
+    sandbox.write(fileName, R"({"key": true})");
+    QFile file(sandbox.path(fileName));
+    constexpr qint64 huge = qint64{1} << 40; // sparse
+    ASSERT_TRUE(file.resize(huge));
+    EXPECT_EQ(open().objectForKey(key), std::nullopt);
+    EXPECT_EQ(QFileInfo(sandbox.path(keptName)).size(), huge);
+}
+
+TEST_F(UserDefaultsTest, aFolderInItsPlaceIsMovedAside)
+{
+    ASSERT_TRUE(QDir().mkpath(sandbox.path(fileName)));
+    UserDefaults defaults = open();
+    defaults.setBool(key, true);
+    EXPECT_TRUE(onDisk().value(key).toBool());
+    EXPECT_TRUE(QFileInfo(sandbox.path(keptName)).isDir());
+}
+
+} // namespace
+} // namespace vormel
