@@ -53,14 +53,14 @@ public:
         const auto loop = m_loop.lock();
         if (!loop)
             return;
-        m_transfer->setSuspended(false);
+        m_transfer->liftSuspension();
         if (m_hasStarted.exchange(true))
             loop->resume(m_transfer);
         else
             loop->start(m_transfer);
     }
 
-    void suspend() override { m_transfer->setSuspended(true); }
+    void suspend() override { m_transfer->suspend(); }
 
 private:
     std::shared_ptr<CurlTransfer> m_transfer;

@@ -58,7 +58,11 @@ void CurlLoop::start(std::shared_ptr<CurlTransfer> transfer)
 void CurlLoop::resume(std::shared_ptr<CurlTransfer> transfer)
 {
     post([this, transfer] {
-        if (m_running.contains(transfer.get()) && !transfer->isSuspended())
+        if (!m_running.contains(transfer.get()) || transfer->isSuspended())
+            return;
+        if (transfer->heldEnd())
+            hopEnded(*transfer, *transfer->heldEnd());
+        else
             transfer->unpause();
     });
 }
@@ -99,6 +103,18 @@ void CurlLoop::end(CurlTransfer& transfer)
     m_running.erase(&transfer);
 }
 
+void CurlLoop::hopEnded(CurlTransfer& transfer, CURLcode code)
+{
+    const CurlTransfer::HopEnd next = transfer.hopEnded(code);
+    if (next == CurlTransfer::HopEnd::Over) {
+        end(transfer);
+        return;
+    }
+    curl_multi_remove_handle(m_multi.get(), transfer.handle());
+    if (next == CurlTransfer::HopEnd::Next)
+        begin(transfer);
+}
+
 void CurlLoop::reapFinished()
 {
     int left = 0;
@@ -108,12 +124,7 @@ void CurlLoop::reapFinished()
         const CURLcode code = message->data.result;
         CurlTransfer* transfer = nullptr;
         curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &transfer);
-        if (transfer->hopEnded(code)) {
-            curl_multi_remove_handle(m_multi.get(), transfer->handle());
-            begin(*transfer);
-        } else {
-            end(*transfer);
-        }
+        hopEnded(*transfer, code);
     }
 }
 
@@ -148,8 +159,12 @@ void CurlLoop::flushOrWait()
     curl_multi_poll(m_multi.get(), nullptr, 0, 0, &ready);
     const SteadyTime now = m_clock.steadyNow();
     for (CurlTransfer* transfer : gathering) {
-        if (ready == 0 || now - transfer->gatheredSince() >= longestGathering)
-            transfer->flush();
+        if (ready > 0 && now - transfer->gatheredSince() < longestGathering)
+            continue;
+        transfer->flush();
+        // A silent server would not give libcurl the occasion to ask again.
+        if (transfer->isRefused())
+            hopEnded(*transfer, CURLE_WRITE_ERROR);
     }
 }
 

@@ -36,6 +36,7 @@ private:
     [[nodiscard]] bool takeNotes();
     void begin(CurlTransfer& transfer);
     void end(CurlTransfer& transfer);
+    void hopEnded(CurlTransfer& transfer, CURLcode code);
     void reapFinished();
     void reapOverdue();
     void flushOrWait();

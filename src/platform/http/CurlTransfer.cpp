@@ -2,7 +2,7 @@
 
 #include "platform/http/Redirect.h"
 
-#include <cstring>
+#include <algorithm>
 
 namespace vormel {
 
@@ -80,10 +80,18 @@ bool CurlTransfer::isSilenced() const
     return !m_receiver;
 }
 
-void CurlTransfer::setSuspended(bool suspended)
+void CurlTransfer::suspend()
 {
+    const std::lock_guard guard(m_suspensionLock);
+    m_isSuspended = true;
+}
+
+void CurlTransfer::liftSuspension()
+{
+    const std::lock_guard guard(m_suspensionLock);
     m_lastHeardAt = m_clock.steadyNow();
-    m_isSuspended = suspended;
+    m_isSuspended = false;
+    ++m_timesLifted;
 }
 
 bool CurlTransfer::prepare()
@@ -94,6 +102,8 @@ bool CurlTransfer::prepare()
     m_headBytes = 0;
     m_thrownAway = 0;
     m_lastHeardAt = m_clock.steadyNow();
+    if (m_hops == 0)
+        m_startedAt = m_lastHeardAt;
     if (!isFetchable(m_request.url)) {
         finish(HttpError{HttpError::Kind::UnsupportedUrl, 0, m_request.url.toString()});
         return false;
@@ -239,47 +249,52 @@ size_t CurlTransfer::takeBody(QByteArrayView bytes)
     }
     if (m_stage != Stage::Body)
         return 0;
+    const qsizetype blockSize = m_settings->blockSize;
+    // What a suspension held back goes first; it may also meet the next one.
+    handOn(blockSize);
     if (m_isSuspended)
         return CURL_WRITEFUNC_PAUSE;
     m_lastHeardAt = m_clock.steadyNow();
-    return gather(bytes) ? taken : 0;
+    if (m_gathered.empty())
+        m_gatheredSince = m_lastHeardAt;
+    m_gathered.reserve(static_cast<size_t>(CurlSettings::largestBlock) + CURL_MAX_WRITE_SIZE);
+    m_gathered.insert(m_gathered.end(), bytes.begin(), bytes.end());
+    handOn(blockSize);
+    return m_stage == Stage::Body ? taken : 0;
 }
 
-bool CurlTransfer::gather(QByteArrayView bytes)
+/// Hands on blocks as long as at least so many bytes are there and the receiver takes more.
+void CurlTransfer::handOn(qsizetype least)
 {
-    if (!m_block)
-        m_block = std::make_unique_for_overwrite<char[]>(CurlSettings::largestBlock);
-    const qsizetype blockSize = m_settings->blockSize;
-    while (!bytes.isEmpty()) {
-        if (m_gathered == 0)
-            m_gatheredSince = m_lastHeardAt;
-        const qsizetype count = std::min(bytes.size(), std::max<qsizetype>(blockSize - m_gathered, 1));
-        std::memcpy(m_block.get() + m_gathered, bytes.data(), static_cast<size_t>(count));
-        m_gathered += count;
-        bytes = bytes.sliced(count);
-        if (m_gathered >= blockSize)
-            flush();
-        if (m_stage != Stage::Body)
-            return false;
+    const auto size = static_cast<qsizetype>(m_gathered.size());
+    qsizetype handed = 0;
+    while (m_stage == Stage::Body && !m_isSuspended && size - handed >= least) {
+        const qsizetype count = std::min<qsizetype>(size - handed, m_settings->blockSize);
+        giveBlock({m_gathered.data() + handed, count});
+        handed += count;
     }
-    return true;
+    if (handed == 0)
+        return;
+    m_gathered.erase(m_gathered.begin(), m_gathered.begin() + handed);
+    m_gatheredSince = m_lastHeardAt;
 }
 
-void CurlTransfer::flush()
+void CurlTransfer::giveBlock(QByteArrayView block)
 {
-    if (m_gathered == 0 || m_stage != Stage::Body)
-        return;
-    const QByteArrayView block(m_block.get(), m_gathered);
-    m_gathered = 0;
+    const quint64 timesLifted = m_timesLifted;
     const std::lock_guard guard(m_receiverLock);
     if (!m_receiver)
         return;
     switch (m_receiver->dataReceived(block)) {
     case HttpReceiver::DataVerdict::Continue:
         break;
-    case HttpReceiver::DataVerdict::Suspend:
-        setSuspended(true);
+    case HttpReceiver::DataVerdict::Suspend: {
+        // Another thread may have answered this suspension with a resume() already; to suspend now would be for ever.
+        const std::lock_guard suspension(m_suspensionLock);
+        if (m_timesLifted == timesLifted)
+            m_isSuspended = true;
         break;
+    }
     case HttpReceiver::DataVerdict::Cancel:
         refuse(HttpError::Kind::Cancelled, {});
         break;
@@ -310,16 +325,20 @@ HttpError CurlTransfer::errorFor(CURLcode code) const
     return {kindOf(code), code, own.isEmpty() ? QString::fromUtf8(curl_easy_strerror(code)) : own};
 }
 
-bool CurlTransfer::hopEnded(CURLcode code)
+CurlTransfer::HopEnd CurlTransfer::hopEnded(CURLcode code)
 {
     flush();
     if (m_stage == Stage::Redirect) {
-        if (++m_hops > mostHops) {
-            finish(HttpError{HttpError::Kind::TooManyRedirects, 0, m_target.toString()});
-            return false;
+        if (++m_hops <= mostHops) {
+            m_request = requestForHop(std::move(m_request), m_response, m_target);
+            return HopEnd::Next;
         }
-        m_request = requestForHop(std::move(m_request), m_response, m_target);
-        return true;
+        finish(HttpError{HttpError::Kind::TooManyRedirects, 0, m_target.toString()});
+        return HopEnd::Over;
+    }
+    if (m_stage == Stage::Body && !m_gathered.empty()) {
+        m_heldEnd = code;
+        return HopEnd::Held;
     }
     if (m_refusal)
         finish(m_refusal);
@@ -329,7 +348,7 @@ bool CurlTransfer::hopEnded(CURLcode code)
         finish(HttpError{HttpError::Kind::ConnectionLost, 0, QStringLiteral("the head of the answer was cut")});
     else
         finish(std::nullopt);
-    return false;
+    return HopEnd::Over;
 }
 
 } // namespace vormel

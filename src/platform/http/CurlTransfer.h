@@ -9,6 +9,8 @@
 #include <array>
 #include <atomic>
 #include <mutex>
+#include <optional>
+#include <vector>
 
 namespace vormel {
 
@@ -38,8 +40,17 @@ public:
     void silence();
     [[nodiscard]] bool isSilenced() const;
 
+    /// What becomes of a transfer whose hop libcurl has ended.
+    enum class HopEnd
+    {
+        Over, ///< the receiver was told the end
+        Next, ///< prepare() is due
+        Held, ///< a suspension holds back the last bytes; hopEnded() is due again when it is lifted
+    };
+
     /// Any thread; what libcurl has to be told of it is the loop's business.
-    void setSuspended(bool suspended);
+    void suspend();
+    void liftSuspension();
     [[nodiscard]] bool isSuspended() const { return m_isSuspended; }
 
     /// Sets the handle up for the next hop. False if its address cannot be fetched; the transfer is over then.
@@ -49,17 +60,21 @@ public:
     /// Lets go of a pause inside libcurl; what it held back comes at once.
     void unpause();
 
-    [[nodiscard]] bool hasGathered() const { return m_gathered > 0 && !m_isSuspended; }
+    [[nodiscard]] bool hasGathered() const { return !m_gathered.empty() && !m_isSuspended; }
     [[nodiscard]] SteadyTime gatheredSince() const { return m_gatheredSince; }
-    void flush();
+    /// Hands on what is gathered, as far as the receiver takes it.
+    void flush() { handOn(1); }
+    /// Has the receiver cancelled, or the server been found out?
+    [[nodiscard]] bool isRefused() const { return m_stage == Stage::Refused; }
 
     /// Has the server been silent for too long, or has the whole taken too long?
     [[nodiscard]] bool isOverdue(SteadyTime now) const;
 
     /// Tells the receiver the end, once.
     void finish(const std::optional<HttpError>& error);
-    /// Takes libcurl's end of one hop. True if another hop follows and prepare() is due.
-    [[nodiscard]] bool hopEnded(CURLcode code);
+    [[nodiscard]] HopEnd hopEnded(CURLcode code);
+    /// The code to call hopEnded() with once more; nothing unless it said Held.
+    [[nodiscard]] const std::optional<CURLcode>& heldEnd() const { return m_heldEnd; }
 
 private:
     struct HandleCleanup
@@ -89,7 +104,8 @@ private:
     [[nodiscard]] bool takeHeaderLine(QByteArrayView line);
     [[nodiscard]] bool headEnded();
     [[nodiscard]] size_t takeBody(QByteArrayView bytes);
-    [[nodiscard]] bool gather(QByteArrayView bytes);
+    void handOn(qsizetype least);
+    void giveBlock(QByteArrayView block);
     [[nodiscard]] HttpError errorFor(CURLcode code) const;
     void refuse(HttpError::Kind kind, const QString& details);
 
@@ -99,7 +115,9 @@ private:
 
     mutable std::mutex m_receiverLock;
     HttpReceiver* m_receiver;
+    std::mutex m_suspensionLock; ///< guards the changes of the next two
     std::atomic<bool> m_isSuspended{false};
+    std::atomic<quint64> m_timesLifted{0};
 
     std::array<char, CURL_ERROR_SIZE> m_errorText{};
     std::unique_ptr<CURL, HandleCleanup> m_handle;
@@ -114,9 +132,9 @@ private:
     QUrl m_target;
     std::optional<HttpError> m_refusal;
 
-    std::unique_ptr<char[]> m_block;
-    qsizetype m_gathered = 0;
+    std::vector<char> m_gathered;
     SteadyTime m_gatheredSince;
+    std::optional<CURLcode> m_heldEnd;
     SteadyTime m_startedAt;
     std::atomic<SteadyTime> m_lastHeardAt;
 };
