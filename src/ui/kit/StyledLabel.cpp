@@ -43,7 +43,9 @@ void StyledLabel::restyle()
     const QScopedValueRollback guard(m_isRestyling, true);
     setFont(styled(QApplication::font(), m_style));
     QPalette own;
-    own.setColor(QPalette::WindowText, Theme(QApplication::palette()).color(m_tint));
+    // Which role a label draws with depends on what it lies on.
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        own.setColor(role, Theme(QApplication::palette()).color(m_tint));
     setPalette(own);
 }
 

@@ -47,7 +47,6 @@ DownloadQueueView::DownloadQueueView(DownloadManager& manager, QWidget* parent)
     connect(&manager.settings(), &AppSettings::languageSet, this, &DownloadQueueView::retranslate);
     showListOrEmptyState();
     retranslate();
-    m_overlay->raise();
 }
 
 void DownloadQueueView::retranslate()
@@ -83,6 +82,7 @@ void DownloadQueueView::dragEnterEvent(QDragEnterEvent* event)
     if (droppedLinks(*event->mimeData()).empty())
         return;
     event->acceptProposedAction();
+    m_overlay->raise(); // a change of list and empty state puts those in front
     m_overlay->show();
 }
 

@@ -11,7 +11,7 @@ namespace vormel {
 /// The queue as its list shows it: one row per visible item, in the order of the queue. Follows the manager, which must
 /// outlive it; changes of items are gathered and told once per turn of the event loop. No value of a row is made before
 /// somebody asks for it.
-class QueueModel final : public QAbstractItemModel
+class QueueModel : public QAbstractItemModel
 {
     Q_OBJECT
 

@@ -1,6 +1,7 @@
 #include "ui/settings/SettingsView.h"
 
 #include "model/AppSettings.h"
+#include "ui/kit/SheetButton.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -18,7 +19,7 @@ SettingsView::SettingsView(AppSettings& settings, QWidget* parent)
     : QWidget(parent)
     , m_settings(settings)
     , m_folder(new QLineEdit(this))
-    , m_choose(new QPushButton(this))
+    , m_choose(new SheetButton(this))
     , m_concurrent(new QSpinBox(this))
     , m_autoStart(new QCheckBox(this))
     , m_language(new QComboBox(this))
@@ -27,6 +28,7 @@ SettingsView::SettingsView(AppSettings& settings, QWidget* parent)
     setObjectName(QStringLiteral("settingsView"));
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::Base);
+    m_folder->setTextMargins(4, 2, 4, 2);
     m_concurrent->setRange(1, mostConcurrent);
     for (const AppLanguage language : allLanguages)
         m_language->addItem(rawValue(language), static_cast<int>(language));

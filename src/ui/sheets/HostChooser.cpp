@@ -1,6 +1,7 @@
 #include "ui/sheets/HostChooser.h"
 
 #include "model/AppSettings.h"
+#include "ui/kit/SheetButton.h"
 #include "ui/kit/StyledLabel.h"
 #include "ui/sheets/HostButton.h"
 
@@ -17,8 +18,8 @@ HostChooser::HostChooser(AppSettings& settings, QWidget* parent)
     , m_text(new StyledLabel(StyledLabel::Style::body, Tint::secondary, this))
     , m_hosts(new QWidget)
     , m_hostColumn(new QVBoxLayout(m_hosts))
-    , m_all(new QPushButton(this))
-    , m_cancel(new QPushButton(this))
+    , m_all(new SheetButton(this))
+    , m_cancel(new SheetButton(this))
 {
     m_title->setObjectName(QStringLiteral("chooserTitle"));
     m_text->setObjectName(QStringLiteral("chooserText"));
@@ -88,9 +89,11 @@ void HostChooser::offer(const std::vector<PendingHostSelection::HostGroup>& grou
         m_hostColumn->addWidget(button);
         if (before)
             setTabOrder(before, button);
-        else
-            button->setFocus();
         before = button;
+    }
+    if (auto* first = m_hosts->findChild<HostButton*>(QStringLiteral("host0"))) {
+        first->show(); // the layout would do so later, and what is hidden gets no focus
+        first->setFocus();
     }
     m_hostColumn->addStretch();
     setTabOrder(before, m_all);

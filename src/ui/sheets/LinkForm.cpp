@@ -1,6 +1,7 @@
 #include "ui/sheets/LinkForm.h"
 
 #include "model/AppSettings.h"
+#include "ui/kit/SheetButton.h"
 #include "ui/kit/StyledLabel.h"
 #include "ui/sheets/CountLabel.h"
 
@@ -50,19 +51,22 @@ LinkForm::LinkForm(AppSettings& settings, const ResolverTables& resolvers, QWidg
     , m_passwordBlock(new QWidget(this))
     , m_passwordLabel(new CountLabel(Glyph::lock, Tint::secondary, QStringLiteral("passwordLabel"), m_passwordBlock))
     , m_password(new QLineEdit(m_passwordBlock))
-    , m_cancel(new QPushButton(this))
-    , m_add(new QPushButton(this))
+    , m_cancel(new SheetButton(this))
+    , m_add(new SheetButton(this))
 {
     constexpr int smallestEditor = 100;
+    constexpr int margin = 8;
     m_title->setObjectName(QStringLiteral("addTitle"));
     m_prompt->setObjectName(QStringLiteral("addPrompt"));
     m_editor->setObjectName(QStringLiteral("linkEditor"));
     m_editor->setMinimumHeight(smallestEditor);
+    m_editor->document()->setDocumentMargin(margin);
     m_editor->setTabChangesFocus(true);
     m_editor->setLineWrapMode(QPlainTextEdit::NoWrap);
     m_editor->setPlaceholderText(QStringLiteral("https://..."));
     m_password->setObjectName(QStringLiteral("containerPassword"));
     m_password->setEchoMode(QLineEdit::Password);
+    m_password->setTextMargins(4, 2, 4, 2);
     m_cancel->setObjectName(QStringLiteral("cancelAdd"));
     m_cancel->setAutoDefault(false);
     m_add->setObjectName(QStringLiteral("add"));

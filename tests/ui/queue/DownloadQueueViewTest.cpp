@@ -1,0 +1,290 @@
+#include "ui/queue/DownloadQueueView.h"
+
+#include "fixtures/EventLoop.h"
+#include "fixtures/Workshop.h"
+#include "ui/Part.h"
+#include "ui/queue/QueueView.h"
+#include "ui/sheets/AddURLView.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QDropEvent>
+#include <QLabel>
+#include <QMimeData>
+#include <QTest>
+#include <QToolButton>
+
+#include <gtest/gtest.h>
+
+namespace vormel {
+namespace {
+
+using fixtures::turnEventLoop;
+
+class DownloadQueueViewTest : public ::testing::Test
+{
+protected:
+    DownloadQueueViewTest()
+    {
+        page.resize(900, 500);
+        page.show();
+        page.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&page));
+    }
+    template <typename T = QWidget>
+    T& part(const char* name)
+    {
+        return fixtures::partOf<T>(page, name);
+    }
+    void click(const char* name) { QTest::mouseClick(&part<QToolButton>(name), Qt::LeftButton); }
+    bool enter(const QMimeData& data)
+    {
+        QDragEnterEvent event({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, {});
+        event.ignore();
+        QApplication::sendEvent(&page, &event);
+        return event.isAccepted();
+    }
+    bool drop(const QMimeData& data)
+    {
+        QDropEvent event({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, {});
+        event.ignore();
+        QApplication::sendEvent(&page, &event);
+        turnEventLoop();
+        return event.isAccepted();
+    }
+    QStringList queue()
+    {
+        QStringList all;
+        for (const ItemPtr& item : workshop.manager().items())
+            all << item->originalURL().absoluteString();
+        return all;
+    }
+    qint64 cap() { return workshop.settings().maxDownloadSpeedKBps.value(); }
+
+    fixtures::Workshop workshop;
+    DownloadQueueView page{workshop.manager()};
+};
+
+TEST_F(DownloadQueueViewTest, TheToolBarHasItsCommandsInOrderInBothLanguages)
+{
+    const auto texts = [this] {
+        QStringList all;
+        for (const char* name : {"addURLs", "startAll", "pauseAll", "clearCompleted"})
+            all << part<QToolButton>(name).text() << part<QToolButton>(name).accessibleName();
+        all.removeDuplicates();
+        return all.join(u'|');
+    };
+    EXPECT_EQ(texts(), u"Add URLs|Start All|Pause All|Clear Completed");
+    EXPECT_EQ(part<QToolButton>("startAll").toolTip(), u"Resume all paused downloads (stopped ones stay out)");
+    EXPECT_EQ(part<QToolButton>("pauseAll").toolTip(), u"Pause all active downloads");
+    EXPECT_EQ(part<QToolButton>("clearCompleted").toolTip(), u"Remove completed downloads from the list");
+    workshop.settings().language.set(AppLanguage::italian);
+    EXPECT_EQ(texts(), u"Aggiungi URL|Avvia tutti|Metti in pausa|Rimuovi completati");
+    EXPECT_EQ(part<QToolButton>("startAll").toolTip(), u"Riprendi tutti i download in pausa (i fermati restano fuori)");
+    EXPECT_EQ(part<QToolButton>("pauseAll").toolTip(), u"Metti in pausa tutti i download attivi");
+    EXPECT_EQ(part<QToolButton>("clearCompleted").toolTip(), u"Rimuovi i download completati dalla lista");
+    int left = -1;
+    for (const char* name : {"addURLs", "startAll", "pauseAll", "clearCompleted", "totalSpeed", "speedCap"}) {
+        const int x = part(name).mapTo(&page, QPoint()).x();
+        EXPECT_GT(x, left) << name;
+        left = x;
+    }
+}
+
+TEST_F(DownloadQueueViewTest, NoCommandIsEverDisabled)
+{
+    for (const char* name : {"addURLs", "startAll", "pauseAll", "clearCompleted"})
+        EXPECT_TRUE(part(name).isEnabled()) << name;
+}
+
+TEST_F(DownloadQueueViewTest, TheCommandsReachTheQueue)
+{
+    const ItemPtr item = workshop.add(QStringLiteral("https://h.example/a.zip"));
+    const ItemPtr done = workshop.add(QStringLiteral("https://h.example/b.zip"));
+    done->setStatus(DownloadStatus::completed);
+    click("startAll");
+    EXPECT_NE(item->status().kind(), DownloadStatus::paused);
+    turnEventLoop();
+    click("pauseAll");
+    EXPECT_EQ(item->status().kind(), DownloadStatus::paused);
+    click("clearCompleted");
+    EXPECT_EQ(queue(), QStringList{QStringLiteral("https://h.example/a.zip")});
+}
+
+TEST_F(DownloadQueueViewTest, ButtonsShowOnlyIconsWhereTextsHaveNoRoom)
+{
+    EXPECT_EQ(part<QToolButton>("startAll").toolButtonStyle(), Qt::ToolButtonTextBesideIcon);
+    page.resize(480, 500);
+    turnEventLoop();
+    EXPECT_EQ(part<QToolButton>("startAll").toolButtonStyle(), Qt::ToolButtonIconOnly);
+    EXPECT_LE(part("speedCap").mapTo(&page, part("speedCap").rect().bottomRight()).x(), 480);
+    page.resize(1000, 500);
+    turnEventLoop();
+    EXPECT_EQ(part<QToolButton>("startAll").toolButtonStyle(), Qt::ToolButtonTextBesideIcon);
+}
+
+TEST_F(DownloadQueueViewTest, ControlNOpensOneSheet)
+{
+    QTest::keyClick(&page, Qt::Key_N, Qt::ControlModifier);
+    ASSERT_EQ(page.findChildren<AddURLView*>().size(), 1);
+    EXPECT_EQ(page.findChild<AddURLView*>()->windowModality(), Qt::WindowModal);
+    page.showAddURLs();
+    EXPECT_EQ(page.findChildren<AddURLView*>().size(), 1);
+    page.findChild<AddURLView*>()->close();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    click("addURLs");
+    EXPECT_EQ(page.findChildren<AddURLView*>().size(), 1);
+}
+
+TEST_F(DownloadQueueViewTest, WhatTheSheetGivesEntersTheQueue)
+{
+    page.showAddURLs();
+    Q_EMIT page.findChild<AddURLView*>()->added({fixtures::link(QStringLiteral("https://h.example/a.zip"))},
+                                                std::nullopt);
+    EXPECT_EQ(queue(), QStringList{QStringLiteral("https://h.example/a.zip")});
+}
+
+TEST_F(DownloadQueueViewTest, SaysSoWhileNothingIsVisible)
+{
+    EXPECT_TRUE(part("queueEmptyState").isVisible());
+    EXPECT_EQ(part<QLabel>("emptyTitle").text(), u"No Downloads");
+    EXPECT_EQ(part<QLabel>("emptyText").text(), u"Press + to add URLs, or drag and drop links here.");
+    workshop.settings().language.set(AppLanguage::italian);
+    EXPECT_EQ(part<QLabel>("emptyTitle").text(), u"Nessun download");
+    EXPECT_EQ(part<QLabel>("emptyText").text(), u"Premi + per aggiungere URL, o trascina i link qui.");
+    workshop.add(QStringLiteral("https://h.example/a.rev"));
+    EXPECT_TRUE(part("queueEmptyState").isVisible());
+    const ItemPtr item = workshop.add(QStringLiteral("https://h.example/a.zip"));
+    EXPECT_FALSE(part("queueEmptyState").isVisible());
+    EXPECT_TRUE(part("queueView").isVisible());
+    workshop.manager().commands().removeItems({item->id()});
+    EXPECT_TRUE(part("queueEmptyState").isVisible());
+}
+
+TEST_F(DownloadQueueViewTest, DroppedTextAddsItsHttpLinks)
+{
+    QMimeData data;
+    data.setText(QStringLiteral("see\nhttps://H.example/a.zip\n ftp://h.example/b\nhttp://h.example/c.zip"));
+    EXPECT_TRUE(enter(data));
+    EXPECT_TRUE(part("dropOverlay").isVisible());
+    EXPECT_TRUE(drop(data));
+    EXPECT_FALSE(part("dropOverlay").isVisible());
+    EXPECT_EQ(queue(),
+              (QStringList{QStringLiteral("https://H.example/a.zip"), QStringLiteral("http://h.example/c.zip")}));
+}
+
+TEST_F(DownloadQueueViewTest, DroppedAddressesAddTheirHttpLinksOnce)
+{
+    QMimeData data;
+    data.setUrls({QUrl(QStringLiteral("file:///etc/passwd")), QUrl(QStringLiteral("https://h.example/a%20b.zip"))});
+    data.setText(QStringLiteral("https://h.example/title-of-the-page"));
+    EXPECT_TRUE(enter(data)); // without it no drop is delivered
+    EXPECT_TRUE(drop(data));
+    EXPECT_EQ(queue(), QStringList{QStringLiteral("https://h.example/a%20b.zip")});
+}
+
+TEST_F(DownloadQueueViewTest, RefusesDropsWithoutLinks)
+{
+    QMimeData data;
+    data.setUrls({QUrl(QStringLiteral("file:///etc/passwd"))});
+    EXPECT_FALSE(enter(data));
+    EXPECT_FALSE(part("dropOverlay").isVisible());
+    EXPECT_FALSE(drop(data));
+    EXPECT_TRUE(queue().isEmpty());
+}
+
+TEST_F(DownloadQueueViewTest, TheOverlayLiesOverTheWholePageAndGoesWithTheDrag)
+{
+    workshop.add(QStringLiteral("https://h.example/a.zip"));
+    QMimeData data;
+    data.setText(QStringLiteral("https://h.example/b.zip"));
+    enter(data);
+    EXPECT_EQ(part("dropOverlay").geometry(), page.rect());
+    EXPECT_EQ(page.children().last(), &part("dropOverlay"));
+    EXPECT_EQ(part<QLabel>("dropText").text(), u"Drop URLs to add");
+    workshop.settings().language.set(AppLanguage::italian);
+    EXPECT_EQ(part<QLabel>("dropText").text(), u"Trascina URL qui");
+    QDragLeaveEvent leave;
+    QApplication::sendEvent(&page, &leave);
+    EXPECT_FALSE(part("dropOverlay").isVisible());
+}
+
+TEST_F(DownloadQueueViewTest, TheCapHasItsRowsAndWritesTheSetting)
+{
+    auto& combo = part<QComboBox>("speedCap");
+    QStringList rows;
+    for (int i = 0; i < combo.count(); ++i)
+        rows << QStringLiteral("%1=%2").arg(combo.itemText(i)).arg(combo.itemData(i).toLongLong());
+    EXPECT_EQ(rows.join(u'|'),
+              u"Unlimited=0|512 KB/s=512|1 MB/s=1024|2 MB/s=2048|5 MB/s=5120|10 MB/s=10240|20 MB/s=20480|"
+              u"50 MB/s=51200");
+    combo.setFocus();
+    QTest::keyClick(&combo, Qt::Key_Down);
+    EXPECT_EQ(cap(), 512);
+    QTest::keyClick(&combo, Qt::Key_End);
+    EXPECT_EQ(cap(), 51200);
+    workshop.settings().language.set(AppLanguage::italian);
+    EXPECT_EQ(combo.itemText(0), u"Illimitata");
+    EXPECT_EQ(combo.currentData().toLongLong(), 51200);
+}
+
+TEST_F(DownloadQueueViewTest, TheCapFollowsTheSettingAndShowsForeignValues)
+{
+    auto& combo = part<QComboBox>("speedCap");
+    workshop.settings().maxDownloadSpeedKBps.set(2048);
+    EXPECT_EQ(combo.currentText(), u"2 MB/s");
+    workshop.settings().maxDownloadSpeedKBps.set(777);
+    EXPECT_EQ(combo.currentText(), u"777 KB/s");
+    EXPECT_EQ(combo.count(), 9);
+    EXPECT_EQ(cap(), 777);
+    workshop.settings().maxDownloadSpeedKBps.set(0);
+    EXPECT_EQ(combo.currentText(), u"Unlimited");
+    EXPECT_EQ(combo.count(), 8);
+}
+
+TEST_F(DownloadQueueViewTest, TheCapIsNamed)
+{
+    auto& combo = part<QComboBox>("speedCap");
+    EXPECT_EQ(combo.accessibleName(), u"Current total speed / global speed cap");
+    EXPECT_EQ(combo.toolTip(), combo.accessibleName());
+    workshop.settings().language.set(AppLanguage::italian);
+    EXPECT_EQ(combo.accessibleName(), u"Velocità totale attuale / limite globale");
+}
+
+TEST_F(DownloadQueueViewTest, TheReadOutShowsTheSpeedOfAllTransfers)
+{
+    EXPECT_EQ(part<QLabel>("totalSpeed").text(), u"");
+    EXPECT_GE(part("totalSpeed").minimumWidth(), 64);
+    const ItemPtr item = workshop.start(QStringLiteral("https://h.example/a.zip"));
+    workshop.http.last().head(200, {{"Content-Length", "100000000"}});
+    for (int i = 0; i < 8; ++i) {
+        workshop.http.last().data(QByteArray(1024 * 1024, 'x'));
+        workshop.clock.advance(std::chrono::milliseconds(500));
+    }
+    ASSERT_GT(workshop.manager().totalSpeedBytesPerSec(), 100);
+    EXPECT_EQ(part<QLabel>("totalSpeed").text(), item->speedText());
+}
+
+TEST_F(DownloadQueueViewTest, TabReachesEveryControl)
+{
+    workshop.add(QStringLiteral("https://h.example/a.zip"));
+    part("addURLs").setFocus();
+    QStringList order;
+    for (int i = 0; i < 6; ++i) {
+        order << QApplication::focusWidget()->objectName();
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    EXPECT_EQ(order.join(u' '), u"addURLs startAll pauseAll clearCompleted speedCap queueView");
+}
+
+TEST_F(DownloadQueueViewTest, TheListIsNamedAndItsRowsSpeak)
+{
+    workshop.add(QStringLiteral("https://h.example/a.zip"));
+    auto& list = part<QueueView>("queueView");
+    EXPECT_EQ(list.accessibleName(), u"Downloads");
+    EXPECT_EQ(list.model()->index(0, 0).data(Qt::AccessibleTextRole).toString(), u"a.zip, Paused, h.example");
+}
+
+} // namespace
+} // namespace vormel

@@ -1,0 +1,99 @@
+#include "ui/queue/RowPresenter.h"
+
+#include "fixtures/Workshop.h"
+
+#include <gtest/gtest.h>
+
+namespace vormel {
+namespace {
+
+using fixtures::link;
+constexpr auto english = AppLanguage::english;
+constexpr auto italian = AppLanguage::italian;
+
+class RowPresenter : public ::testing::Test
+{
+protected:
+    DownloadItem item{link(QStringLiteral("https://Host.example/file.rar")), ItemId::make()};
+};
+
+TEST_F(RowPresenter, ShowsTheTotalOnlyWhenItIsKnown)
+{
+    item.setBytesReceived(1024 * 1024);
+    EXPECT_EQ(byteText(item), u"1 MB");
+    item.setTotalBytes(3 * 1024 * 1024);
+    EXPECT_EQ(byteText(item), u"1 MB / 3 MB");
+}
+
+TEST_F(RowPresenter, CountsDownToTheRecovery)
+{
+    EXPECT_EQ(recoveryText(item, english), u"");
+    EXPECT_FALSE(rowLines(item).testFlag(RowLine::recovery));
+    item.setRecoveryCountdown(7);
+    EXPECT_EQ(recoveryText(item, english), u"Recovery starts in 7s…");
+    EXPECT_EQ(recoveryText(item, italian), u"Recupero tra 7s…");
+    EXPECT_TRUE(rowLines(item).testFlag(RowLine::recovery));
+}
+
+TEST_F(RowPresenter, HasAProgressLineOnlyWhileDownloading)
+{
+    for (const auto kind : {DownloadStatus::queued, DownloadStatus::resolving, DownloadStatus::expanding,
+                            DownloadStatus::paused, DownloadStatus::stopped, DownloadStatus::completed}) {
+        item.setStatus(kind);
+        EXPECT_FALSE(rowLines(item).testFlag(RowLine::progress)) << kind;
+    }
+    item.setStatus(DownloadStatus::downloading);
+    EXPECT_TRUE(rowLines(item).testFlag(RowLine::progress));
+}
+
+TEST_F(RowPresenter, TellsHowFarTheArchiveStepIs)
+{
+    EXPECT_EQ(extractionText(item, english), u"");
+    item.setExtractionStatus(ExtractionStatus::extracting);
+    EXPECT_EQ(extractionText(item, english), u"Checking / extracting…");
+    EXPECT_EQ(extractionText(item, italian), u"Verifica / estrazione…");
+    EXPECT_FALSE(rowContent(item, english).hasExtractionBar);
+    item.setExtractionProgress(0.426);
+    EXPECT_EQ(extractionText(item, english), u"43%");
+    EXPECT_TRUE(rowContent(item, english).hasExtractionBar);
+}
+
+TEST_F(RowPresenter, TellsHowTheArchiveStepEnded)
+{
+    item.setExtractionStatus(ExtractionStatus::repairing);
+    EXPECT_EQ(extractionText(item, english), u"Repairing with .rev…");
+    EXPECT_EQ(extractionText(item, italian), u"Riparazione con .rev…");
+    item.setExtractionStatus(ExtractionStatus::done);
+    EXPECT_EQ(extractionText(item, english), u"Extracted");
+    EXPECT_EQ(extractionText(item, italian), u"Estratto");
+    item.setExtractionStatus(ExtractionStatus::failure(QStringLiteral("no volume")));
+    EXPECT_EQ(extractionText(item, english), u"Extraction failed: no volume");
+    EXPECT_EQ(extractionText(item, italian), u"Estrazione fallita: no volume");
+}
+
+TEST_F(RowPresenter, StatusTextFollowsTheLanguage)
+{
+    item.setStatus(DownloadStatus::paused);
+    EXPECT_EQ(rowContent(item, english).statusText, u"Paused");
+    EXPECT_EQ(rowContent(item, italian).statusText, u"In pausa");
+}
+
+TEST_F(RowPresenter, SpeaksTheWholeRow)
+{
+    item.setStatus(DownloadStatus::downloading);
+    item.setBytesReceived(2048);
+    item.setSpeedBytesPerSec(1024);
+    EXPECT_EQ(accessibleText(rowContent(item, english)), u"file.rar, Downloading, 2 KB, 1 KB/s, Host.example");
+}
+
+TEST_F(RowPresenter, ToolTipHasTheWholeFailureAndNoMarkupFromOutside)
+{
+    const QString message = QStringLiteral("<b>long</b> ").repeated(20);
+    item.setStatus(DownloadStatus::failure(message));
+    EXPECT_TRUE(rowToolTip(rowContent(item, english)).contains(message.toHtmlEscaped()));
+    EXPECT_FALSE(rowToolTip(rowContent(item, english)).contains(u"<b>"));
+    EXPECT_TRUE(accessibleText(rowContent(item, english)).contains(message));
+}
+
+} // namespace
+} // namespace vormel

@@ -1,0 +1,66 @@
+#include "ui/sheets/LinkPaste.h"
+
+#include "fixtures/Workshop.h"
+#include "ui/FakeContainers.h"
+
+#include <gmock/gmock.h>
+
+namespace vormel {
+namespace {
+
+using fixtures::link;
+using ::testing::ElementsAre;
+
+const ResolverTables& tables()
+{
+    static const ResolverTables all = fixtures::containerTables();
+    return all;
+}
+
+LinkPaste paste(QStringView text)
+{
+    return {text, tables()};
+}
+
+TEST(LinkPaste, KeepsHttpLinksInOrderAndDropsTheRest)
+{
+    const LinkPaste links =
+        paste(u"  https://b.example/1 \r\n\nhello world\nftp://x.example/2\nHTTP://a.example/3\n/path\n");
+    EXPECT_THAT(links.validURLs(),
+                ElementsAre(link(QStringLiteral("https://b.example/1")), link(QStringLiteral("HTTP://a.example/3"))));
+}
+
+TEST(LinkPaste, KeepsDuplicates)
+{
+    EXPECT_EQ(paste(u"https://a.example/1\nhttps://a.example/1").validURLs().size(), 2U);
+}
+
+TEST(LinkPaste, TellsContainersFromDirectLinks)
+{
+    const LinkPaste links = paste(u"https://a.example/1\nhttps://container.example/2\nhttps://c.example/3");
+    EXPECT_THAT(links.containerURLs(), ElementsAre(link(QStringLiteral("https://container.example/2"))));
+    EXPECT_THAT(links.directURLs(),
+                ElementsAre(link(QStringLiteral("https://a.example/1")), link(QStringLiteral("https://c.example/3"))));
+}
+
+TEST(LinkPaste, GroupsDirectLinksByPlainHostKnownHostsFirst)
+{
+    const auto groups = paste(u"https://www.Zeta.example/1\nhttps://alpha.example/2\nhttps://zeta.example/3\n"
+                              u"https://filestore.example/4\nhttps://terabytez.example/5\nhttps://container.example/6")
+                            .hostGroups();
+    QStringList names;
+    for (const auto& group : groups)
+        names << group.displayName;
+    EXPECT_EQ(names.join(u' '), u"terabytez.example filestore.example alpha.example zeta.example");
+    EXPECT_THAT(groups.back().urls, ElementsAre(link(QStringLiteral("https://www.Zeta.example/1")),
+                                                link(QStringLiteral("https://zeta.example/3"))));
+}
+
+TEST(LinkPaste, NothingIsNothing)
+{
+    EXPECT_TRUE(paste(u"").validURLs().empty());
+    EXPECT_TRUE(paste(u"").hostGroups().empty());
+}
+
+} // namespace
+} // namespace vormel

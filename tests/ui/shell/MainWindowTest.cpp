@@ -1,0 +1,188 @@
+#include "app/MainWindow.h"
+
+#include "fixtures/EventLoop.h"
+#include "fixtures/Workshop.h"
+#include "ui/Part.h"
+#include "ui/accounts/AccountsView.h"
+#include "ui/queue/DownloadQueueView.h"
+#include "ui/settings/SettingsView.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QSpinBox>
+#include <QTest>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+namespace vormel {
+namespace {
+
+class MainWindowTest : public ::testing::Test
+{
+protected:
+    MainWindowTest()
+    {
+        window.show();
+        window.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&window));
+    }
+    template <typename T = QWidget>
+    T& part(const char* name)
+    {
+        return fixtures::partOf<T>(window, name);
+    }
+    QString accounts(const char* name) { return fixtures::partOf<QLabel>(part("accountsView"), name).text(); }
+    QStringList sidebarRows()
+    {
+        QStringList rows;
+        for (int i = 0; i < part<QListWidget>("sidebar").count(); ++i)
+            rows << part<QListWidget>("sidebar").item(i)->text();
+        return rows;
+    }
+
+    fixtures::Workshop workshop;
+    MainWindow window{workshop.manager()};
+};
+
+TEST_F(MainWindowTest, BuildsAPageWhenItIsFirstShown)
+{
+    EXPECT_NE(window.findChild<DownloadQueueView*>(), nullptr);
+    EXPECT_EQ(window.findChild<AccountsView*>(), nullptr);
+    EXPECT_EQ(window.findChild<SettingsView*>(), nullptr);
+    window.showPage(Page::settings);
+    EXPECT_TRUE(window.findChild<SettingsView*>()->isVisible());
+    window.showPage(Page::accounts);
+    window.showPage(Page::settings);
+    EXPECT_EQ(window.findChildren<SettingsView*>().size(), 1);
+    EXPECT_FALSE(window.findChild<AccountsView*>()->isVisible());
+}
+
+TEST_F(MainWindowTest, ArrowKeysInTheSidebarChangeThePageAndItsTitle)
+{
+    auto& sidebar = part<QListWidget>("sidebar");
+    EXPECT_EQ(window.windowTitle(), u"Downloads — Vormel");
+    sidebar.setFocus();
+    QTest::keyClick(&sidebar, Qt::Key_Down);
+    EXPECT_EQ(window.windowTitle(), u"Premium Accounts — Vormel");
+    QTest::keyClick(&sidebar, Qt::Key_Down);
+    EXPECT_EQ(window.windowTitle(), u"Settings — Vormel");
+    EXPECT_EQ(window.page(), Page::settings);
+}
+
+TEST_F(MainWindowTest, SpeaksItalian)
+{
+    EXPECT_EQ(sidebarRows().join(u'|'), u"Downloads|Accounts|Settings");
+    window.showPage(Page::accounts);
+    EXPECT_EQ(accounts("emptyTitle"), u"No Accounts");
+    workshop.settings().language.set(AppLanguage::italian);
+    EXPECT_EQ(sidebarRows().join(u'|'), u"Download|Account|Impostazioni");
+    EXPECT_EQ(window.windowTitle(), u"Account Premium — Vormel");
+    EXPECT_EQ(accounts("emptyTitle"), u"Nessun account");
+    EXPECT_EQ(accounts("emptyText"), u"Aggiungi le credenziali premium per sbloccare i download.");
+}
+
+TEST_F(MainWindowTest, HasItsSmallestSizeAndSidebarWidths)
+{
+    EXPECT_EQ(window.minimumSize(), QSize(700, 450));
+    EXPECT_EQ(part("sidebar").minimumWidth(), 150);
+    EXPECT_EQ(part("sidebar").width(), 180);
+    window.resize(1, 1);
+    fixtures::turnEventLoop();
+    EXPECT_EQ(window.size(), QSize(700, 450));
+}
+
+TEST_F(MainWindowTest, EverythingFitsAtTheSmallestSize)
+{
+    workshop.add(QStringLiteral("https://h.example/a.zip"));
+    for (const AppLanguage language : allLanguages) {
+        workshop.settings().language.set(language);
+        for (const Page page : allPages) {
+            window.showPage(page);
+            window.resize(700, 450);
+            fixtures::turnEventLoop();
+            EXPECT_EQ(window.size(), QSize(700, 450));
+            for (const auto* button : window.findChildren<QAbstractButton*>()) {
+                if (!button->isVisible())
+                    continue;
+                const QRect place(button->mapTo(&window, QPoint()), button->size());
+                EXPECT_TRUE(window.rect().contains(place)) << qPrintable(button->objectName());
+                EXPECT_GE(button->width(), button->minimumSizeHint().width()) << qPrintable(button->objectName());
+            }
+        }
+    }
+}
+
+TEST_F(MainWindowTest, ControlQIsQuit)
+{
+    EXPECT_EQ(part<QAction>("quit").shortcut(), QKeySequence(Qt::CTRL | Qt::Key_Q));
+    EXPECT_EQ(part<QAction>("quit").text(), u"&Quit");
+    QTimer::singleShot(0, &window, [this] { QTest::keyClick(&window, Qt::Key_Q, Qt::ControlModifier); });
+    QTimer::singleShot(std::chrono::seconds(20), &window, [] { QCoreApplication::exit(1); });
+    EXPECT_EQ(QApplication::exec(), 0);
+}
+
+TEST_F(MainWindowTest, EveryControlHasANameForAssistiveTechnology)
+{
+    for (const Page page : allPages) {
+        window.showPage(page);
+        for (const QWidget* widget : window.findChildren<QWidget*>()) {
+            const bool isControl = widget->isVisible() && widget->focusPolicy() != Qt::NoFocus &&
+                                   !widget->objectName().startsWith(u"qt_") && !widget->focusProxy();
+            if (isControl) {
+                EXPECT_FALSE(widget->accessibleName().isEmpty()) << widget->metaObject()->className();
+            }
+        }
+    }
+}
+
+TEST_F(MainWindowTest, TheSettingsPageWritesTheSettings)
+{
+    window.showPage(Page::settings);
+    AppSettings& settings = workshop.settings();
+    auto& folder = part<QLineEdit>("downloadFolder");
+    folder.selectAll();
+    QTest::keyClicks(&folder, QStringLiteral("/srv/new"));
+    QTest::keyClick(&folder, Qt::Key_Return);
+    EXPECT_EQ(settings.downloadFolderPath.value(), u"/srv/new");
+    part<QSpinBox>("concurrentDownloads").setValue(7);
+    EXPECT_EQ(settings.maxConcurrentDownloads.value(), 7);
+    EXPECT_EQ(part<QSpinBox>("concurrentDownloads").minimum(), 1);
+    EXPECT_EQ(part<QSpinBox>("concurrentDownloads").maximum(), 10);
+    QTest::keyClick(&part("autoStartDownloads"), Qt::Key_Space);
+    EXPECT_TRUE(settings.autoStartDownloads.value());
+    part("language").setFocus();
+    QTest::keyClick(&part("language"), Qt::Key_Down);
+    EXPECT_EQ(settings.language.value(), AppLanguage::italian);
+    EXPECT_EQ(part<QAbstractButton>("chooseDownloadFolder").text(), u"Scegli…");
+    EXPECT_EQ(window.windowTitle(), u"Impostazioni — Vormel");
+}
+
+TEST_F(MainWindowTest, TheSettingsPageFollowsTheSettings)
+{
+    window.showPage(Page::settings);
+    workshop.settings().downloadFolderPath.set(QStringLiteral("/srv/other"));
+    workshop.settings().maxConcurrentDownloads.set(50);
+    EXPECT_EQ(part<QLineEdit>("downloadFolder").text(), u"/srv/other");
+    EXPECT_EQ(part<QSpinBox>("concurrentDownloads").value(), 10);
+    EXPECT_EQ(workshop.settings().maxConcurrentDownloads.value(), 50); // shown as the most, and left as it is
+}
+
+TEST_F(MainWindowTest, AnEmptyFolderIsNotTaken)
+{
+    window.showPage(Page::settings);
+    const QString before = workshop.settings().downloadFolderPath.value();
+    auto& folder = part<QLineEdit>("downloadFolder");
+    folder.clear();
+    QTest::keyClick(&folder, Qt::Key_Return);
+    EXPECT_EQ(workshop.settings().downloadFolderPath.value(), before);
+    EXPECT_EQ(folder.text(), before);
+}
+
+} // namespace
+} // namespace vormel
