@@ -82,9 +82,10 @@ TEST(Link, aMissingHostIsEmpty)
 TEST(Link, aBrokenHostOrPortIsRefused)
 {
     for (const QStringView text :
-         {u"http://[::1/x", u"http://[::1]x/y", u"http://[zz]/", u"http://[]/", u"http://a.example:99999/", u"http://a.example:65536/",
-          u"http://a.example:x/", u"http://a.example:-1/", u"http://a.example:+80/", u"http://a.example: 80/",
-          u"http://a.example:8 0/", u"http://a b.example/", u"http://a<b>/", u"http://a.example:80:80/"})
+         {u"http://[::1/x", u"http://[::1]x/y", u"http://[zz]/", u"http://[]/", u"http://a.example:99999/",
+          u"http://a.example:65536/", u"http://a.example:x/", u"http://a.example:-1/", u"http://a.example:+80/",
+          u"http://a.example: 80/", u"http://a.example:8 0/", u"http://a b.example/", u"http://a<b>/",
+          u"http://a.example:80:80/"})
         EXPECT_FALSE(Link::parse(text)) << text.toString().toStdString();
     EXPECT_TRUE(Link::parse(u"http://a.example:65535/"));
 }
