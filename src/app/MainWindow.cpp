@@ -40,6 +40,8 @@ void MainWindow::layOut()
     splitter->setHandleWidth(1);
     splitter->addWidget(m_sidebar);
     splitter->addWidget(m_pages);
+    splitter->handle(1)->setBackgroundRole(QPalette::Midlight);
+    splitter->handle(1)->setAutoFillBackground(true); // a hairline in every style
     splitter->setStretchFactor(0, 0);
     splitter->setStretchFactor(1, 1);
     splitter->setSizes({Sidebar::idealWidth, width() - Sidebar::idealWidth});

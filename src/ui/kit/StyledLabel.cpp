@@ -49,13 +49,21 @@ void StyledLabel::restyle()
     setPalette(own);
 }
 
-void StyledLabel::changeEvent(QEvent* event)
+bool StyledLabel::event(QEvent* event)
 {
-    QLabel::changeEvent(event);
-    const bool mayDiffer = event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationFontChange ||
-                           event->type() == QEvent::FontChange;
-    if (mayDiffer && !m_isRestyling)
-        restyle();
+    const bool isDone = QLabel::event(event);
+    switch (event->type()) {
+    case QEvent::PaletteChange:
+    case QEvent::ApplicationPaletteChange:
+    case QEvent::FontChange:
+    case QEvent::ApplicationFontChange:
+        if (!m_isRestyling)
+            restyle();
+        break;
+    default:
+        break;
+    }
+    return isDone;
 }
 
 } // namespace vormel

@@ -24,7 +24,7 @@ public:
     explicit StyledLabel(Style style, Tint tint = Tint::text, QWidget* parent = nullptr);
 
 protected:
-    void changeEvent(QEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
     void restyle();

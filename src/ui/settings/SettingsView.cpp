@@ -26,8 +26,6 @@ SettingsView::SettingsView(AppSettings& settings, QWidget* parent)
 {
     constexpr int mostConcurrent = 10;
     setObjectName(QStringLiteral("settingsView"));
-    setAutoFillBackground(true);
-    setBackgroundRole(QPalette::Base);
     m_folder->setTextMargins(4, 2, 4, 2);
     m_concurrent->setRange(1, mostConcurrent);
     for (const AppLanguage language : allLanguages)
