@@ -1,0 +1,19 @@
+#pragma once
+
+#include "Report.h"
+
+namespace vormel::bench {
+
+/// One 1 GiB transfer against curl, wget, aria2c and a bare splice(); the same over TLS against curl.
+void benchTransfer(Report& report);
+void benchTransferTls(Report& report);
+/// 2,000 files of 4 KiB, ten at a time, against aria2c.
+void benchSmallFiles(Report& report);
+/// What a queue of 10,000 items costs.
+void benchQueue(Report& report);
+/// From process start to the first painted frame, and memory at rest.
+void benchWindow(Report& report);
+/// How well each speed cap of the menu is kept by three transfers.
+void benchCap(Report& report);
+
+} // namespace vormel::bench
