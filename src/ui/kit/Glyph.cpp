@@ -4,6 +4,8 @@
 #include <QPixmapCache>
 #include <QSvgRenderer>
 
+#include <array>
+
 /// The linker drops the drawings of a static library unless somebody asks for them by name. Outside all namespaces,
 /// where their name is.
 static void requireIcons()
@@ -15,52 +17,30 @@ namespace vormel {
 
 namespace {
 
-QLatin1StringView fileName(Glyph glyph)
-{
-    switch (glyph) {
-    case Glyph::plus:
-        return QLatin1StringView("plus");
-    case Glyph::xmark:
-        return QLatin1StringView("xmark");
-    case Glyph::play:
-        return QLatin1StringView("play.fill");
-    case Glyph::pause:
-        return QLatin1StringView("pause.fill");
-    case Glyph::checkmarkCircle:
-        return QLatin1StringView("checkmark.circle");
-    case Glyph::arrowDownCircle:
-        return QLatin1StringView("arrow.down.circle");
-    case Glyph::arrowDownCircleFill:
-        return QLatin1StringView("arrow.down.circle.fill");
-    case Glyph::clock:
-        return QLatin1StringView("clock");
-    case Glyph::archiveboxFill:
-        return QLatin1StringView("archivebox.fill");
-    case Glyph::pauseCircleFill:
-        return QLatin1StringView("pause.circle.fill");
-    case Glyph::stopCircleFill:
-        return QLatin1StringView("stop.circle.fill");
-    case Glyph::checkmarkCircleFill:
-        return QLatin1StringView("checkmark.circle.fill");
-    case Glyph::exclamationmarkCircleFill:
-        return QLatin1StringView("exclamationmark.circle.fill");
-    case Glyph::gauge:
-        return QLatin1StringView("gauge.medium");
-    case Glyph::personKey:
-        return QLatin1StringView("person.badge.key");
-    case Glyph::personKeyFill:
-        return QLatin1StringView("person.badge.key.fill");
-    case Glyph::gearFill:
-        return QLatin1StringView("gearshape.fill");
-    case Glyph::serverRack:
-        return QLatin1StringView("server.rack");
-    case Glyph::lock:
-        return QLatin1StringView("lock");
-    case Glyph::program:
-        return QLatin1StringView("vormel");
-    }
-    Q_UNREACHABLE();
-}
+/// In the order of Glyph.
+constexpr std::array<QLatin1StringView, 20> fileNames{
+    QLatin1StringView("plus"),
+    QLatin1StringView("xmark"),
+    QLatin1StringView("play.fill"),
+    QLatin1StringView("pause.fill"),
+    QLatin1StringView("checkmark.circle"),
+    QLatin1StringView("arrow.down.circle"),
+    QLatin1StringView("arrow.down.circle.fill"),
+    QLatin1StringView("clock"),
+    QLatin1StringView("archivebox.fill"),
+    QLatin1StringView("pause.circle.fill"),
+    QLatin1StringView("stop.circle.fill"),
+    QLatin1StringView("checkmark.circle.fill"),
+    QLatin1StringView("exclamationmark.circle.fill"),
+    QLatin1StringView("gauge.medium"),
+    QLatin1StringView("person.badge.key"),
+    QLatin1StringView("person.badge.key.fill"),
+    QLatin1StringView("gearshape.fill"),
+    QLatin1StringView("server.rack"),
+    QLatin1StringView("lock"),
+    QLatin1StringView("vormel"),
+};
+static_assert(fileNames.size() == static_cast<std::size_t>(Glyph::program) + 1);
 
 QPixmap drawn(Glyph glyph, const QColor& color, int pixels)
 {
@@ -82,7 +62,7 @@ QPixmap drawn(Glyph glyph, const QColor& color, int pixels)
 
 QString glyphPath(Glyph glyph)
 {
-    return QStringLiteral(":/kit/icons/%1.svg").arg(fileName(glyph));
+    return QStringLiteral(":/kit/icons/%1.svg").arg(fileNames.at(static_cast<std::size_t>(glyph)));
 }
 
 QPixmap glyphPixmap(Glyph glyph, const QColor& color, int size, qreal pixelRatio)

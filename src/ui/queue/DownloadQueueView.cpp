@@ -27,7 +27,18 @@ DownloadQueueView::DownloadQueueView(DownloadManager& manager, QWidget* parent)
 {
     setObjectName(QStringLiteral("downloadQueueView"));
     setAcceptDrops(true);
-    auto* toolBar = new QueueToolBar(manager, this);
+    layOut();
+    for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
+        connect(m_model, signal, this, &DownloadQueueView::showListOrEmptyState);
+    connect(m_model, &QAbstractItemModel::modelReset, this, &DownloadQueueView::showListOrEmptyState);
+    connect(&manager.settings(), &AppSettings::languageSet, this, &DownloadQueueView::retranslate);
+    showListOrEmptyState();
+    retranslate();
+}
+
+void DownloadQueueView::layOut()
+{
+    auto* toolBar = new QueueToolBar(m_manager, this);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
@@ -41,12 +52,6 @@ DownloadQueueView::DownloadQueueView(DownloadManager& manager, QWidget* parent)
     m_pages->addWidget(m_empty);
     setTabOrder(toolBar, m_list);
     connect(toolBar, &QueueToolBar::addRequested, this, &DownloadQueueView::showAddURLs);
-    for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
-        connect(m_model, signal, this, &DownloadQueueView::showListOrEmptyState);
-    connect(m_model, &QAbstractItemModel::modelReset, this, &DownloadQueueView::showListOrEmptyState);
-    connect(&manager.settings(), &AppSettings::languageSet, this, &DownloadQueueView::retranslate);
-    showListOrEmptyState();
-    retranslate();
 }
 
 void DownloadQueueView::retranslate()

@@ -47,6 +47,17 @@ SpeedControl::SpeedControl(DownloadManager& manager, QWidget* parent)
     , m_speed(new StyledLabel(StyledLabel::Style::digits, Tint::secondary, this))
     , m_cap(new QComboBox(this))
 {
+    layOut();
+    connect(&manager, &DownloadManager::totalSpeedChanged, this, &SpeedControl::showSpeed);
+    connect(&manager.settings(), &AppSettings::maxDownloadSpeedSet, this, &SpeedControl::fillCaps);
+    connect(&manager.settings(), &AppSettings::languageSet, this, &SpeedControl::retranslate);
+    connect(m_cap, &QComboBox::activated, this, &SpeedControl::chooseCap);
+    retranslate();
+    showSpeed();
+}
+
+void SpeedControl::layOut()
+{
     constexpr int smallestReadOut = 64;
     constexpr int iconSize = 18;
     m_speed->setObjectName(QStringLiteral("totalSpeed"));
@@ -62,12 +73,6 @@ SpeedControl::SpeedControl(DownloadManager& manager, QWidget* parent)
     row->addWidget(m_speed);
     row->addWidget(new GlyphLabel(Glyph::gauge, Tint::secondary, iconSize, this));
     row->addWidget(m_cap);
-    connect(&manager, &DownloadManager::totalSpeedChanged, this, &SpeedControl::showSpeed);
-    connect(&manager.settings(), &AppSettings::maxDownloadSpeedSet, this, &SpeedControl::fillCaps);
-    connect(&manager.settings(), &AppSettings::languageSet, this, &SpeedControl::retranslate);
-    connect(m_cap, &QComboBox::activated, this, &SpeedControl::chooseCap);
-    retranslate();
-    showSpeed();
 }
 
 void SpeedControl::retranslate()

@@ -18,6 +18,7 @@ public:
     explicit SpeedControl(DownloadManager& manager, QWidget* parent = nullptr);
 
 private:
+    void layOut();
     void retranslate();
     void showSpeed();
     void fillCaps();

@@ -54,6 +54,14 @@ LinkForm::LinkForm(AppSettings& settings, const ResolverTables& resolvers, QWidg
     , m_cancel(new SheetButton(this))
     , m_add(new SheetButton(this))
 {
+    setUpParts();
+    layOut();
+    connectParts();
+    retranslate();
+}
+
+void LinkForm::setUpParts()
+{
     constexpr int smallestEditor = 100;
     constexpr int margin = 8;
     m_title->setObjectName(QStringLiteral("addTitle"));
@@ -71,9 +79,6 @@ LinkForm::LinkForm(AppSettings& settings, const ResolverTables& resolvers, QWidg
     m_cancel->setAutoDefault(false);
     m_add->setObjectName(QStringLiteral("add"));
     m_add->setDefault(true);
-    layOut();
-    connectParts();
-    retranslate();
 }
 
 void LinkForm::layOut()

@@ -38,6 +38,7 @@ Q_SIGNALS:
     void cancelled();
 
 private:
+    void setUpParts();
     void layOut();
     [[nodiscard]] QWidget* makePasswordBlock();
     void connectParts();
