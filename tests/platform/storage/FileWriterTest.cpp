@@ -21,23 +21,23 @@ FileWriter::Content content(const QByteArray& bytes)
     return [bytes] { return bytes; };
 }
 
-/// Keeps the writer's thread busy from construction until release().
+/// Keeps the writer's thread busy from construction until release(). It may go before the thread has woken up.
 class BusyWriter
 {
 public:
     BusyWriter(FileWriter& writer, const QString& path)
     {
-        writer.post(path, [this] {
-            m_begun.set_value();
-            m_released.get_future().wait();
+        const auto begun = std::make_shared<std::promise<void>>();
+        writer.post(path, [begun, released = m_released.get_future().share()] {
+            begun->set_value();
+            released.wait();
             return QByteArray("busy");
         });
-        m_begun.get_future().wait();
+        begun->get_future().wait();
     }
     void release() { m_released.set_value(); }
 
 private:
-    std::promise<void> m_begun;
     std::promise<void> m_released;
 };
 
