@@ -42,7 +42,10 @@ void benchQueue(Report& report)
     int turn = 0;
     report.add(QStringLiteral("queue10k_save_ms"),
                medianMilliseconds([&] { manager.saveQueue(); },
-                                  [&] { manager.items()[static_cast<std::size_t>(++turn)]->setBytesReceived(turn); }),
+                                  [&] {
+                                      ++turn;
+                                      manager.items()[static_cast<std::size_t>(turn)]->setBytesReceived(turn);
+                                  }),
                5);
     // The pass that finds nothing to start has to look at every item.
     report.add(QStringLiteral("queue10k_pass_ms"), medianMilliseconds([&] { manager.processQueue(); }), 0.2);
