@@ -69,7 +69,8 @@ void benchCap(Report& report)
     report.note(QStringLiteral("The cap, kept by three transfers over 15 seconds:"));
     sites::FileServer server;
     for (int i = 0; i < transfers; ++i)
-        server.serve("/" + std::to_string(i) + ".bin", {.content = sites::PatternContent(static_cast<std::uint64_t>(i), qint64{1} << 32)});
+        server.serve("/" + std::to_string(i) + ".bin",
+                     {.content = sites::PatternContent(static_cast<std::uint64_t>(i), qint64{1} << 32)});
     double worst = 0;
     for (const qint64 cap : caps) {
         const double error = errorOf(cap, server);

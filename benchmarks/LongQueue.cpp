@@ -1,9 +1,8 @@
 #include "LongQueue.h"
 
+#include "Measure.h"
 #include "engine/queue/QueueRecords.h"
 #include "platform/storage/WholeFile.h"
-
-#include "Measure.h"
 
 #include <QDir>
 
@@ -13,7 +12,10 @@ void writeLongQueue(const Folders& folders, int items)
 {
     std::vector<std::shared_ptr<const QueueRecord>> records;
     for (int i = 0; i < items; ++i) {
-        const QString url = QStringLiteral("https://files%1.example/d/%2/Some.Long.Release.Name.2026.1080p.%3.bin").arg(i % 7).arg(i * 7919, 10).arg(i);
+        const QString url = QStringLiteral("https://files%1.example/d/%2/Some.Long.Release.Name.2026.1080p.%3.bin")
+                                .arg(i % 7)
+                                .arg(i * 7919, 10, 10, QChar(u'0'))
+                                .arg(i);
         DownloadItem item(*Link::parse(url), ItemId::make());
         item.setStatus(i % 10 == 0 ? DownloadStatus::completed : DownloadStatus::paused);
         item.setTotalBytes(qint64{1000003} * (i + 1));

@@ -12,7 +12,8 @@ namespace {
 constexpr int itemCount = 10000;
 constexpr int repeats = 21;
 
-double medianMilliseconds(const std::function<void()>& action, const std::function<void()>& before = [] {})
+double medianMilliseconds(
+    const std::function<void()>& action, const std::function<void()>& before = [] {})
 {
     std::vector<Cost> costs;
     for (int i = 0; i < repeats; ++i) {

@@ -21,7 +21,9 @@ void Report::add(const QString& name, double value, double reach)
     m_figures.insert(name, value);
     QString line = QStringLiteral("  %1 %2").arg(name, -32).arg(value, 10, 'f', 3);
     if (reach > 0)
-        line += QStringLiteral("   reach %1: %2").arg(reach).arg(value <= reach ? QStringLiteral("held") : QStringLiteral("MISSED"));
+        line += QStringLiteral("   reach %1: %2")
+                    .arg(reach)
+                    .arg(value <= reach ? QStringLiteral("held") : QStringLiteral("MISSED"));
     note(line);
 }
 

@@ -31,14 +31,19 @@ Cost aria2(const QStringList& urls, const QDir& folder)
     list.close();
     QDir target(folder.filePath(QStringLiteral("fetched")));
     target.removeRecursively();
-    return costOfProgram(QStringLiteral("aria2c"), {QStringLiteral("-q"), QStringLiteral("-j%1").arg(atOnce), QStringLiteral("-d"), target.path(), QStringLiteral("-i"), list.fileName()});
+    return costOfProgram(QStringLiteral("aria2c"),
+                         {QStringLiteral("-q"), QStringLiteral("-j%1").arg(atOnce), QStringLiteral("-d"), target.path(),
+                          QStringLiteral("-i"), list.fileName()});
 }
 
 } // namespace
 
 void benchSmallFiles(Report& report)
 {
-    report.note(QStringLiteral("%1 files of 4 KiB, %2 at a time, median of %3 runs in turns:").arg(fileCount).arg(atOnce).arg(rounds));
+    report.note(QStringLiteral("%1 files of 4 KiB, %2 at a time, median of %3 runs in turns:")
+                    .arg(fileCount)
+                    .arg(atOnce)
+                    .arg(rounds));
     const QTemporaryDir directory(scratchTemplate());
     const QDir folder(QDir(directory.path()).absolutePath());
     folder.mkpath(QStringLiteral("www"));
@@ -59,7 +64,9 @@ void benchSmallFiles(Report& report)
         settleDisk();
         other.push_back(aria2(urls, folder));
     }
-    report.note(QStringLiteral("  Vormel %1 s, aria2c %2 s").arg(median(vormel).wall, 0, 'f', 2).arg(median(other).wall, 0, 'f', 2));
+    report.note(QStringLiteral("  Vormel %1 s, aria2c %2 s")
+                    .arg(median(vormel).wall, 0, 'f', 2)
+                    .arg(median(other).wall, 0, 'f', 2));
     report.add(QStringLiteral("small_files_wall_vs_aria2c"), median(vormel).wall / median(other).wall, 1.0);
 }
 

@@ -3,13 +3,13 @@
 #include "Measure.h"
 #include "platform/storage/FileDescriptor.h"
 
-#include <arpa/inet.h>
 #include <fcntl.h>
-#include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <arpa/inet.h>
 #include <array>
+#include <netinet/in.h>
 
 namespace vormel::bench {
 
@@ -64,7 +64,8 @@ void spliceToFile(quint16 port, const QByteArray& path, const QByteArray& file)
             giveUp(QStringLiteral("the body ended early"));
         left -= taken;
         while (taken > 0) {
-            const ssize_t given = ::splice(out.get(), nullptr, target.get(), nullptr, static_cast<size_t>(taken), SPLICE_F_MOVE | SPLICE_F_MORE);
+            const ssize_t given = ::splice(out.get(), nullptr, target.get(), nullptr, static_cast<size_t>(taken),
+                                           SPLICE_F_MOVE | SPLICE_F_MORE);
             if (given <= 0)
                 giveUp(QStringLiteral("the file took no more"));
             taken -= given;

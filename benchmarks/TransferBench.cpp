@@ -42,7 +42,10 @@ public:
     [[nodiscard]] QString url() const { return QString::fromStdString(m_server->url("/large.bin")); }
     [[nodiscard]] quint16 port() const { return m_server->port(); }
     [[nodiscard]] const QString& authority() const { return m_authority; }
-    [[nodiscard]] QString target() const { return QDir(m_directory.path()).absoluteFilePath(QStringLiteral("fetched")); }
+    [[nodiscard]] QString target() const
+    {
+        return QDir(m_directory.path()).absoluteFilePath(QStringLiteral("fetched"));
+    }
 
 private:
     static void writeFile(const QString& path)
@@ -91,7 +94,10 @@ void compare(std::vector<Contender>& contenders, const Source& source, const Rep
     }
     for (const Contender& contender : contenders) {
         const Cost cost = median(contender.costs);
-        report.note(QStringLiteral("  %1 %2 s wall, %3 s CPU").arg(contender.name, -12).arg(cost.wall, 0, 'f', 2).arg(cost.cpu, 0, 'f', 2));
+        report.note(QStringLiteral("  %1 %2 s wall, %3 s CPU")
+                        .arg(contender.name, -12)
+                        .arg(cost.wall, 0, 'f', 2)
+                        .arg(cost.cpu, 0, 'f', 2));
     }
 }
 
@@ -108,7 +114,8 @@ Contender curl(const Source& source)
 {
     QStringList arguments{QStringLiteral("-s"), QStringLiteral("-o"), source.target(), source.url()};
     if (!source.authority().isEmpty())
-        arguments = QStringList{QStringLiteral("--cacert"), source.authority(), QStringLiteral("--http1.1")} + arguments;
+        arguments =
+            QStringList{QStringLiteral("--cacert"), source.authority(), QStringLiteral("--http1.1")} + arguments;
     return {QStringLiteral("curl"), [arguments] { return costOfProgram(QStringLiteral("curl"), arguments); }};
 }
 
@@ -121,14 +128,16 @@ Contender wget(const Source& source)
 Contender aria2(const Source& source)
 {
     const QFileInfo target(source.target());
-    const QStringList arguments{QStringLiteral("-q"), QStringLiteral("-d"), target.path(), QStringLiteral("-o"), target.fileName(), source.url()};
+    const QStringList arguments{QStringLiteral("-q"), QStringLiteral("-d"), target.path(),
+                                QStringLiteral("-o"), target.fileName(),    source.url()};
     return {QStringLiteral("aria2c"), [arguments] { return costOfProgram(QStringLiteral("aria2c"), arguments); }};
 }
 
 Contender splice(const Source& source)
 {
     return {QStringLiteral("splice"), [&source] {
-                return costOf([&source] { spliceToFile(source.port(), "/large.bin", QFile::encodeName(source.target())); });
+                return costOf(
+                    [&source] { spliceToFile(source.port(), "/large.bin", QFile::encodeName(source.target())); });
             }};
 }
 
@@ -136,17 +145,25 @@ Contender splice(const Source& source)
 
 void benchTransfer(Report& report)
 {
-    report.note(QStringLiteral("One transfer of 1 GiB from nginx on loopback, median of %1 runs in turns:").arg(rounds));
+    report.note(
+        QStringLiteral("One transfer of 1 GiB from nginx on loopback, median of %1 runs in turns:").arg(rounds));
     const Source source;
-    std::vector<Contender> contenders{{QStringLiteral("Vormel"), [&source] { return ours(source); }}, curl(source), wget(source), aria2(source), splice(source)};
+    std::vector<Contender> contenders{{QStringLiteral("Vormel"), [&source] { return ours(source); }},
+                                      curl(source),
+                                      wget(source),
+                                      aria2(source),
+                                      splice(source)};
     compare(contenders, source, report);
     const Cost vormel = costOfNamed(contenders, QStringLiteral("Vormel"));
-    const auto wall = [&](const char* name) { return vormel.wall / costOfNamed(contenders, QLatin1StringView(name)).wall; };
+    const auto wall = [&](const char* name) {
+        return vormel.wall / costOfNamed(contenders, QLatin1StringView(name)).wall;
+    };
     report.add(QStringLiteral("transfer_wall_vs_curl"), wall("curl"), 0.5);
     report.add(QStringLiteral("transfer_wall_vs_wget"), wall("wget"), 0.5);
     report.add(QStringLiteral("transfer_wall_vs_aria2c"), wall("aria2c"), 0.5);
     report.add(QStringLiteral("transfer_wall_vs_splice"), wall("splice"), 1.7);
-    report.add(QStringLiteral("transfer_cpu_vs_curl"), vormel.cpu / costOfNamed(contenders, QStringLiteral("curl")).cpu, 0.5);
+    report.add(QStringLiteral("transfer_cpu_vs_curl"), vormel.cpu / costOfNamed(contenders, QStringLiteral("curl")).cpu,
+               0.5);
 }
 
 void benchTransferTls(Report& report)
@@ -157,7 +174,8 @@ void benchTransferTls(Report& report)
     std::vector<Contender> contenders{{QStringLiteral("Vormel"), [&source] { return ours(source); }}, curl(source)};
     compare(contenders, source, report);
     const Cost vormel = costOfNamed(contenders, QStringLiteral("Vormel"));
-    report.add(QStringLiteral("transfer_tls_wall_vs_curl"), vormel.wall / costOfNamed(contenders, QStringLiteral("curl")).wall, 0.5);
+    report.add(QStringLiteral("transfer_tls_wall_vs_curl"),
+               vormel.wall / costOfNamed(contenders, QStringLiteral("curl")).wall, 0.5);
 }
 
 } // namespace vormel::bench

@@ -53,7 +53,8 @@ Start medianStart(const QString& profile)
 
 void benchWindow(Report& report)
 {
-    report.note(QStringLiteral("From process start to the first painted frame, and memory at rest (platform %1):").arg(qEnvironmentVariable("QT_QPA_PLATFORM", QStringLiteral("xcb"))));
+    report.note(QStringLiteral("From process start to the first painted frame, and memory at rest (platform %1):")
+                    .arg(qEnvironmentVariable("QT_QPA_PLATFORM", QStringLiteral("xcb"))));
     const QTemporaryDir directory(scratchTemplate());
     const QString root = QDir(directory.path()).absolutePath();
     writeLongQueue(Folders::below(root + QStringLiteral("/long")), 10000);

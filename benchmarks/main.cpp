@@ -15,11 +15,11 @@ int main(int argc, char** argv)
     const QApplication application(argc, argv);
     using namespace vormel::bench;
     const std::array<std::pair<const char*, void (*)(Report&)>, 6> benchmarks{{{"window", benchWindow},
-                                                                                {"queue", benchQueue},
-                                                                                {"small", benchSmallFiles},
-                                                                                {"transfer", benchTransfer},
-                                                                                {"tls", benchTransferTls},
-                                                                                {"cap", benchCap}}};
+                                                                               {"queue", benchQueue},
+                                                                               {"small", benchSmallFiles},
+                                                                               {"transfer", benchTransfer},
+                                                                               {"tls", benchTransferTls},
+                                                                               {"cap", benchCap}}};
     const QStringList wanted = QApplication::arguments().mid(1);
     Report report(QStringLiteral("build/bench/results.json"));
     for (const auto& [name, run] : benchmarks) {

@@ -11,7 +11,8 @@
 
 namespace {
 
-/// Says so on standard output when the window has painted its first frame, and after a rest what memory the process holds.
+/// Says so on standard output when the window has painted its first frame, and after a rest what memory the process
+/// holds.
 class FirstFrame final : public QObject
 {
 public:

@@ -7,7 +7,6 @@ Program::Program(const Folders& folders, const CurlHttpClient::Options& network)
     , m_defaults(folders.configuration + QStringLiteral("/preferences.json"), m_fileWriter)
     , m_manager(Platform{m_clock, m_http, m_fileWriter, m_defaults, folders},
                 DownloadManager::Collaborators{m_resolvers, m_postDownload, m_recovery})
-{
-}
+{}
 
 } // namespace vormel

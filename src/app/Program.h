@@ -10,8 +10,8 @@
 
 namespace vormel {
 
-/// The whole program without its window: the real ports of this machine and the engine over them. Where everything is put
-/// together, and nothing else.
+/// The whole program without its window: the real ports of this machine and the engine over them. Where everything is
+/// put together, and nothing else.
 class Program
 {
 public:

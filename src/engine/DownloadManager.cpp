@@ -134,7 +134,8 @@ bool DownloadManager::isHeldBack(const DownloadItem& item) const
 
 bool DownloadManager::mayFetchRev(const DownloadItem& item) const
 {
-    return revAllowlist.contains(item.id()) || (m_settings.downloadRevFiles.value() && shouldDownloadRev(item, m_table));
+    return revAllowlist.contains(item.id()) ||
+           (m_settings.downloadRevFiles.value() && shouldDownloadRev(item, m_table));
 }
 
 bool DownloadManager::isRevHeldBack(const DownloadItem& item) const

@@ -17,8 +17,8 @@
 
 namespace vormel {
 
-/// Owns the queue and everything that works on it; the one object that views talk to. Created once, on the UI thread, and
-/// used there alone. Construction restores the queue; nothing starts by itself.
+/// Owns the queue and everything that works on it; the one object that views talk to. Created once, on the UI thread,
+/// and used there alone. Construction restores the queue; nothing starts by itself.
 class DownloadManager final : public QObject,
                               private ItemTable::Listener,
                               private SchedulingRules,
@@ -66,7 +66,10 @@ public:
     [[nodiscard]] const std::optional<PendingCaptcha>& pendingCaptcha() const { return m_pendingCaptcha; }
     void addCaptchaLinks(const std::vector<Link>& urls);
     void cancelCaptcha();
-    [[nodiscard]] const std::optional<PendingHostSelection>& pendingHostSelection() const { return m_pendingHostSelection; }
+    [[nodiscard]] const std::optional<PendingHostSelection>& pendingHostSelection() const
+    {
+        return m_pendingHostSelection;
+    }
     void confirmHostSelection(const std::vector<Link>& urls);
     void cancelHostSelection();
     [[nodiscard]] const std::optional<SupportedHost>& pendingLogin() const { return m_pendingLogin; }

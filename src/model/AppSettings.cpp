@@ -18,7 +18,8 @@ std::optional<bool> typed(const QJsonValue& value, bool /*type*/)
 std::optional<qint64> typed(const QJsonValue& value, qint64 /*type*/)
 {
     constexpr double firstUnsafe = 9.2e18;
-    if (!value.isDouble() || std::trunc(value.toDouble()) != value.toDouble() || std::abs(value.toDouble()) > firstUnsafe)
+    if (!value.isDouble() || std::trunc(value.toDouble()) != value.toDouble() ||
+        std::abs(value.toDouble()) > firstUnsafe)
         return std::nullopt;
     return value.toInteger();
 }
@@ -60,8 +61,7 @@ Setting<T>::Setting(AppSettings& owner, QString key, T fallback, StartRead read)
     : m_owner(owner)
     , m_key(std::move(key))
     , m_value(startValue(owner.m_store, m_key, std::move(fallback), read))
-{
-}
+{}
 
 template <typename T>
 void Setting<T>::set(T value)
@@ -101,8 +101,7 @@ AppSettings::AppSettings(UserDefaults& store, const QString& downloadsFolder)
     , useCustomExtractionFolder(*this, QStringLiteral("useCustomExtractionFolder"), false, StartRead::Plain)
     , extractionFolderPath(*this, QStringLiteral("extractionFolderPath"), downloadsFolder)
     , language(*this, QStringLiteral("appLanguage"), AppLanguage::english)
-{
-}
+{}
 
 std::optional<QString> AppSettings::effectiveExtractionFolder() const
 {

@@ -74,7 +74,6 @@ Q_SIGNALS:
     void downloadRevFilesSet(bool value);
     void maxDownloadSpeedSet();
     void languageSet();
-
 };
 
 } // namespace vormel

@@ -26,8 +26,7 @@ DownloadItem::DownloadItem(Link originalUrl, ItemId id)
     , m_originalURL(std::move(originalUrl))
     , m_filename(firstName(m_originalURL))
     , m_hostName(hostText(m_originalURL))
-{
-}
+{}
 
 QString DownloadItem::speedText() const
 {

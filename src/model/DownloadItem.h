@@ -44,8 +44,8 @@ protected:
     ~ItemWatcher() = default;
 };
 
-/// One file to be fetched, or one placeholder for a link container that is being read. A reference object: all views and
-/// the manager share one instance. UI thread only.
+/// One file to be fetched, or one placeholder for a link container that is being read. A reference object: all views
+/// and the manager share one instance. UI thread only.
 class DownloadItem
 {
 public:

@@ -24,8 +24,7 @@ public:
 
     DownloadStatus(Kind kind = queued) // NOLINT(google-explicit-constructor): a kind is a status
         : m_kind(kind)
-    {
-    }
+    {}
     [[nodiscard]] static DownloadStatus failure(QString message);
 
     [[nodiscard]] Kind kind() const { return m_kind; }
@@ -57,8 +56,7 @@ public:
 
     ExtractionStatus(Kind kind = idle) // NOLINT(google-explicit-constructor): a kind is a status
         : m_kind(kind)
-    {
-    }
+    {}
     [[nodiscard]] static ExtractionStatus failure(QString message);
 
     [[nodiscard]] Kind kind() const { return m_kind; }

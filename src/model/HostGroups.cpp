@@ -47,7 +47,8 @@ std::vector<PendingHostSelection::HostGroup> groupURLsByHost(const std::vector<L
     std::vector<PendingHostSelection::HostGroup> groups;
     for (const Link& url : urls) {
         const QString label = hostGroupLabel(url);
-        auto group = std::find_if(groups.begin(), groups.end(), [&label](const auto& g) { return g.displayName == label; });
+        auto group =
+            std::find_if(groups.begin(), groups.end(), [&label](const auto& g) { return g.displayName == label; });
         if (group == groups.end())
             group = groups.insert(groups.end(), {label, {}});
         group->urls.push_back(url);

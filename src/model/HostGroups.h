@@ -4,8 +4,8 @@
 
 namespace vormel {
 
-/// Under which name a link's host stands in a choice of hosts: the display name of a premium host, else the host in small
-/// letters without a leading "www."; "unknown" without a host.
+/// Under which name a link's host stands in a choice of hosts: the display name of a premium host, else the host in
+/// small letters without a leading "www."; "unknown" without a host.
 [[nodiscard]] QString hostGroupLabel(const Link& url);
 
 /// The host in small letters without a leading "www."; "unknown" without a host.

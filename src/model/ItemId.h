@@ -15,8 +15,7 @@ public:
     ItemId() = default;
     explicit ItemId(const QUuid& uuid)
         : m_uuid(uuid)
-    {
-    }
+    {}
     [[nodiscard]] static ItemId make() { return ItemId(QUuid::createUuid()); }
 
     [[nodiscard]] bool isNull() const { return m_uuid.isNull(); }

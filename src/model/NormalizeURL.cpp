@@ -46,6 +46,9 @@ bool mayEndPath(QStringView lastCharacter)
 Link normalizeURL(const Link& url)
 {
     QStringView path = url.encodedPath();
+    // Most links end in a plain letter or digit.
+    if (!path.isEmpty() && path.back().unicode() < 0x80 && path.back().isLetterOrNumber() && !path.contains(u'%'))
+        return url;
     while (!path.isEmpty()) {
         const qsizetype length = lastCharacterLength(path);
         if (mayEndPath(path.last(length)))

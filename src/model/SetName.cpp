@@ -8,7 +8,8 @@ namespace {
 
 const BoundedRegex& partSuffixPattern()
 {
-    static const BoundedRegex pattern(QStringLiteral(R"(\.part\d+\.(rar|rev)$)"), QRegularExpression::CaseInsensitiveOption);
+    static const BoundedRegex pattern(QStringLiteral(R"(\.part\d+\.(rar|rev)$)"),
+                                      QRegularExpression::CaseInsensitiveOption);
     return pattern;
 }
 

@@ -9,8 +9,8 @@ class FileWriter;
 class HttpClient;
 class UserDefaults;
 
-/// Everything that the program takes from the machine, handed down from where it is put together. Whatever is named here
-/// outlives all that uses it.
+/// Everything that the program takes from the machine, handed down from where it is put together. Whatever is named
+/// here outlives all that uses it.
 struct Platform
 {
     Clock& clock;

@@ -21,7 +21,8 @@ public:
     /// The service's label.
     [[nodiscard]] virtual QString name() const = 0;
     [[nodiscard]] virtual bool canHandle(const Link& url) const = 0;
-    [[nodiscard]] virtual QCoro::Task<std::vector<Link>> resolveContainer(Link url, std::optional<QString> password) const = 0;
+    [[nodiscard]] virtual QCoro::Task<std::vector<Link>> resolveContainer(Link url,
+                                                                          std::optional<QString> password) const = 0;
 };
 
 } // namespace vormel

@@ -29,8 +29,8 @@ public:
     [[nodiscard]] virtual SupportedHost supportedHost() const = 0;
     [[nodiscard]] virtual QCoro::Task<ResolvedDownload> resolveDownload(Link url, HostAccount account) const = 0;
 
-    /// The file's name: the last path component of the download address if that has a full stop, else the name that came
-    /// with it.
+    /// The file's name: the last path component of the download address if that has a full stop, else the name that
+    /// came with it.
     [[nodiscard]] virtual QCoro::Task<std::optional<QString>> fetchFilename(Link url, HostAccount account) const;
 };
 

@@ -7,8 +7,7 @@ ResolverError::ResolverError(Kind kind, const QString& description, SupportedHos
     , m_host(host)
     , m_description(description)
     , m_what(description.toUtf8())
-{
-}
+{}
 
 ResolverError ResolverError::noAccountConfigured(const QString& hostDisplayName)
 {
@@ -44,8 +43,7 @@ ContainerError::ContainerError(Kind kind, const QString& description)
     : m_kind(kind)
     , m_description(description)
     , m_what(description.toUtf8())
-{
-}
+{}
 
 ContainerError ContainerError::networkError(const QString& description)
 {

@@ -8,8 +8,8 @@
 
 namespace vormel {
 
-/// Why a file page gave no download address. Thrown by host resolvers; the description is the user's message, in English
-/// whatever the language.
+/// Why a file page gave no download address. Thrown by host resolvers; the description is the user's message, in
+/// English whatever the language.
 class ResolverError : public std::exception
 {
 public:

@@ -19,8 +19,7 @@ ResolverTables::ResolverTables(std::vector<std::unique_ptr<HostResolver>> hosts,
                                std::vector<std::unique_ptr<ContainerResolver>> containers)
     : m_hosts(std::move(hosts))
     , m_containers(std::move(containers))
-{
-}
+{}
 
 const ContainerResolver* ResolverTables::containerResolverForURL(const Link& url) const
 {

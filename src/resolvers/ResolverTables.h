@@ -13,7 +13,8 @@ class ResolverTables
 {
 public:
     ResolverTables() = default;
-    ResolverTables(std::vector<std::unique_ptr<HostResolver>> hosts, std::vector<std::unique_ptr<ContainerResolver>> containers);
+    ResolverTables(std::vector<std::unique_ptr<HostResolver>> hosts,
+                   std::vector<std::unique_ptr<ContainerResolver>> containers);
 
     /// The first container service that claims the link; null if none does.
     [[nodiscard]] const ContainerResolver* containerResolverForURL(const Link& url) const;

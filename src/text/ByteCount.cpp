@@ -15,13 +15,12 @@ struct Unit
     int decimals;
 };
 
-constexpr std::array<Unit, 6> units{
-    {{QLatin1StringView{"KB"}, 0},
-     {QLatin1StringView{"MB"}, 1},
-     {QLatin1StringView{"GB"}, 2},
-     {QLatin1StringView{"TB"}, 2},
-     {QLatin1StringView{"PB"}, 2},
-     {QLatin1StringView{"EB"}, 2}}};
+constexpr std::array<Unit, 6> units{{{QLatin1StringView{"KB"}, 0},
+                                     {QLatin1StringView{"MB"}, 1},
+                                     {QLatin1StringView{"GB"}, 2},
+                                     {QLatin1StringView{"TB"}, 2},
+                                     {QLatin1StringView{"PB"}, 2},
+                                     {QLatin1StringView{"EB"}, 2}}};
 
 const QLocale& groupingLocale()
 {
@@ -54,7 +53,8 @@ QString byteCountText(qint64 bytes)
     if (bytes == 0)
         return QStringLiteral("Zero KB");
     if (bytes < 0)
-        return u'-' + byteCountText(bytes == std::numeric_limits<qint64>::min() ? std::numeric_limits<qint64>::max() : -bytes);
+        return u'-' +
+               byteCountText(bytes == std::numeric_limits<qint64>::min() ? std::numeric_limits<qint64>::max() : -bytes);
     if (bytes == 1)
         return QStringLiteral("1 byte");
     if (bytes < 1024)

@@ -1,12 +1,15 @@
 #include "text/FileName.h"
 
+#include <algorithm>
+
 namespace vormel {
 
 namespace {
 
 /// File systems allow 255 bytes; this leaves room for ".download" and for " (12345)".
 constexpr qsizetype longestNameBytes = 235;
-constexpr qsizetype longestKeptExtension = 20;
+/// The end of a name that is cut elsewhere: extension and part number, by which the files of a set differ.
+constexpr qsizetype keptTail = 40;
 
 qsizetype extensionDot(QStringView name)
 {
@@ -16,7 +19,7 @@ qsizetype extensionDot(QStringView name)
 
 bool isHarmful(QChar c)
 {
-    return c == u'/' || c.unicode() < 0x20 || c.unicode() == 0x7f || c.category() == QChar::Other_Control;
+    return c == u'/' || c.unicode() < 0x20 || (c.unicode() >= 0x7f && c.category() == QChar::Other_Control);
 }
 
 QString cutToBytes(QString text, qsizetype bytes)
@@ -32,14 +35,14 @@ QString cutToBytes(QString text, qsizetype bytes)
 
 QString shortened(const QString& name)
 {
-    if (name.toUtf8().size() <= longestNameBytes)
+    constexpr qsizetype mostBytesPerUnit = 3;
+    if (name.size() * mostBytesPerUnit <= longestNameBytes || name.toUtf8().size() <= longestNameBytes)
         return name;
-    QString extension = pathExtension(name);
-    if (extension.size() > longestKeptExtension)
-        extension.clear();
-    const QString tail = extension.isEmpty() ? QString() : u'.' + extension;
-    const QString stem = name.chopped(tail.size());
-    return cutToBytes(stem, longestNameBytes - tail.toUtf8().size()) + tail;
+    qsizetype cut = std::max<qsizetype>(name.size() - keptTail, 0);
+    if (name[cut].isLowSurrogate())
+        ++cut;
+    const QString tail = name.mid(cut);
+    return cutToBytes(name.left(cut), longestNameBytes - tail.toUtf8().size()) + tail;
 }
 
 } // namespace
@@ -66,12 +69,11 @@ QString lastComponent(QStringView path)
 QString safeFileName(const QString& name)
 {
     QString safe = name;
-    for (QChar& c : safe) {
-        if (isHarmful(c))
-            c = u'_';
-    }
+    if (std::any_of(name.begin(), name.end(), isHarmful))
+        std::replace_if(safe.begin(), safe.end(), isHarmful, QChar(u'_'));
     // Lone halves of a surrogate pair have no UTF-8 form, so the name on disk would not be the name asked for.
-    safe = QString::fromUtf8(safe.toUtf8());
+    if (!safe.isValidUtf16())
+        safe = QString::fromUtf8(safe.toUtf8());
     if (safe.isEmpty() || safe == u"." || safe == u"..")
         return QStringLiteral("_");
     return shortened(safe);

@@ -14,9 +14,10 @@ namespace vormel {
 /// The text behind the last "/"; slashes at the end do not count.
 [[nodiscard]] QString lastComponent(QStringView path);
 
-/// Makes any text from outside a name that can only ever stand for one file inside a folder: no slash, no NUL, no control
-/// character, neither "." nor "..", not empty, and short enough in UTF-8 that ".download" and a number may still be added.
-/// A name that is safe already comes back as it is. Every name on its way to the disk goes through here.
+/// Makes any text from outside a name that can only ever stand for one file inside a folder: no slash, no NUL, no
+/// control character, neither "." nor "..", not empty, and short enough in UTF-8 that ".download" and a number may
+/// still be added. A name that is safe already comes back as it is. Every name on its way to the disk goes through
+/// here.
 [[nodiscard]] QString safeFileName(const QString& name);
 
 } // namespace vormel

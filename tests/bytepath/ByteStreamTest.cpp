@@ -28,7 +28,8 @@ QString url(const FileServer& server, const char* path)
 bool isSource(const Sandbox& sandbox, const QString& name, const PatternContent& source)
 {
     const QByteArray bytes = sandbox.read(name);
-    return bytes.size() == source.size() && !source.firstMismatch(0, std::span(bytes.constData(), static_cast<std::size_t>(bytes.size())));
+    return bytes.size() == source.size() &&
+           !source.firstMismatch(0, std::span(bytes.constData(), static_cast<std::size_t>(bytes.size())));
 }
 
 qint64 residentBytes()
@@ -75,7 +76,8 @@ TEST(ByteStream, CarriesManyTransfersAtOnceUnderACap)
     engine.manager().startAll();
     for (int i = 0; i < 10; ++i) {
         ASSERT_TRUE(engine.runToEnd(items[static_cast<std::size_t>(i)]));
-        EXPECT_TRUE(isSource(engine.sandbox, QStringLiteral("Downloads/%1.bin").arg(i), PatternContent(static_cast<std::uint64_t>(i), 400000)));
+        EXPECT_TRUE(isSource(engine.sandbox, QStringLiteral("Downloads/%1.bin").arg(i),
+                             PatternContent(static_cast<std::uint64_t>(i), 400000)));
     }
 }
 
@@ -128,7 +130,8 @@ TEST(ByteStream, TellsAServerThatIsNotThere)
 TEST(ByteStream, EndsInOrderWhileTransfersRun)
 {
     FileServer server;
-    server.serve("/file.bin", {.content = PatternContent(5, 50 * 1024 * 1024), .answers = {Answer::file().dripping(4096, 1ms)}});
+    server.serve("/file.bin",
+                 {.content = PatternContent(5, 50 * 1024 * 1024), .answers = {Answer::file().dripping(4096, 1ms)}});
     for (int i = 0; i < 10; ++i) {
         LiveEngine engine;
         const ItemPtr item = engine.add(url(server, "/file.bin"));

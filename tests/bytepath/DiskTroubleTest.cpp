@@ -45,7 +45,8 @@ protected:
     {
         QFile file(path);
         const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-        return bytes.size() == fileSize && !source.firstMismatch(0, std::span(bytes.constData(), static_cast<std::size_t>(bytes.size())));
+        return bytes.size() == fileSize &&
+               !source.firstMismatch(0, std::span(bytes.constData(), static_cast<std::size_t>(bytes.size())));
     }
     [[nodiscard]] QString downloaded() const { return engine.sandbox.path(QStringLiteral("Downloads/file.bin")); }
 
@@ -139,7 +140,8 @@ TEST_F(DiskTrouble, StartsAnewWhenTheFolderIsRemovedDuringTheDownload)
     server.setAnswers("/file.bin", {Answer::file().stallAfter(400000), Answer::file()});
     const ItemPtr item = engine.add(QString::fromStdString(server.url("/file.bin")));
     engine.manager().startAll();
-    ASSERT_TRUE(waitUntil([this] { return engine.sandbox.read(QStringLiteral("Downloads/file.bin.download")).size() >= 262144; }));
+    ASSERT_TRUE(waitUntil(
+        [this] { return engine.sandbox.read(QStringLiteral("Downloads/file.bin.download")).size() >= 262144; }));
     ASSERT_TRUE(QDir(engine.sandbox.path(QStringLiteral("Downloads"))).removeRecursively());
     server.release();
     ASSERT_TRUE(engine.runToEnd(item));
@@ -154,7 +156,8 @@ TEST_F(DiskTrouble, HarmsNoOtherItem)
     server.setAnswers("/file.bin", {Answer::file().stallAfter(400000), Answer::file()});
     const ItemPtr item = engine.add(QString::fromStdString(server.url("/file.bin")));
     engine.manager().startAll();
-    ASSERT_TRUE(waitUntil([this] { return engine.sandbox.read(QStringLiteral("Downloads/file.bin.download")).size() >= 262144; }));
+    ASSERT_TRUE(waitUntil(
+        [this] { return engine.sandbox.read(QStringLiteral("Downloads/file.bin.download")).size() >= 262144; }));
     ASSERT_TRUE(QFile::remove(engine.sandbox.path(QStringLiteral("Downloads/file.bin.download"))));
     server.release();
     ASSERT_TRUE(engine.runToEnd(fine));

@@ -49,16 +49,20 @@ const std::vector<Behaviour>& behaviours()
         {"NotFoundText", Answer::page(404, "not here", "text/plain"), Same, Failed, Same, Failed},
         {"UnavailableText", Answer::page(503, "later", "text/plain"), Same, Failed, Same, Failed},
         {"UnavailableEmpty", Answer::empty(503), Same, Failed, Same, Failed},
-        {"ErrorBodyLargerThanTheFile", Answer::page(500, PatternContent(9, fileSize * 2), "application/octet-stream"), Same, Failed, Same, Failed},
+        {"ErrorBodyLargerThanTheFile", Answer::page(500, PatternContent(9, fileSize * 2), "application/octet-stream"),
+         Same, Failed, Same, Failed},
         {"Forbidden", Answer::empty(403), Same, Failed, Same, Failed},
         {"NoContent", Answer::empty(204), Same, Failed, Same, Failed},
         {"NotModified", Answer::empty(304), Same, Failed, Same, Failed},
         {"UnavailablePage", Answer::page(503, html), Failed, Failed, Failed, Failed},
         {"PageInstead", Answer::page(200, html), Failed, Failed, Failed, Failed},
         {"PageAsPiece", Answer::page(206, html), Failed, Failed, Failed, Failed},
-        {"RangeRefusedText", Answer::rangeRefused().withHeader("Content-Type", "text/plain"), Same, Failed, Same, Failed},
-        {"RangeRefusedBare", Answer::rangeRefused().withoutContentRange().withHeader("Content-Type", "text/plain"), Same, Failed, Same, Failed},
-        {"RedirectNowhere", Answer::redirectNowhere(302).withHeader("Content-Type", "text/plain"), Same, Failed, Same, Failed},
+        {"RangeRefusedText", Answer::rangeRefused().withHeader("Content-Type", "text/plain"), Same, Failed, Same,
+         Failed},
+        {"RangeRefusedBare", Answer::rangeRefused().withoutContentRange().withHeader("Content-Type", "text/plain"),
+         Same, Failed, Same, Failed},
+        {"RedirectNowhere", Answer::redirectNowhere(302).withHeader("Content-Type", "text/plain"), Same, Failed, Same,
+         Failed},
         {"RedirectLoop", Answer::redirect(302, "/file.bin"), Same, Failed, Same, Failed},
         {"RedirectToFtp", Answer::redirect(302, "ftp://127.0.0.1/x"), Same, Failed, Same, Failed},
         {"RedirectToLocalFile", Answer::redirect(302, "file:///etc/passwd"), Same, Failed, Same, Failed},
@@ -142,7 +146,8 @@ protected:
 
 std::string caseName(const ::testing::TestParamInfo<Case>& row)
 {
-    return std::string(row.param.behaviour.name) + (row.param.isResumed ? "_Resumed" : "_Fresh") + (row.param.isOnce ? "_Once" : "_Always");
+    return std::string(row.param.behaviour.name) + (row.param.isResumed ? "_Resumed" : "_Fresh") +
+           (row.param.isOnce ? "_Once" : "_Always");
 }
 
 } // namespace
@@ -175,7 +180,8 @@ TEST_P(MisbehavingServer, NeverSpoilsAFile)
         break;
     }
     EXPECT_EQ(other->status(), DownloadStatus::completed);
-    EXPECT_TRUE(engine.sandbox.read(QStringLiteral("Downloads/other.bin")) == bytesOf(PatternContent(2, fileSize), fileSize));
+    EXPECT_TRUE(engine.sandbox.read(QStringLiteral("Downloads/other.bin")) ==
+                bytesOf(PatternContent(2, fileSize), fileSize));
 }
 
 INSTANTIATE_TEST_SUITE_P(Behaviours, MisbehavingServer, ::testing::ValuesIn(cases()), caseName);

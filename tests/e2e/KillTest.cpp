@@ -31,7 +31,8 @@ QByteArray randomBytes(std::mt19937_64& random, qsizetype size)
     return bytes;
 }
 
-/// Files of all sizes on a real server, and the engine as a process that is killed again and again while it fetches them.
+/// Files of all sizes on a real server, and the engine as a process that is killed again and again while it fetches
+/// them.
 class KillTest : public ::testing::Test
 {
 protected:
@@ -111,7 +112,8 @@ TEST_F(KillTest, EveryFileIsWholeAfterManyKills)
         while (!isDone) {
             QProcess engine;
             startEngine(engine, profile);
-            // Some starts are given enough time to finish, so that every moment of a download is hit, the last ones too.
+            // Some starts are given enough time to finish, so that every moment of a download is hit, the last ones
+            // too.
             const int delay = static_cast<int>(random() % 260);
             if (engine.waitForFinished(delay)) {
                 isDone = true;

@@ -7,6 +7,7 @@
 #include <QProcessEnvironment>
 
 #include <gtest/gtest.h>
+
 #include <signal.h> // NOLINT(modernize-deprecated-headers): kill() is POSIX
 
 using namespace vormel;

@@ -72,7 +72,8 @@ TEST(ContentDisposition, NeverNamesAnotherFolder)
 TEST(ContentDisposition, AnswersAHostileHeaderInTime)
 {
     QString header = QStringLiteral("filename*");
-    header += QString(1000000, u' ') + QStringLiteral("x; ") + QString(1000, u'\'') + QStringLiteral("filename=\"ok.rar\"");
+    header +=
+        QString(1000000, u' ') + QStringLiteral("x; ") + QString(1000, u'\'') + QStringLiteral("filename=\"ok.rar\"");
     EXPECT_EQ(nameFrom(header), QStringLiteral("ok.rar"));
 }
 

@@ -17,10 +17,14 @@ QString filestore(int number)
 class FilenamePrefetchTest : public ::testing::Test
 {
 protected:
-    FilenamePrefetchTest() { shop.manager().setAccounts({account(SupportedHost::filestore), account(SupportedHost::terabytez)}); }
+    FilenamePrefetchTest()
+    {
+        shop.manager().setAccounts({account(SupportedHost::filestore), account(SupportedHost::terabytez)});
+    }
     void name(std::size_t call, const QString& filename)
     {
-        log->resolves.at(call).answer->deliver(ResolvedDownload{link(QStringLiteral("https://cdn.example/opaque")), filename});
+        log->resolves.at(call).answer->deliver(
+            ResolvedDownload{link(QStringLiteral("https://cdn.example/opaque")), filename});
         turnEventLoop();
     }
     void failWith(std::size_t call, const ResolverError& error)
@@ -109,7 +113,8 @@ TEST_F(FilenamePrefetchTest, LeavesAnItemAloneThatIsNoLongerWaiting)
 
 TEST_F(FilenamePrefetchTest, AsksNobodyWhereNothingCanBeLearnt)
 {
-    shop.add({QStringLiteral("http://direct/x"), QStringLiteral("https://terabytez.example/x"), QStringLiteral("https://filestore.example/a.rev")});
+    shop.add({QStringLiteral("http://direct/x"), QStringLiteral("https://terabytez.example/x"),
+              QStringLiteral("https://filestore.example/a.rev")});
     EXPECT_EQ(lookUps(), 0U);
     shop.settings().downloadRevFiles.set(true);
     shop.add(QStringLiteral("https://filestore.example/b.rev"));

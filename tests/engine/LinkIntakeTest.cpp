@@ -137,14 +137,16 @@ TEST_F(LinkIntakeTest, KeepsAFailedContainerWithItsText)
     paste(containerLink);
     answer(0, ContainerError::noLinksFound());
     ASSERT_EQ(shop.manager().items().size(), 1U);
-    EXPECT_EQ(shop.manager().items()[0]->status(), DownloadStatus::failure(QStringLiteral("No links found in the container")));
+    EXPECT_EQ(shop.manager().items()[0]->status(),
+              DownloadStatus::failure(QStringLiteral("No links found in the container")));
     EXPECT_EQ(names(), QStringList{QStringLiteral("container.example: XYZ")});
 }
 
 TEST_F(LinkIntakeTest, AsksWhichHostWhenAContainerHasSeveral)
 {
     paste(containerLink);
-    const std::vector<Link> links{link(QStringLiteral("http://other.example/1")), link(QStringLiteral("http://www.terabytez.example/1")),
+    const std::vector<Link> links{link(QStringLiteral("http://other.example/1")),
+                                  link(QStringLiteral("http://www.terabytez.example/1")),
                                   link(QStringLiteral("http://filestore.example/1"))};
     answer(0, links);
     EXPECT_TRUE(shop.manager().items().empty());
@@ -176,7 +178,8 @@ TEST_F(LinkIntakeTest, AsksForACaptchaAndPutsItsLinksInThePlaceholdersStead)
     const ItemPtr placeholder = shop.manager().items().at(0);
     EXPECT_EQ(placeholder->status(), DownloadStatus::expanding);
     EXPECT_EQ(placeholder->filename(), QStringLiteral("CAPTCHA: container.example"));
-    EXPECT_EQ(shop.manager().pendingCaptcha(), (PendingCaptcha{placeholder->id(), link(containerLink), QStringLiteral("pw")}));
+    EXPECT_EQ(shop.manager().pendingCaptcha(),
+              (PendingCaptcha{placeholder->id(), link(containerLink), QStringLiteral("pw")}));
     shop.manager().addCaptchaLinks({link(QStringLiteral("http://a/1")), link(QStringLiteral("http://b/1"))});
     EXPECT_EQ(shop.manager().pendingCaptcha(), std::nullopt);
     EXPECT_EQ(shop.manager().pendingHostSelection(), std::nullopt);

@@ -1,4 +1,5 @@
 #include "engine/transfer/PartFile.h"
+
 #include "fixtures/Sandbox.h"
 
 #include <QFile>

@@ -40,7 +40,8 @@ TEST_F(QueueCommandsTest, StartAllLiftsPausedItemsAndLeavesStoppedOnes)
 TEST_F(QueueCommandsTest, PauseAllPausesWhatWaitsAndWhatRuns)
 {
     shop.settings().maxConcurrentDownloads.set(1);
-    const auto items = shop.add({QStringLiteral("http://h/a"), QStringLiteral("http://h/b"), QStringLiteral("http://h/c"), QStringLiteral("http://h/d")});
+    const auto items = shop.add({QStringLiteral("http://h/a"), QStringLiteral("http://h/b"),
+                                 QStringLiteral("http://h/c"), QStringLiteral("http://h/d")});
     shop.manager().startAll();
     turnEventLoop();
     items[2]->setStatus(DownloadStatus::resolving);

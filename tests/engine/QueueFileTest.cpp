@@ -1,8 +1,8 @@
 #include "fixtures/EventLoop.h"
 #include "fixtures/Workshop.h"
 
-#include <QElapsedTimer>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -70,10 +70,11 @@ TEST_F(QueueFileTest, WritesTheKeysInTheirOrder)
     shop.flush();
     const QByteArray json = shop.sandbox.read(queueFile);
     qsizetype at = -1;
-    for (const char* key : {"[{\"id\":\"", "\"originalURL\":\"http://Host.Example/a.bin\"", "\"filename\":\"a.bin\"",
-                            "\"statusType\":\"failed\"", R"("statusMessage":"why \"so\"\n")", "\"progress\":", "\"bytesReceived\":0",
-                            "\"totalBytes\":0", "\"resolvedURL\":\"http://cdn/a.bin\"", "\"resolvedAt\":", "\"localPath\":\"file:///",
-                            "\"hostName\":\"Host.Example\"", "\"extractionStatusType\":\"failed\"", "\"extractionError\":\"e\"}]"}) {
+    for (const char* key :
+         {"[{\"id\":\"", "\"originalURL\":\"http://Host.Example/a.bin\"", "\"filename\":\"a.bin\"",
+          "\"statusType\":\"failed\"", R"("statusMessage":"why \"so\"\n")", "\"progress\":", "\"bytesReceived\":0",
+          "\"totalBytes\":0", "\"resolvedURL\":\"http://cdn/a.bin\"", "\"resolvedAt\":", "\"localPath\":\"file:///",
+          "\"hostName\":\"Host.Example\"", "\"extractionStatusType\":\"failed\"", "\"extractionError\":\"e\"}]"}) {
         const qsizetype next = json.indexOf(key, at + 1);
         EXPECT_GT(next, at) << key << " in " << json.constData();
         at = next;
@@ -96,16 +97,18 @@ TEST_F(QueueFileTest, LeavesOutWhatHasNoValue)
 {
     shop.add(QStringLiteral("http://h/a.bin"));
     const QJsonObject stored = saved()[0].toObject();
-    EXPECT_THAT(stored.keys(), ::testing::UnorderedElementsAre(
-                                   QStringLiteral("id"), QStringLiteral("originalURL"), QStringLiteral("filename"),
-                                   QStringLiteral("statusType"), QStringLiteral("progress"), QStringLiteral("bytesReceived"),
-                                   QStringLiteral("totalBytes"), QStringLiteral("hostName"), QStringLiteral("extractionStatusType")));
+    EXPECT_THAT(stored.keys(),
+                ::testing::UnorderedElementsAre(
+                    QStringLiteral("id"), QStringLiteral("originalURL"), QStringLiteral("filename"),
+                    QStringLiteral("statusType"), QStringLiteral("progress"), QStringLiteral("bytesReceived"),
+                    QStringLiteral("totalBytes"), QStringLiteral("hostName"), QStringLiteral("extractionStatusType")));
 }
 
 TEST_F(QueueFileTest, PausesWhateverWasGoingOn)
 {
-    const auto items = shop.add({QStringLiteral("http://h/1"), QStringLiteral("http://h/2"), QStringLiteral("http://h/3"),
-                                 QStringLiteral("http://h/4"), QStringLiteral("http://h/5")});
+    const auto items =
+        shop.add({QStringLiteral("http://h/1"), QStringLiteral("http://h/2"), QStringLiteral("http://h/3"),
+                  QStringLiteral("http://h/4"), QStringLiteral("http://h/5")});
     items[0]->setStatus(DownloadStatus::queued);
     items[1]->setStatus(DownloadStatus::resolving);
     items[2]->setStatus(DownloadStatus::downloading);
@@ -126,7 +129,8 @@ TEST_F(QueueFileTest, ForgetsPlaceholdersOfContainers)
 
 TEST_F(QueueFileTest, BringsARunningExtractionBackIdle)
 {
-    const auto items = shop.add({QStringLiteral("http://h/1"), QStringLiteral("http://h/2"), QStringLiteral("http://h/3")});
+    const auto items =
+        shop.add({QStringLiteral("http://h/1"), QStringLiteral("http://h/2"), QStringLiteral("http://h/3")});
     items[0]->setExtractionStatus(ExtractionStatus::repairing);
     items[1]->setExtractionStatus(ExtractionStatus::extracting);
     items[2]->setExtractionStatus(ExtractionStatus::done);
@@ -212,7 +216,8 @@ TEST_F(QueueFileTest, ReadsAnUnknownStatusAsPaused)
 
 TEST_F(QueueFileTest, KeepsTheFirstOfTwoRecordsOfOneLink)
 {
-    QJsonObject second = record(QStringLiteral("http://H/X.bin"), QStringLiteral("stopped"), QUuid::createUuid().toString(QUuid::WithoutBraces));
+    QJsonObject second = record(QStringLiteral("http://H/X.bin"), QStringLiteral("stopped"),
+                                QUuid::createUuid().toString(QUuid::WithoutBraces));
     restoreFrom(QJsonArray{record(QStringLiteral("http://h/x.bin"), QStringLiteral("completed")), second});
     ASSERT_EQ(shop.manager().items().size(), 1U);
     EXPECT_EQ(only().status(), DownloadStatus::completed);
@@ -270,7 +275,10 @@ QByteArray withChange(const char* key, const QJsonValue& value)
 {
     QJsonObject changed = record(QStringLiteral("http://h/x.bin"), QStringLiteral("paused"));
     changed[QLatin1StringView(key)] = value;
-    return QJsonDocument(QJsonArray{record(QStringLiteral("http://h/y.bin"), QStringLiteral("paused"), QStringLiteral("6F9619FF-8B86-D011-B42D-00CF4FC964FE")), changed}).toJson();
+    return QJsonDocument(QJsonArray{record(QStringLiteral("http://h/y.bin"), QStringLiteral("paused"),
+                                           QStringLiteral("6F9619FF-8B86-D011-B42D-00CF4FC964FE")),
+                                    changed})
+        .toJson();
 }
 
 class BadQueueFile : public QueueFileTest, public ::testing::WithParamInterface<BadFile>
@@ -289,20 +297,21 @@ TEST_P(BadQueueFile, GivesAnEmptyQueueAndIsKeptBesideTheNewOne)
 
 INSTANTIATE_TEST_SUITE_P(
     Shapes, BadQueueFile,
-    ::testing::Values(BadFile{"Cut", withChange("progress", 0.5).chopped(40)}, BadFile{"Empty", ""},
-                      BadFile{"NoJson", "hello"}, BadFile{"Object", "{}"}, BadFile{"Number", "7"},
-                      BadFile{"ArrayOfNumbers", "[1,2]"}, BadFile{"DeeplyNested", QByteArray(1000000, '[')},
-                      BadFile{"DeeplyNestedClosed", QByteArray(1000000, '[') + QByteArray(1000000, ']')},
-                      BadFile{"InvalidUtf8", withChange("filename", QStringLiteral("MARK")).replace("MARK", "\xff\xfe")},
-                      BadFile{"MissingKey", withChange("hostName", QJsonValue::Undefined)},
-                      BadFile{"TextForNumber", withChange("totalBytes", QStringLiteral("100"))},
-                      BadFile{"FractionForInteger", withChange("bytesReceived", 1.5)},
-                      BadFile{"HugeNumber", withChange("bytesReceived", 1e300)},
-                      BadFile{"NumberForText", withChange("filename", 5)}, BadFile{"BadId", withChange("id", QStringLiteral("x"))},
-                      BadFile{"NullId", withChange("id", QStringLiteral("00000000-0000-0000-0000-000000000000"))},
-                      BadFile{"TwiceTheSameId", withChange("id", QStringLiteral("6F9619FF-8B86-D011-B42D-00CF4FC964FE"))},
-                      BadFile{"NoLink", withChange("originalURL", QStringLiteral("not a link"))},
-                      BadFile{"Infinity", withChange("progress", 0.5).replace("0.5", "1e999")}),
+    ::testing::Values(
+        BadFile{"Cut", withChange("progress", 0.5).chopped(40)}, BadFile{"Empty", ""}, BadFile{"NoJson", "hello"},
+        BadFile{"Object", "{}"}, BadFile{"Number", "7"}, BadFile{"ArrayOfNumbers", "[1,2]"},
+        BadFile{"DeeplyNested", QByteArray(1000000, '[')},
+        BadFile{"DeeplyNestedClosed", QByteArray(1000000, '[') + QByteArray(1000000, ']')},
+        BadFile{"InvalidUtf8", withChange("filename", QStringLiteral("MARK")).replace("MARK", "\xff\xfe")},
+        BadFile{"MissingKey", withChange("hostName", QJsonValue::Undefined)},
+        BadFile{"TextForNumber", withChange("totalBytes", QStringLiteral("100"))},
+        BadFile{"FractionForInteger", withChange("bytesReceived", 1.5)},
+        BadFile{"HugeNumber", withChange("bytesReceived", 1e300)}, BadFile{"NumberForText", withChange("filename", 5)},
+        BadFile{"BadId", withChange("id", QStringLiteral("x"))},
+        BadFile{"NullId", withChange("id", QStringLiteral("00000000-0000-0000-0000-000000000000"))},
+        BadFile{"TwiceTheSameId", withChange("id", QStringLiteral("6F9619FF-8B86-D011-B42D-00CF4FC964FE"))},
+        BadFile{"NoLink", withChange("originalURL", QStringLiteral("not a link"))},
+        BadFile{"Infinity", withChange("progress", 0.5).replace("0.5", "1e999")}),
     [](const ::testing::TestParamInfo<BadFile>& row) { return std::string(row.param.name); });
 
 } // namespace

@@ -1,8 +1,7 @@
-#include "fixtures/EventLoop.h"
-#include "fixtures/Workshop.h"
-
 #include "engine/completion/FinalFile.h"
 #include "engine/transfer/TransferTexts.h"
+#include "fixtures/EventLoop.h"
+#include "fixtures/Workshop.h"
 
 #include <QFile>
 
@@ -41,7 +40,8 @@ protected:
     Workshop shop;
 };
 
-const QString pageText = QStringLiteral("Server returned a web page, not the file — the link may be expired or need a premium account.");
+const QString pageText =
+    QStringLiteral("Server returned a web page, not the file — the link may be expired or need a premium account.");
 
 } // namespace
 
@@ -62,7 +62,8 @@ TEST_F(TransferCompletionTest, RecognisesAGeographicBlockInAnyLetterCase)
     const ItemPtr item = shop.start(rarLink);
     failPage("<h1>GeoLocation denied</h1>");
     EXPECT_EQ(item->status(),
-              DownloadStatus::failure(QStringLiteral("Download blocked: the server does not allow access from your country (geo-restricted).")));
+              DownloadStatus::failure(QStringLiteral(
+                  "Download blocked: the server does not allow access from your country (geo-restricted).")));
 }
 
 TEST_F(TransferCompletionTest, RecognisesABlockedCountryAndSpeaksItalian)
@@ -71,7 +72,8 @@ TEST_F(TransferCompletionTest, RecognisesABlockedCountryAndSpeaksItalian)
     const ItemPtr item = shop.start(rarLink);
     failPage("Blocked Country");
     EXPECT_EQ(item->status(),
-              DownloadStatus::failure(QStringLiteral("Download bloccato: il server non consente l'accesso dal tuo paese (geo-restriction).")));
+              DownloadStatus::failure(QStringLiteral(
+                  "Download bloccato: il server non consente l'accesso dal tuo paese (geo-restriction).")));
 }
 
 TEST_F(TransferCompletionTest, TellsAnyOtherPageInItalian)
@@ -79,13 +81,14 @@ TEST_F(TransferCompletionTest, TellsAnyOtherPageInItalian)
     shop.settings().language.set(AppLanguage::italian);
     const ItemPtr item = shop.start(rarLink);
     failPage("\xff\xfe geolocation");
-    EXPECT_EQ(item->status().message(),
-              QStringLiteral("Il server ha restituito una pagina web, non il file — il link potrebbe essere scaduto o richiedere un account premium."));
+    EXPECT_EQ(item->status().message(), QStringLiteral("Il server ha restituito una pagina web, non il file — il link "
+                                                       "potrebbe essere scaduto o richiedere un account premium."));
 }
 
 TEST_F(TransferCompletionTest, UnderstandsAPageThatIsCutInsideACharacter)
 {
-    EXPECT_TRUE(webPageText("geolocation \xe2\x82", AppLanguage::english).startsWith(QStringLiteral("Download blocked")));
+    EXPECT_TRUE(
+        webPageText("geolocation \xe2\x82", AppLanguage::english).startsWith(QStringLiteral("Download blocked")));
 }
 
 TEST_F(TransferCompletionTest, TriesALostConnectionAgainAfterGrowingDelays)
@@ -111,8 +114,9 @@ TEST_F(TransferCompletionTest, TriesALostConnectionAgainAfterGrowingDelays)
 TEST_F(TransferCompletionTest, TreatsAllNetworkErrorsAlike)
 {
     const ItemPtr item = shop.start(rarLink);
-    for (const HttpError::Kind kind : {HttpError::Kind::TimedOut, HttpError::Kind::CannotFindHost, HttpError::Kind::CertificateUntrusted,
-                                       HttpError::Kind::TooManyRedirects, HttpError::Kind::BadServerResponse}) {
+    for (const HttpError::Kind kind :
+         {HttpError::Kind::TimedOut, HttpError::Kind::CannotFindHost, HttpError::Kind::CertificateUntrusted,
+          HttpError::Kind::TooManyRedirects, HttpError::Kind::BadServerResponse}) {
         server().fail(kind);
         turnEventLoop();
         EXPECT_EQ(item->status(), DownloadStatus::queued);
@@ -165,7 +169,8 @@ TEST_F(TransferCompletionTest, TriesAShortFileEightTimesAndThenTellsTheNumbers)
         EXPECT_EQ(item->bytesReceived(), 999);
         EXPECT_DOUBLE_EQ(item->progress(), 0.999);
     }
-    EXPECT_EQ(item->status(), DownloadStatus::failure(QStringLiteral("Incomplete download (999 bytes of 1,000 bytes) — retry")));
+    EXPECT_EQ(item->status(),
+              DownloadStatus::failure(QStringLiteral("Incomplete download (999 bytes of 1,000 bytes) — retry")));
     EXPECT_EQ(requests(), 9U);
     EXPECT_TRUE(shop.recovery.countdowns.empty());
     EXPECT_EQ(shop.sandbox.read(partFile).size(), 999);
@@ -194,7 +199,8 @@ TEST_F(TransferCompletionTest, NeverCompletesAnErrorAnswer)
         EXPECT_EQ(shop.sandbox.read(partFile), "");
         shop.clock.advance(10s);
     }
-    EXPECT_EQ(item->status(), DownloadStatus::failure(QStringLiteral("The server answered with error 404 instead of the file — retry")));
+    EXPECT_EQ(item->status(), DownloadStatus::failure(
+                                  QStringLiteral("The server answered with error 404 instead of the file — retry")));
     EXPECT_EQ(item->totalBytes(), 0);
     EXPECT_EQ(requests(), 9U);
     EXPECT_FALSE(shop.sandbox.exists(QStringLiteral("Downloads/x.rar")));
@@ -230,7 +236,8 @@ TEST_F(TransferCompletionTest, TellsTheNumbersWhenErrorAnswersLeaveAFileShort)
         answer(503, {{"Content-Type", "text/plain"}}, "try later");
         shop.clock.advance(10s);
     }
-    EXPECT_EQ(item->status(), DownloadStatus::failure(QStringLiteral("Incomplete download (4 bytes of 8 bytes) — retry")));
+    EXPECT_EQ(item->status(),
+              DownloadStatus::failure(QStringLiteral("Incomplete download (4 bytes of 8 bytes) — retry")));
 }
 
 TEST_F(TransferCompletionTest, NumbersAFileWhoseNameIsTaken)
@@ -266,7 +273,8 @@ TEST(UniqueDestination, SurvivesPercentSignsAndPlaceholdersInNames)
 {
     const Sandbox sandbox;
     sandbox.write(QStringLiteral("%1 %2.%3"), "");
-    EXPECT_EQ(uniqueDestination(sandbox.path(QStringLiteral("%1 %2.%3"))), sandbox.path(QStringLiteral("%1 %2 (1).%3")));
+    EXPECT_EQ(uniqueDestination(sandbox.path(QStringLiteral("%1 %2.%3"))),
+              sandbox.path(QStringLiteral("%1 %2 (1).%3")));
 }
 
 TEST_F(TransferCompletionTest, FailsWhenTheFileCannotBeMovedAndKeepsItsBytes)
@@ -290,8 +298,8 @@ TEST_F(TransferCompletionTest, BringsARecoveryVolumeToItsArchive)
     rar->setStatus(DownloadStatus::completed);
     rar->setLocalPath(elsewhere);
     auto& exchange = *std::find_if(shop.http.exchanges().begin(), shop.http.exchanges().end(), [](const auto& e) {
-        return e->request.url.path().endsWith(QStringLiteral(".rev"));
-    })->get();
+                          return e->request.url.path().endsWith(QStringLiteral(".rev"));
+                      })->get();
     exchange.head(200, {{"Content-Length", "5"}});
     exchange.data("fresh");
     exchange.finish();
@@ -341,8 +349,9 @@ TEST(TransferTexts, ExistInBothLanguages)
         end.error.kind = static_cast<HttpError::Kind>(kind);
         EXPECT_NE(endText(end, AppLanguage::english), endText(end, AppLanguage::italian));
     }
-    for (const auto reason : {TransferEnd::Reason::ErrorAnswer, TransferEnd::Reason::ForeignRange, TransferEnd::Reason::SourceChanged,
-                              TransferEnd::Reason::NotWritten, TransferEnd::Reason::WebPage}) {
+    for (const auto reason :
+         {TransferEnd::Reason::ErrorAnswer, TransferEnd::Reason::ForeignRange, TransferEnd::Reason::SourceChanged,
+          TransferEnd::Reason::NotWritten, TransferEnd::Reason::WebPage}) {
         TransferEnd end;
         end.reason = reason;
         end.systemError = ENOSPC;

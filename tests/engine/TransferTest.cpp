@@ -437,16 +437,16 @@ TEST_P(HostileHeader, EndsAsAFileInTheDownloadFolder)
 
 INSTANTIATE_TEST_SUITE_P(
     Names, HostileHeader,
-    ::testing::Values(HostileName{"Parents", "filename=\"../../precious\""}, HostileName{"DotDot", "filename=\"..\""},
-                      HostileName{"Encoded", "filename*=UTF-8''..%2F..%2Fprecious"},
-                      HostileName{"Nul", "filename*=UTF-8''a%00b.rar"}, HostileName{"Newline", "filename*=UTF-8''a%0Ab.rar"},
-                      HostileName{"Long", "filename=\"" + QByteArray(300, 'n') + ".rar\""},
-                      HostileName{"LongAndWide", "filename=\"" + QByteArray("\xe6\xbc\xa2").repeated(200) + ".rar\""},
-                      HostileName{"SetWithoutBase", "filename=\".part1.rar\""},
-                      HostileName{"SetNamedDotDot", "filename=\"...part1.rar\""},
-                      HostileName{"SetNamedDot", "filename=\"..part1.rar\""},
-                      HostileName{"Absolute", "filename=\"/etc/passwd\""}, HostileName{"Latin1", "filename=\"caf\xe9.rar\""},
-                      HostileName{"Backslashes", "filename=\"..\\\\..\\\\x\""}),
+    ::testing::Values(
+        HostileName{"Parents", "filename=\"../../precious\""}, HostileName{"DotDot", "filename=\"..\""},
+        HostileName{"Encoded", "filename*=UTF-8''..%2F..%2Fprecious"}, HostileName{"Nul", "filename*=UTF-8''a%00b.rar"},
+        HostileName{"Newline", "filename*=UTF-8''a%0Ab.rar"},
+        HostileName{"Long", "filename=\"" + QByteArray(300, 'n') + ".rar\""},
+        HostileName{"LongAndWide", "filename=\"" + QByteArray("\xe6\xbc\xa2").repeated(200) + ".rar\""},
+        HostileName{"SetWithoutBase", "filename=\".part1.rar\""},
+        HostileName{"SetNamedDotDot", "filename=\"...part1.rar\""},
+        HostileName{"SetNamedDot", "filename=\"..part1.rar\""}, HostileName{"Absolute", "filename=\"/etc/passwd\""},
+        HostileName{"Latin1", "filename=\"caf\xe9.rar\""}, HostileName{"Backslashes", "filename=\"..\\\\..\\\\x\""}),
     [](const ::testing::TestParamInfo<HostileName>& row) { return std::string(row.param.label); });
 
 class HostileLink : public TransferTest, public ::testing::WithParamInterface<const char*>
@@ -462,11 +462,13 @@ TEST_P(HostileLink, EndsAsAFileInTheDownloadFolder)
     const QStringList files = shop.sandbox.files();
     EXPECT_EQ(files.filter(QStringLiteral("Downloads/")).size(), 1);
     for (const QString& file : files)
-        EXPECT_TRUE(file.startsWith(QStringLiteral("Downloads/")) || file.startsWith(QStringLiteral("data/"))) << qPrintable(file);
+        EXPECT_TRUE(file.startsWith(QStringLiteral("Downloads/")) || file.startsWith(QStringLiteral("data/")))
+            << qPrintable(file);
 }
 
 INSTANTIATE_TEST_SUITE_P(Paths, HostileLink,
-                         ::testing::Values("/..%2F..%2Fprecious", "/a%00b.rar", "/%2E%2E", "/a%0Ab.rar", "/...part1.rar", "/.part1.rar",
-                                           "/%2F%2F", "/", "", "/a%2F..%2F..part1.rar"));
+                         ::testing::Values("/..%2F..%2Fprecious", "/a%00b.rar", "/%2E%2E", "/a%0Ab.rar",
+                                           "/...part1.rar", "/.part1.rar", "/%2F%2F", "/", "",
+                                           "/a%2F..%2F..part1.rar"));
 
 } // namespace

@@ -105,3 +105,15 @@ TEST(DownloadPaths, noNameLeadsOutOfTheFolder)
 
 } // namespace
 } // namespace vormel
+
+TEST(DownloadPaths, theMembersOfASetWithAVeryLongNameKeepFilesOfTheirOwn)
+{
+    const DownloadPaths paths(QStringLiteral("/d"));
+    const QString base(300, u'n');
+    const QString first = paths.finalFile(base + QStringLiteral(".part1.rar"));
+    const QString second = paths.finalFile(base + QStringLiteral(".part2.rar"));
+    EXPECT_NE(first, second);
+    EXPECT_TRUE(first.endsWith(QStringLiteral(".part1.rar")));
+    EXPECT_EQ(paths.groupFolder(base + QStringLiteral(".part1.rar")),
+              paths.groupFolder(base + QStringLiteral(".part2.rar")));
+}

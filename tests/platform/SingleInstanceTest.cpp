@@ -1,6 +1,7 @@
+#include "platform/desktop/SingleInstance.h"
+
 #include "fixtures/EventLoop.h"
 #include "fixtures/Sandbox.h"
-#include "platform/desktop/SingleInstance.h"
 
 #include <gtest/gtest.h>
 

@@ -15,8 +15,7 @@ QueueCommands::QueueCommands(ItemTable& table, TransferSession& session, Downloa
     , m_starter(starter)
     , m_completion(completion)
     , m_queue(queue)
-{
-}
+{}
 
 void QueueCommands::startAll()
 {

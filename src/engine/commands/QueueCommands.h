@@ -8,8 +8,8 @@ class DownloadStarter;
 class TransferCompletion;
 class TransferSession;
 
-/// What the user can do to the queue. Paused items come back with Start All; stopped ones stay out until started one by one.
-/// UI thread only.
+/// What the user can do to the queue. Paused items come back with Start All; stopped ones stay out until started one by
+/// one. UI thread only.
 class QueueCommands
 {
 public:
@@ -24,7 +24,8 @@ public:
     };
 
     /// All must outlive this.
-    QueueCommands(ItemTable& table, TransferSession& session, DownloadStarter& starter, TransferCompletion& completion, Queue& queue);
+    QueueCommands(ItemTable& table, TransferSession& session, DownloadStarter& starter, TransferCompletion& completion,
+                  Queue& queue);
 
     void startAll();
     void pauseAll();

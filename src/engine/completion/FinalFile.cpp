@@ -44,7 +44,8 @@ MoveResult moveToFinalPlace(const QString& from, const QString& to)
     const QByteArray source = QFile::encodeName(from);
     while (true) {
         const QString target = uniqueDestination(to);
-        if (::renameat2(AT_FDCWD, source.constData(), AT_FDCWD, QFile::encodeName(target).constData(), RENAME_NOREPLACE) == 0)
+        if (::renameat2(AT_FDCWD, source.constData(), AT_FDCWD, QFile::encodeName(target).constData(),
+                        RENAME_NOREPLACE) == 0)
             return {target, 0};
         if (errno == EINVAL && ::rename(source.constData(), QFile::encodeName(target).constData()) == 0)
             return {target, 0}; // a file system without the careful kind of move

@@ -31,22 +31,21 @@ bool isFirstVolume(const QString& filename)
 
 bool isFailure(TransferEnd::Reason reason)
 {
-    return reason == TransferEnd::Reason::NetworkError || reason == TransferEnd::Reason::ErrorAnswer
-        || reason == TransferEnd::Reason::ForeignRange || reason == TransferEnd::Reason::SourceChanged;
+    return reason == TransferEnd::Reason::NetworkError || reason == TransferEnd::Reason::ErrorAnswer ||
+           reason == TransferEnd::Reason::ForeignRange || reason == TransferEnd::Reason::SourceChanged;
 }
 
 } // namespace
 
-TransferCompletion::TransferCompletion(ItemTable& table, const AppSettings& settings, Clock& clock, PostDownload& postDownload,
-                                       FailureRecovery& recovery, Queue& queue)
+TransferCompletion::TransferCompletion(ItemTable& table, const AppSettings& settings, Clock& clock,
+                                       PostDownload& postDownload, FailureRecovery& recovery, Queue& queue)
     : m_table(table)
     , m_settings(settings)
     , m_clock(clock)
     , m_postDownload(postDownload)
     , m_recovery(recovery)
     , m_queue(queue)
-{
-}
+{}
 
 void TransferCompletion::finishTransfer(DownloadItem& item, const TransferEnd& end)
 {
@@ -103,8 +102,10 @@ void TransferCompletion::transferFailed(DownloadItem& item, const TransferEnd& e
         return;
     m_retries.restore(item.id());
     const qint64 size = end.partPath ? sizeOnDisk(*end.partPath) : 0;
-    const bool isShort = end.reason == TransferEnd::Reason::ErrorAnswer && item.totalBytes() >= 1 && size < item.totalBytes();
-    const QString message = isShort ? incompleteText(size, item.totalBytes()) : endText(end, m_settings.language.value());
+    const bool isShort =
+        end.reason == TransferEnd::Reason::ErrorAnswer && item.totalBytes() >= 1 && size < item.totalBytes();
+    const QString message =
+        isShort ? incompleteText(size, item.totalBytes()) : endText(end, m_settings.language.value());
     item.setStatus(DownloadStatus::failure(message));
     m_recovery.startRecoveryCountdown(item, recoveryCountdownSeconds);
     m_recovery.scheduleRecoveryCheck(item);
@@ -120,7 +121,8 @@ void TransferCompletion::fileIsShort(DownloadItem& item, const TransferEnd& end,
     if (!retryLater(item)) {
         m_retries.restore(item.id());
         const bool isShort = isTotalKnown && size < item.totalBytes();
-        const QString message = isShort ? incompleteText(size, item.totalBytes()) : endText(end, m_settings.language.value());
+        const QString message =
+            isShort ? incompleteText(size, item.totalBytes()) : endText(end, m_settings.language.value());
         item.setStatus(DownloadStatus::failure(message));
     }
     m_queue.processQueue();

@@ -10,8 +10,8 @@ namespace vormel {
 class AppSettings;
 class PostDownload;
 
-/// Decides what the end of a transfer means for its item: a finished file, a page that came instead, a short file, a failure
-/// to try again, or one for good. UI thread only.
+/// Decides what the end of a transfer means for its item: a finished file, a page that came instead, a short file, a
+/// failure to try again, or one for good. UI thread only.
 class TransferCompletion
 {
 public:

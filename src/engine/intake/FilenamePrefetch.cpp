@@ -34,8 +34,7 @@ FilenamePrefetch::FilenamePrefetch(const ItemTable& table, const AppSettings& se
     , m_settings(settings)
     , m_resolvers(resolvers)
     , m_queue(queue)
-{
-}
+{}
 
 void FilenamePrefetch::prefetchFilenames()
 {
@@ -84,7 +83,8 @@ QCoro::Task<> FilenamePrefetch::lookUp(std::shared_ptr<Run> run, ItemPtr item, H
     const Lifetime::Watch lifetime = m_lifetime.watch();
     std::optional<QString> name;
     try {
-        name = co_await m_resolvers.hostResolverForURL(item->originalURL())->fetchFilename(item->originalURL(), account);
+        name =
+            co_await m_resolvers.hostResolverForURL(item->originalURL())->fetchFilename(item->originalURL(), account);
     } catch (const ResolverError& error) {
         if (error.kind() == ResolverError::Kind::linkNotFound)
             name = nameFromLink(item->originalURL());

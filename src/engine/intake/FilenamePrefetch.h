@@ -13,8 +13,8 @@ namespace vormel {
 class AppSettings;
 class ResolverTables;
 
-/// Looks up the real names of files before they are fetched, at most five at a time, and then drops items that turned out
-/// to be the same file. A new run ends the one before. UI thread only.
+/// Looks up the real names of files before they are fetched, at most five at a time, and then drops items that turned
+/// out to be the same file. A new run ends the one before. UI thread only.
 class FilenamePrefetch
 {
 public:
@@ -31,7 +31,8 @@ public:
     };
 
     /// All must outlive this.
-    FilenamePrefetch(const ItemTable& table, const AppSettings& settings, const ResolverTables& resolvers, Queue& queue);
+    FilenamePrefetch(const ItemTable& table, const AppSettings& settings, const ResolverTables& resolvers,
+                     Queue& queue);
 
     void prefetchFilenames();
 

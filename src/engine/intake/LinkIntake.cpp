@@ -36,8 +36,7 @@ QString captchaLabel(const Link& url)
 
 LinkIntake::LinkIntake(const Ports& ports)
     : m_ports(ports)
-{
-}
+{}
 
 std::vector<Link> LinkIntake::filterNewURLs(const std::vector<Link>& urls) const
 {

@@ -11,8 +11,9 @@
 
 namespace vormel {
 
-/// The items of the queue in display order, which is also the scheduling order, with the indexes that keep every look-up
-/// and every scheduler pass cheap. Watches each item from the moment it is added until it is removed. UI thread only.
+/// The items of the queue in display order, which is also the scheduling order, with the indexes that keep every
+/// look-up and every scheduler pass cheap. Watches each item from the moment it is added until it is removed. UI thread
+/// only.
 class ItemTable final : private ItemWatcher
 {
 public:
@@ -37,8 +38,7 @@ public:
     /// The listener must outlive the table.
     explicit ItemTable(Listener& listener)
         : m_listener(listener)
-    {
-    }
+    {}
     ItemTable(const ItemTable&) = delete;
     ItemTable& operator=(const ItemTable&) = delete;
     ~ItemTable();

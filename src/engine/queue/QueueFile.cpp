@@ -11,16 +11,16 @@ namespace {
 
 constexpr qint64 largestFile = qint64{64} * 1024 * 1024;
 
-constexpr ItemFields storedFields = ItemField::ResolvedUrl | ItemField::Filename | ItemField::Status | ItemField::Progress
-    | ItemField::BytesReceived | ItemField::TotalBytes | ItemField::LocalPath | ItemField::ExtractionStatus | ItemField::ResolvedAt;
+constexpr ItemFields storedFields = ItemField::ResolvedUrl | ItemField::Filename | ItemField::Status |
+                                    ItemField::Progress | ItemField::BytesReceived | ItemField::TotalBytes |
+                                    ItemField::LocalPath | ItemField::ExtractionStatus | ItemField::ResolvedAt;
 
 } // namespace
 
 QueueFile::QueueFile(QString path, FileWriter& writer)
     : m_path(std::move(path))
     , m_writer(writer)
-{
-}
+{}
 
 void QueueFile::noteChange(const ItemId& id, ItemField field)
 {

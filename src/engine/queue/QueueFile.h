@@ -9,8 +9,8 @@ namespace vormel {
 
 class FileWriter;
 
-/// Keeps the queue in one file. Only records that changed since the last save are made anew; joining and writing them is
-/// the writer's work. UI thread only.
+/// Keeps the queue in one file. Only records that changed since the last save are made anew; joining and writing them
+/// is the writer's work. UI thread only.
 class QueueFile
 {
 public:
@@ -22,8 +22,8 @@ public:
     /// Hands the queue as it is now to the writer. Failures are dropped without a word.
     void save(const ItemTable& table);
 
-    /// The items of the last save. A file that cannot be understood, or is larger than 64 MB, gives none and is kept beside
-    /// the new one.
+    /// The items of the last save. A file that cannot be understood, or is larger than 64 MB, gives none and is kept
+    /// beside the new one.
     [[nodiscard]] std::vector<ItemPtr> restore(const DownloadPaths& paths) const;
 
     /// To be told of every change of an item and of every removal.

@@ -1,6 +1,7 @@
 #include "engine/queue/QueueRecords.h"
 
 #include "model/NormalizeURL.h"
+#include "text/FileName.h"
 #include "text/PercentCoding.h"
 
 #include <QFile>
@@ -13,6 +14,7 @@
 #include <sys/stat.h>
 
 #include <cmath>
+#include <dirent.h>
 
 namespace vormel {
 
@@ -104,8 +106,7 @@ public:
     explicit RecordReader(const Value& record)
         : m_record(record)
         , m_isSound(record.IsObject())
-    {
-    }
+    {}
 
     [[nodiscard]] bool isSound() const { return m_isSound; }
 
@@ -203,18 +204,57 @@ std::optional<QString> localPathFrom(const std::optional<QString>& url)
     return percentDecoded(rest);
 }
 
-void takeTruthFromDisk(DownloadItem& item, const DownloadPaths& paths)
+/// Sizes of part files. Each folder is listed once, so that a long queue does not ask the disk about every item.
+class PartFileSizes
 {
-    struct stat facts = {};
-    const QByteArray part = QFile::encodeName(paths.partFile(item.filename()));
-    if (::stat(part.constData(), &facts) != 0 || facts.st_size < 1)
+public:
+    explicit PartFileSizes(const DownloadPaths& paths)
+        : m_paths(paths)
+    {}
+
+    /// 0 without a part file.
+    [[nodiscard]] qint64 of(const QString& filename)
+    {
+        const QString folder = m_paths.groupFolder(filename);
+        auto listing = m_listings.constFind(folder);
+        if (listing == m_listings.constEnd())
+            listing = m_listings.insert(folder, partNamesIn(folder));
+        if (listing->isEmpty())
+            return 0;
+        const QString part = m_paths.partFile(filename);
+        struct stat facts = {};
+        const bool isThere = listing->contains(QFile::encodeName(lastComponent(part)));
+        return isThere && ::stat(QFile::encodeName(part).constData(), &facts) == 0 ? facts.st_size : 0;
+    }
+
+private:
+    [[nodiscard]] static QSet<QByteArray> partNamesIn(const QString& folder)
+    {
+        QSet<QByteArray> names;
+        const std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir(QFile::encodeName(folder).constData()),
+                                                            &::closedir);
+        while (const dirent* const entry = directory ? ::readdir(directory.get()) : nullptr) {
+            if (QByteArrayView(entry->d_name).endsWith(".download"))
+                names.insert(entry->d_name);
+        }
+        return names;
+    }
+
+    const DownloadPaths& m_paths;
+    QHash<QString, QSet<QByteArray>> m_listings;
+};
+
+void takeTruthFromDisk(DownloadItem& item, PartFileSizes& sizes)
+{
+    const qint64 size = sizes.of(item.filename());
+    if (size < 1)
         return;
-    item.setBytesReceived(facts.st_size);
-    const double total = static_cast<double>(item.totalBytes());
-    item.setProgress(item.totalBytes() < 1 ? 0 : static_cast<double>(facts.st_size) / total);
+    item.setBytesReceived(size);
+    const auto total = static_cast<double>(item.totalBytes());
+    item.setProgress(item.totalBytes() < 1 ? 0 : static_cast<double>(size) / total);
 }
 
-ItemPtr decodeRecord(const Value& value, const DownloadPaths& paths)
+ItemPtr decodeRecord(const Value& value, PartFileSizes& sizes)
 {
     RecordReader reader(value);
     const ItemId id = reader.requiredId("id");
@@ -234,11 +274,12 @@ ItemPtr decodeRecord(const Value& value, const DownloadPaths& paths)
     item->setLocalPath(localPathFrom(reader.optionalText("localPath")));
     item->restoreHostName(reader.requiredText("hostName"));
     const QString extractionType = reader.requiredText("extractionStatusType");
-    item->setExtractionStatus(extractionFrom(extractionType, reader.optionalText("extractionError").value_or(QString())));
+    item->setExtractionStatus(
+        extractionFrom(extractionType, reader.optionalText("extractionError").value_or(QString())));
     if (!reader.isSound())
         return nullptr;
     if (item->status() == DownloadStatus::paused)
-        takeTruthFromDisk(*item, paths);
+        takeTruthFromDisk(*item, sizes);
     return item;
 }
 
@@ -312,17 +353,19 @@ QByteArray encodeQueue(const std::vector<std::shared_ptr<const QueueRecord>>& re
 std::optional<std::vector<ItemPtr>> decodeQueue(QByteArray json, const DownloadPaths& paths)
 {
     // Iterative, so that deep nesting costs memory in proportion to the file and never the stack.
-    constexpr unsigned flags = rapidjson::kParseInsituFlag | rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag;
+    constexpr unsigned flags =
+        rapidjson::kParseInsituFlag | rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag;
     rapidjson::Document document;
     document.ParseInsitu<flags>(json.data());
     if (document.HasParseError() || !document.IsArray())
         return std::nullopt;
+    PartFileSizes sizes(paths);
     std::vector<ItemPtr> items;
     items.reserve(document.Size());
     QSet<QString> links;
     QSet<ItemId> ids;
     for (const Value& value : document.GetArray()) {
-        ItemPtr item = decodeRecord(value, paths);
+        ItemPtr item = decodeRecord(value, sizes);
         if (!item)
             return std::nullopt;
         const qsizetype known = links.size();

@@ -41,8 +41,7 @@ void applyResolved(DownloadItem& item, const ResolvedDownload& found, WallTime n
 
 DownloadStarter::DownloadStarter(const Ports& ports)
     : m_ports(ports)
-{
-}
+{}
 
 QCoro::Task<> DownloadStarter::startDownload(ItemPtr item)
 {
@@ -114,8 +113,8 @@ void DownloadStarter::abandon(const ItemId& id)
 bool DownloadStarter::isCurrent(const ItemPtr& item, quint64 attempt) const
 {
     const auto latest = m_attempts.find(item->id());
-    return latest != m_attempts.end() && latest->second == attempt && m_ports.table.find(item->id()) == item
-        && item->status() == DownloadStatus::resolving;
+    return latest != m_attempts.end() && latest->second == attempt && m_ports.table.find(item->id()) == item &&
+           item->status() == DownloadStatus::resolving;
 }
 
 void DownloadStarter::beginTransfer(DownloadItem& item, const Link& address)

@@ -2,7 +2,8 @@
 
 namespace vormel {
 
-std::vector<ItemPtr> chooseStarts(const ItemTable& table, qint64 limit, qint64 startsUnderWay, const SchedulingRules& rules)
+std::vector<ItemPtr> chooseStarts(const ItemTable& table, qint64 limit, qint64 startsUnderWay,
+                                  const SchedulingRules& rules)
 {
     std::vector<ItemPtr> chosen;
     const qint64 taken = table.activeCount() + startsUnderWay;

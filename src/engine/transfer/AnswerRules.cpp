@@ -35,7 +35,9 @@ bool saysNothingIsLeft(const HttpResponse& response, const AskedFor& asked)
 /// Both fingerprints of one host: only then can they be compared, as mirrors mark the same file differently.
 bool comesFromAnotherVersion(const QString& known, const QString& now)
 {
-    const auto host = [](const QString& fingerprint) { return QStringView{fingerprint}.left(fingerprint.indexOf(u'\n')); };
+    const auto host = [](const QString& fingerprint) {
+        return QStringView{fingerprint}.left(fingerprint.indexOf(u'\n'));
+    };
     return !known.isEmpty() && !now.isEmpty() && host(known) == host(now) && known != now;
 }
 

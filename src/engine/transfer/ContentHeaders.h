@@ -16,7 +16,8 @@ namespace vormel {
 /// The file name that a Content-Disposition asks for, as a bare name; nothing without a usable one.
 [[nodiscard]] std::optional<QString> filenameFromContentDisposition(const QString& header);
 
-/// The bare name in a header's text: its last path component without quotes and blanks around it. Nothing if that is empty,
+/// The bare name in a header's text: its last path component without quotes and blanks around it. Nothing if that is
+/// empty,
 /// "." or "..".
 [[nodiscard]] std::optional<QString> sanitizedHeaderFilename(const QString& text);
 

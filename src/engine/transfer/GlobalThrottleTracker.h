@@ -6,15 +6,14 @@
 
 namespace vormel {
 
-/// The one budget of bytes of all transfers together. It refills with time up to one second's worth of the cap and may run
-/// into debt, which only time pays off.
+/// The one budget of bytes of all transfers together. It refills with time up to one second's worth of the cap and may
+/// run into debt, which only time pays off.
 class GlobalThrottleTracker
 {
 public:
     explicit GlobalThrottleTracker(SteadyTime now)
         : m_lastCheck(now)
-    {
-    }
+    {}
 
     /// Takes the bytes from the budget; `limit` is in bytes per second and above 0. Gives the seconds until the debt is
     /// paid, 0 without one.

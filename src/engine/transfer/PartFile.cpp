@@ -20,7 +20,8 @@ constexpr mode_t usualMode = 0666;
 } // namespace
 
 PartFile::PartFile(const QString& path)
-    : m_file(::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, usualMode))
+    : m_file(::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK,
+                    usualMode))
 {
     struct stat facts = {};
     if (!m_file.isOpen() || ::fstat(m_file.get(), &facts) != 0) {

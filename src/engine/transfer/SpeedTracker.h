@@ -15,8 +15,7 @@ class SpeedTracker
 public:
     explicit SpeedTracker(SteadyTime now)
         : m_lastTime(now)
-    {
-    }
+    {}
 
     /// Counts the bytes; a figure in bytes per second comes back when half a second or more has passed.
     [[nodiscard]] std::optional<double> record(qint64 bytes, SteadyTime now);

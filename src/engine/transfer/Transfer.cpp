@@ -26,8 +26,8 @@ bool isTlsTrustedHost(const QString& host)
                        [&host](QLatin1StringView fragment) { return host.contains(fragment); });
 }
 
-Transfer::Transfer(TransferOrder order, quint64 serial, std::unique_ptr<PartFile> file, std::mutex& ioLock, const Clock& clock,
-                   Listener& listener)
+Transfer::Transfer(TransferOrder order, quint64 serial, std::unique_ptr<PartFile> file, std::mutex& ioLock,
+                   const Clock& clock, Listener& listener)
     : m_order(std::move(order))
     , m_serial(serial)
     , m_offset(file->size())
@@ -36,8 +36,7 @@ Transfer::Transfer(TransferOrder order, quint64 serial, std::unique_ptr<PartFile
     , m_listener(listener)
     , m_fileHandle(std::move(file))
     , m_speedTracker(clock.steadyNow())
-{
-}
+{}
 
 void Transfer::closeFile()
 {

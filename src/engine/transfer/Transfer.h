@@ -31,8 +31,8 @@ struct HeadFacts
     std::optional<QString> name;
 };
 
-/// One running transfer as the client's thread drives it: judges the answer, writes the blocks to the part file and says
-/// what happened. What both threads touch lies under the session's ioLock, which is held over the write to disk.
+/// One running transfer as the client's thread drives it: judges the answer, writes the blocks to the part file and
+/// says what happened. What both threads touch lies under the session's ioLock, which is held over the write to disk.
 class Transfer final : public HttpReceiver
 {
 public:
@@ -51,8 +51,8 @@ public:
     };
 
     /// Lock, clock and listener must outlive the transfer. `serial` tells this attempt from others of the same item.
-    Transfer(TransferOrder order, quint64 serial, std::unique_ptr<PartFile> file, std::mutex& ioLock, const Clock& clock,
-             Listener& listener);
+    Transfer(TransferOrder order, quint64 serial, std::unique_ptr<PartFile> file, std::mutex& ioLock,
+             const Clock& clock, Listener& listener);
 
     [[nodiscard]] const TransferOrder& order() const { return m_order; }
     [[nodiscard]] quint64 serial() const { return m_serial; }
@@ -60,7 +60,8 @@ public:
 
     /// Closes the part file; whatever still arrives is dropped. Any thread.
     void closeFile();
-    /// Closes the part file and tells the end. Only after ended(), on the UI thread. `partPath` is where the file should be.
+    /// Closes the part file and tells the end. Only after ended(), on the UI thread. `partPath` is where the file
+    /// should be.
     [[nodiscard]] TransferEnd takeEnd(const QString& partPath);
 
     [[nodiscard]] bool acceptsAnyCertificateOf(const QString& host) const override;

@@ -37,8 +37,7 @@ TransferSession::TransferSession(HttpClient& client, Clock& clock, Owner& owner)
     , m_clock(clock)
     , m_owner(owner)
     , globalThrottle(clock.steadyNow())
-{
-}
+{}
 
 TransferSession::~TransferSession()
 {
@@ -56,7 +55,8 @@ int TransferSession::start(TransferOrder order)
     running.partPath = order.partPath;
     running.finalPath = order.finalPath;
     Transfer::Listener& listener = *this;
-    running.transfer = std::make_unique<Transfer>(std::move(order), ++m_lastSerial, std::move(file), ioLock, m_clock, listener);
+    running.transfer =
+        std::make_unique<Transfer>(std::move(order), ++m_lastSerial, std::move(file), ioLock, m_clock, listener);
     running.task = m_client.makeTask(std::move(request), *running.transfer);
     m_partPaths.insert(running.partPath);
     HttpTask& task = *running.task;
@@ -137,7 +137,8 @@ void TransferSession::headArrived(const Transfer& transfer, const HeadFacts& fac
 
 void TransferSession::ticked(const Transfer& transfer, qint64 bytes, double bytesPerSecond)
 {
-    post(transfer, [this, bytes, bytesPerSecond](const ItemId& id) { m_owner.transferTicked(id, bytes, bytesPerSecond); });
+    post(transfer,
+         [this, bytes, bytesPerSecond](const ItemId& id) { m_owner.transferTicked(id, bytes, bytesPerSecond); });
 }
 
 bool TransferSession::mustRest(const Transfer& transfer, qint64 bytes)

@@ -11,8 +11,8 @@
 
 namespace vormel {
 
-/// All running transfers and the lock, the budget and the client that they share. Operations belong to the UI thread; what
-/// happens on the client's thread reaches the owner as calls on the UI thread, in order.
+/// All running transfers and the lock, the budget and the client that they share. Operations belong to the UI thread;
+/// what happens on the client's thread reaches the owner as calls on the UI thread, in order.
 class TransferSession final : private Transfer::Listener
 {
 public:
@@ -35,8 +35,8 @@ public:
     TransferSession& operator=(const TransferSession&) = delete;
     ~TransferSession();
 
-    /// Begins a transfer into the part file, behind what that holds already. 0, or the system's error number if the part
-    /// file cannot be opened. At most one transfer for an item and for a part file.
+    /// Begins a transfer into the part file, behind what that holds already. 0, or the system's error number if the
+    /// part file cannot be opened. At most one transfer for an item and for a part file.
     [[nodiscard]] int start(TransferOrder order);
     /// Ends the item's transfer, if any, at once and in silence. Its part file stays.
     void drop(const ItemId& id);
@@ -46,8 +46,8 @@ public:
     [[nodiscard]] std::optional<QString> partFileURL(const ItemId& id) const;
     [[nodiscard]] bool isWriting(const QString& partPath) const;
 
-    /// Gives the files of a running transfer other names, on disk too. Nothing changes if the part file cannot be moved there
-    /// or something stands there already.
+    /// Gives the files of a running transfer other names, on disk too. Nothing changes if the part file cannot be moved
+    /// there or something stands there already.
     void rename(const ItemId& id, const QString& partPath, const QString& finalPath);
 
     /// The cap of all transfers together in bytes per second; below 1 for none.

@@ -22,13 +22,17 @@ QString networkErrorText(HttpError::Kind kind, AppLanguage language)
     case HttpError::Kind::CannotConnect:
         return pair(language, u"Could not connect to the server.", u"Impossibile connettersi al server.");
     case HttpError::Kind::ConnectionLost:
-        return pair(language, u"The connection to the server was lost.", u"La connessione al server è stata interrotta.");
+        return pair(language, u"The connection to the server was lost.",
+                    u"La connessione al server è stata interrotta.");
     case HttpError::Kind::SecureConnectionFailed:
-        return pair(language, u"A secure connection could not be made.", u"Impossibile stabilire una connessione sicura.");
+        return pair(language, u"A secure connection could not be made.",
+                    u"Impossibile stabilire una connessione sicura.");
     case HttpError::Kind::CertificateUntrusted:
-        return pair(language, u"The server's certificate is not trusted.", u"Il certificato del server non è attendibile.");
+        return pair(language, u"The server's certificate is not trusted.",
+                    u"Il certificato del server non è attendibile.");
     case HttpError::Kind::TooManyRedirects:
-        return pair(language, u"The server redirected too many times.", u"Il server ha effettuato troppi reindirizzamenti.");
+        return pair(language, u"The server redirected too many times.",
+                    u"Il server ha effettuato troppi reindirizzamenti.");
     case HttpError::Kind::UnsupportedUrl:
         return pair(language, u"The address cannot be downloaded.", u"Impossibile scaricare da questo indirizzo.");
     case HttpError::Kind::BadServerResponse:
@@ -59,8 +63,10 @@ QString webPageText(const QByteArray& page, AppLanguage language)
         return pair(language, u"Download blocked: the server does not allow access from your country (geo-restricted).",
                     u"Download bloccato: il server non consente l'accesso dal tuo paese (geo-restriction).");
     }
-    return pair(language, u"Server returned a web page, not the file — the link may be expired or need a premium account.",
-                u"Il server ha restituito una pagina web, non il file — il link potrebbe essere scaduto o richiedere un account "
+    return pair(language,
+                u"Server returned a web page, not the file — the link may be expired or need a premium account.",
+                u"Il server ha restituito una pagina web, non il file — il link potrebbe essere scaduto o richiedere "
+                u"un account "
                 u"premium.");
 }
 
@@ -102,7 +108,8 @@ QString fileErrorText(int systemError, AppLanguage language)
     case EACCES:
     case EPERM:
     case EROFS:
-        return pair(language, u"The download folder cannot be written to.", u"Impossibile scrivere nella cartella dei download.");
+        return pair(language, u"The download folder cannot be written to.",
+                    u"Impossibile scrivere nella cartella dei download.");
     case ENOENT:
     case ENOTDIR:
         return pair(language, u"The download folder is missing.", u"La cartella dei download non esiste.");
@@ -110,8 +117,8 @@ QString fileErrorText(int systemError, AppLanguage language)
         return pair(language, u"The partial file was changed by another program — retry",
                     u"Il file parziale è stato modificato da un altro programma — riprova");
     default:
-        return pair(language, u"The file could not be written: ", u"Impossibile scrivere il file: ")
-            + QString::fromStdString(std::generic_category().message(systemError));
+        return pair(language, u"The file could not be written: ", u"Impossibile scrivere il file: ") +
+               QString::fromStdString(std::generic_category().message(systemError));
     }
 }
 

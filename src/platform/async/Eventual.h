@@ -1,6 +1,5 @@
 #pragma once
 
-
 #include <coroutine>
 #include <memory>
 #include <optional>
@@ -8,9 +7,9 @@
 
 namespace vormel {
 
-/// A result that comes later, exactly once, and may be awaited by one coroutine on the UI thread. The side that makes the
-/// result holds an EventualSource; a source that goes away unanswered delivers the value it was given for that case, so
-/// an awaiting coroutine always goes on.
+/// A result that comes later, exactly once, and may be awaited by one coroutine on the UI thread. The side that makes
+/// the result holds an EventualSource; a source that goes away unanswered delivers the value it was given for that
+/// case, so an awaiting coroutine always goes on.
 template <typename T>
 class Eventual
 {
@@ -23,8 +22,7 @@ public:
 
     explicit Eventual(std::shared_ptr<State> state)
         : m_state(std::move(state))
-    {
-    }
+    {}
 
     [[nodiscard]] bool await_ready() const { return m_state->value.has_value(); }
     void await_suspend(std::coroutine_handle<> waiter) { m_state->waiter = waiter; }
@@ -42,8 +40,7 @@ public:
     explicit EventualSource(T ifAbandoned)
         : m_state(std::make_shared<typename Eventual<T>::State>())
         , m_ifAbandoned(std::move(ifAbandoned))
-    {
-    }
+    {}
     EventualSource(const EventualSource&) = delete;
     EventualSource& operator=(const EventualSource&) = delete;
     ~EventualSource()

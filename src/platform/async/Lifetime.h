@@ -4,8 +4,8 @@
 
 namespace vormel {
 
-/// Owned by an object that starts work which sleeps; the work keeps a Watch and finds out on waking whether that object is
-/// still there.
+/// Owned by an object that starts work which sleeps; the work keeps a Watch and finds out on waking whether that object
+/// is still there.
 class Lifetime
 {
 public:
@@ -18,8 +18,7 @@ public:
         friend class Lifetime;
         explicit Watch(std::weak_ptr<char> mark)
             : m_mark(std::move(mark))
-        {
-        }
+        {}
         std::weak_ptr<char> m_mark;
     };
 

@@ -12,8 +12,7 @@ void Timer::Pending::fire()
 
 Timer::Timer(std::shared_ptr<Pending> pending)
     : m_pending(std::move(pending))
-{
-}
+{}
 
 Timer& Timer::operator=(Timer&& other) noexcept
 {

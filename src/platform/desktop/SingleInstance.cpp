@@ -90,8 +90,8 @@ bool SingleInstance::askFirstToShow() const
     const std::optional<sockaddr_un> address = socketAddress(m_socketPath);
     const FileDescriptor socket = datagramSocket();
     const char request = '!';
-    return address && socket.isOpen()
-        && ::sendto(socket.get(), &request, sizeof(request), 0, generic(*address), sizeof(*address)) == sizeof(request);
+    return address && socket.isOpen() &&
+           ::sendto(socket.get(), &request, sizeof(request), 0, generic(*address), sizeof(*address)) == sizeof(request);
 }
 
 } // namespace vormel

@@ -8,14 +8,15 @@ class QSocketNotifier;
 
 namespace vormel {
 
-/// One running program per user: holds a lock that the system releases with the process, however that ends. A later start
-/// finds the lock taken and can ask the running program to show itself.
+/// One running program per user: holds a lock that the system releases with the process, however that ends. A later
+/// start finds the lock taken and can ask the running program to show itself.
 class SingleInstance final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// The folder is made when needed; lock and socket lie in it. Without a usable folder every start counts as the first.
+    /// The folder is made when needed; lock and socket lie in it. Without a usable folder every start counts as the
+    /// first.
     explicit SingleInstance(const QString& folder, QObject* parent = nullptr);
     ~SingleInstance() override;
 

@@ -6,9 +6,9 @@
 
 namespace vormel {
 
-/// Turns SIGTERM, SIGINT and SIGHUP into an event of the event loop, so that the program can end in order. To be made before
-/// any other thread: the signals are blocked in this one, and threads inherit that. Child processes inherit it too and must
-/// have it undone.
+/// Turns SIGTERM, SIGINT and SIGHUP into an event of the event loop, so that the program can end in order. To be made
+/// before any other thread: the signals are blocked in this one, and threads inherit that. Child processes inherit it
+/// too and must have it undone.
 class TerminationSignals final : public QObject
 {
     Q_OBJECT

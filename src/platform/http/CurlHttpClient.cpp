@@ -38,8 +38,7 @@ public:
     CurlTask(std::shared_ptr<CurlTransfer> transfer, std::weak_ptr<CurlLoop> loop)
         : m_transfer(std::move(transfer))
         , m_loop(std::move(loop))
-    {
-    }
+    {}
 
     ~CurlTask() override
     {
@@ -78,16 +77,14 @@ std::shared_ptr<CookieStore> makeCookies()
 
 CurlHttpClient::CurlHttpClient(const Clock& clock)
     : CurlHttpClient(clock, Options())
-{
-}
+{}
 
 CurlHttpClient::CurlHttpClient(const Clock& clock, const Options& options)
     : m_cookies(makeCookies())
     , m_settings(settingsFrom(options))
     , m_loop(std::make_shared<CurlLoop>(clock))
     , m_clock(clock)
-{
-}
+{}
 
 CurlHttpClient::~CurlHttpClient() = default;
 

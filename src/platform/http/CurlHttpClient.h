@@ -11,8 +11,8 @@ namespace vormel {
 class CurlLoop;
 struct CurlSettings;
 
-/// HttpClient over libcurl: one multi handle on one thread of its own. Blocks are gathered per transfer up to 256 KiB and
-/// handed on when full, when the network has nothing more for now, and at the end.
+/// HttpClient over libcurl: one multi handle on one thread of its own. Blocks are gathered per transfer up to 256 KiB
+/// and handed on when full, when the network has nothing more for now, and at the end.
 class CurlHttpClient final : public HttpClient
 {
 public:

@@ -23,8 +23,7 @@ CurlLoop::CurlLoop(const Clock& clock)
     : m_clock(clock)
     , m_multi(curl_multi_init())
     , m_thread([this] { run(); })
-{
-}
+{}
 
 CurlLoop::~CurlLoop()
 {
@@ -138,7 +137,8 @@ void CurlLoop::reapOverdue()
     }
     for (CurlTransfer* transfer : overdue) {
         transfer->flush();
-        transfer->finish(HttpError{HttpError::Kind::TimedOut, CURLE_OPERATION_TIMEDOUT, QStringLiteral("no answer in time")});
+        transfer->finish(
+            HttpError{HttpError::Kind::TimedOut, CURLE_OPERATION_TIMEDOUT, QStringLiteral("no answer in time")});
         end(*transfer);
     }
 }
@@ -151,7 +151,8 @@ void CurlLoop::flushOrWait()
             gathering.push_back(transfer);
     }
     if (gathering.empty()) {
-        const auto wait = m_running.empty() ? std::chrono::milliseconds(idleWait) : std::chrono::milliseconds(overdueCheck);
+        const auto wait =
+            m_running.empty() ? std::chrono::milliseconds(idleWait) : std::chrono::milliseconds(overdueCheck);
         curl_multi_poll(m_multi.get(), nullptr, 0, inMilliseconds(wait), nullptr);
         return;
     }

@@ -10,8 +10,8 @@
 
 namespace vormel {
 
-/// The client's thread: runs the transfers through one multi handle. Its operations may be called on any thread and only
-/// leave a note for it.
+/// The client's thread: runs the transfers through one multi handle. Its operations may be called on any thread and
+/// only leave a note for it.
 class CurlLoop
 {
 public:

@@ -65,8 +65,7 @@ CurlTransfer::CurlTransfer(HttpRequest request, HttpReceiver& receiver, std::sha
     , m_receiver(&receiver)
     , m_startedAt(clock.steadyNow())
     , m_lastHeardAt(m_startedAt)
-{
-}
+{}
 
 void CurlTransfer::silence()
 {
@@ -170,7 +169,8 @@ void CurlTransfer::setMethod()
         if (header.name.compare("Range", Qt::CaseInsensitive) == 0 && header.value.startsWith("bytes="))
             curl_easy_setopt(curl, CURLOPT_RANGE, header.value.mid(6).constData());
         else
-            m_headerList.reset(curl_slist_append(m_headerList.release(), (header.name + ": " + header.value).constData()));
+            m_headerList.reset(
+                curl_slist_append(m_headerList.release(), (header.name + ": " + header.value).constData()));
     }
     curl_easy_setopt(curl, CURLOPT_HTTPHEADER, m_headerList.get());
 }
@@ -211,7 +211,8 @@ bool CurlTransfer::takeHeaderLine(QByteArrayView line)
     }
     const qsizetype colon = text.indexOf(':');
     if (colon > 0)
-        m_response.headers.push_back({text.first(colon).trimmed().toByteArray(), text.sliced(colon + 1).trimmed().toByteArray()});
+        m_response.headers.push_back(
+            {text.first(colon).trimmed().toByteArray(), text.sliced(colon + 1).trimmed().toByteArray()});
     return true;
 }
 
@@ -303,7 +304,8 @@ void CurlTransfer::giveBlock(QByteArrayView block)
 
 bool CurlTransfer::isOverdue(SteadyTime now) const
 {
-    return (!m_isSuspended && now - m_lastHeardAt.load() >= m_request.idleTimeout) || now - m_startedAt >= m_request.totalTimeout;
+    return (!m_isSuspended && now - m_lastHeardAt.load() >= m_request.idleTimeout) ||
+           now - m_startedAt >= m_request.totalTimeout;
 }
 
 void CurlTransfer::refuse(HttpError::Kind kind, const QString& details)

@@ -9,8 +9,8 @@
 
 namespace vormel {
 
-/// Hears of one transfer. All calls come on the client's one serial thread, in this order: any number of redirects, at most
-/// one head, any number of blocks, one end. A call must not destroy its own task.
+/// Hears of one transfer. All calls come on the client's one serial thread, in this order: any number of redirects, at
+/// most one head, any number of blocks, one end. A call must not destroy its own task.
 class HttpReceiver
 {
 public:
@@ -46,8 +46,8 @@ public:
     virtual void completed(const std::optional<HttpError>& error) = 0;
 };
 
-/// One transfer, owned by whoever asked for it. Destroying the task ends the transfer: when the destructor has returned,
-/// the receiver is not called again. It waits at most for a call that is running.
+/// One transfer, owned by whoever asked for it. Destroying the task ends the transfer: when the destructor has
+/// returned, the receiver is not called again. It waits at most for a call that is running.
 class HttpTask
 {
 public:
@@ -74,7 +74,8 @@ public:
     /// Makes a transfer that begins with resume(). The receiver must outlive the task. Any thread.
     [[nodiscard]] virtual std::unique_ptr<HttpTask> makeTask(HttpRequest request, HttpReceiver& receiver) = 0;
 
-    /// The most bytes that a block may have from now on; at most 256 KiB. Smaller blocks make a finer speed cap. Any thread.
+    /// The most bytes that a block may have from now on; at most 256 KiB. Smaller blocks make a finer speed cap. Any
+    /// thread.
     virtual void setBlockSize(qsizetype bytes) = 0;
 };
 

@@ -6,15 +6,15 @@ namespace vormel {
 
 namespace {
 
-/// Collects one page on the client's thread and carries it home to the thread that asked, where it also ends its own life.
+/// Collects one page on the client's thread and carries it home to the thread that asked, where it also ends its own
+/// life.
 class Fetch final : public QObject, public HttpReceiver
 {
 public:
     explicit Fetch(FetchOptions options)
         : m_options(std::move(options))
         , m_source(FetchResult{HttpError{HttpError::Kind::Cancelled, 0, {}}, {}, {}, false, {}})
-    {
-    }
+    {}
 
     Eventual<FetchResult> start(HttpClient& client, HttpRequest request)
     {
@@ -52,7 +52,8 @@ public:
     {
         if (!m_result.isBodyCut)
             m_result.error = error;
-        QMetaObject::invokeMethod(this, [this] { deliver(); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this] { deliver(); }, Qt::QueuedConnection);
     }
 
 private:

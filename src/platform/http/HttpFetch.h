@@ -13,7 +13,7 @@ struct FetchResult
     std::optional<HttpError> error;
     HttpResponse response;
     QByteArray body;
-    bool isBodyCut = false;     ///< the page was larger than asked for, or was not wanted beyond its head
+    bool isBodyCut = false;      ///< the page was larger than asked for, or was not wanted beyond its head
     std::vector<QUrl> redirects; ///< each address that was followed to, in order
 };
 
@@ -27,8 +27,8 @@ struct FetchOptions
     std::function<bool(const HttpResponse&, const QUrl& target)> followsRedirect;
 };
 
-/// Fetches a whole page, or only its head, into memory. To be called and awaited on the UI thread; the client must outlive
-/// the fetch. Giving the Eventual away ends nothing: the result is then dropped when it comes.
+/// Fetches a whole page, or only its head, into memory. To be called and awaited on the UI thread; the client must
+/// outlive the fetch. Giving the Eventual away ends nothing: the result is then dropped when it comes.
 [[nodiscard]] Eventual<FetchResult> fetch(HttpClient& client, HttpRequest request, FetchOptions options = {});
 
 } // namespace vormel

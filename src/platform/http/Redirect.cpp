@@ -20,10 +20,10 @@ bool isSameOrigin(const QUrl& a, const QUrl& b)
 
 bool maySeeAnyHost(const HttpHeader& header)
 {
-    static constexpr std::array<const char*, 5> names{"Range", "Accept", "Accept-Language", "Accept-Encoding", "User-Agent"};
-    return std::any_of(names.begin(), names.end(), [&header](const char* name) {
-        return header.name.compare(name, Qt::CaseInsensitive) == 0;
-    });
+    static constexpr std::array<const char*, 5> names{"Range", "Accept", "Accept-Language", "Accept-Encoding",
+                                                      "User-Agent"};
+    return std::any_of(names.begin(), names.end(),
+                       [&header](const char* name) { return header.name.compare(name, Qt::CaseInsensitive) == 0; });
 }
 
 } // namespace

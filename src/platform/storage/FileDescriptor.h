@@ -11,12 +11,10 @@ public:
     FileDescriptor() = default;
     explicit FileDescriptor(int descriptor)
         : m_descriptor(descriptor)
-    {
-    }
+    {}
     FileDescriptor(FileDescriptor&& other) noexcept
         : m_descriptor(std::exchange(other.m_descriptor, -1))
-    {
-    }
+    {}
     FileDescriptor& operator=(FileDescriptor&& other) noexcept;
     FileDescriptor(const FileDescriptor&) = delete;
     FileDescriptor& operator=(const FileDescriptor&) = delete;

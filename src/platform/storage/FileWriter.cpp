@@ -9,8 +9,7 @@ namespace vormel {
 
 FileWriter::FileWriter()
     : m_thread([this] { run(); })
-{
-}
+{}
 
 FileWriter::~FileWriter()
 {

@@ -11,8 +11,8 @@
 
 namespace vormel {
 
-/// Replaces small files whole on a thread of its own, so that no caller waits for the disk. Of several contents posted for
-/// one path before the thread comes to it, only the last is written. A write that fails is dropped without a word.
+/// Replaces small files whole on a thread of its own, so that no caller waits for the disk. Of several contents posted
+/// for one path before the thread comes to it, only the last is written. A write that fails is dropped without a word.
 class FileWriter
 {
 public:

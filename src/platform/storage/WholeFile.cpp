@@ -22,7 +22,8 @@ bool writeAll(int descriptor, const QByteArray& bytes)
 {
     qsizetype written = 0;
     while (written < bytes.size()) {
-        const ssize_t count = ::write(descriptor, bytes.constData() + written, static_cast<size_t>(bytes.size() - written));
+        const ssize_t count =
+            ::write(descriptor, bytes.constData() + written, static_cast<size_t>(bytes.size() - written));
         if (count < 0 && errno == EINTR)
             continue;
         if (count <= 0)
@@ -34,8 +35,10 @@ bool writeAll(int descriptor, const QByteArray& bytes)
 
 bool writeFreshFile(const QByteArray& path, const QByteArray& bytes)
 {
-    const FileDescriptor file(::open(path.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, ownerOnly));
-    return file.isOpen() && ::fchmod(file.get(), ownerOnly) == 0 && writeAll(file.get(), bytes) && ::fsync(file.get()) == 0;
+    const FileDescriptor file(
+        ::open(path.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, ownerOnly));
+    return file.isOpen() && ::fchmod(file.get(), ownerOnly) == 0 && writeAll(file.get(), bytes) &&
+           ::fsync(file.get()) == 0;
 }
 
 void syncFolderOf(const QString& path)

@@ -7,10 +7,10 @@
 
 namespace vormel {
 
-/// Puts `bytes` in the place of the file, whole or not at all, also when the power goes: written beside it with mode 0600,
-/// synced, renamed over it, and the folder synced. A symbolic link of that name is replaced, not followed. At most one
-/// file, `path` + ".new", is ever left behind by a kill, and the next call uses it again. False if anything failed; the
-/// old file then stands as it was. Blocks on the disk.
+/// Puts `bytes` in the place of the file, whole or not at all, also when the power goes: written beside it with mode
+/// 0600, synced, renamed over it, and the folder synced. A symbolic link of that name is replaced, not followed. At
+/// most one file, `path` + ".new", is ever left behind by a kill, and the next call uses it again. False if anything
+/// failed; the old file then stands as it was. Blocks on the disk.
 [[nodiscard]] bool replaceWholeFile(const QString& path, const QByteArray& bytes);
 
 /// The whole content of a regular file of at most `limit` bytes; nothing if it cannot be read, is larger or is no file.
