@@ -103,12 +103,8 @@ TEST(DownloadPaths, noNameLeadsOutOfTheFolder)
     }
 }
 
-} // namespace
-} // namespace vormel
-
 TEST(DownloadPaths, theMembersOfASetWithAVeryLongNameKeepFilesOfTheirOwn)
 {
-    const DownloadPaths paths(QStringLiteral("/d"));
     const QString base(300, u'n');
     const QString first = paths.finalFile(base + QStringLiteral(".part1.rar"));
     const QString second = paths.finalFile(base + QStringLiteral(".part2.rar"));
@@ -117,3 +113,6 @@ TEST(DownloadPaths, theMembersOfASetWithAVeryLongNameKeepFilesOfTheirOwn)
     EXPECT_EQ(paths.groupFolder(base + QStringLiteral(".part1.rar")),
               paths.groupFolder(base + QStringLiteral(".part2.rar")));
 }
+
+} // namespace
+} // namespace vormel
