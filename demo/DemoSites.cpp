@@ -1,0 +1,130 @@
+#include "demo/DemoSites.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace vormel::demo {
+
+namespace {
+
+using sites::Answer;
+using sites::PatternContent;
+using sites::Request;
+
+constexpr qint64 mebibyte = 1024 * 1024;
+constexpr int volumeCount = 5;
+
+/// Each volume has other content, and the last one is shorter, as in a real set.
+Sample volume(int number)
+{
+    constexpr std::uint64_t firstSeed = 100;
+    const qint64 size = number == volumeCount ? 9 * mebibyte + 12345 : 16 * mebibyte;
+    return {QStringLiteral("films.example"),
+            QStringLiteral("Documentary.Rivers.Of.The.Far.North.S01.Complete.1080p.WEB.H264.part%1.rar").arg(number),
+            PatternContent(firstSeed + static_cast<std::uint64_t>(number), size)};
+}
+
+std::vector<Sample> makeSamples()
+{
+    std::vector<Sample> samples{
+        {QStringLiteral("media.example"), QStringLiteral("Coastal.Walks.Ireland.2160p.mkv"),
+         PatternContent(1, 192 * mebibyte)},
+        {QStringLiteral("photos.example"), QStringLiteral("Holiday.Photos.2026.zip"), PatternContent(2, 32 * mebibyte)},
+        {QStringLiteral("music.example"), QStringLiteral("Open.Air.Concert.2026.flac"), PatternContent(3, 0), true},
+    };
+    for (int number = 1; number <= volumeCount; ++number)
+        samples.push_back(volume(number));
+    return samples;
+}
+
+/// Where a request wants to begin; the beginning of the file unless it says otherwise.
+qint64 startOf(const Request& request)
+{
+    constexpr std::string_view unit = "bytes=";
+    const std::string range = request.header("Range").value_or(std::string());
+    qint64 start = 0;
+    if (range.starts_with(unit))
+        std::from_chars(range.data() + unit.size(), range.data() + range.size(), start);
+    return start;
+}
+
+} // namespace
+
+Link Sample::link() const
+{
+    return Link::parse(QStringLiteral("http://%1/%2").arg(host, name)).value();
+}
+
+std::string Sample::path() const
+{
+    return '/' + name.toStdString();
+}
+
+DemoSites::DemoSites()
+    : m_samples(makeSamples())
+    , m_spare{QStringLiteral("media.example"), QStringLiteral("Winter.Sky.Timelapse.mov"),
+              PatternContent(4, 64 * mebibyte)}
+{
+    for (const Sample& sample : m_samples)
+        serve(sample);
+    serve(m_spare);
+    serveLargeFile();
+}
+
+void DemoSites::serve(const Sample& sample)
+{
+    sites::Resource resource{.content = sample.content, .etag = "\"demo\""};
+    if (sample.isGone)
+        resource.answers = {Answer::page(404, "<html><body><h1>Not found</h1>This file was removed.</body></html>")};
+    m_server.serve(sample.path(), std::move(resource));
+}
+
+void DemoSites::serveLargeFile()
+{
+    const qint64 middle = middleOfLargeFile();
+    const auto cutInTheMiddle = [middle](const Request& request) {
+        const qint64 start = startOf(request);
+        return start < middle ? Answer::file().closeAfter(middle - start) : Answer::file();
+    };
+    m_server.serve(largeFile().path(),
+                   {.content = largeFile().content, .etag = "\"large\"", .respond = cutInTheMiddle});
+}
+
+CurlHttpClient::Options DemoSites::network() const
+{
+    CurlHttpClient::Options options;
+    options.userAgent = "Vormel demo";
+    options.connectTo.insert("*", "127.0.0.1:" + QByteArray::number(m_server.port()));
+    return options;
+}
+
+const Sample& DemoSites::goneFile() const
+{
+    return *std::find_if(m_samples.begin(), m_samples.end(), [](const Sample& sample) { return sample.isGone; });
+}
+
+std::vector<Link> DemoSites::links() const
+{
+    std::vector<Link> links;
+    for (const Sample& sample : m_samples)
+        links.push_back(sample.link());
+    return links;
+}
+
+qint64 DemoSites::bytesToCome() const
+{
+    qint64 sum = 0;
+    for (const Sample& sample : m_samples)
+        sum += sample.content.size();
+    return sum;
+}
+
+std::vector<std::string> DemoSites::rangesAskedFor(const Sample& sample) const
+{
+    std::vector<std::string> ranges;
+    for (const Request& request : m_server.requests(sample.path()))
+        ranges.push_back(request.header("Range").value_or(std::string()));
+    return ranges;
+}
+
+} // namespace vormel::demo

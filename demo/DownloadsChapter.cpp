@@ -1,0 +1,271 @@
+#include "demo/DownloadsChapter.h"
+
+#include "demo/DiskEvidence.h"
+#include "model/DownloadPaths.h"
+#include "text/ByteCount.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace vormel::demo {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Slow until the pause, whatever the order in which the transfers are served, so that the pause comes mid-way.
+constexpr qint64 slowKBps = 10 * 1024;
+constexpr qint64 fastKBps = 50 * 1024;
+constexpr double shareBeforePause = 0.03;
+
+QString unless(bool holds, const QString& objection)
+{
+    return holds ? QString() : objection;
+}
+
+} // namespace
+
+DownloadsChapter::DownloadsChapter(const Stage& stage)
+    : m_stage(stage)
+{}
+
+std::vector<Step> DownloadsChapter::steps()
+{
+    return {add(), start(), pause(), resume(), loseConnection(), finish(), compareFiles(), storeQueue()};
+}
+
+Step DownloadsChapter::add()
+{
+    const auto askedNothing = [this] {
+        return unless(m_stage.sites.requestCount() == 0, QStringLiteral("it was asked already"));
+    };
+    return {.title = QStringLiteral("Adding %1 links").arg(m_stage.sites.links().size()),
+            .begin = [this] { m_stage.manager.addURLs(m_stage.sites.links(), std::nullopt); },
+            .goal = QStringLiteral("added: all links are in the queue, in their order, paused and with their names"),
+            .missing = [this] { return objectionToAddedItems(); },
+            .checks = {{QStringLiteral("no server was asked for anything yet"), askedNothing}},
+            .screenshot = QStringLiteral("1-added.png")};
+}
+
+Step DownloadsChapter::start()
+{
+    const auto keptLimit = [this] {
+        const qint64 limit = m_stage.manager.settings().maxConcurrentDownloads.value();
+        return unless(m_mostAtWork <= limit, QStringLiteral("%1 instead of at most %2").arg(m_mostAtWork).arg(limit));
+    };
+    return {.title = QStringLiteral("Starting all, slowly"),
+            .begin = [this] { startAll(slowKBps); },
+            .goal = QStringLiteral("downloading: several files at once, a piece of the large one is here"),
+            .missing = [this] { return missingUnderWay(); },
+            .checks = {{QStringLiteral("never more at once than the setting allows"), keptLimit},
+                       {QStringLiteral("failed as intended: the web page instead of a file is told"),
+                        [this] { return objectionToFailure(); }}},
+            .screenshot = QStringLiteral("2-downloading.png")};
+}
+
+Step DownloadsChapter::pause()
+{
+    const auto stop = [this] {
+        m_stage.manager.pauseAll();
+        m_pausedAt = sizeOfLargePartFile();
+    };
+    const auto stands = [this] {
+        const qint64 size = sizeOfLargePartFile();
+        return unless(size == m_pausedAt, QStringLiteral("it went from %1 to %2 bytes").arg(m_pausedAt).arg(size));
+    };
+    const auto showsNoMore = [this] {
+        const qint64 shown = item(m_stage.sites.largeFile())->bytesReceived();
+        return unless(shown <= m_pausedAt, QStringLiteral("%1 shown, %2 there").arg(shown).arg(m_pausedAt));
+    };
+    return {.title = QStringLiteral("Pausing all mid-way"),
+            .begin = stop,
+            .goal = QStringLiteral("paused: nothing has run for a second"),
+            .missing = [this] { return unless(countAtWork() == 0, QStringLiteral("%1 still run").arg(countAtWork())); },
+            .settling = 1s,
+            .checks = {{QStringLiteral("the large file did not grow by one byte meanwhile"), stands},
+                       {QStringLiteral("no more bytes are shown for it than are on disk"), showsNoMore}},
+            .screenshot = QStringLiteral("3-paused.png")};
+}
+
+Step DownloadsChapter::resume()
+{
+    const auto wentOn = [this] { return objectionToStart(1, m_pausedAt); };
+    return {
+        .title = QStringLiteral("Resuming all"),
+        .begin = [this] { m_stage.manager.startAll(); },
+        .goal = QStringLiteral("resumed: the server was asked for the large file again"),
+        .missing = [this] { return missingRequests(2); },
+        .checks = {{QStringLiteral("it was asked for the rest alone, from the very byte of the pause on"), wentOn}}};
+}
+
+Step DownloadsChapter::loseConnection()
+{
+    const auto wentOn = [this] { return objectionToStart(2, m_stage.sites.middleOfLargeFile()); };
+    return {.title = QStringLiteral("The server will cut the large file's connection in its middle"),
+            .goal = QStringLiteral("cut and resumed: the server was asked for the large file a third time"),
+            .missing = [this] { return missingRequests(3); },
+            .checks = {{QStringLiteral("it was asked for the rest alone, from the very byte of the cut on"), wentOn}}};
+}
+
+Step DownloadsChapter::finish()
+{
+    const auto askedThrice = [this] {
+        const std::size_t requests = m_stage.sites.rangesAskedFor(m_stage.sites.largeFile()).size();
+        return unless(requests == 3, QStringLiteral("%1 requests").arg(requests));
+    };
+    return {.title = QStringLiteral("Downloading the rest"),
+            .goal = QStringLiteral("completed: every file but the one that is gone"),
+            .missing = [this] { return unfinished(); },
+            .checks = {{QStringLiteral("three requests were enough for the large file"), askedThrice},
+                       {QStringLiteral("the failed link still says why"), [this] { return objectionToFailure(); }}},
+            .screenshot = QStringLiteral("4-finished.png")};
+}
+
+Step DownloadsChapter::compareFiles()
+{
+    Step step{.title = QStringLiteral("Comparing every file with its source"),
+              .goal = QStringLiteral("the download folder is there"),
+              .missing = [this] {
+                  return unless(QFileInfo::exists(m_stage.folders.downloads), QStringLiteral("no folder"));
+              }};
+    for (const Sample& sample : m_stage.sites.samples()) {
+        if (!sample.isGone)
+            step.checks.push_back({QStringLiteral("same bytes: ") + sample.name,
+                                   [this, &sample] { return objectionToFile(finalFile(sample), sample.content); }});
+    }
+    step.checks.push_back({QStringLiteral("nothing else lies there: no part file, nothing of the failed link"),
+                           [this] { return objectionToFolder(); }});
+    return step;
+}
+
+Step DownloadsChapter::storeQueue()
+{
+    return {
+        .title = QStringLiteral("Reading the queue file"),
+        .goal = QStringLiteral("the queue file on disk lists all items and how they ended"),
+        .missing = [this] { return objectionToStoredQueue(m_stage.manager.queueFileURL(), m_stage.sites.samples()); }};
+}
+
+void DownloadsChapter::startAll(qint64 capKBps)
+{
+    m_stage.manager.settings().maxDownloadSpeedKBps.set(capKBps);
+    m_stage.manager.startAll();
+}
+
+QString DownloadsChapter::progress() const
+{
+    const ItemPtr large = item(m_stage.sites.largeFile());
+    constexpr double hundred = 100;
+    const int percent = large ? static_cast<int>(large->progress() * hundred) : 0;
+    return QStringLiteral("%1 completed, %2 at work, %3/s, large file at %4 %")
+        .arg(count(DownloadStatus::completed))
+        .arg(countAtWork())
+        .arg(byteCountText(static_cast<qint64>(m_stage.manager.totalSpeedBytesPerSec())))
+        .arg(percent);
+}
+
+ItemPtr DownloadsChapter::item(const Sample& sample) const
+{
+    const std::vector<ItemPtr>& items = m_stage.manager.items();
+    const auto found = std::find_if(items.begin(), items.end(),
+                                    [&sample](const ItemPtr& each) { return each->originalURL() == sample.link(); });
+    return found == items.end() ? nullptr : *found;
+}
+
+int DownloadsChapter::count(DownloadStatus::Kind kind) const
+{
+    const std::vector<ItemPtr>& items = m_stage.manager.items();
+    return static_cast<int>(
+        std::count_if(items.begin(), items.end(), [kind](const ItemPtr& each) { return each->status() == kind; }));
+}
+
+int DownloadsChapter::countAtWork() const
+{
+    return count(DownloadStatus::resolving) + count(DownloadStatus::downloading);
+}
+
+QString DownloadsChapter::finalFile(const Sample& sample) const
+{
+    return DownloadPaths(m_stage.folders.downloads).finalFile(sample.name);
+}
+
+qint64 DownloadsChapter::sizeOfLargePartFile() const
+{
+    return QFileInfo(DownloadPaths(m_stage.folders.downloads).partFile(m_stage.sites.largeFile().name)).size();
+}
+
+QString DownloadsChapter::objectionToAddedItems() const
+{
+    const std::vector<Sample>& samples = m_stage.sites.samples();
+    const std::vector<ItemPtr>& items = m_stage.manager.items();
+    if (items.size() != samples.size())
+        return QStringLiteral("%1 items instead of %2").arg(items.size()).arg(samples.size());
+    for (std::size_t row = 0; row < samples.size(); ++row) {
+        const bool isRight = items[row]->originalURL() == samples[row].link() &&
+                             items[row]->filename() == samples[row].name &&
+                             items[row]->status() == DownloadStatus::paused;
+        if (!isRight)
+            return QStringLiteral("row %1 is not %2, paused").arg(row + 1).arg(samples[row].name);
+    }
+    return {};
+}
+
+QString DownloadsChapter::missingUnderWay()
+{
+    m_mostAtWork = std::max(m_mostAtWork, countAtWork());
+    if (item(m_stage.sites.goneFile())->status() != DownloadStatus::failed)
+        return QStringLiteral("the link that is gone has not failed");
+    if (count(DownloadStatus::downloading) < 2)
+        return QStringLiteral("%1 downloading instead of several").arg(count(DownloadStatus::downloading));
+    const double share = item(m_stage.sites.largeFile())->progress();
+    return unless(share >= shareBeforePause, QStringLiteral("only a share of %1 of the large file is here").arg(share));
+}
+
+QString DownloadsChapter::objectionToFailure() const
+{
+    const DownloadStatus& status = item(m_stage.sites.goneFile())->status();
+    if (status != DownloadStatus::failed)
+        return QStringLiteral("the item is not failed");
+    return unless(status.message().contains(u"Server returned a web page, not the file"), status.message());
+}
+
+QString DownloadsChapter::missingRequests(std::size_t count) const
+{
+    const std::size_t requests = m_stage.sites.rangesAskedFor(m_stage.sites.largeFile()).size();
+    return unless(requests >= count, QStringLiteral("%1 of %2 requests").arg(requests).arg(count));
+}
+
+QString DownloadsChapter::objectionToStart(std::size_t request, qint64 start) const
+{
+    const std::string range = m_stage.sites.rangesAskedFor(m_stage.sites.largeFile()).at(request);
+    const std::string wanted = "bytes=" + std::to_string(start) + '-';
+    return unless(start > 0 && range == wanted,
+                  QString::fromStdString("\"" + range + "\" instead of \"" + wanted + '"'));
+}
+
+QString DownloadsChapter::unfinished() const
+{
+    QStringList names;
+    for (const Sample& sample : m_stage.sites.samples()) {
+        const DownloadStatus status = item(sample)->status();
+        if (!sample.isGone && status != DownloadStatus::completed)
+            names.append(QStringLiteral("%1 (%2)").arg(sample.name, statusLabel(status, AppLanguage::english)));
+    }
+    return names.join(QStringLiteral(", "));
+}
+
+QString DownloadsChapter::objectionToFolder() const
+{
+    QStringList expected;
+    for (const Sample& sample : m_stage.sites.samples()) {
+        if (!sample.isGone)
+            expected.append(QDir(m_stage.folders.downloads).relativeFilePath(finalFile(sample)));
+    }
+    expected.sort();
+    const QStringList found = filesBelow(m_stage.folders.downloads);
+    return unless(found == expected, QStringLiteral("found ") + found.join(QStringLiteral(", ")));
+}
+
+} // namespace vormel::demo

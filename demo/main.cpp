@@ -1,0 +1,69 @@
+#include "config/Services.h"
+#include "demo/DemoProgram.h"
+#include "platform/desktop/TerminationSignals.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDir>
+
+#include <iostream>
+
+namespace {
+
+/// A proxy of the user's would be asked for the demo's addresses, which only the demo's own server knows.
+void forgetProxies()
+{
+    for (const char* name : {"http_proxy", "https_proxy", "all_proxy", "HTTP_PROXY", "HTTPS_PROXY", "ALL_PROXY"})
+        qunsetenv(name);
+}
+
+void nameProgram()
+{
+    QApplication::setApplicationName(QStringLiteral("vormel-demo"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Vormel"));
+    QApplication::setApplicationVersion(QString(vormel::programVersion));
+    QApplication::setDesktopFileName(QStringLiteral("org.vormel.Vormel"));
+}
+
+struct Wishes
+{
+    bool isUnattended = false;
+    QString output;
+};
+
+Wishes readCommandLine()
+{
+    const QCommandLineOption unattended(QStringLiteral("unattended"),
+                                        QStringLiteral("Play without a person, check everything and end by itself."));
+    const QCommandLineOption output(QStringLiteral("output"), QStringLiteral("Where unattended screenshots go."),
+                                    QStringLiteral("folder"), QDir::currentPath());
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("Shows Vormel at work on servers of its own on this computer."));
+    parser.addHelpOption();
+    parser.addOptions({unattended, output});
+    parser.process(*QCoreApplication::instance());
+    return {parser.isSet(unattended), parser.value(output)};
+}
+
+int perform(const QString& output)
+{
+    if (QDir().mkpath(output))
+        return vormel::demo::DemoProgram().perform(output);
+    std::cerr << "The folder cannot be made: " << output.toStdString() << std::endl;
+    return EXIT_FAILURE;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    forgetProxies();
+    vormel::TerminationSignals signalsOfTheSystem; // before any thread is started
+    const QApplication application(argc, argv);
+    nameProgram();
+    QObject::connect(&signalsOfTheSystem, &vormel::TerminationSignals::terminationRequested, &application,
+                     &QApplication::quit);
+    signalsOfTheSystem.listen();
+    const Wishes wishes = readCommandLine();
+    return wishes.isUnattended ? perform(wishes.output) : vormel::demo::DemoProgram().present();
+}
