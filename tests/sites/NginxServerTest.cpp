@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 
@@ -22,8 +23,11 @@ class NginxServerTest : public testing::Test
 protected:
     void SetUp() override
     {
-        if (!NginxServer::isAvailable())
+        if (!NginxServer::isAvailable()) {
+            if (std::getenv("VORMEL_REQUIRE_TOOLS"))
+                FAIL() << "nginx is missing";
             GTEST_SKIP() << "nginx is not installed";
+        }
         std::string bytes(static_cast<std::size_t>(m_pattern.size()), '\0');
         m_pattern.fill(0, bytes);
         std::filesystem::create_directory(m_root);

@@ -87,7 +87,7 @@ void RowPainter::paint(const RowContent& content, const RowLayout& layout) const
     paintText(layout.status, content.statusText, caption, statusTint, Qt::ElideRight, trailing);
     paintText(layout.recovery, content.recoveryText, caption, Tint::orange, Qt::ElideRight, leading);
     paintBar(layout.progressBar, content.progress, Tint::blue);
-    paintText(layout.bytes, content.byteText, caption, Tint::text, Qt::ElideRight, trailing);
+    paintText(layout.bytes, content.byteText, caption, Tint::secondary, Qt::ElideRight, trailing);
     paintText(layout.speed, content.speedText, caption, Tint::secondary, Qt::ElideRight, trailing);
     paintExtraction(content, layout);
     paintText(layout.host, content.host, caption, Tint::tertiary, Qt::ElideRight, leading);
