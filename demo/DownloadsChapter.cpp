@@ -93,8 +93,8 @@ Step DownloadsChapter::resume()
 {
     const auto wentOn = [this] { return objectionToStart(1, m_pausedAt); };
     return {
-        .title = QStringLiteral("Resuming all"),
-        .begin = [this] { m_stage.manager.startAll(); },
+        .title = QStringLiteral("Resuming all, with a higher speed cap"),
+        .begin = [this] { startAll(fastKBps); },
         .goal = QStringLiteral("resumed: the server was asked for the large file again"),
         .missing = [this] { return missingRequests(2); },
         .checks = {{QStringLiteral("it was asked for the rest alone, from the very byte of the pause on"), wentOn}}};
