@@ -22,7 +22,7 @@ QString hostText(const Link& url)
 } // namespace
 
 DownloadItem::DownloadItem(Link originalUrl, ItemId id)
-    : m_id(std::move(id))
+    : m_id(id)
     , m_originalURL(std::move(originalUrl))
     , m_filename(firstName(m_originalURL))
     , m_hostName(hostText(m_originalURL))

@@ -18,7 +18,7 @@ QString plainHost(const Link& url)
 
 QString hostGroupLabel(const Link& url)
 {
-    const QString host = plainHost(url);
+    QString host = plainHost(url);
     if (host.contains(u"terabytez"))
         return terabytezDisplayName;
     if (host.contains(u"filestore"))

@@ -12,7 +12,7 @@ namespace {
 struct Unit
 {
     QLatin1StringView name;
-    int decimals;
+    int decimals = 0;
 };
 
 constexpr std::array<Unit, 6> units{{{QLatin1StringView{"KB"}, 0},

@@ -25,12 +25,9 @@ bool isAsciiDigit(QChar c)
 /// Which characters may stand as they are behind the host. Brackets are not quite legal there, but common and harmless.
 constexpr std::array<bool, 128> addressCharacters = [] {
     std::array<bool, 128> table{};
-    for (char c = '0'; c <= '9'; ++c)
-        table[static_cast<std::size_t>(c)] = true;
-    for (char c = 'a'; c <= 'z'; ++c)
-        table[static_cast<std::size_t>(c)] = table[static_cast<std::size_t>(c - 'a' + 'A')] = true;
-    for (const char c : std::string_view("-._~!$&'()*+,;=:@/?#[]%"))
-        table[static_cast<std::size_t>(c)] = true;
+    for (const char c : std::string_view("0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
+                                         "-._~!$&'()*+,;=:@/?#[]%"))
+        table[static_cast<unsigned char>(c)] = true;
     return table;
 }();
 

@@ -41,7 +41,7 @@ LinkIntake::LinkIntake(const Ports& ports)
 std::vector<Link> LinkIntake::filterNewURLs(const std::vector<Link>& urls) const
 {
     QSet<QString> known;
-    known.reserve(static_cast<qsizetype>(m_ports.table.items().size() + urls.size()));
+    known.reserve(static_cast<qsizetype>(m_ports.table.items().size()) + static_cast<qsizetype>(urls.size()));
     for (const ItemPtr& item : m_ports.table.items())
         known.insert(duplicateKey(normalizeURL(item->originalURL())));
     std::vector<Link> fresh;
@@ -156,7 +156,7 @@ void LinkIntake::containerOpened(const ItemPtr& placeholder, const std::vector<L
         m_ports.queue.setPendingHostSelection(PendingHostSelection{std::move(groups), urls});
 }
 
-void LinkIntake::addCaptchaLinks(PendingCaptcha answered, const std::vector<Link>& urls)
+void LinkIntake::addCaptchaLinks(const PendingCaptcha& answered, const std::vector<Link>& urls)
 {
     m_ports.table.remove({answered.placeholderID});
     addItems(filterNewURLs(urls));
@@ -164,7 +164,7 @@ void LinkIntake::addCaptchaLinks(PendingCaptcha answered, const std::vector<Link
     settle();
 }
 
-void LinkIntake::cancelCaptcha(PendingCaptcha question)
+void LinkIntake::cancelCaptcha(const PendingCaptcha& question)
 {
     if (const ItemPtr placeholder = m_ports.table.find(question.placeholderID))
         placeholder->setStatus(DownloadStatus::failure(QStringLiteral("CAPTCHA cancelled")));

@@ -53,8 +53,8 @@ public:
     /// Adds all links as files, even a container's.
     void addDirectURLs(const std::vector<Link>& urls);
     /// Puts the links in the place of the container that waits for its CAPTCHA.
-    void addCaptchaLinks(PendingCaptcha answered, const std::vector<Link>& urls);
-    void cancelCaptcha(PendingCaptcha question);
+    void addCaptchaLinks(const PendingCaptcha& answered, const std::vector<Link>& urls);
+    void cancelCaptcha(const PendingCaptcha& question);
 
     /// Normalised, without those that the queue has already and without repetitions, in any letter case.
     [[nodiscard]] std::vector<Link> filterNewURLs(const std::vector<Link>& urls) const;

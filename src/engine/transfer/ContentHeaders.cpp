@@ -62,7 +62,7 @@ std::optional<QString> filenameFromContentDisposition(const QString& header)
 {
     static const BoundedRegex whole(QStringLiteral(R"((?i)filename\s*=\s*("[^"]+"|[^;\r\n]+))"));
     static const BoundedRegex prefix(QStringLiteral(R"((?i)filename\s*=\s*)"));
-    if (const std::optional<QString> name = extendedName(header))
+    if (std::optional<QString> name = extendedName(header))
         return name;
     const std::optional<QString> plain = valueBehind(header, whole, prefix);
     return plain ? sanitizedHeaderFilename(*plain) : std::nullopt;

@@ -15,8 +15,8 @@ namespace {
 /// A capped stream is cut finer, so that it flows instead of coming in gulps.
 qsizetype blockSizeFor(qint64 limit)
 {
-    constexpr qint64 largest = 256 * 1024;
-    constexpr qint64 smallest = 16 * 1024;
+    constexpr auto largest = qint64{256} * 1024;
+    constexpr auto smallest = qint64{16} * 1024;
     constexpr qint64 blocksPerSecond = 32;
     return limit < 1 ? largest : std::clamp(limit / blocksPerSecond, smallest, largest);
 }

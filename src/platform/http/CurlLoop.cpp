@@ -44,7 +44,7 @@ void CurlLoop::post(std::function<void()> note)
     curl_multi_wakeup(m_multi.get());
 }
 
-void CurlLoop::start(std::shared_ptr<CurlTransfer> transfer)
+void CurlLoop::start(const std::shared_ptr<CurlTransfer>& transfer)
 {
     post([this, transfer] {
         if (transfer->isSilenced())
@@ -54,7 +54,7 @@ void CurlLoop::start(std::shared_ptr<CurlTransfer> transfer)
     });
 }
 
-void CurlLoop::resume(std::shared_ptr<CurlTransfer> transfer)
+void CurlLoop::resume(const std::shared_ptr<CurlTransfer>& transfer)
 {
     post([this, transfer] {
         if (!m_running.contains(transfer.get()) || transfer->isSuspended())
@@ -66,7 +66,7 @@ void CurlLoop::resume(std::shared_ptr<CurlTransfer> transfer)
     });
 }
 
-void CurlLoop::drop(std::shared_ptr<CurlTransfer> transfer)
+void CurlLoop::drop(const std::shared_ptr<CurlTransfer>& transfer)
 {
     post([this, transfer] {
         if (m_running.contains(transfer.get()))

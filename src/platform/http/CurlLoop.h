@@ -21,9 +21,9 @@ public:
     /// Ends what is running as cancelled, then the thread.
     ~CurlLoop();
 
-    void start(std::shared_ptr<CurlTransfer> transfer);
-    void resume(std::shared_ptr<CurlTransfer> transfer);
-    void drop(std::shared_ptr<CurlTransfer> transfer);
+    void start(const std::shared_ptr<CurlTransfer>& transfer);
+    void resume(const std::shared_ptr<CurlTransfer>& transfer);
+    void drop(const std::shared_ptr<CurlTransfer>& transfer);
 
 private:
     struct MultiCleanup

@@ -10,10 +10,10 @@ namespace {
 
 constexpr int mostHops = 20;
 /// Heads and trailers together; beyond that a server means harm.
-constexpr qsizetype largestHead = 256 * 1024;
+constexpr auto largestHead = qsizetype{256} * 1024;
 /// Reading the rest of a small redirect page keeps the connection; a large one is not worth it.
-constexpr qsizetype largestThrownAway = 64 * 1024;
-constexpr long receiveBuffer = 512 * 1024;
+constexpr auto largestThrownAway = qsizetype{64} * 1024;
+constexpr auto receiveBuffer = 512L * 1024;
 
 HttpError::Kind kindOf(CURLcode code)
 {

@@ -17,7 +17,7 @@ namespace vormel {
 /// What every transfer of one client has in common. Constant once the client stands, except the block size.
 struct CurlSettings
 {
-    static constexpr qsizetype largestBlock = 256 * 1024;
+    static constexpr auto largestBlock = qsizetype{256} * 1024;
 
     QByteArray userAgent;
     QByteArray extraCaFile;

@@ -165,10 +165,10 @@ void QueueModel::removeItems(const QSet<ItemId>& ids)
         if (const int row = m_rows.find(id); row >= 0)
             rows.push_back(row);
     }
-    removeRows(std::move(rows));
+    dropRows(std::move(rows));
 }
 
-void QueueModel::removeRows(std::vector<int> rows)
+void QueueModel::dropRows(std::vector<int> rows)
 {
     std::sort(rows.begin(), rows.end());
     if (countRuns(rows) > mostSteps) {
@@ -220,7 +220,7 @@ void QueueModel::tellChanges()
         rebuild();
         return;
     }
-    removeRows(std::move(hidden));
+    dropRows(std::move(hidden));
     for (const ItemPtr& item : shown)
         showItem(item);
 }

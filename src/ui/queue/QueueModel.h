@@ -51,7 +51,7 @@ private:
     void tellChanges();
     void tellAll();
     void tellSpans(const std::vector<int>& rows);
-    void removeRows(std::vector<int> rows);
+    void dropRows(std::vector<int> rows);
     void showItem(const ItemPtr& item);
     void rebuild();
     [[nodiscard]] bool isVisible(const DownloadItem& item) const;

@@ -58,6 +58,7 @@ void QueueView::dataChanged(const QModelIndex& first, const QModelIndex& last, c
     const Span visible = visibleRows();
     for (int row = qMax(first.row(), visible.first); row <= last.row() && row < visible.end; ++row) {
         const QModelIndex changed = m_model.index(row, 0);
+        // NOLINTNEXTLINE(bugprone-parent-virtual-call): to pass over QListView is what this is about
         QAbstractItemView::dataChanged(changed, changed, roles);
     }
 }

@@ -19,7 +19,7 @@ namespace {
 struct Cap
 {
     QStringView text;
-    qint64 kilobytes;
+    qint64 kilobytes = 0;
 };
 
 constexpr std::array<Cap, 7> caps{{{u"512 KB/s", 512},
