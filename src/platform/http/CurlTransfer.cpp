@@ -107,10 +107,8 @@ bool CurlTransfer::prepare()
         finish(HttpError{HttpError::Kind::UnsupportedUrl, 0, m_request.url.toString()});
         return false;
     }
-    if (!m_handle)
-        m_handle.reset(curl_easy_init());
-    else
-        curl_easy_reset(m_handle.get());
+    // A fresh handle for each hop: to reset the old one would leak its list of cookie files.
+    m_handle.reset(curl_easy_init());
     setOptions();
     setMethod();
     return true;
