@@ -194,6 +194,7 @@ bool CurlTransfer::takeHeaderLine(QByteArrayView line)
     m_lastHeardAt = m_clock.steadyNow();
     m_headBytes += line.size();
     if (m_headBytes > largestHead) {
+        flush(); // what came before the trailers was good
         refuse(HttpError::Kind::BadServerResponse, QStringLiteral("endless headers"));
         return false;
     }
