@@ -1,5 +1,6 @@
 #pragma once
 
+#include "archive/tools/ToolArguments.h"
 #include "archive/tools/ToolRunner.h"
 #include "platform/async/Lifetime.h"
 
@@ -27,7 +28,7 @@ public:
     /// Unpacks into the destination, which is made when needed. onProgress, which may be empty, gets fractions from 0
     /// to 1 where the tool tells. What was unpacked before a failure stays, but never a symbolic link that leads out of
     /// the destination.
-    QCoro::Task<> extract(QString archive, QString destination, std::optional<QString> password,
+    QCoro::Task<> extract(QString archive, QString destination, Password password,
                           std::function<void(double)> onProgress);
 
     /// Tests a set of RAR volumes by its first one and gives the sorted names of the bad ones. An empty list says that
@@ -44,11 +45,9 @@ public:
 
 private:
     using Progress = std::function<void(double)>;
-    using Password = std::optional<QString>;
 
     QCoro::Task<> unpack(QString archive, QString destination, Password password, Progress onProgress);
     QCoro::Task<> unpackZip(QString archive, QString destination, Password password);
-    QCoro::Task<> unpackZipOtherwise(QString archive, QString destination, Password password);
     QCoro::Task<> runClassified(QString tool, QStringList args, bool passwordGiven, Progress onProgress);
     [[nodiscard]] std::optional<QString> firstTool(const QStringList& names) const;
     void traceRepair(const QString& archive) const;

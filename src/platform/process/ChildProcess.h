@@ -42,7 +42,8 @@ public:
 
 private:
     class Running;
-    struct Ended;
+
+    [[nodiscard]] std::unique_ptr<Running> takeOut(const Running& running);
 
     std::vector<std::unique_ptr<Running>> m_running;
 };

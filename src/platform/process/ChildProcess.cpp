@@ -1,0 +1,160 @@
+#include "platform/process/ChildProcess.h"
+
+#include "platform/async/Lifetime.h"
+#include "platform/process/BoundedOutput.h"
+
+#include <QProcess>
+
+#include <sys/prctl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <utility>
+
+namespace vormel {
+
+namespace {
+
+/// What a shell adds to a signal's number, so that no crash is taken for an exit code of the program's own.
+constexpr int statusOfSignals = 128;
+
+ChildEnd notRun(const QString& why)
+{
+    ChildEnd end;
+    end.launchError = why;
+    return end;
+}
+
+/// Runs between fork and exec: nothing but calls that are safe there.
+void prepareChild(pid_t parent)
+{
+    // Away from a terminal of ours, which a tool would ask for a password.
+    ::setsid();
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (::getppid() != parent)
+        ::_exit(1);
+    sigset_t none;
+    sigemptyset(&none);
+    ::sigprocmask(SIG_SETMASK, &none, nullptr);
+    for (const int signal : {SIGPIPE, SIGINT, SIGTERM, SIGHUP})
+        ::signal(signal, SIG_DFL);
+}
+
+/// Qt puts the name of the failed call before the system's words.
+QString systemWords(const QString& error)
+{
+    const qsizetype colon = error.indexOf(u": ");
+    return colon < 0 ? error : error.mid(colon + 2);
+}
+
+} // namespace
+
+class ChildProcesses::Running
+{
+public:
+    using Output = std::function<void(const QByteArray&)>;
+
+    Running(ChildProcesses& owner, Output onOutput)
+        : m_owner(owner)
+        , m_onOutput(std::move(onOutput))
+        , m_source(notRun(QStringLiteral("The program was ended")))
+        , m_process(std::make_unique<QProcess>())
+    {
+        m_process->setProcessChannelMode(QProcess::MergedChannels);
+        m_process->setStandardInputFile(QProcess::nullDevice());
+        m_process->setChildProcessModifier([parent = ::getpid()] { prepareChild(parent); });
+        QObject::connect(m_process.get(), &QProcess::readyRead, [this] { take(); });
+        QObject::connect(m_process.get(), &QProcess::errorOccurred, [this](QProcess::ProcessError error) {
+            if (error == QProcess::FailedToStart)
+                end(notRun(systemWords(m_process->errorString())));
+        });
+        QObject::connect(m_process.get(), &QProcess::finished, [this](int code, QProcess::ExitStatus status) {
+            finish(status == QProcess::CrashExit ? statusOfSignals + code : code);
+        });
+    }
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+    ~Running()
+    {
+        m_process->disconnect();
+        // The child is not waited for yet, so its number is still its own; it may not have made its group yet.
+        const auto child = static_cast<pid_t>(m_process->processId());
+        if (child > 0 && ::kill(-child, SIGKILL) != 0)
+            ::kill(child, SIGKILL);
+        // It may be one of its own signals that leads here, and a killed one is still to be waited for.
+        QProcess* const process = m_process.release();
+        if (child > 0)
+            QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
+        else
+            process->deleteLater();
+    }
+
+    void start(const QString& path, const QStringList& args) { m_process->start(path, args, QProcess::ReadOnly); }
+    [[nodiscard]] Eventual<ChildEnd> eventual() const { return m_source.eventual(); }
+
+private:
+    /// The receiver may do away with this object.
+    void take()
+    {
+        const QByteArray piece = m_process->readAll();
+        m_output.append(piece);
+        const Output onOutput = m_onOutput;
+        if (onOutput && !piece.isEmpty())
+            onOutput(piece);
+    }
+
+    void finish(int status)
+    {
+        const Lifetime::Watch watch = m_lifetime.watch();
+        take();
+        if (watch.isOver())
+            return;
+        ChildEnd result;
+        result.status = status;
+        result.output = m_output.text();
+        end(std::move(result));
+    }
+
+    void end(ChildEnd result)
+    {
+        // Whoever waits may do away with the owner.
+        const std::unique_ptr<Running> self = m_owner.takeOut(*this);
+        m_source.deliver(std::move(result));
+    }
+
+    ChildProcesses& m_owner;
+    Output m_onOutput;
+    EventualSource<ChildEnd> m_source;
+    BoundedOutput m_output;
+    std::unique_ptr<QProcess> m_process;
+    Lifetime m_lifetime;
+};
+
+ChildProcesses::ChildProcesses() = default;
+
+ChildProcesses::~ChildProcesses()
+{
+    // Whoever waits goes on in here and must find a whole object.
+    const std::vector<std::unique_ptr<Running>> ended = std::exchange(m_running, {});
+}
+
+Eventual<ChildEnd> ChildProcesses::run(const QString& path, const QStringList& args,
+                                       std::function<void(const QByteArray&)> onOutput)
+{
+    Running& running = *m_running.emplace_back(std::make_unique<Running>(*this, std::move(onOutput)));
+    Eventual<ChildEnd> eventual = running.eventual();
+    running.start(path, args);
+    return eventual;
+}
+
+std::unique_ptr<ChildProcesses::Running> ChildProcesses::takeOut(const Running& running)
+{
+    const auto found = std::find_if(m_running.begin(), m_running.end(),
+                                    [&](const std::unique_ptr<Running>& each) { return each.get() == &running; });
+    std::unique_ptr<Running> taken = std::move(*found);
+    m_running.erase(found);
+    return taken;
+}
+
+} // namespace vormel
