@@ -191,7 +191,7 @@ QCoro::Task<QStringList> ArchiveExtractor::verify(QString archive)
         trace(about + failureText(error));
         output = error.output();
     }
-    const QStringList bad = badVolumes(output, lastName(archive));
+    const QStringList bad = badVolumes(output, archive);
     trace(QStringLiteral("[Verify] bad volumes: ") + bad.join(QStringLiteral(", ")));
     co_return bad;
 }

@@ -95,40 +95,40 @@ private:
     QString m_carried;
 };
 
-/// The patterns take names without blanks. Those of the set's own name are replaced for the time being by a character
+/// The patterns take paths without blanks. Those of the set's own path are replaced for the time being by a character
 /// that stands in no name.
 constexpr QChar standIn(u'\uE000');
 
-QString withBlanksHidden(const QString& line, const QString& base)
+QString withBlanksHidden(QString line, const QString& part)
 {
-    if (!base.contains(u' '))
+    if (!part.contains(u' '))
         return line;
-    QString hidden = base;
+    QString hidden = part;
     hidden.replace(u' ', standIn);
-    QString result = line;
-    return result.replace(base, hidden, Qt::CaseInsensitive);
+    return line.replace(part, hidden, Qt::CaseInsensitive);
 }
 
 } // namespace
 
-QStringList badVolumes(const QString& output, const QString& archiveName)
+QStringList badVolumes(const QString& output, const QString& archive)
 {
     constexpr qsizetype longestLine = 4096;
-    const QString base = setBaseName(archiveName);
+    const QString name = lastComponent(archive);
+    const QString folder = archive.chopped(name.size());
     Blame blame;
     bool isHeaderCorrupt = false;
     for (const QStringView line : QStringView(output).tokenize(u'\n')) {
         const QString text = line.left(longestLine).toString();
         isHeaderCorrupt = isHeaderCorrupt || text.contains(u"header is corrupt", Qt::CaseInsensitive) ||
                           text.contains(u"corrupt header", Qt::CaseInsensitive);
-        blame.readLine(withBlanksHidden(text, base));
+        blame.readLine(withBlanksHidden(withBlanksHidden(text, folder), setBaseName(name)));
     }
     QSet<QString> names = blame.names();
     if (isHeaderCorrupt)
-        names.insert(archiveName);
+        names.insert(name);
     QStringList sorted = names.values();
-    for (QString& name : sorted)
-        name.replace(standIn, u' ');
+    for (QString& bad : sorted)
+        bad.replace(standIn, u' ');
     sorted.sort();
     return sorted;
 }

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <iterator>
-#include <optional>
 #include <tuple>
 #include <vector>
 
@@ -18,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A link's time of change, which no program can set; nothing for what is no link.
+/// By the time of change, which no tool can set.
 bool isLinkSince(const fs::path& path, const timespec& since)
 {
     struct stat status = {};
@@ -92,9 +91,11 @@ void removeEscapingLinks(const QString& folder, const timespec& since)
     const fs::path root = fs::canonical(QFile::encodeName(folder).toStdString(), error);
     if (error)
         return;
-    for (const fs::path& link : linksSince(root, since))
-        if (leadsOut(link, root))
-            fs::remove(link, error);
+    // All are judged while all are there, as one may lead through another.
+    std::vector<fs::path> links = linksSince(root, since);
+    std::erase_if(links, [&](const fs::path& link) { return !leadsOut(link, root); });
+    for (const fs::path& link : links)
+        fs::remove(link, error);
 }
 
 } // namespace vormel

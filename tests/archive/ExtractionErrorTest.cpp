@@ -1,0 +1,105 @@
+#include "archive/ExtractionError.h"
+
+#include "archive/tools/InstallAdvice.h"
+
+#include <gtest/gtest.h>
+
+namespace vormel {
+namespace {
+
+using Kind = ExtractionError::Kind;
+
+Kind classified(int code, const char* output, bool passwordGiven)
+{
+    return classifyToolError(ExtractionError::extractionFailed(code, QString::fromUtf8(output)), passwordGiven).kind();
+}
+
+TEST(ExtractionError, eachKindHasItsText)
+{
+    EXPECT_EQ(ExtractionError::extractionFailed(3, QStringLiteral("oh")).errorDescription(),
+              u"Extraction failed (code 3): oh");
+    EXPECT_EQ(ExtractionError::unsupportedFormat().errorDescription(), u"Unsupported archive format");
+    EXPECT_EQ(ExtractionError::passwordRequired().errorDescription(), u"Archive is password-protected");
+    EXPECT_EQ(ExtractionError::wrongPassword().errorDescription(), u"Incorrect archive password");
+    EXPECT_EQ(ExtractionError::toolNotFound(QStringLiteral("7z")).errorDescription(),
+              toolNotFoundText(QStringLiteral("7z")));
+    EXPECT_EQ(ExtractionError::repairToolNotFound().errorDescription(), repairToolNotFoundText());
+}
+
+TEST(ExtractionError, aMissingToolIsFoundWithThePackageManagerOfThePlatform)
+{
+    EXPECT_EQ(toolNotFoundText(QStringLiteral("7z"), PackageManager::brew),
+              u"7z not found. Install it with: brew install 7z");
+    EXPECT_EQ(toolNotFoundText(QStringLiteral("unrar/rar"), PackageManager::brew),
+              u"unrar/rar not found. Install it with: brew install unrar/rar");
+    EXPECT_EQ(toolNotFoundText(QStringLiteral("7z"), PackageManager::apt),
+              u"7z not found. Install it with: sudo apt install p7zip-full");
+    EXPECT_EQ(toolNotFoundText(QStringLiteral("unrar"), PackageManager::apt),
+              u"unrar not found. Install it with: sudo apt install unrar");
+    EXPECT_EQ(toolNotFoundText(QStringLiteral("unrar/rar"), PackageManager::apt),
+              u"unrar/rar not found. Install it with: sudo apt install unrar");
+}
+
+TEST(ExtractionError, theMissingRepairToolSaysWhatItIsNeededFor)
+{
+    EXPECT_EQ(repairToolNotFoundText(PackageManager::brew),
+              u"rar (needed to rebuild volumes from .rev — install with: brew install rar) not found. Install it with: "
+              u"brew install rar (needed to rebuild volumes from .rev — install with: brew install rar)");
+    EXPECT_EQ(repairToolNotFoundText(PackageManager::apt),
+              u"rar (needed to rebuild volumes from .rev — install with: sudo apt install rar) not found. Install it "
+              u"with: sudo apt install rar");
+}
+
+TEST(ExtractionError, theTextShowsTwoHundredCharactersNotBytes)
+{
+    const QString family = QStringLiteral("👨‍👩‍👧");
+    const QString shown = ExtractionError::extractionFailed(1, family.repeated(300)).errorDescription();
+    EXPECT_EQ(shown, QStringLiteral("Extraction failed (code 1): ") + family.repeated(200));
+    const QString exact = QStringLiteral("é").repeated(200);
+    EXPECT_EQ(ExtractionError::extractionFailed(1, exact + u'x').errorDescription(),
+              QStringLiteral("Extraction failed (code 1): ") + exact);
+}
+
+TEST(ExtractionError, theWholeOutputIsKeptBesideTheText)
+{
+    const QString output = QStringLiteral("x").repeated(5000);
+    const ExtractionError error = ExtractionError::extractionFailed(7, output);
+    EXPECT_EQ(error.exitCode(), 7);
+    EXPECT_EQ(error.output(), output);
+}
+
+TEST(ExtractionError, exitCodeElevenBlamesThePassword)
+{
+    EXPECT_EQ(classified(11, "", false), Kind::passwordRequired);
+    EXPECT_EQ(classified(11, "", true), Kind::wrongPassword);
+    EXPECT_EQ(classified(3, "", true), Kind::extractionFailed);
+}
+
+TEST(ExtractionError, aCrashIsNoPasswordFailure)
+{
+    EXPECT_EQ(classified(128 + 11, "", true), Kind::extractionFailed);
+}
+
+TEST(ExtractionError, wordsOfTheToolsBlameThePasswordInAnyLetterCase)
+{
+    for (const char* words :
+         {"Enter password (will not be echoed):", "PASSWORD INCORRECT", "ERROR: Wrong password : f",
+          "Checksum error in the encrypted file: f", "Cannot open encrypted archive", "Can not open encrypted archive",
+          "this needs a password", "skipping: f  incorrect password", "skipping: f  unable to get password"}) {
+        EXPECT_EQ(classified(2, words, false), Kind::passwordRequired) << words;
+        EXPECT_EQ(classified(2, words, true), Kind::wrongPassword) << words;
+    }
+}
+
+TEST(ExtractionError, otherFailuresComeBackAsTheyAre)
+{
+    const ExtractionError error =
+        classifyToolError(ExtractionError::extractionFailed(9, QStringLiteral("disk full")), true);
+    EXPECT_EQ(error.kind(), Kind::extractionFailed);
+    EXPECT_EQ(error.exitCode(), 9);
+    EXPECT_EQ(error.output(), u"disk full");
+    EXPECT_EQ(classifyToolError(ExtractionError::unsupportedFormat(), true).kind(), Kind::unsupportedFormat);
+}
+
+} // namespace
+} // namespace vormel

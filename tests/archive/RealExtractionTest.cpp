@@ -1,0 +1,191 @@
+#include "archive/ArchiveExtractor.h"
+#include "archive/TaskEnd.h"
+#include "fixtures/FakeTools.h"
+#include "fixtures/RealTools.h"
+#include "fixtures/Sandbox.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace vormel {
+namespace {
+
+using Kind = ExtractionError::Kind;
+using fixtures::noise;
+using fixtures::runRealTool;
+
+const QString unicodeName = QStringLiteral("Æther/日本 ’ü😀.txt");
+
+class RealExtractionTest : public ::testing::Test
+{
+protected:
+    RealExtractionTest()
+    {
+        sandbox.write(QStringLiteral("in/") + unicodeName, "unicode");
+        sandbox.write(QStringLiteral("in/g.bin"), noise(5000));
+    }
+
+    /// Packs the files with the program, whose arguments may speak of the archive as "%1".
+    [[nodiscard]] QString pack(const QString& name, const QString& program, QStringList args) const
+    {
+        const QString path = sandbox.path(name);
+        for (QString& arg : args)
+            if (arg == u"%1")
+                arg = path;
+        const fixtures::ToolResult result =
+            runRealTool(QStringLiteral("/usr/bin/") + program, args, sandbox.path(QStringLiteral("in")));
+        EXPECT_EQ(result.status, 0) << result.output.constData();
+        return path;
+    }
+    [[nodiscard]] QString packSevenZip(const QString& name, const QStringList& switches) const
+    {
+        return pack(name, QStringLiteral("7zz"),
+                    QStringList{QStringLiteral("a")} + switches +
+                        QStringList{QStringLiteral("%1"), QStringLiteral(".")});
+    }
+
+    TaskEnd extract(const QString& archive, const std::optional<QString>& password = {})
+    {
+        return runToEnd(extractor.extract(archive, sandbox.path(QStringLiteral("out")), password,
+                                          [this](double fraction) { fractions.push_back(fraction); }));
+    }
+    void expectUnpacked() const
+    {
+        EXPECT_EQ(sandbox.read(QStringLiteral("out/") + unicodeName), "unicode");
+        EXPECT_EQ(sandbox.read(QStringLiteral("out/g.bin")), noise(5000));
+    }
+    /// Without the password, with a wrong one, and with the right one, which is "X".
+    void expectGuarded(const QString& archive)
+    {
+        EXPECT_EQ(extract(archive).kind, Kind::passwordRequired) << archive.toStdString();
+        EXPECT_EQ(extract(archive, QStringLiteral("bad")).kind, Kind::wrongPassword) << archive.toStdString();
+        EXPECT_TRUE(extract(archive, QStringLiteral("X")).isSuccess()) << archive.toStdString();
+        expectUnpacked();
+    }
+
+    fixtures::Sandbox sandbox;
+    ToolRunner runner;
+    ArchiveExtractor extractor{runner, [](const QString&) {}};
+    std::vector<double> fractions;
+};
+
+TEST_F(RealExtractionTest, tarOfEachCompressionIsUnpacked)
+{
+    VORMEL_NEEDS_TOOL("tar");
+    for (const auto& [name, letters] : {std::pair(QStringLiteral("a.tar"), QStringLiteral("-cf")),
+                                        std::pair(QStringLiteral("a.tgz"), QStringLiteral("-czf")),
+                                        std::pair(QStringLiteral("a.tar.bz2"), QStringLiteral("-cjf")),
+                                        std::pair(QStringLiteral("a.tar.xz"), QStringLiteral("-cJf"))}) {
+        const QString archive = pack(name, QStringLiteral("tar"), {letters, QStringLiteral("%1"), QStringLiteral(".")});
+        EXPECT_TRUE(extract(archive).isSuccess());
+        expectUnpacked();
+        QDir(sandbox.path(QStringLiteral("out"))).removeRecursively();
+    }
+}
+
+TEST_F(RealExtractionTest, zipIsUnpacked)
+{
+    VORMEL_NEEDS_TOOL("7zz");
+    VORMEL_NEEDS_TOOL("unzip");
+    const TaskEnd end = extract(packSevenZip(QStringLiteral("a.zip"), {}));
+    EXPECT_TRUE(end.isSuccess()) << end.output.toStdString();
+    expectUnpacked();
+}
+
+TEST_F(RealExtractionTest, guardedZipsAskForTheirPassword)
+{
+    VORMEL_NEEDS_TOOL("7zz");
+    VORMEL_NEEDS_TOOL("unzip");
+    expectGuarded(packSevenZip(QStringLiteral("c.zip"), {QStringLiteral("-pX"), QStringLiteral("-mem=ZipCrypto")}));
+    expectGuarded(packSevenZip(QStringLiteral("a.zip"), {QStringLiteral("-pX"), QStringLiteral("-mem=AES256")}));
+}
+
+TEST_F(RealExtractionTest, aGuardedZipAsksForItsPasswordAlsoWithUnzipAlone)
+{
+    VORMEL_NEEDS_TOOL("7zz");
+    VORMEL_NEEDS_TOOL("unzip");
+    const QString archive =
+        packSevenZip(QStringLiteral("c.zip"), {QStringLiteral("-pX"), QStringLiteral("-mem=ZipCrypto")});
+    const fixtures::FakeTools tools;
+    tools.addReal(QStringLiteral("unzip"), QStringLiteral("/usr/bin/unzip"));
+    ToolRunner few(tools.folders());
+    ArchiveExtractor withFew(few, [](const QString&) {});
+    const QString out = sandbox.path(QStringLiteral("out"));
+    EXPECT_EQ(runToEnd(withFew.extract(archive, out, {}, {})).kind, Kind::passwordRequired);
+    EXPECT_EQ(runToEnd(withFew.extract(archive, out, QStringLiteral("bad"), {})).kind, Kind::wrongPassword);
+    EXPECT_TRUE(runToEnd(withFew.extract(archive, out, QStringLiteral("X"), {})).isSuccess());
+}
+
+TEST_F(RealExtractionTest, guardedSevenZipsAskForTheirPasswordWithEachTool)
+{
+    VORMEL_NEEDS_TOOL("7zz");
+    const QString plain = packSevenZip(QStringLiteral("p.7z"), {QStringLiteral("-pX")});
+    const QString hidden = packSevenZip(QStringLiteral("h.7z"), {QStringLiteral("-pX"), QStringLiteral("-mhe=on")});
+    expectGuarded(plain);
+    expectGuarded(hidden);
+    const fixtures::FakeTools tools;
+    tools.addReal(QStringLiteral("7zz"), QStringLiteral("/usr/bin/7zz"));
+    ToolRunner few(tools.folders());
+    ArchiveExtractor withFew(few, [](const QString&) {});
+    for (const QString& archive : {plain, hidden}) {
+        const QString out = sandbox.path(QStringLiteral("out"));
+        EXPECT_EQ(runToEnd(withFew.extract(archive, out, {}, {})).kind, Kind::passwordRequired);
+        EXPECT_EQ(runToEnd(withFew.extract(archive, out, QStringLiteral("bad"), {})).kind, Kind::wrongPassword);
+        EXPECT_TRUE(runToEnd(withFew.extract(archive, out, QStringLiteral("X"), {})).isSuccess());
+    }
+}
+
+TEST_F(RealExtractionTest, rarSetsAreUnpackedAndAskForTheirPassword)
+{
+    VORMEL_NEEDS_TOOL("rar");
+    VORMEL_NEEDS_TOOL("unrar");
+    fixtures::RarSet set;
+    set.files = {{unicodeName, "unicode"}, {QStringLiteral("g.bin"), noise(5000)}};
+    set.volumeBytes = 3000;
+    set.password = QStringLiteral("X");
+    const QStringList guarded = fixtures::makeRarSet(sandbox.path(QStringLiteral("p")), set);
+    ASSERT_GE(guarded.size(), 2);
+    expectGuarded(guarded.front());
+    set.areHeadersEncrypted = true;
+    expectGuarded(fixtures::makeRarSet(sandbox.path(QStringLiteral("hp")), set).value(0));
+    set.password.clear();
+    set.isSolid = true;
+    set.name = QStringLiteral("Ünï cødé");
+    const QStringList open = fixtures::makeRarSet(sandbox.path(QStringLiteral("open")), set);
+    ASSERT_GE(open.size(), 2);
+    QDir(sandbox.path(QStringLiteral("out"))).removeRecursively();
+    EXPECT_TRUE(extract(open.front()).isSuccess());
+    expectUnpacked();
+}
+
+TEST_F(RealExtractionTest, theProgressOfABigSetMoves)
+{
+    VORMEL_NEEDS_TOOL("rar");
+    VORMEL_NEEDS_TOOL("unrar");
+    fixtures::RarSet set;
+    set.files = {{QStringLiteral("big.bin"), noise(24'000'000)}};
+    set.volumeBytes = 5'000'000;
+    const QStringList volumes = fixtures::makeRarSet(sandbox.path(QStringLiteral("big")), set);
+    ASSERT_EQ(volumes.size(), 5);
+    EXPECT_TRUE(extract(volumes.front()).isSuccess());
+    ASSERT_GE(fractions.size(), 3U);
+    EXPECT_TRUE(std::is_sorted(fractions.begin(), fractions.end()));
+    EXPECT_LT(fractions.front(), 0.5);
+    EXPECT_GT(fractions.back(), 0.8);
+}
+
+TEST_F(RealExtractionTest, aPathThatLooksLikeASwitchIsAFileName)
+{
+    VORMEL_NEEDS_TOOL("tar");
+    const QString archive = pack(QStringLiteral("-rf --help.tar"), QStringLiteral("tar"),
+                                 {QStringLiteral("-cf"), QStringLiteral("%1"), QStringLiteral(".")});
+    EXPECT_TRUE(extract(archive).isSuccess());
+    expectUnpacked();
+}
+
+} // namespace
+} // namespace vormel

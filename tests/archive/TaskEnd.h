@@ -1,0 +1,56 @@
+#pragma once
+
+#include "archive/ExtractionError.h"
+#include "fixtures/EventLoop.h"
+#include "platform/async/Spawn.h"
+
+#include <QCoroTask>
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <typeinfo>
+
+namespace vormel {
+
+/// How a task of the archive floor ended.
+struct TaskEnd
+{
+    bool isOver = false;
+    /// Of ExtractionError.
+    std::optional<ExtractionError::Kind> kind;
+    int exitCode = 0;
+    QString output;
+    /// Of any ArchiveError.
+    std::optional<QString> description;
+    bool isLaunchError = false;
+
+    [[nodiscard]] bool isSuccess() const { return isOver && !description; }
+};
+
+inline QCoro::Task<> keepTaskEnd(QCoro::Task<> task, TaskEnd& end)
+{
+    try {
+        co_await task;
+    } catch (const ExtractionError& error) {
+        end.kind = error.kind();
+        end.exitCode = error.exitCode();
+        end.output = error.output();
+        end.description = error.errorDescription();
+    } catch (const ArchiveError& error) {
+        end.isLaunchError = dynamic_cast<const ToolLaunchError*>(&error) != nullptr;
+        end.description = error.errorDescription();
+    }
+    end.isOver = true;
+}
+
+/// Turns the event loop until the task is over.
+inline TaskEnd runToEnd(QCoro::Task<> task)
+{
+    TaskEnd end;
+    spawn(keepTaskEnd(std::move(task), end));
+    EXPECT_TRUE(fixtures::waitUntil([&] { return end.isOver; }, std::chrono::seconds(60)));
+    return end;
+}
+
+} // namespace vormel

@@ -1,0 +1,62 @@
+#include "archive/tools/PercentOutput.h"
+
+#include <QElapsedTimer>
+
+#include <gtest/gtest.h>
+
+namespace vormel {
+namespace {
+
+TEST(PercentOutput, theFirstFigureOfAPieceCounts)
+{
+    EXPECT_EQ(firstFraction("  5%\r 10%\r"), 0.05);
+    EXPECT_EQ(firstFraction("name\n 42%\n"), 0.42);
+}
+
+TEST(PercentOutput, redrawingWithBackspacesIsRead)
+{
+    EXPECT_EQ(firstFraction("\b\b\b\b 23%"), 0.23);
+    EXPECT_EQ(firstFraction("\b\b\b\b100%\b\b\b\b\b  OK "), 1.0);
+}
+
+TEST(PercentOutput, figuresAboveAHundredAreSkippedAndTheNextLineIsLookedAt)
+{
+    EXPECT_EQ(firstFraction("101%"), std::nullopt);
+    EXPECT_EQ(firstFraction("100%"), 1.0);
+    EXPECT_EQ(firstFraction("0%"), 0.0);
+    EXPECT_EQ(firstFraction("999%\r7%"), 0.07);
+    EXPECT_EQ(firstFraction("999% 7%"), std::nullopt);
+}
+
+TEST(PercentOutput, aLongerNumberIsNoPercentage)
+{
+    EXPECT_EQ(firstFraction("1000%"), std::nullopt);
+    EXPECT_EQ(firstFraction("a50%"), std::nullopt);
+}
+
+TEST(PercentOutput, textWithoutAFigureGivesNone)
+{
+    EXPECT_EQ(firstFraction(""), std::nullopt);
+    EXPECT_EQ(firstFraction("%"), std::nullopt);
+    EXPECT_EQ(firstFraction("5 %\r\n5\n%"), std::nullopt);
+}
+
+TEST(PercentOutput, aPieceThatIsNoUtf8GivesNone)
+{
+    EXPECT_EQ(firstFraction("\xff 5%"), std::nullopt);
+    EXPECT_EQ(firstFraction(" 5% \xc3"), std::nullopt);
+    EXPECT_EQ(firstFraction("\xc3\xa9 5%"), 0.05);
+}
+
+TEST(PercentOutput, aHostilePieceOfAMegabyteIsReadInTime)
+{
+    for (const QByteArray& piece : {QByteArray("1"), QByteArray("999%\r"), QByteArray("%"), QByteArray("1 ")}) {
+        QElapsedTimer watch;
+        watch.start();
+        static_cast<void>(firstFraction(piece.repeated(1024 * 1024 / piece.size()) + '%'));
+        EXPECT_LT(watch.elapsed(), 2000) << piece.constData();
+    }
+}
+
+} // namespace
+} // namespace vormel

@@ -1,0 +1,110 @@
+#include "model/ReleaseName.h"
+
+#include <QElapsedTimer>
+
+#include <gtest/gtest.h>
+
+namespace vormel {
+namespace {
+
+QString cleaned(const char* name)
+{
+    return cleanedName(QString::fromUtf8(name), true, false);
+}
+
+QString spaced(const char* name)
+{
+    return cleanedName(QString::fromUtf8(name), false, true);
+}
+
+TEST(ReleaseName, theCutFallsAtTheFirstTagAndKeepsTheYearBeforeIt)
+{
+    EXPECT_EQ(cleaned("Some.Movie.2021.1080p.WEB-DL.x264-GROUP.mkv"), u"Some.Movie.2021.mkv");
+}
+
+TEST(ReleaseName, bothSettingsTogetherReadLikeATitle)
+{
+    EXPECT_EQ(cleanedName(QStringLiteral("Some.Movie.2021.1080p.WEB-DL.x264-GROUP.mkv"), true, true),
+              u"Some Movie 2021.mkv");
+}
+
+TEST(ReleaseName, fullStopsAndUnderscoresBecomeSingleBlanks)
+{
+    EXPECT_EQ(spaced("a.b_c..d.mkv"), u"a b c d.mkv");
+    EXPECT_EQ(spaced("\ta._. b-c.mkv"), u"a b-c.mkv");
+}
+
+TEST(ReleaseName, aTagAtTheVeryStartStays)
+{
+    EXPECT_EQ(cleaned("1080p.mkv"), u"1080p.mkv");
+}
+
+TEST(ReleaseName, aNameOfWhichNothingWouldBeLeftStays)
+{
+    EXPECT_EQ(cleaned("..._.mkv"), u"..._.mkv");
+    EXPECT_EQ(spaced("..._.mkv"), u"..._.mkv");
+    EXPECT_EQ(cleaned("-1080p-.mkv"), u"-1080p-.mkv");
+}
+
+TEST(ReleaseName, anyTagBetweenSeparatorsCutsAlsoCommonWords)
+{
+    EXPECT_EQ(cleaned("Multi.Track.Drifting.mkv"), u"Multi.Track.Drifting.mkv");
+    EXPECT_EQ(cleaned("The.Multi.Show.mkv"), u"The.mkv");
+    EXPECT_EQ(cleaned("The Proper Way.mkv"), u"The.mkv");
+    EXPECT_EQ(cleaned("Propertius.Engine.mkv"), u"Propertius.Engine.mkv");
+}
+
+TEST(ReleaseName, aNameWithoutExtensionAndTagIsOnlyTrimmed)
+{
+    EXPECT_EQ(cleaned("_- a b -_"), u"a b");
+    EXPECT_EQ(cleanedName(QStringLiteral("_name_"), false, false), u"name");
+}
+
+TEST(ReleaseName, theExtensionKeepsItsCase)
+{
+    EXPECT_EQ(cleaned("Film.720P.MKV"), u"Film.MKV");
+}
+
+TEST(ReleaseName, aTagMayEndTheStem)
+{
+    EXPECT_EQ(stripReleaseTags(QStringLiteral("Film - HDR")), u"Film");
+    EXPECT_EQ(stripReleaseTags(QStringLiteral("Film-hdr10+")), u"Film");
+}
+
+TEST(ReleaseName, aStemWithoutATagComesBackUntouched)
+{
+    EXPECT_EQ(stripReleaseTags(QStringLiteral("-Film-")), u"-Film-");
+}
+
+class ReleaseTag : public ::testing::TestWithParam<const char*>
+{};
+
+TEST_P(ReleaseTag, cutsTheName)
+{
+    EXPECT_EQ(stripReleaseTags(QStringLiteral("Film.%1.rest").arg(QString::fromUtf8(GetParam()))), u"Film");
+}
+
+INSTANTIATE_TEST_SUITE_P(ReleaseName, ReleaseTag,
+                         ::testing::Values("2160p", "1080p", "720p", "480p", "540p", "web-dl", "WEBDL", "web rip",
+                                           "WEBRip", "bluray", "blu-ray", "bdrip", "brrip", "hdtv", "dvdrip", "hdrip",
+                                           "remux", "x264", "x 265", "h264", "h 265", "hevc", "avc", "xvid", "hdr10",
+                                           "hdr10+", "hdr", "dovi", "dv", "10bit", "10 bit", "8bit", "aac", "ac3",
+                                           "eac3", "e-ac-3", "dd", "ddp", "ddp5", "dts", "dts-hd", "flac", "atmos",
+                                           "truehd", "multi", "multisub", "sub", "subs", "ita", "eng", "vostfr", "vf",
+                                           "repack", "proper", "imax", "amzn", "nf", "dsnp", "atvp", "hmax"));
+
+TEST(ReleaseName, aHostileNameOfAMegabyteIsCleanedInTime)
+{
+    constexpr qsizetype size = 1024 * 1024;
+    for (const QString& piece :
+         {QStringLiteral("a"), QStringLiteral("."), QStringLiteral(".x"), QStringLiteral(" e-ac-"),
+          QStringLiteral("_multisubs"), QStringLiteral(" ."), QStringLiteral(".dts-h")}) {
+        QElapsedTimer watch;
+        watch.start();
+        static_cast<void>(cleanedName(piece.repeated(size / piece.size()), true, true));
+        EXPECT_LT(watch.elapsed(), 2000) << piece.toStdString();
+    }
+}
+
+} // namespace
+} // namespace vormel
