@@ -1,10 +1,11 @@
 #pragma once
 
-#include "archive/PostDownload.h"
+#include "archive/ArchiveExtractor.h"
 #include "engine/DownloadManager.h"
 #include "platform/clock/SystemClock.h"
 #include "platform/http/CurlHttpClient.h"
 #include "platform/storage/FileWriter.h"
+#include "platform/storage/Trash.h"
 #include "platform/storage/UserDefaults.h"
 #include "resolvers/ResolverTables.h"
 
@@ -26,8 +27,9 @@ private:
     FileWriter m_fileWriter;
     UserDefaults m_defaults;
     ResolverTables m_resolvers;
-    NoPostDownload m_postDownload;
-    NoFailureRecovery m_recovery;
+    DesktopTrash m_trash;
+    ToolRunner m_tools;
+    ArchiveExtractor m_extractor{m_tools};
     DownloadManager m_manager;
 };
 

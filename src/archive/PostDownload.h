@@ -18,11 +18,4 @@ public:
     virtual void autoExtractAfterDownload(const ItemId& item) = 0;
 };
 
-/// Leaves every file as it came.
-class NoPostDownload final : public PostDownload
-{
-public:
-    void autoExtractAfterDownload(const ItemId& /*item*/) override {}
-};
-
 } // namespace vormel

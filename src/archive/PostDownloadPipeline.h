@@ -8,6 +8,7 @@
 #include <QCoroTask>
 #include <QHash>
 #include <QSet>
+#include <QThreadPool>
 
 namespace vormel {
 
@@ -91,12 +92,13 @@ private:
     [[nodiscard]] QString destinationOf(const ReadyArchive& archive) const;
     [[nodiscard]] QStringList removeRevItems(const QString& base);
     [[nodiscard]] QStringList spentSources(const Run& run) const;
-    QCoro::Task<> moveToTrash(QStringList paths) const;
+    QCoro::Task<> moveToTrash(QStringList paths);
 
     Ports m_ports;
     Lifetime m_lifetime;
     /// By archive: what failed runs of it left in their destination. A later run takes that for its own.
     QHash<QString, QSet<QString>> m_leftovers;
+    QThreadPool m_disposer; ///< its end waits for what is being moved
 };
 
 } // namespace vormel

@@ -21,7 +21,7 @@ struct ReadyArchive
 struct ArchiveSources
 {
     const std::vector<ItemPtr>& items;
-    std::span<const ItemPtr> namedLikeSet; ///< every item whose name has the base name of the item's set
+    std::span<const ItemPtr> namedLikeSet;              ///< every item whose name has the base name of the item's set
     std::function<bool(const DownloadItem&)> isFetched; ///< is this recovery volume fetched at all?
 };
 

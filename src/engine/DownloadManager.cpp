@@ -1,11 +1,13 @@
 #include "engine/DownloadManager.h"
 
-#include "engine/completion/RevRule.h"
+#include "engine/groups/VisibleGroups.h"
 #include "model/DownloadPaths.h"
 #include "model/SetName.h"
 #include "platform/async/Spawn.h"
 #include "platform/storage/FileWriter.h"
 #include "resolvers/ResolverError.h"
+
+#include <algorithm>
 
 namespace vormel {
 
@@ -15,13 +17,18 @@ DownloadManager::DownloadManager(const Platform& platform, const Collaborators& 
     , m_settings(platform.defaults, platform.folders.downloads)
     , m_table(*this)
     , m_queueFile(platform.folders.applicationSupport + QStringLiteral("/download_queue.json"), platform.fileWriter)
+    , m_groupNames(platform.defaults)
+    , m_revFiles(m_table, m_settings, *this)
+    , m_recovery(m_table, m_settings, platform.clock, m_revFiles)
+    , m_pipeline({m_settings, platform.clock, collaborators.extractor, platform.trash, *this})
     , m_session(platform.http, platform.clock, *this)
-    , m_completion(m_table, m_settings, platform.clock, collaborators.postDownload, collaborators.recovery, *this)
-    , m_starter({m_table, m_settings, platform.clock, m_resolvers, m_session, m_completion, collaborators.postDownload,
-                 collaborators.recovery, *this})
+    , m_completion(m_table, m_settings, platform.clock, m_pipeline, m_recovery, *this)
+    , m_starter(
+          {m_table, m_settings, platform.clock, m_resolvers, m_session, m_completion, m_pipeline, m_recovery, *this})
     , m_prefetch(m_table, m_settings, m_resolvers, *this)
-    , m_intake({m_table, m_settings, m_resolvers, m_completion, collaborators.postDownload, *this})
-    , m_commands(m_table, m_session, m_starter, m_completion, *this)
+    , m_intake({m_table, m_settings, m_resolvers, m_completion, m_pipeline, *this})
+    , m_commands({m_table, m_settings, m_session, m_starter, m_completion, m_recovery, m_pipeline, *this})
+    , m_verification(m_table, collaborators.extractor, m_commands, m_pipeline)
 {
     applySpeedLimit();
     restoreQueue();
@@ -78,18 +85,48 @@ void DownloadManager::processQueue()
     const qint64 limit = m_settings.maxConcurrentDownloads.value();
     for (const ItemPtr& item : chooseStarts(m_table, limit, m_startsUnderWay.size(), *this)) {
         m_startsUnderWay.insert(item->id());
-        later([this, item] { startNow(item); });
+        later([this, item] { startChosen(item, DownloadStatus::queued); });
     }
 }
 
-void DownloadManager::startNow(const ItemPtr& item)
+void DownloadManager::startAhead(const std::vector<ItemPtr>& items)
+{
+    const qint64 limit = m_settings.maxConcurrentDownloads.value();
+    for (const ItemPtr& item : chooseStartsAhead(items, m_table, limit, m_startsUnderWay.size(), *this)) {
+        item->setStatus(DownloadStatus::resolving);
+        later([this, item] { startChosen(item, DownloadStatus::resolving); });
+    }
+}
+
+void DownloadManager::startChosen(const ItemPtr& item, DownloadStatus::Kind expected)
 {
     m_startsUnderWay.remove(item->id());
-    // A command may have come between the pass and this turn; its slot then goes to another item.
-    if (m_table.find(item->id()) == item && item->status() == DownloadStatus::queued)
+    // A command may have come between the choice and this turn; the slot then goes to another item.
+    if (m_table.find(item->id()) == item && item->status() == expected)
         spawn(m_starter.startDownload(item));
     else
         processQueue();
+}
+
+std::vector<DownloadGroup> DownloadManager::visibleGroups() const
+{
+    return vormel::visibleGroups(m_table, m_settings.downloadRevFiles.value());
+}
+
+std::optional<DownloadGroup> DownloadManager::visibleGroupOf(const DownloadItem& item) const
+{
+    return vormel::visibleGroupOf(item, m_table, m_settings.downloadRevFiles.value());
+}
+
+void DownloadManager::renameGroup(const QString& id, const QString& name)
+{
+    m_groupNames.renameGroup(id, name);
+    Q_EMIT groupRenamed(id);
+}
+
+bool DownloadManager::hasPendingRevFiles(const std::vector<ItemPtr>& items) const
+{
+    return m_revFiles.hasPendingRevFiles(items);
 }
 
 void DownloadManager::prefetchFilenames()
@@ -119,6 +156,11 @@ void DownloadManager::tableShrank(const QSet<ItemId>& ids)
     Q_EMIT itemsRemoved(ids);
 }
 
+void DownloadManager::tableReordered()
+{
+    Q_EMIT itemsReordered();
+}
+
 void DownloadManager::tableItemChanged(DownloadItem& item, ItemField field)
 {
     m_queueFile.noteChange(item.id(), field);
@@ -134,8 +176,7 @@ bool DownloadManager::isHeldBack(const DownloadItem& item) const
 
 bool DownloadManager::mayFetchRev(const DownloadItem& item) const
 {
-    return revAllowlist.contains(item.id()) ||
-           (m_settings.downloadRevFiles.value() && shouldDownloadRev(item, m_table));
+    return m_revFiles.mayFetch(item);
 }
 
 bool DownloadManager::isRevHeldBack(const DownloadItem& item) const
@@ -241,6 +282,59 @@ void DownloadManager::confirmHostSelection(const std::vector<Link>& urls)
 void DownloadManager::cancelHostSelection()
 {
     setPendingHostSelection(std::nullopt);
+}
+
+std::optional<PendingExtractionPassword> DownloadManager::pendingExtractionPassword() const
+{
+    return m_pendingPasswords.empty() ? std::nullopt : std::optional(m_pendingPasswords.front());
+}
+
+void DownloadManager::askExtractionPassword(PendingExtractionPassword question)
+{
+    const bool isAsked = std::any_of(m_pendingPasswords.begin(), m_pendingPasswords.end(),
+                                     [&](const auto& asked) { return asked.itemID == question.itemID; });
+    if (isAsked || !m_table.find(question.itemID))
+        return;
+    m_pendingPasswords.push_back(std::move(question));
+    Q_EMIT changed();
+}
+
+void DownloadManager::submitExtractionPassword(const QString& password)
+{
+    if (m_pendingPasswords.empty())
+        return;
+    const ItemId id = m_pendingPasswords.front().itemID;
+    cancelExtractionPassword();
+    m_pipeline.extractWithPassword(id, password);
+}
+
+void DownloadManager::cancelExtractionPassword()
+{
+    if (m_pendingPasswords.empty())
+        return;
+    m_pendingPasswords.pop_front();
+    Q_EMIT changed();
+}
+
+std::span<const ItemPtr> DownloadManager::itemsOfSet(const QString& base) const
+{
+    return m_table.itemsOfSet(base);
+}
+
+bool DownloadManager::isRevFetched(const DownloadItem& item) const
+{
+    return m_settings.downloadRevFiles.value() || m_revFiles.isAllowed(item.id());
+}
+
+QString DownloadManager::customGroupName(const QString& base) const
+{
+    return m_groupNames.customName(base);
+}
+
+void DownloadManager::dropRevItems(const QSet<ItemId>& ids)
+{
+    m_revFiles.forget(ids);
+    m_commands.removeItems(ids);
 }
 
 } // namespace vormel

@@ -1,12 +1,17 @@
 #pragma once
 
+#include "archive/PostDownloadPipeline.h"
+#include "engine/commands/GroupVerification.h"
 #include "engine/commands/QueueCommands.h"
-#include "engine/completion/FailureRecovery.h"
 #include "engine/completion/TransferCompletion.h"
+#include "engine/groups/DownloadGroup.h"
+#include "engine/groups/GroupNames.h"
 #include "engine/intake/FilenamePrefetch.h"
 #include "engine/intake/LinkIntake.h"
 #include "engine/queue/ItemTable.h"
 #include "engine/queue/QueueFile.h"
+#include "engine/recovery/NetworkRecovery.h"
+#include "engine/recovery/RevFiles.h"
 #include "engine/schedule/DownloadStarter.h"
 #include "engine/schedule/Scheduler.h"
 #include "engine/transfer/TransferSession.h"
@@ -14,6 +19,8 @@
 #include "platform/Platform.h"
 
 #include <QObject>
+
+#include <deque>
 
 namespace vormel {
 
@@ -27,17 +34,18 @@ class DownloadManager final : public QObject,
                               private DownloadStarter::Queue,
                               private FilenamePrefetch::Queue,
                               private LinkIntake::Queue,
-                              private QueueCommands::Queue
+                              private QueueCommands::Queue,
+                              private RevFiles::Queue,
+                              private PostDownloadPipeline::Queue
 {
     Q_OBJECT
 
 public:
-    /// What the queue calls on that is not the machine's. All outlive the manager.
+    /// What the queue calls on beside the machine. All outlive the manager.
     struct Collaborators
     {
         const ResolverTables& resolvers;
-        PostDownload& postDownload;
-        FailureRecovery& recovery;
+        ArchiveExtractor& extractor;
     };
 
     DownloadManager(const Platform& platform, const Collaborators& collaborators);
@@ -45,8 +53,19 @@ public:
 
     [[nodiscard]] AppSettings& settings() { return m_settings; }
     [[nodiscard]] const ResolverTables& resolvers() const { return m_resolvers; }
-    [[nodiscard]] const std::vector<ItemPtr>& items() const { return m_table.items(); }
-    [[nodiscard]] ItemPtr item(const ItemId& id) const { return m_table.find(id); }
+    [[nodiscard]] const std::vector<ItemPtr>& items() const override { return m_table.items(); }
+    [[nodiscard]] ItemPtr item(const ItemId& id) const override { return m_table.find(id); }
+    /// The place in the queue of an item that is in it.
+    [[nodiscard]] std::size_t position(const ItemId& id) const { return m_table.position(id); }
+
+    /// The groups as the list shows them; made anew from the whole queue.
+    [[nodiscard]] std::vector<DownloadGroup> visibleGroups() const;
+    /// The group of one item, without a look at the rest of the queue; nothing if all of it is hidden.
+    [[nodiscard]] std::optional<DownloadGroup> visibleGroupOf(const DownloadItem& item) const;
+    [[nodiscard]] const GroupNames& groupNames() const { return m_groupNames; }
+    void renameGroup(const QString& id, const QString& name);
+    [[nodiscard]] bool hasPendingRevFiles(const std::vector<ItemPtr>& items) const;
+
     [[nodiscard]] double totalSpeedBytesPerSec() const { return m_totalSpeedBytesPerSec; }
     [[nodiscard]] const QString& queueFileURL() const { return m_queueFile.queueFileURL(); }
     [[nodiscard]] const std::vector<HostAccount>& accounts() const override { return m_accounts; }
@@ -57,10 +76,15 @@ public:
 
     void processQueue() override;
     void saveQueue() override;
+    /// What the user can do to the queue, to items and to groups.
     [[nodiscard]] QueueCommands& commands() { return m_commands; }
     void startAll() { m_commands.startAll(); }
     void pauseAll() { m_commands.pauseAll(); }
     void clearCompleted() { m_commands.clearCompleted(); }
+    void clearExtracted() override { m_commands.clearExtracted(); }
+    void verifyGroup(const std::vector<ItemPtr>& items) { m_verification.verifyGroup(items); }
+    void retryWithRevFiles(const std::vector<ItemPtr>& items) { m_recovery.retryWithRevFiles(items); }
+    void retryExtraction(const ItemId& id) { m_pipeline.retryExtraction(id); }
 
     // The questions to the user. While one is set, its sheet is shown; the answer is one of the operations below it.
     [[nodiscard]] const std::optional<PendingCaptcha>& pendingCaptcha() const { return m_pendingCaptcha; }
@@ -75,6 +99,10 @@ public:
     [[nodiscard]] const std::optional<SupportedHost>& pendingLogin() const { return m_pendingLogin; }
     void loginSucceeded();
     void cancelLogin();
+    /// The first of the archives that wait for theirs.
+    [[nodiscard]] std::optional<PendingExtractionPassword> pendingExtractionPassword() const;
+    void submitExtractionPassword(const QString& password);
+    void cancelExtractionPassword();
 
     /// The orderly end: closes every part file and has the queue on disk before it returns.
     void shutDown();
@@ -84,6 +112,8 @@ Q_SIGNALS:
     void changed();
     void itemsInserted(qsizetype first, qsizetype count);
     void itemsRemoved(const QSet<vormel::ItemId>& ids);
+    void itemsReordered();
+    void groupRenamed(const QString& id);
     /// During the change; views gather these and repaint later.
     void itemChanged(const vormel::ItemId& id, vormel::ItemField field);
     void totalSpeedChanged();
@@ -92,6 +122,7 @@ private:
     // ItemTable::Listener
     void tableGrew(qsizetype first, qsizetype count) override;
     void tableShrank(const QSet<ItemId>& ids) override;
+    void tableReordered() override;
     void tableItemChanged(DownloadItem& item, ItemField field) override;
     // SchedulingRules
     [[nodiscard]] bool isHeldBack(const DownloadItem& item) const override;
@@ -109,10 +140,20 @@ private:
     void later(std::function<void()> action) override;
     void setPendingCaptcha(std::optional<PendingCaptcha> question) override;
     void setPendingHostSelection(std::optional<PendingHostSelection> question) override;
+    // QueueCommands::Queue
+    void startAhead(const std::vector<ItemPtr>& items) override;
+    // PostDownloadPipeline::Queue
+    [[nodiscard]] std::span<const ItemPtr> itemsOfSet(const QString& base) const override;
+    [[nodiscard]] bool isRevFetched(const DownloadItem& item) const override;
+    [[nodiscard]] QString customGroupName(const QString& base) const override;
+    bool allowRevFiles(const QString& base) override { return m_revFiles.allowRevFiles(base); }
+    void askExtractionPassword(PendingExtractionPassword question) override;
+    void dropRevItems(const QSet<ItemId>& ids) override;
 
     void restoreQueue();
     void applySpeedLimit();
-    void startNow(const ItemPtr& item);
+    /// Starts an item that was chosen, if nothing has come between.
+    void startChosen(const ItemPtr& item, DownloadStatus::Kind expected);
 
     const ResolverTables& m_resolvers;
     Platform m_platform;
@@ -122,18 +163,23 @@ private:
     std::optional<PendingCaptcha> m_pendingCaptcha;
     std::optional<PendingHostSelection> m_pendingHostSelection;
     std::optional<SupportedHost> m_pendingLogin;
+    std::deque<PendingExtractionPassword> m_pendingPasswords; ///< the first is the one asked
     double m_totalSpeedBytesPerSec = 0;
     QSet<ItemId> itemsAwaitingLogin;
-    QSet<ItemId> revAllowlist;
     QSet<ItemId> m_startsUnderWay; ///< chosen by a pass, start task not yet run
 
     QueueFile m_queueFile;
+    GroupNames m_groupNames;
+    RevFiles m_revFiles;
+    NetworkRecovery m_recovery;
+    PostDownloadPipeline m_pipeline;
     TransferSession m_session;
     TransferCompletion m_completion;
     DownloadStarter m_starter;
     FilenamePrefetch m_prefetch;
     LinkIntake m_intake;
     QueueCommands m_commands;
+    GroupVerification m_verification;
 };
 
 } // namespace vormel

@@ -6,10 +6,14 @@ namespace vormel {
 
 namespace {
 
+BoundedRegex ignoringCase(const QString& pattern)
+{
+    return BoundedRegex(pattern, QRegularExpression::CaseInsensitiveOption);
+}
+
 const BoundedRegex& partSuffixPattern()
 {
-    static const BoundedRegex pattern(QStringLiteral(R"(\.part\d+\.(rar|rev)$)"),
-                                      QRegularExpression::CaseInsensitiveOption);
+    static const BoundedRegex pattern = ignoringCase(QStringLiteral(R"(\.part\d+\.(rar|rev)$)"));
     return pattern;
 }
 
@@ -31,6 +35,26 @@ bool isSetMember(const QString& filename)
 QString setBaseName(const QString& filename)
 {
     return mayBeMember(filename) ? partSuffixPattern().removedFrom(filename) : filename;
+}
+
+bool isRarPart(const QString& filename)
+{
+    static const BoundedRegex rarPartPattern = ignoringCase(QStringLiteral(R"(\.part\d+\.rar$)"));
+    return mayBeMember(filename) && rarPartPattern.search(filename);
+}
+
+bool isFirstVolume(const QString& filename)
+{
+    static const BoundedRegex pattern = ignoringCase(QStringLiteral(R"(\.part0*1\.rar$)"));
+    return mayBeMember(filename) && pattern.search(filename);
+}
+
+qint64 partNumber(const QString& filename)
+{
+    static const BoundedRegex pattern = ignoringCase(QStringLiteral(R"(\.part(\d+)\.(rar|rev)$)"));
+    if (!mayBeMember(filename))
+        return 0;
+    return pattern.search(filename).match.captured(1).toLongLong();
 }
 
 } // namespace vormel

@@ -7,6 +7,7 @@ namespace vormel {
 class Clock;
 class FileWriter;
 class HttpClient;
+class Trash;
 class UserDefaults;
 
 /// Everything that the program takes from the machine, handed down from where it is put together. Whatever is named
@@ -17,6 +18,7 @@ struct Platform
     HttpClient& http;
     FileWriter& fileWriter;
     UserDefaults& defaults;
+    Trash& trash;
     Folders folders;
 };
 

@@ -11,6 +11,7 @@ class SilentListener final : public ItemTable::Listener
 public:
     void tableGrew(qsizetype /*first*/, qsizetype /*count*/) override {}
     void tableShrank(const QSet<ItemId>& /*ids*/) override {}
+    void tableReordered() override {}
     void tableItemChanged(DownloadItem& /*item*/, ItemField /*field*/) override {}
 };
 

@@ -52,7 +52,6 @@ TEST_F(TransferCompletionTest, FailsWithTheTextOfAPage)
     failPage("<html>sorry</html>");
     EXPECT_EQ(item->status(), DownloadStatus::failure(pageText));
     EXPECT_FALSE(shop.sandbox.exists(partFile));
-    EXPECT_TRUE(shop.recovery.countdowns.empty());
     shop.clock.advance(1h);
     EXPECT_EQ(requests(), 1U);
 }
@@ -106,8 +105,6 @@ TEST_F(TransferCompletionTest, TriesALostConnectionAgainAfterGrowingDelays)
     }
     loseConnection();
     EXPECT_EQ(item->status(), DownloadStatus::failure(QStringLiteral("The connection to the server was lost.")));
-    EXPECT_EQ(shop.recovery.countdowns, (std::vector{std::pair(item->id(), 10)}));
-    EXPECT_EQ(shop.recovery.checks.size(), 1U);
     EXPECT_EQ(requests(), 9U);
 }
 
@@ -172,7 +169,6 @@ TEST_F(TransferCompletionTest, TriesAShortFileEightTimesAndThenTellsTheNumbers)
     EXPECT_EQ(item->status(),
               DownloadStatus::failure(QStringLiteral("Incomplete download (999 bytes of 1,000 bytes) — retry")));
     EXPECT_EQ(requests(), 9U);
-    EXPECT_TRUE(shop.recovery.countdowns.empty());
     EXPECT_EQ(shop.sandbox.read(partFile).size(), 999);
 }
 
@@ -204,7 +200,6 @@ TEST_F(TransferCompletionTest, NeverCompletesAnErrorAnswer)
     EXPECT_EQ(item->totalBytes(), 0);
     EXPECT_EQ(requests(), 9U);
     EXPECT_FALSE(shop.sandbox.exists(QStringLiteral("Downloads/x.rar")));
-    EXPECT_EQ(shop.recovery.countdowns.size(), 1U);
 }
 
 TEST_F(TransferCompletionTest, KeepsTheGoodBytesThroughErrorAnswersOnAResume)
@@ -293,10 +288,11 @@ TEST_F(TransferCompletionTest, BringsARecoveryVolumeToItsArchive)
     const ItemPtr rar = shop.add(QStringLiteral("http://h/m.part1.rar"));
     const QString elsewhere = shop.sandbox.write(QStringLiteral("elsewhere/m.part1.rar"), "rar");
     shop.sandbox.write(QStringLiteral("elsewhere/m.part1.rev"), "stale");
-    shop.add(QStringLiteral("http://h/m.part2.rar"));
+    const ItemPtr missing = shop.add(QStringLiteral("http://h/m.part2.rar"));
     const ItemPtr rev = shop.start(QStringLiteral("http://h/m.part1.rev"));
     rar->setStatus(DownloadStatus::completed);
     rar->setLocalPath(elsewhere);
+    missing->setStatus(DownloadStatus::failure(QStringLiteral("gone")));
     auto& exchange = *std::find_if(shop.http.exchanges().begin(), shop.http.exchanges().end(), [](const auto& e) {
                           return e->request.url.path().endsWith(QStringLiteral(".rev"));
                       })->get();
@@ -307,7 +303,7 @@ TEST_F(TransferCompletionTest, BringsARecoveryVolumeToItsArchive)
     EXPECT_EQ(rev->localPath(), shop.sandbox.path(QStringLiteral("elsewhere/m.part1.rev")));
     EXPECT_EQ(shop.sandbox.read(QStringLiteral("elsewhere/m.part1.rev")), "fresh");
     // The arrival starts the archive again, by its first volume.
-    EXPECT_EQ(shop.postDownload.items, (std::vector{rev->id(), rar->id()}));
+    EXPECT_FALSE(rar->extractionStatus() == ExtractionStatus::idle);
 }
 
 TEST_F(TransferCompletionTest, HandsAFinishedFileToTheArchiveStepOnlyIfAsked)
@@ -316,8 +312,7 @@ TEST_F(TransferCompletionTest, HandsAFinishedFileToTheArchiveStepOnlyIfAsked)
     const ItemPtr item = shop.start(rarLink);
     answer(200, {}, "x");
     EXPECT_EQ(item->status(), DownloadStatus::completed);
-    EXPECT_TRUE(shop.postDownload.items.empty());
-    EXPECT_EQ(shop.recovery.checks, std::vector{item->id()});
+    EXPECT_EQ(item->extractionStatus(), ExtractionStatus::idle);
 }
 
 TEST_F(TransferCompletionTest, StartsTheNextItemWhenOneEnds)

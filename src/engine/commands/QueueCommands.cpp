@@ -1,78 +1,229 @@
 #include "engine/commands/QueueCommands.h"
 
+#include "archive/PostDownload.h"
+#include "engine/commands/DiskState.h"
+#include "engine/commands/GroupOrder.h"
 #include "engine/completion/TransferCompletion.h"
+#include "engine/groups/VisibleGroups.h"
+#include "engine/recovery/NetworkRecovery.h"
 #include "engine/schedule/DownloadStarter.h"
 #include "engine/transfer/TransferSession.h"
+#include "model/AppSettings.h"
+#include "model/DownloadPaths.h"
 
 #include <QFile>
 
+#include <algorithm>
+
 namespace vormel {
 
-QueueCommands::QueueCommands(ItemTable& table, TransferSession& session, DownloadStarter& starter,
-                             TransferCompletion& completion, Queue& queue)
-    : m_table(table)
-    , m_session(session)
-    , m_starter(starter)
-    , m_completion(completion)
-    , m_queue(queue)
+namespace {
+
+QSet<ItemId> idsOf(const QueueCommands::Items& items)
+{
+    QSet<ItemId> ids;
+    for (const ItemPtr& item : items)
+        ids.insert(item->id());
+    return ids;
+}
+
+bool isOnItsWay(const DownloadItem& item)
+{
+    const DownloadStatus::Kind status = item.status().kind();
+    return status == DownloadStatus::resolving || status == DownloadStatus::expanding ||
+           status == DownloadStatus::downloading;
+}
+
+} // namespace
+
+QueueCommands::QueueCommands(const Ports& ports)
+    : m_ports(ports)
 {}
 
 void QueueCommands::startAll()
 {
-    for (const ItemPtr& item : m_table.items()) {
+    for (const ItemPtr& item : m_ports.table.items()) {
         if (item->status() == DownloadStatus::paused)
             item->setStatus(DownloadStatus::queued);
     }
-    m_queue.processQueue();
+    m_ports.queue.processQueue();
 }
 
 void QueueCommands::pauseAll()
 {
-    for (const ItemPtr& item : m_table.items()) {
+    for (const ItemPtr& item : m_ports.table.items()) {
         if (item->status() == DownloadStatus::queued)
             item->setStatus(DownloadStatus::paused);
-        else if (item->status() == DownloadStatus::downloading)
-            interruptItem(*item, DownloadStatus::paused);
     }
+    pauseItems(m_ports.table.items());
 }
 
 void QueueCommands::clearCompleted()
 {
     QSet<ItemId> completed;
-    for (const ItemPtr& item : m_table.items()) {
+    for (const ItemPtr& item : m_ports.table.items()) {
         if (item->status() == DownloadStatus::completed)
             completed.insert(item->id());
     }
-    m_completion.forget(completed);
-    m_table.remove(completed);
-    m_queue.saveQueue();
+    m_ports.completion.forget(completed);
+    m_ports.table.remove(completed);
+    m_ports.queue.saveQueue();
+}
+
+void QueueCommands::clearExtracted()
+{
+    QSet<QString> extracted;
+    for (const ItemPtr& item : m_ports.table.items()) {
+        if (item->extractionStatus() == ExtractionStatus::done)
+            extracted.insert(groupKey(*item));
+    }
+    Items members;
+    std::copy_if(m_ports.table.items().begin(), m_ports.table.items().end(), std::back_inserter(members),
+                 [&extracted](const ItemPtr& item) { return extracted.contains(groupKey(*item)); });
+    removeItems(idsOf(members));
+}
+
+void QueueCommands::pauseItems(const Items& items)
+{
+    for (const ItemPtr& item : items) {
+        if (item->status() == DownloadStatus::downloading)
+            interruptItem(*item, DownloadStatus::paused);
+    }
+}
+
+void QueueCommands::resumeItem(DownloadItem& item)
+{
+    if (!(item.status() == DownloadStatus::paused))
+        return;
+    item.setStatus(DownloadStatus::queued);
+    m_ports.queue.processQueue();
+}
+
+void QueueCommands::startItems(const Items& items)
+{
+    for (const ItemPtr& item : items) {
+        if (item->status() == DownloadStatus::paused || item->status() == DownloadStatus::stopped) {
+            m_ports.completion.forget({item->id()});
+            item->setStatus(DownloadStatus::queued);
+        }
+    }
+    m_ports.queue.startAhead(items);
+    m_ports.queue.processQueue();
+}
+
+void QueueCommands::stopItems(const Items& items)
+{
+    for (const ItemPtr& item : items) {
+        const DownloadStatus::Kind status = item->status().kind();
+        if (status == DownloadStatus::queued || status == DownloadStatus::paused)
+            item->setStatus(DownloadStatus::stopped);
+        else if (status == DownloadStatus::resolving || status == DownloadStatus::downloading)
+            interruptItem(*item, DownloadStatus::stopped);
+    }
+    m_ports.queue.processQueue();
+    m_ports.queue.saveQueue();
+}
+
+void QueueCommands::requeue(DownloadItem& item)
+{
+    m_ports.completion.forget({item.id()});
+    item.setResolvedURL(std::nullopt);
+    item.setProgress(0);
+    item.setBytesReceived(0);
+    item.setStatus(DownloadStatus::queued);
+}
+
+void QueueCommands::retryItem(DownloadItem& item)
+{
+    m_ports.recovery.cancelCountdown(item);
+    interruptItem(item, DownloadStatus::queued);
+    const QString part = DownloadPaths(m_ports.settings.downloadFolderPath.value()).partFile(item.filename());
+    if (!m_ports.session.isWriting(part))
+        QFile::remove(part);
+    requeue(item);
+    m_ports.queue.processQueue();
+}
+
+void QueueCommands::redownloadItem(DownloadItem& item)
+{
+    discardTransfer(item);
+    if (!isNamelessFile(item.filename()))
+        QFile::remove(DownloadPaths(m_ports.settings.downloadFolderPath.value()).finalFile(item.filename()));
+    if (item.localPath())
+        QFile::remove(*item.localPath());
+    item.setLocalPath(std::nullopt);
+    item.setResolvedAt(std::nullopt);
+    item.setExtractionStatus(ExtractionStatus::idle);
+    requeue(item);
+    m_ports.queue.processQueue();
+    m_ports.queue.saveQueue();
+}
+
+void QueueCommands::resyncItems(const Items& items)
+{
+    const DiskState disk(items, DownloadPaths(m_ports.settings.downloadFolderPath.value()));
+    for (const ItemPtr& item : items) {
+        if (isOnItsWay(*item) || isNamelessFile(item->filename()))
+            continue;
+        if (disk.isWhole(*item)) {
+            m_ports.completion.completeWithFile(*item, disk.path(*item));
+            continue;
+        }
+        QFile::remove(disk.path(*item));
+        item->setLocalPath(std::nullopt);
+        item->setResolvedAt(std::nullopt);
+        requeue(*item);
+    }
+    m_ports.queue.processQueue();
+    const auto completed = std::find_if(
+        items.begin(), items.end(), [](const ItemPtr& item) { return item->status() == DownloadStatus::completed; });
+    if (m_ports.settings.autoExtract.value() && completed != items.end())
+        m_ports.postDownload.autoExtractAfterDownload((*completed)->id());
+    m_ports.queue.saveQueue();
 }
 
 void QueueCommands::removeItems(const QSet<ItemId>& ids)
 {
     for (const ItemId& id : ids) {
-        if (const ItemPtr item = m_table.find(id))
+        if (const ItemPtr item = m_ports.table.find(id))
             discardTransfer(*item);
     }
-    m_table.remove(ids);
-    m_queue.processQueue();
-    m_queue.saveQueue();
+    m_ports.table.remove(ids);
+    m_ports.queue.processQueue();
+    m_ports.queue.saveQueue();
+}
+
+void QueueCommands::removeGroup(const QString& id)
+{
+    const std::span<const ItemPtr> members = m_ports.table.itemsOfSet(id);
+    QSet<ItemId> ids = idsOf(Items(members.begin(), members.end()));
+    ids.insert(ItemId(QUuid::fromString(id)));
+    removeItems(ids);
+}
+
+void QueueCommands::moveGroups(const std::set<qsizetype>& sources, qsizetype destination, const QStringList& groupIDs)
+{
+    const std::vector<DownloadGroup> groups =
+        inDisplayOrder(visibleGroups(m_ports.table, m_ports.settings.downloadRevFiles.value()), groupIDs);
+    m_ports.table.reorder(ranksAfterMove(groups, sources, destination));
+    m_ports.queue.saveQueue();
 }
 
 void QueueCommands::interruptItem(DownloadItem& item, const DownloadStatus& status)
 {
-    m_session.drop(item.id());
-    m_starter.abandon(item.id());
+    m_ports.session.drop(item.id());
+    m_ports.starter.abandon(item.id());
     item.setStatus(status);
     item.setSpeedBytesPerSec(0);
 }
 
-void QueueCommands::discardTransfer(const DownloadItem& item)
+void QueueCommands::discardTransfer(DownloadItem& item)
 {
-    const std::optional<QString> partPath = m_session.partFileURL(item.id());
-    m_session.drop(item.id());
-    m_starter.abandon(item.id());
-    m_completion.forget({item.id()});
+    const std::optional<QString> partPath = m_ports.session.partFileURL(item.id());
+    m_ports.recovery.cancelCountdown(item);
+    m_ports.session.drop(item.id());
+    m_ports.starter.abandon(item.id());
+    m_ports.completion.forget({item.id()});
     if (partPath)
         QFile::remove(*partPath);
 }

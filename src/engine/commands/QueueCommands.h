@@ -2,48 +2,87 @@
 
 #include "engine/queue/ItemTable.h"
 
+#include <set>
+
 namespace vormel {
 
+class AppSettings;
 class DownloadStarter;
+class NetworkRecovery;
+class PostDownload;
 class TransferCompletion;
 class TransferSession;
 
-/// What the user can do to the queue. Paused items come back with Start All; stopped ones stay out until started one by
-/// one. UI thread only.
+/// What the user can do to the queue, its items and its groups. Paused items come back with Start All; stopped ones
+/// stay out until started by row or group. File errors are not reported. UI thread only.
 class QueueCommands
 {
 public:
+    using Items = std::vector<ItemPtr>;
+
     class Queue
     {
     public:
         virtual void processQueue() = 0;
         virtual void saveQueue() = 0;
+        /// Starts as many of these queued items as there are free slots, ahead of the order of the queue.
+        virtual void startAhead(const Items& items) = 0;
 
     protected:
         ~Queue() = default;
     };
 
     /// All must outlive this.
-    QueueCommands(ItemTable& table, TransferSession& session, DownloadStarter& starter, TransferCompletion& completion,
-                  Queue& queue);
+    struct Ports
+    {
+        ItemTable& table;
+        const AppSettings& settings;
+        TransferSession& session;
+        DownloadStarter& starter;
+        TransferCompletion& completion;
+        NetworkRecovery& recovery;
+        PostDownload& postDownload;
+        Queue& queue;
+    };
+    explicit QueueCommands(const Ports& ports);
 
     void startAll();
     void pauseAll();
     void clearCompleted();
+    /// Takes out every group of which a member is extracted, with all its members.
+    void clearExtracted();
+
+    /// Only what is downloading.
+    void pauseItems(const Items& items);
+    /// Only a paused item.
+    void resumeItem(DownloadItem& item);
+    /// The one command that goes ahead of the order of the queue.
+    void startItems(const Items& items);
+    void stopItems(const Items& items);
+    /// From the first byte.
+    void retryItem(DownloadItem& item);
+    /// Deletes the finished file as well.
+    void redownloadItem(DownloadItem& item);
+    /// Corrects what the queue believes of these items from what lies on the disk.
+    void resyncItems(const Items& items);
+
     void removeItems(const QSet<ItemId>& ids);
+    /// A whole set, hidden volumes included, or one plain file.
+    void removeGroup(const QString& id);
+    /// Moves the groups at these offsets in front of the one that stands at the destination. `groupIDs` are the groups
+    /// as they are displayed.
+    void moveGroups(const std::set<qsizetype>& sources, qsizetype destination, const QStringList& groupIDs);
 
     /// Ends a running transfer by hand. The part file stays.
     void interruptItem(DownloadItem& item, const DownloadStatus& status);
 
     /// Ends everything that is attached to the item, and deletes the part file of a running transfer.
-    void discardTransfer(const DownloadItem& item);
+    void discardTransfer(DownloadItem& item);
 
 private:
-    ItemTable& m_table;
-    TransferSession& m_session;
-    DownloadStarter& m_starter;
-    TransferCompletion& m_completion;
-    Queue& m_queue;
+    void requeue(DownloadItem& item);
+
+    Ports m_ports;
 };
 
 } // namespace vormel

@@ -6,7 +6,6 @@
 #include "model/AppSettings.h"
 #include "model/DownloadPaths.h"
 #include "model/SetName.h"
-#include "text/BoundedRegex.h"
 #include "text/FileName.h"
 
 #include <QDir>
@@ -21,12 +20,6 @@ qint64 sizeOnDisk(const QString& path)
 {
     const QFileInfo info(path);
     return info.exists() ? info.size() : 0;
-}
-
-bool isFirstVolume(const QString& filename)
-{
-    static const BoundedRegex pattern(QStringLiteral(R"(\.part0*1\.rar$)"), QRegularExpression::CaseInsensitiveOption);
-    return static_cast<bool>(pattern.search(filename));
 }
 
 bool isFailure(TransferEnd::Reason reason)

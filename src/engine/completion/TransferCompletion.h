@@ -1,8 +1,8 @@
 #pragma once
 
-#include "engine/completion/FailureRecovery.h"
 #include "engine/completion/RetryBudget.h"
 #include "engine/queue/ItemTable.h"
+#include "engine/recovery/FailureRecovery.h"
 #include "engine/transfer/TransferEnd.h"
 
 namespace vormel {

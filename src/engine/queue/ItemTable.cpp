@@ -16,6 +16,11 @@ qint64 slotsHeld(DownloadStatus::Kind status)
 
 } // namespace
 
+ItemTable::ItemTable(Listener& listener)
+    : m_listener(listener)
+    , m_sets([this](const ItemPtr& a, const ItemPtr& b) { return position(a->id()) < position(b->id()); })
+{}
+
 ItemTable::~ItemTable()
 {
     for (const ItemPtr& item : m_items)
@@ -50,6 +55,7 @@ void ItemTable::append(std::vector<ItemPtr> items)
         m_positions.emplace(item->id(), m_items.size());
         m_rows.push_back(rowOf(*item));
         observeItem(item);
+        m_sets.insert(item);
         m_items.push_back(std::move(item));
     }
     m_listener.tableGrew(static_cast<qsizetype>(first), static_cast<qsizetype>(m_items.size() - first));
@@ -61,6 +67,7 @@ void ItemTable::remove(const QSet<ItemId>& ids)
     for (const ItemId& id : ids) {
         if (const ItemPtr item = find(id)) {
             removeItemObserver(item);
+            m_sets.remove(id);
             gone.insert(id);
         }
     }
@@ -73,11 +80,28 @@ void ItemTable::remove(const QSet<ItemId>& ids)
     for (const ItemId& id : gone)
         m_positions.erase(id);
     m_rows.resize(m_items.size());
-    for (std::size_t i = start; i < m_items.size(); ++i) {
+    indexFrom(start);
+    m_listener.tableShrank(gone);
+}
+
+void ItemTable::reorder(const QHash<ItemId, std::size_t>& ranks)
+{
+    const auto rank = [&ranks](const ItemPtr& item) {
+        return ranks.value(item->id(), std::numeric_limits<std::size_t>::max());
+    };
+    std::stable_sort(m_items.begin(), m_items.end(),
+                     [&rank](const ItemPtr& a, const ItemPtr& b) { return rank(a) < rank(b); });
+    indexFrom(0);
+    m_sets.reorder();
+    m_listener.tableReordered();
+}
+
+void ItemTable::indexFrom(std::size_t first)
+{
+    for (std::size_t i = first; i < m_items.size(); ++i) {
         m_rows[i] = rowOf(*m_items[i]);
         m_positions[m_items[i]->id()] = i;
     }
-    m_listener.tableShrank(gone);
 }
 
 void ItemTable::observeItem(const ItemPtr& item)
@@ -107,6 +131,8 @@ void ItemTable::itemChanged(DownloadItem& item, ItemField field)
 {
     if (field == ItemField::Status || field == ItemField::Filename)
         updateRow(item);
+    if (field == ItemField::Filename)
+        m_sets.update(find(item.id()));
     if (field == ItemField::Speed) {
         if (item.speedBytesPerSec() == 0)
             m_speeds.remove(item.id());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/queue/SetIndex.h"
 #include "model/DownloadItem.h"
 
 #include <QHash>
@@ -22,6 +23,7 @@ public:
     public:
         virtual void tableGrew(qsizetype first, qsizetype count) = 0;
         virtual void tableShrank(const QSet<ItemId>& ids) = 0;
+        virtual void tableReordered() = 0;
         virtual void tableItemChanged(DownloadItem& item, ItemField field) = 0;
 
     protected:
@@ -36,9 +38,7 @@ public:
     };
 
     /// The listener must outlive the table.
-    explicit ItemTable(Listener& listener)
-        : m_listener(listener)
-    {}
+    explicit ItemTable(Listener& listener);
     ItemTable(const ItemTable&) = delete;
     ItemTable& operator=(const ItemTable&) = delete;
     ~ItemTable();
@@ -47,10 +47,17 @@ public:
     [[nodiscard]] std::span<const Row> rows() const { return m_rows; }
     /// Null for an id that is not in the queue.
     [[nodiscard]] ItemPtr find(const ItemId& id) const;
+    /// Of an item that is in the queue.
+    [[nodiscard]] std::size_t position(const ItemId& id) const { return m_positions.at(id); }
+    /// Every item whose name has this base name, in queue order. Valid until the table changes.
+    [[nodiscard]] std::span<const ItemPtr> itemsOfSet(const QString& base) const { return m_sets.find(base); }
 
     void append(std::vector<ItemPtr> items);
     /// Ids that are not there are ignored. Each item falls silent before the listener hears of it.
     void remove(const QSet<ItemId>& ids);
+    /// Puts the items into ascending order of their ranks; those without one go to the end. Equal ranks keep their
+    /// order.
+    void reorder(const QHash<ItemId, std::size_t>& ranks);
 
     /// How many items hold a slot: those that are resolving or downloading.
     [[nodiscard]] qint64 activeCount() const { return m_activeCount; }
@@ -62,12 +69,15 @@ private:
     void observeItem(const ItemPtr& item);
     void removeItemObserver(const ItemPtr& item);
     void updateRow(const DownloadItem& item);
+    /// Takes up the places of the items from there on.
+    void indexFrom(std::size_t first);
     [[nodiscard]] static Row rowOf(const DownloadItem& item);
 
     Listener& m_listener;
     std::vector<ItemPtr> m_items;
     std::vector<Row> m_rows;
     std::unordered_map<ItemId, std::size_t> m_positions;
+    SetIndex m_sets;
     QHash<ItemId, double> m_speeds; ///< of the items that have one
     qint64 m_activeCount = 0;
 };

@@ -1,8 +1,8 @@
 #include "engine/schedule/DownloadStarter.h"
 
 #include "archive/PostDownload.h"
-#include "engine/completion/FailureRecovery.h"
 #include "engine/completion/TransferCompletion.h"
+#include "engine/recovery/FailureRecovery.h"
 #include "engine/transfer/TransferSession.h"
 #include "engine/transfer/TransferTexts.h"
 #include "model/AppSettings.h"

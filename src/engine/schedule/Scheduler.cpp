@@ -1,22 +1,48 @@
 #include "engine/schedule/Scheduler.h"
 
+#include "model/SetName.h"
+
 namespace vormel {
+
+namespace {
+
+qint64 freeSlots(const ItemTable& table, qint64 limit, qint64 startsUnderWay)
+{
+    const qint64 taken = table.activeCount() + startsUnderWay;
+    return limit > taken ? limit - taken : 0;
+}
+
+bool mayStart(const DownloadItem& item, bool isRev, const SchedulingRules& rules)
+{
+    return !rules.isHeldBack(item) && (!isRev || rules.mayFetchRev(item));
+}
+
+} // namespace
 
 std::vector<ItemPtr> chooseStarts(const ItemTable& table, qint64 limit, qint64 startsUnderWay,
                                   const SchedulingRules& rules)
 {
     std::vector<ItemPtr> chosen;
-    const qint64 taken = table.activeCount() + startsUnderWay;
-    qint64 slots = limit > taken ? limit - taken : 0;
+    const qint64 slots = freeSlots(table, limit, startsUnderWay);
     const std::span<const ItemTable::Row> rows = table.rows();
-    for (std::size_t i = 0; i < rows.size() && slots > 0; ++i) {
-        if (rows[i].status != DownloadStatus::queued)
-            continue;
+    for (std::size_t i = 0; i < rows.size() && std::ssize(chosen) < slots; ++i) {
         const ItemPtr& item = table.items()[i];
-        if (rules.isHeldBack(*item) || (rows[i].isRev && !rules.mayFetchRev(*item)))
-            continue;
-        chosen.push_back(item);
-        --slots;
+        if (rows[i].status == DownloadStatus::queued && mayStart(*item, rows[i].isRev, rules))
+            chosen.push_back(item);
+    }
+    return chosen;
+}
+
+std::vector<ItemPtr> chooseStartsAhead(const std::vector<ItemPtr>& items, const ItemTable& table, qint64 limit,
+                                       qint64 startsUnderWay, const SchedulingRules& rules)
+{
+    std::vector<ItemPtr> chosen;
+    const qint64 slots = freeSlots(table, limit, startsUnderWay);
+    for (const ItemPtr& item : items) {
+        if (std::ssize(chosen) >= slots)
+            break;
+        if (item->status() == DownloadStatus::queued && mayStart(*item, isRevName(item->filename()), rules))
+            chosen.push_back(item);
     }
     return chosen;
 }

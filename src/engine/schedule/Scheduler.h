@@ -24,4 +24,8 @@ protected:
 [[nodiscard]] std::vector<ItemPtr> chooseStarts(const ItemTable& table, qint64 limit, qint64 startsUnderWay,
                                                 const SchedulingRules& rules);
 
+/// The same for items that the user chose: of those that are queued, the first as many as there are free slots.
+[[nodiscard]] std::vector<ItemPtr> chooseStartsAhead(const std::vector<ItemPtr>& items, const ItemTable& table,
+                                                     qint64 limit, qint64 startsUnderWay, const SchedulingRules& rules);
+
 } // namespace vormel

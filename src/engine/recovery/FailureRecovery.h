@@ -19,14 +19,6 @@ public:
     virtual void scheduleRecoveryCheck(const DownloadItem& item) = 0;
 };
 
-/// A failed part stays failed.
-class NoFailureRecovery final : public FailureRecovery
-{
-public:
-    void startRecoveryCountdown(DownloadItem& /*item*/, int /*seconds*/) override {}
-    void scheduleRecoveryCheck(const DownloadItem& /*item*/) override {}
-};
-
 inline constexpr int recoveryCountdownSeconds = 10;
 
 } // namespace vormel

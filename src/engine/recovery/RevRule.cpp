@@ -1,4 +1,4 @@
-#include "engine/completion/RevRule.h"
+#include "engine/recovery/RevRule.h"
 
 #include "model/SetName.h"
 
@@ -6,11 +6,8 @@ namespace vormel {
 
 bool shouldDownloadRev(const DownloadItem& item, const ItemTable& table)
 {
-    const QString base = setBaseName(item.filename());
     bool isAnyPartMissing = false;
-    for (const ItemPtr& other : table.items()) {
-        if (setBaseName(other->filename()) != base)
-            continue;
+    for (const ItemPtr& other : table.itemsOfSet(setBaseName(item.filename()))) {
         if (other->extractionStatus() == ExtractionStatus::done)
             return false;
         const bool isRarPart = other->filename().endsWith(u".rar", Qt::CaseInsensitive);

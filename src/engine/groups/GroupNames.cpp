@@ -1,0 +1,38 @@
+#include "engine/groups/GroupNames.h"
+
+#include "platform/storage/UserDefaults.h"
+
+#include <QJsonObject>
+
+namespace vormel {
+
+namespace {
+
+const QString storeKey = QStringLiteral("vormel_group_names");
+
+} // namespace
+
+GroupNames::GroupNames(UserDefaults& store)
+    : m_store(store)
+{
+    const QJsonObject stored = store.objectForKey(storeKey).value_or(QJsonValue()).toObject();
+    for (auto entry = stored.begin(); entry != stored.end(); ++entry) {
+        if (entry->isString())
+            customGroupNames.insert(entry.key(), entry->toString());
+    }
+}
+
+void GroupNames::renameGroup(const QString& id, const QString& name)
+{
+    const QString trimmed = name.trimmed();
+    if (trimmed.isEmpty() || trimmed == id)
+        customGroupNames.remove(id);
+    else
+        customGroupNames.insert(id, trimmed);
+    QJsonObject whole;
+    for (auto entry = customGroupNames.cbegin(); entry != customGroupNames.cend(); ++entry)
+        whole.insert(entry.key(), entry.value());
+    m_store.setObject(storeKey, whole);
+}
+
+} // namespace vormel

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "engine/queue/ItemTable.h"
+#include "engine/recovery/FailureRecovery.h"
+
+namespace vormel {
+
+class AppSettings;
+class RevFiles;
+
+/// Saves a set one of whose parts has failed for good: after a countdown on that part, and once more when the set has
+/// come to rest, its recovery volumes are let through. UI thread only.
+class NetworkRecovery final : public FailureRecovery
+{
+public:
+    /// All must outlive this.
+    NetworkRecovery(const ItemTable& table, const AppSettings& settings, Clock& clock, RevFiles& revFiles);
+
+    void startRecoveryCountdown(DownloadItem& item, int seconds) override;
+    void scheduleRecoveryCheck(const DownloadItem& item) override;
+
+    /// The user wants the sets of these items repaired: failed archives may be tried again, and the recovery volumes
+    /// are let through.
+    void retryWithRevFiles(const std::vector<ItemPtr>& items);
+
+    /// Stops the item's countdown, if one is running.
+    void cancelCountdown(DownloadItem& item);
+
+private:
+    void scheduleRecoveryCheck(const QString& base, std::chrono::seconds delay);
+    void runRecoveryCheck(const QString& base);
+    void countDown(const ItemId& id, int seconds);
+    void waitASecond(const ItemId& id, int seconds);
+
+    const ItemTable& m_table;
+    const AppSettings& m_settings;
+    Clock& m_clock;
+    RevFiles& m_revFiles;
+    std::unordered_map<ItemId, Timer> recoveryCountdowns;
+    std::unordered_map<QString, Timer> pendingRecovery; ///< by base name
+};
+
+} // namespace vormel

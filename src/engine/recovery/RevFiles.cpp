@@ -1,0 +1,73 @@
+#include "engine/recovery/RevFiles.h"
+
+#include "engine/recovery/RevRule.h"
+#include "model/AppSettings.h"
+#include "model/SetName.h"
+
+#include <algorithm>
+
+namespace vormel {
+
+namespace {
+
+bool isThereOrComing(const DownloadItem& item)
+{
+    return item.status() == DownloadStatus::completed || item.status() == DownloadStatus::downloading;
+}
+
+} // namespace
+
+RevFiles::RevFiles(const ItemTable& table, const AppSettings& settings, Queue& queue)
+    : m_table(table)
+    , m_settings(settings)
+    , m_queue(queue)
+{}
+
+std::vector<ItemPtr> RevFiles::revItems(const QString& base) const
+{
+    std::vector<ItemPtr> volumes;
+    for (const ItemPtr& item : m_table.itemsOfSet(base)) {
+        if (isRevName(item->filename()))
+            volumes.push_back(item);
+    }
+    return volumes;
+}
+
+bool RevFiles::mayFetch(const DownloadItem& item) const
+{
+    return isAllowed(item.id()) || (m_settings.downloadRevFiles.value() && shouldDownloadRev(item, m_table));
+}
+
+bool RevFiles::allowRevFiles(const QString& base)
+{
+    std::vector<ItemPtr> released = revItems(base);
+    std::erase_if(released, [this](const ItemPtr& item) { return isAllowed(item->id()) || isThereOrComing(*item); });
+    if (released.empty())
+        return false;
+    for (const ItemPtr& item : released) {
+        revAllowlist.insert(item->id());
+        item->setStatus(DownloadStatus::queued);
+    }
+    m_queue.processQueue();
+    m_queue.saveQueue();
+    return true;
+}
+
+bool RevFiles::hasPendingRevFiles(const std::vector<ItemPtr>& items) const
+{
+    const QSet<QString> bases = baseNames(items);
+    return std::any_of(bases.begin(), bases.end(), [this](const QString& base) {
+        const std::vector<ItemPtr> volumes = revItems(base);
+        return !std::all_of(volumes.begin(), volumes.end(), [](const ItemPtr& item) { return isThereOrComing(*item); });
+    });
+}
+
+QSet<QString> baseNames(const std::vector<ItemPtr>& items)
+{
+    QSet<QString> bases;
+    for (const ItemPtr& item : items)
+        bases.insert(setBaseName(item->filename()));
+    return bases;
+}
+
+} // namespace vormel

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "engine/queue/ItemTable.h"
+
+namespace vormel {
+
+class AppSettings;
+
+/// The recovery volumes of the queue, and which of them may be fetched. UI thread only.
+class RevFiles
+{
+public:
+    class Queue
+    {
+    public:
+        virtual void processQueue() = 0;
+        virtual void saveQueue() = 0;
+
+    protected:
+        ~Queue() = default;
+    };
+
+    /// All must outlive this.
+    RevFiles(const ItemTable& table, const AppSettings& settings, Queue& queue);
+
+    /// The recovery volumes of a set, in queue order.
+    [[nodiscard]] std::vector<ItemPtr> revItems(const QString& base) const;
+
+    /// Was the item let through by name, whatever the settings and its set say?
+    [[nodiscard]] bool isAllowed(const ItemId& id) const { return revAllowlist.contains(id); }
+    /// May this recovery volume be fetched now?
+    [[nodiscard]] bool mayFetch(const DownloadItem& item) const;
+
+    /// Lets the set's volumes through and queues them. False if there is none that was not let through before, or if
+    /// all of those are there or coming.
+    bool allowRevFiles(const QString& base);
+    /// Has any set of these items a volume that is neither there nor coming?
+    [[nodiscard]] bool hasPendingRevFiles(const std::vector<ItemPtr>& items) const;
+
+    void forget(const QSet<ItemId>& ids) { revAllowlist.subtract(ids); }
+
+private:
+    const ItemTable& m_table;
+    const AppSettings& m_settings;
+    Queue& m_queue;
+    QSet<ItemId> revAllowlist;
+};
+
+/// The base names of the items, each once.
+[[nodiscard]] QSet<QString> baseNames(const std::vector<ItemPtr>& items);
+
+} // namespace vormel

@@ -1,0 +1,86 @@
+#include "fixtures/EventLoop.h"
+#include "fixtures/Workshop.h"
+
+#include <gtest/gtest.h>
+
+using namespace vormel;
+using namespace vormel::fixtures;
+
+namespace {
+
+class RevFilesTest : public ::testing::Test
+{
+protected:
+    RevFilesTest()
+        : set(shop.add({QStringLiteral("http://h/m.part1.rar"), QStringLiteral("http://h/m.part1.rev"),
+                        QStringLiteral("http://h/m.part2.REV")}))
+    {
+        shop.settings().maxConcurrentDownloads.set(1);
+    }
+
+    /// How many volumes were released by this wish to repair.
+    qsizetype release()
+    {
+        std::vector<DownloadStatus::Kind> before;
+        for (const ItemPtr& item : set)
+            item->setStatus(item->status() == DownloadStatus::queued ? DownloadStatus::paused : item->status());
+        shop.manager().retryWithRevFiles({set[0]});
+        return std::count_if(set.begin(), set.end(),
+                             [](const ItemPtr& item) { return item->status() == DownloadStatus::queued; });
+    }
+
+    Workshop shop;
+    std::vector<ItemPtr> set;
+};
+
+} // namespace
+
+TEST_F(RevFilesTest, LetsTheVolumesOfASetThroughOnce)
+{
+    EXPECT_EQ(release(), 2);
+    EXPECT_EQ(release(), 0);
+}
+
+TEST_F(RevFilesTest, LeavesVolumesAloneThatAreThereOrComing)
+{
+    set[1]->setStatus(DownloadStatus::completed);
+    set[2]->setStatus(DownloadStatus::downloading);
+    EXPECT_EQ(release(), 0);
+    EXPECT_EQ(set[2]->status(), DownloadStatus::downloading);
+}
+
+TEST_F(RevFilesTest, FetchesAReleasedVolumeThoughTheSettingIsOff)
+{
+    release();
+    turnEventLoop();
+    EXPECT_EQ(set[1]->status(), DownloadStatus::downloading);
+}
+
+TEST_F(RevFilesTest, LeavesAWaitingVolumeInTheQueueWhileTheSettingIsOff)
+{
+    set[0]->setStatus(DownloadStatus::completed);
+    set[1]->setStatus(DownloadStatus::queued);
+    shop.manager().processQueue();
+    turnEventLoop();
+    EXPECT_EQ(set[1]->status(), DownloadStatus::queued);
+    EXPECT_TRUE(shop.http.exchanges().empty());
+}
+
+TEST_F(RevFilesTest, StaysSilentAfterARestartUntilReleasedAgain)
+{
+    release();
+    shop.restart();
+    shop.manager().startAll();
+    turnEventLoop();
+    EXPECT_EQ(shop.http.exchanges().size(), 1U); // the part
+}
+
+TEST_F(RevFilesTest, KnowsWhetherASetHasVolumesLeftToFetch)
+{
+    EXPECT_TRUE(shop.manager().hasPendingRevFiles({set[0]}));
+    set[1]->setStatus(DownloadStatus::completed);
+    EXPECT_TRUE(shop.manager().hasPendingRevFiles({set[0]}));
+    set[2]->setStatus(DownloadStatus::downloading);
+    EXPECT_FALSE(shop.manager().hasPendingRevFiles({set[0]}));
+    EXPECT_FALSE(shop.manager().hasPendingRevFiles({shop.add(QStringLiteral("http://h/alone.zip"))}));
+}
