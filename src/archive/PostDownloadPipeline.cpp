@@ -230,12 +230,13 @@ QCoro::Task<> PostDownloadPipeline::moveToTrash(QStringList paths)
     if (paths.isEmpty())
         co_return;
     Trash& trash = m_ports.trash;
-    co_await QtConcurrent::run(&m_disposer, [&trash, paths] {
+    const QFuture<void> moved = QtConcurrent::run(&m_disposer, [&trash, paths] {
         for (const QString& path : paths) {
             if (QFileInfo::exists(path))
                 (void)trash.moveToTrash(path);
         }
     });
+    co_await moved;
 }
 
 } // namespace vormel

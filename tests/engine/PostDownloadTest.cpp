@@ -1,0 +1,277 @@
+#include "fixtures/ArchiveStep.h"
+#include "fixtures/EventLoop.h"
+
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+using namespace vormel;
+using namespace vormel::fixtures;
+
+namespace {
+
+class PostDownloadTest : public ::testing::Test, protected ArchiveStep
+{};
+
+} // namespace
+
+TEST_F(PostDownloadTest, UnpacksASetWhenItsLastPartHasCome)
+{
+    unpackerMakes("movie.mkv");
+    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+    const ItemPtr last = shop.start(QStringLiteral("http://h/m.part2.rar"));
+    shop.http.last().head(200, {{"Content-Length", "1"}});
+    shop.http.last().data("x");
+    EXPECT_TRUE(shop.tools.calls(QStringLiteral("unrar")).isEmpty());
+    shop.http.last().finish();
+    ASSERT_TRUE(reaches(first, ExtractionStatus::done));
+    EXPECT_EQ(last->extractionStatus(), ExtractionStatus::idle);
+    EXPECT_TRUE(shop.sandbox.exists(QStringLiteral("Downloads/m/movie.mkv")));
+}
+
+TEST_F(PostDownloadTest, TellsWhenTheRunBeganAndHowFarItIs)
+{
+    shop.tools.add(QStringLiteral("unrar"), "printf ' 42%%\\r'; " + waitForGo());
+    const ItemPtr item = onDisk(QStringLiteral("x.rar"));
+    run(item);
+    EXPECT_EQ(item->extractionStatus(), ExtractionStatus::extracting);
+    EXPECT_EQ(item->extractionStartedAt(), shop.clock.wallNow());
+    EXPECT_TRUE(waitUntil([&] { return item->extractionProgress() == 0.42; }));
+    go();
+    EXPECT_TRUE(reaches(item, ExtractionStatus::done));
+}
+
+TEST_F(PostDownloadTest, WaitsForPartsThatAreStillToCome)
+{
+    unpackerMakes("movie.mkv");
+    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+    const ItemPtr second = shop.add(QStringLiteral("http://h/m.part2.rar"));
+    for (const auto status : {DownloadStatus::queued, DownloadStatus::paused, DownloadStatus::stopped}) {
+        second->setStatus(status);
+        run(first);
+        EXPECT_EQ(first->extractionStatus(), ExtractionStatus::idle) << status;
+    }
+}
+
+TEST_F(PostDownloadTest, WaitsForAPartWhoseFileIsBeingFetchedAgain)
+{
+    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+    onDisk(QStringLiteral("m.part2.rar"))->setStatus(DownloadStatus::queued);
+    run(first);
+    EXPECT_EQ(first->extractionStatus(), ExtractionStatus::idle);
+}
+
+TEST_F(PostDownloadTest, DoesNotWaitForAPartThatHasFailed)
+{
+    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+    shop.add(QStringLiteral("http://h/m.part2.rar"))->setStatus(DownloadStatus::failure(QStringLiteral("gone")));
+    run(first);
+    EXPECT_EQ(first->extractionStatus(), ExtractionStatus::extracting);
+}
+
+TEST_F(PostDownloadTest, WaitsForRecoveryVolumesOnlyIfTheyAreFetched)
+{
+    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+    shop.add(QStringLiteral("http://h/m.part1.rev"))->setStatus(DownloadStatus::stopped);
+    shop.settings().downloadRevFiles.set(true);
+    run(first);
+    EXPECT_EQ(first->extractionStatus(), ExtractionStatus::idle);
+    shop.settings().downloadRevFiles.set(false);
+    run(first);
+    EXPECT_EQ(first->extractionStatus(), ExtractionStatus::extracting);
+}
+
+TEST_F(PostDownloadTest, NeedsTheFirstVolume)
+{
+    const ItemPtr second = onDisk(QStringLiteral("m.part2.rar"));
+    run(second);
+    EXPECT_EQ(second->extractionStatus(), ExtractionStatus::idle);
+}
+
+TEST_F(PostDownloadTest, KeepsSetsApartByLetterCaseAndFolder)
+{
+    unpackerMakes("movie.mkv");
+    const ItemPtr first = onDisk(QStringLiteral("movie.part1.rar"));
+    shop.add(QStringLiteral("http://h/Movie.part2.rar"));
+    run(first);
+    EXPECT_TRUE(reaches(first, ExtractionStatus::done));
+}
+
+TEST_F(PostDownloadTest, LeavesFilesAloneThatAreNoArchives)
+{
+    for (const char* name : {"x.mkv", "m.part1.rev", "x.gz"}) {
+        const ItemPtr item = onDisk(QString::fromLatin1(name));
+        run(item);
+        EXPECT_EQ(item->extractionStatus(), ExtractionStatus::idle) << name;
+    }
+}
+
+TEST_F(PostDownloadTest, DoesNotTryAFailedArchiveAgainByItself)
+{
+    const ItemPtr item = onDisk(QStringLiteral("x.rar"));
+    item->setExtractionStatus(ExtractionStatus::failure(QStringLiteral("broken")));
+    arrive(item);
+    EXPECT_EQ(item->extractionStatus(), ExtractionStatus::failure(QStringLiteral("broken")));
+}
+
+TEST_F(PostDownloadTest, TriesAFailedArchiveAgainForTheUser)
+{
+    unpackerMakes("movie.mkv");
+    const ItemPtr item = onDisk(QStringLiteral("x.rar"));
+    item->setExtractionStatus(ExtractionStatus::failure(QStringLiteral("broken")));
+    item->setStatus(DownloadStatus::paused);
+    shop.manager().retryExtraction(item->id());
+    EXPECT_EQ(item->extractionStatus(), ExtractionStatus::failed);
+    item->setStatus(DownloadStatus::completed);
+    shop.manager().retryExtraction(item->id());
+    EXPECT_TRUE(reaches(item, ExtractionStatus::done));
+}
+
+TEST_F(PostDownloadTest, RunsOnceForASetHoweverManyPartsAskForIt)
+{
+    shop.tools.add(QStringLiteral("unrar"), waitForGo());
+    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+    const ItemPtr second = onDisk(QStringLiteral("m.part2.rar"));
+    arrive(first);
+    arrive(second);
+    go();
+    ASSERT_TRUE(reaches(first, ExtractionStatus::done));
+    arrive(second);
+    turnEventLoop();
+    EXPECT_EQ(shop.tools.calls(QStringLiteral("unrar")).size(), 1);
+}
+
+TEST_F(PostDownloadTest, FailsWithTheMissingToolsName)
+{
+    const ItemPtr item = onDisk(QStringLiteral("x.rar"));
+    run(item);
+    ASSERT_TRUE(reaches(item, ExtractionStatus::failed));
+    EXPECT_TRUE(item->extractionStatus().message().startsWith(QStringLiteral("unrar not found. ")));
+    EXPECT_EQ(item->status(), DownloadStatus::completed);
+}
+
+TEST_F(PostDownloadTest, AsksForThePasswordUntilItIsRight)
+{
+    shop.tools.add(QStringLiteral("unrar"), "case \"$*\" in *-pright*) exit 0;; *) exit 11;; esac");
+    const ItemPtr item = onDisk(QStringLiteral("m.part1.rar"));
+    run(item);
+    ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
+    EXPECT_EQ(*question(), (PendingExtractionPassword{item->id(), QStringLiteral("m"), false}));
+    EXPECT_EQ(item->extractionStatus(), ExtractionStatus::idle);
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        shop.manager().submitExtractionPassword(QStringLiteral("wrong"));
+        EXPECT_FALSE(question());
+        ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
+        EXPECT_TRUE(question()->wasWrongPassword);
+    }
+    shop.manager().submitExtractionPassword(QStringLiteral("right"));
+    EXPECT_TRUE(reaches(item, ExtractionStatus::done));
+}
+
+TEST_F(PostDownloadTest, LeavesTheArchiveWhenThePasswordIsNotTold)
+{
+    shop.tools.add(QStringLiteral("unrar"), "exit 11");
+    const ItemPtr item = onDisk(QStringLiteral("x.rar"));
+    run(item);
+    ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
+    EXPECT_EQ(question()->archiveName, u"x.rar");
+    shop.manager().cancelExtractionPassword();
+    EXPECT_FALSE(question());
+    EXPECT_EQ(item->extractionStatus(), ExtractionStatus::idle);
+}
+
+TEST_F(PostDownloadTest, AsksForOnePasswordAfterTheOther)
+{
+    shop.tools.add(QStringLiteral("unrar"), "exit 11");
+    const ItemPtr one = onDisk(QStringLiteral("one.rar"));
+    const ItemPtr other = onDisk(QStringLiteral("other.rar"));
+    run(one);
+    ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
+    run(other);
+    ASSERT_TRUE(waitUntil([&] { return other->extractionStatus() == ExtractionStatus::idle; }));
+    run(one); // asked already
+    ASSERT_TRUE(waitUntil([&] { return one->extractionStatus() == ExtractionStatus::idle; }));
+    EXPECT_EQ(question()->itemID, one->id());
+    shop.manager().cancelExtractionPassword();
+    EXPECT_EQ(question()->itemID, other->id());
+    shop.manager().cancelExtractionPassword();
+    EXPECT_FALSE(question());
+}
+
+TEST_F(PostDownloadTest, RepairsASetThatDoesNotUnpackAndTriesAgain)
+{
+    const QByteArray mark = shop.sandbox.path(QStringLiteral("repaired")).toUtf8();
+    shop.tools.add(QStringLiteral("unrar"), "test -e '" + mark + "' || exit 3");
+    shop.tools.add(QStringLiteral("rar"), waitForGo() + "; touch '" + mark + "'");
+    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+    run(first);
+    ASSERT_TRUE(reaches(first, ExtractionStatus::repairing));
+    go();
+    EXPECT_TRUE(reaches(first, ExtractionStatus::done));
+    EXPECT_EQ(shop.tools.calls(QStringLiteral("rar")),
+              (QList<QStringList>{{QStringLiteral("rc"), QStringLiteral("-y"), *first->localPath()}}));
+}
+
+TEST_F(PostDownloadTest, RepairsNoSingleArchive)
+{
+    shop.tools.add(QStringLiteral("unrar"), "echo broken; exit 3");
+    shop.tools.add(QStringLiteral("rar"));
+    const ItemPtr item = onDisk(QStringLiteral("x.rar"));
+    run(item);
+    ASSERT_TRUE(reaches(item, ExtractionStatus::failed));
+    EXPECT_TRUE(shop.tools.calls(QStringLiteral("rar")).isEmpty());
+}
+
+TEST_F(PostDownloadTest, FetchesRecoveryVolumesWhenTheRepairFails)
+{
+    shop.tools.add(QStringLiteral("unrar"), "exit 3");
+    shop.tools.add(QStringLiteral("rar"), "exit 10");
+    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+    const ItemPtr rev = shop.add(QStringLiteral("http://h/m.part1.rev"));
+    run(first);
+    ASSERT_TRUE(waitUntil([&] { return rev->status() == DownloadStatus::downloading; }));
+    EXPECT_EQ(first->extractionStatus(), ExtractionStatus::idle);
+    // Its arrival starts the archive again.
+    shop.tools.add(QStringLiteral("rar"));
+    unpackerMakes("movie.mkv");
+    shop.http.last().head(200, {{"Content-Length", "1"}});
+    shop.http.last().data("x");
+    shop.http.last().finish();
+    EXPECT_TRUE(reaches(first, ExtractionStatus::done));
+}
+
+TEST_F(PostDownloadTest, FailsWithTheLastErrorWhenNothingIsLeftToFetch)
+{
+    shop.tools.add(QStringLiteral("unrar"), "exit 3");
+    shop.tools.add(QStringLiteral("rar"), "echo no volumes; exit 10");
+    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+    run(first);
+    ASSERT_TRUE(reaches(first, ExtractionStatus::failed));
+    EXPECT_EQ(first->extractionStatus().message().trimmed(), u"Extraction failed (code 10): no volumes");
+}
+
+TEST_F(PostDownloadTest, SurvivesTheRemovalOfTheSetWhileItIsUnpacked)
+{
+    for (const QByteArray end : {"exit 0", "exit 11", "exit 3"}) {
+        shop.tools.add(QStringLiteral("unrar"), waitForGo() + "; " + end);
+        shop.tools.add(QStringLiteral("rar"), "exit 10");
+        const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+        run(first);
+        shop.manager().commands().removeGroup(QStringLiteral("m"));
+        go();
+        EXPECT_TRUE(waitUntil([&] { return !(first->extractionStatus() == ExtractionStatus::extracting); }));
+        EXPECT_TRUE(waitUntil([&] { return !(first->extractionStatus() == ExtractionStatus::repairing); }));
+        EXPECT_FALSE(question());
+        EXPECT_TRUE(shop.manager().items().empty());
+        halt();
+    }
+}
+
+TEST_F(PostDownloadTest, LetsTheProgramEndWhileAToolRuns)
+{
+    shop.tools.add(QStringLiteral("unrar"), waitForGo());
+    run(onDisk(QStringLiteral("x.rar")));
+    ASSERT_TRUE(waitUntil([&] { return !shop.tools.calls(QStringLiteral("unrar")).isEmpty(); }));
+    shop.restart();
+    EXPECT_EQ(shop.manager().items().front()->status(), DownloadStatus::completed);
+}
