@@ -11,7 +11,7 @@ std::optional<ArchiveFormat> formatOf(const QString& path)
     {
         QLatin1StringView extension;
         QLatin1StringView ending;
-        ArchiveFormat format;
+        ArchiveFormat format = ArchiveFormat::zip;
     };
     static constexpr Row rows[]{
         {QLatin1StringView("zip"), {}, ArchiveFormat::zip},

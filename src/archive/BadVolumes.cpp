@@ -26,9 +26,14 @@ class Blame
 public:
     void readLine(const QString& line)
     {
-        readNamedVolume(line);
-        readTestedVolume(line);
-        readVolumeBeforeComplaint(line);
+        // Most lines only count.
+        const bool mentionsVolume = line.contains(u".rar", Qt::CaseInsensitive);
+        if (mentionsVolume)
+            readNamedVolume(line);
+        if (mentionsVolume || !m_tested.isEmpty())
+            readTestedVolume(line);
+        if (mentionsVolume || !m_carried.isEmpty())
+            readVolumeBeforeComplaint(line);
     }
 
     [[nodiscard]] const QSet<QString>& names() const { return m_names; }
@@ -75,8 +80,6 @@ private:
             ignoringCase(QStringLiteral(R"(.*(CRC|checksum|corrupt|failed|damaged))"));
         static const BoundedRegex volume = ignoringCase(QStringLiteral(R"((?<!\S)(\S+\.part\d+\.rar)[-:]?(?=\s))"));
         static const BoundedRegex trailing = ignoringCase(QStringLiteral(R"((?<!\S)(\S+\.part\d+\.rar)\s*[-:]?\s*$)"));
-        if (line.trimmed().isEmpty())
-            return;
         QString rest = line;
         if (const BoundedRegex::Result complained = complaint.search(line)) {
             const BoundedRegex::Result named = volume.search(line);
@@ -119,6 +122,8 @@ QStringList badVolumes(const QString& output, const QString& archive)
     bool isHeaderCorrupt = false;
     for (const QStringView line : QStringView(output).tokenize(u'\n')) {
         const QString text = line.left(longestLine).toString();
+        if (text.trimmed().isEmpty())
+            continue;
         isHeaderCorrupt = isHeaderCorrupt || text.contains(u"header is corrupt", Qt::CaseInsensitive) ||
                           text.contains(u"corrupt header", Qt::CaseInsensitive);
         blame.readLine(withBlanksHidden(withBlanksHidden(text, folder), setBaseName(name)));

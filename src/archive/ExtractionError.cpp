@@ -16,7 +16,7 @@ QString firstCharacters(const QString& text, int count)
 {
     // A character may be made of any number of code points; this many are enough for any that is meant to be read.
     constexpr qsizetype unitsPerCharacter = 32;
-    const QString start = text.left(count * unitsPerCharacter);
+    QString start = text.left(count * unitsPerCharacter);
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, start);
     for (int i = 0; i < count; ++i)
         if (finder.toNextBoundary() < 0)

@@ -102,7 +102,7 @@ TEST(ReleaseName, aHostileNameOfAMegabyteIsCleanedInTime)
         QElapsedTimer watch;
         watch.start();
         static_cast<void>(cleanedName(piece.repeated(size / piece.size()), true, true));
-        EXPECT_LT(watch.elapsed(), 2000) << piece.toStdString();
+        EXPECT_LT(watch.elapsed(), 10'000) << piece.toStdString();
     }
 }
 

@@ -9,7 +9,7 @@ class BoundedOutput
 {
 public:
     /// Bytes kept of the beginning, and as many of the end.
-    static constexpr qsizetype keptEachSide = 1024 * 1024;
+    static constexpr qsizetype keptEachSide = qsizetype{1024} * 1024;
 
     void append(const QByteArray& piece);
 

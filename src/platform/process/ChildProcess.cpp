@@ -3,6 +3,7 @@
 #include "platform/async/Lifetime.h"
 #include "platform/process/BoundedOutput.h"
 
+#include <QCoreApplication>
 #include <QProcess>
 
 #include <sys/prctl.h>
@@ -26,7 +27,7 @@ ChildEnd notRun(const QString& why)
     return end;
 }
 
-/// Runs between fork and exec: nothing but calls that are safe there.
+/// Runs between fork and exec, in memory that may be shared with this program: nothing but calls that are safe there.
 void prepareChild(pid_t parent)
 {
     // Away from a terminal of ours, which a tool would ask for a password.
@@ -82,12 +83,12 @@ public:
         const auto child = static_cast<pid_t>(m_process->processId());
         if (child > 0 && ::kill(-child, SIGKILL) != 0)
             ::kill(child, SIGKILL);
-        // It may be one of its own signals that leads here, and a killed one is still to be waited for.
-        QProcess* const process = m_process.release();
-        if (child > 0)
-            QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
-        else
-            process->deleteLater();
+        // It may be one of its own signals that leads here, so it goes later. The posted call owns it: deleteLater()
+        // would do nothing for one that failed to start before the event loop ran.
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(),
+            [process = std::shared_ptr<QProcess>(std::move(m_process))] { process->waitForFinished(); },
+            Qt::QueuedConnection);
     }
 
     void start(const QString& path, const QStringList& args) { m_process->start(path, args, QProcess::ReadOnly); }

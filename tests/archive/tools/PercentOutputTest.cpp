@@ -54,7 +54,7 @@ TEST(PercentOutput, aHostilePieceOfAMegabyteIsReadInTime)
         QElapsedTimer watch;
         watch.start();
         static_cast<void>(firstFraction(piece.repeated(1024 * 1024 / piece.size()) + '%'));
-        EXPECT_LT(watch.elapsed(), 2000) << piece.constData();
+        EXPECT_LT(watch.elapsed(), 10'000) << piece.constData();
     }
 }
 

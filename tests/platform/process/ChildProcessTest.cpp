@@ -1,6 +1,7 @@
 #include "platform/process/ChildProcess.h"
 
 #include "fixtures/EventLoop.h"
+#include "fixtures/RealTools.h"
 #include "fixtures/Sandbox.h"
 #include "platform/async/Spawn.h"
 
@@ -111,11 +112,22 @@ TEST_F(ChildProcessTest, signalsThatThisProgramHoldsBackReachTheOther)
     sigemptyset(&held);
     sigaddset(&held, SIGTERM);
     ASSERT_EQ(::pthread_sigmask(SIG_BLOCK, &held, &before), 0);
+    // Asked without a shell, as that would undo it too.
     const auto oldPipe = ::signal(SIGPIPE, SIG_IGN);
-    const ChildEnd end = shell(QStringLiteral("grep -E 'Sig(Blk|Ign)' /proc/self/status"));
+    const ChildEnd end = run(QStringLiteral("/usr/bin/grep"), {QStringLiteral("-E"), QStringLiteral("Sig(Blk|Ign)"),
+                                                               QStringLiteral("/proc/self/status")});
     ::signal(SIGPIPE, oldPipe);
     ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
     EXPECT_EQ(end.output, "SigBlk:\t0000000000000000\nSigIgn:\t0000000000000000\n");
+}
+
+TEST_F(ChildProcessTest, theProgramIsKilledWhenThisOneDies)
+{
+    VORMEL_NEEDS_TOOL("python3");
+    const QString askForSignal = QStringLiteral("import ctypes; told = ctypes.c_int(); "
+                                                "ctypes.CDLL(None).prctl(2, ctypes.byref(told)); print(told.value)");
+    const ChildEnd end = run(QStringLiteral("/usr/bin/python3"), {QStringLiteral("-c"), askForSignal});
+    EXPECT_EQ(end.output.trimmed().toInt(), SIGKILL);
 }
 
 TEST_F(ChildProcessTest, allOutputIsThereBeforeTheResult)
