@@ -14,9 +14,9 @@
 
 namespace vormel {
 
-MainWindow::MainWindow(DownloadManager& manager)
-    : m_manager(manager)
-    , m_sidebar(new Sidebar(manager.settings(), this))
+MainWindow::MainWindow(const QueuePorts& ports)
+    : m_ports(ports)
+    , m_sidebar(new Sidebar(settings(), this))
     , m_pages(new QStackedWidget(this))
 {
     constexpr QSize smallest(700, 450);
@@ -29,7 +29,12 @@ MainWindow::MainWindow(DownloadManager& manager)
     buildMenu();
     openPage(Page::downloads);
     connect(m_sidebar, &Sidebar::pageChosen, this, &MainWindow::openPage);
-    connect(&manager.settings(), &AppSettings::languageSet, this, &MainWindow::retranslate);
+    connect(&settings(), &AppSettings::languageSet, this, &MainWindow::retranslate);
+}
+
+AppSettings& MainWindow::settings() const
+{
+    return m_ports.manager.settings();
 }
 
 void MainWindow::layOut()
@@ -82,18 +87,18 @@ QWidget* MainWindow::makePage(Page page)
 {
     switch (page) {
     case Page::downloads:
-        return new DownloadQueueView(m_manager, m_pages);
+        return new DownloadQueueView(m_ports, m_pages);
     case Page::accounts:
-        return new AccountsView(m_manager.settings(), m_pages);
+        return new AccountsView(settings(), m_pages);
     case Page::settings:
-        return new SettingsView(m_manager.settings(), m_pages);
+        return new SettingsView(settings(), m_pages);
     }
     Q_UNREACHABLE();
 }
 
 void MainWindow::retranslate()
 {
-    const AppLanguage language = m_manager.settings().language.value();
+    const AppLanguage language = settings().language.value();
     setWindowTitle(pageTitle(page(), language) + QStringLiteral(" — Vormel"));
     m_quit->setText(pair(language, u"&Quit", u"&Esci"));
 }

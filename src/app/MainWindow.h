@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/queue/QueuePorts.h"
 #include "ui/shell/Page.h"
 
 #include <QMainWindow>
@@ -12,17 +13,17 @@ class QStackedWidget;
 
 namespace vormel {
 
-class DownloadManager;
+class AppSettings;
 class Sidebar;
 
 /// The window: sidebar, pages and menu bar. A page is built when it is first shown, so that the window comes up fast.
-/// The manager must outlive it.
+/// What the ports name must outlive it.
 class MainWindow final : public QMainWindow
 {
     Q_OBJECT
 
 public:
-    explicit MainWindow(DownloadManager& manager);
+    explicit MainWindow(const QueuePorts& ports);
 
     [[nodiscard]] Page page() const;
     void showPage(Page page);
@@ -34,7 +35,9 @@ private:
     [[nodiscard]] QWidget* makePage(Page page);
     void retranslate();
 
-    DownloadManager& m_manager;
+    [[nodiscard]] AppSettings& settings() const;
+
+    QueuePorts m_ports;
     Sidebar* m_sidebar;
     QStackedWidget* m_pages;
     std::array<QWidget*, allPages.size()> m_built{}; ///< null until first shown; owned by the stack

@@ -3,11 +3,13 @@
 #include "archive/ArchiveExtractor.h"
 #include "engine/DownloadManager.h"
 #include "platform/clock/SystemClock.h"
+#include "platform/desktop/FileViewer.h"
 #include "platform/http/CurlHttpClient.h"
 #include "platform/storage/FileWriter.h"
 #include "platform/storage/Trash.h"
 #include "platform/storage/UserDefaults.h"
 #include "resolvers/ResolverTables.h"
+#include "ui/queue/QueuePorts.h"
 
 namespace vormel {
 
@@ -20,6 +22,8 @@ public:
     explicit Program(const Folders& folders, const CurlHttpClient::Options& network = {});
 
     [[nodiscard]] DownloadManager& manager() { return m_manager; }
+    /// What the window works with; lives as long as the program.
+    [[nodiscard]] QueuePorts queuePorts() { return {m_manager, m_clock, m_fileViewer}; }
 
 private:
     SystemClock m_clock;
@@ -28,6 +32,7 @@ private:
     UserDefaults m_defaults;
     ResolverTables m_resolvers;
     DesktopTrash m_trash;
+    DesktopFileViewer m_fileViewer;
     ToolRunner m_tools;
     ArchiveExtractor m_extractor{m_tools};
     DownloadManager m_manager;

@@ -40,7 +40,7 @@ int main(int argc, char** argv)
     vormel::CurlHttpClient::Options network;
     network.userAgent = "Vormel/" + QByteArray(vormel::programVersion.data());
     vormel::Program program(folders, network);
-    vormel::MainWindow window(program.manager());
+    vormel::MainWindow window(program.queuePorts());
 
     QObject::connect(&instance, &vormel::SingleInstance::showRequested, &window, [&window] { comeForward(window); });
     QObject::connect(&signalsOfTheSystem, &vormel::TerminationSignals::terminationRequested, &application,

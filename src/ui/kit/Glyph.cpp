@@ -18,7 +18,7 @@ namespace vormel {
 namespace {
 
 /// In the order of Glyph.
-constexpr std::array<QLatin1StringView, 20> fileNames{
+constexpr std::array<QLatin1StringView, 32> fileNames{
     QLatin1StringView("plus"),
     QLatin1StringView("xmark"),
     QLatin1StringView("play.fill"),
@@ -38,6 +38,18 @@ constexpr std::array<QLatin1StringView, 20> fileNames{
     QLatin1StringView("gearshape.fill"),
     QLatin1StringView("server.rack"),
     QLatin1StringView("lock"),
+    QLatin1StringView("stop.fill"),
+    QLatin1StringView("arrow.clockwise"),
+    QLatin1StringView("arrow.triangle.2.circlepath"),
+    QLatin1StringView("folder"),
+    QLatin1StringView("doc.on.doc.fill"),
+    QLatin1StringView("bandage"),
+    QLatin1StringView("bandage.fill"),
+    QLatin1StringView("checkmark.seal"),
+    QLatin1StringView("archivebox"),
+    QLatin1StringView("exclamationmark.triangle.fill"),
+    QLatin1StringView("chevron.right"),
+    QLatin1StringView("chevron.down"),
     QLatin1StringView("vormel"),
 };
 static_assert(fileNames.size() == static_cast<std::size_t>(Glyph::program) + 1);

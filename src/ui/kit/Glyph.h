@@ -28,6 +28,18 @@ enum class Glyph
     gearFill,
     serverRack,
     lock,
+    stop,
+    arrowClockwise,
+    arrowTriangle2Circlepath,
+    folder,
+    docOnDocFill,
+    bandage,
+    bandageFill,
+    checkmarkSeal,
+    archivebox,
+    exclamationmarkTriangleFill,
+    chevronRight,
+    chevronDown,
     program,
 };
 

@@ -9,6 +9,7 @@
 #include "ui/queue/QueueToolBar.h"
 #include "ui/queue/QueueView.h"
 #include "ui/sheets/AddURLView.h"
+#include "ui/sheets/ArchivePasswordSheetView.h"
 
 #include <QDragEnterEvent>
 #include <QStackedLayout>
@@ -16,11 +17,11 @@
 
 namespace vormel {
 
-DownloadQueueView::DownloadQueueView(DownloadManager& manager, QWidget* parent)
+DownloadQueueView::DownloadQueueView(const QueuePorts& ports, QWidget* parent)
     : QWidget(parent)
-    , m_manager(manager)
-    , m_model(new QueueModel(manager, this))
-    , m_list(new QueueView(*m_model, this))
+    , m_manager(ports.manager)
+    , m_model(new QueueModel(ports.manager, ports.clock, this))
+    , m_list(new QueueView(*m_model, RowCommands(ports), this))
     , m_empty(new EmptyState(Glyph::arrowDownCircle, this))
     , m_pages(new QStackedLayout)
     , m_overlay(new DropOverlay(this))
@@ -31,8 +32,10 @@ DownloadQueueView::DownloadQueueView(DownloadManager& manager, QWidget* parent)
     for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
         connect(m_model, signal, this, &DownloadQueueView::showListOrEmptyState);
     connect(m_model, &QAbstractItemModel::modelReset, this, &DownloadQueueView::showListOrEmptyState);
-    connect(&manager.settings(), &AppSettings::languageSet, this, &DownloadQueueView::retranslate);
+    connect(&m_manager, &DownloadManager::changed, this, &DownloadQueueView::showQuestions);
+    connect(&m_manager.settings(), &AppSettings::languageSet, this, &DownloadQueueView::retranslate);
     showListOrEmptyState();
+    showQuestions();
     retranslate();
 }
 
@@ -80,6 +83,36 @@ void DownloadQueueView::showAddURLs()
     m_sheet->setAttribute(Qt::WA_DeleteOnClose);
     connect(m_sheet, &AddURLView::added, &m_manager, &DownloadManager::addURLs);
     m_sheet->open();
+}
+
+void DownloadQueueView::showQuestions()
+{
+    const std::optional<PendingExtractionPassword> pending = m_manager.pendingExtractionPassword();
+    if (pending == m_askedPassword)
+        return;
+    m_askedPassword = pending;
+    if (m_passwordSheet) {
+        m_passwordSheet->disconnect(this); // the question went by itself
+        m_passwordSheet->close();
+    }
+    if (pending)
+        askPassword(*pending);
+}
+
+void DownloadQueueView::askPassword(const PendingExtractionPassword& question)
+{
+    m_passwordSheet = new ArchivePasswordSheetView(question, m_manager.settings(), this);
+    m_passwordSheet->setAttribute(Qt::WA_DeleteOnClose);
+    // The same question may come again, and is to have a fresh form then.
+    connect(m_passwordSheet, &ArchivePasswordSheetView::confirmed, this, [this](const QString& password) {
+        m_askedPassword.reset();
+        m_manager.submitExtractionPassword(password);
+    });
+    connect(m_passwordSheet, &ArchivePasswordSheetView::rejected, this, [this] {
+        m_askedPassword.reset();
+        m_manager.cancelExtractionPassword();
+    });
+    m_passwordSheet->open();
 }
 
 void DownloadQueueView::dragEnterEvent(QDragEnterEvent* event)

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "model/PendingQuestions.h"
+#include "ui/queue/QueuePorts.h"
+
 #include <QPointer>
 #include <QWidget>
 
@@ -9,20 +12,20 @@ class QStackedLayout;
 namespace vormel {
 
 class AddURLView;
-class DownloadManager;
+class ArchivePasswordSheetView;
 class DropOverlay;
 class EmptyState;
 class QueueModel;
 class QueueView;
 
-/// The page of the queue: commands, list or empty state, drops of links, and the sheet for adding them. The manager
-/// must outlive it.
+/// The page of the queue: commands, list or empty state, drops of links, the sheet for adding them, and those by which
+/// the queue asks something. What the ports name must outlive it.
 class DownloadQueueView final : public QWidget
 {
     Q_OBJECT
 
 public:
-    explicit DownloadQueueView(DownloadManager& manager, QWidget* parent = nullptr);
+    explicit DownloadQueueView(const QueuePorts& ports, QWidget* parent = nullptr);
 
     /// Opens the sheet; one that is open stays.
     void showAddURLs();
@@ -37,6 +40,8 @@ private:
     void layOut();
     void retranslate();
     void showListOrEmptyState();
+    void showQuestions();
+    void askPassword(const PendingExtractionPassword& question);
 
     DownloadManager& m_manager;
     QueueModel* m_model;
@@ -45,6 +50,8 @@ private:
     QStackedLayout* m_pages;
     DropOverlay* m_overlay;
     QPointer<AddURLView> m_sheet;
+    std::optional<PendingExtractionPassword> m_askedPassword; ///< what the sheet asks for
+    QPointer<ArchivePasswordSheetView> m_passwordSheet;
 };
 
 } // namespace vormel

@@ -1,9 +1,32 @@
 #include "ui/queue/QueueDelegate.h"
 
+#include "ui/queue/HeaderPainter.h"
 #include "ui/queue/QueueModel.h"
 #include "ui/queue/RowPainter.h"
 
+#include <QAbstractItemView>
+#include <QHelpEvent>
+#include <QToolTip>
+
+#include <algorithm>
+
 namespace vormel {
+
+namespace {
+
+RowHit buttonAt(const std::vector<ButtonPlace>& places, QPoint point)
+{
+    const auto place = std::find_if(places.begin(), places.end(),
+                                    [point](const ButtonPlace& candidate) { return candidate.rect.contains(point); });
+    return place == places.end() ? RowHit{} : RowHit{RowHit::Part::button, place->button, place->rect};
+}
+
+} // namespace
+
+QueueDelegate::QueueDelegate(const QueueModel& model, QObject* parent)
+    : QAbstractItemDelegate(parent)
+    , m_model(model)
+{}
 
 const RowMetrics& QueueDelegate::metrics(const QFont& font) const
 {
@@ -15,15 +38,68 @@ const RowMetrics& QueueDelegate::metrics(const QFont& font) const
 void QueueDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
 {
     const RowMetrics& measures = metrics(option.font);
+    const RowCanvas canvas(*painter, option, measures);
+    const HotButton hot = m_hotIndex == index ? m_hot : HotButton{};
+    if (m_model.isHeader(index)) {
+        const auto content = index.data(QueueModel::HeaderRole).value<HeaderContent>();
+        const HeaderLayout layout(measures, content, option.rect, option.direction);
+        canvas.background(layout.icon.left());
+        paintHeader(canvas, measures, content, layout, hot, option.state.testFlag(QStyle::State_Open));
+        return;
+    }
     const auto content = index.data(QueueModel::ContentRole).value<RowContent>();
     const RowLayout layout(measures, content, option.rect, option.direction);
-    RowPainter(*painter, option, measures, m_spin).paint(content, layout);
+    canvas.background(layout.icon.left());
+    paintRow(canvas, measures, content, layout, hot, m_motion);
 }
 
 QSize QueueDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const
 {
     const RowLines lines = RowLines::fromInt(index.data(QueueModel::LinesRole).value<RowLines::Int>());
     return {0, metrics(option.font).height(lines)};
+}
+
+void QueueDelegate::setHot(const QModelIndex& index, HotButton hot)
+{
+    m_hotIndex = index;
+    m_hot = hot;
+}
+
+RowHit QueueDelegate::hitTest(const QStyleOptionViewItem& option, const QModelIndex& index, QPoint point) const
+{
+    const RowMetrics& measures = metrics(option.font);
+    if (!m_model.isHeader(index)) {
+        const auto content = index.data(QueueModel::ContentRole).value<RowContent>();
+        return buttonAt(RowLayout(measures, content, option.rect, option.direction).buttons, point);
+    }
+    const auto content = index.data(QueueModel::HeaderRole).value<HeaderContent>();
+    const HeaderLayout layout(measures, content, option.rect, option.direction);
+    if (layout.disclosure.contains(point))
+        return {RowHit::Part::disclosure, {}, layout.disclosure};
+    if (layout.title.contains(point))
+        return {RowHit::Part::title, {}, layout.title};
+    return buttonAt(layout.buttons, point);
+}
+
+QString QueueDelegate::toolTip(const RowHit& hit, const QModelIndex& index) const
+{
+    const AppLanguage language = m_model.language();
+    if (hit.isButton())
+        return buttonText(hit.button, language);
+    if (hit.part == RowHit::Part::title)
+        return pair(language, u"Double-click to rename this group", u"Doppio clic per rinominare il gruppo");
+    return index.data(Qt::ToolTipRole).toString();
+}
+
+bool QueueDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                              const QModelIndex& index)
+{
+    if (event->type() != QEvent::ToolTip)
+        return QAbstractItemDelegate::helpEvent(event, view, option, index);
+    const RowHit hit = hitTest(option, index, event->pos());
+    const QRect rect = hit.rect.isEmpty() ? option.rect : hit.rect;
+    QToolTip::showText(event->globalPos(), toolTip(hit, index), view->viewport(), rect);
+    return true;
 }
 
 } // namespace vormel

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "ui/queue/RowMetrics.h"
+#include "ui/queue/RowCanvas.h"
+#include "ui/queue/RowHit.h"
 
 #include <QAbstractItemDelegate>
 
@@ -8,27 +9,39 @@
 
 namespace vormel {
 
-/// Draws the rows of the queue from the roles of QueueModel.
+class QueueModel;
+
+/// Draws the rows and headers of the queue from the roles of its model, and tells what of them lies under the pointer.
 class QueueDelegate final : public QAbstractItemDelegate
 {
     Q_OBJECT
 
 public:
-    using QAbstractItemDelegate::QAbstractItemDelegate;
+    /// The model must outlive the delegate.
+    explicit QueueDelegate(const QueueModel& model, QObject* parent = nullptr);
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     /// Only the height means something; rows are as wide as their view.
     [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) override;
 
-    /// Turns the indicator of the rows that wait, in degrees.
-    void setSpin(int degrees) { m_spin = degrees; }
-    [[nodiscard]] int spin() const { return m_spin; }
+    [[nodiscard]] RowHit hitTest(const QStyleOptionViewItem& option, const QModelIndex& index, QPoint point) const;
+
+    void setMotion(Motion motion) { m_motion = motion; }
+    [[nodiscard]] Motion motion() const { return m_motion; }
+    /// The one row that the pointer is on a button of, and what it does there.
+    void setHot(const QModelIndex& index, HotButton hot);
 
 private:
     [[nodiscard]] const RowMetrics& metrics(const QFont& font) const;
+    [[nodiscard]] QString toolTip(const RowHit& hit, const QModelIndex& index) const;
 
+    const QueueModel& m_model;
     mutable std::optional<RowMetrics> m_metrics; ///< of the font that was asked for last
-    int m_spin = 0;
+    Motion m_motion;
+    QPersistentModelIndex m_hotIndex;
+    HotButton m_hot;
 };
 
 } // namespace vormel

@@ -1,109 +1,51 @@
 #include "ui/queue/QueueModel.h"
 
 #include "model/SetName.h"
+#include "platform/clock/Clock.h"
+#include "ui/queue/HeaderPresenter.h"
+#include "ui/queue/Runs.h"
 
 #include <algorithm>
+#include <map>
 
 namespace vormel {
 
-namespace {
-
-/// Beyond so many separate steps views are faster when they read everything again.
-constexpr std::size_t mostSteps = 16;
-
-/// How far a run of consecutive rows that starts at `first` reaches.
-std::size_t endOfRun(const std::vector<int>& rows, std::size_t first)
-{
-    std::size_t end = first + 1;
-    while (end < rows.size() && rows[end] == rows[end - 1] + 1)
-        ++end;
-    return end;
-}
-
-std::size_t countRuns(const std::vector<int>& rows)
-{
-    std::size_t runs = 0;
-    for (std::size_t first = 0; first < rows.size(); first = endOfRun(rows, first))
-        ++runs;
-    return runs;
-}
-
-} // namespace
-
-QueueModel::QueueModel(DownloadManager& manager, QObject* parent)
-    : QAbstractItemModel(parent)
+QueueModel::QueueModel(DownloadManager& manager, const Clock& clock, QObject* parent)
+    : QueueTree(manager, parent)
     , m_manager(manager)
+    , m_clock(clock)
 {
-    m_rows.assign(visibleItems(0, static_cast<qsizetype>(m_manager.items().size())));
     connect(&manager, &DownloadManager::itemsInserted, this, &QueueModel::insertItems);
     connect(&manager, &DownloadManager::itemsRemoved, this, &QueueModel::removeItems);
-    connect(&manager, &DownloadManager::itemChanged, this, [this](const ItemId& id) { noteChange(id); });
+    connect(&manager, &DownloadManager::itemsReordered, this, &QueueModel::rebuild);
+    connect(&manager, &DownloadManager::itemChanged, this, &QueueModel::noteChange);
+    connect(&manager, &DownloadManager::groupRenamed, this, &QueueModel::tellHeader);
     connect(&manager.settings(), &AppSettings::downloadRevFilesSet, this, &QueueModel::rebuild);
     connect(&manager.settings(), &AppSettings::languageSet, this, &QueueModel::tellAll);
-}
-
-bool QueueModel::isVisible(const DownloadItem& item) const
-{
-    if (!isRevName(item.filename()) || m_manager.settings().downloadRevFiles.value())
-        return true;
-    return item.status() == DownloadStatus::downloading || item.status() == DownloadStatus::completed;
-}
-
-std::vector<ItemPtr> QueueModel::visibleItems(qsizetype first, qsizetype count) const
-{
-    const auto begin = m_manager.items().begin() + first;
-    std::vector<ItemPtr> visible;
-    visible.reserve(static_cast<std::size_t>(count));
-    std::copy_if(begin, begin + count, std::back_inserter(visible), [this](const ItemPtr& i) { return isVisible(*i); });
-    return visible;
-}
-
-/// How many rows stand before the item at that position of the queue.
-int QueueModel::rowBefore(qsizetype position) const
-{
-    int row = 0;
-    for (qsizetype i = 0; i < position && row < m_rows.count(); ++i) {
-        if (m_manager.items()[static_cast<std::size_t>(i)] == m_rows.at(row).item)
-            ++row;
-    }
-    return row;
-}
-
-QModelIndex QueueModel::indexOf(const ItemId& id) const
-{
-    return index(m_rows.find(id), 0);
-}
-
-QModelIndex QueueModel::index(int row, int column, const QModelIndex& parent) const
-{
-    return hasIndex(row, column, parent) ? createIndex(row, column) : QModelIndex();
-}
-
-QModelIndex QueueModel::parent(const QModelIndex& /*child*/) const
-{
-    return {};
-}
-
-int QueueModel::rowCount(const QModelIndex& parent) const
-{
-    return parent.isValid() ? 0 : m_rows.count();
-}
-
-int QueueModel::columnCount(const QModelIndex& parent) const
-{
-    return parent.isValid() ? 0 : 1;
 }
 
 QVariant QueueModel::data(const QModelIndex& index, int role) const
 {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
-    const DownloadItem& item = *m_rows.at(index.row()).item;
+    if (role == LinesRole)
+        return QVariant::fromValue(toldLines(entryOf(index), index).toInt());
+    const ItemPtr shown = item(index);
+    return shown ? itemData(*shown, index, role) : groupData(entryOf(index), role);
+}
+
+RowLines QueueModel::toldLines(const QueueEntry& entry, const QModelIndex& index)
+{
+    return index.internalPointer() ? entry.members[static_cast<std::size_t>(index.row())] : entry.ownLines;
+}
+
+QVariant QueueModel::itemData(const DownloadItem& item, const QModelIndex& index, int role) const
+{
     switch (role) {
     case IdRole:
         return QVariant::fromValue(item.id());
-    case LinesRole:
-        return QVariant::fromValue(rowLines(item).toInt());
+    case MovingRole:
+        return isMoving(item);
     case Qt::DisplayRole:
     case NameRole:
         return item.filename();
@@ -111,13 +53,17 @@ QVariant QueueModel::data(const QModelIndex& index, int role) const
         return static_cast<int>(item.status().kind());
     case HostRole:
         return item.hostName();
+    case HeaderRole:
     case Qt::DecorationRole:
     case Qt::FontRole:
     case Qt::SizeHintRole:
         return {};
     default:
-        return contentValue(rowContent(item, language()), role);
+        break;
     }
+    RowContent content = rowContent(item, language(), m_clock.wallNow());
+    content.isMember = index.internalPointer() != nullptr;
+    return contentValue(content, role);
 }
 
 QVariant QueueModel::contentValue(const RowContent& content, int role) const
@@ -146,115 +92,156 @@ QVariant QueueModel::contentValue(const RowContent& content, int role) const
     }
 }
 
+QVariant QueueModel::groupData(const QueueEntry& entry, int role) const
+{
+    switch (role) {
+    case IdRole:
+        return QVariant::fromValue(ItemId());
+    case Qt::DisplayRole:
+    case NameRole:
+        return m_manager.groupNames().displayName(entry.group.id);
+    case HeaderRole:
+        return QVariant::fromValue(header(entry));
+    case Qt::AccessibleTextRole:
+        return accessibleText(header(entry));
+    default:
+        return {};
+    }
+}
+
+HeaderContent QueueModel::header(const QueueEntry& entry) const
+{
+    const GroupTally tally(entry.group);
+    HeaderContent content = headerContent(tally, language());
+    content.title = m_manager.groupNames().displayName(entry.group.id);
+    content.buttons = groupButtons(tally, m_manager.hasPendingRevFiles(entry.group.items));
+    return content;
+}
+
 void QueueModel::insertItems(qsizetype first, qsizetype count)
 {
-    const std::vector<ItemPtr> items = visibleItems(first, count);
-    if (items.empty())
-        return;
-    const bool isAtEnd = first + count == static_cast<qsizetype>(m_manager.items().size());
-    const int row = isAtEnd ? m_rows.count() : rowBefore(first);
-    beginInsertRows({}, row, row + static_cast<int>(items.size()) - 1);
-    m_rows.insert(row, items);
-    endInsertRows();
+    GroupChanges changes(m_manager, rows());
+    const std::vector<ItemPtr>& items = m_manager.items();
+    for (qsizetype i = first; i < first + count; ++i)
+        changes.noteItem(items[static_cast<std::size_t>(i)]);
+    follow(std::move(changes.changes()));
+    for (qsizetype i = first; i < first + count; ++i) {
+        const ItemId& id = items[static_cast<std::size_t>(i)]->id();
+        if (!rows().find(id).entry)
+            noteChange(id, {}); // hidden, but its header may offer it
+    }
 }
 
 void QueueModel::removeItems(const QSet<ItemId>& ids)
 {
-    std::vector<int> rows;
+    GroupChanges changes(m_manager, rows());
+    bool isAnyHidden = false;
     for (const ItemId& id : ids) {
-        if (const int row = m_rows.find(id); row >= 0)
-            rows.push_back(row);
+        isAnyHidden |= rows().find(id).entry == nullptr;
+        changes.noteRemoval(id);
     }
-    dropRows(std::move(rows));
+    follow(std::move(changes.changes()));
+    if (isAnyHidden)
+        tellAll(); // some header may have offered what is gone
 }
 
-void QueueModel::dropRows(std::vector<int> rows)
-{
-    std::sort(rows.begin(), rows.end());
-    if (countRuns(rows) > mostSteps) {
-        rebuild();
-        return;
-    }
-    while (!rows.empty()) {
-        const int last = rows.back();
-        int first = last;
-        for (rows.pop_back(); !rows.empty() && rows.back() == first - 1; rows.pop_back())
-            --first;
-        beginRemoveRows({}, first, last);
-        m_rows.remove(first, last - first + 1);
-        endRemoveRows();
-    }
-}
-
-void QueueModel::rebuild()
-{
-    beginResetModel();
-    m_rows.assign(visibleItems(0, static_cast<qsizetype>(m_manager.items().size())));
-    endResetModel();
-}
-
-void QueueModel::noteChange(const ItemId& id)
+void QueueModel::noteChange(const ItemId& id, ItemFields fields)
 {
     if (m_changed.isEmpty())
         QMetaObject::invokeMethod(this, &QueueModel::tellChanges, Qt::QueuedConnection);
-    m_changed.insert(id);
+    m_changed[id] |= fields;
+}
+
+/// May the change of these fields have moved the item, or others of its set, to other rows?
+bool QueueModel::mayRegroup(const DownloadItem& item, ItemFields fields) const
+{
+    if (fields.testFlag(ItemField::Filename))
+        return true;
+    if (!fields.testFlag(ItemField::Status) && !fields.testFlag(ItemField::ExtractionStatus))
+        return false;
+    const QueueEntry* const entry = rows().find(item.id()).entry;
+    const bool isPlain = entry && entry->set.isEmpty();
+    return !isPlain || isRevName(item.filename());
 }
 
 void QueueModel::tellChanges()
 {
-    std::vector<int> stale;
-    std::vector<int> hidden;
-    std::vector<ItemPtr> shown;
-    for (const ItemId& id : std::exchange(m_changed, {})) {
-        const ItemPtr item = m_manager.item(id);
-        if (!item)
+    const QHash<ItemId, ItemFields> changed = std::exchange(m_changed, {});
+    GroupChanges changes(m_manager, rows());
+    for (auto change = changed.begin(); change != changed.end(); ++change) {
+        const ItemPtr item = m_manager.item(change.key());
+        if (item && mayRegroup(*item, *change))
+            changes.noteItem(item);
+    }
+    follow(std::move(changes.changes()));
+    tellRows(changed);
+}
+
+void QueueModel::tellRows(const QHash<ItemId, ItemFields>& changed)
+{
+    std::map<QueueEntry*, std::vector<int>> members;
+    std::vector<int> top;
+    QSet<const QueueEntry*> headers;
+    for (auto change = changed.begin(); change != changed.end(); ++change) {
+        const QueueRows::Place place = rows().find(change.key());
+        const ItemPtr item = m_manager.item(change.key());
+        // What is hidden shows in its header, which may offer it.
+        QueueEntry* const entry = place.entry || !item ? place.entry : rows().findSet(setKey(*item));
+        if (!entry)
             continue;
-        const int row = m_rows.find(id);
-        if (row < 0 && isVisible(*item))
-            shown.push_back(item);
-        else if (row >= 0)
-            (isVisible(*item) ? stale : hidden).push_back(row);
-    }
-    tellSpans(stale);
-    if (shown.size() + hidden.size() > mostSteps) {
-        rebuild();
-        return;
-    }
-    dropRows(std::move(hidden));
-    for (const ItemPtr& item : shown)
-        showItem(item);
-}
-
-void QueueModel::showItem(const ItemPtr& item)
-{
-    const std::vector<ItemPtr>& items = m_manager.items();
-    insertItems(std::find(items.begin(), items.end(), item) - items.begin(), 1);
-}
-
-void QueueModel::tellSpans(const std::vector<int>& unsorted)
-{
-    std::vector<int> rows = unsorted;
-    std::sort(rows.begin(), rows.end());
-    for (std::size_t first = 0; first < rows.size(); first = endOfRun(rows, first)) {
-        const std::size_t end = endOfRun(rows, first);
-        bool isOtherHeight = false;
-        for (std::size_t i = first; i < end; ++i) {
-            QueueRows::Row& row = m_rows.at(rows[i]);
-            const RowLines told = std::exchange(row.lines, rowLines(*row.item));
-            isOtherHeight |= told != row.lines;
+        if (place.entry && entry->isHeader())
+            members[entry].push_back(place.member);
+        if (!headers.contains(entry)) {
+            headers.insert(entry);
+            top.push_back(entry->row);
         }
-        QList<int> roles{Qt::DisplayRole, Qt::AccessibleTextRole, ContentRole};
+    }
+    tellSpans(nullptr, std::move(top));
+    for (auto& [entry, rows] : members)
+        tellSpans(entry, std::move(rows));
+}
+
+/// Has the row another height than the views were told?
+bool QueueModel::readLines(QueueEntry* parent, int row)
+{
+    const QueueEntry& entry = parent ? *parent : rows().at(row);
+    RowLines& told = parent ? parent->members[static_cast<std::size_t>(row)] : rows().at(row).ownLines;
+    const bool isHeader = !parent && entry.isHeader();
+    const RowLines now = isHeader ? headerLines(GroupTally(entry.group)) : rowLines(*entry.item(parent ? row : 0));
+    return std::exchange(told, now) != now;
+}
+
+void QueueModel::tellSpans(QueueEntry* parent, std::vector<int> unsorted)
+{
+    std::sort(unsorted.begin(), unsorted.end());
+    const QModelIndex above = parent ? indexOf(*parent) : QModelIndex();
+    for (const Run& run : runsOf(unsorted)) {
+        bool isOtherHeight = false;
+        for (int row = run.first; row <= run.last; ++row)
+            isOtherHeight |= readLines(parent, row);
+        QList<int> roles{Qt::DisplayRole, Qt::AccessibleTextRole, ContentRole, HeaderRole};
         if (isOtherHeight)
             roles << Qt::SizeHintRole << LinesRole;
-        Q_EMIT dataChanged(index(rows[first], 0), index(rows[end - 1], 0), roles);
+        Q_EMIT dataChanged(index(run.first, 0, above), index(run.last, 0, above), roles);
     }
+}
+
+void QueueModel::tellHeader(const QString& groupId)
+{
+    if (const QModelIndex header = headerOf(groupId); header.isValid())
+        Q_EMIT dataChanged(header, header, {Qt::DisplayRole, Qt::AccessibleTextRole, HeaderRole});
 }
 
 void QueueModel::tellAll()
 {
-    if (m_rows.count() > 0)
-        Q_EMIT dataChanged(index(0, 0), index(m_rows.count() - 1, 0),
-                           {Qt::DisplayRole, Qt::AccessibleTextRole, ContentRole});
+    const QList<int> roles{Qt::DisplayRole, Qt::AccessibleTextRole, ContentRole, HeaderRole};
+    if (rowCount() > 0)
+        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, 0), roles);
+    for (int row = 0; row < rowCount(); ++row) {
+        const QModelIndex header = index(row, 0);
+        if (const int members = rowCount(header); members > 0)
+            Q_EMIT dataChanged(index(0, 0, header), index(members - 1, 0, header), roles);
+    }
 }
 
 } // namespace vormel

@@ -1,17 +1,15 @@
 #pragma once
 
-#include "engine/DownloadManager.h"
-#include "ui/queue/QueueRows.h"
-
-#include <QAbstractItemModel>
-#include <QSet>
+#include "ui/queue/QueueTree.h"
 
 namespace vormel {
 
-/// The queue as its list shows it: one row per visible item, in the order of the queue. Follows the manager, which must
-/// outlive it; changes of items are gathered and told once per turn of the event loop. No value of a row is made before
+class Clock;
+
+/// The queue as its list shows it, in the order of the queue. Follows the manager, which must outlive it as the clock
+/// must; changes of items are gathered and told once per turn of the event loop. No value of a row is made before
 /// somebody asks for it.
-class QueueModel : public QAbstractItemModel
+class QueueModel : public QueueTree
 {
     Q_OBJECT
 
@@ -19,11 +17,13 @@ public:
     /// Finished values. DisplayRole is the name; ToolTipRole and AccessibleTextRole are served too.
     enum Role
     {
-        IdRole = Qt::UserRole,
-        ContentRole, ///< all of the row, as RowContent
-        LinesRole,   ///< RowLines as a number; together with SizeHintRole in dataChanged it means another height
+        IdRole = Qt::UserRole, ///< of the item; null for a header
+        LinesRole,             ///< RowLines as a number; together with SizeHintRole in dataChanged another height
         NameRole,
-        StatusRole, ///< DownloadStatus::Kind as a number
+        HeaderRole,  ///< all of a header, as HeaderContent; the roles below are those of a row
+        ContentRole, ///< all of a row, as RowContent
+        MovingRole,  ///< does something in the row move or count?
+        StatusRole,  ///< DownloadStatus::Kind as a number
         StatusTextRole,
         HostRole,
         ProgressRole,
@@ -33,36 +33,32 @@ public:
         ExtractionTextRole,
     };
 
-    explicit QueueModel(DownloadManager& manager, QObject* parent = nullptr);
+    QueueModel(DownloadManager& manager, const Clock& clock, QObject* parent = nullptr);
 
-    /// Invalid for an item that has no row.
-    [[nodiscard]] QModelIndex indexOf(const ItemId& id) const;
-
-    [[nodiscard]] QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
-    [[nodiscard]] QModelIndex parent(const QModelIndex& child) const override;
-    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
-    [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] AppLanguage language() const { return m_manager.settings().language.value(); }
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
 
 private:
     void insertItems(qsizetype first, qsizetype count);
     void removeItems(const QSet<ItemId>& ids);
-    void noteChange(const ItemId& id);
+    void noteChange(const ItemId& id, ItemFields fields);
     void tellChanges();
+    void tellRows(const QHash<ItemId, ItemFields>& changed);
+    void tellSpans(QueueEntry* parent, std::vector<int> unsorted);
     void tellAll();
-    void tellSpans(const std::vector<int>& rows);
-    void dropRows(std::vector<int> rows);
-    void showItem(const ItemPtr& item);
-    void rebuild();
-    [[nodiscard]] bool isVisible(const DownloadItem& item) const;
-    [[nodiscard]] std::vector<ItemPtr> visibleItems(qsizetype first, qsizetype count) const;
-    [[nodiscard]] int rowBefore(qsizetype position) const;
+    void tellHeader(const QString& groupId);
+    [[nodiscard]] bool mayRegroup(const DownloadItem& item, ItemFields fields) const;
+    [[nodiscard]] bool readLines(QueueEntry* parent, int row);
+
+    [[nodiscard]] QVariant itemData(const DownloadItem& item, const QModelIndex& index, int role) const;
+    [[nodiscard]] QVariant groupData(const QueueEntry& entry, int role) const;
     [[nodiscard]] QVariant contentValue(const RowContent& content, int role) const;
-    [[nodiscard]] AppLanguage language() const { return m_manager.settings().language.value(); }
+    [[nodiscard]] HeaderContent header(const QueueEntry& entry) const;
+    [[nodiscard]] static RowLines toldLines(const QueueEntry& entry, const QModelIndex& index);
 
     DownloadManager& m_manager;
-    QueueRows m_rows;
-    QSet<ItemId> m_changed; ///< since the views were told last
+    const Clock& m_clock;
+    QHash<ItemId, ItemFields> m_changed; ///< since the views were told last
 };
 
 } // namespace vormel

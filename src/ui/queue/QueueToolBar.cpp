@@ -29,6 +29,7 @@ QueueToolBar::QueueToolBar(DownloadManager& manager, QWidget* parent)
     , m_startAll(new QAction(glyphIcon(Glyph::play), {}, this))
     , m_pauseAll(new QAction(glyphIcon(Glyph::pause), {}, this))
     , m_clearCompleted(new QAction(glyphIcon(Glyph::checkmarkCircle), {}, this))
+    , m_clearExtracted(new QAction(glyphIcon(Glyph::archivebox), {}, this))
 {
     setObjectName(QStringLiteral("queueToolBar"));
     auto* row = new QHBoxLayout(this);
@@ -38,6 +39,7 @@ QueueToolBar::QueueToolBar(DownloadManager& manager, QWidget* parent)
     addCommand(*row, m_startAll, QStringLiteral("startAll"));
     addCommand(*row, m_pauseAll, QStringLiteral("pauseAll"));
     addCommand(*row, m_clearCompleted, QStringLiteral("clearCompleted"));
+    addCommand(*row, m_clearExtracted, QStringLiteral("clearExtracted"));
     row->addStretch();
     row->addWidget(new SpeedControl(manager, this));
     m_add->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_N));
@@ -45,6 +47,7 @@ QueueToolBar::QueueToolBar(DownloadManager& manager, QWidget* parent)
     connect(m_startAll, &QAction::triggered, &manager, &DownloadManager::startAll);
     connect(m_pauseAll, &QAction::triggered, &manager, &DownloadManager::pauseAll);
     connect(m_clearCompleted, &QAction::triggered, &manager, &DownloadManager::clearCompleted);
+    connect(m_clearExtracted, &QAction::triggered, &manager, &DownloadManager::clearExtracted);
     connect(&manager.settings(), &AppSettings::languageSet, this, &QueueToolBar::retranslate);
     retranslate();
 }
@@ -73,6 +76,8 @@ void QueueToolBar::retranslate()
              pair(language, u"Pause all active downloads", u"Metti in pausa tutti i download attivi"));
     setTexts(*m_clearCompleted, pair(language, u"Clear Completed", u"Rimuovi completati"),
              pair(language, u"Remove completed downloads from the list", u"Rimuovi i download completati dalla lista"));
+    setTexts(*m_clearExtracted, pair(language, u"Clear Extracted", u"Rimuovi estratti"),
+             pair(language, u"Remove fully extracted groups from the list", u"Rimuovi i gruppi estratti dalla lista"));
     for (QToolButton* button : std::as_const(m_buttons))
         button->setAccessibleName(button->defaultAction()->text());
     fitTexts();

@@ -39,6 +39,7 @@ private:
     QAction* m_startAll;
     QAction* m_pauseAll;
     QAction* m_clearCompleted;
+    QAction* m_clearExtracted;
     QList<QToolButton*> m_buttons;
 };
 

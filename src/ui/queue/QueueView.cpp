@@ -1,108 +1,306 @@
 #include "ui/queue/QueueView.h"
 
+#include "ui/queue/HeaderPresenter.h"
+#include "ui/queue/PlaceKeeper.h"
 #include "ui/queue/QueueDelegate.h"
 #include "ui/queue/QueueModel.h"
+#include "ui/queue/RenamePopover.h"
+#include "ui/queue/RowMenu.h"
 
+#include <QContextMenuEvent>
+#include <QMouseEvent>
 #include <QScrollBar>
 #include <QTimerEvent>
 
 namespace vormel {
 
-QueueView::QueueView(QueueModel& model, QWidget* parent)
-    : QListView(parent)
+QueueView::QueueView(QueueModel& model, const RowCommands& commands, QWidget* parent)
+    : QTreeView(parent)
     , m_model(model)
-    , m_delegate(new QueueDelegate(this))
+    , m_commands(commands)
+    , m_delegate(new QueueDelegate(model, this))
+{
+    setUp();
+    setItemDelegate(m_delegate);
+    setModel(&model);
+    m_place = std::make_unique<PlaceKeeper>(*this, model); // behind the view itself in hearing of the model
+}
+
+QueueView::~QueueView() = default;
+
+void QueueView::setUp()
 {
     setObjectName(QStringLiteral("queueView"));
-    setItemDelegate(m_delegate);
     setSelectionMode(SingleSelection);
     setVerticalScrollMode(ScrollPerPixel);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFrameShape(NoFrame);
-    // Connected before the view itself listens, so that the place is known when it is about to be lost.
-    connect(&model, &QAbstractItemModel::modelAboutToBeReset, this, &QueueView::rememberPlace);
-    setModel(&model);
-    connect(&model, &QAbstractItemModel::modelReset, this, &QueueView::returnToPlace);
+    setHeaderHidden(true);
+    setExpandsOnDoubleClick(false);
+    // Rows stand in and show their triangle by themselves, so that plates and hairlines may go as they like.
+    setRootIsDecorated(false);
+    setIndentation(0);
+    viewport()->setMouseTracking(true);
 }
 
-void QueueView::rememberPlace()
+QList<QModelIndex> QueueView::rowsInSight() const
 {
-    m_currentItem = currentIndex().data(QueueModel::IdRole).value<ItemId>();
-    m_scrollPlace = verticalScrollBar()->value();
-}
-
-void QueueView::returnToPlace()
-{
-    const QModelIndex current = m_model.indexOf(m_currentItem);
-    if (!current.isValid())
-        return;
-    selectionModel()->setCurrentIndex(current, QItemSelectionModel::ClearAndSelect);
-    executeDelayedItemsLayout();
-    verticalScrollBar()->setValue(m_scrollPlace);
-}
-
-QueueView::Span QueueView::visibleRows() const
-{
-    const QModelIndex first = indexAt(QPoint(viewport()->width() / 2, 0));
-    const QModelIndex last = indexAt(QPoint(viewport()->width() / 2, viewport()->height() - 1));
-    return {first.isValid() ? first.row() : 0, last.isValid() ? last.row() + 1 : m_model.rowCount()};
+    QList<QModelIndex> rows;
+    const int height = viewport()->height();
+    int bottom = 0;
+    for (QModelIndex index = indexAt(QPoint(0, 0)); index.isValid() && bottom < height; index = indexBelow(index)) {
+        rows << index;
+        bottom = visualRect(index).bottom() + 1;
+    }
+    return rows;
 }
 
 void QueueView::dataChanged(const QModelIndex& first, const QModelIndex& last, const QList<int>& roles)
 {
     if (roles.isEmpty() || roles.contains(Qt::SizeHintRole)) {
-        QListView::dataChanged(first, last, roles);
+        QTreeView::dataChanged(first, last, roles);
         return;
     }
-    // QListView would lay out all rows again, and QAbstractItemView would repaint everything for more than one row.
-    const Span visible = visibleRows();
-    for (int row = qMax(first.row(), visible.first); row <= last.row() && row < visible.end; ++row) {
-        const QModelIndex changed = m_model.index(row, 0);
-        // NOLINTNEXTLINE(bugprone-parent-virtual-call): to pass over QListView is what this is about
-        QAbstractItemView::dataChanged(changed, changed, roles);
+    const QModelIndex parent = first.parent();
+    if (parent.isValid() && !isExpanded(parent))
+        return;
+    // QTreeView would ask for the heights again, and repaint everything for more than one row.
+    for (const QModelIndex& row : rowsInSight()) {
+        if (row.parent() == parent && row.row() >= first.row() && row.row() <= last.row()) {
+            // NOLINTNEXTLINE(bugprone-parent-virtual-call): to pass over QTreeView is what this is about
+            QAbstractItemView::dataChanged(row, row, roles);
+        }
     }
 }
 
-QList<QModelIndex> QueueView::waitingRows() const
+void QueueView::drawRow(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
 {
-    QList<QModelIndex> waiting;
-    const Span visible = visibleRows();
-    for (int row = visible.first; row < visible.end; ++row) {
-        const QModelIndex index = m_model.index(row, 0);
-        if (index.data(QueueModel::StatusRole).toInt() == DownloadStatus::resolving)
-            waiting << index;
+    // QTreeView would draw the style's panel and branches beneath.
+    QStyleOptionViewItem row = option;
+    row.state.setFlag(QStyle::State_Selected, selectionModel()->isSelected(index));
+    row.state.setFlag(QStyle::State_HasFocus, hasFocus() && index == currentIndex());
+    m_delegate->paint(painter, row, index);
+}
+
+void QueueView::scrollTo(const QModelIndex& index, ScrollHint hint)
+{
+    QTreeView::scrollTo(index, hint);
+    // It leaves the last line of pixels of a row at the bottom out.
+    if (visualRect(index).bottom() == viewport()->height())
+        verticalScrollBar()->setValue(verticalScrollBar()->value() + 1);
+}
+
+QList<QModelIndex> QueueView::movingRows() const
+{
+    QList<QModelIndex> moving;
+    for (const QModelIndex& row : rowsInSight()) {
+        if (row.data(QueueModel::MovingRole).toBool())
+            moving << row;
     }
-    return waiting;
+    return moving;
 }
 
 void QueueView::paintEvent(QPaintEvent* event)
 {
     constexpr int stepMilliseconds = 60;
-    QListView::paintEvent(event);
-    const bool mayMove = style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
-    if (!isSpinning() && mayMove && !waitingRows().isEmpty())
-        m_spinTimer.start(stepMilliseconds, this);
+    constexpr int secondMilliseconds = 1000; // what counts goes on where nothing may turn
+    QTreeView::paintEvent(event);
+    if (isMoving() || movingRows().isEmpty())
+        return;
+    const bool mayTurn = style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
+    m_moveTimer.start(mayTurn ? stepMilliseconds : secondMilliseconds, this);
 }
 
 void QueueView::timerEvent(QTimerEvent* event)
 {
-    if (event->timerId() == m_spinTimer.timerId())
-        turnIndicators();
+    if (event->timerId() == m_moveTimer.timerId())
+        move();
     else
-        QListView::timerEvent(event);
+        QTreeView::timerEvent(event);
 }
 
-void QueueView::turnIndicators()
+void QueueView::move()
 {
-    constexpr int stepDegrees = 24;
-    const QList<QModelIndex> waiting = waitingRows();
-    if (waiting.isEmpty() || !isVisible()) {
-        m_spinTimer.stop(); // painting starts it again
+    constexpr int stepDegrees = 12;
+    const QList<QModelIndex> moving = movingRows();
+    if (moving.isEmpty() || !isVisible()) {
+        m_moveTimer.stop(); // painting starts it again
         return;
     }
-    m_delegate->setSpin((m_delegate->spin() + stepDegrees) % 360);
-    for (const QModelIndex& index : waiting)
+    m_delegate->setMotion({(m_delegate->motion().spin + stepDegrees) % 360});
+    for (const QModelIndex& index : moving)
         update(index);
+}
+
+RowHit QueueView::hitAt(QPoint point) const
+{
+    const QModelIndex index = indexAt(point);
+    if (!index.isValid())
+        return {};
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    option.rect = visualRect(index);
+    return m_delegate->hitTest(option, index, point);
+}
+
+/// Shows the pointer on a button, or on none.
+void QueueView::point(const QModelIndex& index, const RowHit& hit, bool isPressed)
+{
+    const std::optional<RowButton> button = hit.isButton() ? std::optional(hit.button) : std::nullopt;
+    if (m_pointedRow == index && m_pointed == button && m_isPressed == isPressed)
+        return;
+    update(m_pointedRow);
+    m_pointedRow = button ? index : QModelIndex();
+    m_pointed = button;
+    m_isPressed = isPressed;
+    m_delegate->setHot(m_pointedRow, {button, isPressed});
+    update(m_pointedRow);
+}
+
+void QueueView::mousePressEvent(QMouseEvent* event)
+{
+    const RowHit hit = hitAt(event->pos());
+    const QModelIndex index = indexAt(event->pos());
+    if (event->button() == Qt::LeftButton && hit.isButton())
+        point(index, hit, true);
+    else if (event->button() == Qt::LeftButton && hit.part == RowHit::Part::disclosure)
+        setExpanded(index, !isExpanded(index));
+    else
+        QTreeView::mousePressEvent(event);
+}
+
+void QueueView::mouseMoveEvent(QMouseEvent* event)
+{
+    if (m_isPressed)
+        return; // the button keeps the mouse until it is up
+    point(indexAt(event->pos()), hitAt(event->pos()), false);
+    QTreeView::mouseMoveEvent(event);
+}
+
+void QueueView::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (!m_isPressed || event->button() != Qt::LeftButton) {
+        QTreeView::mouseReleaseEvent(event);
+        return;
+    }
+    const RowHit hit = hitAt(event->pos());
+    const QPersistentModelIndex index = indexAt(event->pos());
+    const bool isSame = hit.isButton() && m_pointedRow == index && m_pointed == hit.button;
+    point(index, hit, false);
+    if (isSame)
+        run(index, hit.button);
+}
+
+void QueueView::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    const RowHit hit = hitAt(event->pos());
+    const QModelIndex index = indexAt(event->pos());
+    if (event->button() != Qt::LeftButton || !m_model.isHeader(index) || hit.isButton())
+        mousePressEvent(event); // quick clicks are clicks
+    else if (hit.part == RowHit::Part::title)
+        rename(index);
+    else
+        setExpanded(index, !isExpanded(index));
+}
+
+bool QueueView::viewportEvent(QEvent* event)
+{
+    if (event->type() == QEvent::Leave && !m_isPressed)
+        point({}, {}, false);
+    return QTreeView::viewportEvent(event);
+}
+
+void QueueView::run(const QModelIndex& index, RowButton button)
+{
+    if (!index.isValid())
+        return;
+    if (const ItemPtr item = m_model.item(index))
+        m_commands.run(button, item);
+    else
+        m_commands.run(button, m_model.group(index));
+}
+
+void QueueView::removeRow(const QModelIndex& index)
+{
+    run(index, m_model.isHeader(index) ? RowButton::removeGroup : RowButton::remove);
+}
+
+void QueueView::moveGroup(const QModelIndex& index, bool isUp)
+{
+    if (!index.isValid())
+        return;
+    m_commands.moveGroup(m_model.groupIds(), (index.parent().isValid() ? index.parent() : index).row(), isUp);
+    scrollTo(currentIndex());
+}
+
+void QueueView::keyPressEvent(QKeyEvent* event)
+{
+    const QModelIndex current = currentIndex();
+    const bool isUp = event->key() == Qt::Key_Up;
+    if (event->key() == Qt::Key_Delete)
+        removeRow(current);
+    else if (event->key() == Qt::Key_F2)
+        rename(current);
+    else if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier)
+        openMenuAtRow(current);
+    else if (event->modifiers().testFlag(Qt::AltModifier) && (isUp || event->key() == Qt::Key_Down))
+        moveGroup(current, isUp);
+    else
+        QTreeView::keyPressEvent(event);
+}
+
+void QueueView::contextMenuEvent(QContextMenuEvent* event)
+{
+    if (event->reason() == QContextMenuEvent::Keyboard) {
+        openMenuAtRow(currentIndex());
+        return;
+    }
+    const QModelIndex index = indexAt(event->pos());
+    if (!index.isValid())
+        return;
+    setCurrentIndex(index);
+    openMenu(index, event->globalPos());
+}
+
+void QueueView::openMenuAtRow(const QModelIndex& index)
+{
+    if (!index.isValid())
+        return;
+    scrollTo(index);
+    const QRect row = visualRect(index);
+    openMenu(index, viewport()->mapToGlobal(QPoint(row.left() + RowMetrics::gutter, row.bottom())));
+}
+
+void QueueView::openMenu(const QModelIndex& index, QPoint globalPoint)
+{
+    auto* menu = new RowMenu(m_model.language(), this);
+    const QPersistentModelIndex kept = index; // the queue goes on while the menu is open
+    const auto runHere = [this, kept](RowButton button) { run(kept, button); };
+    if (m_model.isHeader(index)) {
+        const QString id = m_model.group(index).id;
+        menu->addButtons(index.data(QueueModel::HeaderRole).value<HeaderContent>().buttons, runHere);
+        menu->addRename([this, kept] { rename(kept); });
+        if (m_commands.hasCustomName(id))
+            menu->addResetName([this, id] { m_commands.renameGroup(id, {}); });
+    } else {
+        const auto content = index.data(QueueModel::ContentRole).value<RowContent>();
+        if (content.lines.testFlag(RowLine::failure))
+            menu->addButtons({RowButton::retryExtraction}, runHere);
+        menu->addButtons(content.buttons, runHere);
+    }
+    menu->popup(globalPoint);
+}
+
+void QueueView::rename(const QModelIndex& header)
+{
+    if (!m_model.isHeader(header))
+        return;
+    scrollTo(header);
+    const QString id = m_model.group(header).id;
+    auto* popover = new RenamePopover(header.data(QueueModel::NameRole).toString(), m_model.language(), this);
+    connect(popover, &RenamePopover::saved, this,
+            [this, id](const QString& name) { m_commands.renameGroup(id, name); });
+    popover->openBelow(*viewport(), visualRect(header));
 }
 
 } // namespace vormel

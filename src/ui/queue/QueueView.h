@@ -1,51 +1,70 @@
 #pragma once
 
-#include "model/ItemId.h"
+#include "ui/queue/RowCommands.h"
+#include "ui/queue/RowHit.h"
 
 #include <QBasicTimer>
-#include <QListView>
+#include <QTreeView>
 
 namespace vormel {
 
+class PlaceKeeper;
 class QueueDelegate;
 class QueueModel;
 
-/// The list of the queue: one selected row, smooth scrolling. Repaints only the rows that changed, lays out again only
-/// when a height did, and keeps the selected item through a reset of the model.
-class QueueView final : public QListView
+/// The list of the queue: groups that open and close, one selected row, smooth scrolling, buttons in the rows. Repaints
+/// only the rows that changed, lays out again only when a height did, and keeps the selected item and the open groups
+/// through every change of the model.
+class QueueView final : public QTreeView
 {
     Q_OBJECT
 
 public:
     /// The model must outlive the view.
-    explicit QueueView(QueueModel& model, QWidget* parent = nullptr);
+    QueueView(QueueModel& model, const RowCommands& commands, QWidget* parent = nullptr);
+    ~QueueView() override;
 
-    /// Is an indicator turning?
-    [[nodiscard]] bool isSpinning() const { return m_spinTimer.isActive(); }
+    /// Does something in sight turn or count?
+    [[nodiscard]] bool isMoving() const { return m_moveTimer.isActive(); }
+    /// What lies at a point of the viewport.
+    [[nodiscard]] RowHit hitAt(QPoint point) const;
+    /// Opens the popover for the name of that group.
+    void rename(const QModelIndex& header);
+    void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
 protected:
     void dataChanged(const QModelIndex& first, const QModelIndex& last, const QList<int>& roles) override;
+    void drawRow(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     void paintEvent(QPaintEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
-    /// Rows on the screen, as the first and one behind the last.
-    struct Span
-    {
-        int first = 0;
-        int end = 0;
-    };
-    [[nodiscard]] Span visibleRows() const;
-    [[nodiscard]] QList<QModelIndex> waitingRows() const;
-    void turnIndicators();
-    void rememberPlace();
-    void returnToPlace();
+    void setUp();
+    [[nodiscard]] QList<QModelIndex> rowsInSight() const;
+    [[nodiscard]] QList<QModelIndex> movingRows() const;
+    void move();
+    void point(const QModelIndex& index, const RowHit& hit, bool isPressed);
+    void run(const QModelIndex& index, RowButton button);
+    void removeRow(const QModelIndex& index);
+    void moveGroup(const QModelIndex& index, bool isUp);
+    void openMenu(const QModelIndex& index, QPoint globalPoint);
+    void openMenuAtRow(const QModelIndex& index);
 
     QueueModel& m_model;
+    RowCommands m_commands;
     QueueDelegate* m_delegate;
-    QBasicTimer m_spinTimer;
-    ItemId m_currentItem; ///< while the model is being reset
-    int m_scrollPlace = 0;
+    std::unique_ptr<PlaceKeeper> m_place;
+    QBasicTimer m_moveTimer;
+    QPersistentModelIndex m_pointedRow; ///< whose button the pointer is on
+    std::optional<RowButton> m_pointed;
+    bool m_isPressed = false; ///< the mouse went down on that button and is not up yet
 };
 
 } // namespace vormel

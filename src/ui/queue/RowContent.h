@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/DownloadStatus.h"
+#include "ui/queue/RowButton.h"
 
 #include <QFlags>
 #include <QMetaType>
@@ -14,6 +14,7 @@ enum class RowLine : quint8
     recovery = 1U << 0,
     progress = 1U << 1,
     extraction = 1U << 2,
+    failure = 1U << 3, ///< of the archive step, which may take two lines to tell; stands in place of `extraction`
 };
 Q_DECLARE_FLAGS(RowLines, RowLine)
 Q_DECLARE_OPERATORS_FOR_FLAGS(RowLines)
@@ -22,22 +23,44 @@ Q_DECLARE_OPERATORS_FOR_FLAGS(RowLines)
 struct RowContent
 {
     RowLines lines;
+    bool isMember = false; ///< stands below the header of its group
     DownloadStatus::Kind status = DownloadStatus::queued;
     QString name;
     QString statusText;
+    std::vector<RowButton> buttons;
     QString recoveryText;
     double progress = 0; ///< 0 to 1
     QString byteText;
     QString speedText;
     ExtractionStatus::Kind extraction = ExtractionStatus::idle;
     bool hasExtractionBar = false;
-    double extractionProgress = 0; ///< 0 to 1
+    std::optional<double> extractionProgress; ///< 0 to 1; nothing for a bar without an end
     QString extractionText;
+    QString elapsedText; ///< how long the archive step has been going on, beside a bar without an end
+    QString retryText;   ///< of the button beside a failed archive step
     QString host;
 
     friend bool operator==(const RowContent&, const RowContent&) = default;
 };
 
+/// Everything the header of a group shows, finished.
+struct HeaderContent
+{
+    RowLines lines; ///< progress or nothing
+    GroupTally::Summary summary = GroupTally::Summary::queued;
+    QString title;
+    std::vector<RowButton> buttons;
+    QString summaryText;
+    QString partsText;
+    QString sizeText;    ///< empty while no size is known
+    double progress = 0; ///< 0 to 1
+    QString byteText;
+    QString speedText;
+
+    friend bool operator==(const HeaderContent&, const HeaderContent&) = default;
+};
+
 } // namespace vormel
 
 Q_DECLARE_METATYPE(vormel::RowContent)
+Q_DECLARE_METATYPE(vormel::HeaderContent)

@@ -7,51 +7,50 @@ namespace vormel {
 
 namespace {
 
-QRect centred(const QRect& line, int height)
+/// Takes a small icon from the start of the line.
+QRect takeSmallIcon(QRect& line, const RowMetrics& metrics, int height)
 {
-    return {line.left(), line.top() + (line.height() - height) / 2, line.width(), height};
+    constexpr int gap = 6;
+    const QRect icon = centred(QRect(line.left(), line.top(), metrics.smallIconSize, height), metrics.smallIconSize);
+    line.setLeft(icon.right() + 1 + gap);
+    return icon;
 }
 
-/// Hands out lines of a row from the top down.
-class LineFeed
+int captionWidth(const RowMetrics& metrics, const QString& text)
 {
-public:
-    LineFeed(const QRect& column, int lineHeight)
-        : m_column(column)
-        , m_lineHeight(lineHeight)
-    {}
+    return QFontMetrics(metrics.captionFont).horizontalAdvance(text) + 1;
+}
 
-    [[nodiscard]] QRect next()
-    {
-        const QRect line(m_column.left(), m_column.top() + RowMetrics::gapY, m_column.width(), m_lineHeight);
-        m_column.setTop(line.top() + m_lineHeight);
-        return line;
-    }
-
-private:
-    QRect m_column;
-    int m_lineHeight;
-};
+/// Does not change with each minute.
+int elapsedWidth(const RowMetrics& metrics, const QString& text)
+{
+    const QFontMetrics digits(metrics.digitsFont);
+    return qMax(digits.horizontalAdvance(text), digits.horizontalAdvance(QStringLiteral("00:00"))) + 1;
+}
 
 } // namespace
 
 RowLayout::RowLayout(const RowMetrics& metrics, const RowContent& content, const QRect& row,
                      Qt::LayoutDirection direction)
 {
-    const QRect inner =
-        row.adjusted(RowMetrics::marginX, RowMetrics::marginY, -RowMetrics::marginX, -RowMetrics::marginY);
-    const int firstHeight = qMax(metrics.nameHeight, metrics.iconSize);
+    const int start = RowMetrics::gutter + (content.isMember ? RowMetrics::indent : 0);
+    const QRect inner = row.adjusted(start, RowMetrics::marginY, -RowMetrics::marginX, -RowMetrics::marginY);
+    const int firstHeight = metrics.firstHeight();
     icon = centred(QRect(inner.left(), inner.top(), metrics.iconSize, firstHeight), metrics.iconSize);
     const int textLeft = icon.right() + 1 + RowMetrics::gapX;
     const QRect column(textLeft, inner.top(), qMax(0, inner.right() + 1 - textLeft), inner.height());
     placeFirstLine(metrics, content, QRect(column.left(), column.top(), column.width(), firstHeight));
     LineFeed lines(column.adjusted(0, firstHeight, 0, 0), metrics.captionHeight);
-    if (content.lines.testFlag(RowLine::recovery))
+    if (content.lines.testFlag(RowLine::recovery)) {
         recovery = lines.next();
+        recoveryIcon = takeSmallIcon(recovery, metrics, recovery.height());
+    }
     if (content.lines.testFlag(RowLine::progress))
         placeProgress(metrics, lines.next());
     if (content.lines.testFlag(RowLine::extraction))
         placeExtraction(metrics, content, lines.next());
+    if (content.lines.testFlag(RowLine::failure))
+        placeFailure(metrics, content, lines.next(metrics.failureHeight()));
     host = lines.next();
     for (QRect* rect : all()) {
         if (!rect->isEmpty())
@@ -59,59 +58,72 @@ RowLayout::RowLayout(const RowMetrics& metrics, const RowContent& content, const
     }
 }
 
-void RowLayout::placeFirstLine(const RowMetrics& metrics, const RowContent& content, const QRect& line)
+void RowLayout::placeFirstLine(const RowMetrics& metrics, const RowContent& content, QRect line)
 {
-    // The name may have what the status leaves, and never less than a good half of the line.
+    // The name may have what buttons and status leave, and never less than a good half of the rest of the line.
     constexpr double smallestShareOfName = 0.55;
+    buttons = placeButtons(content.buttons, metrics, line);
     const int available = qMax(0, line.width() - RowMetrics::gapX);
     const int nameWanted = QFontMetrics(metrics.nameFont).horizontalAdvance(content.name) + 1;
-    const int statusWanted = QFontMetrics(metrics.captionFont).horizontalAdvance(content.statusText) + 1;
     const int nameKept = qMin(nameWanted, static_cast<int>(available * smallestShareOfName));
-    const int statusWidth = qMin(statusWanted, available - nameKept);
-    name = centred(QRect(line.left(), line.top(), available - statusWidth, line.height()), metrics.nameHeight);
-    status = QRect(line.right() + 1 - statusWidth, line.top(), statusWidth, line.height());
+    status = takeEnd(line, qMin(captionWidth(metrics, content.statusText), available - nameKept));
+    name = centred(line, metrics.nameHeight);
 }
 
 void RowLayout::placeProgress(const RowMetrics& metrics, const QRect& line)
 {
-    constexpr int smallestBar = 24;
-    const int forTexts = qMax(0, line.width() - smallestBar - 2 * RowMetrics::gapX);
-    const int wanted = metrics.byteWidth + metrics.speedWidth;
-    const int speedWidth = forTexts < wanted ? forTexts * metrics.speedWidth / wanted : metrics.speedWidth;
-    const int byteWidth = forTexts < wanted ? forTexts - speedWidth : metrics.byteWidth;
-    speed = QRect(line.right() + 1 - speedWidth, line.top(), speedWidth, line.height());
-    bytes = QRect(speed.left() - RowMetrics::gapX - byteWidth, line.top(), byteWidth, line.height());
-    const int barWidth = qMax(0, bytes.left() - RowMetrics::gapX - line.left());
-    progressBar = centred(QRect(line.left(), line.top(), barWidth, line.height()), metrics.barHeight);
+    const FigurePlaces places = placeFigures(metrics, line, metrics.byteWidth);
+    progressBar = places.bar;
+    bytes = places.bytes;
+    speed = places.speed;
 }
 
-void RowLayout::placeExtraction(const RowMetrics& metrics, const RowContent& content, const QRect& line)
+void RowLayout::placeExtraction(const RowMetrics& metrics, const RowContent& content, QRect line)
 {
-    constexpr int gap = 6;
-    extractionIcon =
-        centred(QRect(line.left(), line.top(), metrics.smallIconSize, line.height()), metrics.smallIconSize);
-    QRect rest = line;
-    rest.setLeft(extractionIcon.right() + 1 + gap);
-    extractionText = rest;
-    if (!content.hasExtractionBar)
+    extractionIcon = takeSmallIcon(line, metrics, line.height());
+    if (!content.hasExtractionBar) {
+        extractionText = line;
         return;
-    const int textWidth = QFontMetrics(metrics.captionFont).horizontalAdvance(QStringLiteral("100%")) + 1;
-    extractionText.setLeft(rest.right() + 1 - textWidth);
-    rest.setRight(extractionText.left() - 1 - RowMetrics::gapX);
-    extractionBar = centred(rest, metrics.barHeight);
+    }
+    if (content.extractionProgress) {
+        extractionText = takeEnd(line, captionWidth(metrics, QStringLiteral("100%")));
+    } else {
+        if (!content.elapsedText.isEmpty())
+            elapsed = takeEnd(line, elapsedWidth(metrics, content.elapsedText));
+        extractionText = line;
+        extractionText.setWidth(qMin(captionWidth(metrics, content.extractionText), line.width() * 2 / 3));
+        line.setLeft(extractionText.right() + 1 + RowMetrics::gapX);
+    }
+    extractionBar = centred(line, metrics.barHeight);
+}
+
+void RowLayout::placeFailure(const RowMetrics& metrics, const RowContent& content, QRect line)
+{
+    constexpr int air = 8; // around the button's glyph and text
+    extractionIcon = takeSmallIcon(line, metrics, line.height());
+    const int width = captionWidth(metrics, content.retryText) + metrics.smallIconSize + 2 * air + air / 2;
+    const QRect end = takeEnd(line, qMin(width, line.width() / 2));
+    buttons.push_back({RowButton::retryExtraction, centred(end, qMin(line.height(), metrics.captionHeight + air))});
+    extractionText = line;
 }
 
 std::vector<QRect*> RowLayout::all()
 {
-    return {&icon,  &name,           &status,        &recovery,       &progressBar, &bytes,
-            &speed, &extractionIcon, &extractionBar, &extractionText, &host};
+    std::vector<QRect*> rects{&icon,  &name,           &status,        &recoveryIcon,   &recovery, &progressBar, &bytes,
+                              &speed, &extractionIcon, &extractionBar, &extractionText, &elapsed,  &host};
+    for (ButtonPlace& button : buttons)
+        rects.push_back(&button.rect);
+    return rects;
 }
 
 std::vector<QRect> RowLayout::shown() const
 {
-    std::vector<QRect> rects{icon,  name,           status,        recovery,       progressBar, bytes,
-                             speed, extractionIcon, extractionBar, extractionText, host};
-    std::erase_if(rects, [](const QRect& rect) { return rect.isEmpty(); });
+    RowLayout places(*this);
+    std::vector<QRect> rects;
+    for (const QRect* rect : places.all()) {
+        if (!rect->isEmpty())
+            rects.push_back(*rect);
+    }
     return rects;
 }
 

@@ -1,15 +1,11 @@
 #pragma once
 
-#include "ui/queue/RowMetrics.h"
-
-#include <QRect>
-
-#include <vector>
+#include "ui/queue/RowGrid.h"
 
 namespace vormel {
 
-/// Where everything of one row stands. Empty rectangles are not shown. The same value serves painting and tests; its
-/// height is what RowMetrics::height says.
+/// Where everything of one row stands. Empty rectangles are not shown. The same value serves painting, the pointer and
+/// tests; its height is what RowMetrics::height says.
 class RowLayout
 {
 public:
@@ -18,6 +14,8 @@ public:
     QRect icon;
     QRect name;
     QRect status;
+    std::vector<ButtonPlace> buttons; ///< the one of a failed archive step included
+    QRect recoveryIcon;
     QRect recovery;
     QRect progressBar;
     QRect bytes;
@@ -25,6 +23,7 @@ public:
     QRect extractionIcon;
     QRect extractionBar;
     QRect extractionText;
+    QRect elapsed;
     QRect host;
 
     /// All that are shown.
@@ -32,9 +31,10 @@ public:
 
 private:
     [[nodiscard]] std::vector<QRect*> all();
-    void placeFirstLine(const RowMetrics& metrics, const RowContent& content, const QRect& line);
+    void placeFirstLine(const RowMetrics& metrics, const RowContent& content, QRect line);
     void placeProgress(const RowMetrics& metrics, const QRect& line);
-    void placeExtraction(const RowMetrics& metrics, const RowContent& content, const QRect& line);
+    void placeExtraction(const RowMetrics& metrics, const RowContent& content, QRect line);
+    void placeFailure(const RowMetrics& metrics, const RowContent& content, QRect line);
 };
 
 } // namespace vormel

@@ -10,10 +10,12 @@ RowMetrics::RowMetrics(const QFont& font)
     : baseFont(font)
     , nameFont(headlineFont(font))
     , captionFont(vormel::captionFont(font))
+    , digitsFont(vormel::digitsFont(captionFont))
 {
     // The usual widths of the two figures; a larger font widens them, so that the columns stay in line and complete.
     constexpr int usualByteWidth = 140;
     constexpr int usualSpeedWidth = 80;
+    constexpr int usualGroupByteWidth = 160;
     const QFontMetrics caption(captionFont);
     nameHeight = QFontMetrics(nameFont).height();
     captionHeight = caption.height();
@@ -21,17 +23,32 @@ RowMetrics::RowMetrics(const QFont& font)
     smallIconSize = captionHeight;
     barHeight = qMax(4, captionHeight / 4);
     byteWidth = qMax(usualByteWidth, caption.horizontalAdvance(QStringLiteral("999.99 MB / 999.99 GB")));
+    groupByteWidth = qMax(usualGroupByteWidth, byteWidth);
+    buttonSize = qMax(24, nameHeight + 6);
+    buttonGlyphSize = qMax(14, captionHeight);
     speedWidth = qMax(usualSpeedWidth, caption.horizontalAdvance(QStringLiteral("999.99 MB/s")));
+}
+
+int RowMetrics::firstHeight() const
+{
+    return qMax(qMax(nameHeight, iconSize), buttonSize);
+}
+
+int RowMetrics::failureHeight() const
+{
+    return 2 * captionHeight + 2;
 }
 
 int RowMetrics::height(RowLines lines) const
 {
     const int oneLine = gapY + captionHeight;
-    int height = 2 * marginY + qMax(nameHeight, iconSize) + oneLine;
+    int height = 2 * marginY + firstHeight() + oneLine;
     for (const RowLine line : {RowLine::recovery, RowLine::progress, RowLine::extraction}) {
         if (lines.testFlag(line))
             height += oneLine;
     }
+    if (lines.testFlag(RowLine::failure))
+        height += gapY + failureHeight();
     return height;
 }
 

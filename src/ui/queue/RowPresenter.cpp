@@ -10,9 +10,20 @@ namespace vormel {
 
 namespace {
 
-bool hasExtractionBar(const DownloadItem& item)
+bool hasProgress(const DownloadItem& item)
 {
     return item.extractionStatus() == ExtractionStatus::extracting && item.extractionProgress() > 0;
+}
+
+bool hasBar(const DownloadItem& item)
+{
+    return item.extractionStatus() == ExtractionStatus::extracting ||
+           item.extractionStatus() == ExtractionStatus::repairing;
+}
+
+bool hasEndlessBar(const DownloadItem& item)
+{
+    return hasBar(item) && !hasProgress(item);
 }
 
 double fraction(double value)
@@ -27,7 +38,9 @@ RowLines rowLines(const DownloadItem& item)
     RowLines lines;
     lines.setFlag(RowLine::recovery, item.recoveryCountdown().has_value());
     lines.setFlag(RowLine::progress, item.status() == DownloadStatus::downloading);
-    lines.setFlag(RowLine::extraction, !(item.extractionStatus() == ExtractionStatus::idle));
+    const bool isFailed = item.extractionStatus() == ExtractionStatus::failed;
+    lines.setFlag(RowLine::extraction, !isFailed && !(item.extractionStatus() == ExtractionStatus::idle));
+    lines.setFlag(RowLine::failure, isFailed);
     return lines;
 }
 
@@ -51,7 +64,7 @@ QString extractionText(const DownloadItem& item, AppLanguage language)
     case ExtractionStatus::idle:
         return {};
     case ExtractionStatus::extracting:
-        if (hasExtractionBar(item))
+        if (hasProgress(item))
             return QString::asprintf("%.0f%%", fraction(item.extractionProgress()) * 100);
         return pair(language, u"Checking / extracting…", u"Verifica / estrazione…");
     case ExtractionStatus::repairing:
@@ -64,20 +77,41 @@ QString extractionText(const DownloadItem& item, AppLanguage language)
     Q_UNREACHABLE();
 }
 
-RowContent rowContent(const DownloadItem& item, AppLanguage language)
+QString elapsedText(const DownloadItem& item, WallTime now)
+{
+    using std::chrono::seconds;
+    if (!item.extractionStartedAt())
+        return {};
+    const auto passed = std::chrono::duration_cast<seconds>(now - *item.extractionStartedAt());
+    const qint64 whole = std::max(passed, seconds(0)).count();
+    return QStringLiteral("%1:%2").arg(whole / 60).arg(whole % 60, 2, 10, QChar(u'0'));
+}
+
+bool isMoving(const DownloadItem& item)
+{
+    return item.status() == DownloadStatus::resolving || hasEndlessBar(item);
+}
+
+RowContent rowContent(const DownloadItem& item, AppLanguage language, WallTime now)
 {
     RowContent content;
     content.lines = rowLines(item);
     content.status = item.status().kind();
     content.name = item.filename();
     content.statusText = statusLabel(item.status(), language);
+    content.buttons = itemButtons(item.status().kind());
     content.recoveryText = recoveryText(item, language);
     content.progress = fraction(item.progress());
     content.byteText = byteText(item);
     content.speedText = item.speedText();
     content.extraction = item.extractionStatus().kind();
-    content.hasExtractionBar = hasExtractionBar(item);
-    content.extractionProgress = fraction(item.extractionProgress());
+    content.hasExtractionBar = hasBar(item);
+    if (hasProgress(item))
+        content.extractionProgress = fraction(item.extractionProgress());
+    if (hasEndlessBar(item))
+        content.elapsedText = elapsedText(item, now);
+    if (content.lines.testFlag(RowLine::failure))
+        content.retryText = buttonText(RowButton::retryExtraction, language);
     content.extractionText = extractionText(item, language);
     content.host = item.hostName();
     return content;

@@ -9,12 +9,18 @@ namespace vormel {
 /// Which lines the item's row has. Cheap: no text is made.
 [[nodiscard]] RowLines rowLines(const DownloadItem& item);
 
-/// The whole row in a language.
-[[nodiscard]] RowContent rowContent(const DownloadItem& item, AppLanguage language);
+/// The whole row in a language at that moment.
+[[nodiscard]] RowContent rowContent(const DownloadItem& item, AppLanguage language, WallTime now);
 
 [[nodiscard]] QString byteText(const DownloadItem& item);
 [[nodiscard]] QString recoveryText(const DownloadItem& item, AppLanguage language);
 [[nodiscard]] QString extractionText(const DownloadItem& item, AppLanguage language);
+
+/// How long the archive step has been going on: minutes and seconds, "0:07". Empty while none is.
+[[nodiscard]] QString elapsedText(const DownloadItem& item, WallTime now);
+
+/// Does something in the row move or count, so that it is worth painting again without any change?
+[[nodiscard]] bool isMoving(const DownloadItem& item);
 
 /// The row as one sentence, for assistive technology.
 [[nodiscard]] QString accessibleText(const RowContent& content);

@@ -2,6 +2,7 @@
 
 #include "fixtures/EventLoop.h"
 #include "fixtures/Workshop.h"
+#include "ui/FakeViewer.h"
 #include "ui/Part.h"
 #include "ui/queue/QueueView.h"
 #include "ui/sheets/AddURLView.h"
@@ -63,29 +64,33 @@ protected:
     qint64 cap() { return workshop.settings().maxDownloadSpeedKBps.value(); }
 
     fixtures::Workshop workshop;
-    DownloadQueueView page{workshop.manager()};
+    fixtures::FakeViewer viewer;
+    DownloadQueueView page{{workshop.manager(), workshop.clock, viewer}};
 };
 
 TEST_F(DownloadQueueViewTest, TheToolBarHasItsCommandsInOrderInBothLanguages)
 {
     const auto texts = [this] {
         QStringList all;
-        for (const char* name : {"addURLs", "startAll", "pauseAll", "clearCompleted"})
+        for (const char* name : {"addURLs", "startAll", "pauseAll", "clearCompleted", "clearExtracted"})
             all << part<QToolButton>(name).text() << part<QToolButton>(name).accessibleName();
         all.removeDuplicates();
         return all.join(u'|');
     };
-    EXPECT_EQ(texts(), u"Add URLs|Start All|Pause All|Clear Completed");
+    EXPECT_EQ(texts(), u"Add URLs|Start All|Pause All|Clear Completed|Clear Extracted");
     EXPECT_EQ(part<QToolButton>("startAll").toolTip(), u"Resume all paused downloads (stopped ones stay out)");
     EXPECT_EQ(part<QToolButton>("pauseAll").toolTip(), u"Pause all active downloads");
     EXPECT_EQ(part<QToolButton>("clearCompleted").toolTip(), u"Remove completed downloads from the list");
+    EXPECT_EQ(part<QToolButton>("clearExtracted").toolTip(), u"Remove fully extracted groups from the list");
     workshop.settings().language.set(AppLanguage::italian);
-    EXPECT_EQ(texts(), u"Aggiungi URL|Avvia tutti|Metti in pausa|Rimuovi completati");
+    EXPECT_EQ(texts(), u"Aggiungi URL|Avvia tutti|Metti in pausa|Rimuovi completati|Rimuovi estratti");
     EXPECT_EQ(part<QToolButton>("startAll").toolTip(), u"Riprendi tutti i download in pausa (i fermati restano fuori)");
     EXPECT_EQ(part<QToolButton>("pauseAll").toolTip(), u"Metti in pausa tutti i download attivi");
     EXPECT_EQ(part<QToolButton>("clearCompleted").toolTip(), u"Rimuovi i download completati dalla lista");
+    EXPECT_EQ(part<QToolButton>("clearExtracted").toolTip(), u"Rimuovi i gruppi estratti dalla lista");
     int left = -1;
-    for (const char* name : {"addURLs", "startAll", "pauseAll", "clearCompleted", "totalSpeed", "speedCap"}) {
+    for (const char* name :
+         {"addURLs", "startAll", "pauseAll", "clearCompleted", "clearExtracted", "totalSpeed", "speedCap"}) {
         const int x = part(name).mapTo(&page, QPoint()).x();
         EXPECT_GT(x, left) << name;
         left = x;
@@ -94,7 +99,7 @@ TEST_F(DownloadQueueViewTest, TheToolBarHasItsCommandsInOrderInBothLanguages)
 
 TEST_F(DownloadQueueViewTest, NoCommandIsEverDisabled)
 {
-    for (const char* name : {"addURLs", "startAll", "pauseAll", "clearCompleted"})
+    for (const char* name : {"addURLs", "startAll", "pauseAll", "clearCompleted", "clearExtracted"})
         EXPECT_TRUE(part(name).isEnabled()) << name;
 }
 
@@ -271,11 +276,11 @@ TEST_F(DownloadQueueViewTest, TabReachesEveryControl)
     workshop.add(QStringLiteral("https://h.example/a.zip"));
     part("addURLs").setFocus();
     QStringList order;
-    for (int i = 0; i < 6; ++i) {
+    for (int i = 0; i < 7; ++i) {
         order << QApplication::focusWidget()->objectName();
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     }
-    EXPECT_EQ(order.join(u' '), u"addURLs startAll pauseAll clearCompleted speedCap queueView");
+    EXPECT_EQ(order.join(u' '), u"addURLs startAll pauseAll clearCompleted clearExtracted speedCap queueView");
 }
 
 TEST_F(DownloadQueueViewTest, TheListIsNamedAndItsRowsSpeak)

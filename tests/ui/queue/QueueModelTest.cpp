@@ -34,7 +34,7 @@ protected:
     QString text(int role) const { return model.index(0, 0).data(role).toString(); }
 
     fixtures::Workshop workshop;
-    QueueModel model{workshop.manager()};
+    QueueModel model{workshop.manager(), workshop.clock};
     QAbstractItemModelTester tester{&model, QAbstractItemModelTester::FailureReportingMode::Fatal};
     QSignalSpy changes{&model, &QAbstractItemModel::dataChanged};
     QSignalSpy removals{&model, &QAbstractItemModel::rowsRemoved};
@@ -55,7 +55,7 @@ TEST_F(QueueModelTest, FollowsTheQueueInItsOrder)
 TEST_F(QueueModelTest, ShowsWhatWasThereBeforeIt)
 {
     workshop.add(links(3));
-    const QueueModel late(workshop.manager());
+    const QueueModel late(workshop.manager(), workshop.clock);
     EXPECT_EQ(late.rowCount(), 3);
 }
 
@@ -151,12 +151,12 @@ TEST_F(QueueModelTest, HidesRecoveryVolumesThatAreNeitherComingNorThere)
 
 TEST_F(QueueModelTest, ShowsRecoveryVolumesWhenTheyAreWanted)
 {
-    workshop.add(links(2, QStringLiteral("rev")));
-    EXPECT_EQ(model.rowCount(), 0);
+    workshop.add({QStringLiteral("https://h.example/a.part1.rar"), QStringLiteral("https://h.example/a.part1.rev")});
+    EXPECT_EQ(model.rowCount(model.index(0, 0)), 0);
     workshop.settings().downloadRevFiles.set(true);
-    EXPECT_EQ(model.rowCount(), 2);
+    EXPECT_EQ(model.rowCount(model.index(0, 0)), 2);
     workshop.settings().downloadRevFiles.set(false);
-    EXPECT_EQ(model.rowCount(), 0);
+    EXPECT_EQ(model.rowCount(model.index(0, 0)), 0);
 }
 
 TEST_F(QueueModelTest, ManyRowsMayComeToSightAtOnce)

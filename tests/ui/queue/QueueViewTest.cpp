@@ -2,6 +2,7 @@
 
 #include "fixtures/EventLoop.h"
 #include "fixtures/Workshop.h"
+#include "ui/FakeViewer.h"
 #include "ui/queue/QueueDelegate.h"
 #include "ui/queue/QueueModel.h"
 
@@ -67,8 +68,9 @@ protected:
 
     fixtures::Workshop workshop;
     std::vector<ItemPtr> items;
-    CountingModel model{workshop.manager()};
-    QueueView view{model};
+    fixtures::FakeViewer viewer;
+    CountingModel model{workshop.manager(), workshop.clock};
+    QueueView view{model, RowCommands({workshop.manager(), workshop.clock, viewer})};
 };
 
 TEST_F(QueueViewTest, ATickRepaintsItsRowAndNothingElse)
@@ -154,13 +156,13 @@ TEST_F(QueueViewTest, ScrollsByPixels)
 
 TEST_F(QueueViewTest, TheIndicatorTurnsOnlyWhileARowInSightWaits)
 {
-    EXPECT_FALSE(view.isSpinning());
+    EXPECT_FALSE(view.isMoving());
     items[0]->setStatus(DownloadStatus::resolving);
     turnEventLoop();
     view.viewport()->repaint();
-    EXPECT_TRUE(view.isSpinning());
+    EXPECT_TRUE(view.isMoving());
     items[0]->setStatus(DownloadStatus::stopped);
-    EXPECT_TRUE(fixtures::waitUntil([this] { return !view.isSpinning(); }));
+    EXPECT_TRUE(fixtures::waitUntil([this] { return !view.isMoving(); }));
 }
 
 } // namespace

@@ -13,7 +13,7 @@ namespace {
 QList<RowContent> contents()
 {
     QList<RowContent> all;
-    for (RowLines::Int lines = 0; lines < 8; ++lines) {
+    for (RowLines::Int lines = 0; lines < 16; ++lines) {
         for (const QString& name : {QStringLiteral("a"), QStringLiteral("Long.name.").repeated(30)}) {
             for (const QString& status : {QStringLiteral("Paused"), QStringLiteral("Error: it broke ").repeated(20)}) {
                 for (const bool hasBar : {false, true}) {
@@ -22,6 +22,11 @@ QList<RowContent> contents()
                     content.name = name;
                     content.statusText = status;
                     content.hasExtractionBar = hasBar;
+                    content.extractionText = QStringLiteral("Verifica / estrazione…");
+                    content.elapsedText = QStringLiteral("12:34");
+                    content.retryText = QStringLiteral("Riprova");
+                    content.isMember = lines % 2 == 1;
+                    content.buttons = itemButtons(lines % 3 == 0 ? DownloadStatus::paused : DownloadStatus::stopped);
                     all << content;
                 }
             }
@@ -86,7 +91,7 @@ TEST(RowLayout, AShortNameLeavesItsRoomToTheStatus)
     content.name = QStringLiteral("a.zip");
     content.statusText = QStringLiteral("Error: it broke ").repeated(20);
     const RowLayout layout(metrics, content, QRect(0, 0, 600, metrics.height({})), Qt::LeftToRight);
-    EXPECT_GT(layout.status.width(), 450);
+    EXPECT_GT(layout.status.width(), 440);
     EXPECT_GE(layout.name.width(), QFontMetrics(metrics.nameFont).horizontalAdvance(content.name));
 }
 

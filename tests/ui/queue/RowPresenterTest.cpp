@@ -10,6 +10,7 @@ namespace {
 using fixtures::link;
 constexpr auto english = AppLanguage::english;
 constexpr auto italian = AppLanguage::italian;
+constexpr WallTime now{std::chrono::hours(100)};
 
 class RowPresenter : public ::testing::Test
 {
@@ -52,10 +53,11 @@ TEST_F(RowPresenter, TellsHowFarTheArchiveStepIs)
     item.setExtractionStatus(ExtractionStatus::extracting);
     EXPECT_EQ(extractionText(item, english), u"Checking / extracting…");
     EXPECT_EQ(extractionText(item, italian), u"Verifica / estrazione…");
-    EXPECT_FALSE(rowContent(item, english).hasExtractionBar);
+    EXPECT_EQ(rowContent(item, english, now).extractionProgress, std::nullopt);
     item.setExtractionProgress(0.426);
     EXPECT_EQ(extractionText(item, english), u"43%");
-    EXPECT_TRUE(rowContent(item, english).hasExtractionBar);
+    EXPECT_EQ(rowContent(item, english, now).extractionProgress, 0.426);
+    EXPECT_TRUE(rowContent(item, english, now).hasExtractionBar);
 }
 
 TEST_F(RowPresenter, TellsHowTheArchiveStepEnded)
@@ -74,8 +76,8 @@ TEST_F(RowPresenter, TellsHowTheArchiveStepEnded)
 TEST_F(RowPresenter, StatusTextFollowsTheLanguage)
 {
     item.setStatus(DownloadStatus::paused);
-    EXPECT_EQ(rowContent(item, english).statusText, u"Paused");
-    EXPECT_EQ(rowContent(item, italian).statusText, u"In pausa");
+    EXPECT_EQ(rowContent(item, english, now).statusText, u"Paused");
+    EXPECT_EQ(rowContent(item, italian, now).statusText, u"In pausa");
 }
 
 TEST_F(RowPresenter, SpeaksTheWholeRow)
@@ -83,16 +85,16 @@ TEST_F(RowPresenter, SpeaksTheWholeRow)
     item.setStatus(DownloadStatus::downloading);
     item.setBytesReceived(2048);
     item.setSpeedBytesPerSec(1024);
-    EXPECT_EQ(accessibleText(rowContent(item, english)), u"file.rar, Downloading, 2 KB, 1 KB/s, Host.example");
+    EXPECT_EQ(accessibleText(rowContent(item, english, now)), u"file.rar, Downloading, 2 KB, 1 KB/s, Host.example");
 }
 
 TEST_F(RowPresenter, ToolTipHasTheWholeFailureAndNoMarkupFromOutside)
 {
     const QString message = QStringLiteral("<b>long</b> ").repeated(20);
     item.setStatus(DownloadStatus::failure(message));
-    EXPECT_TRUE(rowToolTip(rowContent(item, english)).contains(message.toHtmlEscaped()));
-    EXPECT_FALSE(rowToolTip(rowContent(item, english)).contains(u"<b>"));
-    EXPECT_TRUE(accessibleText(rowContent(item, english)).contains(message));
+    EXPECT_TRUE(rowToolTip(rowContent(item, english, now)).contains(message.toHtmlEscaped()));
+    EXPECT_FALSE(rowToolTip(rowContent(item, english, now)).contains(u"<b>"));
+    EXPECT_TRUE(accessibleText(rowContent(item, english, now)).contains(message));
 }
 
 } // namespace

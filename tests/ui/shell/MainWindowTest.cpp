@@ -2,6 +2,7 @@
 
 #include "fixtures/EventLoop.h"
 #include "fixtures/Workshop.h"
+#include "ui/FakeViewer.h"
 #include "ui/Part.h"
 #include "ui/accounts/AccountsView.h"
 #include "ui/queue/DownloadQueueView.h"
@@ -47,7 +48,8 @@ protected:
     }
 
     fixtures::Workshop workshop;
-    MainWindow window{workshop.manager()};
+    fixtures::FakeViewer viewer;
+    MainWindow window{{workshop.manager(), workshop.clock, viewer}};
 };
 
 TEST_F(MainWindowTest, BuildsAPageWhenItIsFirstShown)

@@ -1,0 +1,46 @@
+#include "platform/desktop/FileViewer.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QFileInfo>
+#include <QProcess>
+#include <QUrl>
+
+namespace vormel {
+
+namespace {
+
+void openFolder(const QString& path)
+{
+    QProcess::startDetached(QStringLiteral("xdg-open"), {QFileInfo(path).absolutePath()});
+}
+
+QDBusMessage showItems(const QString& path)
+{
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("/org/freedesktop/FileManager1"),
+        QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("ShowItems"));
+    // The second is the token of start-up notification, which nobody has here.
+    call << QStringList{QString::fromLatin1(QUrl::fromLocalFile(path).toEncoded())} << QString();
+    return call;
+}
+
+} // namespace
+
+void DesktopFileViewer::show(const QString& path)
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        openFolder(path);
+        return;
+    }
+    auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(showItems(path))); // deletes itself when it is there
+    QObject::connect(answer, &QDBusPendingCallWatcher::finished, answer, [answer, path] {
+        if (answer->isError())
+            openFolder(path);
+        answer->deleteLater();
+    });
+}
+
+} // namespace vormel

@@ -1,0 +1,55 @@
+#include "ui/queue/HeaderLayout.h"
+
+#include <QFontMetrics>
+#include <QStyle>
+
+namespace vormel {
+
+HeaderLayout::HeaderLayout(const RowMetrics& metrics, const HeaderContent& content, const QRect& row,
+                           Qt::LayoutDirection direction)
+{
+    const QRect inner =
+        row.adjusted(RowMetrics::gutter, RowMetrics::marginY, -RowMetrics::marginX, -RowMetrics::marginY);
+    const int firstHeight = metrics.firstHeight();
+    disclosure = QRect(row.left(), inner.top(), RowMetrics::gutter, firstHeight);
+    icon = centred(QRect(inner.left(), inner.top(), metrics.iconSize, firstHeight), metrics.iconSize);
+    const int textLeft = icon.right() + 1 + RowMetrics::gapX;
+    const QRect column(textLeft, inner.top(), qMax(0, inner.right() + 1 - textLeft), inner.height());
+    QRect first(column.left(), column.top(), column.width(), firstHeight);
+    buttons = placeButtons(content.buttons, metrics, first);
+    title = centred(first, metrics.nameHeight);
+    title.setWidth(qMin(title.width(), QFontMetrics(metrics.nameFont).horizontalAdvance(content.title) + 1));
+    LineFeed lines(column.adjusted(0, firstHeight, 0, 0), metrics.captionHeight);
+    summary = lines.next();
+    if (content.lines.testFlag(RowLine::progress)) {
+        const FigurePlaces places = placeFigures(metrics, lines.next(), metrics.groupByteWidth);
+        progressBar = places.bar;
+        bytes = places.bytes;
+        speed = places.speed;
+    }
+    for (QRect* rect : all()) {
+        if (!rect->isEmpty())
+            *rect = QStyle::visualRect(direction, row, *rect);
+    }
+}
+
+std::vector<QRect*> HeaderLayout::all()
+{
+    std::vector<QRect*> rects{&disclosure, &icon, &title, &summary, &progressBar, &bytes, &speed};
+    for (ButtonPlace& button : buttons)
+        rects.push_back(&button.rect);
+    return rects;
+}
+
+std::vector<QRect> HeaderLayout::shown() const
+{
+    HeaderLayout places(*this);
+    std::vector<QRect> rects;
+    for (const QRect* rect : places.all()) {
+        if (!rect->isEmpty())
+            rects.push_back(*rect);
+    }
+    return rects;
+}
+
+} // namespace vormel

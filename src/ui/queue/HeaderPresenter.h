@@ -1,0 +1,16 @@
+#pragma once
+
+#include "ui/queue/RowContent.h"
+
+namespace vormel {
+
+/// Which lines the header has. Cheap: no text is made.
+[[nodiscard]] RowLines headerLines(const GroupTally& tally);
+
+/// The whole header in a language, but for its title and its buttons.
+[[nodiscard]] HeaderContent headerContent(const GroupTally& tally, AppLanguage language);
+
+/// The header as one sentence, for assistive technology.
+[[nodiscard]] QString accessibleText(const HeaderContent& content);
+
+} // namespace vormel

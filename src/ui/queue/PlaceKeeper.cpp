@@ -1,0 +1,113 @@
+#include "ui/queue/PlaceKeeper.h"
+
+#include "ui/queue/QueueModel.h"
+
+#include <QScrollBar>
+#include <QTreeView>
+
+namespace vormel {
+
+PlaceKeeper::PlaceKeeper(QTreeView& view, const QueueModel& model)
+    : m_view(view)
+    , m_model(model)
+{
+    connect(&view, &QTreeView::expanded, this,
+            [this](const QModelIndex& header) { m_openGroups.insert(m_model.group(header).id); });
+    connect(&view, &QTreeView::collapsed, this, &PlaceKeeper::noteClosed);
+    connect(&model, &QueueModel::structureAboutToChange, this, &PlaceKeeper::remember);
+    connect(&model, &QueueModel::structureChanged, this, &PlaceKeeper::restore);
+}
+
+void PlaceKeeper::noteClosed(const QModelIndex& header)
+{
+    m_openGroups.remove(m_model.group(header).id);
+    if (m_view.currentIndex().parent() == header)
+        m_view.setCurrentIndex(header); // what is selected stays in sight
+}
+
+PlaceKeeper::Row PlaceKeeper::rowOf(const QModelIndex& index) const
+{
+    if (!index.isValid())
+        return {};
+    if (const ItemPtr item = m_model.item(index))
+        return {item->id(), {}};
+    return {{}, m_model.group(index).id};
+}
+
+QModelIndex PlaceKeeper::indexOf(const Row& row) const
+{
+    return row.item.isNull() ? m_model.headerOf(row.groupId) : m_model.indexOf(row.item);
+}
+
+void PlaceKeeper::remember()
+{
+    rememberSelection();
+    rememberPlace();
+}
+
+void PlaceKeeper::rememberSelection()
+{
+    const QModelIndex current = m_view.currentIndex();
+    m_current = rowOf(current);
+    m_neighbours.clear();
+    if (!current.isValid())
+        return;
+    for (const ItemPtr& item : m_model.group(current).items)
+        m_neighbours << item->id();
+}
+
+void PlaceKeeper::rememberPlace()
+{
+    m_marks.clear();
+    if (m_view.verticalScrollBar()->value() == 0)
+        return;
+    const int height = m_view.viewport()->height();
+    for (QModelIndex index = m_view.indexAt(QPoint(0, 0)); index.isValid(); index = m_view.indexBelow(index)) {
+        const int top = m_view.visualRect(index).top();
+        if (top >= height)
+            break;
+        m_marks.push_back({rowOf(index), top});
+    }
+}
+
+void PlaceKeeper::restore()
+{
+    for (const QString& id : std::as_const(m_openGroups)) {
+        if (const QModelIndex header = m_model.headerOf(id); header.isValid())
+            m_view.setExpanded(header, true);
+    }
+    // The selection is to follow its item, and not the list the selection.
+    m_view.setAutoScroll(false);
+    restoreSelection();
+    m_view.setAutoScroll(true);
+    restorePlace();
+}
+
+void PlaceKeeper::restoreSelection()
+{
+    QModelIndex index = indexOf(m_current);
+    if (!index.isValid() && m_view.currentIndex().isValid())
+        return; // the view has chosen the next row
+    for (const ItemId& neighbour : std::as_const(m_neighbours)) {
+        if (!index.isValid())
+            index = m_model.indexOf(neighbour);
+    }
+    if (index.parent().isValid() && !m_view.isExpanded(index.parent()))
+        index = index.parent();
+    if (index.isValid() && index != m_view.currentIndex())
+        m_view.setCurrentIndex(index);
+}
+
+void PlaceKeeper::restorePlace()
+{
+    for (const Mark& mark : std::as_const(m_marks)) {
+        const QRect now = m_view.visualRect(indexOf(mark.row)); // empty for a row in a closed group
+        if (now.isEmpty())
+            continue;
+        QScrollBar& bar = *m_view.verticalScrollBar();
+        bar.setValue(bar.value() + now.top() - mark.top);
+        return;
+    }
+}
+
+} // namespace vormel

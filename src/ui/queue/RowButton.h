@@ -1,0 +1,51 @@
+#pragma once
+
+#include "engine/groups/GroupTally.h"
+#include "ui/kit/Glyph.h"
+#include "ui/kit/Theme.h"
+
+#include <vector>
+
+namespace vormel {
+
+/// Everything that a row or the header of a group can be told to do.
+enum class RowButton : quint8
+{
+    pause,
+    stop,
+    resume,
+    start,
+    resync,
+    retry,
+    showInViewer,
+    redownload,
+    remove,
+    retryExtraction, ///< stands in the line of the archive step
+    pauseGroup,
+    stopGroup,
+    startStoppedGroup,
+    startGroup,
+    repairGroup,
+    verifyGroup,
+    resyncGroup,
+    removeGroup,
+};
+
+struct ButtonLook
+{
+    Glyph glyph;
+    Tint tint;
+    bool isDestructive;
+};
+[[nodiscard]] ButtonLook buttonLook(RowButton button);
+
+/// What it does in words: its tool tip, and its entry in the menu of the row.
+[[nodiscard]] QString buttonText(RowButton button, AppLanguage language);
+
+/// The buttons at the end of the item's first line, in their order.
+[[nodiscard]] std::vector<RowButton> itemButtons(DownloadStatus::Kind status);
+
+/// The buttons of a header, in their order.
+[[nodiscard]] std::vector<RowButton> groupButtons(const GroupTally& tally, bool hasPendingRevFiles);
+
+} // namespace vormel

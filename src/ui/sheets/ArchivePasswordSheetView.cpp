@@ -1,0 +1,117 @@
+#include "ui/sheets/ArchivePasswordSheetView.h"
+
+#include "model/AppSettings.h"
+#include "ui/kit/GlyphLabel.h"
+#include "ui/kit/SheetButton.h"
+#include "ui/kit/StyledLabel.h"
+
+#include <QHBoxLayout>
+#include <QLineEdit>
+
+namespace vormel {
+
+ArchivePasswordSheetView::ArchivePasswordSheetView(const PendingExtractionPassword& pending, AppSettings& settings,
+                                                   QWidget* parent)
+    : QDialog(parent)
+    , m_pending(pending)
+    , m_settings(settings)
+    , m_title(new StyledLabel(StyledLabel::Style::title, Tint::text, this))
+    , m_archive(new StyledLabel(StyledLabel::Style::caption, Tint::secondary, this))
+    , m_wrong(new StyledLabel(StyledLabel::Style::body, Tint::red, this))
+    , m_password(new QLineEdit(this))
+    , m_extract(new SheetButton(this))
+    , m_cancel(new SheetButton(this))
+{
+    setObjectName(QStringLiteral("archivePasswordSheet"));
+    setWindowModality(Qt::WindowModal);
+    setUpParts();
+    layOut();
+    connect(m_password, &QLineEdit::textChanged, m_extract,
+            [this](const QString& text) { m_extract->setEnabled(!text.isEmpty()); });
+    connect(m_extract, &QPushButton::clicked, this, &ArchivePasswordSheetView::confirm);
+    connect(m_cancel, &QPushButton::clicked, this, &ArchivePasswordSheetView::reject);
+    connect(&settings, &AppSettings::languageSet, this, &ArchivePasswordSheetView::retranslate);
+    retranslate();
+    m_password->setFocus();
+}
+
+void ArchivePasswordSheetView::setUpParts()
+{
+    constexpr int fieldWidth = 280;
+    m_title->setObjectName(QStringLiteral("passwordTitle"));
+    m_archive->setObjectName(QStringLiteral("archiveName"));
+    m_archive->setTextFormat(Qt::PlainText);
+    m_archive->setAlignment(Qt::AlignCenter);
+    m_wrong->setObjectName(QStringLiteral("wrongPassword"));
+    m_wrong->setVisible(m_pending.wasWrongPassword);
+    m_password->setObjectName(QStringLiteral("archivePassword"));
+    m_password->setEchoMode(QLineEdit::Password);
+    m_password->setTextMargins(4, 3, 4, 3);
+    m_password->setFixedWidth(fieldWidth);
+    m_extract->setObjectName(QStringLiteral("extract"));
+    m_extract->setDefault(true);
+    m_extract->setEnabled(false);
+    m_cancel->setObjectName(QStringLiteral("cancelPassword"));
+    m_cancel->setAutoDefault(false);
+}
+
+void ArchivePasswordSheetView::layOut()
+{
+    constexpr int iconSize = 34;
+    constexpr int width = 380;
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(m_cancel);
+    buttons->addWidget(m_extract);
+    buttons->addStretch();
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(32, 24, 32, 24);
+    column->setSpacing(16);
+    column->setSizeConstraint(QLayout::SetFixedSize);
+    column->addWidget(new GlyphLabel(Glyph::lock, Tint::secondary, iconSize, this), 0, Qt::AlignHCenter);
+    column->addWidget(m_title, 0, Qt::AlignHCenter);
+    column->addWidget(m_archive);
+    column->addWidget(m_wrong, 0, Qt::AlignHCenter);
+    column->addWidget(m_password, 0, Qt::AlignHCenter);
+    column->addLayout(buttons);
+    m_archive->setFixedWidth(width);
+}
+
+void ArchivePasswordSheetView::retranslate()
+{
+    const AppLanguage language = m_settings.language.value();
+    const QString title = m_pending.wasWrongPassword
+                              ? pair(language, u"Wrong Password", u"Password errata")
+                              : pair(language, u"Archive Password Required", u"Password archivio richiesta");
+    setWindowTitle(title);
+    m_title->setText(title);
+    m_wrong->setText(pair(language, u"The password you entered was incorrect. Try again.",
+                          u"La password inserita non è corretta. Riprova."));
+    m_password->setPlaceholderText(QStringLiteral("Password"));
+    m_password->setAccessibleName(QStringLiteral("Password"));
+    m_extract->setText(pair(language, u"Extract", u"Estrai"));
+    m_cancel->setText(pair(language, u"Cancel", u"Annulla"));
+}
+
+void ArchivePasswordSheetView::resizeEvent(QResizeEvent* event)
+{
+    QDialog::resizeEvent(event);
+    showArchiveName();
+}
+
+void ArchivePasswordSheetView::showArchiveName()
+{
+    const QFontMetrics metrics(m_archive->font());
+    m_archive->setText(metrics.elidedText(m_pending.archiveName, Qt::ElideMiddle, m_archive->width()));
+}
+
+void ArchivePasswordSheetView::confirm()
+{
+    if (m_password->text().isEmpty())
+        return;
+    const QString password = m_password->text();
+    accept();
+    Q_EMIT confirmed(password);
+}
+
+} // namespace vormel
