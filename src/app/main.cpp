@@ -3,6 +3,7 @@
 #include "config/Services.h"
 #include "platform/desktop/SingleInstance.h"
 #include "platform/desktop/TerminationSignals.h"
+#include "platform/desktop/Utf8Locale.h"
 
 #include <QApplication>
 
@@ -29,6 +30,7 @@ void comeForward(QWidget& window)
 int main(int argc, char** argv)
 {
     vormel::TerminationSignals signalsOfTheSystem; // before any thread is started
+    vormel::ensureUtf8Locale();
     const QApplication application(argc, argv);
     nameProgram();
 

@@ -165,6 +165,19 @@ void DownloadManager::tableItemChanged(DownloadItem& item, ItemField field)
 {
     m_queueFile.noteChange(item.id(), field);
     Q_EMIT itemChanged(item.id(), field);
+    // What its archive waited for will not come; what is there may still be enough.
+    if (field == ItemField::Status && item.status() == DownloadStatus::failed && isRevName(item.filename()))
+        later([this, base = setBaseName(item.filename())] { resumeArchive(base); });
+}
+
+void DownloadManager::resumeArchive(const QString& base)
+{
+    const std::span<const ItemPtr> members = m_table.itemsOfSet(base);
+    const auto there = std::find_if(members.begin(), members.end(), [](const ItemPtr& item) {
+        return isRarPart(item->filename()) && item->localPath();
+    });
+    if (m_settings.autoExtract.value() && there != members.end())
+        m_pipeline.autoExtractAfterDownload((*there)->id());
 }
 
 bool DownloadManager::isHeldBack(const DownloadItem& item) const

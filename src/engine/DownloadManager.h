@@ -152,6 +152,7 @@ private:
 
     void restoreQueue();
     void applySpeedLimit();
+    void resumeArchive(const QString& base);
     /// Starts an item that was chosen, if nothing has come between.
     void startChosen(const ItemPtr& item, DownloadStatus::Kind expected);
 

@@ -240,6 +240,25 @@ TEST_F(PostDownloadTest, FetchesRecoveryVolumesWhenTheRepairFails)
     EXPECT_TRUE(reaches(first, ExtractionStatus::done));
 }
 
+TEST_F(PostDownloadTest, GoesOnWithoutARecoveryVolumeThatFails)
+{
+    shop.tools.add(QStringLiteral("unrar"), "exit 3");
+    shop.tools.add(QStringLiteral("rar"), "exit 10");
+    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+    const auto revs = shop.add({QStringLiteral("http://h/m.part1.rev"), QStringLiteral("http://h/m.part2.rev")});
+    run(first);
+    ASSERT_TRUE(waitUntil([&] { return revs[1]->status() == DownloadStatus::downloading; }));
+    unpackerMakes("movie.mkv");
+    shop.http.exchanges()[0]->head(200, {{"Content-Length", "1"}});
+    shop.http.exchanges()[0]->data("x");
+    shop.http.exchanges()[0]->finish();
+    turnEventLoop();
+    EXPECT_EQ(first->extractionStatus(), ExtractionStatus::idle);
+    shop.http.exchanges()[1]->head(403, {{"Content-Type", "text/html"}});
+    shop.http.exchanges()[1]->finish();
+    EXPECT_TRUE(reaches(first, ExtractionStatus::done));
+}
+
 TEST_F(PostDownloadTest, FailsWithTheLastErrorWhenNothingIsLeftToFetch)
 {
     shop.tools.add(QStringLiteral("unrar"), "exit 3");
@@ -274,4 +293,50 @@ TEST_F(PostDownloadTest, LetsTheProgramEndWhileAToolRuns)
     ASSERT_TRUE(waitUntil([&] { return !shop.tools.calls(QStringLiteral("unrar")).isEmpty(); }));
     shop.restart();
     EXPECT_EQ(shop.manager().items().front()->status(), DownloadStatus::completed);
+}
+
+namespace {
+
+struct Mishap
+{
+    const char* name;
+    const char* script;
+    const char16_t* message;
+};
+
+const Mishap mishaps[] = {
+    {"aToolThatIsKilled", "kill -9 $$", u"Extraction failed (code 137): "},
+    {"aToolThatCrashes", "kill -11 $$", u"Extraction failed (code 139): "},
+    {"aToolThatPrintsWithoutEnd", "head -c 100000000 /dev/zero | tr '\\0' x; exit 3",
+     u"Extraction failed (code 3): xxxxxxxxxxxxxxxxxxxx"},
+};
+
+class ToolMishap : public ::testing::TestWithParam<Mishap>, protected ArchiveStep
+{};
+
+} // namespace
+
+TEST_P(ToolMishap, EndsInAToldState)
+{
+    shop.tools.add(QStringLiteral("unrar"), GetParam().script);
+    const ItemPtr item = onDisk(QStringLiteral("x.rar"));
+    run(item);
+    ASSERT_TRUE(reaches(item, ExtractionStatus::failed));
+    const QString message = item->extractionStatus().message();
+    EXPECT_TRUE(message.startsWith(QString::fromUtf16(GetParam().message))) << message.toStdString();
+    EXPECT_LT(message.size(), 300);
+    EXPECT_EQ(item->status(), DownloadStatus::completed);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, ToolMishap, ::testing::ValuesIn(mishaps),
+                         [](const auto& param) { return std::string(param.param.name); });
+
+TEST_F(PostDownloadTest, TellsWhyAToolCannotBeStarted)
+{
+    shop.sandbox.write(QStringLiteral("plain"), "no program");
+    shop.tools.addReal(QStringLiteral("unrar"), shop.sandbox.path(QStringLiteral("plain")));
+    const ItemPtr item = onDisk(QStringLiteral("x.rar"));
+    run(item);
+    ASSERT_TRUE(reaches(item, ExtractionStatus::failed));
+    EXPECT_EQ(item->extractionStatus().message(), u"Permission denied");
 }
