@@ -19,6 +19,18 @@ bool contains(const QString& folder, const QString& other)
     return inner == outer || inner.startsWith(outer + u'/');
 }
 
+/// Other sets may lie beside this one, and their names may begin alike.
+QStringList volumesOfSet(const QString& archive)
+{
+    const QString base = setBaseName(QFileInfo(archive).fileName());
+    QStringList volumes = siblingVolumes(archive);
+    volumes.removeIf([&base](const QString& path) {
+        const QString name = QFileInfo(path).fileName();
+        return !isSetMember(name) || setBaseName(name) != base;
+    });
+    return volumes;
+}
+
 } // namespace
 
 QStringList sourcesToTrash(const QString& archive, bool wholeFolder, const QStringList& foldersToKeep)
@@ -28,7 +40,7 @@ QStringList sourcesToTrash(const QString& archive, bool wholeFolder, const QStri
         return {archive};
     const bool holdsWhatStays = std::any_of(foldersToKeep.begin(), foldersToKeep.end(),
                                             [&](const QString& folder) { return contains(file.path(), folder); });
-    return wholeFolder && !holdsWhatStays ? QStringList{file.path()} : siblingVolumes(archive);
+    return wholeFolder && !holdsWhatStays ? QStringList{file.path()} : volumesOfSet(archive);
 }
 
 } // namespace vormel

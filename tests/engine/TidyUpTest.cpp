@@ -54,6 +54,16 @@ TEST_F(TidyUpTest, MovesTheVolumesOfASetToTheTrashAndKeepsTheirFolder)
     EXPECT_TRUE(becomes(QStringLiteral("Trash"), list("m.part1.rar m.part1.rev m.part2.rar")));
 }
 
+TEST_F(TidyUpTest, LeavesTheVolumesOfOtherSetsInTheFolderAlone)
+{
+    shop.settings().deleteArchiveAfterExtract.set(true);
+    for (const char* name : {"mm.part1.rar", "M.part1.rar", "m.rar"})
+        shop.sandbox.write(QStringLiteral("Downloads/m/") + QString::fromLatin1(name), "another archive");
+    finish(onDisk(QStringLiteral("m.part1.rar")));
+    EXPECT_TRUE(becomes(QStringLiteral("Trash"), list("m.part1.rar")));
+    EXPECT_TRUE(becomes(QStringLiteral("Downloads/m"), list("M.part1.rar m.rar mm.part1.rar x.mkv")));
+}
+
 TEST_F(TidyUpTest, MovesTheWholeFolderOfASetToTheTrash)
 {
     shop.settings().deleteArchiveAfterExtract.set(true);

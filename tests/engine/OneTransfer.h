@@ -1,0 +1,39 @@
+#pragma once
+
+#include "fixtures/EventLoop.h"
+#include "fixtures/Workshop.h"
+
+#include <gtest/gtest.h>
+
+namespace vormel::fixtures {
+
+inline const QString rarLink = QStringLiteral("http://h/x.rar");
+inline const QString partFile = QStringLiteral("Downloads/x.rar.download");
+inline const QString finalFile = QStringLiteral("Downloads/x.rar");
+
+/// One item, fetched over a scripted network.
+class OneTransfer : public ::testing::Test
+{
+protected:
+    ScriptedHttpClient::Exchange& server() { return shop.http.last(); }
+    void say(int status, const std::vector<HttpHeader>& headers)
+    {
+        server().head(status, headers);
+        turnEventLoop();
+    }
+    void send(const QByteArray& bytes, std::chrono::milliseconds after = std::chrono::milliseconds(0))
+    {
+        shop.clock.advance(after);
+        server().data(bytes);
+        turnEventLoop();
+    }
+    void close()
+    {
+        server().finish();
+        turnEventLoop();
+    }
+
+    Workshop shop;
+};
+
+} // namespace vormel::fixtures

@@ -1,0 +1,213 @@
+#include "engine/OneTransfer.h"
+#include "fixtures/FakeResolvers.h"
+
+#include <QDir>
+#include <QFile>
+
+using namespace std::chrono_literals;
+using namespace vormel;
+using namespace vormel::fixtures;
+
+using TransferTroubleTest = OneTransfer;
+
+TEST_F(TransferTroubleTest, AsksForTheRestOnlyAndMixesNothingWhenThePieceBeginsElsewhere)
+{
+    shop.sandbox.write(partFile, "0123456789");
+    const ItemPtr item = shop.start(rarLink);
+    say(206, {{"Content-Range", "bytes 0-19/20"}});
+    EXPECT_EQ(shop.sandbox.read(partFile), "0123456789");
+    EXPECT_EQ(item->status(), DownloadStatus::queued);
+    shop.clock.advance(2s);
+    EXPECT_EQ(server().header("Range"), "bytes=10-");
+    EXPECT_EQ(shop.http.exchanges().size(), 2U);
+}
+
+TEST_F(TransferTroubleTest, NeverJoinsTwoVersionsOfAFile)
+{
+    const ItemPtr item = shop.start(rarLink);
+    say(200, {{"Content-Length", "6"}, {"ETag", "\"one\""}});
+    send("abc");
+    server().fail(HttpError::Kind::ConnectionLost);
+    turnEventLoop();
+    shop.clock.advance(2s);
+    ASSERT_EQ(server().header("Range"), "bytes=3-");
+    say(206, {{"Content-Range", "bytes 3-5/6"}, {"ETag", "\"two\""}});
+    EXPECT_EQ(item->status(), DownloadStatus::queued);
+    EXPECT_EQ(shop.sandbox.read(partFile), "abc");
+    shop.clock.advance(4s);
+    say(206, {{"Content-Range", "bytes 3-6/7"}, {"ETag", "\"one\""}});
+    EXPECT_EQ(item->status(), DownloadStatus::queued);
+    EXPECT_EQ(shop.sandbox.read(partFile), "abc");
+}
+
+TEST_F(TransferTroubleTest, AcceptsTheCertificatesOfTheTwoPremiumServicesUnseen)
+{
+    shop.start(rarLink);
+    EXPECT_TRUE(server().acceptsAnyCertificateOf(QStringLiteral("cdn7.filestore.example")));
+    EXPECT_TRUE(server().acceptsAnyCertificateOf(QStringLiteral("terabytez.mirror")));
+    EXPECT_FALSE(server().acceptsAnyCertificateOf(QStringLiteral("other.example")));
+    EXPECT_FALSE(server().acceptsAnyCertificateOf(QStringLiteral("terabytez-host.example")));
+}
+
+TEST_F(TransferTroubleTest, EndsSoonWhenThePartFileIsRemovedMeanwhile)
+{
+    const ItemPtr item = shop.start(rarLink);
+    say(200, {{"Content-Length", "6"}});
+    send("abc");
+    ASSERT_TRUE(QFile::remove(shop.sandbox.path(partFile)));
+    send("def");
+    EXPECT_TRUE(server().isOver || shop.http.exchanges().size() > 1);
+    EXPECT_FALSE(shop.sandbox.exists(finalFile));
+    // The queue tries again at once, from nothing.
+    say(200, {{"Content-Length", "6"}});
+    send("abcdef");
+    close();
+    EXPECT_EQ(item->status(), DownloadStatus::completed);
+    EXPECT_EQ(shop.sandbox.read(finalFile), "abcdef");
+}
+
+TEST_F(TransferTroubleTest, ResumesFromWhatIsLeftWhenThePartFileIsShortened)
+{
+    const ItemPtr item = shop.start(rarLink);
+    say(200, {{"Content-Length", "6"}});
+    send("abc");
+    ASSERT_TRUE(QFile::resize(shop.sandbox.path(partFile), 1));
+    send("def");
+    EXPECT_EQ(server().header("Range"), "bytes=1-");
+    say(206, {{"Content-Range", "bytes 1-5/6"}});
+    send("bcdef");
+    close();
+    EXPECT_EQ(shop.sandbox.read(finalFile), "abcdef");
+}
+
+TEST_F(TransferTroubleTest, FailsWhereTheFolderCannotBeMadeAndCompletesOnceItCan)
+{
+    shop.sandbox.write(QStringLiteral("blocked"), "a file where the folder should be");
+    shop.settings().downloadFolderPath.set(shop.sandbox.path(QStringLiteral("blocked")));
+    const ItemPtr item = shop.start(rarLink);
+    EXPECT_EQ(item->status(), DownloadStatus::failure(QStringLiteral("The download folder is missing.")));
+    ASSERT_TRUE(QFile::remove(shop.sandbox.path(QStringLiteral("blocked"))));
+    item->setStatus(DownloadStatus::queued);
+    shop.manager().processQueue();
+    turnEventLoop();
+    say(200, {{"Content-Length", "3"}});
+    send("abc");
+    close();
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("blocked/x.rar")), "abc");
+}
+
+TEST_F(TransferTroubleTest, TellsAFileErrorInItalian)
+{
+    shop.settings().language.set(AppLanguage::italian);
+    shop.sandbox.write(QStringLiteral("blocked"), "x");
+    shop.settings().downloadFolderPath.set(shop.sandbox.path(QStringLiteral("blocked")));
+    EXPECT_EQ(shop.start(rarLink)->status().message(), QStringLiteral("La cartella dei download non esiste."));
+}
+
+TEST_F(TransferTroubleTest, LetsTheSecondOfTwoLinksOfOneNameWaitForTheFirst)
+{
+    const ItemPtr first = shop.start(QStringLiteral("http://a/x.rar"));
+    const ItemPtr second = shop.add(QStringLiteral("http://b/x.rar"));
+    const ItemPtr third = shop.add(QStringLiteral("http://b/y.rar"));
+    shop.manager().startAll();
+    turnEventLoop();
+    EXPECT_EQ(second->status(), DownloadStatus::queued);
+    EXPECT_EQ(third->status(), DownloadStatus::downloading);
+    auto& exchange = *shop.http.exchanges()[0];
+    exchange.head(200, {{"Content-Length", "3"}});
+    exchange.data("abc");
+    exchange.finish();
+    turnEventLoop();
+    EXPECT_EQ(first->status(), DownloadStatus::completed);
+    EXPECT_EQ(second->status(), DownloadStatus::completed);
+    EXPECT_EQ(second->localPath(), first->localPath());
+}
+
+TEST_F(TransferTroubleTest, ClosesItsFilesAndSavesAtTheEnd)
+{
+    shop.start(rarLink);
+    say(200, {{"Content-Length", "6"}});
+    send("abc");
+    shop.manager().shutDown();
+    server().data("def");
+    EXPECT_EQ(shop.sandbox.read(partFile), "abc");
+    EXPECT_TRUE(shop.sandbox.read(QStringLiteral("data/Vormel/download_queue.json")).contains("x.rar"));
+}
+
+TEST_F(TransferTroubleTest, DropsABlockThatArrivesAfterAPause)
+{
+    const ItemPtr item = shop.start(rarLink);
+    say(200, {{"Content-Length", "6"}});
+    send("abc");
+    shop.manager().pauseAll();
+    EXPECT_TRUE(server().isDropped);
+    server().data("def");
+    EXPECT_EQ(shop.sandbox.read(partFile), "abc");
+    EXPECT_EQ(item->status(), DownloadStatus::paused);
+    EXPECT_DOUBLE_EQ(item->speedBytesPerSec(), 0);
+}
+
+namespace {
+
+struct HostileName
+{
+    const char* label;
+    QByteArray header;
+};
+
+class HostileHeader : public OneTransfer, public ::testing::WithParamInterface<HostileName>
+{};
+
+TEST_P(HostileHeader, EndsAsAFileInTheDownloadFolder)
+{
+    shop.sandbox.write(QStringLiteral("precious"), "keep");
+    const ItemPtr item = shop.start(QStringLiteral("http://h/get"));
+    say(200, {{"Content-Length", "3"}, {"Content-Disposition", GetParam().header}});
+    send("abc");
+    close();
+    ASSERT_EQ(item->status(), DownloadStatus::completed);
+    const QString relative = QDir(shop.sandbox.path(QStringLiteral("Downloads"))).relativeFilePath(*item->localPath());
+    EXPECT_FALSE(relative.startsWith(QStringLiteral("../"))) << qPrintable(relative);
+    EXPECT_LE(relative.count(u'/'), 1);
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/") + relative), "abc");
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("precious")), "keep");
+    EXPECT_EQ(shop.sandbox.files(QStringLiteral("Downloads")).size(), 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Names, HostileHeader,
+    ::testing::Values(
+        HostileName{"Parents", "filename=\"../../precious\""}, HostileName{"DotDot", "filename=\"..\""},
+        HostileName{"Encoded", "filename*=UTF-8''..%2F..%2Fprecious"}, HostileName{"Nul", "filename*=UTF-8''a%00b.rar"},
+        HostileName{"Newline", "filename*=UTF-8''a%0Ab.rar"},
+        HostileName{"Long", "filename=\"" + QByteArray(300, 'n') + ".rar\""},
+        HostileName{"LongAndWide", "filename=\"" + QByteArray("\xe6\xbc\xa2").repeated(200) + ".rar\""},
+        HostileName{"SetWithoutBase", "filename=\".part1.rar\""},
+        HostileName{"SetNamedDotDot", "filename=\"...part1.rar\""},
+        HostileName{"SetNamedDot", "filename=\"..part1.rar\""}, HostileName{"Absolute", "filename=\"/etc/passwd\""},
+        HostileName{"Latin1", "filename=\"caf\xe9.rar\""}, HostileName{"Backslashes", "filename=\"..\\\\..\\\\x\""}),
+    [](const ::testing::TestParamInfo<HostileName>& row) { return std::string(row.param.label); });
+
+class HostileLink : public OneTransfer, public ::testing::WithParamInterface<const char*>
+{};
+
+TEST_P(HostileLink, EndsAsAFileInTheDownloadFolder)
+{
+    const ItemPtr item = shop.start(QStringLiteral("http://h") + QLatin1StringView(GetParam()));
+    say(200, {{"Content-Length", "3"}});
+    send("abc");
+    close();
+    ASSERT_EQ(item->status(), DownloadStatus::completed);
+    const QStringList files = shop.sandbox.files();
+    EXPECT_EQ(files.filter(QStringLiteral("Downloads/")).size(), 1);
+    for (const QString& file : files)
+        EXPECT_TRUE(file.startsWith(QStringLiteral("Downloads/")) || file.startsWith(QStringLiteral("data/")))
+            << qPrintable(file);
+}
+
+INSTANTIATE_TEST_SUITE_P(Paths, HostileLink,
+                         ::testing::Values("/..%2F..%2Fprecious", "/a%00b.rar", "/%2E%2E", "/a%0Ab.rar",
+                                           "/...part1.rar", "/.part1.rar", "/%2F%2F", "/", "",
+                                           "/a%2F..%2F..part1.rar"));
+
+} // namespace
