@@ -1,6 +1,5 @@
 #include "platform/desktop/FileViewer.h"
 
-#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QFileInfo>
@@ -28,9 +27,13 @@ QDBusMessage showItems(const QString& path)
 
 } // namespace
 
+DesktopFileViewer::DesktopFileViewer(std::optional<QDBusConnection> bus)
+    : m_bus(std::move(bus))
+{}
+
 void DesktopFileViewer::show(const QString& path)
 {
-    QDBusConnection bus = QDBusConnection::sessionBus();
+    const QDBusConnection bus = m_bus ? *m_bus : QDBusConnection::sessionBus();
     if (!bus.isConnected()) {
         openFolder(path);
         return;

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QDBusConnection>
 #include <QString>
+
+#include <optional>
 
 namespace vormel {
 
@@ -23,7 +26,13 @@ public:
 class DesktopFileViewer final : public FileViewer
 {
 public:
+    /// On another bus than the session's, if one is given.
+    explicit DesktopFileViewer(std::optional<QDBusConnection> bus = std::nullopt);
+
     void show(const QString& path) override;
+
+private:
+    std::optional<QDBusConnection> m_bus;
 };
 
 } // namespace vormel

@@ -195,7 +195,9 @@ void QueueView::mouseDoubleClickEvent(QMouseEvent* event)
 {
     const RowHit hit = hitAt(event->pos());
     const QModelIndex index = indexAt(event->pos());
-    if (event->button() != Qt::LeftButton || !m_model.isHeader(index) || hit.isButton())
+    if (event->button() == Qt::LeftButton && hit.isButton())
+        return; // after the first click another button, or another row, may have come under the pointer
+    if (event->button() != Qt::LeftButton || !m_model.isHeader(index))
         mousePressEvent(event); // quick clicks are clicks
     else if (hit.part == RowHit::Part::title)
         rename(index);

@@ -130,10 +130,11 @@ void RowCanvas::endlessBar(const QRect& rect, Motion motion, Tint tint) const
 {
     if (rect.isEmpty())
         return;
+    constexpr int start = 120; // so that something is seen where nothing turns
     const double length = rect.width() * 0.3;
     QRectF filled = rect;
     filled.setWidth(length);
-    filled.moveLeft(rect.left() - length + (rect.width() + length) * motion.spin / 360);
+    filled.moveLeft(rect.left() - length + (rect.width() + length) * ((motion.spin + start) % 360) / 360);
     track(rect, filled, tint);
 }
 

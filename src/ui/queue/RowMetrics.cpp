@@ -25,7 +25,7 @@ RowMetrics::RowMetrics(const QFont& font)
     byteWidth = qMax(usualByteWidth, caption.horizontalAdvance(QStringLiteral("999.99 MB / 999.99 GB")));
     groupByteWidth = qMax(usualGroupByteWidth, byteWidth);
     buttonSize = qMax(24, nameHeight + 6);
-    buttonGlyphSize = qMax(14, captionHeight);
+    buttonGlyphSize = qMax(16, captionHeight);
     speedWidth = qMax(usualSpeedWidth, caption.horizontalAdvance(QStringLiteral("999.99 MB/s")));
 }
 

@@ -283,6 +283,15 @@ TEST_F(DownloadQueueViewTest, TabReachesEveryControl)
     EXPECT_EQ(order.join(u' '), u"addURLs startAll pauseAll clearCompleted clearExtracted speedCap queueView");
 }
 
+TEST_F(DownloadQueueViewTest, ClearExtractedReachesTheQueue)
+{
+    const auto items =
+        workshop.add({QStringLiteral("https://h.example/a.part1.rar"), QStringLiteral("https://h.example/b.zip")});
+    items[0]->setExtractionStatus(ExtractionStatus::done);
+    click("clearExtracted");
+    EXPECT_EQ(queue(), QStringList{QStringLiteral("https://h.example/b.zip")});
+}
+
 TEST_F(DownloadQueueViewTest, TheListIsNamedAndItsRowsSpeak)
 {
     workshop.add(QStringLiteral("https://h.example/a.zip"));

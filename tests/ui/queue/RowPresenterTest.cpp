@@ -73,6 +73,45 @@ TEST_F(RowPresenter, TellsHowTheArchiveStepEnded)
     EXPECT_EQ(extractionText(item, italian), u"Estrazione fallita: no volume");
 }
 
+TEST_F(RowPresenter, CountsTheTimeOfAStepWithoutAnEnd)
+{
+    using std::chrono::seconds;
+    item.setExtractionStatus(ExtractionStatus::repairing);
+    EXPECT_EQ(elapsedText(item, now), u"");
+    item.setExtractionStartedAt(now - seconds(7));
+    EXPECT_EQ(elapsedText(item, now), u"0:07");
+    EXPECT_EQ(elapsedText(item, now + seconds(125)), u"2:12");
+    EXPECT_EQ(elapsedText(item, now + seconds(6000)), u"100:07");
+    EXPECT_EQ(elapsedText(item, now - seconds(60)), u"0:00");
+    EXPECT_EQ(rowContent(item, english, now).elapsedText, u"0:07");
+    item.setExtractionStatus(ExtractionStatus::extracting);
+    item.setExtractionProgress(0.5);
+    EXPECT_EQ(rowContent(item, english, now).elapsedText, u"");
+}
+
+TEST_F(RowPresenter, MovesWhileItWaitsWithoutAnEnd)
+{
+    EXPECT_FALSE(isMoving(item));
+    item.setExtractionStatus(ExtractionStatus::extracting);
+    EXPECT_TRUE(isMoving(item));
+    item.setExtractionProgress(0.1);
+    EXPECT_FALSE(isMoving(item));
+    item.setExtractionStatus(ExtractionStatus::repairing);
+    EXPECT_TRUE(isMoving(item));
+    item.setExtractionStatus(ExtractionStatus::done);
+    EXPECT_FALSE(isMoving(item));
+    item.setStatus(DownloadStatus::resolving);
+    EXPECT_TRUE(isMoving(item));
+}
+
+TEST_F(RowPresenter, AFailedArchiveStepHasRoomForTwoLinesAndARetry)
+{
+    item.setExtractionStatus(ExtractionStatus::failure(QStringLiteral("x")));
+    EXPECT_EQ(rowLines(item), RowLines(RowLine::failure));
+    EXPECT_EQ(rowContent(item, english, now).retryText, u"Retry");
+    EXPECT_EQ(rowContent(item, italian, now).retryText, u"Riprova");
+}
+
 TEST_F(RowPresenter, StatusTextFollowsTheLanguage)
 {
     item.setStatus(DownloadStatus::paused);

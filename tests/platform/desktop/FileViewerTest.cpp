@@ -1,0 +1,110 @@
+#include "platform/desktop/FileViewer.h"
+
+#include "fixtures/EventLoop.h"
+#include "fixtures/Sandbox.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+
+#include <gtest/gtest.h>
+
+namespace vormel {
+namespace {
+
+/// A desktop's file manager, which writes down what it is to show.
+class FileManager final : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.FileManager1")
+
+public:
+    QStringList shown;
+
+public Q_SLOTS:
+    Q_SCRIPTABLE void ShowItems(const QStringList& addresses, const QString& /*startupId*/) { shown << addresses; }
+};
+
+/// A bus of its own, and a stand-in for the program that opens folders.
+class FileViewerTest : public ::testing::Test
+{
+protected:
+    FileViewerTest()
+    {
+        const QByteArray opened = sandbox.path(QStringLiteral("opened")).toUtf8();
+        const QString tool =
+            sandbox.write(QStringLiteral("bin/xdg-open"), "#!/bin/sh\nprintf %s \"$1\" > '" + opened + ".new'\nmv '" +
+                                                              opened + ".new' '" + opened + "'\n");
+        QFile::setPermissions(tool, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        m_daemon.start(QStringLiteral("dbus-daemon"),
+                       {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address")});
+        qputenv("PATH", sandbox.path(QStringLiteral("bin")).toUtf8() + ':' + m_pathBefore);
+    }
+    ~FileViewerTest() override
+    {
+        qputenv("PATH", m_pathBefore);
+        QDBusConnection::disconnectFromBus(QStringLiteral("viewer"));
+        QDBusConnection::disconnectFromBus(QStringLiteral("manager"));
+        m_daemon.terminate();
+        m_daemon.waitForFinished();
+    }
+    void SetUp() override
+    {
+        constexpr int patience = 20000;
+        if (m_daemon.waitForReadyRead(patience)) {
+            m_address = QString::fromLatin1(m_daemon.readLine().trimmed());
+            return;
+        }
+        if (qEnvironmentVariableIsSet("VORMEL_REQUIRE_TOOLS"))
+            FAIL() << "dbus-daemon is not there";
+        GTEST_SKIP() << "dbus-daemon is not there";
+    }
+    QDBusConnection bus(const char* name) const
+    {
+        return QDBusConnection::connectToBus(m_address, QString::fromLatin1(name));
+    }
+    QString opened() const { return QString::fromUtf8(sandbox.read(QStringLiteral("opened"))); }
+
+    fixtures::Sandbox sandbox;
+
+private:
+    QByteArray m_pathBefore = qgetenv("PATH");
+    QProcess m_daemon;
+    QString m_address;
+};
+
+TEST_F(FileViewerTest, AsksTheFileManagerToChooseTheFile)
+{
+    FileManager manager;
+    QDBusConnection service = bus("manager");
+    ASSERT_TRUE(service.registerService(QStringLiteral("org.freedesktop.FileManager1")));
+    ASSERT_TRUE(service.registerObject(QStringLiteral("/org/freedesktop/FileManager1"), &manager,
+                                       QDBusConnection::ExportScriptableSlots));
+    DesktopFileViewer viewer(bus("viewer"));
+    viewer.show(QStringLiteral("/srv/a folder/x #1.bin"));
+    ASSERT_TRUE(fixtures::waitUntil([&manager] { return !manager.shown.isEmpty(); }));
+    EXPECT_EQ(manager.shown, QStringList{QStringLiteral("file:///srv/a%20folder/x%20%231.bin")});
+    EXPECT_FALSE(sandbox.exists(QStringLiteral("opened")));
+}
+
+TEST_F(FileViewerTest, OpensTheFolderWhereNoFileManagerAnswers)
+{
+    const QString file = sandbox.write(QStringLiteral("a folder/-x #1.bin"), "x");
+    DesktopFileViewer viewer(bus("viewer"));
+    viewer.show(file);
+    ASSERT_TRUE(fixtures::waitUntil([this] { return sandbox.exists(QStringLiteral("opened")); }));
+    EXPECT_EQ(opened(), QFileInfo(file).absolutePath());
+}
+
+TEST_F(FileViewerTest, OpensTheFolderWhereThereIsNoBus)
+{
+    DesktopFileViewer viewer(QDBusConnection(QStringLiteral("a bus that nobody made")));
+    viewer.show(sandbox.path(QStringLiteral("gone/x.bin")));
+    ASSERT_TRUE(fixtures::waitUntil([this] { return sandbox.exists(QStringLiteral("opened")); }));
+    EXPECT_EQ(opened(), sandbox.path(QStringLiteral("gone")));
+}
+
+} // namespace
+} // namespace vormel
+
+#include "FileViewerTest.moc"

@@ -1,0 +1,299 @@
+#include "fixtures/EventLoop.h"
+#include "fixtures/Workshop.h"
+#include "ui/FakeViewer.h"
+#include "ui/Part.h"
+#include "ui/queue/HeaderLayout.h"
+#include "ui/queue/QueueModel.h"
+#include "ui/queue/QueueView.h"
+#include "ui/queue/RenamePopover.h"
+#include "ui/queue/RowLayout.h"
+
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QHelpEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QTest>
+#include <QToolTip>
+
+#include <gtest/gtest.h>
+
+namespace vormel {
+namespace {
+
+using fixtures::turnEventLoop;
+
+/// A list with the open group "a" of two parts, and the plain row "b.zip" below it, all paused.
+class QueueButtonsTest : public ::testing::Test
+{
+protected:
+    QueueButtonsTest()
+    {
+        items =
+            workshop.add({QStringLiteral("https://h.example/a.part1.rar"),
+                          QStringLiteral("https://h.example/a.part2.rar"), QStringLiteral("https://h.example/b.zip")});
+        view.resize(700, 500);
+        view.show();
+        view.activateWindow();
+        view.setFocus();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&view));
+        view.expand(header());
+        turnEventLoop();
+    }
+    QModelIndex header() const { return model.index(0, 0); }
+    QModelIndex member(int row) const { return model.index(row, 0, header()); }
+    QModelIndex plain() const { return model.index(1, 0); }
+    HeaderLayout headerLayout() const
+    {
+        return {RowMetrics(view.font()), header().data(QueueModel::HeaderRole).value<HeaderContent>(),
+                view.visualRect(header()), Qt::LeftToRight};
+    }
+    RowLayout rowLayout(const QModelIndex& index) const
+    {
+        return {RowMetrics(view.font()), index.data(QueueModel::ContentRole).value<RowContent>(),
+                view.visualRect(index), Qt::LeftToRight};
+    }
+    static QPoint placeOf(const std::vector<ButtonPlace>& places, RowButton button)
+    {
+        for (const ButtonPlace& place : places) {
+            if (place.button == button)
+                return place.rect.center();
+        }
+        ADD_FAILURE() << "there is no button " << static_cast<int>(button);
+        return {};
+    }
+    void click(QPoint point) { QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, point); }
+    QString toolTipAt(QPoint point)
+    {
+        QToolTip::hideText();
+        QHelpEvent event(QEvent::ToolTip, point, view.viewport()->mapToGlobal(point));
+        QApplication::sendEvent(view.viewport(), &event);
+        return QToolTip::text();
+    }
+    QMenu* openMenu(const QModelIndex& index)
+    {
+        view.setCurrentIndex(index);
+        QTest::keyClick(&view, Qt::Key_F10, Qt::ShiftModifier);
+        return view.findChild<QMenu*>(QStringLiteral("rowMenu"));
+    }
+    QStringList menuTexts(const QModelIndex& index)
+    {
+        QMenu* const menu = openMenu(index);
+        QStringList texts;
+        for (const QAction* action : menu->actions()) {
+            if (!action->isSeparator())
+                texts << action->text();
+        }
+        delete menu;
+        return texts;
+    }
+    RenamePopover* popover() { return view.findChild<RenamePopover*>(); }
+
+    fixtures::Workshop workshop;
+    std::vector<ItemPtr> items;
+    fixtures::FakeViewer viewer;
+    QueueModel model{workshop.manager(), workshop.clock};
+    QueueView view{model, RowCommands({workshop.manager(), workshop.clock, viewer})};
+};
+
+TEST_F(QueueButtonsTest, AClickOnAButtonRunsItAndSelectsNothing)
+{
+    click(placeOf(rowLayout(plain()).buttons, RowButton::stop));
+    EXPECT_EQ(items[2]->status().kind(), DownloadStatus::stopped);
+    EXPECT_TRUE(view.selectionModel()->selectedIndexes().isEmpty());
+    click(placeOf(rowLayout(member(1)).buttons, RowButton::stop));
+    EXPECT_EQ(items[1]->status().kind(), DownloadStatus::stopped);
+    EXPECT_EQ(items[0]->status().kind(), DownloadStatus::paused);
+    click(placeOf(headerLayout().buttons, RowButton::removeGroup));
+    EXPECT_EQ(workshop.manager().items().size(), 1U);
+}
+
+TEST_F(QueueButtonsTest, AButtonThatThePointerLeftIsNotRun)
+{
+    QTest::mousePress(view.viewport(), Qt::LeftButton, {}, placeOf(rowLayout(plain()).buttons, RowButton::stop));
+    QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, placeOf(rowLayout(plain()).buttons, RowButton::remove));
+    EXPECT_EQ(items[2]->status().kind(), DownloadStatus::paused);
+    EXPECT_EQ(workshop.manager().items().size(), 3U);
+}
+
+TEST_F(QueueButtonsTest, ASecondQuickClickDoesNotHitWhatCameUnderThePointer)
+{
+    const QPoint stop = placeOf(headerLayout().buttons, RowButton::stopGroup);
+    click(stop);
+    QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, stop);
+    EXPECT_EQ(items[0]->status().kind(), DownloadStatus::stopped); // the place is that of Start now
+    EXPECT_EQ(popover(), nullptr);
+    EXPECT_TRUE(view.isExpanded(header()));
+    const QPoint remove = placeOf(headerLayout().buttons, RowButton::removeGroup);
+    click(remove);
+    QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, remove);
+    EXPECT_EQ(workshop.manager().items().size(), 1U); // the row below has moved up
+}
+
+TEST_F(QueueButtonsTest, AFailedArchiveStepHasItsOwnRetry)
+{
+    items[2]->setStatus(DownloadStatus::completed);
+    items[2]->setLocalPath(workshop.sandbox.write(QStringLiteral("Downloads/b.zip"), "x"));
+    items[2]->setExtractionStatus(ExtractionStatus::failure(QStringLiteral("no volume")));
+    turnEventLoop();
+    click(placeOf(rowLayout(plain()).buttons, RowButton::retryExtraction));
+    EXPECT_NE(items[2]->extractionStatus(), ExtractionStatus::failure(QStringLiteral("no volume")));
+}
+
+TEST_F(QueueButtonsTest, TheButtonUnderThePointerIsSeen)
+{
+    const QPoint place = placeOf(rowLayout(plain()).buttons, RowButton::remove);
+    const QRect row = view.visualRect(plain());
+    QTest::mouseMove(view.viewport(), row.center());
+    turnEventLoop();
+    const QImage before = view.viewport()->grab(row).toImage();
+    QTest::mouseMove(view.viewport(), place);
+    turnEventLoop();
+    const QImage hovered = view.viewport()->grab(row).toImage();
+    EXPECT_NE(hovered, before);
+    QTest::mousePress(view.viewport(), Qt::LeftButton, {}, place);
+    EXPECT_NE(view.viewport()->grab(row).toImage(), hovered);
+    QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, row.center());
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(view.viewport(), &leave);
+    EXPECT_EQ(view.viewport()->grab(row).toImage(), before);
+}
+
+TEST_F(QueueButtonsTest, ToolTipsTellWhatIsUnderThePointer)
+{
+    EXPECT_EQ(toolTipAt(placeOf(rowLayout(plain()).buttons, RowButton::resume)), u"Resume");
+    EXPECT_EQ(toolTipAt(headerLayout().title.center()), u"Double-click to rename this group");
+    EXPECT_TRUE(toolTipAt(rowLayout(plain()).name.center()).contains(u"b.zip"));
+    workshop.settings().language.set(AppLanguage::italian);
+    EXPECT_EQ(toolTipAt(headerLayout().title.center()), u"Doppio clic per rinominare il gruppo");
+    EXPECT_EQ(toolTipAt(placeOf(headerLayout().buttons, RowButton::stopGroup)),
+              u"Ferma il gruppo — resta fuori dalla coda finché non lo avvii");
+}
+
+TEST_F(QueueButtonsTest, ADoubleClickOnTheTitleAsksForAName)
+{
+    QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, headerLayout().title.center());
+    ASSERT_NE(popover(), nullptr);
+    auto& draft = fixtures::partOf<QLineEdit>(*popover(), "draftName");
+    EXPECT_EQ(draft.text(), u"a");
+    draft.setText(QStringLiteral("My film"));
+    QTest::keyClick(&draft, Qt::Key_Return);
+    EXPECT_EQ(header().data(QueueModel::NameRole).toString(), u"My film");
+}
+
+TEST_F(QueueButtonsTest, F2RenamesGroupsOnly)
+{
+    view.setCurrentIndex(plain());
+    QTest::keyClick(&view, Qt::Key_F2);
+    EXPECT_EQ(popover(), nullptr);
+    view.setCurrentIndex(header());
+    QTest::keyClick(&view, Qt::Key_F2);
+    EXPECT_NE(popover(), nullptr);
+}
+
+TEST_F(QueueButtonsTest, TheMenuHasTheCommandsOfTheRow)
+{
+    EXPECT_EQ(menuTexts(plain()).join(u'|'),
+              u"Resume|Stop — stays out of the queue until you start it|Resync with disk — complete if present, "
+              u"re-queue if missing|Remove from list (deletes partial file)");
+    items[2]->setStatus(DownloadStatus::completed);
+    items[2]->setExtractionStatus(ExtractionStatus::failure(QStringLiteral("x")));
+    turnEventLoop();
+    EXPECT_EQ(menuTexts(plain()).front(), u"Retry");
+}
+
+TEST_F(QueueButtonsTest, TheMenuOfAHeaderRenamesAndOffersToResetOnlyAfterThat)
+{
+    const QStringList before = menuTexts(header());
+    EXPECT_EQ(before.front(), u"Start group");
+    EXPECT_EQ(before.back(), u"Rename group…");
+    workshop.manager().renameGroup(QStringLiteral("a"), QStringLiteral("My film"));
+    EXPECT_EQ(menuTexts(header()).back(), u"Reset name");
+    QMenu* const menu = openMenu(header());
+    menu->actions().back()->trigger();
+    delete menu;
+    EXPECT_EQ(header().data(QueueModel::NameRole).toString(), u"a");
+    workshop.settings().language.set(AppLanguage::italian);
+    EXPECT_EQ(menuTexts(header()).back(), u"Rinomina gruppo…");
+}
+
+TEST_F(QueueButtonsTest, TheMenuRunsTheCommandOnItsRowAlsoWhenThatHasMoved)
+{
+    QMenu* const menu = openMenu(plain());
+    workshop.manager().commands().removeGroup(QStringLiteral("a"));
+    menu->actions().at(1)->trigger();
+    EXPECT_EQ(items[2]->status().kind(), DownloadStatus::stopped);
+}
+
+TEST_F(QueueButtonsTest, ARightClickOpensTheMenuOfTheRowBeneath)
+{
+    const QPoint point = view.visualRect(member(0)).center();
+    QContextMenuEvent event(QContextMenuEvent::Mouse, point, view.viewport()->mapToGlobal(point));
+    QApplication::sendEvent(view.viewport(), &event);
+    EXPECT_NE(view.findChild<QMenu*>(QStringLiteral("rowMenu")), nullptr);
+    EXPECT_EQ(view.currentIndex(), member(0));
+}
+
+TEST_F(QueueButtonsTest, DeleteRemovesARowOrAWholeGroup)
+{
+    view.setCurrentIndex(plain());
+    QTest::keyClick(&view, Qt::Key_Delete);
+    EXPECT_EQ(workshop.manager().items().size(), 2U);
+    view.setCurrentIndex(header());
+    QTest::keyClick(&view, Qt::Key_Delete);
+    EXPECT_TRUE(workshop.manager().items().empty());
+    QTest::keyClick(&view, Qt::Key_Delete); // nothing is selected
+}
+
+TEST_F(QueueButtonsTest, LeftAndRightCloseAndOpenAGroup)
+{
+    view.setCurrentIndex(header());
+    QTest::keyClick(&view, Qt::Key_Left);
+    EXPECT_FALSE(view.isExpanded(header()));
+    QTest::keyClick(&view, Qt::Key_Right);
+    EXPECT_TRUE(view.isExpanded(header()));
+}
+
+TEST_F(QueueButtonsTest, TheTriangleOpensAndClosesWithoutSelecting)
+{
+    click(headerLayout().disclosure.center());
+    EXPECT_FALSE(view.isExpanded(header()));
+    click(headerLayout().disclosure.center());
+    EXPECT_TRUE(view.isExpanded(header()));
+    EXPECT_TRUE(view.selectionModel()->selectedIndexes().isEmpty());
+}
+
+TEST_F(QueueButtonsTest, AltAndArrowsMoveTheSelectedGroup)
+{
+    view.setCurrentIndex(member(1));
+    QTest::keyClick(&view, Qt::Key_Down, Qt::AltModifier);
+    EXPECT_EQ(workshop.manager().items().front(), items[2]);
+    EXPECT_EQ(view.currentIndex().data(QueueModel::IdRole).value<ItemId>(), items[1]->id());
+    QTest::keyClick(&view, Qt::Key_Up, Qt::AltModifier);
+    EXPECT_EQ(workshop.manager().items().front(), items[0]);
+}
+
+TEST_F(QueueButtonsTest, EverythingHasItsPlaceInTheSmallestWindow)
+{
+    items[0]->setFilename(QStringLiteral("Long.name.").repeated(20) + QStringLiteral(".part1.rar"));
+    items[1]->setFilename(QStringLiteral("Long.name.").repeated(20) + QStringLiteral(".part2.rar"));
+    items[0]->setStatus(DownloadStatus::completed);
+    items[1]->setStatus(DownloadStatus::downloading);
+    workshop.settings().language.set(AppLanguage::italian);
+    view.resize(520, 400); // what the smallest window leaves for the list
+    turnEventLoop();
+    view.expand(header()); // it is another set now
+    const HeaderLayout layout = headerLayout();
+    EXPECT_EQ(layout.buttons.size(), 5U);
+    EXPECT_LT(layout.title.right(), layout.buttons.front().rect.left());
+    EXPECT_GT(layout.title.width(), 200);
+    for (const QRect& rect : layout.shown())
+        EXPECT_TRUE(view.viewport()->rect().contains(rect));
+    const RowLayout row = rowLayout(member(1));
+    EXPECT_GE(row.status.width(),
+              QFontMetrics(RowMetrics(view.font()).captionFont).horizontalAdvance(QStringLiteral("Download")));
+    EXPECT_LT(row.status.right(), row.buttons.front().rect.left());
+}
+
+} // namespace
+} // namespace vormel

@@ -1,0 +1,240 @@
+#include "fixtures/EventLoop.h"
+#include "fixtures/Workshop.h"
+#include "ui/queue/QueueModel.h"
+
+#include <QAbstractItemModelTester>
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+namespace vormel {
+namespace {
+
+using fixtures::turnEventLoop;
+
+QString url(const QString& name)
+{
+    return QStringLiteral("https://h.example/") + name;
+}
+
+class QueueGroupsTest : public ::testing::Test
+{
+protected:
+    ItemPtr add(const char* name) { return workshop.add(url(QString::fromLatin1(name))); }
+    /// "movie[a b] c": headers with their members, and plain rows.
+    QString shown() const
+    {
+        QStringList top;
+        for (int row = 0; row < model.rowCount(); ++row)
+            top << textOf(model.index(row, 0));
+        return top.join(u' ');
+    }
+    QString textOf(const QModelIndex& index) const
+    {
+        QStringList members;
+        for (int row = 0; row < model.rowCount(index); ++row)
+            members << model.index(row, 0, index).data(QueueModel::NameRole).toString();
+        const QString name = index.data(QueueModel::NameRole).toString();
+        return members.isEmpty() ? name : name + u'[' + members.join(u' ') + u']';
+    }
+    HeaderContent header(int row) const
+    {
+        return model.index(row, 0).data(QueueModel::HeaderRole).value<HeaderContent>();
+    }
+
+    fixtures::Workshop workshop;
+    QueueModel model{workshop.manager(), workshop.clock};
+    QAbstractItemModelTester tester{&model, QAbstractItemModelTester::FailureReportingMode::Fatal};
+    QSignalSpy resets{&model, &QAbstractItemModel::modelReset};
+    QSignalSpy changes{&model, &QAbstractItemModel::dataChanged};
+};
+
+TEST_F(QueueGroupsTest, PartsFormOneGroupInTheOrderOfTheirNumbers)
+{
+    workshop.add({url(QStringLiteral("Movie.part10.rar")), url(QStringLiteral("Movie.part1.rar")),
+                  url(QStringLiteral("Movie.PART2.RAR")), url(QStringLiteral("Movie.rar"))});
+    EXPECT_EQ(shown(), u"Movie[Movie.part1.rar Movie.PART2.RAR Movie.part10.rar] Movie.rar");
+    EXPECT_EQ(resets.count(), 0);
+}
+
+TEST_F(QueueGroupsTest, ASetOfOneIsAPlainRow)
+{
+    add("Movie.part1.rar");
+    EXPECT_EQ(shown(), u"Movie.part1.rar");
+    EXPECT_FALSE(model.isHeader(model.index(0, 0)));
+}
+
+TEST_F(QueueGroupsTest, ALaterPartJoinsItsGroupWhereItStands)
+{
+    add("a.part1.rar");
+    add("b.zip");
+    const ItemPtr part = add("a.part3.rar");
+    EXPECT_EQ(shown(), u"a[a.part1.rar a.part3.rar] b.zip");
+    add("a.part2.rar");
+    EXPECT_EQ(shown(), u"a[a.part1.rar a.part2.rar a.part3.rar] b.zip");
+    EXPECT_EQ(model.indexOf(part->id()).row(), 2);
+    EXPECT_EQ(model.indexOf(part->id()).parent(), model.index(0, 0));
+    EXPECT_EQ(resets.count(), 0);
+}
+
+TEST_F(QueueGroupsTest, ANameThatIsFoundOutMakesTwoRowsOneHeader)
+{
+    const auto items =
+        workshop.add({url(QStringLiteral("one")), url(QStringLiteral("between.zip")), url(QStringLiteral("two"))});
+    items[2]->setFilename(QStringLiteral("a.part2.rar"));
+    turnEventLoop();
+    EXPECT_EQ(shown(), u"one between.zip a.part2.rar");
+    items[0]->setFilename(QStringLiteral("a.part1.rar"));
+    turnEventLoop();
+    EXPECT_EQ(shown(), u"a[a.part1.rar a.part2.rar] between.zip");
+    items[0]->setFilename(QStringLiteral("c.part1.rar"));
+    turnEventLoop();
+    EXPECT_EQ(shown(), u"c.part1.rar between.zip a.part2.rar");
+}
+
+TEST_F(QueueGroupsTest, NamesThatAreFoundOutInOneTurnAreFollowedTogether)
+{
+    const auto items =
+        workshop.add({url(QStringLiteral("one")), url(QStringLiteral("two")), url(QStringLiteral("three"))});
+    for (std::size_t i = 0; i < 3; ++i)
+        items[i]->setFilename(QStringLiteral("a.part%1.rar").arg(i + 1));
+    turnEventLoop();
+    EXPECT_EQ(shown(), u"a[a.part1.rar a.part2.rar a.part3.rar]");
+    EXPECT_EQ(model.headerOf(QStringLiteral("a")), model.index(0, 0));
+}
+
+TEST_F(QueueGroupsTest, ManyNewNamesOfPlainFilesAreNoNewRows)
+{
+    QStringList urls;
+    for (int i = 0; i < 50; ++i)
+        urls << url(QStringLiteral("f%1").arg(i));
+    const auto items = workshop.add(urls);
+    for (const ItemPtr& item : items)
+        item->setFilename(item->filename() + QStringLiteral(".zip"));
+    turnEventLoop();
+    EXPECT_EQ(resets.count(), 0);
+    EXPECT_TRUE(shown().startsWith(u"f0.zip f1.zip "));
+}
+
+TEST_F(QueueGroupsTest, AGroupThatLosesAllButOneIsAPlainRow)
+{
+    const auto items = workshop.add({url(QStringLiteral("a.part1.rar")), url(QStringLiteral("a.part2.rar")),
+                                     url(QStringLiteral("a.part3.rar")), url(QStringLiteral("z.zip"))});
+    workshop.manager().commands().removeItems({items[1]->id()});
+    EXPECT_EQ(shown(), u"a[a.part1.rar a.part3.rar] z.zip");
+    workshop.manager().commands().removeItems({items[0]->id()});
+    EXPECT_EQ(shown(), u"a.part3.rar z.zip");
+    EXPECT_EQ(model.indexOf(items[2]->id()), model.index(0, 0));
+    workshop.manager().commands().removeItems({items[2]->id()});
+    EXPECT_EQ(shown(), u"z.zip");
+    EXPECT_EQ(resets.count(), 0);
+}
+
+TEST_F(QueueGroupsTest, AHiddenRecoveryVolumeAppearsWhenItDownloadsAndGoesAgain)
+{
+    add("a.part1.rar");
+    const ItemPtr volume = add("a.part1.rev");
+    EXPECT_EQ(shown(), u"a.part1.rar");
+    volume->setStatus(DownloadStatus::downloading);
+    turnEventLoop();
+    EXPECT_EQ(shown(), u"a[a.part1.rar a.part1.rev]");
+    volume->setStatus(DownloadStatus::queued);
+    turnEventLoop();
+    EXPECT_EQ(shown(), u"a.part1.rar");
+}
+
+TEST_F(QueueGroupsTest, TheStateOfOneVolumeMayHideAnother)
+{
+    const auto items = workshop.add(
+        {url(QStringLiteral("a.part1.rar")), url(QStringLiteral("a.part2.rar")), url(QStringLiteral("a.part1.rev"))});
+    workshop.settings().downloadRevFiles.set(true);
+    EXPECT_EQ(shown(), u"a[a.part1.rar a.part1.rev a.part2.rar]"); // volume and part 1 in the order of the queue
+    items[0]->setStatus(DownloadStatus::completed);
+    items[1]->setStatus(DownloadStatus::completed);
+    turnEventLoop();
+    EXPECT_EQ(shown(), u"a[a.part1.rar a.part2.rar]");
+}
+
+TEST_F(QueueGroupsTest, FollowsAnotherOrder)
+{
+    add("a.part1.rar");
+    add("a.part2.rar");
+    add("b.zip");
+    workshop.manager().commands().moveGroups({1}, 0, model.groupIds());
+    EXPECT_EQ(shown(), u"b.zip a[a.part1.rar a.part2.rar]");
+}
+
+TEST_F(QueueGroupsTest, AHeaderTellsOfItsMembersAndOffersWhatTheyAllow)
+{
+    add("a.part1.rar");
+    add("a.part2.rar");
+    EXPECT_EQ(header(0).summaryText, u"Paused");
+    EXPECT_EQ(header(0).buttons.front(), RowButton::startGroup);
+    changes.clear();
+    add("a.part1.rev");
+    turnEventLoop();
+    EXPECT_EQ(header(0).buttons[2], RowButton::repairGroup);
+    ASSERT_EQ(changes.count(), 1); // the volume itself is hidden
+    EXPECT_EQ(changes[0][0].toModelIndex(), model.index(0, 0));
+    EXPECT_EQ(model.index(0, 0).data(Qt::AccessibleTextRole).toString(), u"a, Paused, 2 parts");
+}
+
+TEST_F(QueueGroupsTest, ATickTellsTheMemberAndItsHeader)
+{
+    add("a.part1.rar");
+    const ItemPtr part = add("a.part2.rar");
+    part->setStatus(DownloadStatus::downloading);
+    turnEventLoop();
+    changes.clear();
+    part->setBytesReceived(5);
+    turnEventLoop();
+    ASSERT_EQ(changes.count(), 2);
+    EXPECT_EQ(changes[0][0].toModelIndex(), model.index(0, 0));
+    EXPECT_EQ(changes[1][0].toModelIndex(), model.index(1, 0, model.index(0, 0)));
+    EXPECT_FALSE(changes[0][2].value<QList<int>>().contains(Qt::SizeHintRole));
+}
+
+TEST_F(QueueGroupsTest, AHeaderGrowsByItsProgressLine)
+{
+    const ItemPtr first = add("a.part1.rar");
+    const ItemPtr second = add("a.part2.rar");
+    first->setStatus(DownloadStatus::queued);
+    second->setStatus(DownloadStatus::queued);
+    turnEventLoop();
+    changes.clear();
+    second->setStatus(DownloadStatus::downloading);
+    turnEventLoop();
+    EXPECT_TRUE(changes[0][2].value<QList<int>>().contains(Qt::SizeHintRole));
+    EXPECT_EQ(model.index(0, 0).data(QueueModel::LinesRole).value<RowLines::Int>(),
+              RowLines(RowLine::progress).toInt());
+}
+
+TEST_F(QueueGroupsTest, ANewNameShowsAtOnce)
+{
+    add("a.part1.rar");
+    add("a.part2.rar");
+    changes.clear();
+    workshop.manager().renameGroup(QStringLiteral("a"), QStringLiteral("My film"));
+    EXPECT_EQ(header(0).title, u"My film");
+    EXPECT_EQ(changes.count(), 1);
+    EXPECT_EQ(model.index(0, 0, model.index(0, 0)).data(QueueModel::NameRole).toString(), u"a.part1.rar");
+}
+
+TEST_F(QueueGroupsTest, FollowsManyStepsByReadingAllAnew)
+{
+    QStringList urls;
+    for (int i = 0; i < 60; ++i)
+        urls << url(QStringLiteral("s%1.part%2.rar").arg(i / 3).arg(i % 3 + 1));
+    const auto items = workshop.add(urls);
+    EXPECT_EQ(model.rowCount(), 20);
+    QSet<ItemId> firsts;
+    for (std::size_t i = 0; i < items.size(); i += 3)
+        firsts << items[i]->id();
+    workshop.manager().commands().removeItems(firsts);
+    EXPECT_EQ(model.rowCount(), 20);
+    EXPECT_EQ(model.rowCount(model.index(19, 0)), 2);
+    EXPECT_EQ(resets.count(), 1);
+}
+
+} // namespace
+} // namespace vormel

@@ -1,0 +1,193 @@
+#include "ui/queue/RowCommands.h"
+
+#include "fixtures/EventLoop.h"
+#include "fixtures/Workshop.h"
+#include "ui/FakeViewer.h"
+
+#include <gtest/gtest.h>
+
+namespace vormel {
+namespace {
+
+using fixtures::turnEventLoop;
+using S = DownloadStatus;
+
+class RowCommandsTest : public ::testing::Test
+{
+protected:
+    ItemPtr add(const char* name, DownloadStatus::Kind status)
+    {
+        const ItemPtr item = workshop.add(QStringLiteral("https://h.example/") + QString::fromLatin1(name));
+        item->setStatus(status);
+        turnEventLoop();
+        return item;
+    }
+    DownloadGroup addSet(DownloadStatus::Kind status)
+    {
+        add("a.part1.rar", status);
+        return *workshop.manager().visibleGroupOf(*add("a.part2.rar", status));
+    }
+    /// What becomes of an item in that state.
+    S::Kind resultOf(RowButton button, S::Kind before)
+    {
+        const ItemPtr item = add("a.zip", before);
+        commands.run(button, item);
+        const S::Kind after = item->status().kind();
+        workshop.manager().commands().removeItems({item->id()});
+        return after;
+    }
+
+    fixtures::Workshop workshop;
+    fixtures::FakeViewer viewer;
+    RowCommands commands{{workshop.manager(), workshop.clock, viewer}};
+};
+
+TEST_F(RowCommandsTest, PauseIsForWhatIsStillDownloading)
+{
+    EXPECT_EQ(resultOf(RowButton::pause, S::downloading), S::paused);
+    EXPECT_EQ(resultOf(RowButton::pause, S::completed), S::completed);
+}
+
+TEST_F(RowCommandsTest, StopKeepsTheItemOut)
+{
+    EXPECT_EQ(resultOf(RowButton::stop, S::queued), S::stopped);
+}
+
+TEST_F(RowCommandsTest, ResumeIsForWhatIsStillPaused)
+{
+    EXPECT_NE(resultOf(RowButton::resume, S::paused), S::paused);
+    EXPECT_EQ(resultOf(RowButton::resume, S::stopped), S::stopped);
+}
+
+TEST_F(RowCommandsTest, StartBringsAStoppedItemBack)
+{
+    EXPECT_NE(resultOf(RowButton::start, S::stopped), S::stopped);
+}
+
+TEST_F(RowCommandsTest, RetryQueuesAFailedItemAgain)
+{
+    EXPECT_NE(resultOf(RowButton::retry, S::failed), S::failed);
+}
+
+TEST_F(RowCommandsTest, ResyncBelievesTheDisk)
+{
+    const ItemPtr item = add("a.zip", S::completed);
+    item->setLocalPath(workshop.sandbox.path(QStringLiteral("gone.zip")));
+    commands.run(RowButton::redownload, item);
+    EXPECT_NE(item->status().kind(), S::completed);
+    item->setStatus(S::paused);
+    workshop.sandbox.write(QStringLiteral("Downloads/a.zip"), "x");
+    commands.run(RowButton::resync, item);
+    turnEventLoop();
+    EXPECT_NE(item->status().kind(), S::paused);
+}
+
+TEST_F(RowCommandsTest, RemoveTakesTheItemOut)
+{
+    const ItemPtr item = add("a.zip", S::paused);
+    commands.run(RowButton::remove, item);
+    EXPECT_TRUE(workshop.manager().items().empty());
+}
+
+TEST_F(RowCommandsTest, ShowsTheFileOfAnItemThatHasOne)
+{
+    const ItemPtr item = add("a.zip", S::completed);
+    commands.run(RowButton::showInViewer, item);
+    EXPECT_TRUE(viewer.shown.isEmpty());
+    item->setLocalPath(QStringLiteral("/srv/a.zip"));
+    commands.run(RowButton::showInViewer, item);
+    EXPECT_EQ(viewer.shown, QStringList{QStringLiteral("/srv/a.zip")});
+}
+
+TEST_F(RowCommandsTest, PauseOfAGroupIsForItsRunningItems)
+{
+    DownloadGroup group = addSet(S::downloading);
+    group.items[0]->setStatus(S::completed);
+    commands.run(RowButton::pauseGroup, group);
+    EXPECT_EQ(group.items[0]->status().kind(), S::completed);
+    EXPECT_EQ(group.items[1]->status().kind(), S::paused);
+}
+
+TEST_F(RowCommandsTest, StopAndStartAreForAllOfAGroup)
+{
+    const DownloadGroup group = addSet(S::queued);
+    commands.run(RowButton::stopGroup, group);
+    for (const ItemPtr& item : group.items)
+        EXPECT_EQ(item->status().kind(), S::stopped);
+    for (const RowButton start : {RowButton::startStoppedGroup, RowButton::startGroup}) {
+        commands.run(start, group);
+        for (const ItemPtr& item : group.items) {
+            EXPECT_NE(item->status().kind(), S::stopped);
+            item->setStatus(S::stopped);
+        }
+    }
+}
+
+TEST_F(RowCommandsTest, RepairReleasesTheRecoveryVolumes)
+{
+    const DownloadGroup group = addSet(S::completed);
+    const ItemPtr volume = add("a.part1.rev", S::paused);
+    commands.run(RowButton::repairGroup, group);
+    turnEventLoop();
+    EXPECT_NE(volume->status().kind(), S::paused);
+}
+
+TEST_F(RowCommandsTest, VerifyWithoutAFirstVolumeDoesNothing)
+{
+    const DownloadGroup group = addSet(S::completed);
+    commands.run(RowButton::verifyGroup, group); // no item has a file
+    turnEventLoop();
+    for (const ItemPtr& item : group.items)
+        EXPECT_EQ(item->status().kind(), S::completed);
+}
+
+TEST_F(RowCommandsTest, RemoveOfAGroupTakesItsHiddenVolumesToo)
+{
+    const DownloadGroup group = addSet(S::paused);
+    add("a.part1.rev", S::paused);
+    add("b.zip", S::paused);
+    commands.run(RowButton::removeGroup, group);
+    ASSERT_EQ(workshop.manager().items().size(), 1U);
+    EXPECT_EQ(workshop.manager().items().front()->filename(), u"b.zip");
+}
+
+TEST_F(RowCommandsTest, AButtonOfAnotherKindOfRowDoesNothing)
+{
+    const DownloadGroup group = addSet(S::paused);
+    commands.run(RowButton::remove, group);
+    commands.run(RowButton::removeGroup, group.items[0]);
+    EXPECT_EQ(workshop.manager().items().size(), 2U);
+}
+
+TEST_F(RowCommandsTest, GroupsMoveByOnePlaceAndStopAtTheEnds)
+{
+    add("a.zip", S::paused);
+    add("b.zip", S::paused);
+    add("c.zip", S::paused);
+    const auto names = [this] {
+        QString all;
+        for (const ItemPtr& item : workshop.manager().items())
+            all += item->filename().left(1);
+        return all;
+    };
+    const QStringList ids{QStringLiteral("a.zip"), QStringLiteral("b.zip"), QStringLiteral("c.zip")};
+    commands.moveGroup(ids, 0, true);
+    commands.moveGroup(ids, 2, false);
+    EXPECT_EQ(names(), u"abc");
+    commands.moveGroup(ids, 0, false);
+    EXPECT_EQ(names(), u"bac");
+    commands.moveGroup({ids[1], ids[0], ids[2]}, 2, true);
+    EXPECT_EQ(names(), u"bca");
+}
+
+TEST_F(RowCommandsTest, AnEmptyNameBringsTheOwnOneBack)
+{
+    EXPECT_FALSE(commands.hasCustomName(QStringLiteral("a")));
+    commands.renameGroup(QStringLiteral("a"), QStringLiteral("My film"));
+    EXPECT_TRUE(commands.hasCustomName(QStringLiteral("a")));
+    commands.renameGroup(QStringLiteral("a"), {});
+    EXPECT_FALSE(commands.hasCustomName(QStringLiteral("a")));
+}
+
+} // namespace
+} // namespace vormel
