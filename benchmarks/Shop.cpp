@@ -19,7 +19,7 @@ Shop::Shop(const CurlHttpClient::Options& network)
     : m_directory(scratchTemplate())
     , m_folders(Folders::below(QDir(m_directory.path()).absolutePath()))
     , m_program(m_folders, network)
-    , m_window(m_program.manager())
+    , m_window(m_program.queuePorts())
 {
     m_window.show();
     QCoreApplication::processEvents();
