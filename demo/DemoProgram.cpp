@@ -5,6 +5,7 @@
 #include "demo/DemoScript.h"
 #include "demo/DiskEvidence.h"
 #include "demo/DownloadsChapter.h"
+#include "demo/SetsChapter.h"
 #include "text/ByteCount.h"
 
 #include <QApplication>
@@ -12,6 +13,7 @@
 #include <QStorageInfo>
 #include <QTimer>
 
+#include <algorithm>
 #include <iostream>
 
 namespace vormel::demo {
@@ -35,7 +37,7 @@ class Show
 public:
     Show(const Folders& folders, const DemoSites& sites)
         : m_program(folders, sites.network())
-        , m_window(m_program.manager())
+        , m_window(m_program.queuePorts())
     {
         QObject::connect(qApp, &QApplication::aboutToQuit, &m_window, [this] { m_program.manager().shutDown(); });
         m_window.show();
@@ -58,41 +60,87 @@ void closeAndEnd(MainWindow& window)
 
 } // namespace
 
-DemoProgram::DemoProgram()
-    : m_folder(QDir::temp().filePath(QStringLiteral("vormel-demo-XXXXXX")))
-    , m_folders(Folders::below(m_folder.path()))
+DemoProgram::DemoProgram(const Places& places)
+    : m_places(places)
+    , m_folders(Folders::below(places.home))
 {}
 
 int DemoProgram::present()
 {
     if (!hasRoom())
         return EXIT_FAILURE;
+    const QString objection = packSets();
     introduce();
+    if (!objection.isEmpty())
+        print(QStringLiteral("There are no sets of archives to be seen: %1.").arg(objection));
     Show show(m_folders, m_sites);
     show.manager().settings().maxDownloadSpeedKBps.set(capToWatchKBps);
-    show.manager().addURLs(m_sites.links(), std::nullopt);
+    show.manager().addURLs(linksToWatch(), std::nullopt);
     QTimer::singleShot(timeToReadTheList, &show.window(), [&show] { show.manager().startAll(); });
     return QApplication::exec();
 }
 
-int DemoProgram::perform(const QString& output)
+std::vector<Link> DemoProgram::linksToWatch() const
+{
+    std::vector<Link> links = m_sites.links();
+    if (m_sets) {
+        for (const FilmSet* set : {&m_sets->spoilt, &m_sets->secret})
+            std::ranges::copy(set->links(), std::back_inserter(links));
+    }
+    return links;
+}
+
+int DemoProgram::perform(const QString& output, bool mustPlayAll)
 {
     if (!hasRoom())
         return EXIT_FAILURE;
     m_report.say(
-        QStringLiteral("Playing with servers on 127.0.0.1 in %1; screenshots go to %2").arg(m_folder.path(), output));
+        QStringLiteral("Playing with servers on 127.0.0.1 in %1; screenshots go to %2").arg(m_places.home, output));
+    prepareSets(mustPlayAll);
     play(output);
     if (m_report.allHeld())
         checkNewStart();
     return m_report.conclude();
 }
 
+/// Gives what stands in the way.
+QString DemoProgram::packSets()
+{
+    const QStringList missing = missingSetTools();
+    if (!missing.isEmpty())
+        return QStringLiteral("not installed: ") + missing.join(QStringLiteral(", "));
+    DemoSets sets = plannedSets();
+    if (!pack(sets.spoilt, m_places.home) || !pack(sets.secret, m_places.home))
+        return QStringLiteral("rar did not make them");
+    m_sites.serve(sets.spoilt);
+    m_sites.serve(sets.secret);
+    m_sets = std::move(sets);
+    return {};
+}
+
+void DemoProgram::prepareSets(bool mustPlayAll)
+{
+    const QString objection = packSets();
+    const bool areToolsMissing = !missingSetTools().isEmpty();
+    if (areToolsMissing && !mustPlayAll)
+        m_report.say(QStringLiteral("LEFT OUT: everything about sets of archives; ") + objection);
+    else
+        m_report.check(QStringLiteral("rar has made the sets of archives"), objection);
+}
+
 void DemoProgram::play(const QString& output)
 {
     Show show(m_folders, m_sites);
-    DownloadsChapter downloads({show.manager(), m_sites, m_folders});
-    DemoScript script(downloads.steps(),
-                      {show.window(), m_report, output, [&downloads] { return downloads.progress(); }});
+    const Stage stage{show.manager(), m_sites, m_folders, m_places.trash};
+    DownloadsChapter downloads(stage);
+    std::vector<Step> steps = downloads.steps();
+    std::optional<SetsChapter> sets;
+    if (m_sets) {
+        sets.emplace(stage, show.window(), *m_sets);
+        std::ranges::move(sets->steps(), std::back_inserter(steps));
+    }
+    const auto progress = [&] { return sets && sets->hasBegun() ? sets->progress() : downloads.progress(); };
+    DemoScript script(std::move(steps), {show.window(), m_report, output, progress});
     bool isPlayedToEnd = false;
     QObject::connect(&script, &DemoScript::ended, &show.window(), [&] {
         isPlayedToEnd = true;
@@ -118,8 +166,10 @@ void DemoProgram::checkNewStart()
 
 bool DemoProgram::hasRoom() const
 {
-    const qint64 needed = m_sites.bytesToCome() + m_sites.spareFile().content.size();
-    const qint64 available = m_folder.isValid() ? QStorageInfo(m_folder.path()).bytesAvailable() : 0;
+    const DemoSets sets = plannedSets();
+    const qint64 needed = m_sites.bytesToCome() + m_sites.spareFile().content.size() + sets.spoilt.bytesToCome() +
+                          sets.secret.bytesToCome();
+    const qint64 available = std::max<qint64>(QStorageInfo(m_places.home).bytesAvailable(), 0); // -1 for no folder
     if (available >= needed)
         return true;
     print(QStringLiteral("The demo needs %1 in %2, where %3 are free. Set TMPDIR to another folder.")
@@ -130,12 +180,13 @@ bool DemoProgram::hasRoom() const
 void DemoProgram::introduce() const
 {
     print(QStringLiteral(
-              "Vormel with its queue filled: a large file whose connection is cut once in the middle, an archive,\n"
-              "a set of five volumes and a link that fails. The speed is capped so that there is time to watch.\n"
+              "Vormel with its queue filled: a large file whose connection is cut once in the middle, smaller ones,\n"
+              "a link that fails, a set of archives that has to be repaired, and one whose password is \"%3\".\n"
+              "The speed is capped so that there is time to watch.\n"
               "Every address leads to the demo's own server on 127.0.0.1. To add a download yourself, press\n"
               "Add URLs, paste %1 and press Start All.\n"
               "The files lie in %2 until the window is closed, which ends the demo.")
-              .arg(m_sites.spareFile().link().absoluteString(), m_folders.downloads));
+              .arg(m_sites.spareFile().link().absoluteString(), m_folders.downloads, plannedSets().secret.password));
 }
 
 } // namespace vormel::demo

@@ -1,33 +1,45 @@
 #pragma once
 
+#include "demo/DemoSets.h"
 #include "demo/DemoSites.h"
 #include "demo/Report.h"
 #include "platform/desktop/Folders.h"
 
-#include <QTemporaryDir>
+#include <optional>
 
 namespace vormel::demo {
 
-/// The real program with its window, over the demo's servers and in a throw-away folder that is gone at the end.
+/// The real program with its window, over the demo's servers.
 class DemoProgram
 {
 public:
-    DemoProgram();
+    /// A folder that is thrown away afterwards, and the Trash of the desktop, which is to lie in it.
+    struct Places
+    {
+        QString home;
+        QString trash;
+    };
+    explicit DemoProgram(const Places& places);
 
     /// For a person at the window. Ends when it is closed; gives the exit code.
     [[nodiscard]] int present();
-    /// Plays by itself and checks what it does; screenshots go into the folder.
-    [[nodiscard]] int perform(const QString& output);
+    /// Plays by itself and checks what it does; screenshots go into the folder. Without the programs that make and
+    /// unpack sets, their chapter is left out; with mustPlayAll that is a failure.
+    [[nodiscard]] int perform(const QString& output, bool mustPlayAll);
 
 private:
     [[nodiscard]] bool hasRoom() const;
     void introduce() const;
+    [[nodiscard]] std::vector<Link> linksToWatch() const;
+    [[nodiscard]] QString packSets();
+    void prepareSets(bool mustPlayAll);
     void play(const QString& output);
     void checkNewStart();
 
-    QTemporaryDir m_folder;
+    Places m_places;
     Folders m_folders;
     DemoSites m_sites;
+    std::optional<DemoSets> m_sets; ///< once they are packed
     Report m_report;
 };
 

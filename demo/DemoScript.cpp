@@ -2,7 +2,9 @@
 
 #include "demo/Report.h"
 
+#include <QDialog>
 #include <QDir>
+#include <QPainter>
 #include <QPixmap>
 #include <QWidget>
 
@@ -14,6 +16,18 @@ using namespace std::chrono_literals;
 
 constexpr auto lookInterval = 20ms;
 constexpr auto progressInterval = 1s;
+
+/// The window with the sheets over it, which are windows of their own.
+QPixmap pictureOf(QWidget& window)
+{
+    QPixmap picture = window.grab();
+    QPainter painter(&picture);
+    for (QDialog* sheet : window.findChildren<QDialog*>()) {
+        if (sheet->isVisible())
+            painter.drawPixmap(window.mapFromGlobal(sheet->mapToGlobal(QPoint())), sheet->grab());
+    }
+    return picture;
+}
 
 bool isOver(const QElapsedTimer& timer, std::chrono::milliseconds time)
 {
@@ -97,7 +111,7 @@ void DemoScript::takeScreenshot()
     const QString& name = m_steps[m_current].screenshot;
     if (name.isEmpty())
         return;
-    const bool isSaved = m_surroundings.window.grab().save(QDir(m_surroundings.output).filePath(name));
+    const bool isSaved = pictureOf(m_surroundings.window).save(QDir(m_surroundings.output).filePath(name));
     m_surroundings.report.check(QStringLiteral("screenshot ") + name + QStringLiteral(" is written"),
                                 isSaved ? QString() : QStringLiteral("the file could not be written"));
 }

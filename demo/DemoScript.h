@@ -22,6 +22,11 @@ struct Check
     std::function<QString()> objection;
 };
 
+[[nodiscard]] inline QString unless(bool holds, const QString& objection)
+{
+    return holds ? QString() : objection;
+}
+
 /// One thing that is done, the state that it leads to, and what has to be true then.
 struct Step
 {

@@ -12,15 +12,15 @@ using sites::PatternContent;
 using sites::Request;
 
 constexpr qint64 mebibyte = 1024 * 1024;
-constexpr int volumeCount = 5;
+constexpr int episodeCount = 5;
 
-/// Each volume has other content, and the last one is shorter, as in a real set.
-Sample volume(int number)
+/// Each episode has other content, and the last one is shorter.
+Sample episode(int number)
 {
     constexpr std::uint64_t firstSeed = 100;
-    const qint64 size = number == volumeCount ? 9 * mebibyte + 12345 : 16 * mebibyte;
+    const qint64 size = number == episodeCount ? 9 * mebibyte + 12345 : 16 * mebibyte;
     return {QStringLiteral("films.example"),
-            QStringLiteral("Documentary.Rivers.Of.The.Far.North.S01.Complete.1080p.WEB.H264.part%1.rar").arg(number),
+            QStringLiteral("Documentary.Rivers.Of.The.Far.North.S01E0%1.1080p.WEB.H264.mkv").arg(number),
             PatternContent(firstSeed + static_cast<std::uint64_t>(number), size)};
 }
 
@@ -29,11 +29,12 @@ std::vector<Sample> makeSamples()
     std::vector<Sample> samples{
         {QStringLiteral("media.example"), QStringLiteral("Coastal.Walks.Ireland.2160p.mkv"),
          PatternContent(1, 192 * mebibyte)},
-        {QStringLiteral("photos.example"), QStringLiteral("Holiday.Photos.2026.zip"), PatternContent(2, 32 * mebibyte)},
+        {QStringLiteral("photos.example"), QStringLiteral("Holiday.Slideshow.2026.mp4"),
+         PatternContent(2, 32 * mebibyte)},
         {QStringLiteral("music.example"), QStringLiteral("Open.Air.Concert.2026.flac"), PatternContent(3, 0), true},
     };
-    for (int number = 1; number <= volumeCount; ++number)
-        samples.push_back(volume(number));
+    for (int number = 1; number <= episodeCount; ++number)
+        samples.push_back(episode(number));
     return samples;
 }
 
@@ -77,6 +78,24 @@ void DemoSites::serve(const Sample& sample)
     if (sample.isGone)
         resource.answers = {Answer::page(404, "<html><body><h1>Not found</h1>This file was removed.</body></html>")};
     m_server.serve(sample.path(), std::move(resource));
+}
+
+void DemoSites::serve(const FilmSet& set)
+{
+    for (std::size_t place = 0; place < set.volumes.size(); ++place) {
+        const FilmSet::Volume& volume = set.volumes[place];
+        const bool isSpoilt = set.spoilt == place;
+        const sites::Content content = isSpoilt ? "<html><body>Please come back later.</body></html>" : volume.bytes;
+        m_server.serve(volume.path(), {.content = content});
+    }
+}
+
+std::size_t DemoSites::recoveryVolumesAskedFor(const FilmSet& set) const
+{
+    return static_cast<std::size_t>(
+        std::count_if(set.volumes.begin(), set.volumes.end(), [this](const FilmSet::Volume& volume) {
+            return volume.isRecovery && !m_server.requests(volume.path()).empty();
+        }));
 }
 
 void DemoSites::serveLargeFile()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "demo/FilmSet.h"
 #include "platform/http/CurlHttpClient.h"
 #include "sites/FileServer.h"
 #include "text/Link.h"
@@ -47,6 +48,10 @@ public:
     [[nodiscard]] std::size_t requestCount() const { return m_server.requests().size(); }
     /// The Range header of each request for the file so far, empty for a request without one.
     [[nodiscard]] std::vector<std::string> rangesAskedFor(const Sample& sample) const;
+
+    /// From now on. Where the spoilt volume should be is a page that does not say that it is one.
+    void serve(const FilmSet& set);
+    [[nodiscard]] std::size_t recoveryVolumesAskedFor(const FilmSet& set) const;
 
 private:
     void serve(const Sample& sample);

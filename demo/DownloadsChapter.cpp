@@ -20,11 +20,6 @@ constexpr qint64 slowKBps = 10 * 1024;
 constexpr qint64 fastKBps = 50 * 1024;
 constexpr double shareBeforePause = 0.03;
 
-QString unless(bool holds, const QString& objection)
-{
-    return holds ? QString() : objection;
-}
-
 } // namespace
 
 DownloadsChapter::DownloadsChapter(const Stage& stage)

@@ -12,6 +12,7 @@ struct Stage
     DownloadManager& manager;
     const DemoSites& sites;
     const Folders& folders;
+    QString trash; ///< where thrown-away files go
 };
 
 } // namespace vormel::demo

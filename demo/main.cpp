@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
+#include <QTemporaryDir>
 
 #include <iostream>
 
@@ -15,6 +16,15 @@ void forgetProxies()
 {
     for (const char* name : {"http_proxy", "https_proxy", "all_proxy", "HTTP_PROXY", "HTTPS_PROXY", "ALL_PROXY"})
         qunsetenv(name);
+}
+
+/// What the program throws away is not to come into the user's own Trash, nor to be left behind in that of the disk.
+void liveIn(const QString& folder)
+{
+    if (!qEnvironmentVariableIsSet("XAUTHORITY"))
+        qputenv("XAUTHORITY", QFile::encodeName(QDir::home().filePath(QStringLiteral(".Xauthority"))));
+    qputenv("HOME", QFile::encodeName(folder));
+    qputenv("XDG_DATA_HOME", QFile::encodeName(folder));
 }
 
 void nameProgram()
@@ -45,10 +55,10 @@ Wishes readCommandLine()
     return {parser.isSet(unattended), parser.value(output)};
 }
 
-int perform(const QString& output)
+int perform(vormel::demo::DemoProgram& demo, const QString& output)
 {
     if (QDir().mkpath(output))
-        return vormel::demo::DemoProgram().perform(output);
+        return demo.perform(output, qEnvironmentVariable("CI") == u"true");
     std::cerr << "The folder cannot be made: " << output.toStdString() << std::endl;
     return EXIT_FAILURE;
 }
@@ -58,6 +68,8 @@ int perform(const QString& output)
 int main(int argc, char** argv)
 {
     forgetProxies();
+    const QTemporaryDir home(QDir::temp().filePath(QStringLiteral("vormel-demo-XXXXXX")));
+    liveIn(home.path());
     vormel::TerminationSignals signalsOfTheSystem; // before any thread is started
     const QApplication application(argc, argv);
     nameProgram();
@@ -65,5 +77,6 @@ int main(int argc, char** argv)
                      &QApplication::quit);
     signalsOfTheSystem.listen();
     const Wishes wishes = readCommandLine();
-    return wishes.isUnattended ? perform(wishes.output) : vormel::demo::DemoProgram().present();
+    vormel::demo::DemoProgram demo({home.path(), home.filePath(QStringLiteral("Trash/files"))});
+    return wishes.isUnattended ? perform(demo, wishes.output) : demo.present();
 }

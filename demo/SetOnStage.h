@@ -1,0 +1,49 @@
+#pragma once
+
+#include "demo/FilmSet.h"
+#include "demo/Stage.h"
+
+#include <QObject>
+
+namespace vormel::demo {
+
+/// One set in the running program, from the first link in the queue to the film on the disk. Remembers through what its
+/// archive went, however short it was. The stage must outlive it.
+class SetOnStage
+{
+public:
+    SetOnStage(const Stage& stage, FilmSet set);
+
+    [[nodiscard]] const FilmSet& set() const { return m_set; }
+    /// Members in the queue, recovery volumes included.
+    [[nodiscard]] std::vector<ItemPtr> items() const;
+    [[nodiscard]] int countRecoveryVolumes() const;
+    [[nodiscard]] int count(DownloadStatus::Kind status) const;
+    /// Of the bytes of the volumes, recovery volumes left out.
+    [[nodiscard]] double share() const;
+    /// How often the archive went into that state so far.
+    [[nodiscard]] int timesIn(ExtractionStatus::Kind status) const;
+    /// How many recovery volumes the server had been asked for when the archive first was to be repaired.
+    [[nodiscard]] std::size_t askedForTooEarly() const { return m_askedForTooEarly; }
+
+    // What speaks against a claim; nothing where it holds.
+    [[nodiscard]] QString objectionToGroup() const;
+    /// Unpacked, and whatever was of use on the way is gone.
+    [[nodiscard]] QString missingEnd() const;
+    [[nodiscard]] QString objectionToFilm() const;
+    [[nodiscard]] QString objectionToFolder() const;
+    /// Are the recovery volumes in it?
+    [[nodiscard]] QString objectionToTrash() const;
+
+private:
+    [[nodiscard]] QString folder() const;
+    void note(const ItemPtr& item);
+
+    Stage m_stage;
+    FilmSet m_set;
+    std::vector<ExtractionStatus> m_history;
+    std::size_t m_askedForTooEarly = 0;
+    QObject m_hearing; ///< the connections to the manager end with it
+};
+
+} // namespace vormel::demo

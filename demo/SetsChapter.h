@@ -1,0 +1,52 @@
+#pragma once
+
+#include "demo/DemoScript.h"
+#include "demo/DemoSets.h"
+#include "demo/SetOnStage.h"
+#include "demo/Stage.h"
+
+class QTreeView;
+
+namespace vormel::demo {
+
+/// Sets of archives from their links to the films in them: one with a volume that turns out to be spoilt and is
+/// rebuilt, and one with a password. Afterwards the queue is what it was before. Must outlive its steps.
+class SetsChapter
+{
+public:
+    /// The window must outlive the chapter.
+    SetsChapter(const Stage& stage, const QWidget& window, const DemoSets& sets);
+
+    [[nodiscard]] std::vector<Step> steps();
+    [[nodiscard]] bool hasBegun() const { return m_itemsBefore > 0; }
+    /// How far things are, in one line.
+    [[nodiscard]] QString progress() const;
+
+private:
+    [[nodiscard]] Step add();
+    [[nodiscard]] Step start();
+    [[nodiscard]] Step open();
+    [[nodiscard]] Step fail();
+    [[nodiscard]] Step repair();
+    [[nodiscard]] Step finish();
+    [[nodiscard]] Step askPassword();
+    [[nodiscard]] Step tryWrongPassword();
+    [[nodiscard]] Step extract();
+    [[nodiscard]] Step finishSecret();
+    [[nodiscard]] Step clear();
+
+    void add(const FilmSet& set);
+    void startAll(qint64 capKBps);
+    [[nodiscard]] QModelIndex header(const FilmSet& set) const;
+    void setOpen(const FilmSet& set, bool isOpen);
+    [[nodiscard]] QString missingUnderWay() const;
+    [[nodiscard]] QString missingQuestion(bool afterWrongPassword) const;
+
+    Stage m_stage;
+    QTreeView* m_list;
+    SetOnStage m_spoilt;
+    SetOnStage m_secret;
+    std::size_t m_itemsBefore = 0;
+};
+
+} // namespace vormel::demo
