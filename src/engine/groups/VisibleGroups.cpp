@@ -24,7 +24,7 @@ bool isVisible(const DownloadItem& item, const ItemTable& table, bool downloadRe
 {
     if (!isRevName(item.filename()))
         return true;
-    const DownloadStatus& status = item.status();
+    const DownloadStatus::Kind status = item.status().kind();
     return status == DownloadStatus::downloading || status == DownloadStatus::completed ||
            (downloadRevFiles && shouldDownloadRev(item, table));
 }
