@@ -17,7 +17,7 @@ class GroupChanges
 public:
     struct Change
     {
-        QueueEntry* entry;                  ///< null: a row that is missing so far
+        QueueEntry* entry = nullptr;        ///< null: a row that is missing so far
         std::optional<DownloadGroup> group; ///< nothing: the row goes
     };
 

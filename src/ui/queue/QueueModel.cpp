@@ -31,7 +31,7 @@ QVariant QueueModel::data(const QModelIndex& index, int role) const
     if (role == LinesRole)
         return QVariant::fromValue(toldLines(entryOf(index), index).toInt());
     const ItemPtr shown = item(index);
-    return shown ? itemData(*shown, index, role) : groupData(entryOf(index), role);
+    return shown ? rowData(*shown, index, role) : groupData(entryOf(index), role);
 }
 
 RowLines QueueModel::toldLines(const QueueEntry& entry, const QModelIndex& index)
@@ -39,7 +39,7 @@ RowLines QueueModel::toldLines(const QueueEntry& entry, const QModelIndex& index
     return index.internalPointer() ? entry.members[static_cast<std::size_t>(index.row())] : entry.ownLines;
 }
 
-QVariant QueueModel::itemData(const DownloadItem& item, const QModelIndex& index, int role) const
+QVariant QueueModel::rowData(const DownloadItem& item, const QModelIndex& index, int role) const
 {
     switch (role) {
     case IdRole:

@@ -50,7 +50,7 @@ private:
     [[nodiscard]] bool mayRegroup(const DownloadItem& item, ItemFields fields) const;
     [[nodiscard]] bool readLines(QueueEntry* parent, int row);
 
-    [[nodiscard]] QVariant itemData(const DownloadItem& item, const QModelIndex& index, int role) const;
+    [[nodiscard]] QVariant rowData(const DownloadItem& item, const QModelIndex& index, int role) const;
     [[nodiscard]] QVariant groupData(const QueueEntry& entry, int role) const;
     [[nodiscard]] QVariant contentValue(const RowContent& content, int role) const;
     [[nodiscard]] HeaderContent header(const QueueEntry& entry) const;

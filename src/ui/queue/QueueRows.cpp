@@ -72,7 +72,7 @@ void QueueRows::setId(QueueEntry& entry, const QString& id)
     place(entry);
 }
 
-void QueueRows::numberFrom(int row)
+void QueueRows::numberFrom(int row) const
 {
     for (int i = row; i < count(); ++i)
         at(i).row = i;

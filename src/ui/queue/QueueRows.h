@@ -54,7 +54,7 @@ public:
     void setId(QueueEntry& entry, const QString& id);
 
 private:
-    void numberFrom(int row);
+    void numberFrom(int row) const;
     void place(QueueEntry& entry);
     void forget(const QueueEntry& entry);
 
