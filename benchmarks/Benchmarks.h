@@ -11,6 +11,10 @@ void benchTransferTls(Report& report);
 void benchSmallFiles(Report& report);
 /// What a queue of 10,000 items costs.
 void benchQueue(Report& report);
+/// What sets cost in such a queue, from a command or a change until the window shows it.
+void benchGroups(Report& report);
+/// What unpacking a set of 1 GiB costs beyond the bare tool.
+void benchExtract(Report& report);
 /// From process start to the first painted frame, and memory at rest.
 void benchWindow(Report& report);
 /// How well each speed cap of the menu is kept by three transfers.

@@ -8,24 +8,61 @@
 
 namespace vormel::bench {
 
+namespace {
+
+std::shared_ptr<const QueueRecord> record(int number, const QString& name, DownloadStatus::Kind status)
+{
+    const QString url = QStringLiteral("https://files%1.example/d/%2/%3")
+                            .arg(number % 7)
+                            .arg(number * 7919, 10, 10, QChar(u'0'))
+                            .arg(name);
+    DownloadItem item(*Link::parse(url), ItemId::make());
+    item.setStatus(status);
+    item.setTotalBytes(qint64{1000003} * (number + 1));
+    item.setBytesReceived(qint64{500001} * (number + 1));
+    item.setProgress(0.5);
+    return encodeRecord(item);
+}
+
+void write(const Folders& folders, const std::vector<std::shared_ptr<const QueueRecord>>& records)
+{
+    QDir().mkpath(folders.applicationSupport);
+    if (!replaceWholeFile(folders.applicationSupport + QStringLiteral("/download_queue.json"), encodeQueue(records)))
+        giveUp(QStringLiteral("cannot write the queue file"));
+}
+
+QString nameInSets(int number, int firstSet)
+{
+    constexpr int smallSet = 20;
+    constexpr int cycle = smallSet + 10; // a set and ten single files
+    const QString release = QStringLiteral("Some.Long.Release.Name.2026.1080p.%1");
+    if (number < firstSet)
+        return release.arg(u"first") + QStringLiteral(".part%1.rar").arg(number + 1, 3, 10, QChar(u'0'));
+    const int place = (number - firstSet) % cycle;
+    if (place < smallSet)
+        return release.arg((number - firstSet) / cycle) +
+               QStringLiteral(".part%1.rar").arg(place + 1, 2, 10, QChar(u'0'));
+    return release.arg(number) + QStringLiteral(".bin");
+}
+
+} // namespace
+
 void writeLongQueue(const Folders& folders, int items)
 {
     std::vector<std::shared_ptr<const QueueRecord>> records;
     for (int i = 0; i < items; ++i) {
-        const QString url = QStringLiteral("https://files%1.example/d/%2/Some.Long.Release.Name.2026.1080p.%3.bin")
-                                .arg(i % 7)
-                                .arg(i * 7919, 10, 10, QChar(u'0'))
-                                .arg(i);
-        DownloadItem item(*Link::parse(url), ItemId::make());
-        item.setStatus(i % 10 == 0 ? DownloadStatus::completed : DownloadStatus::paused);
-        item.setTotalBytes(qint64{1000003} * (i + 1));
-        item.setBytesReceived(qint64{500001} * (i + 1));
-        item.setProgress(0.5);
-        records.push_back(encodeRecord(item));
+        records.push_back(record(i, QStringLiteral("Some.Long.Release.Name.2026.1080p.%1.bin").arg(i),
+                                 i % 10 == 0 ? DownloadStatus::completed : DownloadStatus::paused));
     }
-    QDir().mkpath(folders.applicationSupport);
-    if (!replaceWholeFile(folders.applicationSupport + QStringLiteral("/download_queue.json"), encodeQueue(records)))
-        giveUp(QStringLiteral("cannot write the queue file"));
+    write(folders, records);
+}
+
+void writeLongQueueOfSets(const Folders& folders, int items, int firstSet)
+{
+    std::vector<std::shared_ptr<const QueueRecord>> records;
+    for (int i = 0; i < items; ++i)
+        records.push_back(record(i, nameInSets(i, firstSet), DownloadStatus::paused));
+    write(folders, records);
 }
 
 } // namespace vormel::bench

@@ -66,6 +66,17 @@ Cost costOf(const std::function<void()>& action)
     return measured(RUSAGE_SELF, action);
 }
 
+double medianMilliseconds(const std::function<void()>& action, const std::function<void()>& before)
+{
+    constexpr int repeats = 21;
+    std::vector<Cost> costs;
+    for (int i = 0; i < repeats; ++i) {
+        before();
+        costs.push_back(costOf(action));
+    }
+    return median(costs).wall * 1000;
+}
+
 void settleDisk()
 {
     ::sync();

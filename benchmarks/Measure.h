@@ -24,6 +24,10 @@ struct Cost
 /// Runs the action in this process.
 [[nodiscard]] Cost costOf(const std::function<void()>& action);
 
+/// The middle of 21 runs of the action in this process, each after a preparation that does not count. Wall time.
+[[nodiscard]] double medianMilliseconds(
+    const std::function<void()>& action, const std::function<void()>& before = [] {});
+
 /// Waits until what was written so far is on disk, so that no run pays for the one before.
 void settleDisk();
 

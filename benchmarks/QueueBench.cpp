@@ -10,18 +10,6 @@ namespace vormel::bench {
 namespace {
 
 constexpr int itemCount = 10000;
-constexpr int repeats = 21;
-
-double medianMilliseconds(
-    const std::function<void()>& action, const std::function<void()>& before = [] {})
-{
-    std::vector<Cost> costs;
-    for (int i = 0; i < repeats; ++i) {
-        before();
-        costs.push_back(costOf(action));
-    }
-    return median(costs).wall * 1000;
-}
 
 } // namespace
 

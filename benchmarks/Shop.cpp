@@ -15,9 +15,16 @@ QString scratchTemplate()
     return QStringLiteral("build/bench/scratch-XXXXXX");
 }
 
-Shop::Shop(const CurlHttpClient::Options& network)
+Folders Shop::furnished(const QString& path, const Furnish& furnish)
+{
+    Folders folders = Folders::below(QDir(path).absolutePath());
+    furnish(folders);
+    return folders;
+}
+
+Shop::Shop(const CurlHttpClient::Options& network, const Furnish& furnish)
     : m_directory(scratchTemplate())
-    , m_folders(Folders::below(QDir(m_directory.path()).absolutePath()))
+    , m_folders(furnished(m_directory.path(), furnish))
     , m_program(m_folders, network)
     , m_window(m_program.queuePorts())
 {

@@ -5,14 +5,20 @@
 
 #include <QTemporaryDir>
 
+#include <functional>
+
 namespace vormel::bench {
 
 /// The real program with its window, in a profile that goes with it.
 class Shop
 {
 public:
-    explicit Shop(const CurlHttpClient::Options& network = {});
+    /// `furnish` may put things into the profile before the program starts on it.
+    using Furnish = std::function<void(const Folders&)>;
+    explicit Shop(
+        const CurlHttpClient::Options& network = {}, const Furnish& furnish = [](const Folders&) {});
 
+    [[nodiscard]] MainWindow& window() { return m_window; }
     [[nodiscard]] DownloadManager& manager() { return m_program.manager(); }
     [[nodiscard]] QString downloads() const { return m_folders.downloads; }
 
@@ -20,6 +26,8 @@ public:
     void fetch(const QStringList& urls);
 
 private:
+    [[nodiscard]] static Folders furnished(const QString& path, const Furnish& furnish);
+
     QTemporaryDir m_directory;
     Folders m_folders;
     Program m_program;

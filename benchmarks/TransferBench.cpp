@@ -1,9 +1,9 @@
 #include "Benchmarks.h"
 #include "Measure.h"
+#include "PatternFile.h"
 #include "Shop.h"
 #include "SpliceClient.h"
 #include "sites/NginxServer.h"
-#include "sites/PatternContent.h"
 #include "sites/TestCertificates.h"
 
 #include <QDir>
@@ -14,7 +14,6 @@ namespace vormel::bench {
 namespace {
 
 using sites::NginxServer;
-using sites::PatternContent;
 using sites::TestCertificates;
 
 constexpr qint64 fileSize = qint64{1024} * 1024 * 1024;
@@ -29,7 +28,7 @@ public:
     {
         const QDir folder(QDir(m_directory.path()).absolutePath());
         folder.mkpath(QStringLiteral("www"));
-        writeFile(folder.filePath(QStringLiteral("www/large.bin")));
+        writePatternFile(folder.filePath(QStringLiteral("www/large.bin")), fileSize);
         NginxServer::Options options{.folder = folder.filePath(QStringLiteral("nginx")).toStdString(),
                                      .documentRoot = folder.filePath(QStringLiteral("www")).toStdString()};
         if (certificates) {
@@ -48,19 +47,6 @@ public:
     }
 
 private:
-    static void writeFile(const QString& path)
-    {
-        const PatternContent content(1, fileSize);
-        std::vector<char> block(4 * 1024 * 1024);
-        QFile file(path);
-        if (!file.open(QIODevice::WriteOnly))
-            giveUp(QStringLiteral("cannot write ") + path);
-        for (qint64 at = 0; at < fileSize; at += static_cast<qint64>(block.size())) {
-            content.fill(at, block);
-            file.write(block.data(), static_cast<qint64>(block.size()));
-        }
-    }
-
     QTemporaryDir m_directory;
     QString m_authority;
     std::optional<NginxServer> m_server;

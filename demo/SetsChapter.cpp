@@ -147,8 +147,12 @@ Step SetsChapter::extract()
         const int runs = m_secret.timesIn(ExtractionStatus::extracting); // the first two wanted a password
         return unless(runs > 2, QStringLiteral("the archive is not being unpacked"));
     };
+    const auto begin = [this] {
+        setOpen(m_secret.set(), true);
+        m_stage.manager.submitExtractionPassword(m_secret.set().password);
+    };
     return {.title = QStringLiteral("Answering with the right password"),
-            .begin = [this] { m_stage.manager.submitExtractionPassword(m_secret.set().password); },
+            .begin = begin,
             .goal = QStringLiteral("extracting: the archive is unpacked"),
             .missing = missing,
             .settling = 0ms,

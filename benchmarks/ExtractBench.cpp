@@ -1,0 +1,124 @@
+#include "Benchmarks.h"
+#include "Measure.h"
+#include "PatternFile.h"
+#include "Shop.h"
+#include "archive/tools/ToolArguments.h"
+#include "engine/queue/QueueRecords.h"
+#include "platform/storage/WholeFile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace vormel::bench {
+
+namespace {
+
+constexpr qint64 filmSize = qint64{1024} * 1024 * 1024;
+constexpr int rounds = 7;
+constexpr QLatin1StringView packer("/usr/bin/rar");
+constexpr QLatin1StringView unpacker("/usr/bin/unrar");
+
+QDir setFolder(const QString& downloads)
+{
+    return {downloads + QStringLiteral("/film")};
+}
+
+QString film(const QDir& folder)
+{
+    return folder.filePath(QStringLiteral("film.bin"));
+}
+
+/// A stored set in 100 MB volumes, as if it had just come down.
+QStringList makeSet(const QDir& folder)
+{
+    folder.mkpath(QStringLiteral("."));
+    writePatternFile(film(folder), filmSize);
+    (void)costOfProgram(packer,
+                        {QStringLiteral("a"), QStringLiteral("-idq"), QStringLiteral("-m0"), QStringLiteral("-ep"),
+                         QStringLiteral("-v100m"), folder.filePath(QStringLiteral("film.rar")), film(folder)});
+    QStringList volumes;
+    for (const QString& name : folder.entryList({QStringLiteral("*.rar")}, QDir::Files, QDir::Name))
+        volumes << folder.filePath(name);
+    return volumes;
+}
+
+/// The profile of somebody to whom the set has come down.
+void furnish(const Folders& folders)
+{
+    std::vector<std::shared_ptr<const QueueRecord>> records;
+    for (const QString& volume : makeSet(setFolder(folders.downloads))) {
+        const QString url = QStringLiteral("http://films.example/") + QFileInfo(volume).fileName();
+        DownloadItem item(*Link::parse(url), ItemId::make());
+        item.setLocalPath(volume);
+        item.setTotalBytes(QFileInfo(volume).size());
+        item.setBytesReceived(item.totalBytes());
+        item.setProgress(1);
+        item.setStatus(DownloadStatus::completed);
+        records.push_back(encodeRecord(item));
+    }
+    QDir().mkpath(folders.applicationSupport);
+    if (!replaceWholeFile(folders.applicationSupport + QStringLiteral("/download_queue.json"), encodeQueue(records)))
+        giveUp(QStringLiteral("cannot write the queue file"));
+}
+
+Cost ours(DownloadManager& manager)
+{
+    const ItemPtr first = manager.items().front();
+    return costOf([&manager, &first] {
+        manager.retryExtraction(first->id());
+        turnUntil([&first] {
+            if (first->extractionStatus() == ExtractionStatus::failed)
+                giveUp(first->extractionStatus().message());
+            return first->extractionStatus() == ExtractionStatus::done;
+        });
+    });
+}
+
+/// In a session of its own, as Vormel starts its tools: the kernel shares a busy machine out by sessions.
+Cost bare(const DownloadManager& manager)
+{
+    const QString first = manager.items().front()->localPath().value();
+    const QStringList arguments = rarArguments(first, QFileInfo(first).path(), std::nullopt);
+    return costOfProgram(QStringLiteral("setsid"), QStringList{QStringLiteral("-w"), unpacker} + arguments);
+}
+
+/// Each run writes the film anew.
+template <typename Run>
+void addRun(std::vector<Cost>& costs, const QDir& folder, Run run)
+{
+    QFile::remove(film(folder));
+    settleDisk();
+    costs.push_back(run());
+    if (QFileInfo(film(folder)).size() != filmSize)
+        giveUp(QStringLiteral("the film was not unpacked"));
+}
+
+} // namespace
+
+void benchExtract(Report& report)
+{
+    report.note(QStringLiteral("Unpacking a stored set of 1 GiB, median of %1 runs in turns:").arg(rounds));
+    for (const QLatin1StringView tool : {packer, unpacker}) {
+        if (!QFileInfo(tool).isExecutable())
+            return report.note(QStringLiteral("  NOT MEASURED: %1 is not installed").arg(tool));
+    }
+    Shop shop({}, furnish);
+    const QDir folder = setFolder(shop.downloads());
+    std::vector<Cost> vormel;
+    std::vector<Cost> unrar;
+    for (int round = 0; round < rounds; ++round) {
+        addRun(vormel, folder, [&shop] { return ours(shop.manager()); });
+        addRun(unrar, folder, [&shop] { return bare(shop.manager()); });
+    }
+    const double ourWall = median(vormel).wall;
+    const double bareWall = median(unrar).wall;
+    report.note(QStringLiteral("  Vormel %1 s, of which %2 s CPU of its own; unrar %3 s, %4 s CPU")
+                    .arg(ourWall, 0, 'f', 3)
+                    .arg(median(vormel).cpu, 0, 'f', 3)
+                    .arg(bareWall, 0, 'f', 3)
+                    .arg(median(unrar).cpu, 0, 'f', 3));
+    report.add(QStringLiteral("extract_overhead_percent"), (ourWall / bareWall - 1) * 100, 2);
+}
+
+} // namespace vormel::bench
