@@ -49,7 +49,7 @@ public:
         m_isPainted = false;
     }
     /// The model has gathered the changes in a call to itself.
-    void tellChanges() { QCoreApplication::sendPostedEvents(&model(), QEvent::MetaCall); }
+    void tellChanges() const { QCoreApplication::sendPostedEvents(&model(), QEvent::MetaCall); }
     void waitUntilPainted()
     {
         turnUntil([this] { return m_isPainted; });

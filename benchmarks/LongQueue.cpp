@@ -50,6 +50,7 @@ QString nameInSets(int number, int firstSet)
 void writeLongQueue(const Folders& folders, int items)
 {
     std::vector<std::shared_ptr<const QueueRecord>> records;
+    records.reserve(static_cast<std::size_t>(items));
     for (int i = 0; i < items; ++i) {
         records.push_back(record(i, QStringLiteral("Some.Long.Release.Name.2026.1080p.%1.bin").arg(i),
                                  i % 10 == 0 ? DownloadStatus::completed : DownloadStatus::paused));
@@ -60,6 +61,7 @@ void writeLongQueue(const Folders& folders, int items)
 void writeLongQueueOfSets(const Folders& folders, int items, int firstSet)
 {
     std::vector<std::shared_ptr<const QueueRecord>> records;
+    records.reserve(static_cast<std::size_t>(items));
     for (int i = 0; i < items; ++i)
         records.push_back(record(i, nameInSets(i, firstSet), DownloadStatus::paused));
     write(folders, records);

@@ -22,7 +22,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr qint64 capToWatchKBps = 20 * 1024; // the files then take about a quarter of a minute
+constexpr qint64 capToWatchKBps = qint64{20} * 1024; // the files then take about a quarter of a minute
 constexpr auto timeToReadTheList = 2s;
 constexpr auto timeToClose = 60s;
 

@@ -4,7 +4,7 @@ namespace vormel::demo {
 
 DemoSets plannedSets()
 {
-    constexpr qint64 mebibyte = 1024 * 1024;
+    constexpr qint64 mebibyte = qint64{1024} * 1024;
     return {.spoilt = {.host = QStringLiteral("films.example"),
                        .name = QStringLiteral("Holiday.Film.2024.1080p.WEB-DL.x264-DEMO"),
                        .cleanName = QStringLiteral("Holiday Film 2024.mkv"),

@@ -11,7 +11,7 @@ using sites::Answer;
 using sites::PatternContent;
 using sites::Request;
 
-constexpr qint64 mebibyte = 1024 * 1024;
+constexpr qint64 mebibyte = qint64{1024} * 1024;
 constexpr int episodeCount = 5;
 
 /// Each episode has other content, and the last one is shorter.

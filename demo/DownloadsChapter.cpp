@@ -16,8 +16,8 @@ namespace {
 using namespace std::chrono_literals;
 
 /// Slow until the pause, whatever the order in which the transfers are served, so that the pause comes mid-way.
-constexpr qint64 slowKBps = 10 * 1024;
-constexpr qint64 fastKBps = 50 * 1024;
+constexpr qint64 slowKBps = qint64{10} * 1024;
+constexpr qint64 fastKBps = qint64{50} * 1024;
 constexpr double shareBeforePause = 0.03;
 
 } // namespace

@@ -10,8 +10,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr qint64 slowKBps = 6 * 1024; // until the set was seen on its way
-constexpr qint64 fastKBps = 50 * 1024;
+constexpr qint64 slowKBps = qint64{6} * 1024; // until the set was seen on its way
+constexpr qint64 fastKBps = qint64{50} * 1024;
 constexpr double shareToShow = 0.1;
 
 } // namespace
