@@ -115,7 +115,8 @@ std::vector<DownloadGroup> DownloadManager::visibleGroups() const
 
 std::optional<DownloadGroup> DownloadManager::visibleGroupOf(const DownloadItem& item) const
 {
-    return vormel::visibleGroupOf(item, m_table, m_settings.downloadRevFiles.value());
+    const ItemPtr known = m_table.find(item.id());
+    return known ? vormel::visibleGroupOf(known, m_table, m_settings.downloadRevFiles.value()) : std::nullopt;
 }
 
 void DownloadManager::renameGroup(const QString& id, const QString& name)
@@ -154,6 +155,8 @@ void DownloadManager::tableShrank(const QSet<ItemId>& ids)
 {
     m_queueFile.noteRemoval(ids);
     Q_EMIT itemsRemoved(ids);
+    if (std::erase_if(m_pendingPasswords, [&ids](const auto& asked) { return ids.contains(asked.itemID); }) > 0)
+        Q_EMIT changed();
 }
 
 void DownloadManager::tableReordered()

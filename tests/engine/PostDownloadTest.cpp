@@ -198,6 +198,19 @@ TEST_F(PostDownloadTest, AsksForOnePasswordAfterTheOther)
     EXPECT_FALSE(question());
 }
 
+TEST_F(PostDownloadTest, TakesTheQuestionBackWhenTheArchiveIsRemoved)
+{
+    shop.tools.add(QStringLiteral("unrar"), "exit 11");
+    const ItemPtr item = onDisk(QStringLiteral("x.rar"));
+    run(item);
+    ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
+    int changes = 0;
+    QObject::connect(&shop.manager(), &DownloadManager::changed, &shop.manager(), [&changes] { ++changes; });
+    shop.manager().commands().removeItems({item->id()});
+    EXPECT_FALSE(question());
+    EXPECT_EQ(changes, 1);
+}
+
 TEST_F(PostDownloadTest, RepairsASetThatDoesNotUnpackAndTriesAgain)
 {
     const QByteArray mark = shop.sandbox.path(QStringLiteral("repaired")).toUtf8();

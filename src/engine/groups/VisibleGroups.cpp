@@ -9,13 +9,30 @@ namespace vormel {
 
 namespace {
 
-DownloadGroup groupOf(std::vector<ItemPtr> members)
+DownloadGroup groupOf(const QString& id, const std::vector<ItemPtr>& members)
 {
-    std::stable_sort(members.begin(), members.end(), [](const ItemPtr& a, const ItemPtr& b) {
-        return partNumber(a->filename()) < partNumber(b->filename());
-    });
-    QString id = setBaseName(members.front()->filename());
-    return {std::move(id), std::move(members)};
+    std::vector<std::pair<qint64, ItemPtr>> numbered;
+    numbered.reserve(members.size());
+    for (const ItemPtr& item : members)
+        numbered.emplace_back(partNumber(item->filename()), item);
+    std::stable_sort(numbered.begin(), numbered.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    DownloadGroup group{id, {}};
+    group.items.reserve(numbered.size());
+    for (auto& [number, item] : numbered)
+        group.items.push_back(std::move(item));
+    return group;
+}
+
+/// The group of a set; nothing if all of it is hidden.
+std::optional<DownloadGroup> visibleSet(const QString& base, const ItemTable& table, bool downloadRevFiles)
+{
+    std::vector<ItemPtr> members;
+    for (const ItemPtr& item : table.itemsOfSet(base)) {
+        // A plain file may be called as the set is.
+        if (item->filename() != base && isVisible(*item, table, downloadRevFiles))
+            members.push_back(item);
+    }
+    return members.empty() ? std::nullopt : std::optional(groupOf(base, members));
 }
 
 } // namespace
@@ -36,27 +53,25 @@ std::vector<DownloadGroup> visibleGroups(const ItemTable& table, bool downloadRe
     for (const ItemPtr& item : table.items()) {
         if (!isVisible(*item, table, downloadRevFiles))
             continue;
-        const bool isMember = isSetMember(item->filename());
-        if (isMember && gathered.contains(setBaseName(item->filename())))
-            continue;
-        if (isMember)
-            gathered.insert(setBaseName(item->filename()));
-        groups.push_back(*visibleGroupOf(*item, table, downloadRevFiles));
+        const QString base = setBaseName(item->filename());
+        if (base == item->filename()) {
+            groups.push_back({base, {item}});
+        } else if (!gathered.contains(base)) {
+            gathered.insert(base);
+            groups.push_back(*visibleSet(base, table, downloadRevFiles));
+        }
     }
     return groups;
 }
 
-std::optional<DownloadGroup> visibleGroupOf(const DownloadItem& item, const ItemTable& table, bool downloadRevFiles)
+std::optional<DownloadGroup> visibleGroupOf(const ItemPtr& item, const ItemTable& table, bool downloadRevFiles)
 {
-    const QString key = groupKey(item);
-    std::vector<ItemPtr> members;
-    for (const ItemPtr& other : table.itemsOfSet(setBaseName(item.filename()))) {
-        if (groupKey(*other) == key && isVisible(*other, table, downloadRevFiles))
-            members.push_back(other);
-    }
-    if (members.empty())
+    const QString base = setBaseName(item->filename());
+    if (base != item->filename())
+        return visibleSet(base, table, downloadRevFiles);
+    if (!isVisible(*item, table, downloadRevFiles))
         return std::nullopt;
-    return groupOf(std::move(members));
+    return DownloadGroup{base, {item}};
 }
 
 } // namespace vormel

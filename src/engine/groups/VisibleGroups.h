@@ -14,7 +14,7 @@ namespace vormel {
 [[nodiscard]] std::vector<DownloadGroup> visibleGroups(const ItemTable& table, bool downloadRevFiles);
 
 /// The group that the item is in now, found without a walk over the queue; nothing if all of it is hidden.
-[[nodiscard]] std::optional<DownloadGroup> visibleGroupOf(const DownloadItem& item, const ItemTable& table,
+[[nodiscard]] std::optional<DownloadGroup> visibleGroupOf(const ItemPtr& item, const ItemTable& table,
                                                           bool downloadRevFiles);
 
 } // namespace vormel
