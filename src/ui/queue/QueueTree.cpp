@@ -177,6 +177,7 @@ bool QueueTree::setGroup(QueueEntry& entry, const DownloadGroup& group)
     } else {
         m_rows.setGroup(entry, group);
     }
+    // NOLINTNEXTLINE(readability-misleading-indentation): the word before the call is an empty macro
     Q_EMIT dataChanged(top, top);
     return true;
 }
@@ -198,10 +199,9 @@ bool QueueTree::setMembers(QueueEntry& entry, const DownloadGroup& group)
     const auto gone = surplus(step.items, group.items);
     if (!gone)
         return false;
-    const std::vector<Run> runs = runsOf(*gone);
-    for (auto run = runs.rbegin(); run != runs.rend(); ++run) {
-        beginRemoveRows(top, run->first, run->last);
-        step.items.erase(step.items.begin() + run->first, step.items.begin() + run->last + 1);
+    for (const Run& run : fromTheBack(runsOf(*gone))) {
+        beginRemoveRows(top, run.first, run.last);
+        step.items.erase(step.items.begin() + run.first, step.items.begin() + run.last + 1);
         m_rows.setGroup(entry, step);
         endRemoveRows();
     }
@@ -225,12 +225,11 @@ void QueueTree::insertGroups(std::vector<DownloadGroup> groups)
     }
 }
 
-void QueueTree::dropRows(std::vector<int> rows)
+void QueueTree::dropRows(const std::vector<int>& rows)
 {
-    const std::vector<Run> runs = runsOf(rows);
-    for (auto run = runs.rbegin(); run != runs.rend(); ++run) {
-        beginRemoveRows({}, run->first, run->last);
-        m_rows.remove(run->first, run->last - run->first + 1);
+    for (const Run& run : fromTheBack(runsOf(rows))) {
+        beginRemoveRows({}, run.first, run.last);
+        m_rows.remove(run.first, run.last - run.first + 1);
         endRemoveRows();
     }
 }

@@ -54,7 +54,7 @@ private:
     [[nodiscard]] bool setGroup(QueueEntry& entry, const DownloadGroup& group);
     [[nodiscard]] bool setMembers(QueueEntry& entry, const DownloadGroup& group);
     void insertGroups(std::vector<DownloadGroup> groups);
-    void dropRows(std::vector<int> rows);
+    void dropRows(const std::vector<int>& rows);
     [[nodiscard]] bool isInPlace(const QueueEntry& entry) const;
     [[nodiscard]] std::size_t placeInQueue(const DownloadGroup& group) const;
     [[nodiscard]] int rowFor(const DownloadGroup& group) const;

@@ -10,7 +10,7 @@ namespace {
 
 struct Entry
 {
-    RowButton button;
+    RowButton button = RowButton::pause;
     ButtonLook look;
     QStringView english;
     QStringView italian;

@@ -33,9 +33,9 @@ enum class RowButton : quint8
 
 struct ButtonLook
 {
-    Glyph glyph;
-    Tint tint;
-    bool isDestructive;
+    Glyph glyph = Glyph::xmark;
+    Tint tint = Tint::secondary;
+    bool isDestructive = false;
 };
 [[nodiscard]] ButtonLook buttonLook(RowButton button);
 

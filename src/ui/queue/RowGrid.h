@@ -8,7 +8,7 @@ namespace vormel {
 
 struct ButtonPlace
 {
-    RowButton button;
+    RowButton button = RowButton::pause;
     QRect rect;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <vector>
 
 namespace vormel {
@@ -21,6 +22,12 @@ struct Run
         else
             runs.push_back({number, number});
     }
+    return runs;
+}
+
+[[nodiscard]] inline std::vector<Run> fromTheBack(std::vector<Run> runs)
+{
+    std::reverse(runs.begin(), runs.end());
     return runs;
 }
 
