@@ -46,6 +46,20 @@ TEST_F(GroupVerificationTest, FetchesTheTestedVolumeAgainWhenOnlyAHeaderIsBlamed
     EXPECT_EQ(set[1]->status(), DownloadStatus::completed);
 }
 
+TEST_F(GroupVerificationTest, UnpacksTheSetOnceItsBadVolumesAreHereAnew)
+{
+    unrar("echo 'Cannot find volume a.part2.rar'; exit 3");
+    set[0]->setExtractionStatus(ExtractionStatus::failure(QStringLiteral("broken")));
+    shop.settings().maxConcurrentDownloads.set(1);
+    shop.manager().verifyGroup(set);
+    ASSERT_TRUE(waitUntil([&] { return set[1]->status() == DownloadStatus::downloading; }));
+    EXPECT_EQ(set[0]->extractionStatus(), ExtractionStatus::idle);
+    shop.http.last().head(200, {{"Content-Length", "1"}});
+    shop.http.last().data("x");
+    shop.http.last().finish();
+    EXPECT_TRUE(reaches(set[0], ExtractionStatus::done));
+}
+
 TEST_F(GroupVerificationTest, UnpacksASoundSet)
 {
     unrar("exit 0");

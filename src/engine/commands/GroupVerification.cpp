@@ -59,6 +59,9 @@ QCoro::Task<> GroupVerification::verify(std::vector<ItemPtr> items, QString arch
         co_return;
     }
     for (const ItemPtr& item : items) {
+        // What failed with the bad volumes may be tried again when they are here anew.
+        if (item->extractionStatus() == ExtractionStatus::failed)
+            item->setExtractionStatus(ExtractionStatus::idle);
         if (bad.contains(nameOnDisk(*item), Qt::CaseInsensitive))
             m_commands.redownloadItem(*item);
     }

@@ -2,6 +2,7 @@
 
 #include "archive/PostDownload.h"
 #include "engine/completion/FinalFile.h"
+#include "engine/recovery/NetworkRecovery.h"
 #include "engine/transfer/TransferTexts.h"
 #include "model/AppSettings.h"
 #include "model/DownloadPaths.h"
@@ -31,7 +32,7 @@ bool isFailure(TransferEnd::Reason reason)
 } // namespace
 
 TransferCompletion::TransferCompletion(ItemTable& table, const AppSettings& settings, Clock& clock,
-                                       PostDownload& postDownload, FailureRecovery& recovery, Queue& queue)
+                                       PostDownload& postDownload, NetworkRecovery& recovery, Queue& queue)
     : m_table(table)
     , m_settings(settings)
     , m_clock(clock)

@@ -2,12 +2,12 @@
 
 #include "engine/completion/RetryBudget.h"
 #include "engine/queue/ItemTable.h"
-#include "engine/recovery/FailureRecovery.h"
 #include "engine/transfer/TransferEnd.h"
 
 namespace vormel {
 
 class AppSettings;
+class NetworkRecovery;
 class PostDownload;
 
 /// Decides what the end of a transfer means for its item: a finished file, a page that came instead, a short file, a
@@ -28,7 +28,7 @@ public:
 
     /// All must outlive this.
     TransferCompletion(ItemTable& table, const AppSettings& settings, Clock& clock, PostDownload& postDownload,
-                       FailureRecovery& recovery, Queue& queue);
+                       NetworkRecovery& recovery, Queue& queue);
 
     void finishTransfer(DownloadItem& item, const TransferEnd& end);
 
@@ -55,7 +55,7 @@ private:
     const AppSettings& m_settings;
     Clock& m_clock;
     PostDownload& m_postDownload;
-    FailureRecovery& m_recovery;
+    NetworkRecovery& m_recovery;
     Queue& m_queue;
     RetryBudget m_retries;
     std::unordered_map<ItemId, Timer> m_nextTries;

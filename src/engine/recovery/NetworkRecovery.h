@@ -1,7 +1,6 @@
 #pragma once
 
 #include "engine/queue/ItemTable.h"
-#include "engine/recovery/FailureRecovery.h"
 
 namespace vormel {
 
@@ -10,14 +9,17 @@ class RevFiles;
 
 /// Saves a set one of whose parts has failed for good: after a countdown on that part, and once more when the set has
 /// come to rest, its recovery volumes are let through. UI thread only.
-class NetworkRecovery final : public FailureRecovery
+class NetworkRecovery
 {
 public:
     /// All must outlive this.
     NetworkRecovery(const ItemTable& table, const AppSettings& settings, Clock& clock, RevFiles& revFiles);
 
-    void startRecoveryCountdown(DownloadItem& item, int seconds) override;
-    void scheduleRecoveryCheck(const DownloadItem& item) override;
+    /// Shows the countdown on the failed part of a set that has recovery volumes left to fetch. One that is running
+    /// goes on.
+    void startRecoveryCountdown(DownloadItem& item, int seconds);
+    /// Looks at the item's set when no part of it has ended for a minute.
+    void scheduleRecoveryCheck(const DownloadItem& item);
 
     /// The user wants the sets of these items repaired: failed archives may be tried again, and the recovery volumes
     /// are let through.
@@ -39,5 +41,7 @@ private:
     std::unordered_map<ItemId, Timer> recoveryCountdowns;
     std::unordered_map<QString, Timer> pendingRecovery; ///< by base name
 };
+
+inline constexpr int recoveryCountdownSeconds = 10;
 
 } // namespace vormel

@@ -2,7 +2,7 @@
 
 #include "archive/PostDownload.h"
 #include "engine/completion/TransferCompletion.h"
-#include "engine/recovery/FailureRecovery.h"
+#include "engine/recovery/NetworkRecovery.h"
 #include "engine/transfer/TransferSession.h"
 #include "engine/transfer/TransferTexts.h"
 #include "model/AppSettings.h"

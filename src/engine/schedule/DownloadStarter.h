@@ -11,7 +11,7 @@
 namespace vormel {
 
 class AppSettings;
-class FailureRecovery;
+class NetworkRecovery;
 class PostDownload;
 class ResolverTables;
 class TransferCompletion;
@@ -46,7 +46,7 @@ public:
         TransferSession& session;
         TransferCompletion& completion;
         PostDownload& postDownload;
-        FailureRecovery& recovery;
+        NetworkRecovery& recovery;
         Queue& queue;
     };
     explicit DownloadStarter(const Ports& ports);
