@@ -43,13 +43,7 @@ std::vector<QRect*> HeaderLayout::all()
 
 std::vector<QRect> HeaderLayout::shown() const
 {
-    HeaderLayout places(*this);
-    std::vector<QRect> rects;
-    for (const QRect* rect : places.all()) {
-        if (!rect->isEmpty())
-            rects.push_back(*rect);
-    }
-    return rects;
+    return notEmpty(HeaderLayout(*this).all());
 }
 
 } // namespace vormel

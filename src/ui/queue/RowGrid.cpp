@@ -24,6 +24,16 @@ std::vector<ButtonPlace> placeButtons(const std::vector<RowButton>& buttons, con
     return places;
 }
 
+std::vector<QRect> notEmpty(const std::vector<QRect*>& rects)
+{
+    std::vector<QRect> shown;
+    for (const QRect* rect : rects) {
+        if (!rect->isEmpty())
+            shown.push_back(*rect);
+    }
+    return shown;
+}
+
 QRect takeEnd(QRect& line, int width)
 {
     const QRect end(line.right() + 1 - width, line.top(), width, line.height());

@@ -19,6 +19,9 @@ struct ButtonPlace
 [[nodiscard]] std::vector<ButtonPlace> placeButtons(const std::vector<RowButton>& buttons, const RowMetrics& metrics,
                                                     QRect& line);
 
+/// Copies of those that are shown.
+[[nodiscard]] std::vector<QRect> notEmpty(const std::vector<QRect*>& rects);
+
 /// Takes that much from the end of the line, and a gap in front of it.
 [[nodiscard]] QRect takeEnd(QRect& line, int width);
 

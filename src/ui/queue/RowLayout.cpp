@@ -118,13 +118,7 @@ std::vector<QRect*> RowLayout::all()
 
 std::vector<QRect> RowLayout::shown() const
 {
-    RowLayout places(*this);
-    std::vector<QRect> rects;
-    for (const QRect* rect : places.all()) {
-        if (!rect->isEmpty())
-            rects.push_back(*rect);
-    }
-    return rects;
+    return notEmpty(RowLayout(*this).all());
 }
 
 } // namespace vormel
