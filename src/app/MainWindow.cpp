@@ -14,7 +14,7 @@
 
 namespace vormel {
 
-MainWindow::MainWindow(const QueuePorts& ports)
+MainWindow::MainWindow(const ViewPorts& ports)
     : m_ports(ports)
     , m_sidebar(new Sidebar(settings(), this))
     , m_pages(new QStackedWidget(this))

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/queue/QueuePorts.h"
+#include "ui/ViewPorts.h"
 #include "ui/shell/Page.h"
 
 #include <QMainWindow>
@@ -23,7 +23,7 @@ class MainWindow final : public QMainWindow
     Q_OBJECT
 
 public:
-    explicit MainWindow(const QueuePorts& ports);
+    explicit MainWindow(const ViewPorts& ports);
 
     [[nodiscard]] Page page() const;
     void showPage(Page page);
@@ -37,7 +37,7 @@ private:
 
     [[nodiscard]] AppSettings& settings() const;
 
-    QueuePorts m_ports;
+    ViewPorts m_ports;
     Sidebar* m_sidebar;
     QStackedWidget* m_pages;
     std::array<QWidget*, allPages.size()> m_built{}; ///< null until first shown; owned by the stack

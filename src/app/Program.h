@@ -1,15 +1,17 @@
 #pragma once
 
 #include "archive/ArchiveExtractor.h"
+#include "archive/tools/ToolWatch.h"
 #include "engine/DownloadManager.h"
 #include "platform/clock/SystemClock.h"
 #include "platform/desktop/FileViewer.h"
+#include "platform/desktop/UrlOpener.h"
 #include "platform/http/CurlHttpClient.h"
 #include "platform/storage/FileWriter.h"
 #include "platform/storage/Trash.h"
 #include "platform/storage/UserDefaults.h"
 #include "resolvers/ResolverTables.h"
-#include "ui/queue/QueuePorts.h"
+#include "ui/ViewPorts.h"
 
 namespace vormel {
 
@@ -23,7 +25,7 @@ public:
 
     [[nodiscard]] DownloadManager& manager() { return m_manager; }
     /// What the window works with; lives as long as the program.
-    [[nodiscard]] QueuePorts queuePorts() { return {m_manager, m_clock, m_fileViewer}; }
+    [[nodiscard]] ViewPorts viewPorts() { return {m_manager, m_clock, m_fileViewer, m_urlOpener, m_toolWatch}; }
 
 private:
     SystemClock m_clock;
@@ -33,7 +35,9 @@ private:
     ResolverTables m_resolvers;
     DesktopTrash m_trash;
     DesktopFileViewer m_fileViewer;
+    DesktopUrlOpener m_urlOpener;
     ToolRunner m_tools;
+    ToolWatch m_toolWatch{m_tools};
     ArchiveExtractor m_extractor{m_tools};
     DownloadManager m_manager;
 };

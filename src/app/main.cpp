@@ -42,7 +42,7 @@ int main(int argc, char** argv)
     vormel::CurlHttpClient::Options network;
     network.userAgent = "Vormel/" + QByteArray(vormel::programVersion.data());
     vormel::Program program(folders, network);
-    vormel::MainWindow window(program.queuePorts());
+    vormel::MainWindow window(program.viewPorts());
 
     QObject::connect(&instance, &vormel::SingleInstance::showRequested, &window, [&window] { comeForward(window); });
     QObject::connect(&signalsOfTheSystem, &vormel::TerminationSignals::terminationRequested, &application,

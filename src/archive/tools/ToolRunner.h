@@ -30,6 +30,7 @@ public:
         : ToolRunner(Folders())
     {}
 
+    [[nodiscard]] const QStringList& searchedFolders() const { return m_folders.searched; }
     /// The path of the tool in the first folder that has it. Asked of the disk each time, as tools come and go.
     [[nodiscard]] std::optional<QString> findTool(const QString& name) const;
     /// The path of a tool of the system, whether or not it is there.

@@ -1,9 +1,10 @@
 #include "platform/desktop/FileViewer.h"
 
+#include "platform/desktop/UrlOpener.h"
+
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QFileInfo>
-#include <QProcess>
 #include <QUrl>
 
 namespace vormel {
@@ -12,7 +13,7 @@ namespace {
 
 void openFolder(const QString& path)
 {
-    QProcess::startDetached(QStringLiteral("xdg-open"), {QFileInfo(path).absolutePath()});
+    DesktopUrlOpener().open(QUrl::fromLocalFile(QFileInfo(path).absolutePath()));
 }
 
 QDBusMessage showItems(const QString& path)

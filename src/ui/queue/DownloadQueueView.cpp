@@ -17,7 +17,7 @@
 
 namespace vormel {
 
-DownloadQueueView::DownloadQueueView(const QueuePorts& ports, QWidget* parent)
+DownloadQueueView::DownloadQueueView(const ViewPorts& ports, QWidget* parent)
     : QWidget(parent)
     , m_manager(ports.manager)
     , m_model(new QueueModel(ports.manager, ports.clock, this))

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/PendingQuestions.h"
-#include "ui/queue/QueuePorts.h"
+#include "ui/ViewPorts.h"
 
 #include <QPointer>
 #include <QWidget>
@@ -25,7 +25,7 @@ class DownloadQueueView final : public QWidget
     Q_OBJECT
 
 public:
-    explicit DownloadQueueView(const QueuePorts& ports, QWidget* parent = nullptr);
+    explicit DownloadQueueView(const ViewPorts& ports, QWidget* parent = nullptr);
 
     /// Opens the sheet; one that is open stays.
     void showAddURLs();

@@ -5,7 +5,7 @@
 
 namespace vormel {
 
-RowCommands::RowCommands(const QueuePorts& ports)
+RowCommands::RowCommands(const ViewPorts& ports)
     : m_ports(ports)
 {}
 

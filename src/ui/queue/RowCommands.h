@@ -1,7 +1,7 @@
 #pragma once
 
 #include "engine/groups/DownloadGroup.h"
-#include "ui/queue/QueuePorts.h"
+#include "ui/ViewPorts.h"
 #include "ui/queue/RowButton.h"
 
 #include <QStringList>
@@ -12,7 +12,7 @@ namespace vormel {
 class RowCommands
 {
 public:
-    explicit RowCommands(const QueuePorts& ports);
+    explicit RowCommands(const ViewPorts& ports);
 
     // By value, as what is commanded may leave the queue under way.
     void run(RowButton button, ItemPtr item) const;        ///< one of the buttons of a row
@@ -27,7 +27,7 @@ public:
 private:
     void showInViewer(const DownloadItem& item) const;
 
-    QueuePorts m_ports;
+    ViewPorts m_ports;
 };
 
 } // namespace vormel

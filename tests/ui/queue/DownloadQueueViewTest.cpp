@@ -2,7 +2,7 @@
 
 #include "fixtures/EventLoop.h"
 #include "fixtures/Workshop.h"
-#include "ui/FakeViewer.h"
+#include "ui/FakeDesktop.h"
 #include "ui/Part.h"
 #include "ui/queue/QueueView.h"
 #include "ui/sheets/AddURLView.h"
@@ -64,8 +64,8 @@ protected:
     qint64 cap() { return workshop.settings().maxDownloadSpeedKBps.value(); }
 
     fixtures::Workshop workshop;
-    fixtures::FakeViewer viewer;
-    DownloadQueueView page{{workshop.manager(), workshop.clock, viewer}};
+    fixtures::FakeDesktop desktop{workshop};
+    DownloadQueueView page{desktop.ports()};
 };
 
 TEST_F(DownloadQueueViewTest, TheToolBarHasItsCommandsInOrderInBothLanguages)

@@ -1,6 +1,6 @@
 #include "fixtures/ArchiveStep.h"
 #include "fixtures/EventLoop.h"
-#include "ui/FakeViewer.h"
+#include "ui/FakeDesktop.h"
 #include "ui/Part.h"
 #include "ui/queue/DownloadQueueView.h"
 #include "ui/sheets/ArchivePasswordSheetView.h"
@@ -52,8 +52,8 @@ protected:
         return fixtures::partOf<QLabel>(sheet, "passwordTitle").text();
     }
 
-    fixtures::FakeViewer viewer;
-    DownloadQueueView page{{shop.manager(), shop.clock, viewer}};
+    fixtures::FakeDesktop desktop{shop};
+    DownloadQueueView page{desktop.ports()};
 };
 
 TEST_F(PasswordQuestionTest, AsksAgainWithAFreshFormUntilThePasswordIsRight)
@@ -110,7 +110,7 @@ TEST_F(PasswordQuestionTest, TheSheetGoesWhenItsQuestionIsTakenBack)
 TEST_F(PasswordQuestionTest, APageThatIsBuiltLaterAsksToo)
 {
     askFor(onDisk(QStringLiteral("x.rar")));
-    DownloadQueueView late({shop.manager(), shop.clock, viewer});
+    DownloadQueueView late(desktop.ports());
     EXPECT_NE(late.findChild<ArchivePasswordSheetView*>(), nullptr);
 }
 

@@ -1,6 +1,6 @@
 #include "fixtures/EventLoop.h"
 #include "fixtures/Workshop.h"
-#include "ui/FakeViewer.h"
+#include "ui/FakeDesktop.h"
 #include "ui/queue/QueueModel.h"
 #include "ui/queue/QueueView.h"
 
@@ -43,9 +43,9 @@ protected:
 
     fixtures::Workshop workshop;
     std::vector<ItemPtr> items;
-    fixtures::FakeViewer viewer;
+    fixtures::FakeDesktop desktop{workshop};
     QueueModel model{workshop.manager(), workshop.clock};
-    QueueView view{model, RowCommands({workshop.manager(), workshop.clock, viewer})};
+    QueueView view{model, RowCommands(desktop.ports())};
 };
 
 TEST_F(PlaceKeeperTest, GroupsAreClosedUntilTheyAreOpened)

@@ -1,6 +1,6 @@
 #include "fixtures/EventLoop.h"
 #include "fixtures/Workshop.h"
-#include "ui/FakeViewer.h"
+#include "ui/FakeDesktop.h"
 #include "ui/Part.h"
 #include "ui/queue/HeaderLayout.h"
 #include "ui/queue/QueueModel.h"
@@ -91,9 +91,9 @@ protected:
 
     fixtures::Workshop workshop;
     std::vector<ItemPtr> items;
-    fixtures::FakeViewer viewer;
+    fixtures::FakeDesktop desktop{workshop};
     QueueModel model{workshop.manager(), workshop.clock};
-    QueueView view{model, RowCommands({workshop.manager(), workshop.clock, viewer})};
+    QueueView view{model, RowCommands(desktop.ports())};
 };
 
 TEST_F(QueueButtonsTest, AClickOnAButtonRunsItAndSelectsNothing)

@@ -2,7 +2,7 @@
 
 #include "fixtures/EventLoop.h"
 #include "fixtures/Workshop.h"
-#include "ui/FakeViewer.h"
+#include "ui/FakeDesktop.h"
 #include "ui/queue/QueueDelegate.h"
 #include "ui/queue/QueueModel.h"
 
@@ -68,9 +68,9 @@ protected:
 
     fixtures::Workshop workshop;
     std::vector<ItemPtr> items;
-    fixtures::FakeViewer viewer;
+    fixtures::FakeDesktop desktop{workshop};
     CountingModel model{workshop.manager(), workshop.clock};
-    QueueView view{model, RowCommands({workshop.manager(), workshop.clock, viewer})};
+    QueueView view{model, RowCommands(desktop.ports())};
 };
 
 TEST_F(QueueViewTest, ATickRepaintsItsRowAndNothingElse)

@@ -2,7 +2,7 @@
 
 #include "fixtures/EventLoop.h"
 #include "fixtures/Workshop.h"
-#include "ui/FakeViewer.h"
+#include "ui/FakeDesktop.h"
 
 #include <gtest/gtest.h>
 
@@ -38,8 +38,8 @@ protected:
     }
 
     fixtures::Workshop workshop;
-    fixtures::FakeViewer viewer;
-    RowCommands commands{{workshop.manager(), workshop.clock, viewer}};
+    fixtures::FakeDesktop desktop{workshop};
+    RowCommands commands{desktop.ports()};
 };
 
 TEST_F(RowCommandsTest, PauseIsForWhatIsStillDownloading)
@@ -93,10 +93,10 @@ TEST_F(RowCommandsTest, ShowsTheFileOfAnItemThatHasOne)
 {
     const ItemPtr item = add("a.zip", S::completed);
     commands.run(RowButton::showInViewer, item);
-    EXPECT_TRUE(viewer.shown.isEmpty());
+    EXPECT_TRUE(desktop.viewer.shown.isEmpty());
     item->setLocalPath(QStringLiteral("/srv/a.zip"));
     commands.run(RowButton::showInViewer, item);
-    EXPECT_EQ(viewer.shown, QStringList{QStringLiteral("/srv/a.zip")});
+    EXPECT_EQ(desktop.viewer.shown, QStringList{QStringLiteral("/srv/a.zip")});
 }
 
 TEST_F(RowCommandsTest, PauseOfAGroupIsForItsRunningItems)

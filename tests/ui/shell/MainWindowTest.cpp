@@ -2,7 +2,7 @@
 
 #include "fixtures/EventLoop.h"
 #include "fixtures/Workshop.h"
-#include "ui/FakeViewer.h"
+#include "ui/FakeDesktop.h"
 #include "ui/Part.h"
 #include "ui/accounts/AccountsView.h"
 #include "ui/queue/DownloadQueueView.h"
@@ -48,8 +48,8 @@ protected:
     }
 
     fixtures::Workshop workshop;
-    fixtures::FakeViewer viewer;
-    MainWindow window{{workshop.manager(), workshop.clock, viewer}};
+    fixtures::FakeDesktop desktop{workshop};
+    MainWindow window{desktop.ports()};
 };
 
 TEST_F(MainWindowTest, BuildsAPageWhenItIsFirstShown)

@@ -5,13 +5,17 @@ namespace vormel {
 class Clock;
 class DownloadManager;
 class FileViewer;
+class ToolWatch;
+class UrlOpener;
 
-/// What the page of the queue works with. All outlive it.
-struct QueuePorts
+/// What the pages work with. All outlive them.
+struct ViewPorts
 {
     DownloadManager& manager;
     const Clock& clock;
     FileViewer& fileViewer;
+    UrlOpener& urlOpener;
+    ToolWatch& tools;
 };
 
 } // namespace vormel

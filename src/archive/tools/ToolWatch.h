@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QFileSystemWatcher>
+#include <QObject>
+
+namespace vormel {
+
+class ToolRunner;
+
+/// Which of the tools that are not part of the system are there.
+struct FoundTools
+{
+    bool unrar = false;
+    bool rar = false;
+    bool sevenZip = false; ///< under any of its names
+
+    friend bool operator==(const FoundTools&, const FoundTools&) = default;
+};
+
+/// Asks the disk.
+[[nodiscard]] FoundTools findTools(const ToolRunner& runner);
+
+/// Follows which tools there are, as they are installed and removed while the program runs. UI thread only.
+class ToolWatch final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The runner must outlive it.
+    explicit ToolWatch(const ToolRunner& runner, QObject* parent = nullptr);
+
+    [[nodiscard]] const FoundTools& tools() const { return m_tools; }
+
+public Q_SLOTS:
+    /// Asks the disk now.
+    void look();
+
+Q_SIGNALS:
+    void toolsChanged();
+
+private:
+    const ToolRunner& m_runner;
+    FoundTools m_tools;
+    QFileSystemWatcher m_folders;
+};
+
+} // namespace vormel

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "archive/tools/ToolWatch.h"
+#include "fixtures/Workshop.h"
+#include "platform/desktop/FileViewer.h"
+#include "platform/desktop/UrlOpener.h"
+#include "ui/ViewPorts.h"
+
+#include <QStringList>
+#include <QUrl>
+
+namespace vormel::fixtures {
+
+/// Writes down what it is asked to show.
+class FakeViewer final : public FileViewer
+{
+public:
+    void show(const QString& path) override { shown << path; }
+
+    QStringList shown;
+};
+
+/// Writes down what it is asked to open.
+class FakeOpener final : public UrlOpener
+{
+public:
+    void open(const QUrl& url) override { opened << url; }
+
+    QList<QUrl> opened;
+};
+
+/// Everything that pages work with, around the workshop's engine and its folder of tools. The workshop must outlive it.
+struct FakeDesktop
+{
+    explicit FakeDesktop(Workshop& owner)
+        : workshop(owner)
+    {}
+
+    [[nodiscard]] ViewPorts ports() { return {workshop.manager(), workshop.clock, viewer, opener, tools}; }
+
+    Workshop& workshop;
+    FakeViewer viewer;
+    FakeOpener opener;
+    ToolRunner runner{workshop.tools.folders()};
+    ToolWatch tools{runner};
+};
+
+} // namespace vormel::fixtures
