@@ -18,7 +18,7 @@ namespace vormel {
 namespace {
 
 /// In the order of Glyph.
-constexpr std::array<QLatin1StringView, 32> fileNames{
+constexpr std::array<QLatin1StringView, 48> fileNames{
     QLatin1StringView("plus"),
     QLatin1StringView("xmark"),
     QLatin1StringView("play.fill"),
@@ -50,6 +50,22 @@ constexpr std::array<QLatin1StringView, 32> fileNames{
     QLatin1StringView("exclamationmark.triangle.fill"),
     QLatin1StringView("chevron.right"),
     QLatin1StringView("chevron.down"),
+    QLatin1StringView("mug.fill"),
+    QLatin1StringView("lock.fill"),
+    QLatin1StringView("xmark.circle.fill"),
+    QLatin1StringView("trash"),
+    QLatin1StringView("checkmark.shield"),
+    QLatin1StringView("link.badge.plus"),
+    QLatin1StringView("globe"),
+    QLatin1StringView("arrow.up.arrow.down"),
+    QLatin1StringView("doc.zipper"),
+    QLatin1StringView("checkmark.seal.fill"),
+    QLatin1StringView("wrench.and.screwdriver.fill"),
+    QLatin1StringView("pencil.and.outline"),
+    QLatin1StringView("bolt.fill"),
+    QLatin1StringView("speedometer"),
+    QLatin1StringView("terminal.fill"),
+    QLatin1StringView("desktopcomputer"),
     QLatin1StringView("vormel"),
 };
 static_assert(fileNames.size() == static_cast<std::size_t>(Glyph::program) + 1);

@@ -14,6 +14,15 @@ constexpr StatusColor blue{0xff1667c9, 0xff5eaeff};
 constexpr StatusColor orange{0xffb25500, 0xffffb14a};
 constexpr StatusColor green{0xff1c7a3a, 0xff55d17a};
 constexpr StatusColor red{0xffc4281f, 0xffff7d73};
+constexpr StatusColor cyan{0xff0d7f9f, 0xff4fc9ea};
+constexpr StatusColor purple{0xff8a3fc4, 0xffc98cf5};
+constexpr StatusColor teal{0xff0b7f80, 0xff4fc7c4};
+constexpr StatusColor yellow{0xffa07000, 0xfff2cf45};
+constexpr StatusColor indigo{0xff4a48c8, 0xff9a98ff};
+constexpr StatusColor pink{0xffc22a6c, 0xffff7fb0};
+constexpr StatusColor mint{0xff07885f, 0xff63e0b8};
+constexpr StatusColor gray{0xff6a6a70, 0xffa6a6ac};
+constexpr StatusColor beer{0xffc98500, 0xffc98500};
 
 QColor mixed(const QColor& from, const QColor& to, double share)
 {
@@ -62,6 +71,24 @@ QColor Theme::color(Tint tint) const
         return status(green);
     case Tint::red:
         return status(red);
+    case Tint::cyan:
+        return status(cyan);
+    case Tint::purple:
+        return status(purple);
+    case Tint::teal:
+        return status(teal);
+    case Tint::yellow:
+        return status(yellow);
+    case Tint::indigo:
+        return status(indigo);
+    case Tint::pink:
+        return status(pink);
+    case Tint::mint:
+        return status(mint);
+    case Tint::gray:
+        return status(gray);
+    case Tint::beer:
+        return status(beer);
     case Tint::hairline:
         return towardsBase(0.90);
     case Tint::track:

@@ -17,6 +17,15 @@ enum class Tint
     orange,
     green,
     red,
+    cyan,
+    purple,
+    teal,
+    yellow,
+    indigo,
+    pink,
+    mint,
+    gray,
+    beer,     ///< the mug's, the same on light and dark
     hairline, ///< between rows
     track,    ///< the empty part of a bar
 };

@@ -40,5 +40,22 @@ TEST(Theme, EveryTextAndStatusColourIsReadableOnItsBackground)
     }
 }
 
+TEST(Theme, EveryColourOfAnIconStandsOutFromItsBackground)
+{
+    constexpr double visible = 3;
+    for (const QPalette& palette : {fixtures::lightPalette(), fixtures::darkPalette()}) {
+        for (const Tint tint : {Tint::cyan, Tint::purple, Tint::teal, Tint::yellow, Tint::indigo, Tint::pink,
+                                Tint::mint, Tint::gray, Tint::beer}) {
+            EXPECT_GE(contrast(Theme(palette).color(tint), palette.color(QPalette::Base)), visible)
+                << "tint " << static_cast<int>(tint) << (Theme(palette).isDark() ? " on dark" : " on light");
+        }
+    }
+}
+
+TEST(Theme, TheMugHasOneColourOnLightAndDark)
+{
+    EXPECT_EQ(Theme(fixtures::lightPalette()).color(Tint::beer), Theme(fixtures::darkPalette()).color(Tint::beer));
+}
+
 } // namespace
 } // namespace vormel
