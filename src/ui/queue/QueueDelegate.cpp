@@ -65,6 +65,17 @@ void QueueDelegate::setHot(const QModelIndex& index, HotButton hot)
     m_hot = hot;
 }
 
+std::vector<ButtonPlace> QueueDelegate::buttons(const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    const RowMetrics& measures = metrics(option.font);
+    if (m_model.isHeader(index)) {
+        const auto content = index.data(QueueModel::HeaderRole).value<HeaderContent>();
+        return HeaderLayout(measures, content, option.rect, option.direction).buttons;
+    }
+    const auto content = index.data(QueueModel::ContentRole).value<RowContent>();
+    return RowLayout(measures, content, option.rect, option.direction).buttons;
+}
+
 RowHit QueueDelegate::hitTest(const QStyleOptionViewItem& option, const QModelIndex& index, QPoint point) const
 {
     const RowMetrics& measures = metrics(option.font);

@@ -26,6 +26,8 @@ public:
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                    const QModelIndex& index) override;
 
+    /// Where the buttons of a row or header are.
+    [[nodiscard]] std::vector<ButtonPlace> buttons(const QStyleOptionViewItem& option, const QModelIndex& index) const;
     [[nodiscard]] RowHit hitTest(const QStyleOptionViewItem& option, const QModelIndex& index, QPoint point) const;
 
     void setMotion(Motion motion) { m_motion = motion; }

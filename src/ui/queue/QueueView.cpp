@@ -6,6 +6,7 @@
 #include "ui/queue/QueueModel.h"
 #include "ui/queue/RenamePopover.h"
 #include "ui/queue/RowMenu.h"
+#include "ui/queue/accessibility/AccessibleQueue.h"
 
 #include <QContextMenuEvent>
 #include <QMouseEvent>
@@ -20,6 +21,7 @@ QueueView::QueueView(QueueModel& model, const RowCommands& commands, QWidget* pa
     , m_commands(commands)
     , m_delegate(new QueueDelegate(model, this))
 {
+    installQueueAccessibility();
     setUp();
     setItemDelegate(m_delegate);
     setModel(&model);
@@ -53,6 +55,18 @@ QList<QModelIndex> QueueView::rowsInSight() const
         bottom = visualRect(index).bottom() + 1;
     }
     return rows;
+}
+
+// QTreeView would tell assistive technology of rows by the numbers they have in a table of its own; AccessibleQueue has
+// others and tells by itself. What else QTreeView does there is for lists of several columns.
+void QueueView::currentChanged(const QModelIndex& current, const QModelIndex& previous)
+{
+    QAbstractItemView::currentChanged(current, previous); // NOLINT(bugprone-parent-virtual-call)
+}
+
+void QueueView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected)
+{
+    QAbstractItemView::selectionChanged(selected, deselected); // NOLINT(bugprone-parent-virtual-call)
 }
 
 void QueueView::dataChanged(const QModelIndex& first, const QModelIndex& last, const QList<int>& roles)
@@ -130,6 +144,14 @@ void QueueView::move()
     m_delegate->setMotion({(m_delegate->motion().spin + stepDegrees) % 360});
     for (const QModelIndex& index : moving)
         update(index);
+}
+
+std::vector<ButtonPlace> QueueView::buttonsOf(const QModelIndex& index) const
+{
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    option.rect = visualRect(index);
+    return m_delegate->buttons(option, index);
 }
 
 RowHit QueueView::hitAt(QPoint point) const

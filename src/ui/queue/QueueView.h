@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/queue/RowCommands.h"
+#include "ui/queue/RowGrid.h"
 #include "ui/queue/RowHit.h"
 
 #include <QBasicTimer>
@@ -26,6 +27,11 @@ public:
 
     /// Does something in sight turn or count?
     [[nodiscard]] bool isMoving() const { return m_moveTimer.isActive(); }
+    [[nodiscard]] const QueueModel& queue() const { return m_model; }
+    /// The buttons of a row, where they stand in the viewport; those of rows out of sight stand outside of it.
+    [[nodiscard]] std::vector<ButtonPlace> buttonsOf(const QModelIndex& index) const;
+    /// Does what a click on that button of the row does. The row may be gone when this returns.
+    void run(const QModelIndex& index, RowButton button);
     /// What lies at a point of the viewport.
     [[nodiscard]] RowHit hitAt(QPoint point) const;
     /// Opens the popover for the name of that group.
@@ -33,6 +39,8 @@ public:
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
 protected:
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
     void dataChanged(const QModelIndex& first, const QModelIndex& last, const QList<int>& roles) override;
     void drawRow(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     void paintEvent(QPaintEvent* event) override;
@@ -51,7 +59,6 @@ private:
     [[nodiscard]] QList<QModelIndex> movingRows() const;
     void move();
     void point(const QModelIndex& index, const RowHit& hit, bool isPressed);
-    void run(const QModelIndex& index, RowButton button);
     void removeRow(const QModelIndex& index);
     void moveGroup(const QModelIndex& index, bool isUp);
     void openMenu(const QModelIndex& index, QPoint globalPoint);
