@@ -1,5 +1,7 @@
 #include "ui/queue/HeaderLayout.h"
 
+#include "ui/queue/HeaderPresenter.h"
+
 #include <QFontMetrics>
 #include <QStyle>
 
@@ -20,7 +22,7 @@ HeaderLayout::HeaderLayout(const RowMetrics& metrics, const HeaderContent& conte
     title = centred(first, metrics.nameHeight);
     title.setWidth(qMin(title.width(), QFontMetrics(metrics.nameFont).horizontalAdvance(content.title) + 1));
     LineFeed lines(column.adjusted(0, firstHeight, 0, 0), metrics.captionHeight);
-    summary = lines.next();
+    placeSummary(metrics, content, lines.next());
     if (content.lines.testFlag(RowLine::progress)) {
         const FigurePlaces places = placeFigures(metrics, lines.next(), metrics.groupByteWidth);
         progressBar = places.bar;
@@ -33,9 +35,20 @@ HeaderLayout::HeaderLayout(const RowMetrics& metrics, const HeaderContent& conte
     }
 }
 
+void HeaderLayout::placeSummary(const RowMetrics& metrics, const HeaderContent& content, const QRect& line)
+{
+    constexpr int gap = 8;
+    summary = line;
+    if (content.extractionText.isEmpty())
+        return;
+    const int width = QFontMetrics(metrics.captionFont).horizontalAdvance(summaryLine(content)) + 1;
+    summary.setWidth(qMin(width, line.width()));
+    extraction = line.adjusted(summary.width() + gap, 0, 0, 0);
+}
+
 std::vector<QRect*> HeaderLayout::all()
 {
-    std::vector<QRect*> rects{&disclosure, &icon, &title, &summary, &progressBar, &bytes, &speed};
+    std::vector<QRect*> rects{&disclosure, &icon, &title, &summary, &extraction, &progressBar, &bytes, &speed};
     for (ButtonPlace& button : buttons)
         rects.push_back(&button.rect);
     return rects;

@@ -15,7 +15,8 @@ public:
     QRect icon;
     QRect title; ///< no wider than its text
     std::vector<ButtonPlace> buttons;
-    QRect summary; ///< the whole second line
+    QRect summary;    ///< the second line
+    QRect extraction; ///< behind it
     QRect progressBar;
     QRect bytes;
     QRect speed;
@@ -24,6 +25,7 @@ public:
     [[nodiscard]] std::vector<QRect> shown() const;
 
 private:
+    void placeSummary(const RowMetrics& metrics, const HeaderContent& content, const QRect& line);
     [[nodiscard]] std::vector<QRect*> all();
 };
 

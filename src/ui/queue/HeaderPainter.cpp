@@ -1,6 +1,6 @@
 #include "ui/queue/HeaderPainter.h"
 
-#include <QStringList>
+#include "ui/queue/HeaderPresenter.h"
 
 namespace vormel {
 
@@ -25,11 +25,20 @@ Tint summaryTint(GroupTally::Summary summary)
     Q_UNREACHABLE();
 }
 
-QString summaryLine(const HeaderContent& content)
+Tint extractionTint(ExtractionStatus::Kind extraction)
 {
-    QStringList parts{content.summaryText, content.partsText, content.sizeText};
-    parts.removeAll(QString());
-    return parts.join(QStringLiteral("  "));
+    switch (extraction) {
+    case ExtractionStatus::done:
+        return Tint::green;
+    case ExtractionStatus::failed:
+        return Tint::red;
+    case ExtractionStatus::repairing:
+        return Tint::orange;
+    case ExtractionStatus::idle:
+    case ExtractionStatus::extracting:
+        return Tint::secondary;
+    }
+    Q_UNREACHABLE();
 }
 
 } // namespace
@@ -48,6 +57,8 @@ void paintHeader(const RowCanvas& canvas, const RowMetrics& metrics, const Heade
     canvas.text(layout.title, content.title, metrics.nameFont, Tint::text, Qt::ElideMiddle, leading);
     canvas.buttons(layout.buttons, hot);
     canvas.text(layout.summary, summaryLine(content), caption, Tint::secondary, Qt::ElideRight, leading);
+    canvas.text(layout.extraction, content.extractionText, caption, extractionTint(content.extraction), Qt::ElideRight,
+                leading);
     canvas.bar(layout.progressBar, content.progress, Tint::blue);
     canvas.text(layout.bytes, content.byteText, caption, Tint::secondary, Qt::ElideRight, trailing);
     canvas.text(layout.speed, content.speedText, caption, Tint::secondary, Qt::ElideRight, trailing);

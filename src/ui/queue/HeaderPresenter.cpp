@@ -1,6 +1,7 @@
 #include "ui/queue/HeaderPresenter.h"
 
 #include "text/ByteCount.h"
+#include "ui/queue/RowPresenter.h"
 
 #include <QStringList>
 
@@ -50,10 +51,33 @@ HeaderContent headerContent(const GroupTally& tally, AppLanguage language)
     return content;
 }
 
+void addExtraction(HeaderContent& content, const DownloadGroup& group, AppLanguage language)
+{
+    const std::vector<ItemPtr>& items = group.items;
+    const auto extracted = std::find_if(items.begin(), items.end(), [](const ItemPtr& item) {
+        return !(item->extractionStatus() == ExtractionStatus::idle);
+    });
+    if (extracted != items.end()) {
+        content.extraction = (*extracted)->extractionStatus().kind();
+        content.extractionText = separator.toString() + extractionWords(**extracted, language);
+        return;
+    }
+    content.canExtract = std::all_of(items.begin(), items.end(),
+                                     [](const ItemPtr& item) { return item->status() == DownloadStatus::completed; }) &&
+                         canExtract(*items.front());
+}
+
+QString summaryLine(const HeaderContent& content)
+{
+    QStringList parts{content.summaryText, content.partsText, content.sizeText};
+    parts.removeAll(QString());
+    return parts.join(QStringLiteral("  "));
+}
+
 QString accessibleText(const HeaderContent& content)
 {
     QStringList parts{content.title, content.summaryText, content.partsText.mid(separator.size()),
-                      content.sizeText.mid(separator.size())};
+                      content.sizeText.mid(separator.size()), content.extractionText.mid(separator.size())};
     parts.removeAll(QString());
     return parts.join(QStringLiteral(", "));
 }

@@ -21,11 +21,24 @@ RowHit buttonAt(const std::vector<ButtonPlace>& places, QPoint point)
     return place == places.end() ? RowHit{} : RowHit{RowHit::Part::button, place->button, place->rect};
 }
 
+/// Whether anything may move by itself in this style.
+bool mayMove(const QStyleOptionViewItem& option)
+{
+    const QStyle* const style = option.widget ? option.widget->style() : nullptr;
+    return style && style->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, option.widget) > 0;
+}
+
+QString extractionKey(const QString& barKey)
+{
+    return barKey + QStringLiteral("-extraction");
+}
+
 } // namespace
 
 QueueDelegate::QueueDelegate(const QueueModel& model, QObject* parent)
     : QAbstractItemDelegate(parent)
     , m_model(model)
+    , m_glides(model.clock())
 {}
 
 const RowMetrics& QueueDelegate::metrics(const QFont& font) const
@@ -35,19 +48,52 @@ const RowMetrics& QueueDelegate::metrics(const QFont& font) const
     return *m_metrics;
 }
 
+/// Of the bar of the transfer.
+QString QueueDelegate::barKey(const QModelIndex& index) const
+{
+    const ItemPtr item = m_model.item(index);
+    return item ? item->id().toString() : m_model.group(index).id;
+}
+
+bool QueueDelegate::isGliding(const QModelIndex& index) const
+{
+    const QString key = barKey(index);
+    return m_glides.isGliding(key) || m_glides.isGliding(extractionKey(key));
+}
+
+void QueueDelegate::glide(RowContent& content, const QModelIndex& index, bool mayMove) const
+{
+    const BarGlides::Duration transferTime(mayMove ? 400 : 0);
+    const BarGlides::Duration extractionTime(mayMove ? 300 : 0);
+    if (content.lines.testFlag(RowLine::progress))
+        content.progress = m_glides.value(barKey(index), content.progress, transferTime);
+    if (content.extractionProgress)
+        content.extractionProgress =
+            m_glides.value(extractionKey(barKey(index)), *content.extractionProgress, extractionTime);
+}
+
+void QueueDelegate::glide(HeaderContent& content, const QModelIndex& index, bool mayMove) const
+{
+    const BarGlides::Duration transferTime(mayMove ? 400 : 0);
+    if (content.lines.testFlag(RowLine::progress))
+        content.progress = m_glides.value(barKey(index), content.progress, transferTime);
+}
+
 void QueueDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
 {
     const RowMetrics& measures = metrics(option.font);
     const RowCanvas canvas(*painter, option, measures);
     const HotButton hot = m_hotIndex == index ? m_hot : HotButton{};
     if (m_model.isHeader(index)) {
-        const auto content = index.data(QueueModel::HeaderRole).value<HeaderContent>();
+        auto content = index.data(QueueModel::HeaderRole).value<HeaderContent>();
+        glide(content, index, mayMove(option));
         const HeaderLayout layout(measures, content, option.rect, option.direction);
         canvas.background(layout.icon.left());
         paintHeader(canvas, measures, content, layout, hot, option.state.testFlag(QStyle::State_Open));
         return;
     }
-    const auto content = index.data(QueueModel::ContentRole).value<RowContent>();
+    auto content = index.data(QueueModel::ContentRole).value<RowContent>();
+    glide(content, index, mayMove(option));
     const RowLayout layout(measures, content, option.rect, option.direction);
     canvas.background(layout.icon.left());
     paintRow(canvas, measures, content, layout, hot, m_motion);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/queue/BarGlides.h"
 #include "ui/queue/RowCanvas.h"
 #include "ui/queue/RowHit.h"
 
@@ -30,6 +31,10 @@ public:
     [[nodiscard]] std::vector<ButtonPlace> buttons(const QStyleOptionViewItem& option, const QModelIndex& index) const;
     [[nodiscard]] RowHit hitTest(const QStyleOptionViewItem& option, const QModelIndex& index, QPoint point) const;
 
+    /// Is a bar of the row, as it was painted last, on its way to its value?
+    [[nodiscard]] bool isGliding(const QModelIndex& index) const;
+    void forgetUnseenBars() { m_glides.forgetUnseen(); }
+
     void setMotion(Motion motion) { m_motion = motion; }
     [[nodiscard]] Motion motion() const { return m_motion; }
     /// The one row that the pointer is on a button of, and what it does there.
@@ -37,10 +42,14 @@ public:
 
 private:
     [[nodiscard]] const RowMetrics& metrics(const QFont& font) const;
+    [[nodiscard]] QString barKey(const QModelIndex& index) const;
+    void glide(RowContent& content, const QModelIndex& index, bool mayMove) const;
+    void glide(HeaderContent& content, const QModelIndex& index, bool mayMove) const;
     [[nodiscard]] QString toolTip(const RowHit& hit, const QModelIndex& index) const;
 
     const QueueModel& m_model;
     mutable std::optional<RowMetrics> m_metrics; ///< of the font that was asked for last
+    mutable BarGlides m_glides;                  ///< moves on with each painting
     Motion m_motion;
     QPersistentModelIndex m_hotIndex;
     HotButton m_hot;

@@ -114,6 +114,7 @@ HeaderContent QueueModel::header(const QueueEntry& entry) const
     const GroupTally tally(entry.group);
     HeaderContent content = headerContent(tally, language());
     content.title = m_manager.groupNames().displayName(entry.group.id);
+    addExtraction(content, entry.group, language());
     content.buttons = groupButtons(tally, m_manager.hasPendingRevFiles(entry.group.items));
     return content;
 }

@@ -36,6 +36,7 @@ public:
     QueueModel(DownloadManager& manager, const Clock& clock, QObject* parent = nullptr);
 
     [[nodiscard]] AppLanguage language() const { return m_manager.settings().language.value(); }
+    [[nodiscard]] const Clock& clock() const { return m_clock; }
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
 
 private:

@@ -1,15 +1,17 @@
 #include "ui/queue/QueueView.h"
 
+#include "ui/queue/GroupDrag.h"
 #include "ui/queue/HeaderPresenter.h"
 #include "ui/queue/PlaceKeeper.h"
 #include "ui/queue/QueueDelegate.h"
 #include "ui/queue/QueueModel.h"
 #include "ui/queue/RenamePopover.h"
-#include "ui/queue/RowMenu.h"
 #include "ui/queue/accessibility/AccessibleQueue.h"
 
 #include <QContextMenuEvent>
+#include <QMenu>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScrollBar>
 #include <QTimerEvent>
 
@@ -20,11 +22,14 @@ QueueView::QueueView(QueueModel& model, const RowCommands& commands, QWidget* pa
     , m_model(model)
     , m_commands(commands)
     , m_delegate(new QueueDelegate(model, this))
+    , m_drag(new GroupDrag(*this))
 {
     installQueueAccessibility();
     setUp();
     setItemDelegate(m_delegate);
     setModel(&model);
+    connect(m_drag, &GroupDrag::dropped, this,
+            [this](int row, int destination) { m_commands.moveGroup(m_model.groupIds(), row, destination); });
     m_place = std::make_unique<PlaceKeeper>(*this, model); // behind the view itself in hearing of the model
 }
 
@@ -108,7 +113,7 @@ QList<QModelIndex> QueueView::movingRows() const
 {
     QList<QModelIndex> moving;
     for (const QModelIndex& row : rowsInSight()) {
-        if (row.data(QueueModel::MovingRole).toBool())
+        if (row.data(QueueModel::MovingRole).toBool() || m_delegate->isGliding(row))
             moving << row;
     }
     return moving;
@@ -116,9 +121,13 @@ QList<QModelIndex> QueueView::movingRows() const
 
 void QueueView::paintEvent(QPaintEvent* event)
 {
-    constexpr int stepMilliseconds = 60;
+    constexpr int stepMilliseconds = 40;
     constexpr int secondMilliseconds = 1000; // what counts goes on where nothing may turn
     QTreeView::paintEvent(event);
+    if (m_drag->isDragging()) {
+        QPainter painter(viewport());
+        m_drag->paint(painter);
+    }
     if (isMoving() || movingRows().isEmpty())
         return;
     const bool mayTurn = style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
@@ -135,10 +144,11 @@ void QueueView::timerEvent(QTimerEvent* event)
 
 void QueueView::move()
 {
-    constexpr int stepDegrees = 12;
+    constexpr int stepDegrees = 8;
     const QList<QModelIndex> moving = movingRows();
     if (moving.isEmpty() || !isVisible()) {
         m_moveTimer.stop(); // painting starts it again
+        m_delegate->forgetUnseenBars();
         return;
     }
     m_delegate->setMotion({(m_delegate->motion().spin + stepDegrees) % 360});
@@ -188,13 +198,24 @@ void QueueView::mousePressEvent(QMouseEvent* event)
     else if (event->button() == Qt::LeftButton && hit.part == RowHit::Part::disclosure)
         setExpanded(index, !isExpanded(index));
     else
-        QTreeView::mousePressEvent(event);
+        pressRow(event);
+}
+
+void QueueView::pressRow(QMouseEvent* event)
+{
+    QTreeView::mousePressEvent(event);
+    if (event->button() == Qt::LeftButton)
+        m_drag->press(event->pos());
 }
 
 void QueueView::mouseMoveEvent(QMouseEvent* event)
 {
     if (m_isPressed)
         return; // the button keeps the mouse until it is up
+    if (event->buttons().testFlag(Qt::LeftButton)) {
+        m_drag->move(event->pos()); // QTreeView would select what the pointer passes
+        return;
+    }
     point(indexAt(event->pos()), hitAt(event->pos()), false);
     QTreeView::mouseMoveEvent(event);
 }
@@ -203,6 +224,7 @@ void QueueView::mouseReleaseEvent(QMouseEvent* event)
 {
     if (!m_isPressed || event->button() != Qt::LeftButton) {
         QTreeView::mouseReleaseEvent(event);
+        m_drag->release();
         return;
     }
     const RowHit hit = hitAt(event->pos());
@@ -234,6 +256,14 @@ bool QueueView::viewportEvent(QEvent* event)
     return QTreeView::viewportEvent(event);
 }
 
+bool QueueView::event(QEvent* event)
+{
+    // A sheet or another window takes the mouse away without its button having come up here.
+    if (event->type() == QEvent::WindowBlocked || event->type() == QEvent::WindowDeactivate)
+        m_drag->cancel();
+    return QTreeView::event(event);
+}
+
 void QueueView::run(const QModelIndex& index, RowButton button)
 {
     if (!index.isValid())
@@ -249,11 +279,18 @@ void QueueView::removeRow(const QModelIndex& index)
     run(index, m_model.isHeader(index) ? RowButton::removeGroup : RowButton::remove);
 }
 
+int QueueView::groupRow(const QModelIndex& index)
+{
+    return (index.parent().isValid() ? index.parent() : index).row();
+}
+
 void QueueView::moveGroup(const QModelIndex& index, bool isUp)
 {
     if (!index.isValid())
         return;
-    m_commands.moveGroup(m_model.groupIds(), (index.parent().isValid() ? index.parent() : index).row(), isUp);
+    // In front of the one above, or of the one behind the next.
+    const int row = groupRow(index);
+    m_commands.moveGroup(m_model.groupIds(), row, isUp ? row - 1 : row + 2);
     scrollTo(currentIndex());
 }
 
@@ -261,7 +298,9 @@ void QueueView::keyPressEvent(QKeyEvent* event)
 {
     const QModelIndex current = currentIndex();
     const bool isUp = event->key() == Qt::Key_Up;
-    if (event->key() == Qt::Key_Delete)
+    if (event->key() == Qt::Key_Escape && m_drag->isDragging())
+        m_drag->cancel();
+    else if (event->key() == Qt::Key_Delete)
         removeRow(current);
     else if (event->key() == Qt::Key_F2)
         rename(current);
@@ -297,22 +336,49 @@ void QueueView::openMenuAtRow(const QModelIndex& index)
 
 void QueueView::openMenu(const QModelIndex& index, QPoint globalPoint)
 {
-    auto* menu = new RowMenu(m_model.language(), this);
-    const QPersistentModelIndex kept = index; // the queue goes on while the menu is open
-    const auto runHere = [this, kept](RowButton button) { run(kept, button); };
+    auto* menu = new QMenu(this);
+    menu->setObjectName(QStringLiteral("rowMenu"));
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    fillMenu(*menu, index);
+    menu->popup(globalPoint);
+}
+
+RowMenu QueueView::menuOf(const QModelIndex& index) const
+{
+    RowMenu menu;
+    const int row = groupRow(index);
+    menu.canMoveUp = row > 0;
+    menu.canMoveDown = row + 1 < m_model.rowCount();
+    bool canExtract = false;
     if (m_model.isHeader(index)) {
-        const QString id = m_model.group(index).id;
-        menu->addButtons(index.data(QueueModel::HeaderRole).value<HeaderContent>().buttons, runHere);
-        menu->addRename([this, kept] { rename(kept); });
-        if (m_commands.hasCustomName(id))
-            menu->addResetName([this, id] { m_commands.renameGroup(id, {}); });
+        const auto content = index.data(QueueModel::HeaderRole).value<HeaderContent>();
+        menu.buttons = content.buttons;
+        menu.isGroup = true;
+        menu.hasCustomName = m_commands.hasCustomName(m_model.group(index).id);
+        canExtract = content.canExtract;
     } else {
         const auto content = index.data(QueueModel::ContentRole).value<RowContent>();
+        menu.buttons = content.buttons;
+        canExtract = content.canExtract;
         if (content.lines.testFlag(RowLine::failure))
-            menu->addButtons({RowButton::retryExtraction}, runHere);
-        menu->addButtons(content.buttons, runHere);
+            menu.buttons.insert(menu.buttons.begin(), RowButton::retryExtraction);
     }
-    menu->popup(globalPoint);
+    if (canExtract)
+        menu.buttons.insert(menu.buttons.begin(), RowButton::extract);
+    return menu;
+}
+
+void QueueView::fillMenu(QMenu& menu, const QModelIndex& index)
+{
+    if (!index.isValid())
+        return;
+    const QPersistentModelIndex kept = index; // the queue goes on while the menu is open
+    RowMenuActions actions;
+    actions.run = [this, kept](RowButton button) { run(kept, button); };
+    actions.move = [this, kept](bool isUp) { moveGroup(kept, isUp); };
+    actions.rename = [this, kept] { rename(kept); };
+    actions.resetName = [this, id = m_model.group(index).id] { m_commands.renameGroup(id, {}); };
+    fillRowMenu(menu, menuOf(index), m_model.language(), actions);
 }
 
 void QueueView::rename(const QModelIndex& header)

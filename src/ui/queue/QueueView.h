@@ -3,12 +3,14 @@
 #include "ui/queue/RowCommands.h"
 #include "ui/queue/RowGrid.h"
 #include "ui/queue/RowHit.h"
+#include "ui/queue/RowMenu.h"
 
 #include <QBasicTimer>
 #include <QTreeView>
 
 namespace vormel {
 
+class GroupDrag;
 class PlaceKeeper;
 class QueueDelegate;
 class QueueModel;
@@ -36,6 +38,8 @@ public:
     [[nodiscard]] RowHit hitAt(QPoint point) const;
     /// Opens the popover for the name of that group.
     void rename(const QModelIndex& header);
+    /// Adds everything that the row can be told. The entries do nothing once the row has left the queue.
+    void fillMenu(QMenu& menu, const QModelIndex& index);
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
 protected:
@@ -44,6 +48,7 @@ protected:
     void dataChanged(const QModelIndex& first, const QModelIndex& last, const QList<int>& roles) override;
     void drawRow(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     void paintEvent(QPaintEvent* event) override;
+    bool event(QEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -59,14 +64,18 @@ private:
     [[nodiscard]] QList<QModelIndex> movingRows() const;
     void move();
     void point(const QModelIndex& index, const RowHit& hit, bool isPressed);
+    void pressRow(QMouseEvent* event);
     void removeRow(const QModelIndex& index);
+    [[nodiscard]] static int groupRow(const QModelIndex& index);
     void moveGroup(const QModelIndex& index, bool isUp);
     void openMenu(const QModelIndex& index, QPoint globalPoint);
+    [[nodiscard]] RowMenu menuOf(const QModelIndex& index) const;
     void openMenuAtRow(const QModelIndex& index);
 
     QueueModel& m_model;
     RowCommands m_commands;
     QueueDelegate* m_delegate;
+    GroupDrag* m_drag;
     std::unique_ptr<PlaceKeeper> m_place;
     QBasicTimer m_moveTimer;
     QPersistentModelIndex m_pointedRow; ///< whose button the pointer is on

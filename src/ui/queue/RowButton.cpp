@@ -24,7 +24,7 @@ constexpr ButtonLook plainLook(Glyph glyph, Tint tint = Tint::secondary)
 constexpr ButtonLook removal{Glyph::xmark, Tint::secondary, true};
 
 /// In the order of RowButton. The file viewer's name depends on the desktop and stands in ViewerText.h.
-constexpr std::array<Entry, 18> entries{{
+constexpr std::array<Entry, 19> entries{{
     {RowButton::pause, plainLook(Glyph::pause, Tint::orange), u"Pause — resumes with Start All",
      u"Pausa — riprende con Avvia tutti"},
     {RowButton::stop, plainLook(Glyph::stop), u"Stop — stays out of the queue until you start it",
@@ -58,6 +58,7 @@ constexpr std::array<Entry, 18> entries{{
      u"Risincronizza col disco — segna i file presenti come completati, rimetti in coda le parti mancanti"},
     {RowButton::removeGroup, removal, u"Remove group from list (deletes partial files)",
      u"Rimuovi il gruppo dalla lista (elimina i file parziali)"},
+    {RowButton::extract, plainLook(Glyph::archivebox), u"Extract", u"Estrai"},
 }};
 
 constexpr bool isInOrder()

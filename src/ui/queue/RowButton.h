@@ -29,6 +29,7 @@ enum class RowButton : quint8
     verifyGroup,
     resyncGroup,
     removeGroup,
+    extract, ///< of a row or a header; only menus have it
 };
 
 struct ButtonLook

@@ -33,6 +33,7 @@ void RowCommands::run(RowButton button,
     case RowButton::remove:
         return commands.removeItems({item->id()});
     case RowButton::retryExtraction:
+    case RowButton::extract:
         return m_ports.manager.retryExtraction(item->id());
     default:
         return; // a header's: the row was one when it was asked
@@ -60,6 +61,8 @@ void RowCommands::run(RowButton button,
         return commands.resyncItems(group.items);
     case RowButton::removeGroup:
         return commands.removeGroup(group.id);
+    case RowButton::extract:
+        return manager.retryExtraction(group.items.front()->id());
     default:
         return; // a row's: the group had more items when it was asked
     }
@@ -75,10 +78,8 @@ void RowCommands::renameGroup(const QString& groupId, const QString& name) const
     m_ports.manager.renameGroup(groupId, name);
 }
 
-void RowCommands::moveGroup(const QStringList& displayedIds, int row, bool isUp) const
+void RowCommands::moveGroup(const QStringList& displayedIds, int row, int destination) const
 {
-    // In front of the one above, or of the one behind the next.
-    const int destination = isUp ? row - 1 : row + 2;
     if (destination >= 0 && destination <= displayedIds.size())
         m_ports.manager.commands().moveGroups({row}, destination, displayedIds);
 }

@@ -21,8 +21,8 @@ public:
     [[nodiscard]] bool hasCustomName(const QString& groupId) const;
     /// An empty name brings the group's own back.
     void renameGroup(const QString& groupId, const QString& name) const;
-    /// One place up or down among the groups that are displayed; nothing at the end of the list.
-    void moveGroup(const QStringList& displayedIds, int row, bool isUp) const;
+    /// Puts one of the groups that are displayed in front of the one at the destination, which may be behind the last.
+    void moveGroup(const QStringList& displayedIds, int row, int destination) const;
 
 private:
     void showInViewer(const DownloadItem& item) const;

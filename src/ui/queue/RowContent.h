@@ -36,8 +36,9 @@ struct RowContent
     bool hasExtractionBar = false;
     std::optional<double> extractionProgress; ///< 0 to 1; nothing for a bar without an end
     QString extractionText;
-    QString elapsedText; ///< how long the archive step has been going on, beside a bar without an end
-    QString retryText;   ///< of the button beside a failed archive step
+    QString elapsedText;     ///< how long the archive step has been going on, beside a bar without an end
+    QString retryText;       ///< of the button beside a failed archive step
+    bool canExtract = false; ///< an archive that nothing was done with
     QString host;
 
     friend bool operator==(const RowContent&, const RowContent&) = default;
@@ -56,6 +57,9 @@ struct HeaderContent
     double progress = 0; ///< 0 to 1
     QString byteText;
     QString speedText;
+    ExtractionStatus::Kind extraction = ExtractionStatus::idle; ///< of the archive that the group is
+    QString extractionText;
+    bool canExtract = false;
 
     friend bool operator==(const HeaderContent&, const HeaderContent&) = default;
 };

@@ -2,36 +2,65 @@
 
 #include "ui/kit/GlyphIcon.h"
 
+#include <QMenu>
+
+#include <algorithm>
+
 namespace vormel {
 
-RowMenu::RowMenu(AppLanguage language, QWidget* parent)
-    : QMenu(parent)
-    , m_language(language)
+namespace {
+
+/// Shows the key without taking it: the list does.
+void showKey(QAction& action, const QKeySequence& key)
 {
-    setObjectName(QStringLiteral("rowMenu"));
-    setAttribute(Qt::WA_DeleteOnClose);
+    action.setShortcut(key);
+    action.setShortcutContext(Qt::WidgetShortcut);
 }
 
-void RowMenu::addButtons(const std::vector<RowButton>& buttons, const std::function<void(RowButton)>& run)
+void addButton(QMenu& menu, RowButton button, AppLanguage language, const RowMenuActions& actions)
 {
-    for (const RowButton button : buttons) {
-        const ButtonLook look = buttonLook(button);
-        if (look.isDestructive && !isEmpty())
-            addSeparator();
-        const QAction* const action = addAction(glyphIcon(look.glyph), buttonText(button, m_language));
-        connect(action, &QAction::triggered, this, [run, button] { run(button); });
-    }
+    const ButtonLook look = buttonLook(button);
+    QAction* const action = menu.addAction(glyphIcon(look.glyph), buttonText(button, language));
+    if (look.isDestructive)
+        showKey(*action, Qt::Key_Delete);
+    QObject::connect(action, &QAction::triggered, &menu, [run = actions.run, button] { run(button); });
 }
 
-void RowMenu::addRename(const std::function<void()>& rename)
+void addMove(QMenu& menu, const QString& text, bool isUp, bool isPossible, const RowMenuActions& actions)
 {
-    addSeparator();
-    connect(addAction(pair(m_language, u"Rename group…", u"Rinomina gruppo…")), &QAction::triggered, this, rename);
+    QAction* const action = menu.addAction(text);
+    action->setEnabled(isPossible);
+    showKey(*action, QKeyCombination(Qt::AltModifier, isUp ? Qt::Key_Up : Qt::Key_Down));
+    QObject::connect(action, &QAction::triggered, &menu, [move = actions.move, isUp] { move(isUp); });
 }
 
-void RowMenu::addResetName(const std::function<void()>& reset)
+void addNames(QMenu& menu, const RowMenu& content, AppLanguage language, const RowMenuActions& actions)
 {
-    connect(addAction(pair(m_language, u"Reset name", u"Ripristina nome")), &QAction::triggered, this, reset);
+    menu.addSeparator();
+    QAction* const rename = menu.addAction(pair(language, u"Rename group…", u"Rinomina gruppo…"));
+    showKey(*rename, Qt::Key_F2);
+    QObject::connect(rename, &QAction::triggered, &menu, actions.rename);
+    if (!content.hasCustomName)
+        return;
+    const QAction* const reset = menu.addAction(pair(language, u"Reset name", u"Ripristina nome"));
+    QObject::connect(reset, &QAction::triggered, &menu, actions.resetName);
+}
+
+} // namespace
+
+void fillRowMenu(QMenu& menu, const RowMenu& content, AppLanguage language, const RowMenuActions& actions)
+{
+    std::vector<RowButton> buttons = content.buttons;
+    const auto destructive = std::stable_partition(buttons.begin(), buttons.end(),
+                                                   [](RowButton button) { return !buttonLook(button).isDestructive; });
+    std::for_each(buttons.begin(), destructive, [&](RowButton button) { addButton(menu, button, language, actions); });
+    menu.addSeparator();
+    addMove(menu, pair(language, u"Move Up", u"Sposta su"), true, content.canMoveUp, actions);
+    addMove(menu, pair(language, u"Move Down", u"Sposta giù"), false, content.canMoveDown, actions);
+    if (content.isGroup)
+        addNames(menu, content, language, actions);
+    menu.addSeparator();
+    std::for_each(destructive, buttons.end(), [&](RowButton button) { addButton(menu, button, language, actions); });
 }
 
 } // namespace vormel

@@ -2,28 +2,32 @@
 
 #include "ui/queue/RowButton.h"
 
-#include <QMenu>
-
 #include <functional>
+
+class QMenu;
 
 namespace vormel {
 
-/// The commands of a row or header as a menu, for the keyboard and for who does not know the buttons. Deletes itself
-/// when it is closed.
-class RowMenu final : public QMenu
+/// What a row or header can be told in words: the commands of its buttons, and those that have no button.
+struct RowMenu
 {
-    Q_OBJECT
-
-public:
-    RowMenu(AppLanguage language, QWidget* parent);
-
-    /// The same as the buttons, in their order.
-    void addButtons(const std::vector<RowButton>& buttons, const std::function<void(RowButton)>& run);
-    void addRename(const std::function<void()>& rename);
-    void addResetName(const std::function<void()>& reset);
-
-private:
-    AppLanguage m_language;
+    std::vector<RowButton> buttons;
+    bool canMoveUp = false;
+    bool canMoveDown = false;
+    bool isGroup = false; ///< only groups can be renamed
+    bool hasCustomName = false;
 };
+
+/// What its entries do.
+struct RowMenuActions
+{
+    std::function<void(RowButton)> run;
+    std::function<void(bool isUp)> move;
+    std::function<void()> rename;
+    std::function<void()> resetName;
+};
+
+/// Adds the entries with the keys that do the same in the list.
+void fillRowMenu(QMenu& menu, const RowMenu& content, AppLanguage language, const RowMenuActions& actions);
 
 } // namespace vormel

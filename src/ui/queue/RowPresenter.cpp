@@ -1,5 +1,6 @@
 #include "ui/queue/RowPresenter.h"
 
+#include "archive/ArchiveFormat.h"
 #include "text/ByteCount.h"
 
 #include <QStringList>
@@ -60,12 +61,17 @@ QString recoveryText(const DownloadItem& item, AppLanguage language)
 
 QString extractionText(const DownloadItem& item, AppLanguage language)
 {
+    if (hasProgress(item))
+        return QString::asprintf("%.0f%%", fraction(item.extractionProgress()) * 100);
+    return extractionWords(item, language);
+}
+
+QString extractionWords(const DownloadItem& item, AppLanguage language)
+{
     switch (item.extractionStatus().kind()) {
     case ExtractionStatus::idle:
         return {};
     case ExtractionStatus::extracting:
-        if (hasProgress(item))
-            return QString::asprintf("%.0f%%", fraction(item.extractionProgress()) * 100);
         return pair(language, u"Checking / extracting…", u"Verifica / estrazione…");
     case ExtractionStatus::repairing:
         return pair(language, u"Repairing with .rev…", u"Riparazione con .rev…");
@@ -85,6 +91,12 @@ QString elapsedText(const DownloadItem& item, WallTime now)
     const auto passed = std::chrono::duration_cast<seconds>(now - *item.extractionStartedAt());
     const qint64 whole = std::max(passed, seconds(0)).count();
     return QStringLiteral("%1:%2").arg(whole / 60).arg(whole % 60, 2, 10, QChar(u'0'));
+}
+
+bool canExtract(const DownloadItem& item)
+{
+    return item.status() == DownloadStatus::completed && item.extractionStatus() == ExtractionStatus::idle &&
+           item.localPath() && formatOf(*item.localPath());
 }
 
 bool isMoving(const DownloadItem& item)
@@ -112,6 +124,7 @@ RowContent rowContent(const DownloadItem& item, AppLanguage language, WallTime n
         content.elapsedText = elapsedText(item, now);
     if (content.lines.testFlag(RowLine::failure))
         content.retryText = buttonText(RowButton::retryExtraction, language);
+    content.canExtract = canExtract(item);
     content.extractionText = extractionText(item, language);
     content.host = item.hostName();
     return content;

@@ -15,9 +15,14 @@ namespace vormel {
 [[nodiscard]] QString byteText(const DownloadItem& item);
 [[nodiscard]] QString recoveryText(const DownloadItem& item, AppLanguage language);
 [[nodiscard]] QString extractionText(const DownloadItem& item, AppLanguage language);
+/// The same without a figure.
+[[nodiscard]] QString extractionWords(const DownloadItem& item, AppLanguage language);
 
 /// How long the archive step has been going on: minutes and seconds, "0:07". Empty while none is.
 [[nodiscard]] QString elapsedText(const DownloadItem& item, WallTime now);
+
+/// Is it a finished archive that nothing was done with?
+[[nodiscard]] bool canExtract(const DownloadItem& item);
 
 /// Does something in the row move or count, so that it is worth painting again without any change?
 [[nodiscard]] bool isMoving(const DownloadItem& item);

@@ -29,6 +29,13 @@ protected:
     }
     HeaderContent content(AppLanguage language = english) { return headerContent(GroupTally(group), language); }
 
+    HeaderContent extraction(AppLanguage language = english)
+    {
+        HeaderContent whole = content(language);
+        addExtraction(whole, group, language);
+        return whole;
+    }
+
     DownloadGroup group{QStringLiteral("movie"), {}};
 };
 
@@ -43,6 +50,23 @@ TEST_F(HeaderPresenter, TellsStatePartsAndSize)
     EXPECT_EQ(content().sizeText, u"·  3 MB");
     EXPECT_EQ(content(italian).summaryText, u"Download (2/5)");
     EXPECT_EQ(content(italian).partsText, u"·  5 parti");
+}
+
+TEST_F(HeaderPresenter, TellsWhatBecomesOfTheArchive)
+{
+    DownloadItem& first = add(DownloadStatus::completed);
+    add(DownloadStatus::completed);
+    EXPECT_EQ(extraction().extractionText, u"");
+    first.setExtractionStatus(ExtractionStatus::extracting);
+    first.setExtractionProgress(0.42);
+    EXPECT_EQ(extraction().extractionText, u"·  Checking / extracting…"); // without a figure that means nothing alone
+    first.setExtractionStatus(ExtractionStatus::done);
+    EXPECT_EQ(extraction().extractionText, u"·  Extracted");
+    EXPECT_EQ(extraction(italian).extractionText, u"·  Estratto");
+    EXPECT_EQ(accessibleText(extraction()), u"Completed, 2 parts, Extracted");
+    first.setExtractionStatus(ExtractionStatus::failure(QStringLiteral("No space")));
+    EXPECT_EQ(extraction().extractionText, u"·  Extraction failed: No space");
+    EXPECT_EQ(extraction().extraction, ExtractionStatus::failed);
 }
 
 TEST_F(HeaderPresenter, LeavesTheSizeOutWhileNoneIsKnown)

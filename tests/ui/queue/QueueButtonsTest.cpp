@@ -76,6 +76,15 @@ protected:
         QTest::keyClick(&view, Qt::Key_F10, Qt::ShiftModifier);
         return view.findChild<QMenu*>(QStringLiteral("rowMenu"));
     }
+    void choose(const QModelIndex& index, const QString& text)
+    {
+        QMenu* const menu = openMenu(index);
+        for (QAction* action : menu->actions()) {
+            if (action->text() == text)
+                action->trigger();
+        }
+        delete menu;
+    }
     QStringList menuTexts(const QModelIndex& index)
     {
         QMenu* const menu = openMenu(index);
@@ -195,7 +204,7 @@ TEST_F(QueueButtonsTest, TheMenuHasTheCommandsOfTheRow)
 {
     EXPECT_EQ(menuTexts(plain()).join(u'|'),
               u"Resume|Stop — stays out of the queue until you start it|Resync with disk — complete if present, "
-              u"re-queue if missing|Remove from list (deletes partial file)");
+              u"re-queue if missing|Move Up|Move Down|Remove from list (deletes partial file)");
     items[2]->setStatus(DownloadStatus::completed);
     items[2]->setExtractionStatus(ExtractionStatus::failure(QStringLiteral("x")));
     turnEventLoop();
@@ -206,15 +215,65 @@ TEST_F(QueueButtonsTest, TheMenuOfAHeaderRenamesAndOffersToResetOnlyAfterThat)
 {
     const QStringList before = menuTexts(header());
     EXPECT_EQ(before.front(), u"Start group");
-    EXPECT_EQ(before.back(), u"Rename group…");
+    EXPECT_TRUE(before.contains(u"Rename group…"));
+    EXPECT_FALSE(before.contains(u"Reset name"));
+    EXPECT_EQ(before.back(), u"Remove group from list (deletes partial files)");
     workshop.manager().renameGroup(QStringLiteral("a"), QStringLiteral("My film"));
-    EXPECT_EQ(menuTexts(header()).back(), u"Reset name");
-    QMenu* const menu = openMenu(header());
-    menu->actions().back()->trigger();
-    delete menu;
+    choose(header(), QStringLiteral("Reset name"));
     EXPECT_EQ(header().data(QueueModel::NameRole).toString(), u"a");
     workshop.settings().language.set(AppLanguage::italian);
-    EXPECT_EQ(menuTexts(header()).back(), u"Rinomina gruppo…");
+    EXPECT_TRUE(menuTexts(header()).contains(u"Rinomina gruppo…"));
+    EXPECT_FALSE(menuTexts(header()).contains(u"Ripristina nome"));
+}
+
+TEST_F(QueueButtonsTest, TheMenuMovesAGroupAndNotBeyondTheEnds)
+{
+    const auto isEnabled = [this](const QModelIndex& index, const char16_t* text) {
+        QMenu* const menu = openMenu(index);
+        bool isOn = false;
+        for (const QAction* action : menu->actions())
+            isOn |= action->text() == text && action->isEnabled();
+        delete menu;
+        return isOn;
+    };
+    EXPECT_FALSE(isEnabled(header(), u"Move Up"));
+    EXPECT_TRUE(isEnabled(header(), u"Move Down"));
+    EXPECT_TRUE(isEnabled(plain(), u"Move Up"));
+    EXPECT_FALSE(isEnabled(plain(), u"Move Down"));
+    choose(plain(), QStringLiteral("Move Up"));
+    EXPECT_EQ(workshop.manager().items().front(), items[2]);
+}
+
+TEST_F(QueueButtonsTest, TheMenuOffersToExtractAFinishedArchiveThatNothingWasDoneWith)
+{
+    EXPECT_FALSE(menuTexts(plain()).contains(u"Extract"));
+    items[2]->setLocalPath(workshop.sandbox.write(QStringLiteral("b.zip"), "x"));
+    items[2]->setStatus(DownloadStatus::completed);
+    turnEventLoop();
+    EXPECT_EQ(menuTexts(plain()).front(), u"Extract");
+    workshop.tools.add(QStringLiteral("unzip"), "exit 9");
+    workshop.tools.add(QStringLiteral("ditto"), "exit 9");
+    choose(plain(), QStringLiteral("Extract"));
+    EXPECT_TRUE(
+        fixtures::waitUntil([this] { return items[2]->extractionStatus().kind() == ExtractionStatus::failed; }));
+    turnEventLoop();
+    EXPECT_FALSE(menuTexts(plain()).contains(u"Extract"));
+    EXPECT_EQ(menuTexts(plain()).front(), u"Retry");
+}
+
+TEST_F(QueueButtonsTest, TheMenuOfAWholeGroupOffersToExtractIt)
+{
+    for (int part : {0, 1}) {
+        items[static_cast<std::size_t>(part)]->setLocalPath(
+            workshop.sandbox.write(QStringLiteral("a/a.part%1.rar").arg(part + 1), "x"));
+        EXPECT_FALSE(menuTexts(header()).contains(u"Extract"));
+        items[static_cast<std::size_t>(part)]->setStatus(DownloadStatus::completed);
+        turnEventLoop();
+    }
+    workshop.tools.add(QStringLiteral("unrar"), "exit 3");
+    choose(header(), QStringLiteral("Extract"));
+    EXPECT_TRUE(
+        fixtures::waitUntil([this] { return items[0]->extractionStatus().kind() == ExtractionStatus::failed; }));
 }
 
 TEST_F(QueueButtonsTest, TheMenuRunsTheCommandOnItsRowAlsoWhenThatHasMoved)

@@ -171,12 +171,12 @@ TEST_F(RowCommandsTest, GroupsMoveByOnePlaceAndStopAtTheEnds)
         return all;
     };
     const QStringList ids{QStringLiteral("a.zip"), QStringLiteral("b.zip"), QStringLiteral("c.zip")};
-    commands.moveGroup(ids, 0, true);
-    commands.moveGroup(ids, 2, false);
+    commands.moveGroup(ids, 0, -1);
+    commands.moveGroup(ids, 2, 4);
     EXPECT_EQ(names(), u"abc");
-    commands.moveGroup(ids, 0, false);
+    commands.moveGroup(ids, 0, 2);
     EXPECT_EQ(names(), u"bac");
-    commands.moveGroup({ids[1], ids[0], ids[2]}, 2, true);
+    commands.moveGroup({ids[1], ids[0], ids[2]}, 2, 1);
     EXPECT_EQ(names(), u"bca");
 }
 
