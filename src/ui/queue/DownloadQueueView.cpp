@@ -5,11 +5,11 @@
 #include "ui/kit/Separator.h"
 #include "ui/queue/DropOverlay.h"
 #include "ui/queue/DroppedLinks.h"
+#include "ui/queue/MissingToolsBanner.h"
 #include "ui/queue/QueueModel.h"
+#include "ui/queue/QueueSheets.h"
 #include "ui/queue/QueueToolBar.h"
 #include "ui/queue/QueueView.h"
-#include "ui/sheets/AddURLView.h"
-#include "ui/sheets/ArchivePasswordSheetView.h"
 
 #include <QDragEnterEvent>
 #include <QStackedLayout>
@@ -21,40 +21,40 @@ DownloadQueueView::DownloadQueueView(const ViewPorts& ports, QWidget* parent)
     : QWidget(parent)
     , m_manager(ports.manager)
     , m_model(new QueueModel(ports.manager, ports.clock, this))
+    , m_toolBar(new QueueToolBar(ports, this))
     , m_list(new QueueView(*m_model, RowCommands(ports), this))
     , m_empty(new EmptyState(Glyph::arrowDownCircle, this))
     , m_pages(new QStackedLayout)
     , m_overlay(new DropOverlay(this))
+    , m_sheets(new QueueSheets(ports.manager, *this))
 {
     setObjectName(QStringLiteral("downloadQueueView"));
     setAcceptDrops(true);
-    layOut();
+    layOut(ports);
     for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
         connect(m_model, signal, this, &DownloadQueueView::showListOrEmptyState);
     connect(m_model, &QAbstractItemModel::modelReset, this, &DownloadQueueView::showListOrEmptyState);
-    connect(&m_manager, &DownloadManager::changed, this, &DownloadQueueView::showQuestions);
     connect(&m_manager.settings(), &AppSettings::languageSet, this, &DownloadQueueView::retranslate);
     showListOrEmptyState();
-    showQuestions();
     retranslate();
 }
 
-void DownloadQueueView::layOut()
+void DownloadQueueView::layOut(const ViewPorts& ports)
 {
-    auto* toolBar = new QueueToolBar(m_manager, this);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
-    column->addWidget(toolBar);
+    column->addWidget(m_toolBar);
     column->addWidget(new Separator(Qt::Horizontal, this));
     column->addLayout(m_pages, 1);
+    column->addWidget(new MissingToolsBanner(ports.tools, m_manager.settings(), this));
     m_empty->setObjectName(QStringLiteral("queueEmptyState"));
     m_empty->setAutoFillBackground(true);
     m_empty->setBackgroundRole(QPalette::Base);
     m_pages->addWidget(m_list);
     m_pages->addWidget(m_empty);
-    setTabOrder(toolBar, m_list);
-    connect(toolBar, &QueueToolBar::addRequested, this, &DownloadQueueView::showAddURLs);
+    setTabOrder(m_toolBar, m_list);
+    connect(m_toolBar, &QueueToolBar::addRequested, this, &DownloadQueueView::showAddURLs);
 }
 
 void DownloadQueueView::retranslate()
@@ -77,47 +77,22 @@ void DownloadQueueView::showListOrEmptyState()
 
 void DownloadQueueView::showAddURLs()
 {
-    if (m_sheet)
-        return;
-    m_sheet = new AddURLView(m_manager.settings(), m_manager.resolvers(), this);
-    m_sheet->setAttribute(Qt::WA_DeleteOnClose);
-    connect(m_sheet, &AddURLView::added, &m_manager, &DownloadManager::addURLs);
-    m_sheet->open();
+    m_sheets->showAddURLs();
 }
 
-void DownloadQueueView::showQuestions()
+QList<QAction*> DownloadQueueView::queueActions() const
 {
-    const std::optional<PendingExtractionPassword> pending = m_manager.pendingExtractionPassword();
-    if (pending == m_askedPassword)
-        return;
-    m_askedPassword = pending;
-    if (m_passwordSheet) {
-        m_passwordSheet->disconnect(this); // the question went by itself
-        m_passwordSheet->close();
-    }
-    if (pending)
-        askPassword(*pending);
+    return m_toolBar->commands();
 }
 
-void DownloadQueueView::askPassword(const PendingExtractionPassword& question)
+void DownloadQueueView::fillSelectionMenu(QMenu& menu)
 {
-    m_passwordSheet = new ArchivePasswordSheetView(question, m_manager.settings(), this);
-    m_passwordSheet->setAttribute(Qt::WA_DeleteOnClose);
-    // The same question may come again, and is to have a fresh form then.
-    connect(m_passwordSheet, &ArchivePasswordSheetView::confirmed, this, [this](const QString& password) {
-        m_askedPassword.reset();
-        m_manager.submitExtractionPassword(password);
-    });
-    connect(m_passwordSheet, &ArchivePasswordSheetView::rejected, this, [this] {
-        m_askedPassword.reset();
-        m_manager.cancelExtractionPassword();
-    });
-    m_passwordSheet->open();
+    m_list->fillMenu(menu, m_list->currentIndex());
 }
 
 void DownloadQueueView::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (droppedLinks(*event->mimeData()).empty())
+    if (!mayHoldLinks(*event->mimeData()))
         return;
     event->acceptProposedAction();
     m_overlay->raise(); // a change of list and empty state puts those in front
@@ -132,11 +107,9 @@ void DownloadQueueView::dragLeaveEvent(QDragLeaveEvent* /*event*/)
 void DownloadQueueView::dropEvent(QDropEvent* event)
 {
     m_overlay->hide();
-    const std::vector<Link> links = droppedLinks(*event->mimeData());
-    if (links.empty())
-        return;
     event->acceptProposedAction();
-    m_manager.addURLs(links, std::nullopt);
+    for (const std::vector<Link>& links : droppedLinks(*event->mimeData()))
+        m_manager.addURLs(links, std::nullopt);
 }
 
 void DownloadQueueView::resizeEvent(QResizeEvent* event)

@@ -1,25 +1,24 @@
 #pragma once
 
-#include "model/PendingQuestions.h"
 #include "ui/ViewPorts.h"
 
-#include <QPointer>
 #include <QWidget>
 
-class QMimeData;
+class QAction;
+class QMenu;
 class QStackedLayout;
 
 namespace vormel {
 
-class AddURLView;
-class ArchivePasswordSheetView;
 class DropOverlay;
 class EmptyState;
 class QueueModel;
+class QueueSheets;
+class QueueToolBar;
 class QueueView;
 
-/// The page of the queue: commands, list or empty state, drops of links, the sheet for adding them, and those by which
-/// the queue asks something. What the ports name must outlive it.
+/// The page of the queue: commands, list or empty state, a banner for missing tools, drops of links, and its sheets.
+/// What the ports name must outlive it.
 class DownloadQueueView final : public QWidget
 {
     Q_OBJECT
@@ -29,6 +28,10 @@ public:
 
     /// Opens the sheet; one that is open stays.
     void showAddURLs();
+    /// The commands for the whole queue, for menus; the page owns them.
+    [[nodiscard]] QList<QAction*> queueActions() const;
+    /// Adds what the selected row can be told; nothing if there is none.
+    void fillSelectionMenu(QMenu& menu);
 
 protected:
     void dragEnterEvent(QDragEnterEvent* event) override;
@@ -37,21 +40,18 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    void layOut();
+    void layOut(const ViewPorts& ports);
     void retranslate();
     void showListOrEmptyState();
-    void showQuestions();
-    void askPassword(const PendingExtractionPassword& question);
 
     DownloadManager& m_manager;
     QueueModel* m_model;
+    QueueToolBar* m_toolBar;
     QueueView* m_list;
     EmptyState* m_empty;
     QStackedLayout* m_pages;
     DropOverlay* m_overlay;
-    QPointer<AddURLView> m_sheet;
-    std::optional<PendingExtractionPassword> m_askedPassword; ///< what the sheet asks for
-    QPointer<ArchivePasswordSheetView> m_passwordSheet;
+    QueueSheets* m_sheets;
 };
 
 } // namespace vormel

@@ -7,13 +7,23 @@
 
 namespace vormel {
 
-std::vector<Link> droppedLinks(const QMimeData& data)
+bool mayHoldLinks(const QMimeData& data)
 {
+    return data.hasUrls() || data.hasText();
+}
+
+std::vector<std::vector<Link>> droppedLinks(const QMimeData& data)
+{
+    std::vector<std::vector<Link>> batches;
     // Read as text, since QUrl would lose the spelling of the hosts.
-    std::vector<Link> links = httpLinks(lenientText(data.data(QStringLiteral("text/uri-list"))));
-    if (links.empty() && data.hasText())
-        links = httpLinks(data.text());
-    return links;
+    for (const Link& link : httpLinks(lenientText(data.data(QStringLiteral("text/uri-list")))))
+        batches.push_back({link});
+    if (!batches.empty() || !data.hasText())
+        return batches;
+    std::vector<Link> links = httpLinks(data.text());
+    if (!links.empty())
+        batches.push_back(std::move(links));
+    return batches;
 }
 
 } // namespace vormel

@@ -8,8 +8,11 @@ class QMimeData;
 
 namespace vormel {
 
-/// The http and https links that a drop carries, in their order: from its list of addresses, or, where that has none,
-/// one per line of its text.
-[[nodiscard]] std::vector<Link> droppedLinks(const QMimeData& data);
+/// Is it addresses or text? What is in them shows when they are dropped.
+[[nodiscard]] bool mayHoldLinks(const QMimeData& data);
+
+/// The http and https links that a drop carries, as they are added: each address of its list by itself, or, where that
+/// has none, those of its text together, one per line.
+[[nodiscard]] std::vector<std::vector<Link>> droppedLinks(const QMimeData& data);
 
 } // namespace vormel

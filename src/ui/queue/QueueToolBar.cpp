@@ -1,6 +1,9 @@
 #include "ui/queue/QueueToolBar.h"
 
+#include "config/Services.h"
 #include "engine/DownloadManager.h"
+#include "platform/desktop/UrlOpener.h"
+#include "ui/ViewPorts.h"
 #include "ui/kit/GlyphIcon.h"
 #include "ui/queue/SpeedControl.h"
 
@@ -9,6 +12,7 @@
 #include <QHBoxLayout>
 #include <QStyleOptionToolButton>
 #include <QToolButton>
+#include <QUrl>
 
 namespace vormel {
 
@@ -22,46 +26,62 @@ void setTexts(QAction& action, const QString& text, const QString& tip)
 
 } // namespace
 
-QueueToolBar::QueueToolBar(DownloadManager& manager, QWidget* parent)
+QueueToolBar::QueueToolBar(const ViewPorts& ports, QWidget* parent)
     : QWidget(parent)
-    , m_manager(manager)
+    , m_manager(ports.manager)
     , m_add(new QAction(glyphIcon(Glyph::plus), {}, this))
     , m_startAll(new QAction(glyphIcon(Glyph::play), {}, this))
     , m_pauseAll(new QAction(glyphIcon(Glyph::pause), {}, this))
     , m_clearCompleted(new QAction(glyphIcon(Glyph::checkmarkCircle), {}, this))
     , m_clearExtracted(new QAction(glyphIcon(Glyph::archivebox), {}, this))
+    , m_donate(new QAction(glyphIcon(Glyph::mugFill, Tint::beer), {}, this))
+    , m_donation(makeButton(m_donate, QStringLiteral("donate")))
 {
     setObjectName(QStringLiteral("queueToolBar"));
-    auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(10, 8, 10, 8);
-    row->setSpacing(4);
-    addCommand(*row, m_add, QStringLiteral("addURLs"));
-    addCommand(*row, m_startAll, QStringLiteral("startAll"));
-    addCommand(*row, m_pauseAll, QStringLiteral("pauseAll"));
-    addCommand(*row, m_clearCompleted, QStringLiteral("clearCompleted"));
-    addCommand(*row, m_clearExtracted, QStringLiteral("clearExtracted"));
-    row->addStretch();
-    row->addWidget(new SpeedControl(manager, this));
     m_add->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_N));
+    layOut();
     connect(m_add, &QAction::triggered, this, &QueueToolBar::addRequested);
-    connect(m_startAll, &QAction::triggered, &manager, &DownloadManager::startAll);
-    connect(m_pauseAll, &QAction::triggered, &manager, &DownloadManager::pauseAll);
-    connect(m_clearCompleted, &QAction::triggered, &manager, &DownloadManager::clearCompleted);
-    connect(m_clearExtracted, &QAction::triggered, &manager, &DownloadManager::clearExtracted);
-    connect(&manager.settings(), &AppSettings::languageSet, this, &QueueToolBar::retranslate);
+    connect(m_startAll, &QAction::triggered, &m_manager, &DownloadManager::startAll);
+    connect(m_pauseAll, &QAction::triggered, &m_manager, &DownloadManager::pauseAll);
+    connect(m_clearCompleted, &QAction::triggered, &m_manager, &DownloadManager::clearCompleted);
+    connect(m_clearExtracted, &QAction::triggered, &m_manager, &DownloadManager::clearExtracted);
+    connect(m_donate, &QAction::triggered, this,
+            [&opener = ports.urlOpener] { opener.open(QUrl(QString(donationUrl))); });
+    connect(&m_manager.settings(), &AppSettings::languageSet, this, &QueueToolBar::retranslate);
     retranslate();
 }
 
-QToolButton* QueueToolBar::addCommand(QHBoxLayout& row, QAction* action, const QString& name)
+QList<QAction*> QueueToolBar::commands() const
+{
+    return {m_add, m_startAll, m_pauseAll, m_clearCompleted, m_clearExtracted};
+}
+
+QToolButton* QueueToolBar::makeButton(QAction* action, const QString& name)
 {
     auto* button = new QToolButton(this);
     button->setObjectName(name);
     button->setDefaultAction(action);
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::TabFocus);
-    row.addWidget(button);
-    m_buttons << button;
     return button;
+}
+
+void QueueToolBar::layOut()
+{
+    const QStringList names{QStringLiteral("addURLs"), QStringLiteral("startAll"), QStringLiteral("pauseAll"),
+                            QStringLiteral("clearCompleted"), QStringLiteral("clearExtracted")};
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(10, 8, 10, 8);
+    row->setSpacing(4);
+    for (QAction* command : commands()) {
+        m_buttons << makeButton(command, names.at(m_buttons.size()));
+        row->addWidget(m_buttons.back());
+    }
+    row->addStretch();
+    auto* speed = new SpeedControl(m_manager, this);
+    row->addWidget(speed);
+    row->addWidget(m_donation);
+    setTabOrder(speed, m_donation);
 }
 
 void QueueToolBar::retranslate()
@@ -78,7 +98,9 @@ void QueueToolBar::retranslate()
              pair(language, u"Remove completed downloads from the list", u"Rimuovi i download completati dalla lista"));
     setTexts(*m_clearExtracted, pair(language, u"Clear Extracted", u"Rimuovi estratti"),
              pair(language, u"Remove fully extracted groups from the list", u"Rimuovi i gruppi estratti dalla lista"));
-    for (QToolButton* button : std::as_const(m_buttons))
+    setTexts(*m_donate, pair(language, u"Buy me a beer", u"Offrimi una birra"),
+             pair(language, u"Support Vormel — buy me a beer 🍺", u"Supporta Vormel — offrimi una birra 🍺"));
+    for (QToolButton* button : m_buttons + QList{m_donation})
         button->setAccessibleName(button->defaultAction()->text());
     fitTexts();
 }

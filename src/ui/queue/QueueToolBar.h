@@ -9,15 +9,19 @@ class QToolButton;
 namespace vormel {
 
 class DownloadManager;
+struct ViewPorts;
 
-/// The commands for the whole queue and the speed control. Shows texts beside the icons where there is room for them.
-/// The manager must outlive it.
+/// The commands for the whole queue, the speed control and the donation. Shows texts beside the icons of the commands
+/// where there is room for them. What the ports name must outlive it.
 class QueueToolBar final : public QWidget
 {
     Q_OBJECT
 
 public:
-    explicit QueueToolBar(DownloadManager& manager, QWidget* parent = nullptr);
+    explicit QueueToolBar(const ViewPorts& ports, QWidget* parent = nullptr);
+
+    /// Those for the whole queue, in their order.
+    [[nodiscard]] QList<QAction*> commands() const;
 
     [[nodiscard]] QSize minimumSizeHint() const override;
 
@@ -29,7 +33,8 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    QToolButton* addCommand(QHBoxLayout& row, QAction* action, const QString& name);
+    [[nodiscard]] QToolButton* makeButton(QAction* action, const QString& name);
+    void layOut();
     void retranslate();
     void fitTexts();
     void setTextsShown(bool isShown);
@@ -40,7 +45,9 @@ private:
     QAction* m_pauseAll;
     QAction* m_clearCompleted;
     QAction* m_clearExtracted;
-    QList<QToolButton*> m_buttons;
+    QAction* m_donate;
+    QList<QToolButton*> m_buttons; ///< of the commands
+    QToolButton* m_donation;
 };
 
 } // namespace vormel

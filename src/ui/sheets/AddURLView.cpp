@@ -15,7 +15,7 @@ AddURLView::AddURLView(AppSettings& settings, const ResolverTables& resolvers, Q
     : QDialog(parent)
     , m_settings(settings)
     , m_form(new LinkForm(settings, resolvers, this))
-    , m_chooser(new HostChooser(settings, this))
+    , m_chooser(new HostChooser(settings, {}, this))
     , m_pages(new QStackedLayout(this))
 {
     constexpr QSize smallest(420, 300);

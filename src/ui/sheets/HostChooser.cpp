@@ -11,7 +11,7 @@
 
 namespace vormel {
 
-HostChooser::HostChooser(AppSettings& settings, QWidget* parent)
+HostChooser::HostChooser(AppSettings& settings, const Look& look, QWidget* parent)
     : QWidget(parent)
     , m_settings(settings)
     , m_title(new StyledLabel(StyledLabel::Style::title, Tint::text, this))
@@ -28,14 +28,14 @@ HostChooser::HostChooser(AppSettings& settings, QWidget* parent)
     m_cancel->setObjectName(QStringLiteral("cancelChoice"));
     for (QPushButton* button : {m_all, m_cancel})
         button->setAutoDefault(false);
-    layOut();
+    layOut(look);
     connect(m_all, &QPushButton::clicked, this, &HostChooser::allChosen);
     connect(m_cancel, &QPushButton::clicked, this, &HostChooser::cancelled);
     connect(&settings, &AppSettings::languageSet, this, &HostChooser::retranslate);
     retranslate();
 }
 
-void HostChooser::layOut()
+QWidget* HostChooser::makeHostList()
 {
     auto* scroll = new QScrollArea(this);
     scroll->setObjectName(QStringLiteral("hostScroll"));
@@ -48,18 +48,23 @@ void HostChooser::layOut()
     m_hosts->setAutoFillBackground(false);
     m_hostColumn->setContentsMargins(0, 0, 0, 0);
     m_hostColumn->setSpacing(8);
+    return scroll;
+}
+
+void HostChooser::layOut(const Look& look)
+{
+    for (StyledLabel* label : {m_title, m_text})
+        label->setAlignment(look.texts);
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(m_all);
     buttons->addStretch();
     buttons->addWidget(m_cancel);
     auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(20, 18, 20, 18);
-    column->setSpacing(10);
+    column->setContentsMargins(look.padding, look.padding, look.padding, look.padding);
+    column->setSpacing(look.spacing);
     column->addWidget(m_title);
     column->addWidget(m_text);
-    column->addSpacing(2);
-    column->addWidget(scroll, 1);
-    column->addSpacing(4);
+    column->addWidget(makeHostList(), 1);
     column->addLayout(buttons);
 }
 

@@ -18,7 +18,13 @@ class HostChooser final : public QWidget
     Q_OBJECT
 
 public:
-    explicit HostChooser(AppSettings& settings, QWidget* parent = nullptr);
+    struct Look
+    {
+        int padding = 20;
+        int spacing = 10;
+        Qt::Alignment texts = Qt::AlignLeading;
+    };
+    HostChooser(AppSettings& settings, const Look& look, QWidget* parent = nullptr);
 
     /// Offers these instead of what was offered before, and puts the focus on the first.
     void offer(const std::vector<PendingHostSelection::HostGroup>& groups);
@@ -30,7 +36,8 @@ Q_SIGNALS:
     void cancelled();
 
 private:
-    void layOut();
+    void layOut(const Look& look);
+    [[nodiscard]] QWidget* makeHostList();
     void retranslate();
 
     AppSettings& m_settings;

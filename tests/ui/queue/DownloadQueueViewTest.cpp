@@ -1,5 +1,6 @@
 #include "ui/queue/DownloadQueueView.h"
 
+#include "config/Services.h"
 #include "fixtures/EventLoop.h"
 #include "fixtures/Workshop.h"
 #include "ui/FakeDesktop.h"
@@ -189,14 +190,36 @@ TEST_F(DownloadQueueViewTest, DroppedAddressesAddTheirHttpLinksOnce)
     EXPECT_EQ(queue(), QStringList{QStringLiteral("https://h.example/a%20b.zip")});
 }
 
-TEST_F(DownloadQueueViewTest, RefusesDropsWithoutLinks)
+TEST_F(DownloadQueueViewTest, ADropWithoutLinksAddsNothingAndSaysNothing)
 {
     QMimeData data;
     data.setUrls({QUrl(QStringLiteral("file:///etc/passwd"))});
+    EXPECT_TRUE(enter(data));
+    EXPECT_TRUE(drop(data));
+    EXPECT_FALSE(part("dropOverlay").isVisible());
+    EXPECT_TRUE(queue().isEmpty());
+}
+
+TEST_F(DownloadQueueViewTest, RefusesDropsThatAreNeitherAddressesNorText)
+{
+    QMimeData data;
+    data.setImageData(QImage(1, 1, QImage::Format_RGB32));
     EXPECT_FALSE(enter(data));
     EXPECT_FALSE(part("dropOverlay").isVisible());
     EXPECT_FALSE(drop(data));
-    EXPECT_TRUE(queue().isEmpty());
+}
+
+TEST_F(DownloadQueueViewTest, TheMugOpensTheDonationPage)
+{
+    auto& mug = part<QToolButton>("donate");
+    EXPECT_EQ(mug.accessibleName(), u"Buy me a beer");
+    EXPECT_EQ(mug.toolTip(), u"Support Vormel — buy me a beer 🍺");
+    EXPECT_GT(mug.mapTo(&page, QPoint()).x(), part("speedCap").mapTo(&page, QPoint()).x());
+    workshop.settings().language.set(AppLanguage::italian);
+    EXPECT_EQ(mug.accessibleName(), u"Offrimi una birra");
+    EXPECT_EQ(mug.toolTip(), u"Supporta Vormel — offrimi una birra 🍺");
+    click("donate");
+    EXPECT_EQ(desktop.opener.opened, QList<QUrl>{QUrl(QString(donationUrl))});
 }
 
 TEST_F(DownloadQueueViewTest, TheOverlayLiesOverTheWholePageAndGoesWithTheDrag)

@@ -111,7 +111,10 @@ TEST_F(PasswordQuestionTest, APageThatIsBuiltLaterAsksToo)
 {
     askFor(onDisk(QStringLiteral("x.rar")));
     DownloadQueueView late(desktop.ports());
-    EXPECT_NE(late.findChild<ArchivePasswordSheetView*>(), nullptr);
+    fixtures::turnEventLoop();
+    EXPECT_EQ(late.findChild<ArchivePasswordSheetView*>(), nullptr); // not before it is on the screen
+    late.show();
+    EXPECT_TRUE(waitUntil([&late] { return late.findChild<ArchivePasswordSheetView*>() != nullptr; }));
 }
 
 } // namespace

@@ -1,0 +1,108 @@
+#include "ui/queue/QueueSheets.h"
+
+#include "engine/DownloadManager.h"
+#include "ui/sheets/AddURLView.h"
+#include "ui/sheets/ArchivePasswordSheetView.h"
+#include "ui/sheets/HostSelectionSheetView.h"
+
+#include <QEvent>
+
+namespace vormel {
+
+QueueSheets::QueueSheets(DownloadManager& manager, QWidget& page)
+    : QObject(&page)
+    , m_manager(manager)
+    , m_page(page)
+{
+    page.installEventFilter(this);
+    connect(&manager, &DownloadManager::changed, this, &QueueSheets::follow);
+}
+
+bool QueueSheets::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Show)
+        QMetaObject::invokeMethod(this, &QueueSheets::follow, Qt::QueuedConnection);
+    return QObject::eventFilter(watched, event);
+}
+
+QueueSheets::Question QueueSheets::pending() const
+{
+    if (m_manager.pendingHostSelection())
+        return *m_manager.pendingHostSelection();
+    if (const std::optional<PendingExtractionPassword> question = m_manager.pendingExtractionPassword())
+        return *question;
+    return {};
+}
+
+void QueueSheets::follow()
+{
+    const Question now = pending();
+    const bool isAsking = m_sheet && m_asked.index() != 0;
+    if (isAsking && m_asked != now)
+        dismiss();
+    if (m_sheet || !m_page.isVisible())
+        return;
+    m_asked = now;
+    std::visit([this](const auto& question) { ask(question); }, now);
+}
+
+void QueueSheets::open(QDialog* sheet)
+{
+    m_sheet = sheet;
+    sheet->setAttribute(Qt::WA_DeleteOnClose);
+    connect(sheet, &QDialog::finished, this, [this, sheet] {
+        if (m_sheet == sheet)
+            release();
+        // Behind the answer, which is given after the sheet was closed.
+        QMetaObject::invokeMethod(this, &QueueSheets::follow, Qt::QueuedConnection);
+    });
+    sheet->open();
+}
+
+/// From here on the next question may be asked, be it the same again.
+void QueueSheets::release()
+{
+    m_sheet = nullptr;
+    m_asked = {};
+}
+
+void QueueSheets::dismiss()
+{
+    QDialog* const sheet = m_sheet;
+    release();
+    sheet->disconnect(this); // the question went by itself, and closing is no answer
+    sheet->close();
+}
+
+void QueueSheets::showAddURLs()
+{
+    if (m_sheet)
+        return;
+    auto* sheet = new AddURLView(m_manager.settings(), m_manager.resolvers(), &m_page);
+    connect(sheet, &AddURLView::added, &m_manager, &DownloadManager::addURLs);
+    open(sheet);
+}
+
+void QueueSheets::ask(const PendingHostSelection& question)
+{
+    auto* sheet = new HostSelectionSheetView(question, m_manager.settings(), &m_page);
+    connect(sheet, &HostSelectionSheetView::confirmed, &m_manager, &DownloadManager::confirmHostSelection);
+    connect(sheet, &HostSelectionSheetView::rejected, this, [this] {
+        release();
+        m_manager.cancelHostSelection();
+    });
+    open(sheet);
+}
+
+void QueueSheets::ask(const PendingExtractionPassword& question)
+{
+    auto* sheet = new ArchivePasswordSheetView(question, m_manager.settings(), &m_page);
+    connect(sheet, &ArchivePasswordSheetView::confirmed, &m_manager, &DownloadManager::submitExtractionPassword);
+    connect(sheet, &ArchivePasswordSheetView::rejected, this, [this] {
+        release();
+        m_manager.cancelExtractionPassword();
+    });
+    open(sheet);
+}
+
+} // namespace vormel

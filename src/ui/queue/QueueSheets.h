@@ -1,0 +1,51 @@
+#pragma once
+
+#include "model/PendingQuestions.h"
+
+#include <QObject>
+#include <QPointer>
+
+#include <variant>
+
+class QDialog;
+class QWidget;
+
+namespace vormel {
+
+class DownloadManager;
+
+/// The sheets of the queue page, one at a time: the one for adding links, and those by which the queue asks something.
+/// A question waits until the page is on the screen and no other sheet is open, and its sheet goes when the question is
+/// taken back. The page is their parent; the manager must outlive this.
+class QueueSheets final : public QObject
+{
+    Q_OBJECT
+
+public:
+    QueueSheets(DownloadManager& manager, QWidget& page);
+
+    /// Opens the sheet for adding links, unless any is open.
+    void showAddURLs();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    using Question = std::variant<std::monostate, PendingHostSelection, PendingExtractionPassword>;
+
+    [[nodiscard]] Question pending() const;
+    void follow();
+    void open(QDialog* sheet);
+    void release();
+    void dismiss();
+    void ask(const PendingHostSelection& question);
+    void ask(const PendingExtractionPassword& question);
+    static void ask(std::monostate /*nothing*/) {}
+
+    DownloadManager& m_manager;
+    QWidget& m_page;
+    QPointer<QDialog> m_sheet;
+    Question m_asked; ///< what the sheet asks for
+};
+
+} // namespace vormel
