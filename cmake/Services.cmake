@@ -10,6 +10,12 @@ set(VORMEL_OTHER_FILE_HOST_DOMAINS
     "rapidgator.net;turbobit.net;uploaded.net;1fichier.com;katfile.com;nitroflare.com;mega.nz;ddownload.com;mixdrop.co;filespace.com"
     CACHE STRING "Domains of the other file hosts whose links are recognised in containers")
 set(VORMEL_DONATION_URL "https://vormel.example/beer" CACHE STRING "Address behind the donation button")
+set(VORMEL_UPDATE_FEED_URL "" CACHE STRING
+    "https address of the feed of releases; while it is empty, the program never looks for updates")
+set(VORMEL_TELEMETRY_URL "" CACHE STRING
+    "Address that counts installations; while it is empty, nothing is ever sent")
+set(VORMEL_BREW_INSTALLER_URL "" CACHE STRING
+    "Address of the Homebrew installer script; while it is empty, the program does not offer to install it")
 
 list(LENGTH VORMEL_OTHER_FILE_HOST_DOMAINS other_count)
 math(EXPR VORMEL_KNOWN_FILE_HOST_COUNT "${other_count} + 3")

@@ -91,7 +91,7 @@ QWidget* MainWindow::makePage(Page page)
     case Page::accounts:
         return new AccountsView(settings(), m_pages);
     case Page::settings:
-        return new SettingsView(settings(), m_pages);
+        return new SettingsView(m_ports, m_pages);
     }
     Q_UNREACHABLE();
 }

@@ -5,6 +5,8 @@
 #include "engine/DownloadManager.h"
 #include "platform/clock/SystemClock.h"
 #include "platform/desktop/FileViewer.h"
+#include "platform/desktop/PackageManager.h"
+#include "platform/desktop/Terminal.h"
 #include "platform/desktop/UrlOpener.h"
 #include "platform/http/CurlHttpClient.h"
 #include "platform/storage/FileWriter.h"
@@ -25,9 +27,10 @@ public:
 
     [[nodiscard]] DownloadManager& manager() { return m_manager; }
     /// What the window works with; lives as long as the program.
-    [[nodiscard]] ViewPorts viewPorts() { return {m_manager, m_clock, m_fileViewer, m_urlOpener, m_toolWatch}; }
+    [[nodiscard]] ViewPorts viewPorts();
 
 private:
+    QString m_downloadsFolder;
     SystemClock m_clock;
     CurlHttpClient m_http;
     FileWriter m_fileWriter;
@@ -36,6 +39,8 @@ private:
     DesktopTrash m_trash;
     DesktopFileViewer m_fileViewer;
     DesktopUrlOpener m_urlOpener;
+    DesktopPackageManagers m_packageManagers;
+    DesktopTerminal m_terminal;
     ToolRunner m_tools;
     ToolWatch m_toolWatch{m_tools};
     ArchiveExtractor m_extractor{m_tools};

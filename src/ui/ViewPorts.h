@@ -1,10 +1,14 @@
 #pragma once
 
+#include <QString>
+
 namespace vormel {
 
 class Clock;
 class DownloadManager;
 class FileViewer;
+class PackageManagers;
+class Terminal;
 class ToolWatch;
 class UrlOpener;
 
@@ -16,6 +20,9 @@ struct ViewPorts
     FileViewer& fileViewer;
     UrlOpener& urlOpener;
     ToolWatch& tools;
+    PackageManagers& packageManagers;
+    Terminal& terminal;
+    QString downloadsFolder; ///< the user's, whatever the settings say
 };
 
 } // namespace vormel

@@ -33,7 +33,7 @@ TEST(ExtractionError, aMissingToolIsFoundWithThePackageManagerOfThePlatform)
     EXPECT_EQ(toolNotFoundText(QStringLiteral("unrar/rar"), PackageManager::brew),
               u"unrar/rar not found. Install it with: brew install unrar/rar");
     EXPECT_EQ(toolNotFoundText(QStringLiteral("7z"), PackageManager::apt),
-              u"7z not found. Install it with: sudo apt install p7zip-full");
+              u"7z not found. Install it with: sudo apt install 7zip");
     EXPECT_EQ(toolNotFoundText(QStringLiteral("unrar"), PackageManager::apt),
               u"unrar not found. Install it with: sudo apt install unrar");
     EXPECT_EQ(toolNotFoundText(QStringLiteral("unrar/rar"), PackageManager::apt),

@@ -3,6 +3,8 @@
 #include "archive/tools/ToolWatch.h"
 #include "fixtures/Workshop.h"
 #include "platform/desktop/FileViewer.h"
+#include "platform/desktop/PackageManager.h"
+#include "platform/desktop/Terminal.h"
 #include "platform/desktop/UrlOpener.h"
 #include "ui/ViewPorts.h"
 
@@ -29,6 +31,24 @@ public:
     QList<QUrl> opened;
 };
 
+/// Has what it is told to have.
+class FakePackageManagers final : public PackageManagers
+{
+public:
+    [[nodiscard]] std::optional<PackageManager> present() const override { return manager; }
+
+    std::optional<PackageManager> manager;
+};
+
+/// Writes down what it is asked to run.
+class FakeTerminal final : public Terminal
+{
+public:
+    void run(const QString& command) override { commands << command; }
+
+    QStringList commands;
+};
+
 /// Everything that pages work with, around the workshop's engine and its folder of tools. The workshop must outlive it.
 struct FakeDesktop
 {
@@ -36,11 +56,23 @@ struct FakeDesktop
         : workshop(owner)
     {}
 
-    [[nodiscard]] ViewPorts ports() { return {workshop.manager(), workshop.clock, viewer, opener, tools}; }
+    [[nodiscard]] ViewPorts ports()
+    {
+        return {workshop.manager(),
+                workshop.clock,
+                viewer,
+                opener,
+                tools,
+                managers,
+                terminal,
+                workshop.sandbox.folders().downloads};
+    }
 
     Workshop& workshop;
     FakeViewer viewer;
     FakeOpener opener;
+    FakePackageManagers managers;
+    FakeTerminal terminal;
     ToolRunner runner{workshop.tools.folders()};
     ToolWatch tools{runner};
 };

@@ -1,45 +1,77 @@
 #include "archive/tools/InstallAdvice.h"
 
+#include <array>
+
 namespace vormel {
 
 namespace {
 
-QString debianPackage(const QString& tool)
+struct Packages
 {
-    if (tool == u"7z")
-        return QStringLiteral("p7zip-full");
-    // Either does; this is the smaller one.
-    if (tool == u"unrar/rar")
-        return QStringLiteral("unrar");
-    return tool;
+    PackageManager manager;
+    QLatin1StringView install;
+    QLatin1StringView forRar;
+    bool hasRar;
+    QLatin1StringView forSevenZip;
+    QLatin1StringView sevenZipProgram;
+};
+
+/// In the order of PackageManager. Only two of them have a package of "rar".
+constexpr std::array<Packages, 5> allPackages{{
+    {PackageManager::apt, QLatin1StringView("sudo apt install "), QLatin1StringView("rar unrar"), true,
+     QLatin1StringView("7zip"), QLatin1StringView("7zz")},
+    {PackageManager::dnf, QLatin1StringView("sudo dnf install "), QLatin1StringView("unrar"), false,
+     QLatin1StringView("7zip"), QLatin1StringView("7z")},
+    {PackageManager::pacman, QLatin1StringView("sudo pacman -S "), QLatin1StringView("unrar"), false,
+     QLatin1StringView("7zip"), QLatin1StringView("7z")},
+    {PackageManager::zypper, QLatin1StringView("sudo zypper install "), QLatin1StringView("unrar"), false,
+     QLatin1StringView("7zip"), QLatin1StringView("7z")},
+    {PackageManager::brew, QLatin1StringView("brew install "), QLatin1StringView("rar"), true,
+     QLatin1StringView("sevenzip"), QLatin1StringView("7zz")},
+}};
+
+const Packages& packagesOf(PackageManager manager)
+{
+    return allPackages.at(static_cast<std::size_t>(manager));
 }
 
 /// What the told name of the tool is followed by.
-QString advice(PackageManager manager)
+QString errorsCommand(const QString& tool, PackageManager manager)
 {
-    return manager == PackageManager::brew ? QStringLiteral("brew install ") : QStringLiteral("sudo apt install ");
+    const Packages& packages = packagesOf(manager);
+    QString package = tool;
+    if (manager != PackageManager::brew) { // its line names the tool as it is
+        if (tool == u"7z")
+            package = packages.forSevenZip;
+        else if (tool == u"unrar/rar")
+            package = QStringLiteral("unrar"); // either does; this is the smaller one
+    }
+    return packages.install + package;
 }
 
 } // namespace
 
-QString installCommand(const QString& tool, PackageManager manager)
+ToolPackages toolPackages(PackageManager manager)
 {
-    return advice(manager) + (manager == PackageManager::brew ? tool : debianPackage(tool));
+    const Packages& packages = packagesOf(manager);
+    return {packages.install + QString(packages.forRar), packages.hasRar,
+            packages.install + QString(packages.forSevenZip), packages.sevenZipProgram};
 }
 
 QString toolNotFoundText(const QString& tool, PackageManager manager)
 {
-    return tool + QStringLiteral(" not found. Install it with: ") + installCommand(tool, manager);
+    return tool + QStringLiteral(" not found. Install it with: ") + errorsCommand(tool, manager);
 }
 
 QString repairToolNotFoundText(PackageManager manager)
 {
     const QString tool = QStringLiteral("rar");
-    const QString name = tool + QStringLiteral(" (needed to rebuild volumes from .rev — install with: ") +
-                         installCommand(tool, manager) + u')';
+    const QString command = errorsCommand(tool, manager);
+    const QString name =
+        tool + QStringLiteral(" (needed to rebuild volumes from .rev — install with: ") + command + u')';
     if (manager == PackageManager::brew)
         return toolNotFoundText(name, manager);
-    return name + QStringLiteral(" not found. Install it with: ") + installCommand(tool, manager);
+    return name + QStringLiteral(" not found. Install it with: ") + command;
 }
 
 } // namespace vormel

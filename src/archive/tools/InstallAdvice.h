@@ -1,24 +1,28 @@
 #pragma once
 
+#include "platform/desktop/PackageManager.h"
+
 #include <QString>
 
 namespace vormel {
 
-/// Where the user gets a missing tool from.
-enum class PackageManager
-{
-    apt,
-    brew,
-};
-
+/// Texts of errors do not ask the machine: they name the package manager that most systems of this kind have.
 #ifdef Q_OS_MACOS
-constexpr PackageManager buildsPackageManager = PackageManager::brew;
+inline constexpr PackageManager buildsPackageManager = PackageManager::brew;
 #else
-constexpr PackageManager buildsPackageManager = PackageManager::apt;
+inline constexpr PackageManager buildsPackageManager = PackageManager::apt;
 #endif
 
-/// The command that installs the tool, with the package that it is in.
-[[nodiscard]] QString installCommand(const QString& tool, PackageManager manager = buildsPackageManager);
+/// What a package manager installs for the archives that the system itself cannot open.
+struct ToolPackages
+{
+    QString rarCommand;      ///< for RAR archives
+    bool hasRar = false;     ///< that command brings "rar", which alone can repair, and not only "unrar"
+    QString sevenZipCommand; ///< for 7-Zip archives
+    QString sevenZipProgram; ///< what the program that it brings is called
+};
+
+[[nodiscard]] ToolPackages toolPackages(PackageManager manager);
 
 [[nodiscard]] QString toolNotFoundText(const QString& tool, PackageManager manager = buildsPackageManager);
 

@@ -1,149 +1,105 @@
 #include "ui/settings/SettingsView.h"
 
-#include "model/AppSettings.h"
-#include "ui/kit/SheetButton.h"
+#include "archive/tools/ToolWatch.h"
+#include "config/Services.h"
+#include "engine/DownloadManager.h"
+#include "platform/desktop/Terminal.h"
+#include "ui/settings/CommandAlert.h"
+#include "ui/settings/DownloadSection.h"
+#include "ui/settings/ExtractionSection.h"
+#include "ui/settings/InstallSection.h"
+#include "ui/settings/LanguageSection.h"
+#include "ui/settings/SupportSection.h"
+#include "ui/settings/ToolsSection.h"
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QFileDialog>
-#include <QFormLayout>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QSignalBlocker>
-#include <QSpinBox>
+#include <QEvent>
+#include <QHBoxLayout>
 
 namespace vormel {
 
-SettingsView::SettingsView(AppSettings& settings, QWidget* parent)
-    : QWidget(parent)
-    , m_settings(settings)
-    , m_folder(new QLineEdit(this))
-    , m_choose(new SheetButton(this))
-    , m_concurrent(new QSpinBox(this))
-    , m_autoStart(new QCheckBox(this))
-    , m_language(new QComboBox(this))
+SettingsView::SettingsView(const ViewPorts& ports, QWidget* parent)
+    : QScrollArea(parent)
+    , m_ports(ports)
 {
-    constexpr int mostConcurrent = 10;
     setObjectName(QStringLiteral("settingsView"));
-    m_folder->setTextMargins(4, 2, 4, 2);
-    m_concurrent->setRange(1, mostConcurrent);
-    for (const AppLanguage language : allLanguages)
-        m_language->addItem(rawValue(language), static_cast<int>(language));
-    nameParts();
+    setFrameShape(QFrame::NoFrame);
+    setWidgetResizable(true);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // everything wraps
+    setFocusPolicy(Qt::NoFocus);
     layOut();
-    showValues();
-    retranslate();
-    connectParts();
+    connect(m_install, &InstallSection::asked, this, &SettingsView::ask);
 }
 
-void SettingsView::nameParts()
+QList<QWidget*> SettingsView::makeSections(QWidget* parent)
 {
-    m_folder->setObjectName(QStringLiteral("downloadFolder"));
-    m_choose->setObjectName(QStringLiteral("chooseDownloadFolder"));
-    m_concurrent->setObjectName(QStringLiteral("concurrentDownloads"));
-    m_autoStart->setObjectName(QStringLiteral("autoStartDownloads"));
-    m_language->setObjectName(QStringLiteral("language"));
-}
-
-QLabel* SettingsView::addRow(QFormLayout& form, QWidget* control)
-{
-    auto* label = new QLabel(this);
-    label->setBuddy(control);
-    form.addRow(label, control);
-    return label;
+    AppSettings& settings = m_ports.manager.settings();
+    m_install = new InstallSection(m_ports, QString(brewInstallerUrl), parent);
+    return {new SupportSection(settings, m_ports.urlOpener, parent),
+            new LanguageSection(settings, parent),
+            new DownloadSection(m_ports, parent),
+            new ExtractionSection(m_ports, parent),
+            new ToolsSection(settings, m_ports.tools, parent),
+            m_install};
 }
 
 void SettingsView::layOut()
 {
     constexpr int widest = 640; // longer lines are hard to follow
-    auto* folder = new QWidget(this);
-    auto* folderRow = new QHBoxLayout(folder);
-    folderRow->setContentsMargins(0, 0, 0, 0);
-    folderRow->addWidget(m_folder, 1);
-    folderRow->addWidget(m_choose);
-    auto* content = new QWidget(this);
-    content->setMaximumWidth(widest);
-    auto* form = new QFormLayout(content);
-    form->setContentsMargins(24, 24, 24, 24);
-    form->setHorizontalSpacing(16);
-    form->setVerticalSpacing(16);
-    form->setLabelAlignment(Qt::AlignTrailing | Qt::AlignVCenter);
-    form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-    m_folderLabel = addRow(*form, folder);
-    m_folderLabel->setBuddy(m_folder);
-    m_concurrent->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    m_language->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    m_concurrentLabel = addRow(*form, m_concurrent);
-    form->addRow(QString(), m_autoStart);
-    m_languageLabel = addRow(*form, m_language);
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->addWidget(content);
-    column->addStretch();
+    constexpr int margin = 20;
+    auto* page = new QWidget(this);
+    auto* column = new QWidget(page);
+    column->setMaximumWidth(widest);
+    auto* rows = new QVBoxLayout(column);
+    rows->setContentsMargins(0, margin, 0, margin);
+    rows->setSpacing(margin);
+    const QList<QWidget*> sections = makeSections(column);
+    for (QWidget* section : sections)
+        rows->addWidget(section);
+    rows->addStretch();
+    auto* centred = new QHBoxLayout(page);
+    centred->setContentsMargins(margin, 0, margin, 0);
+    centred->addWidget(column);
+    setWidget(page);
+    page->setAutoFillBackground(false);
+    viewport()->setAutoFillBackground(false);
 }
 
-void SettingsView::connectParts()
+void SettingsView::showEvent(QShowEvent* event)
 {
-    connect(m_folder, &QLineEdit::editingFinished, this, [this] { useFolder(m_folder->text()); });
-    connect(m_choose, &QPushButton::clicked, this, &SettingsView::chooseFolder);
-    connect(m_concurrent, &QSpinBox::valueChanged, this, [this](int n) { m_settings.maxConcurrentDownloads.set(n); });
-    connect(m_autoStart, &QCheckBox::toggled, this, [this](bool isOn) { m_settings.autoStartDownloads.set(isOn); });
-    connect(m_language, &QComboBox::activated, this,
-            [this](int row) { m_settings.language.set(allLanguages.at(static_cast<std::size_t>(row))); });
-    connect(&m_settings, &AppSettings::changed, this, &SettingsView::showValues);
-    connect(&m_settings, &AppSettings::languageSet, this, &SettingsView::retranslate);
+    QScrollArea::showEvent(event);
+    lookAgain();
 }
 
-void SettingsView::retranslate()
+void SettingsView::changeEvent(QEvent* event)
 {
-    const AppLanguage language = m_settings.language.value();
-    const QString folder = pair(language, u"Download folder", u"Cartella di download");
-    const QString concurrent = pair(language, u"Concurrent downloads", u"Download simultanei");
-    const QString languageText = pair(language, u"Language", u"Lingua");
-    m_folderLabel->setText(folder);
-    m_folder->setAccessibleName(folder);
-    m_choose->setText(pair(language, u"Choose…", u"Scegli…"));
-    m_choose->setAccessibleName(folder + QStringLiteral(": ") + m_choose->text());
-    m_concurrentLabel->setText(concurrent);
-    m_concurrent->setAccessibleName(concurrent);
-    m_autoStart->setText(
-        pair(language, u"Start new downloads automatically", u"Avvia automaticamente i nuovi download"));
-    m_autoStart->setAccessibleName(m_autoStart->text());
-    m_languageLabel->setText(languageText);
-    m_language->setAccessibleName(languageText);
+    QScrollArea::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        lookAgain(); // the user comes back from a terminal, perhaps
 }
 
-void SettingsView::showValues()
+void SettingsView::lookAgain()
 {
-    const QSignalBlocker noCount(m_concurrent);
-    const QSignalBlocker noToggle(m_autoStart);
-    // Text that is being typed is not taken away because another setting was set.
-    if (!m_folder->hasFocus() || !m_folder->isModified())
-        m_folder->setText(m_settings.downloadFolderPath.value());
-    m_concurrent->setValue(static_cast<int>(std::clamp<qint64>(m_settings.maxConcurrentDownloads.value(), 1, 10)));
-    m_autoStart->setChecked(m_settings.autoStartDownloads.value());
-    m_language->setCurrentIndex(m_language->findData(static_cast<int>(m_settings.language.value())));
+    m_ports.tools.look();
+    m_install->look();
 }
 
-void SettingsView::chooseFolder()
+void SettingsView::ask(const QString& command)
 {
-    auto* dialog = new QFileDialog(this, m_folderLabel->text(), m_settings.downloadFolderPath.value());
-    dialog->setObjectName(QStringLiteral("folderDialog"));
-    dialog->setFileMode(QFileDialog::Directory);
-    dialog->setOption(QFileDialog::ShowDirsOnly);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QFileDialog::fileSelected, this, &SettingsView::useFolder);
-    dialog->open();
+    if (m_pendingCommand)
+        return;
+    m_pendingCommand = command;
+    auto* alert = new CommandAlert(command, m_ports.manager.settings().language.value(), this);
+    alert->setAttribute(Qt::WA_DeleteOnClose);
+    connect(alert, &CommandAlert::accepted, this, [this] { answer(true); });
+    connect(alert, &CommandAlert::rejected, this, [this] { answer(false); });
+    alert->open();
 }
 
-void SettingsView::useFolder(const QString& path)
+void SettingsView::answer(bool run)
 {
-    m_folder->setModified(false);
-    if (path.isEmpty() || path == m_settings.downloadFolderPath.value())
-        showValues();
-    else
-        m_settings.downloadFolderPath.set(path);
+    const std::optional<QString> command = std::exchange(m_pendingCommand, std::nullopt);
+    if (run && command)
+        m_ports.terminal.run(*command);
 }
 
 } // namespace vormel

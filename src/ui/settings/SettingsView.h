@@ -1,47 +1,41 @@
 #pragma once
 
-#include <QWidget>
+#include "ui/ViewPorts.h"
 
-class QCheckBox;
-class QComboBox;
-class QFormLayout;
-class QLabel;
-class QLineEdit;
-class QPushButton;
-class QSpinBox;
+#include <QScrollArea>
+
+#include <optional>
 
 namespace vormel {
 
-class AppSettings;
+class InstallSection;
 
-/// The page of the preferences. Each control writes its setting at once and follows it when it is set elsewhere. The
-/// settings must outlive it.
-class SettingsView final : public QWidget
+/// The page of the settings: a scrolling column of sections. Each control writes its setting at once and follows it
+/// when it is set elsewhere. What the ports name must outlive it.
+class SettingsView final : public QScrollArea
 {
     Q_OBJECT
 
 public:
-    explicit SettingsView(AppSettings& settings, QWidget* parent = nullptr);
+    explicit SettingsView(const ViewPorts& ports, QWidget* parent = nullptr);
+
+    /// The command that the user is being asked about.
+    [[nodiscard]] const std::optional<QString>& pendingCommand() const { return m_pendingCommand; }
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
-    void nameParts();
+    [[nodiscard]] QList<QWidget*> makeSections(QWidget* parent);
     void layOut();
-    QLabel* addRow(QFormLayout& form, QWidget* control);
-    void connectParts();
-    void retranslate();
-    void showValues();
-    void chooseFolder();
-    void useFolder(const QString& path);
+    void lookAgain();
+    void ask(const QString& command);
+    void answer(bool run);
 
-    AppSettings& m_settings;
-    QLineEdit* m_folder;
-    QPushButton* m_choose;
-    QSpinBox* m_concurrent;
-    QCheckBox* m_autoStart;
-    QComboBox* m_language;
-    QLabel* m_folderLabel = nullptr;
-    QLabel* m_concurrentLabel = nullptr;
-    QLabel* m_languageLabel = nullptr;
+    ViewPorts m_ports;
+    InstallSection* m_install = nullptr;
+    std::optional<QString> m_pendingCommand; ///< set while its alert is shown
 };
 
 } // namespace vormel

@@ -11,11 +11,8 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
-#include <QComboBox>
 #include <QLabel>
-#include <QLineEdit>
 #include <QListWidget>
-#include <QSpinBox>
 #include <QTest>
 #include <QTimer>
 
@@ -141,49 +138,6 @@ TEST_F(MainWindowTest, EveryControlHasANameForAssistiveTechnology)
             }
         }
     }
-}
-
-TEST_F(MainWindowTest, TheSettingsPageWritesTheSettings)
-{
-    window.showPage(Page::settings);
-    AppSettings& settings = workshop.settings();
-    auto& folder = part<QLineEdit>("downloadFolder");
-    folder.selectAll();
-    QTest::keyClicks(&folder, QStringLiteral("/srv/new"));
-    QTest::keyClick(&folder, Qt::Key_Return);
-    EXPECT_EQ(settings.downloadFolderPath.value(), u"/srv/new");
-    part<QSpinBox>("concurrentDownloads").setValue(7);
-    EXPECT_EQ(settings.maxConcurrentDownloads.value(), 7);
-    EXPECT_EQ(part<QSpinBox>("concurrentDownloads").minimum(), 1);
-    EXPECT_EQ(part<QSpinBox>("concurrentDownloads").maximum(), 10);
-    QTest::keyClick(&part("autoStartDownloads"), Qt::Key_Space);
-    EXPECT_TRUE(settings.autoStartDownloads.value());
-    part("language").setFocus();
-    QTest::keyClick(&part("language"), Qt::Key_Down);
-    EXPECT_EQ(settings.language.value(), AppLanguage::italian);
-    EXPECT_EQ(part<QAbstractButton>("chooseDownloadFolder").text(), u"Scegli…");
-    EXPECT_EQ(window.windowTitle(), u"Impostazioni — Vormel");
-}
-
-TEST_F(MainWindowTest, TheSettingsPageFollowsTheSettings)
-{
-    window.showPage(Page::settings);
-    workshop.settings().downloadFolderPath.set(QStringLiteral("/srv/other"));
-    workshop.settings().maxConcurrentDownloads.set(50);
-    EXPECT_EQ(part<QLineEdit>("downloadFolder").text(), u"/srv/other");
-    EXPECT_EQ(part<QSpinBox>("concurrentDownloads").value(), 10);
-    EXPECT_EQ(workshop.settings().maxConcurrentDownloads.value(), 50); // shown as the most, and left as it is
-}
-
-TEST_F(MainWindowTest, AnEmptyFolderIsNotTaken)
-{
-    window.showPage(Page::settings);
-    const QString before = workshop.settings().downloadFolderPath.value();
-    auto& folder = part<QLineEdit>("downloadFolder");
-    folder.clear();
-    QTest::keyClick(&folder, Qt::Key_Return);
-    EXPECT_EQ(workshop.settings().downloadFolderPath.value(), before);
-    EXPECT_EQ(folder.text(), before);
 }
 
 } // namespace

@@ -1,0 +1,41 @@
+#include "ui/help/HelpFeatureRow.h"
+
+#include "ui/help/HelpFeatures.h"
+#include "ui/kit/GlyphLabel.h"
+#include "ui/kit/StyledLabel.h"
+
+#include <QHBoxLayout>
+
+namespace vormel {
+
+HelpFeatureRow::HelpFeatureRow(const HelpFeature& feature, QWidget* parent)
+    : QWidget(parent)
+    , m_title(new StyledLabel(StyledLabel::Style::headline, Tint::text, this))
+    , m_detail(new StyledLabel(StyledLabel::Style::body, Tint::secondary, this))
+{
+    constexpr int iconSize = 22;
+    m_title->setObjectName(QStringLiteral("featureTitle"));
+    m_detail->setObjectName(QStringLiteral("featureDetail"));
+    auto* texts = new QVBoxLayout;
+    texts->setSpacing(2);
+    for (StyledLabel* label : {m_title, m_detail}) {
+        label->setWordWrap(true);
+        texts->addWidget(label);
+    }
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(14);
+    row->addWidget(new GlyphLabel(feature.icon, feature.color, iconSize, this), 0, Qt::AlignTop);
+    row->addLayout(texts, 1);
+    setTexts(feature);
+}
+
+void HelpFeatureRow::setTexts(const HelpFeature& feature)
+{
+    m_title->setText(feature.title);
+    m_detail->setText(feature.detail);
+    setAccessibleName(feature.title);
+    setAccessibleDescription(feature.detail);
+}
+
+} // namespace vormel

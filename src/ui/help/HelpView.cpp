@@ -1,0 +1,140 @@
+#include "ui/help/HelpView.h"
+
+#include "config/Services.h"
+#include "model/AppSettings.h"
+#include "ui/help/HelpFeatureRow.h"
+#include "ui/help/HelpFeatures.h"
+#include "ui/kit/GlyphIcon.h"
+#include "ui/kit/GlyphLabel.h"
+#include "ui/kit/PlatformTexts.h"
+#include "ui/kit/Separator.h"
+#include "ui/kit/StyledLabel.h"
+
+#include <QHBoxLayout>
+
+namespace vormel {
+
+HelpView::HelpView(const AppSettings& settings, QWidget* parent)
+    : QScrollArea(parent)
+    , m_settings(settings)
+    , m_name(new StyledLabel(StyledLabel::Style::title, Tint::text, this))
+    , m_version(new StyledLabel(StyledLabel::Style::body, Tint::secondary, this))
+    , m_kind(new StyledLabel(StyledLabel::Style::body, Tint::secondary, this))
+    , m_description(new StyledLabel(StyledLabel::Style::headline, Tint::text, this))
+    , m_heading(new StyledLabel(StyledLabel::Style::title, Tint::text, this))
+    , m_requirement(new StyledLabel(StyledLabel::Style::caption, Tint::secondary, this))
+{
+    setFrameShape(QFrame::NoFrame);
+    setWidgetResizable(true);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // everything wraps
+    setBackgroundRole(QPalette::Base);
+    setFocusPolicy(Qt::StrongFocus); // the keys scroll it
+    nameParts();
+    layOut();
+    connect(&settings, &AppSettings::languageSet, this, &HelpView::retranslate);
+    retranslate();
+}
+
+void HelpView::nameParts()
+{
+    setObjectName(QStringLiteral("helpView"));
+    m_name->setObjectName(QStringLiteral("helpName"));
+    m_version->setObjectName(QStringLiteral("helpVersion"));
+    m_kind->setObjectName(QStringLiteral("helpKind"));
+    m_description->setObjectName(QStringLiteral("helpDescription"));
+    m_heading->setObjectName(QStringLiteral("helpFeatures"));
+    m_requirement->setObjectName(QStringLiteral("helpRequirement"));
+    m_name->setText(QStringLiteral("Vormel"));
+    m_version->setText(u'v' + QString(programVersion));
+}
+
+void HelpView::layOut()
+{
+    constexpr int padding = 28;
+    constexpr int spacing = 20;
+    auto* page = new QWidget(this);
+    page->setBackgroundRole(QPalette::Base);
+    page->setAutoFillBackground(true);
+    auto* column = new QVBoxLayout(page);
+    column->setContentsMargins(padding, padding, padding, padding);
+    column->setSpacing(spacing);
+    column->addWidget(makeHeader(page));
+    column->addWidget(new Separator(Qt::Horizontal, page));
+    column->addWidget(m_description);
+    column->addWidget(new Separator(Qt::Horizontal, page));
+    column->addWidget(makeFeatures(page));
+    column->addWidget(new Separator(Qt::Horizontal, page));
+    column->addWidget(makeRequirement(page));
+    column->addStretch();
+    for (StyledLabel* label : {m_kind, m_description, m_requirement})
+        label->setWordWrap(true);
+    setWidget(page);
+}
+
+QWidget* HelpView::makeHeader(QWidget* parent)
+{
+    constexpr int iconSize = 56;
+    auto* header = new QWidget(parent);
+    auto* name = new QHBoxLayout;
+    name->setSpacing(8);
+    name->addWidget(m_name, 0, Qt::AlignBaseline);
+    name->addWidget(m_version, 0, Qt::AlignBaseline);
+    name->addStretch();
+    auto* texts = new QVBoxLayout;
+    texts->setSpacing(2);
+    texts->addStretch();
+    texts->addLayout(name);
+    texts->addWidget(m_kind);
+    texts->addStretch();
+    auto* row = new QHBoxLayout(header);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(14);
+    auto* icon = new QLabel(header); // no GlyphLabel, for it keeps its own colours
+    icon->setPixmap(programIcon().pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
+    row->addWidget(icon);
+    row->addLayout(texts, 1);
+    return header;
+}
+
+QWidget* HelpView::makeFeatures(QWidget* parent)
+{
+    constexpr int spacing = 16;
+    auto* features = new QWidget(parent);
+    auto* column = new QVBoxLayout(features);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(spacing);
+    column->addWidget(m_heading);
+    const QList<HelpFeature> all = helpFeatures(m_settings.language.value());
+    for (const HelpFeature& feature : all) {
+        m_features << new HelpFeatureRow(feature, features);
+        column->addWidget(m_features.last());
+    }
+    return features;
+}
+
+QWidget* HelpView::makeRequirement(QWidget* parent)
+{
+    constexpr int iconSize = 16;
+    auto* requirement = new QWidget(parent);
+    auto* row = new QHBoxLayout(requirement);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(8);
+    row->addWidget(new GlyphLabel(Glyph::desktopcomputer, Tint::secondary, iconSize, requirement));
+    row->addWidget(m_requirement, 1);
+    return requirement;
+}
+
+void HelpView::retranslate()
+{
+    const AppLanguage language = m_settings.language.value();
+    m_kind->setText(platformText(PlatformText::kindOfProgram, language));
+    m_description->setText(platformText(PlatformText::description, language).arg(filestoreDomain));
+    m_heading->setText(pair(language, u"Features", u"Funzionalità"));
+    m_requirement->setText(platformText(PlatformText::requirement, language));
+    setAccessibleName(m_name->text() + QStringLiteral(" — ") + m_kind->text());
+    const QList<HelpFeature> all = helpFeatures(language);
+    for (qsizetype i = 0; i < all.size(); ++i)
+        m_features.at(i)->setTexts(all.at(i));
+}
+
+} // namespace vormel

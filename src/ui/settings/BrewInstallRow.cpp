@@ -1,0 +1,50 @@
+#include "ui/settings/BrewInstallRow.h"
+
+#include "ui/kit/SheetButton.h"
+#include "ui/kit/StyledLabel.h"
+#include "ui/settings/CodeLabel.h"
+#include "ui/settings/SettingsSection.h"
+
+#include <QHBoxLayout>
+
+namespace vormel {
+
+BrewInstallRow::BrewInstallRow(const QString& name, QWidget* parent)
+    : QWidget(parent)
+    , m_command(new CodeLabel(this))
+    , m_description(new StyledLabel(StyledLabel::Style::caption, Tint::secondary, this))
+    , m_open(new SheetButton(QStringLiteral("Open in Terminal"), this)) // the same in both languages
+{
+    setObjectName(name);
+    m_command->setObjectName(QStringLiteral("installCommand"));
+    m_description->setObjectName(QStringLiteral("installDescription"));
+    m_open->setObjectName(QStringLiteral("openInTerminal"));
+    m_command->setWordWrap(true);
+    m_command->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_description->setWordWrap(true);
+    auto* texts = new QVBoxLayout;
+    texts->setSpacing(3);
+    texts->addWidget(m_command);
+    texts->addWidget(m_description);
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, SettingsSection::endOfRow, 0);
+    row->setSpacing(16);
+    row->addLayout(texts, 1);
+    row->addWidget(m_open, 0, Qt::AlignVCenter);
+    connect(m_open, &QPushButton::clicked, this, [this] { Q_EMIT asked(command()); });
+}
+
+void BrewInstallRow::setCommand(const QString& command, const QString& description)
+{
+    m_command->setText(command);
+    m_description->setText(description);
+    m_open->setAccessibleName(m_open->text() + QStringLiteral(": ") + command);
+    m_open->setAccessibleDescription(description);
+}
+
+QString BrewInstallRow::command() const
+{
+    return m_command->text();
+}
+
+} // namespace vormel

@@ -1,0 +1,110 @@
+#include "ui/settings/FolderRow.h"
+
+#include "engine/DownloadManager.h"
+#include "platform/desktop/UrlOpener.h"
+#include "ui/kit/GlyphIcon.h"
+#include "ui/kit/PlatformTexts.h"
+#include "ui/kit/SheetButton.h"
+#include "ui/kit/StyledLabel.h"
+#include "ui/settings/PathLabel.h"
+#include "ui/settings/SettingsSection.h"
+
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QToolButton>
+#include <QUrl>
+
+namespace vormel {
+
+FolderRow::FolderRow(const ViewPorts& ports, Setting<QString> AppSettings::*setting, const QString& name,
+                     const TextPair& label, QWidget* parent)
+    : QWidget(parent)
+    , m_ports(ports)
+    , m_setting(setting)
+    , m_label(label)
+    , m_text(new StyledLabel(StyledLabel::Style::body, Tint::text, this))
+    , m_path(new PathLabel(this))
+    , m_open(new QToolButton(this))
+    , m_choose(new SheetButton(this))
+    , m_reset(new SheetButton(this))
+{
+    setObjectName(name);
+    m_text->setObjectName(QStringLiteral("folderLabel"));
+    m_path->setObjectName(QStringLiteral("folderPath"));
+    m_open->setObjectName(QStringLiteral("openFolder"));
+    m_choose->setObjectName(QStringLiteral("chooseFolder"));
+    m_reset->setObjectName(QStringLiteral("resetFolder"));
+    layOut();
+    connectParts();
+    retranslate();
+    showFolder();
+}
+
+AppSettings& FolderRow::settings() const
+{
+    return m_ports.manager.settings();
+}
+
+void FolderRow::layOut()
+{
+    m_text->setWordWrap(true);
+    m_open->setIcon(glyphIcon(Glyph::folder, Tint::secondary));
+    m_open->setAutoRaise(true);
+    m_open->setFocusPolicy(Qt::StrongFocus);
+    auto* texts = new QVBoxLayout;
+    texts->setSpacing(3);
+    texts->addWidget(m_text);
+    texts->addWidget(m_path);
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, SettingsSection::endOfRow, 0);
+    row->setSpacing(8);
+    row->addLayout(texts, 1);
+    row->addWidget(m_open);
+    row->addWidget(m_choose);
+    row->addWidget(m_reset);
+}
+
+void FolderRow::connectParts()
+{
+    connect(m_open, &QToolButton::clicked, this,
+            [this] { m_ports.urlOpener.open(QUrl::fromLocalFile(setting().value())); });
+    connect(m_choose, &QPushButton::clicked, this, &FolderRow::choose);
+    connect(m_reset, &QPushButton::clicked, this, [this] { setting().set(m_ports.downloadsFolder); });
+    connect(&settings(), &AppSettings::changed, this, &FolderRow::showFolder);
+    connect(&settings(), &AppSettings::languageSet, this, &FolderRow::retranslate);
+}
+
+void FolderRow::choose()
+{
+    const AppLanguage language = settings().language.value();
+    auto* dialog = new QFileDialog(this, m_label.in(language), setting().value());
+    dialog->setObjectName(QStringLiteral("folderDialog"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setWindowModality(Qt::WindowModal);
+    dialog->setFileMode(QFileDialog::Directory);
+    dialog->setOption(QFileDialog::ShowDirsOnly);
+    dialog->setLabelText(QFileDialog::Accept, pair(language, u"Select", u"Seleziona"));
+    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) { setting().set(path); });
+    dialog->open();
+}
+
+void FolderRow::showFolder()
+{
+    m_path->setPath(setting().value());
+}
+
+void FolderRow::retranslate()
+{
+    const AppLanguage language = settings().language.value();
+    const QString label = m_label.in(language);
+    const auto named = [&label](const QString& action) { return label + QStringLiteral(": ") + action; };
+    m_text->setText(label);
+    m_choose->setText(pair(language, u"Choose...", u"Scegli..."));
+    m_choose->setAccessibleName(named(m_choose->text()));
+    m_reset->setText(pair(language, u"Reset", u"Ripristina"));
+    m_reset->setAccessibleName(named(m_reset->text()));
+    m_open->setToolTip(platformText(PlatformText::openInViewer, language));
+    m_open->setAccessibleName(named(m_open->toolTip()));
+}
+
+} // namespace vormel

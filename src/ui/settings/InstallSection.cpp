@@ -1,0 +1,63 @@
+#include "ui/settings/InstallSection.h"
+
+#include "archive/tools/InstallAdvice.h"
+#include "archive/tools/ToolWatch.h"
+#include "engine/DownloadManager.h"
+#include "ui/settings/BrewInstallRow.h"
+#include "ui/settings/ManagerWarning.h"
+
+namespace vormel {
+
+namespace {
+
+QString rarDescription(bool hasRar, AppLanguage language)
+{
+    if (hasRar)
+        return pair(language, u"Installs rar + unrar — for RAR archives and .rev repair",
+                    u"Installa rar + unrar — per archivi RAR e riparazione .rev");
+    return pair(language, u"Installs unrar — for RAR archives", u"Installa unrar — per archivi RAR");
+}
+
+QString sevenZipDescription(const QString& program, AppLanguage language)
+{
+    return pair(language, u"Installs %1 — needed for 7-Zip archives", u"Installa %1 — necessario per gli archivi 7-Zip")
+        .arg(program);
+}
+
+} // namespace
+
+InstallSection::InstallSection(const ViewPorts& ports, const QString& installerUrl, QWidget* parent)
+    : SettingsSection(ports.manager.settings(), QStringLiteral("installSection"), parent)
+    , m_ports(ports)
+    , m_warning(new ManagerWarning(settings(), installerUrl, this))
+    , m_rar(new BrewInstallRow(QStringLiteral("installRar"), this))
+    , m_sevenZip(new BrewInstallRow(QStringLiteral("installSevenZip"), this))
+{
+    addRow(m_warning);
+    addRow(m_rar);
+    addRow(m_sevenZip);
+    connect(m_warning, &ManagerWarning::asked, this, &InstallSection::asked);
+    connect(m_rar, &BrewInstallRow::asked, this, &InstallSection::asked);
+    connect(m_sevenZip, &BrewInstallRow::asked, this, &InstallSection::asked);
+    connect(&m_ports.tools, &ToolWatch::toolsChanged, this, &InstallSection::look);
+    connect(&settings(), &AppSettings::languageSet, this, &InstallSection::look);
+    look();
+}
+
+void InstallSection::look()
+{
+    const std::optional<PackageManager> manager = m_ports.packageManagers.present();
+    const FoundTools& found = m_ports.tools.tools();
+    setHeading(pair(language(), u"Install missing tools", u"Installa strumenti mancanti"));
+    if (manager) {
+        const ToolPackages packages = toolPackages(*manager);
+        m_rar->setCommand(packages.rarCommand, rarDescription(packages.hasRar, language()));
+        m_sevenZip->setCommand(packages.sevenZipCommand, sevenZipDescription(packages.sevenZipProgram, language()));
+    }
+    m_warning->setVisible(!manager);
+    m_rar->setVisible(manager && !found.unrar);
+    m_sevenZip->setVisible(manager && !found.sevenZip);
+    setVisible(!manager || !found.unrar || !found.sevenZip);
+}
+
+} // namespace vormel

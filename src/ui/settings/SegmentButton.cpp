@@ -1,0 +1,35 @@
+#include "ui/settings/SegmentButton.h"
+
+#include "ui/kit/Theme.h"
+#include "ui/settings/FocusRing.h"
+
+#include <QPainter>
+
+namespace vormel {
+
+QSize SegmentButton::sizeHint() const
+{
+    constexpr QSize air(44, 14);
+    return fontMetrics().size(Qt::TextSingleLine, text()) + air;
+}
+
+void SegmentButton::paintEvent(QPaintEvent* /*event*/)
+{
+    constexpr qreal radius = 6;
+    constexpr qreal inset = 2;
+    const Theme theme(palette());
+    const QRectF body = QRectF(rect()).adjusted(inset, inset, -inset, -inset);
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (isChecked()) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(theme.color(Tint::blue));
+        painter.drawRoundedRect(body, radius - 1, radius - 1);
+    }
+    if (hasFocus())
+        drawFocusRing(painter, QRectF(rect()), theme, radius + 1);
+    painter.setPen(isChecked() ? palette().color(QPalette::Base) : theme.color(Tint::text));
+    painter.drawText(rect(), Qt::AlignCenter, text());
+}
+
+} // namespace vormel

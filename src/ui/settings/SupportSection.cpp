@@ -1,0 +1,64 @@
+#include "ui/settings/SupportSection.h"
+
+#include "config/Services.h"
+#include "model/AppSettings.h"
+#include "platform/desktop/UrlOpener.h"
+#include "ui/kit/GlyphIcon.h"
+#include "ui/kit/SheetButton.h"
+#include "ui/kit/StyledLabel.h"
+
+#include <QHBoxLayout>
+#include <QUrl>
+
+namespace vormel {
+
+SupportSection::SupportSection(AppSettings& settings, UrlOpener& opener, QWidget* parent)
+    : SettingsSection(settings, QStringLiteral("supportSection"), parent)
+    , m_free(new StyledLabel(StyledLabel::Style::headline, Tint::text, this))
+    , m_please(new StyledLabel(StyledLabel::Style::body, Tint::text, this))
+    , m_fees(new StyledLabel(StyledLabel::Style::caption, Tint::secondary, this))
+    , m_beer(new SheetButton(this))
+{
+    constexpr int iconSize = 18;
+    m_free->setObjectName(QStringLiteral("supportFree"));
+    m_please->setObjectName(QStringLiteral("supportPlease"));
+    m_fees->setObjectName(QStringLiteral("supportFees"));
+    m_beer->setObjectName(QStringLiteral("buyBeer"));
+    m_beer->setIconSize(QSize(iconSize, iconSize));
+    m_beer->setIcon(glyphIcon(Glyph::mugFill, Tint::beer));
+    addRow(makeRow());
+    connect(m_beer, &QPushButton::clicked, this, [&opener] { opener.open(QUrl(QString(donationUrl))); });
+    connect(&settings, &AppSettings::languageSet, this, &SupportSection::retranslate);
+    retranslate();
+}
+
+QWidget* SupportSection::makeRow()
+{
+    auto* row = new QWidget(this);
+    auto* texts = new QVBoxLayout;
+    texts->setSpacing(3);
+    for (StyledLabel* label : {m_free, m_please, m_fees}) {
+        label->setWordWrap(true);
+        texts->addWidget(label);
+    }
+    auto* columns = new QHBoxLayout(row);
+    columns->setContentsMargins(0, 0, endOfRow, 0);
+    columns->setSpacing(16);
+    columns->addLayout(texts, 1);
+    columns->addWidget(m_beer, 0, Qt::AlignVCenter);
+    return row;
+}
+
+void SupportSection::retranslate()
+{
+    setHeading(pair(language(), u"Support", u"Supporto"));
+    m_free->setText(pair(language(), u"Vormel is free and ad-free.", u"Vormel è gratuito e senza pubblicità."));
+    m_please->setText(
+        pair(language(), u"If it saves you time, buy me a beer!", u"Se ti fa risparmiare tempo, offrimi una birra!"));
+    m_beer->setText(pair(language(), u"Buy me a beer", u"Offrimi una birra"));
+    m_beer->setAccessibleName(m_beer->text());
+    m_fees->setText(pair(language(), u"Sending as “Friends & Family” means 100% reaches me.",
+                         u"Inviando come “Amici e familiari” ricevo il 100%."));
+}
+
+} // namespace vormel

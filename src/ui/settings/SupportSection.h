@@ -1,0 +1,31 @@
+#pragma once
+
+#include "ui/settings/SettingsSection.h"
+
+class QPushButton;
+
+namespace vormel {
+
+class StyledLabel;
+class UrlOpener;
+
+/// Says that the program is free, and where a beer can be bought for its maker.
+class SupportSection final : public SettingsSection
+{
+    Q_OBJECT
+
+public:
+    /// The opener must outlive it.
+    SupportSection(AppSettings& settings, UrlOpener& opener, QWidget* parent);
+
+private:
+    [[nodiscard]] QWidget* makeRow();
+    void retranslate();
+
+    StyledLabel* m_free;
+    StyledLabel* m_please;
+    StyledLabel* m_fees;
+    QPushButton* m_beer;
+};
+
+} // namespace vormel
