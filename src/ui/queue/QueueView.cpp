@@ -338,6 +338,7 @@ void QueueView::openMenu(const QModelIndex& index, QPoint globalPoint)
 {
     auto* menu = new QMenu(this);
     menu->setObjectName(QStringLiteral("rowMenu"));
+    menu->setAccessibleName(index.data(QueueModel::NameRole).toString());
     menu->setAttribute(Qt::WA_DeleteOnClose);
     fillMenu(*menu, index);
     menu->popup(globalPoint);

@@ -6,7 +6,7 @@
 namespace vormel {
 
 AccessibleQueue::AccessibleQueue(QueueView& view)
-    : QAccessibleWidget(&view, QAccessible::Tree)
+    : QAccessibleWidget(&view, QAccessible::List)
     , m_view(view)
     , m_order(view)
     , m_rows(view)

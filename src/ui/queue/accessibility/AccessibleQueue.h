@@ -8,7 +8,7 @@
 
 namespace vormel {
 
-/// The list of the queue as assistive technology sees it: a tree whose children are the rows, from the top down, with
+/// The list of the queue as assistive technology sees it: a list whose children are the rows, from the top down, with
 /// the members of an open group behind its header. Made when the list is asked for first, so that nothing of all this
 /// is there without assistive technology.
 class AccessibleQueue final : public QAccessibleWidget

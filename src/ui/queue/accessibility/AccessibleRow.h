@@ -33,7 +33,8 @@ public:
     [[nodiscard]] QString text(QAccessible::Text kind) const override;
     void setText(QAccessible::Text /*kind*/, const QString& /*text*/) override {}
     [[nodiscard]] QRect rect() const override;
-    [[nodiscard]] QAccessible::Role role() const override { return QAccessible::TreeItem; }
+    /// Qt 6.4 hands items of a tree on as cells of a table, and screen readers then look for the table.
+    [[nodiscard]] QAccessible::Role role() const override { return QAccessible::ListItem; }
     [[nodiscard]] QAccessible::State state() const override;
     [[nodiscard]] void* interface_cast(QAccessible::InterfaceType type) override;
 
