@@ -1,0 +1,118 @@
+#include "RunningProgram.h"
+
+#include "engine/queue/QueueRecords.h"
+#include "fixtures/EventLoop.h"
+
+#include <QDir>
+#include <QProcessEnvironment>
+
+#include <gtest/gtest.h>
+
+namespace vormel::fixtures {
+
+namespace {
+
+std::shared_ptr<const QueueRecord> pausedRecord(const QString& file)
+{
+    constexpr qint64 size = 5'000'000;
+    DownloadItem item(*Link::parse(QStringLiteral("http://127.0.0.1:9/") + file), ItemId::make());
+    item.setStatus(DownloadStatus::paused);
+    item.setTotalBytes(size);
+    return encodeRecord(item);
+}
+
+} // namespace
+
+bool comesTrue(const std::function<bool()>& condition)
+{
+    return waitUntil([&condition] {
+        while (g_main_context_iteration(nullptr, FALSE) != 0) {
+        }
+        return condition();
+    });
+}
+
+RunningProgram::RunningProgram(const QStringList& files)
+{
+    atspi_init();
+    writeQueue(files);
+    start(m_process);
+}
+
+RunningProgram::~RunningProgram()
+{
+    m_process.terminate();
+    if (!m_process.waitForFinished())
+        ADD_FAILURE() << "the program does not end";
+}
+
+void RunningProgram::writeQueue(const QStringList& files) const
+{
+    std::vector<std::shared_ptr<const QueueRecord>> records;
+    for (const QString& file : files)
+        records.push_back(pausedRecord(file));
+    m_sandbox.write(QStringLiteral("data/Vormel/download_queue.json"), encodeQueue(records));
+}
+
+void RunningProgram::start(QProcess& process) const
+{
+    const QString runtime = m_sandbox.path(QStringLiteral("run"));
+    QDir().mkpath(runtime);
+    QFile::setPermissions(runtime, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
+    variables.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+    variables.insert(QStringLiteral("QT_LINUX_ACCESSIBILITY_ALWAYS_ON"), QStringLiteral("1"));
+    variables.insert(QStringLiteral("HOME"), m_sandbox.root());
+    variables.insert(QStringLiteral("XDG_DATA_HOME"), m_sandbox.path(QStringLiteral("data")));
+    variables.insert(QStringLiteral("XDG_CONFIG_HOME"), m_sandbox.path(QStringLiteral("config")));
+    variables.insert(QStringLiteral("XDG_RUNTIME_DIR"), runtime);
+    process.setProcessEnvironment(variables);
+    process.setProcessChannelMode(QProcess::ForwardedChannels);
+    process.start(QStringLiteral(VORMEL_PROGRAM), QStringList());
+}
+
+bool RunningProgram::isUp()
+{
+    return comesTrue([this] {
+        for (const Accessible& application : Accessible::desktop().children()) {
+            if (application.processId() == m_process.processId() && application.childCount() > 0) {
+                m_application = application;
+                return true;
+            }
+        }
+        return false;
+    });
+}
+
+void RunningProgram::bringToFront() const
+{
+    QProcess second;
+    start(second);
+    if (!second.waitForFinished() || second.exitCode() != 0)
+        ADD_FAILURE() << "the program does not come to the front";
+}
+
+Accessible RunningProgram::window(AtspiRole role, const QString& nameStart) const
+{
+    Accessible found;
+    static_cast<void>(comesTrue([&] {
+        for (const Accessible& window : m_application.children()) {
+            if (window.role() == role && window.name().startsWith(nameStart))
+                found = window;
+        }
+        return found.isThere();
+    }));
+    return found;
+}
+
+Accessible RunningProgram::list() const
+{
+    return m_application.find(ATSPI_ROLE_LIST, QStringLiteral("Downloads"));
+}
+
+Accessible RunningProgram::row(const QString& nameStart) const
+{
+    return list().find(ATSPI_ROLE_LIST_ITEM, nameStart);
+}
+
+} // namespace vormel::fixtures
