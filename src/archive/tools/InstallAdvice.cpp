@@ -8,10 +8,10 @@ namespace {
 
 struct Packages
 {
-    PackageManager manager;
+    PackageManager manager = PackageManager::apt;
     QLatin1StringView install;
     QLatin1StringView forRar;
-    bool hasRar;
+    bool hasRar = false;
     QLatin1StringView forSevenZip;
     QLatin1StringView sevenZipProgram;
 };

@@ -50,7 +50,7 @@ QString findTerminal(const QString& preferred, const QStringList& folders)
     for (const KnownTerminal& terminal : knownTerminals)
         names << QString(terminal.name);
     for (const QString& name : names) {
-        const QString program = name.isEmpty() ? QString() : QStandardPaths::findExecutable(name, folders);
+        QString program = name.isEmpty() ? QString() : QStandardPaths::findExecutable(name, folders);
         if (!program.isEmpty())
             return program;
     }

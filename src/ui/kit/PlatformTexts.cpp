@@ -14,7 +14,7 @@ struct Wording
 
 struct Row
 {
-    PlatformText text;
+    PlatformText text = PlatformText::showInViewer;
     Wording finder;
     Wording freedesktop;
 };

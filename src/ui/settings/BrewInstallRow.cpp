@@ -37,6 +37,7 @@ BrewInstallRow::BrewInstallRow(const QString& name, QWidget* parent)
 void BrewInstallRow::setCommand(const QString& command, const QString& description)
 {
     m_command->setText(command);
+    m_command->setAccessibleName(command);
     m_description->setText(description);
     m_open->setAccessibleName(m_open->text() + QStringLiteral(": ") + command);
     m_open->setAccessibleDescription(description);

@@ -21,6 +21,7 @@ SegmentedPicker::SegmentedPicker(const QStringList& choices, QWidget* parent)
     for (const QString& choice : choices) {
         auto* button = new SegmentButton(choice, this);
         button->setObjectName(choice);
+        button->setAccessibleName(choice);
         m_group->addButton(button, static_cast<int>(m_group->buttons().size()));
         row->addWidget(button);
         widest = qMax(widest, button->sizeHint().width());

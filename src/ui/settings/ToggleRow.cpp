@@ -71,6 +71,11 @@ void ToggleRow::showValue()
     m_noteText->setVisible(isOn == m_isNoteWhenOn && !m_noteText->text().isEmpty());
 }
 
+void ToggleRow::mousePressEvent(QMouseEvent* event)
+{
+    event->setAccepted(event->button() == Qt::LeftButton); // to get the release as well
+}
+
 void ToggleRow::mouseReleaseEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::LeftButton && rect().contains(event->pos()))

@@ -24,6 +24,7 @@ public:
     void setNote(const TextPair& note, bool whenOn);
 
 protected:
+    void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:

@@ -62,7 +62,7 @@ TEST_F(DownloadSectionTest, TheWheelChangesTheStepperOnlyOnceItHasTheFocus)
                           Qt::NoScrollPhase, false);
         QCoreApplication::sendEvent(&stepper(), &wheel);
     };
-    page.activateWindow();
+    activate();
     stepper().clearFocus();
     turn();
     EXPECT_EQ(stepper().value(), 3);
@@ -93,11 +93,11 @@ TEST_F(DownloadSectionTest, NotesAreShownWhileTheirTogglesAreOff)
 {
     for (const char* toggle : {"autoStartDownloads", "downloadRevFiles"}) {
         const QByteArray note = QByteArray(toggle) + "Note";
-        EXPECT_TRUE(isShown(note)) << toggle;
+        EXPECT_TRUE(isShown(note.constData())) << toggle;
         click(toggle);
-        EXPECT_FALSE(isShown(note)) << toggle;
+        EXPECT_FALSE(isShown(note.constData())) << toggle;
         click(toggle);
-        EXPECT_TRUE(isShown(note)) << toggle;
+        EXPECT_TRUE(isShown(note.constData())) << toggle;
     }
 }
 

@@ -26,6 +26,7 @@ TEST_F(LanguageSectionTest, AClickSpeaksTheOtherLanguage)
 
 TEST_F(LanguageSectionTest, ArrowsMoveTheChoice)
 {
+    activate();
     part("English").setFocus();
     press("English", Qt::Key_Right);
     EXPECT_EQ(settings().language.value(), AppLanguage::italian);

@@ -34,6 +34,12 @@ protected:
     [[nodiscard]] QString text(const char* name) const { return part<QLabel>(name).text(); }
     [[nodiscard]] QString button(const char* name) const { return part<QAbstractButton>(name).text(); }
     [[nodiscard]] bool isShown(const char* name) const { return part(name).isVisible(); }
+    /// Only the active window has a widget with the focus.
+    void activate()
+    {
+        page.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
+    }
     void click(const char* name) const { QTest::mouseClick(&part(name), Qt::LeftButton); }
     void press(const char* name, Qt::Key key) const { QTest::keyClick(&part(name), key); }
 

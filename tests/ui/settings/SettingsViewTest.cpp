@@ -43,8 +43,7 @@ TEST_F(SettingsViewTest, EveryControlHasANameInBothLanguages)
         settings().language.set(language);
         EXPECT_GT(controls().size(), 15);
         for (const QWidget* control : controls()) {
-            const auto* button = qobject_cast<const QAbstractButton*>(control);
-            EXPECT_TRUE(!control->accessibleName().isEmpty() || (button && !button->text().isEmpty()))
+            EXPECT_FALSE(control->accessibleName().isEmpty())
                 << control->metaObject()->className() << ' ' << qPrintable(control->objectName());
         }
     }
@@ -52,17 +51,21 @@ TEST_F(SettingsViewTest, EveryControlHasANameInBothLanguages)
 
 TEST_F(SettingsViewTest, TheTabKeyGoesDownThePage)
 {
-    page.activateWindow();
+    activate();
     part("buyBeer").setFocus();
+    int stops = 0;
     int last = -1;
-    for (qsizetype i = 0; i < controls().size() - 2; ++i) { // one stop for the two languages; the last stays
+    do {
         QWidget* focused = page.focusWidget();
         ASSERT_NE(focused, nullptr);
         const int y = focused->mapTo(page.widget(), focused->rect().center()).y();
-        EXPECT_GE(y, last - 3) << qPrintable(focused->objectName());
+        EXPECT_GE(y, last - 3) << qPrintable(focused->objectName()); // those of one row may be a little apart
         last = y;
+        ++stops;
         QTest::keyClick(focused, Qt::Key_Tab);
-    }
+    } while (page.focusWidget() != &part("buyBeer") && stops < 50);
+    // One for both languages, three for a folder.
+    EXPECT_EQ(stops, 16);
 }
 
 TEST_F(SettingsViewTest, NothingIsCutOffInANarrowWindow)
