@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/LaunchPing.h"
+#include "app/update/FeedUpdater.h"
 #include "archive/ArchiveExtractor.h"
 #include "archive/tools/ToolWatch.h"
 #include "engine/DownloadManager.h"
@@ -22,12 +24,22 @@ namespace vormel {
 class Program
 {
 public:
-    /// Reads preferences and queue from the folders.
-    explicit Program(const Folders& folders, const CurlHttpClient::Options& network = {});
+    /// Where the program reports to of itself; an empty address means that it does not.
+    struct Services
+    {
+        QString updateFeed;
+        QString telemetry;
+    };
+
+    /// Reads preferences and queue from the folders; the first start of an installation is counted on the way.
+    explicit Program(const Folders& folders, const CurlHttpClient::Options& network = {},
+                     const Services& services = {});
 
     [[nodiscard]] DownloadManager& manager() { return m_manager; }
     /// What the window works with; lives as long as the program.
     [[nodiscard]] ViewPorts viewPorts();
+    [[nodiscard]] FeedUpdater& updater() { return m_updater; }
+    [[nodiscard]] UrlOpener& urlOpener() { return m_urlOpener; }
 
 private:
     QString m_downloadsFolder;
@@ -35,6 +47,8 @@ private:
     CurlHttpClient m_http;
     FileWriter m_fileWriter;
     UserDefaults m_defaults;
+    LaunchPing m_launchPing;
+    FeedUpdater m_updater;
     ResolverTables m_resolvers;
     DesktopTrash m_trash;
     DesktopFileViewer m_fileViewer;

@@ -1,5 +1,7 @@
+#include "app/DesktopActivation.h"
 #include "app/MainWindow.h"
 #include "app/Program.h"
+#include "app/update/UpdateNotice.h"
 #include "config/Services.h"
 #include "platform/desktop/SingleInstance.h"
 #include "platform/desktop/TerminationSignals.h"
@@ -17,12 +19,59 @@ void nameProgram()
     QApplication::setDesktopFileName(QStringLiteral("org.vormel.Vormel"));
 }
 
-void comeForward(QWidget& window)
+/// What the launcher gave this start to let its window take the focus. The toolkit clears it, so it is read before.
+QString activationToken()
 {
+    const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN");
+    return token.isEmpty() ? qEnvironmentVariable("DESKTOP_STARTUP_ID") : token;
+}
+
+/// The toolkit's Wayland part takes a token from the environment when a window asks for the focus.
+void comeForward(QWidget& window, const QString& token = {})
+{
+    if (!token.isEmpty())
+        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
     window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
     window.show();
     window.raise();
     window.activateWindow();
+    qunsetenv("XDG_ACTIVATION_TOKEN"); // never for child processes
+}
+
+/// True if the program that runs already was reached.
+bool showRunning(const vormel::SingleInstance& instance, const QString& token)
+{
+    return vormel::DesktopActivation::askRunningToShow(QDBusConnection::sessionBus(), token) ||
+           instance.askFirstToShow();
+}
+
+vormel::Program::Services services()
+{
+    return {QString(vormel::updateFeedUrl), QString(vormel::telemetryUrl)};
+}
+
+/// The whole life of the program that holds the lock.
+int run(const vormel::SingleInstance& instance, vormel::TerminationSignals& signalsOfTheSystem,
+        const vormel::Folders& folders)
+{
+    vormel::CurlHttpClient::Options network;
+    network.userAgent = "Vormel/" + QByteArray(vormel::programVersion.data());
+    vormel::Program program(folders, network, services());
+    vormel::MainWindow window(program.viewPorts());
+    const vormel::UpdateNotice updateNotice(program.updater(), program.manager().settings(), program.urlOpener(),
+                                            window);
+
+    QObject::connect(&instance, &vormel::SingleInstance::showRequested, &window, [&window] { comeForward(window); });
+    QObject::connect(&signalsOfTheSystem, &vormel::TerminationSignals::terminationRequested, qApp, &QApplication::quit);
+    QObject::connect(qApp, &QApplication::aboutToQuit, &window, [&program] { program.manager().shutDown(); });
+    signalsOfTheSystem.listen();
+    window.show();
+
+    // The bus can wait until the window is there.
+    const vormel::DesktopActivation activation(QDBusConnection::sessionBus());
+    QObject::connect(&activation, &vormel::DesktopActivation::showRequested, &window,
+                     [&window](const QString& token) { comeForward(window, token); });
+    return QApplication::exec();
 }
 
 } // namespace
@@ -31,25 +80,13 @@ int main(int argc, char** argv)
 {
     vormel::TerminationSignals signalsOfTheSystem; // before any thread is started
     vormel::ensureUtf8Locale();
+    const QString token = activationToken();
     const QApplication application(argc, argv);
     nameProgram();
 
     const vormel::Folders folders = vormel::Folders::ofThisUser();
     const vormel::SingleInstance instance(folders.runtime);
     if (!instance.isFirst())
-        return instance.askFirstToShow() ? EXIT_SUCCESS : EXIT_FAILURE;
-
-    vormel::CurlHttpClient::Options network;
-    network.userAgent = "Vormel/" + QByteArray(vormel::programVersion.data());
-    vormel::Program program(folders, network);
-    vormel::MainWindow window(program.viewPorts());
-
-    QObject::connect(&instance, &vormel::SingleInstance::showRequested, &window, [&window] { comeForward(window); });
-    QObject::connect(&signalsOfTheSystem, &vormel::TerminationSignals::terminationRequested, &application,
-                     &QApplication::quit);
-    QObject::connect(&application, &QApplication::aboutToQuit, &window, [&program] { program.manager().shutDown(); });
-    signalsOfTheSystem.listen();
-
-    window.show();
-    return QApplication::exec();
+        return showRunning(instance, token) ? EXIT_SUCCESS : EXIT_FAILURE;
+    return run(instance, signalsOfTheSystem, folders);
 }

@@ -1,0 +1,121 @@
+#include "app/update/Appcast.h"
+
+#include <gtest/gtest.h>
+
+using namespace vormel;
+
+namespace {
+
+QByteArray feed(const QByteArray& items)
+{
+    return "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<rss version=\"2.0\"><channel><title>Vormel 9</title>"
+           "<link>https://vormel.example/</link>" +
+           items + "</channel></rss>";
+}
+
+QByteArray item(const QByteArray& inside)
+{
+    return "<item><link>https://vormel.example/get</link>" + inside + "</item>";
+}
+
+/// The version that a feed of these items offers; empty if none.
+QString offered(const QByteArray& items)
+{
+    const std::optional<Appcast> appcast = readAppcast(feed(items));
+    EXPECT_TRUE(appcast) << items.toStdString();
+    return appcast && appcast->newest ? appcast->newest->version.text() : QString();
+}
+
+TEST(AppcastTest, theVersionMayStandInTheEnclosure)
+{
+    EXPECT_EQ(offered(item("<enclosure url='x' sparkle:version='2045' sparkle:shortVersionString='1.4'/>")),
+              QStringLiteral("1.4"));
+    EXPECT_EQ(offered(item("<enclosure url='x' sparkle:version='1.3'/>")), QStringLiteral("1.3"));
+}
+
+TEST(AppcastTest, theVersionMayStandInElements)
+{
+    EXPECT_EQ(offered(item("<sparkle:version>2045</sparkle:version>"
+                           "<sparkle:shortVersionString> 1.4 </sparkle:shortVersionString>")),
+              QStringLiteral("1.4"));
+}
+
+TEST(AppcastTest, withoutThoseTheTitleTells)
+{
+    EXPECT_EQ(offered(item("<title>Vormel 1.5-rc1</title>")), QStringLiteral("1.5-rc1"));
+    EXPECT_EQ(offered(item("<title>1.5</title><sparkle:version>1.6</sparkle:version>")), QStringLiteral("1.6"));
+}
+
+TEST(AppcastTest, theNewestItemWinsWhereverItStands)
+{
+    EXPECT_EQ(offered(item("<title>1.9</title>") + item("<title>1.10</title>") + item("<title>1.10-rc1</title>")),
+              QStringLiteral("1.10"));
+}
+
+TEST(AppcastTest, thePageIsTheItemsLink)
+{
+    const std::optional<Appcast> appcast = readAppcast(feed(item("<title>1.5</title>")));
+    ASSERT_TRUE(appcast && appcast->newest);
+    EXPECT_EQ(appcast->newest->page, QUrl(QStringLiteral("https://vormel.example/get")));
+}
+
+TEST(AppcastTest, itemsWithoutASecureLinkArePassedOver)
+{
+    for (const QByteArray link : {"", "http://vormel.example/", "file:///etc/passwd", "https://", "javascript:1"})
+        EXPECT_EQ(offered("<item><title>2.0</title><link>" + link + "</link></item>" + item("<title>1.0</title>")),
+                  QStringLiteral("1.0"))
+            << link.toStdString();
+}
+
+TEST(AppcastTest, itemsWithoutAVersionArePassedOver)
+{
+    EXPECT_EQ(offered(item("<title>Coming soon</title>") + item("<title>1.0</title>")), QStringLiteral("1.0"));
+}
+
+TEST(AppcastTest, markupInADescriptionIsNoItem)
+{
+    EXPECT_EQ(offered(item("<description><b>x<title>7</title></b></description><title>1.0</title>")),
+              QStringLiteral("1.0"));
+}
+
+TEST(AppcastTest, aFeedWithoutItemsOffersNothing)
+{
+    EXPECT_EQ(offered({}), QString());
+}
+
+TEST(AppcastTest, whatIsNoFeedIsNotUnderstood)
+{
+    for (const QByteArray document : {"", "hello", "<html><body>Log in</body></html>", "{\"version\": 2}"})
+        EXPECT_FALSE(readAppcast(document)) << document.toStdString();
+}
+
+TEST(AppcastTest, aFeedThatIsCutOffIsNotUnderstood)
+{
+    const QByteArray whole = feed(item("<title>1.0</title>"));
+    EXPECT_FALSE(readAppcast(whole.chopped(20)));
+    EXPECT_FALSE(readAppcast(whole.left(whole.indexOf("1.0") + 1)));
+}
+
+TEST(AppcastTest, entitiesThatMultiplyAreRefused)
+{
+    QByteArray type = "<!DOCTYPE rss [<!ENTITY a0 'aaaaaaaaaa'>";
+    for (int level = 1; level < 10; ++level) {
+        const QByteArray before = "&a" + QByteArray::number(level - 1) + ';';
+        type += "<!ENTITY a" + QByteArray::number(level) + " '" + before.repeated(10) + "'>";
+    }
+    const QByteArray items = item("<title>1.0</title><description>&a9;</description>");
+    EXPECT_FALSE(readAppcast(type + "]><rss><channel>" + items + "</channel></rss>"));
+}
+
+TEST(AppcastTest, aDocumentTypeIsRefusedEvenUnused)
+{
+    EXPECT_FALSE(readAppcast("<!DOCTYPE rss [<!ENTITY a 'b'>]><rss><channel/></rss>"));
+}
+
+TEST(AppcastTest, deepNestingDoesNoHarm)
+{
+    const QByteArray deep = QByteArray("<a>").repeated(100'000) + QByteArray("</a>").repeated(100'000);
+    EXPECT_EQ(offered(item("<title>1.0</title>" + deep)), QStringLiteral("1.0"));
+}
+
+} // namespace

@@ -1,0 +1,242 @@
+#include "app/update/FeedUpdater.h"
+
+#include "app/update/CheckForUpdatesView.h"
+#include "app/update/CheckForUpdatesViewModel.h"
+#include "fixtures/EventLoop.h"
+#include "fixtures/ManualClock.h"
+#include "fixtures/Sandbox.h"
+#include "fixtures/ScriptedHttpClient.h"
+#include "platform/storage/FileWriter.h"
+#include "platform/storage/UserDefaults.h"
+
+#include <gtest/gtest.h>
+
+using namespace vormel;
+using namespace vormel::fixtures;
+using namespace std::chrono_literals;
+
+namespace {
+
+const QString feedAddress = QStringLiteral("https://updates.example/feed.xml");
+
+QByteArray feedOf(const QByteArray& version)
+{
+    return "<rss><channel><item><title>" + version +
+           "</title><link>https://vormel.example/get</link></item></channel></rss>";
+}
+
+class FeedUpdaterTest : public ::testing::Test
+{
+protected:
+    void start(const QString& feed = feedAddress)
+    {
+        updater = std::make_unique<FeedUpdater>(client, defaults, clock, QUrl(feed),
+                                                Version::parse(QStringLiteral("1.9")).value());
+        QObject::connect(updater.get(), &FeedUpdater::updateFound,
+                         [this](const AppcastItem& item) { told << item.version.text(); });
+        QObject::connect(updater.get(), &FeedUpdater::upToDate, [this] { told << QStringLiteral("up to date"); });
+        QObject::connect(updater.get(), &FeedUpdater::checkFailed, [this](FeedUpdater::Failure failure) {
+            told << (failure == FeedUpdater::Failure::unreachable ? QStringLiteral("unreachable")
+                                                                  : QStringLiteral("unusable answer"));
+        });
+        clock.advance(0s);
+    }
+    /// Starts with the check by itself behind it, and looks by hand.
+    void lookByHand()
+    {
+        start();
+        answer(feedOf("1.0"));
+        updater->checkForUpdates();
+    }
+    void answer(const QByteArray& body, int status = 200)
+    {
+        if (client.last().head(status) && client.last().data(body))
+            client.last().finish();
+        turnEventLoop();
+    }
+    void fail()
+    {
+        client.last().fail(HttpError::Kind::CannotFindHost);
+        turnEventLoop();
+    }
+    [[nodiscard]] std::size_t requests() const { return client.exchanges().size(); }
+
+    Sandbox sandbox;
+    FileWriter writer;
+    ManualClock clock;
+    ScriptedHttpClient client;
+    UserDefaults defaults{sandbox.path(QStringLiteral("preferences.json")), writer};
+    std::unique_ptr<FeedUpdater> updater;
+    QStringList told;
+};
+
+TEST_F(FeedUpdaterTest, theFirstStartLooksByItselfAndTellsOfAnUpdate)
+{
+    start();
+    ASSERT_EQ(requests(), 1U);
+    EXPECT_EQ(client.last().request.url, QUrl(feedAddress));
+    answer(feedOf("1.10"));
+    EXPECT_EQ(told, QStringList{QStringLiteral("1.10")});
+}
+
+TEST_F(FeedUpdaterTest, byItselfItTellsOfNothingElse)
+{
+    start();
+    answer(feedOf("1.9"));
+    clock.advance(24h);
+    answer("no feed");
+    clock.advance(24h);
+    fail();
+    EXPECT_EQ(requests(), 3U);
+    EXPECT_EQ(told, QStringList());
+}
+
+TEST_F(FeedUpdaterTest, byHandItTellsEveryOutcome)
+{
+    lookByHand();
+    answer(feedOf("1.9"));
+    updater->checkForUpdates();
+    answer(feedOf("1.9-rc1"));
+    updater->checkForUpdates();
+    answer(feedOf("2"));
+    updater->checkForUpdates();
+    fail();
+    updater->checkForUpdates();
+    answer("<html/>");
+    updater->checkForUpdates();
+    answer(feedOf("2"), 404);
+    EXPECT_EQ(told, QStringList({QStringLiteral("up to date"), QStringLiteral("up to date"), QStringLiteral("2"),
+                                 QStringLiteral("unreachable"), QStringLiteral("unusable answer"),
+                                 QStringLiteral("unusable answer")}));
+}
+
+TEST_F(FeedUpdaterTest, itLooksByItselfOnceADayAcrossStarts)
+{
+    start();
+    answer(feedOf("1.0"));
+    clock.advance(23h);
+    start();
+    EXPECT_EQ(requests(), 1U);
+    clock.advance(59min);
+    EXPECT_EQ(requests(), 1U);
+    clock.advance(1min);
+    EXPECT_EQ(requests(), 2U);
+}
+
+TEST_F(FeedUpdaterTest, aFailedLookIsNotRepeatedOnTheSameDay)
+{
+    start();
+    fail();
+    start();
+    EXPECT_EQ(requests(), 1U);
+}
+
+TEST_F(FeedUpdaterTest, aLookByHandPutsTheNextOneOff)
+{
+    start();
+    answer(feedOf("1.0"));
+    clock.advance(12h);
+    updater->checkForUpdates();
+    answer(feedOf("1.0"));
+    clock.advance(23h);
+    EXPECT_EQ(requests(), 2U);
+    clock.advance(1h);
+    EXPECT_EQ(requests(), 3U);
+}
+
+TEST_F(FeedUpdaterTest, aLastTimeInTheFutureDoesNotKeepItFromLooking)
+{
+    defaults.setInteger(QStringLiteral("lastUpdateCheck"), 4'000'000'000);
+    start();
+    EXPECT_EQ(requests(), 1U);
+}
+
+TEST_F(FeedUpdaterTest, aLastTimeBeyondAllSenseDoesNoHarm)
+{
+    for (const qint64 time : {std::numeric_limits<qint64>::max(), std::numeric_limits<qint64>::min()}) {
+        defaults.setInteger(QStringLiteral("lastUpdateCheck"), time);
+        start();
+        answer(feedOf("1.0"));
+    }
+    EXPECT_EQ(requests(), 2U);
+}
+
+TEST_F(FeedUpdaterTest, withoutASecureFeedNothingIsEverSent)
+{
+    for (const QString& feed : {QString(), QStringLiteral("http://updates.example/feed.xml"),
+                                QStringLiteral("file:///feed.xml"), QStringLiteral("updates")}) {
+        start(feed);
+        EXPECT_FALSE(updater->canCheckForUpdates());
+        updater->checkForUpdates();
+        clock.advance(48h);
+    }
+    EXPECT_EQ(requests(), 0U);
+    EXPECT_FALSE(defaults.objectForKey(QStringLiteral("lastUpdateCheck")));
+}
+
+TEST_F(FeedUpdaterTest, aRedirectMayLeadToHttpsOnly)
+{
+    lookByHand();
+    EXPECT_TRUE(client.last().redirect(QUrl(QStringLiteral("https://other.example/feed.xml"))));
+    EXPECT_FALSE(client.last().redirect(QUrl(QStringLiteral("http://other.example/feed.xml"))));
+    answer({}, 302);
+    EXPECT_EQ(told, QStringList{QStringLiteral("unusable answer")});
+}
+
+TEST_F(FeedUpdaterTest, aFeedOfMoreThanAMebibyteIsRefused)
+{
+    lookByHand();
+    answer(feedOf("2") + QByteArray(1024 * 1024, ' '));
+    EXPECT_EQ(told, QStringList{QStringLiteral("unusable answer")});
+}
+
+TEST_F(FeedUpdaterTest, oneLookAtATime)
+{
+    start();
+    EXPECT_FALSE(updater->canCheckForUpdates());
+    updater->checkForUpdates();
+    EXPECT_EQ(requests(), 1U);
+    answer(feedOf("1.0"));
+    EXPECT_TRUE(updater->canCheckForUpdates());
+}
+
+TEST_F(FeedUpdaterTest, anAnswerAfterTheEndOfTheProgramTouchesNothing)
+{
+    start();
+    updater.reset();
+    answer(feedOf("2"));
+    EXPECT_EQ(told, QStringList());
+}
+
+TEST_F(FeedUpdaterTest, theMenuCommandIsEnabledWhileTheUpdaterCanLook)
+{
+    start();
+    const CheckForUpdatesViewModel model(*updater);
+    const CheckForUpdatesView command(model);
+    EXPECT_EQ(command.text(), QStringLiteral("Check for Updates…"));
+    EXPECT_FALSE(model.canCheckForUpdates());
+    EXPECT_FALSE(command.isEnabled());
+    answer(feedOf("1.0"));
+    EXPECT_TRUE(model.canCheckForUpdates());
+    EXPECT_TRUE(command.isEnabled());
+}
+
+TEST_F(FeedUpdaterTest, theMenuCommandLooks)
+{
+    start();
+    answer(feedOf("1.0"));
+    const CheckForUpdatesViewModel model(*updater);
+    CheckForUpdatesView command(model);
+    command.trigger();
+    EXPECT_EQ(requests(), 2U);
+    EXPECT_FALSE(command.isEnabled());
+}
+
+TEST_F(FeedUpdaterTest, aModelMadeWhileTheUpdaterCanLookKnowsIt)
+{
+    start();
+    answer(feedOf("1.0"));
+    EXPECT_TRUE(CheckForUpdatesViewModel(*updater).canCheckForUpdates());
+}
+
+} // namespace
