@@ -1,0 +1,168 @@
+#include "app/MainWindow.h"
+#include "fixtures/EventLoop.h"
+#include "fixtures/Workshop.h"
+#include "ui/FakeDesktop.h"
+#include "ui/FakeUpdater.h"
+#include "ui/help/HelpView.h"
+#include "ui/queue/RenamePopover.h"
+#include "ui/sheets/AddURLView.h"
+#include "ui/sheets/ArchivePasswordSheetView.h"
+#include "ui/sheets/HostSelectionSheetView.h"
+
+#include <QAbstractButton>
+#include <QAccessible>
+#include <QApplication>
+#include <QButtonGroup>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace vormel {
+namespace {
+
+using fixtures::turnEventLoop;
+
+/// Everything below that the keyboard can reach. What hands its focus on is part of what it hands it to.
+QList<QWidget*> focusable(const QWidget& whole)
+{
+    QList<QWidget*> found;
+    for (QWidget* const part : whole.findChildren<QWidget*>()) {
+        const bool isReachable = (part->focusPolicy() & Qt::TabFocus) != 0 && part->isEnabled();
+        if (part->isVisible() && part->window() == &whole && isReachable && !part->focusProxy())
+            found << part;
+    }
+    return found;
+}
+
+std::string describe(const QWidget& part)
+{
+    return part.objectName().toStdString() + " of class " + part.metaObject()->className();
+}
+
+void expectNamesOf(const QList<QWidget*>& parts)
+{
+    for (QWidget* const part : parts) {
+        const QAccessibleInterface* const seen = QAccessible::queryAccessibleInterface(part);
+        EXPECT_FALSE(seen->text(QAccessible::Name).isEmpty()) << describe(*part) << " has no name";
+        EXPECT_NE(seen->role(), QAccessible::NoRole) << describe(*part);
+        EXPECT_NE(seen->role(), QAccessible::Client) << describe(*part) << " does not say what it is";
+    }
+}
+
+void expectNames(const QWidget& whole)
+{
+    const QList<QWidget*> parts = focusable(whole);
+    EXPECT_FALSE(parts.isEmpty()) << describe(whole);
+    expectNamesOf(parts);
+}
+
+/// Of buttons that exclude each other the tab key reaches one; arrows lead to the others.
+bool isReachedByArrows(const QWidget* part)
+{
+    const auto* const button = qobject_cast<const QAbstractButton*>(part);
+    return button && button->group() && button->group()->exclusive() && button != button->group()->buttons().front();
+}
+
+void expectTabReachesAll(QWidget& whole)
+{
+    QList<QWidget*> parts = focusable(whole);
+    parts.removeIf(isReachedByArrows);
+    parts.front()->setFocus(Qt::TabFocusReason);
+    QList<QWidget*> visited;
+    for (qsizetype step = 0; step < parts.size(); ++step) {
+        QWidget* const focus = QApplication::focusWidget();
+        ASSERT_NE(focus, nullptr);
+        EXPECT_FALSE(visited.contains(focus)) << describe(*focus) << " comes twice";
+        visited << focus;
+        QTest::keyClick(focus, Qt::Key_Tab);
+    }
+    for (const QWidget* const part : parts)
+        EXPECT_TRUE(visited.contains(part)) << describe(*part) << " is never reached";
+    EXPECT_EQ(QApplication::focusWidget(), visited.front());
+}
+
+/// The window with a group and a plain row, in each language.
+class AccessibleNamesTest : public ::testing::TestWithParam<AppLanguage>
+{
+protected:
+    AccessibleNamesTest()
+    {
+        workshop.settings().language.set(GetParam());
+        workshop.add({QStringLiteral("https://h.example/a.part1.rar"), QStringLiteral("https://h.example/a.part2.rar"),
+                      QStringLiteral("https://h.example/b.zip")});
+        show(window);
+    }
+    static void show(QWidget& widget)
+    {
+        widget.show();
+        widget.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&widget));
+        turnEventLoop();
+    }
+    static void expectAllOf(QWidget& whole)
+    {
+        show(whole);
+        EXPECT_FALSE(QAccessible::queryAccessibleInterface(&whole)->text(QAccessible::Name).isEmpty())
+            << describe(whole) << " has no name";
+        expectNames(whole);
+        expectTabReachesAll(whole);
+    }
+
+    fixtures::Workshop workshop;
+    fixtures::FakeDesktop desktop{workshop};
+    fixtures::FakeUpdater updater;
+    MainWindow window{desktop.ports(), updater};
+};
+
+TEST_P(AccessibleNamesTest, OnEveryPageWhatTheKeyboardReachesHasAName)
+{
+    for (const Page page : allPages) {
+        window.showPage(page);
+        turnEventLoop();
+        expectNames(window);
+    }
+}
+
+TEST_P(AccessibleNamesTest, TheTabKeyReachesEverythingOfAPageOnce)
+{
+    for (const Page page : allPages) {
+        window.showPage(page);
+        turnEventLoop();
+        expectTabReachesAll(window);
+    }
+}
+
+TEST_P(AccessibleNamesTest, TheSheetForLinksIsNamedThroughout)
+{
+    expectAllOf(*new AddURLView(workshop.settings(), workshop.manager().resolvers(), &window));
+}
+
+TEST_P(AccessibleNamesTest, TheQuestionForAPasswordIsNamedThroughout)
+{
+    expectAllOf(*new ArchivePasswordSheetView({}, workshop.settings(), &window));
+}
+
+TEST_P(AccessibleNamesTest, TheQuestionForHostsIsNamedThroughout)
+{
+    PendingHostSelection pending;
+    pending.groups.push_back({QStringLiteral("One"), {fixtures::link(QStringLiteral("https://one.example/a"))}});
+    pending.groups.push_back({QStringLiteral("Two"), {fixtures::link(QStringLiteral("https://two.example/a"))}});
+    expectAllOf(*new HostSelectionSheetView(pending, workshop.settings(), &window));
+}
+
+TEST_P(AccessibleNamesTest, ThePopoverForANameIsNamedThroughout)
+{
+    expectAllOf(*new RenamePopover(QStringLiteral("a"), GetParam(), &window));
+}
+
+TEST_P(AccessibleNamesTest, TheHelpIsNamedThroughout)
+{
+    HelpView help(workshop.settings());
+    show(help);
+    expectNamesOf(focusable(help)); // it may have nothing but texts
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, AccessibleNamesTest, ::testing::Values(AppLanguage::english, AppLanguage::italian));
+
+} // namespace
+} // namespace vormel
