@@ -26,7 +26,7 @@ Shop::Shop(const CurlHttpClient::Options& network, const Furnish& furnish)
     : m_directory(scratchTemplate())
     , m_folders(furnished(m_directory.path(), furnish))
     , m_program(m_folders, network)
-    , m_window(m_program.viewPorts())
+    , m_window(m_program.viewPorts(), m_program.updater())
 {
     m_window.show();
     QCoreApplication::processEvents();

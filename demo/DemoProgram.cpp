@@ -37,7 +37,7 @@ class Show
 public:
     Show(const Folders& folders, const DemoSites& sites)
         : m_program(folders, sites.network())
-        , m_window(m_program.viewPorts())
+        , m_window(m_program.viewPorts(), m_program.updater())
     {
         QObject::connect(qApp, &QApplication::aboutToQuit, &m_window, [this] { m_program.manager().shutDown(); });
         m_window.show();

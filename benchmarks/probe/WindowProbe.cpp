@@ -54,7 +54,7 @@ int main(int argc, char** argv)
 {
     const QApplication application(argc, argv);
     vormel::Program program(vormel::Folders::below(QApplication::arguments().at(1)));
-    vormel::MainWindow window(program.viewPorts());
+    vormel::MainWindow window(program.viewPorts(), program.updater());
     FirstFrame firstFrame;
     window.installEventFilter(&firstFrame);
     window.show();

@@ -1,23 +1,27 @@
 #include "app/MainWindow.h"
 
+#include "app/MainMenu.h"
+#include "app/update/CheckForUpdatesViewModel.h"
 #include "engine/DownloadManager.h"
 #include "ui/accounts/AccountsView.h"
+#include "ui/help/HelpWindowController.h"
 #include "ui/kit/GlyphIcon.h"
 #include "ui/queue/DownloadQueueView.h"
 #include "ui/settings/SettingsView.h"
 #include "ui/shell/Sidebar.h"
 
-#include <QCoreApplication>
 #include <QMenuBar>
 #include <QSplitter>
 #include <QStackedWidget>
 
 namespace vormel {
 
-MainWindow::MainWindow(const ViewPorts& ports)
+MainWindow::MainWindow(const ViewPorts& ports, Updater& updater)
     : m_ports(ports)
+    , m_splitter(new QSplitter(Qt::Horizontal, this))
     , m_sidebar(new Sidebar(settings(), this))
     , m_pages(new QStackedWidget(this))
+    , m_help(new HelpWindowController(settings(), *this))
 {
     constexpr QSize smallest(700, 450);
     constexpr QSize usual(980, 640);
@@ -26,7 +30,10 @@ MainWindow::MainWindow(const ViewPorts& ports)
     setMinimumSize(smallest);
     resize(usual);
     layOut();
-    buildMenu();
+    auto* queue = new DownloadQueueView(m_ports, m_pages);
+    m_pages->addWidget(queue);
+    m_built.at(static_cast<std::size_t>(Page::downloads)) = queue;
+    buildMenu(*queue, updater);
     openPage(Page::downloads);
     connect(m_sidebar, &Sidebar::pageChosen, this, &MainWindow::openPage);
     connect(&settings(), &AppSettings::languageSet, this, &MainWindow::retranslate);
@@ -39,27 +46,26 @@ AppSettings& MainWindow::settings() const
 
 void MainWindow::layOut()
 {
-    auto* splitter = new QSplitter(Qt::Horizontal, this);
-    splitter->setObjectName(QStringLiteral("splitter"));
-    splitter->setChildrenCollapsible(false);
-    splitter->setHandleWidth(1);
-    splitter->addWidget(m_sidebar);
-    splitter->addWidget(m_pages);
-    splitter->handle(1)->setBackgroundRole(QPalette::Midlight);
-    splitter->handle(1)->setAutoFillBackground(true); // a hairline in every style
-    splitter->setStretchFactor(0, 0);
-    splitter->setStretchFactor(1, 1);
-    splitter->setSizes({Sidebar::idealWidth, width() - Sidebar::idealWidth});
-    setCentralWidget(splitter);
+    m_splitter->setObjectName(QStringLiteral("splitter"));
+    m_splitter->setChildrenCollapsible(false);
+    m_splitter->setHandleWidth(1);
+    m_splitter->addWidget(m_sidebar);
+    m_splitter->addWidget(m_pages);
+    m_splitter->handle(1)->setBackgroundRole(QPalette::Midlight);
+    m_splitter->handle(1)->setAutoFillBackground(true); // a hairline in every style
+    m_splitter->setStretchFactor(0, 0);
+    m_splitter->setStretchFactor(1, 1);
+    m_splitter->setSizes({Sidebar::idealWidth, width() - Sidebar::idealWidth});
+    setCentralWidget(m_splitter);
 }
 
-void MainWindow::buildMenu()
+void MainWindow::buildMenu(DownloadQueueView& queue, Updater& updater)
 {
-    m_menu = menuBar()->addMenu(QStringLiteral("&Vormel"));
-    m_menu->setObjectName(QStringLiteral("vormelMenu"));
-    m_quit = m_menu->addAction(QString(), QKeySequence(Qt::CTRL | Qt::Key_Q), qApp, &QCoreApplication::quit);
-    m_quit->setObjectName(QStringLiteral("quit"));
-    m_quit->setMenuRole(QAction::QuitRole);
+    auto* updates = new CheckForUpdatesViewModel(updater, this);
+    const auto* menu = new MainMenu({*menuBar(), queue, *updates, settings()}, this);
+    connect(menu, &MainMenu::pageRequested, this, &MainWindow::showPage);
+    connect(menu, &MainMenu::addRequested, this, [this] { showPage(Page::downloads); });
+    connect(menu, &MainMenu::helpRequested, m_help, &HelpWindowController::showWindow);
 }
 
 Page MainWindow::page() const
@@ -86,8 +92,8 @@ void MainWindow::openPage(Page page)
 QWidget* MainWindow::makePage(Page page)
 {
     switch (page) {
-    case Page::downloads:
-        return new DownloadQueueView(m_ports, m_pages);
+    case Page::downloads: // is there from the beginning
+        break;
     case Page::accounts:
         return new AccountsView(settings(), m_pages);
     case Page::settings:
@@ -100,7 +106,6 @@ void MainWindow::retranslate()
 {
     const AppLanguage language = settings().language.value();
     setWindowTitle(pageTitle(page(), language) + QStringLiteral(" — Vormel"));
-    m_quit->setText(pair(language, u"&Quit", u"&Esci"));
 }
 
 } // namespace vormel

@@ -7,29 +7,33 @@
 
 #include <array>
 
-class QAction;
-class QMenu;
+class QSplitter;
 class QStackedWidget;
 
 namespace vormel {
 
 class AppSettings;
+class DownloadQueueView;
+class HelpWindowController;
 class Sidebar;
+class Updater;
 
 /// The window: sidebar, pages and menu bar. A page is built when it is first shown, so that the window comes up fast.
-/// What the ports name must outlive it.
+/// Closing it ends the program. The updater and what the ports name must outlive it.
 class MainWindow final : public QMainWindow
 {
     Q_OBJECT
 
 public:
-    explicit MainWindow(const ViewPorts& ports);
+    MainWindow(const ViewPorts& ports, Updater& updater);
 
     [[nodiscard]] Page page() const;
     void showPage(Page page);
+    /// Between sidebar and pages.
+    [[nodiscard]] QSplitter& splitter() const { return *m_splitter; }
 
 private:
-    void buildMenu();
+    void buildMenu(DownloadQueueView& queue, Updater& updater);
     void layOut();
     void openPage(Page page);
     [[nodiscard]] QWidget* makePage(Page page);
@@ -38,11 +42,11 @@ private:
     [[nodiscard]] AppSettings& settings() const;
 
     ViewPorts m_ports;
+    QSplitter* m_splitter;
     Sidebar* m_sidebar;
     QStackedWidget* m_pages;
     std::array<QWidget*, allPages.size()> m_built{}; ///< null until first shown; owned by the stack
-    QMenu* m_menu = nullptr;
-    QAction* m_quit = nullptr;
+    HelpWindowController* m_help;
 };
 
 } // namespace vormel

@@ -38,6 +38,7 @@ public:
     [[nodiscard]] DownloadManager& manager() { return m_manager; }
     /// What the window works with; lives as long as the program.
     [[nodiscard]] ViewPorts viewPorts();
+    [[nodiscard]] UserDefaults& defaults() { return m_defaults; }
     [[nodiscard]] FeedUpdater& updater() { return m_updater; }
     [[nodiscard]] UrlOpener& urlOpener() { return m_urlOpener; }
 

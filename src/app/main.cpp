@@ -1,6 +1,7 @@
 #include "app/DesktopActivation.h"
 #include "app/MainWindow.h"
 #include "app/Program.h"
+#include "app/WindowPlace.h"
 #include "app/update/UpdateNotice.h"
 #include "config/Services.h"
 #include "platform/desktop/SingleInstance.h"
@@ -57,7 +58,8 @@ int run(const vormel::SingleInstance& instance, vormel::TerminationSignals& sign
     vormel::CurlHttpClient::Options network;
     network.userAgent = "Vormel/" + QByteArray(vormel::programVersion.data());
     vormel::Program program(folders, network, services());
-    vormel::MainWindow window(program.viewPorts());
+    vormel::MainWindow window(program.viewPorts(), program.updater());
+    const vormel::WindowPlace windowPlace(window, window.splitter(), program.defaults());
     const vormel::UpdateNotice updateNotice(program.updater(), program.manager().settings(), program.urlOpener(),
                                             window);
 

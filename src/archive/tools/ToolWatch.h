@@ -31,7 +31,6 @@ public:
 
     [[nodiscard]] const FoundTools& tools() const { return m_tools; }
 
-public Q_SLOTS:
     /// Asks the disk now.
     void look();
 

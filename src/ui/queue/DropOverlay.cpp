@@ -10,7 +10,7 @@ namespace vormel {
 
 DropOverlay::DropOverlay(QWidget* parent)
     : QWidget(parent)
-    , m_text(new StyledLabel(StyledLabel::Style::title, Tint::text, this))
+    , m_text(new StyledLabel(StyledLabel::Style::title, Tint::highlight, this))
 {
     constexpr int iconSize = 48;
     setObjectName(QStringLiteral("dropOverlay"));

@@ -123,17 +123,18 @@ void GroupDrag::paint(QPainter& painter) const
         return;
     const QRect area = m_view.viewport()->rect();
     painter.setRenderHint(QPainter::Antialiasing);
-    const QColor color = Theme(m_view.palette()).color(Tint::highlight);
-    const int y = std::clamp(lineY(), radius + 1, area.height() - radius - 1);
-    painter.setPen(QPen(color, 2));
-    painter.drawLine(margin + 2 * radius, y, area.width() - margin, y);
-    painter.setBrush(Qt::NoBrush);
-    painter.drawEllipse(QPoint(margin + radius, y), radius, radius);
-    painter.setOpacity(opacity);
+    const Theme theme(m_view.palette());
     const QPoint corner(0, m_point.y() - m_grip.y());
+    painter.setOpacity(opacity);
     painter.drawPixmap(corner, m_picture);
-    painter.setPen(QPen(Theme(m_view.palette()).color(Tint::track), 1));
+    painter.setPen(QPen(theme.color(Tint::track), 1));
     painter.drawRect(QRect(corner, m_picture.deviceIndependentSize().toSize()).adjusted(0, 0, -1, -1));
+    painter.setOpacity(1);
+    const int y = std::clamp(lineY(), radius + 1, area.height() - radius - 1);
+    painter.setPen(QPen(theme.color(Tint::highlight), 2));
+    painter.setBrush(theme.color(Tint::highlightedText));
+    painter.drawLine(margin + 2 * radius, y, area.width() - margin, y);
+    painter.drawEllipse(QPoint(margin + radius, y), radius, radius);
 }
 
 /// How far the list goes with each step while the pointer is near an edge, faster the further out it is.

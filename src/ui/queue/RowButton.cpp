@@ -1,6 +1,6 @@
 #include "ui/queue/RowButton.h"
 
-#include "ui/queue/ViewerText.h"
+#include "ui/kit/PlatformTexts.h"
 
 #include <array>
 
@@ -23,7 +23,7 @@ constexpr ButtonLook plainLook(Glyph glyph, Tint tint = Tint::secondary)
 
 constexpr ButtonLook removal{Glyph::xmark, Tint::secondary, true};
 
-/// In the order of RowButton. The file viewer's name depends on the desktop and stands in ViewerText.h.
+/// In the order of RowButton. The file viewer's name depends on the desktop and stands in PlatformTexts.h.
 constexpr std::array<Entry, 19> entries{{
     {RowButton::pause, plainLook(Glyph::pause, Tint::orange), u"Pause — resumes with Start All",
      u"Pausa — riprende con Avvia tutti"},
@@ -97,7 +97,7 @@ ButtonLook buttonLook(RowButton button)
 QString buttonText(RowButton button, AppLanguage language)
 {
     if (button == RowButton::showInViewer)
-        return showInViewerText(thisDesktop, language);
+        return platformText(PlatformText::showInViewer, language);
     return pair(language, entryOf(button).english, entryOf(button).italian);
 }
 

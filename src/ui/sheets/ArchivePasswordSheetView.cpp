@@ -68,7 +68,7 @@ void ArchivePasswordSheetView::layOut()
     column->setContentsMargins(32, 24, 32, 24);
     column->setSpacing(16);
     column->setSizeConstraint(QLayout::SetFixedSize);
-    column->addWidget(new GlyphLabel(Glyph::lock, Tint::secondary, iconSize, this), 0, Qt::AlignHCenter);
+    column->addWidget(new GlyphLabel(Glyph::lockFill, Tint::secondary, iconSize, this), 0, Qt::AlignHCenter);
     column->addWidget(m_title, 0, Qt::AlignHCenter);
     column->addWidget(m_archive);
     column->addWidget(m_wrong, 0, Qt::AlignHCenter);

@@ -109,11 +109,12 @@ TEST(RowButton, SaysWhatItDoesInBothLanguages)
 
 TEST(RowButton, CallsTheFileViewerByItsNameOnEachDesktop)
 {
-    EXPECT_EQ(showInViewerText(Desktop::finder, english), u"Show in Finder");
-    EXPECT_EQ(showInViewerText(Desktop::finder, italian), u"Mostra nel Finder");
-    EXPECT_EQ(showInViewerText(Desktop::freedesktop, english), u"Show in File Manager");
-    EXPECT_EQ(showInViewerText(Desktop::freedesktop, italian), u"Mostra nel gestore file");
-    EXPECT_EQ(buttonText(RowButton::showInViewer, english), showInViewerText(thisDesktop, english));
+    constexpr auto text = PlatformText::showInViewer;
+    EXPECT_EQ(platformText(text, english, Desktop::finder), u"Show in Finder");
+    EXPECT_EQ(platformText(text, italian, Desktop::finder), u"Mostra nel Finder");
+    EXPECT_EQ(platformText(text, english, Desktop::freedesktop), u"Show in File Manager");
+    EXPECT_EQ(platformText(text, italian, Desktop::freedesktop), u"Mostra nel gestore file");
+    EXPECT_EQ(buttonText(RowButton::showInViewer, english), platformText(text, english));
 }
 
 TEST(RowButton, PauseIsOrangeAndOnlyRemovalIsDestructive)

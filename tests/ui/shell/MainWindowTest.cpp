@@ -3,6 +3,7 @@
 #include "fixtures/EventLoop.h"
 #include "fixtures/Workshop.h"
 #include "ui/FakeDesktop.h"
+#include "ui/FakeUpdater.h"
 #include "ui/Part.h"
 #include "ui/accounts/AccountsView.h"
 #include "ui/queue/DownloadQueueView.h"
@@ -46,7 +47,8 @@ protected:
 
     fixtures::Workshop workshop;
     fixtures::FakeDesktop desktop{workshop};
-    MainWindow window{desktop.ports()};
+    fixtures::FakeUpdater updater;
+    MainWindow window{desktop.ports(), updater};
 };
 
 TEST_F(MainWindowTest, BuildsAPageWhenItIsFirstShown)

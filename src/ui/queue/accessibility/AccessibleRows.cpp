@@ -24,8 +24,8 @@ QAccessibleInterface* AccessibleRows::row(const QModelIndex& index)
 
 QAccessibleInterface* AccessibleRows::known(const QModelIndex& index) const
 {
-    const auto id = index.isValid() ? m_ids.find(keyOf(m_view.queue(), index)) : m_ids.end();
-    return id == m_ids.end() ? nullptr : QAccessible::accessibleInterface(*id);
+    const QAccessible::Id id = index.isValid() ? m_ids.value(keyOf(m_view.queue(), index)) : 0;
+    return id == 0 ? nullptr : QAccessible::accessibleInterface(id);
 }
 
 void AccessibleRows::forgetGone()

@@ -1,0 +1,229 @@
+#include "screenshots/QueueScenes.h"
+
+#include "ui/queue/QueueView.h"
+
+#include <QAbstractButton>
+#include <QClipboard>
+#include <QDragEnterEvent>
+#include <QGuiApplication>
+#include <QMimeData>
+#include <QPlainTextEdit>
+#include <QTest>
+
+namespace vormel::screenshots {
+
+namespace {
+
+constexpr qint64 mebibyte = 1024 * 1024;
+
+QStringList volumes(const QString& base, int count)
+{
+    QStringList names;
+    for (int i = 1; i <= count; ++i)
+        names << QStringLiteral("%1.part%2.rar").arg(base).arg(i, 2, 10, QChar(u'0'));
+    return names;
+}
+
+void finish(DownloadItem& item, qint64 bytes)
+{
+    item.setTotalBytes(bytes);
+    item.setBytesReceived(bytes);
+    item.setProgress(1);
+    item.setLocalPath(QStringLiteral("/home/anna/Downloads/") + item.filename());
+    item.setStatus(DownloadStatus::completed);
+}
+
+void run(DownloadItem& item, double share, qint64 bytes, double speed)
+{
+    item.setTotalBytes(bytes);
+    item.setBytesReceived(static_cast<qint64>(share * static_cast<double>(bytes)));
+    item.setProgress(share);
+    item.setSpeedBytesPerSec(speed);
+    item.setStatus(DownloadStatus::downloading);
+}
+
+QueueView& list(Stage& stage)
+{
+    return stage.part<QueueView>("queueView");
+}
+
+QModelIndex row(Stage& stage, int number)
+{
+    return list(stage).model()->index(number, 0);
+}
+
+/// A set under way, single files in every status, one with a name that fits nowhere.
+void fill(Stage& stage)
+{
+    const auto set = stage.add(volumes(QStringLiteral("The.Lighthouse.Keeper.2024.1080p.BluRay.x264-SHORE"), 6));
+    finish(*set[0], 200 * mebibyte);
+    finish(*set[1], 200 * mebibyte);
+    run(*set[2], 0.62, 200 * mebibyte, 5.4 * mebibyte);
+    run(*set[3], 0.18, 200 * mebibyte, 4.9 * mebibyte);
+    for (std::size_t i : {4U, 5U}) {
+        set[i]->setTotalBytes(200 * mebibyte);
+        set[i]->setStatus(DownloadStatus::queued);
+    }
+    const auto rest =
+        stage.add({QStringLiteral("holiday-photos-2024.zip"), QStringLiteral("Lecture 07 - Rivers.mp4"),
+                   QStringLiteral("A.Very.Long.Documentary.About.The.History.Of.Cartography.And.The.People."
+                                  "Who.Drew.The.Maps.S01E04.German.DL.2160p.WEB.h265-ATLAS.mkv"),
+                   QStringLiteral("manual.pdf"), QStringLiteral("dataset-v3.tar.xz")});
+    run(*rest[0], 0.44, 812 * mebibyte, 1.25 * mebibyte);
+    finish(*rest[1], 1433 * mebibyte);
+    rest[2]->setTotalBytes(9216 * mebibyte);
+    rest[3]->setStatus(DownloadStatus::stopped);
+    rest[4]->setStatus(DownloadStatus::resolving);
+    list(stage).setCurrentIndex({});
+}
+
+void errors(Stage& stage)
+{
+    const auto items =
+        stage.add({QStringLiteral("report.zip"), QStringLiteral("gone.iso"), QStringLiteral("broken.part1.rar"),
+                   QStringLiteral("broken.part2.rar"), QStringLiteral("secret.7z")});
+    items[0]->setStatus(DownloadStatus::failure(QStringLiteral("The server answered 503 Service Unavailable")));
+    items[1]->setStatus(DownloadStatus::failure(QStringLiteral(
+        "The file is not on the server any more: it may have been removed by its owner, or the link was mistyped")));
+    finish(*items[2], 100 * mebibyte);
+    items[3]->setStatus(DownloadStatus::failure(QStringLiteral("Incomplete: 51 MB of 100 MB")));
+    finish(*items[4], 40 * mebibyte);
+    items[4]->setExtractionStatus(ExtractionStatus::failure(QStringLiteral(
+        "7z exited with code 2: ERROR: Data Error in encrypted file. Wrong password? : secret/plans.txt, "
+        "and some more words that need the second line of this message")));
+    list(stage).expand(row(stage, 2));
+}
+
+void recovery(Stage& stage)
+{
+    const auto set = stage.add(volumes(QStringLiteral("Northern.Lights.S02E05.720p.WEB-AURORA"), 4));
+    for (std::size_t i : {0U, 1U, 3U})
+        finish(*set[i], 95 * mebibyte);
+    set[2]->setStatus(DownloadStatus::failure(QStringLiteral("The connection was lost")));
+    set[2]->setRecoveryCountdown(4);
+    const ItemPtr rev = stage.add(QStringLiteral("Northern.Lights.S02E05.720p.WEB-AURORA.part1.rev"));
+    rev->setStatus(DownloadStatus::queued);
+    stage.settle();
+    list(stage).expand(row(stage, 0));
+}
+
+void extraction(Stage& stage)
+{
+    const auto items = stage.add({QStringLiteral("holiday.zip"), QStringLiteral("lecture.part1.rar"),
+                                  QStringLiteral("lecture.part2.rar"), QStringLiteral("damaged.part1.rar"),
+                                  QStringLiteral("damaged.part2.rar"), QStringLiteral("music.7z")});
+    for (const ItemPtr& item : items)
+        finish(*item, 300 * mebibyte);
+    items[0]->setExtractionStatus(ExtractionStatus::done);
+    items[1]->setExtractionStatus(ExtractionStatus::extracting);
+    items[1]->setExtractionProgress(0.37);
+    items[3]->setExtractionStatus(ExtractionStatus::repairing);
+    items[3]->setExtractionStartedAt(stage.workshop.clock.wallNow() - std::chrono::seconds(73));
+    items[5]->setExtractionStatus(ExtractionStatus::extracting);
+    items[5]->setExtractionStartedAt(stage.workshop.clock.wallNow() - std::chrono::seconds(8));
+    stage.settle();
+    list(stage).expand(row(stage, 1));
+}
+
+void banner(Stage& stage)
+{
+    fill(stage);
+    for (const char* tool : {"unrar", "7zz"})
+        stage.workshop.tools.remove(QString::fromLatin1(tool));
+    stage.desktop.tools.look();
+}
+
+void dropOverlay(Stage& stage)
+{
+    fill(stage);
+    QMimeData data;
+    data.setText(QStringLiteral("https://files.example/a.zip"));
+    QDragEnterEvent event({300, 200}, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(&stage.part("downloadQueueView"), &event);
+}
+
+void menuOf(Stage& stage, int number)
+{
+    fill(stage);
+    list(stage).setCurrentIndex(row(stage, number));
+    QTest::keyClick(&list(stage), Qt::Key_F10, Qt::ShiftModifier);
+}
+
+void rename(Stage& stage)
+{
+    fill(stage);
+    list(stage).setCurrentIndex(row(stage, 0));
+    list(stage).rename(row(stage, 0));
+}
+
+void drag(Stage& stage)
+{
+    fill(stage);
+    const QPoint from = list(stage).visualRect(row(stage, 2)).center() - QPoint(80, 0);
+    const QPoint to = list(stage).visualRect(row(stage, 1)).topLeft() + QPoint(200, 12);
+    QTest::mousePress(list(stage).viewport(), Qt::LeftButton, {}, from);
+    QMouseEvent move(QEvent::MouseMove, to, list(stage).viewport()->mapToGlobal(to), Qt::NoButton, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(list(stage).viewport(), &move);
+}
+
+void openAddSheet(Stage& stage, const QString& text)
+{
+    fill(stage);
+    QGuiApplication::clipboard()->setText(text);
+    stage.part<QAbstractButton>("addURLs").click();
+}
+
+void chooser(Stage& stage)
+{
+    openAddSheet(
+        stage, QStringLiteral("https://terabytez.example/1\nhttps://terabytez.example/2\nhttps://filestore.example/1\n"
+                              "https://www.other-host.example/1"));
+    stage.part<QAbstractButton>("add").click();
+}
+
+void hostQuestion(Stage& stage)
+{
+    fill(stage);
+    stage.workshop.manager().addURLs({fixtures::link(QStringLiteral("https://container.example/c/1"))}, std::nullopt);
+    stage.settle();
+    const std::variant<std::vector<Link>, ContainerError> links =
+        std::vector{fixtures::link(QStringLiteral("http://terabytez.example/1")),
+                    fixtures::link(QStringLiteral("http://terabytez.example/2")),
+                    fixtures::link(QStringLiteral("http://filestore.example/1")),
+                    fixtures::link(QStringLiteral("http://another-host-with-a-long-name.example/1"))};
+    stage.log->containers.back().answer->deliver(links);
+}
+
+} // namespace
+
+std::vector<Scene> queueScenes()
+{
+    return {
+        {"queue-empty", [](Stage& /*stage*/) {}},
+        {"queue-running", fill},
+        {"queue-group-open",
+         [](Stage& stage) {
+             fill(stage);
+             list(stage).expand(row(stage, 0));
+         }},
+        {"queue-errors", errors},
+        {"queue-recovery", recovery},
+        {"queue-extraction", extraction},
+        {"queue-banner", banner},
+        {"queue-drop", dropOverlay},
+        {"queue-drag", drag},
+        {"queue-menu-row", [](Stage& stage) { menuOf(stage, 3); }},
+        {"queue-menu-group", [](Stage& stage) { menuOf(stage, 0); }},
+        {"queue-rename", rename},
+        {"sheet-add-empty", [](Stage& stage) { openAddSheet(stage, {}); }},
+        {"sheet-add-links",
+         [](Stage& stage) {
+             openAddSheet(stage, QStringLiteral("https://files.example/a.part1.rar\nhttps://files.example/a.part2.rar\n"
+                                                "https://container.example/c/8F2A"));
+         }},
+        {"sheet-add-chooser", chooser},
+        {"sheet-hosts", hostQuestion},
+    };
+}
+
+} // namespace vormel::screenshots

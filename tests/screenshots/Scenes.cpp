@@ -1,0 +1,89 @@
+#include "screenshots/Scenes.h"
+
+#include "screenshots/QueueScenes.h"
+#include "ui/settings/SettingsView.h"
+#include "ui/sheets/ArchivePasswordSheetView.h"
+
+#include <QAbstractButton>
+#include <QScrollArea>
+#include <QScrollBar>
+
+namespace vormel::screenshots {
+
+namespace {
+
+void password(Stage& stage, bool wasWrong)
+{
+    const PendingExtractionPassword question{
+        ItemId::make(),
+        QStringLiteral("The.Lighthouse.Keeper.2024.Extended.Edition.1080p.BluRay.x264-SHORE.part01.rar"), wasWrong};
+    auto* sheet = new ArchivePasswordSheetView(question, stage.workshop.settings(), &stage.window);
+    sheet->open();
+}
+
+void settings(Stage& stage, double place)
+{
+    stage.window.showPage(Page::settings);
+    stage.settle();
+    QScrollBar& bar = *stage.window.findChild<SettingsView*>()->verticalScrollBar();
+    bar.setValue(static_cast<int>(place * bar.maximum()));
+}
+
+void showMissing(Stage& stage)
+{
+    for (const char* tool : {"unrar", "rar", "7zz"})
+        stage.workshop.tools.remove(QString::fromLatin1(tool));
+    stage.desktop.tools.look();
+    settings(stage, 1);
+}
+
+void noManager(Stage& stage)
+{
+    stage.desktop.managers.manager = std::nullopt;
+    showMissing(stage);
+}
+
+void alert(Stage& stage)
+{
+    showMissing(stage);
+    stage.part<QAbstractButton>("openInTerminal").click();
+}
+
+void help(Stage& stage, double place)
+{
+    stage.part<QAction>("vormelHelp").trigger();
+    stage.settle();
+    for (const auto* area : stage.window.findChildren<QScrollArea*>()) {
+        if (area->window() != &stage.window)
+            area->verticalScrollBar()->setValue(static_cast<int>(place * area->verticalScrollBar()->maximum()));
+    }
+}
+
+} // namespace
+
+std::vector<Scene> allScenes()
+{
+    std::vector<Scene> scenes = queueScenes();
+    const std::vector<Scene> others{
+        {"sheet-password", [](Stage& stage) { password(stage, false); }},
+        {"sheet-password-wrong", [](Stage& stage) { password(stage, true); }},
+        {"accounts-empty", [](Stage& stage) { stage.window.showPage(Page::accounts); }},
+        {"settings-top", [](Stage& stage) { settings(stage, 0); }},
+        {"settings-middle",
+         [](Stage& stage) {
+             stage.workshop.settings().deleteArchiveAfterExtract.set(true);
+             stage.workshop.settings().useCustomExtractionFolder.set(true);
+             settings(stage, 0.5);
+         }},
+        {"settings-bottom", [](Stage& stage) { settings(stage, 1); }},
+        {"settings-install", showMissing},
+        {"settings-no-manager", noManager},
+        {"settings-alert", alert},
+        {"help-top", [](Stage& stage) { help(stage, 0); }},
+        {"help-bottom", [](Stage& stage) { help(stage, 1); }},
+    };
+    scenes.insert(scenes.end(), others.begin(), others.end());
+    return scenes;
+}
+
+} // namespace vormel::screenshots

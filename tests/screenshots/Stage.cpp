@@ -1,0 +1,67 @@
+#include "screenshots/Stage.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace vormel::screenshots {
+
+Stage::Stage(AppLanguage language, QSize size)
+{
+    for (const char* tool : {"unrar", "rar", "7zz"})
+        workshop.tools.add(QString::fromLatin1(tool));
+    desktop.tools.look();
+    desktop.managers.manager = PackageManager::apt;
+    workshop.settings().language.set(language);
+    workshop.settings().downloadFolderPath.set(QStringLiteral("/home/anna/Downloads"));
+    workshop.settings().extractionFolderPath.set(QStringLiteral("/home/anna/Videos/Films and series/To be sorted"));
+    window.resize(size);
+    window.show();
+    settle();
+}
+
+void Stage::settle()
+{
+    bool isOver = false;
+    QTimer::singleShot(std::chrono::milliseconds(120), [&isOver] { isOver = true; });
+    while (!isOver)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+}
+
+std::vector<ItemPtr> Stage::add(const QStringList& names)
+{
+    QStringList urls;
+    for (const QString& name : names)
+        urls << QStringLiteral("https://files.example/") + QString::fromLatin1(QUrl::toPercentEncoding(name));
+    return workshop.add(urls);
+}
+
+QPixmap Stage::picture()
+{
+    settle();
+    QList<QWidget*> layers;
+    QRect area = window.geometry();
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        if (!widget->isVisible() || widget == &window)
+            continue;
+        layers << widget;
+        area |= widget->geometry();
+    }
+    const qreal ratio = window.devicePixelRatioF();
+    QPixmap picture(area.size() * ratio);
+    picture.setDevicePixelRatio(ratio);
+    picture.fill(QColor(0x80, 0x80, 0x80));
+    QPainter painter(&picture);
+    painter.drawPixmap(window.geometry().topLeft() - area.topLeft(), window.grab());
+    for (QWidget* layer : std::as_const(layers)) {
+        const QRect place = layer->geometry().translated(-area.topLeft());
+        painter.drawPixmap(place.topLeft(), layer->grab());
+        painter.setPen(QColor(0x80, 0x80, 0x80));
+        painter.drawRect(place.adjusted(-1, -1, 0, 0));
+    }
+    return picture;
+}
+
+} // namespace vormel::screenshots

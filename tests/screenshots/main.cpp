@@ -1,0 +1,62 @@
+#include "screenshots/Scenes.h"
+#include "ui/Palettes.h"
+
+#include <QApplication>
+#include <QDir>
+
+#include <iostream>
+
+using namespace vormel;
+using namespace vormel::screenshots;
+
+namespace {
+
+struct Look
+{
+    QString name;
+    QPalette palette;
+    AppLanguage language;
+    QSize size;
+};
+
+std::vector<Look> allLooks()
+{
+    constexpr QSize usual(980, 640);
+    constexpr QSize smallest(700, 450);
+    return {
+        {QStringLiteral("light"), fixtures::lightPalette(), AppLanguage::english, usual},
+        {QStringLiteral("dark"), fixtures::darkPalette(), AppLanguage::english, usual},
+        {QStringLiteral("italian"), fixtures::lightPalette(), AppLanguage::italian, usual},
+        {QStringLiteral("smallest"), fixtures::darkPalette(), AppLanguage::italian, smallest},
+    };
+}
+
+} // namespace
+
+// Takes the folder for the pictures, and after it the looks that are wanted, or none for all of them.
+int main(int argc, char** argv)
+{
+    QApplication application(argc, argv);
+    const QStringList arguments = QApplication::arguments();
+    const QStringList wanted = arguments.mid(2);
+    int count = 0;
+    for (const Look& look : allLooks()) {
+        if (!wanted.isEmpty() && !wanted.contains(look.name))
+            continue;
+        const QString folder = arguments.at(1) + u'/' + look.name;
+        QDir().mkpath(folder);
+        QApplication::setPalette(look.palette);
+        for (const Scene& scene : allScenes()) {
+            Stage stage(look.language, look.size);
+            scene.set(stage);
+            const QString path = QStringLiteral("%1/%2.png").arg(folder, QString::fromLatin1(scene.name));
+            if (!stage.picture().save(path)) {
+                std::cerr << "cannot write " << path.toStdString() << std::endl;
+                return EXIT_FAILURE;
+            }
+            ++count;
+        }
+    }
+    std::cout << count << " pictures" << std::endl;
+    return EXIT_SUCCESS;
+}
