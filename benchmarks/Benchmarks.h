@@ -13,6 +13,8 @@ void benchSmallFiles(Report& report);
 void benchQueue(Report& report);
 /// What sets cost in such a queue, from a command or a change until the window shows it.
 void benchGroups(Report& report);
+/// What scrolling, keys and ticks cost in the window of such a queue.
+void benchScroll(Report& report);
 /// What unpacking a set of 1 GiB costs beyond the bare tool.
 void benchExtract(Report& report);
 /// From process start to the first painted frame, and memory at rest.

@@ -14,9 +14,10 @@ int main(int argc, char** argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
     using namespace vormel::bench;
-    const std::array<std::pair<const char*, void (*)(Report&)>, 8> benchmarks{{{"window", benchWindow},
+    const std::array<std::pair<const char*, void (*)(Report&)>, 9> benchmarks{{{"window", benchWindow},
                                                                                {"queue", benchQueue},
                                                                                {"groups", benchGroups},
+                                                                               {"scroll", benchScroll},
                                                                                {"extract", benchExtract},
                                                                                {"small", benchSmallFiles},
                                                                                {"transfer", benchTransfer},

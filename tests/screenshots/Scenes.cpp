@@ -1,11 +1,12 @@
 #include "screenshots/Scenes.h"
 
 #include "screenshots/QueueScenes.h"
+#include "ui/help/HelpView.h"
 #include "ui/settings/SettingsView.h"
 #include "ui/sheets/ArchivePasswordSheetView.h"
 
 #include <QAbstractButton>
-#include <QScrollArea>
+#include <QApplication>
 #include <QScrollBar>
 
 namespace vormel::screenshots {
@@ -53,9 +54,12 @@ void help(Stage& stage, double place)
 {
     stage.part<QAction>("vormelHelp").trigger();
     stage.settle();
-    for (const auto* area : stage.window.findChildren<QScrollArea*>()) {
-        if (area->window() != &stage.window)
-            area->verticalScrollBar()->setValue(static_cast<int>(place * area->verticalScrollBar()->maximum()));
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        const auto* const view = widget->findChild<HelpView*>();
+        if (!view || !widget->isVisible())
+            continue;
+        widget->move(stage.window.pos());
+        view->verticalScrollBar()->setValue(static_cast<int>(place * view->verticalScrollBar()->maximum()));
     }
 }
 

@@ -17,7 +17,7 @@ CommandAlert::CommandAlert(const QString& command, AppLanguage language, QWidget
 {
     setObjectName(QStringLiteral("commandAlert"));
     setWindowModality(Qt::WindowModal);
-    setIcon(QMessageBox::Question);
+    setIcon(QMessageBox::NoIcon);
     setTextFormat(Qt::PlainText);
     setWindowTitle(QStringLiteral("Vormel"));
     setText(pair(language, u"Open Terminal?", u"Aprire il Terminale?"));

@@ -23,12 +23,12 @@ void SegmentButton::paintEvent(QPaintEvent* /*event*/)
     painter.setRenderHint(QPainter::Antialiasing);
     if (isChecked()) {
         painter.setPen(Qt::NoPen);
-        painter.setBrush(theme.color(Tint::blue));
+        painter.setBrush(theme.color(Tint::highlight));
         painter.drawRoundedRect(body, radius - 1, radius - 1);
     }
     if (hasFocus())
         drawFocusRing(painter, QRectF(rect()), theme, radius + 1);
-    painter.setPen(isChecked() ? palette().color(QPalette::Base) : theme.color(Tint::text));
+    painter.setPen(theme.color(isChecked() ? Tint::highlightedText : Tint::text));
     painter.drawText(rect(), Qt::AlignCenter, text());
 }
 

@@ -39,14 +39,14 @@ void ToggleSwitch::paintEvent(QPaintEvent* /*event*/)
     painter.setRenderHint(QPainter::Antialiasing);
     if (hasFocus())
         drawFocusRing(painter, QRectF(rect()), theme, radius + ring);
-    painter.setPen(QPen(theme.color(isOn ? Tint::blue : Tint::tertiary), outline));
-    painter.setBrush(theme.color(isOn ? Tint::blue : Tint::hairline));
+    painter.setPen(QPen(theme.color(isOn ? Tint::highlight : Tint::tertiary), outline));
+    painter.setBrush(theme.color(isOn ? Tint::highlight : Tint::hairline));
     painter.drawRoundedRect(body.adjusted(outline / 2, outline / 2, -outline / 2, -outline / 2), radius, radius);
     const qreal side = body.height() - 2 * knobInset;
     const bool isAtRight = isOn != (layoutDirection() == Qt::RightToLeft);
     const qreal x = isAtRight ? body.right() - knobInset - side : body.left() + knobInset;
     painter.setPen(Qt::NoPen);
-    painter.setBrush(isOn ? palette().color(QPalette::Base) : theme.color(Tint::tertiary));
+    painter.setBrush(theme.color(isOn ? Tint::highlightedText : Tint::tertiary));
     painter.drawEllipse(QRectF(x, body.top() + knobInset, side, side));
 }
 

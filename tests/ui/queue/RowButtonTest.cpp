@@ -1,7 +1,7 @@
 #include "ui/queue/RowButton.h"
 
 #include "fixtures/Workshop.h"
-#include "ui/queue/ViewerText.h"
+#include "ui/kit/PlatformTexts.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

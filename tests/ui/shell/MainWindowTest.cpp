@@ -111,7 +111,9 @@ TEST_F(MainWindowTest, EverythingFitsAtTheSmallestSize)
             for (const auto* button : window.findChildren<QAbstractButton*>()) {
                 if (!button->isVisible())
                     continue;
-                const QRect place(button->mapTo(&window, QPoint()), button->size());
+                QRect place(button->mapTo(&window, QPoint()), button->size());
+                if (page == Page::settings && window.findChild<SettingsView*>()->isAncestorOf(button))
+                    place.moveTop(window.height() / 2); // that page scrolls up and down, but not sideways
                 EXPECT_TRUE(window.rect().contains(place)) << qPrintable(button->objectName());
                 EXPECT_GE(button->width(), button->minimumSizeHint().width()) << qPrintable(button->objectName());
             }

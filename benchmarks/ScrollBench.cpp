@@ -1,0 +1,133 @@
+#include "Benchmarks.h"
+#include "LongQueue.h"
+#include "Measure.h"
+#include "Shop.h"
+#include "ui/queue/QueueView.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QKeyEvent>
+#include <QPaintEvent>
+#include <QScrollBar>
+
+#include <algorithm>
+#include <array>
+
+namespace vormel::bench {
+
+namespace {
+
+constexpr int itemCount = 10000;
+
+/// What a list was asked to paint.
+class PaintWatch final : public QObject
+{
+public:
+    explicit PaintWatch(QWidget* watched) { watched->installEventFilter(this); }
+    bool eventFilter(QObject* object, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint)
+            painted += static_cast<QPaintEvent*>(event)->region();
+        return QObject::eventFilter(object, event);
+    }
+
+    QRegion painted;
+};
+
+void rest()
+{
+    constexpr int turns = 20;
+    for (int turn = 0; turn < turns; ++turn)
+        QCoreApplication::processEvents();
+}
+
+/// Of so many frames, the one that only one in a hundred exceeds.
+double slowFrame(int frames, const std::function<void()>& step, QueueView& list)
+{
+    std::vector<double> costs;
+    for (int frame = 0; frame < frames; ++frame) {
+        QElapsedTimer timer;
+        timer.start();
+        step();
+        QCoreApplication::processEvents();
+        list.viewport()->repaint();
+        costs.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
+    }
+    std::sort(costs.begin(), costs.end());
+    return costs.at(costs.size() * 99 / 100);
+}
+
+void press(QueueView& list, Qt::Key key, const QString& text = {})
+{
+    QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, text);
+    QCoreApplication::sendEvent(&list, &event);
+}
+
+void benchFrames(Report& report, QueueView& list)
+{
+    constexpr int frames = 400;
+    constexpr int slow = 37;    // a gentle turn of the wheel
+    constexpr int fast = 23011; // the bar dragged: nothing of the last frame is left
+    QScrollBar& bar = *list.verticalScrollBar();
+    const auto by = [&bar](int step) { bar.setValue((bar.value() + step) % bar.maximum()); };
+    report.add(QStringLiteral("queue10k_scroll_frame_ms"),
+               slowFrame(
+                   frames, [&] { by(slow); }, list),
+               8);
+    report.add(QStringLiteral("queue10k_jump_frame_ms"),
+               slowFrame(
+                   frames, [&] { by(fast); }, list),
+               8);
+    report.add(QStringLiteral("queue10k_key_frame_ms"),
+               slowFrame(
+                   frames, [&] { press(list, Qt::Key_Down); }, list),
+               8);
+    report.add(QStringLiteral("queue10k_page_frame_ms"),
+               slowFrame(
+                   frames / 2, [&] { press(list, Qt::Key_PageUp); }, list),
+               8);
+}
+
+/// Lets some of the rows in sight get on, as a tick of the transfers would, and counts the rows that are painted for
+/// it.
+void benchTick(Report& report, QueueView& list, const std::vector<ItemPtr>& items)
+{
+    constexpr std::array<std::size_t, 3> running{1, 2, 5};
+    list.scrollToTop();
+    for (const std::size_t row : running)
+        items.at(row)->setStatus(DownloadStatus::downloading);
+    rest();
+    PaintWatch watch(list.viewport());
+    for (const std::size_t row : running) {
+        items.at(row)->setBytesReceived(items.at(row)->bytesReceived() + 1000000);
+        items.at(row)->setSpeedBytesPerSec(2000000);
+    }
+    rest();
+    int repainted = 0;
+    for (int row = 0; row < list.model()->rowCount(); ++row) {
+        const QRect place = list.visualRect(list.model()->index(row, 0));
+        if (place.top() > list.viewport()->height())
+            break;
+        repainted += watch.painted.intersects(place) ? 1 : 0;
+    }
+    report.add(QStringLiteral("tick_changed_rows"), static_cast<double>(running.size()));
+    report.add(QStringLiteral("tick_repaint_rows"), repainted, static_cast<double>(running.size()));
+}
+
+} // namespace
+
+void benchScroll(Report& report)
+{
+    report.note(
+        QStringLiteral("A window of 980 by 640 over 10,000 rows; of all frames, the slowest but one in a hundred:"));
+    Shop shop({}, [](const Folders& folders) { writeLongQueue(folders, itemCount); });
+    shop.window().resize(980, 640);
+    auto* const list = shop.window().findChild<QueueView*>();
+    if (!list || shop.manager().items().size() != itemCount)
+        giveUp(QStringLiteral("the queue was not restored"));
+    rest();
+    benchFrames(report, *list);
+    benchTick(report, *list, shop.manager().items());
+}
+
+} // namespace vormel::bench
