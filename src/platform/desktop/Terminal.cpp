@@ -1,9 +1,9 @@
 #include "platform/desktop/Terminal.h"
 
 #include "platform/desktop/TerminalScript.h"
+#include "platform/process/DetachedProgram.h"
 
 #include <QFileInfo>
-#include <QProcess>
 #include <QStandardPaths>
 
 #include <algorithm>
@@ -81,10 +81,10 @@ void DesktopTerminal::run(const QString& command)
     if (!script)
         return;
 #ifdef Q_OS_MACOS
-    QProcess::startDetached(QStringLiteral("/usr/bin/open"), {*script}); // its Terminal runs what ends in ".command"
+    startDetached(QStringLiteral("/usr/bin/open"), {*script}); // its Terminal runs what ends in ".command"
 #else
     if (const std::optional<TerminalCall> call = terminalCall(*script, m_preferred, m_folders))
-        QProcess::startDetached(call->program, call->arguments);
+        startDetached(call->program, call->arguments);
 #endif
 }
 

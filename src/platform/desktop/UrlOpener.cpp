@@ -1,6 +1,7 @@
 #include "platform/desktop/UrlOpener.h"
 
-#include <QProcess>
+#include "platform/process/DetachedProgram.h"
+
 #include <QUrl>
 
 namespace vormel {
@@ -8,7 +9,7 @@ namespace vormel {
 void DesktopUrlOpener::open(const QUrl& url)
 {
     const QString address = url.isLocalFile() ? url.toLocalFile() : url.toString(QUrl::FullyEncoded);
-    QProcess::startDetached(QStringLiteral("xdg-open"), {address});
+    startDetached(QStringLiteral("xdg-open"), {address});
 }
 
 } // namespace vormel

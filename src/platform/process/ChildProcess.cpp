@@ -2,6 +2,7 @@
 
 #include "platform/async/Lifetime.h"
 #include "platform/process/BoundedOutput.h"
+#include "platform/process/DefaultSignals.h"
 
 #include <QCoreApplication>
 #include <QProcess>
@@ -35,11 +36,7 @@ void prepareChild(pid_t parent)
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (::getppid() != parent)
         ::_exit(1);
-    sigset_t none;
-    sigemptyset(&none);
-    ::sigprocmask(SIG_SETMASK, &none, nullptr);
-    for (const int signal : {SIGPIPE, SIGINT, SIGTERM, SIGHUP})
-        ::signal(signal, SIG_DFL);
+    restoreDefaultSignals();
 }
 
 /// Qt puts the name of the failed call before the system's words.

@@ -131,10 +131,13 @@ void GroupDrag::paint(QPainter& painter) const
     painter.drawRect(QRect(corner, m_picture.deviceIndependentSize().toSize()).adjusted(0, 0, -1, -1));
     painter.setOpacity(1);
     const int y = std::clamp(lineY(), radius + 1, area.height() - radius - 1);
-    painter.setPen(QPen(theme.color(Tint::highlight), 2));
     painter.setBrush(theme.color(Tint::highlightedText));
-    painter.drawLine(margin + 2 * radius, y, area.width() - margin, y);
-    painter.drawEllipse(QPoint(margin + radius, y), radius, radius);
+    // With a rim, as the picture may have the same colour.
+    for (const auto& [tint, width] : {std::pair(Tint::highlightedText, 5), std::pair(Tint::highlight, 2)}) {
+        painter.setPen(QPen(theme.color(tint), width, Qt::SolidLine, Qt::RoundCap));
+        painter.drawLine(margin + 2 * radius, y, area.width() - margin, y);
+        painter.drawEllipse(QPoint(margin + radius, y), radius, radius);
+    }
 }
 
 /// How far the list goes with each step while the pointer is near an edge, faster the further out it is.

@@ -25,20 +25,6 @@ void PlaceKeeper::noteClosed(const QModelIndex& header)
         m_view.setCurrentIndex(header); // what is selected stays in sight
 }
 
-PlaceKeeper::Row PlaceKeeper::rowOf(const QModelIndex& index) const
-{
-    if (!index.isValid())
-        return {};
-    if (const ItemPtr item = m_model.item(index))
-        return {item->id(), {}};
-    return {{}, m_model.group(index).id};
-}
-
-QModelIndex PlaceKeeper::indexOf(const Row& row) const
-{
-    return row.item.isNull() ? m_model.headerOf(row.groupId) : m_model.indexOf(row.item);
-}
-
 void PlaceKeeper::remember()
 {
     rememberSelection();
@@ -48,10 +34,11 @@ void PlaceKeeper::remember()
 void PlaceKeeper::rememberSelection()
 {
     const QModelIndex current = m_view.currentIndex();
-    m_current = rowOf(current);
+    m_current.reset();
     m_neighbours.clear();
     if (!current.isValid())
         return;
+    m_current = keyOf(m_model, current);
     for (const ItemPtr& item : m_model.group(current).items)
         m_neighbours << item->id();
 }
@@ -66,7 +53,7 @@ void PlaceKeeper::rememberPlace()
         const int top = m_view.visualRect(index).top();
         if (top >= height)
             break;
-        m_marks.push_back({rowOf(index), top});
+        m_marks.push_back({keyOf(m_model, index), top});
     }
 }
 
@@ -85,7 +72,7 @@ void PlaceKeeper::restore()
 
 void PlaceKeeper::restoreSelection()
 {
-    QModelIndex index = indexOf(m_current);
+    QModelIndex index = m_current ? indexOf(m_model, *m_current) : QModelIndex();
     if (!index.isValid() && m_view.currentIndex().isValid())
         return; // the view has chosen the next row
     for (const ItemId& neighbour : std::as_const(m_neighbours)) {
@@ -101,7 +88,7 @@ void PlaceKeeper::restoreSelection()
 void PlaceKeeper::restorePlace()
 {
     for (const Mark& mark : std::as_const(m_marks)) {
-        const QRect now = m_view.visualRect(indexOf(mark.row)); // empty for a row in a closed group
+        const QRect now = m_view.visualRect(indexOf(m_model, mark.row)); // empty for a row in a closed group
         if (now.isEmpty())
             continue;
         QScrollBar& bar = *m_view.verticalScrollBar();

@@ -1,10 +1,11 @@
 #pragma once
 
-#include "model/ItemId.h"
+#include "ui/queue/RowKey.h"
 
-#include <QModelIndex>
 #include <QObject>
 #include <QSet>
+
+#include <optional>
 
 class QTreeView;
 
@@ -22,15 +23,9 @@ public:
     PlaceKeeper(QTreeView& view, const QueueModel& model);
 
 private:
-    /// A row by what it shows.
-    struct Row
-    {
-        ItemId item;     ///< null for a header
-        QString groupId; ///< of a header
-    };
     struct Mark
     {
-        Row row;
+        RowKey row;
         int top;
     };
 
@@ -41,14 +36,12 @@ private:
     void restore();
     void restoreSelection();
     void restorePlace();
-    [[nodiscard]] Row rowOf(const QModelIndex& index) const;
-    [[nodiscard]] QModelIndex indexOf(const Row& row) const;
 
     QTreeView& m_view;
     const QueueModel& m_model;
     QSet<QString> m_openGroups;
     // Of the moment before a change:
-    Row m_current;
+    std::optional<RowKey> m_current;
     QList<ItemId> m_neighbours; ///< in the group of the current row
     QList<Mark> m_marks;        ///< the rows in sight; none while the list is at its top
 };

@@ -81,6 +81,7 @@ void SpeedControl::retranslate()
     const QString name =
         pair(language, u"Current total speed / global speed cap", u"Velocità totale attuale / limite globale");
     m_cap->setAccessibleName(name);
+    m_cap->setAccessibleDescription(name); // the name of a combo box is its value for some screen readers
     m_cap->setToolTip(name);
     m_speed->setToolTip(name);
     fillCaps();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/queue/accessibility/RowKey.h"
+#include "ui/queue/RowKey.h"
 
 #include <QObject>
 

@@ -1,4 +1,4 @@
-#include "ui/queue/accessibility/RowKey.h"
+#include "ui/queue/RowKey.h"
 
 #include "ui/queue/QueueModel.h"
 
