@@ -40,7 +40,7 @@ private:
     void dismiss();
     void ask(const PendingHostSelection& question);
     void ask(const PendingExtractionPassword& question);
-    static void ask(std::monostate /*nothing*/) {}
+    void ask(std::monostate /*nothing*/) const {}
 
     DownloadManager& m_manager;
     QWidget& m_page;
