@@ -105,18 +105,17 @@ void QueueToolBar::retranslate()
     fitTexts();
 }
 
-void QueueToolBar::setTextsShown(bool isShown)
-{
-    for (QToolButton* button : std::as_const(m_buttons))
-        button->setToolButtonStyle(isShown ? Qt::ToolButtonTextBesideIcon : Qt::ToolButtonIconOnly);
-}
-
+/// The commands lose their texts from the last to the first, which is needed most.
 void QueueToolBar::fitTexts()
 {
-    setTextsShown(true);
-    layout()->invalidate();
-    if (layout()->minimumSize().width() > width())
-        setTextsShown(false);
+    for (QToolButton* button : std::as_const(m_buttons))
+        button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    for (qsizetype shown = m_buttons.size(); shown > 0; --shown) {
+        layout()->invalidate();
+        if (layout()->minimumSize().width() <= width())
+            return;
+        m_buttons.at(shown - 1)->setToolButtonStyle(Qt::ToolButtonIconOnly);
+    }
 }
 
 QSize QueueToolBar::minimumSizeHint() const

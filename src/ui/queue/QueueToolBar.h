@@ -37,7 +37,6 @@ private:
     void layOut();
     void retranslate();
     void fitTexts();
-    void setTextsShown(bool isShown);
 
     DownloadManager& m_manager;
     QAction* m_add;
