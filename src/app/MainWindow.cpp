@@ -21,6 +21,7 @@ MainWindow::MainWindow(const ViewPorts& ports, Updater& updater)
     , m_splitter(new QSplitter(Qt::Horizontal, this))
     , m_sidebar(new Sidebar(settings(), this))
     , m_pages(new QStackedWidget(this))
+    , m_queue(new DownloadQueueView(m_ports, m_pages))
     , m_help(new HelpWindowController(settings(), *this))
 {
     constexpr QSize smallest(700, 450);
@@ -30,10 +31,7 @@ MainWindow::MainWindow(const ViewPorts& ports, Updater& updater)
     setMinimumSize(smallest);
     resize(usual);
     layOut();
-    auto* queue = new DownloadQueueView(m_ports, m_pages);
-    m_pages->addWidget(queue);
-    m_built.at(static_cast<std::size_t>(Page::downloads)) = queue;
-    buildMenu(*queue, updater);
+    buildMenu(updater);
     openPage(Page::downloads);
     connect(m_sidebar, &Sidebar::pageChosen, this, &MainWindow::openPage);
     connect(&settings(), &AppSettings::languageSet, this, &MainWindow::retranslate);
@@ -59,10 +57,10 @@ void MainWindow::layOut()
     setCentralWidget(m_splitter);
 }
 
-void MainWindow::buildMenu(DownloadQueueView& queue, Updater& updater)
+void MainWindow::buildMenu(Updater& updater)
 {
     auto* updates = new CheckForUpdatesViewModel(updater, this);
-    const auto* menu = new MainMenu({*menuBar(), queue, *updates, settings()}, this);
+    const auto* menu = new MainMenu({*menuBar(), *m_queue, *updates, settings()}, this);
     connect(menu, &MainMenu::pageRequested, this, &MainWindow::showPage);
     connect(menu, &MainMenu::addRequested, this, [this] { showPage(Page::downloads); });
     connect(menu, &MainMenu::helpRequested, m_help, &HelpWindowController::showWindow);
@@ -92,8 +90,8 @@ void MainWindow::openPage(Page page)
 QWidget* MainWindow::makePage(Page page)
 {
     switch (page) {
-    case Page::downloads: // is there from the beginning
-        break;
+    case Page::downloads: // is there from the beginning, as the menus need it
+        return m_queue;
     case Page::accounts:
         return new AccountsView(settings(), m_pages);
     case Page::settings:

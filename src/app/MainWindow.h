@@ -33,7 +33,7 @@ public:
     [[nodiscard]] QSplitter& splitter() const { return *m_splitter; }
 
 private:
-    void buildMenu(DownloadQueueView& queue, Updater& updater);
+    void buildMenu(Updater& updater);
     void layOut();
     void openPage(Page page);
     [[nodiscard]] QWidget* makePage(Page page);
@@ -45,6 +45,7 @@ private:
     QSplitter* m_splitter;
     Sidebar* m_sidebar;
     QStackedWidget* m_pages;
+    DownloadQueueView* m_queue;
     std::array<QWidget*, allPages.size()> m_built{}; ///< null until first shown; owned by the stack
     HelpWindowController* m_help;
 };

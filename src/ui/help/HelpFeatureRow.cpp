@@ -3,6 +3,7 @@
 #include "ui/help/HelpFeatures.h"
 #include "ui/kit/GlyphLabel.h"
 #include "ui/kit/StyledLabel.h"
+#include "ui/kit/TextColumn.h"
 
 #include <QHBoxLayout>
 
@@ -16,17 +17,11 @@ HelpFeatureRow::HelpFeatureRow(const HelpFeature& feature, QWidget* parent)
     constexpr int iconSize = 22;
     m_title->setObjectName(QStringLiteral("featureTitle"));
     m_detail->setObjectName(QStringLiteral("featureDetail"));
-    auto* texts = new QVBoxLayout;
-    texts->setSpacing(2);
-    for (StyledLabel* label : {m_title, m_detail}) {
-        label->setWordWrap(true);
-        texts->addWidget(label);
-    }
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(14);
     row->addWidget(new GlyphLabel(feature.icon, feature.color, iconSize, this), 0, Qt::AlignTop);
-    row->addLayout(texts, 1);
+    row->addLayout(textColumn({m_title, m_detail}), 1);
     setTexts(feature);
 }
 

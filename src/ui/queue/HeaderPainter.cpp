@@ -1,6 +1,7 @@
 #include "ui/queue/HeaderPainter.h"
 
 #include "ui/queue/HeaderPresenter.h"
+#include "ui/queue/RowPainter.h"
 
 namespace vormel {
 
@@ -20,22 +21,6 @@ Tint summaryTint(GroupTally::Summary summary)
     case GroupTally::Summary::stopped:
     case GroupTally::Summary::resolving:
     case GroupTally::Summary::queued:
-        return Tint::secondary;
-    }
-    Q_UNREACHABLE();
-}
-
-Tint extractionTint(ExtractionStatus::Kind extraction)
-{
-    switch (extraction) {
-    case ExtractionStatus::done:
-        return Tint::green;
-    case ExtractionStatus::failed:
-        return Tint::red;
-    case ExtractionStatus::repairing:
-        return Tint::orange;
-    case ExtractionStatus::idle:
-    case ExtractionStatus::extracting:
         return Tint::secondary;
     }
     Q_UNREACHABLE();

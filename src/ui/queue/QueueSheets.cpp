@@ -83,26 +83,28 @@ void QueueSheets::showAddURLs()
     open(sheet);
 }
 
+/// Whatever closes it other than its answer cancels the question.
+void QueueSheets::openQuestion(QDialog* sheet, void (DownloadManager::*cancel)())
+{
+    connect(sheet, &QDialog::rejected, this, [this, cancel] {
+        release();
+        (m_manager.*cancel)();
+    });
+    open(sheet);
+}
+
 void QueueSheets::ask(const PendingHostSelection& question)
 {
     auto* sheet = new HostSelectionSheetView(question, m_manager.settings(), &m_page);
     connect(sheet, &HostSelectionSheetView::confirmed, &m_manager, &DownloadManager::confirmHostSelection);
-    connect(sheet, &HostSelectionSheetView::rejected, this, [this] {
-        release();
-        m_manager.cancelHostSelection();
-    });
-    open(sheet);
+    openQuestion(sheet, &DownloadManager::cancelHostSelection);
 }
 
 void QueueSheets::ask(const PendingExtractionPassword& question)
 {
     auto* sheet = new ArchivePasswordSheetView(question, m_manager.settings(), &m_page);
     connect(sheet, &ArchivePasswordSheetView::confirmed, &m_manager, &DownloadManager::submitExtractionPassword);
-    connect(sheet, &ArchivePasswordSheetView::rejected, this, [this] {
-        release();
-        m_manager.cancelExtractionPassword();
-    });
-    open(sheet);
+    openQuestion(sheet, &DownloadManager::cancelExtractionPassword);
 }
 
 } // namespace vormel

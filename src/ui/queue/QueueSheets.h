@@ -36,6 +36,7 @@ private:
     [[nodiscard]] Question pending() const;
     void follow();
     void open(QDialog* sheet);
+    void openQuestion(QDialog* sheet, void (DownloadManager::*cancel)());
     void release();
     void dismiss();
     void ask(const PendingHostSelection& question);

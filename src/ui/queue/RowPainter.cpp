@@ -35,20 +35,11 @@ StatusIcon statusIcon(DownloadStatus::Kind status)
     Q_UNREACHABLE();
 }
 
-StatusIcon extractionIcon(ExtractionStatus::Kind extraction)
+Glyph extractionGlyph(ExtractionStatus::Kind extraction)
 {
-    switch (extraction) {
-    case ExtractionStatus::done:
-        return {Glyph::archiveboxFill, Tint::green};
-    case ExtractionStatus::failed:
-        return {Glyph::exclamationmarkTriangleFill, Tint::red};
-    case ExtractionStatus::repairing:
-        return {Glyph::bandageFill, Tint::orange};
-    case ExtractionStatus::idle:
-    case ExtractionStatus::extracting:
-        return {Glyph::archiveboxFill, Tint::secondary};
-    }
-    Q_UNREACHABLE();
+    if (extraction == ExtractionStatus::failed)
+        return Glyph::exclamationmarkTriangleFill;
+    return extraction == ExtractionStatus::repairing ? Glyph::bandageFill : Glyph::archiveboxFill;
 }
 
 void paintExtraction(const RowCanvas& canvas, const RowMetrics& metrics, const RowContent& content,
@@ -56,8 +47,7 @@ void paintExtraction(const RowCanvas& canvas, const RowMetrics& metrics, const R
 {
     if (layout.extractionIcon.isEmpty())
         return;
-    const StatusIcon icon = extractionIcon(content.extraction);
-    canvas.glyph(icon.glyph, icon.tint, layout.extractionIcon);
+    canvas.glyph(extractionGlyph(content.extraction), extractionTint(content.extraction), layout.extractionIcon);
     if (content.extraction == ExtractionStatus::failed) {
         canvas.twoLines(layout.extractionText, content.extractionText, Tint::red);
         return;
@@ -75,6 +65,22 @@ void paintExtraction(const RowCanvas& canvas, const RowMetrics& metrics, const R
 }
 
 } // namespace
+
+Tint extractionTint(ExtractionStatus::Kind extraction)
+{
+    switch (extraction) {
+    case ExtractionStatus::done:
+        return Tint::green;
+    case ExtractionStatus::failed:
+        return Tint::red;
+    case ExtractionStatus::repairing:
+        return Tint::orange;
+    case ExtractionStatus::idle:
+    case ExtractionStatus::extracting:
+        return Tint::secondary;
+    }
+    Q_UNREACHABLE();
+}
 
 void paintRow(const RowCanvas& canvas, const RowMetrics& metrics, const RowContent& content, const RowLayout& layout,
               HotButton hot, Motion motion)

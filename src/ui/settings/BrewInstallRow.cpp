@@ -2,6 +2,7 @@
 
 #include "ui/kit/SheetButton.h"
 #include "ui/kit/StyledLabel.h"
+#include "ui/kit/TextColumn.h"
 #include "ui/settings/CodeLabel.h"
 #include "ui/settings/SettingsSection.h"
 
@@ -19,17 +20,11 @@ BrewInstallRow::BrewInstallRow(const QString& name, QWidget* parent)
     m_command->setObjectName(QStringLiteral("installCommand"));
     m_description->setObjectName(QStringLiteral("installDescription"));
     m_open->setObjectName(QStringLiteral("openInTerminal"));
-    m_command->setWordWrap(true);
     m_command->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    m_description->setWordWrap(true);
-    auto* texts = new QVBoxLayout;
-    texts->setSpacing(3);
-    texts->addWidget(m_command);
-    texts->addWidget(m_description);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, SettingsSection::endOfRow, 0);
     row->setSpacing(16);
-    row->addLayout(texts, 1);
+    row->addLayout(textColumn({m_command, m_description}), 1);
     row->addWidget(m_open, 0, Qt::AlignVCenter);
     connect(m_open, &QPushButton::clicked, this, [this] { Q_EMIT asked(command()); });
 }

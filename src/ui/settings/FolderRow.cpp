@@ -6,6 +6,7 @@
 #include "ui/kit/PlatformTexts.h"
 #include "ui/kit/SheetButton.h"
 #include "ui/kit/StyledLabel.h"
+#include "ui/kit/TextColumn.h"
 #include "ui/settings/PathLabel.h"
 #include "ui/settings/SettingsSection.h"
 
@@ -47,18 +48,13 @@ AppSettings& FolderRow::settings() const
 
 void FolderRow::layOut()
 {
-    m_text->setWordWrap(true);
     m_open->setIcon(glyphIcon(Glyph::folder, Tint::secondary));
     m_open->setAutoRaise(true);
     m_open->setFocusPolicy(Qt::StrongFocus);
-    auto* texts = new QVBoxLayout;
-    texts->setSpacing(3);
-    texts->addWidget(m_text);
-    texts->addWidget(m_path);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, SettingsSection::endOfRow, 0);
     row->setSpacing(8);
-    row->addLayout(texts, 1);
+    row->addLayout(textColumn({m_text, m_path}), 1);
     row->addWidget(m_open);
     row->addWidget(m_choose);
     row->addWidget(m_reset);

@@ -5,6 +5,7 @@
 #include "ui/kit/PlatformTexts.h"
 #include "ui/kit/SheetButton.h"
 #include "ui/kit/StyledLabel.h"
+#include "ui/kit/TextColumn.h"
 #include "ui/settings/SettingsSection.h"
 
 #include <QHBoxLayout>
@@ -42,17 +43,11 @@ ManagerWarning::ManagerWarning(AppSettings& settings, const QString& installerUr
 void ManagerWarning::layOut()
 {
     constexpr int iconSize = 24;
-    auto* texts = new QVBoxLayout;
-    texts->setSpacing(3);
-    for (StyledLabel* label : {m_title, m_text}) {
-        label->setWordWrap(true);
-        texts->addWidget(label);
-    }
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, SettingsSection::endOfRow, 0);
     row->setSpacing(12);
     row->addWidget(new GlyphLabel(Glyph::exclamationmarkTriangleFill, Tint::orange, iconSize, this));
-    row->addLayout(texts, 1);
+    row->addLayout(textColumn({m_title, m_text}), 1);
     row->addWidget(m_install, 0, Qt::AlignVCenter);
 }
 

@@ -6,6 +6,7 @@
 #include "ui/kit/GlyphIcon.h"
 #include "ui/kit/SheetButton.h"
 #include "ui/kit/StyledLabel.h"
+#include "ui/kit/TextColumn.h"
 
 #include <QHBoxLayout>
 #include <QUrl>
@@ -35,16 +36,10 @@ SupportSection::SupportSection(AppSettings& settings, UrlOpener& opener, QWidget
 QWidget* SupportSection::makeRow()
 {
     auto* row = new QWidget(this);
-    auto* texts = new QVBoxLayout;
-    texts->setSpacing(3);
-    for (StyledLabel* label : {m_free, m_please, m_fees}) {
-        label->setWordWrap(true);
-        texts->addWidget(label);
-    }
     auto* columns = new QHBoxLayout(row);
     columns->setContentsMargins(0, 0, endOfRow, 0);
     columns->setSpacing(16);
-    columns->addLayout(texts, 1);
+    columns->addLayout(textColumn({m_free, m_please, m_fees}), 1);
     columns->addWidget(m_beer, 0, Qt::AlignVCenter);
     return row;
 }

@@ -1,6 +1,7 @@
 #include "ui/settings/ToggleRow.h"
 
 #include "ui/kit/StyledLabel.h"
+#include "ui/kit/TextColumn.h"
 #include "ui/settings/ToggleSwitch.h"
 
 #include <QHBoxLayout>
@@ -32,17 +33,11 @@ ToggleRow::ToggleRow(AppSettings& settings, Setting<bool> AppSettings::*setting,
 
 void ToggleRow::layOut()
 {
-    for (StyledLabel* label : {m_text, m_noteText})
-        label->setWordWrap(true);
     m_text->setBuddy(m_toggle);
-    auto* texts = new QVBoxLayout;
-    texts->setSpacing(3);
-    texts->addWidget(m_text);
-    texts->addWidget(m_noteText);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(16);
-    row->addLayout(texts, 1);
+    row->addLayout(textColumn({m_text, m_noteText}), 1);
     row->addWidget(m_toggle, 0, Qt::AlignVCenter);
 }
 
