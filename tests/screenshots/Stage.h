@@ -4,6 +4,7 @@
 #include "fixtures/FakeResolvers.h"
 #include "ui/FakeDesktop.h"
 #include "ui/FakeUpdater.h"
+#include "ui/Part.h"
 
 namespace vormel::screenshots {
 
@@ -22,10 +23,7 @@ public:
     template <typename T = QWidget>
     [[nodiscard]] T& part(const char* name)
     {
-        T* const found = window.findChild<T*>(QString::fromLatin1(name));
-        if (!found)
-            qFatal("There is no part called %s", name);
-        return *found;
+        return fixtures::partOf<T>(window, name);
     }
     void settle();
 

@@ -42,10 +42,5 @@ TEST(DetachedProgram, GetsItsArgumentsAndNoneOfOurBlockedSignals)
     EXPECT_EQ(sandbox.read(QStringLiteral("out")).simplified(), "SigBlk: 0000000000000000");
 }
 
-TEST(DetachedProgram, OneThatIsNotThereDoesNoHarm)
-{
-    startDetached(QStringLiteral("/nowhere/at/all"), {});
-}
-
 } // namespace
 } // namespace vormel

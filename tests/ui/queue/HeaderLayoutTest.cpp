@@ -17,6 +17,8 @@ HeaderContent fullHeader(const QString& title, RowLines lines)
     content.lines = lines;
     content.buttons = {RowButton::pauseGroup,  RowButton::stopGroup,   RowButton::repairGroup,
                        RowButton::verifyGroup, RowButton::resyncGroup, RowButton::removeGroup};
+    content.summaryText = QStringLiteral("Completed");
+    content.extractionText = QStringLiteral("·  Extraction failed: ") + title;
     return content;
 }
 
@@ -39,6 +41,19 @@ TEST(HeaderLayout, NothingOverlapsOrLeavesTheHeaderAtAnyWidthFontAndDirection)
             }
         }
     }
+}
+
+TEST(HeaderLayout, WhatBecameOfTheArchiveStandsBehindTheSummary)
+{
+    const RowMetrics metrics(QApplication::font());
+    const QRect row(0, 0, 700, metrics.height({}));
+    HeaderContent content = fullHeader(QStringLiteral("a"), {});
+    const HeaderLayout layout(metrics, content, row, Qt::LeftToRight);
+    EXPECT_EQ(layout.extraction.top(), layout.summary.top());
+    EXPECT_GT(layout.extraction.left(), layout.summary.right());
+    EXPECT_EQ(layout.extraction.right(), row.right() - RowMetrics::marginX);
+    content.extractionText.clear();
+    EXPECT_TRUE(HeaderLayout(metrics, content, row, Qt::LeftToRight).extraction.isEmpty());
 }
 
 TEST(HeaderLayout, TheTitleIsNoWiderThanItsText)

@@ -1,12 +1,8 @@
-#include "fixtures/EventLoop.h"
-#include "fixtures/Workshop.h"
-#include "ui/FakeDesktop.h"
 #include "ui/Part.h"
 #include "ui/queue/HeaderLayout.h"
-#include "ui/queue/QueueModel.h"
-#include "ui/queue/QueueView.h"
 #include "ui/queue/RenamePopover.h"
 #include "ui/queue/RowLayout.h"
+#include "ui/queue/SetAndFile.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -23,20 +19,12 @@ namespace {
 
 using fixtures::turnEventLoop;
 
-/// A list with the open group "a" of two parts, and the plain row "b.zip" below it, all paused.
-class QueueButtonsTest : public ::testing::Test
+/// With its group open.
+class QueueButtonsTest : public ::testing::Test, protected fixtures::SetAndFile
 {
 protected:
     QueueButtonsTest()
     {
-        items =
-            workshop.add({QStringLiteral("https://h.example/a.part1.rar"),
-                          QStringLiteral("https://h.example/a.part2.rar"), QStringLiteral("https://h.example/b.zip")});
-        view.resize(700, 500);
-        view.show();
-        view.activateWindow();
-        view.setFocus();
-        EXPECT_TRUE(QTest::qWaitForWindowExposed(&view));
         view.expand(header());
         turnEventLoop();
     }
@@ -97,12 +85,6 @@ protected:
         return texts;
     }
     RenamePopover* popover() { return view.findChild<RenamePopover*>(); }
-
-    fixtures::Workshop workshop;
-    std::vector<ItemPtr> items;
-    fixtures::FakeDesktop desktop{workshop};
-    QueueModel model{workshop.manager(), workshop.clock};
-    QueueView view{model, RowCommands(desktop.ports())};
 };
 
 TEST_F(QueueButtonsTest, AClickOnAButtonRunsItAndSelectsNothing)

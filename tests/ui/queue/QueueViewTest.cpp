@@ -7,6 +7,7 @@
 #include "ui/queue/QueueModel.h"
 
 #include <QPaintEvent>
+#include <QProxyStyle>
 #include <QScrollBar>
 #include <QTest>
 
@@ -48,6 +49,19 @@ public:
 
     mutable int heightsAsked = 0;
     mutable int rowsMade = 0;
+};
+
+/// One that lets things move, whatever the desktop says.
+class LivelyStyle final : public QProxyStyle
+{
+public:
+    explicit LivelyStyle(QObject* parent) { setParent(parent); }
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* data) const override
+    {
+        constexpr int duration = 200;
+        return hint == SH_Widget_Animation_Duration ? duration : QProxyStyle::styleHint(hint, option, widget, data);
+    }
 };
 
 class QueueViewTest : public ::testing::Test
@@ -152,6 +166,24 @@ TEST_F(QueueViewTest, ScrollsByPixels)
     EXPECT_EQ(view.verticalScrollMode(), QAbstractItemView::ScrollPerPixel);
     view.verticalScrollBar()->setValue(5);
     EXPECT_EQ(rowRect(0).top(), -5);
+}
+
+TEST_F(QueueViewTest, ABarGlidesToItsValueAndRestsThere)
+{
+    view.setStyle(new LivelyStyle(&view)); // the view owns it
+    items[1]->setStatus(DownloadStatus::downloading);
+    items[1]->setProgress(0.2);
+    turnEventLoop();
+    view.repaint();
+    ASSERT_TRUE(fixtures::waitUntil([this] { return !view.isMoving(); }));
+    items[1]->setProgress(0.6);
+    turnEventLoop();
+    view.repaint();
+    EXPECT_TRUE(view.isMoving());
+    const QImage underWay = view.viewport()->grab(rowRect(1)).toImage();
+    workshop.clock.advance(std::chrono::milliseconds(400));
+    EXPECT_TRUE(fixtures::waitUntil([this] { return !view.isMoving(); }));
+    EXPECT_NE(view.viewport()->grab(rowRect(1)).toImage(), underWay);
 }
 
 TEST_F(QueueViewTest, TheIndicatorTurnsOnlyWhileARowInSightWaits)

@@ -97,6 +97,9 @@ constexpr Text texts[] = {
      u"Verifica (CRC) — riscarica le parti danneggiate o mancanti"},
     {RowButton::resyncGroup, u"Resync with disk — mark present files completed, re-queue missing parts",
      u"Risincronizza col disco — segna i file presenti come completati, rimetti in coda le parti mancanti"},
+    {RowButton::removeGroup, u"Remove group from list (deletes partial files)",
+     u"Rimuovi il gruppo dalla lista (elimina i file parziali)"},
+    {RowButton::extract, u"Extract", u"Estrai"},
 };
 
 TEST(RowButton, SaysWhatItDoesInBothLanguages)
@@ -119,7 +122,7 @@ TEST(RowButton, CallsTheFileViewerByItsNameOnEachDesktop)
 
 TEST(RowButton, PauseIsOrangeAndOnlyRemovalIsDestructive)
 {
-    for (int i = 0; i <= static_cast<int>(RowButton::removeGroup); ++i) {
+    for (int i = 0; i <= static_cast<int>(RowButton::extract); ++i) {
         const auto button = static_cast<RowButton>(i);
         const bool isPause = button == RowButton::pause || button == RowButton::pauseGroup;
         const bool isRemoval = button == RowButton::remove || button == RowButton::removeGroup;

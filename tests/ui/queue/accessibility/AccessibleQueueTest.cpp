@@ -1,43 +1,17 @@
 #include "ui/queue/accessibility/AccessibleQueue.h"
 
-#include "fixtures/EventLoop.h"
-#include "fixtures/Workshop.h"
-#include "ui/FakeDesktop.h"
-#include "ui/queue/QueueModel.h"
-#include "ui/queue/QueueView.h"
-
-#include <QTest>
-
-#include <gtest/gtest.h>
+#include "ui/queue/SetAndFile.h"
 
 namespace vormel {
 namespace {
 
 using fixtures::turnEventLoop;
 
-/// A list with the closed group "a" of two parts, and the plain row "b.zip" below it, all paused.
-class AccessibleQueueTest : public ::testing::Test
+class AccessibleQueueTest : public ::testing::Test, protected fixtures::SetAndFile
 {
 protected:
-    AccessibleQueueTest()
-    {
-        items =
-            workshop.add({QStringLiteral("https://h.example/a.part1.rar"),
-                          QStringLiteral("https://h.example/a.part2.rar"), QStringLiteral("https://h.example/b.zip")});
-        view.resize(700, 500);
-        view.show();
-        view.activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&view));
-        turnEventLoop();
-    }
     QAccessibleInterface& list() { return *QAccessible::queryAccessibleInterface(&view); }
     QAccessibleInterface& row(int place) { return *list().child(place); }
-
-    fixtures::Workshop workshop;
-    std::vector<ItemPtr> items;
-    fixtures::FakeDesktop desktop{workshop};
-    QueueModel model{workshop.manager(), workshop.clock};
-    QueueView view{model, RowCommands(desktop.ports())};
 };
 
 const QString& toggle = QAccessibleActionInterface::toggleAction();

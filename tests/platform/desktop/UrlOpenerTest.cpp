@@ -1,0 +1,54 @@
+#include "platform/desktop/UrlOpener.h"
+
+#include "fixtures/EventLoop.h"
+#include "fixtures/Sandbox.h"
+
+#include <QFile>
+#include <QUrl>
+
+#include <gtest/gtest.h>
+
+namespace vormel {
+namespace {
+
+/// With a stand-in for the program that opens things.
+class UrlOpenerTest : public ::testing::Test
+{
+protected:
+    UrlOpenerTest()
+    {
+        const QByteArray opened = sandbox.path(QStringLiteral("opened")).toUtf8();
+        const QString tool =
+            sandbox.write(QStringLiteral("bin/xdg-open"), "#!/bin/sh\nprintf %s \"$*\" > '" + opened + ".new'\nmv '" +
+                                                              opened + ".new' '" + opened + "'\n");
+        QFile::setPermissions(tool, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        qputenv("PATH", sandbox.path(QStringLiteral("bin")).toUtf8() + ':' + m_pathBefore);
+    }
+    ~UrlOpenerTest() override { qputenv("PATH", m_pathBefore); }
+
+    QString open(const QUrl& url)
+    {
+        DesktopUrlOpener().open(url);
+        EXPECT_TRUE(fixtures::waitUntil([this] { return sandbox.exists(QStringLiteral("opened")); }));
+        return QString::fromUtf8(sandbox.read(QStringLiteral("opened")));
+    }
+
+    fixtures::Sandbox sandbox;
+
+private:
+    QByteArray m_pathBefore = qgetenv("PATH");
+};
+
+TEST_F(UrlOpenerTest, HandsOnTheAddressOfAPageAsItIsWritten)
+{
+    const QString address = QStringLiteral("https://h.example/a%20b?x=%26&y=1#c");
+    EXPECT_EQ(open(QUrl(address)), address);
+}
+
+TEST_F(UrlOpenerTest, HandsOnTheFolderOfALocalAddress)
+{
+    EXPECT_EQ(open(QUrl::fromLocalFile(QStringLiteral("/srv/a folder #1"))), u"/srv/a folder #1");
+}
+
+} // namespace
+} // namespace vormel

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "fixtures/EventLoop.h"
+#include "fixtures/Workshop.h"
+#include "ui/FakeDesktop.h"
+#include "ui/queue/QueueModel.h"
+#include "ui/queue/QueueView.h"
+
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace vormel::fixtures {
+
+/// A list on the screen with the closed group "a" of two parts, and the plain row "b.zip" below it, all paused.
+struct SetAndFile
+{
+    SetAndFile()
+    {
+        view.resize(700, 500);
+        view.show();
+        view.activateWindow();
+        view.setFocus();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&view));
+        turnEventLoop();
+    }
+
+    Workshop workshop;
+    std::vector<ItemPtr> items =
+        workshop.add({QStringLiteral("https://h.example/a.part1.rar"), QStringLiteral("https://h.example/a.part2.rar"),
+                      QStringLiteral("https://h.example/b.zip")});
+    FakeDesktop desktop{workshop};
+    QueueModel model{workshop.manager(), workshop.clock};
+    QueueView view{model, RowCommands(desktop.ports())};
+};
+
+} // namespace vormel::fixtures
