@@ -84,11 +84,11 @@ void QueueSheets::showAddURLs()
 }
 
 /// Whatever closes it other than its answer cancels the question.
-void QueueSheets::openQuestion(QDialog* sheet, void (DownloadManager::*cancel)())
+void QueueSheets::openQuestion(QDialog* sheet, const std::function<void()>& cancel)
 {
     connect(sheet, &QDialog::rejected, this, [this, cancel] {
         release();
-        (m_manager.*cancel)();
+        cancel();
     });
     open(sheet);
 }
@@ -97,14 +97,14 @@ void QueueSheets::ask(const PendingHostSelection& question)
 {
     auto* sheet = new HostSelectionSheetView(question, m_manager.settings(), &m_page);
     connect(sheet, &HostSelectionSheetView::confirmed, &m_manager, &DownloadManager::confirmHostSelection);
-    openQuestion(sheet, &DownloadManager::cancelHostSelection);
+    openQuestion(sheet, [this] { m_manager.cancelHostSelection(); });
 }
 
 void QueueSheets::ask(const PendingExtractionPassword& question)
 {
     auto* sheet = new ArchivePasswordSheetView(question, m_manager.settings(), &m_page);
     connect(sheet, &ArchivePasswordSheetView::confirmed, &m_manager, &DownloadManager::submitExtractionPassword);
-    openQuestion(sheet, &DownloadManager::cancelExtractionPassword);
+    openQuestion(sheet, [this] { m_manager.cancelExtractionPassword(); });
 }
 
 } // namespace vormel

@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QPointer>
 
+#include <functional>
 #include <variant>
 
 class QDialog;
@@ -36,7 +37,7 @@ private:
     [[nodiscard]] Question pending() const;
     void follow();
     void open(QDialog* sheet);
-    void openQuestion(QDialog* sheet, void (DownloadManager::*cancel)());
+    void openQuestion(QDialog* sheet, const std::function<void()>& cancel);
     void release();
     void dismiss();
     void ask(const PendingHostSelection& question);
