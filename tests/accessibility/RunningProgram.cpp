@@ -35,6 +35,8 @@ bool comesTrue(const std::function<bool()>& condition)
 RunningProgram::RunningProgram(const QStringList& files)
 {
     atspi_init();
+    // The program asks for the bus of assistive technology once, so it has to be there before.
+    static_cast<void>(Accessible::desktop().children());
     writeQueue(files);
     start(m_process);
 }
