@@ -2,6 +2,7 @@
 include_guard(GLOBAL)
 
 set(VORMEL_SANITIZE "" CACHE STRING "Sanitizers to build with, as the compiler names them (address,undefined or thread)")
+option(VORMEL_PRECOMPILED_HEADERS "Compile what most files include once for each target" ON)
 option(VORMEL_ASSERTIONS "Check library and Qt assertions also in optimised builds" OFF)
 
 find_program(VORMEL_CCACHE ccache)
@@ -37,10 +38,20 @@ if(VORMEL_MOLD)
     target_link_options(vormel_rules INTERFACE -fuse-ld=mold)
 endif()
 
+# vormel_precompile(<target> <headers>...) has the target's files begin with the headers that most of them include, and these.
+# That no file leans on this is held by the test that compiles each header of the floors alone.
+function(vormel_precompile target)
+    if(VORMEL_PRECOMPILED_HEADERS)
+        target_precompile_headers(${target} PRIVATE
+            <QDir> <QFile> <QFileInfo> <QHash> <QObject> <QSet> <QString> <QStringList> <QUrl>
+            <algorithm> <array> <chrono> <functional> <memory> <mutex> <optional> <span> <unordered_map> <vector> ${ARGN})
+    endif()
+endfunction()
+
 # vormel_floor(<name> DEPENDS <targets>... EXCEPT <files>...) makes the static library vormel_<name> of every source file
 # below the calling folder but those. A floor names the floors it stands on; the architecture test holds its includes to that.
 function(vormel_floor name)
-    cmake_parse_arguments(FLOOR "" "" "DEPENDS;EXCEPT" ${ARGN})
+    cmake_parse_arguments(FLOOR "" "" "DEPENDS;EXCEPT;PRECOMPILE" ${ARGN})
     file(GLOB_RECURSE sources CONFIGURE_DEPENDS *.cpp *.h *.qrc)
     foreach(file IN LISTS FLOOR_EXCEPT)
         list(REMOVE_ITEM sources "${CMAKE_CURRENT_SOURCE_DIR}/${file}")
@@ -48,4 +59,5 @@ function(vormel_floor name)
     add_library(vormel_${name} STATIC ${sources})
     target_include_directories(vormel_${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
     target_link_libraries(vormel_${name} PUBLIC vormel_rules ${FLOOR_DEPENDS})
+    vormel_precompile(vormel_${name} ${FLOOR_PRECOMPILE})
 endfunction()
