@@ -1,15 +1,14 @@
 #include "engine/completion/FinalFile.h"
 
+#include "platform/storage/CarefulMove.h"
 #include "text/FileName.h"
 
 #include <QFile>
 #include <QFileInfo>
 
-#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <cerrno>
-#include <cstdio>
 
 namespace vormel {
 
@@ -41,17 +40,12 @@ QString uniqueDestination(const QString& path)
 
 MoveResult moveToFinalPlace(const QString& from, const QString& to)
 {
-    const QByteArray source = QFile::encodeName(from);
     while (true) {
         const QString target = uniqueDestination(to);
-        if (::renameat2(AT_FDCWD, source.constData(), AT_FDCWD, QFile::encodeName(target).constData(),
-                        RENAME_NOREPLACE) == 0)
-            return {target, 0};
-        if (errno == EINVAL && ::rename(source.constData(), QFile::encodeName(target).constData()) == 0)
-            return {target, 0}; // a file system without the careful kind of move
+        const int error = moveWithoutReplacing(from, target);
         // Somebody may have taken the name in between.
-        if (errno != EEXIST)
-            return {{}, errno};
+        if (error != EEXIST)
+            return error == 0 ? MoveResult{target, 0} : MoveResult{{}, error};
     }
 }
 

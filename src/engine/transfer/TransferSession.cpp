@@ -1,12 +1,9 @@
 #include "engine/transfer/TransferSession.h"
 
+#include "platform/storage/CarefulMove.h"
+
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
-
-#include <fcntl.h>
-
-#include <cstdio>
 
 namespace vormel {
 
@@ -97,9 +94,7 @@ void TransferSession::rename(const ItemId& id, const QString& partPath, const QS
         return;
     Running& running = found->second;
     QDir().mkpath(QFileInfo(partPath).path());
-    const QByteArray from = QFile::encodeName(running.partPath);
-    const QByteArray to = QFile::encodeName(partPath);
-    if (::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) != 0)
+    if (moveWithoutReplacing(running.partPath, partPath) != 0)
         return;
     m_partPaths.remove(running.partPath);
     m_partPaths.insert(partPath);
