@@ -151,7 +151,7 @@ Eventual<ChildEnd> ChildProcesses::run(const QString& path, const QStringList& a
     Running& running = *m_running.emplace_back(std::make_unique<Running>(*this, std::move(onOutput), std::move(stop)));
     Eventual<ChildEnd> eventual = running.eventual();
     if (isStopped)
-        takeOut(running);
+        static_cast<void>(takeOut(running)); // whoever waits hears that it was given up
     else
         running.start(path, args);
     return eventual;
