@@ -1,7 +1,6 @@
 #include "archive/ArchiveExtractor.h"
 
 #include "archive/ArchiveFormat.h"
-#include "archive/BadVolumes.h"
 #include "archive/EscapingLinks.h"
 #include "archive/ExtractionError.h"
 #include "archive/tools/ToolArguments.h"
@@ -57,11 +56,6 @@ void makeFolder(const QString& folder)
         const int reason = errno != 0 ? errno : ENOTDIR;
         throw DestinationError(QString::fromStdString(std::generic_category().message(reason)));
     }
-}
-
-QString lastName(const QString& path)
-{
-    return QFileInfo(path).fileName();
 }
 
 QString repairTool()
@@ -174,26 +168,9 @@ QCoro::Task<> ArchiveExtractor::runClassified(QString tool, QStringList args, bo
     }
 }
 
-QCoro::Task<QStringList> ArchiveExtractor::verify(QString archive)
+QCoro::Task<VolumeTest> ArchiveExtractor::verify(QString archive)
 {
-    const std::optional<QString> tool = firstTool(rarTools());
-    if (!tool)
-        throw ExtractionError::toolNotFound(QStringLiteral("unrar/rar"));
-    const Trace trace = m_trace;
-    const QString about = QStringLiteral("[Verify] ") + lastName(archive);
-    const QStringList args{QStringLiteral("t"), archive};
-    QString output;
-    try {
-        co_await m_tools.run(*tool, args, {});
-        trace(about + QStringLiteral(" OK"));
-        co_return QStringList();
-    } catch (const ExtractionError& error) {
-        trace(about + failureText(error));
-        output = error.output();
-    }
-    const QStringList bad = badVolumes(output, archive);
-    trace(QStringLiteral("[Verify] bad volumes: ") + bad.join(QStringLiteral(", ")));
-    co_return bad;
+    return testVolumes(m_tools, archive, m_trace);
 }
 
 bool ArchiveExtractor::canRepair() const

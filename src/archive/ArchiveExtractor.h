@@ -1,5 +1,6 @@
 #pragma once
 
+#include "archive/VolumeTest.h"
 #include "archive/tools/ToolArguments.h"
 #include "archive/tools/ToolRunner.h"
 #include "platform/async/Lifetime.h"
@@ -31,9 +32,8 @@ public:
     QCoro::Task<> extract(QString archive, QString destination, Password password,
                           std::function<void(double)> onProgress);
 
-    /// Tests a set of RAR volumes by its first one and gives the sorted names of the bad ones. An empty list says that
-    /// the set is sound or that the tool blamed no volume.
-    QCoro::Task<QStringList> verify(QString archive);
+    /// Tests a set of RAR volumes by its first one.
+    QCoro::Task<VolumeTest> verify(QString archive);
 
     /// Rebuilds missing and damaged volumes of a set out of its recovery volumes, by its first volume.
     QCoro::Task<> repair(QString archive);

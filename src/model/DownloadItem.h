@@ -2,6 +2,7 @@
 
 #include "model/DownloadStatus.h"
 #include "model/ItemId.h"
+#include "model/VerificationResult.h"
 #include "platform/clock/Clock.h"
 #include "text/Link.h"
 
@@ -30,6 +31,7 @@ enum class ItemField : quint32
     ResolvedAt = 1U << 10,
     RecoveryCountdown = 1U << 11,
     ExtractionStartedAt = 1U << 12,
+    Verification = 1U << 13,
 };
 Q_DECLARE_FLAGS(ItemFields, ItemField)
 Q_DECLARE_OPERATORS_FOR_FLAGS(ItemFields)
@@ -71,19 +73,18 @@ public:
     [[nodiscard]] const std::optional<WallTime>& resolvedAt() const { return m_resolvedAt; }
     [[nodiscard]] const std::optional<int>& recoveryCountdown() const { return m_recoveryCountdown; }
     [[nodiscard]] const std::optional<WallTime>& extractionStartedAt() const { return m_extractionStartedAt; }
+    /// Gone with the next change of either status.
+    [[nodiscard]] const VerificationResult& verification() const { return m_verification; }
 
     void setResolvedURL(std::optional<Link> url) { set(m_resolvedURL, std::move(url), ItemField::ResolvedUrl); }
     void setFilename(QString name) { set(m_filename, std::move(name), ItemField::Filename); }
-    void setStatus(DownloadStatus status) { set(m_status, std::move(status), ItemField::Status); }
+    void setStatus(DownloadStatus status);
     void setProgress(double progress) { set(m_progress, progress, ItemField::Progress); }
     void setBytesReceived(qint64 bytes) { set(m_bytesReceived, bytes, ItemField::BytesReceived); }
     void setTotalBytes(qint64 bytes) { set(m_totalBytes, bytes, ItemField::TotalBytes); }
     void setSpeedBytesPerSec(double speed) { set(m_speedBytesPerSec, speed, ItemField::Speed); }
     void setLocalPath(std::optional<QString> path) { set(m_localPath, std::move(path), ItemField::LocalPath); }
-    void setExtractionStatus(ExtractionStatus status)
-    {
-        set(m_extractionStatus, std::move(status), ItemField::ExtractionStatus);
-    }
+    void setExtractionStatus(ExtractionStatus status);
     void setExtractionProgress(double progress) { set(m_extractionProgress, progress, ItemField::ExtractionProgress); }
     void setResolvedAt(std::optional<WallTime> time) { set(m_resolvedAt, time, ItemField::ResolvedAt); }
     void setRecoveryCountdown(std::optional<int> seconds)
@@ -94,6 +95,7 @@ public:
     {
         set(m_extractionStartedAt, time, ItemField::ExtractionStartedAt);
     }
+    void setVerification(VerificationResult result) { set(m_verification, std::move(result), ItemField::Verification); }
     /// For the queue file, which stores the text it once showed.
     void restoreHostName(QString name) { m_hostName = std::move(name); }
 
@@ -132,6 +134,7 @@ private:
     std::optional<WallTime> m_resolvedAt;
     std::optional<int> m_recoveryCountdown;
     std::optional<WallTime> m_extractionStartedAt;
+    VerificationResult m_verification;
     ItemWatcher* m_watcher = nullptr;
 };
 
