@@ -17,8 +17,7 @@ PasswordTrials::PasswordTrials()
 
 bool PasswordTrials::hasFailedAgain(const QString& archive, const QString& password)
 {
-    const QByteArray mark =
-        QMessageAuthenticationCode::hash(password.toUtf8(), m_salt, QCryptographicHash::Sha256);
+    const QByteArray mark = QMessageAuthenticationCode::hash(password.toUtf8(), m_salt, QCryptographicHash::Sha256);
     QSet<QByteArray>& failed = m_failed[archive];
     const bool isAgain = failed.contains(mark);
     failed.insert(mark);

@@ -18,8 +18,8 @@ namespace {
 TEST(PlainPaths, OrdinaryPathsStayAsTheyAre)
 {
     for (const QString& archive :
-         {QStringLiteral("/x y/[Group] Film.part1.rar"), QStringLiteral("/x/a'b\"$c.7z"), QStringLiteral("/x/日本 ü.zip"),
-          QStringLiteral("/x[1]/@list.tar"), QStringLiteral("/x/-rf \\n.rar")}) {
+         {QStringLiteral("/x y/[Group] Film.part1.rar"), QStringLiteral("/x/a'b\"$c.7z"),
+          QStringLiteral("/x/日本 ü.zip"), QStringLiteral("/x[1]/@list.tar"), QStringLiteral("/x/-rf \\n.rar")}) {
         const PlainPaths paths(archive, QStringLiteral("/out?[1]"));
         EXPECT_EQ(paths.archive(), archive);
         EXPECT_EQ(paths.destination(), QStringLiteral("/out?[1]"));
@@ -48,15 +48,32 @@ TEST(PlainPaths, AllVolumesOfTheArchiveAreLinkedAndNothingElse)
     for (const char* name : {"Who?.part1.rar", "Who?.part2.rar", "Who?.part03.RAR", "Who?.part1.rev", "Whom.part2.rar",
                              "Who?.txt", "Who?.r00", "Who?.s01", "Who?.rar", "Whom.r00"})
         sandbox.write(QString::fromUtf8(name), "x");
-    const auto linked = [&sandbox](const char* name) {
-        const PlainPaths paths(sandbox.path(QString::fromUtf8(name)));
+    const auto linked = [&sandbox](const char* name, Recovery recovery = Recovery::leftBeside) {
+        const PlainPaths paths(sandbox.path(QString::fromUtf8(name)), {}, recovery);
         return QFileInfo(paths.archive()).dir().entryList(QDir::Files, QDir::Name);
     };
-    EXPECT_EQ(linked("Who?.part1.rar"),
-              (QStringList{QStringLiteral("archive.part03.RAR"), QStringLiteral("archive.part1.rar"),
-                           QStringLiteral("archive.part2.rar")}));
-    EXPECT_EQ(linked("Who?.rar"),
-              (QStringList{QStringLiteral("archive.r00"), QStringLiteral("archive.rar"), QStringLiteral("archive.s01")}));
+    const QStringList parts{QStringLiteral("archive.part03.RAR"), QStringLiteral("archive.part1.rar"),
+                            QStringLiteral("archive.part2.rar")};
+    EXPECT_EQ(linked("Who?.part1.rar", Recovery::keptAway), parts);
+    QStringList all = parts;
+    all.insert(2, QStringLiteral("archive.part1.rev"));
+    EXPECT_EQ(linked("Who?.part1.rar"), all);
+    EXPECT_EQ(linked("Who?.rar"), (QStringList{QStringLiteral("archive.r00"), QStringLiteral("archive.rar"),
+                                               QStringLiteral("archive.s01")}));
+}
+
+TEST(PlainPaths, RecoveryVolumesAreKeptAwayByLinksToTheOthers)
+{
+    const fixtures::Sandbox sandbox;
+    const QString archive = sandbox.write(QStringLiteral("a.part1.rar"), "x");
+    sandbox.write(QStringLiteral("b.part1.rev"), "x");
+    EXPECT_EQ(PlainPaths(archive, {}, Recovery::keptAway).archive(), archive);
+    sandbox.write(QStringLiteral("a.part1.REV"), "x");
+    EXPECT_EQ(PlainPaths(archive, {}, Recovery::leftBeside).archive(), archive);
+    const PlainPaths paths(archive, {}, Recovery::keptAway);
+    EXPECT_EQ(QFileInfo(paths.archive()).dir().entryList(QDir::Files),
+              QStringList{QStringLiteral("archive.part1.rar")});
+    EXPECT_EQ(paths.realName(QStringLiteral("archive.part2.rar")), QStringLiteral("a.part2.rar"));
 }
 
 TEST(PlainPaths, AVolumeIsCalledByItsRealNameAlsoWhenItIsMissing)
@@ -120,8 +137,8 @@ protected:
             {QStringLiteral("7z"), {QStringLiteral("7zz"), QStringLiteral("a"), made, f}},
             {QStringLiteral("tar"), {QStringLiteral("tar"), QStringLiteral("-cf"), made, f}}};
         const QStringList call = packers[kind];
-        const fixtures::ToolResult packed = fixtures::runRealTool(
-            QStringLiteral("/usr/bin/") + call.front(), call.mid(1), sandbox.path(QStringLiteral("in")));
+        const fixtures::ToolResult packed = fixtures::runRealTool(QStringLiteral("/usr/bin/") + call.front(),
+                                                                  call.mid(1), sandbox.path(QStringLiteral("in")));
         EXPECT_EQ(packed.status, 0) << packed.output.constData();
         const QString whole = sandbox.path(path + u'.' + kind);
         QDir().mkpath(QFileInfo(whole).path());
@@ -133,9 +150,8 @@ protected:
     {
         QDir().mkpath(sandbox.path(destination));
         const PlainPaths paths(archive, sandbox.path(destination));
-        const TaskEnd end =
-            runToEnd(runner.run(QStringLiteral("/usr/bin/") + QString::fromUtf8(GetParam().tool),
-                                GetParam().arguments(paths, sandbox.path(destination)), {}));
+        const TaskEnd end = runToEnd(runner.run(QStringLiteral("/usr/bin/") + QString::fromUtf8(GetParam().tool),
+                                                GetParam().arguments(paths, sandbox.path(destination)), {}));
         EXPECT_TRUE(end.isSuccess()) << end.output.toStdString();
         return sandbox.read(destination + QStringLiteral("/f.txt"));
     }
@@ -185,14 +201,18 @@ TEST_P(HostileName, OfAFolderIsNotTakenForAPattern)
 INSTANTIATE_TEST_SUITE_P(
     PlainPaths, HostileName,
     ::testing::Values(
-        Unpacker{"unrar", "rar", [](const PlainPaths& p, const QString& out) { return rarArguments(p.archive(), out, {}); }},
-        Unpacker{"rar", "rar", [](const PlainPaths& p, const QString& out) { return rarArguments(p.archive(), out, {}); }},
+        Unpacker{"unrar", "rar",
+                 [](const PlainPaths& p, const QString& out) { return rarArguments(p.archive(), out, {}); }},
+        Unpacker{"rar", "rar",
+                 [](const PlainPaths& p, const QString& out) { return rarArguments(p.archive(), out, {}); }},
         Unpacker{"unzip", "zip",
                  [](const PlainPaths& p, const QString& out) { return unzipArguments(p.archive(), out, {}); }},
-        Unpacker{"7zz", "zip",
-                 [](const PlainPaths& p, const QString&) { return sevenZipArguments(p.archive(), p.destination(), {}); }},
-        Unpacker{"7zz", "7z",
-                 [](const PlainPaths& p, const QString&) { return sevenZipArguments(p.archive(), p.destination(), {}); }},
+        Unpacker{
+            "7zz", "zip",
+            [](const PlainPaths& p, const QString&) { return sevenZipArguments(p.archive(), p.destination(), {}); }},
+        Unpacker{
+            "7zz", "7z",
+            [](const PlainPaths& p, const QString&) { return sevenZipArguments(p.archive(), p.destination(), {}); }},
         Unpacker{"tar", "tar", [](const PlainPaths& p, const QString& out) {
                      return tarArguments(QStringLiteral("-xf"), p.archive(), out);
                  }}));

@@ -41,8 +41,7 @@ TEST(ToolArguments, aPasswordThatBeginsWithAHyphenIsNoSwitch)
 
 TEST(ToolArguments, tarIsGivenBackslashesAsItReadsThem)
 {
-    EXPECT_EQ(tarArguments(QStringLiteral("-xf"), QStringLiteral("/a\\n/x.tar"), QStringLiteral("/o\\n\\"))
-                  .mid(1),
+    EXPECT_EQ(tarArguments(QStringLiteral("-xf"), QStringLiteral("/a\\n/x.tar"), QStringLiteral("/o\\n\\")).mid(1),
               list({"/a\\n/x.tar", "-C", "/o\\\\n\\\\"}));
 }
 

@@ -100,9 +100,10 @@ TEST_P(MeddledEnvironment, changesNothingInWhatToolsDo)
         const QString path = sandbox.path(name);
         args.replaceInStrings(QStringLiteral("%1"), path);
         // env -i: the packers are not to be meddled with.
-        const QStringList clean = QStringList{QStringLiteral("-i"), QStringLiteral("PATH=/usr/bin:/bin"),
-                                              QStringLiteral("LC_ALL=C.UTF-8"), QStringLiteral("HOME=/nonexistent"), tool} +
-                                  args;
+        const QStringList clean =
+            QStringList{QStringLiteral("-i"), QStringLiteral("PATH=/usr/bin:/bin"), QStringLiteral("LC_ALL=C.UTF-8"),
+                        QStringLiteral("HOME=/nonexistent"), tool} +
+            args;
         const fixtures::ToolResult packed =
             fixtures::runRealTool(QStringLiteral("/usr/bin/env"), clean, sandbox.path(QStringLiteral("in")));
         EXPECT_EQ(packed.status, 0) << packed.output.constData();

@@ -122,7 +122,8 @@ TEST(ToolReason, ofRealToolsIsShortAndBeginsWithNoBanner)
     const QString tar = cut(QStringLiteral("a.tgz"), QStringLiteral("/usr/bin/tar"), {QStringLiteral("-czf")});
     // Two programs speak, in either order.
     const QString told = reason(QStringLiteral("/usr/bin/tar"), tarArguments(QStringLiteral("-xzf"), tar, out));
-    EXPECT_TRUE(told.contains(u"gzip: stdin: unexpected end of file") && told.contains(u"tar: Unexpected EOF")) << told.toStdString();
+    EXPECT_TRUE(told.contains(u"gzip: stdin: unexpected end of file") && told.contains(u"tar: Unexpected EOF"))
+        << told.toStdString();
     EXPECT_FALSE(told.contains(u"not recoverable")) << told.toStdString();
 }
 
