@@ -1,5 +1,7 @@
 #pragma once
 
+#include "archive/ArchiveFormat.h"
+
 #include <QString>
 
 namespace vormel {
@@ -10,7 +12,8 @@ namespace vormel {
 /// - Files that have a name outside the tree as well (hard links), devices, pipes and sockets are removed.
 /// - Set-uid, set-gid and sticky bits go; the owner may read everything, and enter and change each folder.
 /// - Names that are no UTF-8 become readable ones (ReadableName.h).
-/// Not for the UI thread; opens nothing but folders.
-void makeHarmless(const QString& root);
+/// - In a ZIP a backslash separates folders, as some packers write it; where the tool did not do that, this does.
+/// 0, or the system's error number; then the tree must not be used. Not for the UI thread; opens nothing but folders.
+[[nodiscard]] int makeHarmless(const QString& root, ArchiveFormat format);
 
 } // namespace vormel

@@ -34,7 +34,8 @@ public:
     [[nodiscard]] int filesHandle() const { return m_files.get(); }
 
 private:
-    WorkFolder() = default;
+    explicit WorkFolder(const QString& destination);
+    [[nodiscard]] bool makeInside();
 
     QString m_destination;
     QStringList m_madeFolders; ///< innermost first
