@@ -53,6 +53,10 @@ ArchiveError::ArchiveError(const QString& description)
     , m_what(description.toUtf8())
 {}
 
+ToolStopped::ToolStopped()
+    : ArchiveError(QStringLiteral("Stopped"))
+{}
+
 ExtractionError::ExtractionError(Kind kind, const QString& description)
     : ArchiveError(description)
     , m_kind(kind)

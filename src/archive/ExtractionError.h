@@ -27,6 +27,13 @@ public:
     using ArchiveError::ArchiveError;
 };
 
+/// A tool that was ended because somebody asked for it.
+class ToolStopped final : public ArchiveError
+{
+public:
+    ToolStopped();
+};
+
 /// The destination could not be made.
 class DestinationError final : public ArchiveError
 {

@@ -1,7 +1,7 @@
-#include "engine/completion/FinalFile.h"
 #include "engine/transfer/TransferTexts.h"
 #include "fixtures/EventLoop.h"
 #include "fixtures/Workshop.h"
+#include "platform/storage/UniqueDestination.h"
 
 #include <QFile>
 

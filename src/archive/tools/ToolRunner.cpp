@@ -26,7 +26,8 @@ QString ToolRunner::fixedTool(const QString& name) const
     return m_folders.fixed + name;
 }
 
-QCoro::Task<> ToolRunner::run(QString path, QStringList args, std::function<void(double)> onProgress)
+QCoro::Task<> ToolRunner::run(QString path, QStringList args, std::function<void(double)> onProgress,
+                              std::stop_token stop)
 {
     std::function<void(const QByteArray&)> onOutput;
     if (onProgress)
@@ -34,7 +35,9 @@ QCoro::Task<> ToolRunner::run(QString path, QStringList args, std::function<void
             if (const std::optional<double> fraction = firstFraction(piece))
                 onProgress(*fraction);
         };
-    const ChildEnd end = co_await m_processes.run(path, args, onOutput);
+    const ChildEnd end = co_await m_processes.run(path, args, onOutput, stop);
+    if (stop.stop_requested())
+        throw ToolStopped();
     if (end.launchError)
         throw ToolLaunchError(*end.launchError);
     if (end.status != 0)

@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <optional>
+#include <stop_token>
 
 namespace vormel {
 
@@ -37,8 +38,10 @@ public:
     [[nodiscard]] QString fixedTool(const QString& name) const;
 
     /// Runs a tool to its end. onProgress, which may be empty, gets fractions from 0 to 1 out of the percentages that
-    /// it prints. Throws ExtractionError::extractionFailed for a status other than 0, and ToolLaunchError.
-    QCoro::Task<> run(QString path, QStringList args, std::function<void(double)> onProgress);
+    /// it prints. A stop kills the tool. Throws ExtractionError::extractionFailed for a status other than 0,
+    /// ToolStopped, and ToolLaunchError.
+    QCoro::Task<> run(QString path, QStringList args, std::function<void(double)> onProgress,
+                      std::stop_token stop = {});
 
 private:
     Folders m_folders;

@@ -1,12 +1,12 @@
 #include "engine/completion/TransferCompletion.h"
 
 #include "archive/PostDownload.h"
-#include "engine/completion/FinalFile.h"
 #include "engine/recovery/NetworkRecovery.h"
 #include "engine/transfer/TransferTexts.h"
 #include "model/AppSettings.h"
 #include "model/DownloadPaths.h"
 #include "model/SetName.h"
+#include "platform/storage/UniqueDestination.h"
 #include "text/FileName.h"
 
 #include <QDir>

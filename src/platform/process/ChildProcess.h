@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <vector>
 
 namespace vormel {
@@ -36,9 +37,10 @@ public:
 
     /// Starts the program at an absolute path, in a session and process group of its own, with nothing to read on
     /// standard input. It does not outlive this program. onOutput, which may be empty, gets each piece of output as it
-    /// comes, all of them before the result is there.
+    /// comes, all of them before the result is there. A stop, asked for on the UI thread, kills the program with all
+    /// that it started; the result then tells of the signal.
     [[nodiscard]] Eventual<ChildEnd> run(const QString& path, const QStringList& args,
-                                         std::function<void(const QByteArray&)> onOutput);
+                                         std::function<void(const QByteArray&)> onOutput, std::stop_token stop = {});
 
 private:
     class Running;

@@ -191,6 +191,40 @@ TEST_F(ChildProcessTest, theEndOfTheOwnerKillsTheWholeGroupAndLetsTheWaiterGoOn)
     EXPECT_TRUE(waitUntil(isGone));
 }
 
+QCoro::Task<> keepStoppedEnd(ChildProcesses& processes, QString script, std::stop_token stop,
+                             std::optional<ChildEnd>& end)
+{
+    const QStringList args{QStringLiteral("-c"), script};
+    end = co_await processes.run(QStringLiteral("/bin/sh"), args, {}, stop);
+}
+
+TEST_F(ChildProcessTest, aStopKillsTheWholeGroup)
+{
+    const QString path = sandbox.path(QStringLiteral("pid"));
+    std::optional<ChildEnd> end;
+    std::stop_source stop;
+    const QString script = QStringLiteral("sleep 600 & echo $! >'%1.new'; mv '%1.new' '%1'; sleep 600").arg(path);
+    spawn(keepStoppedEnd(processes, script, stop.get_token(), end));
+    ASSERT_TRUE(waitUntil([&] { return QFile::exists(path); }));
+    const pid_t grandchild = sandbox.read(QStringLiteral("pid")).trimmed().toInt();
+    stop.request_stop();
+    ASSERT_TRUE(waitUntil([&] { return end.has_value(); }));
+    EXPECT_EQ(end->status, 128 + SIGKILL);
+    EXPECT_TRUE(waitUntil([&] { return ::kill(grandchild, 0) != 0; }));
+}
+
+TEST_F(ChildProcessTest, aStopBeforeTheStartStartsNothing)
+{
+    std::optional<ChildEnd> end;
+    std::stop_source stop;
+    stop.request_stop();
+    spawn(keepStoppedEnd(processes, QStringLiteral("touch '%1'").arg(sandbox.path(QStringLiteral("ran"))),
+                         stop.get_token(), end));
+    ASSERT_TRUE(end.has_value());
+    EXPECT_TRUE(end->launchError.has_value());
+    EXPECT_FALSE(sandbox.exists(QStringLiteral("ran")));
+}
+
 TEST_F(ChildProcessTest, theOwnerMayGoWhileOutputIsHandedOn)
 {
     std::optional<ChildEnd> end;
