@@ -7,6 +7,7 @@
 #include "model/AppSettings.h"
 #include "model/SetName.h"
 #include "platform/async/Spawn.h"
+#include "platform/storage/FarMove.h"
 #include "platform/storage/Trash.h"
 
 #include <QCoroFuture>
@@ -53,14 +54,16 @@ void PostDownloadPipeline::retryExtraction(const ItemId& id)
 
 QCoro::Task<> PostDownloadPipeline::autoExtract(ItemPtr item, std::optional<QString> password)
 {
-    const QString base = setBaseName(item->localPath() ? QFileInfo(*item->localPath()).fileName() : QString());
-    const ArchiveSources sources{m_ports.queue.items(), m_ports.queue.itemsOfSet(base),
-                                 [this](const DownloadItem& rev) { return m_ports.queue.isRevFetched(rev); }};
+    const ArchiveSources sources{m_ports.queue.itemsOfSet(setBaseName(item->filename())),
+                                 [this](const DownloadItem& rev) { return m_ports.queue.isRevComing(rev); }};
     const std::optional<ReadyArchive> archive = readyArchive(item, sources);
     if (!archive || !(archive->target->extractionStatus() == ExtractionStatus::idle))
         co_return;
     const Lifetime::Watch lifetime = m_lifetime.watch();
     const Run run = begin(*archive, password);
+    co_await gatherVolumes(run.archive);
+    if (lifetime.isOver())
+        co_return;
     const std::optional<Failure> failure = co_await tryExtract(run, true);
     if (lifetime.isOver())
         co_return;
@@ -72,6 +75,24 @@ QCoro::Task<> PostDownloadPipeline::autoExtract(ItemPtr item, std::optional<QStr
         co_await rescue(run);
     else
         giveUp(run, *failure);
+}
+
+QCoro::Task<> PostDownloadPipeline::gatherVolumes(ReadyArchive archive)
+{
+    const Lifetime::Watch lifetime = m_lifetime.watch();
+    const QString folder = QFileInfo(archive.path).path();
+    for (const ItemPtr& volume : archive.elsewhere) {
+        const QString from = *volume->localPath();
+        const QString to = folder + u'/' + QFileInfo(from).fileName();
+        const QFuture<int> moved = QtConcurrent::run(&m_disposer, [from, to] { return moveFar(from, to); });
+        const int systemError = co_await moved;
+        if (lifetime.isOver())
+            co_return;
+        if (systemError == 0 && volume->localPath() == from)
+            volume->setLocalPath(to);
+    }
+    if (!archive.elsewhere.empty())
+        m_ports.queue.saveQueue();
 }
 
 PostDownloadPipeline::Run PostDownloadPipeline::begin(const ReadyArchive& archive,
@@ -165,8 +186,7 @@ QCoro::Task<> PostDownloadPipeline::finish(Run run)
     nameResults(run);
     m_leftovers.remove(run.archive.path);
     run.archive.target->setExtractionStatus(ExtractionStatus::done);
-    const QString base = setBaseName(QFileInfo(run.archive.path).fileName());
-    const QStringList spent = removeRevItems(base) + spentSources(run);
+    const QStringList spent = removeRevItems(run.archive.base) + spentSources(run);
     co_await moveToTrash(spent);
     if (!lifetime.isOver() && m_ports.settings.removeGroupAfterExtract.value())
         m_ports.queue.clearExtracted();

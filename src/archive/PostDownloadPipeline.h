@@ -31,8 +31,8 @@ public:
         /// Null for an id that is not in the queue.
         [[nodiscard]] virtual ItemPtr item(const ItemId& id) const = 0;
         [[nodiscard]] virtual std::span<const ItemPtr> itemsOfSet(const QString& base) const = 0;
-        /// Is this recovery volume fetched at all?
-        [[nodiscard]] virtual bool isRevFetched(const DownloadItem& item) const = 0;
+        /// Is this recovery volume on its way, or may it be fetched now?
+        [[nodiscard]] virtual bool isRevComing(const DownloadItem& item) const = 0;
         /// The user's name for a set; empty if there is none.
         [[nodiscard]] virtual QString customGroupName(const QString& base) const = 0;
         /// False if there is nothing to let through.
@@ -41,6 +41,7 @@ public:
         /// Ends the transfers of the recovery volumes, and takes them out of the queue for good.
         virtual void dropRevItems(const QSet<ItemId>& ids) = 0;
         virtual void clearExtracted() = 0;
+        virtual void saveQueue() = 0;
 
     protected:
         ~Queue() = default;
@@ -78,6 +79,8 @@ private:
         bool wasWrongPassword = false;
     };
 
+    /// Brings the volumes that lie in other folders to the first one.
+    [[nodiscard]] QCoro::Task<> gatherVolumes(ReadyArchive archive);
     QCoro::Task<> autoExtract(ItemPtr item, std::optional<QString> password);
     [[nodiscard]] Run begin(const ReadyArchive& archive, const std::optional<QString>& password);
     [[nodiscard]] QCoro::Task<std::optional<Failure>> tryExtract(Run run, bool showsProgress);
