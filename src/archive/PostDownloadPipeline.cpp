@@ -11,6 +11,7 @@
 #include "model/AppSettings.h"
 #include "model/SetName.h"
 #include "platform/async/Spawn.h"
+#include "platform/storage/FarMove.h"
 #include "platform/storage/Trash.h"
 
 #include <QDir>
@@ -99,9 +100,8 @@ PostDownloadPipeline::RunPtr PostDownloadPipeline::runOf(const ItemId& id) const
 
 QCoro::Task<> PostDownloadPipeline::autoExtract(ItemPtr item, std::optional<QString> password)
 {
-    const QString base = setBaseName(nameOf(item->localPath().value_or(QString())));
-    const ArchiveSources sources{m_ports.queue.items(), m_ports.queue.itemsOfSet(base),
-                                 [this](const DownloadItem& rev) { return m_ports.queue.isRevFetched(rev); }};
+    const ArchiveSources sources{m_ports.queue.itemsOfSet(setBaseName(item->filename())),
+                                 [this](const DownloadItem& rev) { return m_ports.queue.isRevComing(rev); }};
     const std::optional<ReadyArchive> archive = readyArchive(item, sources);
     if (!archive)
         co_return;
@@ -113,6 +113,27 @@ QCoro::Task<> PostDownloadPipeline::autoExtract(ItemPtr item, std::optional<QStr
         co_return;
     const RunPtr run = begin(*archive, password);
     co_await work(run);
+}
+
+/// The tools look for all volumes beside the first one.
+QCoro::Task<> PostDownloadPipeline::gatherVolumes(RunPtr run)
+{
+    const Lifetime::Watch lifetime = m_lifetime.watch();
+    const QString folder = QFileInfo(run->archive.path).path();
+    for (const ItemPtr& volume : run->archive.elsewhere) {
+        const QString from = volume->localPath().value_or(QString());
+        if (from.isEmpty()) // it was given up while others were moved
+            continue;
+        const QString to = folder + u'/' + nameOf(from);
+        const auto move = [from, to] { return moveFar(from, to); };
+        const int systemError = co_await m_background.run(move);
+        if (lifetime.isOver())
+            co_return;
+        if (systemError == 0 && volume->localPath() == from)
+            volume->setLocalPath(to);
+    }
+    if (!run->archive.elsewhere.empty())
+        m_ports.queue.saveQueue();
 }
 
 PostDownloadPipeline::RunPtr PostDownloadPipeline::begin(const ReadyArchive& archive,
@@ -166,6 +187,9 @@ void PostDownloadPipeline::end(const RunPtr& run)
 QCoro::Task<> PostDownloadPipeline::extractAndFinish(RunPtr run)
 {
     const Lifetime::Watch lifetime = m_lifetime.watch();
+    co_await gatherVolumes(run);
+    if (lifetime.isOver())
+        co_return;
     const auto listSources = [path = run->archive.path] { return sourcesOf(path); };
     run->sources = co_await m_background.run(listSources);
     if (lifetime.isOver())
@@ -314,7 +338,7 @@ QString PostDownloadPipeline::destinationOf(const ReadyArchive& archive, const Q
 std::function<void()> PostDownloadPipeline::disposal(const Run& run, const QStringList& placed)
 {
     const AppSettings& settings = m_ports.settings;
-    const QStringList recoveryVolumes = removeRevItems(setBaseName(nameOf(run.archive.path)));
+    const QStringList recoveryVolumes = removeRevItems(run.archive.base);
     SpentArchive spent{run.archive.path, run.sources, {run.destination, settings.downloadFolderPath.value()}, {}};
     spent.filesOfOthers = m_ports.queue.filesOfItems(run.members + QSet{run.archive.target->id()});
     spent.filesOfOthers.unite(QSet<QString>(placed.begin(), placed.end()));

@@ -38,8 +38,8 @@ public:
         /// Where the item stands; behind all others if it is not in the queue.
         [[nodiscard]] virtual std::size_t placeOf(const ItemId& id) const = 0;
         [[nodiscard]] virtual std::span<const ItemPtr> itemsOfSet(const QString& base) const = 0;
-        /// Is this recovery volume fetched at all?
-        [[nodiscard]] virtual bool isRevFetched(const DownloadItem& item) const = 0;
+        /// Is this recovery volume on its way, or may it be fetched now?
+        [[nodiscard]] virtual bool isRevComing(const DownloadItem& item) const = 0;
         /// The user's name for a set; empty if there is none.
         [[nodiscard]] virtual QString customGroupName(const QString& base) const = 0;
         /// Where the files and part files of the items lie, or will, leaving out some items.
@@ -104,6 +104,8 @@ private:
         Failure failure;
     };
 
+    /// Brings the volumes that lie in other folders to the first one.
+    QCoro::Task<> gatherVolumes(RunPtr run);
     QCoro::Task<> autoExtract(ItemPtr item, std::optional<QString> password);
     [[nodiscard]] RunPtr begin(const ReadyArchive& archive, const std::optional<QString>& password);
     QCoro::Task<> work(RunPtr run);

@@ -77,6 +77,12 @@ public:
 
     void setResolvedURL(std::optional<Link> url) { set(m_resolvedURL, std::move(url), ItemField::ResolvedUrl); }
     void setFilename(QString name) { set(m_filename, std::move(name), ItemField::Filename); }
+    /// The name as the file's own host knows it, and no longer one that was read off the link.
+    void setToldFilename(QString name)
+    {
+        m_isNameTold = true;
+        setFilename(std::move(name));
+    }
     void setStatus(DownloadStatus status) { set(m_status, std::move(status), ItemField::Status); }
     void setProgress(double progress) { set(m_progress, progress, ItemField::Progress); }
     void setBytesReceived(qint64 bytes) { set(m_bytesReceived, bytes, ItemField::BytesReceived); }
@@ -98,8 +104,14 @@ public:
         set(m_extractionStartedAt, time, ItemField::ExtractionStartedAt);
     }
     void setAwaitsExtractionTurn(bool awaits) { set(m_awaitsExtractionTurn, awaits, ItemField::ExtractionTurn); }
+    void setWantedAnew(bool isWanted) { m_isWantedAnew = isWanted; }
     /// For the queue file, which stores the text it once showed.
     void restoreHostName(QString name) { m_hostName = std::move(name); }
+
+    /// Has a host told the name since the start of the program?
+    [[nodiscard]] bool isNameTold() const { return m_isNameTold; }
+    /// Did the user ask for the file to be fetched again? One that stands under its name is then not the one.
+    [[nodiscard]] bool isWantedAnew() const { return m_isWantedAnew; }
 
     /// The speed as text with "/s", or nothing while there is none.
     [[nodiscard]] QString speedText() const;
@@ -137,6 +149,8 @@ private:
     std::optional<int> m_recoveryCountdown;
     std::optional<WallTime> m_extractionStartedAt;
     bool m_awaitsExtractionTurn = false;
+    bool m_isNameTold = false;
+    bool m_isWantedAnew = false;
     ItemWatcher* m_watcher = nullptr;
 };
 

@@ -72,16 +72,37 @@ TEST_F(PostDownloadTest, DoesNotWaitForAPartThatHasFailed)
     EXPECT_FALSE(first->extractionStatus() == ExtractionStatus::idle);
 }
 
-TEST_F(PostDownloadTest, WaitsForRecoveryVolumesOnlyIfTheyAreFetched)
+TEST_F(PostDownloadTest, WaitsForNoRecoveryVolumeThatNobodyFetches)
 {
     const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
-    shop.add(QStringLiteral("http://h/m.part1.rev"))->setStatus(DownloadStatus::stopped);
+    const ItemPtr rev = shop.add(QStringLiteral("http://h/m.part1.rev"));
+    for (const bool isOn : {false, true}) {
+        shop.settings().downloadRevFiles.set(isOn);
+        for (const auto status : {DownloadStatus::queued, DownloadStatus::paused, DownloadStatus::stopped}) {
+            rev->setStatus(status);
+            run(first);
+            EXPECT_FALSE(first->extractionStatus() == ExtractionStatus::idle) << isOn << status;
+            ASSERT_TRUE(reaches(first, ExtractionStatus::failed));
+        }
+    }
+}
+
+TEST_F(PostDownloadTest, WaitsForARecoveryVolumeThatIsOnItsWayOrWillBe)
+{
+    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+    const ItemPtr rev = shop.add(QStringLiteral("http://h/m.part1.rev"));
+    for (const auto status : {DownloadStatus::resolving, DownloadStatus::downloading}) {
+        rev->setStatus(status);
+        run(first);
+        EXPECT_EQ(first->extractionStatus(), ExtractionStatus::idle) << status;
+    }
     shop.settings().downloadRevFiles.set(true);
-    run(first);
-    EXPECT_EQ(first->extractionStatus(), ExtractionStatus::idle);
-    shop.settings().downloadRevFiles.set(false);
-    run(first);
-    EXPECT_FALSE(first->extractionStatus() == ExtractionStatus::idle);
+    shop.add(QStringLiteral("http://h/m.part2.rar"))->setStatus(DownloadStatus::failure(QStringLiteral("gone")));
+    for (const auto status : {DownloadStatus::queued, DownloadStatus::paused}) {
+        rev->setStatus(status);
+        run(first);
+        EXPECT_EQ(first->extractionStatus(), ExtractionStatus::idle) << status;
+    }
 }
 
 TEST_F(PostDownloadTest, NeedsTheFirstVolume)
