@@ -6,9 +6,9 @@
 namespace vormel {
 
 /// Gives a file, folder or link another name, in one step and only where nothing stands yet. 0, or the system's error
-/// number: EEXIST when the name is taken, EXDEV when the place is on another file system. Where renaming cannot refuse to
-/// replace, a file is linked and unlinked instead; what cannot be linked there is looked for before it is renamed. Any
-/// thread.
+/// number: EEXIST when the name is taken, EXDEV when the place is on another file system. Where renaming cannot refuse
+/// to replace, a file is linked and unlinked instead; what cannot be linked there is looked for before it is renamed.
+/// Any thread.
 [[nodiscard]] int moveWithoutReplacing(const QString& from, const QString& to);
 
 /// The same for names in two open folders, which no link on the way can lead elsewhere.
