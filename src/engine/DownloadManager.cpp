@@ -75,7 +75,7 @@ void DownloadManager::applySpeedLimit()
 {
     constexpr qint64 unit = 1024;
     const qint64 cap = m_settings.maxDownloadSpeedKBps.value();
-    m_session.setLimit(cap < std::numeric_limits<qint64>::max() / unit ? cap * unit : 0);
+    m_session.setLimit(cap > 0 && cap < std::numeric_limits<qint64>::max() / unit ? cap * unit : 0);
 }
 
 void DownloadManager::addURLs(const std::vector<Link>& urls, const std::optional<QString>& containerPassword)
