@@ -11,6 +11,9 @@ constexpr qsizetype longestNameBytes = 235;
 /// The end of a name that is cut elsewhere: extension and part number, by which the files of a set differ.
 constexpr qsizetype keptTail = 40;
 
+/// Names beyond this fill no row of any list.
+constexpr qsizetype longestReadable = 1000;
+
 qsizetype extensionDot(QStringView name)
 {
     const qsizetype dot = name.lastIndexOf(u'.');
@@ -45,6 +48,14 @@ QString shortened(const QString& name)
     return cutToBytes(name.left(cut), longestNameBytes - tail.toUtf8().size()) + tail;
 }
 
+QString withoutPartEnding(QString name)
+{
+    constexpr QStringView ending = u".download";
+    while (name.endsWith(ending, Qt::CaseInsensitive))
+        name.chop(ending.size());
+    return name;
+}
+
 } // namespace
 
 QString pathExtension(QStringView name)
@@ -74,9 +85,23 @@ QString safeFileName(const QString& name)
     // Lone halves of a surrogate pair have no UTF-8 form, so the name on disk would not be the name asked for.
     if (!safe.isValidUtf16())
         safe = QString::fromUtf8(safe.toUtf8());
+    safe = withoutPartEnding(std::move(safe));
     if (safe.isEmpty() || safe == u"." || safe == u"..")
         return QStringLiteral("_");
     return shortened(safe);
+}
+
+QString readableName(const QString& name)
+{
+    if (name.size() <= longestReadable)
+        return name;
+    qsizetype tail = name.size() - keptTail;
+    if (name[tail].isLowSurrogate())
+        ++tail;
+    qsizetype head = longestReadable - keptTail;
+    if (name[head - 1].isHighSurrogate())
+        --head;
+    return name.left(head) + name.mid(tail);
 }
 
 } // namespace vormel

@@ -114,6 +114,18 @@ TEST_F(DownloadStart, UsesAResolvedAddressForLessThan1200Seconds)
     EXPECT_EQ(item->status(), DownloadStatus::resolving);
 }
 
+TEST_F(DownloadStart, NeverUsesAnAddressThatWasResolvedInTheFuture)
+{
+    const ItemPtr item = startFilestore();
+    resolveTo(1, QStringLiteral("https://cdn.example/d/movie.rar"));
+    shop.manager().pauseAll();
+    item->setResolvedAt(shop.clock.wallNow() + 1s);
+    shop.manager().startAll();
+    turnEventLoop();
+    EXPECT_EQ(log->resolves.size(), 3U);
+    EXPECT_EQ(item->status(), DownloadStatus::resolving);
+}
+
 TEST_F(DownloadStart, NeverUsesAResolvedAddressWithoutItsDate)
 {
     shop.manager().setAccounts({account(SupportedHost::filestore)});

@@ -23,7 +23,11 @@ struct StartAbandoned
 
 bool isFresh(const DownloadItem& item, WallTime now)
 {
-    return item.resolvedURL() && item.resolvedAt() && now - *item.resolvedAt() < resolvedLinkLife;
+    if (!item.resolvedURL() || !item.resolvedAt())
+        return false;
+    // A clock that was set back would let an address of the future live for years.
+    const auto age = now - *item.resolvedAt();
+    return age >= age.zero() && age < resolvedLinkLife;
 }
 
 void applyResolved(DownloadItem& item, const ResolvedDownload& found, WallTime now)
