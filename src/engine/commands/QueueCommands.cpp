@@ -135,6 +135,7 @@ void QueueCommands::requeue(DownloadItem& item)
     item.setResolvedURL(std::nullopt);
     item.setProgress(0);
     item.setBytesReceived(0);
+    item.setSpeedBytesPerSec(0);
     item.setStatus(DownloadStatus::queued);
 }
 
