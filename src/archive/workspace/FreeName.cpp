@@ -20,8 +20,8 @@ QByteArray numberedName(const FolderEntry& entry, int number)
                                               : numberedFileName(name, number));
 }
 
-NewPlace moveToFreeName(int fromFolder, const QByteArray& from, int toFolder, const FolderEntry& entry,
-                        int firstNumber, const std::function<bool(const QByteArray&)>& isKept)
+NewPlace moveToFreeName(int fromFolder, const QByteArray& from, int toFolder, const FolderEntry& entry, int firstNumber,
+                        const std::function<bool(const QByteArray&)>& isKept)
 {
     for (int number = firstNumber;; ++number) {
         QByteArray name = numberedName(entry, number);

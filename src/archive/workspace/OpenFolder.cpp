@@ -1,11 +1,11 @@
 #include "archive/workspace/OpenFolder.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <dirent.h>
 #include <memory>
 
 namespace vormel {

@@ -131,7 +131,10 @@ private:
             m_result.placed << pathOf(place.name);
     }
 
-    [[nodiscard]] QString pathOf(const QByteArray& name) const { return m_paths.back() + u'/' + QFile::decodeName(name); }
+    [[nodiscard]] QString pathOf(const QByteArray& name) const
+    {
+        return m_paths.back() + u'/' + QFile::decodeName(name);
+    }
 
     ProtectedFiles m_protected;
     Trash& m_trash;

@@ -13,7 +13,8 @@ namespace vormel {
 
 namespace {
 
-constexpr std::string_view words = "Vormel unpacks an archive here. This folder may be removed when Vormel is not running.\n";
+constexpr std::string_view words =
+    "Vormel unpacks an archive here. This folder may be removed when Vormel is not running.\n";
 
 bool saysSo(int mark)
 {
