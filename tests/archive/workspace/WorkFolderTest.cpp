@@ -225,7 +225,8 @@ TEST_F(WorkFolderTest, aFolderOfSuchANameWithoutTheMarkIsTheUsersOwn)
     sandbox.write(QStringLiteral("dest/.vormel-unpack-empty1/files/own"), "mine");
     sandbox.write(QStringLiteral("dest/.vormel-unpack-empty1/%1").arg(QLatin1StringView(workMarkName)), "");
     sandbox.write(QStringLiteral("dest/.vormel-unpack-other1/files/own"), "mine");
-    sandbox.write(QStringLiteral("dest/.vormel-unpack-other1/%1").arg(QLatin1StringView(workMarkName)), "Vormel unpacks");
+    sandbox.write(QStringLiteral("dest/.vormel-unpack-other1/%1").arg(QLatin1StringView(workMarkName)),
+                  "Vormel unpacks");
     const QStringList before = sandbox.files();
     sweep();
     EXPECT_EQ(sandbox.files(), before);
