@@ -7,6 +7,8 @@
 #include "platform/storage/FileWriter.h"
 #include "resolvers/ResolverError.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 
 namespace vormel {
@@ -49,6 +51,12 @@ void DownloadManager::setAccounts(std::vector<HostAccount> accounts)
 void DownloadManager::restoreQueue()
 {
     m_table.append(m_queueFile.restore(DownloadPaths(m_settings.downloadFolderPath.value())));
+    QSet<QString> folders{m_settings.downloadFolderPath.value(),
+                          m_settings.effectiveExtractionFolder().value_or(m_settings.downloadFolderPath.value())};
+    for (const ItemPtr& item : m_table.items())
+        if (item->localPath())
+            folders.insert(QFileInfo(*item->localPath()).path());
+    m_pipeline.removeAbandonedRuns(folders.values());
 }
 
 void DownloadManager::saveQueue()
@@ -345,6 +353,26 @@ bool DownloadManager::isRevFetched(const DownloadItem& item) const
 QString DownloadManager::customGroupName(const QString& base) const
 {
     return m_groupNames.customName(base);
+}
+
+std::size_t DownloadManager::placeOf(const ItemId& id) const
+{
+    return m_table.find(id) ? m_table.position(id) : std::numeric_limits<std::size_t>::max();
+}
+
+QSet<QString> DownloadManager::filesOfItems(const QSet<ItemId>& leftOut) const
+{
+    const DownloadPaths paths(m_settings.downloadFolderPath.value());
+    QSet<QString> files;
+    for (const ItemPtr& item : m_table.items()) {
+        if (leftOut.contains(item->id()))
+            continue;
+        if (item->localPath())
+            files.insert(*item->localPath());
+        else
+            files.insert(paths.partFile(item->filename()));
+    }
+    return files;
 }
 
 void DownloadManager::dropRevItems(const QSet<ItemId>& ids)

@@ -30,6 +30,7 @@ enum class ItemField : quint32
     ResolvedAt = 1U << 10,
     RecoveryCountdown = 1U << 11,
     ExtractionStartedAt = 1U << 12,
+    ExtractionTurn = 1U << 13,
 };
 Q_DECLARE_FLAGS(ItemFields, ItemField)
 Q_DECLARE_OPERATORS_FOR_FLAGS(ItemFields)
@@ -71,6 +72,8 @@ public:
     [[nodiscard]] const std::optional<WallTime>& resolvedAt() const { return m_resolvedAt; }
     [[nodiscard]] const std::optional<int>& recoveryCountdown() const { return m_recoveryCountdown; }
     [[nodiscard]] const std::optional<WallTime>& extractionStartedAt() const { return m_extractionStartedAt; }
+    /// Is its archive ready, but others are worked on first?
+    [[nodiscard]] bool awaitsExtractionTurn() const { return m_awaitsExtractionTurn; }
 
     void setResolvedURL(std::optional<Link> url) { set(m_resolvedURL, std::move(url), ItemField::ResolvedUrl); }
     void setFilename(QString name) { set(m_filename, std::move(name), ItemField::Filename); }
@@ -94,6 +97,7 @@ public:
     {
         set(m_extractionStartedAt, time, ItemField::ExtractionStartedAt);
     }
+    void setAwaitsExtractionTurn(bool awaits) { set(m_awaitsExtractionTurn, awaits, ItemField::ExtractionTurn); }
     /// For the queue file, which stores the text it once showed.
     void restoreHostName(QString name) { m_hostName = std::move(name); }
 
@@ -132,6 +136,7 @@ private:
     std::optional<WallTime> m_resolvedAt;
     std::optional<int> m_recoveryCountdown;
     std::optional<WallTime> m_extractionStartedAt;
+    bool m_awaitsExtractionTurn = false;
     ItemWatcher* m_watcher = nullptr;
 };
 

@@ -11,6 +11,9 @@ namespace vormel {
 /// The name without its path extension and the full stop before that.
 [[nodiscard]] QString withoutPathExtension(QStringView name);
 
+/// The name that a file gets where its own is taken: "name (1).ext".
+[[nodiscard]] QString numberedFileName(const QString& name, int number);
+
 /// The text behind the last "/"; slashes at the end do not count.
 [[nodiscard]] QString lastComponent(QStringView path);
 

@@ -146,6 +146,7 @@ void QueueCommands::retryItem(DownloadItem& item)
 
 void QueueCommands::redownloadItem(DownloadItem& item)
 {
+    m_ports.postDownload.stopWorkOn(item.id());
     discardTransfer(item);
     if (!isNamelessFile(item.filename()))
         QFile::remove(DownloadPaths(m_ports.settings.downloadFolderPath.value()).finalFile(item.filename()));

@@ -60,11 +60,12 @@ void addExtraction(HeaderContent& content, const DownloadGroup& group, AppLangua
     if (extracted != items.end()) {
         content.extraction = (*extracted)->extractionStatus().kind();
         content.extractionText = separator.toString() + extractionWords(**extracted, language);
+        content.archiveCommand = archiveCommand(**extracted);
         return;
     }
-    content.canExtract = std::all_of(items.begin(), items.end(),
-                                     [](const ItemPtr& item) { return item->status() == DownloadStatus::completed; }) &&
-                         canExtract(*items.front());
+    if (std::all_of(items.begin(), items.end(),
+                    [](const ItemPtr& item) { return item->status() == DownloadStatus::completed; }))
+        content.archiveCommand = archiveCommand(*items.front());
 }
 
 QString summaryLine(const HeaderContent& content)

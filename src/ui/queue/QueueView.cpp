@@ -350,22 +350,22 @@ RowMenu QueueView::menuOf(const QModelIndex& index) const
     const int row = groupRow(index);
     menu.canMoveUp = row > 0;
     menu.canMoveDown = row + 1 < m_model.rowCount();
-    bool canExtract = false;
+    std::optional<RowButton> archiveCommand;
     if (m_model.isHeader(index)) {
         const auto content = index.data(QueueModel::HeaderRole).value<HeaderContent>();
         menu.buttons = content.buttons;
         menu.isGroup = true;
         menu.hasCustomName = m_commands.hasCustomName(m_model.group(index).id);
-        canExtract = content.canExtract;
+        archiveCommand = content.archiveCommand;
     } else {
         const auto content = index.data(QueueModel::ContentRole).value<RowContent>();
         menu.buttons = content.buttons;
-        canExtract = content.canExtract;
+        archiveCommand = content.archiveCommand;
         if (content.lines.testFlag(RowLine::failure))
             menu.buttons.insert(menu.buttons.begin(), RowButton::retryExtraction);
     }
-    if (canExtract)
-        menu.buttons.insert(menu.buttons.begin(), RowButton::extract);
+    if (archiveCommand)
+        menu.buttons.insert(menu.buttons.begin(), *archiveCommand);
     return menu;
 }
 
