@@ -4,6 +4,7 @@
 #include "archive/ExtractionError.h"
 #include "archive/tools/PlainPaths.h"
 #include "archive/tools/ToolRunner.h"
+#include "archive/tools/UnpackingTools.h"
 #include "text/FileName.h"
 
 #include <memory>
@@ -12,14 +13,6 @@
 namespace vormel {
 
 namespace {
-
-QString rarTool(const ToolRunner& tools)
-{
-    for (const QString& name : {QStringLiteral("unrar"), QStringLiteral("rar")})
-        if (const std::optional<QString> path = tools.findTool(name))
-            return *path;
-    throw ExtractionError::toolNotFound(QStringLiteral("unrar/rar"));
-}
 
 QString reasonOf(const ExtractionError& failure)
 {
@@ -48,7 +41,9 @@ VolumeTest failedTest(const ExtractionError& failure, const BadVolumes& blame, c
 
 QCoro::Task<VolumeTest> testVolumes(ToolRunner& tools, QString archive, std::function<void(const QString&)> trace)
 {
-    const QString tool = rarTool(tools);
+    const std::optional<QString> tool = rarTool(tools);
+    if (!tool)
+        throw ExtractionError::toolNotFound(QStringLiteral("unrar/rar"));
     const QString about = QStringLiteral("[Verify] ") + lastComponent(archive);
     // A test writes nothing.
     const auto paths = std::make_unique<PlainPaths>(archive, QString(), Recovery::keptAway);
@@ -57,7 +52,7 @@ QCoro::Task<VolumeTest> testVolumes(ToolRunner& tools, QString archive, std::fun
     const std::function<void(const QByteArray&)> onLine = [blame](const QByteArray& line) { blame->readLine(line); };
     std::optional<ExtractionError> failure;
     try {
-        co_await tools.run(tool, args, {}, {}, onLine);
+        co_await tools.run(*tool, args, {}, {}, onLine);
     } catch (const ExtractionError& error) {
         failure = error;
     }

@@ -1,12 +1,14 @@
 #include "archive/ArchiveExtractor.h"
 
 #include "archive/TaskEnd.h"
+#include "archive/Unpacking.h"
 #include "archive/tools/InstallAdvice.h"
 #include "fixtures/FakeTools.h"
 #include "fixtures/Sandbox.h"
 
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 #include <gtest/gtest.h>
 
@@ -28,13 +30,21 @@ class ArchiveExtractorTest : public ::testing::Test
 protected:
     TaskEnd extract(const QString& name, const std::optional<QString>& password = {})
     {
-        return runToEnd(extractor.extract(archive(name), destination(), password,
-                                          [this](double fraction) { fractions.push_back(fraction); }));
+        return runToEnd(unpackInto(extractor, archive(name), destination(), password,
+                                   [this](double fraction) { fractions.push_back(fraction); }));
     }
 
     [[nodiscard]] QString archive(const QString& name) const { return sandbox.path(name); }
     [[nodiscard]] QString destination() const { return sandbox.path(QStringLiteral("out/deep")); }
-    [[nodiscard]] QList<QStringList> calls(const char* tool) const { return tools.calls(QString::fromUtf8(tool)); }
+    /// With the destination for the work folder in it.
+    [[nodiscard]] QList<QStringList> calls(const char* tool) const
+    {
+        static const QRegularExpression workFolder(QStringLiteral("/\\.vormel-unpack-[^/]+/files"));
+        QList<QStringList> calls = tools.calls(QString::fromUtf8(tool));
+        for (QStringList& call : calls)
+            call.replaceInStrings(workFolder, QString());
+        return calls;
+    }
     void add(const char* tool, const QByteArray& body = "exit 0") { tools.add(QString::fromUtf8(tool), body); }
 
     /// The result of a verification, and how it ended.
@@ -61,9 +71,9 @@ TEST_F(ArchiveExtractorTest, aFileWithoutAFormatIsRefused)
 
 TEST_F(ArchiveExtractorTest, theDestinationIsMadeWithItsParents)
 {
-    add("unrar");
+    add("unrar", "touch \"$6/inside\"");
     EXPECT_TRUE(extract(QStringLiteral("a.rar")).isSuccess());
-    EXPECT_TRUE(QFileInfo(destination()).isDir());
+    EXPECT_TRUE(QFileInfo::exists(destination() + QStringLiteral("/inside")));
 }
 
 TEST_F(ArchiveExtractorTest, aDestinationThatCannotBeMadeIsToldAsItIs)
@@ -222,12 +232,43 @@ TEST_F(ArchiveExtractorTest, withoutSevenZipTheFailureOfUnzipIsTold)
     EXPECT_TRUE(extract(QStringLiteral("a.zip")).isLaunchError);
 }
 
-TEST_F(ArchiveExtractorTest, aLinkThatLeadsOutDoesNotSurviveEvenAFailure)
+TEST_F(ArchiveExtractorTest, aLinkThatLeadsOutIsRemovedBeforeAnythingIsPlaced)
 {
-    add("unrar", "cd \"$6\"; ln -s ../.. out; ln -s inside in; touch inside; exit 3");
-    EXPECT_EQ(extract(QStringLiteral("a.rar")).kind, Kind::extractionFailed);
+    add("unrar", "cd \"$6\"; ln -s ../.. out; ln -s inside in; touch inside");
+    EXPECT_TRUE(extract(QStringLiteral("a.rar")).isSuccess());
     EXPECT_FALSE(QFileInfo(destination() + QStringLiteral("/out")).isSymLink());
     EXPECT_TRUE(QFileInfo(destination() + QStringLiteral("/in")).isSymLink());
+}
+
+TEST_F(ArchiveExtractorTest, aFailureLeavesNothingBehind)
+{
+    QDir().mkpath(destination());
+    add("unrar", "cd \"$6\"; echo half >half; exit 3");
+    EXPECT_EQ(extract(QStringLiteral("a.rar")).kind, Kind::extractionFailed);
+    EXPECT_TRUE(QDir(destination()).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
+}
+
+TEST_F(ArchiveExtractorTest, eachToolStartsInAFolderThatNoOtherHasUsed)
+{
+    add("unzip", "touch \"$4/half\"; exit 9");
+    add("7zz", "ls -A \"${3#-o}\" | grep . && exit 1; touch \"${3#-o}/whole\"");
+    EXPECT_TRUE(extract(QStringLiteral("a.zip")).isSuccess());
+    EXPECT_EQ(QDir(destination()).entryList(QDir::Files), QStringList{QStringLiteral("whole")});
+}
+
+TEST_F(ArchiveExtractorTest, aToolThatIsStoppedIsKilledAndLeavesNothingBehind)
+{
+    add("unrar", "cd \"$6\"; echo half >half; exec sleep 600");
+    std::stop_source stop;
+    TaskEnd end;
+    QDir().mkpath(destination());
+    spawn(keepTaskEnd(
+        dropped(extractor.extract(archive(QStringLiteral("a.rar")), destination(), {}, {}, stop.get_token())), end));
+    ASSERT_TRUE(fixtures::waitUntil([&] { return !calls("unrar").isEmpty(); }));
+    stop.request_stop();
+    ASSERT_TRUE(fixtures::waitUntil([&] { return end.isOver; }));
+    EXPECT_EQ(end.description, u"Stopped");
+    EXPECT_TRUE(QDir(destination()).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
 }
 
 TEST_F(ArchiveExtractorTest, theEndOfTheProgramStartsNoFurtherTool)
@@ -237,7 +278,7 @@ TEST_F(ArchiveExtractorTest, theEndOfTheProgramStartsNoFurtherTool)
     auto ownRunner = std::make_unique<ToolRunner>(tools.folders());
     auto ownExtractor = std::make_unique<ArchiveExtractor>(*ownRunner, [](const QString&) {});
     TaskEnd end;
-    spawn(keepTaskEnd(ownExtractor->extract(archive(QStringLiteral("a.zip")), destination(), {}, {}), end));
+    spawn(keepTaskEnd(unpackInto(*ownExtractor, archive(QStringLiteral("a.zip")), destination()), end));
     ASSERT_TRUE(fixtures::waitUntil([&] { return !calls("ditto").isEmpty(); }));
     ownExtractor.reset();
     ownRunner.reset();

@@ -1,5 +1,6 @@
 #include "archive/ArchiveExtractor.h"
 #include "archive/TaskEnd.h"
+#include "archive/Unpacking.h"
 #include "fixtures/FakeTools.h"
 #include "fixtures/RealTools.h"
 #include "fixtures/Sandbox.h"
@@ -50,8 +51,8 @@ protected:
 
     TaskEnd extract(const QString& archive, const std::optional<QString>& password = {})
     {
-        return runToEnd(extractor.extract(archive, sandbox.path(QStringLiteral("out")), password,
-                                          [this](double fraction) { fractions.push_back(fraction); }));
+        return runToEnd(unpackInto(extractor, archive, sandbox.path(QStringLiteral("out")), password,
+                                   [this](double fraction) { fractions.push_back(fraction); }));
     }
     void expectUnpacked() const
     {
@@ -115,9 +116,9 @@ TEST_F(RealExtractionTest, aGuardedZipAsksForItsPasswordAlsoWithUnzipAlone)
     ToolRunner few(tools.folders());
     ArchiveExtractor withFew(few, [](const QString&) {});
     const QString out = sandbox.path(QStringLiteral("out"));
-    EXPECT_EQ(runToEnd(withFew.extract(archive, out, {}, {})).kind, Kind::passwordRequired);
-    EXPECT_EQ(runToEnd(withFew.extract(archive, out, QStringLiteral("bad"), {})).kind, Kind::wrongPassword);
-    EXPECT_TRUE(runToEnd(withFew.extract(archive, out, QStringLiteral("X"), {})).isSuccess());
+    EXPECT_EQ(runToEnd(unpackInto(withFew, archive, out, {})).kind, Kind::passwordRequired);
+    EXPECT_EQ(runToEnd(unpackInto(withFew, archive, out, QStringLiteral("bad"))).kind, Kind::wrongPassword);
+    EXPECT_TRUE(runToEnd(unpackInto(withFew, archive, out, QStringLiteral("X"))).isSuccess());
 }
 
 TEST_F(RealExtractionTest, guardedSevenZipsAskForTheirPasswordWithEachTool)
@@ -133,9 +134,9 @@ TEST_F(RealExtractionTest, guardedSevenZipsAskForTheirPasswordWithEachTool)
     ArchiveExtractor withFew(few, [](const QString&) {});
     for (const QString& archive : {plain, hidden}) {
         const QString out = sandbox.path(QStringLiteral("out"));
-        EXPECT_EQ(runToEnd(withFew.extract(archive, out, {}, {})).kind, Kind::passwordRequired);
-        EXPECT_EQ(runToEnd(withFew.extract(archive, out, QStringLiteral("bad"), {})).kind, Kind::wrongPassword);
-        EXPECT_TRUE(runToEnd(withFew.extract(archive, out, QStringLiteral("X"), {})).isSuccess());
+        EXPECT_EQ(runToEnd(unpackInto(withFew, archive, out, {})).kind, Kind::passwordRequired);
+        EXPECT_EQ(runToEnd(unpackInto(withFew, archive, out, QStringLiteral("bad"))).kind, Kind::wrongPassword);
+        EXPECT_TRUE(runToEnd(unpackInto(withFew, archive, out, QStringLiteral("X"))).isSuccess());
     }
 }
 

@@ -1,5 +1,6 @@
 #include "archive/ArchiveExtractor.h"
 #include "archive/TaskEnd.h"
+#include "archive/Unpacking.h"
 #include "fixtures/FakeTools.h"
 #include "fixtures/RealTools.h"
 #include "fixtures/Sandbox.h"
@@ -284,7 +285,7 @@ TEST_P(RealVolumesTest, repairBringsMissingAndDamagedVolumesBack)
     EXPECT_TRUE(repaired.isSuccess()) << repaired.output.toStdString();
     tools.addReal(QString::fromUtf8(GetParam()), QStringLiteral("/usr/bin/") + QString::fromUtf8(GetParam()));
     const QString out = sandbox.path(QStringLiteral("out"));
-    EXPECT_TRUE(runToEnd(extractor.extract(volumes.front(), out, {}, {})).isSuccess());
+    EXPECT_TRUE(runToEnd(unpackInto(extractor, volumes.front(), out)).isSuccess());
     EXPECT_EQ(sandbox.read(QStringLiteral("out/big.bin")), contents);
 }
 
@@ -298,7 +299,7 @@ TEST_P(RealVolumesTest, repairWithTooFewRecoveryVolumesLeavesTheSetBroken)
     tools.addReal(QStringLiteral("rar"), QStringLiteral("/usr/bin/rar"));
     static_cast<void>(runToEnd(extractor.repair(volumes.front())));
     const QString out = sandbox.path(QStringLiteral("out"));
-    EXPECT_EQ(runToEnd(extractor.extract(volumes.front(), out, {}, {})).kind, ExtractionError::Kind::extractionFailed);
+    EXPECT_EQ(runToEnd(unpackInto(extractor, volumes.front(), out)).kind, ExtractionError::Kind::extractionFailed);
 }
 
 INSTANTIATE_TEST_SUITE_P(WithEachTool, RealVolumesTest, ::testing::Values("unrar", "rar"),

@@ -57,4 +57,17 @@ inline TaskEnd runToEnd(QCoro::Task<> task)
     return end;
 }
 
+/// What it gives is not asked for.
+template <typename T>
+QCoro::Task<> dropped(QCoro::Task<T> task)
+{
+    co_await task;
+}
+
+template <typename T>
+TaskEnd runToEnd(QCoro::Task<T> task)
+{
+    return runToEnd(dropped(std::move(task)));
+}
+
 } // namespace vormel

@@ -63,16 +63,15 @@ void addExtraction(HeaderContent& content, const DownloadGroup& group, AppLangua
     if (extracted != items.end()) {
         content.extraction = (*extracted)->extractionStatus().kind();
         content.extractionText = separator.toString() + extractionWords(**extracted, language);
+        content.archiveCommand = archiveCommand(**extracted);
+    } else if (std::all_of(items.begin(), items.end(),
+                           [](const ItemPtr& item) { return item->status() == DownloadStatus::completed; })) {
+        content.archiveCommand = archiveCommand(*items.front());
     }
     if (verified != items.end()) { // the later word
         content.verification = (*verified)->verification().kind;
         content.extractionText = separator.toString() + verificationText((*verified)->verification(), language);
     }
-    if (extracted != items.end())
-        return;
-    content.canExtract = std::all_of(items.begin(), items.end(),
-                                     [](const ItemPtr& item) { return item->status() == DownloadStatus::completed; }) &&
-                         canExtract(*items.front());
 }
 
 QString summaryLine(const HeaderContent& content)

@@ -37,9 +37,9 @@ struct RowContent
     bool hasExtractionBar = false;
     std::optional<double> extractionProgress; ///< 0 to 1; nothing for a bar without an end
     QString extractionText;
-    QString elapsedText;     ///< how long the archive step has been going on, beside a bar without an end
-    QString retryText;       ///< of the button beside a failed archive step
-    bool canExtract = false; ///< an archive that nothing was done with
+    QString elapsedText; ///< how long the archive step has been going on, beside a bar without an end
+    QString retryText;   ///< of the button beside a failed archive step
+    std::optional<RowButton> archiveCommand; ///< only menus have it
     VerificationResult::Kind verification = VerificationResult::none;
     QString verificationText;
     QString host;
@@ -63,7 +63,7 @@ struct HeaderContent
     ExtractionStatus::Kind extraction = ExtractionStatus::idle; ///< of the archive that the group is
     QString extractionText;
     VerificationResult::Kind verification = VerificationResult::none; ///< stands in place of `extraction`
-    bool canExtract = false;
+    std::optional<RowButton> archiveCommand;
 
     friend bool operator==(const HeaderContent&, const HeaderContent&) = default;
 };

@@ -73,6 +73,8 @@ QString extractionWords(const DownloadItem& item, AppLanguage language)
     case ExtractionStatus::idle:
         return {};
     case ExtractionStatus::extracting:
+        if (item.awaitsExtractionTurn())
+            return pair(language, u"Waiting for its turn to be extracted…", u"In attesa del turno di estrazione…");
         return pair(language, u"Checking / extracting…", u"Verifica / estrazione…");
     case ExtractionStatus::repairing:
         return pair(language, u"Repairing with .rev…", u"Riparazione con .rev…");
@@ -126,10 +128,14 @@ QString elapsedText(const DownloadItem& item, WallTime now)
     return QStringLiteral("%1:%2").arg(whole / 60).arg(whole % 60, 2, 10, QChar(u'0'));
 }
 
-bool canExtract(const DownloadItem& item)
+std::optional<RowButton> archiveCommand(const DownloadItem& item)
 {
-    return item.status() == DownloadStatus::completed && item.extractionStatus() == ExtractionStatus::idle &&
-           item.localPath() && formatOf(*item.localPath());
+    if (hasBar(item))
+        return RowButton::stopExtraction;
+    const bool canExtract = item.status() == DownloadStatus::completed &&
+                            item.extractionStatus() == ExtractionStatus::idle && item.localPath() &&
+                            formatOf(*item.localPath());
+    return canExtract ? std::optional(RowButton::extract) : std::nullopt;
 }
 
 bool isMoving(const DownloadItem& item)
@@ -153,11 +159,11 @@ RowContent rowContent(const DownloadItem& item, AppLanguage language, WallTime n
     content.hasExtractionBar = hasBar(item);
     if (hasProgress(item))
         content.extractionProgress = fraction(item.extractionProgress());
-    if (hasEndlessBar(item))
+    if (hasEndlessBar(item) && !item.awaitsExtractionTurn())
         content.elapsedText = elapsedText(item, now);
     if (content.lines.testFlag(RowLine::failure))
         content.retryText = buttonText(RowButton::retryExtraction, language);
-    content.canExtract = canExtract(item);
+    content.archiveCommand = archiveCommand(item);
     content.extractionText = extractionText(item, language);
     content.verification = item.verification().kind;
     content.verificationText = verificationText(item.verification(), language);
