@@ -1,8 +1,8 @@
 #include "archive/tools/ToolArguments.h"
 #include "archive/workspace/HarmlessTree.h"
+#include "archive/workspace/RawZip.h"
 #include "archive/workspace/TreeRemoval.h"
 #include "archive/workspace/Trees.h"
-#include "archive/workspace/RawZip.h"
 #include "fixtures/RealTools.h"
 #include "fixtures/Sandbox.h"
 
@@ -70,7 +70,11 @@ TEST_F(MemberNamesTest, aZipOfAnySystemComesOutReadableWithAnyTool)
     const QString zip = sandbox.path(QStringLiteral("a.zip"));
     for (const ZipHost host : {ZipHost::dos, ZipHost::unixLike, ZipHost::windows})
         for (const QString& tool : {QStringLiteral("unzip"), QStringLiteral("7zz")}) {
-            writeRawZip(zip, host, {{"Pr\x81" "fung \x82\x85.txt", "1"}, {"ordner \x84/sch\x94n.txt", "2"}});
+            writeRawZip(zip, host,
+                        {{"Pr\x81"
+                          "fung \x82\x85.txt",
+                          "1"},
+                         {"ordner \x84/sch\x94n.txt", "2"}});
             EXPECT_EQ(filesAfter(zip, tool),
                       (QStringList{QStringLiteral("Prüfung éà.txt"), QStringLiteral("ordner ä/schön.txt")}))
                 << static_cast<int>(host) << tool.toStdString();
@@ -97,8 +101,11 @@ TEST_F(MemberNamesTest, backslashesInAZipAreFoldersOnceWhicheverToolUnpacked)
     VORMEL_NEEDS_TOOL("unzip");
     VORMEL_NEEDS_TOOL("7zz");
     const QString zip = sandbox.path(QStringLiteral("a.zip"));
-    const QList<RawMember> members{{"dir\\file.txt", "1"},         {"dir\\sub\\", ""},  {"dir\\sub\\in.txt", "2"},
-                                   {"plain/mixed\\file.txt", "3"}, {"dir\\empty\\", ""}};
+    const QList<RawMember> members{{"dir\\file.txt", "1"},
+                                   {"dir\\sub\\", ""},
+                                   {"dir\\sub\\in.txt", "2"},
+                                   {"plain/mixed\\file.txt", "3"},
+                                   {"dir\\empty\\", ""}};
     for (const ZipHost host : {ZipHost::dos, ZipHost::unixLike, ZipHost::windows})
         for (const QString& tool : {QStringLiteral("unzip"), QStringLiteral("7zz")}) {
             // unzip decides by the first name, and leaves the backslashes of a name that has slashes too.
@@ -119,7 +126,8 @@ TEST_F(MemberNamesTest, backslashesInAZipNeverLeadUp)
     VORMEL_NEEDS_TOOL("unzip");
     VORMEL_NEEDS_TOOL("7zz");
     const QString zip = sandbox.path(QStringLiteral("a.zip"));
-    writeRawZip(zip, ZipHost::unixLike, {{"..\\up.txt", "1"}, {"a\\..\\..\\up2.txt", "2"}, {"\\root.txt", "3"}, {"\\", "4"}});
+    writeRawZip(zip, ZipHost::unixLike,
+                {{"..\\up.txt", "1"}, {"a\\..\\..\\up2.txt", "2"}, {"\\root.txt", "3"}, {"\\", "4"}});
     for (const QString& tool : {QStringLiteral("unzip"), QStringLiteral("7zz")}) {
         const QStringList files = filesAfter(zip, tool);
         EXPECT_TRUE(files.contains(QStringLiteral("up.txt"))) << tool.toStdString();
@@ -136,7 +144,10 @@ TEST_F(MemberNamesTest, elsewhereABackslashIsALetter)
     VORMEL_NEEDS_TOOL("unrar");
     VORMEL_NEEDS_TOOL("7zz");
     sandbox.write(QStringLiteral("in/a\\b.txt"), "1");
-    writeIn(folderAt(sandbox.path(QStringLiteral("in"))).get(), "Pr\x81" "fung.txt", "2");
+    writeIn(folderAt(sandbox.path(QStringLiteral("in"))).get(),
+            "Pr\x81"
+            "fung.txt",
+            "2");
     const QString in = sandbox.path(QStringLiteral("in"));
     const auto path = [this](const char* name) { return sandbox.path(QString::fromLatin1(name)); };
     const QString all = QStringLiteral(".");

@@ -1,10 +1,10 @@
 #include "archive/workspace/OrdinaryUser.h"
 
-#include <linux/capability.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <array>
+#include <linux/capability.h>
 #include <stdexcept>
 
 namespace vormel {

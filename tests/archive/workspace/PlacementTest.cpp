@@ -13,7 +13,6 @@
 #include <QFileInfo>
 
 #include <gtest/gtest.h>
-#include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -21,6 +20,7 @@
 
 #include <cerrno>
 #include <functional>
+#include <sched.h>
 
 namespace vormel {
 namespace {

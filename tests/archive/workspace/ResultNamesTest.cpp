@@ -75,7 +75,8 @@ TEST_F(ResultNamesTest, hiddenFilesAndFoldersKeepTheirNames)
     unpacked(QStringLiteral("Folder.720p.x/in_side.mkv"));
     clean();
     EXPECT_EQ(names(), (QList<QByteArray>{".hid_den.720p.x", "Folder.720p.x"}));
-    EXPECT_EQ(namesIn(folderAt(work.path() + QStringLiteral("/Folder.720p.x")).get()), QList<QByteArray>{"in_side.mkv"});
+    EXPECT_EQ(namesIn(folderAt(work.path() + QStringLiteral("/Folder.720p.x")).get()),
+              QList<QByteArray>{"in_side.mkv"});
 }
 
 TEST_F(ResultNamesTest, membersOfSetsAndBadVolumesKeepTheirNames)

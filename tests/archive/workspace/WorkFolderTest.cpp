@@ -225,7 +225,8 @@ TEST_F(WorkFolderTest, aFolderOfSuchANameWithoutTheMarkIsTheUsersOwn)
     sandbox.write(QStringLiteral("dest/.vormel-unpack-empty1/files/own"), "mine");
     sandbox.write(QStringLiteral("dest/.vormel-unpack-empty1/%1").arg(QLatin1StringView(workMarkName)), "");
     sandbox.write(QStringLiteral("dest/.vormel-unpack-other1/files/own"), "mine");
-    sandbox.write(QStringLiteral("dest/.vormel-unpack-other1/%1").arg(QLatin1StringView(workMarkName)), "Vormel unpacks");
+    sandbox.write(QStringLiteral("dest/.vormel-unpack-other1/%1").arg(QLatin1StringView(workMarkName)),
+                  "Vormel unpacks");
     const QStringList before = sandbox.files();
     sweep();
     EXPECT_EQ(sandbox.files(), before);
@@ -276,6 +277,18 @@ TEST_F(WorkFolderTest, foldersThatAreGoneOrCannotBeListedArePassedOver)
     removeAbandonedWorkFolders({QStringLiteral("/no/such/folder"), closed, destination()});
     EXPECT_FALSE(QFileInfo::exists(left));
     ASSERT_TRUE(QFile::setPermissions(closed, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+}
+
+TEST_F(WorkFolderTest, whatAnotherUserLeftIsNotOurs)
+{
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "only root can give a file away";
+    const QString left = leaveBehind();
+    constexpr uid_t somebody = 12345;
+    const QString mark = left + u'/' + QLatin1StringView(workMarkName);
+    ASSERT_EQ(::chown(QFile::encodeName(mark).constData(), somebody, somebody), 0);
+    sweep();
+    EXPECT_TRUE(QFileInfo(left + QStringLiteral("/files/half")).exists());
 }
 
 TEST_F(WorkFolderTest, whatCouldNotBeRemovedKeepsTheMarkAndIsFoundNextTime)

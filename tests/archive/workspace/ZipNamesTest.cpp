@@ -63,8 +63,9 @@ TEST_F(ZipNamesTest, whatIsNoZipHasNone)
     EXPECT_FALSE(hasNamesThatUnzipSpoils(sandbox.path(QStringLiteral("missing.zip"))));
     for (const QByteArray& bytes :
          {QByteArray(), QByteArray("short"), QByteArray(100'000, '\0'), QByteArray("PK\5\6") + QByteArray(18, '\xff'),
-          QByteArray("PK\5\6") + QByteArray(18, '\x7f'), QByteArray(46, '\x80') + "PK\5\6" + QByteArray(8, '\0') +
-                                                             QByteArray("\x2e\0\0\0", 4) + QByteArray(6, '\0')}) {
+          QByteArray("PK\5\6") + QByteArray(18, '\x7f'),
+          QByteArray(46, '\x80') + "PK\5\6" + QByteArray(8, '\0') + QByteArray("\x2e\0\0\0", 4) +
+              QByteArray(6, '\0')}) {
         sandbox.write(QStringLiteral("a.zip"), bytes);
         EXPECT_FALSE(hasNamesThatUnzipSpoils(zip()));
     }
