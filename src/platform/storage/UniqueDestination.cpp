@@ -1,4 +1,4 @@
-#include "engine/completion/FinalFile.h"
+#include "platform/storage/UniqueDestination.h"
 
 #include "platform/storage/CarefulMove.h"
 #include "text/FileName.h"
