@@ -42,7 +42,12 @@ T startValue(const UserDefaults& store, const QString& key, T fallback, StartRea
             return store.boolForKey(key);
     }
     const std::optional<QJsonValue> stored = store.objectForKey(key);
-    return stored ? typed(*stored, fallback).value_or(fallback) : fallback;
+    const std::optional<T> value = stored ? typed(*stored, fallback) : std::nullopt;
+    if constexpr (std::same_as<T, QString>) {
+        if (read == StartRead::Filled && value && value->isEmpty())
+            return fallback;
+    }
+    return value.value_or(fallback);
 }
 
 template <typename T>
@@ -97,7 +102,7 @@ AppSettings::AppSettings(UserDefaults& store, const QString& downloadsFolder)
     , autoStartDownloads(*this, QStringLiteral("autoStartDownloads"), false, StartRead::Plain)
     , maxConcurrentDownloads(*this, QStringLiteral("maxConcurrentDownloads"), 3)
     , maxDownloadSpeedKBps(*this, QStringLiteral("maxDownloadSpeedKBps"), 0)
-    , downloadFolderPath(*this, QStringLiteral("downloadFolderPath"), downloadsFolder)
+    , downloadFolderPath(*this, QStringLiteral("downloadFolderPath"), downloadsFolder, StartRead::Filled)
     , useCustomExtractionFolder(*this, QStringLiteral("useCustomExtractionFolder"), false, StartRead::Plain)
     , extractionFolderPath(*this, QStringLiteral("extractionFolderPath"), downloadsFolder)
     , language(*this, QStringLiteral("appLanguage"), AppLanguage::english)

@@ -17,6 +17,7 @@ enum class StartRead
 {
     Plain,        ///< as the store reads it; for a truth value, missing is false
     PresenceTest, ///< the default unless a value of the right type is there
+    Filled,       ///< the same, and an empty text is none
 };
 
 /// One preference. Setting it tells the observers of AppSettings and writes the store, also when the value is the same.

@@ -1,6 +1,7 @@
 #include "fixtures/EventLoop.h"
 #include "fixtures/LiveEngine.h"
 #include "fixtures/RealTools.h"
+#include "fixtures/Sighting.h"
 #include "sites/FileServer.h"
 
 #include <QFile>
@@ -135,13 +136,13 @@ TEST_F(SetTest, RepairsADamagedVolumeFromRecoveryVolumesThatItFetchesForThat)
     addAll(names);
     engine.manager().startAll();
     const DownloadItem& first = find(names[0]);
-    bool wasRepaired = false;
-    EXPECT_TRUE(runUntil([&] {
-        wasRepaired |= first.extractionStatus() == ExtractionStatus::repairing && isInQueue(names.back()) &&
-                       find(names.back()).status() == DownloadStatus::completed;
-        return first.extractionStatus() == ExtractionStatus::done;
-    })) << first.extractionStatus().message().toStdString();
-    EXPECT_TRUE(wasRepaired);
+    const Sighting repair(engine.manager(), [&] {
+        return first.extractionStatus() == ExtractionStatus::repairing && isInQueue(names.back()) &&
+               find(names.back()).status() == DownloadStatus::completed;
+    });
+    EXPECT_TRUE(runUntil([&] { return first.extractionStatus() == ExtractionStatus::done; }))
+        << first.extractionStatus().message().toStdString();
+    EXPECT_TRUE(repair.hasCome());
     EXPECT_EQ(unpacked(movieName), movie);
 }
 
@@ -164,9 +165,11 @@ TEST_F(SetTest, FetchesAVolumeAgainThatVerificationFindsDamaged)
     }));
     serveFile(names[1], good);
     engine.manager().settings().autoExtract.set(true);
+    const Sighting newFetch(engine.manager(), [&] { return items[1]->status() == DownloadStatus::downloading; });
+    const Sighting needlessFetch(engine.manager(), [&] { return items[0]->status() != DownloadStatus::completed; });
     engine.manager().verifyGroup(items);
-    EXPECT_TRUE(waitUntil([&] { return items[1]->status() != DownloadStatus::completed; }));
-    EXPECT_EQ(items[0]->status(), DownloadStatus::completed);
+    ASSERT_TRUE(waitUntil([&] { return newFetch.hasCome(); }));
+    EXPECT_FALSE(needlessFetch.hasCome());
     EXPECT_TRUE(runUntil([&] { return items[0]->extractionStatus() == ExtractionStatus::done; }));
     EXPECT_EQ(unpacked(movieName), movie);
 }

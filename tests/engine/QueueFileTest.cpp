@@ -1,3 +1,5 @@
+#include "engine/queue/QueueFile.h"
+
 #include "fixtures/EventLoop.h"
 #include "fixtures/Workshop.h"
 
@@ -321,6 +323,74 @@ INSTANTIATE_TEST_SUITE_P(
     [](const ::testing::TestParamInfo<BadFile>& row) { return std::string(row.param.name); });
 
 } // namespace
+
+TEST_F(QueueFileTest, KeepsTwoUnreadableFiles)
+{
+    restoreFrom("first");
+    restoreFrom("second");
+    EXPECT_EQ(shop.sandbox.read(queueFile + QStringLiteral(".unreadable")), "first");
+    EXPECT_EQ(shop.sandbox.read(queueFile + QStringLiteral(".unreadable.2")), "second");
+}
+
+TEST_F(QueueFileTest, DoesNotWriteOverAFileThatItCanNeitherReadNorMoveAside)
+{
+    const QString longName(246, u'n'); // no room for what is put behind it
+    const QString path = shop.sandbox.write(longName, "broken");
+    FileWriter writer;
+    QueueFile file(path, writer);
+    const DownloadPaths paths(shop.sandbox.path(QStringLiteral("Downloads")));
+    EXPECT_TRUE(file.restore(paths).empty());
+    struct Nobody final : ItemTable::Listener
+    {
+        void tableGrew(qsizetype /*first*/, qsizetype /*count*/) override {}
+        void tableShrank(const QSet<ItemId>& /*ids*/) override {}
+        void tableReordered() override {}
+        void tableItemChanged(DownloadItem& /*item*/, ItemField /*field*/) override {}
+    } nobody;
+    file.save(ItemTable(nobody));
+    writer.flush();
+    EXPECT_EQ(shop.sandbox.read(longName), "broken");
+}
+
+TEST_F(QueueFileTest, TakesAPipeInThePlaceOfItsNewFileAway)
+{
+    shop.flush();
+    const QByteArray fresh = QFile::encodeName(shop.sandbox.path(queueFile + QStringLiteral(".new")));
+    QDir().mkpath(shop.sandbox.path(QStringLiteral("data/Vormel")));
+    ASSERT_EQ(::mkfifo(fresh.constData(), 0600), 0);
+    shop.add(QStringLiteral("http://h/x.bin"));
+    shop.restart();
+    EXPECT_EQ(shop.manager().items().size(), 1U);
+}
+
+TEST_F(QueueFileTest, ReadsADateBeyondAllTimeAsNone)
+{
+    for (const double date : {1e300, -1e300, 1e11}) {
+        QJsonObject stored = record(QStringLiteral("http://h/x.bin"), QStringLiteral("paused"));
+        stored[QStringLiteral("resolvedAt")] = date;
+        restoreFrom(QJsonArray{stored});
+        EXPECT_EQ(only().resolvedAt(), std::nullopt) << date;
+    }
+}
+
+TEST_F(QueueFileTest, CutsTextsThatWouldHoldUpTheWindow)
+{
+    const QString huge(10'000'000, u'W');
+    QJsonObject stored = record(QStringLiteral("http://h/x.bin"), QStringLiteral("failed"));
+    for (const char* const key : {"filename", "statusMessage", "hostName", "extractionError"})
+        stored[QLatin1StringView(key)] = huge;
+    stored[QStringLiteral("filename")] = huge + QStringLiteral(".part1.rar");
+    stored[QStringLiteral("extractionStatusType")] = QStringLiteral("failed");
+    stored[QStringLiteral("localPath")] = QStringLiteral("file:///") + huge;
+    restoreFrom(QJsonArray{stored});
+    constexpr qsizetype most = 1000;
+    EXPECT_LE(only().filename().size(), most);
+    EXPECT_TRUE(only().filename().endsWith(QStringLiteral("W.part1.rar")));
+    EXPECT_LE(only().status().message().size(), most);
+    EXPECT_LE(only().hostName().size(), most);
+    EXPECT_LE(only().extractionStatus().message().size(), most);
+    EXPECT_FALSE(only().localPath());
+}
 
 TEST_F(QueueFileTest, RefusesAFileThatIsTooLarge)
 {

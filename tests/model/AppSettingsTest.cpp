@@ -212,6 +212,12 @@ TEST_F(AppSettingsTest, valuesOfTheWrongTypeGiveTheDefault)
     }
 }
 
+TEST_F(AppSettingsTest, anEmptyDownloadFolderIsNotTheRootOfTheDisk)
+{
+    restartWith(R"({"downloadFolderPath": ""})");
+    EXPECT_EQ(settings().downloadFolderPath.value(), downloads);
+}
+
 TEST_F(AppSettingsTest, settingTheSameValueAgainNotifiesAndWritesAgain)
 {
     int changes = 0;

@@ -27,6 +27,13 @@ TEST(FileName, namesWithoutOneWithOnlyAFirstOrWithALastFullStopHaveNoPathExtensi
     }
 }
 
+TEST(FileName, aNumberStandsBeforeThePathExtension)
+{
+    EXPECT_EQ(numberedFileName(QStringLiteral("a.tar.gz"), 1), u"a.tar (1).gz");
+    EXPECT_EQ(numberedFileName(QStringLiteral("%1 %2"), 12), u"%1 %2 (12)");
+    EXPECT_EQ(numberedFileName(QStringLiteral(".profile"), 1), u".profile (1)");
+}
+
 TEST(FileName, theLastComponentStandsBehindTheLastSlashThatIsNotAtTheEnd)
 {
     EXPECT_EQ(lastComponent(u"/home/me/file"), u"file");
@@ -57,6 +64,31 @@ TEST(SafeFileName, slashesAndControlCharactersBecomeUnderscores)
     EXPECT_EQ(safeFileName(QStringLiteral("a\nb\r\tc\x1b\x7f")), u"a_b__c__");
     EXPECT_EQ(safeFileName(QStringLiteral("a\u0085b\u009fc")), u"a_b_c");
     EXPECT_EQ(safeFileName(QStringLiteral("a") + QChar(0) + QStringLiteral("b")), u"a_b");
+}
+
+TEST(SafeFileName, noNameEndsAsUnfinishedFilesDo)
+{
+    EXPECT_EQ(safeFileName(QStringLiteral("x.bin.download")), u"x.bin");
+    EXPECT_EQ(safeFileName(QStringLiteral("x.bin.DownLoad.download")), u"x.bin");
+    EXPECT_EQ(safeFileName(QStringLiteral(".download")), u"_");
+    EXPECT_EQ(safeFileName(QStringLiteral("..download")), u"_");
+    EXPECT_EQ(safeFileName(QStringLiteral("...download")), u"_");
+    EXPECT_EQ(safeFileName(QString(300, u'x') + QStringLiteral(".download")).right(2), u"xx");
+    EXPECT_EQ(safeFileName(QStringLiteral("download")), u"download");
+    EXPECT_EQ(safeFileName(QStringLiteral("x.download.zip")), u"x.download.zip");
+}
+
+TEST(ReadableName, aHugeNameIsCutInItsMiddleAndNamesTheSameFile)
+{
+    for (const QString& filler :
+         {QStringLiteral("x"), QStringLiteral("日"), QStringLiteral("🍺"), QStringLiteral("a🍺")}) {
+        const QString huge = filler.repeated(200'000) + QStringLiteral(".part1.rar");
+        const QString cut = readableName(huge);
+        EXPECT_LE(cut.size(), 1000);
+        EXPECT_TRUE(cut.isValidUtf16());
+        EXPECT_EQ(safeFileName(cut), safeFileName(huge));
+    }
+    EXPECT_EQ(readableName(QString(1000, u'x')), QString(1000, u'x'));
 }
 
 TEST(SafeFileName, aLongNameIsCutAndKeepsItsExtension)

@@ -36,6 +36,8 @@ void QueueFile::noteRemoval(const QSet<ItemId>& ids)
 
 void QueueFile::save(const ItemTable& table)
 {
+    if (!m_mayWrite)
+        return;
     std::vector<std::shared_ptr<const QueueRecord>> records;
     records.reserve(table.items().size());
     for (const ItemPtr& item : table.items()) {
@@ -49,14 +51,14 @@ void QueueFile::save(const ItemTable& table)
     m_writer.post(m_path, [records = std::move(records)] { return encodeQueue(records); });
 }
 
-std::vector<ItemPtr> QueueFile::restore(const DownloadPaths& paths) const
+std::vector<ItemPtr> QueueFile::restore(const DownloadPaths& paths)
 {
     if (!QFileInfo::exists(m_path))
         return {};
     std::optional<QByteArray> bytes = readWholeFile(m_path, largestFile);
     std::optional<std::vector<ItemPtr>> items = bytes ? decodeQueue(std::move(*bytes), paths) : std::nullopt;
     if (!items) {
-        keepUnreadableFile(m_path);
+        m_mayWrite = keepUnreadableFile(m_path);
         return {};
     }
     return std::move(*items);

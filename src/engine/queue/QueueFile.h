@@ -19,12 +19,13 @@ public:
 
     [[nodiscard]] const QString& queueFileURL() const { return m_path; }
 
-    /// Hands the queue as it is now to the writer. Failures are dropped without a word.
+    /// Hands the queue as it is now to the writer. Failures are dropped without a word, and so is every save over a
+    /// file that could neither be read nor be kept aside.
     void save(const ItemTable& table);
 
     /// The items of the last save. A file that cannot be understood, or is larger than 64 MB, gives none and is kept
     /// beside the new one.
-    [[nodiscard]] std::vector<ItemPtr> restore(const DownloadPaths& paths) const;
+    [[nodiscard]] std::vector<ItemPtr> restore(const DownloadPaths& paths);
 
     /// To be told of every change of an item and of every removal.
     void noteChange(const ItemId& id, ItemField field);
@@ -33,6 +34,7 @@ public:
 private:
     QString m_path;
     FileWriter& m_writer;
+    bool m_mayWrite = true;
     std::unordered_map<ItemId, std::shared_ptr<const QueueRecord>> m_records;
 };
 

@@ -13,6 +13,7 @@
 #include <rapidjson/writer.h>
 #include <sys/stat.h>
 
+#include <climits>
 #include <cmath>
 #include <dirent.h>
 
@@ -74,9 +75,13 @@ double storedDate(WallTime time)
     return std::chrono::duration<double>(time.time_since_epoch()).count() - referenceDate;
 }
 
-WallTime dateFrom(double stored)
+/// Nothing for a date beyond all that the clock can tell.
+std::optional<WallTime> dateFrom(double stored)
 {
+    constexpr double farthest = 9e9;
     const std::chrono::duration<double> sinceEpoch(stored + referenceDate);
+    if (std::abs(sinceEpoch.count()) > farthest)
+        return std::nullopt;
     return WallTime(std::chrono::duration_cast<WallTime::duration>(sinceEpoch));
 }
 
@@ -125,6 +130,10 @@ public:
         const std::optional<QString> value = optionalText(key);
         return value ? *value : spoil<QString>();
     }
+
+    /// Texts that are shown are cut to what can be shown; one of ten megabytes would hold up the window.
+    QString requiredShown(const char* key) { return readableName(requiredText(key)); }
+    QString optionalShown(const char* key) { return readableName(optionalText(key).value_or(QString())); }
 
     std::optional<double> optionalNumber(const char* key)
     {
@@ -197,7 +206,8 @@ private:
 
 std::optional<QString> localPathFrom(const std::optional<QString>& url)
 {
-    if (!url || !url->startsWith(u"file://"))
+    constexpr qsizetype longest = qsizetype{3} * PATH_MAX;
+    if (!url || url->size() > longest || !url->startsWith(u"file://"))
         return std::nullopt;
     QStringView rest = QStringView{*url}.mid(7);
     rest = rest.mid(std::max<qsizetype>(rest.indexOf(u'/'), 0));
@@ -262,9 +272,9 @@ ItemPtr decodeRecord(const Value& value, PartFileSizes& sizes)
     if (!reader.isSound())
         return nullptr;
     auto item = std::make_shared<DownloadItem>(normalizeURL(url), id);
-    item->setFilename(reader.requiredText("filename"));
+    item->setFilename(reader.requiredShown("filename"));
     const QString statusType = reader.requiredText("statusType");
-    item->setStatus(statusFrom(statusType, reader.optionalText("statusMessage").value_or(QString())));
+    item->setStatus(statusFrom(statusType, reader.optionalShown("statusMessage")));
     item->setProgress(reader.requiredNumber("progress"));
     item->setBytesReceived(reader.requiredInteger("bytesReceived"));
     item->setTotalBytes(reader.requiredInteger("totalBytes"));
@@ -272,10 +282,9 @@ ItemPtr decodeRecord(const Value& value, PartFileSizes& sizes)
     if (const std::optional<double> date = reader.optionalNumber("resolvedAt"))
         item->setResolvedAt(dateFrom(*date));
     item->setLocalPath(localPathFrom(reader.optionalText("localPath")));
-    item->restoreHostName(reader.requiredText("hostName"));
+    item->restoreHostName(reader.requiredShown("hostName"));
     const QString extractionType = reader.requiredText("extractionStatusType");
-    item->setExtractionStatus(
-        extractionFrom(extractionType, reader.optionalText("extractionError").value_or(QString())));
+    item->setExtractionStatus(extractionFrom(extractionType, reader.optionalShown("extractionError")));
     if (!reader.isSound())
         return nullptr;
     if (item->status() == DownloadStatus::paused)

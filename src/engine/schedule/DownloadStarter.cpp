@@ -1,6 +1,7 @@
 #include "engine/schedule/DownloadStarter.h"
 
 #include "archive/PostDownload.h"
+#include "engine/completion/FinishedFile.h"
 #include "engine/completion/TransferCompletion.h"
 #include "engine/recovery/NetworkRecovery.h"
 #include "engine/transfer/TransferSession.h"
@@ -23,16 +24,20 @@ struct StartAbandoned
 
 bool isFresh(const DownloadItem& item, WallTime now)
 {
-    return item.resolvedURL() && item.resolvedAt() && now - *item.resolvedAt() < resolvedLinkLife;
+    if (!item.resolvedURL() || !item.resolvedAt())
+        return false;
+    // A clock that was set back would let an address of the future live for years.
+    const auto age = now - *item.resolvedAt();
+    return age >= age.zero() && age < resolvedLinkLife;
 }
 
 void applyResolved(DownloadItem& item, const ResolvedDownload& found, WallTime now)
 {
     const QString name = found.url.lastPathComponent();
     if (name.contains(u'.'))
-        item.setFilename(name);
+        item.setToldFilename(name);
     else if (found.filename && !found.filename->isEmpty())
-        item.setFilename(*found.filename);
+        item.setToldFilename(*found.filename);
     item.setResolvedURL(found.url);
     item.setResolvedAt(now);
 }
@@ -122,8 +127,9 @@ void DownloadStarter::beginTransfer(DownloadItem& item, const Link& address)
     const DownloadPaths paths(m_ports.settings.downloadFolderPath.value());
     QDir().mkpath(paths.groupFolder(item.filename()));
     const QString destination = paths.finalFile(item.filename());
-    if (QFileInfo::exists(destination)) {
-        m_ports.completion.completeWithFile(item, destination);
+    const auto finished = item.isWantedAnew() ? std::nullopt : finishedFileOf(item, m_ports.table, paths);
+    if (finished) {
+        m_ports.completion.completeWithFile(item, *finished);
         m_ports.queue.processQueue();
         m_ports.queue.saveQueue();
         if (m_ports.settings.autoExtract.value())

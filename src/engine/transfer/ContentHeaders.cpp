@@ -78,7 +78,7 @@ std::optional<QString> sanitizedHeaderFilename(const QString& text)
         name.remove(0, 1);
     if (name.isEmpty() || name == u"." || name == u"..")
         return std::nullopt;
-    return name;
+    return readableName(name);
 }
 
 } // namespace vormel

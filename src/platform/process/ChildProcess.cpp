@@ -53,12 +53,14 @@ class ChildProcesses::Running
 public:
     using Output = std::function<void(const QByteArray&)>;
 
-    Running(ChildProcesses& owner, Output onOutput)
+    Running(ChildProcesses& owner, Output onOutput, std::stop_token stop)
         : m_owner(owner)
         , m_onOutput(std::move(onOutput))
         , m_source(notRun(QStringLiteral("The program was ended")))
         , m_process(std::make_unique<QProcess>())
+        , m_onStop(std::move(stop), [this] { kill(); })
     {
+        m_process->setProcessEnvironment(owner.m_environment);
         m_process->setProcessChannelMode(QProcess::MergedChannels);
         m_process->setStandardInputFile(QProcess::nullDevice());
         m_process->setChildProcessModifier([parent = ::getpid()] { prepareChild(parent); });
@@ -76,10 +78,7 @@ public:
     ~Running()
     {
         m_process->disconnect();
-        // The child is not waited for yet, so its number is still its own; it may not have made its group yet.
-        const auto child = static_cast<pid_t>(m_process->processId());
-        if (child > 0 && ::kill(-child, SIGKILL) != 0)
-            ::kill(child, SIGKILL);
+        kill();
         // It may be one of its own signals that leads here, so it goes later. The posted call owns it: deleteLater()
         // would do nothing for one that failed to start before the event loop ran.
         QMetaObject::invokeMethod(
@@ -92,6 +91,14 @@ public:
     [[nodiscard]] Eventual<ChildEnd> eventual() const { return m_source.eventual(); }
 
 private:
+    void kill() const
+    {
+        // The child is not waited for yet, so its number is still its own; it may not have made its group yet.
+        const auto child = static_cast<pid_t>(m_process->processId());
+        if (child > 0 && ::kill(-child, SIGKILL) != 0)
+            ::kill(child, SIGKILL);
+    }
+
     /// The receiver may do away with this object.
     void take()
     {
@@ -126,10 +133,13 @@ private:
     EventualSource<ChildEnd> m_source;
     BoundedOutput m_output;
     std::unique_ptr<QProcess> m_process;
+    std::stop_callback<std::function<void()>> m_onStop;
     Lifetime m_lifetime;
 };
 
-ChildProcesses::ChildProcesses() = default;
+ChildProcesses::ChildProcesses(QProcessEnvironment environment)
+    : m_environment(std::move(environment))
+{}
 
 ChildProcesses::~ChildProcesses()
 {
@@ -138,11 +148,15 @@ ChildProcesses::~ChildProcesses()
 }
 
 Eventual<ChildEnd> ChildProcesses::run(const QString& path, const QStringList& args,
-                                       std::function<void(const QByteArray&)> onOutput)
+                                       std::function<void(const QByteArray&)> onOutput, std::stop_token stop)
 {
-    Running& running = *m_running.emplace_back(std::make_unique<Running>(*this, std::move(onOutput)));
+    const bool isStopped = stop.stop_requested();
+    Running& running = *m_running.emplace_back(std::make_unique<Running>(*this, std::move(onOutput), std::move(stop)));
     Eventual<ChildEnd> eventual = running.eventual();
-    running.start(path, args);
+    if (isStopped)
+        static_cast<void>(takeOut(running)); // whoever waits hears that it was given up
+    else
+        running.start(path, args);
     return eventual;
 }
 

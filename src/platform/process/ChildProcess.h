@@ -3,12 +3,14 @@
 #include "platform/async/Eventual.h"
 
 #include <QByteArray>
+#include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <vector>
 
 namespace vormel {
@@ -29,22 +31,26 @@ struct ChildEnd
 class ChildProcesses
 {
 public:
-    ChildProcesses();
+    /// All programs get this environment, as a rule that of this program.
+    explicit ChildProcesses(
+        QProcessEnvironment environment = QProcessEnvironment(QProcessEnvironment::InheritFromParent));
     ChildProcesses(const ChildProcesses&) = delete;
     ChildProcesses& operator=(const ChildProcesses&) = delete;
     ~ChildProcesses();
 
     /// Starts the program at an absolute path, in a session and process group of its own, with nothing to read on
     /// standard input. It does not outlive this program. onOutput, which may be empty, gets each piece of output as it
-    /// comes, all of them before the result is there.
+    /// comes, all of them before the result is there. A stop, asked for on the UI thread, kills the program with all
+    /// that it started; the result then tells of the signal.
     [[nodiscard]] Eventual<ChildEnd> run(const QString& path, const QStringList& args,
-                                         std::function<void(const QByteArray&)> onOutput);
+                                         std::function<void(const QByteArray&)> onOutput, std::stop_token stop = {});
 
 private:
     class Running;
 
     [[nodiscard]] std::unique_ptr<Running> takeOut(const Running& running);
 
+    QProcessEnvironment m_environment;
     std::vector<std::unique_ptr<Running>> m_running;
 };
 

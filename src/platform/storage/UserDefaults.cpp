@@ -30,7 +30,7 @@ void UserDefaults::load()
     if (document.isObject())
         m_values = document.object();
     else
-        keepUnreadableFile(m_path);
+        m_mayWrite = keepUnreadableFile(m_path);
 }
 
 std::optional<QJsonValue> UserDefaults::objectForKey(const QString& key) const
@@ -73,6 +73,8 @@ void UserDefaults::setInteger(const QString& key, qint64 value)
 void UserDefaults::setObject(const QString& key, const QJsonValue& value)
 {
     m_values.insert(key, value);
+    if (!m_mayWrite)
+        return;
     m_writer.post(m_path, [values = m_values] { return QJsonDocument(values).toJson(); });
 }
 

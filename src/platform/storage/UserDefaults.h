@@ -15,7 +15,8 @@ class FileWriter;
 class UserDefaults
 {
 public:
-    /// A file that cannot be understood is kept beside the new one and counts as empty. The writer must outlive this.
+    /// A file that cannot be understood is kept beside the new one and counts as empty; where it cannot be moved there,
+    /// nothing is written. The writer must outlive this.
     UserDefaults(QString path, FileWriter& writer);
 
     /// The value as it was stored, of whatever type; nothing for a missing key, which is not the same as false or 0.
@@ -35,6 +36,7 @@ private:
     QString m_path;
     FileWriter& m_writer;
     QJsonObject m_values;
+    bool m_mayWrite = true;
 };
 
 } // namespace vormel

@@ -1,5 +1,6 @@
 #include "platform/storage/WholeFile.h"
 
+#include "platform/storage/CarefulMove.h"
 #include "platform/storage/FileDescriptor.h"
 
 #include <QFile>
@@ -33,12 +34,25 @@ bool writeAll(int descriptor, const QByteArray& bytes)
     return true;
 }
 
-bool writeFreshFile(const QByteArray& path, const QByteArray& bytes)
+struct FreshFile
 {
-    const FileDescriptor file(
-        ::open(path.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, ownerOnly));
-    return file.isOpen() && ::fchmod(file.get(), ownerOnly) == 0 && writeAll(file.get(), bytes) &&
-           ::fsync(file.get()) == 0;
+    QByteArray path;
+    FileDescriptor file;
+};
+
+/// An empty file beside the target that nobody else has open or can reach by another name.
+FreshFile makeFreshFile(const QByteArray& target)
+{
+    constexpr int mostNames = 100;
+    for (int number = 0; number < mostNames; ++number) {
+        QByteArray path = target + ".new" + (number == 0 ? QByteArray() : QByteArray::number(number));
+        // What a kill left goes, and so does a link or a pipe that was put there; a folder does not.
+        ::unlink(path.constData());
+        FileDescriptor file(::open(path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, ownerOnly));
+        if (file.isOpen() || errno != EEXIST)
+            return {std::move(path), std::move(file)};
+    }
+    return {};
 }
 
 void syncFolderOf(const QString& path)
@@ -54,9 +68,13 @@ void syncFolderOf(const QString& path)
 bool replaceWholeFile(const QString& path, const QByteArray& bytes)
 {
     const QByteArray target = QFile::encodeName(path);
-    const QByteArray fresh = target + ".new";
-    if (!writeFreshFile(fresh, bytes) || ::rename(fresh.constData(), target.constData()) != 0) {
-        ::unlink(fresh.constData());
+    const FreshFile fresh = makeFreshFile(target);
+    if (!fresh.file.isOpen())
+        return false;
+    const int file = fresh.file.get();
+    const bool isWritten = ::fchmod(file, ownerOnly) == 0 && writeAll(file, bytes) && ::fsync(file) == 0;
+    if (!isWritten || ::rename(fresh.path.constData(), target.constData()) != 0) {
+        ::unlink(fresh.path.constData());
         return false;
     }
     syncFolderOf(path);
@@ -87,8 +105,12 @@ std::optional<QByteArray> readWholeFile(const QString& path, qint64 limit)
 
 bool keepUnreadableFile(const QString& path)
 {
-    const QByteArray from = QFile::encodeName(path);
-    return ::rename(from.constData(), (from + ".unreadable").constData()) == 0;
+    constexpr int mostKept = 1000;
+    const QString kept = path + QStringLiteral(".unreadable");
+    int error = moveWithoutReplacing(path, kept);
+    for (int number = 2; error == EEXIST && number <= mostKept; ++number)
+        error = moveWithoutReplacing(path, kept + u'.' + QString::number(number));
+    return error == 0;
 }
 
 } // namespace vormel

@@ -61,21 +61,21 @@ RowMenu rowMenu(const QueueModel& model, const QModelIndex& index, bool hasCusto
     menu.canMoveUp = row > 0;
     menu.canMoveDown = row + 1 < model.rowCount();
     menu.isGroup = model.isHeader(index);
-    bool canExtract = false;
+    std::optional<RowButton> archiveCommand;
     if (menu.isGroup) {
         const auto content = index.data(QueueModel::HeaderRole).value<HeaderContent>();
         menu.buttons = content.buttons;
         menu.hasCustomName = hasCustomName;
-        canExtract = content.canExtract;
+        archiveCommand = content.archiveCommand;
     } else {
         const auto content = index.data(QueueModel::ContentRole).value<RowContent>();
         menu.buttons = content.buttons;
-        canExtract = content.canExtract;
+        archiveCommand = content.archiveCommand;
         if (content.lines.testFlag(RowLine::failure))
             menu.buttons.insert(menu.buttons.begin(), RowButton::retryExtraction);
     }
-    if (canExtract)
-        menu.buttons.insert(menu.buttons.begin(), RowButton::extract);
+    if (archiveCommand)
+        menu.buttons.insert(menu.buttons.begin(), *archiveCommand);
     return menu;
 }
 

@@ -191,6 +191,40 @@ TEST_F(ChildProcessTest, theEndOfTheOwnerKillsTheWholeGroupAndLetsTheWaiterGoOn)
     EXPECT_TRUE(waitUntil(isGone));
 }
 
+QCoro::Task<> keepStoppedEnd(ChildProcesses& processes, QString script, std::stop_token stop,
+                             std::optional<ChildEnd>& end)
+{
+    const QStringList args{QStringLiteral("-c"), script};
+    end = co_await processes.run(QStringLiteral("/bin/sh"), args, {}, stop);
+}
+
+TEST_F(ChildProcessTest, aStopKillsTheWholeGroup)
+{
+    const QString path = sandbox.path(QStringLiteral("pid"));
+    std::optional<ChildEnd> end;
+    std::stop_source stop;
+    const QString script = QStringLiteral("sleep 600 & echo $! >'%1.new'; mv '%1.new' '%1'; sleep 600").arg(path);
+    spawn(keepStoppedEnd(processes, script, stop.get_token(), end));
+    ASSERT_TRUE(waitUntil([&] { return QFile::exists(path); }));
+    const pid_t grandchild = sandbox.read(QStringLiteral("pid")).trimmed().toInt();
+    stop.request_stop();
+    ASSERT_TRUE(waitUntil([&] { return end.has_value(); }));
+    EXPECT_EQ(end->status, 128 + SIGKILL);
+    EXPECT_TRUE(waitUntil([&] { return ::kill(grandchild, 0) != 0; }));
+}
+
+TEST_F(ChildProcessTest, aStopBeforeTheStartStartsNothing)
+{
+    std::optional<ChildEnd> end;
+    std::stop_source stop;
+    stop.request_stop();
+    spawn(keepStoppedEnd(processes, QStringLiteral("touch '%1'").arg(sandbox.path(QStringLiteral("ran"))),
+                         stop.get_token(), end));
+    ASSERT_TRUE(end.has_value());
+    EXPECT_TRUE(end->launchError.has_value());
+    EXPECT_FALSE(sandbox.exists(QStringLiteral("ran")));
+}
+
 TEST_F(ChildProcessTest, theOwnerMayGoWhileOutputIsHandedOn)
 {
     std::optional<ChildEnd> end;
@@ -216,6 +250,23 @@ TEST_F(ChildProcessTest, twoProgramsRunSideBySide)
                   {QStringLiteral("-c"), QStringLiteral("echo hi >'%1'").arg(fifo)}, second));
     ASSERT_TRUE(waitUntil([&] { return first && second; }));
     EXPECT_EQ(first->output, "hi\n");
+}
+
+TEST_F(ChildProcessTest, programsGetTheEnvironmentThatIsGivenForThem)
+{
+    const auto answer = [this](ChildProcesses& of) {
+        std::optional<ChildEnd> end;
+        spawn(keepEnd(of, QStringLiteral("/bin/sh"), {QStringLiteral("-c"), QStringLiteral("echo $ONE-$TWO")}, end));
+        EXPECT_TRUE(waitUntil([&] { return end.has_value(); }));
+        return end.value_or(ChildEnd()).output.trimmed();
+    };
+    qputenv("ONE", "ours");
+    QProcessEnvironment given;
+    given.insert(QStringLiteral("TWO"), QStringLiteral("theirs"));
+    ChildProcesses inOther(given);
+    EXPECT_EQ(answer(processes), "ours-");
+    EXPECT_EQ(answer(inOther), "-theirs");
+    qunsetenv("ONE");
 }
 
 } // namespace

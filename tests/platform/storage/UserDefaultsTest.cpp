@@ -134,6 +134,7 @@ TEST_F(UserDefaultsTest, aFileThatCannotBeUnderstoodCountsAsEmptyAndIsKeptBeside
         defaults.setBool(key, true);
         EXPECT_TRUE(onDisk().value(key).toBool());
         EXPECT_EQ(sandbox.read(keptName), broken) << "a later set must not touch the kept file";
+        ASSERT_TRUE(QFile::remove(sandbox.path(keptName)));
     }
 }
 
@@ -145,6 +146,16 @@ TEST_F(UserDefaultsTest, aHugeFileCountsAsEmptyAndIsKeptBeside)
     ASSERT_TRUE(file.resize(huge));
     EXPECT_EQ(open().objectForKey(key), std::nullopt);
     EXPECT_EQ(QFileInfo(sandbox.path(keptName)).size(), huge);
+}
+
+TEST_F(UserDefaultsTest, aFileThatCanNeitherBeReadNorMovedAsideIsNotWrittenOver)
+{
+    const QString longName(246, u'n'); // no room for what is put behind it
+    UserDefaults defaults(sandbox.write(longName, "not json"), writer);
+    defaults.setBool(key, true);
+    EXPECT_TRUE(defaults.boolForKey(key));
+    writer.flush();
+    EXPECT_EQ(sandbox.read(longName), "not json");
 }
 
 TEST_F(UserDefaultsTest, aFolderInItsPlaceIsMovedAside)

@@ -94,6 +94,28 @@ TEST(WholeFile, whatAKillLeftBesideItIsUsedAgain)
     EXPECT_EQ(sandbox.files(), QStringList(QStringLiteral("f")));
 }
 
+TEST(WholeFile, aPipeOrFolderInThePlaceOfItsFreshFileHoldsNothingUp)
+{
+    const Sandbox sandbox;
+    const QString path = sandbox.write(QStringLiteral("f"), "old");
+    ASSERT_EQ(::mkfifo(QFile::encodeName(path + QStringLiteral(".new")).constData(), 0600), 0);
+    ASSERT_TRUE(replaceWholeFile(path, "first"));
+    EXPECT_EQ(sandbox.read(QStringLiteral("f")), "first");
+    ASSERT_TRUE(QDir().mkpath(path + QStringLiteral(".new/inside")));
+    ASSERT_TRUE(replaceWholeFile(path, "second"));
+    EXPECT_EQ(sandbox.read(QStringLiteral("f")), "second");
+    EXPECT_EQ(sandbox.files(), QStringList(QStringLiteral("f")));
+}
+
+TEST(WholeFile, aSecondNameOfItsFreshFileIsNotWrittenThrough)
+{
+    const Sandbox sandbox;
+    const QByteArray precious = QFile::encodeName(sandbox.write(QStringLiteral("target"), "precious"));
+    ASSERT_EQ(::link(precious.constData(), QFile::encodeName(sandbox.path(QStringLiteral("f.new"))).constData()), 0);
+    ASSERT_TRUE(replaceWholeFile(sandbox.path(QStringLiteral("f")), "new"));
+    EXPECT_EQ(sandbox.read(QStringLiteral("target")), "precious");
+}
+
 TEST(WholeFile, aFailureLeavesTheOldFileAndNothingElse)
 {
     const Sandbox sandbox;
@@ -215,16 +237,16 @@ TEST(WholeFile, whatIsMissingOrNoFileIsNotRead)
     EXPECT_EQ(readWholeFile(fifo, 100), std::nullopt) << "and it must not block";
 }
 
-TEST(WholeFile, anUnreadableFileIsKeptBesideInThePlaceOfAnEarlierOne)
+TEST(WholeFile, unreadableFilesAreAllKeptBeside)
 {
     const Sandbox sandbox;
-    sandbox.write(QStringLiteral("f.unreadable"), "older");
-    const QString path = sandbox.write(QStringLiteral("f"), "broken");
-    EXPECT_TRUE(keepUnreadableFile(path));
-    EXPECT_EQ(sandbox.read(QStringLiteral("f.unreadable")), "broken");
-    EXPECT_EQ(sandbox.files(), QStringList(QStringLiteral("f.unreadable")));
-    EXPECT_FALSE(keepUnreadableFile(path));
-    EXPECT_EQ(sandbox.read(QStringLiteral("f.unreadable")), "broken");
+    for (const QByteArray broken : {"first", "second", "third"})
+        EXPECT_TRUE(keepUnreadableFile(sandbox.write(QStringLiteral("f"), broken)));
+    EXPECT_EQ(sandbox.read(QStringLiteral("f.unreadable")), "first");
+    EXPECT_EQ(sandbox.read(QStringLiteral("f.unreadable.2")), "second");
+    EXPECT_EQ(sandbox.read(QStringLiteral("f.unreadable.3")), "third");
+    EXPECT_EQ(sandbox.files().size(), 3);
+    EXPECT_FALSE(keepUnreadableFile(sandbox.path(QStringLiteral("f"))));
 }
 
 } // namespace
