@@ -1,8 +1,8 @@
 #include "archive/ArchiveExtractor.h"
 
 #include "archive/ArchiveFormat.h"
-#include "archive/BadVolumes.h"
 #include "archive/ExtractionError.h"
+#include "archive/tools/PlainPaths.h"
 #include "archive/tools/UnpackingTools.h"
 #include "archive/workspace/HarmlessTree.h"
 #include "archive/workspace/RepairFolder.h"
@@ -23,11 +23,6 @@ namespace {
 void printTrace(const QString& line)
 {
     std::puts(line.toUtf8().constData());
-}
-
-QString lastName(const QString& path)
-{
-    return QFileInfo(path).fileName();
 }
 
 QString repairTool()
@@ -77,7 +72,7 @@ QCoro::Task<std::shared_ptr<WorkFolder>> ArchiveExtractor::extract(QString archi
     }
     std::exception_ptr failure;
     for (const UnpackingTool& tool : tools) {
-        const Attempt attempt{tool, format, password.has_value(), onProgress, stop};
+        const Attempt attempt{tool, archive, format, password.has_value(), onProgress, stop};
         try {
             std::shared_ptr<WorkFolder> unpacked = co_await unpack(attempt, destination);
             co_return unpacked;
@@ -105,7 +100,8 @@ QCoro::Task<std::shared_ptr<WorkFolder>> ArchiveExtractor::unpack(Attempt attemp
     if (watch.isOver())
         throw ToolStopped();
     const UnpackingTool& tool = attempt.tool;
-    const QStringList args = tool.arguments(folder->path());
+    const auto paths = std::make_unique<PlainPaths>(attempt.archive, folder->path());
+    const QStringList args = tool.arguments(paths->archive(), paths->destination());
     const Progress progress = tool.tellsProgress ? attempt.onProgress : Progress();
     std::exception_ptr failure;
     try {
@@ -129,26 +125,9 @@ QCoro::Task<std::shared_ptr<WorkFolder>> ArchiveExtractor::unpack(Attempt attemp
     co_return folder;
 }
 
-QCoro::Task<QStringList> ArchiveExtractor::verify(QString archive)
+QCoro::Task<VolumeTest> ArchiveExtractor::verify(QString archive)
 {
-    const std::optional<QString> tool = rarTool(m_tools);
-    if (!tool)
-        throw ExtractionError::toolNotFound(QStringLiteral("unrar/rar"));
-    const Trace trace = m_trace;
-    const QString about = QStringLiteral("[Verify] ") + lastName(archive);
-    const QStringList args{QStringLiteral("t"), archive};
-    QString output;
-    try {
-        co_await m_tools.run(*tool, args, {});
-        trace(about + QStringLiteral(" OK"));
-        co_return QStringList();
-    } catch (const ExtractionError& error) {
-        trace(about + failureText(error));
-        output = error.output();
-    }
-    const QStringList bad = badVolumes(output, archive);
-    trace(QStringLiteral("[Verify] bad volumes: ") + bad.join(QStringLiteral(", ")));
-    co_return bad;
+    return testVolumes(m_tools, archive, m_trace);
 }
 
 bool ArchiveExtractor::canRepair() const

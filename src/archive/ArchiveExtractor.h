@@ -1,6 +1,7 @@
 #pragma once
 
 #include "archive/ArchiveFormat.h"
+#include "archive/VolumeTest.h"
 #include "archive/tools/ToolRunner.h"
 #include "archive/tools/UnpackingTools.h"
 #include "platform/async/Background.h"
@@ -37,9 +38,8 @@ public:
     [[nodiscard]] QCoro::Task<std::shared_ptr<WorkFolder>>
     extract(QString archive, QString destination, Password password, Progress onProgress, std::stop_token stop = {});
 
-    /// Tests a set of RAR volumes by its first one and gives the sorted names of the bad ones. An empty list says that
-    /// the set is sound or that the tool blamed no volume.
-    QCoro::Task<QStringList> verify(QString archive);
+    /// Tests a set of RAR volumes by its first one.
+    QCoro::Task<VolumeTest> verify(QString archive);
 
     /// Rebuilds missing and damaged volumes of a set out of its recovery volumes, by its first volume. Gives the paths
     /// of what was rebuilt and of what that replaced. Whatever the tool says: what it rebuilt is kept. Throws when it
@@ -56,6 +56,7 @@ private:
     struct Attempt
     {
         UnpackingTool tool;
+        QString archive;
         ArchiveFormat format = ArchiveFormat::zip;
         bool isPasswordGiven = false;
         Progress onProgress;

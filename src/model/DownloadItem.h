@@ -2,6 +2,7 @@
 
 #include "model/DownloadStatus.h"
 #include "model/ItemId.h"
+#include "model/VerificationResult.h"
 #include "platform/clock/Clock.h"
 #include "text/Link.h"
 
@@ -31,6 +32,7 @@ enum class ItemField : quint32
     RecoveryCountdown = 1U << 11,
     ExtractionStartedAt = 1U << 12,
     ExtractionTurn = 1U << 13,
+    Verification = 1U << 14,
 };
 Q_DECLARE_FLAGS(ItemFields, ItemField)
 Q_DECLARE_OPERATORS_FOR_FLAGS(ItemFields)
@@ -74,6 +76,8 @@ public:
     [[nodiscard]] const std::optional<WallTime>& extractionStartedAt() const { return m_extractionStartedAt; }
     /// Is its archive ready, but others are worked on first?
     [[nodiscard]] bool awaitsExtractionTurn() const { return m_awaitsExtractionTurn; }
+    /// Gone with the next change of either status.
+    [[nodiscard]] const VerificationResult& verification() const { return m_verification; }
 
     void setResolvedURL(std::optional<Link> url) { set(m_resolvedURL, std::move(url), ItemField::ResolvedUrl); }
     void setFilename(QString name) { set(m_filename, std::move(name), ItemField::Filename); }
@@ -83,16 +87,13 @@ public:
         m_isNameTold = true;
         setFilename(std::move(name));
     }
-    void setStatus(DownloadStatus status) { set(m_status, std::move(status), ItemField::Status); }
+    void setStatus(DownloadStatus status);
     void setProgress(double progress) { set(m_progress, progress, ItemField::Progress); }
     void setBytesReceived(qint64 bytes) { set(m_bytesReceived, bytes, ItemField::BytesReceived); }
     void setTotalBytes(qint64 bytes) { set(m_totalBytes, bytes, ItemField::TotalBytes); }
     void setSpeedBytesPerSec(double speed) { set(m_speedBytesPerSec, speed, ItemField::Speed); }
     void setLocalPath(std::optional<QString> path) { set(m_localPath, std::move(path), ItemField::LocalPath); }
-    void setExtractionStatus(ExtractionStatus status)
-    {
-        set(m_extractionStatus, std::move(status), ItemField::ExtractionStatus);
-    }
+    void setExtractionStatus(ExtractionStatus status);
     void setExtractionProgress(double progress) { set(m_extractionProgress, progress, ItemField::ExtractionProgress); }
     void setResolvedAt(std::optional<WallTime> time) { set(m_resolvedAt, time, ItemField::ResolvedAt); }
     void setRecoveryCountdown(std::optional<int> seconds)
@@ -105,6 +106,7 @@ public:
     }
     void setAwaitsExtractionTurn(bool awaits) { set(m_awaitsExtractionTurn, awaits, ItemField::ExtractionTurn); }
     void setWantedAnew(bool isWanted) { m_isWantedAnew = isWanted; }
+    void setVerification(VerificationResult result) { set(m_verification, std::move(result), ItemField::Verification); }
     /// For the queue file, which stores the text it once showed.
     void restoreHostName(QString name) { m_hostName = std::move(name); }
 
@@ -151,6 +153,7 @@ private:
     bool m_awaitsExtractionTurn = false;
     bool m_isNameTold = false;
     bool m_isWantedAnew = false;
+    VerificationResult m_verification;
     ItemWatcher* m_watcher = nullptr;
 };
 

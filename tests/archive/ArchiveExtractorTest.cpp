@@ -19,9 +19,9 @@ namespace {
 
 using Kind = ExtractionError::Kind;
 
-QCoro::Task<> keepList(QCoro::Task<QStringList> task, QStringList& list)
+QCoro::Task<> keep(QCoro::Task<VolumeTest> task, VolumeTest& result)
 {
-    list = co_await task;
+    result = co_await task;
 }
 
 /// The extractor with tools that do nothing but remember.
@@ -48,11 +48,11 @@ protected:
     void add(const char* tool, const QByteArray& body = "exit 0") { tools.add(QString::fromUtf8(tool), body); }
 
     /// The result of a verification, and how it ended.
-    std::pair<QStringList, TaskEnd> verify(const QString& name)
+    std::pair<VolumeTest, TaskEnd> verify(const QString& name)
     {
-        QStringList bad;
-        const TaskEnd end = runToEnd(keepList(extractor.verify(archive(name)), bad));
-        return {bad, end};
+        VolumeTest result;
+        const TaskEnd end = runToEnd(keep(extractor.verify(archive(name)), result));
+        return {result, end};
     }
 
     fixtures::Sandbox sandbox;
@@ -198,12 +198,12 @@ TEST_F(ArchiveExtractorTest, aZipWithAPasswordNeverGoesToDitto)
 {
     add("ditto");
     add("unzip");
-    EXPECT_TRUE(extract(QStringLiteral("a.zip"), QStringLiteral("-secret")).isSuccess());
+    EXPECT_TRUE(extract(QStringLiteral("a.zip"), QStringLiteral("secret")).isSuccess());
     EXPECT_TRUE(extract(QStringLiteral("a.zip"), QStringLiteral("")).isSuccess());
     EXPECT_TRUE(calls("ditto").isEmpty());
     ASSERT_EQ(calls("unzip").size(), 2);
     EXPECT_EQ(calls("unzip")[0].mid(0, 3),
-              (QStringList{QStringLiteral("-P"), QStringLiteral("-secret"), QStringLiteral("-o")}));
+              (QStringList{QStringLiteral("-P"), QStringLiteral("secret"), QStringLiteral("-o")}));
     EXPECT_EQ(calls("unzip")[1].front(), u"-o");
 }
 
@@ -291,9 +291,10 @@ TEST_F(ArchiveExtractorTest, aSoundSetHasNoBadVolumes)
 {
     add("unrar");
     add("rar");
-    const auto [bad, end] = verify(QStringLiteral("a.part1.rar"));
+    const auto [test, end] = verify(QStringLiteral("a.part1.rar"));
     EXPECT_TRUE(end.isSuccess());
-    EXPECT_EQ(bad, QStringList());
+    EXPECT_EQ(test.outcome, VolumeTest::Outcome::sound);
+    EXPECT_EQ(test.badVolumes, QStringList());
     EXPECT_EQ(calls("unrar"), (QList<QStringList>{{QStringLiteral("t"), archive(QStringLiteral("a.part1.rar"))}}));
     EXPECT_EQ(trace, QStringList{QStringLiteral("[Verify] a.part1.rar OK")});
 }
@@ -301,12 +302,37 @@ TEST_F(ArchiveExtractorTest, aSoundSetHasNoBadVolumes)
 TEST_F(ArchiveExtractorTest, aFailedTestNamesTheBadVolumes)
 {
     add("rar", "echo 'Cannot find volume /x/a.part3.rar'; echo 'Corrupt header'; exit 3");
-    const auto [bad, end] = verify(QStringLiteral("a.part1.rar"));
+    const auto [test, end] = verify(QStringLiteral("a.part1.rar"));
     EXPECT_TRUE(end.isSuccess());
-    EXPECT_EQ(bad, (QStringList{QStringLiteral("a.part1.rar"), QStringLiteral("a.part3.rar")}));
+    EXPECT_EQ(test.outcome, VolumeTest::Outcome::damaged);
+    EXPECT_EQ(test.badVolumes, (QStringList{QStringLiteral("a.part1.rar"), QStringLiteral("a.part3.rar")}));
     EXPECT_EQ(trace, (QStringList{QStringLiteral("[Verify] a.part1.rar FAILED (code 3):\nCannot find volume "
                                                  "/x/a.part3.rar\nCorrupt header\n"),
                                   QStringLiteral("[Verify] bad volumes: a.part1.rar, a.part3.rar")}));
+}
+
+TEST_F(ArchiveExtractorTest, theMiddleOfALongTestIsReadAsWell)
+{
+    // Far more than is kept of an output.
+    add("unrar", "echo 'Testing archive /x/a.part1.rar'; "
+                 "members() { yes 'Testing     a file of many       \b\b\b\b  5%  OK ' | head -n 50000; }; "
+                 "members; echo 'f : packed data checksum error in volume /x/a.part2.rar'; "
+                 "echo 'Testing archive /x/a.part3.rar'; members; echo 'f   - checksum error'; exit 3");
+    const auto [test, end] = verify(QStringLiteral("a.part1.rar"));
+    EXPECT_TRUE(end.isSuccess());
+    EXPECT_EQ(test.badVolumes, QStringList{QStringLiteral("a.part2.rar")});
+}
+
+TEST_F(ArchiveExtractorTest, aTestThatFailsWithoutBlameTellsTheToolsReason)
+{
+    add("unrar",
+        "echo 'UNRAR 6.21 freeware'; echo 'Read error in the file /x/a.part2.rar'; echo 'Total errors: 1'; exit 2");
+    const auto [test, end] = verify(QStringLiteral("a.part1.rar"));
+    EXPECT_TRUE(end.isSuccess());
+    EXPECT_EQ(test.outcome, VolumeTest::Outcome::failed);
+    EXPECT_EQ(test.reason, u"Read error in the file /x/a.part2.rar");
+    add("unrar", "exit 9");
+    EXPECT_EQ(verify(QStringLiteral("a.part1.rar")).first.reason, u"code 9");
 }
 
 TEST_F(ArchiveExtractorTest, verificationWithoutAToolOrOneThatDoesNotStartThrows)

@@ -98,8 +98,7 @@ const End ends[] = {
      [](Running& t) { t.server().fail(HttpError::Kind::TimedOut); }, DownloadStatus::failed},
     {"AnErrorAnswer", [](Running& t) { t.loseConnection(); }, [](Running& t) { t.server().head(503); },
      DownloadStatus::queued},
-    {"AShortFile", [](Running& t) { t.resume(); }, [](Running& t) { t.server().finish(); },
-     DownloadStatus::downloading},
+    {"AShortFile", [](Running& t) { t.resume(); }, [](Running& t) { t.server().finish(); }, DownloadStatus::queued},
     {"AShortFileForGood",
      [](Running& t) {
          t.spendAllTries();

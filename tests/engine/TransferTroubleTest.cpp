@@ -200,6 +200,7 @@ class HostileHeader : public OneTransfer, public ::testing::WithParamInterface<H
 
 TEST_P(HostileHeader, EndsAsAFileInTheDownloadFolder)
 {
+    shop.settings().autoExtract.set(false);
     shop.sandbox.write(QStringLiteral("precious"), "keep");
     const ItemPtr item = shop.start(QStringLiteral("http://h/get"));
     say(200, {{"Content-Length", "3"}, {"Content-Disposition", GetParam().header}});
@@ -233,6 +234,7 @@ class HostileLink : public OneTransfer, public ::testing::WithParamInterface<con
 
 TEST_P(HostileLink, EndsAsAFileInTheDownloadFolder)
 {
+    shop.settings().autoExtract.set(false);
     const ItemPtr item = shop.start(QStringLiteral("http://h") + QLatin1StringView(GetParam()));
     say(200, {{"Content-Length", "3"}});
     send("abc");

@@ -37,21 +37,21 @@ QString tarLetters(ArchiveFormat format)
     }
 }
 
-UnpackingTool sevenZip(const QString& tool, const QString& archive, const Password& password)
+UnpackingTool sevenZip(const QString& tool, const Password& password)
 {
-    return {tool, [=](const QString& destination) { return sevenZipArguments(archive, destination, password); }};
+    return {tool, [=](const QString& archive, const QString& to) { return sevenZipArguments(archive, to, password); }};
 }
 
-std::vector<UnpackingTool> zipTools(const QString& archive, const Password& password, const ToolRunner& tools)
+std::vector<UnpackingTool> zipTools(const Password& password, const ToolRunner& tools)
 {
     std::vector<UnpackingTool> found;
     // It knows no passwords, and most systems have not got it.
     if (const QString ditto = tools.fixedTool(QStringLiteral("ditto")); !password && QFileInfo::exists(ditto))
-        found.push_back({ditto, [=](const QString& destination) { return dittoArguments(archive, destination); }});
+        found.push_back({ditto, dittoArguments});
     found.push_back({tools.fixedTool(QStringLiteral("unzip")),
-                     [=](const QString& destination) { return unzipArguments(archive, destination, password); }});
+                     [=](const QString& archive, const QString& to) { return unzipArguments(archive, to, password); }});
     if (const std::optional<QString> tool = sevenZipTool(tools))
-        found.push_back(sevenZip(*tool, archive, password));
+        found.push_back(sevenZip(*tool, password));
     return found;
 }
 
@@ -63,20 +63,23 @@ std::vector<UnpackingTool> unpackingTools(const QString& archive, const Password
     if (!format)
         throw ExtractionError::unsupportedFormat();
     if (format == ArchiveFormat::zip)
-        return zipTools(archive, password, tools);
+        return zipTools(password, tools);
     std::vector<UnpackingTool> found;
     if (format == ArchiveFormat::rar) {
         if (const std::optional<QString> tool = rarTool(tools))
-            found.push_back({*tool, [=](const QString& to) { return rarArguments(archive, to, password); }, true});
+            found.push_back({*tool,
+                             [=](const QString& from, const QString& to) { return rarArguments(from, to, password); },
+                             true});
     } else if (format == ArchiveFormat::sevenZip) {
         if (const std::optional<QString> tool = sevenZipTool(tools)) {
-            found.push_back(sevenZip(*tool, archive, password));
+            found.push_back(sevenZip(*tool, password));
             found.back().tellsProgress = true;
         }
     } else {
         const QString letters = tarLetters(*format);
         found.push_back({tools.fixedTool(QStringLiteral("tar")),
-                         [=](const QString& to) { return tarArguments(letters, archive, to); }, false, false});
+                         [=](const QString& from, const QString& to) { return tarArguments(letters, from, to); }, false,
+                         false});
     }
     return found;
 }

@@ -13,7 +13,7 @@ class ToolRunner;
 struct UnpackingTool
 {
     QString path;
-    std::function<QStringList(const QString& destination)> arguments;
+    std::function<QStringList(const QString& archive, const QString& destination)> arguments;
     bool tellsProgress = false;
     bool tellsOfPassword = true; ///< what it prints tells whether the password is to blame
 };

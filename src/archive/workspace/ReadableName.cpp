@@ -37,8 +37,7 @@ QString decoded(const QByteArray& bytes, CodePage page)
 bool readsWell(const QString& text)
 {
     return std::all_of(text.begin(), text.end(), [](QChar c) {
-        return c.unicode() < asciiSize || (c.script() == QChar::Script_Latin && (c.isLower() || c.isUpper()) &&
-                                           c.decompositionTag() <= QChar::Canonical);
+        return c.unicode() < asciiSize || (c.script() == QChar::Script_Latin && (c.isLower() || c.isUpper()));
     });
 }
 

@@ -13,7 +13,8 @@ bool TreeCursor::enter(const QByteArray& name)
 {
     const auto here = factsOf(m_folder.get());
     FileDescriptor below = here ? openFolder(m_folder.get(), name) : FileDescriptor();
-    if (!below.isOpen())
+    // Nobody can go back from a folder that is closed to him.
+    if (!below.isOpen() || !factsOf(below.get(), ".."))
         return false;
     m_above.push_back(identityOf(*here));
     m_folder = std::move(below);
@@ -23,7 +24,7 @@ bool TreeCursor::enter(const QByteArray& name)
 bool TreeCursor::leave()
 {
     FileDescriptor above = openFolder(m_folder.get(), "..");
-    const auto facts = factsOf(above.get());
+    const auto facts = above.isOpen() ? factsOf(above.get()) : std::nullopt;
     if (!facts)
         return false;
     if (identityOf(*facts) != m_above.back()) {

@@ -14,7 +14,6 @@ constexpr qint64 endSize = 22;
 constexpr qint64 end64Size = 56;
 constexpr qint64 locatorSize = 20;
 constexpr qint64 entrySize = 46;
-constexpr quint32 tooLarge = 0xffffffff;
 
 template <typename Number>
 Number numberAt(const QByteArray& bytes, qint64 offset)
@@ -41,11 +40,9 @@ QByteArray directoryOf(QFile& file)
     quint64 size = numberAt<quint32>(tail, end + 12);
     // Counted back from its end, as other things may stand in front of the archive.
     qint64 directoryEnd = tailStart + end;
-    if (size == tooLarge || numberAt<quint32>(tail, end + 16) == tooLarge) {
+    const QByteArray end64 = readAt(file, directoryEnd - locatorSize - end64Size, end64Size);
+    if (end64.size() == end64Size && end64.startsWith("PK\6\6")) {
         directoryEnd -= locatorSize + end64Size;
-        const QByteArray end64 = readAt(file, directoryEnd, end64Size);
-        if (end64.size() < end64Size || !end64.startsWith("PK\6\6"))
-            return {};
         size = numberAt<quint64>(end64, 40);
     }
     return size <= largest ? readAt(file, directoryEnd - static_cast<qint64>(size), static_cast<qint64>(size))

@@ -8,7 +8,8 @@ namespace vormel {
 class AppSettings;
 
 /// Lets what Qt itself shows (dialogs for files, menus of text fields) speak the language of the settings, also what is
-/// open while that changes. Without Qt's own translation on this machine it stays English. The settings must outlive it.
+/// open while that changes. Without Qt's own translation on this machine it stays English. The settings must outlive
+/// it.
 class QtTranslation final : public QObject
 {
     Q_OBJECT

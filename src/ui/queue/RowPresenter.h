@@ -18,6 +18,9 @@ namespace vormel {
 /// The same without a figure.
 [[nodiscard]] QString extractionWords(const DownloadItem& item, AppLanguage language);
 
+/// What the user's wish to have the set tested came to; empty without one.
+[[nodiscard]] QString verificationText(const VerificationResult& result, AppLanguage language);
+
 /// How long the archive step has been going on: minutes and seconds, "0:07". Empty while none is.
 [[nodiscard]] QString elapsedText(const DownloadItem& item, WallTime now);
 
