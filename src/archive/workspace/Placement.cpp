@@ -25,7 +25,7 @@ class Placing
 public:
     Placing(const WorkFolder& from, const PlacementRules& rules)
         : m_protected(rules.protectedPaths)
-        , m_trash(*rules.trash)
+        , m_trash(rules.trash)
         , m_source(openFolder(from.filesHandle(), "."))
         , m_target(openFolder(from.destinationHandle(), "."))
     {
@@ -83,7 +83,7 @@ private:
 
     bool takeAway(const QByteArray& name, const struct stat& obstacle)
     {
-        return !m_protected.liesIn(identityOf(obstacle)) && m_trash.moveToTrash(pathOf(name));
+        return !m_protected.liesIn(identityOf(obstacle)) && m_trash != nullptr && m_trash->moveToTrash(pathOf(name));
     }
 
     /// False if the folder in the destination is gone.
@@ -141,7 +141,7 @@ private:
     }
 
     ProtectedFiles m_protected;
-    Trash& m_trash;
+    Trash* m_trash;
     TreeCursor m_source;
     TreeCursor m_target;
     FileIdentity m_place; ///< of the folder in the destination

@@ -204,6 +204,14 @@ TEST_F(PlacementTest, theNewcomerGetsANumberWhereTheTrashTakesNothing)
     EXPECT_EQ(read(QStringLiteral("folder.d (1)/x")), "new");
 }
 
+TEST_F(PlacementTest, theNewcomerGetsANumberWhereThereIsNoTrash)
+{
+    own(QStringLiteral("file"));
+    unpacked(QStringLiteral("file"));
+    EXPECT_EQ(placeInto(work, {}).placed, QStringList{in(QStringLiteral("file (1)"))});
+    EXPECT_EQ(read(QStringLiteral("file")), "old");
+}
+
 TEST_F(PlacementTest, whatIsProtectedStaysAndTheNewcomerGetsANumber)
 {
     own(QStringLiteral("set.part1.rar"));
