@@ -213,7 +213,7 @@ TEST_F(RealExtractionTest, aPasswordOfAnyKindOpensEachKindOfArchive)
             continue;
         const QString zip = pack(name + QStringLiteral(".zip"), QStringLiteral("zip"),
                                  {QStringLiteral("-qr"), QStringLiteral("-P"), password, each, dot});
-        EXPECT_TRUE(runToEnd(withFew.extract(zip, out, password, {})).isSuccess()) << password.toStdString();
+        EXPECT_TRUE(runToEnd(unpackInto(withFew, zip, out, password)).isSuccess()) << password.toStdString();
         expectUnpacked();
         QDir(out).removeRecursively();
     }
@@ -231,7 +231,7 @@ TEST_F(RealExtractionTest, unzipTakesPasswordsThatBeginWithAHyphen)
          {QStringLiteral("-"), QStringLiteral("-x"), QStringLiteral("--"), QStringLiteral("-o a")}) {
         const QString zip =
             packSevenZip(QStringLiteral("a.zip"), {QStringLiteral("-mem=ZipCrypto"), QStringLiteral("-p") + password});
-        EXPECT_TRUE(runToEnd(withFew.extract(zip, sandbox.path(QStringLiteral("out")), password, {})).isSuccess())
+        EXPECT_TRUE(runToEnd(unpackInto(withFew, zip, sandbox.path(QStringLiteral("out")), password)).isSuccess())
             << password.toStdString();
         expectUnpacked();
         QFile::remove(zip);

@@ -41,9 +41,8 @@ public:
     {
         const HeaderLayout layout(m_metrics, content, m_row, Qt::LeftToRight);
         m_sizes = {layout.icon.height()};
-        paint(look, [&](const RowCanvas& canvas) {
-            paintHeader(canvas, m_metrics, content, layout, look.hot, look.isOpen);
-        });
+        paint(look,
+              [&](const RowCanvas& canvas) { paintHeader(canvas, m_metrics, content, layout, look.hot, look.isOpen); });
     }
 
     [[nodiscard]] QStringList texts() const

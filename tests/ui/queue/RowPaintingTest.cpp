@@ -173,8 +173,7 @@ TEST_P(RowPainting, WhatHasNoRoomIsElidedAndNothingIsCutOff)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, RowPainting, ::testing::ValuesIn(cases),
-                         [](const auto& row) { return row.param.name; });
+INSTANTIATE_TEST_SUITE_P(Rows, RowPainting, ::testing::ValuesIn(cases), [](const auto& row) { return row.param.name; });
 
 class OneRowPainting : public ::testing::Test
 {
