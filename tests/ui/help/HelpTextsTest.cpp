@@ -55,8 +55,7 @@ const Row rows[] = {
      "arrow.up.arrow.down",
      Tint::orange,
      {"Rearrange the queue", "Drag items up or down to change the download order at any time."},
-     {"Riordina la coda",
-      "Trascina gli elementi su o giù per cambiare l'ordine di download in qualsiasi momento."}},
+     {"Riordina la coda", "Trascina gli elementi su o giù per cambiare l'ordine di download in qualsiasi momento."}},
     {"accounts",
      3,
      "person.badge.key.fill",
@@ -137,7 +136,7 @@ const Row rows[] = {
 
 std::string withService(const char* text)
 {
-    return QString::fromUtf8(text).replace(u"%1", filestoreDomain).toStdString();
+    return QString::fromUtf8(text).replace(QStringLiteral("%1"), filestoreDomain).toStdString();
 }
 
 class HelpTexts : public ::testing::TestWithParam<Row>
@@ -160,7 +159,8 @@ TEST_P(HelpTexts, HaveTheirIconInItsColour)
     EXPECT_EQ(feature.color, GetParam().color);
 }
 
-INSTANTIATE_TEST_SUITE_P(Features, HelpTexts, ::testing::ValuesIn(rows), [](const auto& row) { return row.param.name; });
+INSTANTIATE_TEST_SUITE_P(Features, HelpTexts, ::testing::ValuesIn(rows),
+                         [](const auto& row) { return row.param.name; });
 
 struct Part
 {

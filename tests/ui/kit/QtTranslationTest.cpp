@@ -22,8 +22,7 @@ class QtTranslationTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        const QString file =
-            QLibraryInfo::path(QLibraryInfo::TranslationsPath) + QStringLiteral("/qtbase_it.qm");
+        const QString file = QLibraryInfo::path(QLibraryInfo::TranslationsPath) + QStringLiteral("/qtbase_it.qm");
         if (QFile::exists(file))
             return;
         if (fixtures::areToolsRequired())
