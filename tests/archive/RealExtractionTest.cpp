@@ -195,9 +195,8 @@ TEST_F(RealExtractionTest, aPasswordOfAnyKindOpensEachKindOfArchive)
     const QString dot = QStringLiteral(".");
     int number = 0;
     for (const QString& password :
-         {QStringLiteral("-x"), QStringLiteral("--"), QStringLiteral("-p-"), QStringLiteral("@x"), QStringLiteral("*"),
-          QStringLiteral(" a b "), QStringLiteral("a\"b'c\\"), QStringLiteral("$HOME;`x`"), QStringLiteral("a\nb\tc"),
-          QStringLiteral("пароль 日本 ü😀"), QStringLiteral("k").repeated(200)}) {
+         {QStringLiteral("-x"), QStringLiteral("@x"), QStringLiteral(" a b "), QStringLiteral("a\"b'c\\$HOME;`x`*"),
+          QStringLiteral("a\nb\tc"), QStringLiteral("пароль 日本 ü😀"), QStringLiteral("k").repeated(200)}) {
         const QString name = QString::number(++number);
         const QString rar = pack(name + QStringLiteral(".rar"), QStringLiteral("rar"),
                                  {QStringLiteral("a"), QStringLiteral("-idq"), QStringLiteral("-r"),
@@ -214,7 +213,7 @@ TEST_F(RealExtractionTest, aPasswordOfAnyKindOpensEachKindOfArchive)
             continue;
         const QString zip = pack(name + QStringLiteral(".zip"), QStringLiteral("zip"),
                                  {QStringLiteral("-qr"), QStringLiteral("-P"), password, each, dot});
-        EXPECT_TRUE(runToEnd(withFew.extract(zip, out, password, {})).isSuccess()) << password.toStdString();
+        EXPECT_TRUE(runToEnd(unpackInto(withFew, zip, out, password)).isSuccess()) << password.toStdString();
         expectUnpacked();
         QDir(out).removeRecursively();
     }
@@ -232,7 +231,7 @@ TEST_F(RealExtractionTest, unzipTakesPasswordsThatBeginWithAHyphen)
          {QStringLiteral("-"), QStringLiteral("-x"), QStringLiteral("--"), QStringLiteral("-o a")}) {
         const QString zip =
             packSevenZip(QStringLiteral("a.zip"), {QStringLiteral("-mem=ZipCrypto"), QStringLiteral("-p") + password});
-        EXPECT_TRUE(runToEnd(withFew.extract(zip, sandbox.path(QStringLiteral("out")), password, {})).isSuccess())
+        EXPECT_TRUE(runToEnd(unpackInto(withFew, zip, sandbox.path(QStringLiteral("out")), password)).isSuccess())
             << password.toStdString();
         expectUnpacked();
         QFile::remove(zip);

@@ -14,7 +14,7 @@ struct PlacementRules
     /// Absolute paths of files that must not be taken away, nor their names be given to others: volumes of the running
     /// set, files and part files of other items.
     QSet<QString> protectedPaths;
-    Trash* trash = nullptr;
+    Trash* trash = nullptr; ///< without one nothing is taken away
 };
 
 struct PlacementResult

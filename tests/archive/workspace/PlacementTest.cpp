@@ -204,6 +204,14 @@ TEST_F(PlacementTest, theNewcomerGetsANumberWhereTheTrashTakesNothing)
     EXPECT_EQ(read(QStringLiteral("folder.d (1)/x")), "new");
 }
 
+TEST_F(PlacementTest, theNewcomerGetsANumberWhereThereIsNoTrash)
+{
+    own(QStringLiteral("file"));
+    unpacked(QStringLiteral("file"));
+    EXPECT_EQ(placeInto(work, {}).placed, QStringList{in(QStringLiteral("file (1)"))});
+    EXPECT_EQ(read(QStringLiteral("file")), "old");
+}
+
 TEST_F(PlacementTest, whatIsProtectedStaysAndTheNewcomerGetsANumber)
 {
     own(QStringLiteral("set.part1.rar"));
@@ -214,7 +222,7 @@ TEST_F(PlacementTest, whatIsProtectedStaysAndTheNewcomerGetsANumber)
               (QStringList{QStringLiteral("set.part1 (1).rar"), QStringLiteral("sub")}));
     EXPECT_EQ(read(QStringLiteral("set.part1.rar")), "old");
     EXPECT_EQ(read(QStringLiteral("sub/film.mkv.download")), "old");
-    EXPECT_EQ(read(QStringLiteral("sub/film.mkv (1).download")), "new");
+    EXPECT_EQ(read(QStringLiteral("sub/film (1).mkv")), "new");
     EXPECT_TRUE(trashed().isEmpty());
 }
 
@@ -245,7 +253,7 @@ TEST_F(PlacementTest, aProtectedNameIsNotGivenAwayAlsoIfNothingStandsThereYet)
     unpacked(QStringLiteral("b.bin"));
     ScriptedTrash refusing([](const QString&) { return false; });
     EXPECT_EQ(placeWith(refusing, {in(QStringLiteral("a.bin.download")), in(QStringLiteral("b (1).bin"))}),
-              (QStringList{QStringLiteral("a.bin (1).download"), QStringLiteral("b (2).bin")}));
+              (QStringList{QStringLiteral("a (1).bin"), QStringLiteral("b (2).bin")}));
 }
 
 TEST_F(PlacementTest, whatIsProtectedIsKnownByWhateverPath)
