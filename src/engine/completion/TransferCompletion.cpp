@@ -2,6 +2,7 @@
 
 #include "archive/PostDownload.h"
 #include "engine/recovery/NetworkRecovery.h"
+#include "engine/transfer/PartMarks.h"
 #include "engine/transfer/TransferTexts.h"
 #include "model/AppSettings.h"
 #include "model/DownloadPaths.h"
@@ -50,8 +51,8 @@ void TransferCompletion::finishTransfer(DownloadItem& item, const TransferEnd& e
     if (!end.partPath || !end.finalPath)
         return fail(item, QStringLiteral("Internal error: missing path"));
     const qint64 size = sizeOnDisk(*end.partPath);
-    const bool isShort = item.totalBytes() >= 1 && size < item.totalBytes();
-    if (isShort || end.reason == TransferEnd::Reason::NotWritten)
+    const bool isWhole = item.totalBytes() < 1 || size == item.totalBytes();
+    if (!isWhole || end.reason != TransferEnd::Reason::Finished)
         return fileIsShort(item, end, size);
     fileIsComplete(item, end);
 }
@@ -61,6 +62,7 @@ void TransferCompletion::forget(const QSet<ItemId>& ids)
     for (const ItemId& id : ids) {
         m_retries.restore(id);
         m_nextTries.erase(id);
+        m_gaveUpBytes.remove(id);
     }
 }
 
@@ -76,7 +78,15 @@ void TransferCompletion::webPageCame(DownloadItem& item, const TransferEnd& end)
     // A page is of no use as a partial file: a later try starts from nothing.
     if (end.partPath)
         QFile::remove(*end.partPath);
+    item.setPartPlace(std::nullopt);
     fail(item, webPageText(end.page, m_settings.language.value()));
+}
+
+bool TransferCompletion::mayGiveUpBytes(const ItemId& id)
+{
+    const qsizetype known = m_gaveUpBytes.size();
+    m_gaveUpBytes.insert(id);
+    return m_gaveUpBytes.size() > known;
 }
 
 bool TransferCompletion::retryLater(DownloadItem& item)
@@ -110,11 +120,14 @@ void TransferCompletion::fileIsShort(DownloadItem& item, const TransferEnd& end,
 {
     const bool isTotalKnown = item.totalBytes() >= 1;
     item.setBytesReceived(size);
-    item.setProgress(isTotalKnown ? static_cast<double>(size) / static_cast<double>(item.totalBytes()) : 0);
+    item.setProgress(isTotalKnown ? std::min(static_cast<double>(size) / static_cast<double>(item.totalBytes()), 1.0)
+                                  : 0);
     item.setSpeedBytesPerSec(0);
-    if (!retryLater(item)) {
+    // Each such answer moves data and so earns the budget back; without another bound there would be no end to it.
+    const bool isFinal = end.reason == TransferEnd::Reason::Overlong && !mayGiveUpBytes(item.id());
+    if (isFinal || !retryLater(item)) {
         m_retries.restore(item.id());
-        const bool isShort = isTotalKnown && size < item.totalBytes();
+        const bool isShort = isTotalKnown && size < item.totalBytes() && end.reason != TransferEnd::Reason::Overlong;
         const QString message =
             isShort ? incompleteText(size, item.totalBytes()) : endText(end, m_settings.language.value());
         item.setStatus(DownloadStatus::failure(message));
@@ -125,12 +138,13 @@ void TransferCompletion::fileIsShort(DownloadItem& item, const TransferEnd& end,
 QString TransferCompletion::destinationFor(DownloadItem& item, const TransferEnd& end)
 {
     const std::optional<QString>& suggested = end.suggestedName;
-    if (!suggested || *suggested == lastComponent(*end.finalPath))
-        return *end.finalPath;
-    const DownloadPaths paths(m_settings.downloadFolderPath.value());
-    QDir().mkpath(paths.groupFolder(*suggested));
-    item.setFilename(*suggested);
-    return paths.finalFile(*suggested);
+    QString destination = *end.finalPath;
+    if (suggested && *suggested != lastComponent(destination)) {
+        item.setFilename(*suggested);
+        destination = DownloadPaths(m_settings.downloadFolderPath.value()).finalFile(*suggested);
+    }
+    QDir().mkpath(QFileInfo(destination).path());
+    return destination;
 }
 
 void TransferCompletion::fileIsComplete(DownloadItem& item, const TransferEnd& end)
@@ -138,6 +152,8 @@ void TransferCompletion::fileIsComplete(DownloadItem& item, const TransferEnd& e
     MoveResult moved = moveToFinalPlace(*end.partPath, destinationFor(item, end));
     if (moved.systemError != 0)
         return fail(item, fileErrorText(moved.systemError, m_settings.language.value()));
+    removeMarks(moved.path);
+    item.setPartPlace(std::nullopt);
     const bool isRev = isRevName(moved.path);
     if (isRev)
         moved.path = broughtToItsArchive(moved.path);
@@ -146,6 +162,7 @@ void TransferCompletion::fileIsComplete(DownloadItem& item, const TransferEnd& e
     item.setStatus(DownloadStatus::completed);
     item.setSpeedBytesPerSec(0);
     m_retries.restore(item.id());
+    m_gaveUpBytes.remove(item.id());
     m_queue.processQueue();
     m_queue.saveQueue();
     m_recovery.scheduleRecoveryCheck(item);
@@ -192,6 +209,7 @@ void TransferCompletion::startExtraction(const DownloadItem& item)
 
 void TransferCompletion::completeWithFile(DownloadItem& item, const QString& path)
 {
+    item.setPartPlace(std::nullopt);
     item.setLocalPath(path);
     item.setProgress(1.0);
     item.setStatus(DownloadStatus::completed);

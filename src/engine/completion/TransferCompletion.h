@@ -45,6 +45,9 @@ private:
     void fileIsShort(DownloadItem& item, const TransferEnd& end, qint64 size);
     void fileIsComplete(DownloadItem& item, const TransferEnd& end);
     void fail(DownloadItem& item, const QString& message);
+    /// An answer is thrown away whole, and another one asked for: once, or servers that never differ would be asked for
+    /// ever.
+    [[nodiscard]] bool mayGiveUpBytes(const ItemId& id);
     /// True if the item waits for another attempt.
     bool retryLater(DownloadItem& item);
     [[nodiscard]] QString destinationFor(DownloadItem& item, const TransferEnd& end);
@@ -59,6 +62,7 @@ private:
     Queue& m_queue;
     RetryBudget m_retries;
     std::unordered_map<ItemId, Timer> m_nextTries;
+    QSet<ItemId> m_gaveUpBytes;
 };
 
 } // namespace vormel

@@ -93,7 +93,8 @@ QCoro::Task<> FilenamePrefetch::lookUp(std::shared_ptr<Run> run, ItemPtr item, H
     }
     if (lifetime.isOver())
         co_return;
-    if (name && !name->isEmpty() && isWaiting(*item))
+    // Not an item that is half down by now.
+    if (name && !name->isEmpty() && isWaiting(*item) && item->bytesReceived() == 0)
         item->setFilename(*name);
     --run->inFlight;
     m_queue.later([this, run] { advance(run); });

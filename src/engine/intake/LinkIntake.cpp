@@ -102,7 +102,7 @@ void LinkIntake::markCompletedIfPresent(DownloadItem& item)
     if (isNamelessFile(item.filename()))
         return;
     const QString path = DownloadPaths(m_ports.settings.downloadFolderPath.value()).finalFile(item.filename());
-    if (!QFileInfo::exists(path))
+    if (!QFileInfo(path).isFile())
         return;
     m_ports.completion.completeWithFile(item, path);
     if (m_ports.settings.autoExtract.value())

@@ -88,6 +88,9 @@ QString endText(const TransferEnd& end, AppLanguage language)
     case TransferEnd::Reason::SourceChanged:
         return pair(language, u"The file on the server has changed — retry to download it from the start",
                     u"Il file sul server è cambiato — riprova per scaricarlo dall'inizio");
+    case TransferEnd::Reason::Overlong:
+        return pair(language, u"The server sent more than it had announced — retry",
+                    u"Il server ha inviato più dati di quanto annunciato — riprova");
     case TransferEnd::Reason::NotWritten:
         return fileErrorText(end.systemError, language);
     case TransferEnd::Reason::WebPage:
@@ -113,6 +116,7 @@ QString fileErrorText(int systemError, AppLanguage language)
     case ENOENT:
     case ENOTDIR:
         return pair(language, u"The download folder is missing.", u"La cartella dei download non esiste.");
+    case EMLINK:
     case ESTALE:
         return pair(language, u"The partial file was changed by another program — retry",
                     u"Il file parziale è stato modificato da un altro programma — riprova");

@@ -35,8 +35,8 @@ private:
 
     HttpResponse m_response;
     QString m_complaint;
-    bool m_isInHead = false;    ///< behind a status line
-    bool m_isFoldable = false;  ///< the line before was a field
+    bool m_isInHead = false;   ///< behind a status line
+    bool m_isFoldable = false; ///< the line before was a field
 };
 
 } // namespace vormel

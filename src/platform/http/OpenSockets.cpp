@@ -1,7 +1,8 @@
 #include "platform/http/OpenSockets.h"
 
-#include <netinet/in.h>
 #include <sys/socket.h>
+
+#include <netinet/in.h>
 
 namespace vormel {
 

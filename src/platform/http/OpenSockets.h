@@ -6,8 +6,8 @@
 
 namespace vormel {
 
-/// The sockets that one client has opened, so that a connection may be looked at before it is used again; libcurl itself
-/// does not say which socket a request is about to take. Client's thread only.
+/// The sockets that one client has opened, so that a connection may be looked at before it is used again; libcurl
+/// itself does not say which socket a request is about to take. Client's thread only.
 class OpenSockets
 {
 public:

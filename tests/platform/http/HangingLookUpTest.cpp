@@ -2,12 +2,11 @@
 
 #include <QElapsedTimer>
 
-#include <dlfcn.h>
-#include <netdb.h>
-
 #include <condition_variable>
 #include <cstring>
+#include <dlfcn.h>
 #include <mutex>
+#include <netdb.h>
 
 namespace {
 

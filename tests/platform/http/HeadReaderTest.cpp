@@ -47,7 +47,8 @@ Step lengths(const std::vector<QByteArray>& values)
 TEST(HeadReader, aHeadHasAStatusAndFields)
 {
     HeadReader reader{QUrl(QStringLiteral("http://h/x"))};
-    ASSERT_EQ(read(reader, {"HTTP/1.1 206 Partial Content\r\n", "ETag:\t\"a\" \r\n", "X : 1\n", "\r\n"}), Step::Complete);
+    ASSERT_EQ(read(reader, {"HTTP/1.1 206 Partial Content\r\n", "ETag:\t\"a\" \r\n", "X : 1\n", "\r\n"}),
+              Step::Complete);
     EXPECT_EQ(reader.response().statusCode, 206);
     EXPECT_EQ(reader.response().url, QUrl(QStringLiteral("http://h/x")));
     EXPECT_EQ(reader.response().header("etag"), "\"a\"");
@@ -56,8 +57,8 @@ TEST(HeadReader, aHeadHasAStatusAndFields)
 
 TEST(HeadReader, statusLinesOfEveryVersionAreTaken)
 {
-    for (const QByteArray line : {"HTTP/1.1 200 OK", "HTTP/1.0 200 Fine by me", "HTTP/1.1 200", "HTTP/1.1 200 ",
-                                  "HTTP/2 200 ", "HTTP/3 200"}) {
+    for (const QByteArray line :
+         {"HTTP/1.1 200 OK", "HTTP/1.0 200 Fine by me", "HTTP/1.1 200", "HTTP/1.1 200 ", "HTTP/2 200 ", "HTTP/3 200"}) {
         HeadReader reader{QUrl()};
         EXPECT_EQ(reader.take(line + "\r\n"), Step::More) << line.toStdString();
         EXPECT_EQ(reader.take("\r\n"), Step::Complete);

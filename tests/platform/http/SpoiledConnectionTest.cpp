@@ -81,8 +81,7 @@ TEST_F(SpoiledConnectionTest, surplusUnderEncryptionIsNotTheNextAnswer)
     const fixtures::Sandbox sandbox;
     FileServer secure({.tls = certificates.valid()});
     CurlHttpClient::Options options;
-    options.extraCaFile =
-        QString::fromStdString(certificates.writeAuthority(sandbox.root().toStdString()).string());
+    options.extraCaFile = QString::fromStdString(certificates.writeAuthority(sandbox.root().toStdString()).string());
     CurlHttpClient trusting(clock, options);
     serveWithLateSurplus(secure);
     Recorder first;
