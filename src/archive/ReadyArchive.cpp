@@ -2,8 +2,7 @@
 
 #include "archive/ArchiveFormat.h"
 #include "model/SetName.h"
-
-#include <QFileInfo>
+#include "text/FileName.h"
 
 #include <algorithm>
 
@@ -11,25 +10,33 @@ namespace vormel {
 
 namespace {
 
-QString nameOf(const DownloadItem& item)
+QString nameOnDisk(const DownloadItem& item)
 {
-    return QFileInfo(item.localPath().value_or(QString())).fileName();
+    return lastComponent(item.localPath().value_or(QString()));
+}
+
+QStringView folderOf(const DownloadItem& item)
+{
+    const QStringView path = *item.localPath();
+    return path.left(path.lastIndexOf(u'/'));
 }
 
 bool holdsBack(const DownloadItem& item, const ArchiveSources& sources)
 {
-    return !item.localPath() && isSetMember(item.filename()) && !(item.status() == DownloadStatus::failed) &&
-           (!isRevName(item.filename()) || sources.isFetched(item));
+    const bool isThere = item.localPath() && item.status() == DownloadStatus::completed;
+    if (isThere || !isSetMember(item.filename()))
+        return false;
+    const bool hasFailed = !item.localPath() && item.status() == DownloadStatus::failed;
+    return !hasFailed && (!isRevName(item.filename()) || sources.isComing(item));
 }
 
-/// The items whose files lie in the folder and belong to the set.
-std::vector<ItemPtr> onDisk(const std::vector<ItemPtr>& items, const QString& folder, const QString& base)
+/// The volumes of a set that its tools would look for beside the first one, and not find there.
+std::vector<ItemPtr> volumesElsewhere(std::span<const ItemPtr> set, const DownloadItem& first)
 {
-    const QString beginning = folder + u'/' + base;
+    const QStringView folder = folderOf(first);
     std::vector<ItemPtr> found;
-    for (const ItemPtr& item : items) {
-        if (item->localPath() && item->localPath()->startsWith(beginning) &&
-            QFileInfo(*item->localPath()).path() == folder && setBaseName(nameOf(*item)) == base)
+    for (const ItemPtr& item : set) {
+        if (item->localPath() && folderOf(*item) != folder && isSetMember(nameOnDisk(*item)))
             found.push_back(item);
     }
     return found;
@@ -41,21 +48,17 @@ std::optional<ReadyArchive> readyArchive(const ItemPtr& item, const ArchiveSourc
 {
     if (!item->localPath() || !formatOf(*item->localPath()))
         return std::nullopt;
-    const QFileInfo file(*item->localPath());
-    if (!isRarPart(file.fileName()))
-        return ReadyArchive{item, *item->localPath(), {}, false};
-    const QString base = setBaseName(file.fileName());
-    const std::vector<ItemPtr> members = onDisk(sources.items, file.path(), base);
-    const bool isHeldBack = std::any_of(sources.namedLikeSet.begin(), sources.namedLikeSet.end(),
-                                        [&](const ItemPtr& other) { return holdsBack(*other, sources); });
-    const bool isWhole = std::all_of(members.begin(), members.end(), [](const ItemPtr& member) {
-        return member->status() == DownloadStatus::completed;
-    });
-    const auto first = std::find_if(members.begin(), members.end(),
-                                    [](const ItemPtr& member) { return isFirstVolume(nameOf(*member)); });
-    if (isHeldBack || !isWhole || first == members.end())
+    if (!isRarPart(nameOnDisk(*item)))
+        return ReadyArchive{item, *item->localPath(), {}, false, {}};
+    const std::span<const ItemPtr> set = sources.namedLikeSet;
+    const bool isHeldBack =
+        std::any_of(set.begin(), set.end(), [&](const ItemPtr& other) { return holdsBack(*other, sources); });
+    const auto first =
+        std::find_if(set.begin(), set.end(), [](const ItemPtr& other) { return isFirstVolume(nameOnDisk(*other)); });
+    if (isHeldBack || first == set.end())
         return std::nullopt;
-    return ReadyArchive{*first, *(*first)->localPath(), base, true};
+    return ReadyArchive{*first, *(*first)->localPath(), setBaseName(item->filename()), true,
+                        volumesElsewhere(set, **first)};
 }
 
 } // namespace vormel

@@ -7,6 +7,8 @@
 #include "platform/storage/FileWriter.h"
 #include "resolvers/ResolverError.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 
 namespace vormel {
@@ -27,7 +29,7 @@ DownloadManager::DownloadManager(const Platform& platform, const Collaborators& 
           {m_table, m_settings, platform.clock, m_resolvers, m_session, m_completion, m_pipeline, m_recovery, *this})
     , m_prefetch(m_table, m_settings, m_resolvers, *this)
     , m_intake({m_table, m_settings, m_resolvers, m_completion, m_pipeline, *this})
-    , m_commands({m_table, m_settings, m_session, m_starter, m_completion, m_recovery, m_pipeline, *this})
+    , m_commands({m_table, m_settings, m_session, m_starter, m_completion, m_recovery, m_pipeline, m_intake, *this})
     , m_verification(m_table, collaborators.extractor, m_commands, m_pipeline)
 {
     applySpeedLimit();
@@ -49,6 +51,12 @@ void DownloadManager::setAccounts(std::vector<HostAccount> accounts)
 void DownloadManager::restoreQueue()
 {
     m_table.append(m_queueFile.restore(DownloadPaths(m_settings.downloadFolderPath.value())));
+    QSet<QString> folders{m_settings.downloadFolderPath.value(),
+                          m_settings.effectiveExtractionFolder().value_or(m_settings.downloadFolderPath.value())};
+    for (const ItemPtr& item : m_table.items())
+        if (item->localPath())
+            folders.insert(QFileInfo(*item->localPath()).path());
+    m_pipeline.removeAbandonedRuns(folders.values());
 }
 
 void DownloadManager::saveQueue()
@@ -67,7 +75,7 @@ void DownloadManager::applySpeedLimit()
 {
     constexpr qint64 unit = 1024;
     const qint64 cap = m_settings.maxDownloadSpeedKBps.value();
-    m_session.setLimit(cap < std::numeric_limits<qint64>::max() / unit ? cap * unit : 0);
+    m_session.setLimit(cap > 0 && cap < std::numeric_limits<qint64>::max() / unit ? cap * unit : 0);
 }
 
 void DownloadManager::addURLs(const std::vector<Link>& urls, const std::optional<QString>& containerPassword)
@@ -87,6 +95,16 @@ void DownloadManager::processQueue()
         m_startsUnderWay.insert(item->id());
         later([this, item] { startChosen(item, DownloadStatus::queued); });
     }
+}
+
+void DownloadManager::processQueueLater()
+{
+    if (std::exchange(m_isPassDue, true))
+        return;
+    later([this] {
+        m_isPassDue = false;
+        processQueue();
+    });
 }
 
 void DownloadManager::startAhead(const std::vector<ItemPtr>& items)
@@ -154,6 +172,9 @@ void DownloadManager::tableGrew(qsizetype first, qsizetype count)
 void DownloadManager::tableShrank(const QSet<ItemId>& ids)
 {
     m_queueFile.noteRemoval(ids);
+    m_intake.forget(ids);
+    for (const ItemId& id : ids)
+        m_signIns.forget(id);
     Q_EMIT itemsRemoved(ids);
     if (std::erase_if(m_pendingPasswords, [&ids](const auto& asked) { return ids.contains(asked.itemID); }) > 0)
         Q_EMIT changed();
@@ -168,24 +189,47 @@ void DownloadManager::tableItemChanged(DownloadItem& item, ItemField field)
 {
     m_queueFile.noteChange(item, field);
     Q_EMIT itemChanged(item.id(), field);
-    // What its archive waited for will not come; what is there may still be enough.
-    if (field == ItemField::Status && item.status() == DownloadStatus::failed && isRevName(item.filename()))
+    // Another transfer may have written under the name that is free now, or the item itself may have waited for one.
+    if (field == ItemField::Filename)
+        processQueueLater();
+    if (field == ItemField::Status)
+        statusChanged(item);
+}
+
+void DownloadManager::statusChanged(DownloadItem& item)
+{
+    if (!(item.status() == DownloadStatus::queued)) {
+        m_completion.endWait(item.id());
+        m_signIns.forget(item.id());
+    }
+    // What the set's archive waited for will not come; what is there may still be enough.
+    if (!(item.status() == DownloadStatus::failed) || !isSetMember(item.filename()))
+        return;
+    later([this, base = setBaseName(item.filename()), isRev = isRevName(item.filename())] {
+        if (isRev || m_revFiles.areAllThere(base))
+            resumeArchive(base);
+    });
+}
+
+void DownloadManager::tableSlotFreed(DownloadItem& item)
+{
+    // A recovery volume that is on its way no more may be one that nothing waits for.
+    if (isRevName(item.filename()) && !(item.status() == DownloadStatus::completed))
         later([this, base = setBaseName(item.filename())] { resumeArchive(base); });
 }
 
 void DownloadManager::resumeArchive(const QString& base)
 {
-    const std::span<const ItemPtr> members = m_table.itemsOfSet(base);
-    const auto there = std::find_if(members.begin(), members.end(), [](const ItemPtr& item) {
-        return isRarPart(item->filename()) && item->localPath();
-    });
-    if (m_settings.autoExtract.value() && there != members.end())
-        m_pipeline.autoExtractAfterDownload((*there)->id());
+    const std::span<const ItemPtr> set = m_table.itemsOfSet(base);
+    const auto first = std::find_if(
+        set.begin(), set.end(), [](const ItemPtr& item) { return isRarPart(item->filename()) && item->localPath(); });
+    if (m_settings.autoExtract.value() && first != set.end())
+        m_pipeline.autoExtractAfterDownload((*first)->id());
 }
 
 bool DownloadManager::isHeldBack(const DownloadItem& item) const
 {
-    if (m_startsUnderWay.contains(item.id()) || itemsAwaitingLogin.contains(item.id()))
+    if (m_startsUnderWay.contains(item.id()) || m_signIns.isAwaited(item.id()) || m_completion.isWaiting(item.id()))
         return true;
     return m_session.isFetching(DownloadPaths(m_settings.downloadFolderPath.value()).finalFile(item.filename()));
 }
@@ -238,28 +282,21 @@ void DownloadManager::transferEnded(const ItemId& id, TransferEnd end)
 
 void DownloadManager::awaitLogin(const ItemId& id, SupportedHost host)
 {
-    itemsAwaitingLogin.insert(id);
-    if (m_pendingLogin)
-        return;
-    m_pendingLogin = host;
-    Q_EMIT changed();
+    if (m_signIns.await(id, host))
+        Q_EMIT changed();
 }
 
 void DownloadManager::loginSucceeded()
 {
-    m_pendingLogin.reset();
-    itemsAwaitingLogin.clear();
+    m_signIns.answered();
     Q_EMIT changed();
     processQueue();
 }
 
 void DownloadManager::cancelLogin()
 {
-    m_pendingLogin.reset();
-    for (const ItemId& id : std::exchange(itemsAwaitingLogin, {})) {
-        if (const ItemPtr item = m_table.find(id))
-            item->setStatus(DownloadStatus::failure(ResolverError::authenticationFailed().errorDescription()));
-    }
+    for (const ItemId& id : m_signIns.answered())
+        m_table.find(id)->setStatus(DownloadStatus::failure(ResolverError::authenticationFailed().errorDescription()));
     Q_EMIT changed();
 }
 
@@ -335,14 +372,29 @@ std::span<const ItemPtr> DownloadManager::itemsOfSet(const QString& base) const
     return m_table.itemsOfSet(base);
 }
 
-bool DownloadManager::isRevFetched(const DownloadItem& item) const
-{
-    return m_settings.downloadRevFiles.value() || m_revFiles.isAllowed(item.id());
-}
-
 QString DownloadManager::customGroupName(const QString& base) const
 {
     return m_groupNames.customName(base);
+}
+
+std::size_t DownloadManager::placeOf(const ItemId& id) const
+{
+    return m_table.find(id) ? m_table.position(id) : std::numeric_limits<std::size_t>::max();
+}
+
+QSet<QString> DownloadManager::filesOfItems(const QSet<ItemId>& leftOut) const
+{
+    const DownloadPaths paths(m_settings.downloadFolderPath.value());
+    QSet<QString> files;
+    for (const ItemPtr& item : m_table.items()) {
+        if (leftOut.contains(item->id()))
+            continue;
+        if (item->localPath())
+            files.insert(*item->localPath());
+        else
+            files.insert(paths.partFile(item->filename()));
+    }
+    return files;
 }
 
 void DownloadManager::dropRevItems(const QSet<ItemId>& ids)

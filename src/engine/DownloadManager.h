@@ -14,6 +14,7 @@
 #include "engine/recovery/RevFiles.h"
 #include "engine/schedule/DownloadStarter.h"
 #include "engine/schedule/Scheduler.h"
+#include "engine/schedule/SignIns.h"
 #include "engine/transfer/TransferSession.h"
 #include "model/AppSettings.h"
 #include "platform/Platform.h"
@@ -85,6 +86,7 @@ public:
     void verifyGroup(const std::vector<ItemPtr>& items) { m_verification.verifyGroup(items); }
     void retryWithRevFiles(const std::vector<ItemPtr>& items) { m_recovery.retryWithRevFiles(items); }
     void retryExtraction(const ItemId& id) { m_pipeline.retryExtraction(id); }
+    void stopExtraction(const ItemId& id) { m_pipeline.stopWorkOn(id); }
 
     // The questions to the user. While one is set, its sheet is shown; the answer is one of the operations below it.
     [[nodiscard]] const std::optional<PendingCaptcha>& pendingCaptcha() const { return m_pendingCaptcha; }
@@ -96,7 +98,7 @@ public:
     }
     void confirmHostSelection(const std::vector<Link>& urls);
     void cancelHostSelection();
-    [[nodiscard]] const std::optional<SupportedHost>& pendingLogin() const { return m_pendingLogin; }
+    [[nodiscard]] const std::optional<SupportedHost>& pendingLogin() const { return m_signIns.pendingLogin(); }
     void loginSucceeded();
     void cancelLogin();
     /// The first of the archives that wait for theirs.
@@ -124,6 +126,7 @@ private:
     void tableShrank(const QSet<ItemId>& ids) override;
     void tableReordered() override;
     void tableItemChanged(DownloadItem& item, ItemField field) override;
+    void tableSlotFreed(DownloadItem& item) override;
     // SchedulingRules
     [[nodiscard]] bool isHeldBack(const DownloadItem& item) const override;
     [[nodiscard]] bool mayFetchRev(const DownloadItem& item) const override;
@@ -144,14 +147,19 @@ private:
     void startAhead(const std::vector<ItemPtr>& items) override;
     // PostDownloadPipeline::Queue
     [[nodiscard]] std::span<const ItemPtr> itemsOfSet(const QString& base) const override;
-    [[nodiscard]] bool isRevFetched(const DownloadItem& item) const override;
+    [[nodiscard]] bool isRevComing(const DownloadItem& item) const override { return m_revFiles.isComing(item); }
     [[nodiscard]] QString customGroupName(const QString& base) const override;
+    [[nodiscard]] std::size_t placeOf(const ItemId& id) const override;
+    [[nodiscard]] QSet<QString> filesOfItems(const QSet<ItemId>& leftOut) const override;
     bool allowRevFiles(const QString& base) override { return m_revFiles.allowRevFiles(base); }
     void askExtractionPassword(PendingExtractionPassword question) override;
     void dropRevItems(const QSet<ItemId>& ids) override;
 
     void restoreQueue();
     void applySpeedLimit();
+    /// A pass in a later turn, however many ask for it in this one.
+    void processQueueLater();
+    void statusChanged(DownloadItem& item);
     void resumeArchive(const QString& base);
     /// Starts an item that was chosen, if nothing has come between.
     void startChosen(const ItemPtr& item, DownloadStatus::Kind expected);
@@ -163,11 +171,11 @@ private:
     std::vector<HostAccount> m_accounts;
     std::optional<PendingCaptcha> m_pendingCaptcha;
     std::optional<PendingHostSelection> m_pendingHostSelection;
-    std::optional<SupportedHost> m_pendingLogin;
     std::deque<PendingExtractionPassword> m_pendingPasswords; ///< the first is the one asked
     double m_totalSpeedBytesPerSec = 0;
-    QSet<ItemId> itemsAwaitingLogin;
+    SignIns m_signIns;
     QSet<ItemId> m_startsUnderWay; ///< chosen by a pass, start task not yet run
+    bool m_isPassDue = false;
 
     QueueFile m_queueFile;
     GroupNames m_groupNames;

@@ -5,6 +5,27 @@
 
 namespace vormel {
 
+namespace {
+
+/// ".part", a number of eleven digits and ".rar".
+constexpr qsizetype longestUsualSuffix = 20;
+/// As much as fits into a name with such a suffix and ".download" behind it.
+constexpr qsizetype longestBaseBytes = 225;
+
+/// The name of a file on disk. What must be cut off the name of a volume is cut off what its set has in common: the
+/// same for all of them, or they would not find each other.
+QString diskName(const QString& filename)
+{
+    const QString base = isSetMember(filename) ? setBaseName(filename) : QString();
+    const QString suffix = filename.mid(base.size());
+    if (base.isEmpty() || suffix.size() > longestUsualSuffix || !filename.startsWith(base))
+        return safeFileName(filename);
+    return base.toUtf8().size() > longestBaseBytes ? safeFileName(base, longestBaseBytes) + suffix
+                                                   : safeFileName(filename, longestBaseBytes + longestUsualSuffix);
+}
+
+} // namespace
+
 QString DownloadPaths::groupFolder(const QString& filename) const
 {
     const QString base = isSetMember(filename) ? setBaseName(filename) : QString();
@@ -13,7 +34,7 @@ QString DownloadPaths::groupFolder(const QString& filename) const
 
 QString DownloadPaths::finalFile(const QString& filename) const
 {
-    return groupFolder(filename) + u'/' + safeFileName(filename);
+    return groupFolder(filename) + u'/' + diskName(filename);
 }
 
 QString DownloadPaths::partFile(const QString& filename) const

@@ -6,8 +6,6 @@ namespace vormel {
 
 namespace {
 
-/// File systems allow 255 bytes; this leaves room for ".download" and for " (12345)".
-constexpr qsizetype longestNameBytes = 235;
 /// The end of a name that is cut elsewhere: extension and part number, by which the files of a set differ.
 constexpr qsizetype keptTail = 40;
 
@@ -38,16 +36,16 @@ QString cutToBytes(QString text, qsizetype bytes)
     return text;
 }
 
-QString shortened(const QString& name)
+QString shortened(const QString& name, qsizetype mostBytes)
 {
     constexpr qsizetype mostBytesPerUnit = 3;
-    if (name.size() * mostBytesPerUnit <= longestNameBytes || name.toUtf8().size() <= longestNameBytes)
+    if (name.size() * mostBytesPerUnit <= mostBytes || name.toUtf8().size() <= mostBytes)
         return name;
     qsizetype cut = std::max<qsizetype>(name.size() - keptTail, 0);
     if (name[cut].isLowSurrogate())
         ++cut;
     const QString tail = name.mid(cut);
-    return cutToBytes(name.left(cut), longestNameBytes - tail.toUtf8().size()) + tail;
+    return cutToBytes(name.left(cut), mostBytes - tail.toUtf8().size()) + tail;
 }
 
 QString withoutPartEnding(QString name)
@@ -72,6 +70,13 @@ QString withoutPathExtension(QStringView name)
     return (dot < 0 ? name : name.left(dot)).toString();
 }
 
+QString numberedFileName(const QString& name, int number)
+{
+    const QString numbered = withoutPathExtension(name) + QStringLiteral(" (") + QString::number(number) + u')';
+    const QString extension = pathExtension(name);
+    return extension.isEmpty() ? numbered : numbered + u'.' + extension;
+}
+
 QString lastComponent(QStringView path)
 {
     while (path.endsWith(u'/'))
@@ -79,7 +84,7 @@ QString lastComponent(QStringView path)
     return path.mid(path.lastIndexOf(u'/') + 1).toString();
 }
 
-QString safeFileName(const QString& name)
+QString safeFileName(const QString& name, qsizetype mostBytes)
 {
     QString safe = name;
     if (std::any_of(name.begin(), name.end(), isHarmful))
@@ -90,7 +95,7 @@ QString safeFileName(const QString& name)
     safe = withoutPartEnding(std::move(safe));
     if (safe.isEmpty() || safe == u"." || safe == u"..")
         return QStringLiteral("_");
-    return shortened(safe);
+    return shortened(safe, mostBytes);
 }
 
 QString readableName(const QString& name)

@@ -170,6 +170,90 @@ TEST_F(DownloadStart, FailsTheHeldItemsWhenTheLoginIsCancelled)
     EXPECT_EQ(item->status().kind(), DownloadStatus::failed);
 }
 
+TEST_F(DownloadStart, FailsOnlyWhatStillWaitsWhenTheLoginIsCancelled)
+{
+    shop.manager().setAccounts({account(SupportedHost::filestore)});
+    QStringList links;
+    for (int i = 0; i < 5; ++i)
+        links << QStringLiteral("https://filestore.example/f/%1").arg(i);
+    shop.settings().maxConcurrentDownloads.set(5);
+    const auto items = shop.add(links);
+    for (std::size_t i = 0; i < 5; ++i)
+        answer(i, ResolverError::authenticationFailed());
+    shop.manager().startAll();
+    turnEventLoop();
+    for (std::size_t i = 5; i < 10; ++i)
+        answer(i, ResolverError::loginRequired(SupportedHost::filestore));
+    shop.manager().commands().stopItems({items[0]});
+    shop.sandbox.write(QStringLiteral("Downloads/1"), "x");
+    shop.manager().commands().resyncItems({items[1]});
+    shop.manager().pauseAll();
+    shop.manager().commands().resumeItem(*items[3]);
+    items[4]->setStatus(DownloadStatus::queued);
+    shop.manager().commands().removeItems({items[4]->id()});
+    shop.manager().cancelLogin();
+    EXPECT_EQ(items[0]->status(), DownloadStatus::stopped);
+    EXPECT_EQ(items[1]->status(), DownloadStatus::completed);
+    EXPECT_EQ(items[2]->status(), DownloadStatus::paused);
+    // It was tried again since, and no longer waits for that question.
+    EXPECT_EQ(items[3]->status(), DownloadStatus::queued);
+}
+
+TEST_F(DownloadStart, TakesNoFolderForAFinishedFile)
+{
+    shop.sandbox.write(QStringLiteral("Downloads/x.bin/inside"), "the user's own");
+    const ItemPtr item = shop.start(QStringLiteral("http://h/x.bin"));
+    ASSERT_EQ(item->status(), DownloadStatus::downloading);
+    shop.http.last().head(200, {{"Content-Length", "1"}});
+    shop.http.last().data("x");
+    shop.http.last().finish();
+    turnEventLoop();
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/x (1).bin")), "x");
+}
+
+TEST_F(DownloadStart, TakesNoFileOfAnotherItemForItsOwn)
+{
+    shop.sandbox.write(QStringLiteral("Downloads/get.php"), "first");
+    ASSERT_EQ(shop.add(QStringLiteral("http://h/get.php?id=1"))->status(), DownloadStatus::completed);
+    const ItemPtr second = shop.add(QStringLiteral("http://h/get.php?id=2"));
+    EXPECT_EQ(second->status(), DownloadStatus::paused);
+    shop.manager().startAll();
+    turnEventLoop();
+    EXPECT_EQ(second->status(), DownloadStatus::downloading);
+}
+
+TEST_F(DownloadStart, TakesTwoFilesOfOneToldNameForOne)
+{
+    shop.manager().setAccounts({account(SupportedHost::filestore)});
+    const ItemPtr first = shop.add(QStringLiteral("https://filestore.example/f/1"));
+    resolveTo(0, QStringLiteral("https://cdn.example/movie.rar"));
+    first->setLocalPath(shop.sandbox.write(QStringLiteral("Downloads/movie.rar"), "x"));
+    first->setStatus(DownloadStatus::completed);
+    const ItemPtr mirror = shop.add(QStringLiteral("https://filestore.example/f/2"));
+    resolveTo(1, QStringLiteral("https://cdn.example/movie.rar"));
+    shop.manager().startAll();
+    turnEventLoop();
+    resolveTo(2, QStringLiteral("https://cdn.example/movie.rar"));
+    EXPECT_EQ(mirror->status(), DownloadStatus::completed);
+    EXPECT_EQ(mirror->localPath(), first->localPath());
+}
+
+TEST_F(DownloadStart, LetsTheLinksOfOneScriptRunSideBySideOnceTheirNamesAreTold)
+{
+    const auto items = shop.add({QStringLiteral("http://h/get.php?id=1"), QStringLiteral("http://h/get.php?id=2"),
+                                 QStringLiteral("http://h/get.php?id=3")});
+    shop.manager().startAll();
+    turnEventLoop();
+    for (std::size_t i = 0; i < 3; ++i) {
+        ASSERT_EQ(shop.http.exchanges().size(), i + 1);
+        shop.http.last().head(
+            200, {{"Content-Length", "9"}, {"Content-Disposition", "filename=" + QByteArray::number(int(i)) + ".bin"}});
+        turnEventLoop();
+    }
+    for (const ItemPtr& item : items)
+        EXPECT_EQ(item->status(), DownloadStatus::downloading);
+}
+
 TEST_F(DownloadStart, KeepsTheFirstOfTwoLoginQuestions)
 {
     shop.manager().setAccounts({account(SupportedHost::filestore), account(SupportedHost::terabytez)});

@@ -135,12 +135,83 @@ TEST_F(FilenamePrefetchTest, EndsTheRunBeforeWhenLinksAreAdded)
         links.append(filestore(i));
     shop.add(links);
     shop.add(filestore(100));
-    // The new run asks for everything that has no address yet, five at a time.
-    EXPECT_EQ(lookUps(), 10U);
-    for (std::size_t i = 0; i < 5; ++i)
+    // The new run asks for everything that has no address yet, but waits for what is under way.
+    EXPECT_EQ(lookUps(), 5U);
+    for (std::size_t i = 0; i < 5; ++i) {
         name(i, QStringLiteral("old%1.rar").arg(i));
-    EXPECT_EQ(lookUps(), 10U);
+        EXPECT_EQ(lookUps(), 6U + i);
+    }
     EXPECT_EQ(shop.manager().items()[0]->filename(), QStringLiteral("old0.rar"));
+    EXPECT_EQ(log->resolves[5].url.absoluteString(), filestore(0));
+}
+
+TEST_F(FilenamePrefetchTest, LooksUpNoMoreThanFiveNamesHoweverOftenLinksAreAdded)
+{
+    for (int i = 0; i < 30; ++i)
+        shop.add(filestore(i));
+    EXPECT_EQ(lookUps(), 5U);
+    // The last run comes to its end, and with it to every item.
+    for (std::size_t i = 0; i < lookUps(); ++i)
+        name(i, QStringLiteral("n%1.rar").arg(i));
+    EXPECT_EQ(lookUps(), 35U);
+    for (const ItemPtr& item : shop.manager().items())
+        EXPECT_TRUE(item->isNameTold());
+}
+
+TEST_F(FilenamePrefetchTest, KeepsLinksOfOneNameThatNobodyHasTold)
+{
+    const auto items =
+        shop.add({QStringLiteral("http://h/get.php?id=1"), QStringLiteral("http://h/get.php?id=2"), filestore(1)});
+    shop.add(QStringLiteral("http://h/get.php?id=3"));
+    // Not even beside one for which it was told.
+    name(0, QStringLiteral("get.php"));
+    name(1, QStringLiteral("get.php"));
+    EXPECT_EQ(shop.manager().items().size(), 4U);
+}
+
+TEST_F(FilenamePrefetchTest, TakesNoNameReadOffADeadLinkForATwin)
+{
+    shop.add(
+        {QStringLiteral("https://filestore.example/1/x.rar"), QStringLiteral("https://filestore.example/2/x.rar")});
+    failWith(0, ResolverError::linkNotFound());
+    failWith(1, ResolverError::linkNotFound());
+    EXPECT_EQ(shop.manager().items().size(), 2U);
+}
+
+TEST_F(FilenamePrefetchTest, ComparesANameThatAResolveHasTold)
+{
+    shop.settings().maxConcurrentDownloads.set(1);
+    const ItemPtr first = shop.add(filestore(1));
+    failWith(0, ResolverError::authenticationFailed());
+    shop.manager().startAll();
+    turnEventLoop();
+    log->resolves.at(1).answer->deliver(ResolvedDownload{link(QStringLiteral("https://cdn.example/movie.rar")), {}});
+    turnEventLoop();
+    shop.manager().pauseAll();
+    shop.add(filestore(2));
+    name(2, QStringLiteral("Movie.rar"));
+    EXPECT_EQ(shop.manager().items(), std::vector{first});
+}
+
+TEST_F(FilenamePrefetchTest, LeavesAFileItsNameThatIsHalfDown)
+{
+    const ItemPtr item = shop.add(QStringLiteral("https://filestore.example/movie.rar"));
+    item->setBytesReceived(3);
+    name(0, QStringLiteral("other.rar"));
+    EXPECT_EQ(item->filename(), u"movie.rar");
+}
+
+TEST_F(FilenamePrefetchTest, LetsAnItemGoThatANewNameSetsFree)
+{
+    const ItemPtr running = shop.start(QStringLiteral("http://h/1"));
+    const ItemPtr waiting = shop.add(filestore(1));
+    waiting->setStatus(DownloadStatus::queued);
+    shop.manager().processQueue();
+    turnEventLoop();
+    ASSERT_EQ(waiting->status(), DownloadStatus::queued);
+    name(0, QStringLiteral("movie.rar"));
+    EXPECT_EQ(running->status(), DownloadStatus::downloading);
+    EXPECT_EQ(waiting->status(), DownloadStatus::resolving);
 }
 
 TEST_F(FilenamePrefetchTest, LooksUpNamesAfterARestart)

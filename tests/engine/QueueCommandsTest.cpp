@@ -1,6 +1,8 @@
 #include "fixtures/EventLoop.h"
 #include "fixtures/Workshop.h"
 
+#include <QFile>
+
 #include <gtest/gtest.h>
 
 using namespace vormel;
@@ -192,17 +194,56 @@ TEST_F(QueueCommandsTest, RetryBeginsAgainFromTheFirstByte)
 TEST_F(QueueCommandsTest, RedownloadDeletesTheFinishedFileAndFetchesItAgain)
 {
     const ItemPtr item = shop.add(QStringLiteral("http://h/x.rar"));
-    shop.sandbox.write(QStringLiteral("Downloads/x.rar"), "stale");
+    shop.sandbox.write(QStringLiteral("Downloads/x.rar"), "the user's own");
     const QString renamed = shop.sandbox.write(QStringLiteral("Downloads/x (1).rar"), "finished");
     item->setLocalPath(renamed);
     item->setStatus(DownloadStatus::completed);
     item->setExtractionStatus(ExtractionStatus::done);
     shop.manager().commands().redownloadItem(*item);
     turnEventLoop();
-    EXPECT_EQ(shop.sandbox.files(QStringLiteral("Downloads")), QStringList{QStringLiteral("x.rar.download")});
+    EXPECT_EQ(shop.sandbox.files(QStringLiteral("Downloads")),
+              (QStringList{QStringLiteral("x.rar"), QStringLiteral("x.rar.download")}));
     EXPECT_EQ(item->status(), DownloadStatus::downloading);
     EXPECT_EQ(item->extractionStatus(), ExtractionStatus::idle);
     EXPECT_FALSE(item->localPath());
+    shop.http.last().head(200, {{"Content-Length", "5"}});
+    shop.http.last().data("fresh");
+    shop.http.last().finish();
+    turnEventLoop();
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/x.rar")), "the user's own");
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/x (1).rar")), "fresh");
+}
+
+TEST_F(QueueCommandsTest, RedownloadDeletesWhatStandsUnderTheNameWhereTheItemHasNoFile)
+{
+    const ItemPtr item = shop.add(QStringLiteral("http://h/x.rar"));
+    shop.sandbox.write(QStringLiteral("Downloads/x.rar"), "stale");
+    item->setLocalPath(shop.sandbox.path(QStringLiteral("Downloads/gone.rar")));
+    shop.manager().commands().redownloadItem(*item);
+    EXPECT_FALSE(shop.sandbox.exists(QStringLiteral("Downloads/x.rar")));
+}
+
+TEST_F(QueueCommandsTest, RedownloadLeavesAnotherItemItsFile)
+{
+    const ItemPtr other = shop.add(QStringLiteral("http://a/x.rar"));
+    other->setLocalPath(shop.sandbox.write(QStringLiteral("Downloads/x.rar"), "other"));
+    other->setStatus(DownloadStatus::completed);
+    const ItemPtr item = shop.add(QStringLiteral("http://b/x.rar"));
+    ASSERT_EQ(item->status(), DownloadStatus::paused);
+    // With a file of its own, and with none.
+    item->setLocalPath(shop.sandbox.write(QStringLiteral("Downloads/x (1).rar"), "own"));
+    for (int i = 0; i < 2; ++i) {
+        shop.manager().commands().redownloadItem(*item);
+        turnEventLoop();
+        EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/x.rar")), "other");
+        EXPECT_EQ(item->status(), DownloadStatus::downloading);
+    }
+    EXPECT_FALSE(shop.sandbox.exists(QStringLiteral("Downloads/x (1).rar")));
+    // Not even where its folder has two paths.
+    ASSERT_TRUE(QFile::link(shop.sandbox.folders().downloads, shop.sandbox.path(QStringLiteral("way"))));
+    shop.settings().downloadFolderPath.set(shop.sandbox.path(QStringLiteral("way")));
+    shop.manager().commands().redownloadItem(*item);
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/x.rar")), "other");
 }
 
 TEST_F(QueueCommandsTest, RedownloadOfANamelessItemDeletesNoFileNamedDownload)

@@ -1,7 +1,9 @@
 #include "fixtures/EventLoop.h"
 #include "fixtures/Workshop.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <gtest/gtest.h>
 
@@ -94,6 +96,95 @@ TEST_F(ResyncTest, ComparesNoSizesWhereTheLargestVolumeIsSmall)
     lay(set[1], 1);
     shop.manager().commands().resyncItems(set);
     EXPECT_EQ(set[1]->status(), DownloadStatus::completed);
+}
+
+TEST_F(ResyncTest, KeepsASmallLastVolumeWhoseSizeItsSourceTold)
+{
+    lay(set[0], 100'000'000);
+    lay(set[1], 1'000'000);
+    set[1]->setTotalBytes(1'000'000);
+    shop.manager().commands().resyncItems(set);
+    EXPECT_EQ(set[1]->status(), DownloadStatus::completed);
+    EXPECT_TRUE(isThere(set[1]));
+}
+
+TEST_F(ResyncTest, BelievesAFileWhereItLiesThoughTheFolderIsAnotherNow)
+{
+    lay(set[0], 100);
+    set[0]->setLocalPath(shop.sandbox.path(placeOf(set[0])));
+    set[0]->setStatus(DownloadStatus::completed);
+    shop.settings().downloadFolderPath.set(shop.sandbox.path(QStringLiteral("new")));
+    shop.manager().commands().resyncItems(set);
+    EXPECT_EQ(set[0]->status(), DownloadStatus::completed);
+    EXPECT_EQ(set[0]->localPath(), shop.sandbox.path(placeOf(set[0])));
+}
+
+TEST_F(ResyncTest, LooksUnderTheNameOnceTheFileThatWasThereIsGone)
+{
+    set[0]->setLocalPath(shop.sandbox.path(QStringLiteral("gone/m.part1.rar")));
+    lay(set[0], 100);
+    shop.manager().commands().resyncItems({set[0]});
+    EXPECT_EQ(set[0]->localPath(), shop.sandbox.path(placeOf(set[0])));
+}
+
+TEST_F(ResyncTest, NeitherTakesNorDeletesAnotherItemsFile)
+{
+    const ItemPtr other = shop.add(QStringLiteral("http://a/x.bin"));
+    other->setLocalPath(shop.sandbox.write(QStringLiteral("Downloads/x.bin"), "other"));
+    other->setStatus(DownloadStatus::completed);
+    const ItemPtr item = shop.add(QStringLiteral("http://b/x.bin"));
+    item->setLocalPath(shop.sandbox.path(QStringLiteral("Downloads/x (1).bin")));
+    item->setStatus(DownloadStatus::completed);
+    for (const qint64 total : {0, 100}) {
+        item->setTotalBytes(total);
+        shop.manager().commands().resyncItems({item});
+        EXPECT_EQ(item->status(), DownloadStatus::queued) << total;
+        EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/x.bin")), "other") << total;
+    }
+}
+
+TEST_F(ResyncTest, DeletesNoVolumeThatAMirrorOfItHasToo)
+{
+    lay(set[0], 100);
+    set[0]->setLocalPath(shop.sandbox.path(placeOf(set[0])));
+    const ItemPtr mirror = shop.add(QStringLiteral("http://b/m.part1.rar"));
+    ASSERT_EQ(mirror->status(), DownloadStatus::completed);
+    mirror->setTotalBytes(200);
+    shop.manager().commands().resyncItems({mirror});
+    EXPECT_EQ(mirror->status(), DownloadStatus::queued);
+    EXPECT_TRUE(isThere(set[0]));
+}
+
+TEST_F(ResyncTest, DeletesNoLinkToADiskThatIsNotThereAndNoFolder)
+{
+    const QString link = shop.sandbox.path(placeOf(set[0]));
+    QDir().mkpath(QFileInfo(link).path());
+    ASSERT_TRUE(QFile::link(shop.sandbox.path(QStringLiteral("disk/m.part1.rar")), link));
+    QDir().mkpath(shop.sandbox.path(placeOf(set[1])));
+    shop.manager().commands().resyncItems(set);
+    EXPECT_TRUE(QFileInfo(link).isSymLink());
+    EXPECT_TRUE(QFileInfo(shop.sandbox.path(placeOf(set[1]))).isDir());
+    for (const ItemPtr& item : set)
+        EXPECT_EQ(item->status(), DownloadStatus::queued);
+    // Once the disk is back, so is the file.
+    shop.sandbox.write(QStringLiteral("disk/m.part1.rar"), "x");
+    shop.manager().commands().resyncItems(set);
+    EXPECT_EQ(set[0]->status(), DownloadStatus::completed);
+    EXPECT_EQ(set[0]->localPath(), link);
+}
+
+TEST_F(ResyncTest, FetchesAShortFileBehindALinkAgainAndLeavesBothAlone)
+{
+    const QString link = shop.sandbox.path(placeOf(set[0]));
+    QDir().mkpath(QFileInfo(link).path());
+    ASSERT_TRUE(QFile::link(shop.sandbox.write(QStringLiteral("disk/m.part1.rar"), "x"), link));
+    set[0]->setTotalBytes(2);
+    shop.settings().maxConcurrentDownloads.set(1);
+    shop.manager().commands().resyncItems({set[0]});
+    turnEventLoop();
+    EXPECT_EQ(set[0]->status(), DownloadStatus::downloading);
+    EXPECT_TRUE(QFileInfo(link).isSymLink());
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("disk/m.part1.rar")), "x");
 }
 
 TEST_F(ResyncTest, PassesOverAnItemWithoutAName)

@@ -1,9 +1,11 @@
 #include "model/DownloadPaths.h"
 
 #include "fixtures/Sandbox.h"
+#include "model/SetName.h"
 
 #include <QDir>
 #include <QFileInfo>
+#include <QSet>
 #include <QUuid>
 
 #include <gtest/gtest.h>
@@ -112,6 +114,36 @@ TEST(DownloadPaths, theMembersOfASetWithAVeryLongNameKeepFilesOfTheirOwn)
     EXPECT_TRUE(first.endsWith(QStringLiteral(".part1.rar")));
     EXPECT_EQ(paths.groupFolder(base + QStringLiteral(".part1.rar")),
               paths.groupFolder(base + QStringLiteral(".part2.rar")));
+}
+
+TEST(DownloadPaths, theMembersOfASetKeepOneBaseHoweverMuchOfItMustGo)
+{
+    for (const QString& character :
+         {QStringLiteral("n"), QStringLiteral("è"), QStringLiteral("電"), QStringLiteral("🍺")}) {
+        for (int count = 40; count < 300; ++count) {
+            const QString base = QStringLiteral("S01E07 ") + character.repeated(count);
+            QSet<QString> bases;
+            for (const char* const suffix :
+                 {".part1.rar", ".part9.rar", ".part10.rar", ".part0001.rev", ".PART12345.RAR"}) {
+                const QString name = base + QLatin1StringView(suffix);
+                const QString onDisk = QFileInfo(paths.finalFile(name)).fileName();
+                EXPECT_TRUE(onDisk.endsWith(QLatin1StringView(suffix)));
+                EXPECT_LE(onDisk.toUtf8().size(), 245);
+                bases.insert(setBaseName(onDisk));
+                constexpr qsizetype alwaysWhole = 235;
+                if (name.toUtf8().size() <= alwaysWhole) {
+                    EXPECT_EQ(onDisk, name);
+                }
+            }
+            EXPECT_EQ(bases.size(), 1) << count;
+        }
+    }
+}
+
+TEST(DownloadPaths, aPartNumberBeyondAllMeasureIsCutLikeAnyOtherName)
+{
+    const QString name = QStringLiteral("a.part") + QString(300, u'0') + QStringLiteral("1.rar");
+    EXPECT_LE(QFileInfo(paths.finalFile(name)).fileName().toUtf8().size(), 235);
 }
 
 } // namespace

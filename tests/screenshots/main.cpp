@@ -1,5 +1,6 @@
 #include "screenshots/Scenes.h"
 #include "ui/Palettes.h"
+#include "ui/kit/ReadableStyle.h"
 
 #include <QApplication>
 #include <QDir>
@@ -37,6 +38,7 @@ std::vector<Look> allLooks()
 int main(int argc, char** argv)
 {
     QApplication application(argc, argv);
+    QApplication::setStyle(new ReadableStyle);
     const QStringList arguments = QApplication::arguments();
     const QStringList wanted = arguments.mid(2);
     int count = 0;

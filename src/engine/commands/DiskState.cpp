@@ -1,5 +1,7 @@
 #include "engine/commands/DiskState.h"
 
+#include "engine/completion/FinishedFile.h"
+
 #include <QFileInfo>
 
 namespace vormel {
@@ -16,23 +18,34 @@ bool isRar(const DownloadItem& item)
 
 } // namespace
 
-DiskState::DiskState(const std::vector<ItemPtr>& items, DownloadPaths paths)
-    : m_paths(std::move(paths))
+DiskState::DiskState(const std::vector<ItemPtr>& items, const ItemTable& table, const DownloadPaths& paths)
 {
     for (const ItemPtr& item : items) {
+        const std::optional<QString> path = finishedFileOf(*item, table, paths);
+        if (!path)
+            continue;
+        const qint64 size = QFileInfo(*path).size();
+        m_files.insert_or_assign(item->id(), File{*path, size});
         if (isRar(*item))
-            m_largestVolume = qMax(m_largestVolume, QFileInfo(path(*item)).size());
+            m_largestVolume = qMax(m_largestVolume, size);
     }
+}
+
+std::optional<QString> DiskState::path(const DownloadItem& item) const
+{
+    const auto file = m_files.find(item.id());
+    return file == m_files.end() ? std::nullopt : std::optional(file->second.path);
 }
 
 bool DiskState::isWhole(const DownloadItem& item) const
 {
-    const QFileInfo file(path(item));
-    if (!file.isFile())
+    const auto file = m_files.find(item.id());
+    if (file == m_files.end())
         return false;
-    if (item.totalBytes() >= 1 && file.size() < item.totalBytes())
-        return false;
-    return !isRar(item) || m_largestVolume <= smallestTellingVolume || file.size() >= m_largestVolume / smallestShare;
+    const qint64 size = file->second.size;
+    if (item.totalBytes() >= 1)
+        return size >= item.totalBytes();
+    return !isRar(item) || m_largestVolume <= smallestTellingVolume || size >= m_largestVolume / smallestShare;
 }
 
 } // namespace vormel

@@ -1,27 +1,34 @@
 #pragma once
 
-#include "model/DownloadItem.h"
+#include "engine/queue/ItemTable.h"
 #include "model/DownloadPaths.h"
 
-#include <vector>
+#include <unordered_map>
 
 namespace vormel {
 
-/// What lies on the disk where the finished files of some items belong. Reads sizes only.
+/// What lies on the disk of the finished files of some items. Looks once, when it is made, and reads sizes only.
 class DiskState
 {
 public:
     /// The largest RAR volume among the items is the measure for the others.
-    DiskState(const std::vector<ItemPtr>& items, DownloadPaths paths);
+    DiskState(const std::vector<ItemPtr>& items, const ItemTable& table, const DownloadPaths& paths);
 
-    [[nodiscard]] QString path(const DownloadItem& item) const { return m_paths.finalFile(item.filename()); }
+    /// Where the item's file is; nothing if it is missing.
+    [[nodiscard]] std::optional<QString> path(const DownloadItem& item) const;
 
     /// Is the item's file there, and no shorter than it should be? A RAR volume far smaller than its siblings is a web
-    /// page that was saved under its name, even when no size was ever known.
+    /// page that was saved under its name, if no size was ever known.
     [[nodiscard]] bool isWhole(const DownloadItem& item) const;
 
 private:
-    DownloadPaths m_paths;
+    struct File
+    {
+        QString path;
+        qint64 size = 0;
+    };
+
+    std::unordered_map<ItemId, File> m_files;
     qint64 m_largestVolume = 0;
 };
 

@@ -3,8 +3,10 @@
 #include "archive/PostDownload.h"
 #include "engine/commands/DiskState.h"
 #include "engine/commands/GroupOrder.h"
+#include "engine/completion/FinishedFile.h"
 #include "engine/completion/TransferCompletion.h"
 #include "engine/groups/VisibleGroups.h"
+#include "engine/intake/LinkIntake.h"
 #include "engine/recovery/NetworkRecovery.h"
 #include "engine/schedule/DownloadStarter.h"
 #include "engine/transfer/ItemPart.h"
@@ -13,6 +15,7 @@
 #include "model/DownloadPaths.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <algorithm>
 
@@ -44,6 +47,7 @@ QueueCommands::QueueCommands(const Ports& ports)
 void QueueCommands::startAll()
 {
     for (const ItemPtr& item : m_ports.table.items()) {
+        m_ports.completion.endWait(item->id());
         if (item->status() == DownloadStatus::paused)
             item->setStatus(DownloadStatus::queued);
     }
@@ -103,10 +107,11 @@ void QueueCommands::resumeItem(DownloadItem& item)
 void QueueCommands::startItems(const Items& items)
 {
     for (const ItemPtr& item : items) {
-        if (item->status() == DownloadStatus::paused || item->status() == DownloadStatus::stopped) {
-            m_ports.completion.forget({item->id()});
-            item->setStatus(DownloadStatus::queued);
-        }
+        const DownloadStatus::Kind status = item->status().kind();
+        if (status != DownloadStatus::queued && status != DownloadStatus::paused && status != DownloadStatus::stopped)
+            continue;
+        m_ports.completion.forget({item->id()});
+        item->setStatus(DownloadStatus::queued);
     }
     m_ports.queue.startAhead(items);
     m_ports.queue.processQueue();
@@ -131,11 +136,14 @@ void QueueCommands::requeue(DownloadItem& item)
     item.setResolvedURL(std::nullopt);
     item.setProgress(0);
     item.setBytesReceived(0);
+    item.setSpeedBytesPerSec(0);
     item.setStatus(DownloadStatus::queued);
 }
 
 void QueueCommands::retryItem(DownloadItem& item)
 {
+    if (m_ports.intake.readAgain(item))
+        return;
     m_ports.recovery.cancelCountdown(item);
     interruptItem(item, DownloadStatus::queued);
     removePart(item, DownloadPaths(m_ports.settings.downloadFolderPath.value()).partFile(item.filename()));
@@ -146,34 +154,49 @@ void QueueCommands::retryItem(DownloadItem& item)
 
 void QueueCommands::redownloadItem(DownloadItem& item)
 {
+    if (m_ports.intake.readAgain(item))
+        return;
+    m_ports.postDownload.stopWorkOn(item.id());
     discardTransfer(item);
-    if (!isNamelessFile(item.filename()))
-        QFile::remove(DownloadPaths(m_ports.settings.downloadFolderPath.value()).finalFile(item.filename()));
-    if (item.localPath())
-        QFile::remove(*item.localPath());
+    const DownloadPaths paths(m_ports.settings.downloadFolderPath.value());
+    const std::optional<QString> file = finishedFileOf(item, m_ports.table, paths);
+    if (file && (file == item.localPath() || !isNamelessFile(item.filename())))
+        removeOwnFile(item, *file);
     item.setLocalPath(std::nullopt);
     item.setResolvedAt(std::nullopt);
     item.setExtractionStatus(ExtractionStatus::idle);
+    item.setWantedAnew(true);
     requeue(item);
     m_ports.queue.processQueue();
     m_ports.queue.saveQueue();
 }
 
+bool QueueCommands::removeOwnFile(const DownloadItem& item, const QString& path)
+{
+    // A link may lead to a disk that comes back.
+    const bool isPlain = !QFileInfo(path).isSymLink();
+    return isPlain && !isFileOfAnother(item, path, m_ports.table) && QFile::remove(path);
+}
+
+void QueueCommands::resyncItem(DownloadItem& item, const DiskState& disk)
+{
+    if (isOnItsWay(item) || isNamelessFile(item.filename()) || m_ports.intake.isFailedContainer(item))
+        return;
+    const std::optional<QString> file = disk.path(item);
+    if (disk.isWhole(item))
+        return m_ports.completion.completeWithFile(item, *file);
+    if (file && !removeOwnFile(item, *file))
+        item.setWantedAnew(true);
+    item.setLocalPath(std::nullopt);
+    item.setResolvedAt(std::nullopt);
+    requeue(item);
+}
+
 void QueueCommands::resyncItems(const Items& items)
 {
-    const DiskState disk(items, DownloadPaths(m_ports.settings.downloadFolderPath.value()));
-    for (const ItemPtr& item : items) {
-        if (isOnItsWay(*item) || isNamelessFile(item->filename()))
-            continue;
-        if (disk.isWhole(*item)) {
-            m_ports.completion.completeWithFile(*item, disk.path(*item));
-            continue;
-        }
-        QFile::remove(disk.path(*item));
-        item->setLocalPath(std::nullopt);
-        item->setResolvedAt(std::nullopt);
-        requeue(*item);
-    }
+    const DiskState disk(items, m_ports.table, DownloadPaths(m_ports.settings.downloadFolderPath.value()));
+    for (const ItemPtr& item : items)
+        resyncItem(*item, disk);
     m_ports.queue.processQueue();
     const auto completed = std::find_if(
         items.begin(), items.end(), [](const ItemPtr& item) { return item->status() == DownloadStatus::completed; });

@@ -7,7 +7,9 @@
 namespace vormel {
 
 class AppSettings;
+class DiskState;
 class DownloadStarter;
+class LinkIntake;
 class NetworkRecovery;
 class PostDownload;
 class TransferCompletion;
@@ -42,6 +44,7 @@ public:
         TransferCompletion& completion;
         NetworkRecovery& recovery;
         PostDownload& postDownload;
+        LinkIntake& intake;
         Queue& queue;
     };
     explicit QueueCommands(const Ports& ports);
@@ -59,7 +62,7 @@ public:
     /// The one command that goes ahead of the order of the queue.
     void startItems(const Items& items);
     void stopItems(const Items& items);
-    /// From the first byte.
+    /// From the first byte. A container that could not be read is read again.
     void retryItem(DownloadItem& item);
     /// Deletes the finished file as well.
     void redownloadItem(DownloadItem& item);
@@ -81,6 +84,9 @@ public:
 
 private:
     void requeue(DownloadItem& item);
+    void resyncItem(DownloadItem& item, const DiskState& disk);
+    /// Deletes a regular file that no other item has. False if it stays.
+    bool removeOwnFile(const DownloadItem& item, const QString& path);
 
     Ports m_ports;
 };

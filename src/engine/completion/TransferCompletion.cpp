@@ -1,6 +1,7 @@
 #include "engine/completion/TransferCompletion.h"
 
 #include "archive/PostDownload.h"
+#include "engine/completion/SetPartners.h"
 #include "engine/recovery/NetworkRecovery.h"
 #include "engine/transfer/PartMarks.h"
 #include "engine/transfer/TransferTexts.h"
@@ -24,6 +25,12 @@ qint64 sizeOnDisk(const QString& path)
     return info.exists() ? info.size() : 0;
 }
 
+/// The answers of an address that is of no use any more.
+bool isDead(int statusCode)
+{
+    return statusCode == 401 || statusCode == 403 || statusCode == 404 || statusCode == 410;
+}
+
 bool isFailure(TransferEnd::Reason reason)
 {
     return reason == TransferEnd::Reason::NetworkError || reason == TransferEnd::Reason::ErrorAnswer ||
@@ -36,10 +43,10 @@ TransferCompletion::TransferCompletion(ItemTable& table, const AppSettings& sett
                                        PostDownload& postDownload, NetworkRecovery& recovery, Queue& queue)
     : m_table(table)
     , m_settings(settings)
-    , m_clock(clock)
     , m_postDownload(postDownload)
     , m_recovery(recovery)
     , m_queue(queue)
+    , m_nextTries(clock, [this] { m_queue.processQueue(); })
 {}
 
 void TransferCompletion::finishTransfer(DownloadItem& item, const TransferEnd& end)
@@ -61,8 +68,8 @@ void TransferCompletion::forget(const QSet<ItemId>& ids)
 {
     for (const ItemId& id : ids) {
         m_retries.restore(id);
-        m_nextTries.erase(id);
-        m_gaveUpBytes.remove(id);
+        m_nextTries.forget(id);
+        m_startedOver.remove(id);
     }
 }
 
@@ -79,14 +86,16 @@ void TransferCompletion::webPageCame(DownloadItem& item, const TransferEnd& end)
     if (end.partPath)
         QFile::remove(*end.partPath);
     item.setPartPlace(std::nullopt);
+    // Nothing else may happen to the item's set any more, and its recovery volumes can still save it.
+    m_recovery.scheduleRecoveryCheck(item);
     fail(item, webPageText(end.page, m_settings.language.value()));
 }
 
-bool TransferCompletion::mayGiveUpBytes(const ItemId& id)
+bool TransferCompletion::mayStartOver(const ItemId& id)
 {
-    const qsizetype known = m_gaveUpBytes.size();
-    m_gaveUpBytes.insert(id);
-    return m_gaveUpBytes.size() > known;
+    const qsizetype known = m_startedOver.size();
+    m_startedOver.insert(id);
+    return m_startedOver.size() > known;
 }
 
 bool TransferCompletion::retryLater(DownloadItem& item)
@@ -94,14 +103,30 @@ bool TransferCompletion::retryLater(DownloadItem& item)
     const std::optional<std::chrono::seconds> delay = m_retries.spend(item.id());
     if (!delay)
         return false;
+    m_nextTries.wait(item.id(), *delay);
     item.setStatus(DownloadStatus::queued);
-    m_nextTries.insert_or_assign(item.id(), m_clock.after(*delay, [this] { m_queue.processQueue(); }));
     return true;
+}
+
+void TransferCompletion::prepareNextTry(DownloadItem& item, const TransferEnd& end)
+{
+    if (end.reason == TransferEnd::Reason::ErrorAnswer && isDead(end.statusCode)) {
+        item.setResolvedURL(std::nullopt);
+        item.setResolvedAt(std::nullopt);
+    }
+    if (end.reason != TransferEnd::Reason::SourceChanged || !mayStartOver(item.id()))
+        return;
+    if (end.partPath)
+        QFile::remove(*end.partPath);
+    item.setTotalBytes(0);
+    item.setBytesReceived(0);
+    item.setProgress(0);
 }
 
 void TransferCompletion::transferFailed(DownloadItem& item, const TransferEnd& end)
 {
     item.setSpeedBytesPerSec(0);
+    prepareNextTry(item, end);
     if (retryLater(item))
         return;
     m_retries.restore(item.id());
@@ -124,7 +149,7 @@ void TransferCompletion::fileIsShort(DownloadItem& item, const TransferEnd& end,
                                   : 0);
     item.setSpeedBytesPerSec(0);
     // Each such answer moves data and so earns the budget back; without another bound there would be no end to it.
-    const bool isFinal = end.reason == TransferEnd::Reason::Overlong && !mayGiveUpBytes(item.id());
+    const bool isFinal = end.reason == TransferEnd::Reason::Overlong && !mayStartOver(item.id());
     if (isFinal || !retryLater(item)) {
         m_retries.restore(item.id());
         const bool isShort = isTotalKnown && size < item.totalBytes() && end.reason != TransferEnd::Reason::Overlong;
@@ -156,38 +181,17 @@ void TransferCompletion::fileIsComplete(DownloadItem& item, const TransferEnd& e
     item.setPartPlace(std::nullopt);
     const bool isRev = isRevName(moved.path);
     if (isRev)
-        moved.path = broughtToItsArchive(moved.path);
+        moved.path = broughtToItsArchive(item, moved.path, m_table);
     item.setLocalPath(moved.path);
     item.setProgress(1.0);
     item.setStatus(DownloadStatus::completed);
     item.setSpeedBytesPerSec(0);
-    m_retries.restore(item.id());
-    m_gaveUpBytes.remove(item.id());
+    item.setWantedAnew(false);
+    forget({item.id()});
     m_queue.processQueue();
     m_queue.saveQueue();
     m_recovery.scheduleRecoveryCheck(item);
     startExtraction(item);
-}
-
-QString TransferCompletion::broughtToItsArchive(const QString& path) const
-{
-    const QString name = lastComponent(path);
-    const QString base = setBaseName(name);
-    for (const ItemPtr& other : m_table.items()) {
-        if (!other->localPath())
-            continue;
-        const QString partner = lastComponent(*other->localPath());
-        if (pathExtension(partner).toLower() != u"rar" || setBaseName(partner) != base)
-            continue;
-        const QString folder = QFileInfo(*other->localPath()).path();
-        if (folder == QFileInfo(path).path())
-            break;
-        const QString target = folder + u'/' + name;
-        QDir().mkpath(folder);
-        QFile::remove(target);
-        return QFile::rename(path, target) ? target : path;
-    }
-    return path;
 }
 
 void TransferCompletion::startExtraction(const DownloadItem& item)
@@ -198,13 +202,8 @@ void TransferCompletion::startExtraction(const DownloadItem& item)
     if (!isRevName(*item.localPath()))
         return;
     // A recovery volume that has arrived starts its archive again.
-    const QFileInfo arrived(*item.localPath());
-    const QString base = setBaseName(arrived.fileName());
-    for (const ItemPtr& other : m_table.items()) {
-        const QFileInfo info(other->localPath().value_or(QString()));
-        if (isFirstVolume(info.fileName()) && info.path() == arrived.path() && setBaseName(info.fileName()) == base)
-            return m_postDownload.autoExtractAfterDownload(other->id());
-    }
+    if (const ItemPtr first = firstVolumeBeside(item, m_table))
+        m_postDownload.autoExtractAfterDownload(first->id());
 }
 
 void TransferCompletion::completeWithFile(DownloadItem& item, const QString& path)
@@ -212,6 +211,7 @@ void TransferCompletion::completeWithFile(DownloadItem& item, const QString& pat
     item.setPartPlace(std::nullopt);
     item.setLocalPath(path);
     item.setProgress(1.0);
+    item.setWantedAnew(false);
     item.setStatus(DownloadStatus::completed);
     const QFileInfo info(path);
     if (info.exists()) {

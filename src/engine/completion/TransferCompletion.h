@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/completion/NextTries.h"
 #include "engine/completion/RetryBudget.h"
 #include "engine/queue/ItemTable.h"
 #include "engine/transfer/TransferEnd.h"
@@ -34,7 +35,13 @@ public:
 
     /// A transfer that moves data earns back its whole budget of retries.
     void noteProgress(const ItemId& id) { m_retries.restore(id); }
+    /// The whole budget is there again, and no next try is waited for.
     void forget(const QSet<ItemId>& ids);
+
+    /// Is the item queued for a try whose time has not come?
+    [[nodiscard]] bool isWaiting(const ItemId& id) const { return m_nextTries.isWaiting(id); }
+    /// The next try may be at once; what is left of the budget stays.
+    void endWait(const ItemId& id) { m_nextTries.forget(id); }
 
     /// The item is done with a file that stands at its place already.
     void completeWithFile(DownloadItem& item, const QString& path);
@@ -45,24 +52,24 @@ private:
     void fileIsShort(DownloadItem& item, const TransferEnd& end, qint64 size);
     void fileIsComplete(DownloadItem& item, const TransferEnd& end);
     void fail(DownloadItem& item, const QString& message);
-    /// An answer is thrown away whole, and another one asked for: once, or servers that never differ would be asked for
-    /// ever.
-    [[nodiscard]] bool mayGiveUpBytes(const ItemId& id);
+    /// True for the first time that bytes of the item are given up: between servers that never agree there would be no
+    /// end to it.
+    [[nodiscard]] bool mayStartOver(const ItemId& id);
     /// True if the item waits for another attempt.
     bool retryLater(DownloadItem& item);
+    /// What the end says about where and from which byte to try again.
+    void prepareNextTry(DownloadItem& item, const TransferEnd& end);
     [[nodiscard]] QString destinationFor(DownloadItem& item, const TransferEnd& end);
-    [[nodiscard]] QString broughtToItsArchive(const QString& path) const;
     void startExtraction(const DownloadItem& item);
 
     ItemTable& m_table;
     const AppSettings& m_settings;
-    Clock& m_clock;
     PostDownload& m_postDownload;
     NetworkRecovery& m_recovery;
     Queue& m_queue;
     RetryBudget m_retries;
-    std::unordered_map<ItemId, Timer> m_nextTries;
-    QSet<ItemId> m_gaveUpBytes;
+    NextTries m_nextTries;
+    QSet<ItemId> m_startedOver; ///< items that have given bytes up once
 };
 
 } // namespace vormel

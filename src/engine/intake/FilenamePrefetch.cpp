@@ -17,6 +17,12 @@ bool isWaiting(const DownloadItem& item)
     return item.status() == DownloadStatus::queued || item.status() == DownloadStatus::paused;
 }
 
+/// A file that has begun to come keeps the name under which it lies on the disk.
+bool mayBeRenamed(const DownloadItem& item)
+{
+    return isWaiting(item) && item.bytesReceived() == 0;
+}
+
 /// What the link itself says, without what trails behind the last letter or digit.
 QString nameFromLink(const Link& url)
 {
@@ -53,12 +59,13 @@ void FilenamePrefetch::prefetchFilenames()
 
 void FilenamePrefetch::advance(const std::shared_ptr<Run>& run)
 {
-    while (!run->isCancelled && run->next < run->candidates.size() && run->inFlight < mostLookUps) {
+    while (!run->isCancelled && run->next < run->candidates.size() && m_lookUps < mostLookUps) {
         const ItemPtr item = m_table.find(run->candidates[run->next++]);
         const HostAccount* const account = item ? accountFor(*item) : nullptr;
         if (!account)
             continue;
         ++run->inFlight;
+        ++m_lookUps;
         spawn(lookUp(run, item, *account));
     }
     const bool hasMore = !run->isCancelled && run->next < run->candidates.size();
@@ -82,10 +89,12 @@ QCoro::Task<> FilenamePrefetch::lookUp(std::shared_ptr<Run> run, ItemPtr item, H
 {
     const Lifetime::Watch lifetime = m_lifetime.watch();
     std::optional<QString> name;
+    bool isTold = true;
     try {
         name =
             co_await m_resolvers.hostResolverForURL(item->originalURL())->fetchFilename(item->originalURL(), account);
     } catch (const ResolverError& error) {
+        isTold = false;
         if (error.kind() == ResolverError::Kind::linkNotFound)
             name = nameFromLink(item->originalURL());
     } catch (const std::exception&) {
@@ -93,11 +102,22 @@ QCoro::Task<> FilenamePrefetch::lookUp(std::shared_ptr<Run> run, ItemPtr item, H
     }
     if (lifetime.isOver())
         co_return;
-    // Not an item that is half down by now.
-    if (name && !name->isEmpty() && isWaiting(*item) && item->bytesReceived() == 0)
-        item->setFilename(*name);
+    if (name && !name->isEmpty() && mayBeRenamed(*item)) {
+        if (isTold)
+            item->setToldFilename(*name);
+        else
+            item->setFilename(*name);
+    }
+    m_queue.later([this, run] { lookUpEnded(run); });
+}
+
+void FilenamePrefetch::lookUpEnded(const std::shared_ptr<Run>& run)
+{
     --run->inFlight;
-    m_queue.later([this, run] { advance(run); });
+    --m_lookUps;
+    advance(run);
+    if (m_prefetchTask != run)
+        advance(m_prefetchTask);
 }
 
 void FilenamePrefetch::removeDuplicateNames()
@@ -105,7 +125,7 @@ void FilenamePrefetch::removeDuplicateNames()
     QSet<QString> seen;
     QSet<ItemId> duplicates;
     for (const ItemPtr& item : m_table.items()) {
-        if (!isWaiting(*item))
+        if (!isWaiting(*item) || !item->isNameTold())
             continue;
         const qsizetype known = seen.size();
         seen.insert(item->filename().toLower());

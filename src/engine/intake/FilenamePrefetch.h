@@ -13,8 +13,8 @@ namespace vormel {
 class AppSettings;
 class ResolverTables;
 
-/// Looks up the real names of files before they are fetched, at most five at a time, and then drops items that turned
-/// out to be the same file. A new run ends the one before. UI thread only.
+/// Looks up the real names of files before they are fetched, and then drops items that turned out to be the same file.
+/// A new run ends the one before, whose last look-ups go on and count: at most five are under way. UI thread only.
 class FilenamePrefetch
 {
 public:
@@ -36,7 +36,8 @@ public:
 
     void prefetchFilenames();
 
-    /// Of queued and paused items with the same name, in any letter case, only the first stays.
+    /// Of queued and paused items with the same name, in any letter case, only the first stays. Names that nobody has
+    /// told since the start of the program prove nothing: many links of one script end alike.
     void removeDuplicateNames();
 
 private:
@@ -50,6 +51,7 @@ private:
     };
 
     void advance(const std::shared_ptr<Run>& run);
+    void lookUpEnded(const std::shared_ptr<Run>& run);
     /// The account to ask for the item's name, if it is to be asked for.
     [[nodiscard]] const HostAccount* accountFor(const DownloadItem& item) const;
     QCoro::Task<> lookUp(std::shared_ptr<Run> run, ItemPtr item, HostAccount account);
@@ -59,6 +61,7 @@ private:
     const ResolverTables& m_resolvers;
     Queue& m_queue;
     std::shared_ptr<Run> m_prefetchTask;
+    int m_lookUps = 0; ///< of all runs
     Lifetime m_lifetime;
 };
 

@@ -1,6 +1,7 @@
 #include "engine/intake/LinkIntake.h"
 
 #include "archive/PostDownload.h"
+#include "engine/completion/FinishedFile.h"
 #include "engine/completion/TransferCompletion.h"
 #include "model/AppSettings.h"
 #include "model/DownloadPaths.h"
@@ -9,8 +10,6 @@
 #include "platform/async/Spawn.h"
 #include "resolvers/ResolverError.h"
 #include "resolvers/ResolverTables.h"
-
-#include <QFileInfo>
 
 namespace vormel {
 
@@ -63,7 +62,7 @@ void LinkIntake::addURLs(const std::vector<Link>& urls, const std::optional<QStr
         (m_ports.resolvers.containerResolverForURL(url) ? containers : direct).push_back(std::move(url));
     addItems(direct);
     for (const Link& url : containers)
-        m_ports.queue.later([this, url, containerPassword] { spawn(expandContainer(url, containerPassword)); });
+        m_ports.queue.later([this, url, containerPassword] { expandContainer(url, containerPassword); });
     settle();
 }
 
@@ -101,20 +100,50 @@ void LinkIntake::markCompletedIfPresent(DownloadItem& item)
         return;
     if (isNamelessFile(item.filename()))
         return;
-    const QString path = DownloadPaths(m_ports.settings.downloadFolderPath.value()).finalFile(item.filename());
-    if (!QFileInfo(path).isFile())
+    const DownloadPaths paths(m_ports.settings.downloadFolderPath.value());
+    const std::optional<QString> file = finishedFileOf(item, m_ports.table, paths);
+    if (!file)
         return;
-    m_ports.completion.completeWithFile(item, path);
+    m_ports.completion.completeWithFile(item, *file);
     if (m_ports.settings.autoExtract.value())
         m_ports.queue.later([this, id = item.id()] { m_ports.postDownload.autoExtractAfterDownload(id); });
 }
 
-QCoro::Task<> LinkIntake::expandContainer(Link url, std::optional<QString> password)
+void LinkIntake::expandContainer(const Link& url, const std::optional<QString>& password)
 {
     auto placeholder = std::make_shared<DownloadItem>(url, ItemId::make());
     placeholder->setStatus(DownloadStatus::expanding);
     placeholder->setFilename(placeholderLabel(url));
     m_ports.table.append({placeholder});
+    spawn(readContainer(placeholder, password));
+}
+
+bool LinkIntake::isFailedContainer(const DownloadItem& item) const
+{
+    return item.status() == DownloadStatus::failed && m_ports.resolvers.containerResolverForURL(item.originalURL());
+}
+
+bool LinkIntake::readAgain(const DownloadItem& item)
+{
+    const ItemPtr placeholder = m_ports.table.find(item.id());
+    if (!placeholder || !isFailedContainer(item))
+        return false;
+    placeholder->setStatus(DownloadStatus::expanding);
+    placeholder->setFilename(placeholderLabel(item.originalURL()));
+    const auto password = m_passwords.constFind(item.id());
+    spawn(readContainer(placeholder, password == m_passwords.cend() ? std::nullopt : std::optional(*password)));
+    return true;
+}
+
+void LinkIntake::forget(const QSet<ItemId>& ids)
+{
+    for (const ItemId& id : ids)
+        m_passwords.remove(id);
+}
+
+QCoro::Task<> LinkIntake::readContainer(ItemPtr placeholder, std::optional<QString> password)
+{
+    const Link url = placeholder->originalURL();
     const ContainerResolver* const resolver = m_ports.resolvers.containerResolverForURL(url);
     if (!resolver) {
         placeholder->setStatus(DownloadStatus::failure(QStringLiteral("No resolver found")));
@@ -137,13 +166,17 @@ QCoro::Task<> LinkIntake::expandContainer(Link url, std::optional<QString> passw
         co_return;
     if (links) {
         containerOpened(placeholder, *links);
-    } else if (wantsCaptcha) {
-        placeholder->setStatus(DownloadStatus::expanding);
-        placeholder->setFilename(captchaLabel(url));
-        m_ports.queue.setPendingCaptcha(PendingCaptcha{placeholder->id(), url, password});
-    } else {
-        placeholder->setStatus(DownloadStatus::failure(failure));
+        co_return;
     }
+    if (password)
+        m_passwords.insert(placeholder->id(), *password);
+    if (!wantsCaptcha) {
+        placeholder->setStatus(DownloadStatus::failure(failure));
+        co_return;
+    }
+    placeholder->setStatus(DownloadStatus::expanding);
+    placeholder->setFilename(captchaLabel(url));
+    m_ports.queue.setPendingCaptcha(PendingCaptcha{placeholder->id(), url, password});
 }
 
 void LinkIntake::containerOpened(const ItemPtr& placeholder, const std::vector<Link>& urls)

@@ -5,6 +5,7 @@
 #include "platform/async/Lifetime.h"
 
 #include <QCoroTask>
+#include <QHash>
 
 #include <functional>
 
@@ -56,6 +57,14 @@ public:
     void addCaptchaLinks(const PendingCaptcha& answered, const std::vector<Link>& urls);
     void cancelCaptcha(const PendingCaptcha& question);
 
+    /// Is this the row of a container that could not be read? Its link leads to a page, never to a file.
+    [[nodiscard]] bool isFailedContainer(const DownloadItem& item) const;
+    /// Reads the container of such a row once more, with the password that came with it, while the row keeps its place.
+    /// False for any other item.
+    bool readAgain(const DownloadItem& item);
+    /// The rows are gone.
+    void forget(const QSet<ItemId>& ids);
+
     /// Normalised, without those that the queue has already and without repetitions, in any letter case.
     [[nodiscard]] std::vector<Link> filterNewURLs(const std::vector<Link>& urls) const;
 
@@ -63,11 +72,13 @@ private:
     void addItems(const std::vector<Link>& urls);
     void settle();
     void markCompletedIfPresent(DownloadItem& item);
-    QCoro::Task<> expandContainer(Link url, std::optional<QString> password);
+    void expandContainer(const Link& url, const std::optional<QString>& password);
+    QCoro::Task<> readContainer(ItemPtr placeholder, std::optional<QString> password);
     void containerOpened(const ItemPtr& placeholder, const std::vector<Link>& urls);
 
     Ports m_ports;
     Lifetime m_lifetime;
+    QHash<ItemId, QString> m_passwords; ///< of the containers that could not be read
 };
 
 } // namespace vormel

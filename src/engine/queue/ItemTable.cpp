@@ -56,6 +56,7 @@ void ItemTable::append(std::vector<ItemPtr> items)
         m_rows.push_back(rowOf(*item));
         observeItem(item);
         m_sets.insert(item);
+        m_files.insert(item);
         m_items.push_back(std::move(item));
     }
     m_listener.tableGrew(static_cast<qsizetype>(first), static_cast<qsizetype>(m_items.size() - first));
@@ -68,6 +69,7 @@ void ItemTable::remove(const QSet<ItemId>& ids)
         if (const ItemPtr item = find(id)) {
             removeItemObserver(item);
             m_sets.remove(id);
+            m_files.remove(id);
             gone.insert(id);
         }
     }
@@ -119,20 +121,32 @@ void ItemTable::removeItemObserver(const ItemPtr& item)
     m_speeds.remove(item->id());
 }
 
-void ItemTable::updateRow(const DownloadItem& item)
+void ItemTable::updateRow(DownloadItem& item)
 {
     Row& row = m_rows[m_positions.at(item.id())];
     const Row now = rowOf(item);
-    m_activeCount += slotsHeld(now.status) - slotsHeld(row.status);
+    const qint64 taken = slotsHeld(now.status) - slotsHeld(row.status);
+    m_activeCount += taken;
     row = now;
+    if (taken < 0)
+        m_listener.tableSlotFreed(item);
+}
+
+void ItemTable::updateIndexes(const DownloadItem& item, ItemField field)
+{
+    if (field == ItemField::Filename)
+        m_sets.renamed(find(item.id()));
+    if (field == ItemField::Status || field == ItemField::ExtractionStatus)
+        m_sets.recount(item);
+    if (field == ItemField::LocalPath)
+        m_files.update(find(item.id()));
 }
 
 void ItemTable::itemChanged(DownloadItem& item, ItemField field)
 {
+    updateIndexes(item, field);
     if (field == ItemField::Status || field == ItemField::Filename)
         updateRow(item);
-    if (field == ItemField::Filename)
-        m_sets.update(find(item.id()));
     if (field == ItemField::Speed) {
         if (item.speedBytesPerSec() == 0)
             m_speeds.remove(item.id());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/queue/FileIndex.h"
 #include "engine/queue/SetIndex.h"
 #include "model/DownloadItem.h"
 
@@ -25,6 +26,8 @@ public:
         virtual void tableShrank(const QSet<ItemId>& ids) = 0;
         virtual void tableReordered() = 0;
         virtual void tableItemChanged(DownloadItem& item, ItemField field) = 0;
+        /// The item was resolving or downloading, and is so no more.
+        virtual void tableSlotFreed(DownloadItem& /*item*/) {}
 
     protected:
         ~Listener() = default;
@@ -52,6 +55,11 @@ public:
     /// Every item whose name has this base name, in queue order. Valid until the table changes.
     [[nodiscard]] std::span<const ItemPtr> itemsOfSet(const QString& base) const { return m_sets.find(base); }
 
+    /// How far the item's set has come.
+    [[nodiscard]] SetTally tallyOf(const DownloadItem& item) const { return m_sets.tallyOf(item.id()); }
+    /// Every item whose finished file has this name. Valid until the table or the place of such a file changes.
+    [[nodiscard]] std::span<const ItemPtr> holdersOf(const QString& name) const { return m_files.find(name); }
+
     void append(std::vector<ItemPtr> items);
     /// Ids that are not there are ignored. Each item falls silent before the listener hears of it.
     void remove(const QSet<ItemId>& ids);
@@ -68,7 +76,8 @@ private:
     void itemChanged(DownloadItem& item, ItemField field) override;
     void observeItem(const ItemPtr& item);
     void removeItemObserver(const ItemPtr& item);
-    void updateRow(const DownloadItem& item);
+    void updateRow(DownloadItem& item);
+    void updateIndexes(const DownloadItem& item, ItemField field);
     /// Takes up the places of the items from there on.
     void indexFrom(std::size_t first);
     [[nodiscard]] static Row rowOf(const DownloadItem& item);
@@ -78,6 +87,7 @@ private:
     std::vector<Row> m_rows;
     std::unordered_map<ItemId, std::size_t> m_positions;
     SetIndex m_sets;
+    FileIndex m_files;
     QHash<ItemId, double> m_speeds; ///< of the items that have one
     qint64 m_activeCount = 0;
 };

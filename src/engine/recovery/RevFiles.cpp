@@ -38,6 +38,12 @@ bool RevFiles::mayFetch(const DownloadItem& item) const
     return isAllowed(item.id()) || (m_settings.downloadRevFiles.value() && shouldDownloadRev(item, m_table));
 }
 
+bool RevFiles::isComing(const DownloadItem& item) const
+{
+    const DownloadStatus::Kind status = item.status().kind();
+    return status == DownloadStatus::resolving || status == DownloadStatus::downloading || mayFetch(item);
+}
+
 bool RevFiles::allowRevFiles(const QString& base)
 {
     std::vector<ItemPtr> released = revItems(base);
@@ -51,6 +57,17 @@ bool RevFiles::allowRevFiles(const QString& base)
     m_queue.processQueue();
     m_queue.saveQueue();
     return true;
+}
+
+bool RevFiles::areAllThere(const QString& base) const
+{
+    bool isAnyThere = false;
+    for (const ItemPtr& item : revItems(base)) {
+        isAnyThere |= item->status() == DownloadStatus::completed;
+        if (!(item->status() == DownloadStatus::completed) && !(item->status() == DownloadStatus::failed))
+            return false;
+    }
+    return isAnyThere;
 }
 
 bool RevFiles::hasPendingRevFiles(const std::vector<ItemPtr>& items) const

@@ -31,9 +31,14 @@ public:
     /// May this recovery volume be fetched now?
     [[nodiscard]] bool mayFetch(const DownloadItem& item) const;
 
+    /// Is this recovery volume on its way, or may it be fetched now? Nothing waits for one that is not.
+    [[nodiscard]] bool isComing(const DownloadItem& item) const;
+
     /// Lets the set's volumes through and queues them. False if there is none that was not let through before, or if
     /// all of those are there or coming.
     bool allowRevFiles(const QString& base);
+    /// Has the set recovery volumes, of which none is left to fetch?
+    [[nodiscard]] bool areAllThere(const QString& base) const;
     /// Has any set of these items a volume that is neither there nor coming?
     [[nodiscard]] bool hasPendingRevFiles(const std::vector<ItemPtr>& items) const;
 

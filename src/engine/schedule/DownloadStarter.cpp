@@ -1,6 +1,7 @@
 #include "engine/schedule/DownloadStarter.h"
 
 #include "archive/PostDownload.h"
+#include "engine/completion/FinishedFile.h"
 #include "engine/completion/TransferCompletion.h"
 #include "engine/recovery/NetworkRecovery.h"
 #include "engine/transfer/ItemPart.h"
@@ -35,9 +36,9 @@ void applyResolved(DownloadItem& item, const ResolvedDownload& found, WallTime n
 {
     const QString name = found.url.lastPathComponent();
     if (name.contains(u'.'))
-        item.setFilename(name);
+        item.setToldFilename(name);
     else if (found.filename && !found.filename->isEmpty())
-        item.setFilename(*found.filename);
+        item.setToldFilename(*found.filename);
     item.setResolvedURL(found.url);
     item.setResolvedAt(now);
 }
@@ -127,8 +128,9 @@ void DownloadStarter::beginTransfer(DownloadItem& item, const Link& address)
     const DownloadPaths paths(m_ports.settings.downloadFolderPath.value());
     QDir().mkpath(paths.groupFolder(item.filename()));
     const QString destination = paths.finalFile(item.filename());
-    if (QFileInfo(destination).isFile()) {
-        m_ports.completion.completeWithFile(item, destination);
+    const auto finished = item.isWantedAnew() ? std::nullopt : finishedFileOf(item, m_ports.table, paths);
+    if (finished) {
+        m_ports.completion.completeWithFile(item, *finished);
         m_ports.queue.processQueue();
         m_ports.queue.saveQueue();
         if (m_ports.settings.autoExtract.value())

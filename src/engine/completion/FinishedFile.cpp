@@ -1,0 +1,62 @@
+#include "engine/completion/FinishedFile.h"
+
+#include "model/SetName.h"
+#include "text/FileName.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <sys/stat.h>
+
+#include <algorithm>
+
+namespace vormel {
+
+namespace {
+
+/// One file may have two paths, where a folder is reached by a link.
+bool isSameFile(const QString& a, const QString& b)
+{
+    if (QDir::cleanPath(a) == QDir::cleanPath(b))
+        return true;
+    struct stat one = {};
+    struct stat other = {};
+    return ::stat(QFile::encodeName(a).constData(), &one) == 0 &&
+           ::stat(QFile::encodeName(b).constData(), &other) == 0 && one.st_dev == other.st_dev &&
+           one.st_ino == other.st_ino;
+}
+
+ItemPtr otherHolder(const DownloadItem& item, const QString& path, const ItemTable& table)
+{
+    const std::span<const ItemPtr> holders = table.holdersOf(lastComponent(path));
+    const auto found = std::find_if(holders.begin(), holders.end(), [&](const ItemPtr& other) {
+        return other->id() != item.id() && isSameFile(*other->localPath(), path);
+    });
+    return found == holders.end() ? nullptr : *found;
+}
+
+bool isOneFile(const DownloadItem& item, const DownloadItem& other)
+{
+    return isSetMember(item.filename()) || (item.isNameTold() && other.isNameTold());
+}
+
+} // namespace
+
+bool isFileOfAnother(const DownloadItem& item, const QString& path, const ItemTable& table)
+{
+    return otherHolder(item, path, table) != nullptr;
+}
+
+std::optional<QString> finishedFileOf(const DownloadItem& item, const ItemTable& table, const DownloadPaths& paths)
+{
+    if (item.localPath() && QFileInfo(*item.localPath()).isFile())
+        return item.localPath();
+    const QString path = paths.finalFile(item.filename());
+    if (!QFileInfo(path).isFile())
+        return std::nullopt;
+    const ItemPtr other = otherHolder(item, path, table);
+    return !other || isOneFile(item, *other) ? std::optional(path) : std::nullopt;
+}
+
+} // namespace vormel

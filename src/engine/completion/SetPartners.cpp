@@ -1,0 +1,49 @@
+#include "engine/completion/SetPartners.h"
+
+#include "engine/completion/FinishedFile.h"
+#include "model/SetName.h"
+#include "platform/storage/CarefulMove.h"
+#include "text/FileName.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace vormel {
+
+namespace {
+
+ItemPtr partnerOf(const DownloadItem& item, const ItemTable& table, bool (*isPartner)(const QString& name))
+{
+    const std::span<const ItemPtr> set = table.itemsOfSet(setBaseName(item.filename()));
+    const auto found = std::find_if(set.begin(), set.end(), [&](const ItemPtr& other) {
+        return other->localPath() && isPartner(lastComponent(*other->localPath()));
+    });
+    return found == set.end() ? nullptr : *found;
+}
+
+} // namespace
+
+ItemPtr firstVolumeBeside(const DownloadItem& item, const ItemTable& table)
+{
+    return partnerOf(item, table, &isFirstVolume);
+}
+
+QString broughtToItsArchive(const DownloadItem& rev, const QString& path, const ItemTable& table)
+{
+    const ItemPtr partner = partnerOf(rev, table, &isRarPart);
+    const QFileInfo arrived(path);
+    if (!partner || QFileInfo(*partner->localPath()).path() == arrived.path())
+        return path;
+    const QString folder = QFileInfo(*partner->localPath()).path();
+    const QString target = folder + u'/' + arrived.fileName();
+    if (isFileOfAnother(rev, target, table))
+        return path;
+    QDir().mkpath(folder);
+    QFile::remove(target);
+    return moveWithoutReplacing(path, target) == 0 ? target : path;
+}
+
+} // namespace vormel

@@ -1,0 +1,176 @@
+#include "fixtures/ArchiveStep.h"
+#include "fixtures/EventLoop.h"
+#include "fixtures/RealTools.h"
+#include "text/FileName.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <gtest/gtest.h>
+
+using namespace vormel;
+using namespace vormel::fixtures;
+
+namespace {
+
+const QByteArray contents = noise(150'000);
+
+/// A real set of three volumes that comes down from a server, and the real tools.
+class SetOnDiskTest : public ::testing::Test, protected ArchiveStep
+{
+protected:
+    void makeSet(int recoveryVolumes = 0)
+    {
+        for (const char* const tool : {"rar", "unrar"})
+            shop.tools.addReal(QString::fromLatin1(tool), QStringLiteral("/usr/bin/") + QString::fromLatin1(tool));
+        RarSet set;
+        set.files = {{QStringLiteral("film.mkv"), contents}};
+        set.volumeBytes = 65'000;
+        set.recoveryVolumes = recoveryVolumes;
+        volumes = makeRarSet(shop.sandbox.path(QStringLiteral("server")), set);
+        ASSERT_EQ(volumes.size(), 3 + recoveryVolumes);
+    }
+    /// The volume of that number under another set's name.
+    [[nodiscard]] QString link(const QString& base, qsizetype number) const
+    {
+        const QString suffix = QFileInfo(volumes[number]).fileName().mid(3);
+        return QStringLiteral("http://h/") + base + suffix;
+    }
+    ItemPtr fetch(const QString& url, qsizetype number)
+    {
+        ItemPtr item = shop.add(url);
+        shop.manager().commands().startItems({item});
+        turnEventLoop();
+        QFile volume(volumes[number]);
+        if (!volume.open(QFile::ReadOnly))
+            qFatal("A volume is gone");
+        shop.http.last().head(200, {{"Content-Length", QByteArray::number(volume.size())}});
+        shop.http.last().data(volume.readAll());
+        shop.http.last().finish();
+        turnEventLoop();
+        return item;
+    }
+    /// The whole set, with its parts known before the first has come.
+    std::vector<ItemPtr> fetchSet(const QString& base)
+    {
+        std::vector<ItemPtr> items;
+        for (qsizetype i = 0; i < volumes.size(); ++i)
+            items.push_back(shop.add(link(base, i)));
+        for (qsizetype i = volumes.size() - 1; i >= 0; --i)
+            fetchAgain(items[static_cast<std::size_t>(i)], i);
+        return items;
+    }
+    void fetchAgain(const ItemPtr& item, qsizetype number)
+    {
+        shop.manager().commands().startItems({item});
+        turnEventLoop();
+        if (!(item->status() == DownloadStatus::downloading))
+            return;
+        QFile volume(volumes[number]);
+        if (!volume.open(QFile::ReadOnly))
+            qFatal("A volume is gone");
+        shop.http.last().head(200, {{"Content-Length", QByteArray::number(volume.size())}});
+        shop.http.last().data(volume.readAll());
+        shop.http.last().finish();
+        turnEventLoop();
+    }
+
+    QStringList volumes;
+};
+
+/// Far above what a file system takes as one name.
+const QString longBase = QStringLiteral("電影").repeated(60);
+
+#define VORMEL_NEEDS_RAR()                                                                                             \
+    VORMEL_NEEDS_TOOL("rar");                                                                                          \
+    VORMEL_NEEDS_TOOL("unrar")
+
+} // namespace
+
+TEST_F(SetOnDiskTest, IsUnpackedUnderANameTooLongForTheDisk)
+{
+    VORMEL_NEEDS_RAR();
+    makeSet(1);
+    const std::vector<ItemPtr> items = fetchSet(longBase);
+    ASSERT_TRUE(reaches(items[0], ExtractionStatus::done)) << items[0]->extractionStatus().message().toStdString();
+    const QDir folder = QFileInfo(*items[0]->localPath()).dir();
+    EXPECT_NE(folder.dirName(), longBase);
+    QFile film(folder.filePath(QStringLiteral("film.mkv")));
+    ASSERT_TRUE(film.open(QFile::ReadOnly));
+    EXPECT_EQ(film.readAll(), contents);
+    // The recovery volume is of no more use, and found to be so.
+    EXPECT_EQ(shop.manager().item(items[3]->id()), nullptr);
+}
+
+TEST_F(SetOnDiskTest, IsRepairedUnderANameTooLongForTheDisk)
+{
+    VORMEL_NEEDS_RAR();
+    makeSet(1);
+    damageFile(volumes[1], 30'000, 2'000);
+    std::vector<ItemPtr> items;
+    for (qsizetype i = 0; i < volumes.size(); ++i)
+        items.push_back(shop.add(link(longBase, i)));
+    for (qsizetype i = 0; i < 3; ++i)
+        fetchAgain(items[static_cast<std::size_t>(i)], i);
+    ASSERT_TRUE(waitUntil([&] { return items[3]->status() == DownloadStatus::downloading; }));
+    QFile rev(volumes[3]);
+    ASSERT_TRUE(rev.open(QFile::ReadOnly));
+    shop.http.last().head(200, {{"Content-Length", QByteArray::number(rev.size())}});
+    shop.http.last().data(rev.readAll());
+    shop.http.last().finish();
+    ASSERT_TRUE(reaches(items[0], ExtractionStatus::done)) << items[0]->extractionStatus().message().toStdString();
+}
+
+TEST_F(SetOnDiskTest, FindsItsCustomNameUnderANameTooLongForTheDisk)
+{
+    VORMEL_NEEDS_RAR();
+    makeSet();
+    shop.manager().renameGroup(longBase, QStringLiteral("My film"));
+    const std::vector<ItemPtr> items = fetchSet(longBase);
+    ASSERT_TRUE(reaches(items[0], ExtractionStatus::done));
+    EXPECT_TRUE(shop.sandbox.exists(QStringLiteral("Downloads/My film/My film.mkv")));
+}
+
+TEST_F(SetOnDiskTest, IsUnpackedUnderANameThatTheDiskTakesOnlyChanged)
+{
+    VORMEL_NEEDS_RAR();
+    makeSet();
+    const std::vector<ItemPtr> items = fetchSet(QStringLiteral("a%0Ab"));
+    ASSERT_TRUE(reaches(items[0], ExtractionStatus::done));
+    EXPECT_EQ(items[0]->filename(), u"a\nb.part1.rar");
+}
+
+TEST_F(SetOnDiskTest, IsUnpackedWhereItsFirstVolumeLies)
+{
+    VORMEL_NEEDS_RAR();
+    makeSet();
+    const std::vector<ItemPtr> items{shop.add(link(QStringLiteral("set"), 0)), shop.add(link(QStringLiteral("set"), 1)),
+                                     shop.add(link(QStringLiteral("set"), 2))};
+    fetchAgain(items[1], 1);
+    shop.settings().downloadFolderPath.set(shop.sandbox.path(QStringLiteral("new")));
+    fetchAgain(items[0], 0);
+    shop.settings().downloadFolderPath.set(shop.sandbox.path(QStringLiteral("newest")));
+    fetchAgain(items[2], 2);
+    ASSERT_TRUE(reaches(items[0], ExtractionStatus::done)) << items[0]->extractionStatus().message().toStdString();
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("new/set/film.mkv")), contents);
+    for (const ItemPtr& item : items)
+        EXPECT_EQ(QFileInfo(*item->localPath()).path(), shop.sandbox.path(QStringLiteral("new/set")));
+    EXPECT_TRUE(shop.sandbox.files(QStringLiteral("Downloads")).isEmpty());
+    EXPECT_TRUE(shop.sandbox.files(QStringLiteral("newest")).isEmpty());
+    shop.restart(true);
+    EXPECT_EQ(shop.manager().items().at(1)->localPath(), shop.sandbox.path(QStringLiteral("new/set/set.part2.rar")));
+}
+
+TEST_F(SetOnDiskTest, LeavesAVolumeWhereItIsWhenItsPlaceIsTaken)
+{
+    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+    const ItemPtr second = shop.add(QStringLiteral("http://h/m.part2.rar"));
+    second->setLocalPath(shop.sandbox.write(QStringLiteral("elsewhere/m.part2.rar"), "ours"));
+    second->setStatus(DownloadStatus::completed);
+    shop.sandbox.write(QStringLiteral("Downloads/m/m.part2.rar"), "the user's own");
+    run(first);
+    ASSERT_TRUE(reaches(first, ExtractionStatus::failed));
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/m/m.part2.rar")), "the user's own");
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("elsewhere/m.part2.rar")), "ours");
+}

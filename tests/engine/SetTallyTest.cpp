@@ -1,0 +1,122 @@
+#include "engine/queue/ItemTable.h"
+#include "engine/recovery/RevRule.h"
+#include "model/SetName.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+using namespace vormel;
+
+namespace {
+
+class SilentListener final : public ItemTable::Listener
+{
+public:
+    void tableGrew(qsizetype /*first*/, qsizetype /*count*/) override {}
+    void tableShrank(const QSet<ItemId>& /*ids*/) override {}
+    void tableReordered() override {}
+    void tableItemChanged(DownloadItem& /*item*/, ItemField /*field*/) override {}
+};
+
+class SetTallyTest : public ::testing::Test
+{
+protected:
+    ItemPtr add(const QString& name)
+    {
+        auto item = std::make_shared<DownloadItem>(*Link::parse(QStringLiteral("http://h/x")), ItemId::make());
+        item->setFilename(name);
+        table.append({item});
+        return item;
+    }
+    /// What a walk over the whole queue finds.
+    [[nodiscard]] SetTally counted(const QString& base) const
+    {
+        SetTally tally;
+        for (const ItemPtr& item : table.items()) {
+            if (setBaseName(item->filename()) != base)
+                continue;
+            const bool isRar = item->filename().endsWith(QStringLiteral(".rar"));
+            tally.rarParts += isRar ? 1 : 0;
+            tally.rarPartsMissing += isRar && !(item->status() == DownloadStatus::completed) ? 1 : 0;
+            tally.extracted += item->extractionStatus() == ExtractionStatus::done ? 1 : 0;
+        }
+        return tally;
+    }
+    void expectAllCounted() const
+    {
+        for (const ItemPtr& item : table.items()) {
+            const SetTally kept = table.tallyOf(*item);
+            const SetTally found = counted(setBaseName(item->filename()));
+            EXPECT_EQ(kept.rarParts, found.rarParts);
+            EXPECT_EQ(kept.rarPartsMissing, found.rarPartsMissing);
+            EXPECT_EQ(kept.extracted, found.extracted);
+        }
+    }
+
+    SilentListener listener;
+    ItemTable table{listener};
+};
+
+} // namespace
+
+TEST_F(SetTallyTest, IsRightAfterEveryChange)
+{
+    const QStringList names{QStringLiteral("a.part1.rar"), QStringLiteral("a.part2.rar"), QStringLiteral("a.part1.rev"),
+                            QStringLiteral("b.part1.rar"), QStringLiteral("b.part1.rev"), QStringLiteral("a"),
+                            QStringLiteral("a.rar")};
+    std::minstd_rand random(7);
+    const auto pick = [&random](std::size_t count) { return static_cast<qsizetype>(random() % count); };
+    for (int step = 0; step < 2000; ++step) {
+        const std::size_t size = table.items().size();
+        const ItemPtr item = size == 0 ? nullptr : table.items()[static_cast<std::size_t>(pick(size))];
+        const qsizetype change = pick(6);
+        if (!item || (change == 0 && size < 12))
+            add(names[pick(7)]);
+        else if (change == 1)
+            table.remove({item->id()});
+        else if (change == 2)
+            item->setFilename(names[pick(7)]);
+        else if (change == 3)
+            item->setStatus(pick(2) == 0 ? DownloadStatus::completed : DownloadStatus::queued);
+        else if (change == 4)
+            item->setExtractionStatus(pick(2) == 0 ? ExtractionStatus::done : ExtractionStatus::idle);
+        else
+            table.reorder({{item->id(), 0}});
+        expectAllCounted();
+    }
+}
+
+TEST_F(SetTallyTest, TellsWhetherARecoveryVolumeMayStillHelp)
+{
+    const ItemPtr rev = add(QStringLiteral("a.part1.rev"));
+    EXPECT_FALSE(shouldDownloadRev(*rev, table));
+    const ItemPtr one = add(QStringLiteral("a.part1.rar"));
+    const ItemPtr two = add(QStringLiteral("a.part2.RAR"));
+    EXPECT_TRUE(shouldDownloadRev(*rev, table));
+    one->setStatus(DownloadStatus::completed);
+    EXPECT_TRUE(shouldDownloadRev(*rev, table));
+    two->setExtractionStatus(ExtractionStatus::done);
+    EXPECT_FALSE(shouldDownloadRev(*rev, table));
+    two->setExtractionStatus(ExtractionStatus::idle);
+    two->setStatus(DownloadStatus::completed);
+    EXPECT_FALSE(shouldDownloadRev(*rev, table));
+}
+
+TEST_F(SetTallyTest, KnowsTheHoldersOfAFileName)
+{
+    const QString name = QStringLiteral("x.bin");
+    const ItemPtr one = add(QStringLiteral("one"));
+    const ItemPtr two = add(QStringLiteral("two"));
+    EXPECT_TRUE(table.holdersOf(name).empty());
+    one->setLocalPath(QStringLiteral("/a/x.bin"));
+    two->setLocalPath(QStringLiteral("/b/x.bin"));
+    EXPECT_EQ(table.holdersOf(name).size(), 2U);
+    one->setLocalPath(QStringLiteral("/a/y.bin"));
+    ASSERT_EQ(table.holdersOf(name).size(), 1U);
+    EXPECT_EQ(table.holdersOf(name)[0], two);
+    table.remove({two->id()});
+    EXPECT_TRUE(table.holdersOf(name).empty());
+    one->setLocalPath(std::nullopt);
+    EXPECT_TRUE(table.holdersOf(QStringLiteral("y.bin")).empty());
+}
