@@ -55,7 +55,7 @@ void furnish(const Folders& folders)
         item.setBytesReceived(item.totalBytes());
         item.setProgress(1);
         item.setStatus(DownloadStatus::completed);
-        records.push_back(encodeRecord(item));
+        records.push_back(encodeRecord(item, DownloadPaths(QString())));
     }
     QDir().mkpath(folders.applicationSupport);
     if (!replaceWholeFile(folders.applicationSupport + QStringLiteral("/download_queue.json"), encodeQueue(records)))

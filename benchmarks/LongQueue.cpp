@@ -21,7 +21,7 @@ std::shared_ptr<const QueueRecord> record(int number, const QString& name, Downl
     item.setTotalBytes(qint64{1000003} * (number + 1));
     item.setBytesReceived(qint64{500001} * (number + 1));
     item.setProgress(0.5);
-    return encodeRecord(item);
+    return encodeRecord(item, DownloadPaths(QString()));
 }
 
 void write(const Folders& folders, const std::vector<std::shared_ptr<const QueueRecord>>& records)

@@ -11,6 +11,7 @@
 #include "platform/desktop/Terminal.h"
 #include "platform/desktop/UrlOpener.h"
 #include "platform/http/CurlHttpClient.h"
+#include "platform/storage/FileSync.h"
 #include "platform/storage/FileWriter.h"
 #include "platform/storage/Trash.h"
 #include "platform/storage/UserDefaults.h"
@@ -47,6 +48,7 @@ private:
     SystemClock m_clock;
     CurlHttpClient m_http;
     FileWriter m_fileWriter;
+    FileSyncThread m_fileSync;
     UserDefaults m_defaults;
     LaunchPing m_launchPing;
     FeedUpdater m_updater;

@@ -222,9 +222,7 @@ QCoro::Task<PostDownloadPipeline::Unpacked> PostDownloadPipeline::tryExtract(Run
         unpacked.folder = co_await m_ports.extractor.extract(run->archive.path, run->destination, run->password,
                                                              onProgress, run->stopping.get_token());
     } catch (const ExtractionError& error) {
-        const bool wasWrong = error.kind() == ExtractionError::Kind::wrongPassword;
-        const bool wantsPassword = wasWrong || error.kind() == ExtractionError::Kind::passwordRequired;
-        unpacked.failure = {error.errorDescription(), wantsPassword, wasWrong};
+        unpacked.failure = lifetime.isOver() ? Failure() : failureOf(*run, error);
     } catch (const std::exception& error) {
         unpacked.failure = {QString::fromUtf8(error.what())};
     }
@@ -233,6 +231,15 @@ QCoro::Task<PostDownloadPipeline::Unpacked> PostDownloadPipeline::tryExtract(Run
         co_await m_background.run(std::move(discard));
     }
     co_return unpacked;
+}
+
+PostDownloadPipeline::Failure PostDownloadPipeline::failureOf(const Run& run, const ExtractionError& error)
+{
+    const bool wasWrong = error.kind() == ExtractionError::Kind::wrongPassword;
+    if (const std::optional<ExtractionError> damage = error.asDamage();
+        damage && run.password && m_passwordTrials.hasFailedAgain(run.archive.path, *run.password))
+        return {damage->errorDescription()};
+    return {error.errorDescription(), wasWrong || error.kind() == ExtractionError::Kind::passwordRequired, wasWrong};
 }
 
 QCoro::Task<std::optional<PostDownloadPipeline::Failure>> PostDownloadPipeline::tryRepair(RunPtr run)
@@ -296,6 +303,7 @@ QCoro::Task<> PostDownloadPipeline::finish(RunPtr run, std::shared_ptr<WorkFolde
         settle(*run, ExtractionStatus::failure(QString::fromStdString(words)));
         co_return;
     }
+    m_passwordTrials.forget(run->archive.path);
     settle(*run, ExtractionStatus::done);
     const ItemPtr target = run->archive.target;
     // Who takes a row away while its archive is unpacked wants the archive left alone.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "archive/PasswordTrials.h"
 #include "archive/PostDownload.h"
 #include "archive/ReadyArchive.h"
 #include "archive/ToolTurns.h"
@@ -17,6 +18,7 @@ namespace vormel {
 class AppSettings;
 class ArchiveExtractor;
 class Clock;
+class ExtractionError;
 class Trash;
 class WorkFolder;
 struct PlacementResult;
@@ -111,6 +113,7 @@ private:
     QCoro::Task<> work(RunPtr run);
     QCoro::Task<> extractAndFinish(RunPtr run);
     [[nodiscard]] QCoro::Task<Unpacked> tryExtract(RunPtr run, bool showsProgress);
+    [[nodiscard]] Failure failureOf(const Run& run, const ExtractionError& error);
     [[nodiscard]] QCoro::Task<std::optional<Failure>> tryRepair(RunPtr run);
     QCoro::Task<> rescue(RunPtr run);
     QCoro::Task<> finish(RunPtr run, std::shared_ptr<WorkFolder> unpacked);
@@ -129,6 +132,7 @@ private:
     Background m_background;
     std::vector<RunPtr> m_runs;
     ToolTurns m_turns;
+    PasswordTrials m_passwordTrials;
     Lifetime m_lifetime; ///< ends first: what goes on when the others end must know
 };
 

@@ -23,7 +23,7 @@ DownloadManager::DownloadManager(const Platform& platform, const Collaborators& 
     , m_revFiles(m_table, m_settings, *this)
     , m_recovery(m_table, m_settings, platform.clock, m_revFiles)
     , m_pipeline({m_settings, platform.clock, collaborators.extractor, platform.trash, *this})
-    , m_session(platform.http, platform.clock, *this)
+    , m_session(platform.http, platform.fileSync, platform.clock, *this)
     , m_completion(m_table, m_settings, platform.clock, m_pipeline, m_recovery, *this)
     , m_starter(
           {m_table, m_settings, platform.clock, m_resolvers, m_session, m_completion, m_pipeline, m_recovery, *this})
@@ -61,7 +61,7 @@ void DownloadManager::restoreQueue()
 
 void DownloadManager::saveQueue()
 {
-    m_queueFile.save(m_table);
+    m_queueFile.save(m_table, DownloadPaths(m_settings.downloadFolderPath.value()));
 }
 
 void DownloadManager::shutDown()
@@ -187,7 +187,7 @@ void DownloadManager::tableReordered()
 
 void DownloadManager::tableItemChanged(DownloadItem& item, ItemField field)
 {
-    m_queueFile.noteChange(item.id(), field);
+    m_queueFile.noteChange(item, field);
     Q_EMIT itemChanged(item.id(), field);
     // Another transfer may have written under the name that is free now, or the item itself may have waited for one.
     if (field == ItemField::Filename)
@@ -231,7 +231,7 @@ bool DownloadManager::isHeldBack(const DownloadItem& item) const
 {
     if (m_startsUnderWay.contains(item.id()) || m_signIns.isAwaited(item.id()) || m_completion.isWaiting(item.id()))
         return true;
-    return m_session.isWriting(DownloadPaths(m_settings.downloadFolderPath.value()).partFile(item.filename()));
+    return m_session.isFetching(DownloadPaths(m_settings.downloadFolderPath.value()).finalFile(item.filename()));
 }
 
 bool DownloadManager::mayFetchRev(const DownloadItem& item) const
@@ -251,13 +251,11 @@ void DownloadManager::transferAnswered(const ItemId& id, const HeadFacts& facts)
         item->setBytesReceived(0);
         item->setProgress(0);
     }
-    if (facts.total >= 1)
+    if (facts.total >= 0)
         item->setTotalBytes(facts.total);
     if (facts.name && item->bytesReceived() == 0 && *facts.name != item->filename()) {
         item->setFilename(*facts.name);
-        // The part file follows, so that a pause or a restart finds it under the new name.
-        const DownloadPaths paths(m_settings.downloadFolderPath.value());
-        m_session.rename(id, paths.partFile(*facts.name), paths.finalFile(*facts.name));
+        m_session.retarget(id, DownloadPaths(m_settings.downloadFolderPath.value()).finalFile(*facts.name));
     }
     // Size and name are what a start after a kill needs to know to go on from the part file.
     saveQueue();

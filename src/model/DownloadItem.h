@@ -33,9 +33,19 @@ enum class ItemField : quint32
     ExtractionStartedAt = 1U << 12,
     ExtractionTurn = 1U << 13,
     Verification = 1U << 14,
+    PartPlace = 1U << 15,
 };
 Q_DECLARE_FLAGS(ItemFields, ItemField)
 Q_DECLARE_OPERATORS_FOR_FLAGS(ItemFields)
+
+/// Where the unfinished file of an item lies.
+struct PartPlace
+{
+    QString path;
+    bool isMarked = false; ///< the file itself says whose it is
+
+    friend bool operator==(const PartPlace&, const PartPlace&) = default;
+};
 
 /// Hears of every change of the items that it watches, during the change.
 class ItemWatcher
@@ -68,6 +78,8 @@ public:
     [[nodiscard]] qint64 totalBytes() const { return m_totalBytes; } ///< below 1: not known
     [[nodiscard]] double speedBytesPerSec() const { return m_speedBytesPerSec; }
     [[nodiscard]] const std::optional<QString>& localPath() const { return m_localPath; }
+    /// The part file that the item has begun, whatever the name of its finished file is by now. It may be gone.
+    [[nodiscard]] const std::optional<PartPlace>& partPlace() const { return m_partPlace; }
     [[nodiscard]] const QString& hostName() const { return m_hostName; }
     [[nodiscard]] const ExtractionStatus& extractionStatus() const { return m_extractionStatus; }
     [[nodiscard]] double extractionProgress() const { return m_extractionProgress; }
@@ -93,6 +105,7 @@ public:
     void setTotalBytes(qint64 bytes) { set(m_totalBytes, bytes, ItemField::TotalBytes); }
     void setSpeedBytesPerSec(double speed) { set(m_speedBytesPerSec, speed, ItemField::Speed); }
     void setLocalPath(std::optional<QString> path) { set(m_localPath, std::move(path), ItemField::LocalPath); }
+    void setPartPlace(std::optional<PartPlace> place) { set(m_partPlace, std::move(place), ItemField::PartPlace); }
     void setExtractionStatus(ExtractionStatus status);
     void setExtractionProgress(double progress) { set(m_extractionProgress, progress, ItemField::ExtractionProgress); }
     void setResolvedAt(std::optional<WallTime> time) { set(m_resolvedAt, time, ItemField::ResolvedAt); }
@@ -144,6 +157,7 @@ private:
     qint64 m_totalBytes = 0;
     double m_speedBytesPerSec = 0;
     std::optional<QString> m_localPath;
+    std::optional<PartPlace> m_partPlace;
     QString m_hostName;
     ExtractionStatus m_extractionStatus;
     double m_extractionProgress = 0;

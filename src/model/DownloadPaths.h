@@ -20,6 +20,8 @@ public:
     /// The file while it is coming: the final name with ".download" behind it.
     [[nodiscard]] QString partFile(const QString& filename) const;
 
+    friend bool operator==(const DownloadPaths&, const DownloadPaths&) = default;
+
 private:
     QString m_downloadFolder;
 };

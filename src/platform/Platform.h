@@ -5,6 +5,7 @@
 namespace vormel {
 
 class Clock;
+class FileSync;
 class FileWriter;
 class HttpClient;
 class Trash;
@@ -17,6 +18,7 @@ struct Platform
     Clock& clock;
     HttpClient& http;
     FileWriter& fileWriter;
+    FileSync& fileSync;
     UserDefaults& defaults;
     Trash& trash;
     Folders folders;

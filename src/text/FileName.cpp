@@ -11,6 +11,8 @@ constexpr qsizetype keptTail = 40;
 
 /// Names beyond this fill no row of any list.
 constexpr qsizetype longestReadable = 1000;
+/// What is kept of their end: enough for every extension and the number of a volume.
+constexpr qsizetype readableTail = 200;
 
 qsizetype extensionDot(QStringView name)
 {
@@ -100,10 +102,10 @@ QString readableName(const QString& name)
 {
     if (name.size() <= longestReadable)
         return name;
-    qsizetype tail = name.size() - keptTail;
+    qsizetype tail = name.size() - readableTail;
     if (name[tail].isLowSurrogate())
         ++tail;
-    qsizetype head = longestReadable - keptTail;
+    qsizetype head = longestReadable - readableTail;
     if (name[head - 1].isHighSurrogate())
         --head;
     return name.left(head) + name.mid(tail);

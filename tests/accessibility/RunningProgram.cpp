@@ -18,7 +18,7 @@ std::shared_ptr<const QueueRecord> pausedRecord(const QString& file)
     DownloadItem item(*Link::parse(QStringLiteral("http://127.0.0.1:9/") + file), ItemId::make());
     item.setStatus(DownloadStatus::paused);
     item.setTotalBytes(size);
-    return encodeRecord(item);
+    return encodeRecord(item, DownloadPaths(QString()));
 }
 
 } // namespace

@@ -27,13 +27,30 @@ TEST(TotalFromContentRange, IsNothingWithoutANumber)
         EXPECT_EQ(totalFromContentRange(value), std::nullopt) << value;
 }
 
-TEST(StartFromContentRange, IsTheNumberBeforeTheDash)
+TEST(ContentRange, TellsWhichBytesOfHowMany)
 {
-    EXPECT_EQ(startFromContentRange("bytes 1000-1999/2000"), 1000);
-    EXPECT_EQ(startFromContentRange("bytes 0-99/*"), 0);
-    EXPECT_EQ(startFromContentRange("  bytes   5-6/7"), 5);
-    EXPECT_EQ(startFromContentRange("bytes */2000"), std::nullopt);
-    EXPECT_EQ(startFromContentRange("nonsense"), std::nullopt);
+    using Range = std::pair<qint64, qint64>;
+    const auto whole = contentRangeFrom("bytes 1000-1999/2000");
+    ASSERT_TRUE(whole);
+    EXPECT_EQ(whole->range, Range(1000, 2000));
+    EXPECT_EQ(whole->total, 2000);
+    const auto unknown = contentRangeFrom("  Bytes   0-99/*");
+    ASSERT_TRUE(unknown);
+    EXPECT_EQ(unknown->range, Range(0, 100));
+    EXPECT_EQ(unknown->total, std::nullopt);
+    const auto none = contentRangeFrom("bytes */2000");
+    ASSERT_TRUE(none);
+    EXPECT_EQ(none->range, std::nullopt);
+    EXPECT_EQ(none->total, 2000);
+}
+
+TEST(ContentRange, IsNotReadHalf)
+{
+    for (const char* value :
+         {"", "nonsense", "bytes", "bytes 5-4/10", "bytes 0-10/10", "items 0-9/10", "bytes=0-9/10", "0-9/10",
+          "bytes 0x1-9/10", "bytes 0-9x/10", "bytes 0-9/10x", "bytes 0-9/1e1", "bytes -9/10", "bytes 0-/10",
+          "bytes 0-9", "bytes 0-9/", "bytes 0-9, 20-29/30", "bytes 99999999999999999999-1/2", "bytes 0-9/0x10"})
+        EXPECT_FALSE(contentRangeFrom(value)) << value;
 }
 
 TEST(ContentDisposition, DecodesTheExtendedName)
@@ -59,6 +76,14 @@ TEST(ContentDisposition, ReadsPlainNamesQuotedOrNotInAnyLetterCase)
     EXPECT_EQ(nameFrom(QStringLiteral("attachment; FileName = plain.rar ; size=3")), QStringLiteral("plain.rar"));
     EXPECT_EQ(nameFrom(QStringLiteral("attachment")), std::nullopt);
     EXPECT_EQ(nameFrom(QString()), std::nullopt);
+}
+
+TEST(ContentDisposition, CutsANameThatNobodyCouldRead)
+{
+    const QString name =
+        nameFrom(QStringLiteral("filename=\"") + QString(200'000, u'W') + QStringLiteral(".part1.rar\"")).value();
+    EXPECT_LE(name.size(), 1000);
+    EXPECT_TRUE(name.endsWith(QStringLiteral("W.part1.rar")));
 }
 
 TEST(ContentDisposition, NeverNamesAnotherFolder)

@@ -192,6 +192,23 @@ TEST_F(PostDownloadTest, AsksForThePasswordUntilItIsRight)
     EXPECT_TRUE(reaches(item, ExtractionStatus::done));
 }
 
+TEST_F(PostDownloadTest, TakesAnArchiveForDamagedThatTheSameAnswerDoesNotOpenTwice)
+{
+    shop.tools.add(QStringLiteral("7zz"),
+                   "echo 'ERROR: Data Error in encrypted file. Wrong password? : movie.mkv'; exit 2");
+    const ItemPtr item = onDisk(QStringLiteral("x.7z"));
+    run(item);
+    for (const char* answer : {"one", "other"}) {
+        ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
+        shop.manager().submitExtractionPassword(QString::fromLatin1(answer));
+    }
+    ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
+    shop.manager().submitExtractionPassword(QStringLiteral("one"));
+    ASSERT_TRUE(reaches(item, ExtractionStatus::failed));
+    EXPECT_TRUE(item->extractionStatus().message().contains(QStringLiteral("Data Error")));
+    EXPECT_FALSE(question());
+}
+
 TEST_F(PostDownloadTest, LeavesTheArchiveWhenThePasswordIsNotTold)
 {
     shop.tools.add(QStringLiteral("unrar"), "exit 11");

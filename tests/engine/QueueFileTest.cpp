@@ -347,7 +347,7 @@ TEST_F(QueueFileTest, DoesNotWriteOverAFileThatItCanNeitherReadNorMoveAside)
         void tableReordered() override {}
         void tableItemChanged(DownloadItem& /*item*/, ItemField /*field*/) override {}
     } nobody;
-    file.save(ItemTable(nobody));
+    file.save(ItemTable(nobody), paths);
     writer.flush();
     EXPECT_EQ(shop.sandbox.read(longName), "broken");
 }

@@ -47,8 +47,7 @@ const QString pageText =
 
 TEST_F(TransferCompletionTest, FailsWithTheTextOfAPage)
 {
-    shop.sandbox.write(partFile, "old");
-    const ItemPtr item = shop.start(rarLink);
+    const ItemPtr item = shop.resume(rarLink, "old");
     failPage("<html>sorry</html>");
     EXPECT_EQ(item->status(), DownloadStatus::failure(pageText));
     EXPECT_FALSE(shop.sandbox.exists(partFile));
@@ -153,9 +152,9 @@ TEST_F(TransferCompletionTest, EarnsTheBudgetBackWithATick)
 
 TEST_F(TransferCompletionTest, TriesAShortFileEightTimesAndThenTellsTheNumbers)
 {
-    shop.sandbox.write(partFile, QByteArray(999, 'x'));
     shop.settings().language.set(AppLanguage::italian);
     const ItemPtr item = shop.add(rarLink);
+    shop.begin(item, QByteArray(999, 'x'));
     item->setTotalBytes(1000);
     shop.manager().startAll();
     turnEventLoop();
@@ -181,11 +180,60 @@ TEST_F(TransferCompletionTest, CountsATransferOfUnknownLengthAsComplete)
     EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/x.rar")), "whatever came");
 }
 
-TEST_F(TransferCompletionTest, CountsAFileLargerThanToldAsComplete)
+TEST_F(TransferCompletionTest, NeverCompletesAFileLargerThanToldAndFetchesItNotForEver)
 {
     const ItemPtr item = shop.start(rarLink);
-    answer(200, {{"Content-Length", "2"}}, "more");
-    EXPECT_EQ(item->status(), DownloadStatus::completed);
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(item->status(), DownloadStatus::downloading);
+        EXPECT_FALSE(server().header("Range"));
+        server().head(200, {{"Content-Length", "5"}});
+        // A tick earns the whole budget back.
+        shop.clock.advance(1s);
+        server().data("1234");
+        server().data("56");
+        turnEventLoop();
+        EXPECT_EQ(item->bytesReceived(), 0);
+        shop.clock.advance(10s);
+    }
+    EXPECT_EQ(item->status(),
+              DownloadStatus::failure(QStringLiteral("The server sent more than it had announced — retry")));
+    EXPECT_EQ(requests(), 2U);
+    EXPECT_TRUE(shop.sandbox.files(QStringLiteral("Downloads")).isEmpty());
+    shop.manager().commands().retryItem(*item);
+    turnEventLoop();
+    answer(200, {{"Content-Length", "5"}}, "12345");
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/x.rar")), "12345");
+}
+
+TEST_F(TransferCompletionTest, KeepsWhatItHadWhenTheRestIsTooLong)
+{
+    const ItemPtr item = shop.add(rarLink);
+    shop.begin(item, "good");
+    item->setTotalBytes(8);
+    shop.manager().startAll();
+    turnEventLoop();
+    server().head(206, {{"Content-Range", "bytes 4-7/8"}});
+    server().data("en");
+    server().data("d!?");
+    turnEventLoop();
+    EXPECT_EQ(shop.sandbox.read(partFile), "good");
+    EXPECT_EQ(item->bytesReceived(), 4);
+    shop.clock.advance(10s);
+    EXPECT_EQ(server().header("Range"), "bytes=4-");
+    answer(206, {{"Content-Range", "bytes 4-7/8"}}, "end!");
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/x.rar")), "goodend!");
+}
+
+TEST_F(TransferCompletionTest, BeginsAPartFileAnewThatIsLongerThanItsSource)
+{
+    const ItemPtr item = shop.add(rarLink);
+    shop.begin(item, "much too long");
+    item->setTotalBytes(8);
+    shop.manager().startAll();
+    turnEventLoop();
+    EXPECT_FALSE(server().header("Range"));
+    answer(200, {{"Content-Length", "8"}}, "goodend!");
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/x.rar")), "goodend!");
 }
 
 TEST_F(TransferCompletionTest, NeverCompletesAnErrorAnswer)
@@ -205,8 +253,8 @@ TEST_F(TransferCompletionTest, NeverCompletesAnErrorAnswer)
 
 TEST_F(TransferCompletionTest, KeepsTheGoodBytesThroughErrorAnswersOnAResume)
 {
-    shop.sandbox.write(partFile, "good");
     const ItemPtr item = shop.add(rarLink);
+    shop.begin(item, "good");
     item->setTotalBytes(8);
     shop.manager().startAll();
     turnEventLoop();
@@ -223,8 +271,8 @@ TEST_F(TransferCompletionTest, KeepsTheGoodBytesThroughErrorAnswersOnAResume)
 
 TEST_F(TransferCompletionTest, TellsTheNumbersWhenErrorAnswersLeaveAFileShort)
 {
-    shop.sandbox.write(partFile, "good");
     const ItemPtr item = shop.add(rarLink);
+    shop.begin(item, "good");
     item->setTotalBytes(8);
     shop.manager().startAll();
     turnEventLoop();
@@ -352,7 +400,7 @@ TEST_F(TransferCompletionTest, ItsTextsExistInBothLanguages)
     }
     for (const auto reason :
          {TransferEnd::Reason::ErrorAnswer, TransferEnd::Reason::ForeignRange, TransferEnd::Reason::SourceChanged,
-          TransferEnd::Reason::NotWritten, TransferEnd::Reason::WebPage}) {
+          TransferEnd::Reason::NotWritten, TransferEnd::Reason::WebPage, TransferEnd::Reason::Overlong}) {
         TransferEnd end;
         end.reason = reason;
         end.systemError = ENOSPC;

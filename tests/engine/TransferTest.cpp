@@ -37,8 +37,7 @@ TEST_F(TransferTest, AsksForNoRangeWithAnEmptyPartFile)
 
 TEST_F(TransferTest, GoesOnBehindThePartFile)
 {
-    shop.sandbox.write(partFile, QByteArray(1000, 'a'));
-    const ItemPtr item = shop.start(rarLink);
+    const ItemPtr item = shop.resume(rarLink, QByteArray(1000, 'a'));
     EXPECT_EQ(server().header("Range"), "bytes=1000-");
     EXPECT_EQ(item->bytesReceived(), 1000);
     say(206, {{"Content-Range", "bytes 1000-1999/2000"}, {"Content-Length", "1000"}});
@@ -50,8 +49,7 @@ TEST_F(TransferTest, GoesOnBehindThePartFile)
 
 TEST_F(TransferTest, StartsOverWhenTheServerIgnoresTheRange)
 {
-    shop.sandbox.write(partFile, QByteArray(1000, 'a'));
-    const ItemPtr item = shop.start(rarLink);
+    const ItemPtr item = shop.resume(rarLink, QByteArray(1000, 'a'));
     say(200, {{"Content-Length", "4"}});
     EXPECT_EQ(shop.sandbox.read(partFile), "");
     EXPECT_EQ(item->bytesReceived(), 0);
@@ -64,8 +62,8 @@ TEST_F(TransferTest, StartsOverWhenTheServerIgnoresTheRange)
 
 TEST_F(TransferTest, KeepsTheTotalWhenThePieceDoesNotTellIt)
 {
-    shop.sandbox.write(partFile, "0123456789");
     const ItemPtr item = shop.add(rarLink);
+    shop.begin(item, "0123456789");
     item->setTotalBytes(20);
     shop.manager().startAll();
     turnEventLoop();
@@ -78,8 +76,8 @@ TEST_F(TransferTest, KeepsTheTotalWhenThePieceDoesNotTellIt)
 
 TEST_F(TransferTest, TakesTheOffsetFromTheDiskAndNothingElse)
 {
-    shop.sandbox.write(partFile, "12345");
     const ItemPtr item = shop.add(rarLink);
+    shop.begin(item, "12345");
     item->setBytesReceived(777);
     shop.manager().startAll();
     turnEventLoop();
@@ -102,8 +100,8 @@ TEST_F(TransferTest, CompletesWithoutARequestWhenTheFileIsThere)
 
 TEST_F(TransferTest, OnlyFinishesWhenThePartFileHoldsTheWholeKnownTotal)
 {
-    shop.sandbox.write(partFile, "0123456789");
     const ItemPtr item = shop.add(rarLink);
+    shop.begin(item, "0123456789");
     item->setTotalBytes(10);
     shop.manager().startAll();
     turnEventLoop();
@@ -114,8 +112,7 @@ TEST_F(TransferTest, OnlyFinishesWhenThePartFileHoldsTheWholeKnownTotal)
 
 TEST_F(TransferTest, FinishesWhenTheServerSaysThatNothingIsLeft)
 {
-    shop.sandbox.write(partFile, "0123456789");
-    const ItemPtr item = shop.start(rarLink);
+    const ItemPtr item = shop.resume(rarLink, "0123456789");
     say(416, {{"Content-Type", "text/html"}, {"Content-Range", "bytes */10"}});
     EXPECT_EQ(item->status(), DownloadStatus::completed);
     EXPECT_EQ(shop.sandbox.read(finalFile), "0123456789");
@@ -168,10 +165,10 @@ TEST_F(TransferTest, TakesTheServersNameForADirectLink)
     const ItemPtr item = shop.start(QStringLiteral("http://h/get?id=1"));
     say(200, {{"Content-Length", "3"}, {"Content-Disposition", "attachment; filename=\"movie.part1.rar\""}});
     EXPECT_EQ(item->filename(), QStringLiteral("movie.part1.rar"));
-    EXPECT_TRUE(shop.sandbox.exists(QStringLiteral("Downloads/movie/movie.part1.rar.download")));
-    EXPECT_FALSE(shop.sandbox.exists(QStringLiteral("Downloads/get.download")));
     send("abc");
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/get.download")), "abc");
     close();
+    EXPECT_FALSE(shop.sandbox.exists(QStringLiteral("Downloads/get.download")));
     EXPECT_EQ(item->localPath(), shop.sandbox.path(QStringLiteral("Downloads/movie/movie.part1.rar")));
 }
 
@@ -204,8 +201,7 @@ TEST_F(TransferTest, LeavesAPartFileAloneThatStandsUnderTheServersName)
 
 TEST_F(TransferTest, IgnoresTheServersNameOnAResume)
 {
-    shop.sandbox.write(partFile, "abc");
-    const ItemPtr item = shop.start(rarLink);
+    const ItemPtr item = shop.resume(rarLink, "abc");
     say(206, {{"Content-Range", "bytes 3-5/6"}, {"Content-Disposition", "attachment; filename=other.rar"}});
     EXPECT_EQ(item->filename(), QStringLiteral("x.rar"));
 }
@@ -227,10 +223,14 @@ TEST_F(TransferTest, TellsTheViewsAtMostTwiceASecond)
     EXPECT_DOUBLE_EQ(item->progress(), 0.005);
 }
 
-TEST_F(TransferTest, KeepsProgressWithinOneWhenMoreComesThanWasTold)
+TEST_F(TransferTest, TakesNothingOfAnAnswerThatIsLongerThanItAnnounced)
 {
     const ItemPtr item = shop.start(rarLink);
     say(200, {{"Content-Length", "4"}});
-    send("12345678", 500ms);
-    EXPECT_DOUBLE_EQ(item->progress(), 1.0);
+    send("123", 500ms);
+    EXPECT_DOUBLE_EQ(item->progress(), 0.75);
+    send("45678");
+    EXPECT_TRUE(shop.http.exchanges()[0]->isOver);
+    EXPECT_DOUBLE_EQ(item->progress(), 0);
+    EXPECT_EQ(shop.sandbox.read(partFile), "");
 }

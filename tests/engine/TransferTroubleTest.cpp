@@ -12,8 +12,7 @@ using TransferTroubleTest = OneTransfer;
 
 TEST_F(TransferTroubleTest, AsksForTheRestOnlyAndMixesNothingWhenThePieceBeginsElsewhere)
 {
-    shop.sandbox.write(partFile, "0123456789");
-    const ItemPtr item = shop.start(rarLink);
+    const ItemPtr item = shop.resume(rarLink, "0123456789");
     say(206, {{"Content-Range", "bytes 0-19/20"}});
     EXPECT_EQ(shop.sandbox.read(partFile), "0123456789");
     EXPECT_EQ(item->status(), DownloadStatus::queued);

@@ -19,12 +19,6 @@ QString nameOnDisk(const DownloadItem& item)
     return QFileInfo(item.localPath().value_or(QString())).fileName();
 }
 
-bool isBeingUnpacked(const DownloadItem& item)
-{
-    return item.extractionStatus() == ExtractionStatus::extracting ||
-           item.extractionStatus() == ExtractionStatus::repairing;
-}
-
 /// Of a test that blames no volume.
 VerificationResult resultOf(const VolumeTest& tested)
 {
@@ -59,7 +53,7 @@ void GroupVerification::verifyGroup(const std::vector<ItemPtr>& items)
     const QString archive = *(*first)->localPath();
     if (m_running.contains(archive))
         return;
-    if (isBeingUnpacked(**first)) {
+    if (m_postDownload.isWorkingOn((*first)->id())) {
         (*first)->setVerification({VerificationResult::busy});
         return;
     }

@@ -9,6 +9,7 @@
 #include "engine/intake/LinkIntake.h"
 #include "engine/recovery/NetworkRecovery.h"
 #include "engine/schedule/DownloadStarter.h"
+#include "engine/transfer/ItemPart.h"
 #include "engine/transfer/TransferSession.h"
 #include "model/AppSettings.h"
 #include "model/DownloadPaths.h"
@@ -145,9 +146,8 @@ void QueueCommands::retryItem(DownloadItem& item)
         return;
     m_ports.recovery.cancelCountdown(item);
     interruptItem(item, DownloadStatus::queued);
-    const QString part = DownloadPaths(m_ports.settings.downloadFolderPath.value()).partFile(item.filename());
-    if (!m_ports.session.isWriting(part))
-        QFile::remove(part);
+    removePart(item, DownloadPaths(m_ports.settings.downloadFolderPath.value()).partFile(item.filename()));
+    item.setPartPlace(std::nullopt);
     requeue(item);
     m_ports.queue.processQueue();
 }
@@ -247,8 +247,10 @@ void QueueCommands::discardTransfer(DownloadItem& item)
     m_ports.session.drop(item.id());
     m_ports.starter.abandon(item.id());
     m_ports.completion.forget({item.id()});
-    if (partPath)
+    if (partPath) {
         QFile::remove(*partPath);
+        item.setPartPlace(std::nullopt);
+    }
 }
 
 } // namespace vormel

@@ -3,6 +3,7 @@
 #include "archive/PostDownload.h"
 #include "engine/completion/SetPartners.h"
 #include "engine/recovery/NetworkRecovery.h"
+#include "engine/transfer/PartMarks.h"
 #include "engine/transfer/TransferTexts.h"
 #include "model/AppSettings.h"
 #include "model/DownloadPaths.h"
@@ -57,8 +58,8 @@ void TransferCompletion::finishTransfer(DownloadItem& item, const TransferEnd& e
     if (!end.partPath || !end.finalPath)
         return fail(item, QStringLiteral("Internal error: missing path"));
     const qint64 size = sizeOnDisk(*end.partPath);
-    const bool isShort = item.totalBytes() >= 1 && size < item.totalBytes();
-    if (isShort || end.reason == TransferEnd::Reason::NotWritten)
+    const bool isWhole = item.totalBytes() < 1 || size == item.totalBytes();
+    if (!isWhole || end.reason != TransferEnd::Reason::Finished)
         return fileIsShort(item, end, size);
     fileIsComplete(item, end);
 }
@@ -84,9 +85,17 @@ void TransferCompletion::webPageCame(DownloadItem& item, const TransferEnd& end)
     // A page is of no use as a partial file: a later try starts from nothing.
     if (end.partPath)
         QFile::remove(*end.partPath);
+    item.setPartPlace(std::nullopt);
     // Nothing else may happen to the item's set any more, and its recovery volumes can still save it.
     m_recovery.scheduleRecoveryCheck(item);
     fail(item, webPageText(end.page, m_settings.language.value()));
+}
+
+bool TransferCompletion::mayStartOver(const ItemId& id)
+{
+    const qsizetype known = m_startedOver.size();
+    m_startedOver.insert(id);
+    return m_startedOver.size() > known;
 }
 
 bool TransferCompletion::retryLater(DownloadItem& item)
@@ -105,10 +114,8 @@ void TransferCompletion::prepareNextTry(DownloadItem& item, const TransferEnd& e
         item.setResolvedURL(std::nullopt);
         item.setResolvedAt(std::nullopt);
     }
-    if (end.reason != TransferEnd::Reason::SourceChanged || m_startedOver.contains(item.id()))
+    if (end.reason != TransferEnd::Reason::SourceChanged || !mayStartOver(item.id()))
         return;
-    // Only once: between two servers that differ for good there would be no end to it.
-    m_startedOver.insert(item.id());
     if (end.partPath)
         QFile::remove(*end.partPath);
     item.setTotalBytes(0);
@@ -137,12 +144,21 @@ void TransferCompletion::fileIsShort(DownloadItem& item, const TransferEnd& end,
 {
     const bool isTotalKnown = item.totalBytes() >= 1;
     item.setBytesReceived(size);
-    item.setProgress(isTotalKnown ? static_cast<double>(size) / static_cast<double>(item.totalBytes()) : 0);
+    item.setProgress(isTotalKnown ? std::min(static_cast<double>(size) / static_cast<double>(item.totalBytes()), 1.0)
+                                  : 0);
     item.setSpeedBytesPerSec(0);
-    if (!retryLater(item)) {
+    // Each such answer moves data and so earns the budget back; without another bound there would be no end to it.
+    const bool isFinal = end.reason == TransferEnd::Reason::Overlong && !mayStartOver(item.id());
+    if (isFinal || !retryLater(item)) {
         m_retries.restore(item.id());
+<<<<<<< HEAD
         const bool isShort = isTotalKnown && size < item.totalBytes();
         const QString message = isShort ? incompleteText(size, item.totalBytes()) : endText(end, m_settings);
+=======
+        const bool isShort = isTotalKnown && size < item.totalBytes() && end.reason != TransferEnd::Reason::Overlong;
+        const QString message =
+            isShort ? incompleteText(size, item.totalBytes()) : endText(end, m_settings.language.value());
+>>>>>>> bytes
         item.setStatus(DownloadStatus::failure(message));
     }
     m_queue.processQueue();
@@ -151,19 +167,26 @@ void TransferCompletion::fileIsShort(DownloadItem& item, const TransferEnd& end,
 QString TransferCompletion::destinationFor(DownloadItem& item, const TransferEnd& end)
 {
     const std::optional<QString>& suggested = end.suggestedName;
-    if (!suggested || *suggested == lastComponent(*end.finalPath))
-        return *end.finalPath;
-    const DownloadPaths paths(m_settings.downloadFolderPath.value());
-    QDir().mkpath(paths.groupFolder(*suggested));
-    item.setFilename(*suggested);
-    return paths.finalFile(*suggested);
+    QString destination = *end.finalPath;
+    if (suggested && *suggested != lastComponent(destination)) {
+        item.setFilename(*suggested);
+        destination = DownloadPaths(m_settings.downloadFolderPath.value()).finalFile(*suggested);
+    }
+    QDir().mkpath(QFileInfo(destination).path());
+    return destination;
 }
 
 void TransferCompletion::fileIsComplete(DownloadItem& item, const TransferEnd& end)
 {
     MoveResult moved = moveToFinalPlace(*end.partPath, destinationFor(item, end));
     if (moved.systemError != 0)
+<<<<<<< HEAD
         return fail(item, fileErrorText(moved.systemError, m_settings));
+=======
+        return fail(item, fileErrorText(moved.systemError, m_settings.language.value()));
+    removeMarks(moved.path);
+    item.setPartPlace(std::nullopt);
+>>>>>>> bytes
     const bool isRev = isRevName(moved.path);
     if (isRev)
         moved.path = broughtToItsArchive(item, moved.path, m_table);
@@ -193,6 +216,7 @@ void TransferCompletion::startExtraction(const DownloadItem& item)
 
 void TransferCompletion::completeWithFile(DownloadItem& item, const QString& path)
 {
+    item.setPartPlace(std::nullopt);
     item.setLocalPath(path);
     item.setProgress(1.0);
     item.setWantedAnew(false);

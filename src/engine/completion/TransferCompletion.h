@@ -52,6 +52,9 @@ private:
     void fileIsShort(DownloadItem& item, const TransferEnd& end, qint64 size);
     void fileIsComplete(DownloadItem& item, const TransferEnd& end);
     void fail(DownloadItem& item, const QString& message);
+    /// True for the first time that bytes of the item are given up: between servers that never agree there would be no
+    /// end to it.
+    [[nodiscard]] bool mayStartOver(const ItemId& id);
     /// True if the item waits for another attempt.
     bool retryLater(DownloadItem& item);
     /// What the end says about where and from which byte to try again.
@@ -66,7 +69,7 @@ private:
     Queue& m_queue;
     RetryBudget m_retries;
     NextTries m_nextTries;
-    QSet<ItemId> m_startedOver; ///< items that have given their bytes up once, for a source that had changed
+    QSet<ItemId> m_startedOver; ///< items that have given bytes up once
 };
 
 } // namespace vormel

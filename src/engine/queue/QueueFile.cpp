@@ -1,6 +1,7 @@
 #include "engine/queue/QueueFile.h"
 
 #include "platform/storage/FileWriter.h"
+#include "platform/storage/FolderSyncs.h"
 #include "platform/storage/WholeFile.h"
 
 #include <QFileInfo>
@@ -13,19 +14,23 @@ constexpr qint64 largestFile = qint64{64} * 1024 * 1024;
 
 constexpr ItemFields storedFields = ItemField::ResolvedUrl | ItemField::Filename | ItemField::Status |
                                     ItemField::Progress | ItemField::BytesReceived | ItemField::TotalBytes |
-                                    ItemField::LocalPath | ItemField::ExtractionStatus | ItemField::ResolvedAt;
+                                    ItemField::LocalPath | ItemField::ExtractionStatus | ItemField::ResolvedAt |
+                                    ItemField::PartPlace;
 
 } // namespace
 
 QueueFile::QueueFile(QString path, FileWriter& writer)
     : m_path(std::move(path))
     , m_writer(writer)
+    , m_finishedIn(std::make_shared<FolderSyncs>())
 {}
 
-void QueueFile::noteChange(const ItemId& id, ItemField field)
+void QueueFile::noteChange(const DownloadItem& item, ItemField field)
 {
     if (storedFields.testFlag(field))
-        m_records.erase(id);
+        m_records.erase(item.id());
+    if (field == ItemField::LocalPath && item.localPath())
+        m_finishedIn->note(QFileInfo(*item.localPath()).path());
 }
 
 void QueueFile::noteRemoval(const QSet<ItemId>& ids)
@@ -34,10 +39,14 @@ void QueueFile::noteRemoval(const QSet<ItemId>& ids)
         m_records.erase(id);
 }
 
-void QueueFile::save(const ItemTable& table)
+void QueueFile::save(const ItemTable& table, const DownloadPaths& paths)
 {
     if (!m_mayWrite)
         return;
+    // Records leave out what is where it is looked for.
+    if (m_recordedFor != paths)
+        m_records.clear();
+    m_recordedFor = paths;
     std::vector<std::shared_ptr<const QueueRecord>> records;
     records.reserve(table.items().size());
     for (const ItemPtr& item : table.items()) {
@@ -45,10 +54,13 @@ void QueueFile::save(const ItemTable& table)
             continue;
         std::shared_ptr<const QueueRecord>& record = m_records[item->id()];
         if (!record)
-            record = encodeRecord(*item);
+            record = encodeRecord(*item, paths);
         records.push_back(record);
     }
-    m_writer.post(m_path, [records = std::move(records)] { return encodeQueue(records); });
+    m_writer.post(m_path, [records = std::move(records), finishedIn = m_finishedIn] {
+        finishedIn->syncAll();
+        return encodeQueue(records);
+    });
 }
 
 std::vector<ItemPtr> QueueFile::restore(const DownloadPaths& paths)

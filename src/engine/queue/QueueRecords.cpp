@@ -1,5 +1,6 @@
 #include "engine/queue/QueueRecords.h"
 
+#include "engine/queue/PartFinder.h"
 #include "model/NormalizeURL.h"
 #include "text/FileName.h"
 #include "text/PercentCoding.h"
@@ -15,7 +16,6 @@
 
 #include <climits>
 #include <cmath>
-#include <dirent.h>
 
 namespace vormel {
 
@@ -90,6 +90,19 @@ void writeText(Writer& writer, const char* key, const QString& text)
     writer.Key(key);
     const QByteArray utf8 = text.toUtf8();
     writer.String(utf8.constData(), static_cast<rapidjson::SizeType>(utf8.size()));
+}
+
+QString urlOf(const QString& path)
+{
+    return QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded);
+}
+
+/// Would nobody find the part file by its name and by what it says of itself?
+bool mustStorePart(const DownloadItem& item, const DownloadPaths& paths)
+{
+    const std::optional<PartPlace>& place = item.partPlace();
+    return place && !(item.status() == DownloadStatus::completed) &&
+           (!place->isMarked || place->path != paths.partFile(item.filename()));
 }
 
 double writableNumber(double value)
@@ -214,57 +227,25 @@ std::optional<QString> localPathFrom(const std::optional<QString>& url)
     return percentDecoded(rest);
 }
 
-/// Sizes of part files. Each folder is listed once, so that a long queue does not ask the disk about every item.
-class PartFileSizes
+/// The truth of a partial download is on disk, not in the record.
+void takeTruthFromDisk(DownloadItem& item, const std::optional<QString>& storedPart, PartFinder& parts)
 {
-public:
-    explicit PartFileSizes(const DownloadPaths& paths)
-        : m_paths(paths)
-    {}
-
-    /// 0 without a part file.
-    [[nodiscard]] qint64 of(const QString& filename)
-    {
-        const QString folder = m_paths.groupFolder(filename);
-        auto listing = m_listings.constFind(folder);
-        if (listing == m_listings.constEnd())
-            listing = m_listings.insert(folder, partNamesIn(folder));
-        if (listing->isEmpty())
-            return 0;
-        const QString part = m_paths.partFile(filename);
-        struct stat facts = {};
-        const bool isThere = listing->contains(QFile::encodeName(lastComponent(part)));
-        return isThere && ::stat(QFile::encodeName(part).constData(), &facts) == 0 ? facts.st_size : 0;
-    }
-
-private:
-    [[nodiscard]] static QSet<QByteArray> partNamesIn(const QString& folder)
-    {
-        QSet<QByteArray> names;
-        const std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir(QFile::encodeName(folder).constData()),
-                                                            &::closedir);
-        while (const dirent* const entry = directory ? ::readdir(directory.get()) : nullptr) {
-            if (QByteArrayView(entry->d_name).endsWith(".download"))
-                names.insert(entry->d_name);
-        }
-        return names;
-    }
-
-    const DownloadPaths& m_paths;
-    QHash<QString, QSet<QByteArray>> m_listings;
-};
-
-void takeTruthFromDisk(DownloadItem& item, PartFileSizes& sizes)
-{
-    const qint64 size = sizes.of(item.filename());
-    if (size < 1)
+    if (item.status() == DownloadStatus::completed)
         return;
-    item.setBytesReceived(size);
+    const std::optional<PartFinder::Found> found = parts.find(item, storedPart);
+    if (!found)
+        return;
+    item.setPartPlace(found->place);
+    if (!(item.status() == DownloadStatus::paused) || found->size < 1)
+        return;
+    if (item.totalBytes() < 1)
+        item.setTotalBytes(found->total);
+    item.setBytesReceived(found->size);
     const auto total = static_cast<double>(item.totalBytes());
-    item.setProgress(item.totalBytes() < 1 ? 0 : static_cast<double>(size) / total);
+    item.setProgress(item.totalBytes() < 1 ? 0 : static_cast<double>(found->size) / total);
 }
 
-ItemPtr decodeRecord(const Value& value, PartFileSizes& sizes)
+ItemPtr decodeRecord(const Value& value, PartFinder& parts)
 {
     RecordReader reader(value);
     const ItemId id = reader.requiredId("id");
@@ -285,10 +266,10 @@ ItemPtr decodeRecord(const Value& value, PartFileSizes& sizes)
     item->restoreHostName(reader.requiredShown("hostName"));
     const QString extractionType = reader.requiredText("extractionStatusType");
     item->setExtractionStatus(extractionFrom(extractionType, reader.optionalShown("extractionError")));
+    const std::optional<QString> storedPart = localPathFrom(reader.optionalText("partPath"));
     if (!reader.isSound())
         return nullptr;
-    if (item->status() == DownloadStatus::paused)
-        takeTruthFromDisk(*item, sizes);
+    takeTruthFromDisk(*item, storedPart, parts);
     return item;
 }
 
@@ -303,7 +284,7 @@ void QueueRecord::appendTo(QByteArray& json) const
     json += behindLocalPath;
 }
 
-std::shared_ptr<const QueueRecord> encodeRecord(const DownloadItem& item)
+std::shared_ptr<const QueueRecord> encodeRecord(const DownloadItem& item, const DownloadPaths& paths)
 {
     if (item.status() == DownloadStatus::expanding)
         return nullptr;
@@ -331,7 +312,7 @@ std::shared_ptr<const QueueRecord> encodeRecord(const DownloadItem& item)
     }
     record->upToLocalPath = taken(buffer);
     if (item.localPath()) {
-        writeText(writer, "localPath", QUrl::fromLocalFile(*item.localPath()).toString(QUrl::FullyEncoded));
+        writeText(writer, "localPath", urlOf(*item.localPath()));
         record->localPathEntry = taken(buffer);
         record->localPathOnDisk = QFile::encodeName(*item.localPath());
     }
@@ -339,6 +320,8 @@ std::shared_ptr<const QueueRecord> encodeRecord(const DownloadItem& item)
     writeText(writer, "extractionStatusType", QString::fromLatin1(storedName(item.extractionStatus())));
     if (item.extractionStatus() == ExtractionStatus::failed)
         writeText(writer, "extractionError", item.extractionStatus().message());
+    if (mustStorePart(item, paths))
+        writeText(writer, "partPath", urlOf(item.partPlace()->path));
     writer.EndObject();
     record->behindLocalPath = taken(buffer);
     return record;
@@ -368,13 +351,13 @@ std::optional<std::vector<ItemPtr>> decodeQueue(QByteArray json, const DownloadP
     document.ParseInsitu<flags>(json.data());
     if (document.HasParseError() || !document.IsArray())
         return std::nullopt;
-    PartFileSizes sizes(paths);
+    PartFinder parts(paths);
     std::vector<ItemPtr> items;
     items.reserve(document.Size());
     QSet<QString> links;
     QSet<ItemId> ids;
     for (const Value& value : document.GetArray()) {
-        ItemPtr item = decodeRecord(value, sizes);
+        ItemPtr item = decodeRecord(value, parts);
         if (!item)
             return std::nullopt;
         const qsizetype known = links.size();

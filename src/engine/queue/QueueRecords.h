@@ -23,8 +23,8 @@ struct QueueRecord
     void appendTo(QByteArray& json) const;
 };
 
-/// Nothing for a placeholder, which is not kept.
-[[nodiscard]] std::shared_ptr<const QueueRecord> encodeRecord(const DownloadItem& item);
+/// Nothing for a placeholder, which is not kept. The paths tell where a part file is looked for without being stored.
+[[nodiscard]] std::shared_ptr<const QueueRecord> encodeRecord(const DownloadItem& item, const DownloadPaths& paths);
 
 /// The whole file. Looks at the disk for local paths.
 [[nodiscard]] QByteArray encodeQueue(const std::vector<std::shared_ptr<const QueueRecord>>& records);

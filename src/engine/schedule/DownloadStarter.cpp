@@ -4,6 +4,7 @@
 #include "engine/completion/FinishedFile.h"
 #include "engine/completion/TransferCompletion.h"
 #include "engine/recovery/NetworkRecovery.h"
+#include "engine/transfer/ItemPart.h"
 #include "engine/transfer/TransferSession.h"
 #include "engine/transfer/TransferTexts.h"
 #include "model/AppSettings.h"
@@ -136,30 +137,43 @@ void DownloadStarter::beginTransfer(DownloadItem& item, const Link& address)
             m_ports.postDownload.autoExtractAfterDownload(item.id());
         return;
     }
-    const QString part = paths.partFile(item.filename());
-    if (m_ports.session.isWriting(part)) {
+    if (m_ports.session.isFetching(destination)) {
         // Two links of one name: the second waits, and is complete when the first is.
         item.setStatus(DownloadStatus::queued);
         m_ports.queue.processQueue();
         return;
     }
-    const QFileInfo partial(part);
-    const qint64 offset = partial.exists() ? partial.size() : 0;
-    if (offset >= 1)
-        item.setBytesReceived(offset);
-    if (offset >= 1 && offset == item.totalBytes()) {
-        // Everything is here and only the last step was cut off; asking for more would bring an error page at best.
-        TransferEnd end;
-        end.partPath = part;
-        end.finalPath = destination;
-        m_ports.completion.finishTransfer(item, end);
-        return;
-    }
-    TransferOrder order{item.id(), address, item.filename(), part, destination, item.totalBytes(), true};
+    const QString usualPart = paths.partFile(item.filename());
+    OpenedPart part = openPart(item, usualPart, m_ports.session.partFiles());
+    if (!part.file)
+        return startFailed(item, fileErrorText(part.systemError, m_ports.settings.language.value()));
+    takeOver(item, *part.file, usualPart);
+    TransferOrder order{item.id(), address, item.filename(), destination, item.totalBytes(), true};
     order.isDirectLink = !m_ports.resolvers.hostResolverForURL(item.originalURL());
     item.setStatus(DownloadStatus::downloading);
+<<<<<<< HEAD
     if (const int systemError = m_ports.session.start(std::move(order)))
         startFailed(item, fileErrorText(systemError, m_ports.settings));
+=======
+    m_ports.session.start(std::move(order), std::move(part.file));
+}
+
+void DownloadStarter::takeOver(DownloadItem& item, PartFile& file, const QString& usualPath)
+{
+    const PartPlace place{file.path(), file.isMarked()};
+    const bool isSurprise = item.partPlace() != place && (place.path != usualPath || !place.isMarked);
+    item.setPartPlace(place);
+    if (const qint64 total = file.marks().total; total >= 1)
+        item.setTotalBytes(total);
+    // More than the source has cannot be its beginning.
+    if (item.totalBytes() >= 1 && file.size() > item.totalBytes() && file.restart())
+        item.setBytesReceived(0);
+    if (file.size() >= 1)
+        item.setBytesReceived(file.size());
+    // Saved before the first byte comes, as nothing else may lead to this file after a kill.
+    if (isSurprise)
+        m_ports.queue.saveQueue();
+>>>>>>> bytes
 }
 
 void DownloadStarter::startFailed(DownloadItem& item, const QString& message)

@@ -12,6 +12,7 @@ namespace vormel {
 
 class AppSettings;
 class NetworkRecovery;
+class PartFile;
 class PostDownload;
 class ResolverTables;
 class TransferCompletion;
@@ -62,6 +63,8 @@ private:
     [[nodiscard]] QCoro::Task<Link> downloadAddress(ItemPtr item, quint64 attempt);
     [[nodiscard]] bool isCurrent(const ItemPtr& item, quint64 attempt) const;
     void beginTransfer(DownloadItem& item, const Link& address);
+    /// What is in the part file is what the item has.
+    void takeOver(DownloadItem& item, PartFile& file, const QString& usualPath);
     void startFailed(DownloadItem& item, const QString& message);
 
     Ports m_ports;

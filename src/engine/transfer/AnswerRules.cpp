@@ -2,7 +2,8 @@
 
 #include "engine/transfer/ContentHeaders.h"
 #include "text/FileName.h"
-#include "text/PercentCoding.h"
+
+#include <limits>
 
 namespace vormel {
 
@@ -25,65 +26,101 @@ bool mayBePage(const QString& filename)
     return extension.isEmpty() || extension == u"html" || extension == u"htm" || extension == u"txt";
 }
 
+/// The size that an answer without a satisfiable range tells, as in "bytes */1000".
+std::optional<qint64> sizeTold(const HttpResponse& response)
+{
+    const std::vector<QByteArray> values = response.values("Content-Range");
+    const auto told = values.size() == 1 ? contentRangeFrom(values.front()) : std::nullopt;
+    return told && !told->range ? told->total : std::nullopt;
+}
+
+bool comesFromAnotherVersion(const HttpResponse& response, const AskedFor& asked)
+{
+    return asked.comparesMarks && isOtherVersion(asked.source, sourceMarkOf(response));
+}
+
 bool saysNothingIsLeft(const HttpResponse& response, const AskedFor& asked)
+{
+    return response.statusCode == RangeNotSatisfiable && asked.offset >= 1 && sizeTold(response) == asked.offset &&
+           (asked.knownTotal < 1 || asked.knownTotal == asked.offset) && !comesFromAnotherVersion(response, asked);
+}
+
+/// The server's file ends before the bytes on disk do, or is not as long as it was.
+bool saysItIsAnotherFile(const HttpResponse& response, const AskedFor& asked)
 {
     if (response.statusCode != RangeNotSatisfiable || asked.offset < 1)
         return false;
-    return totalFromContentRange(response.header("Content-Range").value_or(QByteArray())) == asked.offset;
+    const std::optional<qint64> size = sizeTold(response);
+    return size && (*size <= asked.offset || (asked.knownTotal >= 1 && *size != asked.knownTotal));
 }
 
-/// Both fingerprints of one host: only then can they be compared, as mirrors mark the same file differently.
-bool comesFromAnotherVersion(const QString& known, const QString& now)
+/// A piece that does not say where it belongs is believed to be what was asked for, if it can be that.
+JudgedAnswer judgeSilentPiece(const HttpResponse& response, const AskedFor& asked)
 {
-    const auto host = [](const QString& fingerprint) {
-        return QStringView{fingerprint}.left(fingerprint.indexOf(u'\n'));
-    };
-    return !known.isEmpty() && !now.isEmpty() && host(known) == host(now) && known != now;
+    const qint64 room = asked.knownTotal < 1 ? std::numeric_limits<qint64>::max() : asked.knownTotal - asked.offset;
+    if (asked.offset == 0 || response.expectedContentLength() > room)
+        return {AnswerKind::ForeignRange};
+    return {AnswerKind::Continuation, -1, asked.knownTotal < 1 ? -1 : asked.knownTotal};
 }
 
-Answer judgePiece(const HttpResponse& response, const AskedFor& asked)
+JudgedAnswer judgePiece(const HttpResponse& response, const AskedFor& asked)
 {
-    if (response.mimeType() == "multipart/byteranges")
-        return {AnswerKind::ForeignRange, -1};
-    const std::optional<QByteArray> range = response.header("Content-Range");
-    const qint64 total = range ? totalFromContentRange(*range).value_or(-1) : -1;
-    if (range && startFromContentRange(*range) != asked.offset)
-        return {AnswerKind::ForeignRange, -1};
+    const std::vector<QByteArray> values = response.values("Content-Range");
+    const bool isMultipart = response.mimeType() == "multipart/byteranges";
+    const bool isCodedOtherwise = asked.offset > 0 && sourceMarkOf(response).coding != asked.source.coding;
+    if (isMultipart || isCodedOtherwise || values.size() > 1)
+        return {AnswerKind::ForeignRange};
+    if (asked.offset > 0 && comesFromAnotherVersion(response, asked))
+        return {AnswerKind::SourceChanged};
+    if (values.empty())
+        return judgeSilentPiece(response, asked);
+    const std::optional<ContentRange> told = contentRangeFrom(values.front());
+    if (!told || !told->range || told->range->first != asked.offset)
+        return {AnswerKind::ForeignRange};
+    const qint64 total = told->total.value_or(-1);
+    const qint64 end = told->range->second;
     if (asked.offset == 0)
-        return {AnswerKind::Whole, total};
-    const bool hasOtherSize = total >= 1 && asked.knownTotal >= 1 && total != asked.knownTotal;
-    if (hasOtherSize || comesFromAnotherVersion(asked.knownSource, sourceFingerprint(response)))
-        return {AnswerKind::SourceChanged, -1};
-    return {AnswerKind::Continuation, total};
+        return {AnswerKind::Whole, total, end};
+    const bool hasOtherSize = end > asked.knownTotal || (total >= 0 && total != asked.knownTotal);
+    if (asked.knownTotal >= 1 && hasOtherSize)
+        return {AnswerKind::SourceChanged};
+    return {AnswerKind::Continuation, total, end};
+}
+
+/// A full answer may still say that it is only a piece; then it is judged as one.
+JudgedAnswer judgeWhole(const HttpResponse& response, const AskedFor& asked)
+{
+    const qint64 length = response.expectedContentLength();
+    JudgedAnswer answer{AnswerKind::Whole, std::max<qint64>(length, 0), length};
+    for (const QByteArray& value : response.values("Content-Range")) {
+        const std::optional<ContentRange> told = contentRangeFrom(value);
+        if (!told || !told->range)
+            continue;
+        if (told->range->first > 0)
+            return judgePiece(response, asked);
+        answer.total = told->total.value_or(answer.total);
+        answer.end = length < 0 ? told->range->second : length;
+    }
+    return answer;
 }
 
 } // namespace
 
-Answer judgeAnswer(const HttpResponse& response, const AskedFor& asked)
+JudgedAnswer judgeAnswer(const HttpResponse& response, const AskedFor& asked)
 {
     const int status = response.statusCode;
     // Before the test for a page: servers send this answer as a page, and the bytes on disk must survive it.
     if (saysNothingIsLeft(response, asked))
-        return {AnswerKind::AlreadyWhole, asked.offset};
+        return {AnswerKind::AlreadyWhole, asked.offset, asked.offset};
     if (!mayBePage(asked.filename) && response.mimeType() == "text/html")
-        return {AnswerKind::WebPage, -1};
+        return {AnswerKind::WebPage};
+    if (saysItIsAnotherFile(response, asked))
+        return {AnswerKind::SourceChanged};
     if (status == PartialContent)
         return judgePiece(response, asked);
     if (status >= FirstRedirect || status == NoContent || status == ResetContent)
-        return {AnswerKind::ErrorAnswer, -1};
-    return {AnswerKind::Whole, response.expectedContentLength()};
-}
-
-QString sourceFingerprint(const HttpResponse& response)
-{
-    QByteArray mark = response.header("ETag").value_or(QByteArray());
-    if (mark.startsWith("W/"))
-        mark.clear();
-    if (mark.isEmpty())
-        mark = response.header("Last-Modified").value_or(QByteArray());
-    if (mark.isEmpty())
-        return {};
-    return response.url.host() + u'\n' + lenientText(mark.left(256));
+        return {AnswerKind::ErrorAnswer};
+    return judgeWhole(response, asked);
 }
 
 } // namespace vormel

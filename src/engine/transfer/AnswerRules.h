@@ -1,8 +1,6 @@
 #pragma once
 
-#include "platform/http/HttpMessage.h"
-
-#include <QString>
+#include "engine/transfer/SourceMark.h"
 
 namespace vormel {
 
@@ -12,7 +10,9 @@ struct AskedFor
     QString filename;
     qint64 offset = 0;     ///< bytes already on disk; above 0 a range was asked for
     qint64 knownTotal = 0; ///< below 1: not known
-    QString knownSource;   ///< fingerprint of the answer that those bytes came from; empty if not known
+    SourceMark source;     ///< of the answer that those bytes came from
+    /// Do the marks of one host speak of one file? Premium hosts hand the same one out from many machines.
+    bool comparesMarks = true;
 };
 
 /// What an answer is good for.
@@ -23,21 +23,18 @@ enum class AnswerKind
     AlreadyWhole,  ///< the server says that the bytes on disk are all there are
     WebPage,       ///< a page instead of the file
     ErrorAnswer,   ///< an error status, or one that brings no file
-    ForeignRange,  ///< a piece that does not begin where asked; nothing of it may be used
+    ForeignRange,  ///< a piece of which nobody knows that it belongs where asked; nothing of it may be used
     SourceChanged, ///< a piece of another file than the one begun
 };
 
-struct Answer
+struct JudgedAnswer
 {
     AnswerKind kind = AnswerKind::Whole;
-    qint64 total = -1; ///< size of the whole file; below 1: the answer does not tell
+    qint64 total = -1; ///< size of the whole file; 0: not known, whatever was thought before; below 0: not told
+    qint64 end = -1;   ///< the place in the file behind the last byte that this answer may bring; below 0: not told
 };
 
 /// Judges an answer by its head. Pure.
-[[nodiscard]] Answer judgeAnswer(const HttpResponse& response, const AskedFor& asked);
-
-/// What tells one version of a file at one host from another: the host with a strong ETag or else the date of the last
-/// change. Empty if the answer names neither.
-[[nodiscard]] QString sourceFingerprint(const HttpResponse& response);
+[[nodiscard]] JudgedAnswer judgeAnswer(const HttpResponse& response, const AskedFor& asked);
 
 } // namespace vormel

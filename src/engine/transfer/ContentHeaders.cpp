@@ -48,14 +48,27 @@ std::optional<qint64> totalFromContentRange(const QByteArray& value)
     return decimal(QByteArrayView(value).sliced(slash + 1).trimmed());
 }
 
-std::optional<qint64> startFromContentRange(const QByteArray& value)
+std::optional<ContentRange> contentRangeFrom(const QByteArray& value)
 {
     const QByteArrayView text = QByteArrayView(value).trimmed();
     const qsizetype blank = text.indexOf(' ');
-    const qsizetype dash = text.indexOf('-', blank + 1);
-    if (dash < 0)
+    const qsizetype slash = text.lastIndexOf('/');
+    if (blank < 0 || slash < blank || text.first(blank).compare("bytes", Qt::CaseInsensitive) != 0)
         return std::nullopt;
-    return decimal(text.sliced(blank + 1, dash - blank - 1).trimmed());
+    ContentRange told;
+    told.total = totalFromContentRange(value);
+    if (!told.total && text.sliced(slash + 1).trimmed() != "*")
+        return std::nullopt;
+    const QByteArrayView range = text.sliced(blank, slash - blank).trimmed();
+    if (range == "*")
+        return told;
+    const qsizetype dash = range.indexOf('-');
+    const auto first = decimal(range.first(std::max<qsizetype>(dash, 0)).trimmed());
+    const auto last = decimal(range.sliced(dash + 1).trimmed());
+    if (!first || !last || *last < *first || *last >= told.total.value_or(std::numeric_limits<qint64>::max()))
+        return std::nullopt;
+    told.range = {*first, *last + 1};
+    return told;
 }
 
 std::optional<QString> filenameFromContentDisposition(const QString& header)

@@ -10,8 +10,17 @@ namespace vormel {
 /// The number behind the last "/" of a Content-Range; nothing for "*" and for anything else that is no number.
 [[nodiscard]] std::optional<qint64> totalFromContentRange(const QByteArray& value);
 
-/// Where the range of a Content-Range begins; nothing without one, as in "bytes */1000".
-[[nodiscard]] std::optional<qint64> startFromContentRange(const QByteArray& value);
+/// Which bytes of a file an answer brings.
+struct ContentRange
+{
+    /// The first byte and the one behind the last; nothing in "bytes */1000", which tells only the size.
+    std::optional<std::pair<qint64, qint64>> range;
+    std::optional<qint64> total; ///< size of the whole file; nothing for "*"
+};
+
+/// Reads a Content-Range. Nothing for one that cannot be true or makes no sense: another unit than bytes, an end before
+/// the start or behind the end of the file, anything that is no number.
+[[nodiscard]] std::optional<ContentRange> contentRangeFrom(const QByteArray& value);
 
 /// The file name that a Content-Disposition asks for, as a bare name; nothing without a usable one.
 [[nodiscard]] std::optional<QString> filenameFromContentDisposition(const QString& header);

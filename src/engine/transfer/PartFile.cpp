@@ -1,34 +1,40 @@
 #include "engine/transfer/PartFile.h"
 
+#include "platform/storage/CarefulMove.h"
+
 #include <QFile>
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/xattr.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 
 namespace vormel {
 
 namespace {
 
-constexpr const char* sourceAttribute = "user.vormel.source";
 constexpr mode_t usualMode = 0666;
+
+FileDescriptor opened(const QString& path, PartFile::Opening opening)
+{
+    const int creation = opening == PartFile::Opening::New ? O_CREAT | O_EXCL : 0;
+    return FileDescriptor(::open(QFile::encodeName(path).constData(),
+                                 O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | creation, usualMode));
+}
 
 } // namespace
 
-PartFile::PartFile(const QString& path)
-    : m_file(::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK,
-                    usualMode))
+PartFile::PartFile(const QString& path, Opening opening)
+    : m_path(path)
+    , m_file(std::make_shared<const FileDescriptor>(opened(path, opening)))
 {
     struct stat facts = {};
-    if (!m_file.isOpen() || ::fstat(m_file.get(), &facts) != 0) {
+    if (!m_file->isOpen() || ::fstat(m_file->get(), &facts) != 0) {
         fail(errno);
-    } else if (!S_ISREG(facts.st_mode)) {
-        fail(EINVAL);
-        m_file.close();
+    } else if (!S_ISREG(facts.st_mode) || facts.st_nlink > 1) {
+        fail(S_ISREG(facts.st_mode) ? EMLINK : EINVAL);
+        m_file.reset();
     } else {
         m_size = facts.st_size;
     }
@@ -44,14 +50,14 @@ bool PartFile::fail(int error)
 bool PartFile::matchesDisk()
 {
     struct stat facts = {};
-    if (::fstat(m_file.get(), &facts) != 0)
+    if (::fstat(m_file->get(), &facts) != 0)
         return fail(errno);
-    if (facts.st_nlink == 0)
-        return fail(ENOENT);
+    if (facts.st_nlink != 1)
+        return fail(facts.st_nlink == 0 ? ENOENT : EMLINK);
     if (facts.st_size < m_size)
         return fail(ESTALE);
     // Bytes that somebody else put behind ours are not the source's.
-    if (facts.st_size > m_size && ::ftruncate(m_file.get(), m_size) != 0)
+    if (facts.st_size > m_size && ::ftruncate(m_file->get(), m_size) != 0)
         return fail(errno);
     return true;
 }
@@ -61,7 +67,7 @@ bool PartFile::append(QByteArrayView bytes)
     if (m_error != 0 || !matchesDisk())
         return false;
     while (!bytes.isEmpty()) {
-        const ssize_t count = ::pwrite(m_file.get(), bytes.data(), static_cast<size_t>(bytes.size()), m_size);
+        const ssize_t count = ::pwrite(m_file->get(), bytes.data(), static_cast<size_t>(bytes.size()), m_size);
         if (count < 0 && errno == EINTR)
             continue;
         if (count <= 0)
@@ -72,39 +78,52 @@ bool PartFile::append(QByteArrayView bytes)
     return true;
 }
 
-bool PartFile::restart()
+bool PartFile::cutBackTo(qint64 size)
 {
-    if (m_error != 0)
+    if (m_error != 0 || size > m_size)
         return false;
-    if (::ftruncate(m_file.get(), 0) != 0)
+    if (::ftruncate(m_file->get(), size) != 0)
         return fail(errno);
-    m_size = 0;
+    m_size = size;
     return true;
 }
 
-QString PartFile::source() const
+PartMarks PartFile::marks() const
 {
-    std::array<char, 1024> text{};
-    const ssize_t length = ::fgetxattr(m_file.get(), sourceAttribute, text.data(), text.size());
-    return length > 0 ? QString::fromUtf8(text.data(), length) : QString();
+    PartMarks marks = readMarks(m_file->get());
+    if (m_size == 0) {
+        marks.total = 0;
+        marks.source = {};
+    }
+    return marks;
 }
 
-void PartFile::setSource(const QString& fingerprint)
+void PartFile::setMarks(const PartMarks& marks)
 {
-    const QByteArray text = fingerprint.toUtf8();
-    if (text.isEmpty())
-        ::fremovexattr(m_file.get(), sourceAttribute);
-    else
-        ::fsetxattr(m_file.get(), sourceAttribute, text.constData(), static_cast<size_t>(text.size()), 0);
+    m_isMarked = writeMarks(m_file->get(), marks);
 }
 
-bool PartFile::isStillAt(const QString& path) const
+int PartFile::moveTo(const QString& path)
+{
+    const int error = moveWithoutReplacing(m_path, path);
+    if (error == 0)
+        m_path = path;
+    return error;
+}
+
+bool PartFile::isStillThere() const
 {
     struct stat ours = {};
     struct stat there = {};
-    if (::fstat(m_file.get(), &ours) != 0 || ::lstat(QFile::encodeName(path).constData(), &there) != 0)
+    if (::fstat(m_file->get(), &ours) != 0 || ::lstat(QFile::encodeName(m_path).constData(), &there) != 0)
         return false;
     return ours.st_dev == there.st_dev && ours.st_ino == there.st_ino && ours.st_size == m_size;
+}
+
+void PartFile::removeIfEmpty() const
+{
+    if (m_size == 0 && isStillThere())
+        ::unlink(QFile::encodeName(m_path).constData());
 }
 
 } // namespace vormel

@@ -41,6 +41,8 @@ Transfer::Transfer(TransferOrder order, quint64 serial, std::unique_ptr<PartFile
 void Transfer::closeFile()
 {
     const std::lock_guard lock(m_ioLock);
+    if (m_fileHandle)
+        m_fileHandle->removeIfEmpty();
     m_fileHandle.reset();
 }
 
@@ -51,17 +53,15 @@ bool Transfer::acceptsAnyCertificateOf(const QString& host) const
 
 HttpReceiver::HeadVerdict Transfer::responseReceived(const HttpResponse& response)
 {
-    AskedFor asked{m_order.filename, m_offset, m_order.knownTotal, {}};
+    AskedFor asked;
     {
         const std::lock_guard lock(m_ioLock);
         if (!m_fileHandle)
             return HeadVerdict::Cancel;
         m_end.statusCode = response.statusCode;
-        // Premium hosts hand the same file out from many machines, each with marks of its own.
-        if (m_order.isDirectLink)
-            asked.knownSource = m_fileHandle->source();
+        asked = askedFor();
     }
-    const Answer answer = judgeAnswer(response, asked);
+    const JudgedAnswer answer = judgeAnswer(response, asked);
     switch (answer.kind) {
     case AnswerKind::WebPage: {
         const std::lock_guard lock(m_ioLock);
@@ -82,31 +82,48 @@ HttpReceiver::HeadVerdict Transfer::responseReceived(const HttpResponse& respons
     case AnswerKind::Continuation:
         break;
     }
-    const bool restarts = answer.kind == AnswerKind::Whole;
-    if (takeFile(response, restarts) == HeadVerdict::Cancel)
+    if (takeFile(response, answer) == HeadVerdict::Cancel)
         return HeadVerdict::Cancel;
-    m_listener.headArrived(*this, {restarts, answer.total, m_end.suggestedName});
+    m_listener.headArrived(*this, {answer.kind == AnswerKind::Whole, answer.total, m_end.suggestedName});
     return HeadVerdict::Allow;
 }
 
-HttpReceiver::HeadVerdict Transfer::takeFile(const HttpResponse& response, bool restarts)
+AskedFor Transfer::askedFor() const
+{
+    const PartMarks marks = m_fileHandle->marks();
+    return {m_order.filename, m_offset, marks.total >= 1 ? marks.total : m_order.knownTotal, marks.source,
+            m_order.isDirectLink};
+}
+
+HttpReceiver::HeadVerdict Transfer::takeFile(const HttpResponse& response, const JudgedAnswer& answer)
 {
     const std::optional<QByteArray> disposition = response.header("Content-Disposition");
     const std::lock_guard lock(m_ioLock);
     if (!m_fileHandle)
         return HeadVerdict::Cancel;
-    if (restarts) {
+    if (answer.kind == AnswerKind::Whole) {
         if (!m_fileHandle->restart()) {
             m_refusal = TransferEnd::Reason::NotWritten;
             m_end.systemError = m_fileHandle->error();
             return HeadVerdict::Cancel;
         }
         m_pendingBytes = 0;
-        m_fileHandle->setSource(m_order.isDirectLink ? sourceFingerprint(response) : QString());
     }
+    m_answerStart = m_fileHandle->size();
+    m_answerEnd = answer.end;
+    mark(response, answer);
     if (m_order.isDirectLink && disposition)
         m_end.suggestedName = filenameFromContentDisposition(lenientText(*disposition));
     return HeadVerdict::Allow;
+}
+
+void Transfer::mark(const HttpResponse& response, const JudgedAnswer& answer)
+{
+    PartMarks marks = m_fileHandle->marks();
+    const SourceMark now = sourceMarkOf(response);
+    marks.source = m_answerStart == 0 ? now : marks.source.filledUpFrom(now);
+    marks.total = answer.total >= 0 ? answer.total : std::max(marks.total, m_order.knownTotal);
+    m_fileHandle->setMarks(marks);
 }
 
 HttpReceiver::HeadVerdict Transfer::refuse(TransferEnd::Reason reason)
@@ -132,14 +149,8 @@ HttpReceiver::DataVerdict Transfer::dataReceived(QByteArrayView block)
             return takePage(block);
         if (!m_fileHandle)
             return DataVerdict::Cancel;
-        const qint64 before = m_fileHandle->size();
-        const bool isWritten = m_fileHandle->append(block);
-        m_pendingBytes += m_fileHandle->size() - before;
-        if (!isWritten) {
-            m_refusal = TransferEnd::Reason::NotWritten;
-            m_end.systemError = m_fileHandle->error();
+        if (!write(block))
             return DataVerdict::Cancel;
-        }
         figure = m_speedTracker.record(block.size(), m_clock.steadyNow());
         if (figure)
             told = std::exchange(m_pendingBytes, 0);
@@ -147,6 +158,24 @@ HttpReceiver::DataVerdict Transfer::dataReceived(QByteArrayView block)
     if (figure)
         m_listener.ticked(*this, told, *figure);
     return m_listener.mustRest(*this, block.size()) ? DataVerdict::Suspend : DataVerdict::Continue;
+}
+
+bool Transfer::write(QByteArrayView block)
+{
+    const qint64 before = m_fileHandle->size();
+    if (m_answerEnd >= 0 && before + block.size() > m_answerEnd) {
+        // Who sends more than announced may have sent something else before, too.
+        static_cast<void>(m_fileHandle->cutBackTo(m_answerStart));
+        m_refusal = TransferEnd::Reason::Overlong;
+        return false;
+    }
+    const bool isWritten = m_fileHandle->append(block);
+    m_pendingBytes += m_fileHandle->size() - before;
+    if (!isWritten) {
+        m_refusal = TransferEnd::Reason::NotWritten;
+        m_end.systemError = m_fileHandle->error();
+    }
+    return isWritten;
 }
 
 void Transfer::completed(const std::optional<HttpError>& error)
@@ -168,17 +197,24 @@ void Transfer::completed(const std::optional<HttpError>& error)
     m_listener.ended(*this);
 }
 
-TransferEnd Transfer::takeEnd(const QString& partPath)
+std::shared_ptr<const FileDescriptor> Transfer::fileToSync() const
 {
     const std::lock_guard lock(m_ioLock);
-    if (m_end.reason == TransferEnd::Reason::Finished && m_fileHandle) {
-        if (!m_fileHandle->isStillAt(partPath)) {
-            m_end.reason = TransferEnd::Reason::NotWritten;
-            m_end.systemError = ESTALE;
-        } else {
-            m_fileHandle->setSource({});
-        }
+    return m_end.reason == TransferEnd::Reason::Finished && m_fileHandle ? m_fileHandle->descriptor() : nullptr;
+}
+
+TransferEnd Transfer::takeEnd(int syncError)
+{
+    const std::lock_guard lock(m_ioLock);
+    const bool isFinished = m_fileHandle && m_end.reason == TransferEnd::Reason::Finished;
+    if (isFinished && syncError != 0)
+        static_cast<void>(m_fileHandle->restart());
+    if (isFinished && (syncError != 0 || !m_fileHandle->isStillThere())) {
+        m_end.reason = TransferEnd::Reason::NotWritten;
+        m_end.systemError = syncError != 0 ? syncError : ESTALE;
     }
+    if (m_fileHandle && m_end.reason != TransferEnd::Reason::Finished)
+        m_fileHandle->removeIfEmpty();
     m_fileHandle.reset();
     return std::move(m_end);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/transfer/AnswerRules.h"
 #include "engine/transfer/PartFile.h"
 #include "engine/transfer/SpeedTracker.h"
 #include "engine/transfer/TransferEnd.h"
@@ -17,7 +18,6 @@ struct TransferOrder
     ItemId id;
     Link address;
     QString filename;
-    QString partPath;
     QString finalPath;
     qint64 knownTotal = 0;
     bool isDirectLink = true; ///< no host resolver claims the item's link
@@ -27,7 +27,7 @@ struct TransferOrder
 struct HeadFacts
 {
     bool isRestart = false; ///< the bytes on disk gave way to this answer
-    qint64 total = -1;      ///< below 1: not told
+    qint64 total = -1;      ///< 0: not known, whatever was thought before; below 0: not told
     std::optional<QString> name;
 };
 
@@ -56,13 +56,16 @@ public:
 
     [[nodiscard]] const TransferOrder& order() const { return m_order; }
     [[nodiscard]] quint64 serial() const { return m_serial; }
-    [[nodiscard]] qint64 offset() const { return m_offset; }
+    /// Does the part file hold all that the item is known to have, so that nothing is to be asked of the server?
+    [[nodiscard]] bool isWhole() const { return m_offset >= 1 && m_offset == m_order.knownTotal; }
 
     /// Closes the part file; whatever still arrives is dropped. Any thread.
     void closeFile();
-    /// Closes the part file and tells the end. Only after ended(), on the UI thread. `partPath` is where the file
-    /// should be.
-    [[nodiscard]] TransferEnd takeEnd(const QString& partPath);
+    /// The part file, if it is to be on disk for good before the end is told; null if not. Any thread.
+    [[nodiscard]] std::shared_ptr<const FileDescriptor> fileToSync() const;
+    /// Closes the part file and tells the end. Only after ended(), on the UI thread. `syncError` is the system's number
+    /// for what went wrong with syncing it: the bytes may then be lost, and are given up.
+    [[nodiscard]] TransferEnd takeEnd(int syncError);
 
     [[nodiscard]] bool acceptsAnyCertificateOf(const QString& host) const override;
     HeadVerdict responseReceived(const HttpResponse& response) override;
@@ -70,8 +73,12 @@ public:
     void completed(const std::optional<HttpError>& error) override;
 
 private:
-    [[nodiscard]] HeadVerdict takeFile(const HttpResponse& response, bool restarts);
+    [[nodiscard]] AskedFor askedFor() const;
+    [[nodiscard]] HeadVerdict takeFile(const HttpResponse& response, const JudgedAnswer& answer);
+    void mark(const HttpResponse& response, const JudgedAnswer& answer);
     [[nodiscard]] DataVerdict takePage(QByteArrayView block);
+    /// Adds the block to the part file. False if it does not belong there or could not be written.
+    [[nodiscard]] bool write(QByteArrayView block);
     HeadVerdict refuse(TransferEnd::Reason reason);
 
     const TransferOrder m_order;
@@ -83,6 +90,8 @@ private:
 
     // Under the lock:
     std::unique_ptr<PartFile> m_fileHandle;
+    qint64 m_answerStart = 0; ///< where in the file this answer began
+    qint64 m_answerEnd = -1;  ///< behind what it may bring; below 0 for no bound
     SpeedTracker m_speedTracker;
     qint64 m_pendingBytes = 0; ///< written but not yet told
     bool m_isHtmlError = false;

@@ -21,6 +21,7 @@ struct TransferEnd
         SourceChanged, ///< the server has another file than the one begun
         WebPage,       ///< the server sent a page; `page` is its beginning
         NotWritten,    ///< the disk did not take the bytes; `systemError` tells
+        Overlong,      ///< the server sent more than it had announced; nothing of that answer was kept
     };
 
     Reason reason = Reason::Finished;

@@ -1,9 +1,8 @@
 #include "engine/transfer/TransferSession.h"
 
-#include "platform/storage/CarefulMove.h"
+#include "platform/storage/FileSync.h"
 
-#include <QDir>
-#include <QFileInfo>
+#include <algorithm>
 
 namespace vormel {
 
@@ -29,8 +28,9 @@ HttpRequest requestFor(const Link& address, qint64 offset)
 
 } // namespace
 
-TransferSession::TransferSession(HttpClient& client, Clock& clock, Owner& owner)
+TransferSession::TransferSession(HttpClient& client, FileSync& fileSync, Clock& clock, Owner& owner)
     : m_client(client)
+    , m_fileSync(fileSync)
     , m_clock(clock)
     , m_owner(owner)
     , globalThrottle(clock.steadyNow())
@@ -39,27 +39,27 @@ TransferSession::TransferSession(HttpClient& client, Clock& clock, Owner& owner)
 TransferSession::~TransferSession()
 {
     activeTasks.clear();
+    m_fileSync.flush(); // what it tells would find nobody
 }
 
-int TransferSession::start(TransferOrder order)
+void TransferSession::start(TransferOrder order, std::unique_ptr<PartFile> file)
 {
-    auto file = std::make_unique<PartFile>(order.partPath);
-    if (!file->isOpen())
-        return file->error();
     const ItemId id = order.id;
     HttpRequest request = requestFor(order.address, file->size());
     Running running;
-    running.partPath = order.partPath;
+    running.partPath = file->path();
     running.finalPath = order.finalPath;
     Transfer::Listener& listener = *this;
     running.transfer =
         std::make_unique<Transfer>(std::move(order), ++m_lastSerial, std::move(file), ioLock, m_clock, listener);
-    running.task = m_client.makeTask(std::move(request), *running.transfer);
-    m_partPaths.insert(running.partPath);
-    HttpTask& task = *running.task;
-    activeTasks.insert_or_assign(id, std::move(running));
-    task.resume();
-    return 0;
+    Transfer& transfer = *running.transfer;
+    if (!transfer.isWhole())
+        running.task = m_client.makeTask(std::move(request), transfer);
+    const Running& started = activeTasks.insert_or_assign(id, std::move(running)).first->second;
+    if (started.task)
+        started.task->resume();
+    else
+        ended(transfer);
 }
 
 void TransferSession::drop(const ItemId& id)
@@ -67,13 +67,8 @@ void TransferSession::drop(const ItemId& id)
     const auto found = activeTasks.find(id);
     if (found == activeTasks.end())
         return;
-    m_partPaths.remove(found->second.partPath);
+    found->second.transfer->closeFile();
     activeTasks.erase(found);
-}
-
-bool TransferSession::isRunning(const ItemId& id) const
-{
-    return activeTasks.contains(id);
 }
 
 std::optional<QString> TransferSession::partFileURL(const ItemId& id) const
@@ -82,24 +77,25 @@ std::optional<QString> TransferSession::partFileURL(const ItemId& id) const
     return found == activeTasks.end() ? std::nullopt : std::optional(found->second.partPath);
 }
 
-bool TransferSession::isWriting(const QString& partPath) const
+QSet<QString> TransferSession::partFiles() const
 {
-    return m_partPaths.contains(partPath);
+    QSet<QString> paths;
+    for (const auto& [id, running] : activeTasks)
+        paths.insert(running.partPath);
+    return paths;
 }
 
-void TransferSession::rename(const ItemId& id, const QString& partPath, const QString& finalPath)
+bool TransferSession::isFetching(const QString& finalPath) const
+{
+    return std::any_of(activeTasks.begin(), activeTasks.end(),
+                       [&finalPath](const auto& entry) { return entry.second.finalPath == finalPath; });
+}
+
+void TransferSession::retarget(const ItemId& id, const QString& finalPath)
 {
     const auto found = activeTasks.find(id);
-    if (found == activeTasks.end() || isWriting(partPath))
-        return;
-    Running& running = found->second;
-    QDir().mkpath(QFileInfo(partPath).path());
-    if (moveWithoutReplacing(running.partPath, partPath) != 0)
-        return;
-    m_partPaths.remove(running.partPath);
-    m_partPaths.insert(partPath);
-    running.partPath = partPath;
-    running.finalPath = finalPath;
+    if (found != activeTasks.end())
+        found->second.finalPath = finalPath;
 }
 
 void TransferSession::setLimit(qint64 bytesPerSecond)
@@ -114,12 +110,17 @@ void TransferSession::closeFiles()
         running.transfer->closeFile();
 }
 
+bool TransferSession::isCurrent(const ItemId& id, quint64 serial) const
+{
+    const auto found = activeTasks.find(id);
+    return found != activeTasks.end() && found->second.transfer->serial() == serial;
+}
+
 template <typename Action>
 void TransferSession::post(const Transfer& transfer, Action action)
 {
     const auto guarded = [this, id = transfer.order().id, serial = transfer.serial(), action = std::move(action)] {
-        const auto found = activeTasks.find(id);
-        if (found != activeTasks.end() && found->second.transfer->serial() == serial)
+        if (isCurrent(id, serial))
             action(id);
     };
     QMetaObject::invokeMethod(&m_uiThread, guarded, Qt::QueuedConnection);
@@ -154,15 +155,24 @@ bool TransferSession::mustRest(const Transfer& transfer, qint64 bytes)
 
 void TransferSession::ended(const Transfer& transfer)
 {
-    post(transfer, [this](const ItemId& id) { finish(id); });
+    const auto finishWith = [this, id = transfer.order().id, serial = transfer.serial()](int syncError) {
+        const auto end = [this, id, serial, syncError] {
+            if (isCurrent(id, serial))
+                finish(id, syncError);
+        };
+        QMetaObject::invokeMethod(&m_uiThread, end, Qt::QueuedConnection);
+    };
+    if (auto file = transfer.fileToSync())
+        m_fileSync.sync(std::move(file), finishWith);
+    else
+        finishWith(0);
 }
 
-void TransferSession::finish(const ItemId& id)
+void TransferSession::finish(const ItemId& id, int syncError)
 {
     auto node = activeTasks.extract(id);
     Running& running = node.mapped();
-    m_partPaths.remove(running.partPath);
-    TransferEnd end = running.transfer->takeEnd(running.partPath);
+    TransferEnd end = running.transfer->takeEnd(syncError);
     end.partPath = running.partPath;
     end.finalPath = running.finalPath;
     m_owner.transferEnded(id, std::move(end));

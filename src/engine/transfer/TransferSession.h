@@ -11,6 +11,8 @@
 
 namespace vormel {
 
+class FileSync;
+
 /// All running transfers and the lock, the budget and the client that they share. Operations belong to the UI thread;
 /// what happens on the client's thread reaches the owner as calls on the UI thread, in order.
 class TransferSession final : private Transfer::Listener
@@ -29,26 +31,28 @@ public:
         ~Owner() = default;
     };
 
-    /// Client, clock and owner must outlive the session.
-    TransferSession(HttpClient& client, Clock& clock, Owner& owner);
+    /// All must outlive the session.
+    TransferSession(HttpClient& client, FileSync& fileSync, Clock& clock, Owner& owner);
     TransferSession(const TransferSession&) = delete;
     TransferSession& operator=(const TransferSession&) = delete;
     ~TransferSession();
 
-    /// Begins a transfer into the part file, behind what that holds already. 0, or the system's error number if the
-    /// part file cannot be opened. At most one transfer for an item and for a part file.
-    [[nodiscard]] int start(TransferOrder order);
-    /// Ends the item's transfer, if any, at once and in silence. Its part file stays.
+    /// Begins a transfer into the open part file, behind what that holds already; nothing is asked of the server if
+    /// that is all. At most one transfer for an item and for a part file. A file is on disk for good before it is told
+    /// to be finished.
+    void start(TransferOrder order, std::unique_ptr<PartFile> file);
+    /// Ends the item's transfer, if any, at once and in silence. Its part file stays, unless it is empty.
     void drop(const ItemId& id);
 
-    [[nodiscard]] bool isRunning(const ItemId& id) const;
     /// The part file of a running transfer.
     [[nodiscard]] std::optional<QString> partFileURL(const ItemId& id) const;
-    [[nodiscard]] bool isWriting(const QString& partPath) const;
-
-    /// Gives the files of a running transfer other names, on disk too. Nothing changes if the part file cannot be moved
-    /// there or something stands there already.
-    void rename(const ItemId& id, const QString& partPath, const QString& finalPath);
+    /// Those of all running transfers.
+    [[nodiscard]] QSet<QString> partFiles() const;
+    /// Is a transfer to end in a file of this path?
+    [[nodiscard]] bool isFetching(const QString& finalPath) const;
+    /// Gives the finished file of a running transfer another name. The part file keeps its own: to rename it would
+    /// leave a moment in which a kill parts it from its item.
+    void retarget(const ItemId& id, const QString& finalPath);
 
     /// The cap of all transfers together in bytes per second; below 1 for none.
     void setLimit(qint64 bytesPerSecond);
@@ -62,7 +66,7 @@ private:
         std::unique_ptr<Transfer> transfer;
         QString partPath;
         QString finalPath;
-        std::unique_ptr<HttpTask> task; ///< behind the transfer, as it calls it
+        std::unique_ptr<HttpTask> task; ///< behind the transfer, as it calls it; none if nothing is to be fetched
         Timer rest;
     };
 
@@ -74,9 +78,11 @@ private:
     /// Runs the action on the UI thread if this very transfer is still running then.
     template <typename Action>
     void post(const Transfer& transfer, Action action);
-    void finish(const ItemId& id);
+    [[nodiscard]] bool isCurrent(const ItemId& id, quint64 serial) const;
+    void finish(const ItemId& id, int syncError);
 
     HttpClient& m_client;
+    FileSync& m_fileSync;
     Clock& m_clock;
     Owner& m_owner;
     QObject m_uiThread;
@@ -84,7 +90,6 @@ private:
     std::atomic<qint64> m_limit{0};
     GlobalThrottleTracker globalThrottle; ///< client's thread
     quint64 m_lastSerial = 0;
-    QSet<QString> m_partPaths;
     std::unordered_map<ItemId, Running> activeTasks;
 };
 

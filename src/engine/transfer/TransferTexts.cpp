@@ -104,6 +104,9 @@ QString endText(const TransferEnd& end, const AppSettings& settings)
     case TransferEnd::Reason::SourceChanged:
         return pair(language, u"The file on the server has changed — retry to download it from the start",
                     u"Il file sul server è cambiato — riprova per scaricarlo dall'inizio");
+    case TransferEnd::Reason::Overlong:
+        return pair(language, u"The server sent more than it had announced — retry",
+                    u"Il server ha inviato più dati di quanto annunciato — riprova");
     case TransferEnd::Reason::NotWritten:
         return fileErrorText(end.systemError, settings);
     case TransferEnd::Reason::WebPage:
@@ -129,10 +132,15 @@ QString fileErrorText(int systemError, const AppSettings& settings)
                     u"Impossibile scrivere nella cartella dei download.");
     case ENOENT:
     case ENOTDIR:
+<<<<<<< HEAD
         return missingText(systemError, settings);
     case EXDEV:
         return pair(language, u"The finished file could not be moved to its folder, which is on another disk.",
                     u"Impossibile spostare il file completato nella sua cartella, che si trova su un altro disco.");
+=======
+        return pair(language, u"The download folder is missing.", u"La cartella dei download non esiste.");
+    case EMLINK:
+>>>>>>> bytes
     case ESTALE:
         return pair(language, u"The partial file was changed by another program — retry",
                     u"Il file parziale è stato modificato da un altro programma — riprova");

@@ -2,6 +2,7 @@
 
 #include "platform/storage/CarefulMove.h"
 #include "platform/storage/FileDescriptor.h"
+#include "platform/storage/FolderSyncs.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -55,14 +56,6 @@ FreshFile makeFreshFile(const QByteArray& target)
     return {};
 }
 
-void syncFolderOf(const QString& path)
-{
-    const QByteArray folder = QFile::encodeName(QFileInfo(path).path());
-    const FileDescriptor directory(::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (directory.isOpen())
-        ::fsync(directory.get());
-}
-
 } // namespace
 
 bool replaceWholeFile(const QString& path, const QByteArray& bytes)
@@ -77,7 +70,7 @@ bool replaceWholeFile(const QString& path, const QByteArray& bytes)
         ::unlink(fresh.path.constData());
         return false;
     }
-    syncFolderOf(path);
+    syncFolder(QFileInfo(path).path());
     return true;
 }
 
