@@ -82,9 +82,7 @@ void BadVolumes::readMember(const QByteArray& line)
 {
     if (!line.startsWith("Testing     ") || line.contains('\b'))
         return;
-    const QByteArray whole = line.trimmed();
-    const bool isRecovery = whole.contains((QStringLiteral("     ") + m_folder).toUtf8()) && whole.contains(".rev");
-    m_hasBrokenNames = m_hasBrokenNames || !(whole.endsWith(" OK") || isRecovery);
+    m_hasBrokenNames = m_hasBrokenNames || !line.trimmed().endsWith(" OK");
 }
 
 /// Lines that name a volume.
@@ -110,10 +108,7 @@ void BadVolumes::readComplaint(const QString& line)
         ignoringCase(QStringLiteral(R"(^enter password \(will not be echoed\)(?: for .*)?:$)"));
     if (prompt.search(line)) {
         m_wantsPassword = true;
-    } else if (line.startsWith(m_folder) && line.endsWith(u".rev - checksum error", Qt::CaseInsensitive)) {
-        m_isRecoveryBad = true;
     } else if (line.endsWith(u" - checksum error", Qt::CaseInsensitive)) {
-        m_isMemberBad = true;
         // In a solid set each member behind a bad one is bad as well.
         if (m_names.isEmpty() && !m_hasBrokenNames)
             add(m_tested);
@@ -139,11 +134,6 @@ QStringList BadVolumes::names() const
     QStringList sorted = m_names.values();
     sorted.sort();
     return sorted;
-}
-
-bool BadVolumes::isOnlyRecoveryBad() const
-{
-    return m_isRecoveryBad && !m_isMemberBad && !m_wantsPassword && m_names.isEmpty();
 }
 
 } // namespace vormel

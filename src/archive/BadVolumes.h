@@ -24,8 +24,6 @@ public:
     [[nodiscard]] QStringList names() const;
     /// Does the tool want a password, without which it tests nothing?
     [[nodiscard]] bool wantsPassword() const { return m_wantsPassword; }
-    /// Is a recovery volume bad, and nothing else?
-    [[nodiscard]] bool isOnlyRecoveryBad() const;
 
 private:
     void readMember(const QByteArray& line);
@@ -39,8 +37,6 @@ private:
     QString m_tested; ///< the volume that is being tested
     QSet<QString> m_names;
     bool m_hasBrokenNames = false; ///< names of members go over several lines, which can look like anything
-    bool m_isMemberBad = false;
-    bool m_isRecoveryBad = false;
     bool m_wantsPassword = false;
 };
 

@@ -30,10 +30,10 @@ VolumeTest failedTest(const ExtractionError& failure, const BadVolumes& blame, c
         test.outcome = Outcome::damaged;
     else if (blame.wantsPassword())
         test.outcome = Outcome::passwordNeeded;
-    else if (!blame.isOnlyRecoveryBad())
+    else {
         test.outcome = Outcome::failed;
-    if (test.outcome == Outcome::failed)
         test.reason = reasonOf(failure);
+    }
     return test;
 }
 
@@ -45,7 +45,8 @@ QCoro::Task<VolumeTest> testVolumes(ToolRunner& tools, QString archive, std::fun
     if (!tool)
         throw ExtractionError::toolNotFound(QStringLiteral("unrar/rar"));
     const QString about = QStringLiteral("[Verify] ") + lastComponent(archive);
-    const auto paths = std::make_unique<PlainPaths>(archive);
+    // A test writes nothing.
+    const auto paths = std::make_unique<PlainPaths>(archive, QString(), Recovery::keptAway);
     const auto blame = std::make_shared<BadVolumes>(paths->archive());
     const QStringList args{QStringLiteral("t"), paths->archive()};
     const std::function<void(const QByteArray&)> onLine = [blame](const QByteArray& line) { blame->readLine(line); };

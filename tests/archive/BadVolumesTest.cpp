@@ -182,16 +182,6 @@ TEST(BadVolumes, aVolumeOfAnotherSetIsNotBlamed)
     EXPECT_EQ(badVolumes(QStringLiteral("Cannot find volume /x/b.part3.rar\n")), QStringList());
 }
 
-TEST(BadVolumes, aBadRecoveryVolumeBlamesNoOther)
-{
-    const QString output = QStringLiteral("Testing archive /x/a.part1.rar\n\n") + member(QStringLiteral("f")) +
-                           QStringLiteral("\nTesting     /x/a.part1.rev                 \n"
-                                          "/x/a.part1.rev - checksum error\nTotal errors: 1\n");
-    EXPECT_EQ(badVolumes(output), QStringList());
-    EXPECT_TRUE(readWhole(output).isOnlyRecoveryBad());
-    EXPECT_FALSE(readWhole(output + QStringLiteral("f - checksum error\n")).isOnlyRecoveryBad());
-}
-
 TEST(BadVolumes, aPromptForAPasswordIsSeen)
 {
     EXPECT_TRUE(readWhole(QStringLiteral("Testing archive /x/a.part1.rar\n\n\nEnter password (will not be echoed) for "

@@ -195,9 +195,8 @@ TEST_F(RealExtractionTest, aPasswordOfAnyKindOpensEachKindOfArchive)
     const QString dot = QStringLiteral(".");
     int number = 0;
     for (const QString& password :
-         {QStringLiteral("-x"), QStringLiteral("--"), QStringLiteral("-p-"), QStringLiteral("@x"), QStringLiteral("*"),
-          QStringLiteral(" a b "), QStringLiteral("a\"b'c\\"), QStringLiteral("$HOME;`x`"), QStringLiteral("a\nb\tc"),
-          QStringLiteral("пароль 日本 ü😀"), QStringLiteral("k").repeated(200)}) {
+         {QStringLiteral("-x"), QStringLiteral("@x"), QStringLiteral(" a b "), QStringLiteral("a\"b'c\\$HOME;`x`*"),
+          QStringLiteral("a\nb\tc"), QStringLiteral("пароль 日本 ü😀"), QStringLiteral("k").repeated(200)}) {
         const QString name = QString::number(++number);
         const QString rar = pack(name + QStringLiteral(".rar"), QStringLiteral("rar"),
                                  {QStringLiteral("a"), QStringLiteral("-idq"), QStringLiteral("-r"),

@@ -253,6 +253,17 @@ TEST_P(RealVolumesTest, aBadRecoveryVolumeLeavesTheSetSound)
     EXPECT_EQ(test().outcome, VolumeTest::Outcome::sound) << trace.join(u'\n').toStdString();
 }
 
+TEST_P(RealVolumesTest, aTestRebuildsNothingBesideRecoveryVolumes)
+{
+    VORMEL_NEEDS_VOLUME_TOOLS();
+    makeSet(2);
+    ASSERT_TRUE(QFile::remove(volumes[1]));
+    fixtures::damageFile(volumes[3], 30'000);
+    const QStringList before = sandbox.files(QStringLiteral("my sets"));
+    EXPECT_EQ(verify(), namesOf({2})) << trace.join(u'\n').toStdString();
+    EXPECT_EQ(sandbox.files(QStringLiteral("my sets")), before);
+}
+
 TEST_P(RealVolumesTest, aSetWhoseNameLooksLikeAPatternIsTestedItselfAndNamedByItsName)
 {
     VORMEL_NEEDS_VOLUME_TOOLS();

@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
+#include <QStringList>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -32,18 +33,29 @@ QString volumeBase(const QString& name)
     return isSetMember(name) ? setBaseName(name) : withoutPathExtension(name);
 }
 
-/// Does the file belong to the archive: itself, part2, or a volume of the older kind, name.r00?
-bool isVolumeOf(const QString& name, const QString& archive, const QString& base)
+/// The names of all files that belong to the archive: itself, part2, or a volume of the older kind, name.r00.
+QStringList volumesOf(const QString& archive)
 {
     static const QRegularExpression olderVolume(QStringLiteral("^\\.[r-z]\\d\\d+$"),
                                                 QRegularExpression::CaseInsensitiveOption);
-    if (name == archive)
-        return true;
-    if (!name.startsWith(base))
-        return false;
-    if (isSetMember(archive))
-        return isRarPart(name) && setBaseName(name) == base;
-    return olderVolume.match(name.mid(base.size())).hasMatch();
+    const QString name = lastComponent(archive);
+    const QString base = volumeBase(name);
+    const auto isVolume = [&](const QString& entry) {
+        if (entry == name)
+            return true;
+        if (isSetMember(name))
+            return isSetMember(entry) && setBaseName(entry) == base;
+        return entry.startsWith(base) && olderVolume.match(entry.mid(base.size())).hasMatch();
+    };
+    QStringList volumes = QDir(archive.chopped(name.size())).entryList(QDir::Files | QDir::Hidden | QDir::System);
+    volumes.removeIf([&](const QString& entry) { return !isVolume(entry); });
+    return volumes;
+}
+
+bool hasRecovery(const QString& archive)
+{
+    const QStringList volumes = volumesOf(archive);
+    return std::any_of(volumes.begin(), volumes.end(), [](const QString& volume) { return isRevName(volume); });
 }
 
 std::unique_ptr<QTemporaryDir> privateFolder()
@@ -58,18 +70,19 @@ std::unique_ptr<QTemporaryDir> privateFolder()
 
 } // namespace
 
-PlainPaths::PlainPaths(const QString& archive, const QString& destination)
+PlainPaths::PlainPaths(const QString& archive, const QString& destination, Recovery recovery)
     : m_archive(archive)
     , m_destination(destination)
     , m_base(volumeBase(lastComponent(archive)))
 {
-    const bool isDestinationPlain = !destination.contains(u'*');
-    if (isPlain(archive) && isDestinationPlain)
+    const bool needsLinks = !isPlain(archive) || (recovery == Recovery::keptAway && hasRecovery(archive));
+    const bool hasStar = destination.contains(u'*');
+    if (!needsLinks && !hasStar)
         return;
     m_links = privateFolder();
-    if (!isPlain(archive))
-        linkArchive(archive);
-    if (!isDestinationPlain) {
+    if (needsLinks)
+        linkArchive(archive, recovery);
+    if (hasStar) {
         m_destination = m_links->filePath(QStringLiteral("destination"));
         link(destination, m_destination);
     }
@@ -77,16 +90,16 @@ PlainPaths::PlainPaths(const QString& archive, const QString& destination)
 
 PlainPaths::~PlainPaths() = default;
 
-void PlainPaths::linkArchive(const QString& archive)
+void PlainPaths::linkArchive(const QString& archive, Recovery recovery)
 {
     const QString name = lastComponent(archive);
-    const QDir folder(archive.chopped(name.size()));
+    const QString folder = archive.chopped(name.size());
     const auto plainName = [this](const QString& real) {
         return m_links->filePath(plainBase + real.mid(m_base.size()));
     };
-    for (const QString& entry : folder.entryList(QDir::Files | QDir::Hidden | QDir::System))
-        if (isVolumeOf(entry, name, m_base))
-            link(folder.filePath(entry), plainName(entry));
+    for (const QString& volume : volumesOf(archive))
+        if (recovery == Recovery::leftBeside || !isRevName(volume))
+            link(folder + volume, plainName(volume));
     m_archive = plainName(name);
 }
 

@@ -8,6 +8,14 @@ class QTemporaryDir;
 
 namespace vormel {
 
+/// What becomes of the recovery volumes beside an archive. unrar and rar rebuild with them, in the folder where they
+/// lie, as soon as they miss a volume, also when they are only to test.
+enum class Recovery
+{
+    leftBeside,
+    keptAway,
+};
+
 /// Paths that no tool takes for a pattern. unrar, rar, unzip and 7z look for every file that "Who?.rar" or
 /// "pics[1].zip" fits, and there is no way of telling all of them not to. What could be taken so is given under a plain
 /// name instead, through symbolic links in a private folder that goes with this object; other paths stay as they are.
@@ -15,9 +23,10 @@ namespace vormel {
 class PlainPaths
 {
 public:
-    /// Absolute paths. All volumes that belong to the archive are linked with it, recovery volumes excepted. Throws
-    /// ToolLaunchError when the links cannot be made.
-    explicit PlainPaths(const QString& archive, const QString& destination = {});
+    /// Absolute paths. All volumes that belong to the archive are linked with it. Recovery volumes that are kept away
+    /// are a reason for links by themselves. Throws ToolLaunchError when the links cannot be made.
+    explicit PlainPaths(const QString& archive, const QString& destination = {},
+                        Recovery recovery = Recovery::leftBeside);
     PlainPaths(const PlainPaths&) = delete;
     PlainPaths& operator=(const PlainPaths&) = delete;
     ~PlainPaths();
@@ -31,7 +40,7 @@ public:
     [[nodiscard]] QString realName(const QString& volume) const;
 
 private:
-    void linkArchive(const QString& archive);
+    void linkArchive(const QString& archive, Recovery recovery);
     void link(const QString& target, const QString& name);
 
     std::unique_ptr<QTemporaryDir> m_links; ///< nothing while no link is needed

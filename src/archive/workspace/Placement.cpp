@@ -50,24 +50,28 @@ public:
 private:
     void place(const FolderEntry& entry)
     {
-        // Others may put something there while this looks.
+        const bool isKept = m_protected.hasName(m_place, entry.name);
+        // Others may put something there or take it away while this looks.
         constexpr int tries = 3;
         for (int i = 0; i < tries; ++i) {
-            const auto obstacle = factsOf(m_target.folder(), entry.name);
-            const bool areBothFolders = entry.isFolder() && obstacle && S_ISDIR(obstacle->st_mode);
-            // Nothing can be renamed into another file system that begins below the destination.
-            if (areBothFolders ? obstacle->st_dev != m_place.device : m_protected.hasName(m_place, entry.name))
-                break;
-            if (areBothFolders ? merge(entry.name) : !obstacle && moveIn(entry.name))
+            if (!isKept && moveIn(entry.name))
                 return;
-            if (obstacle && !areBothFolders && !takeAway(entry.name, *obstacle))
+            const auto obstacle = factsOf(m_target.folder(), entry.name);
+            if (obstacle && entry.isFolder() && S_ISDIR(obstacle->st_mode)) {
+                // Nothing can be renamed into another file system that begins below the destination.
+                if (obstacle->st_dev != m_place.device)
+                    break;
+                if (merge(entry.name))
+                    return;
+            } else if (isKept || (obstacle && !takeAway(entry.name, *obstacle))) {
                 break;
+            }
         }
         note(moveToFreeName(m_source.folder(), entry.name, m_target.folder(), entry, 1,
                             [this](const QByteArray& name) { return m_protected.hasName(m_place, name); }));
     }
 
-    /// False if somebody took the name just now.
+    /// False if the name is taken.
     bool moveIn(const QByteArray& name)
     {
         const int error = moveWithoutReplacing(m_source.folder(), name, m_target.folder(), name);

@@ -9,12 +9,13 @@ namespace vormel {
 
 namespace {
 
-void drawRing(QPainter& painter, const QStyleOption& option)
+void drawRing(QPainter& painter, const QStyleOption& option, qreal inset = 0)
 {
     constexpr qreal radius = 4;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    drawFocusRing(painter, QRectF(option.rect), Theme(option.palette), radius);
+    drawFocusRing(painter, QRectF(option.rect).adjusted(inset, inset, -inset, -inset), Theme(option.palette),
+                  radius - inset);
     painter.restore();
 }
 
@@ -26,10 +27,10 @@ void drawRingOfField(QPainter& painter, const QStyleOption& option)
 }
 
 /// What was clicked needs no ring; one appears as soon as the keyboard moves the focus.
-void drawRingOfButton(QPainter& painter, const QStyleOption& option)
+void drawRingOfButton(QPainter& painter, const QStyleOption& option, qreal inset = 0)
 {
     if (option.state.testFlag(QStyle::State_HasFocus) && option.state.testFlag(QStyle::State_KeyboardFocusChange))
-        drawRing(painter, option);
+        drawRing(painter, option, inset);
 }
 
 } // namespace
@@ -60,6 +61,9 @@ void ReadableStyle::drawControl(ControlElement element, const QStyleOption* opti
                                 const QWidget* widget) const
 {
     QProxyStyle::drawControl(element, option, painter, widget);
+    constexpr qreal border = 2; // that of the default button is as bright as the ring
+    if (element == CE_PushButton)
+        drawRingOfButton(*painter, *option, border);
     if (element == CE_ShapedFrame && qobject_cast<const QPlainTextEdit*>(widget))
         drawRingOfField(*painter, *option);
 }

@@ -59,7 +59,7 @@ QColor Theme::highlight() const
 /// The highlight's colour where it is no ground.
 QColor Theme::accent() const
 {
-    constexpr double spare = 1; // its grounds may be tinted with it
+    constexpr double spare = 1.5; // its grounds may be tinted with it
     QList<QColor> grounds;
     for (const QPalette::ColorRole ground : {QPalette::Base, QPalette::Window, QPalette::Button})
         grounds << m_palette.color(m_group, ground);

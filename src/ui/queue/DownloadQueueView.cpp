@@ -92,9 +92,8 @@ void DownloadQueueView::fillSelectionMenu(QMenu& menu)
 
 void DownloadQueueView::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (!mayHoldLinks(*event->mimeData()))
+    if (!mayHoldLinks(*event->mimeData()) || !acceptCopy(*event))
         return;
-    acceptCopy(*event);
     m_overlay->raise(); // a change of list and empty state puts those in front
     m_overlay->show();
 }
@@ -112,7 +111,8 @@ void DownloadQueueView::dragLeaveEvent(QDragLeaveEvent* /*event*/)
 void DownloadQueueView::dropEvent(QDropEvent* event)
 {
     m_overlay->hide();
-    acceptCopy(*event);
+    if (!acceptCopy(*event))
+        return;
     for (const std::vector<Link>& links : droppedLinks(*event->mimeData()))
         m_manager.addURLs(links, std::nullopt);
 }

@@ -8,11 +8,10 @@ namespace vormel {
 
 namespace {
 
-/// Within this program texts may be moved; from others they are copied.
-void copyFromOthers(QDropEvent& event)
+/// Within this program texts may be moved; from others they are copied. False if it is refused.
+bool copyFromOthers(QDropEvent& event)
 {
-    if (event.isAccepted() && !event.source())
-        acceptCopy(event);
+    return event.source() || acceptCopy(event);
 }
 
 } // namespace
@@ -38,19 +37,25 @@ void LinkEditor::fill(const QString& text)
 void LinkEditor::dragEnterEvent(QDragEnterEvent* event)
 {
     QPlainTextEdit::dragEnterEvent(event);
-    copyFromOthers(*event);
+    if (event->isAccepted())
+        event->setAccepted(copyFromOthers(*event));
 }
 
 void LinkEditor::dragMoveEvent(QDragMoveEvent* event)
 {
     QPlainTextEdit::dragMoveEvent(event);
-    copyFromOthers(*event);
+    if (event->isAccepted())
+        event->setAccepted(copyFromOthers(*event));
 }
 
 void LinkEditor::dropEvent(QDropEvent* event)
 {
+    if (!copyFromOthers(*event))
+        return;
+    event->ignore();
     QPlainTextEdit::dropEvent(event);
-    copyFromOthers(*event);
+    if (event->isAccepted())
+        event->setAccepted(copyFromOthers(*event)); // it has taken what was proposed
 }
 
 } // namespace vormel

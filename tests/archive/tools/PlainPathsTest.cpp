@@ -48,15 +48,32 @@ TEST(PlainPaths, AllVolumesOfTheArchiveAreLinkedAndNothingElse)
     for (const char* name : {"Who?.part1.rar", "Who?.part2.rar", "Who?.part03.RAR", "Who?.part1.rev", "Whom.part2.rar",
                              "Who?.txt", "Who?.r00", "Who?.s01", "Who?.rar", "Whom.r00"})
         sandbox.write(QString::fromUtf8(name), "x");
-    const auto linked = [&sandbox](const char* name) {
-        const PlainPaths paths(sandbox.path(QString::fromUtf8(name)));
+    const auto linked = [&sandbox](const char* name, Recovery recovery = Recovery::leftBeside) {
+        const PlainPaths paths(sandbox.path(QString::fromUtf8(name)), {}, recovery);
         return QFileInfo(paths.archive()).dir().entryList(QDir::Files, QDir::Name);
     };
-    EXPECT_EQ(linked("Who?.part1.rar"),
-              (QStringList{QStringLiteral("archive.part03.RAR"), QStringLiteral("archive.part1.rar"),
-                           QStringLiteral("archive.part2.rar")}));
+    const QStringList parts{QStringLiteral("archive.part03.RAR"), QStringLiteral("archive.part1.rar"),
+                            QStringLiteral("archive.part2.rar")};
+    EXPECT_EQ(linked("Who?.part1.rar", Recovery::keptAway), parts);
+    QStringList all = parts;
+    all.insert(2, QStringLiteral("archive.part1.rev"));
+    EXPECT_EQ(linked("Who?.part1.rar"), all);
     EXPECT_EQ(linked("Who?.rar"), (QStringList{QStringLiteral("archive.r00"), QStringLiteral("archive.rar"),
                                                QStringLiteral("archive.s01")}));
+}
+
+TEST(PlainPaths, RecoveryVolumesAreKeptAwayByLinksToTheOthers)
+{
+    const fixtures::Sandbox sandbox;
+    const QString archive = sandbox.write(QStringLiteral("a.part1.rar"), "x");
+    sandbox.write(QStringLiteral("b.part1.rev"), "x");
+    EXPECT_EQ(PlainPaths(archive, {}, Recovery::keptAway).archive(), archive);
+    sandbox.write(QStringLiteral("a.part1.REV"), "x");
+    EXPECT_EQ(PlainPaths(archive, {}, Recovery::leftBeside).archive(), archive);
+    const PlainPaths paths(archive, {}, Recovery::keptAway);
+    EXPECT_EQ(QFileInfo(paths.archive()).dir().entryList(QDir::Files),
+              QStringList{QStringLiteral("archive.part1.rar")});
+    EXPECT_EQ(paths.realName(QStringLiteral("archive.part2.rar")), QStringLiteral("a.part2.rar"));
 }
 
 TEST(PlainPaths, AVolumeIsCalledByItsRealNameAlsoWhenItIsMissing)

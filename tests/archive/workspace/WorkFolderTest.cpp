@@ -279,6 +279,18 @@ TEST_F(WorkFolderTest, foldersThatAreGoneOrCannotBeListedArePassedOver)
     ASSERT_TRUE(QFile::setPermissions(closed, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
 }
 
+TEST_F(WorkFolderTest, whatAnotherUserLeftIsNotOurs)
+{
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "only root can give a file away";
+    const QString left = leaveBehind();
+    constexpr uid_t somebody = 12345;
+    const QString mark = left + u'/' + QLatin1StringView(workMarkName);
+    ASSERT_EQ(::chown(QFile::encodeName(mark).constData(), somebody, somebody), 0);
+    sweep();
+    EXPECT_TRUE(QFileInfo(left + QStringLiteral("/files/half")).exists());
+}
+
 TEST_F(WorkFolderTest, whatCouldNotBeRemovedKeepsTheMarkAndIsFoundNextTime)
 {
     if (::geteuid() != 0)
