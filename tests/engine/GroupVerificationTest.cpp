@@ -194,14 +194,17 @@ TEST_F(GroupVerificationTest, TestsASetOnceHoweverOftenItIsAskedFor)
 
 TEST_F(GroupVerificationTest, TestsNoSetThatIsBeingUnpackedOrRepaired)
 {
-    unrar("exit 0");
-    for (const auto step : {ExtractionStatus::extracting, ExtractionStatus::repairing}) {
-        set[0]->setExtractionStatus(step);
-        shop.manager().verifyGroup(set);
-        EXPECT_EQ(set[0]->verification().kind, VerificationResult::busy);
-    }
-    turnEventLoop();
-    EXPECT_TRUE(shop.tools.calls(QStringLiteral("unrar")).isEmpty());
+    unrar("exit 3");
+    shop.tools.add(QStringLiteral("rar"), waitForGo());
+    shop.manager().retryExtraction(set[0]->id());
+    shop.manager().verifyGroup(set);
+    EXPECT_EQ(set[0]->verification().kind, VerificationResult::busy);
+    ASSERT_TRUE(waitUntil([&] { return set[0]->extractionStatus() == ExtractionStatus::repairing; }));
+    shop.manager().verifyGroup(set);
+    EXPECT_EQ(set[0]->verification().kind, VerificationResult::busy);
+    for (const QStringList& call : shop.tools.calls(QStringLiteral("unrar")))
+        EXPECT_EQ(call.front(), u"x");
+    shop.manager().stopExtraction(set[0]->id());
 }
 
 TEST_F(GroupVerificationTest, FetchesNothingOfASetThatWasUnpackedWhileItWasTested)

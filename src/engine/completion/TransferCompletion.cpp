@@ -151,14 +151,8 @@ void TransferCompletion::fileIsShort(DownloadItem& item, const TransferEnd& end,
     const bool isFinal = end.reason == TransferEnd::Reason::Overlong && !mayStartOver(item.id());
     if (isFinal || !retryLater(item)) {
         m_retries.restore(item.id());
-<<<<<<< HEAD
-        const bool isShort = isTotalKnown && size < item.totalBytes();
-        const QString message = isShort ? incompleteText(size, item.totalBytes()) : endText(end, m_settings);
-=======
         const bool isShort = isTotalKnown && size < item.totalBytes() && end.reason != TransferEnd::Reason::Overlong;
-        const QString message =
-            isShort ? incompleteText(size, item.totalBytes()) : endText(end, m_settings.language.value());
->>>>>>> bytes
+        const QString message = isShort ? incompleteText(size, item.totalBytes()) : endText(end, m_settings);
         item.setStatus(DownloadStatus::failure(message));
     }
     m_queue.processQueue();
@@ -180,13 +174,9 @@ void TransferCompletion::fileIsComplete(DownloadItem& item, const TransferEnd& e
 {
     MoveResult moved = moveToFinalPlace(*end.partPath, destinationFor(item, end));
     if (moved.systemError != 0)
-<<<<<<< HEAD
         return fail(item, fileErrorText(moved.systemError, m_settings));
-=======
-        return fail(item, fileErrorText(moved.systemError, m_settings.language.value()));
     removeMarks(moved.path);
     item.setPartPlace(std::nullopt);
->>>>>>> bytes
     const bool isRev = isRevName(moved.path);
     if (isRev)
         moved.path = broughtToItsArchive(item, moved.path, m_table);

@@ -146,15 +146,11 @@ void DownloadStarter::beginTransfer(DownloadItem& item, const Link& address)
     const QString usualPart = paths.partFile(item.filename());
     OpenedPart part = openPart(item, usualPart, m_ports.session.partFiles());
     if (!part.file)
-        return startFailed(item, fileErrorText(part.systemError, m_ports.settings.language.value()));
+        return startFailed(item, fileErrorText(part.systemError, m_ports.settings));
     takeOver(item, *part.file, usualPart);
     TransferOrder order{item.id(), address, item.filename(), destination, item.totalBytes(), true};
     order.isDirectLink = !m_ports.resolvers.hostResolverForURL(item.originalURL());
     item.setStatus(DownloadStatus::downloading);
-<<<<<<< HEAD
-    if (const int systemError = m_ports.session.start(std::move(order)))
-        startFailed(item, fileErrorText(systemError, m_ports.settings));
-=======
     m_ports.session.start(std::move(order), std::move(part.file));
 }
 
@@ -173,7 +169,6 @@ void DownloadStarter::takeOver(DownloadItem& item, PartFile& file, const QString
     // Saved before the first byte comes, as nothing else may lead to this file after a kill.
     if (isSurprise)
         m_ports.queue.saveQueue();
->>>>>>> bytes
 }
 
 void DownloadStarter::startFailed(DownloadItem& item, const QString& message)

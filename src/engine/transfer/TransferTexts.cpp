@@ -132,15 +132,11 @@ QString fileErrorText(int systemError, const AppSettings& settings)
                     u"Impossibile scrivere nella cartella dei download.");
     case ENOENT:
     case ENOTDIR:
-<<<<<<< HEAD
         return missingText(systemError, settings);
     case EXDEV:
         return pair(language, u"The finished file could not be moved to its folder, which is on another disk.",
                     u"Impossibile spostare il file completato nella sua cartella, che si trova su un altro disco.");
-=======
-        return pair(language, u"The download folder is missing.", u"La cartella dei download non esiste.");
     case EMLINK:
->>>>>>> bytes
     case ESTALE:
         return pair(language, u"The partial file was changed by another program — retry",
                     u"Il file parziale è stato modificato da un altro programma — riprova");
