@@ -78,8 +78,9 @@ Archives that came in many parts are tested, repaired from their recovery
 volumes and unpacked, each kind by a tool of its own: RAR by unrar, ZIP by
 unzip, 7z by 7zip. Rebuilding a damaged RAR set takes rar.")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# Loaded at run time, so that no symbol of the program tells of them: the window system's plugin, and what opens links.
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-qpa-plugins, xdg-utils")
+# Loaded at run time, so that no symbol of the program tells of them: the window system's plugin, the
+# Italian of Qt's own dialogs and menus, and what opens links.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-qpa-plugins, qt6-translations-l10n, xdg-utils")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
     "default-dbus-session-bus | dbus-session-bus, 7zip | p7zip-full, unrar, unzip, bzip2, xz-utils, qt6-wayland")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS rar)

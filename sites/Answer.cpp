@@ -167,6 +167,11 @@ Answer Answer::closing() const
     return changed([](AnswerPlan& plan) { plan.closing = true; });
 }
 
+Answer Answer::followedBy(std::string bytes) const
+{
+    return changed([&](AnswerPlan& plan) { plan.surplus = std::move(bytes); });
+}
+
 Answer Answer::cutHead() const
 {
     return changed([](AnswerPlan& plan) { plan.headFault = HeadFault::CutInside; });

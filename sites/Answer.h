@@ -66,6 +66,7 @@ struct AnswerPlan
     std::optional<std::string> contentLength;
     std::int64_t contentLengthOff = 0;
     bool closing = false;
+    std::optional<std::string> surplus; // sent behind a finished answer
 
     HeadFault headFault = HeadFault::Nothing;
     std::chrono::milliseconds delay{0};
@@ -131,6 +132,10 @@ public:
     [[nodiscard]] Answer withContentLengthOff(std::int64_t difference) const;
     // Announces and does the end of the connection after a proper answer.
     [[nodiscard]] Answer closing() const;
+
+    // These bytes behind the whole answer, on a connection that stays open for the next request, a raw answer's too.
+    // They count as bytes of a body once the system has them.
+    [[nodiscard]] Answer followedBy(std::string bytes) const;
 
     [[nodiscard]] Answer cutHead() const;
     [[nodiscard]] Answer endlessHeaders() const;

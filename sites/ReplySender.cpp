@@ -24,10 +24,10 @@ bool ReplySender::send(const Reply& reply, bool withBody)
     if (m_plan.headFault == HeadFault::StallBefore && !stall())
         return false;
     if (m_plan.raw)
-        return m_channel.write(*m_plan.raw) && false;
+        return m_channel.write(*m_plan.raw) && m_plan.surplus && sendSurplus();
     if (!sendHead(reply))
         return false;
-    return (!withBody || sendBody(reply.body)) && reply.keepsConnection;
+    return (!withBody || sendBody(reply.body)) && reply.keepsConnection && sendSurplus();
 }
 
 bool ReplySender::sendHead(const Reply& reply)
@@ -94,6 +94,16 @@ bool ReplySender::sendEnd()
         return m_channel.write("0\r\n") && sendEndlessFields();
     }
     return false;
+}
+
+bool ReplySender::sendSurplus()
+{
+    if (!m_plan.surplus)
+        return true;
+    if (!m_channel.write(*m_plan.surplus))
+        return false;
+    m_activity.addBodyBytes(std::ssize(*m_plan.surplus));
+    return true;
 }
 
 bool ReplySender::sendEndlessFields()

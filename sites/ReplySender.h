@@ -26,6 +26,7 @@ private:
     [[nodiscard]] bool sendBody(const Body& body);
     [[nodiscard]] bool sendBytes(const Body& body, std::int64_t from, std::int64_t to);
     [[nodiscard]] bool sendFramed(std::string_view bytes);
+    [[nodiscard]] bool sendSurplus();
     [[nodiscard]] bool sendEnd();
     [[nodiscard]] bool sendEndlessFields();
     [[nodiscard]] bool passCut();

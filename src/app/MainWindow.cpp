@@ -6,6 +6,7 @@
 #include "ui/accounts/AccountsView.h"
 #include "ui/help/HelpWindowController.h"
 #include "ui/kit/GlyphIcon.h"
+#include "ui/kit/QtTranslation.h"
 #include "ui/queue/DownloadQueueView.h"
 #include "ui/settings/SettingsView.h"
 #include "ui/shell/Sidebar.h"
@@ -30,6 +31,7 @@ MainWindow::MainWindow(const ViewPorts& ports, Updater& updater)
     setWindowIcon(programIcon());
     setMinimumSize(smallest);
     resize(usual);
+    new QtTranslation(settings(), this); // the window owns it
     layOut();
     buildMenu(updater);
     openPage(Page::downloads);

@@ -7,6 +7,7 @@
 #include "platform/desktop/SingleInstance.h"
 #include "platform/desktop/TerminationSignals.h"
 #include "platform/desktop/Utf8Locale.h"
+#include "ui/kit/ReadableStyle.h"
 
 #include <QApplication>
 
@@ -84,6 +85,7 @@ int main(int argc, char** argv)
     vormel::ensureUtf8Locale();
     const QString token = activationToken();
     const QApplication application(argc, argv);
+    QApplication::setStyle(new vormel::ReadableStyle); // the application takes it over
     nameProgram();
 
     const vormel::Folders folders = vormel::Folders::ofThisUser();

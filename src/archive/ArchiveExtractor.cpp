@@ -1,17 +1,16 @@
 #include "archive/ArchiveExtractor.h"
 
 #include "archive/ArchiveFormat.h"
-#include "archive/BadVolumes.h"
-#include "archive/EscapingLinks.h"
 #include "archive/ExtractionError.h"
-#include "archive/tools/ToolArguments.h"
+#include "archive/tools/PlainPaths.h"
+#include "archive/tools/UnpackingTools.h"
+#include "archive/workspace/HarmlessTree.h"
+#include "archive/workspace/RepairFolder.h"
+#include "archive/workspace/WorkFolder.h"
 
-#include <QCoroFuture>
 #include <QDir>
 #include <QFileInfo>
-#include <QtConcurrentRun>
 
-#include <cerrno>
 #include <cstdio>
 #include <exception>
 #include <system_error>
@@ -26,44 +25,6 @@ void printTrace(const QString& line)
     std::puts(line.toUtf8().constData());
 }
 
-QStringList rarTools()
-{
-    return {QStringLiteral("unrar"), QStringLiteral("rar")};
-}
-
-QStringList sevenZipTools()
-{
-    return {QStringLiteral("7z"), QStringLiteral("7za"), QStringLiteral("7zz")};
-}
-
-QString tarLetters(ArchiveFormat format)
-{
-    switch (format) {
-    case ArchiveFormat::tarGz:
-        return QStringLiteral("-xzf");
-    case ArchiveFormat::tarBz2:
-        return QStringLiteral("-xjf");
-    case ArchiveFormat::tarXz:
-        return QStringLiteral("-xJf");
-    default:
-        return QStringLiteral("-xf");
-    }
-}
-
-void makeFolder(const QString& folder)
-{
-    errno = 0;
-    if (!QDir().mkpath(folder)) {
-        const int reason = errno != 0 ? errno : ENOTDIR;
-        throw DestinationError(QString::fromStdString(std::generic_category().message(reason)));
-    }
-}
-
-QString lastName(const QString& path)
-{
-    return QFileInfo(path).fileName();
-}
-
 QString repairTool()
 {
     return QStringLiteral("rar");
@@ -73,6 +34,18 @@ QString failureText(const ExtractionError& error)
 {
     return QStringLiteral(" FAILED (code ") + QString::number(error.exitCode()) + QStringLiteral("):\n") +
            error.output();
+}
+
+/// On a thread that may take its time: what a tool left of a failed run goes, and what it made is looked over.
+std::shared_ptr<WorkFolder> settled(std::shared_ptr<WorkFolder> folder, ArchiveFormat format, bool isFailed)
+{
+    if (isFailed) {
+        folder.reset();
+    } else if (const int error = makeHarmless(folder->path(), format)) {
+        folder.reset();
+        throw DestinationError(QString::fromStdString(std::generic_category().message(error)));
+    }
+    return folder;
 }
 
 } // namespace
@@ -86,114 +59,75 @@ ArchiveExtractor::ArchiveExtractor(ToolRunner& tools, Trace trace)
     , m_trace(std::move(trace))
 {}
 
-QCoro::Task<> ArchiveExtractor::extract(QString archive, QString destination, Password password, Progress onProgress)
-{
-    if (!formatOf(archive))
-        throw ExtractionError::unsupportedFormat();
-    makeFolder(destination);
-    const timespec start = fileSystemMoment(destination);
-    std::exception_ptr failure;
-    try {
-        co_await unpack(archive, destination, password, onProgress);
-    } catch (const ArchiveError&) {
-        failure = std::current_exception();
-    }
-    const QFuture<void> cleaned = QtConcurrent::run([destination, start] { removeEscapingLinks(destination, start); });
-    co_await cleaned;
-    if (failure)
-        std::rethrow_exception(failure);
-}
-
-QCoro::Task<> ArchiveExtractor::unpack(QString archive, QString destination, Password password, Progress onProgress)
-{
-    const ArchiveFormat format = formatOf(archive).value();
-    switch (format) {
-    case ArchiveFormat::zip:
-        co_await unpackZip(archive, destination, password);
-        break;
-    case ArchiveFormat::rar: {
-        const std::optional<QString> tool = firstTool(rarTools());
-        if (!tool)
-            throw ExtractionError::toolNotFound(QStringLiteral("unrar"));
-        const QStringList args = rarArguments(archive, destination, password);
-        co_await runClassified(*tool, args, password.has_value(), onProgress);
-        break;
-    }
-    case ArchiveFormat::sevenZip: {
-        const std::optional<QString> tool = firstTool(sevenZipTools());
-        if (!tool)
-            throw ExtractionError::toolNotFound(QStringLiteral("7z"));
-        const QStringList args = sevenZipArguments(archive, destination, password);
-        co_await runClassified(*tool, args, password.has_value(), onProgress);
-        break;
-    }
-    default: {
-        const QString tar = m_tools.fixedTool(QStringLiteral("tar"));
-        const QStringList args = tarArguments(tarLetters(format), archive, destination);
-        co_await m_tools.run(tar, args, {});
-    }
-    }
-}
-
-QCoro::Task<> ArchiveExtractor::unpackZip(QString archive, QString destination, Password password)
+QCoro::Task<std::shared_ptr<WorkFolder>> ArchiveExtractor::extract(QString archive, QString destination,
+                                                                   Password password, Progress onProgress,
+                                                                   std::stop_token stop)
 {
     const Lifetime::Watch watch = m_lifetime.watch();
-    if (!password) {
-        std::exception_ptr failure;
+    const std::vector<UnpackingTool> tools = unpackingTools(archive, password, m_tools);
+    const ArchiveFormat format = formatOf(archive).value();
+    if (tools.empty()) {
+        co_await makeWorkFolder(destination); // where that fails, it is told first
+        throw ExtractionError::toolNotFound(missingTool(archive));
+    }
+    std::exception_ptr failure;
+    for (const UnpackingTool& tool : tools) {
+        const Attempt attempt{tool, archive, format, password.has_value(), onProgress, stop};
         try {
-            const QStringList args = dittoArguments(archive, destination);
-            co_await m_tools.run(m_tools.fixedTool(QStringLiteral("ditto")), args, {});
-            co_return;
-        } catch (const ArchiveError&) {
+            std::shared_ptr<WorkFolder> unpacked = co_await unpack(attempt, destination);
+            co_return unpacked;
+        } catch (const ExtractionError&) {
+            failure = std::current_exception();
+        } catch (const ToolLaunchError&) {
             failure = std::current_exception();
         }
         if (watch.isOver())
-            std::rethrow_exception(failure);
+            break;
     }
+    std::rethrow_exception(failure);
+}
+
+QCoro::Task<std::shared_ptr<WorkFolder>> ArchiveExtractor::makeWorkFolder(QString destination)
+{
+    const auto make = [destination] { return std::make_shared<WorkFolder>(WorkFolder::make(destination)); };
+    return m_background.run(make);
+}
+
+QCoro::Task<std::shared_ptr<WorkFolder>> ArchiveExtractor::unpack(Attempt attempt, QString destination)
+{
+    const Lifetime::Watch watch = m_lifetime.watch();
+    std::shared_ptr<WorkFolder> folder = co_await makeWorkFolder(destination);
+    if (watch.isOver())
+        throw ToolStopped();
+    const UnpackingTool& tool = attempt.tool;
+    const auto paths = std::make_unique<PlainPaths>(attempt.archive, folder->path());
+    const QStringList args = tool.arguments(paths->archive(), paths->destination());
+    const Progress progress = tool.tellsProgress ? attempt.onProgress : Progress();
     std::exception_ptr failure;
     try {
-        const QStringList args = unzipArguments(archive, destination, password);
-        co_await runClassified(m_tools.fixedTool(QStringLiteral("unzip")), args, password.has_value(), {});
-        co_return;
+        co_await m_tools.run(tool.path, args, progress, attempt.stop);
+    } catch (const ExtractionError& error) {
+        failure =
+            std::make_exception_ptr(tool.tellsOfPassword ? classifyToolError(error, attempt.isPasswordGiven) : error);
     } catch (const ArchiveError&) {
         failure = std::current_exception();
     }
-    const std::optional<QString> tool = watch.isOver() ? std::nullopt : firstTool(sevenZipTools());
-    if (!tool)
+    if (watch.isOver()) // with it the threads are gone
+        std::rethrow_exception(failure ? failure : std::make_exception_ptr(ToolStopped()));
+    const bool isFailed = failure != nullptr;
+    // The last reference must end over there.
+    auto settle = [unsettled = std::move(folder), format = attempt.format, isFailed]() mutable {
+        return settled(std::move(unsettled), format, isFailed);
+    };
+    folder = co_await m_background.run(std::move(settle));
+    if (failure)
         std::rethrow_exception(failure);
-    const QStringList args = sevenZipArguments(archive, destination, password);
-    co_await runClassified(*tool, args, password.has_value(), {});
+    co_return folder;
 }
 
-QCoro::Task<> ArchiveExtractor::runClassified(QString tool, QStringList args, bool passwordGiven, Progress onProgress)
+QCoro::Task<VolumeTest> ArchiveExtractor::verify(QString archive)
 {
-    try {
-        co_await m_tools.run(tool, args, onProgress);
-    } catch (const ExtractionError& error) {
-        throw classifyToolError(error, passwordGiven);
-    }
-}
-
-QCoro::Task<QStringList> ArchiveExtractor::verify(QString archive)
-{
-    const std::optional<QString> tool = firstTool(rarTools());
-    if (!tool)
-        throw ExtractionError::toolNotFound(QStringLiteral("unrar/rar"));
-    const Trace trace = m_trace;
-    const QString about = QStringLiteral("[Verify] ") + lastName(archive);
-    const QStringList args{QStringLiteral("t"), archive};
-    QString output;
-    try {
-        co_await m_tools.run(*tool, args, {});
-        trace(about + QStringLiteral(" OK"));
-        co_return QStringList();
-    } catch (const ExtractionError& error) {
-        trace(about + failureText(error));
-        output = error.output();
-    }
-    const QStringList bad = badVolumes(output, archive);
-    trace(QStringLiteral("[Verify] bad volumes: ") + bad.join(QStringLiteral(", ")));
-    co_return bad;
+    return testVolumes(m_tools, archive, m_trace);
 }
 
 bool ArchiveExtractor::canRepair() const
@@ -201,16 +135,38 @@ bool ArchiveExtractor::canRepair() const
     return m_tools.findTool(repairTool()).has_value();
 }
 
-QCoro::Task<> ArchiveExtractor::repair(QString archive)
+QCoro::Task<QStringList> ArchiveExtractor::repair(QString archive, std::stop_token stop)
 {
+    const Lifetime::Watch watch = m_lifetime.watch();
     const std::optional<QString> tool = m_tools.findTool(repairTool());
     if (!tool)
         throw ExtractionError::repairToolNotFound();
-    const Trace trace = m_trace;
     traceRepair(archive);
+    const auto make = [archive] { return std::make_shared<RepairFolder>(RepairFolder::make(archive)); };
+    const std::shared_ptr<RepairFolder> folder = co_await m_background.run(make);
+    if (watch.isOver())
+        throw ToolStopped();
+    std::exception_ptr failure;
+    try {
+        co_await rebuild(*tool, folder->archive(), stop);
+    } catch (const ArchiveError&) {
+        failure = std::current_exception();
+    }
+    if (watch.isOver() || stop.stop_requested())
+        std::rethrow_exception(failure ? failure : std::make_exception_ptr(ToolStopped()));
+    const auto adopt = [folder] { return folder->adopt(); };
+    const QStringList rebuilt = co_await m_background.run(adopt);
+    if (failure && rebuilt.isEmpty())
+        std::rethrow_exception(failure);
+    co_return rebuilt;
+}
+
+QCoro::Task<> ArchiveExtractor::rebuild(QString tool, QString archive, std::stop_token stop)
+{
+    const Trace trace = m_trace;
     const QStringList args{QStringLiteral("rc"), QStringLiteral("-y"), archive};
     try {
-        co_await m_tools.run(*tool, args, {});
+        co_await m_tools.run(tool, args, {}, stop);
         trace(QStringLiteral("[Repair] rar rc succeeded"));
     } catch (const ExtractionError& error) {
         trace(QStringLiteral("[Repair] rar rc") + failureText(error));
@@ -230,14 +186,6 @@ void ArchiveExtractor::traceRepair(const QString& archive) const
     const QStringList revs = folder.entryList({QStringLiteral("*.rev")}, all, QDir::Name);
     m_trace(QStringLiteral("[Repair] dir=%1 rar=%2 rev=%3").arg(folder.dirName()).arg(count).arg(revs.size()));
     m_trace(QStringLiteral("[Repair] revs=") + revs.join(QStringLiteral(", ")));
-}
-
-std::optional<QString> ArchiveExtractor::firstTool(const QStringList& names) const
-{
-    for (const QString& name : names)
-        if (std::optional<QString> path = m_tools.findTool(name))
-            return path;
-    return std::nullopt;
 }
 
 } // namespace vormel

@@ -1,7 +1,10 @@
 #pragma once
 
-#include "archive/tools/ToolArguments.h"
+#include "archive/ArchiveFormat.h"
+#include "archive/VolumeTest.h"
 #include "archive/tools/ToolRunner.h"
+#include "archive/tools/UnpackingTools.h"
+#include "platform/async/Background.h"
 #include "platform/async/Lifetime.h"
 
 #include <QCoroTask>
@@ -9,34 +12,39 @@
 #include <QStringList>
 
 #include <functional>
+#include <memory>
 #include <optional>
+#include <stop_token>
 
 namespace vormel {
 
+class WorkFolder;
+
 /// Unpacks, tests and repairs archives with the tools of the machine. UI thread only; what takes long happens in the
-/// tools. Paths are absolute. Everything throws ArchiveError and its kinds.
+/// tools and on threads of its own. Paths are absolute. Everything throws ArchiveError and its kinds.
 class ArchiveExtractor
 {
 public:
     /// Takes the lines of the developer's trace.
     using Trace = std::function<void(const QString&)>;
+    using Progress = std::function<void(double)>;
 
     /// The tools outlive the extractor.
     explicit ArchiveExtractor(ToolRunner& tools);
     ArchiveExtractor(ToolRunner& tools, Trace trace);
 
-    /// Unpacks into the destination, which is made when needed. onProgress, which may be empty, gets fractions from 0
-    /// to 1 where the tool tells. What was unpacked before a failure stays, but never a symbolic link that leads out of
-    /// the destination.
-    QCoro::Task<> extract(QString archive, QString destination, Password password,
-                          std::function<void(double)> onProgress);
+    /// Unpacks into a work folder in the destination and looks over what came. onProgress, which may be empty, gets
+    /// fractions from 0 to 1 where the tool tells. Nothing is left of a run that fails or is stopped.
+    [[nodiscard]] QCoro::Task<std::shared_ptr<WorkFolder>>
+    extract(QString archive, QString destination, Password password, Progress onProgress, std::stop_token stop = {});
 
-    /// Tests a set of RAR volumes by its first one and gives the sorted names of the bad ones. An empty list says that
-    /// the set is sound or that the tool blamed no volume.
-    QCoro::Task<QStringList> verify(QString archive);
+    /// Tests a set of RAR volumes by its first one.
+    QCoro::Task<VolumeTest> verify(QString archive);
 
-    /// Rebuilds missing and damaged volumes of a set out of its recovery volumes, by its first volume.
-    QCoro::Task<> repair(QString archive);
+    /// Rebuilds missing and damaged volumes of a set out of its recovery volumes, by its first volume. Gives the paths
+    /// of what was rebuilt and of what that replaced. Whatever the tool says: what it rebuilt is kept. Throws when it
+    /// failed and rebuilt nothing.
+    [[nodiscard]] QCoro::Task<QStringList> repair(QString archive, std::stop_token stop = {});
 
     /// Is the tool there that can?
     [[nodiscard]] bool canRepair() const;
@@ -44,16 +52,25 @@ public:
     [[nodiscard]] const ToolRunner& tools() const { return m_tools; }
 
 private:
-    using Progress = std::function<void(double)>;
+    /// One tool's try at an archive.
+    struct Attempt
+    {
+        UnpackingTool tool;
+        QString archive;
+        ArchiveFormat format = ArchiveFormat::zip;
+        bool isPasswordGiven = false;
+        Progress onProgress;
+        std::stop_token stop;
+    };
 
-    QCoro::Task<> unpack(QString archive, QString destination, Password password, Progress onProgress);
-    QCoro::Task<> unpackZip(QString archive, QString destination, Password password);
-    QCoro::Task<> runClassified(QString tool, QStringList args, bool passwordGiven, Progress onProgress);
-    [[nodiscard]] std::optional<QString> firstTool(const QStringList& names) const;
+    [[nodiscard]] QCoro::Task<std::shared_ptr<WorkFolder>> makeWorkFolder(QString destination);
+    [[nodiscard]] QCoro::Task<std::shared_ptr<WorkFolder>> unpack(Attempt attempt, QString destination);
+    QCoro::Task<> rebuild(QString tool, QString archive, std::stop_token stop);
     void traceRepair(const QString& archive) const;
 
     ToolRunner& m_tools;
     Trace m_trace;
+    Background m_background;
     Lifetime m_lifetime;
 };
 

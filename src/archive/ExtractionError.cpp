@@ -4,9 +4,6 @@
 
 #include <QTextBoundaryFinder>
 
-#include <algorithm>
-#include <array>
-
 namespace vormel {
 
 namespace {
@@ -24,27 +21,8 @@ QString firstCharacters(const QString& text, int count)
     return start.left(finder.position());
 }
 
-bool blamesPassword(int exitCode, const QString& output)
-{
-    // What unrar and rar exit with, whatever they print.
-    constexpr int badPasswordCode = 11;
-    if (exitCode == badPasswordCode)
-        return true;
-    static const std::array phrases{
-        QStringLiteral("enter password"),
-        QStringLiteral("password incorrect"),
-        QStringLiteral("wrong password"),
-        QStringLiteral("encrypted file:"),
-        QStringLiteral("cannot open encrypted"),
-        QStringLiteral("can not open encrypted"),
-        QStringLiteral("needs a password"),
-        // unzip 6 says these of a wrong and of a missing one; with no other tool for ZIP there, nothing else tells.
-        QStringLiteral("incorrect password"),
-        QStringLiteral("unable to get password"),
-    };
-    const QString lowered = output.toLower();
-    return std::any_of(phrases.begin(), phrases.end(), [&](const QString& phrase) { return lowered.contains(phrase); });
-}
+// What unrar and rar exit with, whatever they print.
+constexpr int badPasswordCode = 11;
 
 } // namespace
 
@@ -74,12 +52,19 @@ ExtractionError ExtractionError::repairToolNotFound()
 
 ExtractionError ExtractionError::extractionFailed(int exitCode, const QString& output)
 {
+    return extractionFailed(exitCode, output, toolReason(output));
+}
+
+ExtractionError ExtractionError::extractionFailed(int exitCode, const QString& output, const ToolReason& reason)
+{
     constexpr int shownCharacters = 200;
+    const QString told = reason.text();
     ExtractionError error(Kind::extractionFailed, QStringLiteral("Extraction failed (code ") +
                                                       QString::number(exitCode) + QStringLiteral("): ") +
-                                                      firstCharacters(output, shownCharacters));
+                                                      firstCharacters(told.isEmpty() ? output : told, shownCharacters));
     error.m_exitCode = exitCode;
     error.m_output = output;
+    error.m_reason = reason;
     return error;
 }
 
@@ -98,11 +83,24 @@ ExtractionError ExtractionError::wrongPassword()
     return {Kind::wrongPassword, QStringLiteral("Incorrect archive password")};
 }
 
+std::optional<ExtractionError> ExtractionError::asDamage() const
+{
+    return m_mayBeDamage ? std::optional(extractionFailed(m_exitCode, m_output, m_reason)) : std::nullopt;
+}
+
 ExtractionError classifyToolError(const ExtractionError& error, bool passwordGiven)
 {
-    if (error.kind() != ExtractionError::Kind::extractionFailed || !blamesPassword(error.exitCode(), error.output()))
+    const bool blamesPassword = error.exitCode() == badPasswordCode || error.reason().blamesPassword();
+    if (error.kind() != ExtractionError::Kind::extractionFailed || !blamesPassword)
         return error;
-    return passwordGiven ? ExtractionError::wrongPassword() : ExtractionError::passwordRequired();
+    if (!passwordGiven)
+        return ExtractionError::passwordRequired();
+    ExtractionError wrong = ExtractionError::wrongPassword();
+    wrong.m_exitCode = error.exitCode();
+    wrong.m_output = error.output();
+    wrong.m_reason = error.reason();
+    wrong.m_mayBeDamage = error.exitCode() != badPasswordCode && error.reason().isUnsureOfPassword();
+    return wrong;
 }
 
 } // namespace vormel

@@ -4,7 +4,7 @@
 
 namespace vormel {
 
-/// What happens to a finished file: it may be an archive, or the last part of one.
+/// What happens to a finished file: it may be an archive, or the last part of one. UI thread only.
 class PostDownload
 {
 public:
@@ -13,9 +13,15 @@ public:
     PostDownload& operator=(const PostDownload&) = delete;
     virtual ~PostDownload() = default;
 
-    /// Called on the UI thread for each item that has just become complete while extraction is switched on. Returns at
-    /// once; the work goes on in the background.
+    /// Called for each item that has just become complete while extraction is switched on. Returns at once; the work
+    /// goes on in the background.
     virtual void autoExtractAfterDownload(const ItemId& item) = 0;
+
+    /// Is the item's archive, or the set that it is a part of, being worked on, or waiting for its turn?
+    [[nodiscard]] virtual bool isWorkingOn(const ItemId& item) const = 0;
+    /// Ends that work. It leaves nothing behind, and the archive as it was; its state is idle soon after. Nothing
+    /// happens when there is none.
+    virtual void stopWorkOn(const ItemId& item) = 0;
 };
 
 } // namespace vormel

@@ -1,33 +1,50 @@
 #include "archive/PostDownloadPipeline.h"
 
 #include "archive/ArchiveExtractor.h"
-#include "archive/ExtractedNames.h"
+#include "archive/CustomName.h"
 #include "archive/ExtractionError.h"
+#include "archive/SetVolumes.h"
 #include "archive/SourceDisposal.h"
+#include "archive/workspace/Placement.h"
+#include "archive/workspace/ResultNames.h"
+#include "archive/workspace/WorkFolder.h"
 #include "model/AppSettings.h"
 #include "model/SetName.h"
 #include "platform/async/Spawn.h"
 #include "platform/storage/FarMove.h"
 #include "platform/storage/Trash.h"
 
-#include <QCoroFuture>
+#include <QDir>
 #include <QFileInfo>
-#include <QtConcurrentRun>
+
+#include <algorithm>
+#include <system_error>
+#include <utility>
 
 namespace vormel {
 
 namespace {
 
-/// Whatever else goes wrong than the tools themselves.
-QString wordsOf(const std::exception& error)
+QString nameOf(const QString& path)
 {
-    return QString::fromUtf8(error.what());
+    return QFileInfo(path).fileName();
+}
+
+/// Sets lie one folder below that of all downloads, and so do the results that the user named.
+QStringList withSubfolders(const QStringList& folders)
+{
+    QStringList all = folders;
+    for (const QString& folder : folders)
+        for (const QFileInfo& below : QDir(folder).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks))
+            all << below.filePath();
+    return all;
 }
 
 } // namespace
 
 PostDownloadPipeline::PostDownloadPipeline(const Ports& ports)
     : m_ports(ports)
+    , m_turns([&queue = m_ports.queue](const ItemId& id) { return queue.placeOf(id); })
 {}
 
 void PostDownloadPipeline::autoExtractAfterDownload(const ItemId& id)
@@ -45,11 +62,40 @@ void PostDownloadPipeline::extractWithPassword(const ItemId& id, const QString& 
 void PostDownloadPipeline::retryExtraction(const ItemId& id)
 {
     const ItemPtr item = m_ports.queue.item(id);
-    if (!item || !(item->status() == DownloadStatus::completed) || !item->localPath())
+    if (!item || !(item->status() == DownloadStatus::completed) || !item->localPath() || isWorkingOn(id))
         return;
     item->setExtractionStatus(ExtractionStatus::idle);
     item->setExtractionProgress(0);
     spawn(autoExtract(item, std::nullopt));
+}
+
+bool PostDownloadPipeline::isWorkingOn(const ItemId& id) const
+{
+    return runOf(id) != nullptr;
+}
+
+void PostDownloadPipeline::stopWorkOn(const ItemId& id)
+{
+    const RunPtr run = runOf(id);
+    if (!run)
+        return;
+    run->isAskedForAgain = false;
+    run->stopping.request_stop();
+    m_turns.withdraw(run->archive.target->id());
+}
+
+void PostDownloadPipeline::removeAbandonedRuns(const QStringList& folders)
+{
+    const auto remove = [folders] { removeAbandonedWorkFolders(withSubfolders(folders)); };
+    spawn(m_background.run(remove));
+}
+
+PostDownloadPipeline::RunPtr PostDownloadPipeline::runOf(const ItemId& id) const
+{
+    const auto found = std::find_if(m_runs.begin(), m_runs.end(), [&id](const RunPtr& run) {
+        return run->archive.target->id() == id || run->members.contains(id);
+    });
+    return found == m_runs.end() ? nullptr : *found;
 }
 
 QCoro::Task<> PostDownloadPipeline::autoExtract(ItemPtr item, std::optional<QString> password)
@@ -57,165 +103,253 @@ QCoro::Task<> PostDownloadPipeline::autoExtract(ItemPtr item, std::optional<QStr
     const ArchiveSources sources{m_ports.queue.itemsOfSet(setBaseName(item->filename())),
                                  [this](const DownloadItem& rev) { return m_ports.queue.isRevComing(rev); }};
     const std::optional<ReadyArchive> archive = readyArchive(item, sources);
-    if (!archive || !(archive->target->extractionStatus() == ExtractionStatus::idle))
+    if (!archive)
         co_return;
-    const Lifetime::Watch lifetime = m_lifetime.watch();
-    const Run run = begin(*archive, password);
-    co_await gatherVolumes(run.archive);
-    if (lifetime.isOver())
+    if (const RunPtr running = runOf(archive->target->id())) {
+        running->isAskedForAgain = true;
         co_return;
-    const std::optional<Failure> failure = co_await tryExtract(run, true);
-    if (lifetime.isOver())
+    }
+    if (!(archive->target->extractionStatus() == ExtractionStatus::idle))
         co_return;
-    if (!failure)
-        co_await finish(run);
-    else if (failure->wantsPassword)
-        askPassword(run, *failure);
-    else if (run.archive.isSet && m_ports.extractor.canRepair())
-        co_await rescue(run);
-    else
-        giveUp(run, *failure);
+    const RunPtr run = begin(*archive, password);
+    co_await work(run);
 }
 
-QCoro::Task<> PostDownloadPipeline::gatherVolumes(ReadyArchive archive)
+/// The tools look for all volumes beside the first one.
+QCoro::Task<> PostDownloadPipeline::gatherVolumes(RunPtr run)
 {
     const Lifetime::Watch lifetime = m_lifetime.watch();
-    const QString folder = QFileInfo(archive.path).path();
-    for (const ItemPtr& volume : archive.elsewhere) {
-        const QString from = *volume->localPath();
-        const QString to = folder + u'/' + QFileInfo(from).fileName();
-        const QFuture<int> moved = QtConcurrent::run(&m_disposer, [from, to] { return moveFar(from, to); });
-        const int systemError = co_await moved;
+    const QString folder = QFileInfo(run->archive.path).path();
+    for (const ItemPtr& volume : run->archive.elsewhere) {
+        const QString from = volume->localPath().value_or(QString());
+        if (from.isEmpty()) // it was given up while others were moved
+            continue;
+        const QString to = folder + u'/' + nameOf(from);
+        const auto move = [from, to] { return moveFar(from, to); };
+        const int systemError = co_await m_background.run(move);
         if (lifetime.isOver())
             co_return;
         if (systemError == 0 && volume->localPath() == from)
             volume->setLocalPath(to);
     }
-    if (!archive.elsewhere.empty())
+    if (!run->archive.elsewhere.empty())
         m_ports.queue.saveQueue();
 }
 
-PostDownloadPipeline::Run PostDownloadPipeline::begin(const ReadyArchive& archive,
-                                                      const std::optional<QString>& password)
+PostDownloadPipeline::RunPtr PostDownloadPipeline::begin(const ReadyArchive& archive,
+                                                         const std::optional<QString>& password)
 {
+    auto run = std::make_shared<Run>();
+    run->archive = archive;
+    if (archive.isSet) {
+        for (const ItemPtr& member : m_ports.queue.itemsOfSet(archive.base))
+            run->members.insert(member->id());
+        run->customName = m_ports.queue.customGroupName(archive.base);
+    }
+    run->destination = destinationOf(archive, run->customName);
+    run->password = password;
+    m_runs.push_back(run);
     archive.target->setExtractionProgress(0);
     archive.target->setExtractionStartedAt(m_ports.clock.wallNow());
+    archive.target->setAwaitsExtractionTurn(!m_turns.isAnyFree());
     archive.target->setExtractionStatus(ExtractionStatus::extracting);
-    const QString destination = destinationOf(archive);
-    const QSet<QString> before = namesIn(destination) - m_leftovers.value(archive.path);
-    return {archive, destination, before, password};
+    return run;
 }
 
-QCoro::Task<std::optional<PostDownloadPipeline::Failure>> PostDownloadPipeline::tryExtract(Run run, bool showsProgress)
+QCoro::Task<> PostDownloadPipeline::work(RunPtr run)
 {
+    const Lifetime::Watch lifetime = m_lifetime.watch();
+    const ItemPtr target = run->archive.target;
+    const ToolTurns::Turn turn = co_await m_turns.take(target->id());
+    if (lifetime.isOver())
+        co_return;
+    target->setAwaitsExtractionTurn(false);
+    if (turn.isGiven()) {
+        target->setExtractionStartedAt(m_ports.clock.wallNow());
+        co_await extractAndFinish(run);
+    }
+    if (!lifetime.isOver())
+        end(run);
+}
+
+void PostDownloadPipeline::end(const RunPtr& run)
+{
+    std::erase(m_runs, run);
+    const ItemPtr target = run->archive.target;
+    // A run that was stopped has not said how it ended.
+    if (target->extractionStatus() == ExtractionStatus::extracting ||
+        target->extractionStatus() == ExtractionStatus::repairing)
+        target->setExtractionStatus(ExtractionStatus::idle);
+    if (run->isAskedForAgain)
+        autoExtractAfterDownload(target->id());
+}
+
+QCoro::Task<> PostDownloadPipeline::extractAndFinish(RunPtr run)
+{
+    const Lifetime::Watch lifetime = m_lifetime.watch();
+    co_await gatherVolumes(run);
+    if (lifetime.isOver())
+        co_return;
+    const auto listSources = [path = run->archive.path] { return sourcesOf(path); };
+    run->sources = co_await m_background.run(listSources);
+    if (lifetime.isOver())
+        co_return;
+    Unpacked unpacked = co_await tryExtract(run, true);
+    if (lifetime.isOver() || isStopped(*run))
+        co_return;
+    if (unpacked.folder)
+        co_await finish(run, std::move(unpacked.folder));
+    else if (unpacked.failure.wantsPassword)
+        askPassword(*run, unpacked.failure);
+    else if (run->archive.isSet && m_ports.extractor.canRepair())
+        co_await rescue(run);
+    else
+        settle(*run, ExtractionStatus::failure(unpacked.failure.message));
+}
+
+QCoro::Task<PostDownloadPipeline::Unpacked> PostDownloadPipeline::tryExtract(RunPtr run, bool showsProgress)
+{
+    const Lifetime::Watch lifetime = m_lifetime.watch();
     std::function<void(double)> onProgress;
     if (showsProgress) {
-        onProgress = [target = std::weak_ptr(run.archive.target)](double share) {
+        onProgress = [target = std::weak_ptr(run->archive.target)](double share) {
             if (const ItemPtr item = target.lock())
                 item->setExtractionProgress(share);
         };
     }
-    std::optional<Failure> failure;
+    Unpacked unpacked;
     try {
-        co_await m_ports.extractor.extract(run.archive.path, run.destination, run.password, onProgress);
+        unpacked.folder = co_await m_ports.extractor.extract(run->archive.path, run->destination, run->password,
+                                                             onProgress, run->stopping.get_token());
     } catch (const ExtractionError& error) {
         const bool wasWrong = error.kind() == ExtractionError::Kind::wrongPassword;
         const bool wantsPassword = wasWrong || error.kind() == ExtractionError::Kind::passwordRequired;
-        failure = Failure{error.errorDescription(), wantsPassword, wasWrong};
+        unpacked.failure = {error.errorDescription(), wantsPassword, wasWrong};
     } catch (const std::exception& error) {
-        failure = Failure{wordsOf(error)};
+        unpacked.failure = {QString::fromUtf8(error.what())};
     }
-    co_return failure;
+    if (unpacked.folder && !lifetime.isOver() && isStopped(*run)) {
+        auto discard = [folder = std::move(unpacked.folder)]() mutable { folder.reset(); };
+        co_await m_background.run(std::move(discard));
+    }
+    co_return unpacked;
 }
 
-QCoro::Task<std::optional<PostDownloadPipeline::Failure>> PostDownloadPipeline::tryRepair(QString archive)
+QCoro::Task<std::optional<PostDownloadPipeline::Failure>> PostDownloadPipeline::tryRepair(RunPtr run)
 {
     std::optional<Failure> failure;
     try {
-        co_await m_ports.extractor.repair(archive);
+        const QStringList changed = co_await m_ports.extractor.repair(run->archive.path, run->stopping.get_token());
+        run->sources += changed;
     } catch (const std::exception& error) {
-        failure = Failure{wordsOf(error)};
+        failure = Failure{QString::fromUtf8(error.what())};
     }
     co_return failure;
 }
 
-QCoro::Task<> PostDownloadPipeline::rescue(Run run)
+QCoro::Task<> PostDownloadPipeline::rescue(RunPtr run)
 {
     const Lifetime::Watch lifetime = m_lifetime.watch();
-    const ItemPtr target = run.archive.target;
+    const ItemPtr target = run->archive.target;
     target->setExtractionStartedAt(m_ports.clock.wallNow());
     target->setExtractionStatus(ExtractionStatus::repairing);
-    std::optional<Failure> failure = co_await tryRepair(run.archive.path);
-    if (!failure && !lifetime.isOver())
-        failure = co_await tryExtract(run, false);
-    if (lifetime.isOver())
+    Unpacked unpacked;
+    if (const std::optional<Failure> failure = co_await tryRepair(run))
+        unpacked.failure = *failure;
+    else if (!lifetime.isOver() && !isStopped(*run))
+        unpacked = co_await tryExtract(run, false);
+    if (lifetime.isOver() || isStopped(*run))
         co_return;
-    if (!failure) {
-        co_await finish(run);
+    if (unpacked.folder) {
+        co_await finish(run, std::move(unpacked.folder));
         co_return;
     }
-    noteLeftovers(run);
     // Idle before the volumes are let through: one that is there at once starts the archive again.
     target->setExtractionStatus(ExtractionStatus::idle);
-    if (!m_ports.queue.allowRevFiles(run.archive.base))
-        giveUp(run, *failure);
+    if (!m_ports.queue.allowRevFiles(run->archive.base))
+        settle(*run, ExtractionStatus::failure(unpacked.failure.message));
 }
 
-void PostDownloadPipeline::giveUp(const Run& run, const Failure& failure)
+void PostDownloadPipeline::settle(const Run& run, const ExtractionStatus& status)
 {
-    noteLeftovers(run);
-    run.archive.target->setExtractionStatus(ExtractionStatus::failure(failure.message));
+    run.archive.target->setExtractionStatus(status);
+    m_ports.queue.saveQueue();
 }
 
-void PostDownloadPipeline::askPassword(const Run& run, const Failure& failure)
+void PostDownloadPipeline::askPassword(Run& run, const Failure& failure)
 {
-    noteLeftovers(run);
+    run.isAskedForAgain = false; // without the password it would end the same way
     run.archive.target->setExtractionStatus(ExtractionStatus::idle);
-    const QString name = run.archive.isSet ? run.archive.base : QFileInfo(run.archive.path).fileName();
+    const QString name = run.archive.isSet ? run.archive.base : nameOf(run.archive.path);
     m_ports.queue.askExtractionPassword({run.archive.target->id(), name, failure.wasWrongPassword});
 }
 
-void PostDownloadPipeline::noteLeftovers(const Run& run)
-{
-    m_leftovers.insert(run.archive.path, namesIn(run.destination) - run.before);
-}
-
-QCoro::Task<> PostDownloadPipeline::finish(Run run)
+QCoro::Task<> PostDownloadPipeline::finish(RunPtr run, std::shared_ptr<WorkFolder> unpacked)
 {
     const Lifetime::Watch lifetime = m_lifetime.watch();
-    nameResults(run);
-    m_leftovers.remove(run.archive.path);
-    run.archive.target->setExtractionStatus(ExtractionStatus::done);
-    const QStringList spent = removeRevItems(run.archive.base) + spentSources(run);
-    co_await moveToTrash(spent);
+    auto deliver = delivery(*run, std::move(unpacked));
+    const PlacementResult result = co_await m_background.run(std::move(deliver));
+    if (lifetime.isOver())
+        co_return;
+    if (result.systemError != 0) {
+        const std::string words = std::generic_category().message(result.systemError);
+        settle(*run, ExtractionStatus::failure(QString::fromStdString(words)));
+        co_return;
+    }
+    settle(*run, ExtractionStatus::done);
+    const ItemPtr target = run->archive.target;
+    // Who takes a row away while its archive is unpacked wants the archive left alone.
+    if (m_ports.queue.item(target->id()) != target)
+        co_return;
+    auto dispose = disposal(*run, result.placed);
+    co_await m_background.run(std::move(dispose));
     if (!lifetime.isOver() && m_ports.settings.removeGroupAfterExtract.value())
         m_ports.queue.clearExtracted();
 }
 
-void PostDownloadPipeline::nameResults(const Run& run) const
+/// The last steps in the work folder, and the way out of it.
+std::function<PlacementResult()> PostDownloadPipeline::delivery(const Run& run,
+                                                                std::shared_ptr<WorkFolder> unpacked) const
 {
-    const AppSettings& settings = m_ports.settings;
-    const QString name = customName(run.archive);
-    const bool clean = settings.cleanExtractedNames.value();
-    const bool dotsToSpaces = settings.extractedNamesDotsToSpaces.value();
-    if (!name.isEmpty())
-        applyCustomName(name, run.destination, run.before);
-    else if (clean || dotsToSpaces)
-        renameExtractedFiles(run.destination, run.before, clean, dotsToSpaces);
+    const bool clean = m_ports.settings.cleanExtractedNames.value();
+    const bool dotsToSpaces = m_ports.settings.extractedNamesDotsToSpaces.value();
+    PlacementRules rules{m_ports.queue.filesOfItems({}), &m_ports.trash};
+    rules.protectedPaths.unite(QSet<QString>(run.sources.begin(), run.sources.end()));
+    return [folder = std::move(unpacked), rules, name = run.customName, clean, dotsToSpaces]() mutable {
+        if (!name.isEmpty())
+            giveCustomName(*folder, folderNameOf(name));
+        else if (clean || dotsToSpaces)
+            cleanNames(*folder, clean, dotsToSpaces);
+        PlacementResult result = placeInto(*folder, rules);
+        folder.reset();
+        return result;
+    };
 }
 
-QString PostDownloadPipeline::customName(const ReadyArchive& archive) const
-{
-    return archive.isSet ? m_ports.queue.customGroupName(archive.base) : QString();
-}
-
-QString PostDownloadPipeline::destinationOf(const ReadyArchive& archive) const
+QString PostDownloadPipeline::destinationOf(const ReadyArchive& archive, const QString& customName) const
 {
     const std::optional<QString> chosen = m_ports.settings.effectiveExtractionFolder();
-    const QString name = customName(archive);
-    if (name.isEmpty())
+    if (customName.isEmpty())
         return chosen.value_or(QFileInfo(archive.path).path());
-    return chosen.value_or(m_ports.settings.downloadFolderPath.value()) + u'/' + folderNameOf(name);
+    return chosen.value_or(m_ports.settings.downloadFolderPath.value()) + u'/' + folderNameOf(customName);
+}
+
+/// What came down for the archive goes to the Trash as far as the settings say so.
+std::function<void()> PostDownloadPipeline::disposal(const Run& run, const QStringList& placed)
+{
+    const AppSettings& settings = m_ports.settings;
+    const QStringList recoveryVolumes = removeRevItems(run.archive.base);
+    SpentArchive spent{run.archive.path, run.sources, {run.destination, settings.downloadFolderPath.value()}, {}};
+    spent.filesOfOthers = m_ports.queue.filesOfItems(run.members + QSet{run.archive.target->id()});
+    spent.filesOfOthers.unite(QSet<QString>(placed.begin(), placed.end()));
+    const bool isSpent = settings.deleteArchiveAfterExtract.value();
+    const bool wholeFolder = settings.trashSourceFolderAfterExtract.value();
+    return [spent, recoveryVolumes, isSpent, wholeFolder, &trash = m_ports.trash] {
+        const QStringList sources = isSpent ? sourcesToTrash(spent, wholeFolder) : QStringList();
+        for (const QString& path : recoveryVolumes + sources)
+            if (QFileInfo::exists(path))
+                (void)trash.moveToTrash(path);
+    };
 }
 
 /// The recovery volumes are of no more use. Their files come back.
@@ -233,30 +367,6 @@ QStringList PostDownloadPipeline::removeRevItems(const QString& base)
     if (!ids.isEmpty())
         m_ports.queue.dropRevItems(ids);
     return paths;
-}
-
-QStringList PostDownloadPipeline::spentSources(const Run& run) const
-{
-    const AppSettings& settings = m_ports.settings;
-    if (!settings.deleteArchiveAfterExtract.value())
-        return {};
-    // What was just extracted must not go with the folder that it came in.
-    return sourcesToTrash(run.archive.path, settings.trashSourceFolderAfterExtract.value(),
-                          {run.destination, settings.downloadFolderPath.value()});
-}
-
-QCoro::Task<> PostDownloadPipeline::moveToTrash(QStringList paths)
-{
-    if (paths.isEmpty())
-        co_return;
-    Trash& trash = m_ports.trash;
-    const QFuture<void> moved = QtConcurrent::run(&m_disposer, [&trash, paths] {
-        for (const QString& path : paths) {
-            if (QFileInfo::exists(path))
-                (void)trash.moveToTrash(path);
-        }
-    });
-    co_await moved;
 }
 
 } // namespace vormel

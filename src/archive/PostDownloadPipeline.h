@@ -2,13 +2,15 @@
 
 #include "archive/PostDownload.h"
 #include "archive/ReadyArchive.h"
+#include "archive/ToolTurns.h"
 #include "model/PendingQuestions.h"
+#include "platform/async/Background.h"
 #include "platform/async/Lifetime.h"
 
 #include <QCoroTask>
-#include <QHash>
 #include <QSet>
-#include <QThreadPool>
+
+#include <stop_token>
 
 namespace vormel {
 
@@ -16,10 +18,13 @@ class AppSettings;
 class ArchiveExtractor;
 class Clock;
 class Trash;
+class WorkFolder;
+struct PlacementResult;
 
 /// Unpacks what has come down: extracts, repairs where that fails, asks for passwords, cleans the names, and tidies up
-/// as the settings say. Whatever goes wrong shows in the extraction status of the archive's item and nowhere else. UI
-/// thread only; the tools run beside it.
+/// as the settings say. Whatever goes wrong shows in the extraction status of the archive's item and nowhere else. Two
+/// archives are worked on at a time; the others are extracting, too, and await their turn. UI thread only; the tools
+/// run beside it.
 class PostDownloadPipeline final : public PostDownload
 {
 public:
@@ -30,11 +35,15 @@ public:
         [[nodiscard]] virtual const std::vector<ItemPtr>& items() const = 0;
         /// Null for an id that is not in the queue.
         [[nodiscard]] virtual ItemPtr item(const ItemId& id) const = 0;
+        /// Where the item stands; behind all others if it is not in the queue.
+        [[nodiscard]] virtual std::size_t placeOf(const ItemId& id) const = 0;
         [[nodiscard]] virtual std::span<const ItemPtr> itemsOfSet(const QString& base) const = 0;
         /// Is this recovery volume on its way, or may it be fetched now?
         [[nodiscard]] virtual bool isRevComing(const DownloadItem& item) const = 0;
         /// The user's name for a set; empty if there is none.
         [[nodiscard]] virtual QString customGroupName(const QString& base) const = 0;
+        /// Where the files and part files of the items lie, or will, leaving out some items.
+        [[nodiscard]] virtual QSet<QString> filesOfItems(const QSet<ItemId>& leftOut) const = 0;
         /// False if there is nothing to let through.
         virtual bool allowRevFiles(const QString& base) = 0;
         virtual void askExtractionPassword(PendingExtractionPassword question) = 0;
@@ -57,51 +66,70 @@ public:
         Queue& queue;
     };
     explicit PostDownloadPipeline(const Ports& ports);
-
     void autoExtractAfterDownload(const ItemId& item) override;
+    [[nodiscard]] bool isWorkingOn(const ItemId& item) const override;
+    void stopWorkOn(const ItemId& item) override;
+
     /// The answer to a question for the password. The password is not kept.
     void extractWithPassword(const ItemId& item, const QString& password);
     /// The user's wish to try a failed extraction once more.
     void retryExtraction(const ItemId& item);
+    /// Removes what a killed program left of its runs in these folders and those directly below them.
+    void removeAbandonedRuns(const QStringList& folders);
 
 private:
+    /// One archive being worked on. Its names and sources are those that it had at the start.
     struct Run
     {
         ReadyArchive archive;
+        QSet<ItemId> members;
+        QString customName;
         QString destination;
-        QSet<QString> before; ///< what stood in the destination
         std::optional<QString> password;
+        QStringList sources;
+        std::stop_source stopping;
+        bool isAskedForAgain = false; ///< an item of it came down meanwhile
     };
+    using RunPtr = std::shared_ptr<Run>;
     struct Failure
     {
         QString message;
         bool wantsPassword = false;
         bool wasWrongPassword = false;
     };
+    /// The finished work folder, or why there is none.
+    struct Unpacked
+    {
+        std::shared_ptr<WorkFolder> folder;
+        Failure failure;
+    };
 
     /// Brings the volumes that lie in other folders to the first one.
-    [[nodiscard]] QCoro::Task<> gatherVolumes(ReadyArchive archive);
+    QCoro::Task<> gatherVolumes(RunPtr run);
     QCoro::Task<> autoExtract(ItemPtr item, std::optional<QString> password);
-    [[nodiscard]] Run begin(const ReadyArchive& archive, const std::optional<QString>& password);
-    [[nodiscard]] QCoro::Task<std::optional<Failure>> tryExtract(Run run, bool showsProgress);
-    [[nodiscard]] QCoro::Task<std::optional<Failure>> tryRepair(QString archive);
-    QCoro::Task<> rescue(Run run);
-    QCoro::Task<> finish(Run run);
-    void giveUp(const Run& run, const Failure& failure);
-    void askPassword(const Run& run, const Failure& failure);
-    void noteLeftovers(const Run& run);
-    void nameResults(const Run& run) const;
-    [[nodiscard]] QString customName(const ReadyArchive& archive) const;
-    [[nodiscard]] QString destinationOf(const ReadyArchive& archive) const;
+    [[nodiscard]] RunPtr begin(const ReadyArchive& archive, const std::optional<QString>& password);
+    QCoro::Task<> work(RunPtr run);
+    QCoro::Task<> extractAndFinish(RunPtr run);
+    [[nodiscard]] QCoro::Task<Unpacked> tryExtract(RunPtr run, bool showsProgress);
+    [[nodiscard]] QCoro::Task<std::optional<Failure>> tryRepair(RunPtr run);
+    QCoro::Task<> rescue(RunPtr run);
+    QCoro::Task<> finish(RunPtr run, std::shared_ptr<WorkFolder> unpacked);
+    QCoro::Task<> tidyUp(RunPtr run, QStringList placed);
+    void end(const RunPtr& run);
+    void settle(const Run& run, const ExtractionStatus& status);
+    [[nodiscard]] static bool isStopped(const Run& run) { return run.stopping.stop_requested(); }
+    void askPassword(Run& run, const Failure& failure);
+    [[nodiscard]] std::function<PlacementResult()> delivery(const Run& run, std::shared_ptr<WorkFolder> unpacked) const;
+    [[nodiscard]] std::function<void()> disposal(const Run& run, const QStringList& placed);
+    [[nodiscard]] RunPtr runOf(const ItemId& id) const;
+    [[nodiscard]] QString destinationOf(const ReadyArchive& archive, const QString& customName) const;
     [[nodiscard]] QStringList removeRevItems(const QString& base);
-    [[nodiscard]] QStringList spentSources(const Run& run) const;
-    QCoro::Task<> moveToTrash(QStringList paths);
 
     Ports m_ports;
-    Lifetime m_lifetime;
-    /// By archive: what failed runs of it left in their destination. A later run takes that for its own.
-    QHash<QString, QSet<QString>> m_leftovers;
-    QThreadPool m_disposer; ///< its end waits for what is being moved
+    Background m_background;
+    std::vector<RunPtr> m_runs;
+    ToolTurns m_turns;
+    Lifetime m_lifetime; ///< ends first: what goes on when the others end must know
 };
 
 } // namespace vormel

@@ -1,6 +1,5 @@
 #include "archive/SourceDisposal.h"
 
-#include "archive/SiblingVolumes.h"
 #include "model/SetName.h"
 
 #include <QDir>
@@ -19,28 +18,26 @@ bool contains(const QString& folder, const QString& other)
     return inner == outer || inner.startsWith(outer + u'/');
 }
 
-/// Other sets may lie beside this one, and their names may begin alike.
-QStringList volumesOfSet(const QString& archive)
+bool holdsWhatStays(const QString& folder, const SpentArchive& archive)
 {
-    const QString base = setBaseName(QFileInfo(archive).fileName());
-    QStringList volumes = siblingVolumes(archive);
-    volumes.removeIf([&base](const QString& path) {
-        const QString name = QFileInfo(path).fileName();
-        return !isSetMember(name) || setBaseName(name) != base;
-    });
-    return volumes;
+    const QString beginning = folder + u'/';
+    return std::any_of(archive.foldersToKeep.begin(), archive.foldersToKeep.end(),
+                       [&](const QString& kept) { return contains(folder, kept); }) ||
+           std::any_of(archive.filesOfOthers.begin(), archive.filesOfOthers.end(), [&](const QString& file) {
+               return (file == folder || file.startsWith(beginning)) && !archive.sources.contains(file);
+           });
 }
 
 } // namespace
 
-QStringList sourcesToTrash(const QString& archive, bool wholeFolder, const QStringList& foldersToKeep)
+QStringList sourcesToTrash(const SpentArchive& archive, bool wholeFolder)
 {
-    const QFileInfo file(archive);
-    if (!isRarPart(file.fileName()))
-        return {archive};
-    const bool holdsWhatStays = std::any_of(foldersToKeep.begin(), foldersToKeep.end(),
-                                            [&](const QString& folder) { return contains(file.path(), folder); });
-    return wholeFolder && !holdsWhatStays ? QStringList{file.path()} : volumesOfSet(archive);
+    const QFileInfo file(archive.path);
+    if (wholeFolder && isRarPart(file.fileName()) && !holdsWhatStays(file.path(), archive))
+        return {file.path()};
+    QStringList sources = archive.sources;
+    sources.removeIf([&](const QString& source) { return archive.filesOfOthers.contains(source); });
+    return sources;
 }
 
 } // namespace vormel

@@ -1,12 +1,22 @@
 #pragma once
 
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
 namespace vormel {
 
-/// What goes to the Trash once an archive is extracted: the archive, all volumes of its set, or the set's whole folder.
-/// A folder that must stay is never among them, and neither is one in which such a folder lies. Looks at the disk.
-[[nodiscard]] QStringList sourcesToTrash(const QString& archive, bool wholeFolder, const QStringList& foldersToKeep);
+/// What an archive was made of, and what must outlive it.
+struct SpentArchive
+{
+    QString path;
+    QStringList sources;         ///< files that came down for it, or that a repair made of them
+    QStringList foldersToKeep;   ///< and all that they lie in
+    QSet<QString> filesOfOthers; ///< what belongs to other items, and files and folders that were just unpacked
+};
+
+/// What goes to the Trash once an archive is extracted: its sources, or the whole folder that a set came in where
+/// nothing in there must stay. Looks at the disk.
+[[nodiscard]] QStringList sourcesToTrash(const SpentArchive& archive, bool wholeFolder);
 
 } // namespace vormel

@@ -7,6 +7,8 @@
 #include "platform/storage/FileWriter.h"
 #include "resolvers/ResolverError.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 
 namespace vormel {
@@ -49,6 +51,12 @@ void DownloadManager::setAccounts(std::vector<HostAccount> accounts)
 void DownloadManager::restoreQueue()
 {
     m_table.append(m_queueFile.restore(DownloadPaths(m_settings.downloadFolderPath.value())));
+    QSet<QString> folders{m_settings.downloadFolderPath.value(),
+                          m_settings.effectiveExtractionFolder().value_or(m_settings.downloadFolderPath.value())};
+    for (const ItemPtr& item : m_table.items())
+        if (item->localPath())
+            folders.insert(QFileInfo(*item->localPath()).path());
+    m_pipeline.removeAbandonedRuns(folders.values());
 }
 
 void DownloadManager::saveQueue()
@@ -67,7 +75,7 @@ void DownloadManager::applySpeedLimit()
 {
     constexpr qint64 unit = 1024;
     const qint64 cap = m_settings.maxDownloadSpeedKBps.value();
-    m_session.setLimit(cap < std::numeric_limits<qint64>::max() / unit ? cap * unit : 0);
+    m_session.setLimit(cap > 0 && cap < std::numeric_limits<qint64>::max() / unit ? cap * unit : 0);
 }
 
 void DownloadManager::addURLs(const std::vector<Link>& urls, const std::optional<QString>& containerPassword)
@@ -369,6 +377,26 @@ std::span<const ItemPtr> DownloadManager::itemsOfSet(const QString& base) const
 QString DownloadManager::customGroupName(const QString& base) const
 {
     return m_groupNames.customName(base);
+}
+
+std::size_t DownloadManager::placeOf(const ItemId& id) const
+{
+    return m_table.find(id) ? m_table.position(id) : std::numeric_limits<std::size_t>::max();
+}
+
+QSet<QString> DownloadManager::filesOfItems(const QSet<ItemId>& leftOut) const
+{
+    const DownloadPaths paths(m_settings.downloadFolderPath.value());
+    QSet<QString> files;
+    for (const ItemPtr& item : m_table.items()) {
+        if (leftOut.contains(item->id()))
+            continue;
+        if (item->localPath())
+            files.insert(*item->localPath());
+        else
+            files.insert(paths.partFile(item->filename()));
+    }
+    return files;
 }
 
 void DownloadManager::dropRevItems(const QSet<ItemId>& ids)

@@ -86,6 +86,7 @@ public:
     void verifyGroup(const std::vector<ItemPtr>& items) { m_verification.verifyGroup(items); }
     void retryWithRevFiles(const std::vector<ItemPtr>& items) { m_recovery.retryWithRevFiles(items); }
     void retryExtraction(const ItemId& id) { m_pipeline.retryExtraction(id); }
+    void stopExtraction(const ItemId& id) { m_pipeline.stopWorkOn(id); }
 
     // The questions to the user. While one is set, its sheet is shown; the answer is one of the operations below it.
     [[nodiscard]] const std::optional<PendingCaptcha>& pendingCaptcha() const { return m_pendingCaptcha; }
@@ -148,6 +149,8 @@ private:
     [[nodiscard]] std::span<const ItemPtr> itemsOfSet(const QString& base) const override;
     [[nodiscard]] bool isRevComing(const DownloadItem& item) const override { return m_revFiles.isComing(item); }
     [[nodiscard]] QString customGroupName(const QString& base) const override;
+    [[nodiscard]] std::size_t placeOf(const ItemId& id) const override;
+    [[nodiscard]] QSet<QString> filesOfItems(const QSet<ItemId>& leftOut) const override;
     bool allowRevFiles(const QString& base) override { return m_revFiles.allowRevFiles(base); }
     void askExtractionPassword(PendingExtractionPassword question) override;
     void dropRevItems(const QSet<ItemId>& ids) override;

@@ -28,6 +28,22 @@ DownloadItem::DownloadItem(Link originalUrl, ItemId id)
     , m_hostName(hostText(m_originalURL))
 {}
 
+void DownloadItem::setStatus(DownloadStatus status)
+{
+    if (m_status == status)
+        return;
+    setVerification({});
+    set(m_status, std::move(status), ItemField::Status);
+}
+
+void DownloadItem::setExtractionStatus(ExtractionStatus status)
+{
+    if (m_extractionStatus == status)
+        return;
+    setVerification({});
+    set(m_extractionStatus, std::move(status), ItemField::ExtractionStatus);
+}
+
 QString DownloadItem::speedText() const
 {
     constexpr double firstTooFast = 9.2e18;

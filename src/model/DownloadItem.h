@@ -2,6 +2,7 @@
 
 #include "model/DownloadStatus.h"
 #include "model/ItemId.h"
+#include "model/VerificationResult.h"
 #include "platform/clock/Clock.h"
 #include "text/Link.h"
 
@@ -30,6 +31,8 @@ enum class ItemField : quint32
     ResolvedAt = 1U << 10,
     RecoveryCountdown = 1U << 11,
     ExtractionStartedAt = 1U << 12,
+    ExtractionTurn = 1U << 13,
+    Verification = 1U << 14,
 };
 Q_DECLARE_FLAGS(ItemFields, ItemField)
 Q_DECLARE_OPERATORS_FOR_FLAGS(ItemFields)
@@ -71,6 +74,10 @@ public:
     [[nodiscard]] const std::optional<WallTime>& resolvedAt() const { return m_resolvedAt; }
     [[nodiscard]] const std::optional<int>& recoveryCountdown() const { return m_recoveryCountdown; }
     [[nodiscard]] const std::optional<WallTime>& extractionStartedAt() const { return m_extractionStartedAt; }
+    /// Is its archive ready, but others are worked on first?
+    [[nodiscard]] bool awaitsExtractionTurn() const { return m_awaitsExtractionTurn; }
+    /// Gone with the next change of either status.
+    [[nodiscard]] const VerificationResult& verification() const { return m_verification; }
 
     void setResolvedURL(std::optional<Link> url) { set(m_resolvedURL, std::move(url), ItemField::ResolvedUrl); }
     void setFilename(QString name) { set(m_filename, std::move(name), ItemField::Filename); }
@@ -80,16 +87,13 @@ public:
         m_isNameTold = true;
         setFilename(std::move(name));
     }
-    void setStatus(DownloadStatus status) { set(m_status, std::move(status), ItemField::Status); }
+    void setStatus(DownloadStatus status);
     void setProgress(double progress) { set(m_progress, progress, ItemField::Progress); }
     void setBytesReceived(qint64 bytes) { set(m_bytesReceived, bytes, ItemField::BytesReceived); }
     void setTotalBytes(qint64 bytes) { set(m_totalBytes, bytes, ItemField::TotalBytes); }
     void setSpeedBytesPerSec(double speed) { set(m_speedBytesPerSec, speed, ItemField::Speed); }
     void setLocalPath(std::optional<QString> path) { set(m_localPath, std::move(path), ItemField::LocalPath); }
-    void setExtractionStatus(ExtractionStatus status)
-    {
-        set(m_extractionStatus, std::move(status), ItemField::ExtractionStatus);
-    }
+    void setExtractionStatus(ExtractionStatus status);
     void setExtractionProgress(double progress) { set(m_extractionProgress, progress, ItemField::ExtractionProgress); }
     void setResolvedAt(std::optional<WallTime> time) { set(m_resolvedAt, time, ItemField::ResolvedAt); }
     void setRecoveryCountdown(std::optional<int> seconds)
@@ -100,7 +104,9 @@ public:
     {
         set(m_extractionStartedAt, time, ItemField::ExtractionStartedAt);
     }
+    void setAwaitsExtractionTurn(bool awaits) { set(m_awaitsExtractionTurn, awaits, ItemField::ExtractionTurn); }
     void setWantedAnew(bool isWanted) { m_isWantedAnew = isWanted; }
+    void setVerification(VerificationResult result) { set(m_verification, std::move(result), ItemField::Verification); }
     /// For the queue file, which stores the text it once showed.
     void restoreHostName(QString name) { m_hostName = std::move(name); }
 
@@ -144,8 +150,10 @@ private:
     std::optional<WallTime> m_resolvedAt;
     std::optional<int> m_recoveryCountdown;
     std::optional<WallTime> m_extractionStartedAt;
+    bool m_awaitsExtractionTurn = false;
     bool m_isNameTold = false;
     bool m_isWantedAnew = false;
+    VerificationResult m_verification;
     ItemWatcher* m_watcher = nullptr;
 };
 

@@ -68,6 +68,13 @@ QString withoutPathExtension(QStringView name)
     return (dot < 0 ? name : name.left(dot)).toString();
 }
 
+QString numberedFileName(const QString& name, int number)
+{
+    const QString numbered = withoutPathExtension(name) + QStringLiteral(" (") + QString::number(number) + u')';
+    const QString extension = pathExtension(name);
+    return extension.isEmpty() ? numbered : numbered + u'.' + extension;
+}
+
 QString lastComponent(QStringView path)
 {
     while (path.endsWith(u'/'))

@@ -11,6 +11,8 @@ namespace vormel {
 /// The name without its path extension and the full stop before that.
 [[nodiscard]] QString withoutPathExtension(QStringView name);
 
+/// The name that a file gets where its own is taken: "name (1).ext".
+[[nodiscard]] QString numberedFileName(const QString& name, int number);
 /// File systems allow 255 bytes; this leaves room for ".download" and for " (12345)".
 inline constexpr qsizetype longestNameBytes = 235;
 

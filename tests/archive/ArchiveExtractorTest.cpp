@@ -1,12 +1,14 @@
 #include "archive/ArchiveExtractor.h"
 
 #include "archive/TaskEnd.h"
+#include "archive/Unpacking.h"
 #include "archive/tools/InstallAdvice.h"
 #include "fixtures/FakeTools.h"
 #include "fixtures/Sandbox.h"
 
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 #include <gtest/gtest.h>
 
@@ -17,9 +19,9 @@ namespace {
 
 using Kind = ExtractionError::Kind;
 
-QCoro::Task<> keepList(QCoro::Task<QStringList> task, QStringList& list)
+QCoro::Task<> keep(QCoro::Task<VolumeTest> task, VolumeTest& result)
 {
-    list = co_await task;
+    result = co_await task;
 }
 
 /// The extractor with tools that do nothing but remember.
@@ -28,21 +30,29 @@ class ArchiveExtractorTest : public ::testing::Test
 protected:
     TaskEnd extract(const QString& name, const std::optional<QString>& password = {})
     {
-        return runToEnd(extractor.extract(archive(name), destination(), password,
-                                          [this](double fraction) { fractions.push_back(fraction); }));
+        return runToEnd(unpackInto(extractor, archive(name), destination(), password,
+                                   [this](double fraction) { fractions.push_back(fraction); }));
     }
 
     [[nodiscard]] QString archive(const QString& name) const { return sandbox.path(name); }
     [[nodiscard]] QString destination() const { return sandbox.path(QStringLiteral("out/deep")); }
-    [[nodiscard]] QList<QStringList> calls(const char* tool) const { return tools.calls(QString::fromUtf8(tool)); }
+    /// With the destination for the work folder in it.
+    [[nodiscard]] QList<QStringList> calls(const char* tool) const
+    {
+        static const QRegularExpression workFolder(QStringLiteral("/\\.vormel-unpack-[^/]+/files"));
+        QList<QStringList> calls = tools.calls(QString::fromUtf8(tool));
+        for (QStringList& call : calls)
+            call.replaceInStrings(workFolder, QString());
+        return calls;
+    }
     void add(const char* tool, const QByteArray& body = "exit 0") { tools.add(QString::fromUtf8(tool), body); }
 
     /// The result of a verification, and how it ended.
-    std::pair<QStringList, TaskEnd> verify(const QString& name)
+    std::pair<VolumeTest, TaskEnd> verify(const QString& name)
     {
-        QStringList bad;
-        const TaskEnd end = runToEnd(keepList(extractor.verify(archive(name)), bad));
-        return {bad, end};
+        VolumeTest result;
+        const TaskEnd end = runToEnd(keep(extractor.verify(archive(name)), result));
+        return {result, end};
     }
 
     fixtures::Sandbox sandbox;
@@ -61,9 +71,9 @@ TEST_F(ArchiveExtractorTest, aFileWithoutAFormatIsRefused)
 
 TEST_F(ArchiveExtractorTest, theDestinationIsMadeWithItsParents)
 {
-    add("unrar");
+    add("unrar", "touch \"$6/inside\"");
     EXPECT_TRUE(extract(QStringLiteral("a.rar")).isSuccess());
-    EXPECT_TRUE(QFileInfo(destination()).isDir());
+    EXPECT_TRUE(QFileInfo::exists(destination() + QStringLiteral("/inside")));
 }
 
 TEST_F(ArchiveExtractorTest, aDestinationThatCannotBeMadeIsToldAsItIs)
@@ -188,12 +198,12 @@ TEST_F(ArchiveExtractorTest, aZipWithAPasswordNeverGoesToDitto)
 {
     add("ditto");
     add("unzip");
-    EXPECT_TRUE(extract(QStringLiteral("a.zip"), QStringLiteral("-secret")).isSuccess());
+    EXPECT_TRUE(extract(QStringLiteral("a.zip"), QStringLiteral("secret")).isSuccess());
     EXPECT_TRUE(extract(QStringLiteral("a.zip"), QStringLiteral("")).isSuccess());
     EXPECT_TRUE(calls("ditto").isEmpty());
     ASSERT_EQ(calls("unzip").size(), 2);
     EXPECT_EQ(calls("unzip")[0].mid(0, 3),
-              (QStringList{QStringLiteral("-P"), QStringLiteral("-secret"), QStringLiteral("-o")}));
+              (QStringList{QStringLiteral("-P"), QStringLiteral("secret"), QStringLiteral("-o")}));
     EXPECT_EQ(calls("unzip")[1].front(), u"-o");
 }
 
@@ -222,12 +232,43 @@ TEST_F(ArchiveExtractorTest, withoutSevenZipTheFailureOfUnzipIsTold)
     EXPECT_TRUE(extract(QStringLiteral("a.zip")).isLaunchError);
 }
 
-TEST_F(ArchiveExtractorTest, aLinkThatLeadsOutDoesNotSurviveEvenAFailure)
+TEST_F(ArchiveExtractorTest, aLinkThatLeadsOutIsRemovedBeforeAnythingIsPlaced)
 {
-    add("unrar", "cd \"$6\"; ln -s ../.. out; ln -s inside in; touch inside; exit 3");
-    EXPECT_EQ(extract(QStringLiteral("a.rar")).kind, Kind::extractionFailed);
+    add("unrar", "cd \"$6\"; ln -s ../.. out; ln -s inside in; touch inside");
+    EXPECT_TRUE(extract(QStringLiteral("a.rar")).isSuccess());
     EXPECT_FALSE(QFileInfo(destination() + QStringLiteral("/out")).isSymLink());
     EXPECT_TRUE(QFileInfo(destination() + QStringLiteral("/in")).isSymLink());
+}
+
+TEST_F(ArchiveExtractorTest, aFailureLeavesNothingBehind)
+{
+    QDir().mkpath(destination());
+    add("unrar", "cd \"$6\"; echo half >half; exit 3");
+    EXPECT_EQ(extract(QStringLiteral("a.rar")).kind, Kind::extractionFailed);
+    EXPECT_TRUE(QDir(destination()).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
+}
+
+TEST_F(ArchiveExtractorTest, eachToolStartsInAFolderThatNoOtherHasUsed)
+{
+    add("unzip", "touch \"$4/half\"; exit 9");
+    add("7zz", "ls -A \"${3#-o}\" | grep . && exit 1; touch \"${3#-o}/whole\"");
+    EXPECT_TRUE(extract(QStringLiteral("a.zip")).isSuccess());
+    EXPECT_EQ(QDir(destination()).entryList(QDir::Files), QStringList{QStringLiteral("whole")});
+}
+
+TEST_F(ArchiveExtractorTest, aToolThatIsStoppedIsKilledAndLeavesNothingBehind)
+{
+    add("unrar", "cd \"$6\"; echo half >half; exec sleep 600");
+    std::stop_source stop;
+    TaskEnd end;
+    QDir().mkpath(destination());
+    spawn(keepTaskEnd(
+        dropped(extractor.extract(archive(QStringLiteral("a.rar")), destination(), {}, {}, stop.get_token())), end));
+    ASSERT_TRUE(fixtures::waitUntil([&] { return !calls("unrar").isEmpty(); }));
+    stop.request_stop();
+    ASSERT_TRUE(fixtures::waitUntil([&] { return end.isOver; }));
+    EXPECT_EQ(end.description, u"Stopped");
+    EXPECT_TRUE(QDir(destination()).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
 }
 
 TEST_F(ArchiveExtractorTest, theEndOfTheProgramStartsNoFurtherTool)
@@ -237,7 +278,7 @@ TEST_F(ArchiveExtractorTest, theEndOfTheProgramStartsNoFurtherTool)
     auto ownRunner = std::make_unique<ToolRunner>(tools.folders());
     auto ownExtractor = std::make_unique<ArchiveExtractor>(*ownRunner, [](const QString&) {});
     TaskEnd end;
-    spawn(keepTaskEnd(ownExtractor->extract(archive(QStringLiteral("a.zip")), destination(), {}, {}), end));
+    spawn(keepTaskEnd(unpackInto(*ownExtractor, archive(QStringLiteral("a.zip")), destination()), end));
     ASSERT_TRUE(fixtures::waitUntil([&] { return !calls("ditto").isEmpty(); }));
     ownExtractor.reset();
     ownRunner.reset();
@@ -250,9 +291,10 @@ TEST_F(ArchiveExtractorTest, aSoundSetHasNoBadVolumes)
 {
     add("unrar");
     add("rar");
-    const auto [bad, end] = verify(QStringLiteral("a.part1.rar"));
+    const auto [test, end] = verify(QStringLiteral("a.part1.rar"));
     EXPECT_TRUE(end.isSuccess());
-    EXPECT_EQ(bad, QStringList());
+    EXPECT_EQ(test.outcome, VolumeTest::Outcome::sound);
+    EXPECT_EQ(test.badVolumes, QStringList());
     EXPECT_EQ(calls("unrar"), (QList<QStringList>{{QStringLiteral("t"), archive(QStringLiteral("a.part1.rar"))}}));
     EXPECT_EQ(trace, QStringList{QStringLiteral("[Verify] a.part1.rar OK")});
 }
@@ -260,12 +302,37 @@ TEST_F(ArchiveExtractorTest, aSoundSetHasNoBadVolumes)
 TEST_F(ArchiveExtractorTest, aFailedTestNamesTheBadVolumes)
 {
     add("rar", "echo 'Cannot find volume /x/a.part3.rar'; echo 'Corrupt header'; exit 3");
-    const auto [bad, end] = verify(QStringLiteral("a.part1.rar"));
+    const auto [test, end] = verify(QStringLiteral("a.part1.rar"));
     EXPECT_TRUE(end.isSuccess());
-    EXPECT_EQ(bad, (QStringList{QStringLiteral("a.part1.rar"), QStringLiteral("a.part3.rar")}));
+    EXPECT_EQ(test.outcome, VolumeTest::Outcome::damaged);
+    EXPECT_EQ(test.badVolumes, (QStringList{QStringLiteral("a.part1.rar"), QStringLiteral("a.part3.rar")}));
     EXPECT_EQ(trace, (QStringList{QStringLiteral("[Verify] a.part1.rar FAILED (code 3):\nCannot find volume "
                                                  "/x/a.part3.rar\nCorrupt header\n"),
                                   QStringLiteral("[Verify] bad volumes: a.part1.rar, a.part3.rar")}));
+}
+
+TEST_F(ArchiveExtractorTest, theMiddleOfALongTestIsReadAsWell)
+{
+    // Far more than is kept of an output.
+    add("unrar", "echo 'Testing archive /x/a.part1.rar'; "
+                 "members() { yes 'Testing     a file of many       \b\b\b\b  5%  OK ' | head -n 50000; }; "
+                 "members; echo 'f : packed data checksum error in volume /x/a.part2.rar'; "
+                 "echo 'Testing archive /x/a.part3.rar'; members; echo 'f   - checksum error'; exit 3");
+    const auto [test, end] = verify(QStringLiteral("a.part1.rar"));
+    EXPECT_TRUE(end.isSuccess());
+    EXPECT_EQ(test.badVolumes, QStringList{QStringLiteral("a.part2.rar")});
+}
+
+TEST_F(ArchiveExtractorTest, aTestThatFailsWithoutBlameTellsTheToolsReason)
+{
+    add("unrar",
+        "echo 'UNRAR 6.21 freeware'; echo 'Read error in the file /x/a.part2.rar'; echo 'Total errors: 1'; exit 2");
+    const auto [test, end] = verify(QStringLiteral("a.part1.rar"));
+    EXPECT_TRUE(end.isSuccess());
+    EXPECT_EQ(test.outcome, VolumeTest::Outcome::failed);
+    EXPECT_EQ(test.reason, u"Read error in the file /x/a.part2.rar");
+    add("unrar", "exit 9");
+    EXPECT_EQ(verify(QStringLiteral("a.part1.rar")).first.reason, u"code 9");
 }
 
 TEST_F(ArchiveExtractorTest, verificationWithoutAToolOrOneThatDoesNotStartThrows)

@@ -68,6 +68,53 @@ TEST(ExtractionError, theWholeOutputIsKeptBesideTheText)
     EXPECT_EQ(error.output(), output);
 }
 
+TEST(ExtractionError, theTextTellsTheReasonAndNotTheBanner)
+{
+    EXPECT_EQ(ExtractionError::extractionFailed(
+                  3, QStringLiteral("\nUNRAR 6.21 freeware      Copyright (c) 1993-2023 A. Uthor\n\n\n"
+                                    "Extracting from /x/bad.rar\n\nExtracting  /x/out/f     \b\b\b\b 50%\n"
+                                    "f     - checksum error\nTotal errors: 1\n"))
+                  .errorDescription(),
+              u"Extraction failed (code 3): f     - checksum error");
+    EXPECT_EQ(ExtractionError::extractionFailed(3, QStringLiteral("UNRAR 6.21 freeware\n")).errorDescription(),
+              u"Extraction failed (code 3): UNRAR 6.21 freeware\n");
+}
+
+TEST(ExtractionError, aWrongPasswordThatMayBeDamageCanBeToldAsSuch)
+{
+    const auto classify = [](int code, const char* output) {
+        return classifyToolError(ExtractionError::extractionFailed(code, QString::fromUtf8(output)), true);
+    };
+    for (const char* output : {"ERROR: Data Error in encrypted file. Wrong password? : f",
+                               "ERROR: CRC Failed in encrypted file. Wrong password? : f",
+                               "ERROR: /x/a.7z\nCannot open encrypted archive. Wrong password?",
+                               "ERROR: /x/a.7z : Can not open encrypted archive. Wrong password?",
+                               "Checksum error in the encrypted file f. Corrupt file or wrong password."}) {
+        const ExtractionError wrong = classify(2, output);
+        EXPECT_EQ(wrong.kind(), Kind::wrongPassword) << output;
+        ASSERT_TRUE(wrong.asDamage()) << output;
+        EXPECT_EQ(wrong.asDamage()->kind(), Kind::extractionFailed);
+        EXPECT_EQ(wrong.asDamage()->exitCode(), 2);
+        EXPECT_TRUE(wrong.asDamage()->errorDescription().startsWith(u"Extraction failed (code 2): ")) << output;
+    }
+    for (const char* output :
+         {"Incorrect password for f", "skipping: f  incorrect password", "ERROR: Wrong password : f"})
+        EXPECT_FALSE(classify(output[0] == 'I' ? 11 : 2, output).asDamage()) << output;
+    EXPECT_FALSE(classify(3, "f - checksum error").asDamage());
+    EXPECT_FALSE(
+        classifyToolError(ExtractionError::extractionFailed(2, QStringLiteral("Wrong password?")), false).asDamage());
+}
+
+TEST(ExtractionError, aMemberThatIsCalledLikeAPasswordBlamesNone)
+{
+    for (const char* output :
+         {"Extracting  /x/Wrong password.txt     \b\b\b\b 50%\nCannot create /x/f",
+          "Enter password.txt   - checksum error",
+          "wrong password.txt : packed data checksum error in volume /x/a.part1.rar",
+          "ERROR: CRC Failed : wrong password.txt", "  inflating: /x/needs a password.txt  \ndisk full"})
+        EXPECT_EQ(classified(2, output, true), Kind::extractionFailed) << output;
+}
+
 TEST(ExtractionError, exitCodeElevenBlamesThePassword)
 {
     EXPECT_EQ(classified(11, "", false), Kind::passwordRequired);

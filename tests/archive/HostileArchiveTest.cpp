@@ -1,5 +1,6 @@
 #include "archive/ArchiveExtractor.h"
 #include "archive/TaskEnd.h"
+#include "archive/Unpacking.h"
 #include "fixtures/FakeTools.h"
 #include "fixtures/RealTools.h"
 #include "fixtures/Sandbox.h"
@@ -98,7 +99,7 @@ protected:
         ToolRunner runner = onlyTool.isEmpty() ? ToolRunner() : ToolRunner(tools.folders());
         ArchiveExtractor extractor(runner, [](const QString&) {});
         for (const QString& archive : archives)
-            static_cast<void>(runToEnd(extractor.extract(archive, sandbox.path(QStringLiteral("dest")), {}, {})));
+            static_cast<void>(runToEnd(unpackInto(extractor, archive, sandbox.path(QStringLiteral("dest")))));
         EXPECT_EQ(sandbox.files(QStringLiteral("outside")), QStringList{QStringLiteral("secret")});
         EXPECT_EQ(sandbox.read(QStringLiteral("outside/secret")), "secret");
         EXPECT_FALSE(sandbox.exists(QStringLiteral("escaped")));
@@ -236,7 +237,7 @@ TEST_F(HostileArchiveTest, theUsersOwnLinksStay)
                                  {file(QStringLiteral("x")), link(QStringLiteral("theirs"), QStringLiteral(".."))});
     ToolRunner runner;
     ArchiveExtractor extractor(runner, [](const QString&) {});
-    EXPECT_TRUE(runToEnd(extractor.extract(archive, sandbox.path(QStringLiteral("dest")), {}, {})).isSuccess());
+    EXPECT_TRUE(runToEnd(unpackInto(extractor, archive, sandbox.path(QStringLiteral("dest")))).isSuccess());
     EXPECT_TRUE(QFileInfo(own).isSymLink());
     EXPECT_FALSE(QFileInfo(sandbox.path(QStringLiteral("dest/theirs"))).isSymLink());
 }

@@ -1,5 +1,6 @@
 #include "archive/ArchiveExtractor.h"
 #include "archive/TaskEnd.h"
+#include "archive/Unpacking.h"
 #include "fixtures/FakeTools.h"
 #include "fixtures/RealTools.h"
 #include "fixtures/Sandbox.h"
@@ -50,8 +51,8 @@ protected:
 
     TaskEnd extract(const QString& archive, const std::optional<QString>& password = {})
     {
-        return runToEnd(extractor.extract(archive, sandbox.path(QStringLiteral("out")), password,
-                                          [this](double fraction) { fractions.push_back(fraction); }));
+        return runToEnd(unpackInto(extractor, archive, sandbox.path(QStringLiteral("out")), password,
+                                   [this](double fraction) { fractions.push_back(fraction); }));
     }
     void expectUnpacked() const
     {
@@ -115,9 +116,9 @@ TEST_F(RealExtractionTest, aGuardedZipAsksForItsPasswordAlsoWithUnzipAlone)
     ToolRunner few(tools.folders());
     ArchiveExtractor withFew(few, [](const QString&) {});
     const QString out = sandbox.path(QStringLiteral("out"));
-    EXPECT_EQ(runToEnd(withFew.extract(archive, out, {}, {})).kind, Kind::passwordRequired);
-    EXPECT_EQ(runToEnd(withFew.extract(archive, out, QStringLiteral("bad"), {})).kind, Kind::wrongPassword);
-    EXPECT_TRUE(runToEnd(withFew.extract(archive, out, QStringLiteral("X"), {})).isSuccess());
+    EXPECT_EQ(runToEnd(unpackInto(withFew, archive, out, {})).kind, Kind::passwordRequired);
+    EXPECT_EQ(runToEnd(unpackInto(withFew, archive, out, QStringLiteral("bad"))).kind, Kind::wrongPassword);
+    EXPECT_TRUE(runToEnd(unpackInto(withFew, archive, out, QStringLiteral("X"))).isSuccess());
 }
 
 TEST_F(RealExtractionTest, guardedSevenZipsAskForTheirPasswordWithEachTool)
@@ -133,9 +134,9 @@ TEST_F(RealExtractionTest, guardedSevenZipsAskForTheirPasswordWithEachTool)
     ArchiveExtractor withFew(few, [](const QString&) {});
     for (const QString& archive : {plain, hidden}) {
         const QString out = sandbox.path(QStringLiteral("out"));
-        EXPECT_EQ(runToEnd(withFew.extract(archive, out, {}, {})).kind, Kind::passwordRequired);
-        EXPECT_EQ(runToEnd(withFew.extract(archive, out, QStringLiteral("bad"), {})).kind, Kind::wrongPassword);
-        EXPECT_TRUE(runToEnd(withFew.extract(archive, out, QStringLiteral("X"), {})).isSuccess());
+        EXPECT_EQ(runToEnd(unpackInto(withFew, archive, out, {})).kind, Kind::passwordRequired);
+        EXPECT_EQ(runToEnd(unpackInto(withFew, archive, out, QStringLiteral("bad"))).kind, Kind::wrongPassword);
+        EXPECT_TRUE(runToEnd(unpackInto(withFew, archive, out, QStringLiteral("X"))).isSuccess());
     }
 }
 
@@ -176,6 +177,95 @@ TEST_F(RealExtractionTest, theProgressOfABigSetMoves)
     EXPECT_TRUE(std::is_sorted(fractions.begin(), fractions.end()));
     EXPECT_LT(fractions.front(), 0.5);
     EXPECT_GT(fractions.back(), 0.8);
+}
+
+TEST_F(RealExtractionTest, aPasswordOfAnyKindOpensEachKindOfArchive)
+{
+    VORMEL_NEEDS_TOOL("rar");
+    VORMEL_NEEDS_TOOL("unrar");
+    VORMEL_NEEDS_TOOL("7zz");
+    VORMEL_NEEDS_TOOL("zip");
+    VORMEL_NEEDS_TOOL("unzip");
+    const fixtures::FakeTools tools;
+    tools.addReal(QStringLiteral("unzip"), QStringLiteral("/usr/bin/unzip"));
+    ToolRunner few(tools.folders());
+    ArchiveExtractor withFew(few, [](const QString&) {});
+    const QString out = sandbox.path(QStringLiteral("out"));
+    const QString each = QStringLiteral("%1");
+    const QString dot = QStringLiteral(".");
+    int number = 0;
+    for (const QString& password :
+         {QStringLiteral("-x"), QStringLiteral("@x"), QStringLiteral(" a b "), QStringLiteral("a\"b'c\\$HOME;`x`*"),
+          QStringLiteral("a\nb\tc"), QStringLiteral("пароль 日本 ü😀"), QStringLiteral("k").repeated(200)}) {
+        const QString name = QString::number(++number);
+        const QString rar = pack(name + QStringLiteral(".rar"), QStringLiteral("rar"),
+                                 {QStringLiteral("a"), QStringLiteral("-idq"), QStringLiteral("-r"),
+                                  QStringLiteral("-hp") + password, each, dot});
+        const QString seven = packSevenZip(name + QStringLiteral(".7z"), {QStringLiteral("-p") + password});
+        for (const QString& archive : {rar, seven}) {
+            const TaskEnd end = extract(archive, password);
+            EXPECT_TRUE(end.isSuccess()) << archive.toStdString() << ' ' << password.toStdString()
+                                         << end.output.toStdString();
+            expectUnpacked();
+            QDir(out).removeRecursively();
+        }
+        if (password.startsWith(u'-')) // the packer of ZIPs takes it for a switch
+            continue;
+        const QString zip = pack(name + QStringLiteral(".zip"), QStringLiteral("zip"),
+                                 {QStringLiteral("-qr"), QStringLiteral("-P"), password, each, dot});
+        EXPECT_TRUE(runToEnd(unpackInto(withFew, zip, out, password)).isSuccess()) << password.toStdString();
+        expectUnpacked();
+        QDir(out).removeRecursively();
+    }
+}
+
+TEST_F(RealExtractionTest, unzipTakesPasswordsThatBeginWithAHyphen)
+{
+    VORMEL_NEEDS_TOOL("7zz");
+    VORMEL_NEEDS_TOOL("unzip");
+    const fixtures::FakeTools tools;
+    tools.addReal(QStringLiteral("unzip"), QStringLiteral("/usr/bin/unzip"));
+    ToolRunner few(tools.folders());
+    ArchiveExtractor withFew(few, [](const QString&) {});
+    for (const QString& password :
+         {QStringLiteral("-"), QStringLiteral("-x"), QStringLiteral("--"), QStringLiteral("-o a")}) {
+        const QString zip =
+            packSevenZip(QStringLiteral("a.zip"), {QStringLiteral("-mem=ZipCrypto"), QStringLiteral("-p") + password});
+        EXPECT_TRUE(runToEnd(unpackInto(withFew, zip, sandbox.path(QStringLiteral("out")), password)).isSuccess())
+            << password.toStdString();
+        expectUnpacked();
+        QFile::remove(zip);
+        QDir(sandbox.path(QStringLiteral("out"))).removeRecursively();
+    }
+}
+
+TEST_F(RealExtractionTest, aRarWhosePasswordIsAHyphenOpens)
+{
+    VORMEL_NEEDS_TOOL("rar");
+    VORMEL_NEEDS_TOOL("unrar");
+    const QString archive = sandbox.path(QStringLiteral("a.rar"));
+    // As a switch it would mean that there is none.
+    ASSERT_EQ(runRealTool(QStringLiteral("/usr/bin/setsid"),
+                          {QStringLiteral("-w"), QStringLiteral("rar"), QStringLiteral("a"), QStringLiteral("-idq"),
+                           QStringLiteral("-r"), QStringLiteral("-p"), archive, QStringLiteral(".")},
+                          sandbox.path(QStringLiteral("in")), "-\n-\n")
+                  .status,
+              0);
+    EXPECT_TRUE(extract(archive, QStringLiteral("-")).isSuccess());
+    expectUnpacked();
+    EXPECT_EQ(extract(archive, QStringLiteral("x")).kind, Kind::wrongPassword);
+}
+
+TEST_F(RealExtractionTest, damageThatAToolTakesForAWrongPasswordIsToldApartOnRequest)
+{
+    VORMEL_NEEDS_TOOL("7zz");
+    const QString archive = packSevenZip(QStringLiteral("a.7z"), {QStringLiteral("-pX")});
+    fixtures::damageFile(archive, 2000);
+    const TaskEnd end = extract(archive, QStringLiteral("X"));
+    EXPECT_EQ(end.kind, Kind::wrongPassword);
+    ASSERT_TRUE(end.damage);
+    EXPECT_TRUE(end.damage->startsWith(u"Extraction failed (code 2): ERROR: ")) << end.damage->toStdString();
+    EXPECT_TRUE(end.damage->contains(u"in encrypted file. Wrong password? : ")) << end.damage->toStdString();
 }
 
 TEST_F(RealExtractionTest, aPathThatLooksLikeASwitchIsAFileName)

@@ -21,6 +21,8 @@ struct TaskEnd
     std::optional<ExtractionError::Kind> kind;
     int exitCode = 0;
     QString output;
+    /// The description as damage of a wrong password that may be some.
+    std::optional<QString> damage;
     /// Of any ArchiveError.
     std::optional<QString> description;
     bool isLaunchError = false;
@@ -36,6 +38,8 @@ inline QCoro::Task<> keepTaskEnd(QCoro::Task<> task, TaskEnd& end)
         end.kind = error.kind();
         end.exitCode = error.exitCode();
         end.output = error.output();
+        if (const std::optional<ExtractionError> damage = error.asDamage())
+            end.damage = damage->errorDescription();
         end.description = error.errorDescription();
     } catch (const ArchiveError& error) {
         end.isLaunchError = dynamic_cast<const ToolLaunchError*>(&error) != nullptr;
@@ -51,6 +55,19 @@ inline TaskEnd runToEnd(QCoro::Task<> task)
     spawn(keepTaskEnd(std::move(task), end));
     EXPECT_TRUE(fixtures::waitUntil([&] { return end.isOver; }, std::chrono::seconds(60)));
     return end;
+}
+
+/// What it gives is not asked for.
+template <typename T>
+QCoro::Task<> dropped(QCoro::Task<T> task)
+{
+    co_await task;
+}
+
+template <typename T>
+TaskEnd runToEnd(QCoro::Task<T> task)
+{
+    return runToEnd(dropped(std::move(task)));
 }
 
 } // namespace vormel

@@ -87,6 +87,28 @@ TEST(GroupTally, MeasuresProgressInBytesWhereSizesAreKnown)
     EXPECT_DOUBLE_EQ(GroupTally(group).progress(), 0.25);
 }
 
+TEST(GroupTally, AFinishedPartCountsWhole)
+{
+    const DownloadGroup group = groupOf({downloading, downloading});
+    for (const ItemPtr& item : group.items) {
+        item->setTotalBytes(100);
+        item->setBytesReceived(90);
+    }
+    const double before = GroupTally(group).progress();
+    group.items[0]->setStatus(completed); // its bytes are those of its last tick
+    EXPECT_EQ(GroupTally(group).bytesReceived, 190);
+    EXPECT_GT(GroupTally(group).progress(), before);
+    group.items[1]->setStatus(completed);
+    EXPECT_DOUBLE_EQ(GroupTally(group).progress(), 1);
+}
+
+TEST(GroupTally, AFinishedPartOfUnknownSizeCountsWithItsBytes)
+{
+    const DownloadGroup group = groupOf({completed, downloading});
+    group.items[0]->setBytesReceived(90);
+    EXPECT_EQ(GroupTally(group).bytesReceived, 90);
+}
+
 TEST(GroupTally, TakesTheMeanOfTheItemsWhereNoSizeIsKnown)
 {
     const DownloadGroup group = groupOf({downloading, completed});

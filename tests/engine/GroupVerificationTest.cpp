@@ -32,6 +32,13 @@ protected:
         shop.manager().verifyGroup({other});
         return waitUntil([&] { return other->status() == DownloadStatus::queued; });
     }
+    /// What the row of the first volume says once the set was tested.
+    [[nodiscard]] VerificationResult told()
+    {
+        shop.manager().verifyGroup(set);
+        EXPECT_TRUE(waitUntil([&] { return set[0]->verification().kind != VerificationResult::running; }));
+        return set[0]->verification();
+    }
     [[nodiscard]] QByteArray noteTheEnd() const
     {
         return "touch '" + shop.sandbox.path(QStringLiteral("over")).toUtf8() + "'; ";
@@ -120,4 +127,105 @@ TEST_F(GroupVerificationTest, LeavesVolumesAloneThatWereRemovedMeanwhile)
     ASSERT_TRUE(isOver());
     ASSERT_TRUE(isSettled());
     EXPECT_TRUE(shop.sandbox.exists(QStringLiteral("Downloads/a/a.part2.rar")));
+}
+
+TEST_F(GroupVerificationTest, SaysThatAllIsWellAlsoOfASetThatIsUnpackedAlready)
+{
+    unrar(waitForGo() + "; exit 0");
+    set[0]->setExtractionStatus(ExtractionStatus::done);
+    shop.manager().verifyGroup(set);
+    EXPECT_EQ(set[0]->verification(), VerificationResult{VerificationResult::running});
+    go();
+    ASSERT_TRUE(waitUntil([&] { return set[0]->verification().kind != VerificationResult::running; }));
+    EXPECT_EQ(set[0]->verification(), VerificationResult{VerificationResult::sound});
+    EXPECT_EQ(set[1]->verification(), VerificationResult());
+}
+
+TEST_F(GroupVerificationTest, SaysHowManyPartsAreFetchedAgainAlsoWhenTheFirstIsOneOfThem)
+{
+    unrar("echo 'Cannot find volume /x/a.part2.rar'; echo 'Cannot find volume /x/a.part7.rar'; exit 3");
+    EXPECT_EQ(told(), (VerificationResult{VerificationResult::fetchedAgain, 1}));
+    set = {onDisk(QStringLiteral("c.part1.rar")), onDisk(QStringLiteral("c.part2.rar"))};
+    unrar("echo 'Corrupt header'; echo 'Cannot find volume /x/c.part2.rar'; exit 3");
+    EXPECT_EQ(told(), (VerificationResult{VerificationResult::fetchedAgain, 2}));
+    EXPECT_EQ(set[0]->status(), DownloadStatus::queued);
+}
+
+TEST_F(GroupVerificationTest, NamesWhatIsMissingAndHasNoItem)
+{
+    unrar("echo 'Cannot find volume /x/a.part4.rar'; echo 'Cannot find volume /x/a.part3.rar'; exit 3");
+    EXPECT_EQ(told(), (VerificationResult{VerificationResult::damaged, 2, QStringLiteral("a.part3.rar, a.part4.rar")}));
+    EXPECT_EQ(set[1]->status(), DownloadStatus::completed);
+}
+
+TEST_F(GroupVerificationTest, SaysThatAPasswordStandsInTheWay)
+{
+    unrar("echo 'Enter password (will not be echoed) for /x/a.part1.rar: '; echo; echo 'Program aborted'; exit 255");
+    set[0]->setExtractionStatus(ExtractionStatus::done);
+    EXPECT_EQ(told(), VerificationResult{VerificationResult::passwordNeeded});
+}
+
+TEST_F(GroupVerificationTest, SaysWhyNothingCouldBeTested)
+{
+    set[0]->setExtractionStatus(ExtractionStatus::done);
+    EXPECT_EQ(told(),
+              (VerificationResult{VerificationResult::failed, 0,
+                                  QStringLiteral("unrar/rar not found. Install it with: sudo apt install unrar")}));
+    unrar("echo 'UNRAR 6.21 freeware'; echo 'Read error in the file x'; exit 2");
+    EXPECT_EQ(told(), (VerificationResult{VerificationResult::failed, 0, QStringLiteral("Read error in the file x")}));
+}
+
+TEST_F(GroupVerificationTest, TestsASetOnceHoweverOftenItIsAskedFor)
+{
+    unrar(waitForGo() + "; exit 0");
+    set[0]->setExtractionStatus(ExtractionStatus::done);
+    shop.manager().verifyGroup(set);
+    shop.manager().verifyGroup(set);
+    go();
+    ASSERT_TRUE(waitUntil([&] { return set[0]->verification().kind == VerificationResult::sound; }));
+    EXPECT_EQ(shop.tools.calls(QStringLiteral("unrar")).size(), 1);
+    halt();
+    shop.manager().verifyGroup(set);
+    EXPECT_EQ(set[0]->verification().kind, VerificationResult::running);
+    go();
+    ASSERT_TRUE(waitUntil([&] { return set[0]->verification().kind == VerificationResult::sound; }));
+    EXPECT_EQ(shop.tools.calls(QStringLiteral("unrar")).size(), 2);
+}
+
+TEST_F(GroupVerificationTest, TestsNoSetThatIsBeingUnpackedOrRepaired)
+{
+    unrar("exit 0");
+    for (const auto step : {ExtractionStatus::extracting, ExtractionStatus::repairing}) {
+        set[0]->setExtractionStatus(step);
+        shop.manager().verifyGroup(set);
+        EXPECT_EQ(set[0]->verification().kind, VerificationResult::busy);
+    }
+    turnEventLoop();
+    EXPECT_TRUE(shop.tools.calls(QStringLiteral("unrar")).isEmpty());
+}
+
+TEST_F(GroupVerificationTest, FetchesNothingOfASetThatWasUnpackedWhileItWasTested)
+{
+    unrar(waitForGo() + "; echo 'Cannot find volume /x/a.part2.rar'; " + noteTheEnd() + "exit 3");
+    shop.manager().verifyGroup(set);
+    ASSERT_TRUE(waitUntil([&] { return !shop.tools.calls(QStringLiteral("unrar")).isEmpty(); }));
+    set[0]->setExtractionStatus(ExtractionStatus::extracting);
+    set[0]->setExtractionStatus(ExtractionStatus::done);
+    go();
+    ASSERT_TRUE(isOver());
+    ASSERT_TRUE(isSettled());
+    EXPECT_EQ(set[1]->status(), DownloadStatus::completed);
+    EXPECT_TRUE(shop.sandbox.exists(QStringLiteral("Downloads/a/a.part2.rar")));
+    EXPECT_EQ(set[0]->verification(), VerificationResult());
+}
+
+TEST_F(GroupVerificationTest, LeavesFailedArchivesOfOtherSetsAsTheyAre)
+{
+    unrar("echo 'Cannot find volume /x/a.part2.rar'; exit 3");
+    const ItemPtr other = onDisk(QStringLiteral("d.part1.rar"));
+    for (const ItemPtr& failed : {set[0], other})
+        failed->setExtractionStatus(ExtractionStatus::failure(QStringLiteral("broken")));
+    EXPECT_EQ(told().kind, VerificationResult::fetchedAgain);
+    EXPECT_EQ(set[0]->extractionStatus(), ExtractionStatus::idle);
+    EXPECT_EQ(other->extractionStatus(), ExtractionStatus::failed);
 }

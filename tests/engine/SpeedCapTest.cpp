@@ -64,6 +64,21 @@ TEST_F(SpeedCap, RestsForAsLongAsTheDebtTakes)
     EXPECT_TRUE(server().isRunning);
 }
 
+TEST_F(SpeedCap, IsNoneWhereTheStoredOneIsNoSpeed)
+{
+    // In bytes the last two would come out as small positive numbers if they were let run over.
+    for (const qint64 none :
+         {qint64{-1}, qint64{-9'100'000'000'000'000}, -(qint64{1} << 54) + 1, (qint64{1} << 54) + 1}) {
+        Workshop other;
+        other.settings().maxDownloadSpeedKBps.set(none);
+        EXPECT_NO_FATAL_FAILURE(other.start(QStringLiteral("http://h/x.bin")));
+        other.http.last().head(200, {{"Content-Length", "100000000"}});
+        for (int i = 0; i < 4; ++i)
+            other.http.last().data(QByteArray(1024 * 1024, 'x'));
+        EXPECT_EQ(other.http.last().suspensions, 0) << none;
+    }
+}
+
 TEST_F(SpeedCap, NeverSuspendsWithoutACap)
 {
     startCapped(0);

@@ -116,7 +116,7 @@ TEST_F(TidyUpTest, TakesAnExtractedSetOutOfTheQueueIfAsked)
     onDisk(QStringLiteral("m.part2.rar"));
     const ItemPtr other = onDisk(QStringLiteral("other.mkv"));
     finish(onDisk(QStringLiteral("m.part1.rar")));
-    EXPECT_EQ(shop.manager().items(), std::vector{other});
+    EXPECT_TRUE(waitUntil([&] { return shop.manager().items() == std::vector{other}; }));
     EXPECT_TRUE(shop.sandbox.exists(QStringLiteral("Downloads/m/m.part2.rar")));
 }
 
@@ -142,17 +142,127 @@ TEST_F(TidyUpTest, CleansTheNamesOfWhatItUnpacked)
                            QStringLiteral("Some Movie 2021.mkv"), QStringLiteral("m.part1.rar")}));
 }
 
-TEST_F(TidyUpTest, CleansAlsoWhatAFailedRunOfTheArchiveLeft)
+TEST_F(TidyUpTest, LeavesNothingOfAFailedRun)
 {
-    shop.settings().cleanExtractedNames.set(true);
     shop.tools.add(QStringLiteral("unrar"),
                    "for destination; do :; done; echo half > \"${destination}Movie.1080p.mkv\"; exit 3");
     const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
     run(first);
     ASSERT_TRUE(reaches(first, ExtractionStatus::failed));
-    unpackerMakes("Movie.1080p.mkv");
-    finish(first);
-    EXPECT_TRUE(shop.sandbox.exists(QStringLiteral("Downloads/m/Movie.mkv")));
+    EXPECT_EQ(shop.sandbox.files(QStringLiteral("Downloads")), list("m/m.part1.rar"));
+}
+
+TEST_F(TidyUpTest, LeavesWhatComesDownMeanwhileItsName)
+{
+    shop.settings().cleanExtractedNames.set(true);
+    shop.tools.add(QStringLiteral("unrar"),
+                   waitForGo() + "; for destination; do :; done; echo new > \"${destination}Movie.1080p.mkv\"");
+    const ItemPtr archive = onDisk(QStringLiteral("x.rar"));
+    run(archive);
+    const ItemPtr other = shop.start(QStringLiteral("http://h/Film.2021.1080p.mkv"));
+    shop.http.last().head(200, {{"Content-Length", "4"}});
+    shop.http.last().data("ab");
+    shop.sandbox.write(QStringLiteral("Downloads/Notes.1080p.txt"), "saved by the user meanwhile");
+    go();
+    ASSERT_TRUE(reaches(archive, ExtractionStatus::done));
+    shop.http.last().data("cd");
+    shop.http.last().finish();
+    EXPECT_TRUE(waitUntil([&] { return other->status() == DownloadStatus::completed; }));
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/Film.2021.1080p.mkv")), "abcd");
+    EXPECT_EQ(shop.sandbox.files(QStringLiteral("Downloads")),
+              list("Film.2021.1080p.mkv Movie.mkv Notes.1080p.txt x.rar"));
+}
+
+TEST_F(TidyUpTest, MovesWhatStandsInTheWayToTheTrash)
+{
+    shop.sandbox.write(QStringLiteral("Downloads/x.mkv"), "the user's own");
+    finish(onDisk(QStringLiteral("x.rar")));
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/x.mkv")), "new\n");
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Trash/x.mkv")), "the user's own");
+}
+
+TEST_F(TidyUpTest, GivesWayToTheFilesOfOtherItemsAndToItsOwnVolumes)
+{
+    unpackerMakes("other.mkv coming.bin.download m.part1.rar m.part2.rar");
+    const ItemPtr coming = shop.start(QStringLiteral("http://h/coming.bin"));
+    shop.http.last().head(200, {{"Content-Length", "4"}});
+    shop.http.last().data("ab");
+    onDisk(QStringLiteral("other.mkv"));
+    onDisk(QStringLiteral("m.part2.rar"));
+    shop.settings().useCustomExtractionFolder.set(true);
+    for (const char* folder : {"Downloads", "Downloads/m"}) {
+        shop.settings().extractionFolderPath.set(shop.sandbox.path(QString::fromLatin1(folder)));
+        const ItemPtr archive = onDisk(QStringLiteral("m.part1.rar"));
+        finish(archive);
+        shop.manager().commands().removeItems({archive->id()});
+    }
+    EXPECT_EQ(shop.sandbox.files(QStringLiteral("Trash")), QStringList());
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/other.mkv")), "volume");
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/other (1).mkv")), "new\n");
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/coming.bin.download")), "ab");
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/m/m.part1.rar")), "volume");
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/m/m.part1 (1).rar")), "new\n");
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/m/m.part2.rar")), "volume");
+    EXPECT_EQ(coming->status(), DownloadStatus::downloading);
+}
+
+TEST_F(TidyUpTest, ThrowsAwayNoVolumesThatCameOutOfTheArchive)
+{
+    unpackerMakes("m.part7.rar");
+    shop.settings().deleteArchiveAfterExtract.set(true);
+    finish(onDisk(QStringLiteral("m.part1.rar")));
+    EXPECT_TRUE(becomes(QStringLiteral("Trash"), list("m.part1.rar")));
+    EXPECT_EQ(shop.sandbox.files(QStringLiteral("Downloads/m")), list("m.part7.rar"));
+}
+
+TEST_F(TidyUpTest, ThrowsAwayNoFolderThatTheArchiveUnpackedInto)
+{
+    shop.tools.add(QStringLiteral("unrar"), "for to; do :; done; mkdir \"${to}m\"; echo new > \"${to}m/film.mkv\"");
+    shop.settings().deleteArchiveAfterExtract.set(true);
+    shop.settings().trashSourceFolderAfterExtract.set(true);
+    shop.settings().useCustomExtractionFolder.set(true);
+    shop.settings().extractionFolderPath.set(shop.sandbox.folders().downloads);
+    finish(onDisk(QStringLiteral("m.part1.rar")));
+    EXPECT_TRUE(becomes(QStringLiteral("Trash"), list("m.part1.rar")));
+    EXPECT_EQ(shop.sandbox.files(QStringLiteral("Downloads/m")), list("film.mkv"));
+}
+
+TEST_F(TidyUpTest, ThrowsAwayNoFolderInWhichFilesOfOtherItemsLie)
+{
+    shop.settings().deleteArchiveAfterExtract.set(true);
+    shop.settings().trashSourceFolderAfterExtract.set(true);
+    shop.settings().useCustomExtractionFolder.set(true);
+    shop.settings().extractionFolderPath.set(shop.sandbox.path(QStringLiteral("Extracted")));
+    const ItemPtr other = onDisk(QStringLiteral("other.mkv"));
+    other->setLocalPath(shop.sandbox.write(QStringLiteral("Downloads/m/other.mkv"), "theirs"));
+    finish(onDisk(QStringLiteral("m.part1.rar")));
+    EXPECT_TRUE(becomes(QStringLiteral("Trash"), list("m.part1.rar")));
+    EXPECT_TRUE(shop.sandbox.exists(QStringLiteral("Downloads/m/other.mkv")));
+}
+
+TEST_F(TidyUpTest, ThrowsAwayWhatARepairReplacedWithTheVolumes)
+{
+    shop.settings().deleteArchiveAfterExtract.set(true);
+    shop.sandbox.write(QStringLiteral("Downloads/m/m.part2.rar.bad"), "spoilt");
+    shop.sandbox.write(QStringLiteral("Downloads/m/n.part2.rar.bad"), "another set's");
+    finish(onDisk(QStringLiteral("m.part1.rar")));
+    EXPECT_TRUE(becomes(QStringLiteral("Trash"), list("m.part1.rar m.part2.rar.bad")));
+    EXPECT_EQ(shop.sandbox.files(QStringLiteral("Downloads/m")), list("n.part2.rar.bad x.mkv"));
+}
+
+TEST_F(TidyUpTest, LeavesTheArchiveOfARowThatWasRemovedMeanwhile)
+{
+    shop.tools.add(QStringLiteral("unrar"),
+                   waitForGo() + "; for destination; do :; done; echo new > \"${destination}x.mkv\"");
+    shop.settings().deleteArchiveAfterExtract.set(true);
+    const ItemPtr item = onDisk(QStringLiteral("x.rar"));
+    run(item);
+    shop.manager().commands().removeItems({item->id()});
+    go();
+    ASSERT_TRUE(reaches(item, ExtractionStatus::done));
+    turnEventLoop();
+    EXPECT_EQ(shop.sandbox.files(QStringLiteral("Downloads")), list("x.mkv x.rar"));
+    EXPECT_EQ(shop.sandbox.files(QStringLiteral("Trash")), QStringList());
 }
 
 TEST_F(TidyUpTest, GivesTheFolderAndTheOneFileTheUsersName)
@@ -189,7 +299,19 @@ TEST_F(TidyUpTest, GivesAPlainFileNoNameOfTheUsers)
     EXPECT_TRUE(shop.sandbox.exists(QStringLiteral("Downloads/x.mkv")));
 }
 
-TEST_F(TidyUpTest, TakesTheNameThatTheGroupHasAtTheEnd)
+TEST_F(TidyUpTest, LosesNothingWhenTwoSetsHaveOneNameOfTheUsers)
+{
+    for (const char* set : {"m", "n"}) {
+        const QString name = QString::fromLatin1(set);
+        shop.manager().renameGroup(name, QStringLiteral("Mine"));
+        unpackerMakes("x.mkv");
+        finish(onDisk(name + QStringLiteral(".part1.rar")));
+    }
+    EXPECT_TRUE(shop.sandbox.exists(QStringLiteral("Downloads/Mine/Mine.mkv")));
+    EXPECT_TRUE(shop.sandbox.exists(QStringLiteral("Trash/Mine.mkv")));
+}
+
+TEST_F(TidyUpTest, TakesOnlyANameThatTheGroupHasAtTheStart)
 {
     shop.tools.add(QStringLiteral("unrar"),
                    waitForGo() + "; for destination; do :; done; echo new > \"${destination}x.mkv\"");
@@ -199,5 +321,5 @@ TEST_F(TidyUpTest, TakesTheNameThatTheGroupHasAtTheEnd)
     shop.manager().renameGroup(QStringLiteral("m"), QStringLiteral("Late"));
     go();
     ASSERT_TRUE(reaches(first, ExtractionStatus::done));
-    EXPECT_TRUE(shop.sandbox.exists(QStringLiteral("Downloads/Early/Late.mkv")));
+    EXPECT_TRUE(shop.sandbox.exists(QStringLiteral("Downloads/Early/Early.mkv")));
 }

@@ -158,5 +158,22 @@ TEST(ItemId, isWrittenInCapitalsWithoutBraces)
     EXPECT_FALSE(ItemId::make() == ItemId::make());
 }
 
+TEST(DownloadItem, losesItsVerificationWithTheNextChangeOfEitherStatus)
+{
+    DownloadItem item = itemOf("http://a/x");
+    const VerificationResult sound{VerificationResult::sound};
+    item.setVerification(sound);
+    item.setStatus(item.status());
+    item.setExtractionStatus(item.extractionStatus());
+    item.setExtractionProgress(0.5);
+    item.setBytesReceived(7);
+    EXPECT_EQ(item.verification(), sound);
+    item.setStatus(DownloadStatus::completed);
+    EXPECT_EQ(item.verification(), VerificationResult());
+    item.setVerification(sound);
+    item.setExtractionStatus(ExtractionStatus::extracting);
+    EXPECT_EQ(item.verification(), VerificationResult());
+}
+
 } // namespace
 } // namespace vormel

@@ -1,8 +1,10 @@
 #include "screenshots/Scenes.h"
 #include "ui/Palettes.h"
+#include "ui/kit/ReadableStyle.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QStyle>
 
 #include <iostream>
 
@@ -37,6 +39,7 @@ std::vector<Look> allLooks()
 int main(int argc, char** argv)
 {
     QApplication application(argc, argv);
+    QApplication::setStyle(new ReadableStyle);
     const QStringList arguments = QApplication::arguments();
     const QStringList wanted = arguments.mid(2);
     int count = 0;
@@ -45,7 +48,9 @@ int main(int argc, char** argv)
             continue;
         const QString folder = arguments.at(1) + u'/' + look.name;
         QDir().mkpath(folder);
-        QApplication::setPalette(look.palette);
+        QPalette palette = look.palette;
+        QApplication::style()->polish(palette); // as the desktop's is in the program
+        QApplication::setPalette(palette);
         for (const Scene& scene : allScenes()) {
             Stage stage(look.language, look.size);
             scene.set(stage);

@@ -33,6 +33,23 @@ TEST_F(FileServerAnswerTest, GivesEachAnswerInItsTurnAndRepeatsTheLast)
     EXPECT_THROW(m_server.setAnswers("/other", {}), std::out_of_range);
 }
 
+TEST_F(FileServerAnswerTest, SendsSurplusBehindAnAnswerAndGoesOnWithTheConnection)
+{
+    m_server.serve("/f", {.content = "the file", .answers = {Answer::file().followedBy("more"), Answer::file()}});
+    m_server.serve("/raw", {.answers = {Answer::raw("HTTP/1.1 204 No Content\r\n\r\n").followedBy("more")}});
+    RawClient client(m_server.port());
+    client.get("/f");
+    static_cast<void>(client.receiveHead());
+    EXPECT_EQ(client.receive(12).bytes, "the filemore");
+    client.get("/raw");
+    EXPECT_TRUE(client.receiveHead().starts_with("HTTP/1.1 204"));
+    EXPECT_EQ(client.receive(4).bytes, "more");
+    client.get("/f");
+    static_cast<void>(client.receiveHead());
+    EXPECT_EQ(client.receive(8).bytes, "the file");
+    EXPECT_EQ(m_server.connectionsAccepted(), 1);
+}
+
 TEST_F(FileServerAnswerTest, GivesAnyStatusWithAnyBody)
 {
     for (const int status : {403, 404, 416, 500, 503, 599}) {

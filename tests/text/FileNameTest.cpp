@@ -27,6 +27,13 @@ TEST(FileName, namesWithoutOneWithOnlyAFirstOrWithALastFullStopHaveNoPathExtensi
     }
 }
 
+TEST(FileName, aNumberStandsBeforeThePathExtension)
+{
+    EXPECT_EQ(numberedFileName(QStringLiteral("a.tar.gz"), 1), u"a.tar (1).gz");
+    EXPECT_EQ(numberedFileName(QStringLiteral("%1 %2"), 12), u"%1 %2 (12)");
+    EXPECT_EQ(numberedFileName(QStringLiteral(".profile"), 1), u".profile (1)");
+}
+
 TEST(FileName, theLastComponentStandsBehindTheLastSlashThatIsNotAtTheEnd)
 {
     EXPECT_EQ(lastComponent(u"/home/me/file"), u"file");

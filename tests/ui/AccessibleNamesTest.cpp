@@ -3,6 +3,7 @@
 #include "fixtures/Workshop.h"
 #include "ui/FakeDesktop.h"
 #include "ui/FakeUpdater.h"
+#include "ui/Focusable.h"
 #include "ui/help/HelpView.h"
 #include "ui/queue/RenamePopover.h"
 #include "ui/sheets/AddURLView.h"
@@ -20,24 +21,9 @@
 namespace vormel {
 namespace {
 
+using fixtures::describe;
+using fixtures::focusable;
 using fixtures::turnEventLoop;
-
-/// Everything below that the keyboard can reach. What hands its focus on is part of what it hands it to.
-QList<QWidget*> focusable(const QWidget& whole)
-{
-    QList<QWidget*> found;
-    for (QWidget* const part : whole.findChildren<QWidget*>()) {
-        const bool isReachable = (part->focusPolicy() & Qt::TabFocus) != 0 && part->isEnabled();
-        if (part->isVisible() && part->window() == &whole && isReachable && !part->focusProxy())
-            found << part;
-    }
-    return found;
-}
-
-std::string describe(const QWidget& part)
-{
-    return part.objectName().toStdString() + " of class " + part.metaObject()->className();
-}
 
 void expectNamesOf(const QList<QWidget*>& parts)
 {

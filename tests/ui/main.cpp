@@ -1,3 +1,5 @@
+#include "ui/kit/ReadableStyle.h"
+
 #include <QApplication>
 
 #include <gmock/gmock.h>
@@ -7,6 +9,7 @@ int main(int argc, char** argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
+    QApplication::setStyle(new vormel::ReadableStyle); // as the program does
     ::testing::InitGoogleMock(&argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -19,7 +19,9 @@ QStringList dittoArguments(const QString& archive, const QString& destination)
 QStringList unzipArguments(const QString& archive, const QString& destination, const Password& password)
 {
     QStringList args;
-    if (isGiven(password))
+    if (isGiven(password) && password->startsWith(u'-')) // would be taken for the next switch
+        args << QStringLiteral("-P") + *password;
+    else if (isGiven(password))
         args << QStringLiteral("-P") << *password;
     return args << QStringLiteral("-o") << archive << QStringLiteral("-d") << destination;
 }
@@ -42,7 +44,9 @@ QStringList sevenZipArguments(const QString& archive, const QString& destination
 
 QStringList tarArguments(const QString& letters, const QString& archive, const QString& destination)
 {
-    return {letters, archive, QStringLiteral("-C"), destination};
+    // It takes "\n" in a folder's name for a line feed.
+    return {letters, archive, QStringLiteral("-C"),
+            QString(destination).replace(QStringLiteral("\\"), QStringLiteral("\\\\"))};
 }
 
 } // namespace vormel

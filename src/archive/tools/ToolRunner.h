@@ -37,11 +37,12 @@ public:
     /// The path of a tool of the system, whether or not it is there.
     [[nodiscard]] QString fixedTool(const QString& name) const;
 
-    /// Runs a tool to its end. onProgress, which may be empty, gets fractions from 0 to 1 out of the percentages that
-    /// it prints. A stop kills the tool. Throws ExtractionError::extractionFailed for a status other than 0,
-    /// ToolStopped, and ToolLaunchError.
-    QCoro::Task<> run(QString path, QStringList args, std::function<void(double)> onProgress,
-                      std::stop_token stop = {});
+    /// Runs a tool to its end, in an environment that does not depend on the user's. onProgress, which may be empty,
+    /// gets fractions from 0 to 1 out of the percentages that it prints; onLine, which may be empty, gets each line of
+    /// its output as it comes. A stop kills the tool. Throws ExtractionError::extractionFailed for a status other than
+    /// 0, ToolStopped, and ToolLaunchError.
+    QCoro::Task<> run(QString path, QStringList args, std::function<void(double)> onProgress, std::stop_token stop = {},
+                      std::function<void(const QByteArray&)> onLine = nullptr);
 
 private:
     Folders m_folders;

@@ -2,6 +2,8 @@
 
 #include "archive/tools/ToolRunner.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 #include <array>
 
@@ -20,7 +22,7 @@ bool hasSevenZip(const ToolRunner& runner)
 FoundTools findTools(const ToolRunner& runner)
 {
     return {runner.findTool(QStringLiteral("unrar")).has_value(), runner.findTool(QStringLiteral("rar")).has_value(),
-            hasSevenZip(runner)};
+            hasSevenZip(runner), QFileInfo::exists(runner.fixedTool(QStringLiteral("unzip")))};
 }
 
 ToolWatch::ToolWatch(const ToolRunner& runner, QObject* parent)

@@ -7,12 +7,13 @@ namespace vormel {
 
 class ToolRunner;
 
-/// Which of the tools that are not part of the system are there.
+/// Which of the tools are there that not every system has.
 struct FoundTools
 {
     bool unrar = false;
     bool rar = false;
     bool sevenZip = false; ///< under any of its names
+    bool unzip = false;    ///< where it is called from
 
     friend bool operator==(const FoundTools&, const FoundTools&) = default;
 };

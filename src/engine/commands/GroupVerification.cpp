@@ -19,6 +19,27 @@ QString nameOnDisk(const DownloadItem& item)
     return QFileInfo(item.localPath().value_or(QString())).fileName();
 }
 
+bool isBeingUnpacked(const DownloadItem& item)
+{
+    return item.extractionStatus() == ExtractionStatus::extracting ||
+           item.extractionStatus() == ExtractionStatus::repairing;
+}
+
+/// Of a test that blames no volume.
+VerificationResult resultOf(const VolumeTest& tested)
+{
+    switch (tested.outcome) {
+    case VolumeTest::Outcome::passwordNeeded:
+        return {VerificationResult::passwordNeeded};
+    case VolumeTest::Outcome::failed:
+        return {VerificationResult::failed, 0, tested.reason};
+    case VolumeTest::Outcome::sound:
+    case VolumeTest::Outcome::damaged:
+        break;
+    }
+    return {VerificationResult::sound};
+}
+
 } // namespace
 
 GroupVerification::GroupVerification(const ItemTable& table, ArchiveExtractor& extractor, QueueCommands& commands,
@@ -33,38 +54,84 @@ void GroupVerification::verifyGroup(const std::vector<ItemPtr>& items)
 {
     const auto first =
         std::find_if(items.begin(), items.end(), [](const ItemPtr& item) { return isFirstVolume(nameOnDisk(*item)); });
-    if (first != items.end())
-        spawn(verify(items, *(*first)->localPath()));
+    if (first == items.end())
+        return;
+    const QString archive = *(*first)->localPath();
+    if (m_running.contains(archive))
+        return;
+    if (isBeingUnpacked(**first)) {
+        (*first)->setVerification({VerificationResult::busy});
+        return;
+    }
+    Run run{items, *first, archive};
+    spawn(verify(std::move(run)));
 }
 
-QCoro::Task<> GroupVerification::verify(std::vector<ItemPtr> items, QString archive)
+QCoro::Task<> GroupVerification::verify(Run run)
 {
     const Lifetime::Watch lifetime = m_lifetime.watch();
-    QStringList bad;
-    try {
-        bad = co_await m_extractor.verify(archive);
-    } catch (const std::exception&) {
-        // Without a tool that can test, the extraction will tell.
-    }
+    m_running.insert(run.archive);
+    run.first->setVerification({VerificationResult::running});
+    const VolumeTest tested = co_await test(run.archive);
     if (lifetime.isOver())
         co_return;
-    // Some may have been removed meanwhile.
-    std::erase_if(items, [this](const ItemPtr& item) { return m_table.find(item->id()) != item; });
-    if (bad.isEmpty()) {
-        const auto next = std::find_if(items.begin(), items.end(), [](const ItemPtr& item) {
-            return item->status() == DownloadStatus::completed && item->extractionStatus() == ExtractionStatus::idle;
-        });
-        if (next != items.end())
-            m_postDownload.autoExtractAfterDownload((*next)->id());
+    m_running.remove(run.archive);
+    // The set has been unpacked meanwhile, or its first volume is on its way anew: what was seen is no longer true.
+    if (run.first->verification().kind != VerificationResult::running)
+        co_return;
+    dropRemoved(run);
+    if (!tested.badVolumes.isEmpty()) {
+        fetchAgain(run, tested.badVolumes);
         co_return;
     }
-    for (const ItemPtr& item : items) {
+    run.first->setVerification(resultOf(tested));
+    extract(run);
+}
+
+QCoro::Task<VolumeTest> GroupVerification::test(QString archive)
+{
+    VolumeTest tested;
+    try {
+        tested = co_await m_extractor.verify(archive);
+    } catch (const std::exception& error) {
+        // Without a tool that can test, the extraction will tell.
+        tested = {VolumeTest::Outcome::failed, {}, QString::fromUtf8(error.what())};
+    }
+    co_return tested;
+}
+
+void GroupVerification::dropRemoved(Run& run) const
+{
+    std::erase_if(run.items, [this](const ItemPtr& item) { return m_table.find(item->id()) != item; });
+}
+
+void GroupVerification::extract(const Run& run)
+{
+    const auto next = std::find_if(run.items.begin(), run.items.end(), [](const ItemPtr& item) {
+        return item->status() == DownloadStatus::completed && item->extractionStatus() == ExtractionStatus::idle;
+    });
+    if (next != run.items.end())
+        m_postDownload.autoExtractAfterDownload((*next)->id());
+}
+
+void GroupVerification::fetchAgain(const Run& run, const QStringList& bad)
+{
+    int fetched = 0;
+    for (const ItemPtr& item : run.items) {
         // What failed with the bad volumes may be tried again when they are here anew.
         if (item->extractionStatus() == ExtractionStatus::failed)
             item->setExtractionStatus(ExtractionStatus::idle);
-        if (bad.contains(nameOnDisk(*item), Qt::CaseInsensitive))
-            m_commands.redownloadItem(*item);
+        if (!bad.contains(nameOnDisk(*item), Qt::CaseInsensitive))
+            continue;
+        m_commands.redownloadItem(*item);
+        ++fetched;
     }
+    // Last, as the changes above have taken the word away.
+    VerificationResult result{VerificationResult::damaged, static_cast<int>(bad.size()),
+                              bad.join(QStringLiteral(", "))};
+    if (fetched > 0)
+        result = {VerificationResult::fetchedAgain, fetched};
+    run.first->setVerification(result);
 }
 
 } // namespace vormel

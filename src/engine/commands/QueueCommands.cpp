@@ -135,6 +135,7 @@ void QueueCommands::requeue(DownloadItem& item)
     item.setResolvedURL(std::nullopt);
     item.setProgress(0);
     item.setBytesReceived(0);
+    item.setSpeedBytesPerSec(0);
     item.setStatus(DownloadStatus::queued);
 }
 
@@ -155,6 +156,7 @@ void QueueCommands::redownloadItem(DownloadItem& item)
 {
     if (m_ports.intake.readAgain(item))
         return;
+    m_ports.postDownload.stopWorkOn(item.id());
     discardTransfer(item);
     const DownloadPaths paths(m_ports.settings.downloadFolderPath.value());
     const std::optional<QString> file = finishedFileOf(item, m_ports.table, paths);

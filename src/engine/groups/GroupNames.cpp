@@ -4,6 +4,8 @@
 
 #include <QJsonObject>
 
+#include <algorithm>
+
 namespace vormel {
 
 namespace {
@@ -16,10 +18,11 @@ GroupNames::GroupNames(UserDefaults& store)
     : m_store(store)
 {
     const QJsonObject stored = store.objectForKey(storeKey).value_or(QJsonValue()).toObject();
-    for (auto entry = stored.begin(); entry != stored.end(); ++entry) {
-        if (entry->isString())
-            customGroupNames.insert(entry.key(), entry->toString());
-    }
+    // Somebody else's map is no names at all.
+    if (!std::all_of(stored.begin(), stored.end(), [](const QJsonValue& name) { return name.isString(); }))
+        return;
+    for (auto entry = stored.begin(); entry != stored.end(); ++entry)
+        customGroupNames.insert(entry.key(), entry->toString());
 }
 
 void GroupNames::renameGroup(const QString& id, const QString& name)

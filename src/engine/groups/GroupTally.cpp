@@ -15,6 +15,13 @@ qint64 sumOfSizes(qint64 a, qint64 b)
     return qAddOverflow(a, qMax<qint64>(b, 0), &sum) ? std::numeric_limits<qint64>::max() : sum;
 }
 
+/// The end of a transfer leaves the bytes of its last tick, but what is complete is complete.
+qint64 bytesOf(const DownloadItem& item)
+{
+    const bool isWhole = item.status() == DownloadStatus::completed && item.totalBytes() > 0;
+    return isWhole ? item.totalBytes() : item.bytesReceived();
+}
+
 } // namespace
 
 GroupTally::GroupTally(const DownloadGroup& group)
@@ -23,7 +30,7 @@ GroupTally::GroupTally(const DownloadGroup& group)
     for (const ItemPtr& item : group.items) {
         count(item->status().kind());
         totalBytes = sumOfSizes(totalBytes, item->totalBytes());
-        bytesReceived = sumOfSizes(bytesReceived, item->bytesReceived());
+        bytesReceived = sumOfSizes(bytesReceived, bytesOf(*item));
         speedBytesPerSec += item->speedBytesPerSec();
         m_progressSum += item->progress();
     }

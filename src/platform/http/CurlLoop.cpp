@@ -90,7 +90,7 @@ bool CurlLoop::takeNotes()
 
 void CurlLoop::begin(CurlTransfer& transfer)
 {
-    if (transfer.prepare())
+    if (transfer.prepare(m_sockets))
         curl_multi_add_handle(m_multi.get(), transfer.handle());
     else
         m_running.erase(&transfer);

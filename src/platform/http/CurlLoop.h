@@ -42,6 +42,7 @@ private:
     void flushOrWait();
 
     const Clock& m_clock;
+    OpenSockets m_sockets;
     std::unique_ptr<CURLM, MultiCleanup> m_multi;
     std::unordered_map<CurlTransfer*, std::shared_ptr<CurlTransfer>> m_running;
 

@@ -63,6 +63,7 @@ CurlTransfer::CurlTransfer(HttpRequest request, HttpReceiver& receiver, std::sha
     , m_settings(std::move(settings))
     , m_clock(clock)
     , m_receiver(&receiver)
+    , m_head(m_request.url)
     , m_startedAt(clock.steadyNow())
     , m_lastHeardAt(m_startedAt)
 {}
@@ -93,11 +94,12 @@ void CurlTransfer::liftSuspension()
     ++m_timesLifted;
 }
 
-bool CurlTransfer::prepare()
+bool CurlTransfer::prepare(OpenSockets& sockets)
 {
-    m_response = {};
-    m_response.url = m_request.url;
+    m_sockets = &sockets;
+    m_head = HeadReader(m_request.url);
     m_stage = Stage::Head;
+    m_isNewConnection = false;
     m_headBytes = 0;
     m_thrownAway = 0;
     m_lastHeardAt = m_clock.steadyNow();
@@ -110,6 +112,8 @@ bool CurlTransfer::prepare()
     // A fresh handle for each hop: to reset the old one would leak its list of cookie files.
     m_handle.reset(curl_easy_init());
     setOptions();
+    setCallbacks();
+    setCertificateRules();
     setMethod();
     return true;
 }
@@ -121,6 +125,9 @@ void CurlTransfer::setOptions()
     curl_easy_setopt(curl, CURLOPT_URL, m_request.url.toEncoded(QUrl::RemoveFragment).constData());
     curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "http,https");
     curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
+    // Without it, whoever drops a transfer waits until its name is looked up, and all others wait with it.
+    curl_easy_setopt(curl, CURLOPT_QUICK_EXIT, 1L);
+    curl_easy_setopt(curl, CURLOPT_FRESH_CONNECT, m_wantsNewConnection ? 1L : 0L);
     curl_easy_setopt(curl, CURLOPT_FOLLOWLOCATION, 0L);
     curl_easy_setopt(curl, CURLOPT_BUFFERSIZE, receiveBuffer);
     curl_easy_setopt(curl, CURLOPT_TCP_KEEPALIVE, 1L);
@@ -128,11 +135,30 @@ void CurlTransfer::setOptions()
     curl_easy_setopt(curl, CURLOPT_USERAGENT, m_settings->userAgent.constData());
     const bool isNewest = m_request.protocol == HttpRequest::Protocol::Newest;
     curl_easy_setopt(curl, CURLOPT_HTTP_VERSION, isNewest ? CURL_HTTP_VERSION_2TLS : CURL_HTTP_VERSION_1_1);
+    m_connectList.reset();
+    for (const QByteArray& entry : m_settings->connectTo)
+        m_connectList.reset(curl_slist_append(m_connectList.release(), entry.constData()));
+    curl_easy_setopt(curl, CURLOPT_CONNECT_TO, m_connectList.get());
+    if (m_request.cookies)
+        m_request.cookies->attachTo(curl);
+}
+
+void CurlTransfer::setCallbacks()
+{
+    CURL* const curl = m_handle.get();
+    curl_easy_setopt(curl, CURLOPT_SOCKOPTFUNCTION, &CurlTransfer::socketCallback);
+    curl_easy_setopt(curl, CURLOPT_SOCKOPTDATA, this);
+    curl_easy_setopt(curl, CURLOPT_PREREQFUNCTION, &CurlTransfer::requestCallback);
+    curl_easy_setopt(curl, CURLOPT_PREREQDATA, this);
     curl_easy_setopt(curl, CURLOPT_HEADERFUNCTION, &CurlTransfer::headerCallback);
     curl_easy_setopt(curl, CURLOPT_HEADERDATA, this);
     curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, &CurlTransfer::writeCallback);
     curl_easy_setopt(curl, CURLOPT_WRITEDATA, this);
+}
 
+void CurlTransfer::setCertificateRules()
+{
+    CURL* const curl = m_handle.get();
     bool acceptsAny = false;
     {
         const std::lock_guard guard(m_receiverLock);
@@ -142,13 +168,6 @@ void CurlTransfer::setOptions()
     curl_easy_setopt(curl, CURLOPT_SSL_VERIFYHOST, acceptsAny ? 0L : 2L);
     if (!m_settings->extraCaFile.isEmpty())
         curl_easy_setopt(curl, CURLOPT_CAINFO, m_settings->extraCaFile.constData());
-
-    m_connectList.reset();
-    for (const QByteArray& entry : m_settings->connectTo)
-        m_connectList.reset(curl_slist_append(m_connectList.release(), entry.constData()));
-    curl_easy_setopt(curl, CURLOPT_CONNECT_TO, m_connectList.get());
-    if (m_request.cookies)
-        m_request.cookies->attachTo(curl);
 }
 
 void CurlTransfer::setMethod()
@@ -178,6 +197,22 @@ void CurlTransfer::unpause()
     curl_easy_pause(m_handle.get(), CURLPAUSE_CONT);
 }
 
+int CurlTransfer::socketCallback(void* transfer, curl_socket_t socket, curlsocktype /*purpose*/)
+{
+    auto* const self = static_cast<CurlTransfer*>(transfer);
+    self->m_sockets->add(socket);
+    self->m_isNewConnection = true;
+    return CURL_SOCKOPT_OK;
+}
+
+int CurlTransfer::requestCallback(void* transfer, char* /*remoteIp*/, char* /*localIp*/, int remotePort, int localPort)
+{
+    auto* const self = static_cast<CurlTransfer*>(transfer);
+    // More came on a kept connection than was announced: libcurl would take that for the answer to this request.
+    self->m_wantsNewConnection = !self->m_isNewConnection && self->m_sockets->hasUnread(localPort, remotePort);
+    return self->m_wantsNewConnection ? CURL_PREREQFUNC_ABORT : CURL_PREREQFUNC_OK;
+}
+
 size_t CurlTransfer::headerCallback(char* data, size_t size, size_t count, void* transfer)
 {
     const QByteArrayView line(data, static_cast<qsizetype>(size * count));
@@ -201,38 +236,31 @@ bool CurlTransfer::takeHeaderLine(QByteArrayView line)
     // Behind the head only trailers come this way; nothing here wants them.
     if (m_stage != Stage::Head)
         return true;
-    const QByteArrayView text = line.trimmed();
-    if (text.isEmpty())
-        return headEnded();
-    if (text.startsWith("HTTP/")) {
-        m_response.headers.clear();
+    switch (m_head.take(line)) {
+    case HeadReader::Step::More:
         return true;
+    case HeadReader::Step::Complete:
+        return headEnded();
+    case HeadReader::Step::Nonsense:
+        refuse(HttpError::Kind::BadServerResponse, m_head.complaint());
+        return false;
     }
-    const qsizetype colon = text.indexOf(':');
-    if (colon > 0)
-        m_response.headers.push_back(
-            {text.first(colon).trimmed().toByteArray(), text.sliced(colon + 1).trimmed().toByteArray()});
-    return true;
+    return false;
 }
 
 bool CurlTransfer::headEnded()
 {
-    long status = 0;
-    curl_easy_getinfo(m_handle.get(), CURLINFO_RESPONSE_CODE, &status);
-    m_response.statusCode = static_cast<int>(status);
-    if (status >= 100 && status < 200)
-        return true;
-
-    const std::optional<QUrl> target = redirectTarget(m_response);
+    const HttpResponse& response = m_head.response();
+    const std::optional<QUrl> target = redirectTarget(response);
     const std::lock_guard guard(m_receiverLock);
     if (!m_receiver)
         return false;
-    if (target && m_receiver->redirected(m_response, *target) == HttpReceiver::RedirectVerdict::Follow) {
+    if (target && m_receiver->redirected(response, *target) == HttpReceiver::RedirectVerdict::Follow) {
         m_stage = Stage::Redirect;
         m_target = *target;
         return true;
     }
-    if (m_receiver->responseReceived(m_response) == HttpReceiver::HeadVerdict::Cancel) {
+    if (m_receiver->responseReceived(response) == HttpReceiver::HeadVerdict::Cancel) {
         refuse(HttpError::Kind::Cancelled, {});
         return false;
     }
@@ -329,9 +357,11 @@ HttpError CurlTransfer::errorFor(CURLcode code) const
 CurlTransfer::HopEnd CurlTransfer::hopEnded(CURLcode code)
 {
     flush();
+    if (code == CURLE_ABORTED_BY_CALLBACK && m_wantsNewConnection)
+        return HopEnd::Next;
     if (m_stage == Stage::Redirect) {
         if (++m_hops <= mostHops) {
-            m_request = requestForHop(std::move(m_request), m_response, m_target);
+            m_request = requestForHop(std::move(m_request), m_head.response(), m_target);
             return HopEnd::Next;
         }
         finish(HttpError{HttpError::Kind::TooManyRedirects, 0, m_target.toString()});

@@ -2,7 +2,9 @@
 
 #include "platform/clock/Clock.h"
 #include "platform/http/CookieStore.h"
+#include "platform/http/HeadReader.h"
 #include "platform/http/HttpClient.h"
+#include "platform/http/OpenSockets.h"
 
 #include <curl/curl.h>
 
@@ -53,8 +55,9 @@ public:
     void liftSuspension();
     [[nodiscard]] bool isSuspended() const { return m_isSuspended; }
 
-    /// Sets the handle up for the next hop. False if its address cannot be fetched; the transfer is over then.
-    [[nodiscard]] bool prepare();
+    /// Sets the handle up for the next hop. False if its address cannot be fetched; the transfer is over then. The
+    /// sockets must outlive the hop.
+    [[nodiscard]] bool prepare(OpenSockets& sockets);
     [[nodiscard]] CURL* handle() const { return m_handle.get(); }
 
     /// Lets go of a pause inside libcurl; what it held back comes at once.
@@ -96,10 +99,14 @@ private:
         Refused,  ///< we want no more of it
     };
 
+    static int socketCallback(void* transfer, curl_socket_t socket, curlsocktype purpose);
+    static int requestCallback(void* transfer, char* remoteIp, char* localIp, int remotePort, int localPort);
     static size_t headerCallback(char* data, size_t size, size_t count, void* transfer);
     static size_t writeCallback(char* data, size_t size, size_t count, void* transfer);
 
     void setOptions();
+    void setCallbacks();
+    void setCertificateRules();
     void setMethod();
     [[nodiscard]] bool takeHeaderLine(QByteArrayView line);
     [[nodiscard]] bool headEnded();
@@ -124,11 +131,14 @@ private:
     StringList m_headerList;
     StringList m_connectList;
 
-    HttpResponse m_response;
+    HeadReader m_head;
     Stage m_stage = Stage::Head;
     qsizetype m_headBytes = 0;
     qsizetype m_thrownAway = 0;
     int m_hops = 0;
+    OpenSockets* m_sockets = nullptr;
+    bool m_isNewConnection = false;
+    bool m_wantsNewConnection = false;
     QUrl m_target;
     std::optional<HttpError> m_refusal;
 

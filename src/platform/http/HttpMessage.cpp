@@ -11,6 +11,16 @@ std::optional<QByteArray> HttpResponse::header(QByteArrayView name) const
     return std::nullopt;
 }
 
+std::vector<QByteArray> HttpResponse::values(QByteArrayView name) const
+{
+    std::vector<QByteArray> found;
+    for (const HttpHeader& header : headers) {
+        if (header.name.compare(name, Qt::CaseInsensitive) == 0)
+            found.push_back(header.value);
+    }
+    return found;
+}
+
 QByteArray HttpResponse::mimeType() const
 {
     return header("Content-Type").value_or(QByteArray()).split(';').front().trimmed().toLower();

@@ -46,6 +46,8 @@ struct HttpResponse
 
     /// The value of the first header of that name, in any letter case.
     [[nodiscard]] std::optional<QByteArray> header(QByteArrayView name) const;
+    /// The values of all headers of that name, in their order.
+    [[nodiscard]] std::vector<QByteArray> values(QByteArrayView name) const;
     /// The Content-Type without parameters, in small letters; empty if there is none.
     [[nodiscard]] QByteArray mimeType() const;
     /// Length of the body; -1 when it is missing, unusable or too large to be true.

@@ -60,6 +60,7 @@ public:
         , m_process(std::make_unique<QProcess>())
         , m_onStop(std::move(stop), [this] { kill(); })
     {
+        m_process->setProcessEnvironment(owner.m_environment);
         m_process->setProcessChannelMode(QProcess::MergedChannels);
         m_process->setStandardInputFile(QProcess::nullDevice());
         m_process->setChildProcessModifier([parent = ::getpid()] { prepareChild(parent); });
@@ -136,7 +137,9 @@ private:
     Lifetime m_lifetime;
 };
 
-ChildProcesses::ChildProcesses() = default;
+ChildProcesses::ChildProcesses(QProcessEnvironment environment)
+    : m_environment(std::move(environment))
+{}
 
 ChildProcesses::~ChildProcesses()
 {

@@ -3,6 +3,7 @@
 #include "platform/async/Eventual.h"
 
 #include <QByteArray>
+#include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 
@@ -30,7 +31,9 @@ struct ChildEnd
 class ChildProcesses
 {
 public:
-    ChildProcesses();
+    /// All programs get this environment, as a rule that of this program.
+    explicit ChildProcesses(
+        QProcessEnvironment environment = QProcessEnvironment(QProcessEnvironment::InheritFromParent));
     ChildProcesses(const ChildProcesses&) = delete;
     ChildProcesses& operator=(const ChildProcesses&) = delete;
     ~ChildProcesses();
@@ -47,6 +50,7 @@ private:
 
     [[nodiscard]] std::unique_ptr<Running> takeOut(const Running& running);
 
+    QProcessEnvironment m_environment;
     std::vector<std::unique_ptr<Running>> m_running;
 };
 

@@ -23,6 +23,8 @@ public:
     [[nodiscard]] int get() const { return m_descriptor; }
     [[nodiscard]] bool isOpen() const { return m_descriptor >= 0; }
     void close();
+    /// Whoever called this closes the descriptor from now on.
+    int release() { return std::exchange(m_descriptor, -1); }
 
 private:
     int m_descriptor = -1;

@@ -28,11 +28,10 @@ QString uniqueDestination(const QString& path)
     if (!isTaken(path))
         return path;
     const QFileInfo info(path);
-    const QString stem = withoutPathExtension(info.fileName());
-    const QString extension = pathExtension(info.fileName());
+    // Without an extension the full stop stays all the same.
+    const QString end = pathExtension(info.fileName()).isEmpty() ? QStringLiteral(".") : QString();
     for (int number = 1;; ++number) {
-        // Without an extension the full stop stays all the same.
-        QString candidate = QStringLiteral("%1/%2 (%3).%4").arg(info.path(), stem, QString::number(number), extension);
+        QString candidate = info.path() + u'/' + numberedFileName(info.fileName(), number) + end;
         if (!isTaken(candidate))
             return candidate;
     }

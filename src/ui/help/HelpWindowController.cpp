@@ -1,6 +1,7 @@
 #include "ui/help/HelpWindowController.h"
 
 #include "ui/help/HelpView.h"
+#include "ui/kit/GlyphIcon.h"
 
 #include <QScreen>
 #include <QShortcut>
@@ -47,6 +48,7 @@ QWidget* HelpWindowController::makeWindow() const
     window->setAttribute(Qt::WA_DeleteOnClose);
     window->setAttribute(Qt::WA_QuitOnClose, false); // the main window decides that
     window->setWindowTitle(QStringLiteral("Vormel"));
+    window->setWindowIcon(programIcon());
     window->setMinimumSize(leastSize);
     auto* column = new QVBoxLayout(window);
     column->setContentsMargins(0, 0, 0, 0);

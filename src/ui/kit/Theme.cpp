@@ -1,5 +1,7 @@
 #include "ui/kit/Theme.h"
 
+#include "ui/kit/Contrast.h"
+
 namespace vormel {
 
 namespace {
@@ -22,13 +24,7 @@ constexpr StatusColor indigo{0xff4a48c8, 0xff9a98ff};
 constexpr StatusColor pink{0xffc22a6c, 0xffff7fb0};
 constexpr StatusColor mint{0xff07885f, 0xff63e0b8};
 constexpr StatusColor gray{0xff6a6a70, 0xffa6a6ac};
-constexpr StatusColor beer{0xffc98500, 0xffc98500};
-
-QColor mixed(const QColor& from, const QColor& to, double share)
-{
-    const auto channel = [share](int a, int b) { return qRound(a + (b - a) * share); };
-    return {channel(from.red(), to.red()), channel(from.green(), to.green()), channel(from.blue(), to.blue())};
-}
+constexpr StatusColor beer{0xffb87800, 0xffb87800};
 
 } // namespace
 
@@ -47,6 +43,30 @@ QColor Theme::towardsBase(double share) const
     return mixed(m_palette.color(m_group, QPalette::Text), m_palette.color(m_group, QPalette::Base), share);
 }
 
+/// The desktop's, as far as texts can be read on it; it stands out from what it lies on as far as its text allows.
+QColor Theme::highlight() const
+{
+    const QColor text = m_palette.color(m_group, QPalette::HighlightedText);
+    const QColor base = m_palette.color(m_group, QPalette::Base);
+    const QColor window = m_palette.color(m_group, QPalette::Window);
+    const QColor chosen = m_palette.color(m_group, QPalette::Highlight);
+    const QColor away = contrast(text, Qt::black) > contrast(text, Qt::white) ? Qt::black : Qt::white;
+    const QColor readable = standingOut(chosen, away, {text}, readableContrast);
+    const QColor visible = standingOut(readable, text, {base, window}, visibleContrast);
+    return contrast(visible, text) >= readableContrast ? visible : readable;
+}
+
+/// The highlight's colour where it is no ground.
+QColor Theme::accent() const
+{
+    constexpr double spare = 1.5; // its grounds may be tinted with it
+    QList<QColor> grounds;
+    for (const QPalette::ColorRole ground : {QPalette::Base, QPalette::Window, QPalette::Button})
+        grounds << m_palette.color(m_group, ground);
+    return standingOut(m_palette.color(m_group, QPalette::Highlight), m_palette.color(m_group, QPalette::Text), grounds,
+                       readableContrast + spare);
+}
+
 QColor Theme::color(Tint tint) const
 {
     const auto status = [this](const StatusColor& color) {
@@ -60,9 +80,11 @@ QColor Theme::color(Tint tint) const
     case Tint::tertiary:
         return towardsBase(0.42);
     case Tint::highlight:
-        return m_palette.color(m_group, QPalette::Highlight);
+        return highlight();
     case Tint::highlightedText:
         return m_palette.color(m_group, QPalette::HighlightedText);
+    case Tint::accent:
+        return accent();
     case Tint::blue:
         return status(blue);
     case Tint::orange:

@@ -11,8 +11,9 @@ enum class Tint
     text,
     secondary,
     tertiary,
-    highlight,
-    highlightedText,
+    highlight,       ///< the ground of what is chosen
+    highlightedText, ///< on that ground
+    accent,          ///< texts and lines in the highlight's colour on all other grounds, rings of the focus among them
     blue,
     orange,
     green,
@@ -31,7 +32,8 @@ enum class Tint
 };
 
 /// All colours of the program, read from a palette; the status colours have one form for light and one for dark
-/// windows. A value; make a new one when the palette changes.
+/// windows. Where the palette's own cannot be told from each other, they are moved apart. A value; make a new one when
+/// the palette changes.
 class Theme
 {
 public:
@@ -42,6 +44,8 @@ public:
 
 private:
     [[nodiscard]] QColor towardsBase(double share) const;
+    [[nodiscard]] QColor highlight() const;
+    [[nodiscard]] QColor accent() const;
 
     QPalette m_palette;
     QPalette::ColorGroup m_group;

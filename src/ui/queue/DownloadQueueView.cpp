@@ -1,6 +1,7 @@
 #include "ui/queue/DownloadQueueView.h"
 
 #include "engine/DownloadManager.h"
+#include "ui/kit/AcceptCopy.h"
 #include "ui/kit/EmptyState.h"
 #include "ui/kit/Separator.h"
 #include "ui/queue/DropOverlay.h"
@@ -53,7 +54,6 @@ void DownloadQueueView::layOut(const ViewPorts& ports)
     m_empty->setBackgroundRole(QPalette::Base);
     m_pages->addWidget(m_list);
     m_pages->addWidget(m_empty);
-    setTabOrder(m_toolBar, m_list);
     connect(m_toolBar, &QueueToolBar::addRequested, this, &DownloadQueueView::showAddURLs);
 }
 
@@ -87,16 +87,20 @@ QList<QAction*> DownloadQueueView::queueActions() const
 
 void DownloadQueueView::fillSelectionMenu(QMenu& menu)
 {
-    m_list->fillMenu(menu, m_list->currentIndex());
+    m_list->fillMenu(menu, m_list->selectedRow());
 }
 
 void DownloadQueueView::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (!mayHoldLinks(*event->mimeData()))
+    if (!mayHoldLinks(*event->mimeData()) || !acceptCopy(*event))
         return;
-    event->acceptProposedAction();
     m_overlay->raise(); // a change of list and empty state puts those in front
     m_overlay->show();
+}
+
+void DownloadQueueView::dragMoveEvent(QDragMoveEvent* event)
+{
+    acceptCopy(*event); // only what was let in gets so far
 }
 
 void DownloadQueueView::dragLeaveEvent(QDragLeaveEvent* /*event*/)
@@ -107,7 +111,8 @@ void DownloadQueueView::dragLeaveEvent(QDragLeaveEvent* /*event*/)
 void DownloadQueueView::dropEvent(QDropEvent* event)
 {
     m_overlay->hide();
-    event->acceptProposedAction();
+    if (!acceptCopy(*event))
+        return;
     for (const std::vector<Link>& links : droppedLinks(*event->mimeData()))
         m_manager.addURLs(links, std::nullopt);
 }

@@ -10,7 +10,7 @@ namespace vormel {
 
 DropOverlay::DropOverlay(QWidget* parent)
     : QWidget(parent)
-    , m_text(new StyledLabel(StyledLabel::Style::title, Tint::highlight, this))
+    , m_text(new StyledLabel(StyledLabel::Style::title, Tint::accent, this))
 {
     constexpr int iconSize = 48;
     setObjectName(QStringLiteral("dropOverlay"));
@@ -20,7 +20,7 @@ DropOverlay::DropOverlay(QWidget* parent)
     auto* column = new QVBoxLayout(this);
     column->setSpacing(10);
     column->addStretch();
-    column->addWidget(new GlyphLabel(Glyph::arrowDownCircleFill, Tint::highlight, iconSize, this), 0, Qt::AlignHCenter);
+    column->addWidget(new GlyphLabel(Glyph::arrowDownCircleFill, Tint::accent, iconSize, this), 0, Qt::AlignHCenter);
     column->addWidget(m_text);
     column->addStretch();
     hide();
@@ -38,17 +38,17 @@ void DropOverlay::paintEvent(QPaintEvent* /*event*/)
     constexpr double corner = 10;
     constexpr double stroke = 2;
     constexpr float opacity = 0.07F;
-    constexpr float veil = 0.9F; // what lies below must not compete with the label
+    constexpr float veil = 0.96F; // what lies below must not compete with the label
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     QColor background = palette().color(QPalette::Window);
     background.setAlphaF(veil);
     painter.fillRect(rect(), background);
-    const QColor highlight = Theme(palette()).color(Tint::highlight);
-    QColor filling = highlight;
+    const QColor accent = Theme(palette()).color(Tint::accent);
+    QColor filling = accent;
     filling.setAlphaF(opacity);
     painter.setBrush(filling);
-    painter.setPen(QPen(highlight, stroke));
+    painter.setPen(QPen(accent, stroke));
     painter.drawRoundedRect(QRectF(rect()).adjusted(margin, margin, -margin, -margin), corner, corner);
 }
 

@@ -131,10 +131,11 @@ void GroupDrag::paint(QPainter& painter) const
     painter.drawRect(QRect(corner, m_picture.deviceIndependentSize().toSize()).adjusted(0, 0, -1, -1));
     painter.setOpacity(1);
     const int y = std::clamp(lineY(), radius + 1, area.height() - radius - 1);
-    painter.setBrush(theme.color(Tint::highlightedText));
+    const QColor ground = m_view.palette().color(QPalette::Base);
+    painter.setBrush(ground);
     // With a rim, as the picture may have the same colour.
-    for (const auto& [tint, width] : {std::pair(Tint::highlightedText, 5), std::pair(Tint::highlight, 2)}) {
-        painter.setPen(QPen(theme.color(tint), width, Qt::SolidLine, Qt::RoundCap));
+    for (const auto& [color, width] : {std::pair(ground, 5), std::pair(theme.color(Tint::accent), 2)}) {
+        painter.setPen(QPen(color, width, Qt::SolidLine, Qt::RoundCap));
         painter.drawLine(margin + 2 * radius, y, area.width() - margin, y);
         painter.drawEllipse(QPoint(margin + radius, y), radius, radius);
     }

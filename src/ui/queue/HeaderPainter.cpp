@@ -42,8 +42,9 @@ void paintHeader(const RowCanvas& canvas, const RowMetrics& metrics, const Heade
     canvas.text(layout.title, content.title, metrics.nameFont, Tint::text, Qt::ElideMiddle, leading);
     canvas.buttons(layout.buttons, hot);
     canvas.text(layout.summary, summaryLine(content), caption, Tint::secondary, Qt::ElideRight, leading);
-    canvas.text(layout.extraction, content.extractionText, caption, extractionTint(content.extraction), Qt::ElideRight,
-                leading);
+    const Tint step = content.verification == VerificationResult::none ? extractionTint(content.extraction)
+                                                                       : verificationTint(content.verification);
+    canvas.text(layout.extraction, content.extractionText, caption, step, Qt::ElideRight, leading);
     canvas.bar(layout.progressBar, content.progress, Tint::blue);
     canvas.text(layout.bytes, content.byteText, caption, Tint::secondary, Qt::ElideRight, trailing);
     canvas.text(layout.speed, content.speedText, caption, Tint::secondary, Qt::ElideRight, trailing);

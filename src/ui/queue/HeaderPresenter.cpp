@@ -54,17 +54,24 @@ HeaderContent headerContent(const GroupTally& tally, AppLanguage language)
 void addExtraction(HeaderContent& content, const DownloadGroup& group, AppLanguage language)
 {
     const std::vector<ItemPtr>& items = group.items;
+    const auto verified = std::find_if(items.begin(), items.end(), [](const ItemPtr& item) {
+        return item->verification().kind != VerificationResult::none;
+    });
     const auto extracted = std::find_if(items.begin(), items.end(), [](const ItemPtr& item) {
         return !(item->extractionStatus() == ExtractionStatus::idle);
     });
     if (extracted != items.end()) {
         content.extraction = (*extracted)->extractionStatus().kind();
         content.extractionText = separator.toString() + extractionWords(**extracted, language);
-        return;
+        content.archiveCommand = archiveCommand(**extracted);
+    } else if (std::all_of(items.begin(), items.end(),
+                           [](const ItemPtr& item) { return item->status() == DownloadStatus::completed; })) {
+        content.archiveCommand = archiveCommand(*items.front());
     }
-    content.canExtract = std::all_of(items.begin(), items.end(),
-                                     [](const ItemPtr& item) { return item->status() == DownloadStatus::completed; }) &&
-                         canExtract(*items.front());
+    if (verified != items.end()) { // the later word
+        content.verification = (*verified)->verification().kind;
+        content.extractionText = separator.toString() + verificationText((*verified)->verification(), language);
+    }
 }
 
 QString summaryLine(const HeaderContent& content)

@@ -22,7 +22,9 @@ void PlaceKeeper::noteClosed(const QModelIndex& header)
 {
     m_openGroups.remove(m_model.group(header).id);
     if (m_view.currentIndex().parent() == header)
-        m_view.setCurrentIndex(header); // what is selected stays in sight
+        // What is current stays in sight. The whole group is selected only by the user, as it can be removed by one
+        // key.
+        m_view.selectionModel()->setCurrentIndex(header, QItemSelectionModel::Clear);
 }
 
 void PlaceKeeper::remember()
@@ -39,6 +41,7 @@ void PlaceKeeper::rememberSelection()
     if (!current.isValid())
         return;
     m_current = keyOf(m_model, current);
+    m_isSelected = m_view.selectionModel()->isSelected(current);
     for (const ItemPtr& item : m_model.group(current).items)
         m_neighbours << item->id();
 }
@@ -79,10 +82,16 @@ void PlaceKeeper::restoreSelection()
         if (!index.isValid())
             index = m_model.indexOf(neighbour);
     }
-    if (index.parent().isValid() && !m_view.isExpanded(index.parent()))
+    if (!index.isValid())
+        return;
+    // What is left of a selected group stays selected; a neighbour and a whole group that it joined never come to be.
+    bool isPartOfIt = keyOf(m_model, index) == m_current || m_current->item.isNull();
+    if (index.parent().isValid() && !m_view.isExpanded(index.parent())) {
         index = index.parent();
-    if (index.isValid() && index != m_view.currentIndex())
-        m_view.setCurrentIndex(index);
+        isPartOfIt = false;
+    }
+    m_view.selectionModel()->setCurrentIndex(index, m_isSelected && isPartOfIt ? QItemSelectionModel::ClearAndSelect
+                                                                               : QItemSelectionModel::Clear);
 }
 
 void PlaceKeeper::restorePlace()

@@ -13,8 +13,9 @@ namespace vormel {
 
 class QueueModel;
 
-/// Keeps the selected item, the open groups and the place in the list while items move between rows, groups come to be
-/// and dissolve, or everything is read anew. Groups are closed until they are opened. Both must outlive it.
+/// Keeps the current row, selected or not, the open groups and the place in the list while items move between rows,
+/// groups come to be and dissolve, or everything is read anew. Groups are closed until they are opened. Both must
+/// outlive it.
 class PlaceKeeper final : public QObject
 {
     Q_OBJECT
@@ -42,6 +43,7 @@ private:
     QSet<QString> m_openGroups;
     // Of the moment before a change:
     std::optional<RowKey> m_current;
+    bool m_isSelected = false;  ///< the current row
     QList<ItemId> m_neighbours; ///< in the group of the current row
     QList<Mark> m_marks;        ///< the rows in sight; none while the list is at its top
 };

@@ -35,7 +35,6 @@ QueueToolBar::QueueToolBar(const ViewPorts& ports, QWidget* parent)
     , m_clearCompleted(new QAction(glyphIcon(Glyph::checkmarkCircle), {}, this))
     , m_clearExtracted(new QAction(glyphIcon(Glyph::archivebox), {}, this))
     , m_donate(new QAction(glyphIcon(Glyph::mugFill, Tint::beer), {}, this))
-    , m_donation(makeButton(m_donate, QStringLiteral("donate")))
 {
     setObjectName(QStringLiteral("queueToolBar"));
     m_add->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_N));
@@ -66,6 +65,7 @@ QToolButton* QueueToolBar::makeButton(QAction* action, const QString& name)
     return button;
 }
 
+/// Makes the controls in the order in which Tab goes through them.
 void QueueToolBar::layOut()
 {
     const QStringList names{QStringLiteral("addURLs"), QStringLiteral("startAll"), QStringLiteral("pauseAll"),
@@ -78,10 +78,9 @@ void QueueToolBar::layOut()
         row->addWidget(m_buttons.back());
     }
     row->addStretch();
-    auto* speed = new SpeedControl(m_manager, this);
-    row->addWidget(speed);
+    row->addWidget(new SpeedControl(m_manager, this));
+    m_donation = makeButton(m_donate, QStringLiteral("donate"));
     row->addWidget(m_donation);
-    setTabOrder(speed, m_donation);
 }
 
 void QueueToolBar::retranslate()

@@ -46,7 +46,7 @@ private:
     QAction* m_clearExtracted;
     QAction* m_donate;
     QList<QToolButton*> m_buttons; ///< of the commands
-    QToolButton* m_donation;
+    QToolButton* m_donation = nullptr;
 };
 
 } // namespace vormel

@@ -6,6 +6,7 @@
 #include "ui/queue/QueueDelegate.h"
 #include "ui/queue/QueueModel.h"
 #include "ui/queue/RenamePopover.h"
+#include "ui/queue/RowMenu.h"
 #include "ui/queue/accessibility/AccessibleQueue.h"
 
 #include <QContextMenuEvent>
@@ -67,6 +68,20 @@ QList<QModelIndex> QueueView::rowsInSight() const
 void QueueView::currentChanged(const QModelIndex& current, const QModelIndex& previous)
 {
     QAbstractItemView::currentChanged(current, previous); // NOLINT(bugprone-parent-virtual-call)
+}
+
+/// Where the selected row goes, QAbstractItemView selects the next one; but only the user may, as Del acts on it.
+void QueueView::rowsAboutToBeRemoved(const QModelIndex& parent, int first, int last)
+{
+    const QModelIndex before = currentIndex();
+    QTreeView::rowsAboutToBeRemoved(parent, first, last);
+    if (currentIndex() != before)
+        clearSelection();
+}
+
+QModelIndex QueueView::selectedRow() const
+{
+    return selectionModel()->selectedIndexes().value(0);
 }
 
 void QueueView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected)
@@ -193,12 +208,23 @@ void QueueView::mousePressEvent(QMouseEvent* event)
 {
     const RowHit hit = hitAt(event->pos());
     const QModelIndex index = indexAt(event->pos());
-    if (event->button() == Qt::LeftButton && hit.isButton())
+    const bool isOnButton = event->button() == Qt::LeftButton && hit.isButton();
+    const bool isOnDisclosure = event->button() == Qt::LeftButton && hit.part == RowHit::Part::disclosure;
+    if (!isOnButton && !isOnDisclosure)
+        return pressRow(event);
+    selectPressed(index);
+    if (isOnButton)
         point(index, hit, true);
-    else if (event->button() == Qt::LeftButton && hit.part == RowHit::Part::disclosure)
-        setExpanded(index, !isExpanded(index));
     else
-        pressRow(event);
+        setExpanded(index, !isExpanded(index));
+}
+
+/// Without scrolling, so that what is pressed stays below the pointer.
+void QueueView::selectPressed(const QModelIndex& index)
+{
+    setAutoScroll(false);
+    setCurrentIndex(index);
+    setAutoScroll(true);
 }
 
 void QueueView::pressRow(QMouseEvent* event)
@@ -279,17 +305,12 @@ void QueueView::removeRow(const QModelIndex& index)
     run(index, m_model.isHeader(index) ? RowButton::removeGroup : RowButton::remove);
 }
 
-int QueueView::groupRow(const QModelIndex& index)
-{
-    return (index.parent().isValid() ? index.parent() : index).row();
-}
-
 void QueueView::moveGroup(const QModelIndex& index, bool isUp)
 {
     if (!index.isValid())
         return;
     // In front of the one above, or of the one behind the next.
-    const int row = groupRow(index);
+    const int row = rowOfGroup(index);
     m_commands.moveGroup(m_model.groupIds(), row, isUp ? row - 1 : row + 2);
     scrollTo(currentIndex());
 }
@@ -301,7 +322,7 @@ void QueueView::keyPressEvent(QKeyEvent* event)
     if (event->key() == Qt::Key_Escape && m_drag->isDragging())
         m_drag->cancel();
     else if (event->key() == Qt::Key_Delete)
-        removeRow(current);
+        removeRow(selectedRow());
     else if (event->key() == Qt::Key_F2)
         rename(current);
     else if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier)
@@ -329,6 +350,7 @@ void QueueView::openMenuAtRow(const QModelIndex& index)
 {
     if (!index.isValid())
         return;
+    setCurrentIndex(index); // it need not be selected yet
     scrollTo(index);
     const QRect row = visualRect(index);
     openMenu(index, viewport()->mapToGlobal(QPoint(row.left() + RowMetrics::gutter, row.bottom())));
@@ -344,31 +366,6 @@ void QueueView::openMenu(const QModelIndex& index, QPoint globalPoint)
     menu->popup(globalPoint);
 }
 
-RowMenu QueueView::menuOf(const QModelIndex& index) const
-{
-    RowMenu menu;
-    const int row = groupRow(index);
-    menu.canMoveUp = row > 0;
-    menu.canMoveDown = row + 1 < m_model.rowCount();
-    bool canExtract = false;
-    if (m_model.isHeader(index)) {
-        const auto content = index.data(QueueModel::HeaderRole).value<HeaderContent>();
-        menu.buttons = content.buttons;
-        menu.isGroup = true;
-        menu.hasCustomName = m_commands.hasCustomName(m_model.group(index).id);
-        canExtract = content.canExtract;
-    } else {
-        const auto content = index.data(QueueModel::ContentRole).value<RowContent>();
-        menu.buttons = content.buttons;
-        canExtract = content.canExtract;
-        if (content.lines.testFlag(RowLine::failure))
-            menu.buttons.insert(menu.buttons.begin(), RowButton::retryExtraction);
-    }
-    if (canExtract)
-        menu.buttons.insert(menu.buttons.begin(), RowButton::extract);
-    return menu;
-}
-
 void QueueView::fillMenu(QMenu& menu, const QModelIndex& index)
 {
     if (!index.isValid())
@@ -379,7 +376,8 @@ void QueueView::fillMenu(QMenu& menu, const QModelIndex& index)
     actions.move = [this, kept](bool isUp) { moveGroup(kept, isUp); };
     actions.rename = [this, kept] { rename(kept); };
     actions.resetName = [this, id = m_model.group(index).id] { m_commands.renameGroup(id, {}); };
-    fillRowMenu(menu, menuOf(index), m_model.language(), actions);
+    const bool hasCustomName = m_commands.hasCustomName(m_model.group(index).id);
+    fillRowMenu(menu, rowMenu(m_model, index, hasCustomName), m_model.language(), actions);
 }
 
 void QueueView::rename(const QModelIndex& header)

@@ -3,7 +3,6 @@
 #include "ui/queue/RowCommands.h"
 #include "ui/queue/RowGrid.h"
 #include "ui/queue/RowHit.h"
-#include "ui/queue/RowMenu.h"
 
 #include <QBasicTimer>
 #include <QTreeView>
@@ -30,6 +29,8 @@ public:
     /// Does something in sight turn or count?
     [[nodiscard]] bool isMoving() const { return m_moveTimer.isActive(); }
     [[nodiscard]] const QueueModel& queue() const { return m_model; }
+    /// Invalid while there is none. The current row, from which keys go on, need not be selected.
+    [[nodiscard]] QModelIndex selectedRow() const;
     /// The buttons of a row, where they stand in the viewport; those of rows out of sight stand outside of it.
     [[nodiscard]] std::vector<ButtonPlace> buttonsOf(const QModelIndex& index) const;
     /// Does what a click on that button of the row does. The row may be gone when this returns.
@@ -45,6 +46,7 @@ public:
 protected:
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+    void rowsAboutToBeRemoved(const QModelIndex& parent, int first, int last) override;
     void dataChanged(const QModelIndex& first, const QModelIndex& last, const QList<int>& roles) override;
     void drawRow(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     void paintEvent(QPaintEvent* event) override;
@@ -65,11 +67,10 @@ private:
     void move();
     void point(const QModelIndex& index, const RowHit& hit, bool isPressed);
     void pressRow(QMouseEvent* event);
+    void selectPressed(const QModelIndex& index);
     void removeRow(const QModelIndex& index);
-    [[nodiscard]] static int groupRow(const QModelIndex& index);
     void moveGroup(const QModelIndex& index, bool isUp);
     void openMenu(const QModelIndex& index, QPoint globalPoint);
-    [[nodiscard]] RowMenu menuOf(const QModelIndex& index) const;
     void openMenuAtRow(const QModelIndex& index);
 
     QueueModel& m_model;

@@ -111,7 +111,10 @@ void RenamePopover::openBelow(const QWidget& widget, const QRect& part)
 
 void RenamePopover::removeTailTags()
 {
-    m_draftName->setText(cleanedName(m_draftName->text(), true, false));
+    // A group's name has no extension that would have to stay.
+    const QString name = stripReleaseTags(m_draftName->text());
+    if (!name.isEmpty())
+        m_draftName->setText(name);
 }
 
 void RenamePopover::turnDotsToSpaces()

@@ -24,7 +24,7 @@ constexpr ButtonLook plainLook(Glyph glyph, Tint tint = Tint::secondary)
 constexpr ButtonLook removal{Glyph::xmark, Tint::secondary, true};
 
 /// In the order of RowButton. The file viewer's name depends on the desktop and stands in PlatformTexts.h.
-constexpr std::array<Entry, 19> entries{{
+constexpr std::array<Entry, 20> entries{{
     {RowButton::pause, plainLook(Glyph::pause, Tint::orange), u"Pause — resumes with Start All",
      u"Pausa — riprende con Avvia tutti"},
     {RowButton::stop, plainLook(Glyph::stop), u"Stop — stays out of the queue until you start it",
@@ -59,6 +59,7 @@ constexpr std::array<Entry, 19> entries{{
     {RowButton::removeGroup, removal, u"Remove group from list (deletes partial files)",
      u"Rimuovi il gruppo dalla lista (elimina i file parziali)"},
     {RowButton::extract, plainLook(Glyph::archivebox), u"Extract", u"Estrai"},
+    {RowButton::stopExtraction, plainLook(Glyph::stop), u"Stop extracting", u"Interrompi l'estrazione"},
 }};
 
 constexpr bool isInOrder()

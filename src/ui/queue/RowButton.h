@@ -29,7 +29,8 @@ enum class RowButton : quint8
     verifyGroup,
     resyncGroup,
     removeGroup,
-    extract, ///< of a row or a header; only menus have it
+    extract, ///< of a row or a header; only menus have this and the next
+    stopExtraction,
 };
 
 struct ButtonLook

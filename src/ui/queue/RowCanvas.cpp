@@ -1,5 +1,7 @@
 #include "ui/queue/RowCanvas.h"
 
+#include "ui/kit/FocusRing.h"
+
 #include <QPainter>
 #include <QPainterPath>
 #include <QTextLayout>
@@ -62,16 +64,14 @@ void RowCanvas::background(int hairlineLeft) const
         m_painter.setPen(Qt::NoPen);
         m_painter.setBrush(m_theme.color(Tint::highlight));
         m_painter.drawRoundedRect(plate, corner, corner);
-        return;
+    } else {
+        const QRect row = m_option.rect;
+        const QRect hairline(hairlineLeft, row.bottom(), row.right() + 1 - RowMetrics::marginX - hairlineLeft, 1);
+        m_painter.fillRect(QStyle::visualRect(m_option.direction, row, hairline), m_theme.color(Tint::hairline));
     }
-    const QRect row = m_option.rect;
-    const QRect hairline(hairlineLeft, row.bottom(), row.right() + 1 - RowMetrics::marginX - hairlineLeft, 1);
-    m_painter.fillRect(QStyle::visualRect(m_option.direction, row, hairline), m_theme.color(Tint::hairline));
-    if (m_option.state.testFlag(QStyle::State_HasFocus)) {
-        m_painter.setPen(QPen(m_theme.color(Tint::highlight), 1.5));
-        m_painter.setBrush(Qt::NoBrush);
-        m_painter.drawRoundedRect(plate, corner, corner);
-    }
+    if (m_option.state.testFlag(QStyle::State_HasFocus))
+        drawFocusRing(m_painter, plate.adjusted(1.5, 1.5, -1.5, -1.5), m_theme, corner - 1.5,
+                      m_isSelected ? Tint::highlightedText : Tint::accent);
 }
 
 void RowCanvas::text(const QRect& rect, const QString& text, const QFont& font, Tint tint, Qt::TextElideMode elide,
@@ -104,7 +104,7 @@ void RowCanvas::track(const QRect& rect, const QRectF& filled, Tint tint) const
     const double corner = rect.height() / 2.0;
     QColor back = color(Tint::track);
     if (m_isSelected)
-        back.setAlphaF(0.35F);
+        back.setAlphaF(0.2F);
     QPainterPath shape;
     shape.addRoundedRect(rect, corner, corner);
     m_painter.fillPath(shape, back);
@@ -160,7 +160,7 @@ void RowCanvas::plate(const QRect& rect, bool isPressed) const
 {
     constexpr double corner = 5;
     QColor fill = color(Tint::text);
-    fill.setAlphaF(isPressed ? 0.22F : 0.10F);
+    fill.setAlphaF(isPressed ? 0.20F : 0.10F);
     m_painter.setPen(Qt::NoPen);
     m_painter.setBrush(fill);
     m_painter.drawRoundedRect(QRectF(rect).adjusted(1, 1, -1, -1), corner, corner);

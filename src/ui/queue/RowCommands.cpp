@@ -35,6 +35,8 @@ void RowCommands::run(RowButton button,
     case RowButton::retryExtraction:
     case RowButton::extract:
         return m_ports.manager.retryExtraction(item->id());
+    case RowButton::stopExtraction:
+        return m_ports.manager.stopExtraction(item->id());
     default:
         return; // a header's: the row was one when it was asked
     }
@@ -63,6 +65,8 @@ void RowCommands::run(RowButton button,
         return commands.removeGroup(group.id);
     case RowButton::extract:
         return manager.retryExtraction(group.items.front()->id());
+    case RowButton::stopExtraction:
+        return manager.stopExtraction(group.items.front()->id());
     default:
         return; // a row's: the group had more items when it was asked
     }

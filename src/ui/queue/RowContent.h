@@ -15,6 +15,7 @@ enum class RowLine : quint8
     progress = 1U << 1,
     extraction = 1U << 2,
     failure = 1U << 3, ///< of the archive step, which may take two lines to tell; stands in place of `extraction`
+    verification = 1U << 4,
 };
 Q_DECLARE_FLAGS(RowLines, RowLine)
 Q_DECLARE_OPERATORS_FOR_FLAGS(RowLines)
@@ -36,9 +37,11 @@ struct RowContent
     bool hasExtractionBar = false;
     std::optional<double> extractionProgress; ///< 0 to 1; nothing for a bar without an end
     QString extractionText;
-    QString elapsedText;     ///< how long the archive step has been going on, beside a bar without an end
-    QString retryText;       ///< of the button beside a failed archive step
-    bool canExtract = false; ///< an archive that nothing was done with
+    QString elapsedText; ///< how long the archive step has been going on, beside a bar without an end
+    QString retryText;   ///< of the button beside a failed archive step
+    std::optional<RowButton> archiveCommand; ///< only menus have it
+    VerificationResult::Kind verification = VerificationResult::none;
+    QString verificationText;
     QString host;
 
     friend bool operator==(const RowContent&, const RowContent&) = default;
@@ -59,7 +62,8 @@ struct HeaderContent
     QString speedText;
     ExtractionStatus::Kind extraction = ExtractionStatus::idle; ///< of the archive that the group is
     QString extractionText;
-    bool canExtract = false;
+    VerificationResult::Kind verification = VerificationResult::none; ///< stands in place of `extraction`
+    std::optional<RowButton> archiveCommand;
 
     friend bool operator==(const HeaderContent&, const HeaderContent&) = default;
 };

@@ -51,6 +51,10 @@ RowLayout::RowLayout(const RowMetrics& metrics, const RowContent& content, const
         placeExtraction(metrics, content, lines.next());
     if (content.lines.testFlag(RowLine::failure))
         placeFailure(metrics, content, lines.next(metrics.failureHeight()));
+    if (content.lines.testFlag(RowLine::verification)) {
+        verification = lines.next();
+        verificationIcon = takeSmallIcon(verification, metrics, verification.height());
+    }
     host = lines.next();
     for (QRect* rect : all()) {
         if (!rect->isEmpty())
@@ -109,8 +113,10 @@ void RowLayout::placeFailure(const RowMetrics& metrics, const RowContent& conten
 
 std::vector<QRect*> RowLayout::all()
 {
-    std::vector<QRect*> rects{&icon,  &name,           &status,        &recoveryIcon,   &recovery, &progressBar, &bytes,
-                              &speed, &extractionIcon, &extractionBar, &extractionText, &elapsed,  &host};
+    std::vector<QRect*> rects{
+        &icon,  &name,           &status,        &recoveryIcon,   &recovery, &progressBar,      &bytes,
+        &speed, &extractionIcon, &extractionBar, &extractionText, &elapsed,  &verificationIcon, &verification,
+        &host};
     for (ButtonPlace& button : buttons)
         rects.push_back(&button.rect);
     return rects;

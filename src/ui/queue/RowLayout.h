@@ -24,6 +24,8 @@ public:
     QRect extractionBar;
     QRect extractionText;
     QRect elapsed;
+    QRect verificationIcon;
+    QRect verification;
     QRect host;
 
     /// All that are shown.

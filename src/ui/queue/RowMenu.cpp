@@ -1,6 +1,7 @@
 #include "ui/queue/RowMenu.h"
 
 #include "ui/kit/GlyphIcon.h"
+#include "ui/queue/QueueModel.h"
 
 #include <QMenu>
 
@@ -47,6 +48,36 @@ void addNames(QMenu& menu, const RowMenu& content, AppLanguage language, const R
 }
 
 } // namespace
+
+int rowOfGroup(const QModelIndex& index)
+{
+    return (index.parent().isValid() ? index.parent() : index).row();
+}
+
+RowMenu rowMenu(const QueueModel& model, const QModelIndex& index, bool hasCustomName)
+{
+    RowMenu menu;
+    const int row = rowOfGroup(index);
+    menu.canMoveUp = row > 0;
+    menu.canMoveDown = row + 1 < model.rowCount();
+    menu.isGroup = model.isHeader(index);
+    std::optional<RowButton> archiveCommand;
+    if (menu.isGroup) {
+        const auto content = index.data(QueueModel::HeaderRole).value<HeaderContent>();
+        menu.buttons = content.buttons;
+        menu.hasCustomName = hasCustomName;
+        archiveCommand = content.archiveCommand;
+    } else {
+        const auto content = index.data(QueueModel::ContentRole).value<RowContent>();
+        menu.buttons = content.buttons;
+        archiveCommand = content.archiveCommand;
+        if (content.lines.testFlag(RowLine::failure))
+            menu.buttons.insert(menu.buttons.begin(), RowButton::retryExtraction);
+    }
+    if (archiveCommand)
+        menu.buttons.insert(menu.buttons.begin(), *archiveCommand);
+    return menu;
+}
 
 void fillRowMenu(QMenu& menu, const RowMenu& content, AppLanguage language, const RowMenuActions& actions)
 {

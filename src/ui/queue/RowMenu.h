@@ -5,8 +5,11 @@
 #include <functional>
 
 class QMenu;
+class QModelIndex;
 
 namespace vormel {
+
+class QueueModel;
 
 /// What a row or header can be told in words: the commands of its buttons, and those that have no button.
 struct RowMenu
@@ -17,6 +20,12 @@ struct RowMenu
     bool isGroup = false; ///< only groups can be renamed
     bool hasCustomName = false;
 };
+
+/// The index must be valid.
+[[nodiscard]] RowMenu rowMenu(const QueueModel& model, const QModelIndex& index, bool hasCustomName);
+
+/// The place of the group that the row is of, or is below of.
+[[nodiscard]] int rowOfGroup(const QModelIndex& index);
 
 /// What its entries do.
 struct RowMenuActions

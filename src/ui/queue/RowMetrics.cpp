@@ -43,7 +43,7 @@ int RowMetrics::height(RowLines lines) const
 {
     const int oneLine = gapY + captionHeight;
     int height = 2 * marginY + firstHeight() + oneLine;
-    for (const RowLine line : {RowLine::recovery, RowLine::progress, RowLine::extraction}) {
+    for (const RowLine line : {RowLine::recovery, RowLine::progress, RowLine::extraction, RowLine::verification}) {
         if (lines.testFlag(line))
             height += oneLine;
     }

@@ -54,7 +54,7 @@ void paintExtraction(const RowCanvas& canvas, const RowMetrics& metrics, const R
     }
     const bool isRepairing = content.extraction == ExtractionStatus::repairing;
     const Tint barTint = isRepairing ? Tint::orange : Tint::blue;
-    const Tint textTint = isRepairing ? Tint::orange : Tint::secondary;
+    const Tint textTint = extractionTint(content.extraction);
     if (content.extractionProgress)
         canvas.bar(layout.extractionBar, *content.extractionProgress, barTint);
     else
@@ -62,6 +62,14 @@ void paintExtraction(const RowCanvas& canvas, const RowMetrics& metrics, const R
     canvas.text(layout.extractionText, content.extractionText, metrics.captionFont, textTint, Qt::ElideRight,
                 content.extractionProgress ? trailing : leading);
     canvas.text(layout.elapsed, content.elapsedText, metrics.digitsFont, textTint, Qt::ElideRight, trailing);
+}
+
+void paintVerification(const RowCanvas& canvas, const RowMetrics& metrics, const RowContent& content,
+                       const RowLayout& layout)
+{
+    const Tint tint = verificationTint(content.verification);
+    canvas.glyph(Glyph::checkmarkSeal, tint, layout.verificationIcon);
+    canvas.text(layout.verification, content.verificationText, metrics.captionFont, tint, Qt::ElideRight, leading);
 }
 
 } // namespace
@@ -77,6 +85,25 @@ Tint extractionTint(ExtractionStatus::Kind extraction)
         return Tint::orange;
     case ExtractionStatus::idle:
     case ExtractionStatus::extracting:
+        return Tint::secondary;
+    }
+    Q_UNREACHABLE();
+}
+
+Tint verificationTint(VerificationResult::Kind verification)
+{
+    switch (verification) {
+    case VerificationResult::sound:
+        return Tint::green;
+    case VerificationResult::fetchedAgain:
+    case VerificationResult::damaged:
+    case VerificationResult::passwordNeeded:
+        return Tint::orange;
+    case VerificationResult::failed:
+        return Tint::red;
+    case VerificationResult::none:
+    case VerificationResult::running:
+    case VerificationResult::busy:
         return Tint::secondary;
     }
     Q_UNREACHABLE();
@@ -103,6 +130,7 @@ void paintRow(const RowCanvas& canvas, const RowMetrics& metrics, const RowConte
     paintExtraction(canvas, metrics, content, layout, motion);
     if (content.lines.testFlag(RowLine::failure))
         canvas.borderedButton(layout.buttons.back(), content.retryText, hot);
+    paintVerification(canvas, metrics, content, layout);
     canvas.text(layout.host, content.host, caption, Tint::tertiary, Qt::ElideRight, leading);
 }
 

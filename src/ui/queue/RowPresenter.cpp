@@ -42,6 +42,7 @@ RowLines rowLines(const DownloadItem& item)
     const bool isFailed = item.extractionStatus() == ExtractionStatus::failed;
     lines.setFlag(RowLine::extraction, !isFailed && !(item.extractionStatus() == ExtractionStatus::idle));
     lines.setFlag(RowLine::failure, isFailed);
+    lines.setFlag(RowLine::verification, item.verification().kind != VerificationResult::none);
     return lines;
 }
 
@@ -72,6 +73,8 @@ QString extractionWords(const DownloadItem& item, AppLanguage language)
     case ExtractionStatus::idle:
         return {};
     case ExtractionStatus::extracting:
+        if (item.awaitsExtractionTurn())
+            return pair(language, u"Waiting for its turn to be extracted…", u"In attesa del turno di estrazione…");
         return pair(language, u"Checking / extracting…", u"Verifica / estrazione…");
     case ExtractionStatus::repairing:
         return pair(language, u"Repairing with .rev…", u"Riparazione con .rev…");
@@ -79,6 +82,38 @@ QString extractionWords(const DownloadItem& item, AppLanguage language)
         return pair(language, u"Extracted", u"Estratto");
     case ExtractionStatus::failed:
         return pair(language, u"Extraction failed: ", u"Estrazione fallita: ") + item.extractionStatus().message();
+    }
+    Q_UNREACHABLE();
+}
+
+QString verificationText(const VerificationResult& result, AppLanguage language)
+{
+    switch (result.kind) {
+    case VerificationResult::none:
+        return {};
+    case VerificationResult::running:
+        return pair(language, u"Verifying…", u"Verifica in corso…");
+    case VerificationResult::sound:
+        return pair(language, u"Verified — all parts are sound", u"Verificato — tutte le parti sono integre");
+    case VerificationResult::fetchedAgain:
+        if (result.volumes == 1)
+            return pair(language, u"Verified — 1 damaged or missing part is downloaded again",
+                        u"Verificato — 1 parte danneggiata o mancante viene riscaricata");
+        return pair(language, u"Verified — %1 damaged or missing parts are downloaded again",
+                    u"Verificato — %1 parti danneggiate o mancanti vengono riscaricate")
+            .arg(result.volumes);
+    case VerificationResult::damaged:
+        return pair(language, u"Verified — damaged or missing, and not in the list: ",
+                    u"Verificato — danneggiate o mancanti, e non nella lista: ") +
+               result.detail;
+    case VerificationResult::passwordNeeded:
+        return pair(language, u"Not verified — the archive needs a password",
+                    u"Non verificato — l'archivio richiede una password");
+    case VerificationResult::busy:
+        return pair(language, u"Not verified — the archive is being extracted",
+                    u"Non verificato — l'archivio è in estrazione");
+    case VerificationResult::failed:
+        return pair(language, u"Verification failed: ", u"Verifica fallita: ") + result.detail;
     }
     Q_UNREACHABLE();
 }
@@ -93,10 +128,14 @@ QString elapsedText(const DownloadItem& item, WallTime now)
     return QStringLiteral("%1:%2").arg(whole / 60).arg(whole % 60, 2, 10, QChar(u'0'));
 }
 
-bool canExtract(const DownloadItem& item)
+std::optional<RowButton> archiveCommand(const DownloadItem& item)
 {
-    return item.status() == DownloadStatus::completed && item.extractionStatus() == ExtractionStatus::idle &&
-           item.localPath() && formatOf(*item.localPath());
+    if (hasBar(item))
+        return RowButton::stopExtraction;
+    const bool canExtract = item.status() == DownloadStatus::completed &&
+                            item.extractionStatus() == ExtractionStatus::idle && item.localPath() &&
+                            formatOf(*item.localPath());
+    return canExtract ? std::optional(RowButton::extract) : std::nullopt;
 }
 
 bool isMoving(const DownloadItem& item)
@@ -120,12 +159,14 @@ RowContent rowContent(const DownloadItem& item, AppLanguage language, WallTime n
     content.hasExtractionBar = hasBar(item);
     if (hasProgress(item))
         content.extractionProgress = fraction(item.extractionProgress());
-    if (hasEndlessBar(item))
+    if (hasEndlessBar(item) && !item.awaitsExtractionTurn())
         content.elapsedText = elapsedText(item, now);
     if (content.lines.testFlag(RowLine::failure))
         content.retryText = buttonText(RowButton::retryExtraction, language);
-    content.canExtract = canExtract(item);
+    content.archiveCommand = archiveCommand(item);
     content.extractionText = extractionText(item, language);
+    content.verification = item.verification().kind;
+    content.verificationText = verificationText(item.verification(), language);
     content.host = item.hostName();
     return content;
 }
@@ -135,7 +176,7 @@ QString accessibleText(const RowContent& content)
     QStringList parts{content.name, content.statusText, content.recoveryText};
     if (content.lines.testFlag(RowLine::progress))
         parts << content.byteText << content.speedText;
-    parts << content.extractionText << content.host;
+    parts << content.extractionText << content.verificationText << content.host;
     parts.removeAll(QString());
     return parts.join(QStringLiteral(", "));
 }
@@ -147,6 +188,8 @@ QString rowToolTip(const RowContent& content)
         lines << content.statusText;
     if (content.extraction == ExtractionStatus::failed)
         lines << content.extractionText;
+    if (content.lines.testFlag(RowLine::verification))
+        lines << content.verificationText;
     // Names come from outside; as rich text they could be anything.
     return QStringLiteral("<p>") + lines.join(u'\n').toHtmlEscaped().replace(u'\n', QStringLiteral("<br>")) +
            QStringLiteral("</p>");

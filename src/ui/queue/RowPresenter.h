@@ -18,11 +18,14 @@ namespace vormel {
 /// The same without a figure.
 [[nodiscard]] QString extractionWords(const DownloadItem& item, AppLanguage language);
 
+/// What the user's wish to have the set tested came to; empty without one.
+[[nodiscard]] QString verificationText(const VerificationResult& result, AppLanguage language);
+
 /// How long the archive step has been going on: minutes and seconds, "0:07". Empty while none is.
 [[nodiscard]] QString elapsedText(const DownloadItem& item, WallTime now);
 
-/// Is it a finished archive that nothing was done with?
-[[nodiscard]] bool canExtract(const DownloadItem& item);
+/// What its menu offers for its archive: to unpack one that nothing was done with, to stop what is being done.
+[[nodiscard]] std::optional<RowButton> archiveCommand(const DownloadItem& item);
 
 /// Does something in the row move or count, so that it is worth painting again without any change?
 [[nodiscard]] bool isMoving(const DownloadItem& item);

@@ -48,11 +48,39 @@ SpeedControl::SpeedControl(DownloadManager& manager, QWidget* parent)
     , m_cap(new QComboBox(this))
 {
     layOut();
-    connect(&manager, &DownloadManager::totalSpeedChanged, this, &SpeedControl::showSpeed);
+    followTransfers();
     connect(&manager.settings(), &AppSettings::maxDownloadSpeedSet, this, &SpeedControl::fillCaps);
     connect(&manager.settings(), &AppSettings::languageSet, this, &SpeedControl::retranslate);
     connect(m_cap, &QComboBox::activated, this, &SpeedControl::chooseCap);
     retranslate();
+    showSpeed();
+}
+
+void SpeedControl::followTransfers()
+{
+    connect(&m_manager, &DownloadManager::totalSpeedChanged, this, &SpeedControl::showSpeed);
+    connect(&m_manager, &DownloadManager::itemChanged, this, [this](const ItemId& id, ItemField field) {
+        if (field == ItemField::Status)
+            noteStatus(id);
+    });
+    connect(&m_manager, &DownloadManager::itemsRemoved, this, [this](const QSet<ItemId>& ids) {
+        m_downloading.subtract(ids);
+        showSpeed();
+    });
+    for (const ItemPtr& item : m_manager.items())
+        noteStatus(item->id());
+}
+
+void SpeedControl::noteStatus(const ItemId& id)
+{
+    const ItemPtr item = m_manager.item(id);
+    const bool isDownloading = item && item->status() == DownloadStatus::downloading;
+    if (isDownloading == m_downloading.contains(id))
+        return;
+    if (isDownloading)
+        m_downloading.insert(id);
+    else
+        m_downloading.remove(id);
     showSpeed();
 }
 
@@ -89,7 +117,7 @@ void SpeedControl::retranslate()
 
 void SpeedControl::showSpeed()
 {
-    m_speed->setText(speedText(m_manager.totalSpeedBytesPerSec()));
+    m_speed->setText(m_downloading.isEmpty() ? QString() : speedText(m_manager.totalSpeedBytesPerSec()));
 }
 
 void SpeedControl::fillCaps()

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "model/ItemId.h"
+
+#include <QSet>
 #include <QWidget>
 
 class QComboBox;
@@ -9,7 +12,7 @@ namespace vormel {
 class DownloadManager;
 class StyledLabel;
 
-/// The speed of all transfers together, and the cap on it. The manager must outlive it.
+/// The speed of all transfers together, while there are any, and the cap on it. The manager must outlive it.
 class SpeedControl final : public QWidget
 {
     Q_OBJECT
@@ -20,12 +23,15 @@ public:
 private:
     void layOut();
     void retranslate();
+    void followTransfers();
+    void noteStatus(const ItemId& id);
     void showSpeed();
     void fillCaps();
     void showCap();
     void chooseCap(int row);
 
     DownloadManager& m_manager;
+    QSet<ItemId> m_downloading; ///< the manager's speed stays when the last of them has ended
     StyledLabel* m_speed;
     QComboBox* m_cap;
 };

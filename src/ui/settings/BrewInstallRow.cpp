@@ -14,17 +14,20 @@ BrewInstallRow::BrewInstallRow(const QString& name, QWidget* parent)
     : QWidget(parent)
     , m_command(new CodeLabel(this))
     , m_description(new StyledLabel(StyledLabel::Style::caption, Tint::secondary, this))
+    , m_note(new StyledLabel(StyledLabel::Style::caption, Tint::secondary, this))
     , m_open(new SheetButton(QStringLiteral("Open in Terminal"), this)) // the same in both languages
 {
     setObjectName(name);
     m_command->setObjectName(QStringLiteral("installCommand"));
     m_description->setObjectName(QStringLiteral("installDescription"));
+    m_note->setObjectName(QStringLiteral("installNote"));
+    m_note->hide();
     m_open->setObjectName(QStringLiteral("openInTerminal"));
     m_command->setTextInteractionFlags(Qt::TextSelectableByMouse);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, SettingsSection::endOfRow, 0);
     row->setSpacing(16);
-    row->addLayout(textColumn({m_command, m_description}), 1);
+    row->addLayout(textColumn({m_command, m_description, m_note}), 1);
     row->addWidget(m_open, 0, Qt::AlignVCenter);
     connect(m_open, &QPushButton::clicked, this, [this] { Q_EMIT asked(command()); });
 }
@@ -36,6 +39,12 @@ void BrewInstallRow::setCommand(const QString& command, const QString& descripti
     m_description->setText(description);
     m_open->setAccessibleName(m_open->text() + QStringLiteral(": ") + command);
     m_open->setAccessibleDescription(description);
+}
+
+void BrewInstallRow::setNote(const QString& note)
+{
+    m_note->setText(note);
+    m_note->setHidden(note.isEmpty());
 }
 
 QString BrewInstallRow::command() const

@@ -72,14 +72,19 @@ void FolderRow::connectParts()
 
 void FolderRow::choose()
 {
-    const AppLanguage language = settings().language.value();
-    auto* dialog = new QFileDialog(this, m_label.in(language), setting().value());
+    auto* dialog = new QFileDialog(this, {}, setting().value());
     dialog->setObjectName(QStringLiteral("folderDialog"));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setWindowModality(Qt::WindowModal);
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setOption(QFileDialog::ShowDirsOnly);
-    dialog->setLabelText(QFileDialog::Accept, pair(language, u"Select", u"Seleziona"));
+    const auto retranslate = [this, dialog] {
+        const AppLanguage language = settings().language.value();
+        dialog->setWindowTitle(m_label.in(language));
+        dialog->setLabelText(QFileDialog::Accept, pair(language, u"Select", u"Seleziona"));
+    };
+    connect(&settings(), &AppSettings::languageSet, dialog, retranslate);
+    retranslate();
     connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) { setting().set(path); });
     dialog->open();
 }

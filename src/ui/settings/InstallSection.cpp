@@ -24,6 +24,20 @@ QString sevenZipDescription(const QString& program, AppLanguage language)
         .arg(program);
 }
 
+/// Debian does not call the two free, and only what it calls free is offered to everybody.
+QString nonFreeNote(PackageManager manager, AppLanguage language)
+{
+    if (manager != PackageManager::apt)
+        return {};
+    return pair(language,
+                u"Debian keeps both in its “non-free” component: free of charge, but not free software. Where apt does "
+                u"not find them, switch it on first: add “non-free” behind “main” in /etc/apt/sources.list or "
+                u"/etc/apt/sources.list.d/debian.sources, then run “sudo apt update”.",
+                u"Debian li tiene nel componente “non-free”: gratuiti, ma non software libero. Se apt non li trova, "
+                u"attivalo prima: aggiungi “non-free” dopo “main” in /etc/apt/sources.list o in "
+                u"/etc/apt/sources.list.d/debian.sources, poi esegui “sudo apt update”.");
+}
+
 } // namespace
 
 InstallSection::InstallSection(const ViewPorts& ports, const QString& installerUrl, QWidget* parent)
@@ -52,6 +66,7 @@ void InstallSection::look()
     if (manager) {
         const ToolPackages packages = toolPackages(*manager);
         m_rar->setCommand(packages.rarCommand, rarDescription(packages.hasRar, language()));
+        m_rar->setNote(nonFreeNote(*manager, language()));
         m_sevenZip->setCommand(packages.sevenZipCommand, sevenZipDescription(packages.sevenZipProgram, language()));
     }
     m_warning->setVisible(!manager);

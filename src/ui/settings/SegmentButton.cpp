@@ -1,7 +1,6 @@
 #include "ui/settings/SegmentButton.h"
 
-#include "ui/kit/Theme.h"
-#include "ui/settings/FocusRing.h"
+#include "ui/kit/FocusRing.h"
 
 #include <QPainter>
 
@@ -27,7 +26,8 @@ void SegmentButton::paintEvent(QPaintEvent* /*event*/)
         painter.drawRoundedRect(body, radius - 1, radius - 1);
     }
     if (hasFocus())
-        drawFocusRing(painter, QRectF(rect()), theme, radius + 1);
+        drawFocusRing(painter, body.adjusted(1, 1, -1, -1), theme, radius - 2,
+                      isChecked() ? Tint::highlightedText : Tint::accent);
     painter.setPen(theme.color(isChecked() ? Tint::highlightedText : Tint::text));
     painter.drawText(rect(), Qt::AlignCenter, text());
 }

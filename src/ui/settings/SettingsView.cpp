@@ -4,6 +4,7 @@
 #include "config/Services.h"
 #include "engine/DownloadManager.h"
 #include "platform/desktop/Terminal.h"
+#include "ui/kit/FocusInSight.h"
 #include "ui/settings/CommandAlert.h"
 #include "ui/settings/DownloadSection.h"
 #include "ui/settings/ExtractionSection.h"
@@ -27,6 +28,7 @@ SettingsView::SettingsView(const ViewPorts& ports, QWidget* parent)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // everything wraps
     setFocusPolicy(Qt::NoFocus);
     layOut();
+    keepFocusInSight(*this);
     connect(m_install, &InstallSection::asked, this, &SettingsView::ask);
 }
 

@@ -1,7 +1,6 @@
 #include "ui/settings/ToggleSwitch.h"
 
-#include "ui/kit/Theme.h"
-#include "ui/settings/FocusRing.h"
+#include "ui/kit/FocusRing.h"
 #include "ui/settings/SettingsSection.h"
 
 #include <QPainter>

@@ -19,6 +19,7 @@ ToolRow::ToolRow(AppSettings& settings, const QString& name, bool builtIn, const
     : QWidget(parent)
     , m_settings(settings)
     , m_formats(formats)
+    , m_isBuiltIn(builtIn)
     , m_there(new GlyphLabel(Glyph::checkmarkCircleFill, Tint::green, iconSize, this))
     , m_missing(new GlyphLabel(Glyph::xmarkCircleFill, Tint::red, iconSize, this))
     , m_name(new CodeLabel(this))
@@ -32,7 +33,6 @@ ToolRow::ToolRow(AppSettings& settings, const QString& name, bool builtIn, const
     m_format->setObjectName(QStringLiteral("toolFormats"));
     m_builtIn->setObjectName(QStringLiteral("toolBuiltIn"));
     m_state->setObjectName(QStringLiteral("toolState"));
-    m_builtIn->setVisible(builtIn);
     layOut(name);
     connect(&settings, &AppSettings::languageSet, this, &ToolRow::retranslate);
     setAvailable(true);
@@ -61,6 +61,7 @@ void ToolRow::setAvailable(bool available)
     m_isAvailable = available;
     m_there->setVisible(available);
     m_missing->setVisible(!available);
+    m_builtIn->setVisible(m_isBuiltIn && available);
     retranslate();
 }
 

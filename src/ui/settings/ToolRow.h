@@ -27,6 +27,7 @@ private:
 
     AppSettings& m_settings;
     TextPair m_formats;
+    bool m_isBuiltIn;
     bool m_isAvailable = true;
     GlyphLabel* m_there;
     GlyphLabel* m_missing;

@@ -14,7 +14,7 @@ ToolsSection::ToolsSection(AppSettings& settings, const ToolWatch& tools, QWidge
         addRow(row);
         return row;
     };
-    add(u"unzip", true, {u"ZIP", u"ZIP"});
+    m_unzip = add(u"unzip", true, {u"ZIP", u"ZIP"});
     add(u"tar", true, {u"TAR, TAR.GZ, TAR.BZ2, TAR.XZ", u"TAR, TAR.GZ, TAR.BZ2, TAR.XZ"});
     m_unrar = add(u"unrar", false, {u"RAR, multi-part RAR", u"RAR, RAR multi-parte"});
     m_rar =
@@ -29,6 +29,7 @@ ToolsSection::ToolsSection(AppSettings& settings, const ToolWatch& tools, QWidge
 void ToolsSection::showTools()
 {
     const FoundTools& found = m_tools.tools();
+    m_unzip->setAvailable(found.unzip);
     m_unrar->setAvailable(found.unrar);
     m_rar->setAvailable(found.rar);
     m_sevenZip->setAvailable(found.sevenZip);

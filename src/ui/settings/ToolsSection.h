@@ -20,6 +20,7 @@ private:
     void retranslate();
 
     const ToolWatch& m_tools;
+    ToolRow* m_unzip;
     ToolRow* m_unrar;
     ToolRow* m_rar;
     ToolRow* m_sevenZip;

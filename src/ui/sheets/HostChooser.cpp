@@ -1,6 +1,7 @@
 #include "ui/sheets/HostChooser.h"
 
 #include "model/AppSettings.h"
+#include "ui/kit/FocusInSight.h"
 #include "ui/kit/SheetButton.h"
 #include "ui/kit/StyledLabel.h"
 #include "ui/sheets/HostButton.h"
@@ -44,6 +45,7 @@ QWidget* HostChooser::makeHostList()
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroll->setFocusPolicy(Qt::NoFocus);
     scroll->setWidget(m_hosts); // takes ownership
+    keepFocusInSight(*scroll);
     scroll->viewport()->setAutoFillBackground(false);
     m_hosts->setAutoFillBackground(false);
     m_hostColumn->setContentsMargins(0, 0, 0, 0);

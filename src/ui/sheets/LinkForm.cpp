@@ -4,12 +4,12 @@
 #include "ui/kit/SheetButton.h"
 #include "ui/kit/StyledLabel.h"
 #include "ui/sheets/CountLabel.h"
+#include "ui/sheets/LinkEditor.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QShortcut>
 
@@ -45,7 +45,7 @@ LinkForm::LinkForm(AppSettings& settings, const ResolverTables& resolvers, QWidg
     , m_resolvers(resolvers)
     , m_title(new StyledLabel(StyledLabel::Style::title, Tint::text, this))
     , m_prompt(new StyledLabel(StyledLabel::Style::body, Tint::secondary, this))
-    , m_editor(new QPlainTextEdit(this))
+    , m_editor(new LinkEditor(this))
     , m_directCount(new CountLabel(Glyph::arrowDownCircleFill, Tint::blue, QStringLiteral("directCount"), this))
     , m_containerCount(new CountLabel(Glyph::archiveboxFill, Tint::orange, QStringLiteral("containerCount"), this))
     , m_passwordBlock(new QWidget(this))
@@ -62,15 +62,9 @@ LinkForm::LinkForm(AppSettings& settings, const ResolverTables& resolvers, QWidg
 
 void LinkForm::setUpParts()
 {
-    constexpr int smallestEditor = 100;
-    constexpr int margin = 8;
     m_title->setObjectName(QStringLiteral("addTitle"));
     m_prompt->setObjectName(QStringLiteral("addPrompt"));
     m_editor->setObjectName(QStringLiteral("linkEditor"));
-    m_editor->setMinimumHeight(smallestEditor);
-    m_editor->document()->setDocumentMargin(margin);
-    m_editor->setTabChangesFocus(true);
-    m_editor->setLineWrapMode(QPlainTextEdit::NoWrap);
     m_editor->setPlaceholderText(QStringLiteral("https://..."));
     m_password->setObjectName(QStringLiteral("containerPassword"));
     m_password->setEchoMode(QLineEdit::Password);
@@ -119,7 +113,7 @@ void LinkForm::connectParts()
 {
     const auto* add = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Return), m_editor);
     connect(add, &QShortcut::activated, m_add, &QPushButton::click);
-    connect(m_editor, &QPlainTextEdit::textChanged, this, &LinkForm::readText);
+    connect(m_editor, &LinkEditor::textChanged, this, &LinkForm::readText);
     connect(m_cancel, &QPushButton::clicked, this, &LinkForm::cancelled);
     connect(m_add, &QPushButton::clicked, this, &LinkForm::accepted);
     connect(&m_settings, &AppSettings::languageSet, this, &LinkForm::retranslate);
@@ -144,10 +138,8 @@ void LinkForm::retranslate()
 
 void LinkForm::prefill()
 {
-    if (m_editor->toPlainText().isEmpty()) {
-        m_editor->setPlainText(joined(httpLinks(QGuiApplication::clipboard()->text())));
-        m_editor->moveCursor(QTextCursor::End);
-    }
+    if (m_editor->toPlainText().isEmpty())
+        m_editor->fill(joined(httpLinks(QGuiApplication::clipboard()->text())));
     m_editor->setFocus();
 }
 

@@ -7,13 +7,13 @@
 #include <optional>
 
 class QLineEdit;
-class QPlainTextEdit;
 class QPushButton;
 
 namespace vormel {
 
 class AppSettings;
 class CountLabel;
+class LinkEditor;
 class StyledLabel;
 
 /// Where links are pasted: the editor, what was recognised in it, and the password for containers. Settings and
@@ -51,7 +51,7 @@ private:
     LinkPaste m_links;
     StyledLabel* m_title;
     StyledLabel* m_prompt;
-    QPlainTextEdit* m_editor;
+    LinkEditor* m_editor;
     CountLabel* m_directCount;
     CountLabel* m_containerCount;
     QWidget* m_passwordBlock;

@@ -34,6 +34,12 @@ Page Sidebar::page() const
     return static_cast<Page>(qMax(0, currentRow()));
 }
 
+/// There is always a page, so no key and no click takes the selection away.
+QItemSelectionModel::SelectionFlags Sidebar::selectionCommand(const QModelIndex& index, const QEvent* /*event*/) const
+{
+    return index.isValid() ? QItemSelectionModel::ClearAndSelect : QItemSelectionModel::NoUpdate;
+}
+
 void Sidebar::retranslate()
 {
     const AppLanguage language = m_settings.language.value();

@@ -26,6 +26,10 @@ public:
 Q_SIGNALS:
     void pageChosen(vormel::Page page);
 
+protected:
+    [[nodiscard]] QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                                       const QEvent* event) const override;
+
 private:
     void retranslate();
 

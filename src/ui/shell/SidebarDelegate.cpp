@@ -1,6 +1,6 @@
 #include "ui/shell/SidebarDelegate.h"
 
-#include "ui/kit/Theme.h"
+#include "ui/kit/FocusRing.h"
 
 #include <QApplication>
 #include <QPainter>
@@ -18,12 +18,15 @@ void paintPlate(QPainter& painter, const QStyleOptionViewItem& option, const The
 {
     const bool isSelected = option.state.testFlag(QStyle::State_Selected);
     const bool isHovered = option.state.testFlag(QStyle::State_MouseOver);
-    if (!isSelected && !isHovered)
-        return;
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(theme.color(isSelected ? Tint::highlight : Tint::hairline));
-    painter.drawRoundedRect(option.rect, corner, corner);
+    if (isSelected || isHovered) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(theme.color(isSelected ? Tint::highlight : Tint::hairline));
+        painter.drawRoundedRect(option.rect, corner, corner);
+    }
+    if (option.state.testFlag(QStyle::State_HasFocus))
+        drawFocusRing(painter, QRectF(option.rect).adjusted(2, 2, -2, -2), theme, corner - 2,
+                      isSelected ? Tint::highlightedText : Tint::accent);
 }
 
 } // namespace

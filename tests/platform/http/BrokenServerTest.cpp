@@ -99,7 +99,9 @@ TEST_F(BrokenServerTest, aStatusLineThatIsNoneIsABadAnswer)
 {
     for (const Answer& answer :
          {Answer::raw("<html>hello</html>\r\n\r\n"), Answer::raw("SSH-2.0-hello\r\n"),
-          Answer::file().withStatusLine("HELLO 200 OK"), Answer::raw("HTTP/1.1 abc OK\r\n\r\n")}) {
+          Answer::file().withStatusLine("HELLO 200 OK"), Answer::raw("HTTP/1.1 abc OK\r\n\r\n"),
+          Answer::file().withStatusLine("http/1.1 200 OK"), Answer::file().withStatusLine("HTTP/1.1 2000 OK"),
+          Answer::file().withStatusLine("HTTP/1.1 200x OK")}) {
         const Recorder::Heard heard = getAnswer(answer);
         expectError(heard, Kind::BadServerResponse);
         EXPECT_TRUE(heard.blocks.empty());
@@ -137,6 +139,35 @@ TEST_F(BrokenServerTest, aLengthThatIsTooLargeToBeTrueIsUnknown)
         EXPECT_FALSE(heard.error) << heard.error->details.toStdString();
         EXPECT_EQ(heard.body.size(), 100 * kib);
     }
+}
+
+TEST_F(BrokenServerTest, aLengthThatIsNoNumberIsABadAnswerAndNotReadHalf)
+{
+    for (const char* length : {"0x10", "3e5", "1000x", "-5", "10,11", ""}) {
+        const Recorder::Heard heard = getAnswer(Answer::file().withContentLength(length));
+        expectError(heard, Kind::BadServerResponse);
+        EXPECT_TRUE(heard.body.isEmpty()) << length;
+    }
+}
+
+TEST_F(BrokenServerTest, twoDifferentLengthsAreABadAnswer)
+{
+    expectError(getAnswer(Answer::raw("HTTP/1.1 200 OK\r\nContent-Length: 3\r\nContent-Length: 5\r\n\r\nabcde")),
+                Kind::BadServerResponse);
+    const Recorder::Heard same =
+        getAnswer(Answer::raw("HTTP/1.1 200 OK\r\nContent-Length: 3\r\nContent-Length: 3\r\n\r\nabc"));
+    EXPECT_FALSE(same.error);
+    EXPECT_EQ(same.body, "abc");
+}
+
+TEST_F(BrokenServerTest, aFoldedFieldIsReadAsOne)
+{
+    const Recorder::Heard heard =
+        getAnswer(Answer::raw("HTTP/1.1 200 OK\r\nContent-Length: 2\r\nX: one\r\n  Content-Range: two\r\n\r\nok"));
+    EXPECT_FALSE(heard.error);
+    ASSERT_TRUE(heard.head);
+    EXPECT_EQ(heard.head->header("X"), "one Content-Range: two");
+    EXPECT_EQ(heard.head->header("Content-Range"), std::nullopt);
 }
 
 TEST_F(BrokenServerTest, aBodyWithoutALengthEndsWithItsFraming)

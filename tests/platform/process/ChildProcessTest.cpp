@@ -252,5 +252,22 @@ TEST_F(ChildProcessTest, twoProgramsRunSideBySide)
     EXPECT_EQ(first->output, "hi\n");
 }
 
+TEST_F(ChildProcessTest, programsGetTheEnvironmentThatIsGivenForThem)
+{
+    const auto answer = [this](ChildProcesses& of) {
+        std::optional<ChildEnd> end;
+        spawn(keepEnd(of, QStringLiteral("/bin/sh"), {QStringLiteral("-c"), QStringLiteral("echo $ONE-$TWO")}, end));
+        EXPECT_TRUE(waitUntil([&] { return end.has_value(); }));
+        return end.value_or(ChildEnd()).output.trimmed();
+    };
+    qputenv("ONE", "ours");
+    QProcessEnvironment given;
+    given.insert(QStringLiteral("TWO"), QStringLiteral("theirs"));
+    ChildProcesses inOther(given);
+    EXPECT_EQ(answer(processes), "ours-");
+    EXPECT_EQ(answer(inOther), "-theirs");
+    qunsetenv("ONE");
+}
+
 } // namespace
 } // namespace vormel

@@ -63,5 +63,16 @@ TEST_F(TrashTest, aMissingFileIsRefused)
     EXPECT_FALSE(trash.moveToTrash(sandbox.path(QStringLiteral("nothing"))));
 }
 
+TEST_F(TrashTest, aLinkGoesItselfAndNotWhatItLeadsTo)
+{
+    sandbox.write(QStringLiteral("folder/file"), "bytes");
+    const QString link = sandbox.path(QStringLiteral("link"));
+    ASSERT_TRUE(QFile::link(sandbox.path(QStringLiteral("folder")), link));
+    ASSERT_TRUE(trash.moveToTrash(link));
+    EXPECT_FALSE(QFileInfo(link).isSymLink());
+    EXPECT_TRUE(QFileInfo(sandbox.path(QStringLiteral("data/Trash/files/link"))).isSymLink());
+    EXPECT_EQ(sandbox.read(QStringLiteral("folder/file")), "bytes");
+}
+
 } // namespace
 } // namespace vormel

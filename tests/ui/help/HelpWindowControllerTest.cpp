@@ -4,6 +4,7 @@
 #include "fixtures/Workshop.h"
 #include "ui/Part.h"
 #include "ui/help/HelpView.h"
+#include "ui/kit/GlyphIcon.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -47,6 +48,7 @@ TEST_F(HelpWindowControllerTest, ShowsAWindowOfItsOwn)
     EXPECT_EQ(window.windowTitle(), u"Vormel");
     EXPECT_EQ(window.size(), QSize(500, 640));
     EXPECT_EQ(window.minimumSize(), QSize(420, 400));
+    EXPECT_EQ(window.windowIcon().pixmap(32, 32).toImage(), programIcon().pixmap(32, 32).toImage());
 }
 
 TEST_F(HelpWindowControllerTest, ASecondCallBringsTheOpenOneForward)

@@ -48,6 +48,21 @@ protected:
         QApplication::sendEvent(&page, &event);
         return event.isAccepted();
     }
+    /// What the other program is told of each step of a drag that proposes an action; no action where it is refused.
+    QList<Qt::DropAction> answers(Qt::DropActions possible, const QMimeData& data)
+    {
+        QList<Qt::DropAction> told;
+        const auto tell = [&](QDropEvent&& event) {
+            event.ignore();
+            QApplication::sendEvent(&page, &event);
+            told << (event.isAccepted() ? event.dropAction() : Qt::IgnoreAction);
+        };
+        tell(QDragEnterEvent({50, 50}, possible, &data, Qt::LeftButton, {}));
+        tell(QDragMoveEvent({60, 60}, possible, &data, Qt::LeftButton, {}));
+        tell(QDropEvent({60, 60}, possible, &data, Qt::LeftButton, {}));
+        turnEventLoop();
+        return told;
+    }
     bool drop(const QMimeData& data)
     {
         QDropEvent event({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, {});
@@ -190,6 +205,30 @@ TEST_F(DownloadQueueViewTest, DroppedTextAddsItsHttpLinks)
               (QStringList{QStringLiteral("https://H.example/a.zip"), QStringLiteral("http://h.example/c.zip")}));
 }
 
+TEST_F(DownloadQueueViewTest, NoDropIsEverAMove)
+{
+    // Where several are possible, Qt proposes to move.
+    const std::pair<Qt::DropActions, Qt::DropAction> proposals[] = {
+        {Qt::CopyAction, Qt::CopyAction},
+        {Qt::CopyAction | Qt::MoveAction, Qt::CopyAction},
+        {Qt::CopyAction | Qt::LinkAction, Qt::CopyAction},
+        {Qt::CopyAction | Qt::MoveAction | Qt::LinkAction, Qt::CopyAction},
+        {Qt::CopyAction | Qt::MoveAction | Qt::TargetMoveAction, Qt::CopyAction},
+        {Qt::LinkAction, Qt::LinkAction},
+        {Qt::MoveAction | Qt::LinkAction, Qt::LinkAction},
+        {Qt::MoveAction, Qt::IgnoreAction},
+    };
+    qsizetype added = 0;
+    for (const auto& [possible, taken] : proposals) {
+        QMimeData data;
+        data.setText(QStringLiteral("https://h.example/%1.zip").arg(added));
+        EXPECT_EQ(answers(possible, data), QList<Qt::DropAction>(3, taken)) << possible.toInt();
+        added += taken == Qt::IgnoreAction ? 0 : 1;
+        EXPECT_EQ(queue().size(), added) << possible.toInt();
+        EXPECT_FALSE(part("dropOverlay").isVisible());
+    }
+}
+
 TEST_F(DownloadQueueViewTest, DroppedAddressesAddTheirHttpLinksOnce)
 {
     QMimeData data;
@@ -304,16 +343,41 @@ TEST_F(DownloadQueueViewTest, TheReadOutShowsTheSpeedOfAllTransfers)
     EXPECT_EQ(part<QLabel>("totalSpeed").text(), item->speedText());
 }
 
-TEST_F(DownloadQueueViewTest, TabReachesEveryControl)
+TEST_F(DownloadQueueViewTest, TheReadOutIsEmptyWhileNothingIsDownloading)
+{
+    const auto run = [this](const char* url) {
+        const ItemPtr item = workshop.start(QString::fromLatin1(url));
+        workshop.http.last().head(200, {{"Content-Length", "100000000"}});
+        for (int i = 0; i < 4; ++i) {
+            workshop.http.last().data(QByteArray(1024 * 1024, 'x'));
+            workshop.clock.advance(std::chrono::milliseconds(500));
+        }
+        turnEventLoop();
+        EXPECT_EQ(item->status().kind(), DownloadStatus::downloading);
+        EXPECT_NE(part<QLabel>("totalSpeed").text(), u"");
+        return item;
+    };
+    const ItemPtr first = run("https://h.example/a.zip");
+    workshop.manager().commands().stopItems({first});
+    EXPECT_EQ(part<QLabel>("totalSpeed").text(), u"");
+    EXPECT_GT(workshop.manager().totalSpeedBytesPerSec(), 100); // keeps its last value
+    first->setStatus(DownloadStatus::resolving);
+    EXPECT_EQ(part<QLabel>("totalSpeed").text(), u"");
+    const ItemPtr second = run("https://h.example/b.zip");
+    workshop.manager().commands().removeItems({second->id()});
+    EXPECT_EQ(part<QLabel>("totalSpeed").text(), u"");
+}
+
+TEST_F(DownloadQueueViewTest, TabGoesThroughTheToolBarFromLeftToRightAndThenToTheList)
 {
     workshop.add(QStringLiteral("https://h.example/a.zip"));
     part("addURLs").setFocus();
     QStringList order;
-    for (int i = 0; i < 7; ++i) {
+    for (int i = 0; i < 8; ++i) {
         order << QApplication::focusWidget()->objectName();
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     }
-    EXPECT_EQ(order.join(u' '), u"addURLs startAll pauseAll clearCompleted clearExtracted speedCap queueView");
+    EXPECT_EQ(order.join(u' '), u"addURLs startAll pauseAll clearCompleted clearExtracted speedCap donate queueView");
 }
 
 TEST_F(DownloadQueueViewTest, ClearExtractedReachesTheQueue)

@@ -122,5 +122,18 @@ TEST_F(HeaderPresenter, SpeaksItsWholeHeader)
     EXPECT_EQ(accessibleText(header), u"My ·  film, Paused, 2 parts, 1 KB");
 }
 
+TEST_F(HeaderPresenter, TellsWhatAVerificationCameToInPlaceOfTheArchiveStep)
+{
+    add(DownloadStatus::completed).setExtractionStatus(ExtractionStatus::done);
+    DownloadItem& first = add(DownloadStatus::completed);
+    first.setVerification({VerificationResult::sound});
+    EXPECT_EQ(extraction().extractionText, u"·  Verified — all parts are sound");
+    EXPECT_EQ(extraction().verification, VerificationResult::sound);
+    EXPECT_EQ(extraction(italian).extractionText, u"·  Verificato — tutte le parti sono integre");
+    first.setVerification({});
+    EXPECT_EQ(extraction().extractionText, u"·  Extracted");
+    EXPECT_EQ(extraction().verification, VerificationResult::none);
+}
+
 } // namespace
 } // namespace vormel

@@ -113,13 +113,14 @@ TEST_F(PlaceKeeperTest, TheOnlyOneLeftOfAnOpenGroupStaysSelected)
     EXPECT_TRUE(view.selectionModel()->isSelected(row(8)));
 }
 
-TEST_F(PlaceKeeperTest, ASelectedFileThatJoinsAClosedGroupSelectsItsHeader)
+TEST_F(PlaceKeeperTest, OfASelectedFileThatJoinsAClosedGroupTheHeaderIsCurrentAndNotSelected)
 {
     const ItemPtr file = workshop.add(QStringLiteral("https://h.example/nameless"));
     select(model.indexOf(file->id()));
     file->setFilename(QStringLiteral("s0.part4.rar"));
     turnEventLoop();
     EXPECT_EQ(view.currentIndex(), header("s0"));
+    EXPECT_FALSE(view.selectedRow().isValid());
     EXPECT_FALSE(view.isExpanded(header("s0")));
 }
 
@@ -134,19 +135,44 @@ TEST_F(PlaceKeeperTest, ASelectedFileThatJoinsAnOpenGroupStaysSelected)
     EXPECT_EQ(view.currentIndex().parent(), header("s0"));
 }
 
-TEST_F(PlaceKeeperTest, ClosingAGroupSelectsItInsteadOfItsItem)
+TEST_F(PlaceKeeperTest, ClosingAGroupMakesItCurrentInsteadOfItsItemAndSelectsNothing)
 {
     view.expand(header("s1"));
     select(row(4));
     view.collapse(header("s1"));
     EXPECT_EQ(view.currentIndex(), header("s1"));
+    EXPECT_FALSE(view.selectedRow().isValid());
 }
 
-TEST_F(PlaceKeeperTest, TheNextRowIsSelectedWhenTheSelectedOneGoes)
+TEST_F(PlaceKeeperTest, TheNextRowIsCurrentWhenTheSelectedOneGoesAndNothingIsSelected)
 {
     select(header("s2"));
     remove({6, 7, 8});
     EXPECT_EQ(view.currentIndex(), header("s3"));
+    EXPECT_FALSE(view.selectedRow().isValid());
+}
+
+TEST_F(PlaceKeeperTest, TheNeighbourOfASelectedItemThatGoesInAResetIsNotSelected)
+{
+    view.expand(header("s5"));
+    select(row(16));
+    QList<int> scattered{16}; // so many single steps that everything is read anew
+    for (int i = 0; i < 60; i += 3) {
+        if (i / 3 != 5)
+            scattered << i;
+    }
+    remove(scattered);
+    EXPECT_EQ(view.currentIndex().parent(), header("s5"));
+    EXPECT_FALSE(view.selectedRow().isValid());
+}
+
+TEST_F(PlaceKeeperTest, ARowThatWasCurrentWithoutBeingSelectedStaysSo)
+{
+    view.selectionModel()->setCurrentIndex(header("s7"), QItemSelectionModel::NoUpdate);
+    workshop.manager().commands().moveGroups({7}, 0, model.groupIds());
+    turnEventLoop();
+    EXPECT_EQ(view.currentIndex(), header("s7"));
+    EXPECT_FALSE(view.selectedRow().isValid());
 }
 
 TEST_F(PlaceKeeperTest, TheListStaysWhereItIsWhenRowsAboveItGo)

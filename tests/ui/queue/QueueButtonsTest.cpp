@@ -87,12 +87,14 @@ protected:
     RenamePopover* popover() { return view.findChild<RenamePopover*>(); }
 };
 
-TEST_F(QueueButtonsTest, AClickOnAButtonRunsItAndSelectsNothing)
+TEST_F(QueueButtonsTest, AClickOnAButtonRunsItAndItsRowBecomesTheCurrentOne)
 {
     click(placeOf(rowLayout(plain()).buttons, RowButton::stop));
     EXPECT_EQ(items[2]->status().kind(), DownloadStatus::stopped);
-    EXPECT_TRUE(view.selectionModel()->selectedIndexes().isEmpty());
+    EXPECT_EQ(view.currentIndex(), plain());
+    EXPECT_EQ(view.selectedRow(), plain());
     click(placeOf(rowLayout(member(1)).buttons, RowButton::stop));
+    EXPECT_EQ(view.selectedRow(), member(1));
     EXPECT_EQ(items[1]->status().kind(), DownloadStatus::stopped);
     EXPECT_EQ(items[0]->status().kind(), DownloadStatus::paused);
     click(placeOf(headerLayout().buttons, RowButton::removeGroup));
@@ -135,6 +137,7 @@ TEST_F(QueueButtonsTest, TheButtonUnderThePointerIsSeen)
 {
     const QPoint place = placeOf(rowLayout(plain()).buttons, RowButton::remove);
     const QRect row = view.visualRect(plain());
+    view.setCurrentIndex(plain()); // a press does that
     QTest::mouseMove(view.viewport(), row.center());
     turnEventLoop();
     const QImage before = view.viewport()->grab(row).toImage();
@@ -286,6 +289,54 @@ TEST_F(QueueButtonsTest, DeleteRemovesARowOrAWholeGroup)
     QTest::keyClick(&view, Qt::Key_Delete); // nothing is selected
 }
 
+TEST_F(QueueButtonsTest, DeleteRemovesNothingThatNobodySelected)
+{
+    const auto expectNothingRemoved = [this](const char* why, std::size_t count = 3) {
+        EXPECT_FALSE(view.selectedRow().isValid()) << why;
+        QTest::keyClick(&view, Qt::Key_Delete);
+        EXPECT_EQ(workshop.manager().items().size(), count) << why;
+    };
+    QTest::keyClick(&view, Qt::Key_Tab); // the focus comes back by the keyboard, and a row with it
+    view.setFocus(Qt::TabFocusReason);
+    view.selectionModel()->setCurrentIndex(header(), QItemSelectionModel::NoUpdate);
+    expectNothingRemoved("a row that the focus came to");
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, rowLayout(plain()).name.center());
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, Qt::ControlModifier, rowLayout(plain()).name.center());
+    EXPECT_EQ(view.currentIndex(), plain());
+    expectNothingRemoved("a row that was deselected");
+    view.setCurrentIndex(member(0));
+    view.collapse(header());
+    EXPECT_EQ(view.currentIndex(), header());
+    expectNothingRemoved("the group of a row that was selected");
+    view.setCurrentIndex(plain());
+    workshop.manager().commands().removeItems({items[2]->id()}); // as extraction may, for instance
+    turnEventLoop();
+    EXPECT_TRUE(view.currentIndex().isValid());
+    expectNothingRemoved("the neighbour of a row that went", 2);
+}
+
+TEST_F(QueueButtonsTest, ARowRemovedByItsButtonLeavesNothingSelected)
+{
+    click(placeOf(rowLayout(plain()).buttons, RowButton::remove));
+    turnEventLoop();
+    EXPECT_EQ(workshop.manager().items().size(), 2U);
+    QTest::keyClick(&view, Qt::Key_Delete);
+    EXPECT_EQ(workshop.manager().items().size(), 2U);
+    QTest::keyClick(&view, Qt::Key_Space); // selects the current one
+    QTest::keyClick(&view, Qt::Key_Delete);
+    EXPECT_LT(workshop.manager().items().size(), 2U);
+}
+
+TEST_F(QueueButtonsTest, APressOnAHalfHiddenRowDoesNotScrollItAwayFromThePointer)
+{
+    view.resize(700, view.visualRect(plain()).center().y() + 6);
+    turnEventLoop();
+    const int before = view.visualRect(plain()).top();
+    click(placeOf(rowLayout(plain()).buttons, RowButton::stop));
+    EXPECT_EQ(view.visualRect(plain()).top(), before);
+    EXPECT_EQ(items[2]->status().kind(), DownloadStatus::stopped);
+}
+
 TEST_F(QueueButtonsTest, LeftAndRightCloseAndOpenAGroup)
 {
     view.setCurrentIndex(header());
@@ -295,13 +346,14 @@ TEST_F(QueueButtonsTest, LeftAndRightCloseAndOpenAGroup)
     EXPECT_TRUE(view.isExpanded(header()));
 }
 
-TEST_F(QueueButtonsTest, TheTriangleOpensAndClosesWithoutSelecting)
+TEST_F(QueueButtonsTest, TheTriangleOpensAndClosesAndItsRowBecomesTheCurrentOne)
 {
     click(headerLayout().disclosure.center());
     EXPECT_FALSE(view.isExpanded(header()));
     click(headerLayout().disclosure.center());
     EXPECT_TRUE(view.isExpanded(header()));
-    EXPECT_TRUE(view.selectionModel()->selectedIndexes().isEmpty());
+    EXPECT_EQ(view.currentIndex(), header());
+    EXPECT_EQ(view.selectedRow(), header());
 }
 
 TEST_F(QueueButtonsTest, AltAndArrowsMoveTheSelectedGroup)

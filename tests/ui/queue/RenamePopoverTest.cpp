@@ -103,12 +103,28 @@ TEST_F(RenamePopoverTest, CancelAndEscapeSaveNothing)
     EXPECT_EQ(second.count(), 0);
 }
 
-TEST_F(RenamePopoverTest, RemovesTheTagsOfTheRelease)
+TEST_F(RenamePopoverTest, RemovesTheTagsOfTheReleaseLetterByLetter)
 {
-    open(QStringLiteral("Some.Film.2024.1080p.WEB-DL.x264-GRP"));
-    click("removeTailTags");
-    EXPECT_TRUE(draft().startsWith(u"Some.Film"));
-    EXPECT_FALSE(draft().contains(u"1080p"));
+    const std::pair<const char16_t*, const char16_t*> names[] = {
+        {u"Some.Movie.2021.1080p.WEB-DL.x264-GRP", u"Some.Movie.2021"}, // codec and group, not an extension
+        {u"Some.Movie.2021.x264-GRP", u"Some.Movie.2021"},
+        {u"Some Movie 2021 2160p WEB DL DDP5 1 H 265-GRP", u"Some Movie 2021"},
+        {u"some_movie_2021_BluRay_x265", u"some_movie_2021"},
+        {u"Some.Show.S01E02.German.DL.720p.HDTV", u"Some.Show.S01E02.German.DL"},
+        {u"Some.Movie.2021.1080p", u"Some.Movie.2021"},
+        {u"Some.Movie.2021.1080p.mkv", u"Some.Movie.2021"},
+        {u"The.Multi.Show", u"The"},
+        {u"Some.Movie.v2.0", u"Some.Movie.v2.0"}, // no tag, nothing goes
+        {u"Some.Movie.2021", u"Some.Movie.2021"},
+        {u"1080p.Movie", u"1080p.Movie"}, // stands at the start
+        {u".1080p.x264", u".1080p.x264"}, // nothing would be left
+    };
+    for (const auto& [name, cleaned] : names) {
+        open(QString::fromUtf16(name));
+        click("removeTailTags");
+        EXPECT_EQ(draft(), cleaned);
+        closeAll();
+    }
 }
 
 TEST_F(RenamePopoverTest, TurnsDotsToSingleBlanks)

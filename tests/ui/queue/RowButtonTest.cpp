@@ -100,6 +100,7 @@ constexpr Text texts[] = {
     {RowButton::removeGroup, u"Remove group from list (deletes partial files)",
      u"Rimuovi il gruppo dalla lista (elimina i file parziali)"},
     {RowButton::extract, u"Extract", u"Estrai"},
+    {RowButton::stopExtraction, u"Stop extracting", u"Interrompi l'estrazione"},
 };
 
 TEST(RowButton, SaysWhatItDoesInBothLanguages)
@@ -122,7 +123,7 @@ TEST(RowButton, CallsTheFileViewerByItsNameOnEachDesktop)
 
 TEST(RowButton, PauseIsOrangeAndOnlyRemovalIsDestructive)
 {
-    for (int i = 0; i <= static_cast<int>(RowButton::extract); ++i) {
+    for (int i = 0; i <= static_cast<int>(RowButton::stopExtraction); ++i) {
         const auto button = static_cast<RowButton>(i);
         const bool isPause = button == RowButton::pause || button == RowButton::pauseGroup;
         const bool isRemoval = button == RowButton::remove || button == RowButton::removeGroup;

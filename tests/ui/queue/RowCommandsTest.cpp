@@ -99,6 +99,47 @@ TEST_F(RowCommandsTest, ShowsTheFileOfAnItemThatHasOne)
     EXPECT_EQ(desktop.viewer.shown, QStringList{QStringLiteral("/srv/a.zip")});
 }
 
+TEST_F(RowCommandsTest, VerifyOfAGroupTestsItsFirstVolumeAndFetchesABadOneAgain)
+{
+    workshop.settings().autoStartDownloads.set(true);
+    const DownloadGroup group = addSet(S::completed);
+    for (std::size_t i : {0U, 1U}) {
+        const QString name = group.items[i]->filename();
+        group.items[i]->setLocalPath(workshop.sandbox.write(QStringLiteral("Downloads/a/") + name, "x"));
+    }
+    workshop.tools.add(QStringLiteral("unrar"), "echo 'Cannot find volume a.part2.rar'; exit 3");
+    commands.run(RowButton::verifyGroup, group);
+    EXPECT_TRUE(fixtures::waitUntil([&group] { return group.items[1]->status() != S::completed; }));
+    EXPECT_EQ(group.items[0]->status().kind(), S::completed);
+    const QList<QStringList> calls = workshop.tools.calls(QStringLiteral("unrar"));
+    ASSERT_EQ(calls.size(), 1);
+    EXPECT_EQ(calls.front().front(), u"t");
+    EXPECT_EQ(calls.front().back(), *group.items[0]->localPath());
+}
+
+TEST_F(RowCommandsTest, VerifyOfAGroupWithoutItsFirstVolumeSaysAndDoesNothing)
+{
+    const DownloadGroup group = addSet(S::completed);
+    group.items[1]->setLocalPath(workshop.sandbox.write(QStringLiteral("Downloads/a/a.part2.rar"), "x"));
+    workshop.tools.add(QStringLiteral("unrar"));
+    commands.run(RowButton::verifyGroup, group);
+    turnEventLoop();
+    EXPECT_TRUE(workshop.tools.calls(QStringLiteral("unrar")).isEmpty());
+    EXPECT_EQ(group.items[1]->status().kind(), S::completed);
+}
+
+TEST_F(RowCommandsTest, ResyncOfAGroupIsForAllItsItems)
+{
+    const DownloadGroup group = addSet(S::paused);
+    workshop.sandbox.write(QStringLiteral("Downloads/a/a.part1.rar"), "x");
+    group.items[0]->setTotalBytes(1);
+    group.items[1]->setStatus(S::completed);
+    group.items[1]->setLocalPath(workshop.sandbox.path(QStringLiteral("Downloads/a/a.part2.rar"))); // gone
+    commands.run(RowButton::resyncGroup, group);
+    EXPECT_TRUE(fixtures::waitUntil(
+        [&group] { return group.items[0]->status() == S::completed && group.items[1]->status() != S::completed; }));
+}
+
 TEST_F(RowCommandsTest, PauseOfAGroupIsForItsRunningItems)
 {
     DownloadGroup group = addSet(S::downloading);

@@ -13,7 +13,7 @@ namespace {
 QList<RowContent> contents()
 {
     QList<RowContent> all;
-    for (RowLines::Int lines = 0; lines < 16; ++lines) {
+    for (RowLines::Int lines = 0; lines < 32; ++lines) {
         for (const QString& name : {QStringLiteral("a"), QStringLiteral("Long.name.").repeated(30)}) {
             for (const QString& status : {QStringLiteral("Paused"), QStringLiteral("Error: it broke ").repeated(20)}) {
                 for (const bool hasBar : {false, true}) {
@@ -64,10 +64,11 @@ TEST(RowLayout, TextLinesAreHighEnoughForTheirFonts)
 {
     const RowMetrics metrics(scaledFont(QApplication::font(), 2));
     RowContent content;
-    content.lines = RowLine::progress | RowLine::recovery | RowLine::extraction;
+    content.lines = RowLine::progress | RowLine::recovery | RowLine::extraction | RowLine::verification;
     const RowLayout layout(metrics, content, QRect(0, 0, 700, metrics.height(content.lines)), Qt::LeftToRight);
     EXPECT_GE(layout.name.height(), QFontMetrics(metrics.nameFont).height());
-    for (const QRect& rect : {layout.recovery, layout.bytes, layout.speed, layout.extractionText, layout.host})
+    for (const QRect& rect :
+         {layout.recovery, layout.bytes, layout.speed, layout.extractionText, layout.verification, layout.host})
         EXPECT_GE(rect.height(), QFontMetrics(metrics.captionFont).height());
 }
 

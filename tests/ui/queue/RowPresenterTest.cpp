@@ -136,5 +136,52 @@ TEST_F(RowPresenter, ToolTipHasTheWholeFailureAndNoMarkupFromOutside)
     EXPECT_TRUE(accessibleText(rowContent(item, english, now)).contains(message));
 }
 
+TEST_F(RowPresenter, TellsWhatAVerificationCameTo)
+{
+    struct Told
+    {
+        VerificationResult result;
+        QString inEnglish;
+        QString inItalian;
+    };
+    const QString detail = QStringLiteral("a.part3.rar");
+    const QList<Told> all{
+        {{VerificationResult::running}, QStringLiteral("Verifying…"), QStringLiteral("Verifica in corso…")},
+        {{VerificationResult::sound},
+         QStringLiteral("Verified — all parts are sound"),
+         QStringLiteral("Verificato — tutte le parti sono integre")},
+        {{VerificationResult::fetchedAgain, 1},
+         QStringLiteral("Verified — 1 damaged or missing part is downloaded again"),
+         QStringLiteral("Verificato — 1 parte danneggiata o mancante viene riscaricata")},
+        {{VerificationResult::fetchedAgain, 3},
+         QStringLiteral("Verified — 3 damaged or missing parts are downloaded again"),
+         QStringLiteral("Verificato — 3 parti danneggiate o mancanti vengono riscaricate")},
+        {{VerificationResult::damaged, 1, detail},
+         QStringLiteral("Verified — damaged or missing, and not in the list: a.part3.rar"),
+         QStringLiteral("Verificato — danneggiate o mancanti, e non nella lista: a.part3.rar")},
+        {{VerificationResult::passwordNeeded},
+         QStringLiteral("Not verified — the archive needs a password"),
+         QStringLiteral("Non verificato — l'archivio richiede una password")},
+        {{VerificationResult::busy},
+         QStringLiteral("Not verified — the archive is being extracted"),
+         QStringLiteral("Non verificato — l'archivio è in estrazione")},
+        {{VerificationResult::failed, 0, QStringLiteral("code 9")},
+         QStringLiteral("Verification failed: code 9"),
+         QStringLiteral("Verifica fallita: code 9")},
+    };
+    EXPECT_FALSE(rowLines(item).testFlag(RowLine::verification));
+    EXPECT_EQ(rowContent(item, english, now).verificationText, u"");
+    for (const Told& told : all) {
+        item.setVerification(told.result);
+        const RowContent content = rowContent(item, english, now);
+        EXPECT_TRUE(content.lines.testFlag(RowLine::verification));
+        EXPECT_EQ(content.verification, told.result.kind);
+        EXPECT_EQ(content.verificationText, told.inEnglish);
+        EXPECT_EQ(rowContent(item, italian, now).verificationText, told.inItalian);
+        EXPECT_TRUE(accessibleText(content).contains(told.inEnglish));
+        EXPECT_TRUE(rowToolTip(content).contains(told.inEnglish.toHtmlEscaped()));
+    }
+}
+
 } // namespace
 } // namespace vormel

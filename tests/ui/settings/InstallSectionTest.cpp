@@ -96,6 +96,27 @@ TEST_F(InstallSectionTest, TellsWhatACommandBrings)
     EXPECT_EQ(fixtures::partOf<QAbstractButton>(part("installRar"), "openInTerminal").text(), u"Open in Terminal");
 }
 
+TEST_F(InstallSectionTest, TellsOfNonFreeWhereDebiansPackagesAreUsed)
+{
+    EXPECT_EQ(
+        inRow("installRar", "installNote"),
+        u"Debian keeps both in its “non-free” component: free of charge, but not free software. Where apt does not "
+        u"find them, switch it on first: add “non-free” behind “main” in /etc/apt/sources.list or "
+        u"/etc/apt/sources.list.d/debian.sources, then run “sudo apt update”.");
+    EXPECT_TRUE(fixtures::partOf<QLabel>(part("installRar"), "installNote").isVisible());
+    EXPECT_FALSE(fixtures::partOf<QLabel>(part("installSevenZip"), "installNote").isVisible());
+    useItalian();
+    EXPECT_EQ(inRow("installRar", "installNote"),
+              u"Debian li tiene nel componente “non-free”: gratuiti, ma non software libero. Se apt non li trova, "
+              u"attivalo prima: aggiungi “non-free” dopo “main” in /etc/apt/sources.list o in "
+              u"/etc/apt/sources.list.d/debian.sources, poi esegui “sudo apt update”.");
+    for (const PackageManager other :
+         {PackageManager::brew, PackageManager::dnf, PackageManager::pacman, PackageManager::zypper}) {
+        use(other);
+        EXPECT_FALSE(fixtures::partOf<QLabel>(part("installRar"), "installNote").isVisible());
+    }
+}
+
 TEST_F(InstallSectionTest, InstallingAPackageManagerIsOfferedOnlyWithAnAddress)
 {
     desktop.managers.manager = std::nullopt;

@@ -26,6 +26,7 @@ protected:
         }
         return all;
     }
+    ToolsSectionTest() { install("unzip"); }
     void install(const char* tool)
     {
         workshop.tools.add(QString::fromLatin1(tool));
@@ -64,6 +65,18 @@ TEST_F(ToolsSectionTest, AToolTurnsUpWhenItIsInstalled)
     workshop.tools.remove(QStringLiteral("unrar"));
     desktop.tools.look();
     EXPECT_EQ(rows().at(2), u"unrar|RAR, multi-part RAR||Not installed||missing");
+}
+
+TEST_F(ToolsSectionTest, UnzipIsAvailableOnlyWhereItIs)
+{
+    EXPECT_EQ(rows().front(), u"unzip|ZIP|built-in|Available|there|");
+    workshop.tools.remove(QStringLiteral("unzip"));
+    desktop.tools.look();
+    EXPECT_EQ(rows().front(), u"unzip|ZIP||Not installed||missing");
+    useItalian();
+    EXPECT_EQ(rows().front(), u"unzip|ZIP||Non installato||missing");
+    install("unzip");
+    EXPECT_EQ(rows().front(), u"unzip|ZIP|integrato|Disponibile|there|");
 }
 
 TEST_F(ToolsSectionTest, AnyNameOfSevenZipWillDo)

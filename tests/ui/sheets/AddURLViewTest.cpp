@@ -12,6 +12,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -73,6 +74,18 @@ TEST_F(AddURLViewTest, TakesTheLinksOfTheClipboardAndIsReadyToType)
     open();
     EXPECT_EQ(part<QPlainTextEdit>("linkEditor").toPlainText(), u"https://a.example/1\nhttp://c.example/3");
     EXPECT_EQ(sheet.focusWidget(), &part<QPlainTextEdit>("linkEditor"));
+}
+
+TEST_F(AddURLViewTest, ShowsTheBeginningOfLongLinksOfTheClipboardAndIsReadyAtTheirEnd)
+{
+    const QString link = QStringLiteral("https://a.example/") + QStringLiteral("long-").repeated(200);
+    QGuiApplication::clipboard()->setText(link + QStringLiteral("1\n") + link + QStringLiteral("2"));
+    open();
+    fixtures::turnEventLoop();
+    const auto& editor = part<QPlainTextEdit>("linkEditor");
+    EXPECT_GT(editor.horizontalScrollBar()->maximum(), 0);
+    EXPECT_EQ(editor.horizontalScrollBar()->value(), 0);
+    EXPECT_TRUE(editor.textCursor().atEnd());
 }
 
 TEST_F(AddURLViewTest, KeepsTextThatIsThere)

@@ -139,6 +139,8 @@ TEST_F(MainMenuTest, TheSelectionMenuHasTheCommandsOfTheSelectedRow)
     EXPECT_EQ(item->status().kind(), DownloadStatus::stopped);
     workshop.settings().language.set(AppLanguage::italian);
     EXPECT_TRUE(selectionTexts().startsWith(u"Avvia — reinserisci nella coda|"));
+    list.clearSelection(); // the row stays the current one
+    EXPECT_EQ(selectionTexts(), u"Nessuna selezione");
     workshop.manager().commands().removeItems({item->id()});
     EXPECT_EQ(selectionTexts(), u"Nessuna selezione");
 }

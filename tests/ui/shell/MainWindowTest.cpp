@@ -14,6 +14,7 @@
 #include <QApplication>
 #include <QLabel>
 #include <QListWidget>
+#include <QScrollBar>
 #include <QTest>
 #include <QTimer>
 
@@ -74,6 +75,42 @@ TEST_F(MainWindowTest, ArrowKeysInTheSidebarChangeThePageAndItsTitle)
     QTest::keyClick(&sidebar, Qt::Key_Down);
     EXPECT_EQ(window.windowTitle(), u"Settings — Vormel");
     EXPECT_EQ(window.page(), Page::settings);
+}
+
+TEST_F(MainWindowTest, TabGoesFromTheSidebarThroughTheToolBarToTheList)
+{
+    workshop.add(QStringLiteral("https://h.example/a.zip"));
+    part("sidebar").setFocus();
+    QStringList order;
+    for (int i = 0; i < 9; ++i) {
+        order << QApplication::focusWidget()->objectName();
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    EXPECT_EQ(order.join(u' '),
+              u"sidebar addURLs startAll pauseAll clearCompleted clearExtracted speedCap donate queueView");
+    EXPECT_EQ(QApplication::focusWidget(), &part("sidebar"));
+}
+
+TEST_F(MainWindowTest, TabBringsWhatItReachesOnAScrolledPageIntoSight)
+{
+    window.showPage(Page::settings);
+    fixtures::turnEventLoop();
+    auto& page = part<SettingsView>("settingsView");
+    const auto isInSight = [&page] {
+        const QWidget& focused = *QApplication::focusWidget();
+        return page.viewport()->rect().contains(QRect(focused.mapTo(page.viewport(), QPoint()), focused.size()));
+    };
+    page.verticalScrollBar()->setValue(page.verticalScrollBar()->maximum());
+    part("sidebar").setFocus();
+    QTest::keyClick(&part("sidebar"), Qt::Key_Tab);
+    ASSERT_TRUE(page.isAncestorOf(QApplication::focusWidget()));
+    EXPECT_TRUE(isInSight());
+    EXPECT_LT(page.verticalScrollBar()->value(), page.verticalScrollBar()->maximum());
+    part("sidebar").setFocus();
+    page.verticalScrollBar()->setValue(0);
+    QTest::keyClick(&part("sidebar"), Qt::Key_Backtab); // to the last of the page
+    ASSERT_TRUE(page.isAncestorOf(QApplication::focusWidget()));
+    EXPECT_TRUE(isInSight());
 }
 
 TEST_F(MainWindowTest, SpeaksItalian)

@@ -1,0 +1,86 @@
+#include "archive/workspace/RepairFolder.h"
+
+#include "archive/SetVolumes.h"
+#include "model/SetName.h"
+#include "platform/storage/CarefulMove.h"
+#include "platform/storage/UniqueDestination.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+
+namespace vormel {
+
+namespace {
+
+/// Tools take some characters of a name for patterns; none of these is one.
+const QString plainBase = QStringLiteral("volume");
+
+bool looksLikeRar(const QString& path)
+{
+    QFile file(path);
+    return file.open(QFile::ReadOnly) && file.read(6) == "Rar!\x1a\x07";
+}
+
+/// Keeps what stands at the path under a name of its own. False if something stands there still.
+bool setAside(const QString& path, const QString& aside)
+{
+    return ::link(QFile::encodeName(path).constData(), QFile::encodeName(aside).constData()) == 0 ||
+           moveWithoutReplacing(path, aside) == 0;
+}
+
+} // namespace
+
+RepairFolder::RepairFolder(WorkFolder folder)
+    : m_folder(std::move(folder))
+{}
+
+RepairFolder RepairFolder::make(const QString& archive)
+{
+    const QFileInfo first(archive);
+    RepairFolder folder(WorkFolder::make(first.path()));
+    folder.m_archive = archive;
+    folder.m_setPath = first.path() + u'/' + setBaseName(first.fileName());
+    folder.link(volumesOfSet(archive));
+    return folder;
+}
+
+void RepairFolder::link(const QStringList& volumes)
+{
+    const QString plainPath = m_folder.path() + u'/' + plainBase;
+    QStringList links;
+    for (const QString& volume : volumes) {
+        const QString link = plainPath + volume.mid(m_setPath.size());
+        if (!QFileInfo(volume).isFile() || !QFile::link(volume, link))
+            continue;
+        if (isRarPart(link) && looksLikeRar(link))
+            links << link;
+    }
+    if (!links.isEmpty())
+        m_archive = *std::min_element(links.begin(), links.end(),
+                                      [](const QString& a, const QString& b) { return partNumber(a) < partNumber(b); });
+}
+
+QStringList RepairFolder::adopt()
+{
+    QStringList changed;
+    const QDir folder(m_folder.path());
+    for (const QFileInfo& made : folder.entryInfoList(QDir::Files | QDir::NoSymLinks | QDir::Hidden, QDir::Name)) {
+        if (!isSetMember(made.fileName()) || made.size() == 0)
+            continue;
+        const QString place = m_setPath + made.fileName().mid(plainBase.size());
+        const QString bad = uniqueDestination(place + QStringLiteral(".bad"));
+        if (setAside(place, bad))
+            changed << bad;
+        if (::rename(QFile::encodeName(made.filePath()).constData(), QFile::encodeName(place).constData()) == 0)
+            changed << place;
+    }
+    return changed;
+}
+
+} // namespace vormel

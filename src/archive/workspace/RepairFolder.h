@@ -1,0 +1,35 @@
+#pragma once
+
+#include "archive/workspace/WorkFolder.h"
+
+#include <QHash>
+
+namespace vormel {
+
+/// Where a set of volumes is repaired: a work folder beside them with symbolic links to them under plain names. The
+/// tool renames and rewrites only what lies in there, so that a kill in the middle leaves the set as it was. Not for
+/// the UI thread.
+class RepairFolder
+{
+public:
+    /// By the first volume. Where there can be no links, the set itself is what the tool works on. Throws
+    /// DestinationError.
+    [[nodiscard]] static RepairFolder make(const QString& archive);
+
+    /// What to hand to the tool: a volume that it will recognise as one.
+    [[nodiscard]] const QString& archive() const { return m_archive; }
+
+    /// Puts what the tool rebuilt into the place of the volumes, which are kept as "*.bad" where there are any. Gives
+    /// the paths of both.
+    [[nodiscard]] QStringList adopt();
+
+private:
+    explicit RepairFolder(WorkFolder folder);
+    void link(const QStringList& volumes);
+
+    WorkFolder m_folder;
+    QString m_archive;
+    QString m_setPath; ///< of any volume, up to where their names differ
+};
+
+} // namespace vormel

@@ -1,0 +1,312 @@
+#include "archive/workspace/WorkFolder.h"
+
+#include "archive/ExtractionError.h"
+#include "archive/workspace/OrdinaryUser.h"
+#include "archive/workspace/Trees.h"
+#include "archive/workspace/WorkMark.h"
+#include "fixtures/Sandbox.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <optional>
+#include <utility>
+
+namespace vormel {
+namespace {
+
+constexpr QDir::Filters everything = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
+
+class WorkFolderTest : public ::testing::Test
+{
+protected:
+    WorkFolderTest() { QDir().mkpath(destination()); }
+
+    [[nodiscard]] QString destination() const { return sandbox.path(QStringLiteral("dest")); }
+    [[nodiscard]] static QStringList namesOf(const QString& folder) { return QDir(folder).entryList(everything); }
+    [[nodiscard]] static QString marked(const WorkFolder& work) { return QFileInfo(work.path()).path(); }
+
+    /// What a program leaves that is killed while it unpacks; gives the name of the folder.
+    [[nodiscard]] QString leaveBehind() const
+    {
+        runAndBeKilled([this] {
+            const WorkFolder work = WorkFolder::make(destination());
+            writeIn(work.filesHandle(), "half", "half");
+            ::raise(SIGKILL);
+        });
+        return destination() + u'/' + namesOf(destination()).filter(QStringLiteral(".vormel-unpack-")).value(0);
+    }
+    void sweep() const { removeAbandonedWorkFolders({destination()}); }
+
+    [[nodiscard]] static QString failureAt(const QString& destination)
+    {
+        try {
+            static_cast<void>(WorkFolder::make(destination));
+        } catch (const DestinationError& error) {
+            return error.errorDescription();
+        }
+        return {};
+    }
+
+    fixtures::Sandbox sandbox;
+};
+
+TEST_F(WorkFolderTest, liesHiddenInTheDestinationForItsOwnerOnly)
+{
+    const WorkFolder work = WorkFolder::make(destination());
+    EXPECT_EQ(work.destination(), destination());
+    ASSERT_EQ(namesOf(destination()).size(), 1);
+    const QString name = namesOf(destination()).front();
+    EXPECT_TRUE(name.startsWith(QStringLiteral(".vormel-unpack-")) && name.size() == 21) << name.toStdString();
+    struct stat facts = {};
+    ASSERT_EQ(::lstat(QFile::encodeName(destination() + u'/' + name).constData(), &facts), 0);
+    EXPECT_EQ(facts.st_mode & ALLPERMS, 0700U);
+}
+
+TEST_F(WorkFolderTest, theToolFindsItEmpty)
+{
+    const WorkFolder work = WorkFolder::make(destination());
+    EXPECT_TRUE(work.path().startsWith(destination() + u'/'));
+    EXPECT_TRUE(QFileInfo(work.path()).isDir());
+    EXPECT_TRUE(namesOf(work.path()).isEmpty());
+}
+
+TEST_F(WorkFolderTest, eachOneIsAnother)
+{
+    const WorkFolder first = WorkFolder::make(destination());
+    const WorkFolder second = WorkFolder::make(destination());
+    EXPECT_NE(first.path(), second.path());
+}
+
+TEST_F(WorkFolderTest, goesWithAllThatIsInIt)
+{
+    {
+        const WorkFolder work = WorkFolder::make(destination());
+        writeIn(work.filesHandle(), "file", "x");
+        QDir(work.path()).mkpath(QStringLiteral("a/b/c"));
+        ASSERT_EQ(::mkfifoat(work.filesHandle(), "pipe", 0600), 0);
+        ASSERT_EQ(::symlinkat("/etc", work.filesHandle(), "link"), 0);
+    }
+    EXPECT_TRUE(namesOf(destination()).isEmpty());
+}
+
+TEST_F(WorkFolderTest, goesWithFoldersThatCanNeitherBeListedNorEnteredNorChanged)
+{
+    const OrdinaryUser user;
+    for (const mode_t mode : {0555U, 0311U, 0111U, 0000U}) {
+        {
+            const WorkFolder work = WorkFolder::make(destination());
+            QDir(work.path()).mkpath(QStringLiteral("closed/inner"));
+            ASSERT_EQ(::fchmodat(work.filesHandle(), "closed", mode, 0), 0);
+            ASSERT_EQ(::chmod(QFile::encodeName(work.path()).constData(), mode), 0);
+        }
+        EXPECT_TRUE(namesOf(destination()).isEmpty()) << mode;
+    }
+}
+
+TEST_F(WorkFolderTest, goesHoweverDeepItsFoldersAre)
+{
+    {
+        std::optional<WorkFolder> work = WorkFolder::make(destination());
+        writeIn(makeDeepFolders(work->filesHandle()).get(), "file", "x");
+        runInNarrowPlace([&work] { work.reset(); });
+    }
+    EXPECT_TRUE(namesOf(destination()).isEmpty());
+}
+
+TEST_F(WorkFolderTest, movingItMovesTheDutyToRemoveIt)
+{
+    std::optional<WorkFolder> kept;
+    {
+        WorkFolder work = WorkFolder::make(sandbox.path(QStringLiteral("new/dest")));
+        kept.emplace(std::move(work));
+    }
+    EXPECT_TRUE(QFileInfo(kept->path()).isDir());
+    kept.reset();
+    EXPECT_FALSE(sandbox.exists(QStringLiteral("new")));
+}
+
+TEST_F(WorkFolderTest, aDestinationThatIsMovedAwayIsLeftCleanToo)
+{
+    {
+        const WorkFolder work = WorkFolder::make(destination());
+        writeIn(work.filesHandle(), "file", "x");
+        ASSERT_TRUE(QDir().rename(destination(), sandbox.path(QStringLiteral("moved"))));
+        sandbox.write(QStringLiteral("dest/own"), "mine");
+    }
+    EXPECT_TRUE(namesOf(sandbox.path(QStringLiteral("moved"))).isEmpty());
+    EXPECT_EQ(sandbox.read(QStringLiteral("dest/own")), "mine");
+}
+
+TEST_F(WorkFolderTest, foldersMadeForTheDestinationGoAgainWhenNothingIsInThem)
+{
+    const QString deep = sandbox.path(QStringLiteral("dest/a/b/c"));
+    {
+        const WorkFolder work = WorkFolder::make(deep);
+        EXPECT_TRUE(QFileInfo(deep).isDir());
+        writeIn(work.filesHandle(), "file", "x");
+    }
+    EXPECT_TRUE(QFileInfo(destination()).isDir());
+    EXPECT_TRUE(namesOf(destination()).isEmpty());
+}
+
+TEST_F(WorkFolderTest, foldersMadeForTheDestinationStayWhenSomethingIsInThem)
+{
+    {
+        const WorkFolder work = WorkFolder::make(sandbox.path(QStringLiteral("dest/a/b/c")));
+        sandbox.write(QStringLiteral("dest/a/note"), "mine");
+    }
+    EXPECT_EQ(namesOf(sandbox.path(QStringLiteral("dest/a"))), QStringList{QStringLiteral("note")});
+}
+
+TEST_F(WorkFolderTest, aDestinationMadeForOneRunStaysWhileAnotherWorksInIt)
+{
+    const QString made = sandbox.path(QStringLiteral("dest/made"));
+    std::optional<WorkFolder> first = WorkFolder::make(made);
+    const WorkFolder second = WorkFolder::make(made);
+    first.reset();
+    EXPECT_TRUE(QFileInfo(second.path()).isDir());
+}
+
+TEST_F(WorkFolderTest, whatCannotBeMadeIsToldInTheSystemsWords)
+{
+    sandbox.write(QStringLiteral("dest/file"), "x");
+    EXPECT_EQ(failureAt(sandbox.path(QStringLiteral("dest/file"))), u"Not a directory");
+    EXPECT_EQ(failureAt(sandbox.path(QStringLiteral("dest/file/below"))), u"Not a directory");
+    ASSERT_EQ(::symlink("nowhere", sandbox.path(QStringLiteral("dest/link")).toUtf8().constData()), 0);
+    EXPECT_EQ(failureAt(sandbox.path(QStringLiteral("dest/link"))), u"No such file or directory");
+}
+
+TEST_F(WorkFolderTest, aDestinationThatCannotBeWrittenToIsToldAndNothingIsLeftInIt)
+{
+    const OrdinaryUser user;
+    ASSERT_TRUE(QFile::setPermissions(destination(), QFile::ReadOwner | QFile::ExeOwner));
+    EXPECT_EQ(failureAt(destination()), u"Permission denied");
+    EXPECT_EQ(failureAt(destination() + QStringLiteral("/a/b")), u"Permission denied");
+    ASSERT_TRUE(QFile::setPermissions(destination(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    EXPECT_TRUE(namesOf(destination()).isEmpty());
+}
+
+TEST_F(WorkFolderTest, aDestinationThatIsReachedByALinkIsUsed)
+{
+    ASSERT_EQ(::symlink("dest", sandbox.path(QStringLiteral("alias")).toUtf8().constData()), 0);
+    const WorkFolder work = WorkFolder::make(sandbox.path(QStringLiteral("alias")));
+    EXPECT_EQ(namesOf(destination()).size(), 1);
+}
+
+TEST_F(WorkFolderTest, whatAKilledProgramLeftIsFoundAndRemoved)
+{
+    sandbox.write(QStringLiteral("dest/own"), "mine");
+    const QString left = leaveBehind();
+    ASSERT_TRUE(QFileInfo(left + QStringLiteral("/files/half")).exists());
+    sweep();
+    EXPECT_EQ(namesOf(destination()), QStringList{QStringLiteral("own")});
+}
+
+TEST_F(WorkFolderTest, oneThatIsInUseIsNotAbandoned)
+{
+    const WorkFolder work = WorkFolder::make(destination());
+    writeIn(work.filesHandle(), "file", "x");
+    sweep();
+    EXPECT_EQ(readIn(work.filesHandle(), "file"), "x");
+    EXPECT_TRUE(QFileInfo(work.path() + QStringLiteral("/file")).exists());
+}
+
+TEST_F(WorkFolderTest, aFolderOfSuchANameWithoutTheMarkIsTheUsersOwn)
+{
+    sandbox.write(QStringLiteral("dest/.vormel-unpack-abcdef/files/own"), "mine");
+    sandbox.write(QStringLiteral("dest/.vormel-unpack-empty1/files/own"), "mine");
+    sandbox.write(QStringLiteral("dest/.vormel-unpack-empty1/%1").arg(QLatin1StringView(workMarkName)), "");
+    sandbox.write(QStringLiteral("dest/.vormel-unpack-other1/files/own"), "mine");
+    sandbox.write(QStringLiteral("dest/.vormel-unpack-other1/%1").arg(QLatin1StringView(workMarkName)),
+                  "Vormel unpacks");
+    const QStringList before = sandbox.files();
+    sweep();
+    EXPECT_EQ(sandbox.files(), before);
+}
+
+TEST_F(WorkFolderTest, aMarkedFolderOfAnotherNameIsTheUsersOwn)
+{
+    const QString left = leaveBehind();
+    ASSERT_TRUE(QDir().rename(left, destination() + QStringLiteral("/mine")));
+    sweep();
+    EXPECT_EQ(namesOf(destination()), QStringList{QStringLiteral("mine")});
+}
+
+TEST_F(WorkFolderTest, aLinkToALeftFolderIsNotFollowed)
+{
+    const QString left = leaveBehind();
+    QDir().mkpath(sandbox.path(QStringLiteral("other")));
+    const QString link = sandbox.path(QStringLiteral("other/.vormel-unpack-abcdef"));
+    ASSERT_EQ(::symlink(QFile::encodeName(left).constData(), QFile::encodeName(link).constData()), 0);
+    removeAbandonedWorkFolders({sandbox.path(QStringLiteral("other"))});
+    EXPECT_TRUE(QFileInfo(left + QStringLiteral("/files/half")).exists());
+    EXPECT_TRUE(QFileInfo(link).isSymLink());
+}
+
+TEST_F(WorkFolderTest, onlyTheFoldersThemselvesAreLookedAt)
+{
+    const QString left = leaveBehind();
+    removeAbandonedWorkFolders({sandbox.root()});
+    EXPECT_TRUE(QFileInfo(left).isDir());
+}
+
+TEST_F(WorkFolderTest, aPipeInPlaceOfTheMarkHoldsNothingUp)
+{
+    QDir().mkpath(destination() + QStringLiteral("/.vormel-unpack-abcdef"));
+    const QString mark = destination() + QStringLiteral("/.vormel-unpack-abcdef/") + QLatin1StringView(workMarkName);
+    ASSERT_EQ(::mkfifo(QFile::encodeName(mark).constData(), 0600), 0);
+    sweep();
+    EXPECT_TRUE(QFileInfo(mark).exists());
+}
+
+TEST_F(WorkFolderTest, foldersThatAreGoneOrCannotBeListedArePassedOver)
+{
+    const QString left = leaveBehind();
+    const OrdinaryUser user;
+    const QString closed = sandbox.path(QStringLiteral("closed"));
+    QDir().mkpath(closed);
+    ASSERT_TRUE(QFile::setPermissions(closed, QFile::ExeOwner));
+    removeAbandonedWorkFolders({QStringLiteral("/no/such/folder"), closed, destination()});
+    EXPECT_FALSE(QFileInfo::exists(left));
+    ASSERT_TRUE(QFile::setPermissions(closed, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+}
+
+TEST_F(WorkFolderTest, whatAnotherUserLeftIsNotOurs)
+{
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "only root can give a file away";
+    const QString left = leaveBehind();
+    constexpr uid_t somebody = 12345;
+    const QString mark = left + u'/' + QLatin1StringView(workMarkName);
+    ASSERT_EQ(::chown(QFile::encodeName(mark).constData(), somebody, somebody), 0);
+    sweep();
+    EXPECT_TRUE(QFileInfo(left + QStringLiteral("/files/half")).exists());
+}
+
+TEST_F(WorkFolderTest, whatCouldNotBeRemovedKeepsTheMarkAndIsFoundNextTime)
+{
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "only root can give a folder away";
+    std::optional<WorkFolder> work = WorkFolder::make(destination());
+    QDir(work->path()).mkpath(QStringLiteral("theirs/inner"));
+    constexpr uid_t somebody = 12345;
+    ASSERT_EQ(::fchownat(work->filesHandle(), "theirs", somebody, somebody, 0), 0);
+    {
+        const OrdinaryUser user;
+        work.reset();
+    }
+    EXPECT_EQ(namesOf(destination()).size(), 1);
+    sweep();
+    EXPECT_TRUE(namesOf(destination()).isEmpty());
+}
+
+} // namespace
+} // namespace vormel

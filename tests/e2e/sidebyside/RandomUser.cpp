@@ -1,0 +1,319 @@
+#include "e2e/sidebyside/RandomUser.h"
+
+#include "fixtures/EventLoop.h"
+
+namespace vormel::e2e {
+
+using namespace std::chrono_literals;
+
+RandomUser::RandomUser(Scene& scene, unsigned seed)
+    : m_scene(scene)
+    , m_random(seed)
+{}
+
+void RandomUser::act()
+{
+    struct Row
+    {
+        unsigned weight;
+        Deed deed;
+    };
+    static constexpr Row rows[]{
+        {12, &RandomUser::startAll},      {1, &RandomUser::pauseAll},    {6, &RandomUser::pauseRow},
+        {8, &RandomUser::startRow},       {4, &RandomUser::stopRow},     {4, &RandomUser::startGroup},
+        {2, &RandomUser::stopGroup},      {5, &RandomUser::retryRow},    {5, &RandomUser::redownloadRow},
+        {1, &RandomUser::removeRow},      {1, &RandomUser::removeGroup}, {3, &RandomUser::moveGroup},
+        {5, &RandomUser::renameGroup},    {7, &RandomUser::resyncRow},   {2, &RandomUser::resyncAll},
+        {2, &RandomUser::verifyGroup},    {5, &RandomUser::extractRow},  {3, &RandomUser::stopExtraction},
+        {8, &RandomUser::answerPassword}, {8, &RandomUser::saveFile},    {5, &RandomUser::holdTools},
+        {10, &RandomUser::releaseServer}, {1, &RandomUser::restart},     {3, &RandomUser::kill},
+    };
+    unsigned total = 0;
+    for (const Row& row : rows)
+        total += row.weight;
+    unsigned choice = below(total);
+    const Row* row = rows;
+    for (; choice >= row->weight; ++row)
+        choice -= row->weight;
+    (this->*row->deed)();
+    let();
+}
+
+/// Time goes on: until something changes in the queue, or nothing seems to; and on the engine's clock.
+void RandomUser::let()
+{
+    constexpr unsigned longest = 25;
+    const int before = m_scene.changes();
+    (void)fixtures::waitUntil([&] { return m_scene.changes() != before; }, std::chrono::milliseconds(below(longest)));
+    constexpr unsigned often = 3;
+    constexpr unsigned seldom = 30;
+    if (below(often) == 0)
+        m_scene.clock().advance(std::chrono::milliseconds(below(4000)));
+    if (below(seldom) == 0)
+        m_scene.clock().advance(61s);
+}
+
+unsigned RandomUser::below(std::size_t limit)
+{
+    return static_cast<unsigned>(m_random() % limit);
+}
+
+ItemPtr RandomUser::anyItem()
+{
+    const std::vector<ItemPtr> group = anyGroup();
+    return group.empty() ? nullptr : group[below(group.size())];
+}
+
+std::vector<ItemPtr> RandomUser::anyGroup()
+{
+    const std::vector<DownloadGroup> groups = m_scene.manager().visibleGroups();
+    return groups.empty() ? std::vector<ItemPtr>() : groups[below(groups.size())].items;
+}
+
+void RandomUser::note(const QString& deed)
+{
+    m_journal << deed;
+}
+
+void RandomUser::note(const QString& deed, const DownloadItem& item)
+{
+    m_journal << QStringLiteral("%1 %2 (%3, %4)")
+                     .arg(deed, item.filename(), statusLabel(item.status(), AppLanguage::english))
+                     .arg(item.extractionStatus().kind());
+}
+
+void RandomUser::startAll()
+{
+    note(QStringLiteral("start all"));
+    m_scene.manager().startAll();
+}
+
+void RandomUser::pauseAll()
+{
+    note(QStringLiteral("pause all"));
+    m_scene.manager().pauseAll();
+}
+
+void RandomUser::pauseRow()
+{
+    if (const ItemPtr item = anyItem()) {
+        note(QStringLiteral("pause"), *item);
+        m_scene.manager().commands().pauseItems({item});
+    }
+}
+
+void RandomUser::startRow()
+{
+    if (const ItemPtr item = anyItem()) {
+        note(QStringLiteral("start"), *item);
+        m_scene.manager().commands().startItems({item});
+    }
+}
+
+void RandomUser::stopRow()
+{
+    if (const ItemPtr item = anyItem()) {
+        note(QStringLiteral("stop"), *item);
+        m_scene.manager().commands().stopItems({item});
+    }
+}
+
+void RandomUser::startGroup()
+{
+    const std::vector<ItemPtr> group = anyGroup();
+    if (group.empty())
+        return;
+    note(QStringLiteral("start the group of"), *group.front());
+    m_scene.manager().commands().startItems(group);
+}
+
+void RandomUser::stopGroup()
+{
+    const std::vector<ItemPtr> group = anyGroup();
+    if (group.empty())
+        return;
+    note(QStringLiteral("stop the group of"), *group.front());
+    m_scene.manager().commands().stopItems(group);
+}
+
+/// Only a failed row has the button.
+void RandomUser::retryRow()
+{
+    for (const ItemPtr& item : m_scene.manager().items()) {
+        if (!(item->status() == DownloadStatus::failed))
+            continue;
+        note(QStringLiteral("retry"), *item);
+        m_scene.manager().commands().retryItem(*item);
+        return;
+    }
+}
+
+void RandomUser::redownloadRow()
+{
+    if (const ItemPtr item = anyItem()) {
+        note(QStringLiteral("re-download"), *item);
+        m_scene.manager().commands().redownloadItem(*item);
+    }
+}
+
+void RandomUser::removeRow()
+{
+    if (const ItemPtr item = anyItem()) {
+        note(QStringLiteral("remove"), *item);
+        m_scene.giveUp(*item);
+        m_scene.manager().commands().removeItems({item->id()});
+    }
+}
+
+void RandomUser::removeGroup()
+{
+    const std::vector<DownloadGroup> groups = m_scene.manager().visibleGroups();
+    if (groups.empty())
+        return;
+    const DownloadGroup& group = groups[below(groups.size())];
+    note(QStringLiteral("remove the group of"), *group.items.front());
+    for (const ItemPtr& item : group.items)
+        m_scene.giveUp(*item);
+    m_scene.manager().commands().removeGroup(group.id);
+}
+
+void RandomUser::moveGroup()
+{
+    const std::vector<DownloadGroup> groups = m_scene.manager().visibleGroups();
+    if (groups.empty())
+        return;
+    QStringList ids;
+    for (const DownloadGroup& group : groups)
+        ids << group.id;
+    const unsigned from = below(groups.size());
+    const unsigned to = below(groups.size() + 1);
+    note(QStringLiteral("move group %1 to %2").arg(from).arg(to));
+    m_scene.manager().commands().moveGroups({from}, to, ids);
+}
+
+void RandomUser::renameGroup()
+{
+    const std::vector<DownloadGroup> groups = m_scene.manager().visibleGroups();
+    if (groups.empty())
+        return;
+    const QStringList& names = groupNames();
+    const QString id = groups[below(groups.size())].id;
+    const QString name = names[below(static_cast<std::size_t>(names.size()))];
+    note(QStringLiteral("rename the group %1 to \"%2\"").arg(id, name));
+    m_scene.renameGroup(id, name);
+}
+
+const QStringList& RandomUser::groupNames()
+{
+    // One of a folder of the user's, one of another set's, and one that several sets may get.
+    static const QStringList names{QString(),
+                                   QStringLiteral("Film: one/two"),
+                                   QStringLiteral("Same name"),
+                                   QStringLiteral("Same name"),
+                                   QStringLiteral("Album"),
+                                   QStringLiteral("fine2")};
+    return names;
+}
+
+void RandomUser::resyncRow()
+{
+    if (const ItemPtr item = anyItem()) {
+        note(QStringLiteral("resync"), *item);
+        m_scene.manager().commands().resyncItems({item});
+    }
+}
+
+void RandomUser::resyncAll()
+{
+    note(QStringLiteral("resync all"));
+    const std::vector<ItemPtr> all = m_scene.manager().items();
+    m_scene.manager().commands().resyncItems(all);
+}
+
+void RandomUser::verifyGroup()
+{
+    const std::vector<ItemPtr> group = anyGroup();
+    if (group.empty())
+        return;
+    note(QStringLiteral("verify the group of"), *group.front());
+    m_scene.manager().verifyGroup(group);
+}
+
+void RandomUser::extractRow()
+{
+    if (const ItemPtr item = anyItem()) {
+        note(QStringLiteral("extract"), *item);
+        m_scene.manager().retryExtraction(item->id());
+    }
+}
+
+void RandomUser::stopExtraction()
+{
+    for (const ItemPtr& item : m_scene.manager().items()) {
+        if (!(item->extractionStatus() == ExtractionStatus::extracting))
+            continue;
+        note(QStringLiteral("stop unpacking"), *item);
+        // STOP m_scene.manager().stopExtraction(item->id());
+        return;
+    }
+}
+
+void RandomUser::answerPassword()
+{
+    const auto question = m_scene.manager().pendingExtractionPassword();
+    if (!question)
+        return;
+    const unsigned choice = below(4);
+    note(QStringLiteral("answer %1 for the password of %2").arg(choice).arg(question->archiveName));
+    if (choice == 0)
+        m_scene.manager().cancelExtractionPassword();
+    else if (choice == 1)
+        m_scene.manager().submitExtractionPassword(QStringLiteral("-wrong"));
+    else
+        m_scene.manager().submitExtractionPassword(
+            m_scene.catalogue().archives().value(question->archiveName).password);
+}
+
+void RandomUser::saveFile()
+{
+    note(QStringLiteral("save ") + m_scene.saveSomething(m_random));
+}
+
+void RandomUser::holdTools()
+{
+    const bool isHeld = below(2) == 0;
+    note(isHeld ? QStringLiteral("hold the tools") : QStringLiteral("let the tools go"));
+    if (isHeld)
+        m_scene.tools().hold();
+    else
+        m_scene.tools().letGo();
+}
+
+void RandomUser::releaseServer()
+{
+    note(QStringLiteral("let the server go on"));
+    m_scene.server().release();
+}
+
+void RandomUser::restart()
+{
+    note(QStringLiteral("quit and start"));
+    m_scene.restart(false);
+    goOn();
+}
+
+void RandomUser::kill()
+{
+    note(QStringLiteral("kill and start"));
+    m_scene.restart(true);
+    goOn();
+}
+
+/// After a start everything is paused, and who started the program mostly wants it to go on.
+void RandomUser::goOn()
+{
+    if (below(4) != 0)
+        startAll();
+}
+
+} // namespace vormel::e2e

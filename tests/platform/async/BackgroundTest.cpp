@@ -1,0 +1,73 @@
+#include "platform/async/Background.h"
+
+#include "fixtures/EventLoop.h"
+#include "platform/async/Spawn.h"
+
+#include <QThread>
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <memory>
+#include <stdexcept>
+
+namespace vormel {
+namespace {
+
+QCoro::Task<> keep(QCoro::Task<int> task, int& result, QString& failure)
+{
+    try {
+        result = co_await task;
+    } catch (const std::runtime_error& error) {
+        failure = QString::fromUtf8(error.what());
+    }
+}
+
+class BackgroundTest : public ::testing::Test
+{
+protected:
+    template <typename Work>
+    void run(Work work)
+    {
+        spawn(keep(background.run(std::move(work)), result, failure));
+        EXPECT_TRUE(fixtures::waitUntil([this] { return result != 0 || !failure.isEmpty(); }));
+    }
+
+    Background background;
+    int result = 0;
+    QString failure;
+};
+
+} // namespace
+
+TEST_F(BackgroundTest, theWorkIsDoneOnAnotherThreadAndItsResultComesBack)
+{
+    const QThread* worker = nullptr;
+    run([&worker] {
+        worker = QThread::currentThread();
+        return 42;
+    });
+    EXPECT_EQ(result, 42);
+    EXPECT_NE(worker, QThread::currentThread());
+}
+
+TEST_F(BackgroundTest, whatTheWorkThrowsReachesWhoAwaitsIt)
+{
+    run([]() -> int { throw std::runtime_error("no room"); });
+    EXPECT_EQ(failure, u"no room");
+}
+
+TEST_F(BackgroundTest, theEndWaitsForWhatIsUnderWay)
+{
+    auto left = std::make_shared<std::atomic<int>>(2'000'000);
+    {
+        Background own;
+        spawn(own.run([left] {
+            while (--*left > 0)
+                ;
+        }));
+    }
+    EXPECT_EQ(*left, 0);
+}
+
+} // namespace vormel

@@ -1,0 +1,249 @@
+#include "app/MainWindow.h"
+#include "fixtures/EventLoop.h"
+#include "fixtures/Workshop.h"
+#include "ui/Contrast.h"
+#include "ui/FakeDesktop.h"
+#include "ui/FakeUpdater.h"
+#include "ui/Focusable.h"
+#include "ui/Palettes.h"
+#include "ui/Part.h"
+#include "ui/kit/ReadableStyle.h"
+#include "ui/kit/Theme.h"
+#include "ui/queue/QueueView.h"
+#include "ui/queue/RenamePopover.h"
+#include "ui/sheets/AddURLView.h"
+#include "ui/sheets/ArchivePasswordSheetView.h"
+#include "ui/sheets/HostSelectionSheetView.h"
+
+#include <QApplication>
+#include <QDragEnterEvent>
+#include <QLabel>
+#include <QListWidget>
+#include <QMimeData>
+#include <QScrollBar>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace vormel {
+namespace {
+
+using fixtures::contrastOf;
+using fixtures::describe;
+using fixtures::focusable;
+using fixtures::partOf;
+using fixtures::readable;
+using fixtures::turnEventLoop;
+using fixtures::visible;
+
+QImage picture(QWidget& widget, const QRect& part = QRect(0, 0, -1, -1))
+{
+    return widget.grab(part).toImage().convertToFormat(QImage::Format_RGB32);
+}
+
+/// How many pixels tell the two pictures apart.
+int tellingPixels(const QImage& before, const QImage& after)
+{
+    EXPECT_EQ(before.size(), after.size());
+    int count = 0;
+    for (int y = 0; y < before.height(); ++y) {
+        for (int x = 0; x < before.width(); ++x) {
+            const QRgb was = before.pixel(x, y);
+            const QRgb is = after.pixel(x, y);
+            count += was != is && contrastOf(QColor(was), QColor(is)) >= visible ? 1 : 0;
+        }
+    }
+    return count;
+}
+
+QColor mostFrequent(const QImage& image)
+{
+    QHash<QRgb, int> counts;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            ++counts[image.pixel(x, y)];
+    }
+    QRgb most = 0;
+    for (auto count = counts.begin(); count != counts.end(); ++count) {
+        if (*count > counts.value(most))
+            most = count.key();
+    }
+    return QColor(most);
+}
+
+/// In each of the palettes, with a group and a plain row.
+class PaintedContrastTest : public ::testing::TestWithParam<int>
+{
+protected:
+    PaintedContrastTest()
+    {
+        QApplication::setPalette(fixtures::allPalettes().at(GetParam()));
+        workshop.add({QStringLiteral("https://h.example/a.part1.rar"), QStringLiteral("https://h.example/a.part2.rar"),
+                      QStringLiteral("https://h.example/b.zip")});
+        show(window);
+    }
+    ~PaintedContrastTest() override { QApplication::setPalette(QPalette()); }
+
+    static void show(QWidget& widget)
+    {
+        widget.show();
+        widget.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&widget));
+        turnEventLoop();
+        QTest::keyClick(&widget, Qt::Key_Tab); // from here on the focus is moved by the keyboard
+    }
+    static void expectFocusShows(QWidget& part)
+    {
+        if (QWidget* const focused = QApplication::focusWidget())
+            focused->clearFocus();
+        turnEventLoop();
+        const QImage before = picture(part);
+        part.setFocus(Qt::TabFocusReason);
+        turnEventLoop();
+        ASSERT_TRUE(part.hasFocus()) << describe(part);
+        // As many as a line around it has, at least on two of its sides.
+        const int least = qMin(part.width() + part.height(), 200);
+        EXPECT_GE(tellingPixels(before, picture(part)), least) << describe(part);
+    }
+    static void expectFocusShowsOnAllOf(QWidget& whole)
+    {
+        show(whole);
+        const QList<QWidget*> parts = focusable(whole);
+        EXPECT_FALSE(parts.isEmpty());
+        for (QWidget* const part : parts)
+            expectFocusShows(*part);
+    }
+    QueueView& list() { return partOf<QueueView>(window, "queueView"); }
+
+    fixtures::Workshop workshop;
+    fixtures::FakeDesktop desktop{workshop};
+    fixtures::FakeUpdater updater;
+    MainWindow window{desktop.ports(), updater};
+};
+
+TEST_P(PaintedContrastTest, EveryControlOfEveryPageShowsThatItHasTheFocus)
+{
+    desktop.managers.manager = PackageManager::apt;
+    workshop.settings().useCustomExtractionFolder.set(true);
+    list().setCurrentIndex(list().model()->index(0, 0));
+    for (const Page page : allPages) {
+        window.showPage(page);
+        turnEventLoop();
+        for (QWidget* const part : focusable(window))
+            expectFocusShows(*part);
+    }
+}
+
+TEST_P(PaintedContrastTest, ARowThatIsCurrentAndNotSelectedShowsTheFocus)
+{
+    list().selectionModel()->setCurrentIndex(list().model()->index(1, 0), QItemSelectionModel::Clear);
+    expectFocusShows(list());
+}
+
+TEST_P(PaintedContrastTest, TheSheetForLinksShowsWhereTheFocusIs)
+{
+    auto* sheet = new AddURLView(workshop.settings(), workshop.manager().resolvers(), &window);
+    sheet->show();
+    partOf<QPlainTextEdit>(*sheet, "linkEditor").setPlainText(QStringLiteral("https://h.example/a"));
+    expectFocusShowsOnAllOf(*sheet);
+}
+
+TEST_P(PaintedContrastTest, TheQuestionForAPasswordShowsWhereTheFocusIs)
+{
+    expectFocusShowsOnAllOf(*new ArchivePasswordSheetView({}, workshop.settings(), &window));
+}
+
+TEST_P(PaintedContrastTest, TheQuestionForHostsShowsWhereTheFocusIs)
+{
+    PendingHostSelection pending;
+    pending.groups.push_back({QStringLiteral("One"), {fixtures::link(QStringLiteral("https://one.example/a"))}});
+    pending.groups.push_back({QStringLiteral("Two"), {fixtures::link(QStringLiteral("https://two.example/a"))}});
+    expectFocusShowsOnAllOf(*new HostSelectionSheetView(pending, workshop.settings(), &window));
+}
+
+TEST_P(PaintedContrastTest, ThePopoverForANameShowsWhereTheFocusIs)
+{
+    expectFocusShowsOnAllOf(*new RenamePopover(QStringLiteral("a"), AppLanguage::english, &window));
+}
+
+TEST_P(PaintedContrastTest, TheTextsOfASelectedRowCanBeReadOnIt)
+{
+    list().setCurrentIndex(list().model()->index(1, 0));
+    turnEventLoop();
+    const QImage row = picture(*list().viewport(), list().visualRect(list().currentIndex()));
+    EXPECT_GE(contrastOf(mostFrequent(row), list().palette().color(QPalette::HighlightedText)), readable);
+}
+
+TEST_P(PaintedContrastTest, TheChosenPageCanBeReadInTheSidebar)
+{
+    auto& sidebar = partOf<QListWidget>(window, "sidebar");
+    const QImage row = picture(*sidebar.viewport(), sidebar.visualItemRect(sidebar.currentItem()));
+    EXPECT_GE(contrastOf(mostFrequent(row), sidebar.palette().color(QPalette::HighlightedText)), readable);
+}
+
+TEST_P(PaintedContrastTest, TheInvitationToDropCanBeReadAboveTheList)
+{
+    workshop.add({QStringLiteral("https://h.example/c.zip"), QStringLiteral("https://h.example/d.zip"),
+                  QStringLiteral("https://h.example/e.zip"), QStringLiteral("https://h.example/f.zip")});
+    list().setCurrentIndex(list().model()->index(3, 0));
+    auto& page = partOf<QWidget>(window, "downloadQueueView");
+    QMimeData data;
+    data.setText(QStringLiteral("https://h.example/x.zip"));
+    QDragEnterEvent event({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(&page, &event);
+    auto& words = partOf<QLabel>(page, "dropText");
+    const QColor color = words.palette().color(QPalette::WindowText);
+    const QRect place(words.mapTo(&page, QPoint()), words.size());
+    EXPECT_NE(mostFrequent(picture(page, place)), color);
+    words.setText(QString()); // what is behind them
+    const QImage ground = picture(page, place);
+    double least = 21;
+    for (int y = 0; y < ground.height(); ++y) {
+        for (int x = 0; x < ground.width(); ++x)
+            least = std::min(least, contrastOf(QColor(ground.pixel(x, y)), color));
+    }
+    EXPECT_GE(least, readable);
+}
+
+TEST_P(PaintedContrastTest, WhatCanBeTypedIntoHasAnEdgeThatIsSeen)
+{
+    auto& sheet = *new AddURLView(workshop.settings(), workshop.manager().resolvers(), &window);
+    sheet.show();
+    partOf<QPlainTextEdit>(sheet, "linkEditor").setPlainText(QStringLiteral("https://h.example/a"));
+    auto& popover = *new RenamePopover(QStringLiteral("a"), AppLanguage::english, &window);
+    popover.show();
+    window.showPage(Page::settings);
+    turnEventLoop();
+    for (QWidget* const field : {&partOf<QWidget>(sheet, "linkEditor"), &partOf<QWidget>(popover, "draftName"),
+                                 &partOf<QWidget>(window, "concurrentDownloads")}) {
+        field->clearFocus();
+        const QImage painted = picture(*field);
+        const QColor edge(painted.pixel(0, painted.height() / 2));
+        EXPECT_GE(contrastOf(edge, mostFrequent(painted)), visible) << describe(*field);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Palettes, PaintedContrastTest, ::testing::Range(0, 4));
+
+TEST(ReadableStyle, WhatQtItselfHighlightsAndHintsAtCanBeRead)
+{
+    ReadableStyle style;
+    for (const QPalette& before : fixtures::allPalettes()) {
+        QPalette palette = before;
+        style.polish(palette);
+        for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+            const auto color = [&](QPalette::ColorRole role) { return palette.color(group, role); };
+            EXPECT_GE(contrastOf(color(QPalette::HighlightedText), color(QPalette::Highlight)), readable);
+            EXPECT_GE(contrastOf(color(QPalette::PlaceholderText), color(QPalette::Base)), readable);
+        }
+    }
+}
+
+TEST(ReadableStyle, TheApplicationsOwnPaletteIsThatOfTheStyle)
+{
+    const QPalette palette = QApplication::palette();
+    EXPECT_GE(contrastOf(palette.color(QPalette::HighlightedText), palette.color(QPalette::Highlight)), readable);
+}
+
+} // namespace
+} // namespace vormel
