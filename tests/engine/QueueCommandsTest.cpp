@@ -203,7 +203,7 @@ TEST_F(QueueCommandsTest, RedownloadDeletesTheFinishedFileAndFetchesItAgain)
     turnEventLoop();
     EXPECT_EQ(shop.sandbox.files(QStringLiteral("Downloads")),
               (QStringList{QStringLiteral("x.rar"), QStringLiteral("x.rar.download")}));
-    EXPECT_EQ(item->status(), DownloadStatus::downloading);
+    ASSERT_EQ(item->status(), DownloadStatus::downloading);
     EXPECT_EQ(item->extractionStatus(), ExtractionStatus::idle);
     EXPECT_FALSE(item->localPath());
     shop.http.last().head(200, {{"Content-Length", "5"}});

@@ -68,7 +68,7 @@ void ItemTable::remove(const QSet<ItemId>& ids)
     for (const ItemId& id : ids) {
         if (const ItemPtr item = find(id)) {
             removeItemObserver(item);
-            m_sets.remove(id);
+            m_sets.remove(item);
             m_files.remove(id);
             gone.insert(id);
         }

@@ -34,13 +34,13 @@ void SetIndex::insert(const ItemPtr& item)
     m_entries.insert(item->id(), entry);
 }
 
-void SetIndex::remove(const ItemId& id)
+void SetIndex::remove(const ItemPtr& item)
 {
-    const Entry entry = m_entries.take(id);
+    const Entry entry = m_entries.take(item->id());
     const auto set = m_sets.find(entry.base);
     if (set == m_sets.end())
         return;
-    std::erase_if(set->items, [&id](const ItemPtr& item) { return item->id() == id; });
+    set->items.erase(std::lower_bound(set->items.begin(), set->items.end(), item, m_order));
     add(set->tally, entry.share, -1);
     if (set->items.empty())
         m_sets.erase(set);
@@ -50,7 +50,7 @@ void SetIndex::renamed(const ItemPtr& item)
 {
     if (setBaseName(item->filename()) == m_entries.value(item->id()).base)
         return recount(*item);
-    remove(item->id());
+    remove(item);
     insert(item);
 }
 

@@ -31,7 +31,8 @@ public:
 
     /// The item's place in the queue must be known to the order already.
     void insert(const ItemPtr& item);
-    void remove(const ItemId& id);
+    /// The item's place must still be known.
+    void remove(const ItemPtr& item);
     void renamed(const ItemPtr& item);
     /// The item's status, or that of its archive, has changed.
     void recount(const DownloadItem& item);

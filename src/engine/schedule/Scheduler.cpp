@@ -14,7 +14,7 @@ qint64 freeSlots(const ItemTable& table, qint64 limit, qint64 startsUnderWay)
 
 bool mayStart(const DownloadItem& item, bool isRev, const SchedulingRules& rules)
 {
-    return !rules.isHeldBack(item) && (!isRev || rules.mayFetchRev(item));
+    return (!isRev || rules.mayFetchRev(item)) && !rules.isHeldBack(item);
 }
 
 } // namespace
