@@ -3,10 +3,9 @@
 #include "fixtures/EventLoop.h"
 #include "fixtures/RealTools.h"
 #include "fixtures/Workshop.h"
+#include "ui/QtTranslated.h"
 
-#include <QFile>
 #include <QFileDialog>
-#include <QLibraryInfo>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPlainTextEdit>
@@ -22,8 +21,7 @@ class QtTranslationTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        const QString file = QLibraryInfo::path(QLibraryInfo::TranslationsPath) + QStringLiteral("/qtbase_it.qm");
-        if (QFile::exists(file))
+        if (fixtures::isQtTranslated())
             return;
         if (fixtures::areToolsRequired())
             FAIL() << "Qt's own translation is not installed";

@@ -81,6 +81,15 @@ TEST_F(FolderRowTest, ThePickerStartsAtTheFolderAndTakesFolders)
     EXPECT_EQ(choose(row("extractionFolder")).labelText(QFileDialog::Accept), u"Seleziona");
 }
 
+TEST_F(FolderRowTest, AnOpenPickerFollowsTheLanguage)
+{
+    const QFileDialog& dialog = choose(row());
+    EXPECT_EQ(dialog.windowTitle(), u"Download folder");
+    useItalian();
+    EXPECT_EQ(dialog.windowTitle(), u"Cartella di download");
+    EXPECT_EQ(dialog.labelText(QFileDialog::Accept), u"Seleziona");
+}
+
 TEST_F(FolderRowTest, WhatIsPickedBecomesTheSetting)
 {
     const QString picked = workshop.sandbox.path(QStringLiteral("picked"));

@@ -1,10 +1,12 @@
 #include "app/MainWindow.h"
 
 #include "fixtures/EventLoop.h"
+#include "fixtures/RealTools.h"
 #include "fixtures/Workshop.h"
 #include "ui/FakeDesktop.h"
 #include "ui/FakeUpdater.h"
 #include "ui/Part.h"
+#include "ui/QtTranslated.h"
 #include "ui/accounts/AccountsView.h"
 #include "ui/queue/DownloadQueueView.h"
 #include "ui/settings/SettingsView.h"
@@ -123,6 +125,18 @@ TEST_F(MainWindowTest, SpeaksItalian)
     EXPECT_EQ(window.windowTitle(), u"Account Premium — Vormel");
     EXPECT_EQ(accounts("emptyTitle"), u"Nessun account");
     EXPECT_EQ(accounts("emptyText"), u"Aggiungi le credenziali premium per sbloccare i download.");
+}
+
+TEST_F(MainWindowTest, WhatQtItselfSaysIsItalianToo)
+{
+    if (!fixtures::isQtTranslated() && !fixtures::areToolsRequired())
+        GTEST_SKIP() << "Qt's own translation is not installed";
+    const auto paste = [] { return QCoreApplication::translate("QLineEdit", "&Paste"); };
+    EXPECT_EQ(paste(), u"&Paste");
+    workshop.settings().language.set(AppLanguage::italian);
+    EXPECT_EQ(paste(), u"&Incolla");
+    workshop.settings().language.set(AppLanguage::english);
+    EXPECT_EQ(paste(), u"&Paste");
 }
 
 TEST_F(MainWindowTest, HasItsSmallestSizeAndSidebarWidths)
