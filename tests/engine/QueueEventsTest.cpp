@@ -61,10 +61,10 @@ struct Scene
             shop.clock.advance(10s);
         }
     }
-    void resolve()
+    void resolve(const QString& url = premiumLink)
     {
         shop.manager().setAccounts({account(SupportedHost::filestore)});
-        add(premiumLink);
+        add(url);
         log->resolves[0].answer->deliver(ResolverError::unsupportedHost());
         turnEventLoop();
         commands().startItems({item});
@@ -214,6 +214,17 @@ const Event transferEvents[] = {
     {"ARecoveryVolumeIsFoundByResolving", [](Scene& s) { s.resolve(); },
      [](Scene& s) {
          s.log->resolves[1].answer->deliver(ResolvedDownload{link(QStringLiteral("http://h/m.part1.rev")), {}});
+     },
+     either, yes},
+    {"ARecoveryVolumeIsHeldBackAfterAll",
+     [](Scene& s) {
+         s.shop.settings().downloadRevFiles.set(true);
+         s.add(QStringLiteral("http://h/m.part1.rar"), DownloadStatus::stopped);
+         s.resolve(QStringLiteral("https://filestore.example/f/m.part1.rev"));
+         s.shop.settings().downloadRevFiles.set(false);
+     },
+     [](Scene& s) {
+         s.log->resolves[1].answer->deliver(ResolvedDownload{link(QStringLiteral("http://h/opaque")), {}});
      },
      either, yes},
 };
