@@ -391,10 +391,10 @@ QSet<QString> DownloadManager::filesOfItems(const QSet<ItemId>& leftOut) const
     for (const ItemPtr& item : m_table.items()) {
         if (leftOut.contains(item->id()))
             continue;
-        if (item->localPath())
-            files.insert(*item->localPath());
-        else
-            files.insert(paths.partFile(item->filename()));
+        // An item that has its file, too, may be fetched again.
+        const QString file = item->localPath() ? *item->localPath() : paths.finalFile(item->filename());
+        files.insert(file);
+        files.insert(DownloadPaths::partOf(file));
     }
     return files;
 }

@@ -37,9 +37,4 @@ QString DownloadPaths::finalFile(const QString& filename) const
     return groupFolder(filename) + u'/' + diskName(filename);
 }
 
-QString DownloadPaths::partFile(const QString& filename) const
-{
-    return finalFile(filename) + QStringLiteral(".download");
-}
-
 } // namespace vormel

@@ -18,7 +18,8 @@ public:
     /// The file when it is complete.
     [[nodiscard]] QString finalFile(const QString& filename) const;
     /// The file while it is coming: the final name with ".download" behind it.
-    [[nodiscard]] QString partFile(const QString& filename) const;
+    [[nodiscard]] QString partFile(const QString& filename) const { return partOf(finalFile(filename)); }
+    [[nodiscard]] static QString partOf(const QString& finalFile) { return finalFile + QStringLiteral(".download"); }
 
 private:
     QString m_downloadFolder;

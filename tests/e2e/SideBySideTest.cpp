@@ -1,4 +1,5 @@
 #include "e2e/sidebyside/Inspection.h"
+#include "e2e/sidebyside/KilledProgram.h"
 #include "e2e/sidebyside/PatientUser.h"
 #include "e2e/sidebyside/RandomUser.h"
 #include "fixtures/RealTools.h"
@@ -31,9 +32,8 @@ std::vector<unsigned> seeds()
     return all;
 }
 
-/// Downloads, sets and archives of every kind at once in one folder among the user's own files, while everything is
-/// pressed that can be pressed.
-class SideBySideTest : public ::testing::TestWithParam<std::tuple<Manner, unsigned>>
+/// Downloads, sets and archives of every kind at once in one folder among the user's own files.
+class SideBySide : public ::testing::Test
 {
 protected:
     void SetUp() override
@@ -47,9 +47,30 @@ protected:
         ASSERT_EQ(text(catalogue->faults()), "");
     }
 
+    /// All that was promised is brought about, and is looked at.
+    static void expectEverythingRight(Scene& scene)
+    {
+        EXPECT_EQ(text(PatientUser(scene).finishEverything()), "");
+        // What goes on behind the queue has ended with this, and what was saved has to be all.
+        scene.restart(false);
+        Inspection inspection(scene);
+        EXPECT_EQ(text(inspection.wrongDownloads()), "");
+        EXPECT_EQ(text(inspection.lostMembers()), "");
+        EXPECT_EQ(text(inspection.debris()), "");
+        EXPECT_EQ(text(scene.harm()), "");
+    }
+
     fixtures::Sandbox sandbox;
     std::unique_ptr<Catalogue> catalogue;
 };
+
+/// Everything is pressed that can be pressed.
+class SideBySideTest : public SideBySide, public ::testing::WithParamInterface<std::tuple<Manner, unsigned>>
+{};
+
+/// The program is a process of its own, which is killed as the system would.
+class KilledSideBySideTest : public SideBySide
+{};
 
 } // namespace
 
@@ -64,14 +85,7 @@ TEST_P(SideBySideTest, NobodysFileIsLostAndEveryDownloadIsRight)
         user.act();
         EXPECT_EQ(text(scene.harm()), "") << "after " << user.journal().back().toStdString();
     }
-    EXPECT_EQ(text(PatientUser(scene).finishEverything()), "");
-    // What goes on behind the queue has ended with this, and what was saved has to be all.
-    scene.restart(false);
-    Inspection inspection(scene);
-    EXPECT_EQ(text(inspection.wrongDownloads()), "");
-    EXPECT_EQ(text(inspection.lostMembers()), "");
-    EXPECT_EQ(text(inspection.debris()), "");
-    EXPECT_EQ(text(scene.harm()), "");
+    expectEverythingRight(scene);
     if (HasFailure())
         std::cerr << "seed " << seed << '\n' << text(user.journal()) << '\n';
 }
@@ -80,3 +94,19 @@ INSTANTIATE_TEST_SUITE_P(ByDefault, SideBySideTest,
                          ::testing::Combine(::testing::Values(Manner::byDefault), ::testing::ValuesIn(seeds())));
 INSTANTIATE_TEST_SUITE_P(Tidy, SideBySideTest,
                          ::testing::Combine(::testing::Values(Manner::tidy), ::testing::ValuesIn(seeds())));
+
+TEST_F(KilledSideBySideTest, NothingIsLostOrLeftBehind)
+{
+    constexpr int kills = 25;
+    const unsigned seed = seeds().front();
+    Scene scene(*catalogue, Manner::byDefault, seed);
+    KilledProgram program(scene, seed);
+    scene.handOver([&] {
+        for (int i = 0; i < kills && !HasFailure(); ++i) {
+            program.runAndKill();
+            EXPECT_EQ(text(scene.harm()), "") << "seed " << seed << ", after kill " << i;
+        }
+    });
+    EXPECT_GT(program.runsCutOff(), 0);
+    expectEverythingRight(scene);
+}

@@ -206,6 +206,28 @@ TEST_F(TidyUpTest, GivesWayToTheFilesOfOtherItemsAndToItsOwnVolumes)
     EXPECT_EQ(coming->status(), DownloadStatus::downloading);
 }
 
+TEST_F(TidyUpTest, LeavesTheNamesOfDownloadsFree)
+{
+    unpackerMakes("later.bin here.bin.download");
+    const ItemPtr later = shop.add(QStringLiteral("http://h/later.bin"));
+    const ItemPtr here = onDisk(QStringLiteral("here.bin"));
+    finish(onDisk(QStringLiteral("x.rar")));
+    const auto comesDown = [this] {
+        turnEventLoop();
+        shop.http.last().head(200, {{"Content-Length", "2"}});
+        shop.http.last().data("ab");
+        shop.http.last().finish();
+    };
+    shop.manager().commands().startItems({later});
+    comesDown();
+    shop.manager().commands().redownloadItem(*here);
+    comesDown();
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/later.bin")), "ab");
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/here.bin")), "ab");
+    EXPECT_TRUE(shop.sandbox.exists(QStringLiteral("Downloads/later (1).bin")));
+    EXPECT_TRUE(shop.sandbox.exists(QStringLiteral("Downloads/here.bin (1).download")));
+}
+
 TEST_F(TidyUpTest, ThrowsAwayNoVolumesThatCameOutOfTheArchive)
 {
     unpackerMakes("m.part7.rar");

@@ -198,21 +198,15 @@ bool Bystanders::mayBeInTrash(const QByteArray& relative, const Bystander& bysta
 QStringList Bystanders::changed(const QString& trash) const
 {
     QStringList lines;
-    std::optional<DiskPicture> thrownAway;
     for (auto each = m_all.begin(); each != m_all.end(); ++each) {
         const std::optional<DiskEntry> now = entryAt(path(each.key()));
-        if (now == each->entry)
-            continue;
-        if (mayBeInTrash(each.key(), *each)) {
-            if (!thrownAway)
-                thrownAway = pictureOf(trash);
-            // What is in the Trash may have another name there.
-            if (thrownAway->values().contains(each->entry))
-                continue;
-        }
-        lines << QStringLiteral("%1/%2 %3")
-                     .arg(m_folder, QString::fromUtf8(each.key()),
-                          now ? QStringLiteral("is another") : QStringLiteral("is gone"));
+        // It may have another name in the Trash. It is looked for only then, as others go there at any time.
+        const bool isAsItWas =
+            now == each->entry || (mayBeInTrash(each.key(), *each) && pictureOf(trash).values().contains(each->entry));
+        if (!isAsItWas)
+            lines << QStringLiteral("%1/%2 %3")
+                         .arg(m_folder, QString::fromUtf8(each.key()),
+                              now ? QStringLiteral("is another") : QStringLiteral("is gone"));
     }
     return lines;
 }

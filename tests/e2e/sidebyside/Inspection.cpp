@@ -136,7 +136,7 @@ QString Inspection::wrongWith(const QByteArray& path, const DiskEntry& entry) co
 {
     const QString name = lastComponent(QString::fromUtf8(path));
     const QString ending = QStringLiteral(".download");
-    if (name.startsWith(u".vormel-unpack-") && name != u".vormel-unpack-mine")
+    if (path.contains(".vormel-unpack-"))
         return QStringLiteral("was left by a run");
     if (!entry.isFile() || m_members.contains(entry.contents))
         return {};
@@ -144,9 +144,8 @@ QString Inspection::wrongWith(const QByteArray& path, const DiskEntry& entry) co
         const bool isTold = m_scene.namesOfGivenUp().contains(name.chopped(ending.size()));
         return isTold ? QString() : QStringLiteral("is a part of nobody");
     }
-    if (m_downloads.contains(entry.contents) || name.endsWith(u".bad"))
-        return {};
-    return QStringLiteral("is nobody's");
+    const bool isRight = m_downloads.contains(entry.contents) || name.endsWith(u".bad");
+    return isRight ? QString() : QStringLiteral("is nobody's");
 }
 
 } // namespace vormel::e2e

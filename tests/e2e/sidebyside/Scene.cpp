@@ -78,6 +78,15 @@ void Scene::restart(bool isKilled)
     watch();
 }
 
+void Scene::handOver(const std::function<void()>& others)
+{
+    m_engine.whileEnded(others);
+    watch();
+    for (const ItemPtr& item : manager().items())
+        if (item->extractionStatus() == ExtractionStatus::done)
+            m_unpackedArchives.insert(offerOf(*item).archive);
+}
+
 const Offer& Scene::offerOf(const DownloadItem& item) const
 {
     const Offer* const offer = m_byUrl.value(item.originalURL().absoluteString());

@@ -34,6 +34,8 @@ public:
     [[nodiscard]] const Catalogue& catalogue() const { return m_catalogue; }
     [[nodiscard]] Manner manner() const { return m_manner; }
     void restart(bool isKilled);
+    /// Has other programs, which find all that this one had, work on its folders while it does not run.
+    void handOver(const std::function<void()>& others);
 
     [[nodiscard]] const Offer& offerOf(const DownloadItem& item) const;
     /// The item that carries the state of an archive; none if it is not in the queue.
@@ -61,6 +63,7 @@ public:
     /// Is that file in the folder the user's?
     [[nodiscard]] bool isBystander(const QString& folder, const QByteArray& relative) const;
 
+    [[nodiscard]] QString profile() const { return m_engine.sandbox.root(); }
     [[nodiscard]] QString downloads() const { return m_engine.sandbox.folders().downloads; }
     /// Another folder for what comes out of archives, where the manner is tidy.
     [[nodiscard]] QString extraction() const { return m_engine.sandbox.path(QStringLiteral("Unpacked")); }
