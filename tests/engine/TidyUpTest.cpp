@@ -217,6 +217,7 @@ TEST_F(TidyUpTest, LeavesTheNamesOfDownloadsFree)
         shop.http.last().head(200, {{"Content-Length", "2"}});
         shop.http.last().data("ab");
         shop.http.last().finish();
+        turnEventLoop();
     };
     shop.manager().commands().startItems({later});
     comesDown();
@@ -225,7 +226,7 @@ TEST_F(TidyUpTest, LeavesTheNamesOfDownloadsFree)
     EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/later.bin")), "ab");
     EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/here.bin")), "ab");
     EXPECT_TRUE(shop.sandbox.exists(QStringLiteral("Downloads/later (1).bin")));
-    EXPECT_TRUE(shop.sandbox.exists(QStringLiteral("Downloads/here.bin (1).download")));
+    EXPECT_TRUE(shop.sandbox.exists(QStringLiteral("Downloads/here (1).bin")));
 }
 
 TEST_F(TidyUpTest, ThrowsAwayNoVolumesThatCameOutOfTheArchive)

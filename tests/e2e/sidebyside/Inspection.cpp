@@ -116,7 +116,8 @@ bool Inspection::mayBeCalled(const QByteArray& path, const Member& member) const
     const QString name = withoutNumber(lastComponent(QString::fromUtf8(path)));
     const QString packed = lastComponent(member.path);
     const bool hasCustomName = m_scene.customNames().contains(withoutPathExtension(name));
-    return name == packed || name == broughtAs(packed) || hasCustomName;
+    // One with the name of a part file of ours has lost that ending.
+    return name == packed || name == broughtAs(packed) || name == safeFileName(packed) || hasCustomName;
 }
 
 QStringList Inspection::debris()
@@ -136,7 +137,7 @@ QString Inspection::wrongWith(const QByteArray& path, const DiskEntry& entry) co
 {
     const QString name = lastComponent(QString::fromUtf8(path));
     const QString ending = QStringLiteral(".download");
-    if (path.contains(".vormel-unpack-"))
+    if (path.contains(".vormel-unpack-") && !path.contains(".vormel-unpack-mine"))
         return QStringLiteral("was left by a run");
     if (!entry.isFile() || m_members.contains(entry.contents))
         return {};
