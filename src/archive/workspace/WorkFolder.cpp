@@ -79,6 +79,16 @@ void removeWorkFolder(int parent, const QByteArray& name, int folder)
     ::unlinkat(parent, name.constData(), AT_REMOVEDIR);
 }
 
+/// Just as it is made, or before it goes, a work folder has no mark and nothing else in it. Whoever works on one that
+/// this takes away makes another.
+void removeIfBare(int parent, const QByteArray& name, int folder)
+{
+    const auto facts = factsOf(folder);
+    if (facts && facts->st_mode == (S_IFDIR | ownersOnly) && facts->st_uid == ::geteuid() &&
+        name.size() == randomName().size())
+        ::unlinkat(parent, name.constData(), AT_REMOVEDIR);
+}
+
 /// The destination itself may be reached by a link: the user chose it.
 FileDescriptor openChosen(const QString& folder)
 {
@@ -153,6 +163,8 @@ void removeAbandonedWorkFolders(const QStringList& folders)
             const FileDescriptor mark = claimWorkMark(folder.get());
             if (mark.isOpen())
                 removeWorkFolder(parent.get(), entry.name, folder.get());
+            else
+                removeIfBare(parent.get(), entry.name, folder.get());
         }
     }
 }

@@ -23,6 +23,13 @@ bool saysSo(int mark)
     return length >= 0 && std::string_view(text.data(), static_cast<std::size_t>(length)) == words;
 }
 
+/// Killed before it could say so: then there is nothing else yet.
+bool isUnsaid(int folder, const struct stat& mark)
+{
+    const auto entries = mark.st_size == 0 ? entriesOf(folder) : std::nullopt;
+    return entries && entries->size() == 1;
+}
+
 } // namespace
 
 FileDescriptor putWorkMark(int folder)
@@ -43,7 +50,7 @@ FileDescriptor claimWorkMark(int folder)
     FileDescriptor mark(::openat(folder, workMarkName, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     const auto facts = factsOf(mark.get());
     if (!facts || !S_ISREG(facts->st_mode) || facts->st_uid != ::geteuid() ||
-        ::flock(mark.get(), LOCK_EX | LOCK_NB) != 0 || !saysSo(mark.get()))
+        ::flock(mark.get(), LOCK_EX | LOCK_NB) != 0 || !(saysSo(mark.get()) || isUnsaid(folder, *facts)))
         mark.close();
     return mark;
 }

@@ -210,6 +210,30 @@ TEST_F(WorkFolderTest, whatAKilledProgramLeftIsFoundAndRemoved)
     EXPECT_EQ(namesOf(destination()), QStringList{QStringLiteral("own")});
 }
 
+TEST_F(WorkFolderTest, whatAKillLeftBeforeOrAfterTheMarkSaidSoIsRemoved)
+{
+    constexpr auto ownersOnly = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
+    const QDir dest(destination());
+    for (const char* const name : {"abcdef", "012345"}) {
+        const QString left = dest.filePath(QStringLiteral(".vormel-unpack-") + QLatin1StringView(name));
+        ASSERT_TRUE(dest.mkpath(left) && QFile::setPermissions(left, ownersOnly));
+    }
+    sandbox.write(QStringLiteral("dest/.vormel-unpack-012345/%1").arg(QLatin1StringView(workMarkName)), "");
+    sweep();
+    EXPECT_EQ(namesOf(destination()), QStringList());
+}
+
+TEST_F(WorkFolderTest, anEmptyFolderThatNoRunWouldMakeIsTheUsersOwn)
+{
+    const QDir dest(destination());
+    const QString longer = dest.filePath(QStringLiteral(".vormel-unpack-mine123"));
+    ASSERT_TRUE(dest.mkpath(longer) && dest.mkpath(QStringLiteral(".vormel-unpack-abcdef")));
+    ASSERT_TRUE(QFile::setPermissions(longer, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    const QStringList before = namesOf(destination());
+    sweep();
+    EXPECT_EQ(namesOf(destination()), before);
+}
+
 TEST_F(WorkFolderTest, oneThatIsInUseIsNotAbandoned)
 {
     const WorkFolder work = WorkFolder::make(destination());
