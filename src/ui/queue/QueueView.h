@@ -7,6 +7,8 @@
 #include <QBasicTimer>
 #include <QTreeView>
 
+class QMenu;
+
 namespace vormel {
 
 class GroupDrag;

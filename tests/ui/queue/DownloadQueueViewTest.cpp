@@ -211,7 +211,6 @@ TEST_F(DownloadQueueViewTest, NoDropIsEverAMove)
     const std::pair<Qt::DropActions, Qt::DropAction> proposals[] = {
         {Qt::CopyAction, Qt::CopyAction},
         {Qt::CopyAction | Qt::MoveAction, Qt::CopyAction},
-        {Qt::CopyAction | Qt::LinkAction, Qt::CopyAction},
         {Qt::CopyAction | Qt::MoveAction | Qt::LinkAction, Qt::CopyAction},
         {Qt::CopyAction | Qt::MoveAction | Qt::TargetMoveAction, Qt::CopyAction},
         {Qt::LinkAction, Qt::LinkAction},
