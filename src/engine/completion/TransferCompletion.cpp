@@ -126,8 +126,7 @@ void TransferCompletion::transferFailed(DownloadItem& item, const TransferEnd& e
     const qint64 size = end.partPath ? sizeOnDisk(*end.partPath) : 0;
     const bool isShort =
         end.reason == TransferEnd::Reason::ErrorAnswer && item.totalBytes() >= 1 && size < item.totalBytes();
-    const QString message =
-        isShort ? incompleteText(size, item.totalBytes()) : endText(end, m_settings.language.value());
+    const QString message = isShort ? incompleteText(size, item.totalBytes()) : endText(end, m_settings);
     item.setStatus(DownloadStatus::failure(message));
     m_recovery.startRecoveryCountdown(item, recoveryCountdownSeconds);
     m_recovery.scheduleRecoveryCheck(item);
@@ -143,8 +142,7 @@ void TransferCompletion::fileIsShort(DownloadItem& item, const TransferEnd& end,
     if (!retryLater(item)) {
         m_retries.restore(item.id());
         const bool isShort = isTotalKnown && size < item.totalBytes();
-        const QString message =
-            isShort ? incompleteText(size, item.totalBytes()) : endText(end, m_settings.language.value());
+        const QString message = isShort ? incompleteText(size, item.totalBytes()) : endText(end, m_settings);
         item.setStatus(DownloadStatus::failure(message));
     }
     m_queue.processQueue();
@@ -165,7 +163,7 @@ void TransferCompletion::fileIsComplete(DownloadItem& item, const TransferEnd& e
 {
     MoveResult moved = moveToFinalPlace(*end.partPath, destinationFor(item, end));
     if (moved.systemError != 0)
-        return fail(item, fileErrorText(moved.systemError, m_settings.language.value()));
+        return fail(item, fileErrorText(moved.systemError, m_settings));
     const bool isRev = isRevName(moved.path);
     if (isRev)
         moved.path = broughtToItsArchive(item, moved.path, m_table);

@@ -159,7 +159,7 @@ void DownloadStarter::beginTransfer(DownloadItem& item, const Link& address)
     order.isDirectLink = !m_ports.resolvers.hostResolverForURL(item.originalURL());
     item.setStatus(DownloadStatus::downloading);
     if (const int systemError = m_ports.session.start(std::move(order)))
-        startFailed(item, fileErrorText(systemError, m_ports.settings.language.value()));
+        startFailed(item, fileErrorText(systemError, m_ports.settings));
 }
 
 void DownloadStarter::startFailed(DownloadItem& item, const QString& message)
