@@ -56,9 +56,8 @@ void PartMarks::setOwner(const DownloadItem& owner)
 
 PartMarks readMarks(int file)
 {
-    return marksThrough([file](const char* name, char* text, size_t size) {
-        return ::fgetxattr(file, name, text, size);
-    });
+    return marksThrough(
+        [file](const char* name, char* text, size_t size) { return ::fgetxattr(file, name, text, size); });
 }
 
 PartMarks readMarks(const QString& path)

@@ -30,8 +30,7 @@ void FolderSyncs::syncAll()
 
 void syncFolder(const QString& folder)
 {
-    const FileDescriptor directory(
-        ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const FileDescriptor directory(::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (directory.isOpen())
         ::fsync(directory.get());
 }
