@@ -48,12 +48,20 @@ bool complainsOfTestedArchive(const QString& line)
         ignoringCase(QStringLiteral(R"(^(?:error: )?(?:(?:(?:the|main|archive|file) )*header is corrupt)"
                                     R"(|corrupt header(?: is)?(?: found)?)[.!]?$)"));
     return line.compare(u"Unexpected end of archive", Qt::CaseInsensitive) == 0 || header.search(line) ||
-           line.endsWith(u" - the file header is corrupt");
+           line == u"Recovery record is corrupt." || line.endsWith(u" - the file header is corrupt");
 }
 
-bool isMemberInTurn(const QByteArray& line)
+/// Does the line say how far it is with a member?
+bool isProgress(const QByteArray& line)
 {
-    return line.startsWith("Testing     ") || line.startsWith("...         ");
+    return line.startsWith("Testing     ") || line.startsWith("...         ") || line.startsWith("Skipping    ") ||
+           line.startsWith("Testing the recovery record");
+}
+
+/// Such a line has figures that are drawn over each other, and an end.
+bool isEndOfProgress(const QByteArray& line)
+{
+    return line.contains('\b') || (line.trimmed().endsWith(" OK") && !line.startsWith("All OK"));
 }
 
 } // namespace
@@ -66,9 +74,10 @@ BadVolumes::BadVolumes(const QString& archive)
 
 void BadVolumes::readLine(const QByteArray& line)
 {
-    // Most lines only tell how far a member is; each figure is drawn over the one before.
-    if (isMemberInTurn(line) || line.contains('\b')) {
-        readMember(line);
+    if (isProgress(line))
+        return;
+    if (isEndOfProgress(line)) { // and its beginning stood in another line
+        m_hasBrokenNames = true;
         return;
     }
     const QString text = QString::fromUtf8(line).trimmed();
@@ -76,13 +85,6 @@ void BadVolumes::readLine(const QByteArray& line)
         return;
     if (!readArchive(text))
         readComplaint(text);
-}
-
-void BadVolumes::readMember(const QByteArray& line)
-{
-    if (!line.startsWith("Testing     ") || line.contains('\b'))
-        return;
-    m_hasBrokenNames = m_hasBrokenNames || !line.trimmed().endsWith(" OK");
 }
 
 /// Lines that name a volume.
@@ -97,7 +99,7 @@ bool BadVolumes::readArchive(const QString& line)
     const QString blamed = blamedVolume(withoutMember(line));
     if (blamed.isEmpty() || !isVolume(blamed))
         return false;
-    add(blamed);
+    (blamed.startsWith(m_folder) ? m_named : m_believed).insert(lastComponent(blamed));
     return true;
 }
 
@@ -108,30 +110,23 @@ void BadVolumes::readComplaint(const QString& line)
         ignoringCase(QStringLiteral(R"(^enter password \(will not be echoed\)(?: for .*)?:$)"));
     if (prompt.search(line)) {
         m_wantsPassword = true;
-    } else if (line.endsWith(u" - checksum error", Qt::CaseInsensitive)) {
-        // In a solid set each member behind a bad one is bad as well.
-        if (m_names.isEmpty() && !m_hasBrokenNames)
-            add(m_tested);
-    } else if (complainsOfTestedArchive(line) && !m_hasBrokenNames) {
-        add(m_tested);
+        return;
     }
+    const bool isOfMember = line.endsWith(u" - checksum error", Qt::CaseInsensitive);
+    // In a solid set each member behind a bad one is bad as well.
+    const bool isBlame = isOfMember ? m_named.isEmpty() && m_believed.isEmpty() : complainsOfTestedArchive(line);
+    if (isBlame)
+        m_believed.insert(lastComponent(m_tested));
 }
 
-void BadVolumes::add(const QString& path)
-{
-    m_names.insert(lastComponent(path));
-}
-
-/// Can this be a volume of the set? Where names of members break lines, only a path that they cannot know is one.
 bool BadVolumes::isVolume(const QString& path) const
 {
-    return setBaseName(lastComponent(path)).compare(m_base, Qt::CaseInsensitive) == 0 &&
-           (!m_hasBrokenNames || path.startsWith(m_folder));
+    return setBaseName(lastComponent(path)).compare(m_base, Qt::CaseInsensitive) == 0;
 }
 
 QStringList BadVolumes::names() const
 {
-    QStringList sorted = m_names.values();
+    QStringList sorted = (m_hasBrokenNames ? m_named : m_named + m_believed).values();
     sorted.sort();
     return sorted;
 }

@@ -10,7 +10,8 @@ namespace vormel {
 /// Reads what unrar or rar prints while it tests a set of RAR volumes, line by line, and collects the volumes that it
 /// blames. Only lines that name an archive blame one by its name. Lines that name a member, whatever it is called, say
 /// no more than that something is wrong; they blame the volume that was being tested, and that only as long as no other
-/// is to blame.
+/// is to blame. Names that go over several lines can look like any line: where there are such, only paths count, which
+/// they cannot know.
 class BadVolumes
 {
 public:
@@ -26,17 +27,16 @@ public:
     [[nodiscard]] bool wantsPassword() const { return m_wantsPassword; }
 
 private:
-    void readMember(const QByteArray& line);
     [[nodiscard]] bool readArchive(const QString& line);
     void readComplaint(const QString& line);
-    void add(const QString& path);
     [[nodiscard]] bool isVolume(const QString& path) const;
 
     QString m_folder; ///< with the "/" at its end
     QString m_base;
-    QString m_tested; ///< the volume that is being tested
-    QSet<QString> m_names;
-    bool m_hasBrokenNames = false; ///< names of members go over several lines, which can look like anything
+    QString m_tested;         ///< the volume that is being tested
+    QSet<QString> m_named;    ///< by a path in the folder
+    QSet<QString> m_believed; ///< to be blamed by lines that could be a part of a name
+    bool m_hasBrokenNames = false;
     bool m_wantsPassword = false;
 };
 

@@ -392,7 +392,7 @@ QSet<QString> DownloadManager::filesOfItems(const QSet<ItemId>& leftOut) const
         if (item->localPath())
             files.insert(*item->localPath());
         else
-            files.insert(paths.partFile(item->filename()));
+            files.insert(item->partPlace() ? item->partPlace()->path : paths.partFile(item->filename()));
     }
     return files;
 }

@@ -121,7 +121,7 @@ TEST(BadVolumes, aBadFileBlamesTheVolumeInWhichItEndsUnlessAnotherIsToBlame)
     const QString start = QStringLiteral("Testing archive /x/a.part1.rar\n\nTesting     f    \b\b\b\b100%\n");
     const QString named = QStringLiteral("f   : packed data checksum error in volume /x/a.part1.rar\n");
     const QString end =
-        QStringLiteral("\nTesting archive /x/a.part2.rar\n\n...   f   \b\b\b\b100%\nf   - checksum error\n");
+        QStringLiteral("\nTesting archive /x/a.part2.rar\n\n...         f   \b\b\b\b100%\nf   - checksum error\n");
     EXPECT_EQ(badVolumes(start + end), partsOfA({2}));
     EXPECT_EQ(badVolumes(start + named + end), partsOfA({1}));
 }
@@ -176,6 +176,34 @@ INSTANTIATE_TEST_SUITE_P(
         QStringLiteral("one\nUnexpected end of archive\ntwo"), QStringLiteral("one\nCorrupt header is found\ntwo"),
         QStringLiteral("one\nCannot find volume a.part4.rar\ntwo"),
         QStringLiteral("one\nCannot find volume /y/a.part4.rar\ntwo"), QStringLiteral("one\nx - checksum error\ntwo")));
+
+TEST(BadVolumes, aMemberThatBeginsAtTheEndOfAVolumeBreaksNoName)
+{
+    // So little of it that no figure was drawn.
+    const QString start = QStringLiteral("Testing archive /x/a.part1.rar\n\n") + member(QStringLiteral("f")) +
+                          QStringLiteral("Testing     g                        \n\n"
+                                         "Testing archive /x/a.part2.rar\n\n"
+                                         "...         g             \b\b\b\b 27%\b\b\b\b\b  OK \n");
+    EXPECT_EQ(badVolumes(start + QStringLiteral("h - checksum error\n")), partsOfA({2}));
+    EXPECT_EQ(badVolumes(start + QStringLiteral("Unexpected end of archive\n")), partsOfA({2}));
+}
+
+TEST(BadVolumes, aMemberThatIsSkippedBreaksNoName)
+{
+    EXPECT_EQ(badVolumes(QStringLiteral("Testing archive /x/a.part2.rar\n\nUnexpected end of archive\n"
+                                        "Testing archive /x/a.part3.rar\n\nSkipping    f       \b\b\b\b\b     \n")),
+              partsOfA({2}));
+}
+
+TEST(BadVolumes, aRecoveryRecordInAVolumeIsNoMember)
+{
+    const QString record = QStringLiteral("Testing the recovery record      \b\b\b\b 25%\b\b\b\b100%\b\b\b\b");
+    const QString start = QStringLiteral("Testing archive /x/a.part1.rar\n\n") + record + QStringLiteral("   OK\n") +
+                          QStringLiteral("Testing archive /x/a.part2.rar\n\n") + record;
+    EXPECT_EQ(badVolumes(start + QStringLiteral("   OK\nCorrupt header is found\nTotal errors: 1\n")), partsOfA({2}));
+    EXPECT_EQ(badVolumes(start + QStringLiteral("  Failed\nRecovery record is corrupt.\nTotal errors: 1\n")),
+              partsOfA({2}));
+}
 
 TEST(BadVolumes, aVolumeOfAnotherSetIsNotBlamed)
 {

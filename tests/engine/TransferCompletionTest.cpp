@@ -326,7 +326,8 @@ TEST_F(TransferCompletionTest, FailsWhenTheFileCannotBeMovedAndKeepsItsBytes)
     shop.sandbox.write(QStringLiteral("Downloads/set"), "a file where the folder of the set should be");
     const ItemPtr item = shop.start(QStringLiteral("http://h/get"));
     answer(200, {{"Content-Disposition", "filename=set.part1.rar"}}, "abc");
-    EXPECT_EQ(item->status(), DownloadStatus::failure(QStringLiteral("The download folder is missing.")));
+    EXPECT_EQ(item->status(),
+              DownloadStatus::failure(QStringLiteral("A file stands where the folder of this download should be.")));
     EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/get.download")), "abc");
     EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/set")), "a file where the folder of the set should be");
 }
@@ -385,13 +386,17 @@ TEST_F(TransferCompletionTest, ForgetsARetryOfARemovedItem)
     EXPECT_TRUE(shop.manager().items().empty());
 }
 
-TEST(TransferTexts, ExistInBothLanguages)
+TEST_F(TransferCompletionTest, ItsTextsExistInBothLanguages)
 {
+    const auto in = [this](const TransferEnd& end, AppLanguage language) {
+        shop.settings().language.set(language);
+        return endText(end, shop.settings());
+    };
     for (int kind = 0; kind <= static_cast<int>(HttpError::Kind::Other); ++kind) {
         TransferEnd end;
         end.reason = TransferEnd::Reason::NetworkError;
         end.error.kind = static_cast<HttpError::Kind>(kind);
-        EXPECT_NE(endText(end, AppLanguage::english), endText(end, AppLanguage::italian));
+        EXPECT_NE(in(end, AppLanguage::english), in(end, AppLanguage::italian));
     }
     for (const auto reason :
          {TransferEnd::Reason::ErrorAnswer, TransferEnd::Reason::ForeignRange, TransferEnd::Reason::SourceChanged,
@@ -399,6 +404,6 @@ TEST(TransferTexts, ExistInBothLanguages)
         TransferEnd end;
         end.reason = reason;
         end.systemError = ENOSPC;
-        EXPECT_NE(endText(end, AppLanguage::english), endText(end, AppLanguage::italian));
+        EXPECT_NE(in(end, AppLanguage::english), in(end, AppLanguage::italian));
     }
 }

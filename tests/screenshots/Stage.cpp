@@ -10,7 +10,7 @@ namespace vormel::screenshots {
 
 Stage::Stage(AppLanguage language, QSize size)
 {
-    for (const char* tool : {"unrar", "rar", "7zz"})
+    for (const char* tool : {"unzip", "unrar", "rar", "7zz"})
         workshop.tools.add(QString::fromLatin1(tool));
     desktop.tools.look();
     desktop.managers.manager = PackageManager::apt;

@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QStyle>
 
 #include <iostream>
 
@@ -47,7 +48,9 @@ int main(int argc, char** argv)
             continue;
         const QString folder = arguments.at(1) + u'/' + look.name;
         QDir().mkpath(folder);
-        QApplication::setPalette(look.palette);
+        QPalette palette = look.palette;
+        QApplication::style()->polish(palette); // as the desktop's is in the program
+        QApplication::setPalette(palette);
         for (const Scene& scene : allScenes()) {
             Stage stage(look.language, look.size);
             scene.set(stage);

@@ -205,6 +205,24 @@ TEST_P(PaintedContrastTest, TheInvitationToDropCanBeReadAboveTheList)
     EXPECT_GE(least, readable);
 }
 
+TEST_P(PaintedContrastTest, WhatCanBeTypedIntoHasAnEdgeThatIsSeen)
+{
+    auto& sheet = *new AddURLView(workshop.settings(), workshop.manager().resolvers(), &window);
+    sheet.show();
+    partOf<QPlainTextEdit>(sheet, "linkEditor").setPlainText(QStringLiteral("https://h.example/a"));
+    auto& popover = *new RenamePopover(QStringLiteral("a"), AppLanguage::english, &window);
+    popover.show();
+    window.showPage(Page::settings);
+    turnEventLoop();
+    for (QWidget* const field : {&partOf<QWidget>(sheet, "linkEditor"), &partOf<QWidget>(popover, "draftName"),
+                                 &partOf<QWidget>(window, "concurrentDownloads")}) {
+        field->clearFocus();
+        const QImage painted = picture(*field);
+        const QColor edge(painted.pixel(0, painted.height() / 2));
+        EXPECT_GE(contrastOf(edge, mostFrequent(painted)), visible) << describe(*field);
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Palettes, PaintedContrastTest, ::testing::Range(0, 4));
 
 TEST(ReadableStyle, WhatQtItselfHighlightsAndHintsAtCanBeRead)

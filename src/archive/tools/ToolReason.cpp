@@ -21,6 +21,14 @@ bool startsWithAny(const QByteArray& line, const std::array<std::string_view, Co
     });
 }
 
+template <std::size_t Count>
+bool endsWithAny(const QByteArray& line, const std::array<std::string_view, Count>& ends)
+{
+    return std::any_of(ends.begin(), ends.end(), [&](std::string_view end) {
+        return line.trimmed().endsWith(QByteArray::fromRawData(end.data(), static_cast<qsizetype>(end.size())));
+    });
+}
+
 /// A line about one member that says nothing but that it was its turn.
 bool isMemberInTurn(const QByteArray& line)
 {
@@ -29,8 +37,10 @@ bool isMemberInTurn(const QByteArray& line)
                                     "  exploding: "sv};
     if (line.startsWith("...         "))
         return true;
+    static constexpr std::array olderSevenZip{"CRC Failed"sv, "Data Error"sv, "Wrong password?"sv,
+                                              "Unsupported Method"sv};
     if (startsWithAny(line, rar)) // older 7-Zips tell what is wrong in the same line
-        return line.contains('\b') || line.trimmed().endsWith(" OK");
+        return !endsWithAny(line, olderSevenZip);
     return startsWithAny(line, zip) && !line.contains(" bad CRC ");
 }
 

@@ -133,8 +133,7 @@ void TransferCompletion::transferFailed(DownloadItem& item, const TransferEnd& e
     const qint64 size = end.partPath ? sizeOnDisk(*end.partPath) : 0;
     const bool isShort =
         end.reason == TransferEnd::Reason::ErrorAnswer && item.totalBytes() >= 1 && size < item.totalBytes();
-    const QString message =
-        isShort ? incompleteText(size, item.totalBytes()) : endText(end, m_settings.language.value());
+    const QString message = isShort ? incompleteText(size, item.totalBytes()) : endText(end, m_settings);
     item.setStatus(DownloadStatus::failure(message));
     m_recovery.startRecoveryCountdown(item, recoveryCountdownSeconds);
     m_recovery.scheduleRecoveryCheck(item);
@@ -153,8 +152,7 @@ void TransferCompletion::fileIsShort(DownloadItem& item, const TransferEnd& end,
     if (isFinal || !retryLater(item)) {
         m_retries.restore(item.id());
         const bool isShort = isTotalKnown && size < item.totalBytes() && end.reason != TransferEnd::Reason::Overlong;
-        const QString message =
-            isShort ? incompleteText(size, item.totalBytes()) : endText(end, m_settings.language.value());
+        const QString message = isShort ? incompleteText(size, item.totalBytes()) : endText(end, m_settings);
         item.setStatus(DownloadStatus::failure(message));
     }
     m_queue.processQueue();
@@ -176,7 +174,7 @@ void TransferCompletion::fileIsComplete(DownloadItem& item, const TransferEnd& e
 {
     MoveResult moved = moveToFinalPlace(*end.partPath, destinationFor(item, end));
     if (moved.systemError != 0)
-        return fail(item, fileErrorText(moved.systemError, m_settings.language.value()));
+        return fail(item, fileErrorText(moved.systemError, m_settings));
     removeMarks(moved.path);
     item.setPartPlace(std::nullopt);
     const bool isRev = isRevName(moved.path);

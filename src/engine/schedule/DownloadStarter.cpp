@@ -146,7 +146,7 @@ void DownloadStarter::beginTransfer(DownloadItem& item, const Link& address)
     const QString usualPart = paths.partFile(item.filename());
     OpenedPart part = openPart(item, usualPart, m_ports.session.partFiles());
     if (!part.file)
-        return startFailed(item, fileErrorText(part.systemError, m_ports.settings.language.value()));
+        return startFailed(item, fileErrorText(part.systemError, m_ports.settings));
     takeOver(item, *part.file, usualPart);
     TransferOrder order{item.id(), address, item.filename(), destination, item.totalBytes(), true};
     order.isDirectLink = !m_ports.resolvers.hostResolverForURL(item.originalURL());

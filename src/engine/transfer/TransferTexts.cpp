@@ -1,7 +1,10 @@
 #include "engine/transfer/TransferTexts.h"
 
+#include "model/AppSettings.h"
 #include "text/ByteCount.h"
 #include "text/PercentCoding.h"
+
+#include <QFileInfo>
 
 #include <cerrno>
 #include <system_error>
@@ -43,6 +46,18 @@ QString networkErrorText(HttpError::Kind kind, AppLanguage language)
     Q_UNREACHABLE();
 }
 
+QString missingText(int systemError, const AppSettings& settings)
+{
+    const AppLanguage language = settings.language.value();
+    if (!QFileInfo(settings.downloadFolderPath.value()).isDir())
+        return pair(language, u"The download folder is missing.", u"La cartella dei download non esiste.");
+    if (systemError == ENOTDIR)
+        return pair(language, u"A file stands where the folder of this download should be.",
+                    u"Al posto della cartella di questo download c'è un file.");
+    return pair(language, u"The file or its folder was removed by another program — retry",
+                u"Il file o la sua cartella è stato rimosso da un altro programma — riprova");
+}
+
 /// The page is only its beginning and may end inside a character.
 QString pageText(QByteArrayView page)
 {
@@ -75,8 +90,9 @@ QString incompleteText(qint64 received, qint64 total)
     return QStringLiteral("Incomplete download (%1 of %2) — retry").arg(byteCountText(received), byteCountText(total));
 }
 
-QString endText(const TransferEnd& end, AppLanguage language)
+QString endText(const TransferEnd& end, const AppSettings& settings)
 {
+    const AppLanguage language = settings.language.value();
     switch (end.reason) {
     case TransferEnd::Reason::ErrorAnswer:
         return pair(language, u"The server answered with error %1 instead of the file — retry",
@@ -92,7 +108,7 @@ QString endText(const TransferEnd& end, AppLanguage language)
         return pair(language, u"The server sent more than it had announced — retry",
                     u"Il server ha inviato più dati di quanto annunciato — riprova");
     case TransferEnd::Reason::NotWritten:
-        return fileErrorText(end.systemError, language);
+        return fileErrorText(end.systemError, settings);
     case TransferEnd::Reason::WebPage:
         return webPageText(end.page, language);
     case TransferEnd::Reason::NetworkError:
@@ -102,8 +118,9 @@ QString endText(const TransferEnd& end, AppLanguage language)
     Q_UNREACHABLE();
 }
 
-QString fileErrorText(int systemError, AppLanguage language)
+QString fileErrorText(int systemError, const AppSettings& settings)
 {
+    const AppLanguage language = settings.language.value();
     switch (systemError) {
     case ENOSPC:
     case EDQUOT:
@@ -115,7 +132,10 @@ QString fileErrorText(int systemError, AppLanguage language)
                     u"Impossibile scrivere nella cartella dei download.");
     case ENOENT:
     case ENOTDIR:
-        return pair(language, u"The download folder is missing.", u"La cartella dei download non esiste.");
+        return missingText(systemError, settings);
+    case EXDEV:
+        return pair(language, u"The finished file could not be moved to its folder, which is on another disk.",
+                    u"Impossibile spostare il file completato nella sua cartella, che si trova su un altro disco.");
     case EMLINK:
     case ESTALE:
         return pair(language, u"The partial file was changed by another program — retry",

@@ -5,6 +5,8 @@
 
 namespace vormel {
 
+class AppSettings;
+
 /// What the user is told of a page that came instead of the file.
 [[nodiscard]] QString webPageText(const QByteArray& page, AppLanguage language);
 
@@ -12,9 +14,10 @@ namespace vormel {
 [[nodiscard]] QString incompleteText(qint64 received, qint64 total);
 
 /// What the user is told of an end that is no finished file.
-[[nodiscard]] QString endText(const TransferEnd& end, AppLanguage language);
+[[nodiscard]] QString endText(const TransferEnd& end, const AppSettings& settings);
 
-/// What the user is told when the system refused to open, write or move a file.
-[[nodiscard]] QString fileErrorText(int systemError, AppLanguage language);
+/// What the user is told when the system refused to open, write or move a file of the download folder. Looks whether
+/// that is there.
+[[nodiscard]] QString fileErrorText(int systemError, const AppSettings& settings);
 
 } // namespace vormel

@@ -1,5 +1,6 @@
 #include "ui/kit/ReadableStyle.h"
 
+#include "ui/kit/Contrast.h"
 #include "ui/kit/FocusRing.h"
 
 #include <QPlainTextEdit>
@@ -19,11 +20,28 @@ void drawRing(QPainter& painter, const QStyleOption& option, qreal inset = 0)
     painter.restore();
 }
 
+/// Where it can be typed, which dark windows would not show.
+void drawEdge(QPainter& painter, const QStyleOption& option)
+{
+    constexpr qreal radius = 2;
+    constexpr qreal half = 0.5; // of its width
+    const Theme theme(option.palette);
+    const QList<QColor> grounds{option.palette.color(QPalette::Base), option.palette.color(QPalette::Window)};
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(standingOut(theme.color(Tint::track), theme.color(Tint::text), grounds, visibleContrast));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(QRectF(option.rect).adjusted(half, half, -half, -half), radius, radius);
+    painter.restore();
+}
+
 /// What can be typed into shows its focus at all times.
-void drawRingOfField(QPainter& painter, const QStyleOption& option)
+void drawFrameOfField(QPainter& painter, const QStyleOption& option)
 {
     if (option.state.testFlag(QStyle::State_HasFocus))
         drawRing(painter, option);
+    else
+        drawEdge(painter, option);
 }
 
 /// What was clicked needs no ring; one appears as soon as the keyboard moves the focus.
@@ -54,7 +72,7 @@ void ReadableStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* 
     }
     QProxyStyle::drawPrimitive(element, option, painter, widget);
     if (element == PE_FrameLineEdit)
-        drawRingOfField(*painter, *option);
+        drawFrameOfField(*painter, *option);
 }
 
 void ReadableStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
@@ -65,7 +83,7 @@ void ReadableStyle::drawControl(ControlElement element, const QStyleOption* opti
     if (element == CE_PushButton)
         drawRingOfButton(*painter, *option, border);
     if (element == CE_ShapedFrame && qobject_cast<const QPlainTextEdit*>(widget))
-        drawRingOfField(*painter, *option);
+        drawFrameOfField(*painter, *option);
 }
 
 void ReadableStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
@@ -83,7 +101,7 @@ void ReadableStyle::drawComplexControl(ComplexControl control, const QStyleOptio
     if (control == CC_ComboBox)
         drawRingOfButton(*painter, *option);
     if (control == CC_SpinBox)
-        drawRingOfField(*painter, *option);
+        drawFrameOfField(*painter, *option);
 }
 
 } // namespace vormel

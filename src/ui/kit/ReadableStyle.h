@@ -4,8 +4,8 @@
 
 namespace vormel {
 
-/// The desktop's style, with two things that most leave to the eyes of the young: selected texts and hints can be read,
-/// and a ring shows which control the keyboard works on. For the whole application, which takes it over.
+/// The desktop's style, with what most leave to the eyes of the young: selected texts and hints can be read, fields
+/// have an edge, and a ring shows which control the keyboard works on. For the whole application, which takes it over.
 class ReadableStyle final : public QProxyStyle
 {
     Q_OBJECT

@@ -54,7 +54,7 @@ void paintExtraction(const RowCanvas& canvas, const RowMetrics& metrics, const R
     }
     const bool isRepairing = content.extraction == ExtractionStatus::repairing;
     const Tint barTint = isRepairing ? Tint::orange : Tint::blue;
-    const Tint textTint = isRepairing ? Tint::orange : Tint::secondary;
+    const Tint textTint = extractionTint(content.extraction);
     if (content.extractionProgress)
         canvas.bar(layout.extractionBar, *content.extractionProgress, barTint);
     else

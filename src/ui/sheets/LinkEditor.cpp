@@ -25,6 +25,9 @@ LinkEditor::LinkEditor(QWidget* parent)
     document()->setDocumentMargin(margin);
     setTabChangesFocus(true);
     setLineWrapMode(NoWrap);
+    setViewportMargins(1, 1, 1, 1); // room for the ring of the focus, which is wider than the frame
+    setBackgroundRole(QPalette::Base);
+    setAutoFillBackground(true);
 }
 
 void LinkEditor::fill(const QString& text)

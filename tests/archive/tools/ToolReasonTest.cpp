@@ -26,6 +26,7 @@ TEST(ToolReason, leavesOutWhatUnrarPrintsBesides)
                        "Creating    /x/out/d                                           OK\n"
                        "Extracting  /x/out/d/ERROR 1.bin                             \b\b\b\b  7%\b\b\b\b\b  OK \n"
                        "Extracting  /x/out/d/a.bin                                        \b\b\b\b 50%\n"
+                       "Testing     d/tiny.bin                                        \n"
                        "d/a.bin              - checksum error\nUnexpected end of archive\nTotal errors: 3\n"),
               u"Unexpected end of archive\nd/a.bin              - checksum error");
     EXPECT_EQ(reasonOf("UNRAR 6.21 freeware\n/x/bad.rar is not RAR archive\nNo files to extract\n"),

@@ -31,7 +31,8 @@ public:
         , m_recorder(m_row.size())
     {
         const RowLayout layout(m_metrics, content, m_row, Qt::LeftToRight);
-        m_sizes = {layout.icon.height(), layout.extractionIcon.height(), layout.recoveryIcon.height()};
+        m_sizes = {layout.icon.height(), layout.extractionIcon.height(), layout.recoveryIcon.height(),
+                   layout.verificationIcon.height()};
         paint(look, [&](const RowCanvas& canvas) { paintRow(canvas, m_metrics, content, layout, look.hot, {}); });
     }
     PaintedRow(const HeaderContent& content, const Look& look)

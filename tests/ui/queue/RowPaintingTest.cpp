@@ -109,10 +109,43 @@ const Case cases[] = {
      "**film.rar**/text|Completed/secondary|Repairing with .rev…/orange|Host.example/tertiary",
      "**film.rar**/text|Completato/secondary|Riparazione con .rev…/orange|Host.example/tertiary",
      COMPLETED " bandage.fill/orange", "0.30/orange"},
+    {"waitingToBeExtracted",
+     [](DownloadItem& item) {
+         extract(item, E::extracting, 3);
+         item.setAwaitsExtractionTurn(true);
+     },
+     "**film.rar**/text|Completed/secondary|Waiting for its turn to be extracted…/secondary|Host.example/tertiary",
+     "**film.rar**/text|Completato/secondary|In attesa del turno di estrazione…/secondary|Host.example/tertiary",
+     COMPLETED " archivebox.fill/secondary", "0.30/blue"},
+    {"verified",
+     [](DownloadItem& item) {
+         item.setStatus(S::completed);
+         item.setVerification({VerificationResult::sound});
+     },
+     "**film.rar**/text|Completed/secondary|Verified — all parts are sound/green|Host.example/tertiary",
+     "**film.rar**/text|Completato/secondary|Verificato — tutte le parti sono integre/green|Host.example/tertiary",
+     COMPLETED " checkmark.seal/green"},
+    {"verifiedAndFetchedAgain",
+     [](DownloadItem& item) {
+         item.setStatus(S::queued);
+         item.setVerification({VerificationResult::fetchedAgain, 2});
+     },
+     "**film.rar**/text|Queued/secondary|Verified — 2 damaged or missing parts are downloaded again/orange|"
+     "Host.example/tertiary",
+     "**film.rar**/text|In coda/secondary|Verificato — 2 parti danneggiate o mancanti vengono riscaricate/orange|"
+     "Host.example/tertiary",
+     "clock/secondary stop.fill/secondary arrow.triangle.2.circlepath/secondary xmark/secondary checkmark.seal/orange"},
+    {"notVerified",
+     [](DownloadItem& item) {
+         item.setStatus(S::completed);
+         item.setVerification({VerificationResult::failed, 0, QStringLiteral("no tool")});
+     },
+     "**film.rar**/text|Completed/secondary|Verification failed: no tool/red|Host.example/tertiary",
+     "**film.rar**/text|Completato/secondary|Verifica fallita: no tool/red|Host.example/tertiary",
+     COMPLETED " checkmark.seal/red"},
     {"extracted", [](DownloadItem& item) { extract(item, E::done, 3); },
-     "**film.rar**/text|Completed/secondary|Extracted/secondary|Host.example/tertiary",
-     "**film.rar**/text|Completato/secondary|Estratto/secondary|Host.example/tertiary",
-     COMPLETED " archivebox.fill/green"},
+     "**film.rar**/text|Completed/secondary|Extracted/green|Host.example/tertiary",
+     "**film.rar**/text|Completato/secondary|Estratto/green|Host.example/tertiary", COMPLETED " archivebox.fill/green"},
     {"notExtracted", [](DownloadItem& item) { extract(item, E::failure(QStringLiteral("no volume")), 3); },
      "**film.rar**/text|Completed/secondary|Extraction failed: no volume/red|Retry/text|Host.example/tertiary",
      "**film.rar**/text|Completato/secondary|Estrazione fallita: no volume/red|Riprova/text|Host.example/tertiary",
