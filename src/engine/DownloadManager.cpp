@@ -1,6 +1,7 @@
 #include "engine/DownloadManager.h"
 
 #include "engine/groups/VisibleGroups.h"
+#include "engine/transfer/ItemPart.h"
 #include "model/DownloadPaths.h"
 #include "model/SetName.h"
 #include "platform/async/Spawn.h"
@@ -392,13 +393,17 @@ QSet<QString> DownloadManager::filesOfItems(const QSet<ItemId>& leftOut) const
         // An item that has its file, too, may be fetched again.
         const QString file = item->localPath() ? *item->localPath() : paths.finalFile(item->filename());
         files.insert(file);
-        files.insert(DownloadPaths::partOf(file));
+        files.insert(item->partPlace() ? item->partPlace()->path : DownloadPaths::partOf(file));
     }
     return files;
 }
 
 void DownloadManager::dropRevItems(const QSet<ItemId>& ids)
 {
+    const DownloadPaths paths(m_settings.downloadFolderPath.value());
+    for (const ItemId& id : ids)
+        if (const ItemPtr item = m_table.find(id))
+            removePart(*item, paths.partFile(item->filename()));
     m_revFiles.forget(ids);
     m_commands.removeItems(ids);
 }

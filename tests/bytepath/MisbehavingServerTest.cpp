@@ -82,7 +82,7 @@ const std::vector<Behaviour>& behaviours()
         {"EndlessTrailers", Answer::file().endlessTrailers(), Same, Same, Same, Same},
         {"NoLength", Answer::file().untilClose(), Same, Same, Same, Same},
         {"NoLengthAndCut", Answer::wholeFile().untilClose().closeAfter(1000), Prefix, Prefix, Prefix, Prefix},
-        {"LengthTooLarge", Answer::file().withContentLengthOff(100), Same, Same, Same, Same},
+        {"LengthTooLarge", Answer::file().withContentLengthOff(100), Same, Failed, Same, Same},
         {"LengthTooSmall", Answer::wholeFile().withContentLengthOff(-100), Prefix, Prefix, Prefix, Prefix},
         {"LengthOverflows", Answer::file().withContentLength("99999999999999999999999"), Same, Same, Same, Same},
         {"Drips", Answer::file().dripping(100000, 1ms), Same, Same, Same, Same},

@@ -1,0 +1,164 @@
+#include "engine/OneTransfer.h"
+#include "platform/storage/FolderSyncs.h"
+
+#include <QFile>
+
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <mutex>
+
+using namespace std::chrono_literals;
+using namespace vormel;
+using namespace vormel::fixtures;
+
+namespace {
+
+/// What was synced in this program, in its order, for as long as somebody listens.
+class SyncLog
+{
+public:
+    void add(int file)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_paths << QFile::symLinkTarget(QStringLiteral("/proc/self/fd/%1").arg(file));
+    }
+    QStringList take()
+    {
+        const std::lock_guard lock(m_mutex);
+        return std::exchange(m_paths, {});
+    }
+
+private:
+    std::mutex m_mutex;
+    QStringList m_paths;
+};
+
+SyncLog& syncLog()
+{
+    static SyncLog log;
+    return log;
+}
+
+} // namespace
+
+/// Take the place of the system's own in this program.
+extern "C" int fsync(int file)
+{
+    syncLog().add(file);
+    return static_cast<int>(::syscall(SYS_fsync, file));
+}
+
+extern "C" int fdatasync(int file)
+{
+    syncLog().add(file);
+    return static_cast<int>(::syscall(SYS_fdatasync, file));
+}
+
+namespace {
+
+using FinishedOnDisk = OneTransfer;
+
+TEST_F(FinishedOnDisk, AFileIsSyncedBeforeItGetsItsName)
+{
+    shop.sync.isHeld = true;
+    const ItemPtr item = shop.start(rarLink);
+    say(200, {{"Content-Length", "3"}});
+    send("abc");
+    close();
+    EXPECT_EQ(shop.sync.syncs, 1);
+    EXPECT_EQ(item->status(), DownloadStatus::downloading);
+    EXPECT_FALSE(shop.sandbox.exists(finalFile));
+    EXPECT_EQ(shop.sandbox.read(partFile), "abc");
+    shop.sync.release();
+    turnEventLoop();
+    EXPECT_EQ(item->status(), DownloadStatus::completed);
+    EXPECT_EQ(shop.sandbox.read(finalFile), "abc");
+}
+
+TEST_F(FinishedOnDisk, AFileThatWasWholeAlreadyIsSyncedTooAndNobodyIsAsked)
+{
+    shop.sync.isHeld = true;
+    const ItemPtr item = shop.start(rarLink);
+    say(200, {{"Content-Length", "3"}});
+    send("abc");
+    close();
+    shop.manager().pauseAll();
+    EXPECT_EQ(item->status(), DownloadStatus::paused);
+    shop.sync.release();
+    turnEventLoop();
+    EXPECT_EQ(item->status(), DownloadStatus::paused) << "what was dropped is not heard of again";
+    shop.manager().startAll();
+    turnEventLoop();
+    EXPECT_EQ(shop.http.exchanges().size(), 1U);
+    EXPECT_EQ(shop.sync.syncs, 2);
+    shop.sync.release();
+    turnEventLoop();
+    EXPECT_EQ(item->status(), DownloadStatus::completed);
+}
+
+TEST_F(FinishedOnDisk, AnItemMayBeRemovedWhileItsFileIsSynced)
+{
+    shop.sync.isHeld = true;
+    const ItemPtr item = shop.start(rarLink);
+    say(200, {{"Content-Length", "3"}});
+    send("abc");
+    close();
+    shop.manager().commands().removeItems({item->id()});
+    shop.sync.release();
+    turnEventLoop();
+    EXPECT_TRUE(shop.sandbox.files(QStringLiteral("Downloads")).isEmpty());
+}
+
+TEST_F(FinishedOnDisk, TheProgramMayEndWhileAFileIsSynced)
+{
+    shop.sync.isHeld = true;
+    shop.start(rarLink);
+    say(200, {{"Content-Length", "3"}});
+    send("abc");
+    close();
+    shop.restart();
+    EXPECT_EQ(shop.manager().items().at(0)->bytesReceived(), 3);
+    EXPECT_EQ(shop.manager().items().at(0)->status(), DownloadStatus::paused);
+}
+
+TEST_F(FinishedOnDisk, BytesThatTheDiskMayHaveLostAreFetchedAgain)
+{
+    shop.sync.error = EIO;
+    const ItemPtr item = shop.start(rarLink);
+    say(200, {{"Content-Length", "3"}});
+    send("abc");
+    close();
+    EXPECT_EQ(item->status(), DownloadStatus::queued);
+    EXPECT_FALSE(shop.sandbox.exists(finalFile));
+    shop.sync.error = 0;
+    shop.clock.advance(2s);
+    turnEventLoop();
+    EXPECT_EQ(server().header("Range"), std::nullopt);
+    say(200, {{"Content-Length", "3"}});
+    send("abc");
+    close();
+    EXPECT_EQ(item->status(), DownloadStatus::completed);
+}
+
+TEST_F(FinishedOnDisk, TheNameOfAFileIsSyncedBeforeTheQueueThatTellsOfIt)
+{
+    const ItemPtr item = shop.start(QStringLiteral("http://h/movie.part1.rar"));
+    say(200, {{"Content-Length", "3"}});
+    send("abc");
+    shop.flush();
+    syncLog().take();
+    close();
+    ASSERT_EQ(item->status(), DownloadStatus::completed);
+    shop.flush();
+    const QStringList synced = syncLog().take();
+    const qsizetype file =
+        synced.indexOf(shop.sandbox.path(QStringLiteral("Downloads/movie/movie.part1.rar.download")));
+    const qsizetype folder = synced.indexOf(shop.sandbox.path(QStringLiteral("Downloads/movie")));
+    const qsizetype queue = synced.indexOf(shop.sandbox.path(QStringLiteral("data/Vormel/download_queue.json.new")));
+    EXPECT_GE(file, 0) << qPrintable(synced.join(u'\n'));
+    EXPECT_GT(folder, file);
+    EXPECT_GT(queue, folder);
+}
+
+} // namespace

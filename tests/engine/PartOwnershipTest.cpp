@@ -1,0 +1,413 @@
+#include "engine/OneTransfer.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace std::chrono_literals;
+using namespace vormel;
+using namespace vormel::fixtures;
+using ::testing::ElementsAre;
+
+namespace {
+
+const QString queueFile = QStringLiteral("data/Vormel/download_queue.json");
+const QString secondPart = QStringLiteral("Downloads/x.rar (1).download");
+
+/// Whose bytes a part file holds, and who may go on with them.
+class PartOwnership : public OneTransfer
+{
+protected:
+    void SetUp() override
+    {
+        const QString path = shop.sandbox.write(QStringLiteral("Downloads/probe"), "");
+        PartFile probe(path, PartFile::Opening::Existing);
+        probe.setMarks({});
+        keepsMarks = probe.isMarked();
+        ASSERT_TRUE(QFile::remove(path));
+    }
+
+    /// A part file that another item has left, of a row that was removed since.
+    void leaveOrphan(const std::vector<HttpHeader>& headers)
+    {
+        const ItemPtr orphan = shop.start(QStringLiteral("http://first/x.rar"));
+        say(200, headers);
+        send("abc");
+        shop.manager().pauseAll();
+        shop.manager().commands().removeItems({orphan->id()});
+        ASSERT_EQ(shop.sandbox.read(partFile), "abc");
+    }
+    void startAll()
+    {
+        shop.manager().startAll();
+        turnEventLoop();
+    }
+    void finish(const QByteArray& bytes)
+    {
+        say(200, {{"Content-Length", QByteArray::number(bytes.size())}});
+        send(bytes);
+        close();
+    }
+    /// A new start of the program that finds the queue as it was some time ago.
+    void restartWith(const QByteArray& savedQueue)
+    {
+        shop.restart(true);
+        shop.flush();
+        shop.sandbox.write(queueFile, savedQueue);
+        shop.restart(true);
+    }
+    QByteArray savedQueue()
+    {
+        shop.manager().saveQueue();
+        shop.flush();
+        return shop.sandbox.read(queueFile);
+    }
+    [[nodiscard]] const DownloadItem& only() { return *shop.manager().items().at(0); }
+    [[nodiscard]] QStringList downloads() const { return shop.sandbox.files(QStringLiteral("Downloads")); }
+
+    bool keepsMarks = false;
+};
+
+#define VORMEL_NEEDS_MARKS                                                                                             \
+    if (!keepsMarks)                                                                                                   \
+    GTEST_SKIP() << "this file system keeps no extended attributes"
+
+} // namespace
+
+TEST_F(PartOwnership, WhatOneLinkLeftIsNotTheBeginningOfAnother)
+{
+    leaveOrphan({{"Content-Length", "6"}});
+    const ItemPtr item = shop.start(rarLink);
+    EXPECT_EQ(server().header("Range"), std::nullopt);
+    EXPECT_EQ(item->bytesReceived(), 0);
+    finish("second");
+    EXPECT_EQ(shop.sandbox.read(finalFile), "second");
+    EXPECT_EQ(shop.sandbox.read(partFile), "abc");
+}
+
+TEST_F(PartOwnership, WhatOneLinkLeftOfUnknownLengthIsNotTheBeginningOfAnother)
+{
+    leaveOrphan({});
+    shop.start(rarLink);
+    EXPECT_EQ(server().header("Range"), std::nullopt);
+    finish("second");
+    EXPECT_EQ(shop.sandbox.read(finalFile), "second");
+    EXPECT_EQ(shop.sandbox.read(partFile), "abc");
+}
+
+TEST_F(PartOwnership, WhatNobodyIsKnownToHaveBegunIsBegunAnewAndLeftAlone)
+{
+    shop.sandbox.write(partFile, "whatever this is");
+    shop.start(rarLink);
+    EXPECT_EQ(server().header("Range"), std::nullopt);
+    finish("mine");
+    EXPECT_EQ(shop.sandbox.read(finalFile), "mine");
+    EXPECT_EQ(shop.sandbox.read(partFile), "whatever this is");
+}
+
+TEST_F(PartOwnership, ALinkThatIsAddedAgainGoesOn)
+{
+    VORMEL_NEEDS_MARKS;
+    leaveOrphan({{"Content-Length", "6"}, {"ETag", "\"one\""}});
+    const ItemPtr item = shop.start(QStringLiteral("http://first/x.rar"));
+    EXPECT_EQ(server().header("Range"), "bytes=3-");
+    EXPECT_EQ(item->totalBytes(), 6);
+    say(206, {{"Content-Range", "bytes 3-5/6"}, {"ETag", "\"one\""}});
+    send("def");
+    close();
+    EXPECT_EQ(shop.sandbox.read(finalFile), "abcdef");
+    EXPECT_FALSE(readMarks(shop.sandbox.path(finalFile)).areThere());
+}
+
+TEST_F(PartOwnership, ALinkThatIsAddedAgainRefusesAPieceOfAnotherSize)
+{
+    VORMEL_NEEDS_MARKS;
+    leaveOrphan({{"Content-Length", "6"}});
+    const ItemPtr item = shop.start(QStringLiteral("http://first/x.rar"));
+    say(206, {{"Content-Range", "bytes 3-8/9"}});
+    EXPECT_EQ(item->status(), DownloadStatus::queued);
+    EXPECT_FALSE(shop.sandbox.exists(finalFile));
+}
+
+TEST_F(PartOwnership, TwoItemsOfOneNameHaveAPartFileEach)
+{
+    const ItemPtr first = shop.start(QStringLiteral("http://first/x.rar"));
+    say(200, {{"Content-Length", "6"}});
+    send("abc");
+    shop.manager().commands().pauseItems({first});
+    const ItemPtr second = shop.add(rarLink);
+    shop.manager().commands().startItems({second});
+    turnEventLoop();
+    say(200, {{"Content-Length", "6"}});
+    send("uvw");
+    EXPECT_THAT(downloads(), ElementsAre(QStringLiteral("x.rar (1).download"), QStringLiteral("x.rar.download")));
+    EXPECT_EQ(shop.sandbox.read(partFile), "abc");
+    EXPECT_EQ(shop.sandbox.read(secondPart), "uvw");
+    shop.restart(true);
+    EXPECT_EQ(shop.manager().items()[0]->bytesReceived(), 3);
+    EXPECT_EQ(shop.manager().items()[1]->partPlace()->path, shop.sandbox.path(secondPart));
+    shop.manager().commands().startItems({shop.manager().items()[1]});
+    turnEventLoop();
+    EXPECT_EQ(server().header("Range"), "bytes=3-");
+    say(206, {{"Content-Range", "bytes 3-5/6"}});
+    send("xyz");
+    close();
+    EXPECT_EQ(shop.sandbox.read(finalFile), "uvwxyz");
+    EXPECT_EQ(shop.sandbox.read(partFile), "abc");
+}
+
+TEST_F(PartOwnership, APauseKeepsProgressThoughAnOrphanHasTheServersName)
+{
+    shop.sandbox.write(QStringLiteral("Downloads/movie.rar.download"), "somebody else's");
+    shop.start(QStringLiteral("http://h/get"));
+    say(200, {{"Content-Length", "6"}, {"Content-Disposition", "attachment; filename=movie.rar"}});
+    send("abc");
+    shop.manager().pauseAll();
+    shop.restart(true);
+    EXPECT_EQ(only().filename(), QStringLiteral("movie.rar"));
+    EXPECT_EQ(only().bytesReceived(), 3);
+    startAll();
+    EXPECT_EQ(server().header("Range"), "bytes=3-");
+    say(206, {{"Content-Range", "bytes 3-5/6"}});
+    send("def");
+    close();
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/movie.rar")), "abcdef");
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/movie.rar.download")), "somebody else's");
+}
+
+TEST_F(PartOwnership, AKillBeforeTheServersNameIsSavedLosesNothing)
+{
+    shop.start(QStringLiteral("http://h/get"));
+    const QByteArray before = savedQueue();
+    say(200, {{"Content-Length", "6"}, {"Content-Disposition", "attachment; filename=movie.part1.rar"}});
+    send("abc");
+    restartWith(before);
+    EXPECT_EQ(only().filename(), QStringLiteral("get"));
+    startAll();
+    EXPECT_EQ(server().header("Range"), "bytes=3-");
+}
+
+TEST_F(PartOwnership, AKillBeforeAPathIsSavedLosesNothing)
+{
+    VORMEL_NEEDS_MARKS;
+    shop.sandbox.write(partFile, "somebody else's");
+    shop.add(rarLink);
+    const QByteArray before = savedQueue();
+    startAll();
+    say(200, {{"Content-Length", "6"}});
+    send("abc");
+    restartWith(before);
+    EXPECT_EQ(only().bytesReceived(), 3);
+    EXPECT_EQ(only().totalBytes(), 6);
+    startAll();
+    EXPECT_EQ(server().header("Range"), "bytes=3-");
+}
+
+TEST_F(PartOwnership, AFileWithoutMarksIsTheItemsWhereTheQueueSaysSo)
+{
+    shop.sandbox.write(partFile, "somebody else's");
+    const ItemPtr item = shop.start(rarLink);
+    say(200, {{"Content-Length", "6"}});
+    send("abc");
+    shop.manager().pauseAll();
+    removeMarks(shop.sandbox.path(secondPart));
+    item->setPartPlace(PartPlace{shop.sandbox.path(secondPart), false});
+    shop.manager().saveQueue();
+    shop.restart(true);
+    EXPECT_EQ(only().partPlace(), (PartPlace{shop.sandbox.path(secondPart), false}));
+    EXPECT_EQ(only().bytesReceived(), 3);
+    startAll();
+    EXPECT_EQ(server().header("Range"), "bytes=3-");
+}
+
+TEST_F(PartOwnership, TheQueueStoresAPathOnlyWhereNothingElseLeadsToTheFile)
+{
+    VORMEL_NEEDS_MARKS;
+    shop.start(rarLink);
+    say(200, {{"Content-Length", "6"}});
+    send("abc");
+    EXPECT_FALSE(savedQueue().contains("partPath"));
+    shop.settings().downloadFolderPath.set(shop.sandbox.path(QStringLiteral("elsewhere")));
+    const QByteArray queue = savedQueue();
+    EXPECT_TRUE(queue.contains(",\"extractionStatusType\":\"idle\",\"partPath\":\"file:///")) << queue.constData();
+    shop.settings().downloadFolderPath.set(shop.sandbox.path(QStringLiteral("Downloads")));
+    EXPECT_FALSE(savedQueue().contains("partPath"));
+}
+
+TEST_F(PartOwnership, AnItemThatGetsAnotherNameBringsItsBytesAlong)
+{
+    const ItemPtr item = shop.start(rarLink);
+    say(200, {{"Content-Length", "6"}});
+    send("abc");
+    shop.manager().pauseAll();
+    item->setFilename(QStringLiteral("movie.part1.rar"));
+    startAll();
+    EXPECT_EQ(server().header("Range"), "bytes=3-");
+    EXPECT_THAT(downloads(), ElementsAre(QStringLiteral("movie/movie.part1.rar.download")));
+}
+
+TEST_F(PartOwnership, AnItemBringsItsBytesAlongToAnotherDownloadFolder)
+{
+    shop.start(rarLink);
+    say(200, {{"Content-Length", "6"}});
+    send("abc");
+    shop.manager().pauseAll();
+    shop.settings().downloadFolderPath.set(shop.sandbox.path(QStringLiteral("elsewhere")));
+    shop.restart();
+    startAll();
+    EXPECT_EQ(server().header("Range"), "bytes=3-");
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("elsewhere/x.rar.download")), "abc");
+    EXPECT_TRUE(downloads().isEmpty());
+}
+
+TEST_F(PartOwnership, APathInTheQueueThatIsNoPartFilesIsNotBelieved)
+{
+    const QString precious = shop.sandbox.write(QStringLiteral("precious"), "keep");
+    shop.add(rarLink);
+    for (const QString& path :
+         {precious, shop.sandbox.path(QStringLiteral("Downloads/../precious")), QStringLiteral("precious.download")}) {
+        QByteArray queue = savedQueue();
+        queue.replace("}]", ",\"partPath\":\"file://" + path.toUtf8() + "\"}]");
+        restartWith(queue);
+        EXPECT_FALSE(only().partPlace()) << qPrintable(path);
+    }
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("precious")), "keep");
+}
+
+TEST_F(PartOwnership, AStrangersPartIsNotDeletedByARetry)
+{
+    leaveOrphan({{"Content-Length", "6"}});
+    const ItemPtr item = shop.start(rarLink);
+    say(200, {{"Content-Length", "6"}});
+    send("uvw");
+    shop.manager().commands().interruptItem(*item, DownloadStatus::failure(QStringLiteral("gone")));
+    shop.settings().maxConcurrentDownloads.set(0);
+    shop.manager().commands().retryItem(*item);
+    EXPECT_THAT(downloads(), ElementsAre(QStringLiteral("x.rar.download")));
+    EXPECT_EQ(shop.sandbox.read(partFile), "abc");
+}
+
+TEST_F(PartOwnership, WhatIsNoFileUnderThePartsNameIsLeftAloneAndHoldsNothingUp)
+{
+    const QByteArray part = QFile::encodeName(shop.sandbox.path(partFile));
+    const QByteArray precious = QFile::encodeName(shop.sandbox.write(QStringLiteral("precious"), ""));
+    const std::vector<std::function<int()>> obstacles{[&] { return ::mkfifo(part.constData(), 0600); },
+                                                      [&] { return ::mkdir(part.constData(), 0700); },
+                                                      [&] { return ::symlink(precious.constData(), part.constData()); },
+                                                      [&] { return ::link(precious.constData(), part.constData()); }};
+    for (const std::function<int()>& putInTheWay : obstacles) {
+        ASSERT_EQ(putInTheWay(), 0);
+        const ItemPtr item = shop.start(rarLink);
+        finish("mine");
+        EXPECT_EQ(item->status(), DownloadStatus::completed);
+        EXPECT_EQ(shop.sandbox.read(finalFile), "mine");
+        EXPECT_EQ(::remove(part.constData()), 0);
+        EXPECT_TRUE(QFile::remove(shop.sandbox.path(finalFile)));
+        shop.manager().commands().removeItems({item->id()});
+    }
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("precious")), "");
+}
+
+TEST_F(PartOwnership, ItsOwnFileWithASecondNameIsNotWrittenThrough)
+{
+    const ItemPtr item = shop.start(rarLink);
+    say(200, {{"Content-Length", "6"}});
+    send("abc");
+    shop.manager().pauseAll();
+    const QString kept = shop.sandbox.path(QStringLiteral("kept"));
+    ASSERT_EQ(::link(QFile::encodeName(shop.sandbox.path(partFile)).constData(), QFile::encodeName(kept).constData()),
+              0);
+    startAll();
+    EXPECT_EQ(server().header("Range"), std::nullopt);
+    finish("ABCDEF");
+    EXPECT_EQ(shop.sandbox.read(finalFile), "ABCDEF");
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("kept")), "abc");
+    EXPECT_EQ(item->status(), DownloadStatus::completed);
+}
+
+TEST_F(PartOwnership, AFolderOrPipeUnderTheFilesNameIsNoFinishedFile)
+{
+    ASSERT_TRUE(QDir().mkpath(shop.sandbox.path(finalFile)));
+    const ItemPtr item = shop.add(rarLink);
+    EXPECT_EQ(item->status(), DownloadStatus::paused);
+    const ItemPtr second = shop.add(QStringLiteral("http://h/y.rar"));
+    const QByteArray pipe = QFile::encodeName(shop.sandbox.path(QStringLiteral("Downloads/y.rar")));
+    ASSERT_EQ(::mkfifo(pipe.constData(), 0600), 0);
+    startAll();
+    ASSERT_EQ(shop.http.exchanges().size(), 2U);
+    finish("y");
+    EXPECT_EQ(second->localPath(), shop.sandbox.path(QStringLiteral("Downloads/y (1).rar")));
+    auto& first = *shop.http.exchanges()[0];
+    first.head(200, {{"Content-Length", "1"}});
+    first.data("x");
+    first.finish();
+    turnEventLoop();
+    EXPECT_EQ(item->localPath(), shop.sandbox.path(QStringLiteral("Downloads/x (1).rar")));
+}
+
+TEST_F(PartOwnership, ANameThatEndsAsPartFilesDoIsNotAnothersPart)
+{
+    shop.start(QStringLiteral("http://first/get"));
+    say(200, {{"Content-Length", "6"}, {"Content-Disposition", "filename=x.rar.download"}});
+    send("poison");
+    close();
+    EXPECT_THAT(downloads(), ElementsAre(QStringLiteral("x.rar")));
+    const ItemPtr item = shop.start(QStringLiteral("http://h/y.rar.download"));
+    EXPECT_EQ(server().header("Range"), std::nullopt);
+    finish("mine");
+    EXPECT_EQ(item->localPath(), shop.sandbox.path(QStringLiteral("Downloads/y.rar")));
+}
+
+TEST_F(PartOwnership, ADeadLinkLeavesNothingBehind)
+{
+    const ItemPtr item = shop.start(rarLink);
+    for (int i = 0; i < 9; ++i) {
+        say(404, {{"Content-Type", "text/plain"}});
+        EXPECT_TRUE(downloads().isEmpty()) << i;
+        shop.clock.advance(10s);
+        turnEventLoop();
+    }
+    EXPECT_EQ(item->status().kind(), DownloadStatus::failed);
+}
+
+TEST_F(PartOwnership, APauseBeforeTheFirstByteLeavesNothingBehind)
+{
+    shop.start(rarLink);
+    say(200, {{"Content-Length", "6"}});
+    EXPECT_THAT(downloads(), ElementsAre(QStringLiteral("x.rar.download")));
+    shop.manager().pauseAll();
+    EXPECT_TRUE(downloads().isEmpty());
+    startAll();
+    shop.manager().shutDown();
+    EXPECT_TRUE(downloads().isEmpty());
+}
+
+TEST_F(PartOwnership, AWholeAnswerWithoutALengthForgetsTheTotalOfBefore)
+{
+    const ItemPtr item = shop.start(rarLink);
+    say(200, {{"Content-Length", "6"}});
+    send("abc");
+    server().fail(HttpError::Kind::ConnectionLost);
+    turnEventLoop();
+    shop.clock.advance(2s);
+    say(200, {});
+    EXPECT_EQ(item->totalBytes(), 0);
+    send("whole");
+    close();
+    EXPECT_EQ(item->status(), DownloadStatus::completed);
+    EXPECT_EQ(shop.sandbox.read(finalFile), "whole");
+}
+
+TEST_F(PartOwnership, AnEndThatIsNotTheKnownOneCompletesNothing)
+{
+    const ItemPtr item = shop.add(rarLink);
+    shop.begin(item, QByteArray(1000, 'x'));
+    item->setTotalBytes(2000);
+    startAll();
+    say(416, {{"Content-Type", "text/plain"}, {"Content-Range", "bytes */1000"}});
+    EXPECT_EQ(item->status(), DownloadStatus::queued);
+    EXPECT_FALSE(shop.sandbox.exists(finalFile));
+}
