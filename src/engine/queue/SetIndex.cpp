@@ -78,7 +78,10 @@ std::span<const ItemPtr> SetIndex::find(const QString& base) const
 SetTally SetIndex::tallyOf(const ItemId& id) const
 {
     const auto entry = m_entries.constFind(id);
-    return entry == m_entries.cend() ? SetTally() : m_sets.constFind(entry->base)->tally;
+    if (entry == m_entries.cend())
+        return {};
+    const auto set = m_sets.constFind(entry->base);
+    return set == m_sets.cend() ? SetTally() : set->tally;
 }
 
 } // namespace vormel
