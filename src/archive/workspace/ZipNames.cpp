@@ -30,7 +30,7 @@ QByteArray readAt(QFile& file, qint64 offset, qint64 size)
 QByteArray directoryOf(QFile& file)
 {
     // It would be read whole.
-    constexpr quint64 largest = 256 * 1024 * 1024;
+    constexpr auto largest = quint64{256} * 1024 * 1024;
     constexpr qint64 longestComment = 0xffff;
     const qint64 tailStart = std::max<qint64>(0, file.size() - endSize - longestComment);
     const QByteArray tail = readAt(file, tailStart, endSize + longestComment);

@@ -171,7 +171,7 @@ void QueueCommands::redownloadItem(DownloadItem& item)
     m_ports.queue.saveQueue();
 }
 
-bool QueueCommands::removeOwnFile(const DownloadItem& item, const QString& path)
+bool QueueCommands::removeOwnFile(const DownloadItem& item, const QString& path) const
 {
     // A link may lead to a disk that comes back.
     const bool isPlain = !QFileInfo(path).isSymLink();

@@ -86,7 +86,7 @@ private:
     void requeue(DownloadItem& item);
     void resyncItem(DownloadItem& item, const DiskState& disk);
     /// Deletes a regular file that no other item has. False if it stays.
-    bool removeOwnFile(const DownloadItem& item, const QString& path);
+    bool removeOwnFile(const DownloadItem& item, const QString& path) const;
 
     Ports m_ports;
 };

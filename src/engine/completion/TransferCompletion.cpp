@@ -118,6 +118,7 @@ void TransferCompletion::prepareNextTry(DownloadItem& item, const TransferEnd& e
         return;
     if (end.partPath)
         QFile::remove(*end.partPath);
+    item.setPartPlace(std::nullopt);
     item.setTotalBytes(0);
     item.setBytesReceived(0);
     item.setProgress(0);
