@@ -194,7 +194,7 @@ TEST_F(GroupVerificationTest, TestsASetOnceHoweverOftenItIsAskedFor)
 
 TEST_F(GroupVerificationTest, TestsNoSetThatIsBeingUnpackedOrRepaired)
 {
-    unrar("exit 3");
+    unrar("exit 3", "exit 3");
     shop.tools.add(QStringLiteral("rar"), waitForGo());
     shop.manager().retryExtraction(set[0]->id());
     shop.manager().verifyGroup(set);
