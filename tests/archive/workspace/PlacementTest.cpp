@@ -21,6 +21,7 @@
 #include <cerrno>
 #include <functional>
 #include <sched.h>
+#include <utility>
 
 namespace vormel {
 namespace {
@@ -274,9 +275,11 @@ TEST_F(PlacementTest, whatAppearsWhileItIsPlacedIsNotOverwritten)
 {
     own(QStringLiteral("file"), "first");
     unpacked(QStringLiteral("file"));
-    ScriptedTrash racing([this](const QString& path) {
-        if (!trash.moveToTrash(path))
+    bool hasAppeared = false;
+    ScriptedTrash racing([this, &hasAppeared](const QString& path) {
+        if (std::exchange(hasAppeared, true))
             return QFile::rename(path, sandbox.path(QStringLiteral("trash/another")));
+        EXPECT_TRUE(trash.moveToTrash(path));
         own(QStringLiteral("file"), "second");
         return true;
     });
