@@ -137,8 +137,8 @@ private:
     Lifetime m_lifetime;
 };
 
-ChildProcesses::ChildProcesses(QProcessEnvironment environment)
-    : m_environment(std::move(environment))
+ChildProcesses::ChildProcesses(const QProcessEnvironment& environment)
+    : m_environment(environment)
 {}
 
 ChildProcesses::~ChildProcesses()

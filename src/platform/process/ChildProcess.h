@@ -33,7 +33,7 @@ class ChildProcesses
 public:
     /// All programs get this environment, as a rule that of this program.
     explicit ChildProcesses(
-        QProcessEnvironment environment = QProcessEnvironment(QProcessEnvironment::InheritFromParent));
+        const QProcessEnvironment& environment = QProcessEnvironment(QProcessEnvironment::InheritFromParent));
     ChildProcesses(const ChildProcesses&) = delete;
     ChildProcesses& operator=(const ChildProcesses&) = delete;
     ~ChildProcesses();
