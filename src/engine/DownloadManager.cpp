@@ -1,6 +1,7 @@
 #include "engine/DownloadManager.h"
 
 #include "engine/groups/VisibleGroups.h"
+#include "engine/queue/ItemFiles.h"
 #include "engine/transfer/ItemPart.h"
 #include "model/DownloadPaths.h"
 #include "model/SetName.h"
@@ -385,17 +386,7 @@ std::size_t DownloadManager::placeOf(const ItemId& id) const
 
 QSet<QString> DownloadManager::filesOfItems(const QSet<ItemId>& leftOut) const
 {
-    const DownloadPaths paths(m_settings.downloadFolderPath.value());
-    QSet<QString> files;
-    for (const ItemPtr& item : m_table.items()) {
-        if (leftOut.contains(item->id()))
-            continue;
-        // An item that has its file, too, may be fetched again.
-        const QString file = item->localPath() ? *item->localPath() : paths.finalFile(item->filename());
-        files.insert(file);
-        files.insert(item->partPlace() ? item->partPlace()->path : DownloadPaths::partOf(file));
-    }
-    return files;
+    return vormel::filesOfItems(m_table.items(), DownloadPaths(m_settings.downloadFolderPath.value()), leftOut);
 }
 
 void DownloadManager::dropRevItems(const QSet<ItemId>& ids)
