@@ -87,7 +87,7 @@ QCoro::Task<std::shared_ptr<WorkFolder>> ArchiveExtractor::extract(QString archi
     std::rethrow_exception(failure);
 }
 
-QCoro::Task<std::shared_ptr<WorkFolder>> ArchiveExtractor::makeWorkFolder(QString destination)
+QCoro::Task<std::shared_ptr<WorkFolder>> ArchiveExtractor::makeWorkFolder(const QString& destination)
 {
     const auto make = [destination] { return std::make_shared<WorkFolder>(WorkFolder::make(destination)); };
     return m_background.run(make);
@@ -127,7 +127,7 @@ QCoro::Task<std::shared_ptr<WorkFolder>> ArchiveExtractor::unpack(Attempt attemp
 
 QCoro::Task<VolumeTest> ArchiveExtractor::verify(QString archive)
 {
-    return testVolumes(m_tools, archive, m_trace);
+    return testVolumes(m_tools, std::move(archive), m_trace);
 }
 
 bool ArchiveExtractor::canRepair() const

@@ -63,7 +63,7 @@ private:
         std::stop_token stop;
     };
 
-    [[nodiscard]] QCoro::Task<std::shared_ptr<WorkFolder>> makeWorkFolder(QString destination);
+    [[nodiscard]] QCoro::Task<std::shared_ptr<WorkFolder>> makeWorkFolder(const QString& destination);
     [[nodiscard]] QCoro::Task<std::shared_ptr<WorkFolder>> unpack(Attempt attempt, QString destination);
     QCoro::Task<> rebuild(QString tool, QString archive, std::stop_token stop);
     void traceRepair(const QString& archive) const;

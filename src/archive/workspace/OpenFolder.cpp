@@ -36,7 +36,7 @@ bool isInEveryFolder(const QByteArray& name)
 mode_t typeOf(int folder, const dirent& entry)
 {
     if (entry.d_type != DT_UNKNOWN)
-        return DTTOIF(entry.d_type);
+        return static_cast<mode_t>(DTTOIF(entry.d_type));
     const auto facts = factsOf(folder, entry.d_name);
     return facts ? facts->st_mode & S_IFMT : 0;
 }
