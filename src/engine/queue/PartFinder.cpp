@@ -65,7 +65,7 @@ const PartFinder::Listing& PartFinder::listingOf(const QString& folder)
             listing.pathsByItem.insert(readMarks(path).item, path);
         }
     }
-    return *m_listings.insert(folder, std::move(listing));
+    return *m_listings.insert(folder, listing);
 }
 
 std::optional<PartFinder::Found> PartFinder::claim(const DownloadItem& item, const QString& path, bool isStored)
