@@ -105,6 +105,8 @@ QString SetOnStage::objectionToFolder() const
         if (!volume.isRecovery)
             expected << volume.name;
     }
+    if (m_set.spoilt) // what the repair replaced
+        expected << m_set.volumes[*m_set.spoilt].name + QStringLiteral(".bad");
     expected.sort();
     const QStringList found = filesBelow(folder());
     return unless(found == expected, QStringLiteral("found ") + found.join(QStringLiteral(", ")));
