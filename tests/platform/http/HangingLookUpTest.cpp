@@ -85,7 +85,9 @@ protected:
 
     [[nodiscard]] std::unique_ptr<HttpTask> ask(HttpClient& by)
     {
-        auto task = by.makeTask(requestFor(std::string("http://") + SilentNameServer::host + "/x"), recorder);
+        auto task = by.makeTask(
+            requestFor(QStringLiteral("http://%1/x").arg(QLatin1StringView(SilentNameServer::host)).toStdString()),
+            recorder);
         task->resume();
         EXPECT_TRUE(silentNameServer().waitForQuestion());
         return task;
