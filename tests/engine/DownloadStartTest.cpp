@@ -22,7 +22,8 @@ protected:
     }
     void resolveTo(std::size_t call, const QString& url, const std::optional<QString>& name = {})
     {
-        answer(call, ResolvedDownload{link(url), name});
+        answerWithAddress(log->resolves.at(call), url, name);
+        turnEventLoop();
     }
     ItemPtr startFilestore()
     {

@@ -23,8 +23,7 @@ protected:
     }
     void name(std::size_t call, const QString& filename)
     {
-        log->resolves.at(call).answer->deliver(
-            ResolvedDownload{link(QStringLiteral("https://cdn.example/opaque")), filename});
+        answerWithAddress(log->resolves.at(call), QStringLiteral("https://cdn.example/opaque"), filename);
         turnEventLoop();
     }
     void failWith(std::size_t call, const ResolverError& error)
@@ -185,7 +184,7 @@ TEST_F(FilenamePrefetchTest, ComparesANameThatAResolveHasTold)
     failWith(0, ResolverError::authenticationFailed());
     shop.manager().startAll();
     turnEventLoop();
-    log->resolves.at(1).answer->deliver(ResolvedDownload{link(QStringLiteral("https://cdn.example/movie.rar")), {}});
+    answerWithAddress(log->resolves.at(1), QStringLiteral("https://cdn.example/movie.rar"));
     turnEventLoop();
     shop.manager().pauseAll();
     shop.add(filestore(2));

@@ -187,7 +187,7 @@ class DeadAddressTest : public ::testing::TestWithParam<int>
 protected:
     void resolveTo(const QString& url)
     {
-        log->resolves.back().answer->deliver(ResolvedDownload{link(url), {}});
+        answerWithAddress(log->resolves.back(), url);
         turnEventLoop();
     }
 

@@ -212,10 +212,7 @@ const Event transferEvents[] = {
     {"ALoginIsCancelled", [](Scene& s) { s.signInFirst(); }, [](Scene& s) { s.shop.manager().cancelLogin(); }, either,
      no},
     {"ARecoveryVolumeIsFoundByResolving", [](Scene& s) { s.resolve(); },
-     [](Scene& s) {
-         s.log->resolves[1].answer->deliver(ResolvedDownload{link(QStringLiteral("http://h/m.part1.rev")), {}});
-     },
-     either, yes},
+     [](Scene& s) { answerWithAddress(s.log->resolves[1], QStringLiteral("http://h/m.part1.rev")); }, either, yes},
     {"ARecoveryVolumeIsHeldBackAfterAll",
      [](Scene& s) {
          s.shop.settings().downloadRevFiles.set(true);
@@ -223,10 +220,7 @@ const Event transferEvents[] = {
          s.resolve(QStringLiteral("https://filestore.example/f/m.part1.rev"));
          s.shop.settings().downloadRevFiles.set(false);
      },
-     [](Scene& s) {
-         s.log->resolves[1].answer->deliver(ResolvedDownload{link(QStringLiteral("http://h/opaque")), {}});
-     },
-     either, yes},
+     [](Scene& s) { answerWithAddress(s.log->resolves[1], QStringLiteral("http://h/opaque")); }, either, yes},
 };
 
 const Event intakeEvents[] = {
@@ -251,14 +245,10 @@ const Event intakeEvents[] = {
      [](Scene& s) {
          s.shop.manager().setAccounts({account(SupportedHost::filestore)});
          s.shop.add({premiumLink, QStringLiteral("https://filestore.example/f/y")});
-         s.log->resolves[0].answer->deliver(
-             ResolvedDownload{link(QStringLiteral("http://h/1.bin")), QStringLiteral("1.bin")});
+         answerWithAddress(s.log->resolves[0], QStringLiteral("http://h/1.bin"), QStringLiteral("1.bin"));
          turnEventLoop();
      },
-     [](Scene& s) {
-         s.log->resolves[1].answer->deliver(
-             ResolvedDownload{link(QStringLiteral("http://h/2")), QStringLiteral("1.BIN")});
-     },
+     [](Scene& s) { answerWithAddress(s.log->resolves[1], QStringLiteral("http://h/2"), QStringLiteral("1.BIN")); },
      yes, either},
 };
 

@@ -130,8 +130,7 @@ protected:
         turnEventLoop();
         shop.manager().startAll();
         turnEventLoop();
-        log->resolves[1].answer->deliver(
-            ResolvedDownload{link(QStringLiteral("http://cdn/x.rar")), QStringLiteral("x.rar")});
+        answerWithAddress(log->resolves[1], QStringLiteral("http://cdn/x.rar"), QStringLiteral("x.rar"));
         turnEventLoop();
         ASSERT_EQ(item->status(), DownloadStatus::downloading);
     }
