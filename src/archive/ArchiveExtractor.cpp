@@ -7,12 +7,15 @@
 #include "archive/workspace/HarmlessTree.h"
 #include "archive/workspace/RepairFolder.h"
 #include "archive/workspace/WorkFolder.h"
+#include "archive/workspace/ZipNames.h"
 
 #include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cstdio>
 #include <exception>
+#include <functional>
 #include <system_error>
 #include <utility>
 
@@ -64,12 +67,18 @@ QCoro::Task<std::shared_ptr<WorkFolder>> ArchiveExtractor::extract(QString archi
                                                                    std::stop_token stop)
 {
     const Lifetime::Watch watch = m_lifetime.watch();
-    const std::vector<UnpackingTool> tools = unpackingTools(archive, password, m_tools);
+    std::vector<UnpackingTool> tools = unpackingTools(archive, password, m_tools);
     const ArchiveFormat format = formatOf(archive).value();
     if (tools.empty()) {
         co_await makeWorkFolder(destination); // where that fails, it is told first
         throw ExtractionError::toolNotFound(missingTool(archive));
     }
+    const auto spoils = [archive, format] { return format == ArchiveFormat::zip && hasNamesThatUnzipSpoils(archive); };
+    const bool isUnzipLast = co_await m_background.run(spoils);
+    if (watch.isOver())
+        throw ToolStopped();
+    if (isUnzipLast)
+        std::stable_partition(tools.begin(), tools.end(), std::mem_fn(&UnpackingTool::keepsForeignNames));
     std::exception_ptr failure;
     for (const UnpackingTool& tool : tools) {
         const Attempt attempt{tool, archive, format, password.has_value(), onProgress, stop};
@@ -107,8 +116,9 @@ QCoro::Task<std::shared_ptr<WorkFolder>> ArchiveExtractor::unpack(Attempt attemp
     try {
         co_await m_tools.run(tool.path, args, progress, attempt.stop);
     } catch (const ExtractionError& error) {
-        failure =
-            std::make_exception_ptr(tool.tellsOfPassword ? classifyToolError(error, attempt.isPasswordGiven) : error);
+        if (!isMereWarning(error))
+            failure = std::make_exception_ptr(tool.tellsOfPassword ? classifyToolError(error, attempt.isPasswordGiven)
+                                                                   : error);
     } catch (const ArchiveError&) {
         failure = std::current_exception();
     }

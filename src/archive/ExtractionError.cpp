@@ -88,6 +88,14 @@ std::optional<ExtractionError> ExtractionError::asDamage() const
     return m_mayBeDamage ? std::optional(extractionFailed(m_exitCode, m_output, m_reason)) : std::nullopt;
 }
 
+bool isMereWarning(const ExtractionError& error)
+{
+    constexpr int warningCode = 1;
+    const QString text = error.reason().text();
+    return error.exitCode() == warningCode && text.startsWith(u"warning:") &&
+           text.endsWith(u"appears to use backslashes as path separators") && !text.contains(u'\n');
+}
+
 ExtractionError classifyToolError(const ExtractionError& error, bool passwordGiven)
 {
     const bool blamesPassword = error.exitCode() == badPasswordCode || error.reason().blamesPassword();

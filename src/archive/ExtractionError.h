@@ -90,6 +90,9 @@ private:
     bool m_mayBeDamage = false;
 };
 
+/// Does the tool complain of nothing but backslashes between folders? unzip takes that for a failure and unpacks all.
+[[nodiscard]] bool isMereWarning(const ExtractionError& error);
+
 /// Turns a failure that the tool blames on the password into passwordRequired or, when one was given (an empty one
 /// counts), into wrongPassword. Everything else comes back as it is.
 [[nodiscard]] ExtractionError classifyToolError(const ExtractionError& error, bool passwordGiven);

@@ -138,6 +138,21 @@ TEST(ExtractionError, wordsOfTheToolsBlameThePasswordInAnyLetterCase)
     }
 }
 
+TEST(ExtractionError, onlyBackslashesWithEverythingUnpackedAreAMereWarning)
+{
+    const auto isMere = [](int code, const QString& output) {
+        return isMereWarning(ExtractionError::extractionFailed(code, output));
+    };
+    const QString warning = QStringLiteral("warning:  /x/a.zip appears to use backslashes as path separators\n");
+    const QString inTurn = QStringLiteral("  inflating: /x/out/f  \n");
+    EXPECT_TRUE(isMere(1, QStringLiteral("Archive:  /x/a.zip\n") + warning + inTurn));
+    EXPECT_FALSE(isMere(2, warning + inTurn));
+    EXPECT_FALSE(isMere(1, inTurn));
+    EXPECT_FALSE(isMere(1, warning + QStringLiteral("skipping: f  need PK compat. v6.3\n") + inTurn));
+    EXPECT_FALSE(isMere(1, QStringLiteral("warning:  something else\n") + warning));
+    EXPECT_FALSE(isMere(1, {}));
+}
+
 TEST(ExtractionError, otherFailuresComeBackAsTheyAre)
 {
     const ExtractionError error =

@@ -1,6 +1,7 @@
 #include "archive/ArchiveExtractor.h"
 #include "archive/TaskEnd.h"
 #include "archive/Unpacking.h"
+#include "archive/workspace/RawZip.h"
 #include "fixtures/FakeTools.h"
 #include "fixtures/RealTools.h"
 #include "fixtures/Sandbox.h"
@@ -73,6 +74,30 @@ protected:
     ArchiveExtractor extractor{runner, [](const QString&) {}};
     std::vector<double> fractions;
 };
+
+TEST_F(RealExtractionTest, namesThatUnzipWouldSpoilAreLeftToSevenZip)
+{
+    VORMEL_NEEDS_TOOL("unzip");
+    VORMEL_NEEDS_TOOL("7zz");
+    const QString archive = sandbox.path(QStringLiteral("a.zip"));
+    writeRawZip(archive, ZipHost::windows, {{"日本/ü.txt", "here", true}});
+    EXPECT_TRUE(extract(archive).isSuccess());
+    EXPECT_EQ(sandbox.read(QStringLiteral("out/日本/ü.txt")), "here");
+}
+
+TEST_F(RealExtractionTest, aZipWithBackslashesNeedsNoSecondTool)
+{
+    VORMEL_NEEDS_TOOL("unzip");
+    const fixtures::FakeTools onlyUnzip;
+    onlyUnzip.addReal(QStringLiteral("unzip"), QStringLiteral("/usr/bin/unzip"));
+    ToolRunner withoutSevenZip(onlyUnzip.folders());
+    ArchiveExtractor unzipping(withoutSevenZip, [](const QString&) {});
+    const QString archive = sandbox.path(QStringLiteral("a.zip"));
+    writeRawZip(archive, ZipHost::dos, {{"folder\\file.txt", "here"}, {"folder\\other.txt", "there"}});
+    EXPECT_TRUE(runToEnd(unpackInto(unzipping, archive, sandbox.path(QStringLiteral("out")))).isSuccess());
+    EXPECT_EQ(sandbox.read(QStringLiteral("out/folder/file.txt")), "here");
+    EXPECT_EQ(sandbox.read(QStringLiteral("out/folder/other.txt")), "there");
+}
 
 TEST_F(RealExtractionTest, tarOfEachCompressionIsUnpacked)
 {

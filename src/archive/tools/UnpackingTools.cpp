@@ -49,7 +49,8 @@ std::vector<UnpackingTool> zipTools(const Password& password, const ToolRunner& 
     if (const QString ditto = tools.fixedTool(QStringLiteral("ditto")); !password && QFileInfo::exists(ditto))
         found.push_back({ditto, dittoArguments});
     found.push_back({tools.fixedTool(QStringLiteral("unzip")),
-                     [=](const QString& archive, const QString& to) { return unzipArguments(archive, to, password); }});
+                     [=](const QString& archive, const QString& to) { return unzipArguments(archive, to, password); },
+                     false, true, false});
     if (const std::optional<QString> tool = sevenZipTool(tools))
         found.push_back(sevenZip(*tool, password));
     return found;

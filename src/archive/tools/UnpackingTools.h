@@ -15,7 +15,8 @@ struct UnpackingTool
     QString path;
     std::function<QStringList(const QString& archive, const QString& destination)> arguments;
     bool tellsProgress = false;
-    bool tellsOfPassword = true; ///< what it prints tells whether the password is to blame
+    bool tellsOfPassword = true;   ///< what it prints tells whether the password is to blame
+    bool keepsForeignNames = true; ///< also those in a ZIP that was packed on Windows
 };
 
 /// The tools for an archive, in the order in which they are tried until one succeeds. Empty for a RAR or 7-Zip archive
