@@ -55,6 +55,27 @@ TEST_F(TransferTroubleTest, NeverJoinsTwoVersionsOfAFile)
     EXPECT_EQ(shop.sandbox.read(finalFile), "defghij");
 }
 
+TEST_F(TransferTroubleTest, NoticesAMarkThatOnlyALaterPieceToldAndThatChangesThen)
+{
+    const ItemPtr item = shop.start(rarLink);
+    const auto losePiece = [this](const QByteArray& bytes) {
+        send(bytes);
+        server().fail(HttpError::Kind::ConnectionLost);
+        turnEventLoop();
+        shop.clock.advance(10s);
+    };
+    say(200, {{"Content-Length", "6"}});
+    losePiece("ab");
+    if (!readMarks(shop.sandbox.path(partFile)).areThere())
+        GTEST_SKIP() << "this file system keeps no extended attributes";
+    say(206, {{"Content-Range", "bytes 2-5/6"}, {"ETag", "W/\"one\""}});
+    losePiece("cd");
+    say(206, {{"Content-Range", "bytes 4-5/6"}, {"ETag", "W/\"two\""}});
+    EXPECT_TRUE(server().isOver);
+    EXPECT_EQ(item->status(), DownloadStatus::queued);
+    EXPECT_FALSE(shop.sandbox.exists(finalFile));
+}
+
 TEST_F(TransferTroubleTest, AcceptsTheCertificatesOfTheTwoPremiumServicesUnseen)
 {
     shop.start(rarLink);
