@@ -72,10 +72,10 @@ private:
             note(giveReadableName(folder, entry, m_backslash));
     }
 
-    /// A folder keeps the bit that its place gives to every folder made there.
+    /// A folder keeps the bit that its place gives to every folder made there. Its owner has access since the survey.
     [[nodiscard]] mode_t wantedMode(const FolderEntry& entry, mode_t mode) const
     {
-        return entry.isFolder() ? (mode & (permissions | m_inheritedBits)) | S_IRWXU : (mode & permissions) | S_IRUSR;
+        return entry.isFolder() ? mode & (permissions | m_inheritedBits) : (mode & permissions) | S_IRUSR;
     }
 
     void note(int error)

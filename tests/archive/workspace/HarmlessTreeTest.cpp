@@ -94,6 +94,8 @@ TEST_F(HarmlessTreeTest, linksThatGoUpBehindANameAreRemovedAsThatMayBecomeALink)
 {
     EXPECT_FALSE(survives(QStringLiteral("a"), "later/.."));
     EXPECT_FALSE(survives(QStringLiteral("b"), "sub/deep/../../../x"));
+    EXPECT_FALSE(survives(QStringLiteral("c"), "sub/.."));
+    EXPECT_FALSE(survives(QStringLiteral("sub/d"), "../sub/deep/../x"));
 }
 
 TEST_F(HarmlessTreeTest, linksAreJudgedTogetherAsOneMayLeadThroughAnother)
