@@ -1,0 +1,97 @@
+#pragma once
+
+#include "fixtures/EventLoop.h"
+#include "fixtures/FakeResolvers.h"
+#include "fixtures/Workshop.h"
+
+namespace vormel::fixtures {
+
+inline const QString directLink = QStringLiteral("http://h/x.bin");
+inline const QString premiumLink = QStringLiteral("https://filestore.example/f/x.bin");
+inline const QString containerLink = QStringLiteral("https://container.example/c/1");
+
+/// A queue with one slot. Its first item waits for it, unseen by the scheduler until a test queues it by hand.
+struct QueueScene
+{
+    QueueScene()
+    {
+        shop.settings().maxConcurrentDownloads.set(1);
+        waiting = shop.add(QStringLiteral("http://h/waiting.bin"));
+        waiting->setStatus(DownloadStatus::stopped);
+    }
+
+    void add(const QString& url = directLink) { item = shop.add(url); }
+    void add(const QString& url, const DownloadStatus& status)
+    {
+        add(url);
+        item->setStatus(status);
+    }
+    /// The item has taken the slot, and half of its file is here.
+    void run()
+    {
+        add();
+        commands().startItems({item});
+        turnEventLoop();
+        server().head(200, {{"Content-Length", "6"}});
+        server().data("abc");
+        turnEventLoop();
+    }
+    void loseConnection()
+    {
+        server().fail(HttpError::Kind::ConnectionLost);
+        turnEventLoop();
+    }
+    void cutShort()
+    {
+        server().head(206, {{"Content-Range", "bytes 3-5/6"}});
+        server().finish();
+        turnEventLoop();
+    }
+    void spendAllTries()
+    {
+        for (int i = 0; i < 8; ++i) {
+            loseConnection();
+            shop.clock.advance(std::chrono::seconds(10));
+        }
+    }
+    void resolve(const QString& url = premiumLink)
+    {
+        shop.manager().setAccounts({account(SupportedHost::filestore)});
+        add(url);
+        log->resolves[0].answer->deliver(ResolverError::unsupportedHost());
+        turnEventLoop();
+        commands().startItems({item});
+        turnEventLoop();
+    }
+    void signInFirst()
+    {
+        resolve();
+        log->resolves[1].answer->deliver(ResolverError::loginRequired(SupportedHost::filestore));
+        turnEventLoop();
+    }
+    void openContainer()
+    {
+        shop.manager().addURLs({link(containerLink)}, std::nullopt);
+        turnEventLoop();
+    }
+    void answerContainer(const std::variant<std::vector<Link>, ContainerError>& answer)
+    {
+        log->containers[0].answer->deliver(answer);
+        turnEventLoop();
+    }
+    void laySetWithRecoveryVolume()
+    {
+        shop.add(QStringLiteral("http://h/m.part1.rar"));
+        add(QStringLiteral("http://h/m.part1.rev"), DownloadStatus::stopped);
+    }
+    QString layFile(const QString& name) { return shop.sandbox.write(QStringLiteral("Downloads/") + name, "abcdef"); }
+    QueueCommands& commands() { return shop.manager().commands(); }
+    ScriptedHttpClient::Exchange& server() { return shop.http.last(); }
+
+    std::shared_ptr<ServiceLog> log = std::make_shared<ServiceLog>();
+    Workshop shop{fakeServices(log)};
+    ItemPtr waiting;
+    ItemPtr item;
+};
+
+} // namespace vormel::fixtures
