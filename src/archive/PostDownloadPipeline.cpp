@@ -129,8 +129,10 @@ QCoro::Task<> PostDownloadPipeline::gatherVolumes(RunPtr run)
         const int systemError = co_await m_background.run(move);
         if (lifetime.isOver())
             co_return;
-        if (systemError == 0 && volume->localPath() == from)
-            volume->setLocalPath(to);
+        // Two links to one volume have one file.
+        for (const ItemPtr& holder : run->archive.elsewhere)
+            if (systemError == 0 && holder->localPath() == from)
+                holder->setLocalPath(to);
     }
     if (!run->archive.elsewhere.empty())
         m_ports.queue.saveQueue();

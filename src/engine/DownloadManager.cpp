@@ -25,6 +25,8 @@ DownloadManager::DownloadManager(const Platform& platform, const Collaborators& 
     , m_revFiles(m_table, m_settings, *this)
     , m_recovery(m_table, m_settings, platform.clock, m_revFiles)
     , m_pipeline({m_settings, platform.clock, collaborators.extractor, platform.trash, *this})
+    , m_waitingArchives(m_table, m_settings, m_revFiles, m_pipeline,
+                        [this](std::function<void()> action) { later(std::move(action)); })
     , m_session(platform.http, platform.fileSync, platform.clock, *this)
     , m_completion(m_table, m_settings, platform.clock, m_pipeline, m_recovery, *this)
     , m_starter(
@@ -204,29 +206,13 @@ void DownloadManager::statusChanged(DownloadItem& item)
         m_completion.endWait(item.id());
         m_signIns.forget(item.id());
     }
-    // What the set's archive waited for will not come; what is there may still be enough.
-    if (!(item.status() == DownloadStatus::failed) || !isSetMember(item.filename()))
-        return;
-    later([this, base = setBaseName(item.filename()), isRev = isRevName(item.filename())] {
-        if (isRev || m_revFiles.areAllThere(base))
-            resumeArchive(base);
-    });
+    if (item.status() == DownloadStatus::failed)
+        m_waitingArchives.failed(item);
 }
 
 void DownloadManager::tableSlotFreed(DownloadItem& item)
 {
-    // A recovery volume that is on its way no more may be one that nothing waits for.
-    if (isRevName(item.filename()) && !(item.status() == DownloadStatus::completed))
-        later([this, base = setBaseName(item.filename())] { resumeArchive(base); });
-}
-
-void DownloadManager::resumeArchive(const QString& base)
-{
-    const std::span<const ItemPtr> set = m_table.itemsOfSet(base);
-    const auto first = std::find_if(
-        set.begin(), set.end(), [](const ItemPtr& item) { return isRarPart(item->filename()) && item->localPath(); });
-    if (m_settings.autoExtract.value() && first != set.end())
-        m_pipeline.autoExtractAfterDownload((*first)->id());
+    m_waitingArchives.offItsWay(item);
 }
 
 bool DownloadManager::isHeldBack(const DownloadItem& item) const

@@ -12,6 +12,7 @@
 #include "engine/queue/QueueFile.h"
 #include "engine/recovery/NetworkRecovery.h"
 #include "engine/recovery/RevFiles.h"
+#include "engine/recovery/WaitingArchives.h"
 #include "engine/schedule/DownloadStarter.h"
 #include "engine/schedule/Scheduler.h"
 #include "engine/schedule/SignIns.h"
@@ -160,7 +161,6 @@ private:
     /// A pass in a later turn, however many ask for it in this one.
     void processQueueLater();
     void statusChanged(DownloadItem& item);
-    void resumeArchive(const QString& base);
     /// Starts an item that was chosen, if nothing has come between.
     void startChosen(const ItemPtr& item, DownloadStatus::Kind expected);
 
@@ -182,6 +182,7 @@ private:
     RevFiles m_revFiles;
     NetworkRecovery m_recovery;
     PostDownloadPipeline m_pipeline;
+    WaitingArchives m_waitingArchives;
     TransferSession m_session;
     TransferCompletion m_completion;
     DownloadStarter m_starter;

@@ -162,6 +162,21 @@ TEST_F(SetOnDiskTest, IsUnpackedWhereItsFirstVolumeLies)
     EXPECT_EQ(shop.manager().items().at(1)->localPath(), shop.sandbox.path(QStringLiteral("new/set/set.part2.rar")));
 }
 
+TEST_F(SetOnDiskTest, BringsTheOneFileOfTwoLinksForBothOfThem)
+{
+    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+    const QString path = shop.sandbox.write(QStringLiteral("elsewhere/m.part2.rar"), "x");
+    const auto mirrors = shop.add({QStringLiteral("http://a/m.part2.rar"), QStringLiteral("http://b/m.part2.rar")});
+    for (const ItemPtr& mirror : mirrors) {
+        mirror->setLocalPath(path);
+        mirror->setStatus(DownloadStatus::completed);
+    }
+    run(first);
+    ASSERT_TRUE(reaches(first, ExtractionStatus::failed));
+    for (const ItemPtr& mirror : mirrors)
+        EXPECT_EQ(mirror->localPath(), shop.sandbox.path(QStringLiteral("Downloads/m/m.part2.rar")));
+}
+
 TEST_F(SetOnDiskTest, LeavesAVolumeWhereItIsWhenItsPlaceIsTaken)
 {
     const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));

@@ -15,9 +15,9 @@ namespace vormel {
 
 namespace {
 
-ItemPtr partnerOf(const DownloadItem& item, const ItemTable& table, bool (*isPartner)(const QString& name))
+ItemPtr partnerIn(const QString& base, const ItemTable& table, bool (*isPartner)(const QString& name))
 {
-    const std::span<const ItemPtr> set = table.itemsOfSet(setBaseName(item.filename()));
+    const std::span<const ItemPtr> set = table.itemsOfSet(base);
     const auto found = std::find_if(set.begin(), set.end(), [&](const ItemPtr& other) {
         return other->localPath() && isPartner(lastComponent(*other->localPath()));
     });
@@ -28,12 +28,17 @@ ItemPtr partnerOf(const DownloadItem& item, const ItemTable& table, bool (*isPar
 
 ItemPtr firstVolumeBeside(const DownloadItem& item, const ItemTable& table)
 {
-    return partnerOf(item, table, &isFirstVolume);
+    return partnerIn(setBaseName(item.filename()), table, &isFirstVolume);
+}
+
+ItemPtr volumeOnDisk(const QString& base, const ItemTable& table)
+{
+    return partnerIn(base, table, &isRarPart);
 }
 
 QString broughtToItsArchive(const DownloadItem& rev, const QString& path, const ItemTable& table)
 {
-    const ItemPtr partner = partnerOf(rev, table, &isRarPart);
+    const ItemPtr partner = volumeOnDisk(setBaseName(rev.filename()), table);
     const QFileInfo arrived(path);
     if (!partner || QFileInfo(*partner->localPath()).path() == arrived.path())
         return path;

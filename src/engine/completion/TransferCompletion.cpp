@@ -186,7 +186,6 @@ void TransferCompletion::fileIsComplete(DownloadItem& item, const TransferEnd& e
     item.setStatus(DownloadStatus::completed);
     item.setSpeedBytesPerSec(0);
     item.setWantedAnew(false);
-    forget({item.id()});
     m_queue.processQueue();
     m_queue.saveQueue();
     m_recovery.scheduleRecoveryCheck(item);
@@ -211,6 +210,7 @@ void TransferCompletion::completeWithFile(DownloadItem& item, const QString& pat
     item.setLocalPath(path);
     item.setProgress(1.0);
     item.setWantedAnew(false);
+    forget({item.id()});
     item.setStatus(DownloadStatus::completed);
     const QFileInfo info(path);
     if (info.exists()) {

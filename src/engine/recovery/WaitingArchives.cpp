@@ -1,0 +1,44 @@
+#include "engine/recovery/WaitingArchives.h"
+
+#include "archive/PostDownload.h"
+#include "engine/completion/SetPartners.h"
+#include "engine/recovery/RevFiles.h"
+#include "model/AppSettings.h"
+#include "model/SetName.h"
+
+namespace vormel {
+
+WaitingArchives::WaitingArchives(const ItemTable& table, const AppSettings& settings, const RevFiles& revFiles,
+                                 PostDownload& postDownload, Later later)
+    : m_table(table)
+    , m_settings(settings)
+    , m_revFiles(revFiles)
+    , m_postDownload(postDownload)
+    , m_later(std::move(later))
+{}
+
+void WaitingArchives::failed(const DownloadItem& item)
+{
+    if (!isSetMember(item.filename()))
+        return;
+    // Without a part an archive needs recovery volumes, and as long as some are left to fetch, those come first.
+    m_later([this, base = setBaseName(item.filename()), isRev = isRevName(item.filename())] {
+        if (isRev || m_revFiles.areAllThere(base))
+            lookAt(base);
+    });
+}
+
+void WaitingArchives::offItsWay(const DownloadItem& item)
+{
+    if (isRevName(item.filename()) && !(item.status() == DownloadStatus::completed))
+        m_later([this, base = setBaseName(item.filename())] { lookAt(base); });
+}
+
+void WaitingArchives::lookAt(const QString& base)
+{
+    const ItemPtr volume = volumeOnDisk(base, m_table);
+    if (m_settings.autoExtract.value() && volume)
+        m_postDownload.autoExtractAfterDownload(volume->id());
+}
+
+} // namespace vormel
