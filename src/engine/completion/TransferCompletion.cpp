@@ -186,6 +186,7 @@ void TransferCompletion::fileIsComplete(DownloadItem& item, const TransferEnd& e
     item.setStatus(DownloadStatus::completed);
     item.setSpeedBytesPerSec(0);
     item.setWantedAnew(false);
+    forget({item.id()});
     m_queue.processQueue();
     m_queue.saveQueue();
     m_recovery.scheduleRecoveryCheck(item);
