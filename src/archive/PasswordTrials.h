@@ -18,7 +18,7 @@ public:
     /// Notes that the password failed for the archive at this path. Had it failed there before?
     [[nodiscard]] bool hasFailedAgain(const QString& archive, const QString& password);
 
-    /// The archive was unpacked, fetched anew or removed: what failed before says nothing any more.
+    /// The archive was unpacked or is tried from the beginning: what failed before says nothing any more.
     void forget(const QString& archive);
 
 private:

@@ -150,6 +150,8 @@ PostDownloadPipeline::RunPtr PostDownloadPipeline::begin(const ReadyArchive& arc
     }
     run->destination = destinationOf(archive, run->customName);
     run->password = password;
+    if (!password) // whoever starts from the beginning may be asked from the beginning
+        m_passwordTrials.forget(archive.path);
     m_runs.push_back(run);
     archive.target->setExtractionProgress(0);
     archive.target->setExtractionStartedAt(m_ports.clock.wallNow());
@@ -325,6 +327,8 @@ std::function<PlacementResult()> PostDownloadPipeline::delivery(const Run& run,
     const bool dotsToSpaces = m_ports.settings.extractedNamesDotsToSpaces.value();
     PlacementRules rules{m_ports.queue.filesOfItems({}), &m_ports.trash};
     rules.protectedPaths.unite(QSet<QString>(run.sources.begin(), run.sources.end()));
+    for (const RunPtr& other : m_runs)
+        rules.protectedPaths.insert(other->destination + QStringLiteral("/.")); // work goes on there
     return [folder = std::move(unpacked), rules, name = run.customName, clean, dotsToSpaces]() mutable {
         if (!name.isEmpty())
             giveCustomName(*folder, folderNameOf(name));

@@ -117,7 +117,6 @@ private:
     [[nodiscard]] QCoro::Task<std::optional<Failure>> tryRepair(RunPtr run);
     QCoro::Task<> rescue(RunPtr run);
     QCoro::Task<> finish(RunPtr run, std::shared_ptr<WorkFolder> unpacked);
-    QCoro::Task<> tidyUp(RunPtr run, QStringList placed);
     void end(const RunPtr& run);
     void settle(const Run& run, const ExtractionStatus& status);
     [[nodiscard]] static bool isStopped(const Run& run) { return run.stopping.stop_requested(); }

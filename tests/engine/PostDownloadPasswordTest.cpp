@@ -1,0 +1,107 @@
+#include "fixtures/ArchiveStep.h"
+#include "fixtures/EventLoop.h"
+
+#include <gtest/gtest.h>
+
+using namespace vormel;
+using namespace vormel::fixtures;
+
+namespace {
+
+class PostDownloadPasswordTest : public ::testing::Test, protected ArchiveStep
+{};
+
+} // namespace
+
+TEST_F(PostDownloadPasswordTest, AsksForThePasswordUntilItIsRight)
+{
+    shop.tools.add(QStringLiteral("unrar"), "case \"$*\" in *-pright*) exit 0;; *) exit 11;; esac");
+    const ItemPtr item = onDisk(QStringLiteral("m.part1.rar"));
+    run(item);
+    ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
+    EXPECT_EQ(*question(), (PendingExtractionPassword{item->id(), QStringLiteral("m"), false}));
+    EXPECT_EQ(item->extractionStatus(), ExtractionStatus::idle);
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        shop.manager().submitExtractionPassword(QStringLiteral("wrong"));
+        EXPECT_FALSE(question());
+        ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
+        EXPECT_TRUE(question()->wasWrongPassword);
+    }
+    shop.manager().submitExtractionPassword(QStringLiteral("right"));
+    EXPECT_TRUE(reaches(item, ExtractionStatus::done));
+}
+
+TEST_F(PostDownloadPasswordTest, TakesAnArchiveForDamagedThatTheSameAnswerDoesNotOpenTwice)
+{
+    shop.tools.add(QStringLiteral("7zz"),
+                   "echo 'ERROR: Data Error in encrypted file. Wrong password? : movie.mkv'; exit 2");
+    const ItemPtr item = onDisk(QStringLiteral("x.7z"));
+    run(item);
+    for (const char* answer : {"one", "other"}) {
+        ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
+        shop.manager().submitExtractionPassword(QString::fromLatin1(answer));
+    }
+    ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
+    shop.manager().submitExtractionPassword(QStringLiteral("one"));
+    ASSERT_TRUE(reaches(item, ExtractionStatus::failed));
+    EXPECT_TRUE(item->extractionStatus().message().contains(QStringLiteral("Data Error")));
+    EXPECT_FALSE(question());
+}
+
+TEST_F(PostDownloadPasswordTest, AsksFromTheBeginningWhenADamagedArchiveIsTriedAgain)
+{
+    shop.tools.add(QStringLiteral("7zz"),
+                   "echo 'ERROR: Data Error in encrypted file. Wrong password? : movie.mkv'; exit 2");
+    const ItemPtr item = onDisk(QStringLiteral("x.7z"));
+    for (int round = 0; round < 2; ++round) {
+        run(item);
+        for (int answer = 0; answer < 2; ++answer) {
+            ASSERT_TRUE(waitUntil([&] { return question().has_value(); })) << round << answer;
+            shop.manager().submitExtractionPassword(QStringLiteral("one"));
+        }
+        ASSERT_TRUE(reaches(item, ExtractionStatus::failed));
+    }
+}
+
+TEST_F(PostDownloadPasswordTest, LeavesTheArchiveWhenThePasswordIsNotTold)
+{
+    shop.tools.add(QStringLiteral("unrar"), "exit 11");
+    const ItemPtr item = onDisk(QStringLiteral("x.rar"));
+    run(item);
+    ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
+    EXPECT_EQ(question()->archiveName, u"x.rar");
+    shop.manager().cancelExtractionPassword();
+    EXPECT_FALSE(question());
+    EXPECT_EQ(item->extractionStatus(), ExtractionStatus::idle);
+}
+
+TEST_F(PostDownloadPasswordTest, AsksForOnePasswordAfterTheOther)
+{
+    shop.tools.add(QStringLiteral("unrar"), "exit 11");
+    const ItemPtr one = onDisk(QStringLiteral("one.rar"));
+    const ItemPtr other = onDisk(QStringLiteral("other.rar"));
+    run(one);
+    ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
+    run(other);
+    ASSERT_TRUE(waitUntil([&] { return other->extractionStatus() == ExtractionStatus::idle; }));
+    run(one); // asked already
+    ASSERT_TRUE(waitUntil([&] { return one->extractionStatus() == ExtractionStatus::idle; }));
+    EXPECT_EQ(question()->itemID, one->id());
+    shop.manager().cancelExtractionPassword();
+    EXPECT_EQ(question()->itemID, other->id());
+    shop.manager().cancelExtractionPassword();
+    EXPECT_FALSE(question());
+}
+
+TEST_F(PostDownloadPasswordTest, TakesTheQuestionBackWhenTheArchiveIsRemoved)
+{
+    shop.tools.add(QStringLiteral("unrar"), "exit 11");
+    const ItemPtr item = onDisk(QStringLiteral("x.rar"));
+    run(item);
+    ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
+    int changes = 0;
+    QObject::connect(&shop.manager(), &DownloadManager::changed, &shop.manager(), [&changes] { ++changes; });
+    shop.manager().commands().removeItems({item->id()});
+    EXPECT_FALSE(question());
+    EXPECT_EQ(changes, 1);
+}
