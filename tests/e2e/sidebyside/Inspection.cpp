@@ -142,11 +142,25 @@ QString Inspection::wrongWith(const QByteArray& path, const DiskEntry& entry) co
     if (!entry.isFile() || m_members.contains(entry.contents))
         return {};
     if (name.endsWith(ending)) {
-        const bool isTold = m_scene.namesOfGivenUp().contains(name.chopped(ending.size()));
+        const QString row = name.chopped(ending.size());
+        const bool isTold = m_scene.namesOfGivenUp().contains(row) || isOfClearedArchive(row);
         return isTold ? QString() : QStringLiteral("is a part of nobody");
     }
     const bool isRight = m_downloads.contains(entry.contents) || name.endsWith(u".bad");
     return isRight ? QString() : QStringLiteral("is nobody's");
+}
+
+bool Inspection::isOfClearedArchive(const QString& row) const
+{
+    if (m_scene.manner() != Manner::tidy)
+        return false;
+    const auto hasName = [&](const ItemPtr& item) { return item->filename() == row; };
+    const std::vector<ItemPtr>& items = m_scene.manager().items();
+    const std::vector<Offer>& offers = m_scene.catalogue().offers();
+    return std::none_of(items.begin(), items.end(), hasName) &&
+           std::any_of(offers.begin(), offers.end(), [&](const Offer& offer) {
+               return !offer.archive.isEmpty() && (offer.toldName == row || lastComponent(offer.address) == row);
+           });
 }
 
 } // namespace vormel::e2e

@@ -253,7 +253,7 @@ void RandomUser::stopExtraction()
         if (!(item->extractionStatus() == ExtractionStatus::extracting))
             continue;
         note(QStringLiteral("stop unpacking"), *item);
-        // STOP m_scene.manager().stopExtraction(item->id());
+        m_scene.manager().stopExtraction(item->id());
         return;
     }
 }
