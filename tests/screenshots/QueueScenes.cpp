@@ -109,9 +109,10 @@ void recovery(Stage& stage)
 
 void extraction(Stage& stage)
 {
-    const auto items = stage.add({QStringLiteral("holiday.zip"), QStringLiteral("lecture.part1.rar"),
-                                  QStringLiteral("lecture.part2.rar"), QStringLiteral("damaged.part1.rar"),
-                                  QStringLiteral("damaged.part2.rar"), QStringLiteral("music.7z")});
+    const auto items = stage.add(
+        {QStringLiteral("holiday.zip"), QStringLiteral("lecture.part1.rar"), QStringLiteral("lecture.part2.rar"),
+         QStringLiteral("damaged.part1.rar"), QStringLiteral("damaged.part2.rar"), QStringLiteral("music.7z"),
+         QStringLiteral("letters.zip"), QStringLiteral("tested.part1.rar"), QStringLiteral("tested.part2.rar")});
     for (const ItemPtr& item : items)
         finish(*item, 300 * mebibyte);
     items[0]->setExtractionStatus(ExtractionStatus::done);
@@ -121,8 +122,18 @@ void extraction(Stage& stage)
     items[3]->setExtractionStartedAt(stage.workshop.clock.wallNow() - std::chrono::seconds(73));
     items[5]->setExtractionStatus(ExtractionStatus::extracting);
     items[5]->setExtractionStartedAt(stage.workshop.clock.wallNow() - std::chrono::seconds(8));
+    items[6]->setExtractionStatus(ExtractionStatus::extracting);
+    items[6]->setAwaitsExtractionTurn(true);
+    items[7]->setVerification({VerificationResult::fetchedAgain, 2});
     stage.settle();
     list(stage).expand(row(stage, 1));
+}
+
+void extractionMenu(Stage& stage)
+{
+    extraction(stage);
+    list(stage).setCurrentIndex(row(stage, 3));
+    QTest::keyClick(&list(stage), Qt::Key_F10, Qt::ShiftModifier);
 }
 
 void banner(Stage& stage)
@@ -209,6 +220,7 @@ std::vector<Scene> queueScenes()
         {"queue-errors", errors},
         {"queue-recovery", recovery},
         {"queue-extraction", extraction},
+        {"queue-menu-extraction", extractionMenu},
         {"queue-banner", banner},
         {"queue-drop", dropOverlay},
         {"queue-drag", drag},

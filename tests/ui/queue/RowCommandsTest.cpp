@@ -117,6 +117,27 @@ TEST_F(RowCommandsTest, VerifyOfAGroupTestsItsFirstVolumeAndFetchesABadOneAgain)
     EXPECT_EQ(calls.front().back(), *group.items[0]->localPath());
 }
 
+TEST_F(RowCommandsTest, StopExtractingEndsTheToolOfTheRowOrOfTheGroup)
+{
+    const DownloadGroup group = addSet(S::completed);
+    for (const ItemPtr& item : group.items)
+        item->setLocalPath(workshop.sandbox.write(QStringLiteral("Downloads/a/") + item->filename(), "x"));
+    workshop.tools.add(QStringLiteral("unrar"), "exec sleep 600");
+    const auto begin = [&] {
+        const qsizetype calls = workshop.tools.calls(QStringLiteral("unrar")).size();
+        workshop.manager().retryExtraction(group.items[0]->id());
+        EXPECT_TRUE(fixtures::waitUntil([&] { return workshop.tools.calls(QStringLiteral("unrar")).size() > calls; }));
+        EXPECT_EQ(group.items[0]->extractionStatus(), ExtractionStatus::extracting);
+    };
+    const auto isStopped = [&group] { return group.items[0]->extractionStatus() == ExtractionStatus::idle; };
+    begin();
+    commands.run(RowButton::stopExtraction, group.items[0]);
+    EXPECT_TRUE(fixtures::waitUntil(isStopped));
+    begin();
+    commands.run(RowButton::stopExtraction, group);
+    EXPECT_TRUE(fixtures::waitUntil(isStopped));
+}
+
 TEST_F(RowCommandsTest, VerifyOfAGroupWithoutItsFirstVolumeSaysAndDoesNothing)
 {
     const DownloadGroup group = addSet(S::completed);
