@@ -250,9 +250,10 @@ protected:
     /// What a save would have to write now.
     [[nodiscard]] std::string toBeSaved()
     {
+        const DownloadPaths paths(scene.shop.settings().downloadFolderPath.value());
         std::vector<std::shared_ptr<const QueueRecord>> records;
         for (const ItemPtr& item : scene.shop.manager().items())
-            if (auto record = encodeRecord(*item))
+            if (auto record = encodeRecord(*item, paths))
                 records.push_back(std::move(record));
         return encodeQueue(records).toStdString();
     }
