@@ -33,6 +33,27 @@ QString repairTool()
     return QStringLiteral("rar");
 }
 
+/// Above it are the signals that end a tool.
+constexpr int lastOrdinaryCode = 128;
+
+struct RepairStart
+{
+    QStringList trace;
+    std::shared_ptr<RepairFolder> folder;
+};
+
+RepairStart beginRepair(const QString& archive)
+{
+    const QDir folder = QFileInfo(archive).dir();
+    // The listing is sorted by name; the pattern takes any letter case.
+    constexpr QDir::Filters all = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
+    const auto count = folder.entryList({QStringLiteral("*.rar")}, all, QDir::Name).size();
+    const QStringList revs = folder.entryList({QStringLiteral("*.rev")}, all, QDir::Name);
+    return {{QStringLiteral("[Repair] dir=%1 rar=%2 rev=%3").arg(folder.dirName()).arg(count).arg(revs.size()),
+             QStringLiteral("[Repair] revs=") + revs.join(QStringLiteral(", "))},
+            std::make_shared<RepairFolder>(RepairFolder::make(archive))};
+}
+
 QString failureText(const ExtractionError& error)
 {
     return QStringLiteral(" FAILED (code ") + QString::number(error.exitCode()) + QStringLiteral("):\n") +
@@ -109,7 +130,12 @@ QCoro::Task<std::shared_ptr<WorkFolder>> ArchiveExtractor::unpack(Attempt attemp
     if (watch.isOver())
         throw ToolStopped();
     const UnpackingTool& tool = attempt.tool;
-    const auto paths = std::make_unique<PlainPaths>(attempt.archive, folder->path());
+    const auto link = [archive = attempt.archive, to = folder->path()] {
+        return std::make_shared<PlainPaths>(archive, to);
+    };
+    std::shared_ptr<PlainPaths> paths = co_await m_background.run(link);
+    if (watch.isOver())
+        throw ToolStopped();
     const QStringList args = tool.arguments(paths->archive(), paths->destination());
     const Progress progress = tool.tellsProgress ? attempt.onProgress : Progress();
     std::exception_ptr failure;
@@ -126,7 +152,9 @@ QCoro::Task<std::shared_ptr<WorkFolder>> ArchiveExtractor::unpack(Attempt attemp
         std::rethrow_exception(failure ? failure : std::make_exception_ptr(ToolStopped()));
     const bool isFailed = failure != nullptr;
     // The last reference must end over there.
-    auto settle = [unsettled = std::move(folder), format = attempt.format, isFailed]() mutable {
+    auto settle = [unsettled = std::move(folder), links = std::move(paths), format = attempt.format,
+                   isFailed]() mutable {
+        links.reset();
         return settled(std::move(unsettled), format, isFailed);
     };
     folder = co_await m_background.run(std::move(settle));
@@ -137,7 +165,16 @@ QCoro::Task<std::shared_ptr<WorkFolder>> ArchiveExtractor::unpack(Attempt attemp
 
 QCoro::Task<VolumeTest> ArchiveExtractor::verify(QString archive)
 {
-    return testVolumes(m_tools, std::move(archive), m_trace);
+    const Lifetime::Watch watch = m_lifetime.watch();
+    const auto link = [archive] { return std::make_shared<PlainPaths>(archive, QString(), Recovery::keptAway); };
+    std::shared_ptr<PlainPaths> paths = co_await m_background.run(link);
+    if (watch.isOver())
+        throw ToolStopped();
+    const VolumeTest test = co_await testVolumes(m_tools, paths, m_trace);
+    auto unlink = [links = std::move(paths)]() mutable { links.reset(); };
+    if (!watch.isOver())
+        co_await m_background.run(std::move(unlink));
+    co_return test;
 }
 
 bool ArchiveExtractor::canRepair() const
@@ -151,51 +188,44 @@ QCoro::Task<QStringList> ArchiveExtractor::repair(QString archive, std::stop_tok
     const std::optional<QString> tool = m_tools.findTool(repairTool());
     if (!tool)
         throw ExtractionError::repairToolNotFound();
-    traceRepair(archive);
-    const auto make = [archive] { return std::make_shared<RepairFolder>(RepairFolder::make(archive)); };
-    const std::shared_ptr<RepairFolder> folder = co_await m_background.run(make);
+    const auto begin = [archive] { return beginRepair(archive); };
+    RepairStart repair = co_await m_background.run(begin);
     if (watch.isOver())
         throw ToolStopped();
-    std::exception_ptr failure;
-    try {
-        co_await rebuild(*tool, folder->archive(), stop);
-    } catch (const ArchiveError&) {
-        failure = std::current_exception();
-    }
-    if (watch.isOver() || stop.stop_requested())
-        std::rethrow_exception(failure ? failure : std::make_exception_ptr(ToolStopped()));
-    const auto adopt = [folder] { return folder->adopt(); };
-    const QStringList rebuilt = co_await m_background.run(adopt);
-    if (failure && rebuilt.isEmpty())
-        std::rethrow_exception(failure);
+    for (const QString& line : repair.trace)
+        m_trace(line);
+    const Rebuilding rebuilding = co_await rebuild(*tool, repair.folder->archive(), stop);
+    if (watch.isOver())
+        throw ToolStopped();
+    const bool isAdopted = rebuilding.isTrusted && !stop.stop_requested();
+    auto adopt = [folder = std::move(repair.folder), isAdopted]() mutable {
+        const QStringList changed = isAdopted ? folder->adopt() : QStringList();
+        folder.reset(); // takes as long as what was made is large
+        return changed;
+    };
+    const QStringList rebuilt = co_await m_background.run(std::move(adopt));
+    if (rebuilding.failure && rebuilt.isEmpty())
+        std::rethrow_exception(rebuilding.failure);
     co_return rebuilt;
 }
 
-QCoro::Task<> ArchiveExtractor::rebuild(QString tool, QString archive, std::stop_token stop)
+QCoro::Task<ArchiveExtractor::Rebuilding> ArchiveExtractor::rebuild(QString tool, QString archive, std::stop_token stop)
 {
     const Trace trace = m_trace;
     const QStringList args{QStringLiteral("rc"), QStringLiteral("-y"), archive};
+    Rebuilding rebuilding;
     try {
         co_await m_tools.run(tool, args, {}, stop);
         trace(QStringLiteral("[Repair] rar rc succeeded"));
     } catch (const ExtractionError& error) {
         trace(QStringLiteral("[Repair] rar rc") + failureText(error));
-        throw;
+        // One that was killed leaves what it was about to write.
+        rebuilding = {std::current_exception(), error.exitCode() <= lastOrdinaryCode};
     } catch (const ArchiveError& error) {
         trace(QStringLiteral("[Repair] rar rc FAILED: ") + error.errorDescription());
-        throw;
+        rebuilding = {std::current_exception(), false};
     }
-}
-
-void ArchiveExtractor::traceRepair(const QString& archive) const
-{
-    const QDir folder = QFileInfo(archive).dir();
-    // The listing is sorted by name; the pattern takes any letter case.
-    constexpr QDir::Filters all = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
-    const auto count = folder.entryList({QStringLiteral("*.rar")}, all, QDir::Name).size();
-    const QStringList revs = folder.entryList({QStringLiteral("*.rev")}, all, QDir::Name);
-    m_trace(QStringLiteral("[Repair] dir=%1 rar=%2 rev=%3").arg(folder.dirName()).arg(count).arg(revs.size()));
-    m_trace(QStringLiteral("[Repair] revs=") + revs.join(QStringLiteral(", ")));
+    co_return rebuilding;
 }
 
 } // namespace vormel

@@ -11,6 +11,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <exception>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -65,8 +66,13 @@ private:
 
     [[nodiscard]] QCoro::Task<std::shared_ptr<WorkFolder>> makeWorkFolder(const QString& destination);
     [[nodiscard]] QCoro::Task<std::shared_ptr<WorkFolder>> unpack(Attempt attempt, QString destination);
-    QCoro::Task<> rebuild(QString tool, QString archive, std::stop_token stop);
-    void traceRepair(const QString& archive) const;
+    /// How a tool that rebuilds volumes has ended.
+    struct Rebuilding
+    {
+        std::exception_ptr failure;
+        bool isTrusted = true; ///< what it made is whole
+    };
+    [[nodiscard]] QCoro::Task<Rebuilding> rebuild(QString tool, QString archive, std::stop_token stop);
 
     ToolRunner& m_tools;
     Trace m_trace;

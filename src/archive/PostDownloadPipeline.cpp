@@ -5,13 +5,13 @@
 #include "archive/ExtractionError.h"
 #include "archive/SetVolumes.h"
 #include "archive/SourceDisposal.h"
+#include "archive/workspace/FarMove.h"
 #include "archive/workspace/Placement.h"
 #include "archive/workspace/ResultNames.h"
 #include "archive/workspace/WorkFolder.h"
 #include "model/AppSettings.h"
 #include "model/SetName.h"
 #include "platform/async/Spawn.h"
-#include "platform/storage/FarMove.h"
 #include "platform/storage/Trash.h"
 
 #include <QDir>
@@ -47,6 +47,13 @@ PostDownloadPipeline::PostDownloadPipeline(const Ports& ports)
     , m_turns([&queue = m_ports.queue](const ItemId& id) { return queue.placeOf(id); })
 {}
 
+PostDownloadPipeline::~PostDownloadPipeline()
+{
+    // What can be stopped is not waited for.
+    for (const RunPtr& run : std::vector(m_runs))
+        run->stopping.request_stop();
+}
+
 void PostDownloadPipeline::autoExtractAfterDownload(const ItemId& id)
 {
     if (const ItemPtr item = m_ports.queue.item(id))
@@ -79,7 +86,7 @@ void PostDownloadPipeline::stopWorkOn(const ItemId& id)
     const RunPtr run = runOf(id);
     if (!run)
         return;
-    run->isAskedForAgain = false;
+    run->next.reset();
     run->stopping.request_stop();
     m_turns.withdraw(run->archive.target->id());
 }
@@ -92,8 +99,12 @@ void PostDownloadPipeline::removeAbandonedRuns(const QStringList& folders)
 
 PostDownloadPipeline::RunPtr PostDownloadPipeline::runOf(const ItemId& id) const
 {
-    const auto found = std::find_if(m_runs.begin(), m_runs.end(), [&id](const RunPtr& run) {
-        return run->archive.target->id() == id || run->members.contains(id);
+    const ItemPtr item = m_ports.queue.item(id);
+    const QString file = item ? item->localPath().value_or(QString()) : QString();
+    // Two rows may have one file.
+    const auto found = std::find_if(m_runs.begin(), m_runs.end(), [&](const RunPtr& run) {
+        return run->archive.target->id() == id || run->members.contains(id) || run->archive.path == file ||
+               run->sources.contains(file);
     });
     return found == m_runs.end() ? nullptr : *found;
 }
@@ -106,7 +117,8 @@ QCoro::Task<> PostDownloadPipeline::autoExtract(ItemPtr item, std::optional<QStr
     if (!archive)
         co_return;
     if (const RunPtr running = runOf(archive->target->id())) {
-        running->isAskedForAgain = true;
+        if (password || !running->next)
+            running->next = Next{archive->target->id(), password};
         co_return;
     }
     if (!(archive->target->extractionStatus() == ExtractionStatus::idle))
@@ -125,17 +137,34 @@ QCoro::Task<> PostDownloadPipeline::gatherVolumes(RunPtr run)
         if (from.isEmpty()) // it was given up while others were moved
             continue;
         const QString to = folder + u'/' + nameOf(from);
-        const auto move = [from, to] { return moveFar(from, to); };
+        const auto move = [from, to, stop = run->stopping.get_token()] { return moveFar(from, to, stop); };
         const int systemError = co_await m_background.run(move);
         if (lifetime.isOver())
             co_return;
-        // Two links to one volume have one file.
-        for (const ItemPtr& holder : run->archive.elsewhere)
-            if (systemError == 0 && holder->localPath() == from)
-                holder->setLocalPath(to);
+        if (systemError == 0)
+            volumeHasMoved(*run, from, to);
+        if (isStopped(*run))
+            co_return;
     }
-    if (!run->archive.elsewhere.empty())
-        m_ports.queue.saveQueue();
+}
+
+void PostDownloadPipeline::volumeHasMoved(const Run& run, const QString& from, const QString& to)
+{
+    // Two links to one volume have one file.
+    bool isKept = false;
+    for (const ItemPtr& volume : run.archive.elsewhere) {
+        if (volume->localPath() == from)
+            volume->setLocalPath(to);
+        isKept = isKept || volume->localPath() == to;
+    }
+    // All that had it are fetched again by now: it must not stand in the way of the one that comes.
+    const bool isUnwanted =
+        std::any_of(run.archive.elsewhere.begin(), run.archive.elsewhere.end(), [&](const auto& it) {
+            return it->isWantedAnew() && m_ports.queue.item(it->id()) == it && it->filename() == nameOf(to);
+        });
+    if (!isKept && isUnwanted)
+        QFile::remove(to);
+    m_ports.queue.saveQueue();
 }
 
 PostDownloadPipeline::RunPtr PostDownloadPipeline::begin(const ReadyArchive& archive,
@@ -168,7 +197,8 @@ QCoro::Task<> PostDownloadPipeline::work(RunPtr run)
     if (lifetime.isOver())
         co_return;
     target->setAwaitsExtractionTurn(false);
-    if (turn.isGiven()) {
+    // Nobody could stop a run that began without its row.
+    if (turn.isGiven() && m_ports.queue.item(target->id()) == target) {
         target->setExtractionStartedAt(m_ports.clock.wallNow());
         co_await extractAndFinish(run);
     }
@@ -184,8 +214,14 @@ void PostDownloadPipeline::end(const RunPtr& run)
     if (target->extractionStatus() == ExtractionStatus::extracting ||
         target->extractionStatus() == ExtractionStatus::repairing)
         target->setExtractionStatus(ExtractionStatus::idle);
-    if (run->isAskedForAgain)
-        autoExtractAfterDownload(target->id());
+    const ItemPtr next = run->next ? m_ports.queue.item(run->next->by) : nullptr;
+    if (!next)
+        return;
+    if (next != target && target->extractionStatus() == ExtractionStatus::done &&
+        next->localPath() == run->archive.path)
+        settle(*next, ExtractionStatus::done);
+    else
+        spawn(autoExtract(next, run->next->password));
 }
 
 QCoro::Task<> PostDownloadPipeline::extractAndFinish(RunPtr run)
@@ -208,7 +244,7 @@ QCoro::Task<> PostDownloadPipeline::extractAndFinish(RunPtr run)
     else if (run->archive.isSet && m_ports.extractor.canRepair())
         co_await rescue(run);
     else
-        settle(*run, ExtractionStatus::failure(unpacked.failure.message));
+        fail(*run, unpacked.failure.message);
 }
 
 QCoro::Task<PostDownloadPipeline::Unpacked> PostDownloadPipeline::tryExtract(RunPtr run, bool showsProgress)
@@ -278,19 +314,36 @@ QCoro::Task<> PostDownloadPipeline::rescue(RunPtr run)
     // Idle before the volumes are let through: one that is there at once starts the archive again.
     target->setExtractionStatus(ExtractionStatus::idle);
     if (!m_ports.queue.allowRevFiles(run->archive.base))
-        settle(*run, ExtractionStatus::failure(unpacked.failure.message));
+        fail(*run, unpacked.failure.message);
 }
 
-void PostDownloadPipeline::settle(const Run& run, const ExtractionStatus& status)
+void PostDownloadPipeline::settle(DownloadItem& target, const ExtractionStatus& status)
 {
-    run.archive.target->setExtractionStatus(status);
+    target.setExtractionStatus(status);
     m_ports.queue.saveQueue();
+}
+
+void PostDownloadPipeline::fail(const Run& run, const QString& message)
+{
+    settle(*run.archive.target, isMoreToCome(run) ? ExtractionStatus::idle : ExtractionStatus::failure(message));
+}
+
+/// What came during a run, or is still to come, starts the archive again, and finds only an idle one.
+bool PostDownloadPipeline::isMoreToCome(const Run& run) const
+{
+    const std::span<const ItemPtr> set = m_ports.queue.itemsOfSet(run.archive.base);
+    return run.next || (run.archive.isSet && std::any_of(set.begin(), set.end(), [this](const ItemPtr& item) {
+                            return isRevName(item->filename()) && !(item->status() == DownloadStatus::completed) &&
+                                   !(item->status() == DownloadStatus::failed) && m_ports.queue.isRevComing(*item);
+                        }));
 }
 
 void PostDownloadPipeline::askPassword(Run& run, const Failure& failure)
 {
-    run.isAskedForAgain = false; // without the password it would end the same way
     run.archive.target->setExtractionStatus(ExtractionStatus::idle);
+    if (run.next && run.next->password) // it has come meanwhile
+        return;
+    run.next.reset(); // without the password it would end the same way
     const QString name = run.archive.isSet ? run.archive.base : nameOf(run.archive.path);
     m_ports.queue.askExtractionPassword({run.archive.target->id(), name, failure.wasWrongPassword});
 }
@@ -300,22 +353,23 @@ QCoro::Task<> PostDownloadPipeline::finish(RunPtr run, std::shared_ptr<WorkFolde
     const Lifetime::Watch lifetime = m_lifetime.watch();
     auto deliver = delivery(*run, std::move(unpacked));
     const PlacementResult result = co_await m_background.run(std::move(deliver));
-    if (lifetime.isOver())
+    // Whoever has a volume fetched again while the last files are placed wants all of it unpacked again.
+    if (lifetime.isOver() || isStopped(*run))
         co_return;
     if (result.systemError != 0) {
         const std::string words = std::generic_category().message(result.systemError);
-        settle(*run, ExtractionStatus::failure(QString::fromStdString(words)));
+        settle(*run->archive.target, ExtractionStatus::failure(QString::fromStdString(words)));
         co_return;
     }
     m_passwordTrials.forget(run->archive.path);
-    settle(*run, ExtractionStatus::done);
+    settle(*run->archive.target, ExtractionStatus::done);
     const ItemPtr target = run->archive.target;
     // Who takes a row away while its archive is unpacked wants the archive left alone.
     if (m_ports.queue.item(target->id()) != target)
         co_return;
     auto dispose = disposal(*run, result.placed);
     co_await m_background.run(std::move(dispose));
-    if (!lifetime.isOver() && m_ports.settings.removeGroupAfterExtract.value())
+    if (!lifetime.isOver() && !isStopped(*run) && m_ports.settings.removeGroupAfterExtract.value())
         m_ports.queue.clearExtracted();
 }
 
@@ -354,7 +408,7 @@ std::function<void()> PostDownloadPipeline::disposal(const Run& run, const QStri
     const AppSettings& settings = m_ports.settings;
     const QStringList recoveryVolumes = removeRevItems(run.archive.base);
     SpentArchive spent{run.archive.path, run.sources, {run.destination, settings.downloadFolderPath.value()}, {}};
-    spent.filesOfOthers = m_ports.queue.filesOfItems(run.members + QSet{run.archive.target->id()});
+    spent.filesOfOthers = m_ports.queue.filesOfItems(finishedMembers(run));
     spent.filesOfOthers.unite(QSet<QString>(placed.begin(), placed.end()));
     const bool isSpent = settings.deleteArchiveAfterExtract.value();
     const bool wholeFolder = settings.trashSourceFolderAfterExtract.value();
@@ -364,6 +418,17 @@ std::function<void()> PostDownloadPipeline::disposal(const Run& run, const QStri
             if (QFileInfo::exists(path))
                 (void)trash.moveToTrash(path);
     };
+}
+
+/// Without those that are on their way once more.
+QSet<ItemId> PostDownloadPipeline::finishedMembers(const Run& run) const
+{
+    QSet<ItemId> finished = run.members + QSet{run.archive.target->id()};
+    finished.removeIf([this](const ItemId& id) {
+        const ItemPtr item = m_ports.queue.item(id);
+        return item && !(item->status() == DownloadStatus::completed);
+    });
+    return finished;
 }
 
 /// The recovery volumes are of no more use. Their files come back.

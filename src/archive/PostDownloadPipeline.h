@@ -68,6 +68,9 @@ public:
         Queue& queue;
     };
     explicit PostDownloadPipeline(const Ports& ports);
+    PostDownloadPipeline(const PostDownloadPipeline&) = delete;
+    PostDownloadPipeline& operator=(const PostDownloadPipeline&) = delete;
+    ~PostDownloadPipeline();
     void autoExtractAfterDownload(const ItemId& item) override;
     [[nodiscard]] bool isWorkingOn(const ItemId& item) const override;
     void stopWorkOn(const ItemId& item) override;
@@ -80,6 +83,12 @@ public:
     void removeAbandonedRuns(const QStringList& folders);
 
 private:
+    /// What is to be done when a run has ended: somebody has asked for the archive meanwhile.
+    struct Next
+    {
+        ItemId by;
+        std::optional<QString> password;
+    };
     /// One archive being worked on. Its names and sources are those that it had at the start.
     struct Run
     {
@@ -90,7 +99,7 @@ private:
         std::optional<QString> password;
         QStringList sources;
         std::stop_source stopping;
-        bool isAskedForAgain = false; ///< an item of it came down meanwhile
+        std::optional<Next> next;
     };
     using RunPtr = std::shared_ptr<Run>;
     struct Failure
@@ -108,6 +117,7 @@ private:
 
     /// Brings the volumes that lie in other folders to the first one.
     QCoro::Task<> gatherVolumes(RunPtr run);
+    void volumeHasMoved(const Run& run, const QString& from, const QString& to);
     QCoro::Task<> autoExtract(ItemPtr item, std::optional<QString> password);
     [[nodiscard]] RunPtr begin(const ReadyArchive& archive, const std::optional<QString>& password);
     QCoro::Task<> work(RunPtr run);
@@ -118,11 +128,15 @@ private:
     QCoro::Task<> rescue(RunPtr run);
     QCoro::Task<> finish(RunPtr run, std::shared_ptr<WorkFolder> unpacked);
     void end(const RunPtr& run);
-    void settle(const Run& run, const ExtractionStatus& status);
+    void settle(DownloadItem& target, const ExtractionStatus& status);
+    void fail(const Run& run, const QString& message);
+    [[nodiscard]] bool isMoreToCome(const Run& run) const;
+    [[nodiscard]] QSet<ItemId> finishedMembers(const Run& run) const;
     [[nodiscard]] static bool isStopped(const Run& run) { return run.stopping.stop_requested(); }
     void askPassword(Run& run, const Failure& failure);
     [[nodiscard]] std::function<PlacementResult()> delivery(const Run& run, std::shared_ptr<WorkFolder> unpacked) const;
     [[nodiscard]] std::function<void()> disposal(const Run& run, const QStringList& placed);
+    /// The run on the item's archive, or that has its file.
     [[nodiscard]] RunPtr runOf(const ItemId& id) const;
     [[nodiscard]] QString destinationOf(const ReadyArchive& archive, const QString& customName) const;
     [[nodiscard]] QStringList removeRevItems(const QString& base);

@@ -43,7 +43,7 @@ Eventual<ToolTurns::Turn> ToolTurns::take(const ItemId& id)
     auto waiting = std::make_unique<Waiting>();
     waiting->id = id;
     Eventual<Turn> eventual = waiting->source.eventual();
-    if (m_free > 0) {
+    if (isAnyFree()) {
         --m_free;
         waiting->source.deliver(Turn(*this));
     } else {

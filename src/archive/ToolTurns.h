@@ -45,10 +45,12 @@ public:
     ToolTurns& operator=(const ToolTurns&) = delete;
     ~ToolTurns();
 
-    /// Comes at once where a turn is free. One that is withdrawn, or still waiting when this goes, is not given.
+    /// Comes at once where a turn is free and nobody waits. One that is withdrawn, or still waiting when this goes, is
+    /// not given.
     [[nodiscard]] Eventual<Turn> take(const ItemId& id);
     void withdraw(const ItemId& id);
-    [[nodiscard]] bool isAnyFree() const { return m_free > 0; }
+    /// For one who comes now?
+    [[nodiscard]] bool isAnyFree() const { return m_free > 0 && m_waiting.empty(); }
 
 private:
     struct Waiting

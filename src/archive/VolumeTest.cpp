@@ -39,14 +39,13 @@ VolumeTest failedTest(const ExtractionError& failure, const BadVolumes& blame, c
 
 } // namespace
 
-QCoro::Task<VolumeTest> testVolumes(ToolRunner& tools, QString archive, std::function<void(const QString&)> trace)
+QCoro::Task<VolumeTest> testVolumes(ToolRunner& tools, std::shared_ptr<const PlainPaths> paths,
+                                    std::function<void(const QString&)> trace)
 {
     const std::optional<QString> tool = rarTool(tools);
     if (!tool)
         throw ExtractionError::toolNotFound(QStringLiteral("unrar/rar"));
-    const QString about = QStringLiteral("[Verify] ") + lastComponent(archive);
-    // A test writes nothing.
-    const auto paths = std::make_unique<PlainPaths>(archive, QString(), Recovery::keptAway);
+    const QString about = QStringLiteral("[Verify] ") + paths->realName(lastComponent(paths->archive()));
     const auto blame = std::make_shared<BadVolumes>(paths->archive());
     const QStringList args{QStringLiteral("t"), paths->archive()};
     const std::function<void(const QByteArray&)> onLine = [blame](const QByteArray& line) { blame->readLine(line); };

@@ -5,9 +5,11 @@
 #include <QStringList>
 
 #include <functional>
+#include <memory>
 
 namespace vormel {
 
+class PlainPaths;
 class ToolRunner;
 
 /// What the test of a set of RAR volumes told.
@@ -26,9 +28,9 @@ struct VolumeTest
     QString reason;         ///< in the tool's words, of a failed test
 };
 
-/// Tests a set by the absolute path of its first volume with unrar or rar. The trace gets the lines of the developer's
-/// log. Throws ExtractionError::toolNotFound and ToolLaunchError. The tools outlive the test.
-[[nodiscard]] QCoro::Task<VolumeTest> testVolumes(ToolRunner& tools, QString archive,
+/// Tests a set by its first volume with unrar or rar. The trace gets the lines of the developer's log. Throws
+/// ExtractionError::toolNotFound and ToolLaunchError. The tools outlive the test.
+[[nodiscard]] QCoro::Task<VolumeTest> testVolumes(ToolRunner& tools, std::shared_ptr<const PlainPaths> paths,
                                                   std::function<void(const QString&)> trace);
 
 } // namespace vormel

@@ -1,5 +1,7 @@
 #include "archive/workspace/OpenFolder.h"
 
+#include <QFile>
+
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -46,6 +48,12 @@ mode_t typeOf(int folder, const dirent& entry)
 FileIdentity identityOf(const struct stat& facts)
 {
     return {facts.st_dev, facts.st_ino};
+}
+
+FileIdentity identityAt(const QString& path)
+{
+    struct stat facts = {};
+    return ::lstat(QFile::encodeName(path).constData(), &facts) == 0 ? identityOf(facts) : FileIdentity();
 }
 
 FileDescriptor openFolder(int parent, const QByteArray& name)

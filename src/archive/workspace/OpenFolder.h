@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QHashFunctions>
+#include <QString>
 
 #include <sys/stat.h>
 #include <sys/types.h>
@@ -30,6 +31,8 @@ struct FileIdentity
 };
 
 [[nodiscard]] FileIdentity identityOf(const struct stat& facts);
+/// Of what stands at a path itself; a slash at its end follows a link. All zeros where nothing does.
+[[nodiscard]] FileIdentity identityAt(const QString& path);
 
 struct FolderEntry
 {

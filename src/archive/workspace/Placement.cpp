@@ -83,7 +83,7 @@ private:
 
     bool takeAway(const QByteArray& name, const struct stat& obstacle)
     {
-        return !m_protected.liesIn(identityOf(obstacle)) && m_trash != nullptr && m_trash->moveToTrash(pathOf(name));
+        return !m_protected.holds(identityOf(obstacle)) && m_trash != nullptr && m_trash->moveToTrash(pathOf(name));
     }
 
     /// False if the folder in the destination is gone.

@@ -9,13 +9,6 @@ namespace vormel {
 
 namespace {
 
-/// A folder that is not there has none.
-FileIdentity identityBehind(const QString& path)
-{
-    struct stat facts = {};
-    return ::stat(QFile::encodeName(path).constData(), &facts) == 0 ? identityOf(facts) : FileIdentity();
-}
-
 /// Empty for what lies at the top.
 QString parentOf(const QString& path)
 {
@@ -31,7 +24,9 @@ ProtectedFiles::ProtectedFiles(const QSet<QString>& paths)
         if (!m_known.contains(folder))
             noteFolder(folder);
         m_names.insert({m_known.value(folder), QFile::encodeName(path.mid(folder.size() + 1))});
+        m_held.insert(identityAt(path));
     }
+    m_held.remove(FileIdentity());
 }
 
 bool ProtectedFiles::hasName(const FileIdentity& folder, const QByteArray& name) const
@@ -39,9 +34,9 @@ bool ProtectedFiles::hasName(const FileIdentity& folder, const QByteArray& name)
     return m_names.contains({folder, name});
 }
 
-bool ProtectedFiles::liesIn(const FileIdentity& folder) const
+bool ProtectedFiles::holds(const FileIdentity& entry) const
 {
-    return m_folders.contains(folder);
+    return m_held.contains(entry);
 }
 
 void ProtectedFiles::noteFolder(const QString& path)
@@ -54,9 +49,9 @@ void ProtectedFiles::noteFolder(const QString& path)
 void ProtectedFiles::noteWithParents(const QString& path)
 {
     for (QString at = path; !m_known.contains(at); at = parentOf(at)) {
-        const FileIdentity folder = identityBehind(at + u'/');
+        const FileIdentity folder = identityAt(at + u'/');
         m_known.insert(at, folder);
-        m_folders.insert(folder);
+        m_held.insert(folder);
     }
 }
 

@@ -20,15 +20,15 @@ public:
 
     /// Is that the name of one of them, there or not?
     [[nodiscard]] bool hasName(const FileIdentity& folder, const QByteArray& name) const;
-    /// Does one of them lie in that folder, at any depth?
-    [[nodiscard]] bool liesIn(const FileIdentity& folder) const;
+    /// Is that one of them, by whatever name, or a folder in which one lies at any depth?
+    [[nodiscard]] bool holds(const FileIdentity& entry) const;
 
 private:
     void noteFolder(const QString& path);
     void noteWithParents(const QString& path);
 
     QSet<std::pair<FileIdentity, QByteArray>> m_names;
-    QSet<FileIdentity> m_folders;
+    QSet<FileIdentity> m_held;            ///< the files that are there, and all folders above
     QHash<QString, FileIdentity> m_known; ///< by path
 };
 

@@ -27,7 +27,7 @@ bool looksLikeRar(const QString& path)
     return file.open(QFile::ReadOnly) && file.read(6) == "Rar!\x1a\x07";
 }
 
-/// Keeps what stands at the path under a name of its own. False if something stands there still.
+/// Keeps what stands at the path under another name.
 bool setAside(const QString& path, const QString& aside)
 {
     return ::link(QFile::encodeName(path).constData(), QFile::encodeName(aside).constData()) == 0 ||
@@ -56,8 +56,10 @@ void RepairFolder::link(const QStringList& volumes)
     QStringList links;
     for (const QString& volume : volumes) {
         const QString link = plainPath + volume.mid(m_setPath.size());
+        const FileIdentity identity = identityAt(volume);
         if (!QFileInfo(volume).isFile() || !QFile::link(volume, link))
             continue;
+        m_linked.insert(volume, identity);
         if (isRarPart(link) && looksLikeRar(link))
             links << link;
     }
@@ -71,16 +73,25 @@ QStringList RepairFolder::adopt()
     QStringList changed;
     const QDir folder(m_folder.path());
     for (const QFileInfo& made : folder.entryInfoList(QDir::Files | QDir::NoSymLinks | QDir::Hidden, QDir::Name)) {
-        if (!isSetMember(made.fileName()) || made.size() == 0)
-            continue;
-        const QString place = m_setPath + made.fileName().mid(plainBase.size());
-        const QString bad = uniqueDestination(place + QStringLiteral(".bad"));
-        if (setAside(place, bad))
-            changed << bad;
-        if (::rename(QFile::encodeName(made.filePath()).constData(), QFile::encodeName(place).constData()) == 0)
-            changed << place;
+        if (isSetMember(made.fileName()) && made.size() > 0)
+            changed << putIntoPlace(made.filePath(), m_setPath + made.fileName().mid(plainBase.size()));
     }
     return changed;
+}
+
+/// What stands in the place must be what the repair began with, or it has come anew meanwhile.
+QStringList RepairFolder::putIntoPlace(const QString& made, const QString& place) const
+{
+    const FileIdentity known = m_linked.value(place);
+    if (identityAt(place) != known)
+        return {};
+    if (known == FileIdentity())
+        return moveWithoutReplacing(made, place) == 0 ? QStringList{place} : QStringList();
+    const QString bad = uniqueDestination(place + QStringLiteral(".bad"));
+    if (!setAside(place, bad))
+        return {};
+    const bool isReplaced = ::rename(QFile::encodeName(made).constData(), QFile::encodeName(place).constData()) == 0;
+    return isReplaced ? QStringList{bad, place} : QStringList{bad};
 }
 
 } // namespace vormel

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "archive/workspace/OpenFolder.h"
 #include "archive/workspace/WorkFolder.h"
 
 #include <QHash>
@@ -19,16 +20,18 @@ public:
     /// What to hand to the tool: a volume that it will recognise as one.
     [[nodiscard]] const QString& archive() const { return m_archive; }
 
-    /// Puts what the tool rebuilt into the place of the volumes, which are kept as "*.bad" where there are any. Gives
-    /// the paths of both.
+    /// Puts what the tool rebuilt into the place of the volumes, which are kept as "*.bad" where there are any. A
+    /// volume that came or changed meanwhile stays. Gives the paths of both.
     [[nodiscard]] QStringList adopt();
 
 private:
     explicit RepairFolder(WorkFolder folder);
     void link(const QStringList& volumes);
+    [[nodiscard]] QStringList putIntoPlace(const QString& made, const QString& place) const;
 
     WorkFolder m_folder;
     QString m_archive;
+    QHash<QString, FileIdentity> m_linked;
     QString m_setPath; ///< of any volume, up to where their names differ
 };
 

@@ -1,4 +1,4 @@
-#include "platform/storage/FarMove.h"
+#include "archive/workspace/FarMove.h"
 
 #include "fixtures/Sandbox.h"
 
@@ -73,6 +73,17 @@ TEST_F(FarMoveTest, ReplacesNothingAndKeepsTheFile)
     EXPECT_EQ(readFar(QStringLiteral("b")), "old");
     EXPECT_EQ(near.read(QStringLiteral("a")), "new");
     EXPECT_EQ(QDir(far.path()).entryList(QDir::Files | QDir::Hidden), QStringList{QStringLiteral("b")});
+}
+
+TEST_F(FarMoveTest, LeavesNothingOfACopyThatIsStopped)
+{
+    VORMEL_NEEDS_TWO_FILE_SYSTEMS();
+    const QString from = near.write(QStringLiteral("a"), "x");
+    std::stop_source stop;
+    stop.request_stop();
+    EXPECT_EQ(moveFar(from, far.filePath(QStringLiteral("b")), stop.get_token()), ECANCELED);
+    EXPECT_EQ(near.read(QStringLiteral("a")), "x");
+    EXPECT_TRUE(QDir(far.path()).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
 }
 
 TEST_F(FarMoveTest, TellsWhatStandsInItsWay)
