@@ -7,26 +7,17 @@
 #include <QFile>
 
 #include <cerrno>
-#include <climits>
 
 namespace vormel {
-
-namespace {
-
-QByteArray withNumber(const QString& name, bool isFolder, int number)
-{
-    return QFile::encodeName(isFolder ? name + QStringLiteral(" (%1)").arg(number) : numberedFileName(name, number));
-}
-
-} // namespace
 
 QByteArray numberedName(const FolderEntry& entry, int number)
 {
     if (number == 0)
         return entry.name;
-    const QString name = QFile::decodeName(entry.name);
-    QByteArray numbered = withNumber(name, entry.isFolder(), number);
-    return numbered.size() <= NAME_MAX ? numbered : withNumber(safeFileName(name), entry.isFolder(), number);
+    // Shortened where there is no room for the number.
+    const QString name = safeFileName(QFile::decodeName(entry.name));
+    return QFile::encodeName(entry.isFolder() ? name + QStringLiteral(" (%1)").arg(number)
+                                              : numberedFileName(name, number));
 }
 
 NewPlace moveToFreeName(int fromFolder, const QByteArray& from, int toFolder, const FolderEntry& entry, int firstNumber,

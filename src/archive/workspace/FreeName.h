@@ -17,8 +17,7 @@ struct NewPlace
     int systemError = 0;
 };
 
-/// The entry's name with a number: "name (1).ext", or "name.ext (1)" for a folder; shortened where there is no room for
-/// it. The name itself for 0.
+/// The entry's name with a number: "name (1).ext", or "name.ext (1)" for a folder. The name itself for 0.
 [[nodiscard]] QByteArray numberedName(const FolderEntry& entry, int number);
 
 /// Moves an entry into another folder, under its name or under the first free one with a number from that on. Replaces
