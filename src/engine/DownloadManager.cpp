@@ -41,6 +41,8 @@ DownloadManager::DownloadManager(const Platform& platform, const Collaborators& 
     prefetchFilenames();
     connect(&m_settings, &AppSettings::changed, this, &DownloadManager::changed);
     connect(&m_settings, &AppSettings::downloadRevFilesSet, this, [this] { processQueue(); });
+    // The queue leaves out where part files lie in this folder.
+    connect(&m_settings, &AppSettings::downloadFolderSet, this, [this] { saveQueue(); });
     connect(&m_settings, &AppSettings::maxDownloadSpeedSet, this, [this] { applySpeedLimit(); });
 }
 
@@ -173,6 +175,11 @@ void DownloadManager::tableGrew(qsizetype first, qsizetype count)
     Q_EMIT itemsInserted(first, count);
 }
 
+void DownloadManager::tableWillRemove(DownloadItem& item)
+{
+    m_waitingArchives.willBeRemoved(item);
+}
+
 void DownloadManager::tableShrank(const QSet<ItemId>& ids)
 {
     m_queueFile.noteRemoval(ids);
@@ -261,6 +268,12 @@ void DownloadManager::transferTicked(const ItemId& id, qint64 bytes, double byte
     m_totalSpeedBytesPerSec = m_table.totalSpeed();
     m_completion.noteProgress(id);
     Q_EMIT totalSpeedChanged();
+}
+
+void DownloadManager::partIsGone(const ItemId& id)
+{
+    if (const ItemPtr item = m_table.find(id))
+        item->setPartPlace(std::nullopt);
 }
 
 void DownloadManager::transferEnded(const ItemId& id, TransferEnd end)

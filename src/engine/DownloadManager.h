@@ -124,6 +124,7 @@ Q_SIGNALS:
 private:
     // ItemTable::Listener
     void tableGrew(qsizetype first, qsizetype count) override;
+    void tableWillRemove(DownloadItem& item) override;
     void tableShrank(const QSet<ItemId>& ids) override;
     void tableReordered() override;
     void tableItemChanged(DownloadItem& item, ItemField field) override;
@@ -134,6 +135,7 @@ private:
     // TransferSession::Owner
     void transferAnswered(const ItemId& id, const HeadFacts& facts) override;
     void transferTicked(const ItemId& id, qint64 bytes, double bytesPerSecond) override;
+    void partIsGone(const ItemId& id) override;
     void transferEnded(const ItemId& id, TransferEnd end) override;
     // DownloadStarter::Queue
     [[nodiscard]] bool isRevHeldBack(const DownloadItem& item) const override;

@@ -80,6 +80,9 @@ void Setting<T>::set(T value)
     } else if constexpr (std::same_as<T, qint64>) {
         if (this == &m_owner.maxDownloadSpeedKBps)
             Q_EMIT m_owner.maxDownloadSpeedSet();
+    } else if constexpr (std::same_as<T, QString>) {
+        if (this == &m_owner.downloadFolderPath)
+            Q_EMIT m_owner.downloadFolderSet();
     } else if constexpr (std::same_as<T, AppLanguage>) {
         Q_EMIT m_owner.languageSet();
     }

@@ -75,6 +75,7 @@ Q_SIGNALS:
     void downloadRevFilesSet(bool value);
     void maxDownloadSpeedSet();
     void languageSet();
+    void downloadFolderSet();
 };
 
 } // namespace vormel

@@ -4,6 +4,7 @@
 #include "archive/workspace/OpenFolder.h"
 #include "archive/workspace/WorkFolder.h"
 #include "platform/storage/CarefulMove.h"
+#include "platform/storage/FolderSyncs.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -56,6 +57,8 @@ int moveByCopy(const QString& from, const QString& to, const std::stop_token& st
     int error = copyNew(file.get(), *facts, copy, stop);
     if (error == 0)
         error = moveWithoutReplacing(copy, to);
+    if (error == 0)
+        syncFolder(QFileInfo(to).path());
     // What stands there by now may be another file.
     if (error == 0 && identityAt(from) == identityOf(*facts))
         ::unlink(source.constData());

@@ -2,7 +2,6 @@
 
 #include "engine/completion/FinishedFile.h"
 #include "model/SetName.h"
-#include "platform/storage/CarefulMove.h"
 #include "text/FileName.h"
 
 #include <QDir>
@@ -10,6 +9,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <cstdio>
 
 namespace vormel {
 
@@ -47,8 +47,8 @@ QString broughtToItsArchive(const DownloadItem& rev, const QString& path, const 
     if (isFileOfAnother(rev, target, table))
         return path;
     QDir().mkpath(folder);
-    QFile::remove(target);
-    return moveWithoutReplacing(path, target) == 0 ? target : path;
+    // In one step: nothing may be gone before the newcomer is there.
+    return ::rename(QFile::encodeName(path).constData(), QFile::encodeName(target).constData()) == 0 ? target : path;
 }
 
 } // namespace vormel

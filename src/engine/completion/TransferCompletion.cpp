@@ -77,6 +77,8 @@ void TransferCompletion::fail(DownloadItem& item, const QString& message)
 {
     item.setSpeedBytesPerSec(0);
     item.setStatus(DownloadStatus::failure(message));
+    // Nothing else may happen to the item's set any more, and its recovery volumes can still save it.
+    m_recovery.scheduleRecoveryCheck(item);
     m_queue.processQueue();
 }
 
@@ -86,8 +88,6 @@ void TransferCompletion::webPageCame(DownloadItem& item, const TransferEnd& end)
     if (end.partPath)
         QFile::remove(*end.partPath);
     item.setPartPlace(std::nullopt);
-    // Nothing else may happen to the item's set any more, and its recovery volumes can still save it.
-    m_recovery.scheduleRecoveryCheck(item);
     fail(item, webPageText(end.page, m_settings.language.value()));
 }
 
@@ -149,12 +149,13 @@ void TransferCompletion::fileIsShort(DownloadItem& item, const TransferEnd& end,
                                   : 0);
     item.setSpeedBytesPerSec(0);
     // Each such answer moves data and so earns the budget back; without another bound there would be no end to it.
-    const bool isFinal = end.reason == TransferEnd::Reason::Overlong && !mayStartOver(item.id());
+    const bool isFinal = end.areBytesGivenUp && !mayStartOver(item.id());
     if (isFinal || !retryLater(item)) {
         m_retries.restore(item.id());
-        const bool isShort = isTotalKnown && size < item.totalBytes() && end.reason != TransferEnd::Reason::Overlong;
+        const bool isShort = isTotalKnown && size < item.totalBytes() && !end.areBytesGivenUp;
         const QString message = isShort ? incompleteText(size, item.totalBytes()) : endText(end, m_settings);
         item.setStatus(DownloadStatus::failure(message));
+        m_recovery.scheduleRecoveryCheck(item);
     }
     m_queue.processQueue();
 }

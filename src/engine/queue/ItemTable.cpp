@@ -65,6 +65,9 @@ void ItemTable::append(std::vector<ItemPtr> items)
 void ItemTable::remove(const QSet<ItemId>& ids)
 {
     QSet<ItemId> gone;
+    for (const ItemId& id : ids)
+        if (const ItemPtr item = find(id))
+            m_listener.tableWillRemove(*item);
     for (const ItemId& id : ids) {
         if (const ItemPtr item = find(id)) {
             removeItemObserver(item);

@@ -23,6 +23,8 @@ public:
     {
     public:
         virtual void tableGrew(qsizetype first, qsizetype count) = 0;
+        /// The item is about to leave the queue.
+        virtual void tableWillRemove(DownloadItem& /*item*/) {}
         virtual void tableShrank(const QSet<ItemId>& ids) = 0;
         virtual void tableReordered() = 0;
         virtual void tableItemChanged(DownloadItem& item, ItemField field) = 0;

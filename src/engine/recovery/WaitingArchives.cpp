@@ -34,6 +34,12 @@ void WaitingArchives::offItsWay(const DownloadItem& item)
         m_later([this, base = setBaseName(item.filename())] { lookAt(base); });
 }
 
+void WaitingArchives::willBeRemoved(const DownloadItem& item)
+{
+    if (isRevName(item.filename()) && m_revFiles.isComing(item))
+        offItsWay(item);
+}
+
 void WaitingArchives::lookAt(const QString& base)
 {
     const ItemPtr volume = volumeOnDisk(base, m_table);

@@ -26,6 +26,8 @@ public:
     void failed(const DownloadItem& item);
     /// The item was resolving or downloading, and is so no more.
     void offItsWay(const DownloadItem& item);
+    /// The item is about to leave the queue.
+    void willBeRemoved(const DownloadItem& item);
 
 private:
     void lookAt(const QString& base);

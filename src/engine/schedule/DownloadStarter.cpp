@@ -43,6 +43,13 @@ void applyResolved(DownloadItem& item, const ResolvedDownload& found, WallTime n
     item.setResolvedAt(now);
 }
 
+/// What somebody puts under the name of an item that has begun is its file only if it is as large.
+bool mayBeFileOf(const DownloadItem& item, const QString& path)
+{
+    const bool isBegun = item.partPlace() && item.totalBytes() >= 1 && item.localPath() != path;
+    return !isBegun || QFileInfo(path).size() == item.totalBytes();
+}
+
 } // namespace
 
 DownloadStarter::DownloadStarter(const Ports& ports)
@@ -129,7 +136,7 @@ void DownloadStarter::beginTransfer(DownloadItem& item, const Link& address)
     QDir().mkpath(paths.groupFolder(item.filename()));
     const QString destination = paths.finalFile(item.filename());
     const auto finished = item.isWantedAnew() ? std::nullopt : finishedFileOf(item, m_ports.table, paths);
-    if (finished) {
+    if (finished && mayBeFileOf(item, *finished)) {
         m_ports.completion.completeWithFile(item, *finished);
         m_ports.queue.processQueue();
         m_ports.queue.saveQueue();

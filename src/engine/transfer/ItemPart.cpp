@@ -91,7 +91,7 @@ OpenedPart openAmongCandidates(const DownloadItem& item, const QString& usualPat
 OpenedPart openPart(const DownloadItem& item, const QString& usualPath, const QSet<QString>& inUse)
 {
     OpenedPart part;
-    if (item.partPlace() && item.partPlace()->path != usualPath) {
+    if (item.partPlace() && item.partPlace()->path != usualPath && !inUse.contains(item.partPlace()->path)) {
         if (auto file = ownFileAt(item.partPlace()->path, item))
             part.file = brought(std::move(file), usualPath);
     }

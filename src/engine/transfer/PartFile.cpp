@@ -120,10 +120,9 @@ bool PartFile::isStillThere() const
     return ours.st_dev == there.st_dev && ours.st_ino == there.st_ino && ours.st_size == m_size;
 }
 
-void PartFile::removeIfEmpty() const
+bool PartFile::removeIfEmpty() const
 {
-    if (m_size == 0 && isStillThere())
-        ::unlink(QFile::encodeName(m_path).constData());
+    return m_size == 0 && isStillThere() && ::unlink(QFile::encodeName(m_path).constData()) == 0;
 }
 
 } // namespace vormel

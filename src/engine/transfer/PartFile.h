@@ -48,8 +48,8 @@ public:
     [[nodiscard]] int moveTo(const QString& path);
     /// Does its path still name this very file, with all that was written to it?
     [[nodiscard]] bool isStillThere() const;
-    /// An empty file is of no use to anybody.
-    void removeIfEmpty() const;
+    /// An empty file is of no use to anybody. True if it was one, and is gone.
+    bool removeIfEmpty() const;
 
     /// Whoever holds it keeps the file open beyond the life of this.
     [[nodiscard]] std::shared_ptr<const FileDescriptor> descriptor() const { return m_file; }

@@ -38,12 +38,12 @@ Transfer::Transfer(TransferOrder order, quint64 serial, std::unique_ptr<PartFile
     , m_speedTracker(clock.steadyNow())
 {}
 
-void Transfer::closeFile()
+bool Transfer::closeFile()
 {
     const std::lock_guard lock(m_ioLock);
-    if (m_fileHandle)
-        m_fileHandle->removeIfEmpty();
+    const bool isGone = m_fileHandle && m_fileHandle->removeIfEmpty();
     m_fileHandle.reset();
+    return isGone;
 }
 
 bool Transfer::acceptsAnyCertificateOf(const QString& host) const
@@ -167,6 +167,7 @@ bool Transfer::write(QByteArrayView block)
         // Who sends more than announced may have sent something else before, too.
         static_cast<void>(m_fileHandle->cutBackTo(m_answerStart));
         m_refusal = TransferEnd::Reason::Overlong;
+        m_end.areBytesGivenUp = true;
         return false;
     }
     const bool isWritten = m_fileHandle->append(block);
@@ -207,14 +208,15 @@ TransferEnd Transfer::takeEnd(int syncError)
 {
     const std::lock_guard lock(m_ioLock);
     const bool isFinished = m_fileHandle && m_end.reason == TransferEnd::Reason::Finished;
-    if (isFinished && syncError != 0)
+    if (isFinished && syncError != 0) {
         static_cast<void>(m_fileHandle->restart());
+        m_end.areBytesGivenUp = true;
+    }
     if (isFinished && (syncError != 0 || !m_fileHandle->isStillThere())) {
         m_end.reason = TransferEnd::Reason::NotWritten;
         m_end.systemError = syncError != 0 ? syncError : ESTALE;
     }
-    if (m_fileHandle && m_end.reason != TransferEnd::Reason::Finished)
-        m_fileHandle->removeIfEmpty();
+    m_end.isPartGone = m_fileHandle && m_end.reason != TransferEnd::Reason::Finished && m_fileHandle->removeIfEmpty();
     m_fileHandle.reset();
     return std::move(m_end);
 }

@@ -59,8 +59,8 @@ public:
     /// Does the part file hold all that the item is known to have, so that nothing is to be asked of the server?
     [[nodiscard]] bool isWhole() const { return m_offset >= 1 && m_offset == m_order.knownTotal; }
 
-    /// Closes the part file; whatever still arrives is dropped. Any thread.
-    void closeFile();
+    /// Closes the part file; whatever still arrives is dropped. True if it was empty and is gone. Any thread.
+    bool closeFile();
     /// The part file, if it is to be on disk for good before the end is told; null if not. Any thread.
     [[nodiscard]] std::shared_ptr<const FileDescriptor> fileToSync() const;
     /// Closes the part file and tells the end. Only after ended(), on the UI thread. `syncError` is the system's number

@@ -28,6 +28,8 @@ struct TransferEnd
     std::optional<QString> partPath;
     std::optional<QString> finalPath;
     HttpError error;
+    bool isPartGone = false;      ///< the part file was empty, and was removed
+    bool areBytesGivenUp = false; ///< what came is lost on purpose: such an end moves nothing forward
     int statusCode = 0;
     int systemError = 0;
     QByteArray page;

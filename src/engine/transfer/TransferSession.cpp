@@ -67,7 +67,7 @@ void TransferSession::drop(const ItemId& id)
     const auto found = activeTasks.find(id);
     if (found == activeTasks.end())
         return;
-    found->second.transfer->closeFile();
+    closeFile(id, *found->second.transfer);
     activeTasks.erase(found);
 }
 
@@ -107,7 +107,13 @@ void TransferSession::setLimit(qint64 bytesPerSecond)
 void TransferSession::closeFiles()
 {
     for (const auto& [id, running] : activeTasks)
-        running.transfer->closeFile();
+        closeFile(id, *running.transfer);
+}
+
+void TransferSession::closeFile(const ItemId& id, Transfer& transfer)
+{
+    if (transfer.closeFile())
+        m_owner.partIsGone(id);
 }
 
 bool TransferSession::isCurrent(const ItemId& id, quint64 serial) const
@@ -175,6 +181,8 @@ void TransferSession::finish(const ItemId& id, int syncError)
     TransferEnd end = running.transfer->takeEnd(syncError);
     end.partPath = running.partPath;
     end.finalPath = running.finalPath;
+    if (end.isPartGone)
+        m_owner.partIsGone(id);
     m_owner.transferEnded(id, std::move(end));
 }
 

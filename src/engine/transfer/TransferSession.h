@@ -24,6 +24,8 @@ public:
     public:
         virtual void transferAnswered(const ItemId& id, const HeadFacts& facts) = 0;
         virtual void transferTicked(const ItemId& id, qint64 bytes, double bytesPerSecond) = 0;
+        /// Its part file was empty, and was removed: whoever writes there next is another.
+        virtual void partIsGone(const ItemId& id) = 0;
         /// The transfer is gone by now, its file closed.
         virtual void transferEnded(const ItemId& id, TransferEnd end) = 0;
 
@@ -70,6 +72,7 @@ private:
         Timer rest;
     };
 
+    void closeFile(const ItemId& id, Transfer& transfer);
     void headArrived(const Transfer& transfer, const HeadFacts& facts) override;
     void ticked(const Transfer& transfer, qint64 bytes, double bytesPerSecond) override;
     bool mustRest(const Transfer& transfer, qint64 bytes) override;

@@ -129,6 +129,8 @@ void CurlTransfer::setOptions()
     curl_easy_setopt(curl, CURLOPT_QUICK_EXIT, 1L);
     curl_easy_setopt(curl, CURLOPT_FRESH_CONNECT, m_wantsNewConnection ? 1L : 0L);
     curl_easy_setopt(curl, CURLOPT_FOLLOWLOCATION, 0L);
+    // What a proxy says of the way is no answer of the server.
+    curl_easy_setopt(curl, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
     curl_easy_setopt(curl, CURLOPT_BUFFERSIZE, receiveBuffer);
     curl_easy_setopt(curl, CURLOPT_TCP_KEEPALIVE, 1L);
     curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, m_errorText.data());

@@ -8,7 +8,11 @@ namespace vormel {
 
 int syncFile(const FileDescriptor& file)
 {
-    return ::fdatasync(file.get()) == 0 ? 0 : errno;
+    int result = 0;
+    do
+        result = ::fdatasync(file.get());
+    while (result != 0 && errno == EINTR);
+    return result == 0 ? 0 : errno;
 }
 
 FileSyncThread::FileSyncThread()
