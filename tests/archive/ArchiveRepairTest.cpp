@@ -103,6 +103,26 @@ TEST_F(ArchiveRepairTest, aFailureThatRebuiltNothingIsTold)
     EXPECT_EQ(sandbox.files(QStringLiteral("set")).size(), 3);
 }
 
+TEST_F(ArchiveRepairTest, whatAToolWasKilledOverIsNotTaken)
+{
+    toolDoes("rm volume.part2.rar; echo half >volume.part2.rar; echo half >volume.part3.rar; kill -9 $$");
+    EXPECT_EQ(repair().exitCode, 137);
+    EXPECT_EQ(contents("part2.rar"), original);
+    EXPECT_EQ(sandbox.files(QStringLiteral("set")).size(), 3);
+}
+
+TEST_F(ArchiveRepairTest, aVolumeThatCameMeanwhileStays)
+{
+    const QByteArray folder = '\'' + sandbox.path(QStringLiteral("set")).toUtf8() + '\'';
+    toolDoes("cd " + folder +
+             "; rm 's?t.part2.rar'; echo anew >'s?t.part2.rar'; echo anew >'s?t.part3.rar'; cd -; "
+             "rm volume.part2.rar; echo rebuilt >volume.part2.rar; echo rebuilt >volume.part3.rar");
+    EXPECT_TRUE(repair().isSuccess());
+    EXPECT_EQ(contents("part2.rar"), "anew\n");
+    EXPECT_EQ(contents("part3.rar"), "anew\n");
+    EXPECT_TRUE(changed.isEmpty());
+}
+
 TEST_F(ArchiveRepairTest, aStopLeavesTheSetAsItWas)
 {
     toolDoes("rm volume.part2.rar; echo half >volume.part2.rar; exec sleep 600");

@@ -65,6 +65,18 @@ TEST_F(ToolTurnsTest, theNextIsTheOneThatStandsFirstByThen)
     EXPECT_EQ(answers.back(), (Answers::value_type{5, true}));
 }
 
+TEST_F(ToolTurnsTest, oneThatComesWhenATurnIsGivenBackOvertakesNobody)
+{
+    for (const std::size_t place : std::initializer_list<std::size_t>{1, 2, 3})
+        ask(place);
+    held.erase(1);
+    EXPECT_FALSE(turns->isAnyFree());
+    ask(9);
+    fixtures::turnEventLoop();
+    EXPECT_EQ(answers.back(), (Answers::value_type{3, true}));
+    EXPECT_EQ(answers.size(), 3U);
+}
+
 TEST_F(ToolTurnsTest, oneThatIsWithdrawnGoesOnWithoutATurn)
 {
     for (const std::size_t place : std::initializer_list<std::size_t>{1, 2, 3, 4})

@@ -129,6 +129,13 @@ TEST_F(ArchiveWaitTest, GoesOnWhenTheLastRecoveryVolumeIsStopped)
     EXPECT_TRUE(reaches(first, ExtractionStatus::done));
 }
 
+TEST_F(ArchiveWaitTest, GoesOnWhenTheVolumeThatItWaitsForIsRemoved)
+{
+    waitForTheVolumeAlone();
+    shop.manager().commands().removeItems({rev->id()});
+    EXPECT_TRUE(reaches(first, ExtractionStatus::done));
+}
+
 TEST_F(ArchiveWaitTest, GoesOnWhenTheConnectionOfTheLastRecoveryVolumeIsLost)
 {
     waitForTheVolumeAlone();

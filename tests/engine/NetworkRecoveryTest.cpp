@@ -100,6 +100,27 @@ TEST_F(NetworkRecoveryTest, StartsNoCountdownForAPageThatCameInstead)
     EXPECT_EQ(part->recoveryCountdown(), std::nullopt);
 }
 
+TEST_F(NetworkRecoveryTest, FetchesTheRecoveryVolumesAMinuteAfterTheLastPartHasStayedShort)
+{
+    set[1]->setStatus(DownloadStatus::completed);
+    shop.manager().commands().startItems({part});
+    turnEventLoop();
+    while (!(part->status() == DownloadStatus::failed)) {
+        exchangeOf(part).head(200, {{"Content-Length", "10"}});
+        exchangeOf(part).finish();
+        turnEventLoop();
+        if (part->status() == DownloadStatus::queued)
+            shop.clock.advance(10s);
+        turnEventLoop();
+    }
+    EXPECT_EQ(part->recoveryCountdown(), std::nullopt);
+    shop.clock.advance(59s);
+    EXPECT_FALSE(isRevFetched());
+    shop.clock.advance(1s);
+    turnEventLoop();
+    EXPECT_TRUE(isRevFetched());
+}
+
 TEST_F(NetworkRecoveryTest, StartsNoCountdownWithoutRecoveryVolumes)
 {
     shop.manager().commands().removeItems({rev->id()});

@@ -105,3 +105,19 @@ TEST_F(PostDownloadPasswordTest, TakesTheQuestionBackWhenTheArchiveIsRemoved)
     EXPECT_FALSE(question());
     EXPECT_EQ(changes, 1);
 }
+
+TEST_F(PostDownloadPasswordTest, KeepsAnAnswerThatIsGivenWhileTheArchiveIsTriedWithoutIt)
+{
+    shop.tools.add(QStringLiteral("unrar"), "case \"$*\" in *-pX*) exit 0;; esac; " + waitForGo() + "; exit 11");
+    const ItemPtr item = onDisk(QStringLiteral("x.rar"));
+    go();
+    run(item);
+    ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
+    halt();
+    run(item);
+    ASSERT_TRUE(waitUntil([&] { return shop.tools.calls(QStringLiteral("unrar")).size() == 2; }));
+    shop.manager().submitExtractionPassword(QStringLiteral("X"));
+    go();
+    EXPECT_TRUE(reaches(item, ExtractionStatus::done));
+    EXPECT_FALSE(question());
+}

@@ -97,3 +97,40 @@ TEST_F(PostDownloadRescueTest, StopsARepairWhenTheUserWants)
     EXPECT_EQ(rev->status(), DownloadStatus::paused); // nothing was let through
     EXPECT_EQ(shop.sandbox.files(QStringLiteral("Downloads")), QStringList{QStringLiteral("m/m.part1.rar")});
 }
+
+TEST_F(PostDownloadRescueTest, IsTriedAgainWhenVolumesCameOnTheirWayDuringTheRun)
+{
+    for (const bool isRepairPossible : {true, false}) {
+        shop.tools.add(QStringLiteral("unrar"), waitForGo() + "; exit 3");
+        shop.tools.add(QStringLiteral("rar"), "exit 10");
+        if (!isRepairPossible)
+            shop.tools.remove(QStringLiteral("rar"));
+        const QString set = isRepairPossible ? QStringLiteral("a") : QStringLiteral("b");
+        const ItemPtr first = onDisk(set + QStringLiteral(".part1.rar"));
+        const ItemPtr rev = shop.add(QStringLiteral("http://h/") + set + QStringLiteral(".part1.rev"));
+        run(first);
+        ASSERT_TRUE(waitUntil([&] { return !shop.tools.calls(QStringLiteral("unrar")).isEmpty(); }));
+        shop.manager().retryWithRevFiles({first});
+        ASSERT_TRUE(waitUntil([&] { return rev->status() == DownloadStatus::downloading; }));
+        go();
+        ASSERT_TRUE(reaches(first, ExtractionStatus::idle));
+        unpackerMakes("movie.mkv");
+        shop.http.last().head(200, {{"Content-Length", "1"}});
+        shop.http.last().data("x");
+        shop.http.last().finish();
+        EXPECT_TRUE(reaches(first, ExtractionStatus::done));
+        halt();
+    }
+}
+
+TEST_F(PostDownloadRescueTest, IsTriedAgainAfterAFailureDuringWhichAPartCame)
+{
+    shop.tools.add(QStringLiteral("unrar"), waitForGo() + "; exit 3");
+    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+    run(first);
+    ASSERT_TRUE(waitUntil([&] { return !shop.tools.calls(QStringLiteral("unrar")).isEmpty(); }));
+    unpackerMakes("movie.mkv");
+    arrive(onDisk(QStringLiteral("m.part2.rar")));
+    go();
+    EXPECT_TRUE(reaches(first, ExtractionStatus::done));
+}

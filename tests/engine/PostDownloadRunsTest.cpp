@@ -133,7 +133,7 @@ TEST_F(PostDownloadRunsTest, TakesNoFolderAwayThatAnotherArchiveIsUnpackedInto)
     ASSERT_TRUE(reaches(other, ExtractionStatus::done));
     go();
     ASSERT_TRUE(reaches(set, ExtractionStatus::done));
-    EXPECT_TRUE(shop.sandbox.exists(QStringLiteral("Downloads/Mine/movie.mkv")));
+    EXPECT_TRUE(shop.sandbox.exists(QStringLiteral("Downloads/Mine/Mine.mkv")));
     EXPECT_TRUE(shop.sandbox.exists(QStringLiteral("Downloads/Mine (1)")));
 }
 
@@ -159,4 +159,53 @@ TEST_F(PostDownloadRunsTest, LetsTheProgramEndWhileAToolRuns)
     ASSERT_TRUE(waitUntil([&] { return !shop.tools.calls(QStringLiteral("unrar")).isEmpty(); }));
     shop.restart();
     EXPECT_EQ(shop.manager().items().front()->status(), DownloadStatus::completed);
+}
+
+TEST_F(PostDownloadRunsTest, UnpacksAFileOnceThatTwoRowsHave)
+{
+    shop.tools.add(QStringLiteral("7zz"), waitForGo());
+    const ItemPtr one = onDisk(QStringLiteral("x.7z"));
+    const ItemPtr other = shop.add(QStringLiteral("http://mirror/y.7z"));
+    other->setLocalPath(*one->localPath());
+    other->setStatus(DownloadStatus::completed);
+    run(one);
+    ASSERT_TRUE(waitUntil([&] { return !shop.tools.calls(QStringLiteral("7zz")).isEmpty(); }));
+    arrive(other);
+    EXPECT_EQ(other->extractionStatus(), ExtractionStatus::idle);
+    go();
+    ASSERT_TRUE(reaches(one, ExtractionStatus::done));
+    EXPECT_TRUE(reaches(other, ExtractionStatus::done));
+    EXPECT_EQ(shop.tools.calls(QStringLiteral("7zz")).size(), 1);
+}
+
+TEST_F(PostDownloadRunsTest, DoesNotBeginWhatHasLostItsRowWhileItWaited)
+{
+    shop.tools.add(QStringLiteral("7zz"), waitForGo());
+    std::vector<ItemPtr> items;
+    for (const char* name : {"a.7z", "b.7z", "c.7z", "d.7z"})
+        items.push_back(onDisk(QString::fromLatin1(name)));
+    for (const ItemPtr& item : items)
+        run(item);
+    shop.manager().commands().removeItems({items[2]->id()});
+    go();
+    ASSERT_TRUE(reaches(items[3], ExtractionStatus::done));
+    EXPECT_EQ(shop.tools.calls(QStringLiteral("7zz")).size(), 3);
+    EXPECT_EQ(items[2]->extractionStatus(), ExtractionStatus::idle);
+}
+
+TEST_F(PostDownloadRunsTest, LeavesTheArchiveAloneThatIsFetchedAgainInTheLastMoment)
+{
+    shop.settings().deleteArchiveAfterExtract.set(true);
+    unpackerMakes("movie.mkv");
+    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+    const ItemPtr second = onDisk(QStringLiteral("m.part2.rar"));
+    const QString obstacle = shop.sandbox.write(QStringLiteral("Downloads/m/movie.mkv"), "old");
+    shop.trash.onMove([&] {
+        QMetaObject::invokeMethod(
+            &shop.manager(), [&] { shop.manager().commands().redownloadItem(*second); }, Qt::BlockingQueuedConnection);
+    });
+    run(first);
+    ASSERT_TRUE(waitUntil([&] { return first->extractionStatus() == ExtractionStatus::idle; }));
+    EXPECT_EQ(second->status(), DownloadStatus::downloading);
+    EXPECT_TRUE(QFile::exists(*first->localPath()));
 }

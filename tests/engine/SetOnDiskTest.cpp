@@ -6,6 +6,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QStorageInfo>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -188,4 +190,28 @@ TEST_F(SetOnDiskTest, LeavesAVolumeWhereItIsWhenItsPlaceIsTaken)
     ASSERT_TRUE(reaches(first, ExtractionStatus::failed));
     EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/m/m.part2.rar")), "the user's own");
     EXPECT_EQ(shop.sandbox.read(QStringLiteral("elsewhere/m.part2.rar")), "ours");
+}
+
+TEST_F(SetOnDiskTest, KeepsARecoveryVolumeWhoseSuccessorCannotGetThere)
+{
+    const QTemporaryDir far(QStringLiteral("/dev/shm/vormel-far-XXXXXX"));
+    const auto isFar = [&] { return QStorageInfo(far.path()).device() != QStorageInfo(shop.sandbox.root()).device(); };
+    if (!far.isValid() || !isFar())
+        GTEST_SKIP() << "there is only one file system to write to";
+    QFile old(far.filePath(QStringLiteral("m.part1.rev")));
+    ASSERT_TRUE(old.open(QFile::WriteOnly) && old.write("old") == 3);
+    old.close();
+    shop.settings().autoExtract.set(false);
+    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+    first->setLocalPath(far.filePath(QStringLiteral("m.part1.rar")));
+    const ItemPtr rev = shop.add(QStringLiteral("http://h/m.part1.rev"));
+    shop.manager().retryWithRevFiles({first});
+    turnEventLoop();
+    shop.http.last().head(200, {{"Content-Length", "3"}});
+    shop.http.last().data("new");
+    shop.http.last().finish();
+    turnEventLoop();
+    ASSERT_EQ(rev->status(), DownloadStatus::completed);
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/m/m.part1.rev")), "new");
+    EXPECT_TRUE(QFile::exists(old.fileName()));
 }

@@ -50,16 +50,25 @@ RepairFolder RepairFolder::make(const QString& archive)
     return folder;
 }
 
+RepairFolder::FileState RepairFolder::stateOf(const QString& path)
+{
+    constexpr qint64 second = 1'000'000'000;
+    struct stat facts = {};
+    if (::lstat(QFile::encodeName(path).constData(), &facts) != 0)
+        return {};
+    return {identityOf(facts), facts.st_size, facts.st_ctim.tv_sec * second + facts.st_ctim.tv_nsec};
+}
+
 void RepairFolder::link(const QStringList& volumes)
 {
     const QString plainPath = m_folder.path() + u'/' + plainBase;
     QStringList links;
     for (const QString& volume : volumes) {
         const QString link = plainPath + volume.mid(m_setPath.size());
-        const FileIdentity identity = identityAt(volume);
+        const FileState state = stateOf(volume);
         if (!QFileInfo(volume).isFile() || !QFile::link(volume, link))
             continue;
-        m_linked.insert(volume, identity);
+        m_linked.insert(volume, state);
         if (isRarPart(link) && looksLikeRar(link))
             links << link;
     }
@@ -82,10 +91,10 @@ QStringList RepairFolder::adopt()
 /// What stands in the place must be what the repair began with, or it has come anew meanwhile.
 QStringList RepairFolder::putIntoPlace(const QString& made, const QString& place) const
 {
-    const FileIdentity known = m_linked.value(place);
-    if (identityAt(place) != known)
+    const FileState known = m_linked.value(place);
+    if (stateOf(place) != known)
         return {};
-    if (known == FileIdentity())
+    if (known == FileState())
         return moveWithoutReplacing(made, place) == 0 ? QStringList{place} : QStringList();
     const QString bad = uniqueDestination(place + QStringLiteral(".bad"));
     if (!setAside(place, bad))

@@ -25,13 +25,24 @@ public:
     [[nodiscard]] QStringList adopt();
 
 private:
+    /// Tells whether a file is still the one that it was; a number alone is soon used again.
+    struct FileState
+    {
+        FileIdentity identity;
+        qint64 size = 0;
+        qint64 changedAt = 0; ///< in nanoseconds
+
+        friend bool operator==(const FileState&, const FileState&) = default;
+    };
+    [[nodiscard]] static FileState stateOf(const QString& path);
+
     explicit RepairFolder(WorkFolder folder);
     void link(const QStringList& volumes);
     [[nodiscard]] QStringList putIntoPlace(const QString& made, const QString& place) const;
 
     WorkFolder m_folder;
     QString m_archive;
-    QHash<QString, FileIdentity> m_linked;
+    QHash<QString, FileState> m_linked;
     QString m_setPath; ///< of any volume, up to where their names differ
 };
 

@@ -257,6 +257,19 @@ TEST_F(PlacementTest, aProtectedNameIsNotGivenAwayAlsoIfNothingStandsThereYet)
               (QStringList{QStringLiteral("a (1).bin"), QStringLiteral("b (2).bin")}));
 }
 
+TEST_F(PlacementTest, whatIsProtectedIsKnownByWhateverName)
+{
+    // As on a disk that takes no notice of letter case.
+    own(QStringLiteral("Film.mkv"));
+    ASSERT_EQ(::link(in(QStringLiteral("Film.mkv")).toUtf8().constData(),
+                     in(QStringLiteral("film.mkv")).toUtf8().constData()),
+              0);
+    unpacked(QStringLiteral("film.mkv"));
+    EXPECT_EQ(place({in(QStringLiteral("Film.mkv"))}), QStringList{QStringLiteral("film (1).mkv")});
+    EXPECT_EQ(read(QStringLiteral("film.mkv")), "old");
+    EXPECT_TRUE(trashed().isEmpty());
+}
+
 TEST_F(PlacementTest, whatIsProtectedIsKnownByWhateverPath)
 {
     own(QStringLiteral("x.rar"));
