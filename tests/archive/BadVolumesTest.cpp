@@ -177,6 +177,12 @@ INSTANTIATE_TEST_SUITE_P(
         QStringLiteral("one\nCannot find volume a.part4.rar\ntwo"),
         QStringLiteral("one\nCannot find volume /y/a.part4.rar\ntwo"), QStringLiteral("one\nx - checksum error\ntwo")));
 
+TEST(BadVolumes, aBadMemberThatIsCalledLikeAVolumeBlamesTheOneThatItLiesIn)
+{
+    EXPECT_EQ(badVolumes(QStringLiteral("Testing archive /x/a.part1.rar\n\na.part4.rar - checksum error\n")),
+              partsOfA({1}));
+}
+
 TEST(BadVolumes, aMemberThatBeginsAtTheEndOfAVolumeBreaksNoName)
 {
     // So little of it that no figure was drawn.

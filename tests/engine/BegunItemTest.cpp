@@ -111,5 +111,6 @@ TEST_F(BegunItem, IsBegunAnewOnceAndNotForEverWhereTheDiskLosesWhatWasWritten)
         turnEventLoop();
     }
     ASSERT_EQ(item->status(), DownloadStatus::failed);
-    EXPECT_TRUE(item->status().message().contains(QStringLiteral("disk is full"))) << item->status().message().toStdString();
+    EXPECT_TRUE(item->status().message().contains(QStringLiteral("disk is full")))
+        << item->status().message().toStdString();
 }

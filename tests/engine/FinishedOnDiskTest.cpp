@@ -134,6 +134,7 @@ TEST_F(FinishedOnDisk, BytesThatTheDiskMayHaveLostAreFetchedAgain)
     shop.sync.error = 0;
     shop.clock.advance(2s);
     turnEventLoop();
+    ASSERT_EQ(shop.http.exchanges().size(), 2U);
     EXPECT_EQ(server().header("Range"), std::nullopt);
     say(200, {{"Content-Length", "3"}});
     send("abc");
