@@ -5,7 +5,6 @@
 #include "archive/ExtractionError.h"
 #include "archive/SetVolumes.h"
 #include "archive/SourceDisposal.h"
-#include "archive/workspace/FarMove.h"
 #include "archive/workspace/Placement.h"
 #include "archive/workspace/ResultNames.h"
 #include "archive/workspace/WorkFolder.h"
@@ -44,6 +43,7 @@ QStringList withSubfolders(const QStringList& folders)
 
 PostDownloadPipeline::PostDownloadPipeline(const Ports& ports)
     : m_ports(ports)
+    , m_gathering([&queue = m_ports.queue] { queue.saveQueue(); })
     , m_turns([&queue = m_ports.queue](const ItemId& id) { return queue.placeOf(id); })
 {}
 
@@ -127,46 +127,6 @@ QCoro::Task<> PostDownloadPipeline::autoExtract(ItemPtr item, std::optional<QStr
     co_await work(run);
 }
 
-/// The tools look for all volumes beside the first one.
-QCoro::Task<> PostDownloadPipeline::gatherVolumes(RunPtr run)
-{
-    const Lifetime::Watch lifetime = m_lifetime.watch();
-    const QString folder = QFileInfo(run->archive.path).path();
-    for (const ItemPtr& volume : run->archive.elsewhere) {
-        const QString from = volume->localPath().value_or(QString());
-        if (from.isEmpty()) // it was given up while others were moved
-            continue;
-        const QString to = folder + u'/' + nameOf(from);
-        const auto move = [from, to, stop = run->stopping.get_token()] { return moveFar(from, to, stop); };
-        const int systemError = co_await m_background.run(move);
-        if (lifetime.isOver())
-            co_return;
-        if (systemError == 0)
-            volumeHasMoved(*run, from, to);
-        if (isStopped(*run))
-            co_return;
-    }
-}
-
-void PostDownloadPipeline::volumeHasMoved(const Run& run, const QString& from, const QString& to)
-{
-    // Two links to one volume have one file.
-    bool isKept = false;
-    for (const ItemPtr& volume : run.archive.elsewhere) {
-        if (volume->localPath() == from)
-            volume->setLocalPath(to);
-        isKept = isKept || volume->localPath() == to;
-    }
-    // All that had it are fetched again by now: it must not stand in the way of the one that comes.
-    const bool isUnwanted =
-        std::any_of(run.archive.elsewhere.begin(), run.archive.elsewhere.end(), [&](const auto& it) {
-            return it->isWantedAnew() && m_ports.queue.item(it->id()) == it && it->filename() == nameOf(to);
-        });
-    if (!isKept && isUnwanted)
-        QFile::remove(to);
-    m_ports.queue.saveQueue();
-}
-
 PostDownloadPipeline::RunPtr PostDownloadPipeline::begin(const ReadyArchive& archive,
                                                          const std::optional<QString>& password)
 {
@@ -227,7 +187,7 @@ void PostDownloadPipeline::end(const RunPtr& run)
 QCoro::Task<> PostDownloadPipeline::extractAndFinish(RunPtr run)
 {
     const Lifetime::Watch lifetime = m_lifetime.watch();
-    co_await gatherVolumes(run);
+    co_await m_gathering.gather(run->archive, run->stopping.get_token());
     if (lifetime.isOver())
         co_return;
     const auto listSources = [path = run->archive.path] { return sourcesOf(path); };

@@ -4,6 +4,7 @@
 #include "archive/PostDownload.h"
 #include "archive/ReadyArchive.h"
 #include "archive/ToolTurns.h"
+#include "archive/VolumeGathering.h"
 #include "model/PendingQuestions.h"
 #include "platform/async/Background.h"
 #include "platform/async/Lifetime.h"
@@ -115,9 +116,6 @@ private:
         Failure failure;
     };
 
-    /// Brings the volumes that lie in other folders to the first one.
-    QCoro::Task<> gatherVolumes(RunPtr run);
-    void volumeHasMoved(const Run& run, const QString& from, const QString& to);
     QCoro::Task<> autoExtract(ItemPtr item, std::optional<QString> password);
     [[nodiscard]] RunPtr begin(const ReadyArchive& archive, const std::optional<QString>& password);
     QCoro::Task<> work(RunPtr run);
@@ -143,6 +141,7 @@ private:
 
     Ports m_ports;
     Background m_background;
+    VolumeGathering m_gathering;
     std::vector<RunPtr> m_runs;
     ToolTurns m_turns;
     PasswordTrials m_passwordTrials;

@@ -17,7 +17,8 @@ protected:
         const std::string address = "http://127.0.0.1:" + std::to_string(proxy.port());
         ::setenv("https_proxy", address.c_str(), 1);
         CurlHttpClient::Options options;
-        options.extraCaFile = QString::fromStdString(certificates.writeAuthority(sandbox.root().toStdString()).string());
+        options.extraCaFile =
+            QString::fromStdString(certificates.writeAuthority(sandbox.root().toStdString()).string());
         proxied = std::make_unique<CurlHttpClient>(clock, options);
     }
     ~ProxyTest() override

@@ -1,15 +1,15 @@
 #include "platform/http/TunnelProxy.h"
 
-#include <array>
-#include <cstdlib>
-#include <string>
-#include <string_view>
-
-#include <netinet/in.h>
-#include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
 #include <unistd.h>
+
+#include <array>
+#include <cstdlib>
+#include <netinet/in.h>
+#include <poll.h>
+#include <string>
+#include <string_view>
 
 namespace vormel {
 
@@ -96,8 +96,7 @@ void TunnelProxy::tunnel(int client) const
         !sendAll(client, "HTTP/1.1 200 Connection established\r\nX-Proxy: here\r\n\r\n"))
         return;
     while (true) {
-        std::array<pollfd, 3> waits{
-            {{client, POLLIN, 0}, {server.get(), POLLIN, 0}, {m_stopping.get(), POLLIN, 0}}};
+        std::array<pollfd, 3> waits{{{client, POLLIN, 0}, {server.get(), POLLIN, 0}, {m_stopping.get(), POLLIN, 0}}};
         ::poll(waits.data(), waits.size(), -1);
         if (waits[2].revents != 0)
             return;
