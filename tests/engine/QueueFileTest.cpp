@@ -85,6 +85,34 @@ TEST_F(QueueFileTest, WritesTheKeysInTheirOrder)
     EXPECT_EQ(item->id().toString(), item->id().toString().toUpper());
 }
 
+TEST_F(QueueFileTest, WritesWhateverFieldHasChangedSinceTheLastSave)
+{
+    using Change = void (*)(DownloadItem&);
+    const Change changes[] = {
+        [](DownloadItem& item) { item.setFilename(QStringLiteral("b.bin")); },
+        [](DownloadItem& item) { item.setStatus(DownloadStatus::stopped); },
+        [](DownloadItem& item) { item.setProgress(0.5); },
+        [](DownloadItem& item) { item.setBytesReceived(5); },
+        [](DownloadItem& item) { item.setTotalBytes(10); },
+        [](DownloadItem& item) { item.setResolvedURL(link(QStringLiteral("http://cdn/a"))); },
+        [](DownloadItem& item) { item.setResolvedAt(WallTime(std::chrono::hours(24))); },
+        [](DownloadItem& item) { item.setExtractionStatus(ExtractionStatus::done); },
+        [](DownloadItem& item) {
+            item.setPartPlace(PartPlace{QStringLiteral("/x/a.bin.download"), false});
+        },
+        [](DownloadItem& item) { item.setLocalPath(QStringLiteral("/")); },
+    };
+    const ItemPtr item = shop.add(QStringLiteral("http://h/a.bin"));
+    QJsonArray before = saved();
+    int number = 0;
+    for (const Change change : changes) {
+        change(*item);
+        const QJsonArray after = saved();
+        EXPECT_NE(after, before) << number++;
+        before = after;
+    }
+}
+
 TEST_F(QueueFileTest, StoresDatesInSecondsSince2001)
 {
     const ItemPtr item = shop.add(QStringLiteral("http://h/a.bin"));

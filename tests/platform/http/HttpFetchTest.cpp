@@ -66,6 +66,7 @@ TEST_F(HttpFetchTest, aPageThatIsTooLargeIsCutWhereItsRoomEnds)
     EXPECT_TRUE(result.isBodyCut);
     EXPECT_EQ(result.body.size(), 100'000);
     EXPECT_EQ(PatternContent(1, 100'000).firstMismatch(0, {result.body.constData(), 100'000}), std::nullopt);
+    EXPECT_LT(server.bodyBytesSent(), qint64{32} << 20);
 }
 
 TEST_F(HttpFetchTest, aPageThatJustFitsIsNotCut)
