@@ -155,6 +155,10 @@ TEST_F(ArchiveRepairTest, setsThatTheToolCallsFailedAreWholeAgain)
         [](const QStringList& volumes) { fixtures::damageFile(volumes[1], 14, 4); }, // a header
         [](const QStringList& volumes) { fixtures::damageFile(volumes[0], 14, 4); },
         [](const QStringList& volumes) { EXPECT_TRUE(QFile::remove(volumes[3])); },
+        [](const QStringList& volumes) { // a page in place of a volume, of which the tool changes the mode
+            QFile page(volumes[2]);
+            EXPECT_TRUE(page.open(QFile::WriteOnly) && page.write("<html>Not found</html>") > 0);
+        },
     };
     for (std::size_t i = 0; i < damages.size(); ++i) {
         const QString folder = sandbox.path(QStringLiteral("real%1").arg(i));

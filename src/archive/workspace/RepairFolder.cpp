@@ -56,7 +56,7 @@ RepairFolder::FileState RepairFolder::stateOf(const QString& path)
     struct stat facts = {};
     if (::lstat(QFile::encodeName(path).constData(), &facts) != 0)
         return {};
-    return {identityOf(facts), facts.st_size, facts.st_ctim.tv_sec * second + facts.st_ctim.tv_nsec};
+    return {identityOf(facts), facts.st_size, facts.st_mtim.tv_sec * second + facts.st_mtim.tv_nsec};
 }
 
 void RepairFolder::link(const QStringList& volumes)

@@ -30,7 +30,7 @@ private:
     {
         FileIdentity identity;
         qint64 size = 0;
-        qint64 changedAt = 0; ///< in nanoseconds
+        qint64 writtenAt = 0; ///< in nanoseconds; rar changes the mode of a bad volume, which is no news
 
         friend bool operator==(const FileState&, const FileState&) = default;
     };
