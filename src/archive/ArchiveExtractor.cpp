@@ -199,7 +199,7 @@ QCoro::Task<QStringList> ArchiveExtractor::repair(QString archive, std::stop_tok
         throw ToolStopped();
     const bool isAdopted = rebuilding.isTrusted && !stop.stop_requested();
     auto adopt = [folder = std::move(repair.folder), isAdopted]() mutable {
-        const QStringList changed = isAdopted ? folder->adopt() : QStringList();
+        QStringList changed = isAdopted ? folder->adopt() : QStringList();
         folder.reset(); // takes as long as what was made is large
         return changed;
     };

@@ -71,7 +71,7 @@ public:
     explicit PostDownloadPipeline(const Ports& ports);
     PostDownloadPipeline(const PostDownloadPipeline&) = delete;
     PostDownloadPipeline& operator=(const PostDownloadPipeline&) = delete;
-    ~PostDownloadPipeline();
+    ~PostDownloadPipeline() override;
     void autoExtractAfterDownload(const ItemId& item) override;
     [[nodiscard]] bool isWorkingOn(const ItemId& item) const override;
     void stopWorkOn(const ItemId& item) override;
