@@ -103,8 +103,8 @@ PostDownloadPipeline::RunPtr PostDownloadPipeline::runOf(const ItemId& id) const
     const QString file = item ? item->localPath().value_or(QString()) : QString();
     // Two rows may have one file.
     const auto found = std::find_if(m_runs.begin(), m_runs.end(), [&](const RunPtr& run) {
-        return run->archive.target->id() == id || run->members.contains(id) || run->archive.path == file ||
-               run->sources.contains(file);
+        return run->archive.target->id() == id || run->members.contains(id) ||
+               (!run->isSettled && (run->archive.path == file || run->sources.contains(file)));
     });
     return found == m_runs.end() ? nullptr : *found;
 }
@@ -322,6 +322,7 @@ QCoro::Task<> PostDownloadPipeline::finish(RunPtr run, std::shared_ptr<WorkFolde
         co_return;
     }
     m_passwordTrials.forget(run->archive.path);
+    run->isSettled = true;
     settle(*run->archive.target, ExtractionStatus::done);
     const ItemPtr target = run->archive.target;
     // Who takes a row away while its archive is unpacked wants the archive left alone.

@@ -101,6 +101,7 @@ private:
         QStringList sources;
         std::stop_source stopping;
         std::optional<Next> next;
+        bool isSettled = false; ///< all is in its place, and only what was spent is tidied up
     };
     using RunPtr = std::shared_ptr<Run>;
     struct Failure

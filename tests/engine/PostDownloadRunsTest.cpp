@@ -178,6 +178,29 @@ TEST_F(PostDownloadRunsTest, UnpacksAFileOnceThatTwoRowsHave)
     EXPECT_EQ(shop.tools.calls(QStringLiteral("7zz")).size(), 1);
 }
 
+TEST_F(PostDownloadRunsTest, UnpacksForARowThatComesWhenAllIsInItsPlace)
+{
+    shop.settings().deleteArchiveAfterExtract.set(true);
+    shop.tools.add(QStringLiteral("7zz"));
+    const ItemPtr one = onDisk(QStringLiteral("x.7z"));
+    const ItemPtr other = shop.add(QStringLiteral("http://mirror/y.7z"));
+    ExtractionStatus begun = ExtractionStatus::idle;
+    shop.trash.onMove([&] {
+        const auto ask = [&] {
+            other->setLocalPath(*one->localPath());
+            other->setStatus(DownloadStatus::completed);
+            run(other);
+            begun = other->extractionStatus();
+        };
+        QMetaObject::invokeMethod(&shop.manager(), ask, Qt::BlockingQueuedConnection);
+    });
+    run(one);
+    ASSERT_TRUE(waitUntil([&] { return !(begun == ExtractionStatus::idle); }));
+    EXPECT_EQ(one->extractionStatus(), ExtractionStatus::done);
+    EXPECT_EQ(begun, ExtractionStatus::extracting);
+    EXPECT_TRUE(waitUntil([&] { return !(other->extractionStatus() == ExtractionStatus::extracting); }));
+}
+
 TEST_F(PostDownloadRunsTest, DoesNotBeginWhatHasLostItsRowWhileItWaited)
 {
     shop.tools.add(QStringLiteral("7zz"), waitForGo());

@@ -11,7 +11,8 @@
 
 namespace vormel {
 
-inline constexpr int veryDeep = 10'000;
+/// Well beyond what a path can name.
+inline constexpr int veryDeep = 3'000;
 
 /// A folder by its path, for the tests' own work with handles.
 [[nodiscard]] FileDescriptor folderAt(const QString& path);
