@@ -368,14 +368,13 @@ std::function<void()> PostDownloadPipeline::disposal(const Run& run, const QStri
 {
     const AppSettings& settings = m_ports.settings;
     const QStringList recoveryVolumes = removeRevItems(run.archive.base);
-    SpentArchive spent{run.archive.path, run.sources, {run.destination, settings.downloadFolderPath.value()}, {}};
+    SpentArchive spent{run.archive.path, run.sources, {run.destination, settings.downloadFolderPath.value()}};
     spent.filesOfOthers = m_ports.queue.filesOfItems(finishedMembers(run));
     spent.filesOfOthers.unite(QSet<QString>(placed.begin(), placed.end()));
-    const bool isSpent = settings.deleteArchiveAfterExtract.value();
-    const bool wholeFolder = settings.trashSourceFolderAfterExtract.value();
-    return [spent, recoveryVolumes, isSpent, wholeFolder, &trash = m_ports.trash] {
-        const QStringList sources = isSpent ? sourcesToTrash(spent, wholeFolder) : QStringList();
-        for (const QString& path : recoveryVolumes + sources)
+    spent.areSourcesSpent = settings.deleteArchiveAfterExtract.value();
+    spent.isFolderSpent = settings.trashSourceFolderAfterExtract.value();
+    return [spent, recoveryVolumes, &trash = m_ports.trash] {
+        for (const QString& path : recoveryVolumes + pathsToTrash(spent))
             if (QFileInfo::exists(path))
                 (void)trash.moveToTrash(path);
     };

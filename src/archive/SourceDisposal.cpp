@@ -30,10 +30,12 @@ bool holdsWhatStays(const QString& folder, const SpentArchive& archive)
 
 } // namespace
 
-QStringList sourcesToTrash(const SpentArchive& archive, bool wholeFolder)
+QStringList pathsToTrash(const SpentArchive& archive)
 {
+    if (!archive.areSourcesSpent)
+        return {};
     const QFileInfo file(archive.path);
-    if (wholeFolder && isRarPart(file.fileName()) && !holdsWhatStays(file.path(), archive))
+    if (archive.isFolderSpent && isRarPart(file.fileName()) && !holdsWhatStays(file.path(), archive))
         return {file.path()};
     QStringList sources = archive.sources;
     sources.removeIf([&](const QString& source) { return archive.filesOfOthers.contains(source); });

@@ -10,13 +10,15 @@ namespace vormel {
 struct SpentArchive
 {
     QString path;
-    QStringList sources;         ///< files that came down for it, or that a repair made of them
-    QStringList foldersToKeep;   ///< and all that they lie in
-    QSet<QString> filesOfOthers; ///< what belongs to other items, and files and folders that were just unpacked
+    QStringList sources;              ///< files that came down for it, or that a repair made of them
+    QStringList foldersToKeep;        ///< and all that they lie in
+    QSet<QString> filesOfOthers = {}; ///< what belongs to other items, and files and folders that were just unpacked
+    bool areSourcesSpent = false;     ///< else nothing goes
+    bool isFolderSpent = false;       ///< the folder that a set came in goes as a whole
 };
 
 /// What goes to the Trash once an archive is extracted: its sources, or the whole folder that a set came in where
 /// nothing in there must stay. Looks at the disk.
-[[nodiscard]] QStringList sourcesToTrash(const SpentArchive& archive, bool wholeFolder);
+[[nodiscard]] QStringList pathsToTrash(const SpentArchive& archive);
 
 } // namespace vormel

@@ -56,7 +56,7 @@ void DownloadManager::setAccounts(std::vector<HostAccount> accounts)
 
 void DownloadManager::restoreQueue()
 {
-    m_table.append(m_queueFile.restore(DownloadPaths(m_settings.downloadFolderPath.value())));
+    m_table.append(m_queueFile.restore(paths()));
     QSet<QString> folders{m_settings.downloadFolderPath.value(),
                           m_settings.effectiveExtractionFolder().value_or(m_settings.downloadFolderPath.value())};
     for (const ItemPtr& item : m_table.items())
@@ -67,7 +67,7 @@ void DownloadManager::restoreQueue()
 
 void DownloadManager::saveQueue()
 {
-    m_queueFile.save(m_table, DownloadPaths(m_settings.downloadFolderPath.value()));
+    m_queueFile.save(m_table, paths());
 }
 
 void DownloadManager::shutDown()
@@ -226,7 +226,7 @@ bool DownloadManager::isHeldBack(const DownloadItem& item) const
 {
     if (m_startsUnderWay.contains(item.id()) || m_signIns.isAwaited(item.id()) || m_completion.isWaiting(item.id()))
         return true;
-    return m_session.isFetching(DownloadPaths(m_settings.downloadFolderPath.value()).finalFile(item.filename()));
+    return m_session.isFetching(paths().finalFile(item.filename()));
 }
 
 bool DownloadManager::mayFetchRev(const DownloadItem& item) const
@@ -250,7 +250,7 @@ void DownloadManager::transferAnswered(const ItemId& id, const HeadFacts& facts)
         item->setTotalBytes(facts.total);
     if (facts.name && item->bytesReceived() == 0 && *facts.name != item->filename()) {
         item->setFilename(*facts.name);
-        m_session.retarget(id, DownloadPaths(m_settings.downloadFolderPath.value()).finalFile(*facts.name));
+        m_session.retarget(id, paths().finalFile(*facts.name));
     }
     // Size and name are what a start after a kill needs to know to go on from the part file.
     saveQueue();
@@ -385,15 +385,14 @@ std::size_t DownloadManager::placeOf(const ItemId& id) const
 
 QSet<QString> DownloadManager::filesOfItems(const QSet<ItemId>& leftOut) const
 {
-    return vormel::filesOfItems(m_table.items(), DownloadPaths(m_settings.downloadFolderPath.value()), leftOut);
+    return vormel::filesOfItems(m_table.items(), paths(), leftOut);
 }
 
 void DownloadManager::dropRevItems(const QSet<ItemId>& ids)
 {
-    const DownloadPaths paths(m_settings.downloadFolderPath.value());
     for (const ItemId& id : ids)
         if (const ItemPtr item = m_table.find(id))
-            removePart(*item, paths.partFile(item->filename()));
+            removePart(*item, paths().partFile(item->filename()));
     m_revFiles.forget(ids);
     m_commands.removeItems(ids);
 }

@@ -160,6 +160,7 @@ private:
 
     void restoreQueue();
     void applySpeedLimit();
+    [[nodiscard]] DownloadPaths paths() const { return DownloadPaths(m_settings.downloadFolderPath.value()); }
     /// A pass in a later turn, however many ask for it in this one.
     void processQueueLater();
     void statusChanged(DownloadItem& item);

@@ -51,6 +51,16 @@ protected:
         send(bytes);
         close();
     }
+    /// The link is fetched from its first byte, and what another has left stays as it is.
+    void expectBegunAnewBeside(const QByteArray& stranger)
+    {
+        const ItemPtr item = shop.start(rarLink);
+        EXPECT_EQ(server().header("Range"), std::nullopt);
+        EXPECT_EQ(item->bytesReceived(), 0);
+        finish("second");
+        EXPECT_EQ(shop.sandbox.read(finalFile), "second");
+        EXPECT_EQ(shop.sandbox.read(partFile), stranger);
+    }
     /// A new start of the program that finds the queue as it was some time ago.
     void restartWith(const QByteArray& savedQueue)
     {
@@ -80,32 +90,19 @@ protected:
 TEST_F(PartOwnership, WhatOneLinkLeftIsNotTheBeginningOfAnother)
 {
     leaveOrphan({{"Content-Length", "6"}});
-    const ItemPtr item = shop.start(rarLink);
-    EXPECT_EQ(server().header("Range"), std::nullopt);
-    EXPECT_EQ(item->bytesReceived(), 0);
-    finish("second");
-    EXPECT_EQ(shop.sandbox.read(finalFile), "second");
-    EXPECT_EQ(shop.sandbox.read(partFile), "abc");
+    expectBegunAnewBeside("abc");
 }
 
 TEST_F(PartOwnership, WhatOneLinkLeftOfUnknownLengthIsNotTheBeginningOfAnother)
 {
     leaveOrphan({});
-    shop.start(rarLink);
-    EXPECT_EQ(server().header("Range"), std::nullopt);
-    finish("second");
-    EXPECT_EQ(shop.sandbox.read(finalFile), "second");
-    EXPECT_EQ(shop.sandbox.read(partFile), "abc");
+    expectBegunAnewBeside("abc");
 }
 
 TEST_F(PartOwnership, WhatNobodyIsKnownToHaveBegunIsBegunAnewAndLeftAlone)
 {
     shop.sandbox.write(partFile, "whatever this is");
-    shop.start(rarLink);
-    EXPECT_EQ(server().header("Range"), std::nullopt);
-    finish("mine");
-    EXPECT_EQ(shop.sandbox.read(finalFile), "mine");
-    EXPECT_EQ(shop.sandbox.read(partFile), "whatever this is");
+    expectBegunAnewBeside("whatever this is");
 }
 
 TEST_F(PartOwnership, ALinkThatIsAddedAgainGoesOn)
@@ -383,31 +380,4 @@ TEST_F(PartOwnership, APauseBeforeTheFirstByteLeavesNothingBehind)
     startAll();
     shop.manager().shutDown();
     EXPECT_TRUE(downloads().isEmpty());
-}
-
-TEST_F(PartOwnership, AWholeAnswerWithoutALengthForgetsTheTotalOfBefore)
-{
-    const ItemPtr item = shop.start(rarLink);
-    say(200, {{"Content-Length", "6"}});
-    send("abc");
-    server().fail(HttpError::Kind::ConnectionLost);
-    turnEventLoop();
-    shop.clock.advance(2s);
-    say(200, {});
-    EXPECT_EQ(item->totalBytes(), 0);
-    send("whole");
-    close();
-    EXPECT_EQ(item->status(), DownloadStatus::completed);
-    EXPECT_EQ(shop.sandbox.read(finalFile), "whole");
-}
-
-TEST_F(PartOwnership, AnEndThatIsNotTheKnownOneCompletesNothing)
-{
-    const ItemPtr item = shop.add(rarLink);
-    shop.begin(item, QByteArray(1000, 'x'));
-    item->setTotalBytes(2000);
-    startAll();
-    say(416, {{"Content-Type", "text/plain"}, {"Content-Range", "bytes */1000"}});
-    EXPECT_EQ(item->status(), DownloadStatus::queued);
-    EXPECT_FALSE(shop.sandbox.exists(finalFile));
 }

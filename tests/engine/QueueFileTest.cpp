@@ -1,17 +1,12 @@
 #include "engine/queue/QueueFile.h"
 
-#include "fixtures/EventLoop.h"
-#include "fixtures/Workshop.h"
+#include "engine/SavedQueue.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 using namespace vormel;
@@ -19,43 +14,8 @@ using namespace vormel::fixtures;
 
 namespace {
 
-const QString queueFile = QStringLiteral("data/Vormel/download_queue.json");
-const QString someId = QStringLiteral("6F9619FF-8B86-D011-B42D-00CF4FC964FF");
-
-QJsonObject record(const QString& url, const QString& status, const QString& id = someId)
-{
-    return {{QStringLiteral("id"), id},
-            {QStringLiteral("originalURL"), url},
-            {QStringLiteral("filename"), QStringLiteral("x.bin")},
-            {QStringLiteral("statusType"), status},
-            {QStringLiteral("progress"), 0.25},
-            {QStringLiteral("bytesReceived"), 25},
-            {QStringLiteral("totalBytes"), 100},
-            {QStringLiteral("hostName"), QStringLiteral("Host.Example")},
-            {QStringLiteral("extractionStatusType"), QStringLiteral("idle")}};
-}
-
-/// A workshop whose queue file holds these records.
-class QueueFileTest : public ::testing::Test
-{
-protected:
-    void restoreFrom(const QByteArray& bytes)
-    {
-        shop.flush();
-        shop.sandbox.write(queueFile, bytes);
-        shop.restart(true);
-    }
-    void restoreFrom(const QJsonArray& records) { restoreFrom(QJsonDocument(records).toJson()); }
-    [[nodiscard]] const DownloadItem& only() { return *shop.manager().items().at(0); }
-    [[nodiscard]] QJsonArray saved()
-    {
-        shop.manager().saveQueue();
-        shop.flush();
-        return QJsonDocument::fromJson(shop.sandbox.read(queueFile)).array();
-    }
-
-    Workshop shop;
-};
+class QueueFileTest : public SavedQueue
+{};
 
 } // namespace
 
@@ -297,132 +257,4 @@ TEST_F(QueueFileTest, MakesAMissingFolderAtTheNextSave)
     shop.add(QStringLiteral("http://h/x.bin"));
     shop.flush();
     EXPECT_TRUE(shop.sandbox.exists(queueFile));
-}
-
-namespace {
-
-struct BadFile
-{
-    const char* name;
-    QByteArray bytes;
-};
-
-QByteArray withChange(const char* key, const QJsonValue& value)
-{
-    QJsonObject changed = record(QStringLiteral("http://h/x.bin"), QStringLiteral("paused"));
-    changed[QLatin1StringView(key)] = value;
-    return QJsonDocument(QJsonArray{record(QStringLiteral("http://h/y.bin"), QStringLiteral("paused"),
-                                           QStringLiteral("6F9619FF-8B86-D011-B42D-00CF4FC964FE")),
-                                    changed})
-        .toJson();
-}
-
-class BadQueueFile : public QueueFileTest, public ::testing::WithParamInterface<BadFile>
-{};
-
-TEST_P(BadQueueFile, GivesAnEmptyQueueAndIsKeptBesideTheNewOne)
-{
-    restoreFrom(GetParam().bytes);
-    EXPECT_TRUE(shop.manager().items().empty());
-    EXPECT_EQ(shop.sandbox.read(queueFile + QStringLiteral(".unreadable")), GetParam().bytes);
-    shop.add(QStringLiteral("http://h/new.bin"));
-    shop.restart();
-    EXPECT_EQ(shop.manager().items().size(), 1U);
-    EXPECT_EQ(shop.sandbox.read(queueFile + QStringLiteral(".unreadable")), GetParam().bytes);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Shapes, BadQueueFile,
-    ::testing::Values(
-        BadFile{"Cut", withChange("progress", 0.5).chopped(40)}, BadFile{"Empty", ""}, BadFile{"NoJson", "hello"},
-        BadFile{"Object", "{}"}, BadFile{"Number", "7"}, BadFile{"ArrayOfNumbers", "[1,2]"},
-        BadFile{"DeeplyNested", QByteArray(1000000, '[')},
-        BadFile{"DeeplyNestedClosed", QByteArray(1000000, '[') + QByteArray(1000000, ']')},
-        BadFile{"InvalidUtf8", withChange("filename", QStringLiteral("MARK")).replace("MARK", "\xff\xfe")},
-        BadFile{"MissingKey", withChange("hostName", QJsonValue::Undefined)},
-        BadFile{"TextForNumber", withChange("totalBytes", QStringLiteral("100"))},
-        BadFile{"FractionForInteger", withChange("bytesReceived", 1.5)},
-        BadFile{"HugeNumber", withChange("bytesReceived", 1e300)}, BadFile{"NumberForText", withChange("filename", 5)},
-        BadFile{"BadId", withChange("id", QStringLiteral("x"))},
-        BadFile{"NullId", withChange("id", QStringLiteral("00000000-0000-0000-0000-000000000000"))},
-        BadFile{"TwiceTheSameId", withChange("id", QStringLiteral("6F9619FF-8B86-D011-B42D-00CF4FC964FE"))},
-        BadFile{"NoLink", withChange("originalURL", QStringLiteral("not a link"))},
-        BadFile{"Infinity", withChange("progress", 0.5).replace("0.5", "1e999")}),
-    [](const ::testing::TestParamInfo<BadFile>& row) { return std::string(row.param.name); });
-
-} // namespace
-
-TEST_F(QueueFileTest, KeepsTwoUnreadableFiles)
-{
-    restoreFrom("first");
-    restoreFrom("second");
-    EXPECT_EQ(shop.sandbox.read(queueFile + QStringLiteral(".unreadable")), "first");
-    EXPECT_EQ(shop.sandbox.read(queueFile + QStringLiteral(".unreadable.2")), "second");
-}
-
-TEST_F(QueueFileTest, DoesNotWriteOverAFileThatItCanNeitherReadNorMoveAside)
-{
-    const QString longName(246, u'n'); // no room for what is put behind it
-    const QString path = shop.sandbox.write(longName, "broken");
-    FileWriter writer;
-    QueueFile file(path, writer);
-    const DownloadPaths paths(shop.sandbox.path(QStringLiteral("Downloads")));
-    EXPECT_TRUE(file.restore(paths).empty());
-    struct Nobody final : ItemTable::Listener
-    {
-        void tableGrew(qsizetype /*first*/, qsizetype /*count*/) override {}
-        void tableShrank(const QSet<ItemId>& /*ids*/) override {}
-        void tableReordered() override {}
-        void tableItemChanged(DownloadItem& /*item*/, ItemField /*field*/) override {}
-    } nobody;
-    file.save(ItemTable(nobody), paths);
-    writer.flush();
-    EXPECT_EQ(shop.sandbox.read(longName), "broken");
-}
-
-TEST_F(QueueFileTest, TakesAPipeInThePlaceOfItsNewFileAway)
-{
-    shop.flush();
-    const QByteArray fresh = QFile::encodeName(shop.sandbox.path(queueFile + QStringLiteral(".new")));
-    QDir().mkpath(shop.sandbox.path(QStringLiteral("data/Vormel")));
-    ASSERT_EQ(::mkfifo(fresh.constData(), 0600), 0);
-    shop.add(QStringLiteral("http://h/x.bin"));
-    shop.restart();
-    EXPECT_EQ(shop.manager().items().size(), 1U);
-}
-
-TEST_F(QueueFileTest, ReadsADateBeyondAllTimeAsNone)
-{
-    for (const double date : {1e300, -1e300, 1e10, -1e10}) {
-        QJsonObject stored = record(QStringLiteral("http://h/x.bin"), QStringLiteral("paused"));
-        stored[QStringLiteral("resolvedAt")] = date;
-        restoreFrom(QJsonArray{stored});
-        EXPECT_EQ(only().resolvedAt(), std::nullopt) << date;
-    }
-}
-
-TEST_F(QueueFileTest, CutsTextsThatWouldHoldUpTheWindow)
-{
-    const QString huge(10'000'000, u'W');
-    QJsonObject stored = record(QStringLiteral("http://h/x.bin"), QStringLiteral("failed"));
-    for (const char* const key : {"filename", "statusMessage", "hostName", "extractionError"})
-        stored[QLatin1StringView(key)] = huge;
-    stored[QStringLiteral("filename")] = huge + QStringLiteral(".part1.rar");
-    stored[QStringLiteral("extractionStatusType")] = QStringLiteral("failed");
-    stored[QStringLiteral("localPath")] = QStringLiteral("file:///") + huge;
-    restoreFrom(QJsonArray{stored});
-    constexpr qsizetype most = 1000;
-    EXPECT_LE(only().filename().size(), most);
-    EXPECT_TRUE(only().filename().endsWith(QStringLiteral("W.part1.rar")));
-    EXPECT_LE(only().status().message().size(), most);
-    EXPECT_LE(only().hostName().size(), most);
-    EXPECT_LE(only().extractionStatus().message().size(), most);
-    EXPECT_FALSE(only().localPath());
-}
-
-TEST_F(QueueFileTest, RefusesAFileThatIsTooLarge)
-{
-    restoreFrom("[" + QByteArray(65 * 1024 * 1024, ' ') + "]");
-    EXPECT_TRUE(shop.manager().items().empty());
-    EXPECT_TRUE(shop.sandbox.exists(queueFile + QStringLiteral(".unreadable")));
 }

@@ -1,7 +1,6 @@
 #include "engine/transfer/TransferTexts.h"
 #include "fixtures/EventLoop.h"
 #include "fixtures/Workshop.h"
-#include "platform/storage/UniqueDestination.h"
 
 #include <QFile>
 
@@ -293,32 +292,6 @@ TEST_F(TransferCompletionTest, NumbersAFileWhoseNameIsTaken)
     EXPECT_EQ(item->filename(), QStringLiteral("x.rar"));
     EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/x.rar")), "first");
     EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/x (1).rar")), "second");
-}
-
-TEST(UniqueDestination, CountsUpAndKeepsAFullStopWithoutAnExtension)
-{
-    const Sandbox sandbox;
-    EXPECT_EQ(uniqueDestination(sandbox.path(QStringLiteral("x"))), sandbox.path(QStringLiteral("x")));
-    sandbox.write(QStringLiteral("x"), "");
-    EXPECT_EQ(uniqueDestination(sandbox.path(QStringLiteral("x"))), sandbox.path(QStringLiteral("x (1).")));
-    sandbox.write(QStringLiteral("a.b.c"), "");
-    sandbox.write(QStringLiteral("a.b (1).c"), "");
-    EXPECT_EQ(uniqueDestination(sandbox.path(QStringLiteral("a.b.c"))), sandbox.path(QStringLiteral("a.b (2).c")));
-}
-
-TEST(UniqueDestination, TakesALinkToNowhereForATakenName)
-{
-    const Sandbox sandbox;
-    ASSERT_TRUE(QFile::link(sandbox.path(QStringLiteral("nowhere")), sandbox.path(QStringLiteral("x.rar"))));
-    EXPECT_EQ(uniqueDestination(sandbox.path(QStringLiteral("x.rar"))), sandbox.path(QStringLiteral("x (1).rar")));
-}
-
-TEST(UniqueDestination, SurvivesPercentSignsAndPlaceholdersInNames)
-{
-    const Sandbox sandbox;
-    sandbox.write(QStringLiteral("%1 %2.%3"), "");
-    EXPECT_EQ(uniqueDestination(sandbox.path(QStringLiteral("%1 %2.%3"))),
-              sandbox.path(QStringLiteral("%1 %2 (1).%3")));
 }
 
 TEST_F(TransferCompletionTest, FailsWhenTheFileCannotBeMovedAndKeepsItsBytes)

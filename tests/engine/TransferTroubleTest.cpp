@@ -103,6 +103,34 @@ TEST_F(TransferTroubleTest, EndsSoonWhenThePartFileIsRemovedMeanwhile)
     EXPECT_EQ(shop.sandbox.read(finalFile), "abcdef");
 }
 
+TEST_F(TransferTroubleTest, AWholeAnswerWithoutALengthForgetsTheTotalOfBefore)
+{
+    const ItemPtr item = shop.start(rarLink);
+    say(200, {{"Content-Length", "6"}});
+    send("abc");
+    server().fail(HttpError::Kind::ConnectionLost);
+    turnEventLoop();
+    shop.clock.advance(2s);
+    say(200, {});
+    EXPECT_EQ(item->totalBytes(), 0);
+    send("whole");
+    close();
+    EXPECT_EQ(item->status(), DownloadStatus::completed);
+    EXPECT_EQ(shop.sandbox.read(finalFile), "whole");
+}
+
+TEST_F(TransferTroubleTest, AnEndThatIsNotTheKnownOneCompletesNothing)
+{
+    const ItemPtr item = shop.add(rarLink);
+    shop.begin(item, QByteArray(1000, 'x'));
+    item->setTotalBytes(2000);
+    shop.manager().startAll();
+    turnEventLoop();
+    say(416, {{"Content-Type", "text/plain"}, {"Content-Range", "bytes */1000"}});
+    EXPECT_EQ(item->status(), DownloadStatus::queued);
+    EXPECT_FALSE(shop.sandbox.exists(finalFile));
+}
+
 TEST_F(TransferTroubleTest, ResumesFromWhatIsLeftWhenThePartFileIsShortened)
 {
     const ItemPtr item = shop.start(rarLink);

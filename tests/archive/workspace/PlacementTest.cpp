@@ -2,6 +2,7 @@
 
 #include "archive/workspace/HarmlessTree.h"
 #include "archive/workspace/OrdinaryUser.h"
+#include "archive/workspace/PlacementScene.h"
 #include "archive/workspace/TreeRemoval.h"
 #include "archive/workspace/Trees.h"
 #include "archive/workspace/WorkFolder.h"
@@ -26,73 +27,8 @@
 namespace vormel {
 namespace {
 
-/// A Trash that does what the test says.
-class ScriptedTrash final : public Trash
-{
-public:
-    explicit ScriptedTrash(std::function<bool(const QString&)> act)
-        : m_act(std::move(act))
-    {}
-
-    bool moveToTrash(const QString& path) override
-    {
-        asked << path;
-        return m_act(path);
-    }
-
-    QStringList asked;
-
-private:
-    std::function<bool(const QString&)> m_act;
-};
-
-class PlacementTest : public ::testing::Test
-{
-protected:
-    PlacementTest()
-        : work(WorkFolder::make(sandbox.path(QStringLiteral("dest"))))
-    {}
-
-    [[nodiscard]] QString in(const QString& name) const { return sandbox.path(QStringLiteral("dest/")) + name; }
-    /// A file of the user's.
-    void own(const QString& name, const QByteArray& bytes = "old") const
-    {
-        sandbox.write(QStringLiteral("dest/") + name, bytes);
-    }
-    /// A file that was unpacked.
-    void unpacked(const QString& name, const QByteArray& bytes = "new") const
-    {
-        const QString path = work.path() + u'/' + name;
-        QDir().mkpath(QFileInfo(path).path());
-        QFile file(path);
-        ASSERT_TRUE(file.open(QFile::WriteOnly) && file.write(bytes) == bytes.size());
-    }
-    QStringList place(const QSet<QString>& isProtected = {}) { return placeWith(trash, isProtected); }
-    QStringList placeWith(Trash& other, const QSet<QString>& isProtected = {})
-    {
-        const PlacementResult result = placeInto(work, {isProtected, &other});
-        EXPECT_EQ(result.systemError, 0);
-        QStringList names = result.placed;
-        for (QString& name : names) {
-            EXPECT_TRUE(name.startsWith(in({})));
-            name.remove(0, in({}).size());
-        }
-        return names;
-    }
-    /// Of everything that is not in the work folder.
-    [[nodiscard]] QStringList files() const
-    {
-        QStringList names = sandbox.files(QStringLiteral("dest"));
-        names.removeIf([](const QString& name) { return name.startsWith(QStringLiteral(".vormel-unpack-")); });
-        return names;
-    }
-    [[nodiscard]] QByteArray read(const QString& name) const { return sandbox.read(QStringLiteral("dest/") + name); }
-    [[nodiscard]] QStringList trashed() const { return sandbox.files(QStringLiteral("trash")); }
-
-    fixtures::Sandbox sandbox;
-    fixtures::FakeTrash trash{sandbox.path(QStringLiteral("trash"))};
-    WorkFolder work;
-};
+class PlacementTest : public PlacementScene
+{};
 
 TEST_F(PlacementTest, everythingMovesIntoTheDestination)
 {
@@ -211,77 +147,6 @@ TEST_F(PlacementTest, theNewcomerGetsANumberWhereThereIsNoTrash)
     unpacked(QStringLiteral("file"));
     EXPECT_EQ(placeInto(work, {}).placed, QStringList{in(QStringLiteral("file (1)"))});
     EXPECT_EQ(read(QStringLiteral("file")), "old");
-}
-
-TEST_F(PlacementTest, whatIsProtectedStaysAndTheNewcomerGetsANumber)
-{
-    own(QStringLiteral("set.part1.rar"));
-    own(QStringLiteral("sub/film.mkv.download"));
-    unpacked(QStringLiteral("set.part1.rar"));
-    unpacked(QStringLiteral("sub/film.mkv.download"));
-    EXPECT_EQ(place({in(QStringLiteral("set.part1.rar")), in(QStringLiteral("sub/film.mkv.download"))}),
-              (QStringList{QStringLiteral("set.part1 (1).rar"), QStringLiteral("sub")}));
-    EXPECT_EQ(read(QStringLiteral("set.part1.rar")), "old");
-    EXPECT_EQ(read(QStringLiteral("sub/film.mkv.download")), "old");
-    EXPECT_EQ(read(QStringLiteral("sub/film (1).mkv")), "new");
-    EXPECT_TRUE(trashed().isEmpty());
-}
-
-TEST_F(PlacementTest, aFolderThatHoldsSomethingProtectedStays)
-{
-    own(QStringLiteral("folder/deep/volume.rar"));
-    own(QStringLiteral("other/x"));
-    unpacked(QStringLiteral("folder"));
-    unpacked(QStringLiteral("other"));
-    EXPECT_EQ(place({in(QStringLiteral("folder/deep/volume.rar"))}),
-              (QStringList{QStringLiteral("folder (1)"), QStringLiteral("other")}));
-    EXPECT_EQ(read(QStringLiteral("folder/deep/volume.rar")), "old");
-    EXPECT_EQ(trashed(), QStringList{QStringLiteral("other/x")});
-}
-
-TEST_F(PlacementTest, aFolderWithSomethingProtectedIsMergedInto)
-{
-    own(QStringLiteral("folder/volume.rar"));
-    unpacked(QStringLiteral("folder/new"));
-    EXPECT_EQ(place({in(QStringLiteral("folder/volume.rar"))}), QStringList{QStringLiteral("folder")});
-    EXPECT_EQ(files(), (QStringList{QStringLiteral("folder/new"), QStringLiteral("folder/volume.rar")}));
-}
-
-TEST_F(PlacementTest, aProtectedNameIsNotGivenAwayAlsoIfNothingStandsThereYet)
-{
-    own(QStringLiteral("b.bin"));
-    unpacked(QStringLiteral("a.bin.download"));
-    unpacked(QStringLiteral("b.bin"));
-    ScriptedTrash refusing([](const QString&) { return false; });
-    EXPECT_EQ(placeWith(refusing, {in(QStringLiteral("a.bin.download")), in(QStringLiteral("b (1).bin"))}),
-              (QStringList{QStringLiteral("a (1).bin"), QStringLiteral("b (2).bin")}));
-}
-
-TEST_F(PlacementTest, whatIsProtectedIsKnownByWhateverName)
-{
-    // As on a disk that takes no notice of letter case.
-    own(QStringLiteral("Film.mkv"));
-    ASSERT_EQ(::link(in(QStringLiteral("Film.mkv")).toUtf8().constData(),
-                     in(QStringLiteral("film.mkv")).toUtf8().constData()),
-              0);
-    unpacked(QStringLiteral("film.mkv"));
-    EXPECT_EQ(place({in(QStringLiteral("Film.mkv"))}), QStringList{QStringLiteral("film (1).mkv")});
-    EXPECT_EQ(read(QStringLiteral("film.mkv")), "old");
-    EXPECT_TRUE(trashed().isEmpty());
-}
-
-TEST_F(PlacementTest, whatIsProtectedIsKnownByWhateverPath)
-{
-    own(QStringLiteral("x.rar"));
-    own(QStringLiteral("folder/inner/y.rar"));
-    ASSERT_EQ(::symlink("dest", QFile::encodeName(sandbox.path(QStringLiteral("alias"))).constData()), 0);
-    ASSERT_EQ(::symlink("dest/folder/inner", QFile::encodeName(sandbox.path(QStringLiteral("short"))).constData()), 0);
-    unpacked(QStringLiteral("x.rar"));
-    unpacked(QStringLiteral("folder"));
-    EXPECT_EQ(place({sandbox.path(QStringLiteral("alias/x.rar")), sandbox.path(QStringLiteral("short/y.rar")),
-                     QStringLiteral("/no/such/folder/z.rar"), QStringLiteral("/top")}),
-              (QStringList{QStringLiteral("folder (1)"), QStringLiteral("x (1).rar")}));
-    EXPECT_TRUE(trashed().isEmpty());
 }
 
 TEST_F(PlacementTest, whatAppearsWhileItIsPlacedIsNotOverwritten)
