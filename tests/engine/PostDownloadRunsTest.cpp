@@ -14,7 +14,28 @@ using namespace vormel::fixtures;
 namespace {
 
 class PostDownloadRunsTest : public ::testing::Test, protected ArchiveStep
-{};
+{
+protected:
+    /// A set of two volumes; what is done to the second one comes while the files that were unpacked are placed.
+    std::pair<ItemPtr, ItemPtr> halfPlaced(const std::function<void(DownloadItem&)>& action)
+    {
+        shop.settings().deleteArchiveAfterExtract.set(true);
+        unpackerMakes("movie.mkv");
+        const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+        const ItemPtr second = onDisk(QStringLiteral("m.part2.rar"));
+        shop.sandbox.write(QStringLiteral("Downloads/m/movie.mkv"), "old");
+        bool isDone = false;
+        shop.trash.onMove([&] {
+            if (!std::exchange(isDone, true))
+                QMetaObject::invokeMethod(
+                    &shop.manager(), [&] { action(*second); }, Qt::BlockingQueuedConnection);
+        });
+        run(first);
+        EXPECT_TRUE(waitUntil([&] { return first->extractionStatus() == ExtractionStatus::idle; }));
+        shop.trash.onMove({});
+        return {first, second};
+    }
+};
 
 } // namespace
 
@@ -218,17 +239,19 @@ TEST_F(PostDownloadRunsTest, DoesNotBeginWhatHasLostItsRowWhileItWaited)
 
 TEST_F(PostDownloadRunsTest, LeavesTheArchiveAloneThatIsFetchedAgainInTheLastMoment)
 {
-    shop.settings().deleteArchiveAfterExtract.set(true);
-    unpackerMakes("movie.mkv");
-    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
-    const ItemPtr second = onDisk(QStringLiteral("m.part2.rar"));
-    const QString obstacle = shop.sandbox.write(QStringLiteral("Downloads/m/movie.mkv"), "old");
-    shop.trash.onMove([&] {
-        QMetaObject::invokeMethod(
-            &shop.manager(), [&] { shop.manager().commands().redownloadItem(*second); }, Qt::BlockingQueuedConnection);
-    });
-    run(first);
-    ASSERT_TRUE(waitUntil([&] { return first->extractionStatus() == ExtractionStatus::idle; }));
+    const auto [first, second] =
+        halfPlaced([this](DownloadItem& item) { shop.manager().commands().redownloadItem(item); });
     EXPECT_EQ(second->status(), DownloadStatus::downloading);
     EXPECT_TRUE(QFile::exists(*first->localPath()));
+}
+
+TEST_F(PostDownloadRunsTest, LeavesTheArchiveAloneThatIsStoppedInTheLastMoment)
+{
+    const auto [first, second] = halfPlaced([this](DownloadItem& item) { shop.manager().stopExtraction(item.id()); });
+    EXPECT_TRUE(QFile::exists(*first->localPath()));
+    EXPECT_TRUE(QFile::exists(*second->localPath()));
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Trash/movie.mkv")), "old");
+    run(first);
+    ASSERT_TRUE(reaches(first, ExtractionStatus::done));
+    EXPECT_EQ(shop.sandbox.files(QStringLiteral("Downloads")), QStringList{QStringLiteral("m/movie.mkv")});
 }

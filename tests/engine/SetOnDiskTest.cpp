@@ -79,6 +79,7 @@ protected:
     }
 
     QStringList volumes;
+    const QTemporaryDir far{QStringLiteral("/dev/shm/vormel-far-XXXXXX")};
 };
 
 /// Far above what a file system takes as one name.
@@ -87,6 +88,10 @@ const QString longBase = QStringLiteral("電影").repeated(60);
 #define VORMEL_NEEDS_RAR()                                                                                             \
     VORMEL_NEEDS_TOOL("rar");                                                                                          \
     VORMEL_NEEDS_TOOL("unrar")
+
+#define VORMEL_NEEDS_TWO_FILE_SYSTEMS()                                                                                \
+    if (!far.isValid() || QStorageInfo(far.path()).device() == QStorageInfo(shop.sandbox.root()).device())             \
+    GTEST_SKIP() << "there is only one file system to write to"
 
 } // namespace
 
@@ -194,10 +199,7 @@ TEST_F(SetOnDiskTest, LeavesAVolumeWhereItIsWhenItsPlaceIsTaken)
 
 TEST_F(SetOnDiskTest, KeepsARecoveryVolumeWhoseSuccessorCannotGetThere)
 {
-    const QTemporaryDir far(QStringLiteral("/dev/shm/vormel-far-XXXXXX"));
-    const auto isFar = [&] { return QStorageInfo(far.path()).device() != QStorageInfo(shop.sandbox.root()).device(); };
-    if (!far.isValid() || !isFar())
-        GTEST_SKIP() << "there is only one file system to write to";
+    VORMEL_NEEDS_TWO_FILE_SYSTEMS();
     QFile old(far.filePath(QStringLiteral("m.part1.rev")));
     ASSERT_TRUE(old.open(QFile::WriteOnly) && old.write("old") == 3);
     old.close();
@@ -214,4 +216,31 @@ TEST_F(SetOnDiskTest, KeepsARecoveryVolumeWhoseSuccessorCannotGetThere)
     ASSERT_EQ(rev->status(), DownloadStatus::completed);
     EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/m/m.part1.rev")), "new");
     EXPECT_TRUE(QFile::exists(old.fileName()));
+}
+
+TEST_F(SetOnDiskTest, FetchesAVolumeAgainWhileItIsBroughtFromAnotherDisk)
+{
+    VORMEL_NEEDS_TWO_FILE_SYSTEMS();
+    unpackerMakes("film.mkv");
+    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+    const ItemPtr second = shop.add(QStringLiteral("http://h/m.part2.rar"));
+    QFile old(far.filePath(QStringLiteral("m.part2.rar")));
+    ASSERT_TRUE(old.open(QFile::WriteOnly) && old.resize(qint64{64} << 20));
+    second->setLocalPath(old.fileName());
+    second->setStatus(DownloadStatus::completed);
+    run(first);
+    const QDir set(shop.sandbox.path(QStringLiteral("Downloads/m")));
+    ASSERT_TRUE(
+        waitUntil([&] { return set.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size() > 1; }));
+    shop.manager().commands().redownloadItem(*second);
+    ASSERT_TRUE(waitUntil([&] { return first->extractionStatus() == ExtractionStatus::idle; }));
+    turnEventLoop();
+    shop.http.last().head(200, {{"Content-Length", "3"}});
+    shop.http.last().data("new");
+    shop.http.last().finish();
+    ASSERT_TRUE(reaches(first, ExtractionStatus::done));
+    EXPECT_EQ(set.entryList(QDir::Files | QDir::Hidden),
+              (QStringList{QStringLiteral("film.mkv"), QStringLiteral("m.part1.rar"), QStringLiteral("m.part2.rar")}));
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/m/m.part2.rar")), "new");
+    EXPECT_FALSE(QFile::exists(old.fileName()));
 }
