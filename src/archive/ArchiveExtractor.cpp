@@ -130,8 +130,10 @@ QCoro::Task<std::shared_ptr<WorkFolder>> ArchiveExtractor::unpack(Attempt attemp
     if (watch.isOver())
         throw ToolStopped();
     const UnpackingTool& tool = attempt.tool;
-    const auto link = [archive = attempt.archive, to = folder->path()] {
-        return std::make_shared<PlainPaths>(archive, to);
+    // Our own repair works in a folder of its own, and leaves nothing half made.
+    const Recovery recovery = canRepair() ? Recovery::keptAway : Recovery::leftBeside;
+    const auto link = [archive = attempt.archive, to = folder->path(), recovery] {
+        return std::make_shared<PlainPaths>(archive, to, recovery);
     };
     std::shared_ptr<PlainPaths> paths = co_await m_background.run(link);
     if (watch.isOver())

@@ -34,7 +34,8 @@ QStringList withSubfolders(const QStringList& folders)
 {
     QStringList all = folders;
     for (const QString& folder : folders)
-        for (const QFileInfo& below : QDir(folder).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks))
+        for (const QFileInfo& below :
+             QDir(folder).entryInfoList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot | QDir::NoSymLinks))
             all << below.filePath();
     return all;
 }
@@ -71,8 +72,11 @@ void PostDownloadPipeline::retryExtraction(const ItemId& id)
     const ItemPtr item = m_ports.queue.item(id);
     if (!item || !(item->status() == DownloadStatus::completed) || !item->localPath() || isWorkingOn(id))
         return;
-    item->setExtractionStatus(ExtractionStatus::idle);
-    item->setExtractionProgress(0);
+    const std::optional<ReadyArchive> archive = archiveOf(item);
+    for (const ItemPtr& one : {item, archive ? archive->target : item}) {
+        one->setExtractionStatus(ExtractionStatus::idle);
+        one->setExtractionProgress(0);
+    }
     spawn(autoExtract(item, std::nullopt));
 }
 
@@ -109,11 +113,16 @@ PostDownloadPipeline::RunPtr PostDownloadPipeline::runOf(const ItemId& id) const
     return found == m_runs.end() ? nullptr : *found;
 }
 
-QCoro::Task<> PostDownloadPipeline::autoExtract(ItemPtr item, std::optional<QString> password)
+std::optional<ReadyArchive> PostDownloadPipeline::archiveOf(const ItemPtr& item) const
 {
     const ArchiveSources sources{m_ports.queue.itemsOfSet(setBaseName(item->filename())),
                                  [this](const DownloadItem& rev) { return m_ports.queue.isRevComing(rev); }};
-    const std::optional<ReadyArchive> archive = readyArchive(item, sources);
+    return readyArchive(item, sources);
+}
+
+QCoro::Task<> PostDownloadPipeline::autoExtract(ItemPtr item, std::optional<QString> password)
+{
+    const std::optional<ReadyArchive> archive = archiveOf(item);
     if (!archive)
         co_return;
     if (const RunPtr running = runOf(archive->target->id())) {
@@ -294,7 +303,7 @@ bool PostDownloadPipeline::isMoreToCome(const Run& run) const
     const std::span<const ItemPtr> set = m_ports.queue.itemsOfSet(run.archive.base);
     return run.next || (run.archive.isSet && std::any_of(set.begin(), set.end(), [this](const ItemPtr& item) {
                             return isRevName(item->filename()) && !(item->status() == DownloadStatus::completed) &&
-                                   !(item->status() == DownloadStatus::failed) && m_ports.queue.isRevComing(*item);
+                                   m_ports.queue.isRevComing(*item);
                         }));
 }
 

@@ -117,6 +117,8 @@ private:
         Failure failure;
     };
 
+    /// Nothing as long as the item completes none.
+    [[nodiscard]] std::optional<ReadyArchive> archiveOf(const ItemPtr& item) const;
     QCoro::Task<> autoExtract(ItemPtr item, std::optional<QString> password);
     [[nodiscard]] RunPtr begin(const ReadyArchive& archive, const std::optional<QString>& password);
     QCoro::Task<> work(RunPtr run);

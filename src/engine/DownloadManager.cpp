@@ -28,12 +28,13 @@ DownloadManager::DownloadManager(const Platform& platform, const Collaborators& 
     , m_waitingArchives(m_table, m_settings, m_revFiles, m_pipeline,
                         [this](std::function<void()> action) { later(std::move(action)); })
     , m_session(platform.http, platform.fileSync, platform.clock, *this)
-    , m_completion(m_table, m_settings, platform.clock, m_pipeline, m_recovery, *this)
+    , m_completion(m_table, m_settings, platform.clock, platform.trash, m_pipeline, m_recovery, *this)
     , m_starter(
           {m_table, m_settings, platform.clock, m_resolvers, m_session, m_completion, m_pipeline, m_recovery, *this})
     , m_prefetch(m_table, m_settings, m_resolvers, *this)
     , m_intake({m_table, m_settings, m_resolvers, m_completion, m_pipeline, *this})
-    , m_commands({m_table, m_settings, m_session, m_starter, m_completion, m_recovery, m_pipeline, m_intake, *this})
+    , m_commands({m_table, m_settings, m_session, m_starter, m_completion, m_recovery, m_pipeline, m_intake,
+                  platform.trash, *this})
     , m_verification(m_table, collaborators.extractor, m_commands, m_pipeline)
 {
     applySpeedLimit();
@@ -215,6 +216,8 @@ void DownloadManager::statusChanged(DownloadItem& item)
     }
     if (item.status() == DownloadStatus::failed)
         m_waitingArchives.failed(item);
+    if (!(item.status() == DownloadStatus::completed))
+        m_verification.fileIsGone(item.id());
 }
 
 void DownloadManager::tableSlotFreed(DownloadItem& item)
@@ -296,8 +299,11 @@ void DownloadManager::loginSucceeded()
 
 void DownloadManager::cancelLogin()
 {
-    for (const ItemId& id : m_signIns.answered())
-        m_table.find(id)->setStatus(DownloadStatus::failure(ResolverError::authenticationFailed().errorDescription()));
+    for (const ItemId& id : m_signIns.answered()) {
+        DownloadItem& item = *m_table.find(id);
+        item.setStatus(DownloadStatus::failure(ResolverError::authenticationFailed().errorDescription()));
+        m_recovery.scheduleRecoveryCheck(item);
+    }
     Q_EMIT changed();
 }
 

@@ -96,7 +96,6 @@ TEST_F(ArchiveWaitTest, StartsNothingForAFailedPartWhileRecoveryVolumesAreLeftTo
     start(second);
     sendAPage(second);
     EXPECT_EQ(first->extractionStatus(), ExtractionStatus::idle);
-    EXPECT_TRUE(shop.tools.calls(QStringLiteral("unrar")).isEmpty());
 }
 
 TEST_F(ArchiveWaitTest, GoesOnWithoutARecoveryVolumeThatWasNotBegunWhenTheLastPartCame)
@@ -152,5 +151,50 @@ TEST_F(ArchiveWaitTest, LeavesAnArchiveAloneWhoseRecoveryVolumesOnlyChangeTheirP
     turnEventLoop();
     shop.manager().pauseAll();
     turnEventLoop();
-    EXPECT_TRUE(shop.tools.calls(QStringLiteral("unrar")).isEmpty());
+    EXPECT_EQ(first->extractionStatus(), ExtractionStatus::idle);
+}
+
+TEST_F(ArchiveWaitTest, GoesOnWithoutAReleasedRecoveryVolumeThatTheUserStops)
+{
+    start(second);
+    sendAPage(second);
+    shop.manager().retryWithRevFiles({first});
+    turnEventLoop();
+    ASSERT_EQ(rev->status(), DownloadStatus::downloading);
+    shop.manager().commands().stopItems({rev});
+    EXPECT_TRUE(reaches(first, ExtractionStatus::done));
+}
+
+TEST_F(ArchiveWaitTest, WaitsForAReleasedRecoveryVolumeThatIsPaused)
+{
+    start(second);
+    sendAPage(second);
+    shop.manager().retryWithRevFiles({first});
+    turnEventLoop();
+    shop.manager().commands().pauseItems({rev});
+    turnEventLoop();
+    EXPECT_EQ(first->extractionStatus(), ExtractionStatus::idle);
+    shop.manager().commands().resumeItem(*rev);
+    turnEventLoop();
+    finish(rev);
+    EXPECT_TRUE(reaches(first, ExtractionStatus::done));
+}
+
+TEST_F(ArchiveWaitTest, GoesOnWhenTheRowOfTheLastPartIsRemoved)
+{
+    const ItemPtr mirror = shop.add(QStringLiteral("http://mirror/m.part2.rar"));
+    start(second);
+    finish(second);
+    EXPECT_EQ(first->extractionStatus(), ExtractionStatus::idle);
+    shop.manager().commands().removeItems({mirror->id()});
+    EXPECT_TRUE(reaches(first, ExtractionStatus::done));
+}
+
+TEST_F(ArchiveWaitTest, IsLeftAloneWhenAFinishedRowIsRemoved)
+{
+    second->setLocalPath(shop.sandbox.write(QStringLiteral("Downloads/m/m.part2.rar"), "x"));
+    second->setStatus(DownloadStatus::completed);
+    shop.manager().commands().removeItems({second->id()});
+    turnEventLoop();
+    EXPECT_EQ(first->extractionStatus(), ExtractionStatus::idle);
 }

@@ -171,6 +171,22 @@ TEST_F(DownloadStart, FailsTheHeldItemsWhenTheLoginIsCancelled)
     EXPECT_EQ(item->status().kind(), DownloadStatus::failed);
 }
 
+TEST_F(DownloadStart, HasTheRecoveryVolumesFetchedAMinuteAfterTheLoginOfAPartIsCancelled)
+{
+    shop.manager().setAccounts({account(SupportedHost::filestore)});
+    const ItemPtr rev = shop.add(QStringLiteral("http://h/m.part1.rev"));
+    const ItemPtr part = shop.add(QStringLiteral("https://filestore.example/f/m.part1.rar"));
+    log->resolves[0].answer->deliver(ResolverError::unsupportedHost());
+    turnEventLoop();
+    shop.manager().commands().startItems({part});
+    turnEventLoop();
+    answer(1, ResolverError::loginRequired(SupportedHost::filestore));
+    shop.manager().cancelLogin();
+    ASSERT_EQ(part->status().kind(), DownloadStatus::failed);
+    shop.clock.advance(std::chrono::minutes(1));
+    EXPECT_EQ(rev->status(), DownloadStatus::downloading);
+}
+
 TEST_F(DownloadStart, FailsOnlyWhatStillWaitsWhenTheLoginIsCancelled)
 {
     shop.manager().setAccounts({account(SupportedHost::filestore)});

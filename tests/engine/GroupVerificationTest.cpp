@@ -39,6 +39,18 @@ protected:
         EXPECT_TRUE(waitUntil([&] { return set[0]->verification().kind != VerificationResult::running; }));
         return set[0]->verification();
     }
+    /// What the row says when the tool blames a volume that is fetched again during the test.
+    [[nodiscard]] VerificationResult::Kind toldAfter(const std::function<void()>& event)
+    {
+        unrar(waitForGo() + "; echo 'Cannot find volume a.part2.rar'; exit 3");
+        shop.manager().verifyGroup(set);
+        EXPECT_TRUE(waitUntil([&] { return !shop.tools.calls(QStringLiteral("unrar")).isEmpty(); }));
+        shop.manager().commands().redownloadItem(*set[1]);
+        event();
+        go();
+        EXPECT_TRUE(isSettled());
+        return set[0]->verification().kind;
+    }
     [[nodiscard]] QByteArray noteTheEnd() const
     {
         return "touch '" + shop.sandbox.path(QStringLiteral("over")).toUtf8() + "'; ";
@@ -113,8 +125,7 @@ TEST_F(GroupVerificationTest, DoesNothingWithoutTheFirstVolume)
 {
     unrar("exit 0");
     shop.manager().verifyGroup({set[1]});
-    turnEventLoop();
-    EXPECT_TRUE(shop.tools.calls(QStringLiteral("unrar")).isEmpty());
+    EXPECT_EQ(set[1]->verification().kind, VerificationResult::none);
 }
 
 TEST_F(GroupVerificationTest, LeavesVolumesAloneThatWereRemovedMeanwhile)
@@ -231,4 +242,20 @@ TEST_F(GroupVerificationTest, LeavesFailedArchivesOfOtherSetsAsTheyAre)
     EXPECT_EQ(told().kind, VerificationResult::fetchedAgain);
     EXPECT_EQ(set[0]->extractionStatus(), ExtractionStatus::idle);
     EXPECT_EQ(other->extractionStatus(), ExtractionStatus::failed);
+}
+
+TEST_F(GroupVerificationTest, BlamesNoVolumeThatIsFetchedAgainMeanwhile)
+{
+    EXPECT_EQ(toldAfter([] {}), VerificationResult::none);
+    EXPECT_FALSE(shop.sandbox.exists(QStringLiteral("Downloads/a/a.part2.rar")));
+}
+
+TEST_F(GroupVerificationTest, KeepsAVolumeThatHasComeAnewMeanwhile)
+{
+    const auto come = [this] {
+        set[1]->setLocalPath(shop.sandbox.write(QStringLiteral("Downloads/a/a.part2.rar"), "fresh"));
+        set[1]->setStatus(DownloadStatus::completed);
+    };
+    EXPECT_EQ(toldAfter(come), VerificationResult::none);
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/a/a.part2.rar")), "fresh");
 }

@@ -2,6 +2,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QStorageInfo>
+#include <QTemporaryDir>
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>
@@ -258,6 +260,27 @@ TEST_F(PartOwnership, AnItemBringsItsBytesAlongToAnotherDownloadFolder)
     EXPECT_EQ(server().header("Range"), "bytes=3-");
     EXPECT_EQ(shop.sandbox.read(QStringLiteral("elsewhere/x.rar.download")), "abc");
     EXPECT_TRUE(downloads().isEmpty());
+}
+
+TEST_F(PartOwnership, AnItemGoesOnWhereItsBytesLieWhenTheNewFolderIsOnAnotherDisk)
+{
+    const QTemporaryDir far(QStringLiteral("/dev/shm/vormel-far-XXXXXX"));
+    if (!far.isValid() || QStorageInfo(far.path()).device() == QStorageInfo(shop.sandbox.root()).device())
+        GTEST_SKIP() << "there is only one file system to write to";
+    const ItemPtr item = shop.start(rarLink);
+    say(200, {{"Content-Length", "6"}});
+    send("abc");
+    shop.manager().pauseAll();
+    shop.settings().downloadFolderPath.set(far.path());
+    startAll();
+    EXPECT_EQ(server().header("Range"), "bytes=3-");
+    say(206, {{"Content-Range", "bytes 3-5/6"}});
+    send("def");
+    close();
+    EXPECT_EQ(item->status(), DownloadStatus::completed);
+    EXPECT_EQ(item->localPath(), shop.sandbox.path(finalFile));
+    EXPECT_EQ(shop.sandbox.read(finalFile), "abcdef");
+    EXPECT_TRUE(QDir(far.path()).isEmpty());
 }
 
 TEST_F(PartOwnership, APathInTheQueueThatIsNoPartFilesIsNotBelieved)

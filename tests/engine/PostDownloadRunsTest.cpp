@@ -165,11 +165,11 @@ TEST_F(PostDownloadRunsTest, RemovesAtTheNextStartWhatAKilledRunLeft)
     const WorkFolder alive = WorkFolder::make(downloads + QStringLiteral("/m"));
     shop.sandbox.write(QDir(shop.sandbox.root()).relativeFilePath(alive.path()) + QStringLiteral("/half"), "half");
     // As a kill leaves it: the same, but held by nobody.
-    const QStringList args{QStringLiteral("-a"), downloads + QStringLiteral("/m"), downloads + QStringLiteral("/n")};
+    const QStringList args{QStringLiteral("-a"), downloads + QStringLiteral("/m"), downloads + QStringLiteral("/.n")};
     ASSERT_EQ(runRealTool(QStringLiteral("/usr/bin/cp"), args, downloads).status, 0);
     shop.restart(true);
     constexpr auto hidden = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
-    EXPECT_TRUE(waitUntil([&] { return QDir(downloads + QStringLiteral("/n")).isEmpty(hidden); }));
+    EXPECT_TRUE(waitUntil([&] { return QDir(downloads + QStringLiteral("/.n")).isEmpty(hidden); }));
     EXPECT_TRUE(QFile::exists(alive.path() + QStringLiteral("/half")));
 }
 
@@ -253,5 +253,24 @@ TEST_F(PostDownloadRunsTest, LeavesTheArchiveAloneThatIsStoppedInTheLastMoment)
     EXPECT_EQ(shop.sandbox.read(QStringLiteral("Trash/movie.mkv")), "old");
     run(first);
     ASSERT_TRUE(reaches(first, ExtractionStatus::done));
-    EXPECT_EQ(shop.sandbox.files(QStringLiteral("Downloads")), QStringList{QStringLiteral("m/movie.mkv")});
+    EXPECT_TRUE(waitUntil(
+        [&] { return shop.sandbox.files(QStringLiteral("Downloads")) == QStringList{QStringLiteral("m/movie.mkv")}; }));
+}
+
+TEST_F(PostDownloadRunsTest, UnpacksASetAgainFromTheRowOfAnyPart)
+{
+    unpackerMakes("movie.mkv");
+    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+    const ItemPtr second = onDisk(QStringLiteral("m.part2.rar"));
+    for (const ExtractionStatus& before :
+         {ExtractionStatus::failure(QStringLiteral("broken")), ExtractionStatus(ExtractionStatus::done)}) {
+        first->setExtractionStatus(before);
+        const qsizetype calls = shop.tools.calls(QStringLiteral("unrar")).size();
+        // The run before may still be tidying up.
+        EXPECT_TRUE(waitUntil([&] {
+            run(second);
+            return shop.tools.calls(QStringLiteral("unrar")).size() > calls;
+        }));
+        ASSERT_TRUE(reaches(first, ExtractionStatus::done));
+    }
 }

@@ -107,7 +107,7 @@ TEST_F(PostDownloadTest, NeedsTheFirstVolume)
     EXPECT_EQ(second->extractionStatus(), ExtractionStatus::idle);
 }
 
-TEST_F(PostDownloadTest, KeepsSetsApartByLetterCaseAndFolder)
+TEST_F(PostDownloadTest, KeepsSetsApartByLetterCase)
 {
     unpackerMakes("movie.mkv");
     const ItemPtr first = onDisk(QStringLiteral("movie.part1.rar"));

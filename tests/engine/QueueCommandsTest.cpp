@@ -214,13 +214,14 @@ TEST_F(QueueCommandsTest, RedownloadDeletesTheFinishedFileAndFetchesItAgain)
     EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/x (1).rar")), "fresh");
 }
 
-TEST_F(QueueCommandsTest, RedownloadDeletesWhatStandsUnderTheNameWhereTheItemHasNoFile)
+TEST_F(QueueCommandsTest, RedownloadMovesWhatStandsUnderTheNameToTheTrashWhereTheItemHasNoFile)
 {
     const ItemPtr item = shop.add(QStringLiteral("http://h/x.rar"));
     shop.sandbox.write(QStringLiteral("Downloads/x.rar"), "stale");
     item->setLocalPath(shop.sandbox.path(QStringLiteral("Downloads/gone.rar")));
     shop.manager().commands().redownloadItem(*item);
     EXPECT_FALSE(shop.sandbox.exists(QStringLiteral("Downloads/x.rar")));
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Trash/x.rar")), "stale");
 }
 
 TEST_F(QueueCommandsTest, RedownloadLeavesAnotherItemItsFile)

@@ -211,3 +211,44 @@ TEST_F(ResyncTest, StartsNoArchiveStepWhereThatIsOff)
     shop.manager().commands().resyncItems(set);
     EXPECT_EQ(set[0]->extractionStatus(), ExtractionStatus::idle);
 }
+
+TEST_F(ResyncTest, LeavesAFileAloneThatOnlyHasTheNameOfABegunItem)
+{
+    for (const qint64 size : {99, 101}) {
+        shop.begin(set[0], "abc");
+        set[0]->setTotalBytes(100);
+        lay(set[0], size);
+        shop.manager().commands().resyncItems({set[0]});
+        EXPECT_EQ(set[0]->status(), DownloadStatus::queued) << size;
+        EXPECT_TRUE(isThere(set[0])) << size;
+        EXPECT_TRUE(set[0]->isWantedAnew()) << size;
+    }
+    lay(set[0], 100);
+    shop.manager().commands().resyncItems({set[0]});
+    EXPECT_EQ(set[0]->status(), DownloadStatus::completed);
+}
+
+TEST_F(ResyncTest, MovesWhatOnlyHasTheNameToTheTrashAndDeletesTheItemsOwn)
+{
+    for (const ItemPtr& item : set) {
+        item->setTotalBytes(101);
+        lay(item, 100);
+    }
+    set[1]->setLocalPath(shop.sandbox.path(placeOf(set[1])));
+    shop.manager().commands().resyncItems(set);
+    EXPECT_FALSE(isThere(set[0]));
+    EXPECT_FALSE(isThere(set[1]));
+    EXPECT_EQ(shop.sandbox.files(QStringLiteral("Trash")), QStringList{QStringLiteral("m.part1.rar")});
+}
+
+TEST_F(ResyncTest, TakesNoVolumeOfAnotherSetThatHasTheSameNameOnDisk)
+{
+    const ItemPtr one = shop.add(QStringLiteral("http://h/a%0Ab.part1.rar"));
+    const ItemPtr other = shop.add(QStringLiteral("http://h/a_b.part1.rar"));
+    ASSERT_NE(one->filename(), other->filename());
+    one->setLocalPath(shop.sandbox.write(QStringLiteral("Downloads/a_b/a_b.part1.rar"), "of the first"));
+    one->setStatus(DownloadStatus::completed);
+    shop.manager().commands().resyncItems({other});
+    EXPECT_EQ(other->status(), DownloadStatus::queued);
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/a_b/a_b.part1.rar")), "of the first");
+}

@@ -35,10 +35,42 @@ protected:
 
 } // namespace
 
-TEST_F(RevFilesTest, LetsTheVolumesOfASetThroughOnce)
+TEST_F(RevFilesTest, LetsTheVolumesOfASetThroughOnceByItself)
 {
-    EXPECT_EQ(release(), 2);
-    EXPECT_EQ(release(), 0);
+    shop.clock.advance(std::chrono::minutes(5));
+    const auto partFails = [this] {
+        shop.manager().commands().retryItem(*set[0]);
+        turnEventLoop();
+        shop.http.last().head(403, {{"Content-Type", "text/html"}});
+        shop.http.last().finish();
+        turnEventLoop();
+        ASSERT_EQ(set[0]->status(), DownloadStatus::failed);
+        shop.clock.advance(std::chrono::minutes(1));
+    };
+    partFails();
+    for (const ItemPtr& volume : {set[1], set[2]}) {
+        EXPECT_NE(volume->status(), DownloadStatus::paused);
+        volume->setStatus(DownloadStatus::stopped);
+    }
+    partFails();
+    for (const ItemPtr& volume : {set[1], set[2]})
+        EXPECT_EQ(volume->status(), DownloadStatus::stopped);
+}
+
+TEST_F(RevFilesTest, FetchesThemAgainWhenTheUserWantsThough)
+{
+    for (const DownloadStatus& status :
+         {DownloadStatus(DownloadStatus::stopped), DownloadStatus(DownloadStatus::paused),
+          DownloadStatus::failure(QStringLiteral("gone"))}) {
+        shop.manager().retryWithRevFiles({set[0]});
+        set[1]->setStatus(status);
+        set[2]->setStatus(DownloadStatus::completed);
+        shop.manager().retryWithRevFiles({set[0]});
+        turnEventLoop();
+        EXPECT_EQ(set[1]->status(), DownloadStatus::downloading);
+        EXPECT_EQ(set[2]->status(), DownloadStatus::completed);
+        shop.manager().commands().interruptItem(*set[1], DownloadStatus::paused);
+    }
 }
 
 TEST_F(RevFilesTest, LeavesVolumesAloneThatAreThereOrComing)

@@ -273,6 +273,20 @@ TEST_F(TidyUpTest, ThrowsAwayWhatARepairReplacedWithTheVolumes)
     EXPECT_EQ(shop.sandbox.files(QStringLiteral("Downloads/m")), list("n.part2.rar.bad x.mkv"));
 }
 
+TEST_F(TidyUpTest, ThrowsAwayWhatItsOwnRepairMadeToo)
+{
+    shop.settings().deleteArchiveAfterExtract.set(true);
+    shop.tools.add(QStringLiteral("unrar"),
+                   "test -e '" + shop.sandbox.path(QStringLiteral("Downloads/m/m.part2.rar")).toUtf8() +
+                       "' || exit 3; for destination; do :; done; echo new > \"${destination}x.mkv\"");
+    shop.tools.add(QStringLiteral("rar"), "echo rebuilt > \"${3%/*}/volume.part2.rar\"");
+    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+    shop.sandbox.write(QStringLiteral("Downloads/m/m.part1.rar"), "Rar!\x1a\x07 volume");
+    finish(first);
+    EXPECT_TRUE(becomes(QStringLiteral("Trash"), list("m.part1.rar m.part2.rar")));
+    EXPECT_EQ(shop.sandbox.files(QStringLiteral("Downloads/m")), list("x.mkv"));
+}
+
 TEST_F(TidyUpTest, LeavesTheArchiveOfARowThatWasRemovedMeanwhile)
 {
     shop.tools.add(QStringLiteral("unrar"),

@@ -325,6 +325,7 @@ TEST_F(TransferCompletionTest, BringsARecoveryVolumeToItsArchive)
     turnEventLoop();
     EXPECT_EQ(rev->localPath(), shop.sandbox.path(QStringLiteral("elsewhere/m.part1.rev")));
     EXPECT_EQ(shop.sandbox.read(QStringLiteral("elsewhere/m.part1.rev")), "fresh");
+    EXPECT_EQ(shop.sandbox.read(QStringLiteral("Trash/m.part1.rev")), "stale");
     // The arrival starts the archive again, by its first volume.
     EXPECT_FALSE(rar->extractionStatus() == ExtractionStatus::idle);
 }

@@ -170,6 +170,19 @@ TEST_F(TransferTroubleTest, TellsAFileErrorInItalian)
     EXPECT_EQ(shop.start(rarLink)->status().message(), QStringLiteral("La cartella dei download non esiste."));
 }
 
+TEST_F(TransferTroubleTest, LetsTheSecondOfTwoLinksOfOneNameGoOnWhenTheFirstIsPaused)
+{
+    const ItemPtr first = shop.start(QStringLiteral("http://a/x.rar"));
+    const ItemPtr second = shop.add(QStringLiteral("http://b/x.rar"));
+    shop.manager().startAll();
+    turnEventLoop();
+    ASSERT_EQ(second->status(), DownloadStatus::queued);
+    shop.manager().commands().pauseItems({first});
+    turnEventLoop();
+    EXPECT_EQ(first->status(), DownloadStatus::paused);
+    EXPECT_EQ(second->status(), DownloadStatus::downloading);
+}
+
 TEST_F(TransferTroubleTest, LetsTheSecondOfTwoLinksOfOneNameWaitForTheFirst)
 {
     const ItemPtr first = shop.start(QStringLiteral("http://a/x.rar"));

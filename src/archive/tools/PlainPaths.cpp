@@ -74,6 +74,7 @@ PlainPaths::PlainPaths(const QString& archive, const QString& destination, Recov
     : m_archive(archive)
     , m_destination(destination)
     , m_base(volumeBase(lastComponent(archive)))
+    , m_linkBase(isPlain(lastComponent(archive)) ? m_base : plainBase)
 {
     const bool needsLinks = !isPlain(archive) || (recovery == Recovery::keptAway && hasRecovery(archive));
     const bool hasStar = destination.contains(u'*');
@@ -95,7 +96,7 @@ void PlainPaths::linkArchive(const QString& archive, Recovery recovery)
     const QString name = lastComponent(archive);
     const QString folder = archive.chopped(name.size());
     const auto plainName = [this](const QString& real) {
-        return m_links->filePath(plainBase + real.mid(m_base.size()));
+        return m_links->filePath(m_linkBase + real.mid(m_base.size()));
     };
     for (const QString& volume : volumesOf(archive))
         if (recovery == Recovery::leftBeside || !isRevName(volume))
@@ -111,7 +112,7 @@ void PlainPaths::link(const QString& target, const QString& name)
 
 QString PlainPaths::realName(const QString& volume) const
 {
-    return m_links && volume.startsWith(plainBase) ? m_base + volume.mid(plainBase.size()) : volume;
+    return m_links && volume.startsWith(m_linkBase) ? m_base + volume.mid(m_linkBase.size()) : volume;
 }
 
 } // namespace vormel

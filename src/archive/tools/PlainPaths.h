@@ -46,7 +46,8 @@ private:
     std::unique_ptr<QTemporaryDir> m_links; ///< nothing while no link is needed
     QString m_archive;
     QString m_destination;
-    QString m_base; ///< what the names of the volumes begin with on the disk
+    QString m_base;     ///< what the names of the volumes begin with on the disk
+    QString m_linkBase; ///< and what those of their links begin with
 };
 
 } // namespace vormel

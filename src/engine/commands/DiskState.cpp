@@ -43,6 +43,8 @@ bool DiskState::isWhole(const DownloadItem& item) const
     if (file == m_files.end())
         return false;
     const qint64 size = file->second.size;
+    if (!mayBeFileOf(item, file->second.path))
+        return false;
     if (item.totalBytes() >= 1)
         return size >= item.totalBytes();
     return !isRar(item) || m_largestVolume <= smallestTellingVolume || size >= m_largestVolume / smallestShare;

@@ -51,35 +51,42 @@ void GroupVerification::verifyGroup(const std::vector<ItemPtr>& items)
     if (first == items.end())
         return;
     const QString archive = *(*first)->localPath();
-    if (m_running.contains(archive))
+    const auto isTested = [&archive](const RunPtr& run) { return run->archive == archive; };
+    if (std::any_of(m_running.begin(), m_running.end(), isTested))
         return;
     if (m_postDownload.isWorkingOn((*first)->id())) {
         (*first)->setVerification({VerificationResult::busy});
         return;
     }
-    Run run{items, *first, archive};
-    spawn(verify(std::move(run)));
+    spawn(verify(std::make_shared<const Run>(Run{items, *first, archive})));
 }
 
-QCoro::Task<> GroupVerification::verify(Run run)
+void GroupVerification::fileIsGone(const ItemId& id)
+{
+    for (const RunPtr& run : m_running) {
+        if (std::any_of(run->items.begin(), run->items.end(), [&id](const ItemPtr& item) { return item->id() == id; }))
+            run->first->setVerification({});
+    }
+}
+
+QCoro::Task<> GroupVerification::verify(RunPtr run)
 {
     const Lifetime::Watch lifetime = m_lifetime.watch();
-    m_running.insert(run.archive);
-    run.first->setVerification({VerificationResult::running});
-    const VolumeTest tested = co_await test(run.archive);
+    m_running.push_back(run);
+    run->first->setVerification({VerificationResult::running});
+    const VolumeTest tested = co_await test(run->archive);
     if (lifetime.isOver())
         co_return;
-    m_running.remove(run.archive);
-    // The set has been unpacked meanwhile, or its first volume is on its way anew: what was seen is no longer true.
-    if (run.first->verification().kind != VerificationResult::running)
+    std::erase(m_running, run);
+    // The set has been unpacked meanwhile, or a volume is on its way anew: what was seen is no longer true.
+    if (run->first->verification().kind != VerificationResult::running)
         co_return;
-    dropRemoved(run);
     if (!tested.badVolumes.isEmpty()) {
-        fetchAgain(run, tested.badVolumes);
+        fetchAgain(*run, tested.badVolumes);
         co_return;
     }
-    run.first->setVerification(resultOf(tested));
-    extract(run);
+    run->first->setVerification(resultOf(tested));
+    extract(*run);
 }
 
 QCoro::Task<VolumeTest> GroupVerification::test(QString archive)
@@ -94,24 +101,27 @@ QCoro::Task<VolumeTest> GroupVerification::test(QString archive)
     co_return tested;
 }
 
-void GroupVerification::dropRemoved(Run& run) const
+std::vector<ItemPtr> GroupVerification::itemsLeft(const Run& run) const
 {
-    std::erase_if(run.items, [this](const ItemPtr& item) { return m_table.find(item->id()) != item; });
+    std::vector<ItemPtr> items = run.items;
+    std::erase_if(items, [this](const ItemPtr& item) { return m_table.find(item->id()) != item; });
+    return items;
 }
 
 void GroupVerification::extract(const Run& run)
 {
-    const auto next = std::find_if(run.items.begin(), run.items.end(), [](const ItemPtr& item) {
+    const std::vector<ItemPtr> items = itemsLeft(run);
+    const auto next = std::find_if(items.begin(), items.end(), [](const ItemPtr& item) {
         return item->status() == DownloadStatus::completed && item->extractionStatus() == ExtractionStatus::idle;
     });
-    if (next != run.items.end())
+    if (next != items.end())
         m_postDownload.autoExtractAfterDownload((*next)->id());
 }
 
 void GroupVerification::fetchAgain(const Run& run, const QStringList& bad)
 {
     int fetched = 0;
-    for (const ItemPtr& item : run.items) {
+    for (const ItemPtr& item : itemsLeft(run)) {
         // What failed with the bad volumes may be tried again when they are here anew.
         if (item->extractionStatus() == ExtractionStatus::failed)
             item->setExtractionStatus(ExtractionStatus::idle);

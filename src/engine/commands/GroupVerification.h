@@ -5,8 +5,9 @@
 #include "platform/async/Lifetime.h"
 
 #include <QCoroTask>
-#include <QSet>
 #include <QStringList>
+
+#include <memory>
 
 namespace vormel {
 
@@ -25,6 +26,8 @@ public:
 
     /// Nothing happens for items of which none has the file of a first volume, nor while the set is being tested.
     void verifyGroup(const std::vector<ItemPtr>& items);
+    /// The item has no finished file any more. What a test that is under way will tell of its set is no longer true.
+    void fileIsGone(const ItemId& id);
 
 private:
     struct Run
@@ -34,9 +37,12 @@ private:
         QString archive;
     };
 
-    QCoro::Task<> verify(Run run);
+    using RunPtr = std::shared_ptr<const Run>;
+
+    QCoro::Task<> verify(RunPtr run);
     [[nodiscard]] QCoro::Task<VolumeTest> test(QString archive);
-    void dropRemoved(Run& run) const;
+    /// Without those that were removed meanwhile.
+    [[nodiscard]] std::vector<ItemPtr> itemsLeft(const Run& run) const;
     void fetchAgain(const Run& run, const QStringList& bad);
     void extract(const Run& run);
 
@@ -44,7 +50,7 @@ private:
     ArchiveExtractor& m_extractor;
     QueueCommands& m_commands;
     PostDownload& m_postDownload;
-    QSet<QString> m_running; ///< archives
+    std::vector<RunPtr> m_running;
     Lifetime m_lifetime;
 };
 

@@ -13,6 +13,7 @@
 #include "engine/transfer/TransferSession.h"
 #include "model/AppSettings.h"
 #include "model/DownloadPaths.h"
+#include "platform/storage/Trash.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -90,10 +91,20 @@ void QueueCommands::clearExtracted()
 
 void QueueCommands::pauseItems(const Items& items)
 {
+    QSet<QString> names;
     for (const ItemPtr& item : items) {
-        if (item->status() == DownloadStatus::downloading)
-            interruptItem(*item, DownloadStatus::paused);
+        if (!(item->status() == DownloadStatus::downloading))
+            continue;
+        names.insert(item->filename());
+        interruptItem(*item, DownloadStatus::paused);
     }
+    // A pause starts nothing else, but who waited for the file of this name waited for no slot.
+    Items waiting;
+    std::copy_if(m_ports.table.items().begin(), m_ports.table.items().end(), std::back_inserter(waiting),
+                 [&names](const ItemPtr& item) {
+                     return item->status() == DownloadStatus::queued && names.contains(item->filename());
+                 });
+    m_ports.queue.startAhead(waiting);
 }
 
 void QueueCommands::resumeItem(DownloadItem& item)
@@ -161,7 +172,7 @@ void QueueCommands::redownloadItem(DownloadItem& item)
     const DownloadPaths paths(m_ports.settings.downloadFolderPath.value());
     const std::optional<QString> file = finishedFileOf(item, m_ports.table, paths);
     if (file && (file == item.localPath() || !isNamelessFile(item.filename())))
-        removeOwnFile(item, *file);
+        giveUpFile(item, *file);
     item.setLocalPath(std::nullopt);
     item.setResolvedAt(std::nullopt);
     item.setExtractionStatus(ExtractionStatus::idle);
@@ -171,11 +182,14 @@ void QueueCommands::redownloadItem(DownloadItem& item)
     m_ports.queue.saveQueue();
 }
 
-bool QueueCommands::removeOwnFile(const DownloadItem& item, const QString& path) const
+bool QueueCommands::giveUpFile(const DownloadItem& item, const QString& path) const
 {
     // A link may lead to a disk that comes back.
     const bool isPlain = !QFileInfo(path).isSymLink();
-    return isPlain && !isFileOfAnother(item, path, m_ports.table) && QFile::remove(path);
+    if (!isPlain || isFileOfAnother(item, path, m_ports.table) || !mayBeFileOf(item, path))
+        return false;
+    // What only has the item's name may be somebody's own.
+    return path == item.localPath() ? QFile::remove(path) : m_ports.trash.moveToTrash(path);
 }
 
 void QueueCommands::resyncItem(DownloadItem& item, const DiskState& disk)
@@ -185,7 +199,7 @@ void QueueCommands::resyncItem(DownloadItem& item, const DiskState& disk)
     const std::optional<QString> file = disk.path(item);
     if (disk.isWhole(item))
         return m_ports.completion.completeWithFile(item, *file);
-    if (file && !removeOwnFile(item, *file))
+    if (file && !giveUpFile(item, *file))
         item.setWantedAnew(true);
     item.setLocalPath(std::nullopt);
     item.setResolvedAt(std::nullopt);

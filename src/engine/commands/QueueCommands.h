@@ -14,6 +14,7 @@ class NetworkRecovery;
 class PostDownload;
 class TransferCompletion;
 class TransferSession;
+class Trash;
 
 /// What the user can do to the queue, its items and its groups. Paused items come back with Start All; stopped ones
 /// stay out until started by row or group. File errors are not reported. UI thread only.
@@ -45,6 +46,7 @@ public:
         NetworkRecovery& recovery;
         PostDownload& postDownload;
         LinkIntake& intake;
+        Trash& trash;
         Queue& queue;
     };
     explicit QueueCommands(const Ports& ports);
@@ -85,8 +87,9 @@ public:
 private:
     void requeue(DownloadItem& item);
     void resyncItem(DownloadItem& item, const DiskState& disk);
-    /// Deletes a regular file that no other item has. False if it stays.
-    bool removeOwnFile(const DownloadItem& item, const QString& path) const;
+    /// Takes a regular file away that no other item has: deletes the item's own, and moves what only has its name to
+    /// the Trash. False if it stays.
+    bool giveUpFile(const DownloadItem& item, const QString& path) const;
 
     Ports m_ports;
 };

@@ -38,7 +38,9 @@ ItemPtr otherHolder(const DownloadItem& item, const QString& path, const ItemTab
 
 bool isOneFile(const DownloadItem& item, const DownloadItem& other)
 {
-    return isSetMember(item.filename()) || (item.isNameTold() && other.isNameTold());
+    if (isSetMember(item.filename()))
+        return setBaseName(item.filename()) == setBaseName(other.filename());
+    return item.isNameTold() && other.isNameTold();
 }
 
 } // namespace
@@ -46,6 +48,12 @@ bool isOneFile(const DownloadItem& item, const DownloadItem& other)
 bool isFileOfAnother(const DownloadItem& item, const QString& path, const ItemTable& table)
 {
     return otherHolder(item, path, table) != nullptr;
+}
+
+bool mayBeFileOf(const DownloadItem& item, const QString& path)
+{
+    const bool isBegun = item.partPlace() && item.totalBytes() >= 1 && item.localPath() != path;
+    return !isBegun || QFileInfo(path).size() == item.totalBytes();
 }
 
 std::optional<QString> finishedFileOf(const DownloadItem& item, const ItemTable& table, const DownloadPaths& paths)

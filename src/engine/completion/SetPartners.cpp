@@ -2,14 +2,15 @@
 
 #include "engine/completion/FinishedFile.h"
 #include "model/SetName.h"
+#include "platform/storage/CarefulMove.h"
+#include "platform/storage/Trash.h"
 #include "text/FileName.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
-#include <cstdio>
+#include <cerrno>
 
 namespace vormel {
 
@@ -24,6 +25,18 @@ ItemPtr partnerIn(const QString& base, const ItemTable& table, bool (*isPartner)
     return found == set.end() ? nullptr : *found;
 }
 
+/// 0, or the system's error number. Nothing is gone before the newcomer is there.
+int moveInPlaceOf(const QString& path, const QString& target, Trash& trash)
+{
+    const int error = moveWithoutReplacing(path, target);
+    if (error != EEXIST || QFileInfo(target).isDir())
+        return error;
+    const int exchangeError = exchangeFiles(path, target);
+    if (exchangeError == 0)
+        static_cast<void>(trash.moveToTrash(path)); // where it cannot, what was there stays at the newcomer's place
+    return exchangeError;
+}
+
 } // namespace
 
 ItemPtr firstVolumeBeside(const DownloadItem& item, const ItemTable& table)
@@ -36,7 +49,7 @@ ItemPtr volumeOnDisk(const QString& base, const ItemTable& table)
     return partnerIn(base, table, &isRarPart);
 }
 
-QString broughtToItsArchive(const DownloadItem& rev, const QString& path, const ItemTable& table)
+QString broughtToItsArchive(const DownloadItem& rev, const QString& path, const ItemTable& table, Trash& trash)
 {
     const ItemPtr partner = volumeOnDisk(setBaseName(rev.filename()), table);
     const QFileInfo arrived(path);
@@ -47,8 +60,7 @@ QString broughtToItsArchive(const DownloadItem& rev, const QString& path, const 
     if (isFileOfAnother(rev, target, table))
         return path;
     QDir().mkpath(folder);
-    // In one step: nothing may be gone before the newcomer is there.
-    return ::rename(QFile::encodeName(path).constData(), QFile::encodeName(target).constData()) == 0 ? target : path;
+    return moveInPlaceOf(path, target, trash) == 0 ? target : path;
 }
 
 } // namespace vormel

@@ -15,6 +15,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cerrno>
+
 namespace vormel {
 
 namespace {
@@ -39,10 +41,11 @@ bool isFailure(TransferEnd::Reason reason)
 
 } // namespace
 
-TransferCompletion::TransferCompletion(ItemTable& table, const AppSettings& settings, Clock& clock,
+TransferCompletion::TransferCompletion(ItemTable& table, const AppSettings& settings, Clock& clock, Trash& trash,
                                        PostDownload& postDownload, NetworkRecovery& recovery, Queue& queue)
     : m_table(table)
     , m_settings(settings)
+    , m_trash(trash)
     , m_postDownload(postDownload)
     , m_recovery(recovery)
     , m_queue(queue)
@@ -174,14 +177,17 @@ QString TransferCompletion::destinationFor(DownloadItem& item, const TransferEnd
 
 void TransferCompletion::fileIsComplete(DownloadItem& item, const TransferEnd& end)
 {
-    MoveResult moved = moveToFinalPlace(*end.partPath, destinationFor(item, end));
+    const QString destination = destinationFor(item, end);
+    MoveResult moved = moveToFinalPlace(*end.partPath, destination);
+    if (moved.systemError == EXDEV) // the folder has changed since; a copy of what may be large takes its time
+        moved = moveToFinalPlace(*end.partPath, QFileInfo(*end.partPath).path() + u'/' + lastComponent(destination));
     if (moved.systemError != 0)
         return fail(item, fileErrorText(moved.systemError, m_settings));
     removeMarks(moved.path);
     item.setPartPlace(std::nullopt);
     const bool isRev = isRevName(moved.path);
     if (isRev)
-        moved.path = broughtToItsArchive(item, moved.path, m_table);
+        moved.path = broughtToItsArchive(item, moved.path, m_table, m_trash);
     item.setLocalPath(moved.path);
     item.setProgress(1.0);
     item.setStatus(DownloadStatus::completed);

@@ -10,6 +10,7 @@ namespace vormel {
 class AppSettings;
 class NetworkRecovery;
 class PostDownload;
+class Trash;
 
 /// Decides what the end of a transfer means for its item: a finished file, a page that came instead, a short file, a
 /// failure to try again, or one for good. UI thread only.
@@ -28,8 +29,8 @@ public:
     };
 
     /// All must outlive this.
-    TransferCompletion(ItemTable& table, const AppSettings& settings, Clock& clock, PostDownload& postDownload,
-                       NetworkRecovery& recovery, Queue& queue);
+    TransferCompletion(ItemTable& table, const AppSettings& settings, Clock& clock, Trash& trash,
+                       PostDownload& postDownload, NetworkRecovery& recovery, Queue& queue);
 
     void finishTransfer(DownloadItem& item, const TransferEnd& end);
 
@@ -64,6 +65,7 @@ private:
 
     ItemTable& m_table;
     const AppSettings& m_settings;
+    Trash& m_trash;
     PostDownload& m_postDownload;
     NetworkRecovery& m_recovery;
     Queue& m_queue;

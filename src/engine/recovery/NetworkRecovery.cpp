@@ -106,7 +106,7 @@ void NetworkRecovery::retryWithRevFiles(const std::vector<ItemPtr>& items)
             if (item->extractionStatus() == ExtractionStatus::failed)
                 item->setExtractionStatus(ExtractionStatus::idle);
         }
-        m_revFiles.allowRevFiles(base);
+        m_revFiles.fetchRevFiles(base);
     }
 }
 

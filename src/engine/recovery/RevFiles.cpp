@@ -41,13 +41,28 @@ bool RevFiles::mayFetch(const DownloadItem& item) const
 bool RevFiles::isComing(const DownloadItem& item) const
 {
     const DownloadStatus::Kind status = item.status().kind();
+    if (status == DownloadStatus::stopped || status == DownloadStatus::failed)
+        return false;
     return status == DownloadStatus::resolving || status == DownloadStatus::downloading || mayFetch(item);
 }
 
 bool RevFiles::allowRevFiles(const QString& base)
 {
+    return release(base, [this](const DownloadItem& item) { return !isAllowed(item.id()); });
+}
+
+void RevFiles::fetchRevFiles(const QString& base)
+{
+    release(base, [this](const DownloadItem& item) {
+        const DownloadStatus::Kind status = item.status().kind();
+        return !isAllowed(item.id()) || (status != DownloadStatus::queued && status != DownloadStatus::resolving);
+    });
+}
+
+bool RevFiles::release(const QString& base, const std::function<bool(const DownloadItem&)>& isWanted)
+{
     std::vector<ItemPtr> released = revItems(base);
-    std::erase_if(released, [this](const ItemPtr& item) { return isAllowed(item->id()) || isThereOrComing(*item); });
+    std::erase_if(released, [&](const ItemPtr& item) { return isThereOrComing(*item) || !isWanted(*item); });
     if (released.empty())
         return false;
     for (const ItemPtr& item : released) {

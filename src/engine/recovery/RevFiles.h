@@ -2,6 +2,8 @@
 
 #include "engine/queue/ItemTable.h"
 
+#include <functional>
+
 namespace vormel {
 
 class AppSettings;
@@ -31,12 +33,15 @@ public:
     /// May this recovery volume be fetched now?
     [[nodiscard]] bool mayFetch(const DownloadItem& item) const;
 
-    /// Is this recovery volume on its way, or may it be fetched now? Nothing waits for one that is not.
+    /// Is this recovery volume on its way, or may it be fetched as soon as it is its turn, or goes on? Nothing waits
+    /// for one that is not.
     [[nodiscard]] bool isComing(const DownloadItem& item) const;
 
     /// Lets the set's volumes through and queues them. False if there is none that was not let through before, or if
     /// all of those are there or coming.
     bool allowRevFiles(const QString& base);
+    /// The user's wish: the same also for volumes that were let through before and do not go on.
+    void fetchRevFiles(const QString& base);
     /// Has the set recovery volumes, of which none is left to fetch?
     [[nodiscard]] bool areAllThere(const QString& base) const;
     /// Has any set of these items a volume that is neither there nor coming?
@@ -45,6 +50,8 @@ public:
     void forget(const QSet<ItemId>& ids) { revAllowlist.subtract(ids); }
 
 private:
+    bool release(const QString& base, const std::function<bool(const DownloadItem&)>& isWanted);
+
     const ItemTable& m_table;
     const AppSettings& m_settings;
     Queue& m_queue;

@@ -31,13 +31,21 @@ void WaitingArchives::failed(const DownloadItem& item)
 void WaitingArchives::offItsWay(const DownloadItem& item)
 {
     if (isRevName(item.filename()) && !(item.status() == DownloadStatus::completed))
-        m_later([this, base = setBaseName(item.filename())] { lookAt(base); });
+        lookLaterAt(setBaseName(item.filename()));
 }
 
 void WaitingArchives::willBeRemoved(const DownloadItem& item)
 {
-    if (isRevName(item.filename()) && m_revFiles.isComing(item))
-        offItsWay(item);
+    const bool isThere = item.status() == DownloadStatus::completed;
+    const bool isAwaited =
+        isRevName(item.filename()) ? m_revFiles.isComing(item) : !(item.status() == DownloadStatus::failed);
+    if (isSetMember(item.filename()) && !isThere && isAwaited)
+        lookLaterAt(setBaseName(item.filename()));
+}
+
+void WaitingArchives::lookLaterAt(const QString& base)
+{
+    m_later([this, base] { lookAt(base); });
 }
 
 void WaitingArchives::lookAt(const QString& base)

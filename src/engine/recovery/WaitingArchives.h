@@ -30,6 +30,7 @@ public:
     void willBeRemoved(const DownloadItem& item);
 
 private:
+    void lookLaterAt(const QString& base);
     void lookAt(const QString& base);
 
     const ItemTable& m_table;

@@ -43,13 +43,6 @@ void applyResolved(DownloadItem& item, const ResolvedDownload& found, WallTime n
     item.setResolvedAt(now);
 }
 
-/// What somebody puts under the name of an item that has begun is its file only if it is as large.
-bool mayBeFileOf(const DownloadItem& item, const QString& path)
-{
-    const bool isBegun = item.partPlace() && item.totalBytes() >= 1 && item.localPath() != path;
-    return !isBegun || QFileInfo(path).size() == item.totalBytes();
-}
-
 } // namespace
 
 DownloadStarter::DownloadStarter(const Ports& ports)

@@ -48,13 +48,14 @@ std::unique_ptr<PartFile> ownFileAt(const QString& path, const DownloadItem& ite
     return file->isOpen() && isOwn(*file, item) ? std::move(file) : nullptr;
 }
 
-/// The item has got another name or folder since. Null if its bytes cannot come along.
+/// The item has got another name or folder since. On another disk its bytes stay where they are; null if they cannot
+/// come along for another reason.
 std::unique_ptr<PartFile> brought(std::unique_ptr<PartFile> file, const QString& usualPath)
 {
     const bool isInItsFolder = QFileInfo(file->path()).path() == QFileInfo(usualPath).path();
     for (int number = 0; number < mostNames; ++number) {
         const int error = file->moveTo(candidate(usualPath, number));
-        if (error == 0 || isInItsFolder)
+        if (error == 0 || error == EXDEV || isInItsFolder)
             return file;
         if (error != EEXIST)
             break;

@@ -41,4 +41,12 @@ int moveWithoutReplacing(const QString& from, const QString& to)
     return moveWithoutReplacing(AT_FDCWD, QFile::encodeName(from), AT_FDCWD, QFile::encodeName(to));
 }
 
+int exchangeFiles(const QString& one, const QString& other)
+{
+    const QByteArray names[] = {QFile::encodeName(one), QFile::encodeName(other)};
+    const bool isDone =
+        ::renameat2(AT_FDCWD, names[0].constData(), AT_FDCWD, names[1].constData(), RENAME_EXCHANGE) == 0;
+    return isDone ? 0 : errno;
+}
+
 } // namespace vormel

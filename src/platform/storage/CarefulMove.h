@@ -14,4 +14,8 @@ namespace vormel {
 /// The same for names in two open folders, which no link on the way can lead elsewhere.
 [[nodiscard]] int moveWithoutReplacing(int fromFolder, const QByteArray& from, int toFolder, const QByteArray& to);
 
+/// Lets two files change places in one step. 0, or the system's error number: EINVAL where the file system cannot. Any
+/// thread.
+[[nodiscard]] int exchangeFiles(const QString& one, const QString& other);
+
 } // namespace vormel

@@ -122,6 +122,7 @@ HeaderContent QueueModel::header(const QueueEntry& entry) const
 void QueueModel::insertItems(qsizetype first, qsizetype count)
 {
     GroupChanges changes(m_manager, rows());
+    noteRegrouped(changes);
     const std::vector<ItemPtr>& items = m_manager.items();
     for (qsizetype i = first; i < first + count; ++i)
         changes.noteItem(items[static_cast<std::size_t>(i)]);
@@ -136,6 +137,7 @@ void QueueModel::insertItems(qsizetype first, qsizetype count)
 void QueueModel::removeItems(const QSet<ItemId>& ids)
 {
     GroupChanges changes(m_manager, rows());
+    noteRegrouped(changes);
     bool isAnyHidden = false;
     for (const ItemId& id : ids) {
         isAnyHidden |= rows().find(id).entry == nullptr;
@@ -165,15 +167,22 @@ bool QueueModel::mayRegroup(const DownloadItem& item, ItemFields fields) const
     return !isPlain || isRevName(item.filename());
 }
 
-void QueueModel::tellChanges()
+/// The items' places as they are by now: groups are made of the queue as it stands, and know nothing of what is still
+/// to be told.
+void QueueModel::noteRegrouped(GroupChanges& changes) const
 {
-    const QHash<ItemId, ItemFields> changed = std::exchange(m_changed, {});
-    GroupChanges changes(m_manager, rows());
-    for (auto change = changed.begin(); change != changed.end(); ++change) {
+    for (auto change = m_changed.begin(); change != m_changed.end(); ++change) {
         const ItemPtr item = m_manager.item(change.key());
         if (item && mayRegroup(*item, *change))
             changes.noteItem(item);
     }
+}
+
+void QueueModel::tellChanges()
+{
+    GroupChanges changes(m_manager, rows());
+    noteRegrouped(changes);
+    const QHash<ItemId, ItemFields> changed = std::exchange(m_changed, {});
     follow(std::move(changes.changes()));
     tellRows(changed);
 }

@@ -48,6 +48,7 @@ private:
     void tellSpans(QueueEntry* parent, std::vector<int> unsorted);
     void tellAll();
     void tellHeader(const QString& groupId);
+    void noteRegrouped(GroupChanges& changes) const;
     [[nodiscard]] bool mayRegroup(const DownloadItem& item, ItemFields fields) const;
     [[nodiscard]] bool readLines(QueueEntry* parent, int row);
 

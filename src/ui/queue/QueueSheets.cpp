@@ -25,6 +25,15 @@ bool QueueSheets::eventFilter(QObject* watched, QEvent* event)
     return QObject::eventFilter(watched, event);
 }
 
+bool QueueSheets::isStillAsked(const Question& question) const
+{
+    if (const auto* const hosts = std::get_if<PendingHostSelection>(&question))
+        return m_manager.pendingHostSelection() == *hosts;
+    if (const auto* const password = std::get_if<PendingExtractionPassword>(&question))
+        return m_manager.pendingExtractionPassword() == *password;
+    return false;
+}
+
 QueueSheets::Question QueueSheets::pending() const
 {
     if (m_manager.pendingHostSelection())
@@ -36,14 +45,13 @@ QueueSheets::Question QueueSheets::pending() const
 
 void QueueSheets::follow()
 {
-    const Question now = pending();
     const bool isAsking = m_sheet && m_asked.index() != 0;
-    if (isAsking && m_asked != now)
+    if (isAsking && !isStillAsked(m_asked))
         dismiss();
     if (m_sheet || !m_page.isVisible())
         return;
-    m_asked = now;
-    std::visit([this](const auto& question) { ask(question); }, now);
+    m_asked = pending();
+    std::visit([this](const auto& question) { ask(question); }, Question(m_asked));
 }
 
 void QueueSheets::open(QDialog* sheet)

@@ -34,6 +34,8 @@ protected:
 private:
     using Question = std::variant<std::monostate, PendingHostSelection, PendingExtractionPassword>;
 
+    /// A sheet that is being answered gives way to no other question.
+    [[nodiscard]] bool isStillAsked(const Question& question) const;
     [[nodiscard]] Question pending() const;
     void follow();
     void open(QDialog* sheet);

@@ -71,9 +71,9 @@ TEST(PlainPaths, RecoveryVolumesAreKeptAwayByLinksToTheOthers)
     sandbox.write(QStringLiteral("a.part1.REV"), "x");
     EXPECT_EQ(PlainPaths(archive, {}, Recovery::leftBeside).archive(), archive);
     const PlainPaths paths(archive, {}, Recovery::keptAway);
-    EXPECT_EQ(QFileInfo(paths.archive()).dir().entryList(QDir::Files),
-              QStringList{QStringLiteral("archive.part1.rar")});
-    EXPECT_EQ(paths.realName(QStringLiteral("archive.part2.rar")), QStringLiteral("a.part2.rar"));
+    // By their own names, which a message of the tool may tell.
+    EXPECT_EQ(QFileInfo(paths.archive()).dir().entryList(QDir::Files), QStringList{QStringLiteral("a.part1.rar")});
+    EXPECT_EQ(paths.realName(QStringLiteral("a.part2.rar")), QStringLiteral("a.part2.rar"));
 }
 
 TEST(PlainPaths, AVolumeIsCalledByItsRealNameAlsoWhenItIsMissing)

@@ -60,6 +60,8 @@ TEST_F(HeaderPresenter, TellsWhatBecomesOfTheArchive)
     first.setExtractionStatus(ExtractionStatus::extracting);
     first.setExtractionProgress(0.42);
     EXPECT_EQ(extraction().extractionText, u"·  Checking / extracting…"); // without a figure that means nothing alone
+    first.setAwaitsExtractionTurn(true);
+    EXPECT_EQ(extraction().extractionText, u"·  Waiting for its turn to be extracted…");
     first.setExtractionStatus(ExtractionStatus::done);
     EXPECT_EQ(extraction().extractionText, u"·  Extracted");
     EXPECT_EQ(extraction(italian).extractionText, u"·  Estratto");

@@ -4,10 +4,12 @@
 #include "ui/Part.h"
 #include "ui/queue/DownloadQueueView.h"
 #include "ui/sheets/AddURLView.h"
+#include "ui/sheets/ArchivePasswordSheetView.h"
 #include "ui/sheets/HostButton.h"
 #include "ui/sheets/HostSelectionSheetView.h"
 
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
 
@@ -117,6 +119,24 @@ TEST_F(HostQuestionTest, CancellingOrClosingLeavesNothingInTheQueue)
     sheet()->close();
     EXPECT_TRUE(queue().isEmpty());
     EXPECT_EQ(workshop.manager().pendingHostSelection(), std::nullopt);
+}
+
+TEST_F(HostQuestionTest, LetsThePasswordOfAnArchiveBeTypedToItsEnd)
+{
+    workshop.tools.add(QStringLiteral("unrar"), "exit 11");
+    const ItemPtr archive = workshop.add(QStringLiteral("http://h/x.rar"));
+    archive->setLocalPath(workshop.sandbox.write(QStringLiteral("Downloads/x.rar"), "x"));
+    archive->setStatus(DownloadStatus::completed);
+    workshop.manager().retryExtraction(archive->id());
+    const auto passwordSheet = [this] { return page.findChild<ArchivePasswordSheetView*>(); };
+    ASSERT_TRUE(waitUntil([&] { return passwordSheet() != nullptr; }));
+    fixtures::partOf<QLineEdit>(*passwordSheet(), "archivePassword").setText(QStringLiteral("half"));
+    openContainer();
+    ASSERT_NE(passwordSheet(), nullptr);
+    EXPECT_EQ(fixtures::partOf<QLineEdit>(*passwordSheet(), "archivePassword").text(), u"half");
+    EXPECT_EQ(sheet(), nullptr);
+    passwordSheet()->reject();
+    EXPECT_TRUE(waitUntil([this] { return sheet() != nullptr; }));
 }
 
 TEST_F(HostQuestionTest, WaitsWhileAnotherSheetIsOpen)

@@ -246,6 +246,20 @@ TEST_F(QueueButtonsTest, TheMenuOffersToExtractAFinishedArchiveThatNothingWasDon
     EXPECT_EQ(menuTexts(plain()).front(), u"Retry");
 }
 
+TEST_F(QueueButtonsTest, TheMenuStopsARunAlsoOneThatWaitsForItsTurn)
+{
+    for (const bool isWaiting : {false, true}) {
+        for (const ItemPtr& item : items) {
+            item->setStatus(DownloadStatus::completed);
+            item->setExtractionStatus(ExtractionStatus::extracting);
+            item->setAwaitsExtractionTurn(isWaiting);
+        }
+        turnEventLoop();
+        EXPECT_EQ(menuTexts(plain()).front(), u"Stop extracting");
+        EXPECT_TRUE(menuTexts(header()).contains(u"Stop extracting"));
+    }
+}
+
 TEST_F(QueueButtonsTest, TheMenuOfAWholeGroupOffersToExtractIt)
 {
     for (int part : {0, 1}) {
