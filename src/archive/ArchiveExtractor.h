@@ -43,8 +43,8 @@ public:
     QCoro::Task<VolumeTest> verify(QString archive);
 
     /// Rebuilds missing and damaged volumes of a set out of its recovery volumes, by its first volume. Gives the paths
-    /// of what was rebuilt and of what that replaced. Whatever the tool says, unless it was killed: what it rebuilt is
-    /// kept. Throws when it failed and rebuilt nothing.
+    /// of what was rebuilt and of what that replaced. Whatever the tool says, what it rebuilt is kept, unless it was
+    /// killed. Throws when it failed and rebuilt nothing.
     [[nodiscard]] QCoro::Task<QStringList> repair(QString archive, std::stop_token stop = {});
 
     /// Is the tool there that can?

@@ -19,8 +19,8 @@ public:
 
     /// Is the item's archive, or the set that it is a part of, being worked on, or waiting for its turn?
     [[nodiscard]] virtual bool isWorkingOn(const ItemId& item) const = 0;
-    /// Ends that work. It leaves nothing behind, and the archive as it was; its state is idle soon after. Nothing
-    /// happens when there is none.
+    /// Ends that work. The archive stays as it was, and nothing is left behind unless the files were being placed
+    /// already; its state is idle soon after. Nothing happens when there is none.
     virtual void stopWorkOn(const ItemId& item) = 0;
 };
 

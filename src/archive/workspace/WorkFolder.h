@@ -47,8 +47,8 @@ private:
 };
 
 /// Removes what a killed program left in these folders: work folders that carry the mark, are this user's and are not
-/// locked, and empty ones that were not marked yet. Nothing else, ever. Looks at each folder itself, not at what is
-/// below it. Not for the UI thread.
+/// locked, and empty ones of such a name that were not marked yet. Nothing else, ever. Looks at each folder itself, not
+/// at what is below it. Not for the UI thread.
 void removeAbandonedWorkFolders(const QStringList& folders);
 
 } // namespace vormel

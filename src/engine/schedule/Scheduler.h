@@ -8,8 +8,8 @@ namespace vormel {
 class SchedulingRules
 {
 public:
-    /// Is the item held back, because a login is awaited, its start is under way already, or another transfer is
-    /// writing the very file that it would write?
+    /// Is the item held back, because a login is awaited, its start is under way already, its next try is not due,
+    /// or another transfer is writing the very file that it would write?
     [[nodiscard]] virtual bool isHeldBack(const DownloadItem& item) const = 0;
     /// May this recovery volume be fetched now?
     [[nodiscard]] virtual bool mayFetchRev(const DownloadItem& item) const = 0;

@@ -23,8 +23,9 @@ protected:
     }
     [[nodiscard]] QString anyName()
     {
-        static const std::array<QStringView, 9> names{u"a.part1.rar", u"a.part2.rar", u"a.part3.rar", u"a.part1.rev", u"b.part1.rar",
-                                      u"b.part2.rar", u"b.part2.rev", u"plain.zip",   u"other.zip"};
+        static const std::array<QStringView, 9> names{u"a.part1.rar", u"a.part2.rar", u"a.part3.rar",
+                                                      u"a.part1.rev", u"b.part1.rar", u"b.part2.rar",
+                                                      u"b.part2.rev", u"plain.zip",   u"other.zip"};
         return names[below(names.size())].toString();
     }
     [[nodiscard]] ItemPtr anyItem()
