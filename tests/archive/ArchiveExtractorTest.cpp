@@ -117,6 +117,19 @@ TEST_F(ArchiveExtractorTest, anEmptyPasswordCountsAsGivenAndIsNotPassedOn)
         EXPECT_EQ(call[3], u"-p-");
 }
 
+TEST_F(ArchiveExtractorTest, recoveryVolumesAreKeptFromUnrarWhereOurRepairCanUseThem)
+{
+    for (const char* name : {"a.part1.rar", "a.part1.rev"})
+        sandbox.write(QString::fromLatin1(name), "x");
+    const QByteArray seen = sandbox.path(QStringLiteral("seen")).toUtf8();
+    add("unrar", "ls \"${5%/*}\" >'" + seen + "'; exit 3");
+    static_cast<void>(extract(QStringLiteral("a.part1.rar")));
+    EXPECT_TRUE(sandbox.read(QStringLiteral("seen")).contains("a.part1.rev\n"));
+    add("rar");
+    static_cast<void>(extract(QStringLiteral("a.part1.rar")));
+    EXPECT_EQ(sandbox.read(QStringLiteral("seen")), "a.part1.rar\n");
+}
+
 TEST_F(ArchiveExtractorTest, withoutAToolForRarUnrarIsAskedFor)
 {
     const TaskEnd end = extract(QStringLiteral("a.rar"));

@@ -137,7 +137,6 @@ void QueueModel::insertItems(qsizetype first, qsizetype count)
 void QueueModel::removeItems(const QSet<ItemId>& ids)
 {
     GroupChanges changes(m_manager, rows());
-    noteRegrouped(changes);
     bool isAnyHidden = false;
     for (const ItemId& id : ids) {
         isAnyHidden |= rows().find(id).entry == nullptr;
