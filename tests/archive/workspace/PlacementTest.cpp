@@ -238,7 +238,7 @@ TEST_F(PlacementTest, veryDeepFoldersAreMovedAndMergedInto)
 TEST_F(PlacementTest, manyThousandFilesAreLookedOverPlacedAndRemoved)
 {
     constexpr int folders = 10;
-    constexpr int files = 3'000;
+    constexpr int files = 1'000;
     own(QStringLiteral("0/old"));
     for (int i = 0; i < folders; ++i) {
         unpacked(QString::number(i) + QStringLiteral("/new"));
