@@ -1,5 +1,6 @@
 #include "archive/PostDownloadPipeline.h"
 
+#include "archive/AbandonedRuns.h"
 #include "archive/ArchiveExtractor.h"
 #include "archive/CustomName.h"
 #include "archive/ExtractionError.h"
@@ -13,7 +14,6 @@
 #include "platform/async/Spawn.h"
 #include "platform/storage/Trash.h"
 
-#include <QDir>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -27,17 +27,6 @@ namespace {
 QString nameOf(const QString& path)
 {
     return QFileInfo(path).fileName();
-}
-
-/// Sets lie one folder below that of all downloads, and so do the results that the user named.
-QStringList withSubfolders(const QStringList& folders)
-{
-    QStringList all = folders;
-    for (const QString& folder : folders)
-        for (const QFileInfo& below :
-             QDir(folder).entryInfoList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot | QDir::NoSymLinks))
-            all << below.filePath();
-    return all;
 }
 
 } // namespace
@@ -97,7 +86,7 @@ void PostDownloadPipeline::stopWorkOn(const ItemId& id)
 
 void PostDownloadPipeline::removeAbandonedRuns(const QStringList& folders)
 {
-    const auto remove = [folders] { removeAbandonedWorkFolders(withSubfolders(folders)); };
+    const auto remove = [folders] { vormel::removeAbandonedRuns(folders); };
     spawn(m_background.run(remove));
 }
 
@@ -376,7 +365,7 @@ QString PostDownloadPipeline::destinationOf(const ReadyArchive& archive, const Q
 std::function<void()> PostDownloadPipeline::disposal(const Run& run, const QStringList& placed)
 {
     const AppSettings& settings = m_ports.settings;
-    const QStringList recoveryVolumes = removeRevItems(run.archive.base);
+    const QStringList recoveryVolumes = m_ports.queue.dropRevItems(run.archive.base);
     SpentArchive spent{run.archive.path, run.sources, {run.destination, settings.downloadFolderPath.value()}};
     spent.filesOfOthers = m_ports.queue.filesOfItems(finishedMembers(run));
     spent.filesOfOthers.unite(QSet<QString>(placed.begin(), placed.end()));
@@ -398,23 +387,6 @@ QSet<ItemId> PostDownloadPipeline::finishedMembers(const Run& run) const
         return item && !(item->status() == DownloadStatus::completed);
     });
     return finished;
-}
-
-/// The recovery volumes are of no more use. Their files come back.
-QStringList PostDownloadPipeline::removeRevItems(const QString& base)
-{
-    QSet<ItemId> ids;
-    QStringList paths;
-    for (const ItemPtr& item : m_ports.queue.itemsOfSet(base)) {
-        if (!isRevName(item->filename()))
-            continue;
-        ids.insert(item->id());
-        if (item->localPath())
-            paths << *item->localPath();
-    }
-    if (!ids.isEmpty())
-        m_ports.queue.dropRevItems(ids);
-    return paths;
 }
 
 } // namespace vormel

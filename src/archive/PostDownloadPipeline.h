@@ -50,8 +50,9 @@ public:
         /// False if there is nothing to let through.
         virtual bool allowRevFiles(const QString& base) = 0;
         virtual void askExtractionPassword(PendingExtractionPassword question) = 0;
-        /// Ends the transfers of the recovery volumes, and takes them out of the queue for good.
-        virtual void dropRevItems(const QSet<ItemId>& ids) = 0;
+        /// Ends the transfers of the set's recovery volumes, and takes them out of the queue for good. Their finished
+        /// files come back.
+        [[nodiscard]] virtual QStringList dropRevItems(const QString& base) = 0;
         virtual void clearExtracted() = 0;
         virtual void saveQueue() = 0;
 
@@ -140,7 +141,6 @@ private:
     /// The run on the item's archive, or that has its file.
     [[nodiscard]] RunPtr runOf(const ItemId& id) const;
     [[nodiscard]] QString destinationOf(const ReadyArchive& archive, const QString& customName) const;
-    [[nodiscard]] QStringList removeRevItems(const QString& base);
 
     Ports m_ports;
     Background m_background;

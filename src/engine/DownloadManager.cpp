@@ -394,13 +394,20 @@ QSet<QString> DownloadManager::filesOfItems(const QSet<ItemId>& leftOut) const
     return vormel::filesOfItems(m_table.items(), paths(), leftOut);
 }
 
-void DownloadManager::dropRevItems(const QSet<ItemId>& ids)
+QStringList DownloadManager::dropRevItems(const QString& base)
 {
-    for (const ItemId& id : ids)
-        if (const ItemPtr item = m_table.find(id))
-            removePart(*item, paths().partFile(item->filename()));
+    QSet<ItemId> ids;
+    QStringList files;
+    for (const ItemPtr& item : m_revFiles.revItems(base)) {
+        removePart(*item, paths().partFile(item->filename()));
+        ids.insert(item->id());
+        if (item->localPath())
+            files << *item->localPath();
+    }
     m_revFiles.forget(ids);
-    m_commands.removeItems(ids);
+    if (!ids.isEmpty())
+        m_commands.removeItems(ids);
+    return files;
 }
 
 } // namespace vormel

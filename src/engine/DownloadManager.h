@@ -156,7 +156,7 @@ private:
     [[nodiscard]] QSet<QString> filesOfItems(const QSet<ItemId>& leftOut) const override;
     bool allowRevFiles(const QString& base) override { return m_revFiles.allowRevFiles(base); }
     void askExtractionPassword(PendingExtractionPassword question) override;
-    void dropRevItems(const QSet<ItemId>& ids) override;
+    QStringList dropRevItems(const QString& base) override;
 
     void restoreQueue();
     void applySpeedLimit();

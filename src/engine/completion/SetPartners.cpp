@@ -31,10 +31,11 @@ int moveInPlaceOf(const QString& path, const QString& target, Trash& trash)
     const int error = moveWithoutReplacing(path, target);
     if (error != EEXIST || QFileInfo(target).isDir())
         return error;
-    const int exchangeError = exchangeFiles(path, target);
-    if (exchangeError == 0)
+    if (exchangeFiles(path, target) == 0) {
         static_cast<void>(trash.moveToTrash(path)); // where it cannot, what was there stays at the newcomer's place
-    return exchangeError;
+        return 0;
+    }
+    return trash.moveToTrash(target) ? moveWithoutReplacing(path, target) : error;
 }
 
 } // namespace

@@ -45,7 +45,14 @@ void WaitingArchives::willBeRemoved(const DownloadItem& item)
 
 void WaitingArchives::lookLaterAt(const QString& base)
 {
-    m_later([this, base] { lookAt(base); });
+    // One look for however many rows go at once.
+    if (m_due.contains(base))
+        return;
+    m_due.insert(base);
+    m_later([this, base] {
+        m_due.remove(base);
+        lookAt(base);
+    });
 }
 
 void WaitingArchives::lookAt(const QString& base)

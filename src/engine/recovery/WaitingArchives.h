@@ -38,6 +38,7 @@ private:
     const RevFiles& m_revFiles;
     PostDownload& m_postDownload;
     Later m_later;
+    QSet<QString> m_due; ///< base names of sets that are about to be looked at
 };
 
 } // namespace vormel
