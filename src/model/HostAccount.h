@@ -1,23 +1,13 @@
 #pragma once
 
+#include "model/HostProfile.h"
+
 #include <QString>
 #include <QUuid>
 
-#include <optional>
 #include <vector>
 
 namespace vormel {
-
-/// The premium file hosts. What is stored, what is shown and the web domain are three different texts.
-enum class SupportedHost
-{
-    filestore,
-    terabytez,
-};
-
-[[nodiscard]] QString rawValue(SupportedHost host);
-[[nodiscard]] QString displayName(SupportedHost host);
-[[nodiscard]] std::optional<SupportedHost> supportedHostFromRawValue(QStringView value);
 
 /// One login at a premium host. The password is kept elsewhere.
 struct HostAccount

@@ -1,10 +1,24 @@
 #include "model/HostGroups.h"
 
-#include "config/Services.h"
+#include "model/HostProfile.h"
 
 #include <algorithm>
 
 namespace vormel {
+
+namespace {
+
+/// Null for a host or name that is none of the premium hosts'.
+const HostProfile* profileNamedIn(QStringView name)
+{
+    const std::span<const HostProfile> profiles = hostProfiles();
+    const auto found = std::find_if(profiles.begin(), profiles.end(), [name](const HostProfile& profile) {
+        return name.contains(profile.groupFragment, Qt::CaseInsensitive);
+    });
+    return found == profiles.end() ? nullptr : &*found;
+}
+
+} // namespace
 
 QString plainHost(const Link& url)
 {
@@ -19,18 +33,14 @@ QString plainHost(const Link& url)
 QString hostGroupLabel(const Link& url)
 {
     QString host = plainHost(url);
-    if (host.contains(u"terabytez"))
-        return terabytezDisplayName;
-    if (host.contains(u"filestore"))
-        return filestoreDisplayName;
-    return host;
+    const HostProfile* const profile = profileNamedIn(host);
+    return profile ? profile->label : host;
 }
 
 int hostSortRank(QStringView name)
 {
-    if (name.contains(u"terabytez", Qt::CaseInsensitive))
-        return 0;
-    return name.contains(u"filestore", Qt::CaseInsensitive) ? 1 : 2;
+    const HostProfile* const profile = profileNamedIn(name);
+    return profile ? profile->rank : static_cast<int>(hostProfiles().size());
 }
 
 void sortHostGroups(std::vector<PendingHostSelection::HostGroup>& groups)

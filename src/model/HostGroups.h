@@ -11,7 +11,7 @@ namespace vormel {
 /// The host in small letters without a leading "www."; "unknown" without a host.
 [[nodiscard]] QString plainHost(const Link& url);
 
-/// Terabytez first, then Filestore, then all others.
+/// The rank of the premium host that is named; all others come behind those.
 [[nodiscard]] int hostSortRank(QStringView name);
 
 /// The links by group label, each group in the order of the links; groups by rank, then by name.

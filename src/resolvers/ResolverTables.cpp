@@ -1,19 +1,6 @@
 #include "resolvers/ResolverTables.h"
 
-#include "config/Services.h"
-
 namespace vormel {
-
-namespace {
-
-bool belongsTo(SupportedHost supported, const QString& host)
-{
-    if (supported == SupportedHost::terabytez)
-        return host.contains(u"terabytez.");
-    return host.contains(filestoreDomain);
-}
-
-} // namespace
 
 ResolverTables::ResolverTables(std::vector<std::unique_ptr<HostResolver>> hosts,
                                std::vector<std::unique_ptr<ContainerResolver>> containers)
@@ -32,11 +19,8 @@ const ContainerResolver* ResolverTables::containerResolverForURL(const Link& url
 
 const HostResolver* ResolverTables::hostResolverForURL(const Link& url) const
 {
-    const QString host = url.host().toString().toLower();
-    if (host.isEmpty())
-        return nullptr;
     for (const auto& resolver : m_hosts) {
-        if (belongsTo(resolver->supportedHost(), host))
+        if (isLinkOf(profileOf(resolver->supportedHost()), url))
             return resolver.get();
     }
     return nullptr;

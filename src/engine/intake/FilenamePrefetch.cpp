@@ -76,8 +76,7 @@ void FilenamePrefetch::advance(const std::shared_ptr<Run>& run)
 const HostAccount* FilenamePrefetch::accountFor(const DownloadItem& item) const
 {
     const Link& url = item.originalURL();
-    // Names of this service come from its web session alone.
-    if (!isWaiting(item) || url.host().contains(u"terabytez.", Qt::CaseInsensitive))
+    if (!isWaiting(item) || !mayLookUpNames(url))
         return nullptr;
     if (!m_settings.downloadRevFiles.value() && isRevName(url.lastPathComponent()))
         return nullptr;

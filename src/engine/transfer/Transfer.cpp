@@ -1,11 +1,10 @@
 #include "engine/transfer/Transfer.h"
 
-#include "config/Services.h"
 #include "engine/transfer/AnswerRules.h"
 #include "engine/transfer/ContentHeaders.h"
+#include "model/HostProfile.h"
 #include "text/PercentCoding.h"
 
-#include <array>
 #include <cerrno>
 
 namespace vormel {
@@ -16,15 +15,6 @@ namespace {
 constexpr qsizetype largestPage = 8192;
 
 } // namespace
-
-bool isTlsTrustedHost(const QString& host)
-{
-    // The second is cut after its first dot, so that mirrors under other top-level domains pass.
-    static const std::array<QLatin1StringView, 2> tlsTrustedHostFragments{
-        filestoreDomain, terabytezDomain.first(terabytezDomain.indexOf(QLatin1Char('.')) + 1)};
-    return std::any_of(tlsTrustedHostFragments.begin(), tlsTrustedHostFragments.end(),
-                       [&host](QLatin1StringView fragment) { return host.contains(fragment); });
-}
 
 Transfer::Transfer(TransferOrder order, quint64 serial, std::unique_ptr<PartFile> file, std::mutex& ioLock,
                    const Clock& clock, Listener& listener)

@@ -99,7 +99,4 @@ private:
     TransferEnd m_end;
 };
 
-/// Hosts whose certificates are accepted unexamined, by a substring of their names in small letters.
-[[nodiscard]] bool isTlsTrustedHost(const QString& host);
-
 } // namespace vormel
