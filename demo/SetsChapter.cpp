@@ -134,11 +134,12 @@ Step SetsChapter::askPassword()
 
 Step SetsChapter::tryWrongPassword()
 {
-    return {.title = QStringLiteral("Answering with a wrong password"),
-            .begin = [this] { m_stage.manager.submitExtractionPassword(m_secret.set().password.toUpper()); },
-            .goal = QStringLiteral("asked again: the window says that it was wrong"),
-            .missing = [this] { return missingQuestion(true); },
-            .screenshot = QStringLiteral("11-wrong-password.png")};
+    return {
+        .title = QStringLiteral("Answering with a wrong password"),
+        .begin = [this] { m_stage.manager.questions().submitExtractionPassword(m_secret.set().password.toUpper()); },
+        .goal = QStringLiteral("asked again: the window says that it was wrong"),
+        .missing = [this] { return missingQuestion(true); },
+        .screenshot = QStringLiteral("11-wrong-password.png")};
 }
 
 Step SetsChapter::extract()
@@ -149,7 +150,7 @@ Step SetsChapter::extract()
     };
     const auto begin = [this] {
         setOpen(m_secret.set(), true);
-        m_stage.manager.submitExtractionPassword(m_secret.set().password);
+        m_stage.manager.questions().submitExtractionPassword(m_secret.set().password);
     };
     return {.title = QStringLiteral("Answering with the right password"),
             .begin = begin,
@@ -232,7 +233,7 @@ QString SetsChapter::missingUnderWay() const
 
 QString SetsChapter::missingQuestion(bool afterWrongPassword) const
 {
-    const std::optional<PendingExtractionPassword> question = m_stage.manager.pendingExtractionPassword();
+    const std::optional<PendingExtractionPassword> question = m_stage.manager.questions().pendingExtractionPassword();
     if (!question)
         return QStringLiteral("there is no question");
     if (question->archiveName != m_secret.set().name)

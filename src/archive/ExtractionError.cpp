@@ -26,11 +26,6 @@ constexpr int badPasswordCode = 11;
 
 } // namespace
 
-ArchiveError::ArchiveError(const QString& description)
-    : m_description(description)
-    , m_what(description.toUtf8())
-{}
-
 ToolStopped::ToolStopped()
     : ArchiveError(QStringLiteral("Stopped"))
 {}

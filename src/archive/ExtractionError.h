@@ -1,26 +1,17 @@
 #pragma once
 
 #include "archive/tools/ToolReason.h"
+#include "text/DescribedError.h"
 
-#include <QString>
-
-#include <exception>
 #include <optional>
 
 namespace vormel {
 
-/// Anything that ends archive work early. The description is the user's message, in English whatever the language.
-class ArchiveError : public std::exception
+/// Anything that ends archive work early.
+class ArchiveError : public DescribedError
 {
 public:
-    explicit ArchiveError(const QString& description);
-
-    [[nodiscard]] const QString& errorDescription() const { return m_description; }
-    [[nodiscard]] const char* what() const noexcept override { return m_what.constData(); }
-
-private:
-    QString m_description;
-    QByteArray m_what;
+    using DescribedError::DescribedError;
 };
 
 /// A tool that could not be started; described in the system's words.

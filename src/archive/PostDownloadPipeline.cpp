@@ -151,7 +151,7 @@ QCoro::Task<> PostDownloadPipeline::work(RunPtr run)
 {
     const Lifetime::Watch lifetime = m_lifetime.watch();
     const ItemPtr target = run->archive.target;
-    const ToolTurns::Turn turn = co_await m_turns.take(target->id());
+    const Turn turn = co_await m_turns.take(target->id());
     if (lifetime.isOver())
         co_return;
     target->setAwaitsExtractionTurn(false);

@@ -5,29 +5,6 @@
 
 namespace vormel {
 
-ToolTurns::Turn::Turn(ToolTurns& owner)
-    : m_owner(&owner)
-    , m_ownersLife(owner.m_lifetime.watch())
-{}
-
-ToolTurns::Turn::Turn(Turn&& other) noexcept
-    : m_owner(std::exchange(other.m_owner, nullptr))
-    , m_ownersLife(std::exchange(other.m_ownersLife, std::nullopt))
-{}
-
-ToolTurns::Turn& ToolTurns::Turn::operator=(Turn&& other) noexcept
-{
-    std::swap(m_owner, other.m_owner);
-    std::swap(m_ownersLife, other.m_ownersLife);
-    return *this;
-}
-
-ToolTurns::Turn::~Turn()
-{
-    if (m_owner && !m_ownersLife->isOver())
-        m_owner->giveBack();
-}
-
 ToolTurns::ToolTurns(Place place)
     : m_place(std::move(place))
 {}
@@ -38,14 +15,14 @@ ToolTurns::~ToolTurns()
     const WaitingList abandoned = std::exchange(m_waiting, {});
 }
 
-Eventual<ToolTurns::Turn> ToolTurns::take(const ItemId& id)
+Eventual<Turn> ToolTurns::take(const ItemId& id)
 {
     auto waiting = std::make_unique<Waiting>();
     waiting->id = id;
     Eventual<Turn> eventual = waiting->source.eventual();
     if (isAnyFree()) {
         --m_free;
-        waiting->source.deliver(Turn(*this));
+        waiting->source.deliver(newTurn());
     } else {
         m_waiting.push_back(std::move(waiting));
     }
@@ -66,6 +43,14 @@ ToolTurns::WaitingList::iterator ToolTurns::find(const ItemId& id)
     return std::find_if(m_waiting.begin(), m_waiting.end(), [&id](const auto& waiting) { return waiting->id == id; });
 }
 
+Turn ToolTurns::newTurn()
+{
+    return Turn([this, lifetime = m_lifetime.watch()] {
+        if (!lifetime.isOver())
+            giveBack();
+    });
+}
+
 void ToolTurns::giveBack()
 {
     ++m_free;
@@ -84,7 +69,7 @@ void ToolTurns::callNext()
     const std::unique_ptr<Waiting> called = std::move(*next);
     m_waiting.erase(next);
     --m_free;
-    called->source.deliver(Turn(*this));
+    called->source.deliver(newTurn());
 }
 
 } // namespace vormel

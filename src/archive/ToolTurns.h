@@ -3,6 +3,7 @@
 #include "model/ItemId.h"
 #include "platform/async/Eventual.h"
 #include "platform/async/Lifetime.h"
+#include "platform/async/Turn.h"
 
 #include <QObject>
 
@@ -20,33 +21,13 @@ public:
     /// Where an item stands in the queue.
     using Place = std::function<std::size_t(const ItemId&)>;
 
-    /// The right to work; given back by its end, which may come after that of the ToolTurns.
-    class Turn
-    {
-    public:
-        Turn() = default;
-        explicit Turn(ToolTurns& owner);
-        Turn(Turn&& other) noexcept;
-        Turn& operator=(Turn&& other) noexcept;
-        Turn(const Turn&) = delete;
-        Turn& operator=(const Turn&) = delete;
-        ~Turn();
-
-        /// False for one that was never given.
-        [[nodiscard]] bool isGiven() const { return m_owner != nullptr; }
-
-    private:
-        ToolTurns* m_owner = nullptr;
-        std::optional<Lifetime::Watch> m_ownersLife;
-    };
-
     explicit ToolTurns(Place place);
     ToolTurns(const ToolTurns&) = delete;
     ToolTurns& operator=(const ToolTurns&) = delete;
     ~ToolTurns();
 
     /// Comes at once where a turn is free and nobody waits. One that is withdrawn, or still waiting when this goes, is
-    /// not given.
+    /// not given. A turn may end after this.
     [[nodiscard]] Eventual<Turn> take(const ItemId& id);
     void withdraw(const ItemId& id);
     /// For one who comes now?
@@ -60,6 +41,7 @@ private:
     };
     using WaitingList = std::vector<std::unique_ptr<Waiting>>;
 
+    [[nodiscard]] Turn newTurn();
     void giveBack();
     void callNext();
     [[nodiscard]] WaitingList::iterator find(const ItemId& id);

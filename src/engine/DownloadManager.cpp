@@ -29,10 +29,10 @@ DownloadManager::DownloadManager(const Platform& platform, const Collaborators& 
                         [this](std::function<void()> action) { later(std::move(action)); })
     , m_session(platform.http, platform.fileSync, platform.clock, *this)
     , m_completion(m_table, m_settings, platform.clock, platform.trash, m_pipeline, m_recovery, *this)
-    , m_starter(
-          {m_table, m_settings, platform.clock, m_resolvers, m_session, m_completion, m_pipeline, m_recovery, *this})
+    , m_starter({m_table, m_settings, platform.clock, m_resolvers, m_session, m_completion, m_pipeline, m_recovery,
+                 m_questions, *this})
     , m_prefetch(m_table, m_settings, m_resolvers, *this)
-    , m_intake({m_table, m_settings, m_resolvers, m_completion, m_pipeline, *this})
+    , m_intake({m_table, m_settings, m_resolvers, m_completion, m_pipeline, m_questions, *this})
     , m_commands({m_table, m_settings, m_session, m_starter, m_completion, m_recovery, m_pipeline, m_intake,
                   platform.trash, *this})
     , m_verification(m_table, collaborators.extractor, m_commands, m_pipeline)
@@ -40,6 +40,7 @@ DownloadManager::DownloadManager(const Platform& platform, const Collaborators& 
     applySpeedLimit();
     restoreQueue();
     prefetchFilenames();
+    followQuestions();
     connect(&m_settings, &AppSettings::changed, this, &DownloadManager::changed);
     connect(&m_settings, &AppSettings::downloadRevFilesSet, this, [this] { processQueue(); });
     // The queue leaves out where part files lie in this folder.
@@ -48,6 +49,20 @@ DownloadManager::DownloadManager(const Platform& platform, const Collaborators& 
 }
 
 DownloadManager::~DownloadManager() = default;
+
+void DownloadManager::followQuestions()
+{
+    connect(&m_questions, &Questions::changed, this, &DownloadManager::changed);
+    connect(&m_questions, &Questions::captchaSolved, this,
+            [this](const PendingCaptcha& question, const auto& urls) { m_intake.addCaptchaLinks(question, urls); });
+    connect(&m_questions, &Questions::captchaCancelled, this,
+            [this](const PendingCaptcha& question) { m_intake.cancelCaptcha(question); });
+    connect(&m_questions, &Questions::hostsChosen, this, &DownloadManager::addDirectURLs);
+    connect(&m_questions, &Questions::extractionPasswordGiven, this,
+            [this](const ItemId& id, const QString& password) { m_pipeline.extractWithPassword(id, password); });
+    connect(&m_questions, &Questions::signedIn, this, &DownloadManager::processQueue);
+    connect(&m_questions, &Questions::signInCancelled, this, &DownloadManager::signInCancelled);
+}
 
 void DownloadManager::setAccounts(std::vector<HostAccount> accounts)
 {
@@ -185,11 +200,8 @@ void DownloadManager::tableShrank(const QSet<ItemId>& ids)
 {
     m_queueFile.noteRemoval(ids);
     m_intake.forget(ids);
-    for (const ItemId& id : ids)
-        m_signIns.forget(id);
     Q_EMIT itemsRemoved(ids);
-    if (std::erase_if(m_pendingPasswords, [&ids](const auto& asked) { return ids.contains(asked.itemID); }) > 0)
-        Q_EMIT changed();
+    m_questions.forget(ids);
 }
 
 void DownloadManager::tableReordered()
@@ -212,7 +224,7 @@ void DownloadManager::statusChanged(DownloadItem& item)
 {
     if (!(item.status() == DownloadStatus::queued)) {
         m_completion.endWait(item.id());
-        m_signIns.forget(item.id());
+        m_questions.forgetLogin(item.id());
     }
     if (item.status() == DownloadStatus::failed)
         m_waitingArchives.failed(item);
@@ -227,7 +239,8 @@ void DownloadManager::tableSlotFreed(DownloadItem& item)
 
 bool DownloadManager::isHeldBack(const DownloadItem& item) const
 {
-    if (m_startsUnderWay.contains(item.id()) || m_signIns.isAwaited(item.id()) || m_completion.isWaiting(item.id()))
+    if (m_startsUnderWay.contains(item.id()) || m_questions.isLoginAwaited(item.id()) ||
+        m_completion.isWaiting(item.id()))
         return true;
     return m_session.isFetching(paths().finalFile(item.filename()));
 }
@@ -284,94 +297,19 @@ void DownloadManager::transferEnded(const ItemId& id, TransferEnd end)
     m_completion.finishTransfer(*m_table.find(id), end);
 }
 
-void DownloadManager::awaitLogin(const ItemId& id, SupportedHost host)
+void DownloadManager::askExtractionPassword(PendingExtractionPassword question)
 {
-    if (m_signIns.await(id, host))
-        Q_EMIT changed();
+    if (m_table.find(question.itemID))
+        m_questions.ask(std::move(question));
 }
 
-void DownloadManager::loginSucceeded()
+void DownloadManager::signInCancelled(const QSet<ItemId>& waiting)
 {
-    m_signIns.answered();
-    Q_EMIT changed();
-    processQueue();
-}
-
-void DownloadManager::cancelLogin()
-{
-    for (const ItemId& id : m_signIns.answered()) {
+    for (const ItemId& id : waiting) {
         DownloadItem& item = *m_table.find(id);
         item.setStatus(DownloadStatus::failure(ResolverError::authenticationFailed().errorDescription()));
         m_recovery.scheduleRecoveryCheck(item);
     }
-    Q_EMIT changed();
-}
-
-void DownloadManager::setPendingCaptcha(std::optional<PendingCaptcha> question)
-{
-    m_pendingCaptcha = std::move(question);
-    Q_EMIT changed();
-}
-
-void DownloadManager::addCaptchaLinks(const std::vector<Link>& urls)
-{
-    if (m_pendingCaptcha)
-        m_intake.addCaptchaLinks(*m_pendingCaptcha, urls);
-}
-
-void DownloadManager::cancelCaptcha()
-{
-    if (m_pendingCaptcha)
-        m_intake.cancelCaptcha(*m_pendingCaptcha);
-}
-
-void DownloadManager::setPendingHostSelection(std::optional<PendingHostSelection> question)
-{
-    m_pendingHostSelection = std::move(question);
-    Q_EMIT changed();
-}
-
-void DownloadManager::confirmHostSelection(const std::vector<Link>& urls)
-{
-    setPendingHostSelection(std::nullopt);
-    addDirectURLs(urls);
-}
-
-void DownloadManager::cancelHostSelection()
-{
-    setPendingHostSelection(std::nullopt);
-}
-
-std::optional<PendingExtractionPassword> DownloadManager::pendingExtractionPassword() const
-{
-    return m_pendingPasswords.empty() ? std::nullopt : std::optional(m_pendingPasswords.front());
-}
-
-void DownloadManager::askExtractionPassword(PendingExtractionPassword question)
-{
-    const bool isAsked = std::any_of(m_pendingPasswords.begin(), m_pendingPasswords.end(),
-                                     [&](const auto& asked) { return asked.itemID == question.itemID; });
-    if (isAsked || !m_table.find(question.itemID))
-        return;
-    m_pendingPasswords.push_back(std::move(question));
-    Q_EMIT changed();
-}
-
-void DownloadManager::submitExtractionPassword(const QString& password)
-{
-    if (m_pendingPasswords.empty())
-        return;
-    const ItemId id = m_pendingPasswords.front().itemID;
-    cancelExtractionPassword();
-    m_pipeline.extractWithPassword(id, password);
-}
-
-void DownloadManager::cancelExtractionPassword()
-{
-    if (m_pendingPasswords.empty())
-        return;
-    m_pendingPasswords.pop_front();
-    Q_EMIT changed();
 }
 
 std::span<const ItemPtr> DownloadManager::itemsOfSet(const QString& base) const

@@ -8,6 +8,7 @@
 #include "engine/groups/GroupNames.h"
 #include "engine/intake/FilenamePrefetch.h"
 #include "engine/intake/LinkIntake.h"
+#include "engine/questions/Questions.h"
 #include "engine/queue/ItemTable.h"
 #include "engine/queue/QueueFile.h"
 #include "engine/recovery/NetworkRecovery.h"
@@ -15,14 +16,11 @@
 #include "engine/recovery/WaitingArchives.h"
 #include "engine/schedule/DownloadStarter.h"
 #include "engine/schedule/Scheduler.h"
-#include "engine/schedule/SignIns.h"
 #include "engine/transfer/TransferSession.h"
 #include "model/AppSettings.h"
 #include "platform/Platform.h"
 
 #include <QObject>
-
-#include <deque>
 
 namespace vormel {
 
@@ -89,23 +87,8 @@ public:
     void retryExtraction(const ItemId& id) { m_pipeline.retryExtraction(id); }
     void stopExtraction(const ItemId& id) { m_pipeline.stopWorkOn(id); }
 
-    // The questions to the user. While one is set, its sheet is shown; the answer is one of the operations below it.
-    [[nodiscard]] const std::optional<PendingCaptcha>& pendingCaptcha() const { return m_pendingCaptcha; }
-    void addCaptchaLinks(const std::vector<Link>& urls);
-    void cancelCaptcha();
-    [[nodiscard]] const std::optional<PendingHostSelection>& pendingHostSelection() const
-    {
-        return m_pendingHostSelection;
-    }
-    void confirmHostSelection(const std::vector<Link>& urls);
-    void cancelHostSelection();
-    [[nodiscard]] const std::optional<SupportedHost>& pendingLogin() const { return m_signIns.pendingLogin(); }
-    void loginSucceeded();
-    void cancelLogin();
-    /// The first of the archives that wait for theirs.
-    [[nodiscard]] std::optional<PendingExtractionPassword> pendingExtractionPassword() const;
-    void submitExtractionPassword(const QString& password);
-    void cancelExtractionPassword();
+    /// What the user is asked. While a question is put, its sheet is shown.
+    [[nodiscard]] Questions& questions() { return m_questions; }
 
     /// The orderly end: closes every part file and has the queue on disk before it returns.
     void shutDown();
@@ -139,13 +122,10 @@ private:
     void transferEnded(const ItemId& id, TransferEnd end) override;
     // DownloadStarter::Queue
     [[nodiscard]] bool isRevHeldBack(const DownloadItem& item) const override;
-    void awaitLogin(const ItemId& id, SupportedHost host) override;
     // FilenamePrefetch::Queue and LinkIntake::Queue
     void prefetchFilenames() override;
     void dropDuplicates(const QSet<ItemId>& ids) override;
     void later(std::function<void()> action) override;
-    void setPendingCaptcha(std::optional<PendingCaptcha> question) override;
-    void setPendingHostSelection(std::optional<PendingHostSelection> question) override;
     // QueueCommands::Queue
     void startAhead(const std::vector<ItemPtr>& items) override;
     // PostDownloadPipeline::Queue
@@ -159,6 +139,8 @@ private:
     QStringList dropRevItems(const QString& base) override;
 
     void restoreQueue();
+    void followQuestions();
+    void signInCancelled(const QSet<ItemId>& waiting);
     void applySpeedLimit();
     [[nodiscard]] DownloadPaths paths() const { return DownloadPaths(m_settings.downloadFolderPath.value()); }
     /// A pass in a later turn, however many ask for it in this one.
@@ -171,12 +153,9 @@ private:
     Platform m_platform;
     AppSettings m_settings;
     ItemTable m_table;
+    Questions m_questions;
     std::vector<HostAccount> m_accounts;
-    std::optional<PendingCaptcha> m_pendingCaptcha;
-    std::optional<PendingHostSelection> m_pendingHostSelection;
-    std::deque<PendingExtractionPassword> m_pendingPasswords; ///< the first is the one asked
     double m_totalSpeedBytesPerSec = 0;
-    SignIns m_signIns;
     QSet<ItemId> m_startsUnderWay; ///< chosen by a pass, start task not yet run
     bool m_isPassDue = false;
 

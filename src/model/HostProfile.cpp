@@ -65,9 +65,8 @@ bool isLinkOf(const HostProfile& profile, const Link& url)
 bool mayLookUpNames(const Link& url)
 {
     const std::span<const HostProfile> profiles = hostProfiles();
-    return std::none_of(profiles.begin(), profiles.end(), [&url](const HostProfile& profile) {
-        return !profile.looksUpNames && isLinkOf(profile, url);
-    });
+    return std::none_of(profiles.begin(), profiles.end(),
+                        [&url](const HostProfile& profile) { return !profile.looksUpNames && isLinkOf(profile, url); });
 }
 
 bool isTlsTrustedHost(const QString& host)

@@ -16,7 +16,8 @@ enum class SupportedHost
     terabytez,
 };
 
-/// All that is peculiar to one premium host, but for the walk through its pages: a new host is a row here and a resolver.
+/// All that is peculiar to one premium host, but for the walk through its pages: a new host is a row here and a
+/// resolver.
 struct HostProfile
 {
     SupportedHost host;

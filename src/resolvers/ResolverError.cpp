@@ -3,10 +3,9 @@
 namespace vormel {
 
 ResolverError::ResolverError(Kind kind, const QString& description, SupportedHost host)
-    : m_kind(kind)
+    : DescribedError(description)
+    , m_kind(kind)
     , m_host(host)
-    , m_description(description)
-    , m_what(description.toUtf8())
 {}
 
 ResolverError ResolverError::noAccountConfigured(const QString& hostDisplayName)
@@ -40,9 +39,8 @@ ResolverError ResolverError::unsupportedHost()
 }
 
 ContainerError::ContainerError(Kind kind, const QString& description)
-    : m_kind(kind)
-    , m_description(description)
-    , m_what(description.toUtf8())
+    : DescribedError(description)
+    , m_kind(kind)
 {}
 
 ContainerError ContainerError::networkError(const QString& description)

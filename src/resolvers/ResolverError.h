@@ -1,16 +1,12 @@
 #pragma once
 
-#include "model/HostAccount.h"
-
-#include <QString>
-
-#include <exception>
+#include "model/HostProfile.h"
+#include "text/DescribedError.h"
 
 namespace vormel {
 
-/// Why a file page gave no download address. Thrown by host resolvers; the description is the user's message, in
-/// English whatever the language.
-class ResolverError : public std::exception
+/// Why a file page gave no download address. Thrown by host resolvers.
+class ResolverError : public DescribedError
 {
 public:
     enum class Kind
@@ -33,20 +29,16 @@ public:
     [[nodiscard]] Kind kind() const { return m_kind; }
     /// The host that wants a login; only for loginRequired.
     [[nodiscard]] SupportedHost host() const { return m_host; }
-    [[nodiscard]] const QString& errorDescription() const { return m_description; }
-    [[nodiscard]] const char* what() const noexcept override { return m_what.constData(); }
 
 private:
     ResolverError(Kind kind, const QString& description, SupportedHost host = SupportedHost::filestore);
 
     Kind m_kind;
     SupportedHost m_host;
-    QString m_description;
-    QByteArray m_what;
 };
 
 /// Why a container gave no links. As ResolverError.
-class ContainerError : public std::exception
+class ContainerError : public DescribedError
 {
 public:
     enum class Kind
@@ -63,15 +55,11 @@ public:
     [[nodiscard]] static ContainerError captchaRequired();
 
     [[nodiscard]] Kind kind() const { return m_kind; }
-    [[nodiscard]] const QString& errorDescription() const { return m_description; }
-    [[nodiscard]] const char* what() const noexcept override { return m_what.constData(); }
 
 private:
     ContainerError(Kind kind, const QString& description);
 
     Kind m_kind;
-    QString m_description;
-    QByteArray m_what;
 };
 
 } // namespace vormel

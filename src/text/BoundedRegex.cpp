@@ -22,16 +22,32 @@ BoundedRegex::BoundedRegex(const QString& pattern, QRegularExpression::PatternOp
     Q_ASSERT(m_careful.isValid());
 }
 
-BoundedRegex::Result BoundedRegex::search(const QString& text) const
+BoundedRegex::Result BoundedRegex::search(const QString& text, qsizetype from) const
 {
     Result result;
-    result.match = m_fast.match(text);
+    result.match = m_fast.match(text, from);
     result.outcome = outcomeOf(result.match);
     if (result.outcome == Outcome::Error) {
-        result.match = m_careful.match(text);
+        result.match = m_careful.match(text, from);
         result.outcome = outcomeOf(result.match);
     }
     return result;
+}
+
+std::vector<QRegularExpressionMatch> BoundedRegex::all(const QString& text) const
+{
+    std::vector<QRegularExpressionMatch> matches;
+    for (qsizetype from = 0; from <= text.size();) {
+        const Result found = search(text, from);
+        if (found.outcome == Outcome::Error)
+            return {};
+        if (!found)
+            break;
+        matches.push_back(found.match);
+        // An empty match must not be found for ever.
+        from = found.match.capturedEnd() + (found.match.capturedLength() == 0 ? 1 : 0);
+    }
+    return matches;
 }
 
 QString BoundedRegex::removedFrom(const QString& text) const

@@ -3,6 +3,8 @@
 #include <QRegularExpression>
 #include <QString>
 
+#include <vector>
+
 namespace vormel {
 
 /// A regular expression for text from outside: compiled once, bounded in its work, and honest about giving up.
@@ -28,7 +30,12 @@ public:
     /// The pattern is the program's own and must compile; that is asserted.
     explicit BoundedRegex(const QString& pattern, QRegularExpression::PatternOptions options = {});
 
-    [[nodiscard]] Result search(const QString& text) const;
+    /// The first match at or behind that place.
+    [[nodiscard]] Result search(const QString& text, qsizetype from = 0) const;
+
+    /// Every match, from left to right. Where the engine ran into a limit on the way, none: half a list would pass for
+    /// a whole one.
+    [[nodiscard]] std::vector<QRegularExpressionMatch> all(const QString& text) const;
 
     /// The text with the first match, if there is one, taken out.
     [[nodiscard]] QString removedFrom(const QString& text) const;

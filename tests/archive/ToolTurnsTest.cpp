@@ -23,7 +23,7 @@ protected:
     }
     QCoro::Task<> wait(ItemId id, std::size_t place)
     {
-        ToolTurns::Turn turn = co_await turns->take(id);
+        Turn turn = co_await turns->take(id);
         answers.emplace_back(place, turn.isGiven());
         if (turn.isGiven())
             held[place] = std::move(turn);
@@ -38,7 +38,7 @@ protected:
 
     std::map<ItemId, std::size_t> places;
     std::map<std::size_t, ItemId> ids;
-    std::map<std::size_t, ToolTurns::Turn> held;
+    std::map<std::size_t, Turn> held;
     Answers answers;
     /// Ends first, as those who wait then go on.
     std::unique_ptr<ToolTurns> turns = std::make_unique<ToolTurns>([this](const ItemId& id) { return places.at(id); });

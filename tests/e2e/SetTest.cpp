@@ -186,14 +186,14 @@ TEST_F(SetTest, AsksForThePasswordAndUnpacksOnceItIsRight)
         const QStringList names = serve(set);
         addAll(names);
         engine.manager().startAll();
-        const auto question = [this] { return engine.manager().pendingExtractionPassword(); };
+        const auto question = [this] { return engine.manager().questions().pendingExtractionPassword(); };
         ASSERT_TRUE(runUntil([&] { return question().has_value(); }));
         EXPECT_EQ(question()->archiveName, set.name);
         EXPECT_FALSE(question()->wasWrongPassword);
-        engine.manager().submitExtractionPassword(QStringLiteral("open barley"));
+        engine.manager().questions().submitExtractionPassword(QStringLiteral("open barley"));
         ASSERT_TRUE(runUntil([&] { return question().has_value(); }));
         EXPECT_TRUE(question()->wasWrongPassword);
-        engine.manager().submitExtractionPassword(set.password);
+        engine.manager().questions().submitExtractionPassword(set.password);
         ASSERT_TRUE(runUntil([&] { return find(names[0]).extractionStatus() == ExtractionStatus::done; }));
         EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/%1/%2").arg(set.name, movieName)), movie);
     }

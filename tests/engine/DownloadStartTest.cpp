@@ -1,8 +1,4 @@
-#include "fixtures/EventLoop.h"
-#include "fixtures/FakeResolvers.h"
-#include "fixtures/Workshop.h"
-
-#include <gtest/gtest.h>
+#include "engine/ScriptedService.h"
 
 using namespace std::chrono_literals;
 using namespace vormel;
@@ -10,35 +6,8 @@ using namespace vormel::fixtures;
 
 namespace {
 
-const QString filestoreLink = QStringLiteral("https://filestore.example/f/abc");
-
-class DownloadStart : public ::testing::Test
-{
-protected:
-    void answer(std::size_t call, const std::variant<ResolvedDownload, ResolverError>& result)
-    {
-        log->resolves.at(call).answer->deliver(result);
-        turnEventLoop();
-    }
-    void resolveTo(std::size_t call, const QString& url, const std::optional<QString>& name = {})
-    {
-        answerWithAddress(log->resolves.at(call), url, name);
-        turnEventLoop();
-    }
-    ItemPtr startFilestore()
-    {
-        shop.manager().setAccounts({account(SupportedHost::filestore)});
-        const ItemPtr item = shop.add(filestoreLink);
-        // The name look-up of a fresh link asks the service too; it is answered and out of the way.
-        resolveTo(0, QStringLiteral("https://cdn.example/none"));
-        shop.manager().startAll();
-        turnEventLoop();
-        return item;
-    }
-
-    std::shared_ptr<ServiceLog> log = std::make_shared<ServiceLog>();
-    Workshop shop{fakeServices(log)};
-};
+class DownloadStart : public ScriptedService
+{};
 
 } // namespace
 
@@ -138,84 +107,6 @@ TEST_F(DownloadStart, NeverUsesAResolvedAddressWithoutItsDate)
     EXPECT_EQ(log->resolves.size(), 2U);
 }
 
-TEST_F(DownloadStart, HoldsItemsBackUntilTheUserHasSignedIn)
-{
-    shop.settings().maxConcurrentDownloads.set(1);
-    const ItemPtr item = startFilestore();
-    const ItemPtr direct = shop.add(QStringLiteral("http://h/a.bin"));
-    direct->setStatus(DownloadStatus::queued);
-    answer(1, ResolverError::loginRequired(SupportedHost::filestore));
-    EXPECT_EQ(item->status(), DownloadStatus::queued);
-    EXPECT_EQ(shop.manager().pendingLogin(), SupportedHost::filestore);
-    EXPECT_EQ(direct->status(), DownloadStatus::downloading);
-    shop.http.last().head(200, {{"Content-Length", "0"}});
-    shop.http.last().finish();
-    turnEventLoop();
-    EXPECT_EQ(log->resolves.size(), 2U);
-    shop.manager().loginSucceeded();
-    turnEventLoop();
-    EXPECT_EQ(shop.manager().pendingLogin(), std::nullopt);
-    EXPECT_EQ(log->resolves.size(), 3U);
-    EXPECT_EQ(item->status(), DownloadStatus::resolving);
-}
-
-TEST_F(DownloadStart, FailsTheHeldItemsWhenTheLoginIsCancelled)
-{
-    const ItemPtr item = startFilestore();
-    answer(1, ResolverError::loginRequired(SupportedHost::filestore));
-    shop.manager().cancelLogin();
-    EXPECT_EQ(item->status(), DownloadStatus::failure(QStringLiteral("Authentication failed")));
-    EXPECT_EQ(shop.manager().pendingLogin(), std::nullopt);
-    shop.manager().processQueue();
-    turnEventLoop();
-    EXPECT_EQ(item->status().kind(), DownloadStatus::failed);
-}
-
-TEST_F(DownloadStart, HasTheRecoveryVolumesFetchedAMinuteAfterTheLoginOfAPartIsCancelled)
-{
-    shop.manager().setAccounts({account(SupportedHost::filestore)});
-    const ItemPtr rev = shop.add(QStringLiteral("http://h/m.part1.rev"));
-    const ItemPtr part = shop.add(QStringLiteral("https://filestore.example/f/m.part1.rar"));
-    log->resolves[0].answer->deliver(ResolverError::unsupportedHost());
-    turnEventLoop();
-    shop.manager().commands().startItems({part});
-    turnEventLoop();
-    answer(1, ResolverError::loginRequired(SupportedHost::filestore));
-    shop.manager().cancelLogin();
-    ASSERT_EQ(part->status().kind(), DownloadStatus::failed);
-    shop.clock.advance(std::chrono::minutes(1));
-    EXPECT_EQ(rev->status(), DownloadStatus::downloading);
-}
-
-TEST_F(DownloadStart, FailsOnlyWhatStillWaitsWhenTheLoginIsCancelled)
-{
-    shop.manager().setAccounts({account(SupportedHost::filestore)});
-    QStringList links;
-    for (int i = 0; i < 5; ++i)
-        links << QStringLiteral("https://filestore.example/f/%1").arg(i);
-    shop.settings().maxConcurrentDownloads.set(5);
-    const auto items = shop.add(links);
-    for (std::size_t i = 0; i < 5; ++i)
-        answer(i, ResolverError::authenticationFailed());
-    shop.manager().startAll();
-    turnEventLoop();
-    for (std::size_t i = 5; i < 10; ++i)
-        answer(i, ResolverError::loginRequired(SupportedHost::filestore));
-    shop.manager().commands().stopItems({items[0]});
-    shop.sandbox.write(QStringLiteral("Downloads/1"), "x");
-    shop.manager().commands().resyncItems({items[1]});
-    shop.manager().pauseAll();
-    shop.manager().commands().resumeItem(*items[3]);
-    items[4]->setStatus(DownloadStatus::queued);
-    shop.manager().commands().removeItems({items[4]->id()});
-    shop.manager().cancelLogin();
-    EXPECT_EQ(items[0]->status(), DownloadStatus::stopped);
-    EXPECT_EQ(items[1]->status(), DownloadStatus::completed);
-    EXPECT_EQ(items[2]->status(), DownloadStatus::paused);
-    // It was tried again since, and no longer waits for that question.
-    EXPECT_EQ(items[3]->status(), DownloadStatus::queued);
-}
-
 TEST_F(DownloadStart, TakesNoFolderForAFinishedFile)
 {
     shop.sandbox.write(QStringLiteral("Downloads/x.bin/inside"), "the user's own");
@@ -269,18 +160,6 @@ TEST_F(DownloadStart, LetsTheLinksOfOneScriptRunSideBySideOnceTheirNamesAreTold)
     }
     for (const ItemPtr& item : items)
         EXPECT_EQ(item->status(), DownloadStatus::downloading);
-}
-
-TEST_F(DownloadStart, KeepsTheFirstOfTwoLoginQuestions)
-{
-    shop.manager().setAccounts({account(SupportedHost::filestore), account(SupportedHost::terabytez)});
-    shop.add({filestoreLink, QStringLiteral("https://terabytez.example/x")});
-    resolveTo(0, QStringLiteral("https://cdn.example/none"));
-    shop.manager().startAll();
-    turnEventLoop();
-    answer(1, ResolverError::loginRequired(SupportedHost::filestore));
-    answer(2, ResolverError::loginRequired(SupportedHost::terabytez));
-    EXPECT_EQ(shop.manager().pendingLogin(), SupportedHost::filestore);
 }
 
 TEST_F(DownloadStart, ShowsAnyOtherResolveErrorAndStartsTheNext)

@@ -96,9 +96,9 @@ TEST_F(FailedContainerTest, AsksForItsCaptchaWhenThatIsWantedNow)
 {
     shop.manager().commands().retryItem(*row);
     answer(ContainerError::captchaRequired());
-    EXPECT_EQ(shop.manager().pendingCaptcha(),
+    EXPECT_EQ(shop.manager().questions().pendingCaptcha(),
               (PendingCaptcha{row->id(), row->originalURL(), QStringLiteral("secret")}));
-    shop.manager().cancelCaptcha();
+    shop.manager().questions().cancelCaptcha();
     shop.manager().commands().retryItem(*row);
     expectReads(3);
 }

@@ -129,7 +129,7 @@ TEST_F(LinkIntakeTest, EndsWithNothingWhenAContainerYieldsNothing)
     paste(containerLink);
     answer(0, std::vector<Link>{});
     EXPECT_TRUE(shop.manager().items().empty());
-    EXPECT_EQ(shop.manager().pendingHostSelection(), std::nullopt);
+    EXPECT_EQ(shop.manager().questions().pendingHostSelection(), std::nullopt);
 }
 
 TEST_F(LinkIntakeTest, KeepsAFailedContainerWithItsText)
@@ -150,15 +150,15 @@ TEST_F(LinkIntakeTest, AsksWhichHostWhenAContainerHasSeveral)
                                   link(QStringLiteral("http://filestore.example/1"))};
     answer(0, links);
     EXPECT_TRUE(shop.manager().items().empty());
-    const auto& question = shop.manager().pendingHostSelection();
+    const auto& question = shop.manager().questions().pendingHostSelection();
     ASSERT_TRUE(question);
     ASSERT_EQ(question->groups.size(), 3U);
     EXPECT_EQ(question->groups[0].displayName, QStringLiteral("Terabytez"));
     EXPECT_EQ(question->groups[1].displayName, QStringLiteral("Filestore.example"));
     EXPECT_EQ(question->groups[2].displayName, QStringLiteral("other.example"));
     EXPECT_EQ(question->allURLs, links);
-    shop.manager().confirmHostSelection({links[0]});
-    EXPECT_EQ(shop.manager().pendingHostSelection(), std::nullopt);
+    shop.manager().questions().confirmHostSelection({links[0]});
+    EXPECT_EQ(shop.manager().questions().pendingHostSelection(), std::nullopt);
     EXPECT_EQ(shop.manager().items().size(), 1U);
 }
 
@@ -166,9 +166,9 @@ TEST_F(LinkIntakeTest, DropsTheLinksWhenTheQuestionIsCancelled)
 {
     paste(containerLink);
     answer(0, std::vector{link(QStringLiteral("http://a/1")), link(QStringLiteral("http://b/1"))});
-    shop.manager().cancelHostSelection();
+    shop.manager().questions().cancelHostSelection();
     EXPECT_TRUE(shop.manager().items().empty());
-    EXPECT_EQ(shop.manager().pendingHostSelection(), std::nullopt);
+    EXPECT_EQ(shop.manager().questions().pendingHostSelection(), std::nullopt);
 }
 
 TEST_F(LinkIntakeTest, AsksForACaptchaAndPutsItsLinksInThePlaceholdersStead)
@@ -178,11 +178,12 @@ TEST_F(LinkIntakeTest, AsksForACaptchaAndPutsItsLinksInThePlaceholdersStead)
     const ItemPtr placeholder = shop.manager().items().at(0);
     EXPECT_EQ(placeholder->status(), DownloadStatus::expanding);
     EXPECT_EQ(placeholder->filename(), QStringLiteral("CAPTCHA: container.example"));
-    EXPECT_EQ(shop.manager().pendingCaptcha(),
+    EXPECT_EQ(shop.manager().questions().pendingCaptcha(),
               (PendingCaptcha{placeholder->id(), link(containerLink), QStringLiteral("pw")}));
-    shop.manager().addCaptchaLinks({link(QStringLiteral("http://a/1")), link(QStringLiteral("http://b/1"))});
-    EXPECT_EQ(shop.manager().pendingCaptcha(), std::nullopt);
-    EXPECT_EQ(shop.manager().pendingHostSelection(), std::nullopt);
+    shop.manager().questions().addCaptchaLinks(
+        {link(QStringLiteral("http://a/1")), link(QStringLiteral("http://b/1"))});
+    EXPECT_EQ(shop.manager().questions().pendingCaptcha(), std::nullopt);
+    EXPECT_EQ(shop.manager().questions().pendingHostSelection(), std::nullopt);
     EXPECT_EQ(shop.manager().items().size(), 2U);
     EXPECT_EQ(shop.manager().item(placeholder->id()), nullptr);
 }
@@ -191,21 +192,24 @@ TEST_F(LinkIntakeTest, FailsThePlaceholderWhenTheCaptchaIsCancelled)
 {
     paste(containerLink);
     answer(0, ContainerError::captchaRequired());
-    shop.manager().cancelCaptcha();
+    shop.manager().questions().cancelCaptcha();
     EXPECT_EQ(shop.manager().items().at(0)->status(), DownloadStatus::failure(QStringLiteral("CAPTCHA cancelled")));
-    EXPECT_EQ(shop.manager().pendingCaptcha(), std::nullopt);
-    shop.manager().cancelCaptcha();
-    shop.manager().addCaptchaLinks({link(QStringLiteral("http://a/1"))});
+    EXPECT_EQ(shop.manager().questions().pendingCaptcha(), std::nullopt);
+    shop.manager().questions().cancelCaptcha();
+    shop.manager().questions().addCaptchaLinks({link(QStringLiteral("http://a/1"))});
     EXPECT_EQ(shop.manager().items().size(), 1U);
 }
 
-TEST_F(LinkIntakeTest, OverwritesAnEarlierCaptchaQuestion)
+TEST_F(LinkIntakeTest, PutsTheCaptchaOfASecondContainerBehindThatOfTheFirst)
 {
     shop.manager().addURLs({link(containerLink), link(QStringLiteral("https://container.example/c/2"))}, std::nullopt);
     turnEventLoop();
     answer(0, ContainerError::captchaRequired());
     answer(1, ContainerError::captchaRequired());
-    EXPECT_EQ(shop.manager().pendingCaptcha()->containerURL.lastPathComponent(), QStringLiteral("2"));
+    const auto asked = [this] { return shop.manager().questions().pendingCaptcha()->containerURL.lastPathComponent(); };
+    EXPECT_EQ(asked(), link(containerLink).lastPathComponent());
+    shop.manager().questions().cancelCaptcha();
+    EXPECT_EQ(asked(), QStringLiteral("2"));
     EXPECT_EQ(shop.manager().items().size(), 2U);
 }
 

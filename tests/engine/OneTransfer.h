@@ -32,6 +32,12 @@ protected:
         server().finish();
         turnEventLoop();
     }
+    void startAll()
+    {
+        shop.manager().startAll();
+        turnEventLoop();
+    }
+    [[nodiscard]] QStringList downloads() const { return shop.sandbox.files(QStringLiteral("Downloads")); }
 
     Workshop shop;
 };

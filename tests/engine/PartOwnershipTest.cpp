@@ -2,8 +2,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QStorageInfo>
-#include <QTemporaryDir>
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>
@@ -42,11 +40,6 @@ protected:
         shop.manager().commands().removeItems({orphan->id()});
         ASSERT_EQ(shop.sandbox.read(partFile), "abc");
     }
-    void startAll()
-    {
-        shop.manager().startAll();
-        turnEventLoop();
-    }
     void finish(const QByteArray& bytes)
     {
         say(200, {{"Content-Length", QByteArray::number(bytes.size())}});
@@ -78,7 +71,6 @@ protected:
         return shop.sandbox.read(queueFile);
     }
     [[nodiscard]] const DownloadItem& only() { return *shop.manager().items().at(0); }
-    [[nodiscard]] QStringList downloads() const { return shop.sandbox.files(QStringLiteral("Downloads")); }
 
     bool keepsMarks = false;
 };
@@ -234,53 +226,6 @@ TEST_F(PartOwnership, TheQueueStoresAPathOnlyWhereNothingElseLeadsToTheFile)
     EXPECT_TRUE(queue.contains(",\"extractionStatusType\":\"idle\",\"partPath\":\"file:///")) << queue.constData();
     shop.settings().downloadFolderPath.set(shop.sandbox.path(QStringLiteral("Downloads")));
     EXPECT_FALSE(savedQueue().contains("partPath"));
-}
-
-TEST_F(PartOwnership, AnItemThatGetsAnotherNameBringsItsBytesAlong)
-{
-    const ItemPtr item = shop.start(rarLink);
-    say(200, {{"Content-Length", "6"}});
-    send("abc");
-    shop.manager().pauseAll();
-    item->setFilename(QStringLiteral("movie.part1.rar"));
-    startAll();
-    EXPECT_EQ(server().header("Range"), "bytes=3-");
-    EXPECT_THAT(downloads(), ElementsAre(QStringLiteral("movie/movie.part1.rar.download")));
-}
-
-TEST_F(PartOwnership, AnItemBringsItsBytesAlongToAnotherDownloadFolder)
-{
-    shop.start(rarLink);
-    say(200, {{"Content-Length", "6"}});
-    send("abc");
-    shop.manager().pauseAll();
-    shop.settings().downloadFolderPath.set(shop.sandbox.path(QStringLiteral("elsewhere")));
-    shop.restart();
-    startAll();
-    EXPECT_EQ(server().header("Range"), "bytes=3-");
-    EXPECT_EQ(shop.sandbox.read(QStringLiteral("elsewhere/x.rar.download")), "abc");
-    EXPECT_TRUE(downloads().isEmpty());
-}
-
-TEST_F(PartOwnership, AnItemGoesOnWhereItsBytesLieWhenTheNewFolderIsOnAnotherDisk)
-{
-    const QTemporaryDir far(QStringLiteral("/dev/shm/vormel-far-XXXXXX"));
-    if (!far.isValid() || QStorageInfo(far.path()).device() == QStorageInfo(shop.sandbox.root()).device())
-        GTEST_SKIP() << "there is only one file system to write to";
-    const ItemPtr item = shop.start(rarLink);
-    say(200, {{"Content-Length", "6"}});
-    send("abc");
-    shop.manager().pauseAll();
-    shop.settings().downloadFolderPath.set(far.path());
-    startAll();
-    EXPECT_EQ(server().header("Range"), "bytes=3-");
-    say(206, {{"Content-Range", "bytes 3-5/6"}});
-    send("def");
-    close();
-    EXPECT_EQ(item->status(), DownloadStatus::completed);
-    EXPECT_EQ(item->localPath(), shop.sandbox.path(finalFile));
-    EXPECT_EQ(shop.sandbox.read(finalFile), "abcdef");
-    EXPECT_TRUE(QDir(far.path()).isEmpty());
 }
 
 TEST_F(PartOwnership, APathInTheQueueThatIsNoPartFilesIsNotBelieved)

@@ -22,12 +22,12 @@ TEST_F(PostDownloadPasswordTest, AsksForThePasswordUntilItIsRight)
     EXPECT_EQ(*question(), (PendingExtractionPassword{item->id(), QStringLiteral("m"), false}));
     EXPECT_EQ(item->extractionStatus(), ExtractionStatus::idle);
     for (int attempt = 0; attempt < 2; ++attempt) {
-        shop.manager().submitExtractionPassword(QStringLiteral("wrong"));
+        shop.manager().questions().submitExtractionPassword(QStringLiteral("wrong"));
         EXPECT_FALSE(question());
         ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
         EXPECT_TRUE(question()->wasWrongPassword);
     }
-    shop.manager().submitExtractionPassword(QStringLiteral("right"));
+    shop.manager().questions().submitExtractionPassword(QStringLiteral("right"));
     EXPECT_TRUE(reaches(item, ExtractionStatus::done));
 }
 
@@ -39,10 +39,10 @@ TEST_F(PostDownloadPasswordTest, TakesAnArchiveForDamagedThatTheSameAnswerDoesNo
     run(item);
     for (const char* answer : {"one", "other"}) {
         ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
-        shop.manager().submitExtractionPassword(QString::fromLatin1(answer));
+        shop.manager().questions().submitExtractionPassword(QString::fromLatin1(answer));
     }
     ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
-    shop.manager().submitExtractionPassword(QStringLiteral("one"));
+    shop.manager().questions().submitExtractionPassword(QStringLiteral("one"));
     ASSERT_TRUE(reaches(item, ExtractionStatus::failed));
     EXPECT_TRUE(item->extractionStatus().message().contains(QStringLiteral("Data Error")));
     EXPECT_FALSE(question());
@@ -57,7 +57,7 @@ TEST_F(PostDownloadPasswordTest, AsksFromTheBeginningWhenADamagedArchiveIsTriedA
         run(item);
         for (int answer = 0; answer < 2; ++answer) {
             ASSERT_TRUE(waitUntil([&] { return question().has_value(); })) << round << answer;
-            shop.manager().submitExtractionPassword(QStringLiteral("one"));
+            shop.manager().questions().submitExtractionPassword(QStringLiteral("one"));
         }
         ASSERT_TRUE(reaches(item, ExtractionStatus::failed));
     }
@@ -70,7 +70,7 @@ TEST_F(PostDownloadPasswordTest, LeavesTheArchiveWhenThePasswordIsNotTold)
     run(item);
     ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
     EXPECT_EQ(question()->archiveName, u"x.rar");
-    shop.manager().cancelExtractionPassword();
+    shop.manager().questions().cancelExtractionPassword();
     EXPECT_FALSE(question());
     EXPECT_EQ(item->extractionStatus(), ExtractionStatus::idle);
 }
@@ -87,9 +87,9 @@ TEST_F(PostDownloadPasswordTest, AsksForOnePasswordAfterTheOther)
     run(one); // asked already
     ASSERT_TRUE(waitUntil([&] { return one->extractionStatus() == ExtractionStatus::idle; }));
     EXPECT_EQ(question()->itemID, one->id());
-    shop.manager().cancelExtractionPassword();
+    shop.manager().questions().cancelExtractionPassword();
     EXPECT_EQ(question()->itemID, other->id());
-    shop.manager().cancelExtractionPassword();
+    shop.manager().questions().cancelExtractionPassword();
     EXPECT_FALSE(question());
 }
 
@@ -116,7 +116,7 @@ TEST_F(PostDownloadPasswordTest, KeepsAnAnswerThatIsGivenWhileTheArchiveIsTriedW
     halt();
     run(item);
     ASSERT_TRUE(waitUntil([&] { return shop.tools.calls(QStringLiteral("unrar")).size() == 2; }));
-    shop.manager().submitExtractionPassword(QStringLiteral("X"));
+    shop.manager().questions().submitExtractionPassword(QStringLiteral("X"));
     go();
     EXPECT_TRUE(reaches(item, ExtractionStatus::done));
     EXPECT_FALSE(question());

@@ -119,10 +119,10 @@ const Event transferEvents[] = {
     {"ALoginIsNeeded", [](QueueScene& s) { s.resolve(); },
      [](QueueScene& s) { s.log->resolves[1].answer->deliver(ResolverError::loginRequired(SupportedHost::filestore)); },
      either, yes},
-    {"ALoginEndsWell", [](QueueScene& s) { s.signInFirst(); }, [](QueueScene& s) { s.shop.manager().loginSucceeded(); },
-     either, yes},
-    {"ALoginIsCancelled", [](QueueScene& s) { s.signInFirst(); }, [](QueueScene& s) { s.shop.manager().cancelLogin(); },
-     either, no},
+    {"ALoginEndsWell", [](QueueScene& s) { s.signInFirst(); },
+     [](QueueScene& s) { s.shop.manager().questions().loginSucceeded(); }, either, yes},
+    {"ALoginIsCancelled", [](QueueScene& s) { s.signInFirst(); },
+     [](QueueScene& s) { s.shop.manager().questions().cancelLogin(); }, either, no},
     {"ARecoveryVolumeIsFoundByResolving", [](QueueScene& s) { s.resolve(); },
      [](QueueScene& s) { answerWithAddress(s.log->resolves[1], QStringLiteral("http://h/m.part1.rev")); }, either, yes},
     {"ARecoveryVolumeIsHeldBackAfterAll",
@@ -145,13 +145,13 @@ const Event intakeEvents[] = {
          s.openContainer();
          s.answerContainer(twoHosts);
      },
-     [](QueueScene& s) { s.shop.manager().confirmHostSelection(oneLink); }, yes, yes},
+     [](QueueScene& s) { s.shop.manager().questions().confirmHostSelection(oneLink); }, yes, yes},
     {"ACaptchaIsSolved",
      [](QueueScene& s) {
          s.openContainer();
          s.answerContainer(ContainerError::captchaRequired());
      },
-     [](QueueScene& s) { s.shop.manager().addCaptchaLinks(oneLink); }, yes, yes},
+     [](QueueScene& s) { s.shop.manager().questions().addCaptchaLinks(oneLink); }, yes, yes},
     {"AContainerFails", [](QueueScene& s) { s.openContainer(); },
      [](QueueScene& s) { s.answerContainer(ContainerError::noLinksFound()); }, no, no},
     {"TwoLinksTurnOutToBeOneFile",

@@ -28,7 +28,7 @@ protected:
     }
     [[nodiscard]] bool unpacks()
     {
-        shop.manager().submitExtractionPassword(QStringLiteral("sesame"));
+        shop.manager().questions().submitExtractionPassword(QStringLiteral("sesame"));
         if (!reaches(archive, ExtractionStatus::repairing))
             return false;
         go();
@@ -60,7 +60,7 @@ TEST_F(SecondExtractionTest, ShowsNoProgress)
 
 TEST_F(SecondExtractionTest, CountsItsTimeFromTheRepair)
 {
-    shop.manager().submitExtractionPassword(QStringLiteral("sesame"));
+    shop.manager().questions().submitExtractionPassword(QStringLiteral("sesame"));
     EXPECT_EQ(archive->extractionStartedAt(), shop.clock.wallNow());
     shop.clock.advance(7s);
     ASSERT_TRUE(reaches(archive, ExtractionStatus::repairing));

@@ -76,5 +76,27 @@ TEST(BoundedRegex, nothingIsRemovedWithoutAMatch)
     EXPECT_EQ(BoundedRegex(QStringLiteral("\\d+")).removedFrom(QStringLiteral("abc")), u"abc");
 }
 
+TEST(BoundedRegex, allMatchesAreFoundFromLeftToRight)
+{
+    QStringList found;
+    for (const QRegularExpressionMatch& match :
+         BoundedRegex(QStringLiteral("(\\w)=")).all(QStringLiteral("a=1 b=2 c=3")))
+        found << match.captured(1);
+    EXPECT_EQ(found.join(u' '), u"a b c");
+    EXPECT_TRUE(BoundedRegex(QStringLiteral("x")).all(QStringLiteral("abc")).empty());
+}
+
+TEST(BoundedRegex, emptyMatchesComeToAnEnd)
+{
+    EXPECT_EQ(BoundedRegex(QStringLiteral("b*")).all(QStringLiteral("abba")).size(), 4U);
+    EXPECT_EQ(BoundedRegex(QString()).all(QString()).size(), 1U);
+}
+
+TEST(BoundedRegex, halfAListIsNone)
+{
+    const BoundedRegex regex(QStringLiteral("x|y(?:a|a)*$"));
+    EXPECT_TRUE(regex.all(QStringLiteral("x y") + QString(40, u'a') + QStringLiteral("b x")).empty());
+}
+
 } // namespace
 } // namespace vormel

@@ -3,6 +3,7 @@
 #include "archive/PostDownload.h"
 #include "engine/completion/FinishedFile.h"
 #include "engine/completion/TransferCompletion.h"
+#include "engine/questions/Questions.h"
 #include "model/AppSettings.h"
 #include "model/DownloadPaths.h"
 #include "model/HostGroups.h"
@@ -176,7 +177,7 @@ QCoro::Task<> LinkIntake::readContainer(ItemPtr placeholder, std::optional<QStri
     }
     placeholder->setStatus(DownloadStatus::expanding);
     placeholder->setFilename(captchaLabel(url));
-    m_ports.queue.setPendingCaptcha(PendingCaptcha{placeholder->id(), url, password});
+    m_ports.questions.ask(PendingCaptcha{placeholder->id(), url, password});
 }
 
 void LinkIntake::containerOpened(const ItemPtr& placeholder, const std::vector<Link>& urls)
@@ -186,14 +187,13 @@ void LinkIntake::containerOpened(const ItemPtr& placeholder, const std::vector<L
     if (groups.size() < 2)
         addDirectURLs(urls);
     else
-        m_ports.queue.setPendingHostSelection(PendingHostSelection{std::move(groups), urls});
+        m_ports.questions.ask(PendingHostSelection{std::move(groups), urls});
 }
 
 void LinkIntake::addCaptchaLinks(const PendingCaptcha& answered, const std::vector<Link>& urls)
 {
     m_ports.table.remove({answered.placeholderID});
     addItems(filterNewURLs(urls));
-    m_ports.queue.setPendingCaptcha(std::nullopt);
     settle();
 }
 
@@ -201,7 +201,6 @@ void LinkIntake::cancelCaptcha(const PendingCaptcha& question)
 {
     if (const ItemPtr placeholder = m_ports.table.find(question.placeholderID))
         placeholder->setStatus(DownloadStatus::failure(QStringLiteral("CAPTCHA cancelled")));
-    m_ports.queue.setPendingCaptcha(std::nullopt);
 }
 
 } // namespace vormel

@@ -13,6 +13,7 @@ namespace vormel {
 
 class AppSettings;
 class PostDownload;
+class Questions;
 class ResolverTables;
 class TransferCompletion;
 
@@ -27,8 +28,6 @@ public:
         virtual void processQueue() = 0;
         virtual void prefetchFilenames() = 0;
         virtual void saveQueue() = 0;
-        virtual void setPendingCaptcha(std::optional<PendingCaptcha> question) = 0;
-        virtual void setPendingHostSelection(std::optional<PendingHostSelection> question) = 0;
         /// Runs the action in a later turn of the event loop.
         virtual void later(std::function<void()> action) = 0;
 
@@ -43,6 +42,7 @@ public:
         const ResolverTables& resolvers;
         TransferCompletion& completion;
         PostDownload& postDownload;
+        Questions& questions;
         Queue& queue;
     };
 

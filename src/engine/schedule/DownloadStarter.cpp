@@ -3,6 +3,7 @@
 #include "archive/PostDownload.h"
 #include "engine/completion/FinishedFile.h"
 #include "engine/completion/TransferCompletion.h"
+#include "engine/questions/Questions.h"
 #include "engine/recovery/NetworkRecovery.h"
 #include "engine/transfer/ItemPart.h"
 #include "engine/transfer/TransferSession.h"
@@ -74,7 +75,7 @@ QCoro::Task<> DownloadStarter::startDownload(ItemPtr item)
         if (error.kind() == ResolverError::Kind::loginRequired) {
             item->setStatus(DownloadStatus::queued);
             item->setSpeedBytesPerSec(0);
-            m_ports.queue.awaitLogin(item->id(), error.host());
+            m_ports.questions.awaitLogin(item->id(), error.host());
             m_ports.queue.processQueue();
         } else {
             startFailed(*item, error.errorDescription());

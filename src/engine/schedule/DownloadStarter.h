@@ -14,6 +14,7 @@ class AppSettings;
 class NetworkRecovery;
 class PartFile;
 class PostDownload;
+class Questions;
 class ResolverTables;
 class TransferCompletion;
 class TransferSession;
@@ -30,8 +31,6 @@ public:
         [[nodiscard]] virtual const std::vector<HostAccount>& accounts() const = 0;
         /// Must this recovery volume wait?
         [[nodiscard]] virtual bool isRevHeldBack(const DownloadItem& item) const = 0;
-        /// The item waits in the queue until the user has signed in to the host.
-        virtual void awaitLogin(const ItemId& id, SupportedHost host) = 0;
 
     protected:
         ~Queue() = default;
@@ -48,6 +47,7 @@ public:
         TransferCompletion& completion;
         PostDownload& postDownload;
         NetworkRecovery& recovery;
+        Questions& questions;
         Queue& queue;
     };
     explicit DownloadStarter(const Ports& ports);

@@ -28,17 +28,17 @@ bool QueueSheets::eventFilter(QObject* watched, QEvent* event)
 bool QueueSheets::isStillAsked(const Question& question) const
 {
     if (const auto* const hosts = std::get_if<PendingHostSelection>(&question))
-        return m_manager.pendingHostSelection() == *hosts;
+        return m_manager.questions().pendingHostSelection() == *hosts;
     if (const auto* const password = std::get_if<PendingExtractionPassword>(&question))
-        return m_manager.pendingExtractionPassword() == *password;
+        return m_manager.questions().pendingExtractionPassword() == *password;
     return false;
 }
 
 QueueSheets::Question QueueSheets::pending() const
 {
-    if (m_manager.pendingHostSelection())
-        return *m_manager.pendingHostSelection();
-    if (const std::optional<PendingExtractionPassword> question = m_manager.pendingExtractionPassword())
+    if (m_manager.questions().pendingHostSelection())
+        return *m_manager.questions().pendingHostSelection();
+    if (const std::optional<PendingExtractionPassword> question = m_manager.questions().pendingExtractionPassword())
         return *question;
     return {};
 }
@@ -104,15 +104,15 @@ void QueueSheets::openQuestion(QDialog* sheet, const std::function<void()>& canc
 void QueueSheets::ask(const PendingHostSelection& question)
 {
     auto* sheet = new HostSelectionSheetView(question, m_manager.settings(), &m_page);
-    connect(sheet, &HostSelectionSheetView::confirmed, &m_manager, &DownloadManager::confirmHostSelection);
-    openQuestion(sheet, [this] { m_manager.cancelHostSelection(); });
+    connect(sheet, &HostSelectionSheetView::confirmed, &m_manager.questions(), &Questions::confirmHostSelection);
+    openQuestion(sheet, [this] { m_manager.questions().cancelHostSelection(); });
 }
 
 void QueueSheets::ask(const PendingExtractionPassword& question)
 {
     auto* sheet = new ArchivePasswordSheetView(question, m_manager.settings(), &m_page);
-    connect(sheet, &ArchivePasswordSheetView::confirmed, &m_manager, &DownloadManager::submitExtractionPassword);
-    openQuestion(sheet, [this] { m_manager.cancelExtractionPassword(); });
+    connect(sheet, &ArchivePasswordSheetView::confirmed, &m_manager.questions(), &Questions::submitExtractionPassword);
+    openQuestion(sheet, [this] { m_manager.questions().cancelExtractionPassword(); });
 }
 
 } // namespace vormel

@@ -24,7 +24,7 @@ QStringList PatientUser::finishEverything()
         // What is at work needs real time only, what waits for its next try the engine's only.
         if (fixtures::waitUntil([this] {
                 m_scene.server().release();
-                return !isAtWork() || m_scene.manager().pendingExtractionPassword();
+                return !isAtWork() || m_scene.manager().questions().pendingExtractionPassword();
             }))
             m_scene.clock().advance(1s);
         else
@@ -75,9 +75,9 @@ bool PatientUser::areVolumesThere(const PackedArchive& archive)
 
 void PatientUser::answerQuestions()
 {
-    while (const auto question = m_scene.manager().pendingExtractionPassword()) {
+    while (const auto question = m_scene.manager().questions().pendingExtractionPassword()) {
         const QString name = question->archiveName;
-        m_scene.manager().submitExtractionPassword(m_scene.catalogue().archives().value(name).password);
+        m_scene.manager().questions().submitExtractionPassword(m_scene.catalogue().archives().value(name).password);
         fixtures::turnEventLoop();
     }
 }

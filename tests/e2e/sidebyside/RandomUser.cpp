@@ -260,17 +260,17 @@ void RandomUser::stopExtraction()
 
 void RandomUser::answerPassword()
 {
-    const auto question = m_scene.manager().pendingExtractionPassword();
+    const auto question = m_scene.manager().questions().pendingExtractionPassword();
     if (!question)
         return;
     const unsigned choice = below(4);
     note(QStringLiteral("answer %1 for the password of %2").arg(choice).arg(question->archiveName));
     if (choice == 0)
-        m_scene.manager().cancelExtractionPassword();
+        m_scene.manager().questions().cancelExtractionPassword();
     else if (choice == 1)
-        m_scene.manager().submitExtractionPassword(QStringLiteral("-wrong"));
+        m_scene.manager().questions().submitExtractionPassword(QStringLiteral("-wrong"));
     else
-        m_scene.manager().submitExtractionPassword(
+        m_scene.manager().questions().submitExtractionPassword(
             m_scene.catalogue().archives().value(question->archiveName).password);
 }
 

@@ -92,7 +92,7 @@ TEST_F(HostQuestionTest, AddsTheLinksOfTheChosenHost)
     click("host0");
     EXPECT_EQ(queue(), (QStringList{QStringLiteral("http://terabytez.example/1"),
                                     QStringLiteral("http://terabytez.example/2")}));
-    EXPECT_EQ(workshop.manager().pendingHostSelection(), std::nullopt);
+    EXPECT_EQ(workshop.manager().questions().pendingHostSelection(), std::nullopt);
     EXPECT_EQ(sheet(), nullptr);
 }
 
@@ -108,17 +108,17 @@ TEST_F(HostQuestionTest, CancellingOrClosingLeavesNothingInTheQueue)
     openContainer();
     click("cancelChoice");
     EXPECT_TRUE(queue().isEmpty());
-    EXPECT_EQ(workshop.manager().pendingHostSelection(), std::nullopt);
+    EXPECT_EQ(workshop.manager().questions().pendingHostSelection(), std::nullopt);
     openContainer();
     ASSERT_NE(sheet(), nullptr);
     QTest::keyClick(sheet(), Qt::Key_Escape);
     EXPECT_TRUE(queue().isEmpty());
-    EXPECT_EQ(workshop.manager().pendingHostSelection(), std::nullopt);
+    EXPECT_EQ(workshop.manager().questions().pendingHostSelection(), std::nullopt);
     openContainer();
     ASSERT_NE(sheet(), nullptr);
     sheet()->close();
     EXPECT_TRUE(queue().isEmpty());
-    EXPECT_EQ(workshop.manager().pendingHostSelection(), std::nullopt);
+    EXPECT_EQ(workshop.manager().questions().pendingHostSelection(), std::nullopt);
 }
 
 TEST_F(HostQuestionTest, LetsThePasswordOfAnArchiveBeTypedToItsEnd)
@@ -155,7 +155,7 @@ TEST_F(HostQuestionTest, WaitsUntilThePageIsShowing)
     page.hide();
     openContainer();
     EXPECT_EQ(sheet(), nullptr);
-    EXPECT_TRUE(workshop.manager().pendingHostSelection());
+    EXPECT_TRUE(workshop.manager().questions().pendingHostSelection());
     page.show();
     EXPECT_TRUE(waitUntil([this] { return sheet() != nullptr; }));
 }
@@ -163,7 +163,7 @@ TEST_F(HostQuestionTest, WaitsUntilThePageIsShowing)
 TEST_F(HostQuestionTest, TheSheetGoesWhenTheQuestionIsTakenBack)
 {
     openContainer();
-    workshop.manager().cancelHostSelection();
+    workshop.manager().questions().cancelHostSelection();
     EXPECT_EQ(sheet(), nullptr);
 }
 

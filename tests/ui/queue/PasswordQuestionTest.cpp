@@ -101,7 +101,7 @@ TEST_F(PasswordQuestionTest, TheSheetGoesWhenItsQuestionIsTakenBack)
     askFor(item);
     run(other);
     ASSERT_TRUE(waitUntil([&] { return other->extractionStatus() == ExtractionStatus::idle; }));
-    shop.manager().cancelExtractionPassword();
+    shop.manager().questions().cancelExtractionPassword();
     ASSERT_TRUE(question().has_value()); // the closing of the first sheet does not cancel the second question
     ASSERT_NE(sheet(), nullptr);
     EXPECT_EQ(fixtures::partOf<QLabel>(*sheet(), "archiveName").text(), u"y.rar");

@@ -34,4 +34,17 @@ struct SetAndFile
     QueueView view{model, RowCommands(desktop.ports())};
 };
 
+/// With its group open.
+struct OpenSetAndFile : SetAndFile
+{
+    OpenSetAndFile()
+    {
+        view.expand(header());
+        turnEventLoop();
+    }
+    [[nodiscard]] QModelIndex header() const { return model.index(0, 0); }
+    [[nodiscard]] QModelIndex member(int row) const { return model.index(row, 0, header()); }
+    [[nodiscard]] QModelIndex plain() const { return model.index(1, 0); }
+};
+
 } // namespace vormel::fixtures

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "engine/questions/SignIns.h"
+#include "model/PendingQuestions.h"
+
+#include <QObject>
+
+#include <deque>
+
+namespace vormel {
+
+/// What the user is asked, as values: nothing in the engine waits for a person. Of each kind the first question is the
+/// one that is put, and others wait behind it; its answer is one of the operations below it. UI thread only.
+class Questions final : public QObject
+{
+    Q_OBJECT
+
+public:
+    void ask(PendingCaptcha question);
+    void ask(PendingHostSelection question);
+    /// Nothing more happens for an item that is asked about already.
+    void ask(PendingExtractionPassword question);
+    /// The queued item waits until the user has signed in to its host.
+    void awaitLogin(const ItemId& id, SupportedHost host);
+
+    [[nodiscard]] std::optional<PendingCaptcha> pendingCaptcha() const;
+    void addCaptchaLinks(const std::vector<Link>& urls);
+    void cancelCaptcha();
+
+    [[nodiscard]] std::optional<PendingHostSelection> pendingHostSelection() const;
+    void confirmHostSelection(const std::vector<Link>& urls);
+    void cancelHostSelection();
+
+    [[nodiscard]] std::optional<PendingExtractionPassword> pendingExtractionPassword() const;
+    void submitExtractionPassword(const QString& password);
+    void cancelExtractionPassword();
+
+    [[nodiscard]] const std::optional<SupportedHost>& pendingLogin() const { return m_signIns.pendingLogin(); }
+    [[nodiscard]] bool isLoginAwaited(const ItemId& id) const { return m_signIns.isAwaited(id); }
+    void loginSucceeded();
+    void cancelLogin();
+    /// The item waits for no sign-in any more.
+    void forgetLogin(const ItemId& id) { m_signIns.forget(id); }
+
+    /// The rows are gone, and with them the questions of their archives and their sign-ins.
+    void forget(const QSet<ItemId>& ids);
+
+Q_SIGNALS:
+    /// Another question is put, or none any more.
+    void changed();
+    // The answers. The question is gone by then.
+    void captchaSolved(const vormel::PendingCaptcha& question, const std::vector<vormel::Link>& urls);
+    void captchaCancelled(const vormel::PendingCaptcha& question);
+    void hostsChosen(const std::vector<vormel::Link>& urls);
+    void extractionPasswordGiven(const vormel::ItemId& id, const QString& password);
+    void signedIn();
+    void signInCancelled(const QSet<vormel::ItemId>& waiting);
+
+private:
+    std::deque<PendingCaptcha> m_captchas;
+    std::deque<PendingHostSelection> m_hostSelections;
+    std::deque<PendingExtractionPassword> m_passwords;
+    SignIns m_signIns;
+};
+
+} // namespace vormel

@@ -1,0 +1,64 @@
+#include "platform/async/SharedEventual.h"
+
+#include "platform/async/Spawn.h"
+
+#include <QCoroTask>
+#include <QStringList>
+
+#include <gtest/gtest.h>
+
+namespace vormel {
+namespace {
+
+QCoro::Task<> note(SharedEventual<QString> result, QString who, QStringList& log)
+{
+    const QString value = co_await result;
+    log << who + u' ' + value;
+}
+
+class SharedEventualTest : public ::testing::Test
+{
+protected:
+    void await(const char* who) { spawn(note(result, QString::fromUtf8(who), log)); }
+
+    SharedEventual<QString> result;
+    QStringList log;
+};
+
+TEST_F(SharedEventualTest, allWhoWaitGetTheResultInTheirOrder)
+{
+    await("a");
+    await("b");
+    EXPECT_TRUE(log.isEmpty());
+    EXPECT_FALSE(result.isThere());
+    result.deliver(QStringLiteral("x"));
+    await("c");
+    EXPECT_EQ(log.join(u','), u"a x,b x,c x");
+}
+
+TEST_F(SharedEventualTest, onlyTheFirstResultCounts)
+{
+    result.deliver(QStringLiteral("x"));
+    result.deliver(QStringLiteral("y"));
+    await("a");
+    EXPECT_EQ(log.join(u','), u"a x");
+}
+
+TEST_F(SharedEventualTest, aWaiterMayLetGoOfTheLastCopy)
+{
+    auto own = std::make_unique<SharedEventual<QString>>();
+    const auto letGo = [](std::unique_ptr<SharedEventual<QString>>& last, QStringList& seen) -> QCoro::Task<> {
+        const SharedEventual<QString> copy = *last;
+        const QString value = co_await copy;
+        seen << value;
+        last.reset();
+    };
+    spawn(letGo(own, log));
+    spawn(note(*own, QStringLiteral("b"), log));
+    own->deliver(QStringLiteral("x"));
+    EXPECT_EQ(own, nullptr);
+    EXPECT_EQ(log.join(u','), u"x,b x");
+}
+
+} // namespace
+} // namespace vormel

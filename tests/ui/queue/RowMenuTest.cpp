@@ -1,0 +1,154 @@
+#include "ui/queue/SetAndFile.h"
+
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QMenu>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace vormel {
+namespace {
+
+using fixtures::turnEventLoop;
+
+class RowMenuTest : public ::testing::Test, protected fixtures::OpenSetAndFile
+{
+protected:
+    QMenu* openMenu(const QModelIndex& index)
+    {
+        view.setCurrentIndex(index);
+        QTest::keyClick(&view, Qt::Key_F10, Qt::ShiftModifier);
+        return view.findChild<QMenu*>(QStringLiteral("rowMenu"));
+    }
+    void choose(const QModelIndex& index, const QString& text)
+    {
+        QMenu* const menu = openMenu(index);
+        for (QAction* action : menu->actions()) {
+            if (action->text() == text)
+                action->trigger();
+        }
+        delete menu;
+    }
+    QStringList menuTexts(const QModelIndex& index)
+    {
+        QMenu* const menu = openMenu(index);
+        QStringList texts;
+        for (const QAction* action : menu->actions()) {
+            if (!action->isSeparator())
+                texts << action->text();
+        }
+        delete menu;
+        return texts;
+    }
+};
+
+TEST_F(RowMenuTest, HasTheCommandsOfTheRow)
+{
+    EXPECT_EQ(menuTexts(plain()).join(u'|'),
+              u"Resume|Stop — stays out of the queue until you start it|Resync with disk — complete if present, "
+              u"re-queue if missing|Move Up|Move Down|Remove from list (deletes partial file)");
+    items[2]->setStatus(DownloadStatus::completed);
+    items[2]->setExtractionStatus(ExtractionStatus::failure(QStringLiteral("x")));
+    turnEventLoop();
+    EXPECT_EQ(menuTexts(plain()).front(), u"Retry");
+}
+
+TEST_F(RowMenuTest, OfAHeaderRenamesAndOffersToResetOnlyAfterThat)
+{
+    const QStringList before = menuTexts(header());
+    EXPECT_EQ(before.front(), u"Start group");
+    EXPECT_TRUE(before.contains(u"Rename group…"));
+    EXPECT_FALSE(before.contains(u"Reset name"));
+    EXPECT_EQ(before.back(), u"Remove group from list (deletes partial files)");
+    workshop.manager().renameGroup(QStringLiteral("a"), QStringLiteral("My film"));
+    choose(header(), QStringLiteral("Reset name"));
+    EXPECT_EQ(header().data(QueueModel::NameRole).toString(), u"a");
+    workshop.settings().language.set(AppLanguage::italian);
+    EXPECT_TRUE(menuTexts(header()).contains(u"Rinomina gruppo…"));
+    EXPECT_FALSE(menuTexts(header()).contains(u"Ripristina nome"));
+}
+
+TEST_F(RowMenuTest, MovesAGroupAndNotBeyondTheEnds)
+{
+    const auto isEnabled = [this](const QModelIndex& index, const char16_t* text) {
+        QMenu* const menu = openMenu(index);
+        bool isOn = false;
+        for (const QAction* action : menu->actions())
+            isOn |= action->text() == text && action->isEnabled();
+        delete menu;
+        return isOn;
+    };
+    EXPECT_FALSE(isEnabled(header(), u"Move Up"));
+    EXPECT_TRUE(isEnabled(header(), u"Move Down"));
+    EXPECT_TRUE(isEnabled(plain(), u"Move Up"));
+    EXPECT_FALSE(isEnabled(plain(), u"Move Down"));
+    choose(plain(), QStringLiteral("Move Up"));
+    EXPECT_EQ(workshop.manager().items().front(), items[2]);
+}
+
+TEST_F(RowMenuTest, OffersToExtractAFinishedArchiveThatNothingWasDoneWith)
+{
+    EXPECT_FALSE(menuTexts(plain()).contains(u"Extract"));
+    items[2]->setLocalPath(workshop.sandbox.write(QStringLiteral("b.zip"), "x"));
+    items[2]->setStatus(DownloadStatus::completed);
+    turnEventLoop();
+    EXPECT_EQ(menuTexts(plain()).front(), u"Extract");
+    workshop.tools.add(QStringLiteral("unzip"), "exit 9");
+    workshop.tools.add(QStringLiteral("ditto"), "exit 9");
+    choose(plain(), QStringLiteral("Extract"));
+    EXPECT_TRUE(
+        fixtures::waitUntil([this] { return items[2]->extractionStatus().kind() == ExtractionStatus::failed; }));
+    turnEventLoop();
+    EXPECT_FALSE(menuTexts(plain()).contains(u"Extract"));
+    EXPECT_EQ(menuTexts(plain()).front(), u"Retry");
+}
+
+TEST_F(RowMenuTest, StopsARunAlsoOneThatWaitsForItsTurn)
+{
+    for (const bool isWaiting : {false, true}) {
+        for (const ItemPtr& item : items) {
+            item->setStatus(DownloadStatus::completed);
+            item->setExtractionStatus(ExtractionStatus::extracting);
+            item->setAwaitsExtractionTurn(isWaiting);
+        }
+        turnEventLoop();
+        EXPECT_EQ(menuTexts(plain()).front(), u"Stop extracting");
+        EXPECT_TRUE(menuTexts(header()).contains(u"Stop extracting"));
+    }
+}
+
+TEST_F(RowMenuTest, OfAWholeGroupOffersToExtractIt)
+{
+    for (int part : {0, 1}) {
+        items[static_cast<std::size_t>(part)]->setLocalPath(
+            workshop.sandbox.write(QStringLiteral("a/a.part%1.rar").arg(part + 1), "x"));
+        EXPECT_FALSE(menuTexts(header()).contains(u"Extract"));
+        items[static_cast<std::size_t>(part)]->setStatus(DownloadStatus::completed);
+        turnEventLoop();
+    }
+    workshop.tools.add(QStringLiteral("unrar"), "exit 3");
+    choose(header(), QStringLiteral("Extract"));
+    EXPECT_TRUE(
+        fixtures::waitUntil([this] { return items[0]->extractionStatus().kind() == ExtractionStatus::failed; }));
+}
+
+TEST_F(RowMenuTest, RunsTheCommandOnItsRowAlsoWhenThatHasMoved)
+{
+    QMenu* const menu = openMenu(plain());
+    workshop.manager().commands().removeGroup(QStringLiteral("a"));
+    menu->actions().at(1)->trigger();
+    EXPECT_EQ(items[2]->status().kind(), DownloadStatus::stopped);
+}
+
+TEST_F(RowMenuTest, ARightClickOpensTheMenuOfTheRowBeneath)
+{
+    const QPoint point = view.visualRect(member(0)).center();
+    QContextMenuEvent event(QContextMenuEvent::Mouse, point, view.viewport()->mapToGlobal(point));
+    QApplication::sendEvent(view.viewport(), &event);
+    EXPECT_NE(view.findChild<QMenu*>(QStringLiteral("rowMenu")), nullptr);
+    EXPECT_EQ(view.currentIndex(), member(0));
+}
+
+} // namespace
+} // namespace vormel
