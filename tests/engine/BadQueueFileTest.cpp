@@ -1,3 +1,4 @@
+#include "engine/QuietTable.h"
 #include "engine/SavedQueue.h"
 #include "engine/queue/QueueFile.h"
 
@@ -13,7 +14,7 @@ using namespace vormel::fixtures;
 
 namespace {
 
-class UnreadableQueue : public SavedQueue
+class UnreadableQueue : public SavedQueue, protected QuietTable
 {};
 
 } // namespace
@@ -87,14 +88,7 @@ TEST_F(UnreadableQueue, DoesNotWriteOverAFileThatItCanNeitherReadNorMoveAside)
     QueueFile file(path, writer);
     const DownloadPaths paths(shop.sandbox.path(QStringLiteral("Downloads")));
     EXPECT_TRUE(file.restore(paths).empty());
-    struct Nobody final : ItemTable::Listener
-    {
-        void tableGrew(qsizetype /*first*/, qsizetype /*count*/) override {}
-        void tableShrank(const QSet<ItemId>& /*ids*/) override {}
-        void tableReordered() override {}
-        void tableItemChanged(DownloadItem& /*item*/, ItemField /*field*/) override {}
-    } nobody;
-    file.save(ItemTable(nobody), paths);
+    file.save(table, paths);
     writer.flush();
     EXPECT_EQ(shop.sandbox.read(longName), "broken");
 }

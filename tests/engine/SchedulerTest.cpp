@@ -1,19 +1,12 @@
 #include "engine/schedule/Scheduler.h"
 
+#include "engine/QuietTable.h"
+
 #include <gtest/gtest.h>
 
 using namespace vormel;
 
 namespace {
-
-class SilentListener final : public ItemTable::Listener
-{
-public:
-    void tableGrew(qsizetype /*first*/, qsizetype /*count*/) override {}
-    void tableShrank(const QSet<ItemId>& /*ids*/) override {}
-    void tableReordered() override {}
-    void tableItemChanged(DownloadItem& /*item*/, ItemField /*field*/) override {}
-};
 
 class OpenRules final : public SchedulingRules
 {
@@ -25,16 +18,9 @@ public:
     bool revAllowed = false;
 };
 
-class SchedulerTest : public ::testing::Test
+class SchedulerTest : public ::testing::Test, protected fixtures::QuietTable
 {
 protected:
-    ItemPtr add(const QString& name, const DownloadStatus& status)
-    {
-        auto item = std::make_shared<DownloadItem>(*Link::parse(QStringLiteral("http://h/") + name), ItemId::make());
-        item->setStatus(status);
-        table.append({item});
-        return item;
-    }
     [[nodiscard]] QStringList chosen(qint64 limit, qint64 underWay = 0) const
     {
         QStringList names;
@@ -43,8 +29,6 @@ protected:
         return names;
     }
 
-    SilentListener listener;
-    ItemTable table{listener};
     OpenRules rules;
 };
 

@@ -1,5 +1,6 @@
 #include "fixtures/ArchiveStep.h"
 #include "fixtures/EventLoop.h"
+#include "fixtures/PlainRenames.h"
 #include "fixtures/RealTools.h"
 #include "text/FileName.h"
 
@@ -195,6 +196,31 @@ TEST_F(SetOnDiskTest, LeavesAVolumeWhereItIsWhenItsPlaceIsTaken)
     ASSERT_TRUE(reaches(first, ExtractionStatus::failed));
     EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/m/m.part2.rar")), "the user's own");
     EXPECT_EQ(shop.sandbox.read(QStringLiteral("elsewhere/m.part2.rar")), "ours");
+}
+
+TEST_F(SetOnDiskTest, TheFreshRecoveryVolumeTakesThePlaceOfTheOldOneOnAnyFileSystem)
+{
+    shop.settings().autoExtract.set(false);
+    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+    shop.settings().downloadFolderPath.set(shop.sandbox.path(QStringLiteral("new")));
+    for (const bool hasFlags : {true, false}) {
+        std::optional<PlainRenames> plain;
+        if (!hasFlags)
+            plain.emplace();
+        shop.sandbox.write(QStringLiteral("Downloads/m/m.part1.rev"), "old");
+        const ItemPtr rev = shop.add(QStringLiteral("http://h/m.part1.rev"));
+        shop.manager().retryWithRevFiles({first});
+        turnEventLoop();
+        shop.http.last().head(200, {{"Content-Length", "3"}});
+        shop.http.last().data("new");
+        shop.http.last().finish();
+        turnEventLoop();
+        EXPECT_EQ(rev->localPath(), shop.sandbox.path(QStringLiteral("Downloads/m/m.part1.rev")));
+        EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/m/m.part1.rev")), "new");
+        shop.manager().commands().removeItems({rev->id()});
+    }
+    EXPECT_EQ(shop.sandbox.files(QStringLiteral("Trash")).size(), 2);
+    EXPECT_TRUE(shop.sandbox.files(QStringLiteral("new")).isEmpty());
 }
 
 TEST_F(SetOnDiskTest, KeepsARecoveryVolumeWhoseSuccessorCannotGetThere)

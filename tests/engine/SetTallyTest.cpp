@@ -1,4 +1,4 @@
-#include "engine/queue/ItemTable.h"
+#include "engine/QuietTable.h"
 #include "engine/recovery/RevRule.h"
 #include "model/SetName.h"
 
@@ -10,25 +10,9 @@ using namespace vormel;
 
 namespace {
 
-class SilentListener final : public ItemTable::Listener
-{
-public:
-    void tableGrew(qsizetype /*first*/, qsizetype /*count*/) override {}
-    void tableShrank(const QSet<ItemId>& /*ids*/) override {}
-    void tableReordered() override {}
-    void tableItemChanged(DownloadItem& /*item*/, ItemField /*field*/) override {}
-};
-
-class SetTallyTest : public ::testing::Test
+class SetTallyTest : public ::testing::Test, protected fixtures::QuietTable
 {
 protected:
-    ItemPtr add(const QString& name)
-    {
-        auto item = std::make_shared<DownloadItem>(*Link::parse(QStringLiteral("http://h/x")), ItemId::make());
-        item->setFilename(name);
-        table.append({item});
-        return item;
-    }
     /// What a walk over the whole queue finds.
     [[nodiscard]] SetTally counted(const QString& base) const
     {
@@ -53,9 +37,6 @@ protected:
             EXPECT_EQ(kept.extracted, found.extracted);
         }
     }
-
-    SilentListener listener;
-    ItemTable table{listener};
 };
 
 } // namespace

@@ -3,7 +3,6 @@
 #include <QFile>
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -18,10 +17,7 @@ int moveByHand(int fromFolder, const char* from, int toFolder, const char* to)
 {
     if (::linkat(fromFolder, from, toFolder, to, 0) == 0)
         return ::unlinkat(fromFolder, from, 0) == 0 ? 0 : errno;
-    if (errno == EEXIST)
-        return EEXIST;
-    struct stat facts = {};
-    if (::fstatat(toFolder, to, &facts, AT_SYMLINK_NOFOLLOW) == 0)
+    if (errno == EEXIST) // which the kernel tells before it tells that this cannot have a second name
         return EEXIST;
     return ::renameat(fromFolder, from, toFolder, to) == 0 ? 0 : errno;
 }

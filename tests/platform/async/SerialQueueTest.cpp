@@ -31,9 +31,9 @@ protected:
         turnEventLoop();
     }
 
-    std::unique_ptr<SerialQueue> queue = std::make_unique<SerialQueue>();
     std::map<QString, Turn> turns;
     QStringList log;
+    std::unique_ptr<SerialQueue> queue = std::make_unique<SerialQueue>(); // whoever waits at its end still writes the log
 };
 
 TEST_F(SerialQueueTest, oneWorksAtATimeInTheOrderOfTheirComing)

@@ -1,0 +1,90 @@
+#include "engine/recovery/WaitingArchives.h"
+
+#include "archive/PostDownload.h"
+#include "engine/QuietTable.h"
+#include "engine/recovery/RevFiles.h"
+#include "fixtures/Workshop.h"
+
+#include <gtest/gtest.h>
+
+using namespace vormel;
+
+namespace {
+
+class CountedLooks final : public PostDownload
+{
+public:
+    void autoExtractAfterDownload(const ItemId& item) override { looks.append(item); }
+    [[nodiscard]] bool isWorkingOn(const ItemId& /*item*/) const override { return false; }
+    void stopWorkOn(const ItemId& /*item*/) override {}
+
+    QList<ItemId> looks;
+};
+
+class IdleQueue final : public RevFiles::Queue
+{
+public:
+    void processQueue() override {}
+    void saveQueue() override {}
+};
+
+/// A set of which one volume is here, and rows that are about to leave the queue.
+class WaitingArchivesTest : public ::testing::Test, protected fixtures::QuietTable
+{
+protected:
+    ItemPtr addFirstVolume(const QString& base)
+    {
+        const ItemPtr item = add(base + QStringLiteral(".part1.rar"), DownloadStatus::completed);
+        item->setLocalPath(QStringLiteral("/d/") + item->filename());
+        return item;
+    }
+    void runLater()
+    {
+        for (const std::function<void()>& action : std::exchange(later, {}))
+            action();
+    }
+
+    fixtures::Workshop shop;
+    IdleQueue queue;
+    RevFiles revFiles{table, shop.settings(), queue};
+    CountedLooks postDownload;
+    std::vector<std::function<void()>> later;
+    WaitingArchives archives{table, shop.settings(), revFiles, postDownload,
+                             [this](std::function<void()> action) { later.push_back(std::move(action)); }};
+};
+
+} // namespace
+
+TEST_F(WaitingArchivesTest, LooksOnceAtEachSetOfWhichManyRowsGo)
+{
+    const ItemPtr first = addFirstVolume(QStringLiteral("m"));
+    const ItemPtr other = addFirstVolume(QStringLiteral("n"));
+    for (int i = 2; i < 50; ++i) {
+        archives.willBeRemoved(*add(QStringLiteral("m.part%1.rar").arg(i)));
+        archives.willBeRemoved(*add(QStringLiteral("n.part%1.rar").arg(i)));
+    }
+    EXPECT_TRUE(postDownload.looks.isEmpty()) << "the rows are still there";
+    runLater();
+    EXPECT_EQ(postDownload.looks, (QList<ItemId>{first->id(), other->id()}));
+}
+
+TEST_F(WaitingArchivesTest, LooksAgainWhenAnotherRowGoesAfterwards)
+{
+    const ItemPtr first = addFirstVolume(QStringLiteral("m"));
+    for (int i = 2; i < 4; ++i) {
+        archives.willBeRemoved(*add(QStringLiteral("m.part%1.rar").arg(i)));
+        runLater();
+    }
+    EXPECT_EQ(postDownload.looks, (QList<ItemId>{first->id(), first->id()}));
+}
+
+TEST_F(WaitingArchivesTest, LooksAtNothingForARowThatNobodyWaitedFor)
+{
+    addFirstVolume(QStringLiteral("m"));
+    archives.willBeRemoved(*add(QStringLiteral("m.part2.rar"), DownloadStatus::failed));
+    archives.willBeRemoved(*add(QStringLiteral("m.part3.rar"), DownloadStatus::completed));
+    archives.willBeRemoved(*add(QStringLiteral("m.part1.rev")));
+    archives.willBeRemoved(*add(QStringLiteral("m.zip")));
+    runLater();
+    EXPECT_TRUE(postDownload.looks.isEmpty());
+}
