@@ -20,8 +20,8 @@ public:
     SerialQueue& operator=(const SerialQueue&) = delete;
     ~SerialQueue();
 
-    /// Comes at once where nobody works and nobody waits. One that is still waiting when this goes is not given; a turn may
-    /// end after this.
+    /// Comes at once where nobody works and nobody waits. One that is still waiting when this goes is not given; a turn
+    /// may end after this.
     [[nodiscard]] Eventual<Turn> take();
 
 private:

@@ -9,8 +9,8 @@
 namespace vormel {
 
 /// A result that comes later, exactly once, and may be awaited by any number of coroutines on the UI thread, each of
-/// which gets a copy. They go on inside deliver(), in the order in which they came; who comes after the result goes on at
-/// once. Whoever takes one to await it must see to its delivery: copies share the result.
+/// which gets a copy. They go on inside deliver(), in the order in which they came; who comes after the result goes on
+/// at once. Whoever takes one to await it must see to its delivery: copies share the result.
 template <typename T>
 class SharedEventual
 {

@@ -33,7 +33,8 @@ protected:
 
     std::map<QString, Turn> turns;
     QStringList log;
-    std::unique_ptr<SerialQueue> queue = std::make_unique<SerialQueue>(); // whoever waits at its end still writes the log
+    /// Below the log, which whoever waits at its end still writes.
+    std::unique_ptr<SerialQueue> queue = std::make_unique<SerialQueue>();
 };
 
 TEST_F(SerialQueueTest, oneWorksAtATimeInTheOrderOfTheirComing)
