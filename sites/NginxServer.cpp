@@ -25,6 +25,7 @@ namespace {
 
 using std::chrono::steady_clock;
 constexpr std::chrono::milliseconds pollInterval(2);
+constexpr std::chrono::milliseconds reminderInterval(100);
 
 // Turns the forked child into the program. Only what is allowed between fork and exec in a program with threads.
 [[noreturn]] void become(const char* const* arguments)
@@ -32,6 +33,7 @@ constexpr std::chrono::milliseconds pollInterval(2);
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
+    setpgid(0, 0); // with its workers
     // A crashing test must not leave it behind.
     prctl(PR_SET_PDEATHSIG, SIGTERM);
     const int nowhere = open("/dev/null", O_RDWR);
@@ -122,12 +124,18 @@ void NginxServer::stop()
 {
     if (hasExited())
         return;
-    kill(m_process, SIGTERM);
     const auto end = steady_clock::now() + std::chrono::seconds(3);
-    while (!hasExited() && steady_clock::now() < end)
+    auto nextReminder = steady_clock::now();
+    while (!hasExited() && steady_clock::now() < end) {
+        // One that is told to end just before its workers are started forgets it, and goes on until the next signal.
+        if (steady_clock::now() >= nextReminder) {
+            kill(m_process, SIGTERM);
+            nextReminder += reminderInterval;
+        }
         std::this_thread::sleep_for(pollInterval);
+    }
     if (!hasExited()) {
-        kill(m_process, SIGKILL);
+        kill(-m_process, SIGKILL); // its workers, too, which would go on without it
         waitpid(m_process, nullptr, 0);
         m_process = -1;
     }
