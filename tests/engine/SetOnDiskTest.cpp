@@ -40,6 +40,14 @@ protected:
         const QString suffix = QFileInfo(volumes[number]).fileName().mid(3);
         return QStringLiteral("http://h/") + base + suffix;
     }
+    /// What the running transfer asks for.
+    void deliver(const QByteArray& bytes)
+    {
+        shop.http.last().head(200, {{"Content-Length", QByteArray::number(bytes.size())}});
+        shop.http.last().data(bytes);
+        shop.http.last().finish();
+        turnEventLoop();
+    }
     ItemPtr fetch(const QString& url, qsizetype number)
     {
         ItemPtr item = shop.add(url);
@@ -48,10 +56,7 @@ protected:
         QFile volume(volumes[number]);
         if (!volume.open(QFile::ReadOnly))
             qFatal("A volume is gone");
-        shop.http.last().head(200, {{"Content-Length", QByteArray::number(volume.size())}});
-        shop.http.last().data(volume.readAll());
-        shop.http.last().finish();
-        turnEventLoop();
+        deliver(volume.readAll());
         return item;
     }
     /// The whole set, with its parts known before the first has come.
@@ -73,10 +78,7 @@ protected:
         QFile volume(volumes[number]);
         if (!volume.open(QFile::ReadOnly))
             qFatal("A volume is gone");
-        shop.http.last().head(200, {{"Content-Length", QByteArray::number(volume.size())}});
-        shop.http.last().data(volume.readAll());
-        shop.http.last().finish();
-        turnEventLoop();
+        deliver(volume.readAll());
     }
 
     QStringList volumes;
@@ -124,9 +126,7 @@ TEST_F(SetOnDiskTest, IsRepairedUnderANameTooLongForTheDisk)
     ASSERT_TRUE(waitUntil([&] { return items[3]->status() == DownloadStatus::downloading; }));
     QFile rev(volumes[3]);
     ASSERT_TRUE(rev.open(QFile::ReadOnly));
-    shop.http.last().head(200, {{"Content-Length", QByteArray::number(rev.size())}});
-    shop.http.last().data(rev.readAll());
-    shop.http.last().finish();
+    deliver(rev.readAll());
     ASSERT_TRUE(reaches(items[0], ExtractionStatus::done)) << items[0]->extractionStatus().message().toStdString();
 }
 
@@ -211,10 +211,7 @@ TEST_F(SetOnDiskTest, TheFreshRecoveryVolumeTakesThePlaceOfTheOldOneOnAnyFileSys
         const ItemPtr rev = shop.add(QStringLiteral("http://h/m.part1.rev"));
         shop.manager().retryWithRevFiles({first});
         turnEventLoop();
-        shop.http.last().head(200, {{"Content-Length", "3"}});
-        shop.http.last().data("new");
-        shop.http.last().finish();
-        turnEventLoop();
+        deliver("new");
         EXPECT_EQ(rev->localPath(), shop.sandbox.path(QStringLiteral("Downloads/m/m.part1.rev")));
         EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/m/m.part1.rev")), "new");
         shop.manager().commands().removeItems({rev->id()});
@@ -235,10 +232,7 @@ TEST_F(SetOnDiskTest, KeepsARecoveryVolumeWhoseSuccessorCannotGetThere)
     const ItemPtr rev = shop.add(QStringLiteral("http://h/m.part1.rev"));
     shop.manager().retryWithRevFiles({first});
     turnEventLoop();
-    shop.http.last().head(200, {{"Content-Length", "3"}});
-    shop.http.last().data("new");
-    shop.http.last().finish();
-    turnEventLoop();
+    deliver("new");
     ASSERT_EQ(rev->status(), DownloadStatus::completed);
     EXPECT_EQ(shop.sandbox.read(QStringLiteral("Downloads/m/m.part1.rev")), "new");
     EXPECT_TRUE(QFile::exists(old.fileName()));
@@ -261,9 +255,7 @@ TEST_F(SetOnDiskTest, FetchesAVolumeAgainWhileItIsBroughtFromAnotherDisk)
     shop.manager().commands().redownloadItem(*second);
     ASSERT_TRUE(waitUntil([&] { return first->extractionStatus() == ExtractionStatus::idle; }));
     turnEventLoop();
-    shop.http.last().head(200, {{"Content-Length", "3"}});
-    shop.http.last().data("new");
-    shop.http.last().finish();
+    deliver("new");
     ASSERT_TRUE(reaches(first, ExtractionStatus::done));
     EXPECT_EQ(set.entryList(QDir::Files | QDir::Hidden),
               (QStringList{QStringLiteral("film.mkv"), QStringLiteral("m.part1.rar"), QStringLiteral("m.part2.rar")}));
