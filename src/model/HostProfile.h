@@ -20,14 +20,14 @@ enum class SupportedHost
 /// resolver.
 struct HostProfile
 {
-    SupportedHost host;
+    SupportedHost host = SupportedHost::filestore;
     QLatin1StringView key;                 ///< what is stored
     QLatin1StringView label;               ///< what is shown
     QLatin1StringView linkFragment;        ///< the host of its links has this in it
     QLatin1StringView groupFragment;       ///< a host with this in it stands under the label in a choice of hosts
     QLatin1StringView certificateFragment; ///< a host with this in it may have any certificate
-    int rank;                              ///< its place in a choice of hosts
-    bool looksUpNames;                     ///< else names come from its web session alone
+    int rank = 0;                          ///< its place in a choice of hosts
+    bool looksUpNames = false;             ///< else names come from its web session alone
 };
 
 /// In order of rank. Where a host has the fragments of several in it, the first counts.

@@ -197,7 +197,7 @@ void LinkIntake::addCaptchaLinks(const PendingCaptcha& answered, const std::vect
     settle();
 }
 
-void LinkIntake::cancelCaptcha(const PendingCaptcha& question)
+void LinkIntake::cancelCaptcha(const PendingCaptcha& question) const
 {
     if (const ItemPtr placeholder = m_ports.table.find(question.placeholderID))
         placeholder->setStatus(DownloadStatus::failure(QStringLiteral("CAPTCHA cancelled")));

@@ -55,7 +55,7 @@ public:
     void addDirectURLs(const std::vector<Link>& urls);
     /// Puts the links in the place of the container that waits for its CAPTCHA.
     void addCaptchaLinks(const PendingCaptcha& answered, const std::vector<Link>& urls);
-    void cancelCaptcha(const PendingCaptcha& question);
+    void cancelCaptcha(const PendingCaptcha& question) const;
 
     /// Is this the row of a container that could not be read? Its link leads to a page, never to a file.
     [[nodiscard]] bool isFailedContainer(const DownloadItem& item) const;

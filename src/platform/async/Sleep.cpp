@@ -9,7 +9,7 @@ QCoro::Task<> sleepFor(Clock& clock, std::chrono::nanoseconds time) // NOLINT(*-
     EventualSource<bool> source(false);
     const Timer timer = clock.after(time, [&source] { source.deliver(true); });
     Eventual<bool> over = source.eventual();
-    co_await over;
+    static_cast<void>(co_await over);
 }
 
 } // namespace vormel
