@@ -20,6 +20,7 @@ DownloadManager::DownloadManager(const Platform& platform, const Collaborators& 
     , m_platform(platform)
     , m_settings(platform.defaults, platform.folders.downloads)
     , m_table(*this)
+    , m_accounts(platform.defaults)
     , m_queueFile(platform.folders.applicationSupport + QStringLiteral("/download_queue.json"), platform.fileWriter)
     , m_groupNames(platform.defaults)
     , m_revFiles(m_table, m_settings, *this)
@@ -30,8 +31,8 @@ DownloadManager::DownloadManager(const Platform& platform, const Collaborators& 
     , m_session(platform.http, platform.fileSync, platform.clock, *this)
     , m_completion(m_table, m_settings, platform.clock, platform.trash, m_pipeline, m_recovery, *this)
     , m_starter({m_table, m_settings, platform.clock, m_resolvers, m_session, m_completion, m_pipeline, m_recovery,
-                 m_questions, *this})
-    , m_prefetch(m_table, m_settings, m_resolvers, *this)
+                 m_questions, m_accounts, *this})
+    , m_prefetch(m_table, m_settings, m_resolvers, m_accounts, *this)
     , m_intake({m_table, m_settings, m_resolvers, m_completion, m_pipeline, m_questions, *this})
     , m_commands({m_table, m_settings, m_session, m_starter, m_completion, m_recovery, m_pipeline, m_intake,
                   platform.trash, *this})
@@ -42,6 +43,7 @@ DownloadManager::DownloadManager(const Platform& platform, const Collaborators& 
     prefetchFilenames();
     followQuestions();
     connect(&m_settings, &AppSettings::changed, this, &DownloadManager::changed);
+    connect(&m_accounts, &Accounts::changed, this, &DownloadManager::changed);
     connect(&m_settings, &AppSettings::downloadRevFilesSet, this, [this] { processQueue(); });
     // The queue leaves out where part files lie in this folder.
     connect(&m_settings, &AppSettings::downloadFolderSet, this, [this] { saveQueue(); });
@@ -62,12 +64,6 @@ void DownloadManager::followQuestions()
             [this](const ItemId& id, const QString& password) { m_pipeline.extractWithPassword(id, password); });
     connect(&m_questions, &Questions::signedIn, this, &DownloadManager::processQueue);
     connect(&m_questions, &Questions::signInCancelled, this, &DownloadManager::signInCancelled);
-}
-
-void DownloadManager::setAccounts(std::vector<HostAccount> accounts)
-{
-    m_accounts = std::move(accounts);
-    Q_EMIT changed();
 }
 
 void DownloadManager::restoreQueue()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "archive/PostDownloadPipeline.h"
+#include "engine/accounts/Accounts.h"
 #include "engine/commands/GroupVerification.h"
 #include "engine/commands/QueueCommands.h"
 #include "engine/completion/TransferCompletion.h"
@@ -68,8 +69,7 @@ public:
 
     [[nodiscard]] double totalSpeedBytesPerSec() const { return m_totalSpeedBytesPerSec; }
     [[nodiscard]] const QString& queueFileURL() const { return m_queueFile.queueFileURL(); }
-    [[nodiscard]] const std::vector<HostAccount>& accounts() const override { return m_accounts; }
-    void setAccounts(std::vector<HostAccount> accounts);
+    [[nodiscard]] Accounts& accounts() { return m_accounts; }
 
     void addURLs(const std::vector<Link>& urls, const std::optional<QString>& containerPassword);
     void addDirectURLs(const std::vector<Link>& urls);
@@ -154,7 +154,7 @@ private:
     AppSettings m_settings;
     ItemTable m_table;
     Questions m_questions;
-    std::vector<HostAccount> m_accounts;
+    Accounts m_accounts;
     double m_totalSpeedBytesPerSec = 0;
     QSet<ItemId> m_startsUnderWay; ///< chosen by a pass, start task not yet run
     bool m_isPassDue = false;

@@ -23,7 +23,7 @@ TEST_F(DownloadStart, FailsAtOnceWithoutAnAccount)
 {
     const ItemPtr item = shop.start(filestoreLink);
     EXPECT_EQ(item->status(), DownloadStatus::failure(QStringLiteral("No account configured for Filestore.example")));
-    shop.manager().setAccounts({account(SupportedHost::filestore)});
+    shop.manager().accounts().set({account(SupportedHost::filestore)});
     shop.manager().processQueue();
     turnEventLoop();
     EXPECT_EQ(item->status().kind(), DownloadStatus::failed);
@@ -33,9 +33,9 @@ TEST_F(DownloadStart, TakesTheFirstEnabledAccountOfTheHost)
 {
     HostAccount disabled = account(SupportedHost::filestore, QStringLiteral("off"));
     disabled.isEnabled = false;
-    shop.manager().setAccounts({account(SupportedHost::terabytez, QStringLiteral("other")), disabled,
-                                account(SupportedHost::filestore, QStringLiteral("first")),
-                                account(SupportedHost::filestore, QStringLiteral("second"))});
+    shop.manager().accounts().set({account(SupportedHost::terabytez, QStringLiteral("other")), disabled,
+                                   account(SupportedHost::filestore, QStringLiteral("first")),
+                                   account(SupportedHost::filestore, QStringLiteral("second"))});
     shop.start(filestoreLink);
     EXPECT_EQ(log->resolves.back().account.username, QStringLiteral("first"));
 }
@@ -98,7 +98,7 @@ TEST_F(DownloadStart, NeverUsesAnAddressThatWasResolvedInTheFuture)
 
 TEST_F(DownloadStart, NeverUsesAResolvedAddressWithoutItsDate)
 {
-    shop.manager().setAccounts({account(SupportedHost::filestore)});
+    shop.manager().accounts().set({account(SupportedHost::filestore)});
     const ItemPtr item = shop.add(filestoreLink);
     resolveTo(0, QStringLiteral("https://cdn.example/none"));
     item->setResolvedURL(link(QStringLiteral("https://cdn.example/old.rar")));
@@ -132,7 +132,7 @@ TEST_F(DownloadStart, TakesNoFileOfAnotherItemForItsOwn)
 
 TEST_F(DownloadStart, TakesTwoFilesOfOneToldNameForOne)
 {
-    shop.manager().setAccounts({account(SupportedHost::filestore)});
+    shop.manager().accounts().set({account(SupportedHost::filestore)});
     const ItemPtr first = shop.add(QStringLiteral("https://filestore.example/f/1"));
     resolveTo(0, QStringLiteral("https://cdn.example/movie.rar"));
     first->setLocalPath(shop.sandbox.write(QStringLiteral("Downloads/movie.rar"), "x"));

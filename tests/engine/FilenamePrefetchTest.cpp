@@ -19,7 +19,7 @@ class FilenamePrefetchTest : public ::testing::Test
 protected:
     FilenamePrefetchTest()
     {
-        shop.manager().setAccounts({account(SupportedHost::filestore), account(SupportedHost::terabytez)});
+        shop.manager().accounts().set({account(SupportedHost::filestore), account(SupportedHost::terabytez)});
     }
     void name(std::size_t call, const QString& filename)
     {
@@ -122,7 +122,7 @@ TEST_F(FilenamePrefetchTest, AsksNobodyWhereNothingCanBeLearnt)
 
 TEST_F(FilenamePrefetchTest, AsksNobodyWithoutAnEnabledAccount)
 {
-    shop.manager().setAccounts({});
+    shop.manager().accounts().set({});
     shop.add(filestore(1));
     EXPECT_EQ(lookUps(), 0U);
 }
@@ -218,7 +218,7 @@ TEST_F(FilenamePrefetchTest, LooksUpNamesAfterARestart)
     shop.add(filestore(1));
     shop.restart();
     EXPECT_EQ(lookUps(), 1U);
-    shop.manager().setAccounts({account(SupportedHost::filestore)});
+    shop.manager().accounts().set({account(SupportedHost::filestore)});
     shop.add(QStringLiteral("http://direct/x"));
     EXPECT_EQ(lookUps(), 2U);
 }

@@ -199,7 +199,7 @@ protected:
 
 TEST_P(DeadAddressTest, IsResolvedAnewAndTheFileGoesOnFromTheSameByte)
 {
-    shop.manager().setAccounts({account(SupportedHost::filestore)});
+    shop.manager().accounts().set({account(SupportedHost::filestore)});
     const ItemPtr item = shop.add(QStringLiteral("https://filestore.example/f/abc"));
     resolveTo(QStringLiteral("https://cdn.example/none"));
     shop.manager().startAll();

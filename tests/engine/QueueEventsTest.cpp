@@ -156,7 +156,7 @@ const Event intakeEvents[] = {
      [](QueueScene& s) { s.answerContainer(ContainerError::noLinksFound()); }, no, no},
     {"TwoLinksTurnOutToBeOneFile",
      [](QueueScene& s) {
-         s.shop.manager().setAccounts({account(SupportedHost::filestore)});
+         s.shop.manager().accounts().set({account(SupportedHost::filestore)});
          s.shop.add({premiumLink, QStringLiteral("https://filestore.example/f/y")});
          answerWithAddress(s.log->resolves[0], QStringLiteral("http://h/1.bin"), QStringLiteral("1.bin"));
          turnEventLoop();

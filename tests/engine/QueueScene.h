@@ -56,7 +56,7 @@ struct QueueScene
     }
     void resolve(const QString& url = premiumLink)
     {
-        shop.manager().setAccounts({account(SupportedHost::filestore)});
+        shop.manager().accounts().set({account(SupportedHost::filestore)});
         add(url);
         log->resolves[0].answer->deliver(ResolverError::unsupportedHost());
         turnEventLoop();

@@ -26,7 +26,7 @@ protected:
     }
     ItemPtr startFilestore()
     {
-        shop.manager().setAccounts({account(SupportedHost::filestore)});
+        shop.manager().accounts().set({account(SupportedHost::filestore)});
         const ItemPtr item = shop.add(filestoreLink);
         // The name look-up of a fresh link asks the service too; it is answered and out of the way.
         resolveTo(0, QStringLiteral("https://cdn.example/none"));

@@ -46,7 +46,7 @@ TEST_F(SignIn, FailsTheHeldItemsWhenTheLoginIsCancelled)
 
 TEST_F(SignIn, HasTheRecoveryVolumesFetchedAMinuteAfterTheLoginOfAPartIsCancelled)
 {
-    shop.manager().setAccounts({account(SupportedHost::filestore)});
+    shop.manager().accounts().set({account(SupportedHost::filestore)});
     const ItemPtr rev = shop.add(QStringLiteral("http://h/m.part1.rev"));
     const ItemPtr part = shop.add(QStringLiteral("https://filestore.example/f/m.part1.rar"));
     log->resolves[0].answer->deliver(ResolverError::unsupportedHost());
@@ -62,7 +62,7 @@ TEST_F(SignIn, HasTheRecoveryVolumesFetchedAMinuteAfterTheLoginOfAPartIsCancelle
 
 TEST_F(SignIn, FailsOnlyWhatStillWaitsWhenTheLoginIsCancelled)
 {
-    shop.manager().setAccounts({account(SupportedHost::filestore)});
+    shop.manager().accounts().set({account(SupportedHost::filestore)});
     QStringList links;
     for (int i = 0; i < 5; ++i)
         links << QStringLiteral("https://filestore.example/f/%1").arg(i);
@@ -91,7 +91,7 @@ TEST_F(SignIn, FailsOnlyWhatStillWaitsWhenTheLoginIsCancelled)
 
 TEST_F(SignIn, KeepsTheFirstOfTwoLoginQuestions)
 {
-    shop.manager().setAccounts({account(SupportedHost::filestore), account(SupportedHost::terabytez)});
+    shop.manager().accounts().set({account(SupportedHost::filestore), account(SupportedHost::terabytez)});
     shop.add({filestoreLink, QStringLiteral("https://terabytez.example/x")});
     resolveTo(0, QStringLiteral("https://cdn.example/none"));
     shop.manager().startAll();

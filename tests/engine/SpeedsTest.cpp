@@ -76,7 +76,7 @@ void blockTheFolderOfASet(Running& transfer)
 
 void askForALogin(Running& transfer)
 {
-    transfer.shop.manager().setAccounts({account(SupportedHost::filestore)});
+    transfer.shop.manager().accounts().set({account(SupportedHost::filestore)});
     transfer.item = transfer.shop.add(QStringLiteral("https://filestore.example/f/y.bin"));
     transfer.log->resolves[0].answer->deliver(ResolverError::unsupportedHost());
     transfer.commands().startItems({transfer.item});

@@ -124,7 +124,7 @@ class AddressTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        shop.manager().setAccounts({account(SupportedHost::filestore)});
+        shop.manager().accounts().set({account(SupportedHost::filestore)});
         item = shop.add(QStringLiteral("https://filestore.example/f/x.rar"));
         log->resolves[0].answer->deliver(ResolverError::unsupportedHost());
         turnEventLoop();

@@ -1,5 +1,6 @@
 #include "engine/intake/FilenamePrefetch.h"
 
+#include "engine/accounts/Accounts.h"
 #include "model/AppSettings.h"
 #include "model/SetName.h"
 #include "platform/async/Spawn.h"
@@ -35,10 +36,11 @@ QString nameFromLink(const Link& url)
 } // namespace
 
 FilenamePrefetch::FilenamePrefetch(const ItemTable& table, const AppSettings& settings, const ResolverTables& resolvers,
-                                   Queue& queue)
+                                   const Accounts& accounts, Queue& queue)
     : m_table(table)
     , m_settings(settings)
     , m_resolvers(resolvers)
+    , m_accounts(accounts)
     , m_queue(queue)
 {}
 
@@ -81,7 +83,7 @@ const HostAccount* FilenamePrefetch::accountFor(const DownloadItem& item) const
     if (!m_settings.downloadRevFiles.value() && isRevName(url.lastPathComponent()))
         return nullptr;
     const HostResolver* const resolver = m_resolvers.hostResolverForURL(url);
-    return resolver ? firstEnabledAccount(m_queue.accounts(), resolver->supportedHost()) : nullptr;
+    return resolver ? m_accounts.firstEnabled(resolver->supportedHost()) : nullptr;
 }
 
 QCoro::Task<> FilenamePrefetch::lookUp(std::shared_ptr<Run> run, ItemPtr item, HostAccount account)

@@ -10,6 +10,7 @@
 
 namespace vormel {
 
+class Accounts;
 class AppSettings;
 class ResolverTables;
 
@@ -21,7 +22,6 @@ public:
     class Queue
     {
     public:
-        [[nodiscard]] virtual const std::vector<HostAccount>& accounts() const = 0;
         virtual void dropDuplicates(const QSet<ItemId>& ids) = 0;
         /// Runs the action in a later turn of the event loop.
         virtual void later(std::function<void()> action) = 0;
@@ -32,7 +32,7 @@ public:
 
     /// All must outlive this.
     FilenamePrefetch(const ItemTable& table, const AppSettings& settings, const ResolverTables& resolvers,
-                     Queue& queue);
+                     const Accounts& accounts, Queue& queue);
 
     void prefetchFilenames();
 
@@ -59,6 +59,7 @@ private:
     const ItemTable& m_table;
     const AppSettings& m_settings;
     const ResolverTables& m_resolvers;
+    const Accounts& m_accounts;
     Queue& m_queue;
     std::shared_ptr<Run> m_prefetchTask;
     int m_lookUps = 0; ///< of all runs

@@ -1,6 +1,7 @@
 #include "engine/schedule/DownloadStarter.h"
 
 #include "archive/PostDownload.h"
+#include "engine/accounts/Accounts.h"
 #include "engine/completion/FinishedFile.h"
 #include "engine/completion/TransferCompletion.h"
 #include "engine/questions/Questions.h"
@@ -91,7 +92,7 @@ QCoro::Task<Link> DownloadStarter::downloadAddress(ItemPtr item, quint64 attempt
     const HostResolver* const resolver = m_ports.resolvers.hostResolverForURL(item->originalURL());
     if (!resolver)
         co_return item->originalURL();
-    const HostAccount* const account = firstEnabledAccount(m_ports.queue.accounts(), resolver->supportedHost());
+    const HostAccount* const account = m_ports.accounts.firstEnabled(resolver->supportedHost());
     if (!account)
         throw ResolverError::noAccountConfigured(displayName(resolver->supportedHost()));
     if (isFresh(*item, m_ports.clock.wallNow()))

@@ -10,6 +10,7 @@
 
 namespace vormel {
 
+class Accounts;
 class AppSettings;
 class NetworkRecovery;
 class PartFile;
@@ -28,7 +29,6 @@ public:
     public:
         virtual void processQueue() = 0;
         virtual void saveQueue() = 0;
-        [[nodiscard]] virtual const std::vector<HostAccount>& accounts() const = 0;
         /// Must this recovery volume wait?
         [[nodiscard]] virtual bool isRevHeldBack(const DownloadItem& item) const = 0;
 
@@ -48,6 +48,7 @@ public:
         PostDownload& postDownload;
         NetworkRecovery& recovery;
         Questions& questions;
+        const Accounts& accounts;
         Queue& queue;
     };
     explicit DownloadStarter(const Ports& ports);

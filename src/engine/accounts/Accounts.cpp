@@ -1,0 +1,48 @@
+#include "engine/accounts/Accounts.h"
+
+#include "engine/accounts/AccountRecords.h"
+#include "platform/storage/UserDefaults.h"
+
+namespace vormel {
+
+namespace {
+
+const QString accountsKey = QStringLiteral("vormel_accounts");
+
+} // namespace
+
+Accounts::Accounts(UserDefaults& store)
+    : m_store(store)
+{
+    loadAccounts();
+}
+
+const HostAccount* Accounts::firstEnabled(SupportedHost host) const
+{
+    return firstEnabledAccount(m_list, host);
+}
+
+void Accounts::set(std::vector<HostAccount> list)
+{
+    m_list = std::move(list);
+    saveAccounts();
+    Q_EMIT changed();
+}
+
+void Accounts::loadAccounts()
+{
+    const std::optional<QString> stored = m_store.stringForKey(accountsKey);
+    std::optional<std::vector<HostAccount>> list = stored ? decodeAccounts(stored->toUtf8()) : std::nullopt;
+    if (!list)
+        return;
+    m_list = std::move(*list);
+    // In today's form, whatever wrote it.
+    saveAccounts();
+}
+
+void Accounts::saveAccounts()
+{
+    m_store.setObject(accountsKey, QString::fromUtf8(encodeAccounts(m_list)));
+}
+
+} // namespace vormel

@@ -1,0 +1,101 @@
+#include "engine/accounts/Accounts.h"
+
+#include "engine/accounts/AccountRecords.h"
+#include "fixtures/Sandbox.h"
+#include "platform/storage/FileWriter.h"
+#include "platform/storage/UserDefaults.h"
+
+#include <gtest/gtest.h>
+
+using namespace vormel;
+
+namespace {
+
+const QString storeKey = QStringLiteral("vormel_accounts");
+
+HostAccount account(SupportedHost host, const QString& username, bool isEnabled = true)
+{
+    return {QUuid::createUuid(), host, username, isEnabled};
+}
+
+class AccountsTest : public ::testing::Test
+{
+protected:
+    void store(const char* json) { defaults.setObject(storeKey, QString::fromUtf8(json)); }
+    [[nodiscard]] QString stored() const { return defaults.stringForKey(storeKey).value_or(QString()); }
+
+    fixtures::Sandbox sandbox;
+    FileWriter writer;
+    UserDefaults defaults{sandbox.path(QStringLiteral("preferences.json")), writer};
+};
+
+constexpr const char* oneRecord =
+    R"([{"id":"0E3B2E0C-6F0A-4C5B-9D55-0B7A4C1D9A11","host":"terabytez-host.example","username":"a \"b\"","isEnabled":false}])";
+
+} // namespace
+
+TEST_F(AccountsTest, AreStoredInTheirOrderAndReadAgain)
+{
+    const std::vector list{account(SupportedHost::terabytez, QStringLiteral("one")),
+                           account(SupportedHost::filestore, QStringLiteral("twö"), false)};
+    {
+        Accounts accounts(defaults);
+        EXPECT_TRUE(accounts.list().empty());
+        int changes = 0;
+        QObject::connect(&accounts, &Accounts::changed, [&changes] { ++changes; });
+        accounts.set(list);
+        EXPECT_EQ(changes, 1);
+    }
+    EXPECT_EQ(Accounts(defaults).list(), list);
+}
+
+TEST_F(AccountsTest, HaveFourKeysInARecord)
+{
+    store(oneRecord);
+    const Accounts accounts(defaults);
+    ASSERT_EQ(accounts.list().size(), 1U);
+    EXPECT_EQ(accounts.list().front().host, SupportedHost::terabytez);
+    EXPECT_EQ(accounts.list().front().username, u"a \"b\"");
+    EXPECT_FALSE(accounts.list().front().isEnabled);
+    EXPECT_EQ(encodeAccounts(accounts.list()), oneRecord);
+}
+
+TEST_F(AccountsTest, AreWrittenBackAtOnceInTodaysForm)
+{
+    store(R"([ {"isEnabled": true, "username": "x", "host": "filestore.example",
+                "id": "{0e3b2e0c-6f0a-4c5b-9d55-0b7a4c1d9a11}", "more": 1} ])");
+    const Accounts accounts(defaults);
+    EXPECT_EQ(stored(),
+              QStringLiteral(R"([{"id":"0E3B2E0C-6F0A-4C5B-9D55-0B7A4C1D9A11","host":"filestore.example","username":"x",)"
+                             R"("isEnabled":true}])"));
+}
+
+TEST_F(AccountsTest, ThatCannotBeUnderstoodAreNoneAndStayAsTheyAre)
+{
+    const QByteArray id = R"("id":"0E3B2E0C-6F0A-4C5B-9D55-0B7A4C1D9A11")";
+    const QByteArray host = R"("host":"filestore.example")";
+    const QByteArray rest = R"("username":"x","isEnabled":true)";
+    for (const QByteArray& json :
+         {QByteArray(), QByteArray("{}"), QByteArray("["), QByteArray("[1]"), "[{" + host + ',' + rest + "}]",
+          "[{\"id\":\"1\"," + host + ',' + rest + "}]", "[{" + id + ",\"host\":\"Filestore.example\"," + rest + "}]",
+          "[{" + id + ',' + host + ",\"username\":1,\"isEnabled\":true}]",
+          "[{" + id + ',' + host + ",\"username\":\"x\",\"isEnabled\":1}]",
+          "[{" + id + ',' + host + ',' + rest + "},{}]"}) {
+        store(json.constData());
+        EXPECT_TRUE(Accounts(defaults).list().empty()) << json.constData();
+        EXPECT_EQ(stored(), QString::fromUtf8(json));
+    }
+    defaults.setObject(storeKey, 7);
+    EXPECT_TRUE(Accounts(defaults).list().empty());
+}
+
+TEST_F(AccountsTest, GiveTheFirstEnabledOneOfAHost)
+{
+    Accounts accounts(defaults);
+    accounts.set({account(SupportedHost::filestore, QStringLiteral("off"), false),
+                  account(SupportedHost::filestore, QStringLiteral("on")),
+                  account(SupportedHost::filestore, QStringLiteral("later"))});
+    ASSERT_TRUE(accounts.firstEnabled(SupportedHost::filestore));
+    EXPECT_EQ(accounts.firstEnabled(SupportedHost::filestore)->username, u"on");
+    EXPECT_EQ(accounts.firstEnabled(SupportedHost::terabytez), nullptr);
+}
