@@ -2,7 +2,7 @@
 
 #include "app/LaunchPing.h"
 #include "app/update/FeedUpdater.h"
-#include "archive/ArchiveExtractor.h"
+#include "archive/tools/ArchiveExtractor.h"
 #include "archive/tools/ToolWatch.h"
 #include "engine/DownloadManager.h"
 #include "platform/clock/SystemClock.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "archive/PostDownloadPipeline.h"
+#include "archive/pipeline/PostDownloadPipeline.h"
 #include "engine/accounts/Accounts.h"
 #include "engine/commands/GroupVerification.h"
 #include "engine/commands/QueueCommands.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "archive/ExtractionError.h"
+#include "archive/tools/ExtractionError.h"
 #include "fixtures/EventLoop.h"
 #include "platform/async/Spawn.h"
 

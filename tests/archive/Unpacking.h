@@ -1,6 +1,6 @@
 #pragma once
 
-#include "archive/ArchiveExtractor.h"
+#include "archive/tools/ArchiveExtractor.h"
 #include "archive/workspace/Placement.h"
 #include "archive/workspace/WorkFolder.h"
 #include "fixtures/FakeTrash.h"

@@ -1,6 +1,6 @@
 #include "archive/tools/PlainPaths.h"
 
-#include "archive/ExtractionError.h"
+#include "archive/tools/ExtractionError.h"
 #include "model/SetName.h"
 #include "text/FileName.h"
 

@@ -1,6 +1,6 @@
 #include "archive/tools/ToolRunner.h"
 
-#include "archive/ExtractionError.h"
+#include "archive/tools/ExtractionError.h"
 #include "archive/tools/PercentOutput.h"
 #include "archive/tools/ToolEnvironment.h"
 #include "archive/tools/ToolReason.h"

@@ -1,7 +1,7 @@
 #include "archive/tools/UnpackingTools.h"
 
-#include "archive/ArchiveFormat.h"
-#include "archive/ExtractionError.h"
+#include "archive/sources/ArchiveFormat.h"
+#include "archive/tools/ExtractionError.h"
 #include "archive/tools/ToolRunner.h"
 
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #include "archive/workspace/FarMove.h"
 
-#include "archive/ExtractionError.h"
+#include "archive/workspace/DestinationError.h"
 #include "archive/workspace/OpenFolder.h"
 #include "archive/workspace/WorkFolder.h"
 #include "platform/storage/CarefulMove.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "archive/ArchiveFormat.h"
+#include "archive/sources/ArchiveFormat.h"
 
 #include <QString>
 

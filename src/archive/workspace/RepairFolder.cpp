@@ -1,6 +1,6 @@
 #include "archive/workspace/RepairFolder.h"
 
-#include "archive/SetVolumes.h"
+#include "archive/sources/SetVolumes.h"
 #include "model/SetName.h"
 #include "platform/storage/CarefulMove.h"
 #include "platform/storage/UniqueDestination.h"

@@ -1,6 +1,6 @@
 #include "archive/workspace/ResultNames.h"
 
-#include "archive/CustomName.h"
+#include "archive/workspace/CustomName.h"
 #include "archive/workspace/OpenFolder.h"
 #include "archive/workspace/WorkFolder.h"
 #include "model/ReleaseName.h"

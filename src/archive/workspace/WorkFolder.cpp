@@ -1,6 +1,6 @@
 #include "archive/workspace/WorkFolder.h"
 
-#include "archive/ExtractionError.h"
+#include "archive/workspace/DestinationError.h"
 #include "archive/workspace/OpenFolder.h"
 #include "archive/workspace/TreeRemoval.h"
 #include "archive/workspace/WorkMark.h"

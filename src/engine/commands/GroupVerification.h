@@ -1,6 +1,6 @@
 #pragma once
 
-#include "archive/VolumeTest.h"
+#include "archive/tools/VolumeTest.h"
 #include "engine/queue/ItemTable.h"
 #include "platform/async/Lifetime.h"
 

@@ -1,6 +1,6 @@
 #include "engine/commands/QueueCommands.h"
 
-#include "archive/PostDownload.h"
+#include "archive/pipeline/PostDownload.h"
 #include "engine/commands/DiskState.h"
 #include "engine/commands/GroupOrder.h"
 #include "engine/completion/FinishedFile.h"

@@ -1,6 +1,6 @@
 #include "engine/completion/TransferCompletion.h"
 
-#include "archive/PostDownload.h"
+#include "archive/pipeline/PostDownload.h"
 #include "engine/completion/SetPartners.h"
 #include "engine/recovery/NetworkRecovery.h"
 #include "engine/transfer/PartMarks.h"

@@ -1,6 +1,6 @@
 #include "engine/intake/LinkIntake.h"
 
-#include "archive/PostDownload.h"
+#include "archive/pipeline/PostDownload.h"
 #include "engine/completion/FinishedFile.h"
 #include "engine/completion/TransferCompletion.h"
 #include "engine/questions/Questions.h"

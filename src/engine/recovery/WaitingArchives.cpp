@@ -1,6 +1,6 @@
 #include "engine/recovery/WaitingArchives.h"
 
-#include "archive/PostDownload.h"
+#include "archive/pipeline/PostDownload.h"
 #include "engine/completion/SetPartners.h"
 #include "engine/recovery/RevFiles.h"
 #include "model/AppSettings.h"

@@ -1,6 +1,6 @@
 #include "engine/schedule/DownloadStarter.h"
 
-#include "archive/PostDownload.h"
+#include "archive/pipeline/PostDownload.h"
 #include "engine/accounts/Accounts.h"
 #include "engine/completion/FinishedFile.h"
 #include "engine/completion/TransferCompletion.h"

@@ -1,6 +1,6 @@
 #include "ui/queue/RowPresenter.h"
 
-#include "archive/ArchiveFormat.h"
+#include "archive/sources/ArchiveFormat.h"
 #include "text/ByteCount.h"
 
 #include <QStringList>

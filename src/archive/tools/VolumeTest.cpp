@@ -1,0 +1,68 @@
+#include "archive/tools/VolumeTest.h"
+
+#include "archive/tools/BadVolumes.h"
+#include "archive/tools/ExtractionError.h"
+#include "archive/tools/PlainPaths.h"
+#include "archive/tools/ToolRunner.h"
+#include "archive/tools/UnpackingTools.h"
+#include "text/FileName.h"
+
+#include <memory>
+#include <optional>
+
+namespace vormel {
+
+namespace {
+
+QString reasonOf(const ExtractionError& failure)
+{
+    const QString reason = failure.reason().text().simplified();
+    return reason.isEmpty() ? QStringLiteral("code ") + QString::number(failure.exitCode()) : reason;
+}
+
+VolumeTest failedTest(const ExtractionError& failure, const BadVolumes& blame, const PlainPaths& paths)
+{
+    using Outcome = VolumeTest::Outcome;
+    VolumeTest test;
+    for (const QString& name : blame.names())
+        test.badVolumes << paths.realName(name);
+    if (!test.badVolumes.isEmpty())
+        test.outcome = Outcome::damaged;
+    else if (blame.wantsPassword())
+        test.outcome = Outcome::passwordNeeded;
+    else {
+        test.outcome = Outcome::failed;
+        test.reason = reasonOf(failure);
+    }
+    return test;
+}
+
+} // namespace
+
+QCoro::Task<VolumeTest> testVolumes(ToolRunner& tools, std::shared_ptr<const PlainPaths> paths,
+                                    std::function<void(const QString&)> trace)
+{
+    const std::optional<QString> tool = rarTool(tools);
+    if (!tool)
+        throw ExtractionError::toolNotFound(QStringLiteral("unrar/rar"));
+    const QString about = QStringLiteral("[Verify] ") + paths->realName(lastComponent(paths->archive()));
+    const auto blame = std::make_shared<BadVolumes>(paths->archive());
+    const QStringList args{QStringLiteral("t"), paths->archive()};
+    const std::function<void(const QByteArray&)> onLine = [blame](const QByteArray& line) { blame->readLine(line); };
+    std::optional<ExtractionError> failure;
+    try {
+        co_await tools.run(*tool, args, {}, {}, onLine);
+    } catch (const ExtractionError& error) {
+        failure = error;
+    }
+    if (!failure) {
+        trace(about + QStringLiteral(" OK"));
+        co_return VolumeTest();
+    }
+    trace(about + QStringLiteral(" FAILED (code %1):\n").arg(failure->exitCode()) + failure->output());
+    const VolumeTest test = failedTest(*failure, *blame, *paths);
+    trace(QStringLiteral("[Verify] bad volumes: ") + test.badVolumes.join(QStringLiteral(", ")));
+    co_return test;
+}
+
+} // namespace vormel

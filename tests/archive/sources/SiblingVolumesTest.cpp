@@ -1,0 +1,38 @@
+#include "archive/sources/SiblingVolumes.h"
+
+#include "fixtures/Sandbox.h"
+
+#include <QSet>
+
+#include <gtest/gtest.h>
+
+namespace vormel {
+namespace {
+
+TEST(SiblingVolumes, areAllVolumesWhoseNamesBeginLikeTheSet)
+{
+    const fixtures::Sandbox sandbox;
+    QSet<QString> expected;
+    for (const char* name : {"a.part01.rar", "a.part02.rar", "a.part03.rev", "ab.part01.rar", "a.PART04.RAR"})
+        expected << sandbox.write(QString::fromUtf8(name), "x");
+    for (const char* name : {"A.part05.rar", "b.part01.rar", "a.txt", "a.rar.txt"})
+        sandbox.write(QString::fromUtf8(name), "x");
+    const QStringList found = siblingVolumes(sandbox.path(QStringLiteral("a.part01.rar")));
+    EXPECT_EQ(QSet<QString>(found.begin(), found.end()), expected);
+    EXPECT_EQ(found.size(), expected.size());
+}
+
+TEST(SiblingVolumes, aLoneArchiveHasNone)
+{
+    const fixtures::Sandbox sandbox;
+    sandbox.write(QStringLiteral("a.part1.rar"), "x");
+    EXPECT_EQ(siblingVolumes(sandbox.write(QStringLiteral("a.rar"), "x")), QStringList());
+}
+
+TEST(SiblingVolumes, aFolderThatCannotBeListedHasNone)
+{
+    EXPECT_EQ(siblingVolumes(QStringLiteral("/no/such/folder/a.part1.rar")), QStringList());
+}
+
+} // namespace
+} // namespace vormel

@@ -1,0 +1,167 @@
+#include "archive/tools/ExtractionError.h"
+
+#include "archive/tools/InstallAdvice.h"
+
+#include <gtest/gtest.h>
+
+namespace vormel {
+namespace {
+
+using Kind = ExtractionError::Kind;
+
+Kind classified(int code, const char* output, bool passwordGiven)
+{
+    return classifyToolError(ExtractionError::extractionFailed(code, QString::fromUtf8(output)), passwordGiven).kind();
+}
+
+TEST(ExtractionError, eachKindHasItsText)
+{
+    EXPECT_EQ(ExtractionError::extractionFailed(3, QStringLiteral("oh")).errorDescription(),
+              u"Extraction failed (code 3): oh");
+    EXPECT_EQ(ExtractionError::unsupportedFormat().errorDescription(), u"Unsupported archive format");
+    EXPECT_EQ(ExtractionError::passwordRequired().errorDescription(), u"Archive is password-protected");
+    EXPECT_EQ(ExtractionError::wrongPassword().errorDescription(), u"Incorrect archive password");
+    EXPECT_EQ(ExtractionError::toolNotFound(QStringLiteral("7z")).errorDescription(),
+              toolNotFoundText(QStringLiteral("7z")));
+    EXPECT_EQ(ExtractionError::repairToolNotFound().errorDescription(), repairToolNotFoundText());
+}
+
+TEST(ExtractionError, aMissingToolIsFoundWithThePackageManagerOfThePlatform)
+{
+    EXPECT_EQ(toolNotFoundText(QStringLiteral("7z"), PackageManager::brew),
+              u"7z not found. Install it with: brew install 7z");
+    EXPECT_EQ(toolNotFoundText(QStringLiteral("unrar/rar"), PackageManager::brew),
+              u"unrar/rar not found. Install it with: brew install unrar/rar");
+    EXPECT_EQ(toolNotFoundText(QStringLiteral("7z"), PackageManager::apt),
+              u"7z not found. Install it with: sudo apt install 7zip");
+    EXPECT_EQ(toolNotFoundText(QStringLiteral("unrar"), PackageManager::apt),
+              u"unrar not found. Install it with: sudo apt install unrar");
+    EXPECT_EQ(toolNotFoundText(QStringLiteral("unrar/rar"), PackageManager::apt),
+              u"unrar/rar not found. Install it with: sudo apt install unrar");
+}
+
+TEST(ExtractionError, theMissingRepairToolSaysWhatItIsNeededFor)
+{
+    EXPECT_EQ(repairToolNotFoundText(PackageManager::brew),
+              u"rar (needed to rebuild volumes from .rev — install with: brew install rar) not found. Install it with: "
+              u"brew install rar (needed to rebuild volumes from .rev — install with: brew install rar)");
+    EXPECT_EQ(repairToolNotFoundText(PackageManager::apt),
+              u"rar (needed to rebuild volumes from .rev — install with: sudo apt install rar) not found. Install it "
+              u"with: sudo apt install rar");
+}
+
+TEST(ExtractionError, theTextShowsTwoHundredCharactersNotBytes)
+{
+    const QString family = QStringLiteral("👨‍👩‍👧");
+    const QString shown = ExtractionError::extractionFailed(1, family.repeated(300)).errorDescription();
+    EXPECT_EQ(shown, QStringLiteral("Extraction failed (code 1): ") + family.repeated(200));
+    const QString exact = QStringLiteral("é").repeated(200);
+    EXPECT_EQ(ExtractionError::extractionFailed(1, exact + u'x').errorDescription(),
+              QStringLiteral("Extraction failed (code 1): ") + exact);
+}
+
+TEST(ExtractionError, theWholeOutputIsKeptBesideTheText)
+{
+    const QString output = QStringLiteral("x").repeated(5000);
+    const ExtractionError error = ExtractionError::extractionFailed(7, output);
+    EXPECT_EQ(error.exitCode(), 7);
+    EXPECT_EQ(error.output(), output);
+}
+
+TEST(ExtractionError, theTextTellsTheReasonAndNotTheBanner)
+{
+    EXPECT_EQ(ExtractionError::extractionFailed(
+                  3, QStringLiteral("\nUNRAR 6.21 freeware      Copyright (c) 1993-2023 A. Uthor\n\n\n"
+                                    "Extracting from /x/bad.rar\n\nExtracting  /x/out/f     \b\b\b\b 50%\n"
+                                    "f     - checksum error\nTotal errors: 1\n"))
+                  .errorDescription(),
+              u"Extraction failed (code 3): f     - checksum error");
+    EXPECT_EQ(ExtractionError::extractionFailed(3, QStringLiteral("UNRAR 6.21 freeware\n")).errorDescription(),
+              u"Extraction failed (code 3): UNRAR 6.21 freeware\n");
+}
+
+TEST(ExtractionError, aWrongPasswordThatMayBeDamageCanBeToldAsSuch)
+{
+    const auto classify = [](int code, const char* output) {
+        return classifyToolError(ExtractionError::extractionFailed(code, QString::fromUtf8(output)), true);
+    };
+    for (const char* output : {"ERROR: Data Error in encrypted file. Wrong password? : f",
+                               "ERROR: CRC Failed in encrypted file. Wrong password? : f",
+                               "ERROR: /x/a.7z\nCannot open encrypted archive. Wrong password?",
+                               "ERROR: /x/a.7z : Can not open encrypted archive. Wrong password?",
+                               "Checksum error in the encrypted file f. Corrupt file or wrong password."}) {
+        const ExtractionError wrong = classify(2, output);
+        EXPECT_EQ(wrong.kind(), Kind::wrongPassword) << output;
+        ASSERT_TRUE(wrong.asDamage()) << output;
+        EXPECT_EQ(wrong.asDamage()->kind(), Kind::extractionFailed);
+        EXPECT_EQ(wrong.asDamage()->exitCode(), 2);
+        EXPECT_TRUE(wrong.asDamage()->errorDescription().startsWith(u"Extraction failed (code 2): ")) << output;
+    }
+    for (const char* output :
+         {"Incorrect password for f", "skipping: f  incorrect password", "ERROR: Wrong password : f"})
+        EXPECT_FALSE(classify(output[0] == 'I' ? 11 : 2, output).asDamage()) << output;
+    EXPECT_FALSE(classify(3, "f - checksum error").asDamage());
+    EXPECT_FALSE(
+        classifyToolError(ExtractionError::extractionFailed(2, QStringLiteral("Wrong password?")), false).asDamage());
+}
+
+TEST(ExtractionError, aMemberThatIsCalledLikeAPasswordBlamesNone)
+{
+    for (const char* output :
+         {"Extracting  /x/Wrong password.txt     \b\b\b\b 50%\nCannot create /x/f",
+          "Enter password.txt   - checksum error",
+          "wrong password.txt : packed data checksum error in volume /x/a.part1.rar",
+          "ERROR: CRC Failed : wrong password.txt", "  inflating: /x/needs a password.txt  \ndisk full"})
+        EXPECT_EQ(classified(2, output, true), Kind::extractionFailed) << output;
+}
+
+TEST(ExtractionError, exitCodeElevenBlamesThePassword)
+{
+    EXPECT_EQ(classified(11, "", false), Kind::passwordRequired);
+    EXPECT_EQ(classified(11, "", true), Kind::wrongPassword);
+    EXPECT_EQ(classified(3, "", true), Kind::extractionFailed);
+}
+
+TEST(ExtractionError, aCrashIsNoPasswordFailure)
+{
+    EXPECT_EQ(classified(128 + 11, "", true), Kind::extractionFailed);
+}
+
+TEST(ExtractionError, wordsOfTheToolsBlameThePasswordInAnyLetterCase)
+{
+    for (const char* words :
+         {"Enter password (will not be echoed):", "PASSWORD INCORRECT", "ERROR: Wrong password : f",
+          "Checksum error in the encrypted file: f", "Cannot open encrypted archive", "Can not open encrypted archive",
+          "this needs a password", "skipping: f  incorrect password", "skipping: f  unable to get password"}) {
+        EXPECT_EQ(classified(2, words, false), Kind::passwordRequired) << words;
+        EXPECT_EQ(classified(2, words, true), Kind::wrongPassword) << words;
+    }
+}
+
+TEST(ExtractionError, onlyBackslashesWithEverythingUnpackedAreAMereWarning)
+{
+    const auto isMere = [](int code, const QString& output) {
+        return isMereWarning(ExtractionError::extractionFailed(code, output));
+    };
+    const QString warning = QStringLiteral("warning:  /x/a.zip appears to use backslashes as path separators\n");
+    const QString inTurn = QStringLiteral("  inflating: /x/out/f  \n");
+    EXPECT_TRUE(isMere(1, QStringLiteral("Archive:  /x/a.zip\n") + warning + inTurn));
+    EXPECT_FALSE(isMere(2, warning + inTurn));
+    EXPECT_FALSE(isMere(1, inTurn));
+    EXPECT_FALSE(isMere(1, warning + QStringLiteral("skipping: f  need PK compat. v6.3\n") + inTurn));
+    EXPECT_FALSE(isMere(1, QStringLiteral("warning:  something else\n") + warning));
+    EXPECT_FALSE(isMere(1, {}));
+}
+
+TEST(ExtractionError, otherFailuresComeBackAsTheyAre)
+{
+    const ExtractionError error =
+        classifyToolError(ExtractionError::extractionFailed(9, QStringLiteral("disk full")), true);
+    EXPECT_EQ(error.kind(), Kind::extractionFailed);
+    EXPECT_EQ(error.exitCode(), 9);
+    EXPECT_EQ(error.output(), u"disk full");
+    EXPECT_EQ(classifyToolError(ExtractionError::unsupportedFormat(), true).kind(), Kind::unsupportedFormat);
+}
+
+} // namespace
+} // namespace vormel

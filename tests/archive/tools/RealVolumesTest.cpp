@@ -1,0 +1,309 @@
+#include "archive/tools/ArchiveExtractor.h"
+#include "archive/TaskEnd.h"
+#include "archive/Unpacking.h"
+#include "fixtures/FakeTools.h"
+#include "fixtures/RealTools.h"
+#include "fixtures/Sandbox.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace vormel {
+namespace {
+
+using fixtures::noise;
+
+const QByteArray contents = noise(300'000);
+
+/// A real set of five volumes, tested with each tool that can.
+class RealVolumesTest : public ::testing::TestWithParam<const char*>
+{
+protected:
+    void makeSet(int recoveryVolumes = 0, const QString& name = QStringLiteral("set"))
+    {
+        fixtures::RarSet set;
+        set.name = name;
+        set.files = {{QStringLiteral("big.bin"), contents}};
+        set.volumeBytes = 65'000;
+        set.recoveryVolumes = recoveryVolumes;
+        volumes = fixtures::makeRarSet(sandbox.path(QStringLiteral("my sets")), set);
+        ASSERT_EQ(volumes.size(), 5 + recoveryVolumes);
+    }
+
+    QStringList verify() { return test().badVolumes; }
+    VolumeTest test()
+    {
+        VolumeTest result{{}, {QStringLiteral("not over")}, {}};
+        tools.addReal(QString::fromUtf8(GetParam()), QStringLiteral("/usr/bin/") + QString::fromUtf8(GetParam()));
+        EXPECT_TRUE(runToEnd(keep(extractor.verify(volumes.front()), result)).isSuccess());
+        return result;
+    }
+    [[nodiscard]] QStringList namesOf(std::initializer_list<int> numbers) const
+    {
+        QStringList names;
+        for (const int number : numbers)
+            names << QFileInfo(volumes[number - 1]).fileName();
+        return names;
+    }
+
+    static QCoro::Task<> keep(QCoro::Task<VolumeTest> task, VolumeTest& result) { result = co_await task; }
+
+    fixtures::Sandbox sandbox;
+    fixtures::FakeTools tools;
+    ToolRunner runner{tools.folders()};
+    QStringList trace;
+    ArchiveExtractor extractor{runner, [this](const QString& line) { trace << line; }};
+    QStringList volumes;
+};
+
+#define VORMEL_NEEDS_VOLUME_TOOLS()                                                                                    \
+    VORMEL_NEEDS_TOOL("rar");                                                                                          \
+    VORMEL_NEEDS_TOOL("unrar")
+
+TEST_P(RealVolumesTest, aSoundSetHasNoBadVolume)
+{
+    VORMEL_NEEDS_VOLUME_TOOLS();
+    makeSet();
+    EXPECT_EQ(verify(), QStringList());
+}
+
+TEST_P(RealVolumesTest, aDamagedVolumeIsNamed)
+{
+    VORMEL_NEEDS_VOLUME_TOOLS();
+    makeSet();
+    fixtures::damageFile(volumes[2], 30'000);
+    EXPECT_EQ(verify(), namesOf({3})) << trace.join(u'\n').toStdString();
+}
+
+TEST_P(RealVolumesTest, theDamagedLastVolumeIsNamed)
+{
+    VORMEL_NEEDS_VOLUME_TOOLS();
+    makeSet();
+    fixtures::damageFile(volumes[4], 10'000);
+    EXPECT_EQ(verify(), namesOf({5})) << trace.join(u'\n').toStdString();
+}
+
+TEST_P(RealVolumesTest, twoDamagedVolumesAreBothNamed)
+{
+    VORMEL_NEEDS_VOLUME_TOOLS();
+    makeSet();
+    fixtures::damageFile(volumes[0], 30'000);
+    fixtures::damageFile(volumes[3], 30'000);
+    EXPECT_EQ(verify(), namesOf({1, 4})) << trace.join(u'\n').toStdString();
+}
+
+TEST_P(RealVolumesTest, aMissingVolumeIsNamed)
+{
+    VORMEL_NEEDS_VOLUME_TOOLS();
+    makeSet();
+    ASSERT_TRUE(QFile::remove(volumes[2]));
+    EXPECT_EQ(verify(), namesOf({3})) << trace.join(u'\n').toStdString();
+}
+
+TEST_P(RealVolumesTest, aVolumeThatIsCutShortIsNamed)
+{
+    VORMEL_NEEDS_VOLUME_TOOLS();
+    makeSet();
+    fixtures::truncateFile(volumes[2], 30'000);
+    EXPECT_EQ(verify(), namesOf({3})) << trace.join(u'\n').toStdString();
+}
+
+TEST_P(RealVolumesTest, aWebPageInPlaceOfAVolumeIsNamed)
+{
+    VORMEL_NEEDS_VOLUME_TOOLS();
+    makeSet();
+    sandbox.write(QStringLiteral("my sets/set.part4.rar"), "<html>404</html>");
+    EXPECT_EQ(verify(), namesOf({4})) << trace.join(u'\n').toStdString();
+}
+
+TEST_P(RealVolumesTest, aWebPageInPlaceOfTheFirstVolumeIsNamed)
+{
+    VORMEL_NEEDS_VOLUME_TOOLS();
+    makeSet();
+    sandbox.write(QStringLiteral("my sets/set.part1.rar"), "<html>404</html>");
+    EXPECT_EQ(verify(), namesOf({1})) << trace.join(u'\n').toStdString();
+}
+
+TEST_P(RealVolumesTest, aCorruptHeaderBlamesItsVolumeAlone)
+{
+    VORMEL_NEEDS_VOLUME_TOOLS();
+    makeSet();
+    fixtures::damageFile(volumes[2], 14, 4);
+    EXPECT_EQ(verify(), namesOf({3})) << trace.join(u'\n').toStdString();
+}
+
+TEST_P(RealVolumesTest, aSetWithBlanksInItsNameIsNamedWhole)
+{
+    VORMEL_NEEDS_VOLUME_TOOLS();
+    makeSet(0, QStringLiteral("My ünï film"));
+    fixtures::damageFile(volumes[1], 30'000);
+    EXPECT_EQ(verify(), namesOf({2})) << trace.join(u'\n').toStdString();
+}
+
+TEST_P(RealVolumesTest, eachKindOfDamageBlamesItsOwnVolumeAlone)
+{
+    VORMEL_NEEDS_VOLUME_TOOLS();
+    using Damage = void (*)(const QString& volume);
+    const std::vector<std::pair<const char*, Damage>> damages{
+        {"cut in half", [](const QString& volume) { fixtures::truncateFile(volume, QFileInfo(volume).size() / 2); }},
+        {"cut in the header", [](const QString& volume) { fixtures::truncateFile(volume, 20); }},
+        {"empty", [](const QString& volume) { fixtures::truncateFile(volume, 0); }},
+        {"header", [](const QString& volume) { fixtures::damageFile(volume, 10, 24); }},
+        {"signature", [](const QString& volume) { fixtures::damageFile(volume, 0, 4); }},
+        {"body", [](const QString& volume) { fixtures::damageFile(volume, 10'000); }},
+        {"missing", [](const QString& volume) { ASSERT_TRUE(QFile::remove(volume)); }},
+    };
+    for (const bool areManyFiles : {false, true}) {
+        for (const bool isSolid : {false, true}) {
+            fixtures::RarSet set;
+            if (areManyFiles)
+                for (int i = 0; i < 100; ++i)
+                    set.files.insert(QStringLiteral("Damaged CRC %1.bin").arg(i), noise(3000, 1U + unsigned(i)));
+            else
+                set.files = {{QStringLiteral("Failed.part1.rar"), contents}};
+            set.volumeBytes = 65'000;
+            set.isSolid = isSolid;
+            volumes = fixtures::makeRarSet(sandbox.path(QStringLiteral("kind")), set);
+            ASSERT_EQ(volumes.size(), 5);
+            for (const auto& [how, damage] : damages) {
+                for (const int which : {1, 2, 5}) {
+                    if (which == 1 && how == QByteArray("missing"))
+                        continue; // the tool has nothing to test
+                    const QString spoilt = volumes[which - 1];
+                    ASSERT_TRUE(QFile::copy(spoilt, spoilt + QStringLiteral(".sound")));
+                    damage(spoilt);
+                    QStringList bad = verify();
+                    // It cannot know that the spoilt last one was the last.
+                    bad.removeAll(QStringLiteral("set.part6.rar"));
+                    EXPECT_EQ(bad, namesOf({which})) << how << ' ' << which << trace.join(u'\n').toStdString();
+                    QFile::remove(spoilt);
+                    ASSERT_TRUE(QFile::rename(spoilt + QStringLiteral(".sound"), spoilt));
+                }
+            }
+        }
+    }
+}
+
+TEST_P(RealVolumesTest, membersWithNamesLikeComplaintsBlameNobody)
+{
+    VORMEL_NEEDS_VOLUME_TOOLS();
+    fixtures::RarSet set;
+    for (const char* name :
+         {"Damaged film.bin", "Failed.bin", "CRC.bin", "set.part1.rar", "set.part2.rar - checksum error",
+          "set.part4.rar is not RAR archive", "Cannot find volume set.part4.rar", "Unexpected end of archive",
+          "Corrupt header is found", "header is corrupt", "one\nUnexpected end of archive\ntwo",
+          "one\nCannot find volume set.part4.rar\ntwo", "one\rCorrupt header", "bs\b\b\b\bUnexpected end of archive",
+          "checksum error in volume set.part4.rar", "Enter password (will not be echoed)", "ünï 日本"})
+        set.files.insert(QString::fromUtf8(name), noise(15'000, 7));
+    set.volumeBytes = 65'000;
+    volumes = fixtures::makeRarSet(sandbox.path(QStringLiteral("hostile")), set);
+    ASSERT_EQ(volumes.size(), 4);
+    EXPECT_EQ(test().outcome, VolumeTest::Outcome::sound) << trace.join(u'\n').toStdString();
+    ASSERT_TRUE(QFile::remove(volumes[2]));
+    EXPECT_EQ(verify(), namesOf({3})) << trace.join(u'\n').toStdString();
+}
+
+TEST_P(RealVolumesTest, anArchiveCommentBlamesNobody)
+{
+    VORMEL_NEEDS_VOLUME_TOOLS();
+    makeSet();
+    const QString comment = sandbox.write(QStringLiteral("comment.txt"),
+                                          "Cannot find volume " + volumes[3].toUtf8() + "\nTesting archive " +
+                                              volumes[3].toUtf8() + "\nCorrupt header is found\n");
+    for (const QString& volume : volumes)
+        ASSERT_TRUE(QFile::remove(volume));
+    const QString file = sandbox.write(QStringLiteral("in/big.bin"), contents);
+    const fixtures::ToolResult packed =
+        fixtures::runRealTool(QStringLiteral("/usr/bin/rar"),
+                              {QStringLiteral("a"), QStringLiteral("-ep"), QStringLiteral("-v65000b"),
+                               QStringLiteral("-z") + comment, sandbox.path(QStringLiteral("my sets/set.rar")), file},
+                              sandbox.root());
+    ASSERT_EQ(packed.status, 0) << packed.output.constData();
+    ASSERT_TRUE(QFile::remove(volumes[1]));
+    EXPECT_EQ(verify(), namesOf({2})) << trace.join(u'\n').toStdString();
+}
+
+TEST_P(RealVolumesTest, aPasswordInTheWayIsToldAndBlamesNobody)
+{
+    VORMEL_NEEDS_VOLUME_TOOLS();
+    for (const bool areHeadersEncrypted : {false, true}) {
+        fixtures::RarSet set;
+        set.name = areHeadersEncrypted ? QStringLiteral("hidden") : QStringLiteral("set");
+        set.files = {{QStringLiteral("big.bin"), contents}};
+        set.volumeBytes = 65'000;
+        set.password = QStringLiteral("X");
+        set.areHeadersEncrypted = areHeadersEncrypted;
+        volumes = fixtures::makeRarSet(sandbox.path(QStringLiteral("guarded")), set);
+        const VolumeTest result = test();
+        EXPECT_EQ(result.outcome, VolumeTest::Outcome::passwordNeeded);
+        EXPECT_EQ(result.badVolumes, QStringList());
+    }
+}
+
+TEST_P(RealVolumesTest, aBadRecoveryVolumeLeavesTheSetSound)
+{
+    VORMEL_NEEDS_VOLUME_TOOLS();
+    makeSet(2);
+    fixtures::truncateFile(volumes[5], 1000);
+    EXPECT_EQ(test().outcome, VolumeTest::Outcome::sound) << trace.join(u'\n').toStdString();
+}
+
+TEST_P(RealVolumesTest, aTestRebuildsNothingBesideRecoveryVolumes)
+{
+    VORMEL_NEEDS_VOLUME_TOOLS();
+    makeSet(2);
+    ASSERT_TRUE(QFile::remove(volumes[1]));
+    fixtures::damageFile(volumes[3], 30'000);
+    const QStringList before = sandbox.files(QStringLiteral("my sets"));
+    EXPECT_EQ(verify(), namesOf({2})) << trace.join(u'\n').toStdString();
+    EXPECT_EQ(sandbox.files(QStringLiteral("my sets")), before);
+}
+
+TEST_P(RealVolumesTest, aSetWhoseNameLooksLikeAPatternIsTestedItselfAndNamedByItsName)
+{
+    VORMEL_NEEDS_VOLUME_TOOLS();
+    makeSet(0, QStringLiteral("sets"));
+    makeSet(0, QStringLiteral("se?s"));
+    EXPECT_EQ(test().outcome, VolumeTest::Outcome::sound) << trace.join(u'\n').toStdString();
+    ASSERT_TRUE(QFile::remove(volumes[2]));
+    EXPECT_EQ(verify(), namesOf({3})) << trace.join(u'\n').toStdString();
+}
+
+TEST_P(RealVolumesTest, repairBringsMissingAndDamagedVolumesBack)
+{
+    VORMEL_NEEDS_VOLUME_TOOLS();
+    makeSet(2);
+    ASSERT_TRUE(QFile::remove(volumes[1]));
+    fixtures::damageFile(volumes[3], 30'000);
+    tools.addReal(QStringLiteral("rar"), QStringLiteral("/usr/bin/rar"));
+    const TaskEnd repaired = runToEnd(extractor.repair(volumes.front()));
+    EXPECT_TRUE(repaired.isSuccess()) << repaired.output.toStdString();
+    tools.addReal(QString::fromUtf8(GetParam()), QStringLiteral("/usr/bin/") + QString::fromUtf8(GetParam()));
+    const QString out = sandbox.path(QStringLiteral("out"));
+    EXPECT_TRUE(runToEnd(unpackInto(extractor, volumes.front(), out)).isSuccess());
+    EXPECT_EQ(sandbox.read(QStringLiteral("out/big.bin")), contents);
+}
+
+// The tool calls it a success; only the next extraction tells.
+TEST_P(RealVolumesTest, repairWithTooFewRecoveryVolumesLeavesTheSetBroken)
+{
+    VORMEL_NEEDS_VOLUME_TOOLS();
+    makeSet(1);
+    ASSERT_TRUE(QFile::remove(volumes[1]));
+    ASSERT_TRUE(QFile::remove(volumes[2]));
+    tools.addReal(QStringLiteral("rar"), QStringLiteral("/usr/bin/rar"));
+    static_cast<void>(runToEnd(extractor.repair(volumes.front())));
+    const QString out = sandbox.path(QStringLiteral("out"));
+    EXPECT_EQ(runToEnd(unpackInto(extractor, volumes.front(), out)).kind, ExtractionError::Kind::extractionFailed);
+}
+
+INSTANTIATE_TEST_SUITE_P(WithEachTool, RealVolumesTest, ::testing::Values("unrar", "rar"),
+                         [](const ::testing::TestParamInfo<const char*>& tool) { return std::string(tool.param); });
+
+} // namespace
+} // namespace vormel
