@@ -3,8 +3,8 @@
 #include "Measure.h"
 #include "Shop.h"
 #include "sites/FileServer.h"
-#include "ui/queue/QueueModel.h"
-#include "ui/queue/QueueView.h"
+#include "ui/queue/list/QueueView.h"
+#include "ui/queue/tree/QueueModel.h"
 
 #include <QCoreApplication>
 #include <QEvent>

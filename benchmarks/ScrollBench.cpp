@@ -2,7 +2,7 @@
 #include "LongQueue.h"
 #include "Measure.h"
 #include "Shop.h"
-#include "ui/queue/QueueView.h"
+#include "ui/queue/list/QueueView.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

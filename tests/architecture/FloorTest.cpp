@@ -59,6 +59,49 @@ TEST(Sources, guardEveryHeader)
     EXPECT_EQ(lines(pragmaBreaches(realSources)), "");
 }
 
+TEST(Sources, leanOnEachOtherOneWay)
+{
+    EXPECT_EQ(lines(circleBreaches(realSources)), "");
+}
+
+TEST(Sources, areShort)
+{
+    EXPECT_EQ(lines(lengthBreaches(realSources)), "");
+}
+
+TEST(CircleRule, reportsEveryIncludeOfACircleAlsoOverSeveralFolders)
+{
+    const MadeUpTree tree;
+    tree.write("engine/a/A.h", "#include \"engine/b/B.h\"\n");
+    tree.write("engine/b/B.h", "#include \"engine/c/C.h\"\n#include \"engine/d/D.h\"\n");
+    tree.write("engine/c/C.h", "\n#include \"engine/a/A.h\"\n");
+    tree.write("engine/d/D.h", "");
+    EXPECT_EQ(lines(circleBreaches(tree.root())), "src/engine/a/A.h:1: engine/b leads back to engine/a\n"
+                                                  "src/engine/b/B.h:1: engine/c leads back to engine/b\n"
+                                                  "src/engine/c/C.h:2: engine/a leads back to engine/c\n");
+}
+
+TEST(CircleRule, acceptsOneWayAndFilesOfOneFolder)
+{
+    const MadeUpTree tree;
+    tree.write("engine/a/A.h", "#include \"engine/a/B.h\"\n#include \"engine/C.h\"\n#include \"text/a/D.h\"\n");
+    tree.write("engine/a/B.h", "#include \"engine/a/A.h\"\n");
+    tree.write("engine/C.h", "");
+    tree.write("text/a/D.h", "");
+    EXPECT_EQ(lines(circleBreaches(tree.root())), "");
+}
+
+TEST(LengthRule, allowsFourHundredLines)
+{
+    const MadeUpTree tree;
+    std::string text;
+    for (int i = 0; i < 400; ++i)
+        text += "int x;\n";
+    tree.write("text/A.cpp", text);
+    tree.write("text/B.cpp", text + "int y;\n");
+    EXPECT_EQ(lines(lengthBreaches(tree.root())), "src/text/B.cpp:401: is the line that is too many\n");
+}
+
 TEST(FloorRule, reportsAFloorThatReachesUpWithFileAndLine)
 {
     const MadeUpTree tree;

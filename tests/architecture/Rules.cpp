@@ -81,6 +81,43 @@ bool isDrawerName(const std::string& name)
     return std::regex_search(name, drawer);
 }
 
+struct Lean
+{
+    std::string from; ///< folders
+    std::string to;
+    std::string position;
+};
+
+std::string folderOf(const std::string& path)
+{
+    return fs::path(path).parent_path().generic_string();
+}
+
+/// Every include that leads from one folder to another of the same floor.
+std::vector<Lean> leansWithinFloors(const fs::path& sourceFolder)
+{
+    std::vector<Lean> leans;
+    for (const auto& source : readSources(sourceFolder)) {
+        for (std::size_t i = 0; i < source.lines.size(); ++i) {
+            const std::string name = includedName(source.lines[i]);
+            const std::string included = name.empty() ? name : pathBelow(sourceFolder, source, name);
+            const bool isOfFloor = included.starts_with(source.floor() + '/');
+            if (isOfFloor && folderOf(included) != folderOf(source.path))
+                leans.push_back({folderOf(source.path), folderOf(included), source.position(i + 1)});
+        }
+    }
+    return leans;
+}
+
+bool leadsTo(const std::string& goal, const std::string& from, const std::vector<Lean>& leans,
+             std::set<std::string>& seen)
+{
+    return std::ranges::any_of(leans, [&](const Lean& lean) {
+        return lean.from == from &&
+               (lean.to == goal || (seen.insert(lean.to).second && leadsTo(goal, lean.to, leans, seen)));
+    });
+}
+
 } // namespace
 
 Breaches floorBreaches(const fs::path& sourceFolder)
@@ -128,6 +165,29 @@ Breaches nameBreaches(const fs::path& sourceFolder)
                                ":1: is named after a drawer, not after its job");
     }
     std::ranges::sort(breaches);
+    return breaches;
+}
+
+Breaches circleBreaches(const fs::path& sourceFolder)
+{
+    const std::vector<Lean> leans = leansWithinFloors(sourceFolder);
+    Breaches breaches;
+    for (const Lean& lean : leans) {
+        std::set<std::string> seen;
+        if (leadsTo(lean.from, lean.to, leans, seen))
+            breaches.push_back(lean.position + ": " + lean.to + " leads back to " + lean.from);
+    }
+    return breaches;
+}
+
+Breaches lengthBreaches(const fs::path& sourceFolder)
+{
+    constexpr std::size_t longest = 400;
+    Breaches breaches;
+    for (const auto& source : readSources(sourceFolder)) {
+        if (source.lines.size() > longest)
+            breaches.push_back(source.position(longest + 1) + ": is the line that is too many");
+    }
     return breaches;
 }
 

@@ -24,4 +24,10 @@ using Breaches = std::vector<std::string>;
 /// Every header can be included twice.
 [[nodiscard]] Breaches pragmaBreaches(const std::filesystem::path& sourceFolder);
 
+/// Folders of one floor do not lean on each other in a circle; told by each include that is part of one.
+[[nodiscard]] Breaches circleBreaches(const std::filesystem::path& sourceFolder);
+
+/// No file grows beyond what one job needs.
+[[nodiscard]] Breaches lengthBreaches(const std::filesystem::path& sourceFolder);
+
 } // namespace vormel::architecture

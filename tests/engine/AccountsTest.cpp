@@ -65,9 +65,10 @@ TEST_F(AccountsTest, AreWrittenBackAtOnceInTodaysForm)
     store(R"([ {"isEnabled": true, "username": "x", "host": "filestore.example",
                 "id": "{0e3b2e0c-6f0a-4c5b-9d55-0b7a4c1d9a11}", "more": 1} ])");
     const Accounts accounts(defaults);
-    EXPECT_EQ(stored(),
-              QStringLiteral(R"([{"id":"0E3B2E0C-6F0A-4C5B-9D55-0B7A4C1D9A11","host":"filestore.example","username":"x",)"
-                             R"("isEnabled":true}])"));
+    EXPECT_EQ(
+        stored(),
+        QStringLiteral(R"([{"id":"0E3B2E0C-6F0A-4C5B-9D55-0B7A4C1D9A11","host":"filestore.example","username":"x",)"
+                       R"("isEnabled":true}])"));
 }
 
 TEST_F(AccountsTest, ThatCannotBeUnderstoodAreNoneAndStayAsTheyAre)

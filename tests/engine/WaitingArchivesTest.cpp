@@ -1,6 +1,6 @@
 #include "engine/recovery/WaitingArchives.h"
 
-#include "archive/PostDownload.h"
+#include "archive/pipeline/PostDownload.h"
 #include "engine/QuietTable.h"
 #include "engine/recovery/RevFiles.h"
 #include "fixtures/Workshop.h"

@@ -1,6 +1,6 @@
 #include "screenshots/QueueScenes.h"
 
-#include "ui/queue/QueueView.h"
+#include "ui/queue/list/QueueView.h"
 
 #include <QAbstractButton>
 #include <QClipboard>

@@ -5,7 +5,7 @@
 #include "ui/FakeUpdater.h"
 #include "ui/Focusable.h"
 #include "ui/help/HelpView.h"
-#include "ui/queue/RenamePopover.h"
+#include "ui/queue/list/RenamePopover.h"
 #include "ui/sheets/AddURLView.h"
 #include "ui/sheets/ArchivePasswordSheetView.h"
 #include "ui/sheets/HostSelectionSheetView.h"

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "archive/sources/ArchiveFormat.h"
-#include "archive/tools/VolumeTest.h"
 #include "archive/tools/ToolRunner.h"
 #include "archive/tools/UnpackingTools.h"
+#include "archive/tools/VolumeTest.h"
 #include "platform/async/Background.h"
 #include "platform/async/Lifetime.h"
 

@@ -1,7 +1,7 @@
 #include "engine/commands/GroupVerification.h"
 
-#include "archive/tools/ArchiveExtractor.h"
 #include "archive/pipeline/PostDownload.h"
+#include "archive/tools/ArchiveExtractor.h"
 #include "engine/commands/QueueCommands.h"
 #include "model/SetName.h"
 #include "platform/async/Spawn.h"

@@ -1,7 +1,8 @@
 #include "engine/completion/TransferCompletion.h"
 
 #include "archive/pipeline/PostDownload.h"
-#include "engine/completion/SetPartners.h"
+#include "engine/completion/RecoveryPlace.h"
+#include "engine/queue/SetPartners.h"
 #include "engine/recovery/NetworkRecovery.h"
 #include "engine/transfer/PartMarks.h"
 #include "engine/transfer/TransferTexts.h"

@@ -1,7 +1,7 @@
 #include "engine/recovery/WaitingArchives.h"
 
 #include "archive/pipeline/PostDownload.h"
-#include "engine/completion/SetPartners.h"
+#include "engine/queue/SetPartners.h"
 #include "engine/recovery/RevFiles.h"
 #include "model/AppSettings.h"
 #include "model/SetName.h"

@@ -7,10 +7,11 @@
 #include "ui/queue/DropOverlay.h"
 #include "ui/queue/DroppedLinks.h"
 #include "ui/queue/MissingToolsBanner.h"
-#include "ui/queue/QueueModel.h"
 #include "ui/queue/QueueSheets.h"
 #include "ui/queue/QueueToolBar.h"
-#include "ui/queue/QueueView.h"
+#include "ui/queue/accessibility/AccessibleQueue.h"
+#include "ui/queue/list/QueueView.h"
+#include "ui/queue/tree/QueueModel.h"
 
 #include <QDragEnterEvent>
 #include <QStackedLayout>
@@ -31,6 +32,7 @@ DownloadQueueView::DownloadQueueView(const ViewPorts& ports, QWidget* parent)
 {
     setObjectName(QStringLiteral("downloadQueueView"));
     setAcceptDrops(true);
+    installQueueAccessibility();
     layOut(ports);
     for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
         connect(m_model, signal, this, &DownloadQueueView::showListOrEmptyState);

@@ -1,6 +1,6 @@
-#include "archive/tools/ArchiveExtractor.h"
 #include "archive/TaskEnd.h"
 #include "archive/Unpacking.h"
+#include "archive/tools/ArchiveExtractor.h"
 #include "fixtures/FakeTools.h"
 #include "fixtures/RealTools.h"
 #include "fixtures/Sandbox.h"

@@ -5,7 +5,7 @@
 #include "fixtures/Workshop.h"
 #include "ui/FakeDesktop.h"
 #include "ui/Part.h"
-#include "ui/queue/QueueView.h"
+#include "ui/queue/list/QueueView.h"
 #include "ui/sheets/AddURLView.h"
 
 #include <QAction>

@@ -1,8 +1,8 @@
 #include "ui/Part.h"
-#include "ui/queue/HeaderLayout.h"
-#include "ui/queue/RenamePopover.h"
-#include "ui/queue/RowLayout.h"
 #include "ui/queue/SetAndFile.h"
+#include "ui/queue/list/RenamePopover.h"
+#include "ui/queue/rows/HeaderLayout.h"
+#include "ui/queue/rows/RowLayout.h"
 
 #include <QApplication>
 #include <QHelpEvent>

@@ -1,6 +1,6 @@
 #include "fixtures/EventLoop.h"
 #include "fixtures/Workshop.h"
-#include "ui/queue/QueueModel.h"
+#include "ui/queue/tree/QueueModel.h"
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>

@@ -3,8 +3,8 @@
 #include "fixtures/EventLoop.h"
 #include "fixtures/Workshop.h"
 #include "ui/FakeDesktop.h"
-#include "ui/queue/QueueModel.h"
-#include "ui/queue/QueueView.h"
+#include "ui/queue/list/QueueView.h"
+#include "ui/queue/tree/QueueModel.h"
 
 #include <QTest>
 

@@ -6,7 +6,7 @@
 #include "ui/FakeUpdater.h"
 #include "ui/Part.h"
 #include "ui/help/HelpView.h"
-#include "ui/queue/QueueView.h"
+#include "ui/queue/list/QueueView.h"
 #include "ui/sheets/AddURLView.h"
 
 #include <QApplication>

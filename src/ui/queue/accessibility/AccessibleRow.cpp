@@ -1,8 +1,8 @@
 #include "ui/queue/accessibility/AccessibleRow.h"
 
-#include "ui/queue/QueueModel.h"
-#include "ui/queue/QueueView.h"
 #include "ui/queue/accessibility/AccessibleRowButton.h"
+#include "ui/queue/list/QueueView.h"
+#include "ui/queue/tree/QueueModel.h"
 
 #include <QContextMenuEvent>
 #include <QCoreApplication>

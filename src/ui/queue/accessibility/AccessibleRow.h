@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ui/queue/RowButton.h"
-#include "ui/queue/RowKey.h"
+#include "ui/queue/rows/RowButton.h"
+#include "ui/queue/tree/RowKey.h"
 
 #include <QAccessible>
 #include <QMap>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/queue/RowButton.h"
+#include "ui/queue/rows/RowButton.h"
 
 #include <QAccessible>
 

@@ -1,7 +1,7 @@
 #include "ui/queue/accessibility/AccessibleRows.h"
 
-#include "ui/queue/QueueView.h"
 #include "ui/queue/accessibility/AccessibleRow.h"
+#include "ui/queue/list/QueueView.h"
 
 namespace vormel {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/queue/RowKey.h"
+#include "ui/queue/tree/RowKey.h"
 
 #include <QObject>
 

@@ -10,6 +10,7 @@ using fixtures::turnEventLoop;
 class AccessibleQueueTest : public ::testing::Test, protected fixtures::SetAndFile
 {
 protected:
+    AccessibleQueueTest() { installQueueAccessibility(); }
     QAccessibleInterface& list() { return *QAccessible::queryAccessibleInterface(&view); }
     QAccessibleInterface& row(int place) { return *list().child(place); }
 };

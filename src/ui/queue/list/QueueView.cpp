@@ -1,0 +1,393 @@
+#include "ui/queue/list/QueueView.h"
+
+#include "ui/queue/list/GroupDrag.h"
+#include "ui/queue/list/PlaceKeeper.h"
+#include "ui/queue/list/QueueDelegate.h"
+#include "ui/queue/list/RenamePopover.h"
+#include "ui/queue/list/RowMenu.h"
+#include "ui/queue/rows/HeaderPresenter.h"
+#include "ui/queue/tree/QueueModel.h"
+
+#include <QContextMenuEvent>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <QTimerEvent>
+
+namespace vormel {
+
+QueueView::QueueView(QueueModel& model, const RowCommands& commands, QWidget* parent)
+    : QTreeView(parent)
+    , m_model(model)
+    , m_commands(commands)
+    , m_delegate(new QueueDelegate(model, this))
+    , m_drag(new GroupDrag(*this))
+{
+    setUp();
+    setItemDelegate(m_delegate);
+    setModel(&model);
+    connect(m_drag, &GroupDrag::dropped, this,
+            [this](int row, int destination) { m_commands.moveGroup(m_model.groupIds(), row, destination); });
+    m_place = std::make_unique<PlaceKeeper>(*this, model); // behind the view itself in hearing of the model
+}
+
+QueueView::~QueueView() = default;
+
+void QueueView::setUp()
+{
+    setObjectName(QStringLiteral("queueView"));
+    setSelectionMode(SingleSelection);
+    setVerticalScrollMode(ScrollPerPixel);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setFrameShape(NoFrame);
+    setHeaderHidden(true);
+    setExpandsOnDoubleClick(false);
+    // Rows stand in and show their triangle by themselves, so that plates and hairlines may go as they like.
+    setRootIsDecorated(false);
+    setIndentation(0);
+    viewport()->setMouseTracking(true);
+}
+
+QList<QModelIndex> QueueView::rowsInSight() const
+{
+    QList<QModelIndex> rows;
+    const int height = viewport()->height();
+    int bottom = 0;
+    for (QModelIndex index = indexAt(QPoint(0, 0)); index.isValid() && bottom < height; index = indexBelow(index)) {
+        rows << index;
+        bottom = visualRect(index).bottom() + 1;
+    }
+    return rows;
+}
+
+// QTreeView would tell assistive technology of rows by the numbers they have in a table of its own; AccessibleQueue has
+// others and tells by itself. What else QTreeView does there is for lists of several columns.
+void QueueView::currentChanged(const QModelIndex& current, const QModelIndex& previous)
+{
+    QAbstractItemView::currentChanged(current, previous); // NOLINT(bugprone-parent-virtual-call)
+}
+
+/// Where the selected row goes, QAbstractItemView selects the next one; but only the user may, as Del acts on it.
+void QueueView::rowsAboutToBeRemoved(const QModelIndex& parent, int first, int last)
+{
+    const QModelIndex before = currentIndex();
+    QTreeView::rowsAboutToBeRemoved(parent, first, last);
+    if (currentIndex() != before)
+        clearSelection();
+}
+
+QModelIndex QueueView::selectedRow() const
+{
+    return selectionModel()->selectedIndexes().value(0);
+}
+
+void QueueView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected)
+{
+    QAbstractItemView::selectionChanged(selected, deselected); // NOLINT(bugprone-parent-virtual-call)
+}
+
+void QueueView::dataChanged(const QModelIndex& first, const QModelIndex& last, const QList<int>& roles)
+{
+    if (roles.isEmpty() || roles.contains(Qt::SizeHintRole)) {
+        QTreeView::dataChanged(first, last, roles);
+        return;
+    }
+    const QModelIndex parent = first.parent();
+    if (parent.isValid() && !isExpanded(parent))
+        return;
+    // QTreeView would ask for the heights again, and repaint everything for more than one row.
+    for (const QModelIndex& row : rowsInSight()) {
+        if (row.parent() == parent && row.row() >= first.row() && row.row() <= last.row()) {
+            // NOLINTNEXTLINE(bugprone-parent-virtual-call): to pass over QTreeView is what this is about
+            QAbstractItemView::dataChanged(row, row, roles);
+        }
+    }
+}
+
+void QueueView::drawRow(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    // QTreeView would draw the style's panel and branches beneath.
+    QStyleOptionViewItem row = option;
+    row.state.setFlag(QStyle::State_Selected, selectionModel()->isSelected(index));
+    row.state.setFlag(QStyle::State_HasFocus, hasFocus() && index == currentIndex());
+    m_delegate->paint(painter, row, index);
+}
+
+void QueueView::scrollTo(const QModelIndex& index, ScrollHint hint)
+{
+    QTreeView::scrollTo(index, hint);
+    // It leaves the last line of pixels of a row at the bottom out.
+    if (visualRect(index).bottom() == viewport()->height())
+        verticalScrollBar()->setValue(verticalScrollBar()->value() + 1);
+}
+
+QList<QModelIndex> QueueView::movingRows() const
+{
+    QList<QModelIndex> moving;
+    for (const QModelIndex& row : rowsInSight()) {
+        if (row.data(QueueModel::MovingRole).toBool() || m_delegate->isGliding(row))
+            moving << row;
+    }
+    return moving;
+}
+
+void QueueView::paintEvent(QPaintEvent* event)
+{
+    constexpr int stepMilliseconds = 40;
+    constexpr int secondMilliseconds = 1000; // what counts goes on where nothing may turn
+    QTreeView::paintEvent(event);
+    if (m_drag->isDragging()) {
+        QPainter painter(viewport());
+        m_drag->paint(painter);
+    }
+    if (isMoving() || movingRows().isEmpty())
+        return;
+    const bool mayTurn = style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
+    m_moveTimer.start(mayTurn ? stepMilliseconds : secondMilliseconds, this);
+}
+
+void QueueView::timerEvent(QTimerEvent* event)
+{
+    if (event->timerId() == m_moveTimer.timerId())
+        move();
+    else
+        QTreeView::timerEvent(event);
+}
+
+void QueueView::move()
+{
+    constexpr int stepDegrees = 8;
+    const QList<QModelIndex> moving = movingRows();
+    if (moving.isEmpty() || !isVisible()) {
+        m_moveTimer.stop(); // painting starts it again
+        m_delegate->forgetUnseenBars();
+        return;
+    }
+    m_delegate->setMotion({(m_delegate->motion().spin + stepDegrees) % 360});
+    for (const QModelIndex& index : moving)
+        update(index);
+}
+
+std::vector<ButtonPlace> QueueView::buttonsOf(const QModelIndex& index) const
+{
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    option.rect = visualRect(index);
+    return m_delegate->buttons(option, index);
+}
+
+RowHit QueueView::hitAt(QPoint point) const
+{
+    const QModelIndex index = indexAt(point);
+    if (!index.isValid())
+        return {};
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    option.rect = visualRect(index);
+    return m_delegate->hitTest(option, index, point);
+}
+
+/// Shows the pointer on a button, or on none.
+void QueueView::point(const QModelIndex& index, const RowHit& hit, bool isPressed)
+{
+    const std::optional<RowButton> button = hit.isButton() ? std::optional(hit.button) : std::nullopt;
+    if (m_pointedRow == index && m_pointed == button && m_isPressed == isPressed)
+        return;
+    update(m_pointedRow);
+    m_pointedRow = button ? index : QModelIndex();
+    m_pointed = button;
+    m_isPressed = isPressed;
+    m_delegate->setHot(m_pointedRow, {button, isPressed});
+    update(m_pointedRow);
+}
+
+void QueueView::mousePressEvent(QMouseEvent* event)
+{
+    const RowHit hit = hitAt(event->pos());
+    const QModelIndex index = indexAt(event->pos());
+    const bool isOnButton = event->button() == Qt::LeftButton && hit.isButton();
+    const bool isOnDisclosure = event->button() == Qt::LeftButton && hit.part == RowHit::Part::disclosure;
+    if (!isOnButton && !isOnDisclosure)
+        return pressRow(event);
+    selectPressed(index);
+    if (isOnButton)
+        point(index, hit, true);
+    else
+        setExpanded(index, !isExpanded(index));
+}
+
+/// Without scrolling, so that what is pressed stays below the pointer.
+void QueueView::selectPressed(const QModelIndex& index)
+{
+    setAutoScroll(false);
+    setCurrentIndex(index);
+    setAutoScroll(true);
+}
+
+void QueueView::pressRow(QMouseEvent* event)
+{
+    QTreeView::mousePressEvent(event);
+    if (event->button() == Qt::LeftButton)
+        m_drag->press(event->pos());
+}
+
+void QueueView::mouseMoveEvent(QMouseEvent* event)
+{
+    if (m_isPressed)
+        return; // the button keeps the mouse until it is up
+    if (event->buttons().testFlag(Qt::LeftButton)) {
+        m_drag->move(event->pos()); // QTreeView would select what the pointer passes
+        return;
+    }
+    point(indexAt(event->pos()), hitAt(event->pos()), false);
+    QTreeView::mouseMoveEvent(event);
+}
+
+void QueueView::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (!m_isPressed || event->button() != Qt::LeftButton) {
+        QTreeView::mouseReleaseEvent(event);
+        m_drag->release();
+        return;
+    }
+    const RowHit hit = hitAt(event->pos());
+    const QPersistentModelIndex index = indexAt(event->pos());
+    const bool isSame = hit.isButton() && m_pointedRow == index && m_pointed == hit.button;
+    point(index, hit, false);
+    if (isSame)
+        run(index, hit.button);
+}
+
+void QueueView::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    const RowHit hit = hitAt(event->pos());
+    const QModelIndex index = indexAt(event->pos());
+    if (event->button() == Qt::LeftButton && hit.isButton())
+        return; // after the first click another button, or another row, may have come under the pointer
+    if (event->button() != Qt::LeftButton || !m_model.isHeader(index))
+        mousePressEvent(event); // quick clicks are clicks
+    else if (hit.part == RowHit::Part::title)
+        rename(index);
+    else
+        setExpanded(index, !isExpanded(index));
+}
+
+bool QueueView::viewportEvent(QEvent* event)
+{
+    if (event->type() == QEvent::Leave && !m_isPressed)
+        point({}, {}, false);
+    return QTreeView::viewportEvent(event);
+}
+
+bool QueueView::event(QEvent* event)
+{
+    // A sheet or another window takes the mouse away without its button having come up here.
+    if (event->type() == QEvent::WindowBlocked || event->type() == QEvent::WindowDeactivate)
+        m_drag->cancel();
+    return QTreeView::event(event);
+}
+
+void QueueView::run(const QModelIndex& index, RowButton button)
+{
+    if (!index.isValid())
+        return;
+    if (const ItemPtr item = m_model.item(index))
+        m_commands.run(button, item);
+    else
+        m_commands.run(button, m_model.group(index));
+}
+
+void QueueView::removeRow(const QModelIndex& index)
+{
+    run(index, m_model.isHeader(index) ? RowButton::removeGroup : RowButton::remove);
+}
+
+void QueueView::moveGroup(const QModelIndex& index, bool isUp)
+{
+    if (!index.isValid())
+        return;
+    // In front of the one above, or of the one behind the next.
+    const int row = rowOfGroup(index);
+    m_commands.moveGroup(m_model.groupIds(), row, isUp ? row - 1 : row + 2);
+    scrollTo(currentIndex());
+}
+
+void QueueView::keyPressEvent(QKeyEvent* event)
+{
+    const QModelIndex current = currentIndex();
+    const bool isUp = event->key() == Qt::Key_Up;
+    if (event->key() == Qt::Key_Escape && m_drag->isDragging())
+        m_drag->cancel();
+    else if (event->key() == Qt::Key_Delete)
+        removeRow(selectedRow());
+    else if (event->key() == Qt::Key_F2)
+        rename(current);
+    else if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier)
+        openMenuAtRow(current);
+    else if (event->modifiers().testFlag(Qt::AltModifier) && (isUp || event->key() == Qt::Key_Down))
+        moveGroup(current, isUp);
+    else
+        QTreeView::keyPressEvent(event);
+}
+
+void QueueView::contextMenuEvent(QContextMenuEvent* event)
+{
+    if (event->reason() == QContextMenuEvent::Keyboard) {
+        openMenuAtRow(currentIndex());
+        return;
+    }
+    const QModelIndex index = indexAt(event->pos());
+    if (!index.isValid())
+        return;
+    setCurrentIndex(index);
+    openMenu(index, event->globalPos());
+}
+
+void QueueView::openMenuAtRow(const QModelIndex& index)
+{
+    if (!index.isValid())
+        return;
+    setCurrentIndex(index); // it need not be selected yet
+    scrollTo(index);
+    const QRect row = visualRect(index);
+    openMenu(index, viewport()->mapToGlobal(QPoint(row.left() + RowMetrics::gutter, row.bottom())));
+}
+
+void QueueView::openMenu(const QModelIndex& index, QPoint globalPoint)
+{
+    auto* menu = new QMenu(this);
+    menu->setObjectName(QStringLiteral("rowMenu"));
+    menu->setAccessibleName(index.data(QueueModel::NameRole).toString());
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    fillMenu(*menu, index);
+    menu->popup(globalPoint);
+}
+
+void QueueView::fillMenu(QMenu& menu, const QModelIndex& index)
+{
+    if (!index.isValid())
+        return;
+    const QPersistentModelIndex kept = index; // the queue goes on while the menu is open
+    RowMenuActions actions;
+    actions.run = [this, kept](RowButton button) { run(kept, button); };
+    actions.move = [this, kept](bool isUp) { moveGroup(kept, isUp); };
+    actions.rename = [this, kept] { rename(kept); };
+    actions.resetName = [this, id = m_model.group(index).id] { m_commands.renameGroup(id, {}); };
+    const bool hasCustomName = m_commands.hasCustomName(m_model.group(index).id);
+    fillRowMenu(menu, rowMenu(m_model, index, hasCustomName), m_model.language(), actions);
+}
+
+void QueueView::rename(const QModelIndex& header)
+{
+    if (!m_model.isHeader(header))
+        return;
+    scrollTo(header);
+    const QString id = m_model.group(header).id;
+    auto* popover = new RenamePopover(header.data(QueueModel::NameRole).toString(), m_model.language(), this);
+    connect(popover, &RenamePopover::saved, this,
+            [this, id](const QString& name) { m_commands.renameGroup(id, name); });
+    popover->openBelow(*viewport(), visualRect(header));
+}
+
+} // namespace vormel

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "ui/queue/list/RowCommands.h"
+#include "ui/queue/rows/RowGrid.h"
+#include "ui/queue/rows/RowHit.h"
+
+#include <QBasicTimer>
+#include <QTreeView>
+
+class QMenu;
+
+namespace vormel {
+
+class GroupDrag;
+class PlaceKeeper;
+class QueueDelegate;
+class QueueModel;
+
+/// The list of the queue: groups that open and close, one selected row, smooth scrolling, buttons in the rows. Repaints
+/// only the rows that changed, lays out again only when a height did, and keeps the selected item and the open groups
+/// through every change of the model.
+class QueueView final : public QTreeView
+{
+    Q_OBJECT
+
+public:
+    /// The model must outlive the view.
+    QueueView(QueueModel& model, const RowCommands& commands, QWidget* parent = nullptr);
+    ~QueueView() override;
+
+    /// Does something in sight turn or count?
+    [[nodiscard]] bool isMoving() const { return m_moveTimer.isActive(); }
+    [[nodiscard]] const QueueModel& queue() const { return m_model; }
+    /// Invalid while there is none. The current row, from which keys go on, need not be selected.
+    [[nodiscard]] QModelIndex selectedRow() const;
+    /// The buttons of a row, where they stand in the viewport; those of rows out of sight stand outside of it.
+    [[nodiscard]] std::vector<ButtonPlace> buttonsOf(const QModelIndex& index) const;
+    /// Does what a click on that button of the row does. The row may be gone when this returns.
+    void run(const QModelIndex& index, RowButton button);
+    /// What lies at a point of the viewport.
+    [[nodiscard]] RowHit hitAt(QPoint point) const;
+    /// Opens the popover for the name of that group.
+    void rename(const QModelIndex& header);
+    /// Adds everything that the row can be told. The entries do nothing once the row has left the queue.
+    void fillMenu(QMenu& menu, const QModelIndex& index);
+    void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
+
+protected:
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+    void rowsAboutToBeRemoved(const QModelIndex& parent, int first, int last) override;
+    void dataChanged(const QModelIndex& first, const QModelIndex& last, const QList<int>& roles) override;
+    void drawRow(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    void paintEvent(QPaintEvent* event) override;
+    bool event(QEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+
+private:
+    void setUp();
+    [[nodiscard]] QList<QModelIndex> rowsInSight() const;
+    [[nodiscard]] QList<QModelIndex> movingRows() const;
+    void move();
+    void point(const QModelIndex& index, const RowHit& hit, bool isPressed);
+    void pressRow(QMouseEvent* event);
+    void selectPressed(const QModelIndex& index);
+    void removeRow(const QModelIndex& index);
+    void moveGroup(const QModelIndex& index, bool isUp);
+    void openMenu(const QModelIndex& index, QPoint globalPoint);
+    void openMenuAtRow(const QModelIndex& index);
+
+    QueueModel& m_model;
+    RowCommands m_commands;
+    QueueDelegate* m_delegate;
+    GroupDrag* m_drag;
+    std::unique_ptr<PlaceKeeper> m_place;
+    QBasicTimer m_moveTimer;
+    QPersistentModelIndex m_pointedRow; ///< whose button the pointer is on
+    std::optional<RowButton> m_pointed;
+    bool m_isPressed = false; ///< the mouse went down on that button and is not up yet
+};
+
+} // namespace vormel

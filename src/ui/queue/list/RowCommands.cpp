@@ -1,0 +1,97 @@
+#include "ui/queue/list/RowCommands.h"
+
+#include "engine/DownloadManager.h"
+#include "platform/desktop/FileViewer.h"
+
+namespace vormel {
+
+RowCommands::RowCommands(const ViewPorts& ports)
+    : m_ports(ports)
+{}
+
+void RowCommands::run(RowButton button,
+                      ItemPtr item) const // NOLINT(performance-unnecessary-value-param): keeps it alive
+{
+    QueueCommands& commands = m_ports.manager.commands();
+    switch (button) {
+    case RowButton::pause:
+        return commands.pauseItems({item});
+    case RowButton::stop:
+        return commands.stopItems({item});
+    case RowButton::resume:
+        return commands.resumeItem(*item);
+    case RowButton::start:
+        return commands.startItems({item});
+    case RowButton::resync:
+        return commands.resyncItems({item});
+    case RowButton::retry:
+        return commands.retryItem(*item);
+    case RowButton::showInViewer:
+        return showInViewer(*item);
+    case RowButton::redownload:
+        return commands.redownloadItem(*item);
+    case RowButton::remove:
+        return commands.removeItems({item->id()});
+    case RowButton::retryExtraction:
+    case RowButton::extract:
+        return m_ports.manager.retryExtraction(item->id());
+    case RowButton::stopExtraction:
+        return m_ports.manager.stopExtraction(item->id());
+    default:
+        return; // a header's: the row was one when it was asked
+    }
+}
+
+void RowCommands::run(RowButton button,
+                      DownloadGroup group) const // NOLINT(performance-unnecessary-value-param): keeps it alive
+{
+    DownloadManager& manager = m_ports.manager;
+    QueueCommands& commands = manager.commands();
+    switch (button) {
+    case RowButton::pauseGroup:
+        return commands.pauseItems(group.items);
+    case RowButton::stopGroup:
+        return commands.stopItems(group.items);
+    case RowButton::startStoppedGroup:
+    case RowButton::startGroup:
+        return commands.startItems(group.items);
+    case RowButton::repairGroup:
+        return manager.retryWithRevFiles(group.items);
+    case RowButton::verifyGroup:
+        return manager.verifyGroup(group.items);
+    case RowButton::resyncGroup:
+        return commands.resyncItems(group.items);
+    case RowButton::removeGroup:
+        return commands.removeGroup(group.id);
+    case RowButton::extract:
+        return manager.retryExtraction(group.items.front()->id());
+    case RowButton::stopExtraction:
+        return manager.stopExtraction(group.items.front()->id());
+    default:
+        return; // a row's: the group had more items when it was asked
+    }
+}
+
+bool RowCommands::hasCustomName(const QString& groupId) const
+{
+    return !m_ports.manager.groupNames().customName(groupId).isEmpty();
+}
+
+void RowCommands::renameGroup(const QString& groupId, const QString& name) const
+{
+    m_ports.manager.renameGroup(groupId, name);
+}
+
+void RowCommands::moveGroup(const QStringList& displayedIds, int row, int destination) const
+{
+    if (destination >= 0 && destination <= displayedIds.size())
+        m_ports.manager.commands().moveGroups({row}, destination, displayedIds);
+}
+
+void RowCommands::showInViewer(const DownloadItem& item) const
+{
+    if (item.localPath())
+        m_ports.fileViewer.show(*item.localPath());
+}
+
+} // namespace vormel

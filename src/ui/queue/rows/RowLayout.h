@@ -1,0 +1,42 @@
+#pragma once
+
+#include "ui/queue/rows/RowGrid.h"
+
+namespace vormel {
+
+/// Where everything of one row stands. Empty rectangles are not shown. The same value serves painting, the pointer and
+/// tests; its height is what RowMetrics::height says.
+class RowLayout
+{
+public:
+    RowLayout(const RowMetrics& metrics, const RowContent& content, const QRect& row, Qt::LayoutDirection direction);
+
+    QRect icon;
+    QRect name;
+    QRect status;
+    std::vector<ButtonPlace> buttons; ///< the one of a failed archive step included
+    QRect recoveryIcon;
+    QRect recovery;
+    QRect progressBar;
+    QRect bytes;
+    QRect speed;
+    QRect extractionIcon;
+    QRect extractionBar;
+    QRect extractionText;
+    QRect elapsed;
+    QRect verificationIcon;
+    QRect verification;
+    QRect host;
+
+    /// All that are shown.
+    [[nodiscard]] std::vector<QRect> shown() const;
+
+private:
+    [[nodiscard]] std::vector<QRect*> all();
+    void placeFirstLine(const RowMetrics& metrics, const RowContent& content, QRect line);
+    void placeProgress(const RowMetrics& metrics, const QRect& line);
+    void placeExtraction(const RowMetrics& metrics, const RowContent& content, QRect line);
+    void placeFailure(const RowMetrics& metrics, const RowContent& content, QRect line);
+};
+
+} // namespace vormel

@@ -1,0 +1,198 @@
+#include "ui/queue/rows/RowPresenter.h"
+
+#include "archive/sources/ArchiveFormat.h"
+#include "text/ByteCount.h"
+
+#include <QStringList>
+
+#include <algorithm>
+
+namespace vormel {
+
+namespace {
+
+bool hasProgress(const DownloadItem& item)
+{
+    return item.extractionStatus() == ExtractionStatus::extracting && item.extractionProgress() > 0;
+}
+
+bool hasBar(const DownloadItem& item)
+{
+    return item.extractionStatus() == ExtractionStatus::extracting ||
+           item.extractionStatus() == ExtractionStatus::repairing;
+}
+
+bool hasEndlessBar(const DownloadItem& item)
+{
+    return hasBar(item) && !hasProgress(item);
+}
+
+double fraction(double value)
+{
+    return std::clamp(value, 0.0, 1.0);
+}
+
+} // namespace
+
+RowLines rowLines(const DownloadItem& item)
+{
+    RowLines lines;
+    lines.setFlag(RowLine::recovery, item.recoveryCountdown().has_value());
+    lines.setFlag(RowLine::progress, item.status() == DownloadStatus::downloading);
+    const bool isFailed = item.extractionStatus() == ExtractionStatus::failed;
+    lines.setFlag(RowLine::extraction, !isFailed && !(item.extractionStatus() == ExtractionStatus::idle));
+    lines.setFlag(RowLine::failure, isFailed);
+    lines.setFlag(RowLine::verification, item.verification().kind != VerificationResult::none);
+    return lines;
+}
+
+QString byteText(const DownloadItem& item)
+{
+    const QString received = byteCountText(item.bytesReceived());
+    return item.totalBytes() > 0 ? received + QStringLiteral(" / ") + byteCountText(item.totalBytes()) : received;
+}
+
+QString recoveryText(const DownloadItem& item, AppLanguage language)
+{
+    if (!item.recoveryCountdown())
+        return {};
+    return pair(language, u"Recovery starts in ", u"Recupero tra ") + QString::number(*item.recoveryCountdown()) +
+           QStringLiteral("s…");
+}
+
+QString extractionText(const DownloadItem& item, AppLanguage language)
+{
+    if (hasProgress(item))
+        return QString::asprintf("%.0f%%", fraction(item.extractionProgress()) * 100);
+    return extractionWords(item, language);
+}
+
+QString extractionWords(const DownloadItem& item, AppLanguage language)
+{
+    switch (item.extractionStatus().kind()) {
+    case ExtractionStatus::idle:
+        return {};
+    case ExtractionStatus::extracting:
+        if (item.awaitsExtractionTurn())
+            return pair(language, u"Waiting for its turn to be extracted…", u"In attesa del turno di estrazione…");
+        return pair(language, u"Checking / extracting…", u"Verifica / estrazione…");
+    case ExtractionStatus::repairing:
+        return pair(language, u"Repairing with .rev…", u"Riparazione con .rev…");
+    case ExtractionStatus::done:
+        return pair(language, u"Extracted", u"Estratto");
+    case ExtractionStatus::failed:
+        return pair(language, u"Extraction failed: ", u"Estrazione fallita: ") + item.extractionStatus().message();
+    }
+    Q_UNREACHABLE();
+}
+
+QString verificationText(const VerificationResult& result, AppLanguage language)
+{
+    switch (result.kind) {
+    case VerificationResult::none:
+        return {};
+    case VerificationResult::running:
+        return pair(language, u"Verifying…", u"Verifica in corso…");
+    case VerificationResult::sound:
+        return pair(language, u"Verified — all parts are sound", u"Verificato — tutte le parti sono integre");
+    case VerificationResult::fetchedAgain:
+        if (result.volumes == 1)
+            return pair(language, u"Verified — 1 damaged or missing part is downloaded again",
+                        u"Verificato — 1 parte danneggiata o mancante viene riscaricata");
+        return pair(language, u"Verified — %1 damaged or missing parts are downloaded again",
+                    u"Verificato — %1 parti danneggiate o mancanti vengono riscaricate")
+            .arg(result.volumes);
+    case VerificationResult::damaged:
+        return pair(language, u"Verified — damaged or missing, and not in the list: ",
+                    u"Verificato — danneggiate o mancanti, e non nella lista: ") +
+               result.detail;
+    case VerificationResult::passwordNeeded:
+        return pair(language, u"Not verified — the archive needs a password",
+                    u"Non verificato — l'archivio richiede una password");
+    case VerificationResult::busy:
+        return pair(language, u"Not verified — the archive is being extracted",
+                    u"Non verificato — l'archivio è in estrazione");
+    case VerificationResult::failed:
+        return pair(language, u"Verification failed: ", u"Verifica fallita: ") + result.detail;
+    }
+    Q_UNREACHABLE();
+}
+
+QString elapsedText(const DownloadItem& item, WallTime now)
+{
+    using std::chrono::seconds;
+    if (!item.extractionStartedAt())
+        return {};
+    const auto passed = std::chrono::duration_cast<seconds>(now - *item.extractionStartedAt());
+    const qint64 whole = std::max(passed, seconds(0)).count();
+    return QStringLiteral("%1:%2").arg(whole / 60).arg(whole % 60, 2, 10, QChar(u'0'));
+}
+
+std::optional<RowButton> archiveCommand(const DownloadItem& item)
+{
+    if (hasBar(item))
+        return RowButton::stopExtraction;
+    const bool canExtract = item.status() == DownloadStatus::completed &&
+                            item.extractionStatus() == ExtractionStatus::idle && item.localPath() &&
+                            formatOf(*item.localPath());
+    return canExtract ? std::optional(RowButton::extract) : std::nullopt;
+}
+
+bool isMoving(const DownloadItem& item)
+{
+    return item.status() == DownloadStatus::resolving || hasEndlessBar(item);
+}
+
+RowContent rowContent(const DownloadItem& item, AppLanguage language, WallTime now)
+{
+    RowContent content;
+    content.lines = rowLines(item);
+    content.status = item.status().kind();
+    content.name = item.filename();
+    content.statusText = statusLabel(item.status(), language);
+    content.buttons = itemButtons(item.status().kind());
+    content.recoveryText = recoveryText(item, language);
+    content.progress = fraction(item.progress());
+    content.byteText = byteText(item);
+    content.speedText = item.speedText();
+    content.extraction = item.extractionStatus().kind();
+    content.hasExtractionBar = hasBar(item);
+    if (hasProgress(item))
+        content.extractionProgress = fraction(item.extractionProgress());
+    if (hasEndlessBar(item) && !item.awaitsExtractionTurn())
+        content.elapsedText = elapsedText(item, now);
+    if (content.lines.testFlag(RowLine::failure))
+        content.retryText = buttonText(RowButton::retryExtraction, language);
+    content.archiveCommand = archiveCommand(item);
+    content.extractionText = extractionText(item, language);
+    content.verification = item.verification().kind;
+    content.verificationText = verificationText(item.verification(), language);
+    content.host = item.hostName();
+    return content;
+}
+
+QString accessibleText(const RowContent& content)
+{
+    QStringList parts{content.name, content.statusText, content.recoveryText};
+    if (content.lines.testFlag(RowLine::progress))
+        parts << content.byteText << content.speedText;
+    parts << content.extractionText << content.verificationText << content.host;
+    parts.removeAll(QString());
+    return parts.join(QStringLiteral(", "));
+}
+
+QString rowToolTip(const RowContent& content)
+{
+    QStringList lines{content.name};
+    if (content.status == DownloadStatus::failed)
+        lines << content.statusText;
+    if (content.extraction == ExtractionStatus::failed)
+        lines << content.extractionText;
+    if (content.lines.testFlag(RowLine::verification))
+        lines << content.verificationText;
+    // Names come from outside; as rich text they could be anything.
+    return QStringLiteral("<p>") + lines.join(u'\n').toHtmlEscaped().replace(u'\n', QStringLiteral("<br>")) +
+           QStringLiteral("</p>");
+}
+
+} // namespace vormel

@@ -1,0 +1,201 @@
+#include "ui/queue/list/QueueView.h"
+
+#include "fixtures/EventLoop.h"
+#include "fixtures/Workshop.h"
+#include "ui/FakeDesktop.h"
+#include "ui/queue/list/QueueDelegate.h"
+#include "ui/queue/tree/QueueModel.h"
+
+#include <QPaintEvent>
+#include <QProxyStyle>
+#include <QScrollBar>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace vormel {
+namespace {
+
+using fixtures::turnEventLoop;
+
+/// Collects what a viewport is asked to paint.
+class PaintWatch final : public QObject
+{
+public:
+    explicit PaintWatch(QWidget* watched) { watched->installEventFilter(this); }
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint)
+            painted += static_cast<QPaintEvent*>(event)->region();
+        return false;
+    }
+
+    QRegion painted;
+};
+
+/// Counts how often the heights of rows are asked for.
+class CountingModel final : public QueueModel
+{
+public:
+    using QueueModel::QueueModel;
+    QVariant data(const QModelIndex& index, int role) const override
+    {
+        if (role == LinesRole)
+            ++heightsAsked;
+        if (role == ContentRole)
+            ++rowsMade;
+        return QueueModel::data(index, role);
+    }
+
+    mutable int heightsAsked = 0;
+    mutable int rowsMade = 0;
+};
+
+/// One that lets things move, whatever the desktop says.
+class LivelyStyle final : public QProxyStyle
+{
+public:
+    explicit LivelyStyle(QObject* parent) { setParent(parent); }
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* data) const override
+    {
+        constexpr int duration = 200;
+        return hint == SH_Widget_Animation_Duration ? duration : QProxyStyle::styleHint(hint, option, widget, data);
+    }
+};
+
+class QueueViewTest : public ::testing::Test
+{
+protected:
+    QueueViewTest()
+    {
+        QStringList urls;
+        for (int i = 0; i < 200; ++i)
+            urls << QStringLiteral("https://host.example/file%1.zip").arg(i);
+        items = workshop.add(urls);
+        view.resize(600, 400);
+        view.show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&view));
+        turnEventLoop();
+    }
+    QRect rowRect(int row) const { return view.visualRect(model.index(row, 0)); }
+
+    fixtures::Workshop workshop;
+    std::vector<ItemPtr> items;
+    fixtures::FakeDesktop desktop{workshop};
+    CountingModel model{workshop.manager(), workshop.clock};
+    QueueView view{model, RowCommands(desktop.ports())};
+};
+
+TEST_F(QueueViewTest, ATickRepaintsItsRowAndNothingElse)
+{
+    items[2]->setStatus(DownloadStatus::downloading);
+    turnEventLoop();
+    view.repaint();
+    PaintWatch watch(view.viewport());
+    model.heightsAsked = 0;
+    model.rowsMade = 0;
+    items[2]->setBytesReceived(77);
+    turnEventLoop();
+    EXPECT_EQ(watch.painted, QRegion(rowRect(2)));
+    EXPECT_EQ(model.rowsMade, 1);
+    EXPECT_LT(model.heightsAsked, 20); // those around the row; a new layout would ask for all 200
+}
+
+TEST_F(QueueViewTest, NeighbouringTicksRepaintJustTheirRows)
+{
+    PaintWatch watch(view.viewport());
+    items[1]->setBytesReceived(5);
+    items[2]->setBytesReceived(5);
+    turnEventLoop();
+    EXPECT_EQ(watch.painted, QRegion(rowRect(1)) + QRegion(rowRect(2)));
+}
+
+TEST_F(QueueViewTest, ATickOfARowOutOfSightPaintsNothing)
+{
+    PaintWatch watch(view.viewport());
+    items[190]->setBytesReceived(5);
+    turnEventLoop();
+    EXPECT_TRUE(watch.painted.isEmpty());
+}
+
+TEST_F(QueueViewTest, MakesOnlyTheRowsThatItShows)
+{
+    model.rowsMade = 0;
+    view.viewport()->repaint();
+    EXPECT_GT(model.rowsMade, 3);
+    EXPECT_LT(model.rowsMade, 20);
+}
+
+TEST_F(QueueViewTest, ARowGrowsWithItsLines)
+{
+    const int before = rowRect(2).height();
+    const int nextBefore = rowRect(3).top();
+    items[2]->setStatus(DownloadStatus::downloading);
+    turnEventLoop();
+    EXPECT_GT(rowRect(2).height(), before);
+    EXPECT_EQ(rowRect(3).top() - nextBefore, rowRect(2).height() - before);
+}
+
+TEST_F(QueueViewTest, SelectsOneRowAndMovesByKeyboard)
+{
+    EXPECT_EQ(view.selectionMode(), QAbstractItemView::SingleSelection);
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, rowRect(1).center());
+    QTest::keyClick(&view, Qt::Key_Down);
+    EXPECT_EQ(view.currentIndex().row(), 2);
+    EXPECT_EQ(view.selectionModel()->selectedIndexes().size(), 1);
+    QTest::keyClick(&view, Qt::Key_End);
+    EXPECT_EQ(view.currentIndex().row(), 199);
+    EXPECT_TRUE(view.viewport()->rect().contains(rowRect(199)));
+}
+
+TEST_F(QueueViewTest, KeepsTheSelectedItemAndItsPlaceThroughAReset)
+{
+    view.setCurrentIndex(model.index(151, 0));
+    QSet<ItemId> even;
+    for (std::size_t i = 100; i < 200; i += 2)
+        even << items[i]->id();
+    workshop.manager().commands().removeItems(even);
+    turnEventLoop();
+    EXPECT_EQ(view.currentIndex().data(QueueModel::IdRole).value<ItemId>(), items[151]->id());
+    EXPECT_TRUE(view.selectionModel()->isSelected(view.currentIndex()));
+}
+
+TEST_F(QueueViewTest, ScrollsByPixels)
+{
+    EXPECT_EQ(view.verticalScrollMode(), QAbstractItemView::ScrollPerPixel);
+    view.verticalScrollBar()->setValue(5);
+    EXPECT_EQ(rowRect(0).top(), -5);
+}
+
+TEST_F(QueueViewTest, ABarGlidesToItsValueAndRestsThere)
+{
+    view.setStyle(new LivelyStyle(&view)); // the view owns it
+    items[1]->setStatus(DownloadStatus::downloading);
+    items[1]->setProgress(0.2);
+    turnEventLoop();
+    view.repaint();
+    ASSERT_TRUE(fixtures::waitUntil([this] { return !view.isMoving(); }));
+    items[1]->setProgress(0.6);
+    turnEventLoop();
+    view.repaint();
+    EXPECT_TRUE(view.isMoving());
+    const QImage underWay = view.viewport()->grab(rowRect(1)).toImage();
+    workshop.clock.advance(std::chrono::milliseconds(400));
+    EXPECT_TRUE(fixtures::waitUntil([this] { return !view.isMoving(); }));
+    EXPECT_NE(view.viewport()->grab(rowRect(1)).toImage(), underWay);
+}
+
+TEST_F(QueueViewTest, TheIndicatorTurnsOnlyWhileARowInSightWaits)
+{
+    EXPECT_FALSE(view.isMoving());
+    items[0]->setStatus(DownloadStatus::resolving);
+    turnEventLoop();
+    view.viewport()->repaint();
+    EXPECT_TRUE(view.isMoving());
+    items[0]->setStatus(DownloadStatus::stopped);
+    EXPECT_TRUE(fixtures::waitUntil([this] { return !view.isMoving(); }));
+}
+
+} // namespace
+} // namespace vormel

@@ -1,0 +1,255 @@
+#include "ui/queue/list/RowCommands.h"
+
+#include "fixtures/EventLoop.h"
+#include "fixtures/Workshop.h"
+#include "ui/FakeDesktop.h"
+
+#include <gtest/gtest.h>
+
+namespace vormel {
+namespace {
+
+using fixtures::turnEventLoop;
+using S = DownloadStatus;
+
+class RowCommandsTest : public ::testing::Test
+{
+protected:
+    ItemPtr add(const char* name, DownloadStatus::Kind status)
+    {
+        const ItemPtr item = workshop.add(QStringLiteral("https://h.example/") + QString::fromLatin1(name));
+        item->setStatus(status);
+        turnEventLoop();
+        return item;
+    }
+    DownloadGroup addSet(DownloadStatus::Kind status)
+    {
+        add("a.part1.rar", status);
+        return *workshop.manager().visibleGroupOf(*add("a.part2.rar", status));
+    }
+    /// What becomes of an item in that state.
+    S::Kind resultOf(RowButton button, S::Kind before)
+    {
+        const ItemPtr item = add("a.zip", before);
+        commands.run(button, item);
+        const S::Kind after = item->status().kind();
+        workshop.manager().commands().removeItems({item->id()});
+        return after;
+    }
+
+    fixtures::Workshop workshop;
+    fixtures::FakeDesktop desktop{workshop};
+    RowCommands commands{desktop.ports()};
+};
+
+TEST_F(RowCommandsTest, PauseIsForWhatIsStillDownloading)
+{
+    EXPECT_EQ(resultOf(RowButton::pause, S::downloading), S::paused);
+    EXPECT_EQ(resultOf(RowButton::pause, S::completed), S::completed);
+}
+
+TEST_F(RowCommandsTest, StopKeepsTheItemOut)
+{
+    EXPECT_EQ(resultOf(RowButton::stop, S::queued), S::stopped);
+}
+
+TEST_F(RowCommandsTest, ResumeIsForWhatIsStillPaused)
+{
+    EXPECT_NE(resultOf(RowButton::resume, S::paused), S::paused);
+    EXPECT_EQ(resultOf(RowButton::resume, S::stopped), S::stopped);
+}
+
+TEST_F(RowCommandsTest, StartBringsAStoppedItemBack)
+{
+    EXPECT_NE(resultOf(RowButton::start, S::stopped), S::stopped);
+}
+
+TEST_F(RowCommandsTest, RetryQueuesAFailedItemAgain)
+{
+    EXPECT_NE(resultOf(RowButton::retry, S::failed), S::failed);
+}
+
+TEST_F(RowCommandsTest, ResyncBelievesTheDisk)
+{
+    const ItemPtr item = add("a.zip", S::completed);
+    item->setLocalPath(workshop.sandbox.path(QStringLiteral("gone.zip")));
+    commands.run(RowButton::redownload, item);
+    EXPECT_NE(item->status().kind(), S::completed);
+    item->setStatus(S::paused);
+    workshop.sandbox.write(QStringLiteral("Downloads/a.zip"), "x");
+    commands.run(RowButton::resync, item);
+    turnEventLoop();
+    EXPECT_EQ(item->status().kind(), S::completed);
+}
+
+TEST_F(RowCommandsTest, RemoveTakesTheItemOut)
+{
+    const ItemPtr item = add("a.zip", S::paused);
+    commands.run(RowButton::remove, item);
+    EXPECT_TRUE(workshop.manager().items().empty());
+}
+
+TEST_F(RowCommandsTest, ShowsTheFileOfAnItemThatHasOne)
+{
+    const ItemPtr item = add("a.zip", S::completed);
+    commands.run(RowButton::showInViewer, item);
+    EXPECT_TRUE(desktop.viewer.shown.isEmpty());
+    item->setLocalPath(QStringLiteral("/srv/a.zip"));
+    commands.run(RowButton::showInViewer, item);
+    EXPECT_EQ(desktop.viewer.shown, QStringList{QStringLiteral("/srv/a.zip")});
+}
+
+TEST_F(RowCommandsTest, VerifyOfAGroupTestsItsFirstVolumeAndFetchesABadOneAgain)
+{
+    workshop.settings().autoStartDownloads.set(true);
+    const DownloadGroup group = addSet(S::completed);
+    for (std::size_t i : {0U, 1U}) {
+        const QString name = group.items[i]->filename();
+        group.items[i]->setLocalPath(workshop.sandbox.write(QStringLiteral("Downloads/a/") + name, "x"));
+    }
+    workshop.tools.add(QStringLiteral("unrar"), "echo 'Cannot find volume a.part2.rar'; exit 3");
+    commands.run(RowButton::verifyGroup, group);
+    EXPECT_TRUE(fixtures::waitUntil([&group] { return group.items[1]->status() != S::completed; }));
+    EXPECT_EQ(group.items[0]->status().kind(), S::completed);
+    const QList<QStringList> calls = workshop.tools.calls(QStringLiteral("unrar"));
+    ASSERT_EQ(calls.size(), 1);
+    EXPECT_EQ(calls.front().front(), u"t");
+    EXPECT_EQ(calls.front().back(), *group.items[0]->localPath());
+}
+
+TEST_F(RowCommandsTest, StopExtractingEndsTheToolOfTheRowOrOfTheGroup)
+{
+    const DownloadGroup group = addSet(S::completed);
+    for (const ItemPtr& item : group.items)
+        item->setLocalPath(workshop.sandbox.write(QStringLiteral("Downloads/a/") + item->filename(), "x"));
+    workshop.tools.add(QStringLiteral("unrar"), "exec sleep 600");
+    const auto begin = [&] {
+        const qsizetype calls = workshop.tools.calls(QStringLiteral("unrar")).size();
+        workshop.manager().retryExtraction(group.items[0]->id());
+        EXPECT_TRUE(fixtures::waitUntil([&] { return workshop.tools.calls(QStringLiteral("unrar")).size() > calls; }));
+        EXPECT_EQ(group.items[0]->extractionStatus(), ExtractionStatus::extracting);
+    };
+    const auto isStopped = [&group] { return group.items[0]->extractionStatus() == ExtractionStatus::idle; };
+    begin();
+    commands.run(RowButton::stopExtraction, group.items[0]);
+    EXPECT_TRUE(fixtures::waitUntil(isStopped));
+    begin();
+    commands.run(RowButton::stopExtraction, group);
+    EXPECT_TRUE(fixtures::waitUntil(isStopped));
+}
+
+TEST_F(RowCommandsTest, VerifyOfAGroupWithoutItsFirstVolumeSaysAndDoesNothing)
+{
+    const DownloadGroup group = addSet(S::completed);
+    group.items[1]->setLocalPath(workshop.sandbox.write(QStringLiteral("Downloads/a/a.part2.rar"), "x"));
+    workshop.tools.add(QStringLiteral("unrar"));
+    commands.run(RowButton::verifyGroup, group);
+    for (const ItemPtr& item : group.items)
+        EXPECT_EQ(item->verification().kind, VerificationResult::none);
+    EXPECT_EQ(group.items[1]->status().kind(), S::completed);
+}
+
+TEST_F(RowCommandsTest, ResyncOfAGroupIsForAllItsItems)
+{
+    const DownloadGroup group = addSet(S::paused);
+    workshop.sandbox.write(QStringLiteral("Downloads/a/a.part1.rar"), "x");
+    group.items[0]->setTotalBytes(1);
+    group.items[1]->setStatus(S::completed);
+    group.items[1]->setLocalPath(workshop.sandbox.path(QStringLiteral("Downloads/a/a.part2.rar"))); // gone
+    commands.run(RowButton::resyncGroup, group);
+    EXPECT_TRUE(fixtures::waitUntil(
+        [&group] { return group.items[0]->status() == S::completed && group.items[1]->status() != S::completed; }));
+}
+
+TEST_F(RowCommandsTest, PauseOfAGroupIsForItsRunningItems)
+{
+    DownloadGroup group = addSet(S::downloading);
+    group.items[0]->setStatus(S::completed);
+    commands.run(RowButton::pauseGroup, group);
+    EXPECT_EQ(group.items[0]->status().kind(), S::completed);
+    EXPECT_EQ(group.items[1]->status().kind(), S::paused);
+}
+
+TEST_F(RowCommandsTest, StopAndStartAreForAllOfAGroup)
+{
+    const DownloadGroup group = addSet(S::queued);
+    commands.run(RowButton::stopGroup, group);
+    for (const ItemPtr& item : group.items)
+        EXPECT_EQ(item->status().kind(), S::stopped);
+    for (const RowButton start : {RowButton::startStoppedGroup, RowButton::startGroup}) {
+        commands.run(start, group);
+        for (const ItemPtr& item : group.items) {
+            EXPECT_NE(item->status().kind(), S::stopped);
+            item->setStatus(S::stopped);
+        }
+    }
+}
+
+TEST_F(RowCommandsTest, RepairReleasesTheRecoveryVolumes)
+{
+    const DownloadGroup group = addSet(S::completed);
+    const ItemPtr volume = add("a.part1.rev", S::paused);
+    commands.run(RowButton::repairGroup, group);
+    turnEventLoop();
+    EXPECT_NE(volume->status().kind(), S::paused);
+}
+
+TEST_F(RowCommandsTest, VerifyWithoutAFirstVolumeDoesNothing)
+{
+    const DownloadGroup group = addSet(S::completed);
+    commands.run(RowButton::verifyGroup, group); // no item has a file
+    turnEventLoop();
+    for (const ItemPtr& item : group.items)
+        EXPECT_EQ(item->status().kind(), S::completed);
+}
+
+TEST_F(RowCommandsTest, RemoveOfAGroupTakesItsHiddenVolumesToo)
+{
+    const DownloadGroup group = addSet(S::paused);
+    add("a.part1.rev", S::paused);
+    add("b.zip", S::paused);
+    commands.run(RowButton::removeGroup, group);
+    ASSERT_EQ(workshop.manager().items().size(), 1U);
+    EXPECT_EQ(workshop.manager().items().front()->filename(), u"b.zip");
+}
+
+TEST_F(RowCommandsTest, AButtonOfAnotherKindOfRowDoesNothing)
+{
+    const DownloadGroup group = addSet(S::paused);
+    commands.run(RowButton::remove, group);
+    commands.run(RowButton::removeGroup, group.items[0]);
+    EXPECT_EQ(workshop.manager().items().size(), 2U);
+}
+
+TEST_F(RowCommandsTest, GroupsMoveByOnePlaceAndStopAtTheEnds)
+{
+    add("a.zip", S::paused);
+    add("b.zip", S::paused);
+    add("c.zip", S::paused);
+    const auto names = [this] {
+        QString all;
+        for (const ItemPtr& item : workshop.manager().items())
+            all += item->filename().left(1);
+        return all;
+    };
+    const QStringList ids{QStringLiteral("a.zip"), QStringLiteral("b.zip"), QStringLiteral("c.zip")};
+    commands.moveGroup(ids, 0, -1);
+    commands.moveGroup(ids, 2, 4);
+    EXPECT_EQ(names(), u"abc");
+    commands.moveGroup(ids, 0, 2);
+    EXPECT_EQ(names(), u"bac");
+    commands.moveGroup({ids[1], ids[0], ids[2]}, 2, 1);
+    EXPECT_EQ(names(), u"bca");
+}
+
+TEST_F(RowCommandsTest, AnEmptyNameBringsTheOwnOneBack)
+{
+    EXPECT_FALSE(commands.hasCustomName(QStringLiteral("a")));
+    commands.renameGroup(QStringLiteral("a"), QStringLiteral("My film"));
+    EXPECT_TRUE(commands.hasCustomName(QStringLiteral("a")));
+    commands.renameGroup(QStringLiteral("a"), {});
+    EXPECT_FALSE(commands.hasCustomName(QStringLiteral("a")));
+}
+
+} // namespace
+} // namespace vormel

@@ -1,0 +1,388 @@
+#include "fixtures/Workshop.h"
+#include "ui/queue/rows/PaintedRow.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace vormel {
+namespace {
+
+using fixtures::PaintedRow;
+using S = DownloadStatus;
+using E = ExtractionStatus;
+
+constexpr WallTime now{std::chrono::hours(100)};
+constexpr qint64 mebibyte = 1024 * 1024;
+
+struct Case
+{
+    const char* name;
+    std::function<void(DownloadItem&)> set;
+    const char* english; ///< texts
+    const char* italian;
+    const char* glyphs;
+    const char* bar = "";
+};
+
+void download(DownloadItem& item, qint64 received, qint64 total, double speed)
+{
+    item.setStatus(S::downloading);
+    item.setBytesReceived(received);
+    item.setTotalBytes(total);
+    item.setProgress(total > 0 ? static_cast<double>(received) / static_cast<double>(total) : 0);
+    item.setSpeedBytesPerSec(speed);
+}
+
+void extract(DownloadItem& item, const ExtractionStatus& status, int secondsAgo, double progress = 0)
+{
+    item.setStatus(S::completed);
+    item.setExtractionStatus(status);
+    item.setExtractionProgress(progress);
+    if (secondsAgo >= 0)
+        item.setExtractionStartedAt(now - std::chrono::seconds(secondsAgo));
+}
+
+#define COMPLETED "checkmark.circle.fill/green folder/secondary arrow.down.circle/secondary xmark/secondary"
+
+const Case cases[] = {
+    {"queued", [](DownloadItem& item) { item.setStatus(S::queued); },
+     "**film.rar**/text|Queued/secondary|Host.example/tertiary",
+     "**film.rar**/text|In coda/secondary|Host.example/tertiary",
+     "clock/secondary stop.fill/secondary arrow.triangle.2.circlepath/secondary xmark/secondary"},
+    {"resolving", [](DownloadItem& item) { item.setStatus(S::resolving); },
+     "**film.rar**/text|Resolving.../secondary|Host.example/tertiary",
+     "**film.rar**/text|Risoluzione.../secondary|Host.example/tertiary", "xmark/secondary"},
+    {"expanding", [](DownloadItem& item) { item.setStatus(S::expanding); },
+     "**film.rar**/text|Reading container.../secondary|Host.example/tertiary",
+     "**film.rar**/text|Lettura container.../secondary|Host.example/tertiary",
+     "archivebox.fill/orange xmark/secondary"},
+    {"paused", [](DownloadItem& item) { item.setStatus(S::paused); },
+     "**film.rar**/text|Paused/secondary|Host.example/tertiary",
+     "**film.rar**/text|In pausa/secondary|Host.example/tertiary",
+     "pause.circle.fill/orange play.fill/secondary stop.fill/secondary arrow.triangle.2.circlepath/secondary "
+     "xmark/secondary"},
+    {"stopped", [](DownloadItem& item) { item.setStatus(S::stopped); },
+     "**film.rar**/text|Stopped/secondary|Host.example/tertiary",
+     "**film.rar**/text|Fermato/secondary|Host.example/tertiary",
+     "stop.circle.fill/secondary play.fill/secondary xmark/secondary"},
+    {"completed", [](DownloadItem& item) { item.setStatus(S::completed); },
+     "**film.rar**/text|Completed/secondary|Host.example/tertiary",
+     "**film.rar**/text|Completato/secondary|Host.example/tertiary", COMPLETED},
+    {"failed", [](DownloadItem& item) { item.setStatus(S::failure(QStringLiteral("no such file"))); },
+     "**film.rar**/text|Error: no such file/red|Host.example/tertiary",
+     "**film.rar**/text|Errore: no such file/red|Host.example/tertiary",
+     "exclamationmark.circle.fill/red arrow.clockwise/secondary xmark/secondary"},
+    {"failedAndSoonRecovered",
+     [](DownloadItem& item) {
+         item.setStatus(S::failure(QStringLiteral("x")));
+         item.setRecoveryCountdown(7);
+     },
+     "**film.rar**/text|Error: x/red|Recovery starts in 7s…/orange|Host.example/tertiary",
+     "**film.rar**/text|Errore: x/red|Recupero tra 7s…/orange|Host.example/tertiary",
+     "exclamationmark.circle.fill/red arrow.clockwise/secondary xmark/secondary bandage.fill/orange"},
+    {"downloading", [](DownloadItem& item) { download(item, mebibyte, 4 * mebibyte, 2 * 1024 * 1024); },
+     "**film.rar**/text|Downloading/secondary|1 MB / 4 MB/secondary|2 MB/s/secondary|Host.example/tertiary",
+     "**film.rar**/text|Download/secondary|1 MB / 4 MB/secondary|2 MB/s/secondary|Host.example/tertiary",
+     "arrow.down.circle.fill/blue pause.fill/orange stop.fill/secondary xmark/secondary", "0.25/blue"},
+    {"downloadingWithoutASpeedYet", [](DownloadItem& item) { download(item, 0, 4 * mebibyte, 0); },
+     "**film.rar**/text|Downloading/secondary|Zero KB / 4 MB/secondary|Host.example/tertiary",
+     "**film.rar**/text|Download/secondary|Zero KB / 4 MB/secondary|Host.example/tertiary",
+     "arrow.down.circle.fill/blue pause.fill/orange stop.fill/secondary xmark/secondary", "empty"},
+    {"downloadingWhatHasNoKnownSize", [](DownloadItem& item) { download(item, mebibyte, 0, 1024); },
+     "**film.rar**/text|Downloading/secondary|1 MB/secondary|1 KB/s/secondary|Host.example/tertiary",
+     "**film.rar**/text|Download/secondary|1 MB/secondary|1 KB/s/secondary|Host.example/tertiary",
+     "arrow.down.circle.fill/blue pause.fill/orange stop.fill/secondary xmark/secondary", "empty"},
+    {"extractingForAWhile", [](DownloadItem& item) { extract(item, E::extracting, 67); },
+     "**film.rar**/text|Completed/secondary|Checking / extracting…/secondary|1:07/secondary|Host.example/tertiary",
+     "**film.rar**/text|Completato/secondary|Verifica / estrazione…/secondary|1:07/secondary|Host.example/tertiary",
+     COMPLETED " archivebox.fill/secondary", "0.30/blue"},
+    {"extractingHalf", [](DownloadItem& item) { extract(item, E::extracting, 67, 0.5); },
+     "**film.rar**/text|Completed/secondary|50%/secondary|Host.example/tertiary",
+     "**film.rar**/text|Completato/secondary|50%/secondary|Host.example/tertiary",
+     COMPLETED " archivebox.fill/secondary", "0.50/blue"},
+    {"repairing", [](DownloadItem& item) { extract(item, E::repairing, 3); },
+     "**film.rar**/text|Completed/secondary|Repairing with .rev…/orange|0:03/orange|Host.example/tertiary",
+     "**film.rar**/text|Completato/secondary|Riparazione con .rev…/orange|0:03/orange|Host.example/tertiary",
+     COMPLETED " bandage.fill/orange", "0.30/orange"},
+    {"repairingSinceNobodyKnows", [](DownloadItem& item) { extract(item, E::repairing, -1); },
+     "**film.rar**/text|Completed/secondary|Repairing with .rev…/orange|Host.example/tertiary",
+     "**film.rar**/text|Completato/secondary|Riparazione con .rev…/orange|Host.example/tertiary",
+     COMPLETED " bandage.fill/orange", "0.30/orange"},
+    {"waitingToBeExtracted",
+     [](DownloadItem& item) {
+         extract(item, E::extracting, 3);
+         item.setAwaitsExtractionTurn(true);
+     },
+     "**film.rar**/text|Completed/secondary|Waiting for its turn to be extracted…/secondary|Host.example/tertiary",
+     "**film.rar**/text|Completato/secondary|In attesa del turno di estrazione…/secondary|Host.example/tertiary",
+     COMPLETED " archivebox.fill/secondary", "0.30/blue"},
+    {"verified",
+     [](DownloadItem& item) {
+         item.setStatus(S::completed);
+         item.setVerification({VerificationResult::sound});
+     },
+     "**film.rar**/text|Completed/secondary|Verified — all parts are sound/green|Host.example/tertiary",
+     "**film.rar**/text|Completato/secondary|Verificato — tutte le parti sono integre/green|Host.example/tertiary",
+     COMPLETED " checkmark.seal/green"},
+    {"verifiedAndFetchedAgain",
+     [](DownloadItem& item) {
+         item.setStatus(S::queued);
+         item.setVerification({VerificationResult::fetchedAgain, 2});
+     },
+     "**film.rar**/text|Queued/secondary|Verified — 2 damaged or missing parts are downloaded again/orange|"
+     "Host.example/tertiary",
+     "**film.rar**/text|In coda/secondary|Verificato — 2 parti danneggiate o mancanti vengono riscaricate/orange|"
+     "Host.example/tertiary",
+     "clock/secondary stop.fill/secondary arrow.triangle.2.circlepath/secondary xmark/secondary checkmark.seal/orange"},
+    {"notVerified",
+     [](DownloadItem& item) {
+         item.setStatus(S::completed);
+         item.setVerification({VerificationResult::failed, 0, QStringLiteral("no tool")});
+     },
+     "**film.rar**/text|Completed/secondary|Verification failed: no tool/red|Host.example/tertiary",
+     "**film.rar**/text|Completato/secondary|Verifica fallita: no tool/red|Host.example/tertiary",
+     COMPLETED " checkmark.seal/red"},
+    {"extracted", [](DownloadItem& item) { extract(item, E::done, 3); },
+     "**film.rar**/text|Completed/secondary|Extracted/green|Host.example/tertiary",
+     "**film.rar**/text|Completato/secondary|Estratto/green|Host.example/tertiary", COMPLETED " archivebox.fill/green"},
+    {"notExtracted", [](DownloadItem& item) { extract(item, E::failure(QStringLiteral("no volume")), 3); },
+     "**film.rar**/text|Completed/secondary|Extraction failed: no volume/red|Retry/text|Host.example/tertiary",
+     "**film.rar**/text|Completato/secondary|Estrazione fallita: no volume/red|Riprova/text|Host.example/tertiary",
+     COMPLETED " exclamationmark.triangle.fill/red arrow.clockwise/text"},
+};
+
+class RowPainting : public ::testing::TestWithParam<Case>
+{
+protected:
+    RowPainting() { GetParam().set(item); }
+    PaintedRow painted(AppLanguage language, const PaintedRow::Look& look = {}) const
+    {
+        return {rowContent(item, language, now), look};
+    }
+
+    DownloadItem item{fixtures::link(QStringLiteral("https://Host.example/film.rar")), ItemId::make()};
+};
+
+TEST_P(RowPainting, ShowsItsTextsInTheirColours)
+{
+    EXPECT_EQ(painted(AppLanguage::english).texts().join(u'|').toStdString(), GetParam().english);
+    EXPECT_EQ(painted(AppLanguage::italian).texts().join(u'|').toStdString(), GetParam().italian);
+}
+
+TEST_P(RowPainting, ShowsItsIconsInTheirColours)
+{
+    EXPECT_EQ(painted(AppLanguage::english).glyphs().join(u' ').toStdString(), GetParam().glyphs);
+}
+
+TEST_P(RowPainting, FillsItsBar)
+{
+    EXPECT_EQ(painted(AppLanguage::english).bar().toStdString(), GetParam().bar);
+}
+
+TEST_P(RowPainting, ASelectedRowHasOneColourForAll)
+{
+    PaintedRow::Look look;
+    look.isSelected = true;
+    const PaintedRow row = painted(AppLanguage::english, look);
+    EXPECT_EQ(row.texts().size(), QString::fromUtf8(GetParam().english).count(u'|') + 1);
+    for (const QString& part : row.texts() + row.glyphs())
+        EXPECT_TRUE(part.endsWith(u"/highlightedText")) << qPrintable(part);
+}
+
+TEST_P(RowPainting, WhatHasNoRoomIsElidedAndNothingIsCutOff)
+{
+    item.setFilename(QStringLiteral("The.beginning.").repeated(20) + QStringLiteral("the.end.rar"));
+    PaintedRow::Look look;
+    look.width = 520;
+    const PaintedRow row = painted(AppLanguage::italian, look);
+    const QString name = row.texts().front();
+    EXPECT_TRUE(name.startsWith(u"**The.beg") && name.contains(u'…') && name.endsWith(u"end.rar**/text"))
+        << qPrintable(name);
+    const QFontMetrics caption(RowMetrics(QApplication::font()).captionFont);
+    for (const auto& text : row.recorder().texts) {
+        const QFontMetrics& metrics = text.isBold ? QFontMetrics(RowMetrics(QApplication::font()).nameFont) : caption;
+        EXPECT_LE(text.place.x() + metrics.horizontalAdvance(text.text), look.width) << qPrintable(text.text);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, RowPainting, ::testing::ValuesIn(cases), [](const auto& row) { return row.param.name; });
+
+class OneRowPainting : public ::testing::Test
+{
+protected:
+    QStringList texts(int width)
+    {
+        return PaintedRow(rowContent(item, AppLanguage::english, now), {width, false, {}, false}).texts();
+    }
+
+    DownloadItem item{fixtures::link(QStringLiteral("https://Host.example/film.rar")), ItemId::make()};
+};
+
+TEST_F(OneRowPainting, ALongErrorIsElidedAtItsEnd)
+{
+    item.setStatus(S::failure(QStringLiteral("The server said no. ").repeated(20)));
+    const QString status = texts(700).at(1);
+    EXPECT_TRUE(status.startsWith(u"Error: The server said no.") && status.endsWith(u"…/red")) << qPrintable(status);
+}
+
+TEST_F(OneRowPainting, AFailedArchiveStepTakesTwoLinesAndNoMore)
+{
+    extract(item, E::failure(QStringLiteral("The volume is broken. ").repeated(20)), 3);
+    const QStringList all = texts(700);
+    ASSERT_EQ(all.size(), 6); // name, status, two lines, the button, the host
+    EXPECT_TRUE(all.at(2).startsWith(u"Extraction failed: The volume") && !all.at(2).contains(u'…'));
+    EXPECT_TRUE(all.at(3).endsWith(u"…/red")) << qPrintable(all.at(3));
+}
+
+TEST_F(OneRowPainting, AHostThatFitsNowhereIsElided)
+{
+    const QString host = QStringLiteral("very-long-host-name.").repeated(20) + QStringLiteral("example");
+    const DownloadItem far(fixtures::link(QStringLiteral("https://") + host + QStringLiteral("/x")), ItemId::make());
+    const PaintedRow row(rowContent(far, AppLanguage::english, now), {600, false, {}, false});
+    EXPECT_TRUE(row.texts().back().startsWith(u"very-long") && row.texts().back().endsWith(u"…/tertiary"));
+}
+
+TEST_F(OneRowPainting, AButtonUnderThePointerIsPlainAndTheOneThatRemovesIsRed)
+{
+    item.setStatus(S::stopped);
+    const auto glyphs = [this](RowButton hot) {
+        PaintedRow::Look look;
+        look.hot.button = hot;
+        return PaintedRow(rowContent(item, AppLanguage::english, now), look).glyphs().join(u' ');
+    };
+    EXPECT_EQ(glyphs(RowButton::start), u"stop.circle.fill/secondary play.fill/text xmark/secondary");
+    EXPECT_EQ(glyphs(RowButton::remove), u"stop.circle.fill/secondary play.fill/secondary xmark/red");
+}
+
+struct HeaderCase
+{
+    const char* name;
+    std::vector<S::Kind> items;
+    const char* english;
+    const char* italian;
+    const char* glyphs; ///< without the triangle, which comes first
+    const char* bar = "";
+};
+
+const HeaderCase headerCases[] = {
+    {"completed",
+     {S::completed, S::completed},
+     "**film**/text|Completed  ·  2 parts  ·  8 MB/secondary",
+     "**film**/text|Completato  ·  2 parti  ·  8 MB/secondary",
+     "doc.on.doc.fill/green checkmark.seal/secondary arrow.triangle.2.circlepath/secondary xmark/secondary"},
+    {"error",
+     {S::failed, S::completed},
+     "**film**/text|Error  ·  2 parts  ·  8 MB/secondary",
+     "**film**/text|Errore  ·  2 parti  ·  8 MB/secondary",
+     "doc.on.doc.fill/red checkmark.seal/secondary arrow.triangle.2.circlepath/secondary xmark/secondary"},
+    {"downloading",
+     {S::downloading, S::queued},
+     "**film**/text|Downloading (1/2)  ·  2 parts  ·  8 MB/secondary|2 MB / 8 MB/secondary|1 KB/s/secondary",
+     "**film**/text|Download (1/2)  ·  2 parti  ·  8 MB/secondary|2 MB / 8 MB/secondary|1 KB/s/secondary",
+     "doc.on.doc.fill/blue pause.fill/orange stop.fill/secondary arrow.triangle.2.circlepath/secondary "
+     "xmark/secondary",
+     "0.25/blue"},
+    {"stopped",
+     {S::stopped, S::stopped},
+     "**film**/text|Stopped  ·  2 parts  ·  8 MB/secondary|2 MB / 8 MB/secondary",
+     "**film**/text|Fermato  ·  2 parti  ·  8 MB/secondary|2 MB / 8 MB/secondary",
+     "doc.on.doc.fill/secondary play.fill/secondary arrow.triangle.2.circlepath/secondary xmark/secondary",
+     "0.25/blue"},
+    {"paused",
+     {S::paused, S::paused},
+     "**film**/text|Paused  ·  2 parts  ·  8 MB/secondary|2 MB / 8 MB/secondary",
+     "**film**/text|In pausa  ·  2 parti  ·  8 MB/secondary|2 MB / 8 MB/secondary",
+     "doc.on.doc.fill/orange play.fill/secondary stop.fill/secondary arrow.triangle.2.circlepath/secondary "
+     "xmark/secondary",
+     "0.25/blue"},
+    {"resolving",
+     {S::resolving, S::queued},
+     "**film**/text|Resolving...  ·  2 parts  ·  8 MB/secondary",
+     "**film**/text|Risoluzione...  ·  2 parti  ·  8 MB/secondary",
+     "doc.on.doc.fill/secondary play.fill/secondary stop.fill/secondary arrow.triangle.2.circlepath/secondary "
+     "xmark/secondary"},
+    {"queued",
+     {S::queued, S::completed},
+     "**film**/text|Queued  ·  2 parts  ·  8 MB/secondary",
+     "**film**/text|In coda  ·  2 parti  ·  8 MB/secondary",
+     "doc.on.doc.fill/secondary play.fill/secondary stop.fill/secondary checkmark.seal/secondary "
+     "arrow.triangle.2.circlepath/secondary xmark/secondary"},
+};
+
+class HeaderPainting : public ::testing::TestWithParam<HeaderCase>
+{
+protected:
+    HeaderPainting()
+    {
+        for (const S::Kind kind : GetParam().items) {
+            group.items.push_back(
+                std::make_shared<DownloadItem>(fixtures::link(QStringLiteral("https://h.example/x")), ItemId::make()));
+            group.items.back()->setStatus(kind == S::failed ? S::failure(QStringLiteral("x")) : DownloadStatus(kind));
+            group.items.back()->setTotalBytes(4 * mebibyte);
+            group.items.back()->setBytesReceived(mebibyte);
+        }
+        if (GetParam().items.front() == S::downloading)
+            group.items.front()->setSpeedBytesPerSec(1024);
+    }
+    PaintedRow painted(AppLanguage language, const PaintedRow::Look& look = {}) const
+    {
+        const GroupTally tally(group);
+        HeaderContent content = headerContent(tally, language);
+        content.title = group.id;
+        content.buttons = groupButtons(tally, false);
+        addExtraction(content, group, language);
+        return {content, look};
+    }
+
+    DownloadGroup group{QStringLiteral("film"), {}};
+};
+
+TEST_P(HeaderPainting, ShowsItsTextsInTheirColours)
+{
+    EXPECT_EQ(painted(AppLanguage::english).texts().join(u'|').toStdString(), GetParam().english);
+    EXPECT_EQ(painted(AppLanguage::italian).texts().join(u'|').toStdString(), GetParam().italian);
+}
+
+TEST_P(HeaderPainting, ShowsItsIconsInTheirColours)
+{
+    EXPECT_EQ(painted(AppLanguage::english).glyphs().join(u' ').toStdString(),
+              std::string("chevron.right/tertiary ") + GetParam().glyphs);
+    PaintedRow::Look look;
+    look.isOpen = true;
+    EXPECT_EQ(painted(AppLanguage::english, look).glyphs().front(), u"chevron.down/tertiary");
+}
+
+TEST_P(HeaderPainting, FillsItsBar)
+{
+    EXPECT_EQ(painted(AppLanguage::english).bar().toStdString(), GetParam().bar);
+}
+
+TEST_P(HeaderPainting, ALongTitleIsElidedInItsMiddle)
+{
+    group.id = QStringLiteral("The.beginning.").repeated(20) + QStringLiteral("the.end");
+    PaintedRow::Look look;
+    look.width = 520;
+    const QString title = painted(AppLanguage::english, look).texts().front();
+    EXPECT_TRUE(title.startsWith(u"**The.beg") && title.contains(u'…') && title.endsWith(u"end**/text"))
+        << qPrintable(title);
+}
+
+TEST_P(HeaderPainting, TellsWhatBecameOfTheArchiveInItsColour)
+{
+    const std::pair<ExtractionStatus, const char*> ends[] = {
+        {E::extracting, "·  Checking / extracting…/secondary"},
+        {E::repairing, "·  Repairing with .rev…/orange"},
+        {E::done, "·  Extracted/green"},
+        {E::failure(QStringLiteral("broken")), "·  Extraction failed: broken/red"}};
+    for (const auto& [status, text] : ends) {
+        group.items.front()->setExtractionStatus(status);
+        EXPECT_EQ(painted(AppLanguage::english).texts().at(2).toStdString(), text);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Headers, HeaderPainting, ::testing::ValuesIn(headerCases),
+                         [](const auto& header) { return header.param.name; });
+
+} // namespace
+} // namespace vormel

@@ -1,0 +1,187 @@
+#include "ui/queue/rows/RowPresenter.h"
+
+#include "fixtures/Workshop.h"
+
+#include <gtest/gtest.h>
+
+namespace vormel {
+namespace {
+
+using fixtures::link;
+constexpr auto english = AppLanguage::english;
+constexpr auto italian = AppLanguage::italian;
+constexpr WallTime now{std::chrono::hours(100)};
+
+class RowPresenter : public ::testing::Test
+{
+protected:
+    DownloadItem item{link(QStringLiteral("https://Host.example/file.rar")), ItemId::make()};
+};
+
+TEST_F(RowPresenter, ShowsTheTotalOnlyWhenItIsKnown)
+{
+    item.setBytesReceived(1024 * 1024);
+    EXPECT_EQ(byteText(item), u"1 MB");
+    item.setTotalBytes(3 * 1024 * 1024);
+    EXPECT_EQ(byteText(item), u"1 MB / 3 MB");
+}
+
+TEST_F(RowPresenter, CountsDownToTheRecovery)
+{
+    EXPECT_EQ(recoveryText(item, english), u"");
+    EXPECT_FALSE(rowLines(item).testFlag(RowLine::recovery));
+    item.setRecoveryCountdown(7);
+    EXPECT_EQ(recoveryText(item, english), u"Recovery starts in 7s…");
+    EXPECT_EQ(recoveryText(item, italian), u"Recupero tra 7s…");
+    EXPECT_TRUE(rowLines(item).testFlag(RowLine::recovery));
+}
+
+TEST_F(RowPresenter, HasAProgressLineOnlyWhileDownloading)
+{
+    for (const auto kind : {DownloadStatus::queued, DownloadStatus::resolving, DownloadStatus::expanding,
+                            DownloadStatus::paused, DownloadStatus::stopped, DownloadStatus::completed}) {
+        item.setStatus(kind);
+        EXPECT_FALSE(rowLines(item).testFlag(RowLine::progress)) << kind;
+    }
+    item.setStatus(DownloadStatus::downloading);
+    EXPECT_TRUE(rowLines(item).testFlag(RowLine::progress));
+}
+
+TEST_F(RowPresenter, TellsHowFarTheArchiveStepIs)
+{
+    EXPECT_EQ(extractionText(item, english), u"");
+    item.setExtractionStatus(ExtractionStatus::extracting);
+    EXPECT_EQ(extractionText(item, english), u"Checking / extracting…");
+    EXPECT_EQ(extractionText(item, italian), u"Verifica / estrazione…");
+    EXPECT_EQ(rowContent(item, english, now).extractionProgress, std::nullopt);
+    item.setExtractionProgress(0.426);
+    EXPECT_EQ(extractionText(item, english), u"43%");
+    EXPECT_EQ(rowContent(item, english, now).extractionProgress, 0.426);
+    EXPECT_TRUE(rowContent(item, english, now).hasExtractionBar);
+}
+
+TEST_F(RowPresenter, TellsHowTheArchiveStepEnded)
+{
+    item.setExtractionStatus(ExtractionStatus::repairing);
+    EXPECT_EQ(extractionText(item, english), u"Repairing with .rev…");
+    EXPECT_EQ(extractionText(item, italian), u"Riparazione con .rev…");
+    item.setExtractionStatus(ExtractionStatus::done);
+    EXPECT_EQ(extractionText(item, english), u"Extracted");
+    EXPECT_EQ(extractionText(item, italian), u"Estratto");
+    item.setExtractionStatus(ExtractionStatus::failure(QStringLiteral("no volume")));
+    EXPECT_EQ(extractionText(item, english), u"Extraction failed: no volume");
+    EXPECT_EQ(extractionText(item, italian), u"Estrazione fallita: no volume");
+}
+
+TEST_F(RowPresenter, CountsTheTimeOfAStepWithoutAnEnd)
+{
+    using std::chrono::seconds;
+    item.setExtractionStatus(ExtractionStatus::repairing);
+    EXPECT_EQ(elapsedText(item, now), u"");
+    item.setExtractionStartedAt(now - seconds(7));
+    EXPECT_EQ(elapsedText(item, now), u"0:07");
+    EXPECT_EQ(elapsedText(item, now + seconds(125)), u"2:12");
+    EXPECT_EQ(elapsedText(item, now + seconds(6000)), u"100:07");
+    EXPECT_EQ(elapsedText(item, now - seconds(60)), u"0:00");
+    EXPECT_EQ(rowContent(item, english, now).elapsedText, u"0:07");
+    item.setExtractionStatus(ExtractionStatus::extracting);
+    item.setExtractionProgress(0.5);
+    EXPECT_EQ(rowContent(item, english, now).elapsedText, u"");
+}
+
+TEST_F(RowPresenter, MovesWhileItWaitsWithoutAnEnd)
+{
+    EXPECT_FALSE(isMoving(item));
+    item.setExtractionStatus(ExtractionStatus::extracting);
+    EXPECT_TRUE(isMoving(item));
+    item.setExtractionProgress(0.1);
+    EXPECT_FALSE(isMoving(item));
+    item.setExtractionStatus(ExtractionStatus::repairing);
+    EXPECT_TRUE(isMoving(item));
+    item.setExtractionStatus(ExtractionStatus::done);
+    EXPECT_FALSE(isMoving(item));
+    item.setStatus(DownloadStatus::resolving);
+    EXPECT_TRUE(isMoving(item));
+}
+
+TEST_F(RowPresenter, AFailedArchiveStepHasRoomForTwoLinesAndARetry)
+{
+    item.setExtractionStatus(ExtractionStatus::failure(QStringLiteral("x")));
+    EXPECT_EQ(rowLines(item), RowLines(RowLine::failure));
+    EXPECT_EQ(rowContent(item, english, now).retryText, u"Retry");
+    EXPECT_EQ(rowContent(item, italian, now).retryText, u"Riprova");
+}
+
+TEST_F(RowPresenter, StatusTextFollowsTheLanguage)
+{
+    item.setStatus(DownloadStatus::paused);
+    EXPECT_EQ(rowContent(item, english, now).statusText, u"Paused");
+    EXPECT_EQ(rowContent(item, italian, now).statusText, u"In pausa");
+}
+
+TEST_F(RowPresenter, SpeaksTheWholeRow)
+{
+    item.setStatus(DownloadStatus::downloading);
+    item.setBytesReceived(2048);
+    item.setSpeedBytesPerSec(1024);
+    EXPECT_EQ(accessibleText(rowContent(item, english, now)), u"file.rar, Downloading, 2 KB, 1 KB/s, Host.example");
+}
+
+TEST_F(RowPresenter, ToolTipHasTheWholeFailureAndNoMarkupFromOutside)
+{
+    const QString message = QStringLiteral("<b>long</b> ").repeated(20);
+    item.setStatus(DownloadStatus::failure(message));
+    EXPECT_TRUE(rowToolTip(rowContent(item, english, now)).contains(message.toHtmlEscaped()));
+    EXPECT_FALSE(rowToolTip(rowContent(item, english, now)).contains(u"<b>"));
+    EXPECT_TRUE(accessibleText(rowContent(item, english, now)).contains(message));
+}
+
+TEST_F(RowPresenter, TellsWhatAVerificationCameTo)
+{
+    struct Told
+    {
+        VerificationResult result;
+        QString inEnglish;
+        QString inItalian;
+    };
+    const QString detail = QStringLiteral("a.part3.rar");
+    const QList<Told> all{
+        {{VerificationResult::running}, QStringLiteral("Verifying…"), QStringLiteral("Verifica in corso…")},
+        {{VerificationResult::sound},
+         QStringLiteral("Verified — all parts are sound"),
+         QStringLiteral("Verificato — tutte le parti sono integre")},
+        {{VerificationResult::fetchedAgain, 1},
+         QStringLiteral("Verified — 1 damaged or missing part is downloaded again"),
+         QStringLiteral("Verificato — 1 parte danneggiata o mancante viene riscaricata")},
+        {{VerificationResult::fetchedAgain, 3},
+         QStringLiteral("Verified — 3 damaged or missing parts are downloaded again"),
+         QStringLiteral("Verificato — 3 parti danneggiate o mancanti vengono riscaricate")},
+        {{VerificationResult::damaged, 1, detail},
+         QStringLiteral("Verified — damaged or missing, and not in the list: a.part3.rar"),
+         QStringLiteral("Verificato — danneggiate o mancanti, e non nella lista: a.part3.rar")},
+        {{VerificationResult::passwordNeeded},
+         QStringLiteral("Not verified — the archive needs a password"),
+         QStringLiteral("Non verificato — l'archivio richiede una password")},
+        {{VerificationResult::busy},
+         QStringLiteral("Not verified — the archive is being extracted"),
+         QStringLiteral("Non verificato — l'archivio è in estrazione")},
+        {{VerificationResult::failed, 0, QStringLiteral("code 9")},
+         QStringLiteral("Verification failed: code 9"),
+         QStringLiteral("Verifica fallita: code 9")},
+    };
+    EXPECT_FALSE(rowLines(item).testFlag(RowLine::verification));
+    EXPECT_EQ(rowContent(item, english, now).verificationText, u"");
+    for (const Told& told : all) {
+        item.setVerification(told.result);
+        const RowContent content = rowContent(item, english, now);
+        EXPECT_TRUE(content.lines.testFlag(RowLine::verification));
+        EXPECT_EQ(content.verification, told.result.kind);
+        EXPECT_EQ(content.verificationText, told.inEnglish);
+        EXPECT_EQ(rowContent(item, italian, now).verificationText, told.inItalian);
+        EXPECT_TRUE(accessibleText(content).contains(told.inEnglish));
+        EXPECT_TRUE(rowToolTip(content).contains(told.inEnglish.toHtmlEscaped()));
+    }
+}
+
+} // namespace
+} // namespace vormel
