@@ -50,7 +50,7 @@ include(GNUInstallDirs)
 set(icons "${CMAKE_INSTALL_DATADIR}/icons/hicolor")
 install(FILES "${package_source}/org.vormel.Vormel.desktop" DESTINATION "${CMAKE_INSTALL_DATADIR}/applications")
 install(FILES "${package_files}/org.vormel.Vormel.metainfo.xml" DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo")
-install(FILES src/ui/kit/icons/vormel.svg DESTINATION "${icons}/scalable/apps" RENAME org.vormel.Vormel.svg)
+install(FILES src/kit/icons/vormel.svg DESTINATION "${icons}/scalable/apps" RENAME org.vormel.Vormel.svg)
 install(FILES "${package_source}/icons/hicolor/symbolic/apps/org.vormel.Vormel-symbolic.svg"
     DESTINATION "${icons}/symbolic/apps")
 install(FILES "${package_files}/vormel.1.gz" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")

@@ -1,7 +1,7 @@
 #include "app/MainMenu.h"
 
 #include "app/update/CheckForUpdatesView.h"
-#include "model/AppSettings.h"
+#include "kit/BoundText.h"
 #include "ui/queue/DownloadQueueView.h"
 
 #include <QCoreApplication>
@@ -24,8 +24,7 @@ MainMenu::MainMenu(const Parts& parts, QObject* parent)
     fillPagesMenu();
     fillHelpMenu();
     connect(m_selection, &QMenu::aboutToShow, this, &MainMenu::fillSelectionMenu);
-    connect(&m_parts.settings, &AppSettings::languageSet, this, &MainMenu::retranslate);
-    retranslate();
+    bindTexts();
 }
 
 QMenu* MainMenu::addMenu(const QString& name)
@@ -82,17 +81,20 @@ void MainMenu::fillHelpMenu()
     help->setObjectName(QStringLiteral("vormelHelp"));
 }
 
-void MainMenu::retranslate()
+void MainMenu::bindTexts()
 {
-    const AppLanguage language = m_parts.settings.language.value();
+    const AppSettings& settings = m_parts.settings;
     m_program->setTitle(QStringLiteral("&Vormel"));
-    m_queue->setTitle(pair(language, u"&Queue", u"&Coda"));
-    m_selection->setTitle(pair(language, u"&Selection", u"&Selezione"));
-    m_pages->setTitle(pair(language, u"&Go", u"V&ai"));
-    m_help->setTitle(pair(language, u"&Help", u"A&iuto"));
-    m_quit->setText(pair(language, u"&Quit", u"&Esci"));
-    for (const Page page : allPages)
-        m_pageActions.at(static_cast<std::size_t>(page))->setText(pageLabel(page, language));
+    bindText(m_queue, &QMenu::setTitle, settings, {u"&Queue", u"&Coda"});
+    bindText(m_selection, &QMenu::setTitle, settings, {u"&Selection", u"&Selezione"});
+    bindText(m_pages, &QMenu::setTitle, settings, {u"&Go", u"V&ai"});
+    bindText(m_help, &QMenu::setTitle, settings, {u"&Help", u"A&iuto"});
+    bindText(m_quit, &QAction::setText, settings, {u"&Quit", u"&Esci"});
+    followLanguage(this, settings, [this] {
+        for (const Page page : allPages)
+            m_pageActions.at(static_cast<std::size_t>(page))
+                ->setText(pageLabel(page, m_parts.settings.language.value()));
+    });
 }
 
 } // namespace vormel

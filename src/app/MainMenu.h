@@ -45,7 +45,7 @@ private:
     void fillSelectionMenu();
     void fillPagesMenu();
     void fillHelpMenu();
-    void retranslate();
+    void bindTexts();
 
     Parts m_parts;
     QMenu* m_program;

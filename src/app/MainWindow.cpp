@@ -3,10 +3,11 @@
 #include "app/MainMenu.h"
 #include "app/update/CheckForUpdatesViewModel.h"
 #include "engine/DownloadManager.h"
+#include "kit/BoundText.h"
+#include "kit/GlyphIcon.h"
+#include "kit/QtTranslation.h"
 #include "ui/accounts/AccountsView.h"
 #include "ui/help/HelpWindowController.h"
-#include "ui/kit/GlyphIcon.h"
-#include "ui/kit/QtTranslation.h"
 #include "ui/queue/DownloadQueueView.h"
 #include "ui/settings/SettingsView.h"
 #include "ui/shell/Sidebar.h"
@@ -36,7 +37,7 @@ MainWindow::MainWindow(const ViewPorts& ports, Updater& updater)
     buildMenu(updater);
     openPage(Page::downloads);
     connect(m_sidebar, &Sidebar::pageChosen, this, &MainWindow::openPage);
-    connect(&settings(), &AppSettings::languageSet, this, &MainWindow::retranslate);
+    followLanguage(this, settings(), [this] { showTitle(); });
 }
 
 AppSettings& MainWindow::settings() const
@@ -86,7 +87,7 @@ void MainWindow::openPage(Page page)
         m_pages->addWidget(built);
     }
     m_pages->setCurrentWidget(built);
-    retranslate();
+    showTitle();
 }
 
 QWidget* MainWindow::makePage(Page page)
@@ -102,7 +103,7 @@ QWidget* MainWindow::makePage(Page page)
     Q_UNREACHABLE();
 }
 
-void MainWindow::retranslate()
+void MainWindow::showTitle()
 {
     const AppLanguage language = settings().language.value();
     setWindowTitle(pageTitle(page(), language) + QStringLiteral(" — Vormel"));

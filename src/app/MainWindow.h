@@ -37,7 +37,7 @@ private:
     void layOut();
     void openPage(Page page);
     [[nodiscard]] QWidget* makePage(Page page);
-    void retranslate();
+    void showTitle();
 
     [[nodiscard]] AppSettings& settings() const;
 

@@ -4,10 +4,10 @@
 #include "app/WindowPlace.h"
 #include "app/update/UpdateNotice.h"
 #include "config/Services.h"
+#include "kit/ReadableStyle.h"
 #include "platform/desktop/SingleInstance.h"
 #include "platform/desktop/TerminationSignals.h"
 #include "platform/desktop/Utf8Locale.h"
-#include "ui/kit/ReadableStyle.h"
 
 #include <QApplication>
 

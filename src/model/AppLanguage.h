@@ -33,4 +33,13 @@ inline constexpr std::array<AppLanguage, 2> allLanguages{AppLanguage::english, A
     return (language == AppLanguage::italian ? italian : english).toString();
 }
 
+/// The same where the language is known only later.
+struct TextPair
+{
+    const char16_t* english;
+    const char16_t* italian;
+
+    [[nodiscard]] QString in(AppLanguage language) const { return pair(language, english, italian); }
+};
+
 } // namespace vormel

@@ -115,7 +115,7 @@ TEST(FloorRule, acceptsEveryWayDownAndTheOwnFloor)
 {
     EXPECT_EQ(floorVerdict("platform/A.cpp", "text/B.h"), "");
     EXPECT_EQ(floorVerdict("engine/A.cpp", "archive/B.h"), "");
-    EXPECT_EQ(floorVerdict("ui/main/A.cpp", "ui/kit/B.h"), "");
+    EXPECT_EQ(floorVerdict("ui/main/A.cpp", "kit/B.h"), "");
     EXPECT_EQ(floorVerdict("app/A.cpp", "web/B.h"), "");
 }
 
@@ -127,6 +127,7 @@ TEST(FloorRule, refusesEveryFloorTheOneAboveIt)
     EXPECT_NE(floorVerdict("archive/A.cpp", "engine/B.h"), "");
     EXPECT_NE(floorVerdict("resolvers/A.cpp", "engine/B.h"), "");
     EXPECT_NE(floorVerdict("engine/A.cpp", "ui/B.h"), "");
+    EXPECT_NE(floorVerdict("kit/A.cpp", "ui/B.h"), "");
     EXPECT_NE(floorVerdict("ui/A.cpp", "web/B.h"), "");
     EXPECT_NE(floorVerdict("web/A.cpp", "app/B.h"), "");
 }
@@ -137,9 +138,16 @@ TEST(FloorRule, keepsArchiveAndResolversApart)
     EXPECT_NE(floorVerdict("resolvers/A.cpp", "archive/B.h"), "");
 }
 
+TEST(FloorRule, keepsTheKitFreeOfTheEngine)
+{
+    EXPECT_EQ(floorVerdict("kit/A.cpp", "model/B.h"), "");
+    EXPECT_NE(floorVerdict("kit/A.cpp", "engine/B.h"), "");
+    EXPECT_NE(floorVerdict("engine/A.cpp", "kit/B.h"), "");
+}
+
 TEST(FloorRule, givesTheWebFloorOnlyTheKitOfTheUserInterface)
 {
-    EXPECT_EQ(floorVerdict("web/A.cpp", "ui/kit/B.h"), "");
+    EXPECT_EQ(floorVerdict("web/A.cpp", "kit/B.h"), "");
     EXPECT_EQ(floorVerdict("web/A.cpp", "model/B.h"), "");
     EXPECT_NE(floorVerdict("web/A.cpp", "ui/main/B.h"), "");
     EXPECT_NE(floorVerdict("web/A.cpp", "engine/B.h"), "");

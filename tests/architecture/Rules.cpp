@@ -21,12 +21,13 @@ const std::map<std::string, std::vector<std::string>> allowedBelow{
     {"archive", {"text/", "platform/", "model/"}},
     {"resolvers", {"text/", "platform/", "model/"}},
     {"engine", {"text/", "platform/", "model/", "archive/", "resolvers/"}},
-    {"ui", {"text/", "platform/", "model/", "archive/", "resolvers/", "engine/"}},
-    {"web", {"text/", "platform/", "model/", "ui/kit/"}},
-    {"app", {"text/", "platform/", "model/", "archive/", "resolvers/", "engine/", "ui/", "web/"}},
+    {"kit", {"text/", "platform/", "model/"}},
+    {"ui", {"text/", "platform/", "model/", "archive/", "resolvers/", "engine/", "kit/"}},
+    {"web", {"text/", "platform/", "model/", "kit/"}},
+    {"app", {"text/", "platform/", "model/", "archive/", "resolvers/", "engine/", "kit/", "ui/", "web/"}},
 };
 
-const std::set<std::string> windowFloors{"ui", "web", "app"};
+const std::set<std::string> windowFloors{"kit", "ui", "web", "app"};
 
 bool mayInclude(const std::string& floor, const std::string& included)
 {

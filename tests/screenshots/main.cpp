@@ -1,6 +1,6 @@
+#include "fixtures/Palettes.h"
+#include "kit/ReadableStyle.h"
 #include "screenshots/Scenes.h"
-#include "ui/Palettes.h"
-#include "ui/kit/ReadableStyle.h"
 
 #include <QApplication>
 #include <QDir>

@@ -1,9 +1,9 @@
 #include "ui/help/HelpFeatureRow.h"
 
+#include "kit/GlyphLabel.h"
+#include "kit/StyledLabel.h"
+#include "kit/TextColumn.h"
 #include "ui/help/HelpFeatures.h"
-#include "ui/kit/GlyphLabel.h"
-#include "ui/kit/StyledLabel.h"
-#include "ui/kit/TextColumn.h"
 
 #include <QHBoxLayout>
 

@@ -1,7 +1,7 @@
 #include "ui/help/HelpFeatures.h"
 
 #include "config/Services.h"
-#include "ui/kit/PlatformTexts.h"
+#include "kit/PlatformTexts.h"
 
 namespace vormel {
 

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "kit/Glyph.h"
+#include "kit/Theme.h"
 #include "model/AppLanguage.h"
-#include "ui/kit/Glyph.h"
-#include "ui/kit/Theme.h"
 
 #include <QList>
 

@@ -1,14 +1,14 @@
 #include "ui/help/HelpView.h"
 
 #include "config/Services.h"
-#include "model/AppSettings.h"
+#include "kit/BoundText.h"
+#include "kit/GlyphIcon.h"
+#include "kit/GlyphLabel.h"
+#include "kit/PlatformTexts.h"
+#include "kit/Separator.h"
+#include "kit/StyledLabel.h"
 #include "ui/help/HelpFeatureRow.h"
 #include "ui/help/HelpFeatures.h"
-#include "ui/kit/GlyphIcon.h"
-#include "ui/kit/GlyphLabel.h"
-#include "ui/kit/PlatformTexts.h"
-#include "ui/kit/Separator.h"
-#include "ui/kit/StyledLabel.h"
 
 #include <QHBoxLayout>
 
@@ -31,8 +31,7 @@ HelpView::HelpView(const AppSettings& settings, QWidget* parent)
     setFocusPolicy(Qt::StrongFocus); // the keys scroll it
     nameParts();
     layOut();
-    connect(&settings, &AppSettings::languageSet, this, &HelpView::retranslate);
-    retranslate();
+    followLanguage(this, settings, [this] { showTexts(); });
 }
 
 void HelpView::nameParts()
@@ -124,7 +123,7 @@ QWidget* HelpView::makeRequirement(QWidget* parent)
     return requirement;
 }
 
-void HelpView::retranslate()
+void HelpView::showTexts()
 {
     const AppLanguage language = m_settings.language.value();
     m_kind->setText(platformText(PlatformText::kindOfProgram, language));

@@ -25,7 +25,7 @@ private:
     [[nodiscard]] QWidget* makeHeader(QWidget* parent);
     [[nodiscard]] QWidget* makeFeatures(QWidget* parent);
     [[nodiscard]] QWidget* makeRequirement(QWidget* parent);
-    void retranslate();
+    void showTexts();
 
     const AppSettings& m_settings;
     StyledLabel* m_name;

@@ -1,7 +1,7 @@
 #include "ui/help/HelpWindowController.h"
 
+#include "kit/GlyphIcon.h"
 #include "ui/help/HelpView.h"
-#include "ui/kit/GlyphIcon.h"
 
 #include <QScreen>
 #include <QShortcut>

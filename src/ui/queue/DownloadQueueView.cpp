@@ -1,9 +1,10 @@
 #include "ui/queue/DownloadQueueView.h"
 
 #include "engine/DownloadManager.h"
-#include "ui/kit/AcceptCopy.h"
-#include "ui/kit/EmptyState.h"
-#include "ui/kit/Separator.h"
+#include "kit/AcceptCopy.h"
+#include "kit/BoundText.h"
+#include "kit/EmptyState.h"
+#include "kit/Separator.h"
 #include "ui/queue/DropOverlay.h"
 #include "ui/queue/DroppedLinks.h"
 #include "ui/queue/MissingToolsBanner.h"
@@ -37,9 +38,8 @@ DownloadQueueView::DownloadQueueView(const ViewPorts& ports, QWidget* parent)
     for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
         connect(m_model, signal, this, &DownloadQueueView::showListOrEmptyState);
     connect(m_model, &QAbstractItemModel::modelReset, this, &DownloadQueueView::showListOrEmptyState);
-    connect(&m_manager.settings(), &AppSettings::languageSet, this, &DownloadQueueView::retranslate);
+    bindTexts(m_manager.settings());
     showListOrEmptyState();
-    retranslate();
 }
 
 void DownloadQueueView::layOut(const ViewPorts& ports)
@@ -59,14 +59,14 @@ void DownloadQueueView::layOut(const ViewPorts& ports)
     connect(m_toolBar, &QueueToolBar::addRequested, this, &DownloadQueueView::showAddURLs);
 }
 
-void DownloadQueueView::retranslate()
+void DownloadQueueView::bindTexts(const AppSettings& settings)
 {
-    const AppLanguage language = m_manager.settings().language.value();
-    m_list->setAccessibleName(pair(language, u"Downloads", u"Download"));
-    m_empty->setTexts(pair(language, u"No Downloads", u"Nessun download"),
-                      pair(language, u"Press + to add URLs, or drag and drop links here.",
-                           u"Premi + per aggiungere URL, o trascina i link qui."));
-    m_overlay->setText(pair(language, u"Drop URLs to add", u"Trascina URL qui"));
+    bindText(m_list, &QWidget::setAccessibleName, settings, {u"Downloads", u"Download"});
+    bindText(m_empty, &EmptyState::setTitle, settings, {u"No Downloads", u"Nessun download"});
+    bindText(
+        m_empty, &EmptyState::setText, settings,
+        {u"Press + to add URLs, or drag and drop links here.", u"Premi + per aggiungere URL, o trascina i link qui."});
+    bindText(m_overlay, &DropOverlay::setText, settings, {u"Drop URLs to add", u"Trascina URL qui"});
 }
 
 void DownloadQueueView::showListOrEmptyState()

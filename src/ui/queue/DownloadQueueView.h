@@ -42,7 +42,7 @@ protected:
 
 private:
     void layOut(const ViewPorts& ports);
-    void retranslate();
+    void bindTexts(const AppSettings& settings);
     void showListOrEmptyState();
 
     DownloadManager& m_manager;

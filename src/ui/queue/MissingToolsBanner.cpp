@@ -1,9 +1,9 @@
 #include "ui/queue/MissingToolsBanner.h"
 
 #include "archive/tools/ToolWatch.h"
+#include "kit/GlyphLabel.h"
+#include "kit/StyledLabel.h"
 #include "model/AppSettings.h"
-#include "ui/kit/GlyphLabel.h"
-#include "ui/kit/StyledLabel.h"
 
 #include <QHBoxLayout>
 #include <QPainter>

@@ -2,9 +2,10 @@
 
 #include "config/Services.h"
 #include "engine/DownloadManager.h"
+#include "kit/BoundText.h"
+#include "kit/GlyphIcon.h"
 #include "platform/desktop/UrlOpener.h"
 #include "ui/ViewPorts.h"
-#include "ui/kit/GlyphIcon.h"
 #include "ui/queue/SpeedControl.h"
 
 #include <QAction>
@@ -46,8 +47,7 @@ QueueToolBar::QueueToolBar(const ViewPorts& ports, QWidget* parent)
     connect(m_clearExtracted, &QAction::triggered, &m_manager, &DownloadManager::clearExtracted);
     connect(m_donate, &QAction::triggered, this,
             [&opener = ports.urlOpener] { opener.open(QUrl(QString(donationUrl))); });
-    connect(&m_manager.settings(), &AppSettings::languageSet, this, &QueueToolBar::retranslate);
-    retranslate();
+    followLanguage(this, m_manager.settings(), [this] { showTexts(); });
 }
 
 QList<QAction*> QueueToolBar::commands() const
@@ -83,7 +83,7 @@ void QueueToolBar::layOut()
     row->addWidget(m_donation);
 }
 
-void QueueToolBar::retranslate()
+void QueueToolBar::showTexts()
 {
     const AppLanguage language = m_manager.settings().language.value();
     const QString add = pair(language, u"Add URLs", u"Aggiungi URL");

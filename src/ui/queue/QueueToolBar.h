@@ -35,7 +35,7 @@ protected:
 private:
     [[nodiscard]] QToolButton* makeButton(QAction* action, const QString& name);
     void layOut();
-    void retranslate();
+    void showTexts();
     void fitTexts();
 
     DownloadManager& m_manager;

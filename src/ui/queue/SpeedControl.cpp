@@ -1,9 +1,10 @@
 #include "ui/queue/SpeedControl.h"
 
 #include "engine/DownloadManager.h"
+#include "kit/BoundText.h"
+#include "kit/GlyphLabel.h"
+#include "kit/StyledLabel.h"
 #include "text/ByteCount.h"
-#include "ui/kit/GlyphLabel.h"
-#include "ui/kit/StyledLabel.h"
 
 #include <QComboBox>
 #include <QFontDatabase>
@@ -50,9 +51,8 @@ SpeedControl::SpeedControl(DownloadManager& manager, QWidget* parent)
     layOut();
     followTransfers();
     connect(&manager.settings(), &AppSettings::maxDownloadSpeedSet, this, &SpeedControl::fillCaps);
-    connect(&manager.settings(), &AppSettings::languageSet, this, &SpeedControl::retranslate);
     connect(m_cap, &QComboBox::activated, this, &SpeedControl::chooseCap);
-    retranslate();
+    bindTexts(manager.settings());
     showSpeed();
 }
 
@@ -103,16 +103,15 @@ void SpeedControl::layOut()
     row->addWidget(m_cap);
 }
 
-void SpeedControl::retranslate()
+void SpeedControl::bindTexts(const AppSettings& settings)
 {
-    const AppLanguage language = m_manager.settings().language.value();
-    const QString name =
-        pair(language, u"Current total speed / global speed cap", u"Velocità totale attuale / limite globale");
-    m_cap->setAccessibleName(name);
-    m_cap->setAccessibleDescription(name); // the name of a combo box is its value for some screen readers
-    m_cap->setToolTip(name);
-    m_speed->setToolTip(name);
-    fillCaps();
+    constexpr TextPair name{u"Current total speed / global speed cap", u"Velocità totale attuale / limite globale"};
+    bindText(m_cap, &QWidget::setAccessibleName, settings, name);
+    // The name of a combo box is its value for some screen readers.
+    bindText(m_cap, &QWidget::setAccessibleDescription, settings, name);
+    bindText(m_cap, &QWidget::setToolTip, settings, name);
+    bindText(m_speed, &QWidget::setToolTip, settings, name);
+    followLanguage(this, settings, [this] { fillCaps(); });
 }
 
 void SpeedControl::showSpeed()

@@ -9,6 +9,7 @@ class QComboBox;
 
 namespace vormel {
 
+class AppSettings;
 class DownloadManager;
 class StyledLabel;
 
@@ -22,7 +23,7 @@ public:
 
 private:
     void layOut();
-    void retranslate();
+    void bindTexts(const AppSettings& settings);
     void followTransfers();
     void noteStatus(const ItemId& id);
     void showSpeed();

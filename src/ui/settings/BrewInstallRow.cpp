@@ -1,10 +1,10 @@
 #include "ui/settings/BrewInstallRow.h"
 
-#include "ui/kit/SheetButton.h"
-#include "ui/kit/StyledLabel.h"
-#include "ui/kit/TextColumn.h"
-#include "ui/settings/CodeLabel.h"
-#include "ui/settings/SettingsSection.h"
+#include "kit/Card.h"
+#include "kit/CodeLabel.h"
+#include "kit/SheetButton.h"
+#include "kit/StyledLabel.h"
+#include "kit/TextColumn.h"
 
 #include <QHBoxLayout>
 
@@ -25,7 +25,7 @@ BrewInstallRow::BrewInstallRow(const QString& name, QWidget* parent)
     m_open->setObjectName(QStringLiteral("openInTerminal"));
     m_command->setTextInteractionFlags(Qt::TextSelectableByMouse);
     auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, SettingsSection::endOfRow, 0);
+    row->setContentsMargins(0, 0, Card::endOfRow, 0);
     row->setSpacing(16);
     row->addLayout(textColumn({m_command, m_description, m_note}), 1);
     row->addWidget(m_open, 0, Qt::AlignVCenter);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/kit/PlatformTexts.h"
+#include "kit/PlatformTexts.h"
 
 #include <QMessageBox>
 

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "kit/Card.h"
 #include "ui/ViewPorts.h"
-#include "ui/settings/SettingsSection.h"
 
 namespace vormel {
 
 /// How many files are downloaded at once, which, and where to. What the ports name must outlive it.
-class DownloadSection final : public SettingsSection
+class DownloadSection final : public Card
 {
     Q_OBJECT
 
@@ -14,7 +14,7 @@ public:
     DownloadSection(const ViewPorts& ports, QWidget* parent);
 
 private:
-    void addToggles();
+    void addToggles(AppSettings& settings);
 };
 
 } // namespace vormel

@@ -7,31 +7,30 @@
 namespace vormel {
 
 ExtractionSection::ExtractionSection(const ViewPorts& ports, QWidget* parent)
-    : SettingsSection(ports.manager.settings(), QStringLiteral("extractionSection"), parent)
+    : Card(ports.manager.settings(), QStringLiteral("extractionSection"),
+           {u"Archive Extraction", u"Estrazione archivi"}, parent)
+    , m_settings(ports.manager.settings())
 {
-    addRow(new ToggleRow(settings(), &AppSettings::autoExtract, QStringLiteral("autoExtract"),
+    addRow(new ToggleRow(m_settings, &AppSettings::autoExtract, QStringLiteral("autoExtract"),
                          {u"Auto-extract after download", u"Estrai automaticamente dopo il download"}, this));
     addDisposal();
     addFolder(ports);
     addNames();
-    connect(&settings(), &AppSettings::changed, this, &ExtractionSection::showRows);
-    const auto retranslate = [this] { setHeading(pair(language(), u"Archive Extraction", u"Estrazione archivi")); };
-    connect(&settings(), &AppSettings::languageSet, this, retranslate);
-    retranslate();
+    connect(&m_settings, &AppSettings::changed, this, &ExtractionSection::showRows);
     showRows();
 }
 
 void ExtractionSection::addDisposal()
 {
     m_trashArchive = new ToggleRow(
-        settings(), &AppSettings::deleteArchiveAfterExtract, QStringLiteral("deleteArchiveAfterExtract"),
+        m_settings, &AppSettings::deleteArchiveAfterExtract, QStringLiteral("deleteArchiveAfterExtract"),
         {u"Move archive to Trash after extraction", u"Sposta l'archivio nel cestino dopo l'estrazione"}, this);
     m_trashFolder = new ToggleRow(
-        settings(), &AppSettings::trashSourceFolderAfterExtract, QStringLiteral("trashSourceFolderAfterExtract"),
+        m_settings, &AppSettings::trashSourceFolderAfterExtract, QStringLiteral("trashSourceFolderAfterExtract"),
         {u"Move source folder to Trash (multi-part RAR)", u"Sposta la cartella sorgente nel cestino (RAR multi-parte)"},
         this);
     m_removeGroup = new ToggleRow(
-        settings(), &AppSettings::removeGroupAfterExtract, QStringLiteral("removeGroupAfterExtract"),
+        m_settings, &AppSettings::removeGroupAfterExtract, QStringLiteral("removeGroupAfterExtract"),
         {u"Remove group from list after extraction", u"Rimuovi il gruppo dalla lista dopo l'estrazione"}, this);
     addRow(m_trashArchive);
     addRow(m_trashFolder);
@@ -41,7 +40,7 @@ void ExtractionSection::addDisposal()
 void ExtractionSection::addFolder(const ViewPorts& ports)
 {
     auto* custom =
-        new ToggleRow(settings(), &AppSettings::useCustomExtractionFolder, QStringLiteral("useCustomExtractionFolder"),
+        new ToggleRow(m_settings, &AppSettings::useCustomExtractionFolder, QStringLiteral("useCustomExtractionFolder"),
                       {u"Use custom extraction folder", u"Usa una cartella di estrazione personalizzata"}, this);
     custom->setNote({u"Archives are extracted into the same folder as the downloaded file.",
                      u"Gli archivi vengono estratti nella stessa cartella del file scaricato."},
@@ -54,14 +53,14 @@ void ExtractionSection::addFolder(const ViewPorts& ports)
 
 void ExtractionSection::addNames()
 {
-    auto* clean = new ToggleRow(settings(), &AppSettings::cleanExtractedNames, QStringLiteral("cleanExtractedNames"),
+    auto* clean = new ToggleRow(m_settings, &AppSettings::cleanExtractedNames, QStringLiteral("cleanExtractedNames"),
                                 {u"Clean up extracted file names", u"Pulisci i nomi dei file estratti"}, this);
     clean->setNote({u"Strips the release string (resolution, codec, source, group…) from the end of extracted file "
                     u"names.",
                     u"Rimuove la stringa di release (risoluzione, codec, sorgente, gruppo…) dalla fine dei nomi dei "
                     u"file estratti."},
                    true);
-    m_dotsToSpaces = new ToggleRow(settings(), &AppSettings::extractedNamesDotsToSpaces,
+    m_dotsToSpaces = new ToggleRow(m_settings, &AppSettings::extractedNamesDotsToSpaces,
                                    QStringLiteral("extractedNamesDotsToSpaces"),
                                    {u"Replace dots with spaces", u"Sostituisci i punti con spazi"}, this);
     addRow(clean);
@@ -70,12 +69,12 @@ void ExtractionSection::addNames()
 
 void ExtractionSection::showRows()
 {
-    const bool extracts = settings().autoExtract.value();
+    const bool extracts = m_settings.autoExtract.value();
     m_trashArchive->setVisible(extracts);
-    m_trashFolder->setVisible(extracts && settings().deleteArchiveAfterExtract.value());
+    m_trashFolder->setVisible(extracts && m_settings.deleteArchiveAfterExtract.value());
     m_removeGroup->setVisible(extracts);
-    m_folder->setVisible(settings().useCustomExtractionFolder.value());
-    m_dotsToSpaces->setVisible(settings().cleanExtractedNames.value());
+    m_folder->setVisible(m_settings.useCustomExtractionFolder.value());
+    m_dotsToSpaces->setVisible(m_settings.cleanExtractedNames.value());
 }
 
 } // namespace vormel

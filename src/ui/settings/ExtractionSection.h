@@ -1,7 +1,7 @@
 #pragma once
 
+#include "kit/Card.h"
 #include "ui/ViewPorts.h"
-#include "ui/settings/SettingsSection.h"
 
 namespace vormel {
 
@@ -10,7 +10,7 @@ class ToggleRow;
 
 /// What becomes of archives when they are complete. What depends on a setting that is off is hidden and keeps its
 /// value. What the ports name must outlive it.
-class ExtractionSection final : public SettingsSection
+class ExtractionSection final : public Card
 {
     Q_OBJECT
 
@@ -23,6 +23,7 @@ private:
     void addNames();
     void showRows();
 
+    AppSettings& m_settings;
     ToggleRow* m_trashArchive = nullptr;
     ToggleRow* m_trashFolder = nullptr;
     ToggleRow* m_removeGroup = nullptr;

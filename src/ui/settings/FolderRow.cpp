@@ -1,14 +1,15 @@
 #include "ui/settings/FolderRow.h"
 
 #include "engine/DownloadManager.h"
+#include "kit/BoundText.h"
+#include "kit/Card.h"
+#include "kit/GlyphIcon.h"
+#include "kit/PathLabel.h"
+#include "kit/PlatformTexts.h"
+#include "kit/SheetButton.h"
+#include "kit/StyledLabel.h"
+#include "kit/TextColumn.h"
 #include "platform/desktop/UrlOpener.h"
-#include "ui/kit/GlyphIcon.h"
-#include "ui/kit/PlatformTexts.h"
-#include "ui/kit/SheetButton.h"
-#include "ui/kit/StyledLabel.h"
-#include "ui/kit/TextColumn.h"
-#include "ui/settings/PathLabel.h"
-#include "ui/settings/SettingsSection.h"
 
 #include <QFileDialog>
 #include <QHBoxLayout>
@@ -37,7 +38,7 @@ FolderRow::FolderRow(const ViewPorts& ports, Setting<QString> AppSettings::*sett
     m_reset->setObjectName(QStringLiteral("resetFolder"));
     layOut();
     connectParts();
-    retranslate();
+    followLanguage(this, settings(), [this] { showTexts(); });
     showFolder();
 }
 
@@ -52,7 +53,7 @@ void FolderRow::layOut()
     m_open->setAutoRaise(true);
     m_open->setFocusPolicy(Qt::StrongFocus);
     auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, SettingsSection::endOfRow, 0);
+    row->setContentsMargins(0, 0, Card::endOfRow, 0);
     row->setSpacing(8);
     row->addLayout(textColumn({m_text, m_path}), 1);
     row->addWidget(m_open);
@@ -67,7 +68,6 @@ void FolderRow::connectParts()
     connect(m_choose, &QPushButton::clicked, this, &FolderRow::choose);
     connect(m_reset, &QPushButton::clicked, this, [this] { setting().set(m_ports.downloadsFolder); });
     connect(&settings(), &AppSettings::changed, this, &FolderRow::showFolder);
-    connect(&settings(), &AppSettings::languageSet, this, &FolderRow::retranslate);
 }
 
 void FolderRow::choose()
@@ -78,13 +78,10 @@ void FolderRow::choose()
     dialog->setWindowModality(Qt::WindowModal);
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setOption(QFileDialog::ShowDirsOnly);
-    const auto retranslate = [this, dialog] {
-        const AppLanguage language = settings().language.value();
-        dialog->setWindowTitle(m_label.in(language));
-        dialog->setLabelText(QFileDialog::Accept, pair(language, u"Select", u"Seleziona"));
-    };
-    connect(&settings(), &AppSettings::languageSet, dialog, retranslate);
-    retranslate();
+    bindText(dialog, &QWidget::setWindowTitle, settings(), m_label);
+    followLanguage(dialog, settings(), [this, dialog] {
+        dialog->setLabelText(QFileDialog::Accept, pair(settings().language.value(), u"Select", u"Seleziona"));
+    });
     connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) { setting().set(path); });
     dialog->open();
 }
@@ -94,7 +91,7 @@ void FolderRow::showFolder()
     m_path->setPath(setting().value());
 }
 
-void FolderRow::retranslate()
+void FolderRow::showTexts()
 {
     const AppLanguage language = settings().language.value();
     const QString label = m_label.in(language);

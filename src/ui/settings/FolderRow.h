@@ -2,7 +2,6 @@
 
 #include "model/AppSettings.h"
 #include "ui/ViewPorts.h"
-#include "ui/settings/TextPair.h"
 
 #include <QWidget>
 
@@ -31,7 +30,7 @@ private:
     void connectParts();
     void choose();
     void showFolder();
-    void retranslate();
+    void showTexts();
 
     ViewPorts m_ports;
     Setting<QString> AppSettings::*m_setting;

@@ -3,6 +3,7 @@
 #include "archive/tools/InstallAdvice.h"
 #include "archive/tools/ToolWatch.h"
 #include "engine/DownloadManager.h"
+#include "kit/BoundText.h"
 #include "ui/settings/BrewInstallRow.h"
 #include "ui/settings/ManagerWarning.h"
 
@@ -41,9 +42,10 @@ QString nonFreeNote(PackageManager manager, AppLanguage language)
 } // namespace
 
 InstallSection::InstallSection(const ViewPorts& ports, const QString& installerUrl, QWidget* parent)
-    : SettingsSection(ports.manager.settings(), QStringLiteral("installSection"), parent)
+    : Card(ports.manager.settings(), QStringLiteral("installSection"),
+           {u"Install missing tools", u"Installa strumenti mancanti"}, parent)
     , m_ports(ports)
-    , m_warning(new ManagerWarning(settings(), installerUrl, this))
+    , m_warning(new ManagerWarning(ports.manager.settings(), installerUrl, this))
     , m_rar(new BrewInstallRow(QStringLiteral("installRar"), this))
     , m_sevenZip(new BrewInstallRow(QStringLiteral("installSevenZip"), this))
 {
@@ -54,20 +56,19 @@ InstallSection::InstallSection(const ViewPorts& ports, const QString& installerU
     connect(m_rar, &BrewInstallRow::asked, this, &InstallSection::asked);
     connect(m_sevenZip, &BrewInstallRow::asked, this, &InstallSection::asked);
     connect(&m_ports.tools, &ToolWatch::toolsChanged, this, &InstallSection::look);
-    connect(&settings(), &AppSettings::languageSet, this, &InstallSection::look);
-    look();
+    followLanguage(this, ports.manager.settings(), [this] { look(); });
 }
 
 void InstallSection::look()
 {
     const std::optional<PackageManager> manager = m_ports.packageManagers.present();
     const FoundTools& found = m_ports.tools.tools();
-    setHeading(pair(language(), u"Install missing tools", u"Installa strumenti mancanti"));
+    const AppLanguage language = m_ports.manager.settings().language.value();
     if (manager) {
         const ToolPackages packages = toolPackages(*manager);
-        m_rar->setCommand(packages.rarCommand, rarDescription(packages.hasRar, language()));
-        m_rar->setNote(nonFreeNote(*manager, language()));
-        m_sevenZip->setCommand(packages.sevenZipCommand, sevenZipDescription(packages.sevenZipProgram, language()));
+        m_rar->setCommand(packages.rarCommand, rarDescription(packages.hasRar, language));
+        m_rar->setNote(nonFreeNote(*manager, language));
+        m_sevenZip->setCommand(packages.sevenZipCommand, sevenZipDescription(packages.sevenZipProgram, language));
     }
     m_warning->setVisible(!manager);
     m_rar->setVisible(manager && !found.unrar);

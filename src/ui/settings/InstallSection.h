@@ -1,7 +1,7 @@
 #pragma once
 
+#include "kit/Card.h"
 #include "ui/ViewPorts.h"
-#include "ui/settings/SettingsSection.h"
 
 namespace vormel {
 
@@ -10,7 +10,7 @@ class ManagerWarning;
 
 /// Helps to install what is missing of package manager and tools; hidden while nothing is. What the ports name must
 /// outlive it.
-class InstallSection final : public SettingsSection
+class InstallSection final : public Card
 {
     Q_OBJECT
 

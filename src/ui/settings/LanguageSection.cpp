@@ -1,7 +1,7 @@
 #include "ui/settings/LanguageSection.h"
 
-#include "model/AppSettings.h"
-#include "ui/settings/SegmentedPicker.h"
+#include "kit/BoundText.h"
+#include "kit/SegmentedPicker.h"
 
 #include <QHBoxLayout>
 
@@ -20,7 +20,8 @@ QStringList labels()
 } // namespace
 
 LanguageSection::LanguageSection(AppSettings& settings, QWidget* parent)
-    : SettingsSection(settings, QStringLiteral("languageSection"), parent)
+    : Card(settings, QStringLiteral("languageSection"), {u"Language", u"Lingua"}, parent)
+    , m_settings(settings)
     , m_picker(new SegmentedPicker(labels(), this))
 {
     m_picker->setObjectName(QStringLiteral("language"));
@@ -31,16 +32,14 @@ LanguageSection::LanguageSection(AppSettings& settings, QWidget* parent)
     columns->addStretch();
     addRow(row);
     connect(m_picker, &SegmentedPicker::picked, this,
-            [this](int index) { this->settings().language.set(allLanguages.at(static_cast<std::size_t>(index))); });
-    connect(&settings, &AppSettings::languageSet, this, &LanguageSection::showLanguage);
-    showLanguage();
+            [this](int index) { m_settings.language.set(allLanguages.at(static_cast<std::size_t>(index))); });
+    bindText(m_picker, &QWidget::setAccessibleName, settings, {u"Language", u"Lingua"});
+    followLanguage(this, settings, [this] { showLanguage(); });
 }
 
 void LanguageSection::showLanguage()
 {
-    setHeading(pair(language(), u"Language", u"Lingua"));
-    m_picker->setAccessibleName(title());
-    m_picker->choose(static_cast<int>(language()));
+    m_picker->choose(static_cast<int>(m_settings.language.value()));
 }
 
 } // namespace vormel

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "ui/settings/SettingsSection.h"
+#include "kit/Card.h"
 
 namespace vormel {
 
 class SegmentedPicker;
 
 /// Picks the language of all visible text.
-class LanguageSection final : public SettingsSection
+class LanguageSection final : public Card
 {
     Q_OBJECT
 
@@ -17,6 +17,7 @@ public:
 private:
     void showLanguage();
 
+    AppSettings& m_settings;
     SegmentedPicker* m_picker;
 };
 

@@ -1,12 +1,12 @@
 #include "ui/settings/ManagerWarning.h"
 
-#include "model/AppSettings.h"
-#include "ui/kit/GlyphLabel.h"
-#include "ui/kit/PlatformTexts.h"
-#include "ui/kit/SheetButton.h"
-#include "ui/kit/StyledLabel.h"
-#include "ui/kit/TextColumn.h"
-#include "ui/settings/SettingsSection.h"
+#include "kit/BoundText.h"
+#include "kit/Card.h"
+#include "kit/GlyphLabel.h"
+#include "kit/PlatformTexts.h"
+#include "kit/SheetButton.h"
+#include "kit/StyledLabel.h"
+#include "kit/TextColumn.h"
 
 #include <QHBoxLayout>
 
@@ -21,9 +21,8 @@ QString installerCommand(const QString& url)
 
 } // namespace
 
-ManagerWarning::ManagerWarning(AppSettings& settings, const QString& installerUrl, QWidget* parent)
+ManagerWarning::ManagerWarning(const AppSettings& settings, const QString& installerUrl, QWidget* parent)
     : QWidget(parent)
-    , m_settings(settings)
     , m_title(new StyledLabel(StyledLabel::Style::headline, Tint::text, this))
     , m_text(new StyledLabel(StyledLabel::Style::body, Tint::secondary, this))
     , m_install(new SheetButton(this))
@@ -36,28 +35,27 @@ ManagerWarning::ManagerWarning(AppSettings& settings, const QString& installerUr
     layOut();
     connect(m_install, &QPushButton::clicked, this,
             [this, installerUrl] { Q_EMIT asked(installerCommand(installerUrl)); });
-    connect(&settings, &AppSettings::languageSet, this, &ManagerWarning::retranslate);
-    retranslate();
+    bindTexts(settings);
 }
 
 void ManagerWarning::layOut()
 {
     constexpr int iconSize = 24;
     auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, SettingsSection::endOfRow, 0);
+    row->setContentsMargins(0, 0, Card::endOfRow, 0);
     row->setSpacing(12);
     row->addWidget(new GlyphLabel(Glyph::exclamationmarkTriangleFill, Tint::orange, iconSize, this));
     row->addLayout(textColumn({m_title, m_text}), 1);
     row->addWidget(m_install, 0, Qt::AlignVCenter);
 }
 
-void ManagerWarning::retranslate()
+void ManagerWarning::bindTexts(const AppSettings& settings)
 {
-    const AppLanguage language = m_settings.language.value();
-    m_title->setText(platformText(PlatformText::packageManagerMissing, language));
-    m_text->setText(platformText(PlatformText::packageManagerMissingIs, language));
-    m_install->setText(pair(language, u"Install Homebrew", u"Installa Homebrew"));
-    m_install->setAccessibleName(m_install->text());
+    constexpr TextPair install{u"Install Homebrew", u"Installa Homebrew"};
+    bindText(m_title, &QLabel::setText, settings, platformTexts(PlatformText::packageManagerMissing));
+    bindText(m_text, &QLabel::setText, settings, platformTexts(PlatformText::packageManagerMissingIs));
+    bindText(m_install, &QPushButton::setText, settings, install);
+    bindText(m_install, &QPushButton::setAccessibleName, settings, install);
 }
 
 } // namespace vormel

@@ -17,16 +17,15 @@ class ManagerWarning final : public QWidget
 
 public:
     /// Without an address nothing is offered.
-    ManagerWarning(AppSettings& settings, const QString& installerUrl, QWidget* parent);
+    ManagerWarning(const AppSettings& settings, const QString& installerUrl, QWidget* parent);
 
 Q_SIGNALS:
     void asked(const QString& command);
 
 private:
     void layOut();
-    void retranslate();
+    void bindTexts(const AppSettings& settings);
 
-    AppSettings& m_settings;
     StyledLabel* m_title;
     StyledLabel* m_text;
     QPushButton* m_install;

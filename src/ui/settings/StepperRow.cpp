@@ -1,8 +1,9 @@
 #include "ui/settings/StepperRow.h"
 
-#include "ui/kit/StyledLabel.h"
-#include "ui/settings/SettingsSection.h"
-#include "ui/settings/Stepper.h"
+#include "kit/BoundText.h"
+#include "kit/Card.h"
+#include "kit/Stepper.h"
+#include "kit/StyledLabel.h"
 
 #include <QHBoxLayout>
 #include <QSignalBlocker>
@@ -16,7 +17,6 @@ StepperRow::StepperRow(AppSettings& settings, Setting<qint64> AppSettings::*sett
     : QWidget(parent)
     , m_settings(settings)
     , m_setting(setting)
-    , m_label(label)
     , m_text(new StyledLabel(StyledLabel::Style::body, Tint::text, this))
     , m_stepper(new Stepper(this))
 {
@@ -29,14 +29,14 @@ StepperRow::StepperRow(AppSettings& settings, Setting<qint64> AppSettings::*sett
     m_text->setWordWrap(true);
     m_text->setBuddy(m_stepper);
     auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, SettingsSection::endOfRow, 0);
+    row->setContentsMargins(0, 0, Card::endOfRow, 0);
     row->setSpacing(16);
     row->addWidget(m_text, 1);
     row->addWidget(m_stepper);
     connect(m_stepper, &QSpinBox::valueChanged, this, [this](int value) { this->setting().set(value); });
     connect(&settings, &AppSettings::changed, this, &StepperRow::showValue);
-    connect(&settings, &AppSettings::languageSet, this, &StepperRow::retranslate);
-    retranslate();
+    bindText(m_text, &QLabel::setText, settings, label);
+    bindText(m_stepper, &QWidget::setAccessibleName, settings, label);
     showValue();
 }
 
@@ -45,12 +45,6 @@ void StepperRow::showValue()
     const QSignalBlocker quiet(m_stepper);
     const qint64 shown = std::clamp<qint64>(setting().value(), m_stepper->minimum(), m_stepper->maximum());
     m_stepper->setValue(static_cast<int>(shown));
-}
-
-void StepperRow::retranslate()
-{
-    m_text->setText(m_label.in(m_settings.language.value()));
-    m_stepper->setAccessibleName(m_text->text());
 }
 
 } // namespace vormel

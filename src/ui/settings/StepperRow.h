@@ -1,7 +1,6 @@
 #pragma once
 
 #include "model/AppSettings.h"
-#include "ui/settings/TextPair.h"
 
 #include <QWidget>
 
@@ -29,11 +28,9 @@ public:
 private:
     [[nodiscard]] Setting<qint64>& setting() const { return m_settings.*m_setting; }
     void showValue();
-    void retranslate();
 
     AppSettings& m_settings;
     Setting<qint64> AppSettings::*m_setting;
-    TextPair m_label;
     StyledLabel* m_text;
     Stepper* m_stepper;
 };

@@ -1,12 +1,12 @@
 #include "ui/settings/SupportSection.h"
 
 #include "config/Services.h"
-#include "model/AppSettings.h"
+#include "kit/BoundText.h"
+#include "kit/GlyphIcon.h"
+#include "kit/SheetButton.h"
+#include "kit/StyledLabel.h"
+#include "kit/TextColumn.h"
 #include "platform/desktop/UrlOpener.h"
-#include "ui/kit/GlyphIcon.h"
-#include "ui/kit/SheetButton.h"
-#include "ui/kit/StyledLabel.h"
-#include "ui/kit/TextColumn.h"
 
 #include <QHBoxLayout>
 #include <QUrl>
@@ -14,7 +14,7 @@
 namespace vormel {
 
 SupportSection::SupportSection(AppSettings& settings, UrlOpener& opener, QWidget* parent)
-    : SettingsSection(settings, QStringLiteral("supportSection"), parent)
+    : Card(settings, QStringLiteral("supportSection"), {u"Support", u"Supporto"}, parent)
     , m_free(new StyledLabel(StyledLabel::Style::headline, Tint::text, this))
     , m_please(new StyledLabel(StyledLabel::Style::body, Tint::text, this))
     , m_fees(new StyledLabel(StyledLabel::Style::caption, Tint::secondary, this))
@@ -29,8 +29,7 @@ SupportSection::SupportSection(AppSettings& settings, UrlOpener& opener, QWidget
     m_beer->setIcon(glyphIcon(Glyph::mugFill, Tint::beer));
     addRow(makeRow());
     connect(m_beer, &QPushButton::clicked, this, [&opener] { opener.open(QUrl(QString(donationUrl))); });
-    connect(&settings, &AppSettings::languageSet, this, &SupportSection::retranslate);
-    retranslate();
+    bindTexts(settings);
 }
 
 QWidget* SupportSection::makeRow()
@@ -44,16 +43,18 @@ QWidget* SupportSection::makeRow()
     return row;
 }
 
-void SupportSection::retranslate()
+void SupportSection::bindTexts(const AppSettings& settings)
 {
-    setHeading(pair(language(), u"Support", u"Supporto"));
-    m_free->setText(pair(language(), u"Vormel is free and ad-free.", u"Vormel è gratuito e senza pubblicità."));
-    m_please->setText(
-        pair(language(), u"If it saves you time, buy me a beer!", u"Se ti fa risparmiare tempo, offrimi una birra!"));
-    m_beer->setText(pair(language(), u"Buy me a beer", u"Offrimi una birra"));
-    m_beer->setAccessibleName(m_beer->text());
-    m_fees->setText(pair(language(), u"Sending as “Friends & Family” means 100% reaches me.",
-                         u"Inviando come “Amici e familiari” ricevo il 100%."));
+    constexpr TextPair beer{u"Buy me a beer", u"Offrimi una birra"};
+    bindText(m_free, &QLabel::setText, settings,
+             {u"Vormel is free and ad-free.", u"Vormel è gratuito e senza pubblicità."});
+    bindText(m_please, &QLabel::setText, settings,
+             {u"If it saves you time, buy me a beer!", u"Se ti fa risparmiare tempo, offrimi una birra!"});
+    bindText(m_beer, &QPushButton::setText, settings, beer);
+    bindText(m_beer, &QPushButton::setAccessibleName, settings, beer);
+    bindText(m_fees, &QLabel::setText, settings,
+             {u"Sending as “Friends & Family” means 100% reaches me.",
+              u"Inviando come “Amici e familiari” ricevo il 100%."});
 }
 
 } // namespace vormel

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/settings/SettingsSection.h"
+#include "kit/Card.h"
 
 class QPushButton;
 
@@ -10,7 +10,7 @@ class StyledLabel;
 class UrlOpener;
 
 /// Says that the program is free, and where a beer can be bought for its maker.
-class SupportSection final : public SettingsSection
+class SupportSection final : public Card
 {
     Q_OBJECT
 
@@ -20,7 +20,7 @@ public:
 
 private:
     [[nodiscard]] QWidget* makeRow();
-    void retranslate();
+    void bindTexts(const AppSettings& settings);
 
     StyledLabel* m_free;
     StyledLabel* m_please;

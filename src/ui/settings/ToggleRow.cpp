@@ -1,8 +1,9 @@
 #include "ui/settings/ToggleRow.h"
 
-#include "ui/kit/StyledLabel.h"
-#include "ui/kit/TextColumn.h"
-#include "ui/settings/ToggleSwitch.h"
+#include "kit/BoundText.h"
+#include "kit/StyledLabel.h"
+#include "kit/TextColumn.h"
+#include "kit/ToggleSwitch.h"
 
 #include <QHBoxLayout>
 #include <QMouseEvent>
@@ -15,7 +16,6 @@ ToggleRow::ToggleRow(AppSettings& settings, Setting<bool> AppSettings::*setting,
     : QWidget(parent)
     , m_settings(settings)
     , m_setting(setting)
-    , m_label(label)
     , m_text(new StyledLabel(StyledLabel::Style::body, Tint::text, this))
     , m_noteText(new StyledLabel(StyledLabel::Style::caption, Tint::secondary, this))
     , m_toggle(new ToggleSwitch(this))
@@ -26,8 +26,8 @@ ToggleRow::ToggleRow(AppSettings& settings, Setting<bool> AppSettings::*setting,
     layOut();
     connect(m_toggle, &QCheckBox::toggled, this, [this](bool isOn) { this->setting().set(isOn); });
     connect(&settings, &AppSettings::changed, this, &ToggleRow::showValue);
-    connect(&settings, &AppSettings::languageSet, this, &ToggleRow::retranslate);
-    retranslate();
+    bindText(m_text, &QLabel::setText, settings, label);
+    bindText(m_toggle, &QWidget::setAccessibleName, settings, label);
     showValue();
 }
 
@@ -43,19 +43,10 @@ void ToggleRow::layOut()
 
 void ToggleRow::setNote(const TextPair& note, bool whenOn)
 {
-    m_note = note;
     m_isNoteWhenOn = whenOn;
-    retranslate();
+    bindText(m_noteText, &QLabel::setText, m_settings, note);
+    bindText(m_toggle, &QWidget::setAccessibleDescription, m_settings, note);
     showValue();
-}
-
-void ToggleRow::retranslate()
-{
-    const AppLanguage language = m_settings.language.value();
-    m_text->setText(m_label.in(language));
-    m_noteText->setText(m_note.in(language));
-    m_toggle->setAccessibleName(m_text->text());
-    m_toggle->setAccessibleDescription(m_noteText->text());
 }
 
 void ToggleRow::showValue()

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "model/AppSettings.h"
-#include "ui/settings/TextPair.h"
 
 #include <QWidget>
 
@@ -21,6 +20,7 @@ public:
     ToggleRow(AppSettings& settings, Setting<bool> AppSettings::*setting, const QString& name, const TextPair& label,
               QWidget* parent);
 
+    /// Called once at most.
     void setNote(const TextPair& note, bool whenOn);
 
 protected:
@@ -31,12 +31,9 @@ private:
     [[nodiscard]] Setting<bool>& setting() const { return m_settings.*m_setting; }
     void layOut();
     void showValue();
-    void retranslate();
 
     AppSettings& m_settings;
     Setting<bool> AppSettings::*m_setting;
-    TextPair m_label;
-    TextPair m_note{u"", u""};
     bool m_isNoteWhenOn = false;
     StyledLabel* m_text;
     StyledLabel* m_noteText;

@@ -1,9 +1,10 @@
 #include "ui/settings/ToolRow.h"
 
-#include "ui/kit/GlyphLabel.h"
-#include "ui/kit/StyledLabel.h"
-#include "ui/settings/CodeLabel.h"
-#include "ui/settings/SettingsSection.h"
+#include "kit/BoundText.h"
+#include "kit/Card.h"
+#include "kit/CodeLabel.h"
+#include "kit/GlyphLabel.h"
+#include "kit/StyledLabel.h"
 
 #include <QHBoxLayout>
 
@@ -18,7 +19,6 @@ constexpr int iconSize = 18;
 ToolRow::ToolRow(AppSettings& settings, const QString& name, bool builtIn, const TextPair& formats, QWidget* parent)
     : QWidget(parent)
     , m_settings(settings)
-    , m_formats(formats)
     , m_isBuiltIn(builtIn)
     , m_there(new GlyphLabel(Glyph::checkmarkCircleFill, Tint::green, iconSize, this))
     , m_missing(new GlyphLabel(Glyph::xmarkCircleFill, Tint::red, iconSize, this))
@@ -34,8 +34,10 @@ ToolRow::ToolRow(AppSettings& settings, const QString& name, bool builtIn, const
     m_builtIn->setObjectName(QStringLiteral("toolBuiltIn"));
     m_state->setObjectName(QStringLiteral("toolState"));
     layOut(name);
-    connect(&settings, &AppSettings::languageSet, this, &ToolRow::retranslate);
-    setAvailable(true);
+    bindText(m_format, &QLabel::setText, settings, formats);
+    bindText(this, &QWidget::setAccessibleDescription, settings, formats);
+    bindText(m_builtIn, &QLabel::setText, settings, {u"built-in", u"integrato"});
+    followLanguage(this, settings, [this] { showState(); });
 }
 
 void ToolRow::layOut(const QString& name)
@@ -46,7 +48,7 @@ void ToolRow::layOut(const QString& name)
     m_name->setMinimumWidth(QFontMetrics(m_name->font()).horizontalAdvance(QStringLiteral("7z / 7zz")) + air);
     m_format->setWordWrap(true);
     auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, SettingsSection::endOfRow, 0);
+    row->setContentsMargins(0, 0, Card::endOfRow, 0);
     row->setSpacing(12);
     row->addWidget(m_there);
     row->addWidget(m_missing);
@@ -59,21 +61,18 @@ void ToolRow::layOut(const QString& name)
 void ToolRow::setAvailable(bool available)
 {
     m_isAvailable = available;
-    m_there->setVisible(available);
-    m_missing->setVisible(!available);
-    m_builtIn->setVisible(m_isBuiltIn && available);
-    retranslate();
+    showState();
 }
 
-void ToolRow::retranslate()
+void ToolRow::showState()
 {
     const AppLanguage language = m_settings.language.value();
-    m_format->setText(m_formats.in(language));
-    m_builtIn->setText(pair(language, u"built-in", u"integrato"));
+    m_there->setVisible(m_isAvailable);
+    m_missing->setVisible(!m_isAvailable);
+    m_builtIn->setVisible(m_isBuiltIn && m_isAvailable);
     m_state->setText(m_isAvailable ? pair(language, u"Available", u"Disponibile")
                                    : pair(language, u"Not installed", u"Non installato"));
     setAccessibleName(m_name->text() + QStringLiteral(": ") + m_state->text());
-    setAccessibleDescription(m_format->text());
 }
 
 } // namespace vormel

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "model/AppSettings.h"
-#include "ui/settings/TextPair.h"
 
 #include <QWidget>
 
@@ -23,10 +22,9 @@ public:
 
 private:
     void layOut(const QString& name);
-    void retranslate();
+    void showState();
 
     AppSettings& m_settings;
-    TextPair m_formats;
     bool m_isBuiltIn;
     bool m_isAvailable = true;
     GlyphLabel* m_there;

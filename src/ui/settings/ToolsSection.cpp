@@ -6,11 +6,11 @@
 namespace vormel {
 
 ToolsSection::ToolsSection(AppSettings& settings, const ToolWatch& tools, QWidget* parent)
-    : SettingsSection(settings, QStringLiteral("toolsSection"), parent)
+    : Card(settings, QStringLiteral("toolsSection"), {u"Available Tools", u"Strumenti disponibili"}, parent)
     , m_tools(tools)
 {
-    const auto add = [this](const char16_t* name, bool builtIn, const TextPair& formats) {
-        auto* row = new ToolRow(this->settings(), QString::fromUtf16(name), builtIn, formats, this);
+    const auto add = [this, &settings](const char16_t* name, bool builtIn, const TextPair& formats) {
+        auto* row = new ToolRow(settings, QString::fromUtf16(name), builtIn, formats, this);
         addRow(row);
         return row;
     };
@@ -21,8 +21,6 @@ ToolsSection::ToolsSection(AppSettings& settings, const ToolWatch& tools, QWidge
         add(u"rar", false, {u"Rebuild missing volumes from .rev files", u"Ricostruisci volumi mancanti dai file .rev"});
     m_sevenZip = add(u"7z / 7zz", false, {u"7-Zip", u"7-Zip"});
     connect(&tools, &ToolWatch::toolsChanged, this, &ToolsSection::showTools);
-    connect(&settings, &AppSettings::languageSet, this, &ToolsSection::retranslate);
-    retranslate();
     showTools();
 }
 
@@ -33,11 +31,6 @@ void ToolsSection::showTools()
     m_unrar->setAvailable(found.unrar);
     m_rar->setAvailable(found.rar);
     m_sevenZip->setAvailable(found.sevenZip);
-}
-
-void ToolsSection::retranslate()
-{
-    setHeading(pair(language(), u"Available Tools", u"Strumenti disponibili"));
 }
 
 } // namespace vormel

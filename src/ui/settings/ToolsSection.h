@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/settings/SettingsSection.h"
+#include "kit/Card.h"
 
 namespace vormel {
 
@@ -8,7 +8,7 @@ class ToolRow;
 class ToolWatch;
 
 /// The table of the programs that open archives. The tools must outlive it.
-class ToolsSection final : public SettingsSection
+class ToolsSection final : public Card
 {
     Q_OBJECT
 
@@ -17,7 +17,6 @@ public:
 
 private:
     void showTools();
-    void retranslate();
 
     const ToolWatch& m_tools;
     ToolRow* m_unzip;

@@ -1,6 +1,6 @@
 #include "ui/sheets/AddURLView.h"
 
-#include "model/AppSettings.h"
+#include "kit/BoundText.h"
 #include "ui/sheets/HostChooser.h"
 #include "ui/sheets/LinkForm.h"
 
@@ -33,11 +33,10 @@ AddURLView::AddURLView(AppSettings& settings, const ResolverTables& resolvers, Q
     connect(m_chooser, &HostChooser::chosen, this, &AddURLView::addGroup);
     connect(m_chooser, &HostChooser::allChosen, this, &AddURLView::addAll);
     connect(m_chooser, &HostChooser::cancelled, this, &AddURLView::showForm);
-    connect(&settings, &AppSettings::languageSet, this, &AddURLView::retranslate);
-    retranslate();
+    followLanguage(this, settings, [this] { showTitle(); });
 }
 
-void AddURLView::retranslate()
+void AddURLView::showTitle()
 {
     const AppLanguage language = m_settings.language.value();
     setWindowTitle(m_pages->currentWidget() == m_chooser
@@ -72,14 +71,14 @@ void AddURLView::showForm()
     m_pages->setCurrentWidget(m_form);
     m_form->addButton()->setDefault(true);
     m_form->prefill();
-    retranslate();
+    showTitle();
 }
 
 void AddURLView::showChooser()
 {
     m_pages->setCurrentWidget(m_chooser);
     m_chooser->offer(m_groups);
-    retranslate();
+    showTitle();
 }
 
 void AddURLView::addOrAsk()

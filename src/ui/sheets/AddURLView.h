@@ -34,7 +34,7 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    void retranslate();
+    void showTitle();
     void addOrAsk();
     void addGroup(int group);
     void addAll();

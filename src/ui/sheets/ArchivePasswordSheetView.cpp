@@ -1,20 +1,19 @@
 #include "ui/sheets/ArchivePasswordSheetView.h"
 
-#include "model/AppSettings.h"
-#include "ui/kit/GlyphLabel.h"
-#include "ui/kit/SheetButton.h"
-#include "ui/kit/StyledLabel.h"
+#include "kit/BoundText.h"
+#include "kit/GlyphLabel.h"
+#include "kit/SheetButton.h"
+#include "kit/StyledLabel.h"
 
 #include <QHBoxLayout>
 #include <QLineEdit>
 
 namespace vormel {
 
-ArchivePasswordSheetView::ArchivePasswordSheetView(const PendingExtractionPassword& pending, AppSettings& settings,
-                                                   QWidget* parent)
+ArchivePasswordSheetView::ArchivePasswordSheetView(const PendingExtractionPassword& pending,
+                                                   const AppSettings& settings, QWidget* parent)
     : QDialog(parent)
     , m_pending(pending)
-    , m_settings(settings)
     , m_title(new StyledLabel(StyledLabel::Style::title, Tint::text, this))
     , m_archive(new StyledLabel(StyledLabel::Style::caption, Tint::secondary, this))
     , m_wrong(new StyledLabel(StyledLabel::Style::body, Tint::red, this))
@@ -30,8 +29,7 @@ ArchivePasswordSheetView::ArchivePasswordSheetView(const PendingExtractionPasswo
             [this](const QString& text) { m_extract->setEnabled(!text.isEmpty()); });
     connect(m_extract, &QPushButton::clicked, this, &ArchivePasswordSheetView::confirm);
     connect(m_cancel, &QPushButton::clicked, this, &ArchivePasswordSheetView::reject);
-    connect(&settings, &AppSettings::languageSet, this, &ArchivePasswordSheetView::retranslate);
-    retranslate();
+    bindTexts(settings);
     m_password->setFocus();
 }
 
@@ -46,6 +44,8 @@ void ArchivePasswordSheetView::setUpParts()
     m_wrong->setVisible(m_pending.wasWrongPassword);
     m_password->setObjectName(QStringLiteral("archivePassword"));
     m_password->setEchoMode(QLineEdit::Password);
+    m_password->setPlaceholderText(QStringLiteral("Password")); // in both languages
+    m_password->setAccessibleName(m_password->placeholderText());
     m_password->setTextMargins(4, 3, 4, 3);
     m_password->setFixedWidth(fieldWidth);
     m_extract->setObjectName(QStringLiteral("extract"));
@@ -77,20 +77,17 @@ void ArchivePasswordSheetView::layOut()
     m_archive->setFixedWidth(width);
 }
 
-void ArchivePasswordSheetView::retranslate()
+void ArchivePasswordSheetView::bindTexts(const AppSettings& settings)
 {
-    const AppLanguage language = m_settings.language.value();
-    const QString title = m_pending.wasWrongPassword
-                              ? pair(language, u"Wrong Password", u"Password errata")
-                              : pair(language, u"Archive Password Required", u"Password archivio richiesta");
-    setWindowTitle(title);
-    m_title->setText(title);
-    m_wrong->setText(pair(language, u"The password you entered was incorrect. Try again.",
-                          u"La password inserita non è corretta. Riprova."));
-    m_password->setPlaceholderText(QStringLiteral("Password"));
-    m_password->setAccessibleName(QStringLiteral("Password"));
-    m_extract->setText(pair(language, u"Extract", u"Estrai"));
-    m_cancel->setText(pair(language, u"Cancel", u"Annulla"));
+    const TextPair title = m_pending.wasWrongPassword
+                               ? TextPair{u"Wrong Password", u"Password errata"}
+                               : TextPair{u"Archive Password Required", u"Password archivio richiesta"};
+    bindText(this, &QWidget::setWindowTitle, settings, title);
+    bindText(m_title, &QLabel::setText, settings, title);
+    bindText(m_wrong, &QLabel::setText, settings,
+             {u"The password you entered was incorrect. Try again.", u"La password inserita non è corretta. Riprova."});
+    bindText(m_extract, &QPushButton::setText, settings, {u"Extract", u"Estrai"});
+    bindText(m_cancel, &QPushButton::setText, settings, {u"Cancel", u"Annulla"});
 }
 
 void ArchivePasswordSheetView::resizeEvent(QResizeEvent* event)

@@ -19,7 +19,7 @@ class ArchivePasswordSheetView final : public QDialog
     Q_OBJECT
 
 public:
-    ArchivePasswordSheetView(const PendingExtractionPassword& pending, AppSettings& settings, QWidget* parent);
+    ArchivePasswordSheetView(const PendingExtractionPassword& pending, const AppSettings& settings, QWidget* parent);
 
 Q_SIGNALS:
     /// The password as it was typed.
@@ -31,12 +31,11 @@ protected:
 private:
     void setUpParts();
     void layOut();
-    void retranslate();
+    void bindTexts(const AppSettings& settings);
     void showArchiveName();
     void confirm();
 
     const PendingExtractionPassword m_pending;
-    AppSettings& m_settings;
     StyledLabel* m_title;
     StyledLabel* m_archive;
     StyledLabel* m_wrong;

@@ -1,7 +1,7 @@
 #include "ui/sheets/CountLabel.h"
 
-#include "ui/kit/GlyphLabel.h"
-#include "ui/kit/StyledLabel.h"
+#include "kit/GlyphLabel.h"
+#include "kit/StyledLabel.h"
 
 #include <QHBoxLayout>
 

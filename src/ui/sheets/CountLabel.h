@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ui/kit/Glyph.h"
-#include "ui/kit/Theme.h"
+#include "kit/Glyph.h"
+#include "kit/Theme.h"
 
 #include <QWidget>
 

@@ -1,9 +1,9 @@
 #include "ui/sheets/HostChooser.h"
 
-#include "model/AppSettings.h"
-#include "ui/kit/FocusInSight.h"
-#include "ui/kit/SheetButton.h"
-#include "ui/kit/StyledLabel.h"
+#include "kit/BoundText.h"
+#include "kit/FocusInSight.h"
+#include "kit/SheetButton.h"
+#include "kit/StyledLabel.h"
 #include "ui/sheets/HostButton.h"
 
 #include <QHBoxLayout>
@@ -12,7 +12,7 @@
 
 namespace vormel {
 
-HostChooser::HostChooser(AppSettings& settings, const Look& look, QWidget* parent)
+HostChooser::HostChooser(const AppSettings& settings, const Look& look, QWidget* parent)
     : QWidget(parent)
     , m_settings(settings)
     , m_title(new StyledLabel(StyledLabel::Style::title, Tint::text, this))
@@ -32,8 +32,7 @@ HostChooser::HostChooser(AppSettings& settings, const Look& look, QWidget* paren
     layOut(look);
     connect(m_all, &QPushButton::clicked, this, &HostChooser::allChosen);
     connect(m_cancel, &QPushButton::clicked, this, &HostChooser::cancelled);
-    connect(&settings, &AppSettings::languageSet, this, &HostChooser::retranslate);
-    retranslate();
+    bindTexts();
 }
 
 QWidget* HostChooser::makeHostList()
@@ -70,16 +69,21 @@ void HostChooser::layOut(const Look& look)
     column->addLayout(buttons);
 }
 
-void HostChooser::retranslate()
+void HostChooser::bindTexts()
+{
+    bindText(m_title, &QLabel::setText, m_settings, {u"Choose Download Server", u"Scegli il server di download"});
+    bindText(m_all, &QPushButton::setText, m_settings, {u"Add all hosts", u"Aggiungi tutti gli host"});
+    bindText(m_cancel, &QPushButton::setText, m_settings, {u"Cancel", u"Annulla"});
+    followLanguage(this, m_settings, [this] { showCount(); });
+}
+
+void HostChooser::showCount()
 {
     const AppLanguage language = m_settings.language.value();
-    m_title->setText(pair(language, u"Choose Download Server", u"Scegli il server di download"));
     m_text->setText(pair(language, u"These links are available on ", u"Questi link sono disponibili su ") +
                     QString::number(m_groupCount) +
                     pair(language, u" hosts. Select the one you have a premium account for.",
                          u" host. Scegli quello per cui hai un account premium."));
-    m_all->setText(pair(language, u"Add all hosts", u"Aggiungi tutti gli host"));
-    m_cancel->setText(pair(language, u"Cancel", u"Annulla"));
 }
 
 void HostChooser::offer(const std::vector<PendingHostSelection::HostGroup>& groups)
@@ -105,7 +109,7 @@ void HostChooser::offer(const std::vector<PendingHostSelection::HostGroup>& grou
     m_hostColumn->addStretch();
     setTabOrder(before, m_all);
     setTabOrder(m_all, m_cancel);
-    retranslate();
+    showCount();
 }
 
 } // namespace vormel

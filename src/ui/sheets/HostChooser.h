@@ -24,7 +24,7 @@ public:
         int spacing = 10;
         Qt::Alignment texts = Qt::AlignLeading;
     };
-    HostChooser(AppSettings& settings, const Look& look, QWidget* parent = nullptr);
+    HostChooser(const AppSettings& settings, const Look& look, QWidget* parent = nullptr);
 
     /// Offers these instead of what was offered before, and puts the focus on the first.
     void offer(const std::vector<PendingHostSelection::HostGroup>& groups);
@@ -38,9 +38,10 @@ Q_SIGNALS:
 private:
     void layOut(const Look& look);
     [[nodiscard]] QWidget* makeHostList();
-    void retranslate();
+    void bindTexts();
+    void showCount();
 
-    AppSettings& m_settings;
+    const AppSettings& m_settings;
     int m_groupCount = 0;
     StyledLabel* m_title;
     StyledLabel* m_text;

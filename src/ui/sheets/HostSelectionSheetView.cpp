@@ -1,16 +1,16 @@
 #include "ui/sheets/HostSelectionSheetView.h"
 
-#include "model/AppSettings.h"
+#include "kit/BoundText.h"
 #include "ui/sheets/HostChooser.h"
 
 #include <QVBoxLayout>
 
 namespace vormel {
 
-HostSelectionSheetView::HostSelectionSheetView(PendingHostSelection pending, AppSettings& settings, QWidget* parent)
+HostSelectionSheetView::HostSelectionSheetView(PendingHostSelection pending, const AppSettings& settings,
+                                               QWidget* parent)
     : QDialog(parent)
     , m_pending(std::move(pending))
-    , m_settings(settings)
 {
     constexpr int width = 480;
     constexpr int usualHeight = 400;
@@ -28,19 +28,13 @@ HostSelectionSheetView::HostSelectionSheetView(PendingHostSelection pending, App
             [this](int group) { confirm(m_pending.groups.at(static_cast<std::size_t>(group)).urls); });
     connect(chooser, &HostChooser::allChosen, this, [this] { confirm(m_pending.allURLs); });
     connect(chooser, &HostChooser::cancelled, this, &HostSelectionSheetView::reject);
-    connect(&settings, &AppSettings::languageSet, this, &HostSelectionSheetView::retranslate);
-    retranslate();
+    bindText(this, &QWidget::setWindowTitle, settings, {u"Choose Download Server", u"Scegli il server di download"});
 }
 
 void HostSelectionSheetView::confirm(const std::vector<Link>& urls)
 {
     accept();
     Q_EMIT confirmed(urls);
-}
-
-void HostSelectionSheetView::retranslate()
-{
-    setWindowTitle(pair(m_settings.language.value(), u"Choose Download Server", u"Scegli il server di download"));
 }
 
 } // namespace vormel

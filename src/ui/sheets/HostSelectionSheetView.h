@@ -15,7 +15,7 @@ class HostSelectionSheetView final : public QDialog
     Q_OBJECT
 
 public:
-    HostSelectionSheetView(PendingHostSelection pending, AppSettings& settings, QWidget* parent = nullptr);
+    HostSelectionSheetView(PendingHostSelection pending, const AppSettings& settings, QWidget* parent = nullptr);
 
 Q_SIGNALS:
     /// After the sheet was closed.
@@ -23,10 +23,8 @@ Q_SIGNALS:
 
 private:
     void confirm(const std::vector<Link>& urls);
-    void retranslate();
 
     PendingHostSelection m_pending;
-    AppSettings& m_settings;
 };
 
 } // namespace vormel

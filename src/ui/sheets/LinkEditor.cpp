@@ -1,6 +1,6 @@
 #include "ui/sheets/LinkEditor.h"
 
-#include "ui/kit/AcceptCopy.h"
+#include "kit/AcceptCopy.h"
 
 #include <QScrollBar>
 

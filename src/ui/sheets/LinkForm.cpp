@@ -1,8 +1,8 @@
 #include "ui/sheets/LinkForm.h"
 
-#include "model/AppSettings.h"
-#include "ui/kit/SheetButton.h"
-#include "ui/kit/StyledLabel.h"
+#include "kit/BoundText.h"
+#include "kit/SheetButton.h"
+#include "kit/StyledLabel.h"
 #include "ui/sheets/CountLabel.h"
 #include "ui/sheets/LinkEditor.h"
 
@@ -57,7 +57,7 @@ LinkForm::LinkForm(AppSettings& settings, const ResolverTables& resolvers, QWidg
     setUpParts();
     layOut();
     connectParts();
-    retranslate();
+    bindTexts();
 }
 
 void LinkForm::setUpParts()
@@ -116,24 +116,22 @@ void LinkForm::connectParts()
     connect(m_editor, &LinkEditor::textChanged, this, &LinkForm::readText);
     connect(m_cancel, &QPushButton::clicked, this, &LinkForm::cancelled);
     connect(m_add, &QPushButton::clicked, this, &LinkForm::accepted);
-    connect(&m_settings, &AppSettings::languageSet, this, &LinkForm::retranslate);
 }
 
-void LinkForm::retranslate()
+void LinkForm::bindTexts()
 {
-    const AppLanguage language = m_settings.language.value();
-    const QString prompt =
-        pair(language, u"Paste one or more links, one per line:", u"Incolla uno o più link, uno per riga:");
-    const QString password = pair(language, u"Container password (optional)", u"Password container (opzionale)");
-    m_title->setText(pair(language, u"Add URLs", u"Aggiungi URL"));
-    m_prompt->setText(prompt);
-    m_editor->setAccessibleName(prompt);
-    m_passwordLabel->setText(password);
-    m_password->setAccessibleName(password);
-    m_password->setPlaceholderText(pair(language, u"Leave blank if not protected", u"Lascia vuoto se non protetto"));
-    m_cancel->setText(pair(language, u"Cancel", u"Annulla"));
-    m_add->setText(pair(language, u"Add", u"Aggiungi"));
-    showCounts();
+    constexpr TextPair prompt{u"Paste one or more links, one per line:", u"Incolla uno o più link, uno per riga:"};
+    constexpr TextPair password{u"Container password (optional)", u"Password container (opzionale)"};
+    bindText(m_title, &QLabel::setText, m_settings, {u"Add URLs", u"Aggiungi URL"});
+    bindText(m_prompt, &QLabel::setText, m_settings, prompt);
+    bindText(m_editor, &QWidget::setAccessibleName, m_settings, prompt);
+    bindText(m_passwordLabel, &CountLabel::setText, m_settings, password);
+    bindText(m_password, &QWidget::setAccessibleName, m_settings, password);
+    bindText(m_password, &QLineEdit::setPlaceholderText, m_settings,
+             {u"Leave blank if not protected", u"Lascia vuoto se non protetto"});
+    bindText(m_cancel, &QPushButton::setText, m_settings, {u"Cancel", u"Annulla"});
+    bindText(m_add, &QPushButton::setText, m_settings, {u"Add", u"Aggiungi"});
+    followLanguage(this, m_settings, [this] { showCounts(); });
 }
 
 void LinkForm::prefill()

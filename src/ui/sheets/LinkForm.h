@@ -42,7 +42,7 @@ private:
     void layOut();
     [[nodiscard]] QWidget* makePasswordBlock();
     void connectParts();
-    void retranslate();
+    void bindTexts();
     void readText();
     void showCounts();
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "kit/Glyph.h"
 #include "model/AppLanguage.h"
-#include "ui/kit/Glyph.h"
 
 #include <array>
 

@@ -1,14 +1,13 @@
 #include "ui/shell/Sidebar.h"
 
-#include "model/AppSettings.h"
-#include "ui/kit/GlyphIcon.h"
+#include "kit/BoundText.h"
+#include "kit/GlyphIcon.h"
 #include "ui/shell/SidebarDelegate.h"
 
 namespace vormel {
 
-Sidebar::Sidebar(AppSettings& settings, QWidget* parent)
+Sidebar::Sidebar(const AppSettings& settings, QWidget* parent)
     : QListWidget(parent)
-    , m_settings(settings)
 {
     constexpr int margin = 8;
     setObjectName(QStringLiteral("sidebar"));
@@ -23,10 +22,13 @@ Sidebar::Sidebar(AppSettings& settings, QWidget* parent)
     setMouseTracking(true);
     for (const Page page : allPages)
         new QListWidgetItem(glyphIcon(pageGlyph(page), Tint::secondary), QString(), this); // the list owns it
-    retranslate();
+    bindText(this, &QWidget::setAccessibleName, settings, {u"Pages", u"Pagine"});
+    followLanguage(this, settings, [this, &settings] {
+        for (const Page page : allPages)
+            item(static_cast<int>(page))->setText(pageLabel(page, settings.language.value()));
+    });
     setPage(Page::downloads);
     connect(this, &QListWidget::currentRowChanged, this, [this] { Q_EMIT pageChosen(page()); });
-    connect(&settings, &AppSettings::languageSet, this, &Sidebar::retranslate);
 }
 
 Page Sidebar::page() const
@@ -38,14 +40,6 @@ Page Sidebar::page() const
 QItemSelectionModel::SelectionFlags Sidebar::selectionCommand(const QModelIndex& index, const QEvent* /*event*/) const
 {
     return index.isValid() ? QItemSelectionModel::ClearAndSelect : QItemSelectionModel::NoUpdate;
-}
-
-void Sidebar::retranslate()
-{
-    const AppLanguage language = m_settings.language.value();
-    setAccessibleName(pair(language, u"Pages", u"Pagine"));
-    for (const Page page : allPages)
-        item(static_cast<int>(page))->setText(pageLabel(page, language));
 }
 
 } // namespace vormel

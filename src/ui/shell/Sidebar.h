@@ -17,7 +17,7 @@ public:
     static constexpr int smallestWidth = 150;
     static constexpr int idealWidth = 180;
 
-    explicit Sidebar(AppSettings& settings, QWidget* parent = nullptr);
+    explicit Sidebar(const AppSettings& settings, QWidget* parent = nullptr);
 
     [[nodiscard]] Page page() const;
     void setPage(Page page) { setCurrentRow(static_cast<int>(page)); }
@@ -29,11 +29,6 @@ Q_SIGNALS:
 protected:
     [[nodiscard]] QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
                                                                        const QEvent* event) const override;
-
-private:
-    void retranslate();
-
-    AppSettings& m_settings;
 };
 
 } // namespace vormel

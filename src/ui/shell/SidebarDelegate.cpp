@@ -1,6 +1,6 @@
 #include "ui/shell/SidebarDelegate.h"
 
-#include "ui/kit/FocusRing.h"
+#include "kit/FocusRing.h"
 
 #include <QApplication>
 #include <QPainter>

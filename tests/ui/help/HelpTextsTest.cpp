@@ -1,9 +1,9 @@
 #include "config/Services.h"
 #include "fixtures/Workshop.h"
+#include "kit/PlatformTexts.h"
 #include "ui/Part.h"
 #include "ui/help/HelpFeatures.h"
 #include "ui/help/HelpView.h"
-#include "ui/kit/PlatformTexts.h"
 
 #include <QLabel>
 

@@ -3,10 +3,10 @@
 #include "config/Services.h"
 #include "fixtures/EventLoop.h"
 #include "fixtures/Workshop.h"
+#include "kit/PlatformTexts.h"
 #include "ui/Part.h"
 #include "ui/help/HelpFeatureRow.h"
 #include "ui/help/HelpFeatures.h"
-#include "ui/kit/PlatformTexts.h"
 
 #include <QLabel>
 #include <QScrollBar>

@@ -2,9 +2,9 @@
 
 #include "fixtures/EventLoop.h"
 #include "fixtures/Workshop.h"
+#include "kit/GlyphIcon.h"
 #include "ui/Part.h"
 #include "ui/help/HelpView.h"
-#include "ui/kit/GlyphIcon.h"
 
 #include <QApplication>
 #include <QLabel>

@@ -1,7 +1,7 @@
 #include "ui/settings/FolderRow.h"
 
-#include "ui/kit/PlatformTexts.h"
-#include "ui/settings/PathLabel.h"
+#include "kit/PathLabel.h"
+#include "kit/PlatformTexts.h"
 #include "ui/settings/SettingsPage.h"
 
 #include <QDir>
@@ -26,16 +26,6 @@ protected:
         return fixtures::partOf<QFileDialog>(of, "folderDialog");
     }
 };
-
-TEST(WithTilde, StandsForTheWholeHomeFolderOnly)
-{
-    const QString home = QStringLiteral("/home/ada");
-    EXPECT_EQ(withTilde(QStringLiteral("/home/ada"), home), u"~");
-    EXPECT_EQ(withTilde(QStringLiteral("/home/ada/Downloads"), home), u"~/Downloads");
-    EXPECT_EQ(withTilde(QStringLiteral("/home/adamo/Downloads"), home), u"/home/adamo/Downloads");
-    EXPECT_EQ(withTilde(QStringLiteral("/srv/home/ada"), home), u"/srv/home/ada");
-    EXPECT_EQ(withTilde({}, home), u"");
-}
 
 TEST_F(FolderRowTest, SpeaksBothLanguages)
 {

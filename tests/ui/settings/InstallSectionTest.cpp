@@ -1,6 +1,6 @@
 #include "ui/settings/InstallSection.h"
 
-#include "ui/kit/PlatformTexts.h"
+#include "kit/PlatformTexts.h"
 #include "ui/settings/BrewInstallRow.h"
 #include "ui/settings/SettingsPage.h"
 

@@ -1,4 +1,4 @@
-#include "ui/settings/SegmentedPicker.h"
+#include "kit/SegmentedPicker.h"
 #include "ui/settings/SettingsPage.h"
 
 #include <QGroupBox>

@@ -1,12 +1,12 @@
 #include "app/MainWindow.h"
 
 #include "fixtures/EventLoop.h"
+#include "fixtures/QtTranslated.h"
 #include "fixtures/RealTools.h"
 #include "fixtures/Workshop.h"
 #include "ui/FakeDesktop.h"
 #include "ui/FakeUpdater.h"
 #include "ui/Part.h"
-#include "ui/QtTranslated.h"
 #include "ui/accounts/AccountsView.h"
 #include "ui/queue/DownloadQueueView.h"
 #include "ui/settings/SettingsView.h"

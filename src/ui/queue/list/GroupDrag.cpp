@@ -1,6 +1,6 @@
 #include "ui/queue/list/GroupDrag.h"
 
-#include "ui/kit/Theme.h"
+#include "kit/Theme.h"
 
 #include <QApplication>
 #include <QPainter>

@@ -1,8 +1,8 @@
 #include "ui/queue/list/RenamePopover.h"
 
+#include "kit/SheetButton.h"
+#include "kit/StyledLabel.h"
 #include "model/ReleaseName.h"
-#include "ui/kit/SheetButton.h"
-#include "ui/kit/StyledLabel.h"
 
 #include <QHBoxLayout>
 #include <QLineEdit>

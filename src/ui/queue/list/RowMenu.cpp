@@ -1,6 +1,6 @@
 #include "ui/queue/list/RowMenu.h"
 
-#include "ui/kit/GlyphIcon.h"
+#include "kit/GlyphIcon.h"
 #include "ui/queue/tree/QueueModel.h"
 
 #include <QMenu>

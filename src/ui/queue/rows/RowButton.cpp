@@ -1,6 +1,6 @@
 #include "ui/queue/rows/RowButton.h"
 
-#include "ui/kit/PlatformTexts.h"
+#include "kit/PlatformTexts.h"
 
 #include <array>
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "engine/groups/GroupTally.h"
-#include "ui/kit/Glyph.h"
-#include "ui/kit/Theme.h"
+#include "kit/Glyph.h"
+#include "kit/Theme.h"
 
 #include <vector>
 

@@ -1,6 +1,6 @@
 #include "ui/queue/rows/RowCanvas.h"
 
-#include "ui/kit/FocusRing.h"
+#include "kit/FocusRing.h"
 
 #include <QPainter>
 #include <QPainterPath>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/kit/Theme.h"
+#include "kit/Theme.h"
 #include "ui/queue/rows/RowGrid.h"
 
 #include <QStyleOptionViewItem>

@@ -1,6 +1,6 @@
 #include "ui/queue/rows/RowMetrics.h"
 
-#include "ui/kit/TextStyle.h"
+#include "kit/TextStyle.h"
 
 #include <QFontMetrics>
 

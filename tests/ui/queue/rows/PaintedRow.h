@@ -1,7 +1,7 @@
 #pragma once
 
+#include "fixtures/Palettes.h"
 #include "ui/PaintRecorder.h"
-#include "ui/Palettes.h"
 #include "ui/queue/rows/HeaderPainter.h"
 #include "ui/queue/rows/HeaderPresenter.h"
 #include "ui/queue/rows/RowPainter.h"

@@ -1,7 +1,7 @@
 #include "ui/queue/rows/RowButton.h"
 
 #include "fixtures/Workshop.h"
-#include "ui/kit/PlatformTexts.h"
+#include "kit/PlatformTexts.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
