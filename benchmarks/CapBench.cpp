@@ -49,7 +49,7 @@ double errorOf(qint64 cap, const sites::FileServer& server)
     for (int i = 0; i < transfers; ++i)
         links.push_back(*Link::parse(QString::fromStdString(server.url("/" + std::to_string(i) + ".bin"))));
     shop.manager().addURLs(links, std::nullopt);
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     // The first second may run at up to twice the cap; what is promised is the mean from then on.
     wait(2);
     QElapsedTimer timer;
@@ -58,7 +58,7 @@ double errorOf(qint64 cap, const sites::FileServer& server)
     wait(seconds);
     const double elapsed = static_cast<double>(timer.nsecsElapsed()) / 1e9;
     const double rate = static_cast<double>(bytesOnDisk(shop.downloads()) - before) / elapsed;
-    shop.manager().pauseAll();
+    shop.manager().commands().pauseAll();
     return std::abs(rate / (static_cast<double>(cap) * 1024) - 1) * 100;
 }
 

@@ -66,7 +66,7 @@ Cost ours(DownloadManager& manager)
 {
     const ItemPtr first = manager.items().front();
     return costOf([&manager, &first] {
-        manager.retryExtraction(first->id());
+        manager.commands().retryExtraction(first->id());
         turnUntil([&first] {
             if (first->extractionStatus() == ExtractionStatus::failed)
                 giveUp(first->extractionStatus().message());

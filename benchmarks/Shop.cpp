@@ -38,7 +38,7 @@ void Shop::fetch(const QStringList& urls)
     for (const QString& url : urls)
         links.push_back(*Link::parse(url));
     manager().addURLs(links, std::nullopt);
-    manager().startAll();
+    manager().commands().startAll();
     const auto& items = manager().items();
     turnUntil([&items] {
         return std::all_of(items.begin(), items.end(), [](const ItemPtr& item) {

@@ -76,7 +76,7 @@ int DemoProgram::present()
     Show show(m_folders, m_sites);
     show.manager().settings().maxDownloadSpeedKBps.set(capToWatchKBps);
     show.manager().addURLs(linksToWatch(), std::nullopt);
-    QTimer::singleShot(timeToReadTheList, &show.window(), [&show] { show.manager().startAll(); });
+    QTimer::singleShot(timeToReadTheList, &show.window(), [&show] { show.manager().commands().startAll(); });
     return QApplication::exec();
 }
 

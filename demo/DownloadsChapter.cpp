@@ -63,7 +63,7 @@ Step DownloadsChapter::start()
 Step DownloadsChapter::pause()
 {
     const auto stop = [this] {
-        m_stage.manager.pauseAll();
+        m_stage.manager.commands().pauseAll();
         m_pausedAt = sizeOfLargePartFile();
     };
     const auto stands = [this] {
@@ -146,7 +146,7 @@ Step DownloadsChapter::storeQueue()
 void DownloadsChapter::startAll(qint64 capKBps)
 {
     m_stage.manager.settings().maxDownloadSpeedKBps.set(capKBps);
-    m_stage.manager.startAll();
+    m_stage.manager.commands().startAll();
 }
 
 QString DownloadsChapter::progress() const

@@ -177,7 +177,7 @@ Step SetsChapter::clear()
         return unless(items == m_itemsBefore, QStringLiteral("%1 instead of %2 items").arg(items).arg(m_itemsBefore));
     };
     return {.title = QStringLiteral("Clearing what is extracted"),
-            .begin = [this] { m_stage.manager.clearExtracted(); },
+            .begin = [this] { m_stage.manager.commands().clearExtracted(); },
             .goal = QStringLiteral("cleared: both sets are out of the queue, and nothing else is"),
             .missing = missing,
             .checks = {{QStringLiteral("the first film is still there"), [this] { return m_spoilt.objectionToFilm(); }},
@@ -204,7 +204,7 @@ void SetsChapter::add(const FilmSet& set)
 void SetsChapter::startAll(qint64 capKBps)
 {
     m_stage.manager.settings().maxDownloadSpeedKBps.set(capKBps);
-    m_stage.manager.startAll();
+    m_stage.manager.commands().startAll();
 }
 
 QModelIndex SetsChapter::header(const FilmSet& set) const

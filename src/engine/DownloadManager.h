@@ -1,10 +1,12 @@
 #pragma once
 
 #include "archive/pipeline/PostDownloadPipeline.h"
+#include "engine/ArchiveQueue.h"
 #include "engine/accounts/Accounts.h"
 #include "engine/commands/GroupVerification.h"
 #include "engine/commands/QueueCommands.h"
 #include "engine/completion/TransferCompletion.h"
+#include "engine/completion/TransferReports.h"
 #include "engine/groups/DownloadGroup.h"
 #include "engine/groups/GroupNames.h"
 #include "engine/intake/FilenamePrefetch.h"
@@ -16,7 +18,7 @@
 #include "engine/recovery/RevFiles.h"
 #include "engine/recovery/WaitingArchives.h"
 #include "engine/schedule/DownloadStarter.h"
-#include "engine/schedule/Scheduler.h"
+#include "engine/schedule/QueuePasses.h"
 #include "engine/transfer/TransferSession.h"
 #include "model/AppSettings.h"
 #include "platform/Platform.h"
@@ -27,17 +29,7 @@ namespace vormel {
 
 /// Owns the queue and everything that works on it; the one object that views talk to. Created once, on the UI thread,
 /// and used there alone. Construction restores the queue; nothing starts by itself.
-class DownloadManager final : public QObject,
-                              private ItemTable::Listener,
-                              private SchedulingRules,
-                              private TransferSession::Owner,
-                              private TransferCompletion::Queue,
-                              private DownloadStarter::Queue,
-                              private FilenamePrefetch::Queue,
-                              private LinkIntake::Queue,
-                              private QueueCommands::Queue,
-                              private RevFiles::Queue,
-                              private PostDownloadPipeline::Queue
+class DownloadManager final : public QObject, private ItemTable::Listener, private QueueTurn
 {
     Q_OBJECT
 
@@ -54,8 +46,8 @@ public:
 
     [[nodiscard]] AppSettings& settings() { return m_settings; }
     [[nodiscard]] const ResolverTables& resolvers() const { return m_resolvers; }
-    [[nodiscard]] const std::vector<ItemPtr>& items() const override { return m_table.items(); }
-    [[nodiscard]] ItemPtr item(const ItemId& id) const override { return m_table.find(id); }
+    [[nodiscard]] const std::vector<ItemPtr>& items() const { return m_table.items(); }
+    [[nodiscard]] ItemPtr item(const ItemId& id) const { return m_table.find(id); }
     /// The place in the queue of an item that is in it.
     [[nodiscard]] std::size_t position(const ItemId& id) const { return m_table.position(id); }
 
@@ -67,7 +59,7 @@ public:
     void renameGroup(const QString& id, const QString& name);
     [[nodiscard]] bool hasPendingRevFiles(const std::vector<ItemPtr>& items) const;
 
-    [[nodiscard]] double totalSpeedBytesPerSec() const { return m_totalSpeedBytesPerSec; }
+    [[nodiscard]] double totalSpeedBytesPerSec() const { return m_reports.totalSpeedBytesPerSec(); }
     [[nodiscard]] const QString& queueFileURL() const { return m_queueFile.queueFileURL(); }
     [[nodiscard]] Accounts& accounts() { return m_accounts; }
 
@@ -78,14 +70,6 @@ public:
     void saveQueue() override;
     /// What the user can do to the queue, to items and to groups.
     [[nodiscard]] QueueCommands& commands() { return m_commands; }
-    void startAll() { m_commands.startAll(); }
-    void pauseAll() { m_commands.pauseAll(); }
-    void clearCompleted() { m_commands.clearCompleted(); }
-    void clearExtracted() override { m_commands.clearExtracted(); }
-    void verifyGroup(const std::vector<ItemPtr>& items) { m_verification.verifyGroup(items); }
-    void retryWithRevFiles(const std::vector<ItemPtr>& items) { m_recovery.retryWithRevFiles(items); }
-    void retryExtraction(const ItemId& id) { m_pipeline.retryExtraction(id); }
-    void stopExtraction(const ItemId& id) { m_pipeline.stopWorkOn(id); }
 
     /// What the user is asked. While a question is put, its sheet is shown.
     [[nodiscard]] Questions& questions() { return m_questions; }
@@ -112,42 +96,15 @@ private:
     void tableReordered() override;
     void tableItemChanged(DownloadItem& item, ItemField field) override;
     void tableSlotFreed(DownloadItem& item) override;
-    // SchedulingRules
-    [[nodiscard]] bool isHeldBack(const DownloadItem& item) const override;
-    [[nodiscard]] bool mayFetchRev(const DownloadItem& item) const override;
-    // TransferSession::Owner
-    void transferAnswered(const ItemId& id, const HeadFacts& facts) override;
-    void transferTicked(const ItemId& id, qint64 bytes, double bytesPerSecond) override;
-    void partIsGone(const ItemId& id) override;
-    void transferEnded(const ItemId& id, TransferEnd end) override;
-    // DownloadStarter::Queue
-    [[nodiscard]] bool isRevHeldBack(const DownloadItem& item) const override;
-    // FilenamePrefetch::Queue and LinkIntake::Queue
-    void prefetchFilenames() override;
-    void dropDuplicates(const QSet<ItemId>& ids) override;
+    // QueueTurn
     void later(std::function<void()> action) override;
-    // QueueCommands::Queue
-    void startAhead(const std::vector<ItemPtr>& items) override;
-    // PostDownloadPipeline::Queue
-    [[nodiscard]] std::span<const ItemPtr> itemsOfSet(const QString& base) const override;
-    [[nodiscard]] bool isRevComing(const DownloadItem& item) const override { return m_revFiles.isComing(item); }
-    [[nodiscard]] QString customGroupName(const QString& base) const override;
-    [[nodiscard]] std::size_t placeOf(const ItemId& id) const override;
-    [[nodiscard]] QSet<QString> filesOfItems(const QSet<ItemId>& leftOut) const override;
-    bool allowRevFiles(const QString& base) override { return m_revFiles.allowRevFiles(base); }
-    void askExtractionPassword(PendingExtractionPassword question) override;
-    QStringList dropRevItems(const QString& base) override;
 
     void restoreQueue();
     void followQuestions();
     void signInCancelled(const QSet<ItemId>& waiting);
     void applySpeedLimit();
     [[nodiscard]] DownloadPaths paths() const { return DownloadPaths(m_settings.downloadFolderPath.value()); }
-    /// A pass in a later turn, however many ask for it in this one.
-    void processQueueLater();
     void statusChanged(DownloadItem& item);
-    /// Starts an item that was chosen, if nothing has come between.
-    void startChosen(const ItemPtr& item, DownloadStatus::Kind expected);
 
     const ResolverTables& m_resolvers;
     Platform m_platform;
@@ -155,19 +112,18 @@ private:
     ItemTable m_table;
     Questions m_questions;
     Accounts m_accounts;
-    double m_totalSpeedBytesPerSec = 0;
-    QSet<ItemId> m_startsUnderWay; ///< chosen by a pass, start task not yet run
-    bool m_isPassDue = false;
-
     QueueFile m_queueFile;
     GroupNames m_groupNames;
     RevFiles m_revFiles;
     NetworkRecovery m_recovery;
+    ArchiveQueue m_archiveQueue;
     PostDownloadPipeline m_pipeline;
     WaitingArchives m_waitingArchives;
+    TransferReports m_reports; ///< outlives the transfers that report
     TransferSession m_session;
     TransferCompletion m_completion;
     DownloadStarter m_starter;
+    QueuePasses m_passes;
     FilenamePrefetch m_prefetch;
     LinkIntake m_intake;
     QueueCommands m_commands;

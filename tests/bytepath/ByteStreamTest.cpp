@@ -51,12 +51,12 @@ TEST(ByteStream, SurvivesPausesAndResumesAtRandomMoments)
     const ItemPtr item = engine.add(url(server, "/file.bin"));
     std::mt19937 random(1); // NOLINT(cert-msc51-cpp): the same moments each time
     for (int i = 0; i < 40 && item->status() != DownloadStatus::completed; ++i) {
-        engine.manager().startAll();
+        engine.manager().commands().startAll();
         static_cast<void>(waitUntil([&item] { return item->status() == DownloadStatus::completed; },
                                     std::chrono::milliseconds(random() % 12)));
-        engine.manager().pauseAll();
+        engine.manager().commands().pauseAll();
     }
-    engine.manager().startAll();
+    engine.manager().commands().startAll();
     ASSERT_TRUE(engine.runToEnd(item));
     EXPECT_TRUE(isSource(engine.sandbox, QStringLiteral("Downloads/file.bin"), source));
 }
@@ -73,7 +73,7 @@ TEST(ByteStream, CarriesManyTransfersAtOnceUnderACap)
         server.serve(path, {.content = PatternContent(static_cast<std::uint64_t>(i), 400000)});
         items.push_back(engine.add(url(server, path.c_str())));
     }
-    engine.manager().startAll();
+    engine.manager().commands().startAll();
     for (int i = 0; i < 10; ++i) {
         ASSERT_TRUE(engine.runToEnd(items[static_cast<std::size_t>(i)]));
         EXPECT_TRUE(isSource(engine.sandbox, QStringLiteral("Downloads/%1.bin").arg(i),
@@ -91,7 +91,7 @@ TEST(ByteStream, KeepsMemoryFlat)
     server.serve("/large.bin", {.content = source});
     LiveEngine engine;
     const ItemPtr item = engine.add(url(server, "/large.bin"));
-    engine.manager().startAll();
+    engine.manager().commands().startAll();
     ASSERT_TRUE(waitUntil([&item] { return item->totalBytes() > 0; }));
     const qint64 before = residentBytes();
     ASSERT_TRUE(engine.runToEnd(item));
@@ -109,11 +109,11 @@ TEST(ByteStream, TakesAnUntrustedCertificateOnlyFromThePremiumServices)
     network.connectTo.insert("*", "127.0.0.1:" + QByteArray::number(server.port()));
     LiveEngine engine(network);
     const ItemPtr premium = engine.add(QStringLiteral("https://dl.filestore.example/file.bin"));
-    engine.manager().startAll();
+    engine.manager().commands().startAll();
     ASSERT_TRUE(engine.runToEnd(premium));
     EXPECT_EQ(premium->status(), DownloadStatus::completed) << qPrintable(premium->status().message());
     const ItemPtr other = engine.add(QStringLiteral("https://other.example/other.bin"));
-    engine.manager().startAll();
+    engine.manager().commands().startAll();
     ASSERT_TRUE(engine.runToEnd(other));
     EXPECT_EQ(other->status(), DownloadStatus::failure(QStringLiteral("The server's certificate is not trusted.")));
 }
@@ -122,7 +122,7 @@ TEST(ByteStream, TellsAServerThatIsNotThere)
 {
     LiveEngine engine;
     const ItemPtr item = engine.add(QStringLiteral("http://127.0.0.1:1/file.bin"));
-    engine.manager().startAll();
+    engine.manager().commands().startAll();
     ASSERT_TRUE(engine.runToEnd(item));
     EXPECT_EQ(item->status(), DownloadStatus::failure(QStringLiteral("Could not connect to the server.")));
 }
@@ -135,7 +135,7 @@ TEST(ByteStream, EndsInOrderWhileTransfersRun)
     for (int i = 0; i < 10; ++i) {
         LiveEngine engine;
         const ItemPtr item = engine.add(url(server, "/file.bin"));
-        engine.manager().startAll();
+        engine.manager().commands().startAll();
         ASSERT_TRUE(waitUntil([&item] { return item->totalBytes() > 0; }));
         engine.manager().shutDown();
     }

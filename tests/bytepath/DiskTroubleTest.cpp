@@ -31,7 +31,7 @@ protected:
     ItemPtr fetch()
     {
         const ItemPtr item = engine.add(QString::fromStdString(server.url("/file.bin")));
-        engine.manager().startAll();
+        engine.manager().commands().startAll();
         EXPECT_TRUE(engine.runToEnd(item));
         return item;
     }
@@ -139,7 +139,7 @@ TEST_F(DiskTrouble, StartsAnewWhenTheFolderIsRemovedDuringTheDownload)
 {
     server.setAnswers("/file.bin", {Answer::file().stallAfter(400000), Answer::file()});
     const ItemPtr item = engine.add(QString::fromStdString(server.url("/file.bin")));
-    engine.manager().startAll();
+    engine.manager().commands().startAll();
     ASSERT_TRUE(waitUntil(
         [this] { return engine.sandbox.read(QStringLiteral("Downloads/file.bin.download")).size() >= 262144; }));
     ASSERT_TRUE(QDir(engine.sandbox.path(QStringLiteral("Downloads"))).removeRecursively());
@@ -155,7 +155,7 @@ TEST_F(DiskTrouble, HarmsNoOtherItem)
     const ItemPtr fine = engine.add(QString::fromStdString(server.url("/fine.bin")));
     server.setAnswers("/file.bin", {Answer::file().stallAfter(400000), Answer::file()});
     const ItemPtr item = engine.add(QString::fromStdString(server.url("/file.bin")));
-    engine.manager().startAll();
+    engine.manager().commands().startAll();
     ASSERT_TRUE(waitUntil(
         [this] { return engine.sandbox.read(QStringLiteral("Downloads/file.bin.download")).size() >= 262144; }));
     ASSERT_TRUE(QFile::remove(engine.sandbox.path(QStringLiteral("Downloads/file.bin.download"))));

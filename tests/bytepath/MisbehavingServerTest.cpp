@@ -157,7 +157,7 @@ TEST_P(MisbehavingServer, NeverSpoilsAFile)
     if (GetParam().isResumed)
         item->setPartPlace(PartPlace{engine.sandbox.write(partFile, bytesOf(source, partSize)), false});
     const ItemPtr other = engine.add(QString::fromStdString(server.url("/other.bin")));
-    engine.manager().startAll();
+    engine.manager().commands().startAll();
     ASSERT_TRUE(engine.runToEnd(item)) << "status " << item->status().kind();
     ASSERT_TRUE(engine.runToEnd(other));
 

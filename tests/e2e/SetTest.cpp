@@ -114,7 +114,7 @@ TEST_F(SetTest, RebuildsAVolumeThatNeverComesFromItsRecoveryVolumes)
     const QString lost = names[2];
     serveFile(lost, {}, {Answer::empty(404)});
     addAll(names);
-    engine.manager().startAll();
+    engine.manager().commands().startAll();
     ASSERT_TRUE(runUntil([&] { return find(lost).status() == DownloadStatus::failed; }));
     EXPECT_EQ(find(lost).recoveryCountdown(), 10);
     EXPECT_EQ(find(names.back()).status(), DownloadStatus::queued);
@@ -134,7 +134,7 @@ TEST_F(SetTest, RepairsADamagedVolumeFromRecoveryVolumesThatItFetchesForThat)
     const QStringList names = serve(set);
     serveFile(names[2], "<html>Not found</html>");
     addAll(names);
-    engine.manager().startAll();
+    engine.manager().commands().startAll();
     const DownloadItem& first = find(names[0]);
     const Sighting repair(engine.manager(), [&] {
         return first.extractionStatus() == ExtractionStatus::repairing && isInQueue(names.back()) &&
@@ -158,7 +158,7 @@ TEST_F(SetTest, FetchesAVolumeAgainThatVerificationFindsDamaged)
     bad.replace(50'000, 16, QByteArray(16, 'x'));
     serveFile(names[1], bad);
     const std::vector<ItemPtr> items = addAll(names);
-    engine.manager().startAll();
+    engine.manager().commands().startAll();
     ASSERT_TRUE(runUntil([&] {
         return std::all_of(items.begin(), items.end(),
                            [](const ItemPtr& item) { return item->status() == DownloadStatus::completed; });
@@ -167,7 +167,7 @@ TEST_F(SetTest, FetchesAVolumeAgainThatVerificationFindsDamaged)
     engine.manager().settings().autoExtract.set(true);
     const Sighting newFetch(engine.manager(), [&] { return items[1]->status() == DownloadStatus::downloading; });
     const Sighting needlessFetch(engine.manager(), [&] { return items[0]->status() != DownloadStatus::completed; });
-    engine.manager().verifyGroup(items);
+    engine.manager().commands().verifyGroup(items);
     ASSERT_TRUE(waitUntil([&] { return newFetch.hasCome(); }));
     EXPECT_FALSE(needlessFetch.hasCome());
     EXPECT_TRUE(runUntil([&] { return items[0]->extractionStatus() == ExtractionStatus::done; }));
@@ -185,7 +185,7 @@ TEST_F(SetTest, AsksForThePasswordAndUnpacksOnceItIsRight)
         set.areHeadersEncrypted = areHeadersEncrypted;
         const QStringList names = serve(set);
         addAll(names);
-        engine.manager().startAll();
+        engine.manager().commands().startAll();
         const auto question = [this] { return engine.manager().questions().pendingExtractionPassword(); };
         ASSERT_TRUE(runUntil([&] { return question().has_value(); }));
         EXPECT_EQ(question()->archiveName, set.name);
@@ -213,7 +213,7 @@ TEST_F(SetTest, UnpacksVolumesThatCameInAnyOrder)
     engine.manager().settings().cleanExtractedNames.set(true);
     engine.manager().settings().deleteArchiveAfterExtract.set(true);
     addAll(names);
-    engine.manager().startAll();
+    engine.manager().commands().startAll();
     ASSERT_TRUE(runUntil([&] { return find(first).extractionStatus() == ExtractionStatus::done; }));
     EXPECT_EQ(unpacked(QStringLiteral("Città.Ωmega.mkv")), movie);
     EXPECT_TRUE(waitUntil([&] { return engine.sandbox.files(QStringLiteral("Downloads")).size() == 2; }));

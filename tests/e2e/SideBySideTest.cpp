@@ -80,7 +80,7 @@ TEST_P(SideBySideTest, NobodysFileIsLostAndEveryDownloadIsRight)
     Scene scene(*catalogue, manner, seed);
     RandomUser user(scene, seed);
     constexpr int deeds = 120;
-    scene.manager().startAll();
+    scene.manager().commands().startAll();
     for (int i = 0; i < deeds && !HasFailure(); ++i) {
         user.act();
         EXPECT_EQ(text(scene.harm()), "") << "after " << user.journal().back().toStdString();

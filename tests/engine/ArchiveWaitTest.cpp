@@ -147,9 +147,9 @@ TEST_F(ArchiveWaitTest, LeavesAnArchiveAloneWhoseRecoveryVolumesOnlyChangeTheirP
     // The user did not tell the password, and starts the rest of the queue.
     second->setLocalPath(shop.sandbox.write(QStringLiteral("Downloads/m/m.part2.rar"), "x"));
     second->setStatus(DownloadStatus::completed);
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
-    shop.manager().pauseAll();
+    shop.manager().commands().pauseAll();
     turnEventLoop();
     EXPECT_EQ(first->extractionStatus(), ExtractionStatus::idle);
 }
@@ -158,7 +158,7 @@ TEST_F(ArchiveWaitTest, GoesOnWithoutAReleasedRecoveryVolumeThatTheUserStops)
 {
     start(second);
     sendAPage(second);
-    shop.manager().retryWithRevFiles({first});
+    shop.manager().commands().retryWithRevFiles({first});
     turnEventLoop();
     ASSERT_EQ(rev->status(), DownloadStatus::downloading);
     shop.manager().commands().stopItems({rev});
@@ -169,7 +169,7 @@ TEST_F(ArchiveWaitTest, WaitsForAReleasedRecoveryVolumeThatIsPaused)
 {
     start(second);
     sendAPage(second);
-    shop.manager().retryWithRevFiles({first});
+    shop.manager().commands().retryWithRevFiles({first});
     turnEventLoop();
     shop.manager().commands().pauseItems({rev});
     turnEventLoop();

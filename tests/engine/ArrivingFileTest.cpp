@@ -40,7 +40,7 @@ const Way ways[] = {
      [](Workshop& shop) {
          const ItemPtr item = shop.add(url);
          lay(shop);
-         shop.manager().startAll();
+         shop.manager().commands().startAll();
          return item;
      }},
     {"BeforeTheDiskWasLookedAt",

@@ -21,12 +21,12 @@ protected:
         ItemPtr item = shop.start(rarLink);
         say(200, {{"Content-Length", "6"}, {"ETag", "\"1\""}});
         send("abc");
-        shop.manager().pauseAll();
+        shop.manager().commands().pauseAll();
         return item;
     }
     void goOn()
     {
-        shop.manager().startAll();
+        shop.manager().commands().startAll();
         turnEventLoop();
     }
 };
@@ -65,7 +65,7 @@ TEST_F(BegunItem, ForgetsAPartFileThatWasEmptyAndIsGone)
     EXPECT_FALSE(dead->partPlace());
     const ItemPtr pausedSoon = shop.start(QStringLiteral("http://h/y.rar"));
     ASSERT_TRUE(pausedSoon->partPlace());
-    shop.manager().pauseAll();
+    shop.manager().commands().pauseAll();
     EXPECT_FALSE(pausedSoon->partPlace());
     EXPECT_TRUE(shop.sandbox.files(QStringLiteral("Downloads")).isEmpty());
 }
@@ -73,7 +73,7 @@ TEST_F(BegunItem, ForgetsAPartFileThatWasEmptyAndIsGone)
 TEST_F(BegunItem, LeavesAPartFileAloneThatAnotherItemWritesUnderTheNameOfItsOwn)
 {
     const ItemPtr first = shop.start(QStringLiteral("http://a/x.rar"));
-    shop.manager().pauseAll();
+    shop.manager().commands().pauseAll();
     const ItemPtr second = shop.add(QStringLiteral("http://b/x.rar"));
     shop.manager().commands().startItems({second});
     turnEventLoop();

@@ -67,6 +67,6 @@ TEST(ClearCompleted, LeavesWhatHasAnyOtherStatus)
         if (status != DownloadStatus::completed)
             others.push_back(item);
     }
-    shop.manager().clearCompleted();
+    shop.manager().commands().clearCompleted();
     EXPECT_EQ(shop.manager().items(), others);
 }

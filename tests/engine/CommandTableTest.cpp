@@ -47,14 +47,14 @@ void moveToTheFront(DownloadManager& manager, const Items& items)
 
 const Command commandTable[] = {
     {"Pause", [](DownloadManager& m, const Items& i) { m.commands().pauseItems(i); }, false, {q, r, e, p, p, s, c, f}},
-    {"PauseAll", [](DownloadManager& m, const Items&) { m.pauseAll(); }, false, {p, r, e, p, p, s, c, f}},
+    {"PauseAll", [](DownloadManager& m, const Items&) { m.commands().pauseAll(); }, false, {p, r, e, p, p, s, c, f}},
     {"Stop", [](DownloadManager& m, const Items& i) { m.commands().stopItems(i); }, false, {s, s, e, s, s, s, c, f}},
     {"Resume",
      [](DownloadManager& m, const Items& i) { m.commands().resumeItem(*i[0]); },
      false,
      {q, r, e, d, q, s, c, f}},
     {"Start", [](DownloadManager& m, const Items& i) { m.commands().startItems(i); }, false, {q, r, e, d, q, q, c, f}},
-    {"StartAll", [](DownloadManager& m, const Items&) { m.startAll(); }, false, {q, r, e, d, q, s, c, f}},
+    {"StartAll", [](DownloadManager& m, const Items&) { m.commands().startAll(); }, false, {q, r, e, d, q, s, c, f}},
     {"Retry",
      [](DownloadManager& m, const Items& i) { m.commands().retryItem(*i[0]); },
      false,

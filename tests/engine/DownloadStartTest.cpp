@@ -70,15 +70,15 @@ TEST_F(DownloadStart, UsesAResolvedAddressForLessThan1200Seconds)
 {
     const ItemPtr item = startFilestore();
     resolveTo(1, QStringLiteral("https://cdn.example/d/movie.rar"));
-    shop.manager().pauseAll();
+    shop.manager().commands().pauseAll();
     shop.clock.advance(1199s);
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     EXPECT_EQ(log->resolves.size(), 2U);
     EXPECT_EQ(item->status(), DownloadStatus::downloading);
-    shop.manager().pauseAll();
+    shop.manager().commands().pauseAll();
     shop.clock.advance(1s);
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     EXPECT_EQ(log->resolves.size(), 3U);
     EXPECT_EQ(item->status(), DownloadStatus::resolving);
@@ -88,9 +88,9 @@ TEST_F(DownloadStart, NeverUsesAnAddressThatWasResolvedInTheFuture)
 {
     const ItemPtr item = startFilestore();
     resolveTo(1, QStringLiteral("https://cdn.example/d/movie.rar"));
-    shop.manager().pauseAll();
+    shop.manager().commands().pauseAll();
     item->setResolvedAt(shop.clock.wallNow() + 1s);
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     EXPECT_EQ(log->resolves.size(), 3U);
     EXPECT_EQ(item->status(), DownloadStatus::resolving);
@@ -102,7 +102,7 @@ TEST_F(DownloadStart, NeverUsesAResolvedAddressWithoutItsDate)
     const ItemPtr item = shop.add(filestoreLink);
     resolveTo(0, QStringLiteral("https://cdn.example/none"));
     item->setResolvedURL(link(QStringLiteral("https://cdn.example/old.rar")));
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     EXPECT_EQ(log->resolves.size(), 2U);
 }
@@ -125,7 +125,7 @@ TEST_F(DownloadStart, TakesNoFileOfAnotherItemForItsOwn)
     ASSERT_EQ(shop.add(QStringLiteral("http://h/get.php?id=1"))->status(), DownloadStatus::completed);
     const ItemPtr second = shop.add(QStringLiteral("http://h/get.php?id=2"));
     EXPECT_EQ(second->status(), DownloadStatus::paused);
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     EXPECT_EQ(second->status(), DownloadStatus::downloading);
 }
@@ -139,7 +139,7 @@ TEST_F(DownloadStart, TakesTwoFilesOfOneToldNameForOne)
     first->setStatus(DownloadStatus::completed);
     const ItemPtr mirror = shop.add(QStringLiteral("https://filestore.example/f/2"));
     resolveTo(1, QStringLiteral("https://cdn.example/movie.rar"));
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     resolveTo(2, QStringLiteral("https://cdn.example/movie.rar"));
     EXPECT_EQ(mirror->status(), DownloadStatus::completed);
@@ -150,7 +150,7 @@ TEST_F(DownloadStart, LetsTheLinksOfOneScriptRunSideBySideOnceTheirNamesAreTold)
 {
     const auto items = shop.add({QStringLiteral("http://h/get.php?id=1"), QStringLiteral("http://h/get.php?id=2"),
                                  QStringLiteral("http://h/get.php?id=3")});
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     for (std::size_t i = 0; i < 3; ++i) {
         ASSERT_EQ(shop.http.exchanges().size(), i + 1);
@@ -194,7 +194,7 @@ TEST_F(DownloadStart, StartsOnceThoughStoppedAndStartedWhileResolving)
 {
     const ItemPtr item = startFilestore();
     shop.manager().commands().interruptItem(*item, DownloadStatus::paused);
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     resolveTo(1, QStringLiteral("https://cdn.example/d/first.rar"));
     EXPECT_TRUE(shop.http.exchanges().empty());
@@ -223,7 +223,7 @@ TEST_F(DownloadStart, SurvivesTheEndOfTheManagerWhileResolving)
 TEST_F(DownloadStart, StartsNoItemTwiceHoweverOftenThePassRuns)
 {
     const ItemPtr item = shop.add(QStringLiteral("http://h/a.bin"));
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     shop.manager().processQueue();
     shop.manager().processQueue();
     turnEventLoop();
@@ -234,8 +234,8 @@ TEST_F(DownloadStart, StartsNoItemTwiceHoweverOftenThePassRuns)
 TEST_F(DownloadStart, LeavesAnItemAloneThatWasPausedBeforeItsTurn)
 {
     const ItemPtr item = shop.add(QStringLiteral("http://h/a.bin"));
-    shop.manager().startAll();
-    shop.manager().pauseAll();
+    shop.manager().commands().startAll();
+    shop.manager().commands().pauseAll();
     turnEventLoop();
     EXPECT_EQ(item->status(), DownloadStatus::paused);
     EXPECT_TRUE(shop.http.exchanges().empty());
@@ -245,7 +245,7 @@ TEST_F(DownloadStart, LetsARaisedLimitTakeEffectAtTheNextEvent)
 {
     shop.settings().maxConcurrentDownloads.set(1);
     const auto items = shop.add({QStringLiteral("http://h/a"), QStringLiteral("http://h/b")});
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     shop.settings().maxConcurrentDownloads.set(2);
     turnEventLoop();

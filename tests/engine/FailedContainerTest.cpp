@@ -84,7 +84,7 @@ TEST_F(FailedContainerTest, IsNeverFetchedByStartOrResync)
         shop.settings().maxConcurrentDownloads.set(0);
         shop.manager().commands().resyncItems(items);
         shop.manager().commands().stopItems(items);
-        shop.manager().startAll();
+        shop.manager().commands().startAll();
         shop.settings().maxConcurrentDownloads.set(5);
         shop.manager().commands().startItems({row});
         expectReads(1);

@@ -182,11 +182,11 @@ TEST_F(FilenamePrefetchTest, ComparesANameThatAResolveHasTold)
     shop.settings().maxConcurrentDownloads.set(1);
     const ItemPtr first = shop.add(filestore(1));
     failWith(0, ResolverError::authenticationFailed());
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     answerWithAddress(log->resolves.at(1), QStringLiteral("https://cdn.example/movie.rar"));
     turnEventLoop();
-    shop.manager().pauseAll();
+    shop.manager().commands().pauseAll();
     shop.add(filestore(2));
     name(2, QStringLiteral("Movie.rar"));
     EXPECT_EQ(shop.manager().items(), std::vector{first});

@@ -83,12 +83,12 @@ TEST_F(FinishedOnDisk, AFileThatWasWholeAlreadyIsSyncedTooAndNobodyIsAsked)
     say(200, {{"Content-Length", "3"}});
     send("abc");
     close();
-    shop.manager().pauseAll();
+    shop.manager().commands().pauseAll();
     EXPECT_EQ(item->status(), DownloadStatus::paused);
     shop.sync.release();
     turnEventLoop();
     EXPECT_EQ(item->status(), DownloadStatus::paused) << "what was dropped is not heard of again";
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     EXPECT_EQ(shop.http.exchanges().size(), 1U);
     EXPECT_EQ(shop.sync.syncs, 2);

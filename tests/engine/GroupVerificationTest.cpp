@@ -29,13 +29,13 @@ protected:
     [[nodiscard]] bool isSettled()
     {
         const ItemPtr other = onDisk(QStringLiteral("b.part1.rar"));
-        shop.manager().verifyGroup({other});
+        shop.manager().commands().verifyGroup({other});
         return waitUntil([&] { return other->status() == DownloadStatus::queued; });
     }
     /// What the row of the first volume says once the set was tested.
     [[nodiscard]] VerificationResult told()
     {
-        shop.manager().verifyGroup(set);
+        shop.manager().commands().verifyGroup(set);
         EXPECT_TRUE(waitUntil([&] { return set[0]->verification().kind != VerificationResult::running; }));
         return set[0]->verification();
     }
@@ -43,7 +43,7 @@ protected:
     [[nodiscard]] VerificationResult::Kind toldAfter(const std::function<void()>& event)
     {
         unrar(waitForGo() + "; echo 'Cannot find volume a.part2.rar'; exit 3");
-        shop.manager().verifyGroup(set);
+        shop.manager().commands().verifyGroup(set);
         EXPECT_TRUE(waitUntil([&] { return !shop.tools.calls(QStringLiteral("unrar")).isEmpty(); }));
         shop.manager().commands().redownloadItem(*set[1]);
         event();
@@ -68,7 +68,7 @@ protected:
 TEST_F(GroupVerificationTest, FetchesTheBadVolumesAgain)
 {
     unrar("echo 'Cannot find volume /x/A.PART2.RAR'; exit 3");
-    shop.manager().verifyGroup(set);
+    shop.manager().commands().verifyGroup(set);
     ASSERT_TRUE(waitUntil([&] { return set[1]->status() == DownloadStatus::queued; }));
     EXPECT_FALSE(set[1]->localPath());
     EXPECT_FALSE(shop.sandbox.exists(QStringLiteral("Downloads/a/a.part2.rar")));
@@ -78,7 +78,7 @@ TEST_F(GroupVerificationTest, FetchesTheBadVolumesAgain)
 TEST_F(GroupVerificationTest, FetchesTheTestedVolumeAgainWhenOnlyAHeaderIsBlamed)
 {
     unrar("echo 'Corrupt header is found'; exit 3");
-    shop.manager().verifyGroup(set);
+    shop.manager().commands().verifyGroup(set);
     EXPECT_TRUE(waitUntil([&] { return set[0]->status() == DownloadStatus::queued; }));
     EXPECT_EQ(set[1]->status(), DownloadStatus::completed);
 }
@@ -88,7 +88,7 @@ TEST_F(GroupVerificationTest, UnpacksTheSetOnceItsBadVolumesAreHereAnew)
     unrar("echo 'Cannot find volume a.part2.rar'; exit 3");
     set[0]->setExtractionStatus(ExtractionStatus::failure(QStringLiteral("broken")));
     shop.settings().maxConcurrentDownloads.set(1);
-    shop.manager().verifyGroup(set);
+    shop.manager().commands().verifyGroup(set);
     ASSERT_TRUE(waitUntil([&] { return set[1]->status() == DownloadStatus::downloading; }));
     EXPECT_EQ(set[0]->extractionStatus(), ExtractionStatus::idle);
     shop.http.last().head(200, {{"Content-Length", "1"}});
@@ -100,7 +100,7 @@ TEST_F(GroupVerificationTest, UnpacksTheSetOnceItsBadVolumesAreHereAnew)
 TEST_F(GroupVerificationTest, UnpacksASoundSet)
 {
     unrar("exit 0");
-    shop.manager().verifyGroup(set);
+    shop.manager().commands().verifyGroup(set);
     EXPECT_TRUE(reaches(set[0], ExtractionStatus::done));
 }
 
@@ -108,7 +108,7 @@ TEST_F(GroupVerificationTest, UnpacksNoSetThatIsUnpackedAlready)
 {
     unrar(noteTheEnd() + "exit 0");
     set[0]->setExtractionStatus(ExtractionStatus::done);
-    shop.manager().verifyGroup(set);
+    shop.manager().commands().verifyGroup(set);
     ASSERT_TRUE(isOver());
     ASSERT_TRUE(isSettled());
     EXPECT_EQ(shop.tools.calls(QStringLiteral("unrar")).size(), 2); // a test of each set
@@ -117,21 +117,21 @@ TEST_F(GroupVerificationTest, UnpacksNoSetThatIsUnpackedAlready)
 
 TEST_F(GroupVerificationTest, TriesToUnpackWhereNoToolCanTest)
 {
-    shop.manager().verifyGroup(set);
+    shop.manager().commands().verifyGroup(set);
     EXPECT_TRUE(reaches(set[0], ExtractionStatus::failed));
 }
 
 TEST_F(GroupVerificationTest, DoesNothingWithoutTheFirstVolume)
 {
     unrar("exit 0");
-    shop.manager().verifyGroup({set[1]});
+    shop.manager().commands().verifyGroup({set[1]});
     EXPECT_EQ(set[1]->verification().kind, VerificationResult::none);
 }
 
 TEST_F(GroupVerificationTest, LeavesVolumesAloneThatWereRemovedMeanwhile)
 {
     unrar(waitForGo() + "; echo 'Cannot find volume a.part2.rar'; " + noteTheEnd() + "exit 3");
-    shop.manager().verifyGroup(set);
+    shop.manager().commands().verifyGroup(set);
     ASSERT_TRUE(waitUntil([&] { return !shop.tools.calls(QStringLiteral("unrar")).isEmpty(); }));
     shop.manager().commands().removeGroup(QStringLiteral("a"));
     go();
@@ -144,7 +144,7 @@ TEST_F(GroupVerificationTest, SaysThatAllIsWellAlsoOfASetThatIsUnpackedAlready)
 {
     unrar(waitForGo() + "; exit 0");
     set[0]->setExtractionStatus(ExtractionStatus::done);
-    shop.manager().verifyGroup(set);
+    shop.manager().commands().verifyGroup(set);
     EXPECT_EQ(set[0]->verification(), VerificationResult{VerificationResult::running});
     go();
     ASSERT_TRUE(waitUntil([&] { return set[0]->verification().kind != VerificationResult::running; }));
@@ -190,13 +190,13 @@ TEST_F(GroupVerificationTest, TestsASetOnceHoweverOftenItIsAskedFor)
 {
     unrar(waitForGo() + "; exit 0");
     set[0]->setExtractionStatus(ExtractionStatus::done);
-    shop.manager().verifyGroup(set);
-    shop.manager().verifyGroup(set);
+    shop.manager().commands().verifyGroup(set);
+    shop.manager().commands().verifyGroup(set);
     go();
     ASSERT_TRUE(waitUntil([&] { return set[0]->verification().kind == VerificationResult::sound; }));
     EXPECT_EQ(shop.tools.calls(QStringLiteral("unrar")).size(), 1);
     halt();
-    shop.manager().verifyGroup(set);
+    shop.manager().commands().verifyGroup(set);
     EXPECT_EQ(set[0]->verification().kind, VerificationResult::running);
     go();
     ASSERT_TRUE(waitUntil([&] { return set[0]->verification().kind == VerificationResult::sound; }));
@@ -207,21 +207,21 @@ TEST_F(GroupVerificationTest, TestsNoSetThatIsBeingUnpackedOrRepaired)
 {
     unrar("exit 3", "exit 3");
     shop.tools.add(QStringLiteral("rar"), waitForGo());
-    shop.manager().retryExtraction(set[0]->id());
-    shop.manager().verifyGroup(set);
+    shop.manager().commands().retryExtraction(set[0]->id());
+    shop.manager().commands().verifyGroup(set);
     EXPECT_EQ(set[0]->verification().kind, VerificationResult::busy);
     ASSERT_TRUE(waitUntil([&] { return set[0]->extractionStatus() == ExtractionStatus::repairing; }));
-    shop.manager().verifyGroup(set);
+    shop.manager().commands().verifyGroup(set);
     EXPECT_EQ(set[0]->verification().kind, VerificationResult::busy);
     for (const QStringList& call : shop.tools.calls(QStringLiteral("unrar")))
         EXPECT_EQ(call.front(), u"x");
-    shop.manager().stopExtraction(set[0]->id());
+    shop.manager().commands().stopExtraction(set[0]->id());
 }
 
 TEST_F(GroupVerificationTest, FetchesNothingOfASetThatWasUnpackedWhileItWasTested)
 {
     unrar(waitForGo() + "; echo 'Cannot find volume /x/a.part2.rar'; " + noteTheEnd() + "exit 3");
-    shop.manager().verifyGroup(set);
+    shop.manager().commands().verifyGroup(set);
     ASSERT_TRUE(waitUntil([&] { return !shop.tools.calls(QStringLiteral("unrar")).isEmpty(); }));
     set[0]->setExtractionStatus(ExtractionStatus::extracting);
     set[0]->setExtractionStatus(ExtractionStatus::done);

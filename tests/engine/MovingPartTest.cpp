@@ -23,7 +23,7 @@ TEST_F(MovingPart, AnItemThatGetsAnotherNameBringsItsBytesAlong)
     const ItemPtr item = shop.start(rarLink);
     say(200, {{"Content-Length", "6"}});
     send("abc");
-    shop.manager().pauseAll();
+    shop.manager().commands().pauseAll();
     item->setFilename(QStringLiteral("movie.part1.rar"));
     startAll();
     EXPECT_EQ(server().header("Range"), "bytes=3-");
@@ -35,7 +35,7 @@ TEST_F(MovingPart, AnItemBringsItsBytesAlongToAnotherDownloadFolder)
     shop.start(rarLink);
     say(200, {{"Content-Length", "6"}});
     send("abc");
-    shop.manager().pauseAll();
+    shop.manager().commands().pauseAll();
     shop.settings().downloadFolderPath.set(shop.sandbox.path(QStringLiteral("elsewhere")));
     shop.restart();
     startAll();
@@ -52,7 +52,7 @@ TEST_F(MovingPart, AnItemGoesOnWhereItsBytesLieWhenTheNewFolderIsOnAnotherDisk)
     const ItemPtr item = shop.start(rarLink);
     say(200, {{"Content-Length", "6"}});
     send("abc");
-    shop.manager().pauseAll();
+    shop.manager().commands().pauseAll();
     shop.settings().downloadFolderPath.set(far.path());
     startAll();
     EXPECT_EQ(server().header("Range"), "bytes=3-");

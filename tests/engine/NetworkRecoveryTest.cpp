@@ -156,7 +156,7 @@ TEST_F(NetworkRecoveryTest, StartsNoRecoveryForASingleArchive)
 TEST_F(NetworkRecoveryTest, StartsNoRecoveryForARecoveryVolume)
 {
     shop.add(QStringLiteral("http://h/m.part2.rev"));
-    shop.manager().retryWithRevFiles({part});
+    shop.manager().commands().retryWithRevFiles({part});
     turnEventLoop();
     fail(rev);
     EXPECT_EQ(rev->recoveryCountdown(), std::nullopt);
@@ -268,7 +268,7 @@ TEST_F(NetworkRecoveryTest, RepairsTheSetsOfTheItemsOnTheUsersWish)
     part->setExtractionStatus(broken);
     const ItemPtr other = shop.add(QStringLiteral("http://h/other.part1.rar"));
     other->setExtractionStatus(broken);
-    shop.manager().retryWithRevFiles({set[0], set[1]});
+    shop.manager().commands().retryWithRevFiles({set[0], set[1]});
     turnEventLoop();
     EXPECT_EQ(part->extractionStatus(), ExtractionStatus::idle);
     EXPECT_EQ(other->extractionStatus(), broken);

@@ -142,7 +142,7 @@ TEST_F(NextTriesTest, IsTakenAtOnceWhenTheUserStartsItAndHasItsWholeBudgetAgain)
 
 TEST_F(NextTriesTest, IsTakenAtOnceByStartAllAndKeepsItsBudget)
 {
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     EXPECT_EQ(tries(), 2);
     EXPECT_EQ(failuresLeft(), 7);
@@ -158,7 +158,7 @@ TEST_F(NextTriesTest, IsTakenAtOnceByARetry)
 
 TEST_F(NextTriesTest, IsNotWokenOncePausedOrStopped)
 {
-    shop.manager().pauseAll();
+    shop.manager().commands().pauseAll();
     shop.clock.advance(1min);
     EXPECT_EQ(item->status(), DownloadStatus::paused);
     shop.manager().commands().resumeItem(*item);
@@ -173,7 +173,7 @@ TEST_F(NextTriesTest, IsNotWokenOncePausedOrStopped)
 
 TEST_F(NextTriesTest, IsTakenAtOnceAfterAPause)
 {
-    shop.manager().pauseAll();
+    shop.manager().commands().pauseAll();
     shop.manager().commands().resumeItem(*item);
     turnEventLoop();
     EXPECT_EQ(tries(), 2);
@@ -202,7 +202,7 @@ TEST_P(DeadAddressTest, IsResolvedAnewAndTheFileGoesOnFromTheSameByte)
     shop.manager().accounts().set({account(SupportedHost::filestore)});
     const ItemPtr item = shop.add(QStringLiteral("https://filestore.example/f/abc"));
     resolveTo(QStringLiteral("https://cdn.example/none"));
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     resolveTo(QStringLiteral("https://cdn1.example/movie.rar"));
     shop.http.last().head(200, {{"Content-Length", "6"}});

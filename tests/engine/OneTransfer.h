@@ -34,7 +34,7 @@ protected:
     }
     void startAll()
     {
-        shop.manager().startAll();
+        shop.manager().commands().startAll();
         turnEventLoop();
     }
     [[nodiscard]] QStringList downloads() const { return shop.sandbox.files(QStringLiteral("Downloads")); }

@@ -36,7 +36,7 @@ protected:
         const ItemPtr orphan = shop.start(QStringLiteral("http://first/x.rar"));
         say(200, headers);
         send("abc");
-        shop.manager().pauseAll();
+        shop.manager().commands().pauseAll();
         shop.manager().commands().removeItems({orphan->id()});
         ASSERT_EQ(shop.sandbox.read(partFile), "abc");
     }
@@ -156,7 +156,7 @@ TEST_F(PartOwnership, APauseKeepsProgressThoughAnOrphanHasTheServersName)
     shop.start(QStringLiteral("http://h/get"));
     say(200, {{"Content-Length", "6"}, {"Content-Disposition", "attachment; filename=movie.rar"}});
     send("abc");
-    shop.manager().pauseAll();
+    shop.manager().commands().pauseAll();
     shop.restart(true);
     EXPECT_EQ(only().filename(), QStringLiteral("movie.rar"));
     EXPECT_EQ(only().bytesReceived(), 3);
@@ -203,7 +203,7 @@ TEST_F(PartOwnership, AFileWithoutMarksIsTheItemsWhereTheQueueSaysSo)
     const ItemPtr item = shop.start(rarLink);
     say(200, {{"Content-Length", "6"}});
     send("abc");
-    shop.manager().pauseAll();
+    shop.manager().commands().pauseAll();
     removeMarks(shop.sandbox.path(secondPart));
     item->setPartPlace(PartPlace{shop.sandbox.path(secondPart), false});
     shop.manager().saveQueue();
@@ -281,7 +281,7 @@ TEST_F(PartOwnership, ItsOwnFileWithASecondNameIsNotWrittenThrough)
     const ItemPtr item = shop.start(rarLink);
     say(200, {{"Content-Length", "6"}});
     send("abc");
-    shop.manager().pauseAll();
+    shop.manager().commands().pauseAll();
     const QString kept = shop.sandbox.path(QStringLiteral("kept"));
     ASSERT_EQ(::link(QFile::encodeName(shop.sandbox.path(partFile)).constData(), QFile::encodeName(kept).constData()),
               0);
@@ -343,7 +343,7 @@ TEST_F(PartOwnership, APauseBeforeTheFirstByteLeavesNothingBehind)
     shop.start(rarLink);
     say(200, {{"Content-Length", "6"}});
     EXPECT_THAT(downloads(), ElementsAre(QStringLiteral("x.rar.download")));
-    shop.manager().pauseAll();
+    shop.manager().commands().pauseAll();
     EXPECT_TRUE(downloads().isEmpty());
     startAll();
     shop.manager().shutDown();

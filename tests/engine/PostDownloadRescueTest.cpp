@@ -92,7 +92,7 @@ TEST_F(PostDownloadRescueTest, StopsARepairWhenTheUserWants)
     const ItemPtr rev = shop.add(QStringLiteral("http://h/m.part1.rev"));
     run(first);
     ASSERT_TRUE(waitUntil([&] { return !shop.tools.calls(QStringLiteral("rar")).isEmpty(); }));
-    shop.manager().stopExtraction(first->id());
+    shop.manager().commands().stopExtraction(first->id());
     ASSERT_TRUE(reaches(first, ExtractionStatus::idle));
     EXPECT_EQ(rev->status(), DownloadStatus::paused); // nothing was let through
     EXPECT_EQ(shop.sandbox.files(QStringLiteral("Downloads")), QStringList{QStringLiteral("m/m.part1.rar")});
@@ -110,7 +110,7 @@ TEST_F(PostDownloadRescueTest, IsTriedAgainWhenVolumesCameOnTheirWayDuringTheRun
         const ItemPtr rev = shop.add(QStringLiteral("http://h/") + set + QStringLiteral(".part1.rev"));
         run(first);
         ASSERT_TRUE(waitUntil([&] { return !shop.tools.calls(QStringLiteral("unrar")).isEmpty(); }));
-        shop.manager().retryWithRevFiles({first});
+        shop.manager().commands().retryWithRevFiles({first});
         ASSERT_TRUE(waitUntil([&] { return rev->status() == DownloadStatus::downloading; }));
         go();
         ASSERT_TRUE(reaches(first, ExtractionStatus::idle));

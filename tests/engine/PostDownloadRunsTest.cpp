@@ -64,7 +64,7 @@ TEST_F(PostDownloadRunsTest, StartsNoSecondRunBesideOneForTheSameSet)
     run(first);
     ASSERT_TRUE(waitUntil([&] { return shop.tools.calls(QStringLiteral("unrar")).size() == 1; }));
     for (const ItemPtr& item : {first, second}) {
-        shop.manager().retryExtraction(item->id());
+        shop.manager().commands().retryExtraction(item->id());
         item->setExtractionStatus(ExtractionStatus::idle);
         arrive(item);
     }
@@ -81,7 +81,7 @@ TEST_F(PostDownloadRunsTest, StopsARunWhenTheUserWants)
     const ItemPtr second = onDisk(QStringLiteral("m.part2.rar"));
     run(first);
     ASSERT_TRUE(waitUntil([&] { return !shop.tools.calls(QStringLiteral("unrar")).isEmpty(); }));
-    shop.manager().stopExtraction(second->id());
+    shop.manager().commands().stopExtraction(second->id());
     ASSERT_TRUE(reaches(first, ExtractionStatus::idle));
     EXPECT_EQ(shop.sandbox.files(QStringLiteral("Downloads")),
               (QStringList{QStringLiteral("m/m.part1.rar"), QStringLiteral("m/m.part2.rar")}));
@@ -128,7 +128,7 @@ TEST_F(PostDownloadRunsTest, WorksOnTwoArchivesAtATimeInTheOrderOfTheQueue)
         EXPECT_EQ(items[i]->awaitsExtractionTurn(), i > 1) << i;
     }
     ASSERT_TRUE(waitUntil([&] { return shop.tools.calls(QStringLiteral("unrar")).size() == 2; }));
-    shop.manager().stopExtraction(items[3]->id());
+    shop.manager().commands().stopExtraction(items[3]->id());
     EXPECT_EQ(items[3]->extractionStatus(), ExtractionStatus::idle);
     EXPECT_FALSE(items[3]->awaitsExtractionTurn());
     order.clear();
@@ -247,7 +247,8 @@ TEST_F(PostDownloadRunsTest, LeavesTheArchiveAloneThatIsFetchedAgainInTheLastMom
 
 TEST_F(PostDownloadRunsTest, LeavesTheArchiveAloneThatIsStoppedInTheLastMoment)
 {
-    const auto [first, second] = halfPlaced([this](DownloadItem& item) { shop.manager().stopExtraction(item.id()); });
+    const auto [first, second] =
+        halfPlaced([this](DownloadItem& item) { shop.manager().commands().stopExtraction(item.id()); });
     EXPECT_TRUE(QFile::exists(*first->localPath()));
     EXPECT_TRUE(QFile::exists(*second->localPath()));
     EXPECT_EQ(shop.sandbox.read(QStringLiteral("Trash/movie.mkv")), "old");

@@ -139,10 +139,10 @@ TEST_F(PostDownloadTest, TriesAFailedArchiveAgainForTheUser)
     const ItemPtr item = onDisk(QStringLiteral("x.rar"));
     item->setExtractionStatus(ExtractionStatus::failure(QStringLiteral("broken")));
     item->setStatus(DownloadStatus::paused);
-    shop.manager().retryExtraction(item->id());
+    shop.manager().commands().retryExtraction(item->id());
     EXPECT_EQ(item->extractionStatus(), ExtractionStatus::failed);
     item->setStatus(DownloadStatus::completed);
-    shop.manager().retryExtraction(item->id());
+    shop.manager().commands().retryExtraction(item->id());
     EXPECT_TRUE(reaches(item, ExtractionStatus::done));
 }
 

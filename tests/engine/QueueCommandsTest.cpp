@@ -33,7 +33,7 @@ TEST_F(QueueCommandsTest, StartAllLiftsPausedItemsAndLeavesStoppedOnes)
 {
     const auto items = shop.add({QStringLiteral("http://h/a"), QStringLiteral("http://h/b")});
     items[0]->setStatus(DownloadStatus::stopped);
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     EXPECT_EQ(items[0]->status(), DownloadStatus::stopped);
     EXPECT_EQ(items[1]->status(), DownloadStatus::downloading);
@@ -44,11 +44,11 @@ TEST_F(QueueCommandsTest, PauseAllPausesWhatWaitsAndWhatRuns)
     shop.settings().maxConcurrentDownloads.set(1);
     const auto items = shop.add({QStringLiteral("http://h/a"), QStringLiteral("http://h/b"),
                                  QStringLiteral("http://h/c"), QStringLiteral("http://h/d")});
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     items[2]->setStatus(DownloadStatus::resolving);
     items[3]->setStatus(DownloadStatus::expanding);
-    shop.manager().pauseAll();
+    shop.manager().commands().pauseAll();
     turnEventLoop();
     EXPECT_EQ(items[0]->status(), DownloadStatus::paused);
     EXPECT_EQ(items[1]->status(), DownloadStatus::paused);
@@ -60,9 +60,9 @@ TEST_F(QueueCommandsTest, PauseAllPausesWhatWaitsAndWhatRuns)
 TEST_F(QueueCommandsTest, PauseKeepsThePartFileAndStartAllGoesOnFromIt)
 {
     downloading();
-    shop.manager().pauseAll();
+    shop.manager().commands().pauseAll();
     EXPECT_EQ(shop.sandbox.read(partFile), "abc");
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     EXPECT_EQ(shop.http.last().header("Range"), "bytes=3-");
 }
@@ -79,7 +79,7 @@ TEST_F(QueueCommandsTest, RemovalOfARunningItemDeletesItsPartFile)
 TEST_F(QueueCommandsTest, RemovalOfAPausedItemLeavesItsPartFile)
 {
     const ItemPtr item = downloading();
-    shop.manager().pauseAll();
+    shop.manager().commands().pauseAll();
     shop.manager().commands().removeItems({item->id()});
     EXPECT_TRUE(shop.sandbox.exists(partFile));
 }
@@ -88,7 +88,7 @@ TEST_F(QueueCommandsTest, RemovalStartsTheNextItem)
 {
     shop.settings().maxConcurrentDownloads.set(1);
     const auto items = shop.add({QStringLiteral("http://h/a"), QStringLiteral("http://h/b")});
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     shop.manager().commands().removeItems({items[0]->id()});
     turnEventLoop();
@@ -101,7 +101,7 @@ TEST_F(QueueCommandsTest, ClearCompletedRemovesFinishedRowsAndNoFile)
     const QString file = shop.sandbox.write(QStringLiteral("Downloads/m/m.part1.rar"), "x");
     items[0]->setStatus(DownloadStatus::completed);
     items[0]->setLocalPath(file);
-    shop.manager().clearCompleted();
+    shop.manager().commands().clearCompleted();
     ASSERT_EQ(shop.manager().items().size(), 1U);
     EXPECT_EQ(shop.manager().items()[0], items[1]);
     EXPECT_TRUE(shop.sandbox.exists(QStringLiteral("Downloads/m/m.part1.rar")));
@@ -171,7 +171,7 @@ TEST_F(QueueCommandsTest, StopGivesTheSlotToTheNextItemAndSurvivesARestart)
 {
     shop.settings().maxConcurrentDownloads.set(1);
     const auto items = shop.add({QStringLiteral("http://h/a"), QStringLiteral("http://h/b")});
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     shop.manager().commands().stopItems({items[0]});
     turnEventLoop();
@@ -262,7 +262,7 @@ TEST_F(QueueCommandsTest, ClearExtractedTakesOutTheWholeSetOfAnExtractedPart)
                                  QStringLiteral("http://h/m.part1.rev"), QStringLiteral("http://h/m.zip"),
                                  QStringLiteral("http://h/M.part9.rar")});
     items[0]->setExtractionStatus(ExtractionStatus::done);
-    shop.manager().clearExtracted();
+    shop.manager().commands().clearExtracted();
     EXPECT_EQ(shop.manager().items(), (std::vector{items[3], items[4]}));
 }
 

@@ -169,7 +169,8 @@ const Event intakeEvents[] = {
 
 const Event commandEvents[] = {
     {"PausedByHand", [](QueueScene& s) { s.run(); }, [](QueueScene& s) { s.commands().pauseItems({s.item}); }, no, no},
-    {"AllPaused", [](QueueScene& s) { s.run(); }, [](QueueScene& s) { s.shop.manager().pauseAll(); }, no, either},
+    {"AllPaused", [](QueueScene& s) { s.run(); }, [](QueueScene& s) { s.shop.manager().commands().pauseAll(); }, no,
+     either},
     {"Resumed", [](QueueScene& s) { s.add(); }, [](QueueScene& s) { s.commands().resumeItem(*s.item); }, no, yes},
     {"StartedByHand",
      [](QueueScene& s) {
@@ -177,7 +178,8 @@ const Event commandEvents[] = {
          s.shop.settings().maxConcurrentDownloads.set(2);
      },
      [](QueueScene& s) { s.commands().startItems({s.item}); }, no, yes},
-    {"AllStarted", [](QueueScene& s) { s.add(); }, [](QueueScene& s) { s.shop.manager().startAll(); }, no, yes},
+    {"AllStarted", [](QueueScene& s) { s.add(); }, [](QueueScene& s) { s.shop.manager().commands().startAll(); }, no,
+     yes},
     {"Stopped", [](QueueScene& s) { s.run(); }, [](QueueScene& s) { s.commands().stopItems({s.item}); }, yes, yes},
     {"Retried", [](QueueScene& s) { s.add(directLink, DownloadStatus::failure({})); },
      [](QueueScene& s) { s.commands().retryItem(*s.item); }, no, yes},
@@ -200,20 +202,20 @@ const Event commandEvents[] = {
     {"RemovedAsAGroup", [](QueueScene& s) { s.add(QStringLiteral("http://h/m.part1.rar")); },
      [](QueueScene& s) { s.commands().removeGroup(QStringLiteral("m")); }, yes, yes},
     {"CompletedOnesCleared", [](QueueScene& s) { s.add(directLink, DownloadStatus::completed); },
-     [](QueueScene& s) { s.shop.manager().clearCompleted(); }, yes, no},
+     [](QueueScene& s) { s.shop.manager().commands().clearCompleted(); }, yes, no},
     {"ExtractedOnesCleared",
      [](QueueScene& s) {
          s.add();
          s.item->setExtractionStatus(ExtractionStatus::done);
      },
-     [](QueueScene& s) { s.shop.manager().clearExtracted(); }, yes, either},
+     [](QueueScene& s) { s.shop.manager().commands().clearExtracted(); }, yes, either},
     {"Reordered", [](QueueScene& s) { s.add(); },
      [](QueueScene& s) {
          s.commands().moveGroups({1}, 0, {QStringLiteral("waiting.bin"), QStringLiteral("x.bin")});
      },
      yes, no},
     {"RecoveryVolumesReleased", [](QueueScene& s) { s.laySetWithRecoveryVolume(); },
-     [](QueueScene& s) { s.shop.manager().retryWithRevFiles({s.item}); }, yes, yes},
+     [](QueueScene& s) { s.shop.manager().commands().retryWithRevFiles({s.item}); }, yes, yes},
     {"TheProgramEnds",
      [](QueueScene& s) {
          s.run();

@@ -116,7 +116,7 @@ TEST_F(RecoveryCheckTest, ComesForNothingButParts)
 {
     for (const char* name : {"m.rar", "m.part1.rar.zip", "m.bin"})
         complete(start(QString::fromLatin1(name)));
-    shop.manager().retryWithRevFiles({start(QStringLiteral("m.part7.rev"))});
+    shop.manager().commands().retryWithRevFiles({start(QStringLiteral("m.part7.rev"))});
     turnEventLoop();
     rev->setStatus(DownloadStatus::stopped);
     const std::vector<ItemPtr>& items = shop.manager().items();

@@ -24,7 +24,7 @@ protected:
         std::vector<DownloadStatus::Kind> before;
         for (const ItemPtr& item : set)
             item->setStatus(item->status() == DownloadStatus::queued ? DownloadStatus::paused : item->status());
-        shop.manager().retryWithRevFiles({set[0]});
+        shop.manager().commands().retryWithRevFiles({set[0]});
         return std::count_if(set.begin(), set.end(),
                              [](const ItemPtr& item) { return item->status() == DownloadStatus::queued; });
     }
@@ -62,10 +62,10 @@ TEST_F(RevFilesTest, FetchesThemAgainWhenTheUserWantsThough)
     for (const DownloadStatus& status :
          {DownloadStatus(DownloadStatus::stopped), DownloadStatus(DownloadStatus::paused),
           DownloadStatus::failure(QStringLiteral("gone"))}) {
-        shop.manager().retryWithRevFiles({set[0]});
+        shop.manager().commands().retryWithRevFiles({set[0]});
         set[1]->setStatus(status);
         set[2]->setStatus(DownloadStatus::completed);
-        shop.manager().retryWithRevFiles({set[0]});
+        shop.manager().commands().retryWithRevFiles({set[0]});
         turnEventLoop();
         EXPECT_EQ(set[1]->status(), DownloadStatus::downloading);
         EXPECT_EQ(set[2]->status(), DownloadStatus::completed);
@@ -102,7 +102,7 @@ TEST_F(RevFilesTest, StaysSilentAfterARestartUntilReleasedAgain)
 {
     release();
     shop.restart();
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     EXPECT_EQ(shop.http.exchanges().size(), 1U); // the part
 }

@@ -27,10 +27,10 @@ protected:
 
 TEST_F(RunningArchiveTest, IsLeftAloneByEveryoneWhoWantsItUnpacked)
 {
-    shop.manager().retryExtraction(set[0]->id());
-    shop.manager().retryExtraction(set[1]->id());
-    shop.manager().verifyGroup(set);
-    shop.manager().retryWithRevFiles(set);
+    shop.manager().commands().retryExtraction(set[0]->id());
+    shop.manager().commands().retryExtraction(set[1]->id());
+    shop.manager().commands().verifyGroup(set);
+    shop.manager().commands().retryWithRevFiles(set);
     arrive(set[1]);
     turnEventLoop();
     EXPECT_EQ(set[0]->extractionStatus(), ExtractionStatus::extracting);

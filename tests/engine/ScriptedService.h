@@ -30,7 +30,7 @@ protected:
         const ItemPtr item = shop.add(filestoreLink);
         // The name look-up of a fresh link asks the service too; it is answered and out of the way.
         resolveTo(0, QStringLiteral("https://cdn.example/none"));
-        shop.manager().startAll();
+        shop.manager().commands().startAll();
         turnEventLoop();
         return item;
     }

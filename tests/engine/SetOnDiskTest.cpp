@@ -209,7 +209,7 @@ TEST_F(SetOnDiskTest, TheFreshRecoveryVolumeTakesThePlaceOfTheOldOneOnAnyFileSys
             plain.emplace();
         shop.sandbox.write(QStringLiteral("Downloads/m/m.part1.rev"), "old");
         const ItemPtr rev = shop.add(QStringLiteral("http://h/m.part1.rev"));
-        shop.manager().retryWithRevFiles({first});
+        shop.manager().commands().retryWithRevFiles({first});
         turnEventLoop();
         deliver("new");
         EXPECT_EQ(rev->localPath(), shop.sandbox.path(QStringLiteral("Downloads/m/m.part1.rev")));
@@ -230,7 +230,7 @@ TEST_F(SetOnDiskTest, KeepsARecoveryVolumeWhoseSuccessorCannotGetThere)
     const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
     first->setLocalPath(far.filePath(QStringLiteral("m.part1.rar")));
     const ItemPtr rev = shop.add(QStringLiteral("http://h/m.part1.rev"));
-    shop.manager().retryWithRevFiles({first});
+    shop.manager().commands().retryWithRevFiles({first});
     turnEventLoop();
     deliver("new");
     ASSERT_EQ(rev->status(), DownloadStatus::completed);

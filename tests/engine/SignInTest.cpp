@@ -70,14 +70,14 @@ TEST_F(SignIn, FailsOnlyWhatStillWaitsWhenTheLoginIsCancelled)
     const auto items = shop.add(links);
     for (std::size_t i = 0; i < 5; ++i)
         answer(i, ResolverError::authenticationFailed());
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     for (std::size_t i = 5; i < 10; ++i)
         answer(i, ResolverError::loginRequired(SupportedHost::filestore));
     shop.manager().commands().stopItems({items[0]});
     shop.sandbox.write(QStringLiteral("Downloads/1"), "x");
     shop.manager().commands().resyncItems({items[1]});
-    shop.manager().pauseAll();
+    shop.manager().commands().pauseAll();
     shop.manager().commands().resumeItem(*items[3]);
     items[4]->setStatus(DownloadStatus::queued);
     shop.manager().commands().removeItems({items[4]->id()});
@@ -94,7 +94,7 @@ TEST_F(SignIn, KeepsTheFirstOfTwoLoginQuestions)
     shop.manager().accounts().set({account(SupportedHost::filestore), account(SupportedHost::terabytez)});
     shop.add({filestoreLink, QStringLiteral("https://terabytez.example/x")});
     resolveTo(0, QStringLiteral("https://cdn.example/none"));
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     answer(1, ResolverError::loginRequired(SupportedHost::filestore));
     answer(2, ResolverError::loginRequired(SupportedHost::terabytez));

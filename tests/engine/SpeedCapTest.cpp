@@ -103,7 +103,7 @@ TEST_F(SpeedCap, ResumesNoTaskThatWasCancelledWhileItRested)
 {
     const ItemPtr item = startCapped(1);
     send(10240);
-    shop.manager().pauseAll();
+    shop.manager().commands().pauseAll();
     EXPECT_TRUE(server().isDropped);
     shop.clock.advance(1min);
     EXPECT_FALSE(server().isRunning);
@@ -114,7 +114,7 @@ TEST_F(SpeedCap, ChargesAllTransfersToOneBudget)
 {
     shop.settings().maxDownloadSpeedKBps.set(1);
     shop.add({QStringLiteral("http://h/a"), QStringLiteral("http://h/b")});
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     auto& first = *shop.http.exchanges()[0];
     auto& second = *shop.http.exchanges()[1];

@@ -107,7 +107,7 @@ const End ends[] = {
      [](Running& t) { t.server().finish(); }, DownloadStatus::failed},
     {"AFileThatCannotBeMoved", blockTheFolderOfASet, [](Running& t) { t.server().finish(); }, DownloadStatus::failed},
     {"APause", nothing, [](Running& t) { t.commands().pauseItems({t.item}); }, DownloadStatus::paused},
-    {"APauseOfAll", nothing, [](Running& t) { t.shop.manager().pauseAll(); }, DownloadStatus::paused},
+    {"APauseOfAll", nothing, [](Running& t) { t.shop.manager().commands().pauseAll(); }, DownloadStatus::paused},
     {"AStop", nothing, [](Running& t) { t.commands().stopItems({t.item}); }, DownloadStatus::stopped},
     {"ARetry", nothing, [](Running& t) { t.commands().retryItem(*t.item); }, DownloadStatus::downloading},
     {"ARedownload", nothing, [](Running& t) { t.commands().redownloadItem(*t.item); }, DownloadStatus::downloading},
@@ -147,7 +147,7 @@ protected:
     void SetUp() override
     {
         items = shop.add({QStringLiteral("http://h/a"), QStringLiteral("http://h/b"), QStringLiteral("http://h/c")});
-        shop.manager().startAll();
+        shop.manager().commands().startAll();
         turnEventLoop();
         for (const auto& exchange : shop.http.exchanges())
             exchange->head(200);

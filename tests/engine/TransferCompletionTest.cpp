@@ -155,7 +155,7 @@ TEST_F(TransferCompletionTest, TriesAShortFileEightTimesAndThenTellsTheNumbers)
     const ItemPtr item = shop.add(rarLink);
     shop.begin(item, QByteArray(999, 'x'));
     item->setTotalBytes(1000);
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     for (const auto delay : {2s, 4s, 6s, 8s, 10s, 10s, 10s, 10s, 10s}) {
         ASSERT_EQ(item->status(), DownloadStatus::downloading);
@@ -209,7 +209,7 @@ TEST_F(TransferCompletionTest, KeepsWhatItHadWhenTheRestIsTooLong)
     const ItemPtr item = shop.add(rarLink);
     shop.begin(item, "good");
     item->setTotalBytes(8);
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     server().head(206, {{"Content-Range", "bytes 4-7/8"}});
     server().data("en");
@@ -228,7 +228,7 @@ TEST_F(TransferCompletionTest, BeginsAPartFileAnewThatIsLongerThanItsSource)
     const ItemPtr item = shop.add(rarLink);
     shop.begin(item, "much too long");
     item->setTotalBytes(8);
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     EXPECT_FALSE(server().header("Range"));
     answer(200, {{"Content-Length", "8"}}, "goodend!");
@@ -255,7 +255,7 @@ TEST_F(TransferCompletionTest, KeepsTheGoodBytesThroughErrorAnswersOnAResume)
     const ItemPtr item = shop.add(rarLink);
     shop.begin(item, "good");
     item->setTotalBytes(8);
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     for (int i = 0; i < 8; ++i) {
         answer(503, {{"Content-Type", "text/plain"}}, "try later");
@@ -273,7 +273,7 @@ TEST_F(TransferCompletionTest, TellsTheNumbersWhenErrorAnswersLeaveAFileShort)
     const ItemPtr item = shop.add(rarLink);
     shop.begin(item, "good");
     item->setTotalBytes(8);
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     for (int i = 0; i < 9; ++i) {
         answer(503, {{"Content-Type", "text/plain"}}, "try later");
@@ -343,7 +343,7 @@ TEST_F(TransferCompletionTest, StartsTheNextItemWhenOneEnds)
 {
     shop.settings().maxConcurrentDownloads.set(1);
     const auto items = shop.add({QStringLiteral("http://h/a"), QStringLiteral("http://h/b")});
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     EXPECT_EQ(items[1]->status(), DownloadStatus::queued);
     answer(200, {}, "x");

@@ -65,7 +65,7 @@ TEST_F(TransferTest, KeepsTheTotalWhenThePieceDoesNotTellIt)
     const ItemPtr item = shop.add(rarLink);
     shop.begin(item, "0123456789");
     item->setTotalBytes(20);
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     say(206, {{"Content-Range", "bytes 10-19/*"}});
     EXPECT_EQ(item->totalBytes(), 20);
@@ -79,7 +79,7 @@ TEST_F(TransferTest, TakesTheOffsetFromTheDiskAndNothingElse)
     const ItemPtr item = shop.add(rarLink);
     shop.begin(item, "12345");
     item->setBytesReceived(777);
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     EXPECT_EQ(server().header("Range"), "bytes=5-");
     EXPECT_EQ(item->bytesReceived(), 5);
@@ -89,7 +89,7 @@ TEST_F(TransferTest, CompletesWithoutARequestWhenTheFileIsThere)
 {
     const ItemPtr item = shop.add(rarLink);
     shop.sandbox.write(finalFile, "already");
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     EXPECT_EQ(item->status(), DownloadStatus::completed);
     EXPECT_TRUE(shop.http.exchanges().empty());
@@ -103,7 +103,7 @@ TEST_F(TransferTest, OnlyFinishesWhenThePartFileHoldsTheWholeKnownTotal)
     const ItemPtr item = shop.add(rarLink);
     shop.begin(item, "0123456789");
     item->setTotalBytes(10);
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     EXPECT_TRUE(shop.http.exchanges().empty());
     EXPECT_EQ(item->status(), DownloadStatus::completed);
@@ -182,7 +182,7 @@ TEST_F(TransferTest, FindsItsPartFileAgainUnderTheServersName)
     EXPECT_EQ(again->filename(), QStringLiteral("movie.rar"));
     EXPECT_EQ(again->bytesReceived(), 3);
     EXPECT_EQ(again->totalBytes(), 6);
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     EXPECT_EQ(server().header("Range"), "bytes=3-");
 }

@@ -124,7 +124,7 @@ TEST_F(TransferTroubleTest, AnEndThatIsNotTheKnownOneCompletesNothing)
     const ItemPtr item = shop.add(rarLink);
     shop.begin(item, QByteArray(1000, 'x'));
     item->setTotalBytes(2000);
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     say(416, {{"Content-Type", "text/plain"}, {"Content-Range", "bytes */1000"}});
     EXPECT_EQ(item->status(), DownloadStatus::queued);
@@ -174,7 +174,7 @@ TEST_F(TransferTroubleTest, LetsTheSecondOfTwoLinksOfOneNameGoOnWhenTheFirstIsPa
 {
     const ItemPtr first = shop.start(QStringLiteral("http://a/x.rar"));
     const ItemPtr second = shop.add(QStringLiteral("http://b/x.rar"));
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     ASSERT_EQ(second->status(), DownloadStatus::queued);
     shop.manager().commands().pauseItems({first});
@@ -188,7 +188,7 @@ TEST_F(TransferTroubleTest, LetsTheSecondOfTwoLinksOfOneNameWaitForTheFirst)
     const ItemPtr first = shop.start(QStringLiteral("http://a/x.rar"));
     const ItemPtr second = shop.add(QStringLiteral("http://b/x.rar"));
     const ItemPtr third = shop.add(QStringLiteral("http://b/y.rar"));
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     EXPECT_EQ(second->status(), DownloadStatus::queued);
     EXPECT_EQ(third->status(), DownloadStatus::downloading);
@@ -214,7 +214,7 @@ TEST_F(TransferTroubleTest, TakesTheSecondLinkToAVolumeForAMirrorOfTheFirst)
 {
     const ItemPtr first = shop.start(QStringLiteral("http://a/m.part1.rar"));
     const ItemPtr second = shop.add(QStringLiteral("http://b/m.part1.rar"));
-    shop.manager().startAll();
+    shop.manager().commands().startAll();
     turnEventLoop();
     say(200, {{"Content-Length", "3"}});
     send("abc");
@@ -240,7 +240,7 @@ TEST_F(TransferTroubleTest, DropsABlockThatArrivesAfterAPause)
     const ItemPtr item = shop.start(rarLink);
     say(200, {{"Content-Length", "6"}});
     send("abc");
-    shop.manager().pauseAll();
+    shop.manager().commands().pauseAll();
     EXPECT_TRUE(server().isDropped);
     server().data("def");
     EXPECT_EQ(shop.sandbox.read(partFile), "abc");

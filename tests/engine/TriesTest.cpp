@@ -128,7 +128,7 @@ protected:
         item = shop.add(QStringLiteral("https://filestore.example/f/x.rar"));
         log->resolves[0].answer->deliver(ResolverError::unsupportedHost());
         turnEventLoop();
-        shop.manager().startAll();
+        shop.manager().commands().startAll();
         turnEventLoop();
         answerWithAddress(log->resolves[1], QStringLiteral("http://cdn/x.rar"), QStringLiteral("x.rar"));
         turnEventLoop();

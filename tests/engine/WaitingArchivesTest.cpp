@@ -15,17 +15,28 @@ class CountedLooks final : public PostDownload
 {
 public:
     void autoExtractAfterDownload(const ItemId& item) override { looks.append(item); }
+    void retryExtraction(const ItemId& /*item*/) override {}
     [[nodiscard]] bool isWorkingOn(const ItemId& /*item*/) const override { return false; }
     void stopWorkOn(const ItemId& /*item*/) override {}
 
     QList<ItemId> looks;
 };
 
-class IdleQueue final : public RevFiles::Queue
+class PatientQueue final : public QueueTurn
 {
 public:
     void processQueue() override {}
     void saveQueue() override {}
+    void later(std::function<void()> action) override { m_actions.push_back(std::move(action)); }
+
+    void runLater()
+    {
+        for (const std::function<void()>& action : std::exchange(m_actions, {}))
+            action();
+    }
+
+private:
+    std::vector<std::function<void()>> m_actions;
 };
 
 /// A set of which one volume is here, and rows that are about to leave the queue.
@@ -38,19 +49,12 @@ protected:
         item->setLocalPath(QStringLiteral("/d/") + item->filename());
         return item;
     }
-    void runLater()
-    {
-        for (const std::function<void()>& action : std::exchange(later, {}))
-            action();
-    }
 
     fixtures::Workshop shop;
-    IdleQueue queue;
+    PatientQueue queue;
     RevFiles revFiles{table, shop.settings(), queue};
     CountedLooks postDownload;
-    std::vector<std::function<void()>> later;
-    WaitingArchives archives{table, shop.settings(), revFiles, postDownload,
-                             [this](std::function<void()> action) { later.push_back(std::move(action)); }};
+    WaitingArchives archives{table, shop.settings(), revFiles, postDownload, queue};
 };
 
 } // namespace
@@ -64,7 +68,7 @@ TEST_F(WaitingArchivesTest, LooksOnceAtEachSetOfWhichManyRowsGo)
         archives.willBeRemoved(*add(QStringLiteral("n.part%1.rar").arg(i)));
     }
     EXPECT_TRUE(postDownload.looks.isEmpty()) << "the rows are still there";
-    runLater();
+    queue.runLater();
     EXPECT_EQ(postDownload.looks, (QList<ItemId>{first->id(), other->id()}));
 }
 
@@ -73,7 +77,7 @@ TEST_F(WaitingArchivesTest, LooksAgainWhenAnotherRowGoesAfterwards)
     const ItemPtr first = addFirstVolume(QStringLiteral("m"));
     for (int i = 2; i < 4; ++i) {
         archives.willBeRemoved(*add(QStringLiteral("m.part%1.rar").arg(i)));
-        runLater();
+        queue.runLater();
     }
     EXPECT_EQ(postDownload.looks, (QList<ItemId>{first->id(), first->id()}));
 }
@@ -85,6 +89,6 @@ TEST_F(WaitingArchivesTest, LooksAtNothingForARowThatNobodyWaitedFor)
     archives.willBeRemoved(*add(QStringLiteral("m.part3.rar"), DownloadStatus::completed));
     archives.willBeRemoved(*add(QStringLiteral("m.part1.rev")));
     archives.willBeRemoved(*add(QStringLiteral("m.zip")));
-    runLater();
+    queue.runLater();
     EXPECT_TRUE(postDownload.looks.isEmpty());
 }

@@ -17,6 +17,9 @@ public:
     /// goes on in the background.
     virtual void autoExtractAfterDownload(const ItemId& item) = 0;
 
+    /// The user's wish to try a failed extraction once more.
+    virtual void retryExtraction(const ItemId& item) = 0;
+
     /// Is the item's archive, or the set that it is a part of, being worked on, or waiting for its turn?
     [[nodiscard]] virtual bool isWorkingOn(const ItemId& item) const = 0;
     /// Ends that work. The archive stays as it was, and nothing is left behind unless the files were being placed

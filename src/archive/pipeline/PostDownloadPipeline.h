@@ -73,14 +73,14 @@ public:
     PostDownloadPipeline(const PostDownloadPipeline&) = delete;
     PostDownloadPipeline& operator=(const PostDownloadPipeline&) = delete;
     ~PostDownloadPipeline() override;
+
     void autoExtractAfterDownload(const ItemId& item) override;
+    void retryExtraction(const ItemId& item) override;
     [[nodiscard]] bool isWorkingOn(const ItemId& item) const override;
     void stopWorkOn(const ItemId& item) override;
 
     /// The answer to a question for the password. The password is not kept.
     void extractWithPassword(const ItemId& item, const QString& password);
-    /// The user's wish to try a failed extraction once more.
-    void retryExtraction(const ItemId& item);
     /// Removes what a killed program left of its runs in these folders and those directly below them.
     void removeAbandonedRuns(const QStringList& folders);
 

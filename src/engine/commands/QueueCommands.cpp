@@ -3,12 +3,14 @@
 #include "archive/pipeline/PostDownload.h"
 #include "engine/commands/DiskState.h"
 #include "engine/commands/GroupOrder.h"
+#include "engine/commands/GroupVerification.h"
 #include "engine/completion/FinishedFile.h"
 #include "engine/completion/TransferCompletion.h"
 #include "engine/groups/VisibleGroups.h"
 #include "engine/intake/LinkIntake.h"
 #include "engine/recovery/NetworkRecovery.h"
 #include "engine/schedule/DownloadStarter.h"
+#include "engine/schedule/QueuePasses.h"
 #include "engine/transfer/ItemPart.h"
 #include "engine/transfer/TransferSession.h"
 #include "model/AppSettings.h"
@@ -104,7 +106,7 @@ void QueueCommands::pauseItems(const Items& items)
                  [&names](const ItemPtr& item) {
                      return item->status() == DownloadStatus::queued && names.contains(item->filename());
                  });
-    m_ports.queue.startAhead(waiting);
+    m_ports.passes.startAhead(waiting);
 }
 
 void QueueCommands::resumeItem(DownloadItem& item)
@@ -124,7 +126,7 @@ void QueueCommands::startItems(const Items& items)
         m_ports.completion.forget({item->id()});
         item->setStatus(DownloadStatus::queued);
     }
-    m_ports.queue.startAhead(items);
+    m_ports.passes.startAhead(items);
     m_ports.queue.processQueue();
 }
 
@@ -198,7 +200,7 @@ void QueueCommands::resyncItem(DownloadItem& item, const DiskState& disk)
         return;
     const std::optional<QString> file = disk.path(item);
     if (disk.isWhole(item))
-        return m_ports.completion.completeWithFile(item, *file);
+        return completeWithFile(item, *file);
     if (file && !giveUpFile(item, *file))
         item.setWantedAnew(true);
     item.setLocalPath(std::nullopt);
@@ -217,6 +219,26 @@ void QueueCommands::resyncItems(const Items& items)
     if (m_ports.settings.autoExtract.value() && completed != items.end())
         m_ports.postDownload.autoExtractAfterDownload((*completed)->id());
     m_ports.queue.saveQueue();
+}
+
+void QueueCommands::verifyGroup(const Items& items)
+{
+    m_ports.verification.verifyGroup(items);
+}
+
+void QueueCommands::retryWithRevFiles(const Items& items)
+{
+    m_ports.recovery.retryWithRevFiles(items);
+}
+
+void QueueCommands::retryExtraction(const ItemId& id)
+{
+    m_ports.postDownload.retryExtraction(id);
+}
+
+void QueueCommands::stopExtraction(const ItemId& id)
+{
+    m_ports.postDownload.stopWorkOn(id);
 }
 
 void QueueCommands::removeItems(const QSet<ItemId>& ids)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/queue/ItemTable.h"
+#include "engine/queue/QueueTurn.h"
 
 #include <set>
 
@@ -9,9 +10,11 @@ namespace vormel {
 class AppSettings;
 class DiskState;
 class DownloadStarter;
+class GroupVerification;
 class LinkIntake;
 class NetworkRecovery;
 class PostDownload;
+class QueuePasses;
 class TransferCompletion;
 class TransferSession;
 class Trash;
@@ -22,18 +25,6 @@ class QueueCommands
 {
 public:
     using Items = std::vector<ItemPtr>;
-
-    class Queue
-    {
-    public:
-        virtual void processQueue() = 0;
-        virtual void saveQueue() = 0;
-        /// Starts as many of these queued items as there are free slots, ahead of the order of the queue.
-        virtual void startAhead(const Items& items) = 0;
-
-    protected:
-        ~Queue() = default;
-    };
 
     /// All must outlive this.
     struct Ports
@@ -47,7 +38,9 @@ public:
         PostDownload& postDownload;
         LinkIntake& intake;
         Trash& trash;
-        Queue& queue;
+        QueuePasses& passes;
+        GroupVerification& verification;
+        QueueTurn& queue;
     };
     explicit QueueCommands(const Ports& ports);
 
@@ -70,6 +63,14 @@ public:
     void redownloadItem(DownloadItem& item);
     /// Corrects what the queue believes of these items from what lies on the disk.
     void resyncItems(const Items& items);
+
+    /// Has the set of these items tested.
+    void verifyGroup(const Items& items);
+    /// Has the sets of these items repaired: fetches their recovery volumes, and failed archives may be tried again.
+    void retryWithRevFiles(const Items& items);
+    /// Tries a failed extraction once more, or one that was never tried.
+    void retryExtraction(const ItemId& id);
+    void stopExtraction(const ItemId& id);
 
     void removeItems(const QSet<ItemId>& ids);
     /// A whole set, hidden volumes included, or one plain file.

@@ -67,4 +67,18 @@ std::optional<QString> finishedFileOf(const DownloadItem& item, const ItemTable&
     return !other || isOneFile(item, *other) ? std::optional(path) : std::nullopt;
 }
 
+void completeWithFile(DownloadItem& item, const QString& path)
+{
+    item.setPartPlace(std::nullopt);
+    item.setLocalPath(path);
+    item.setProgress(1.0);
+    item.setWantedAnew(false);
+    item.setStatus(DownloadStatus::completed);
+    const QFileInfo info(path);
+    if (info.exists()) {
+        item.setTotalBytes(info.size());
+        item.setBytesReceived(info.size());
+    }
+}
+
 } // namespace vormel

@@ -17,4 +17,7 @@ namespace vormel {
 [[nodiscard]] std::optional<QString> finishedFileOf(const DownloadItem& item, const ItemTable& table,
                                                     const DownloadPaths& paths);
 
+/// The item is done with a file that stands at its place already.
+void completeWithFile(DownloadItem& item, const QString& path);
+
 } // namespace vormel

@@ -43,7 +43,7 @@ bool isFailure(TransferEnd::Reason reason)
 } // namespace
 
 TransferCompletion::TransferCompletion(ItemTable& table, const AppSettings& settings, Clock& clock, Trash& trash,
-                                       PostDownload& postDownload, NetworkRecovery& recovery, Queue& queue)
+                                       PostDownload& postDownload, NetworkRecovery& recovery, QueueTurn& queue)
     : m_table(table)
     , m_settings(settings)
     , m_trash(trash)
@@ -194,7 +194,6 @@ void TransferCompletion::fileIsComplete(DownloadItem& item, const TransferEnd& e
     item.setStatus(DownloadStatus::completed);
     item.setSpeedBytesPerSec(0);
     item.setWantedAnew(false);
-    forget({item.id()});
     m_queue.processQueue();
     m_queue.saveQueue();
     m_recovery.scheduleRecoveryCheck(item);
@@ -211,21 +210,6 @@ void TransferCompletion::startExtraction(const DownloadItem& item)
     // A recovery volume that has arrived starts its archive again.
     if (const ItemPtr first = firstVolumeBeside(item, m_table))
         m_postDownload.autoExtractAfterDownload(first->id());
-}
-
-void TransferCompletion::completeWithFile(DownloadItem& item, const QString& path)
-{
-    item.setPartPlace(std::nullopt);
-    item.setLocalPath(path);
-    item.setProgress(1.0);
-    item.setWantedAnew(false);
-    forget({item.id()});
-    item.setStatus(DownloadStatus::completed);
-    const QFileInfo info(path);
-    if (info.exists()) {
-        item.setTotalBytes(info.size());
-        item.setBytesReceived(info.size());
-    }
 }
 
 } // namespace vormel

@@ -3,6 +3,7 @@
 #include "engine/completion/NextTries.h"
 #include "engine/completion/RetryBudget.h"
 #include "engine/queue/ItemTable.h"
+#include "engine/queue/QueueTurn.h"
 #include "engine/transfer/TransferEnd.h"
 
 namespace vormel {
@@ -17,20 +18,9 @@ class Trash;
 class TransferCompletion
 {
 public:
-    /// What the queue does when an end frees a slot or changes what is kept.
-    class Queue
-    {
-    public:
-        virtual void processQueue() = 0;
-        virtual void saveQueue() = 0;
-
-    protected:
-        ~Queue() = default;
-    };
-
     /// All must outlive this.
     TransferCompletion(ItemTable& table, const AppSettings& settings, Clock& clock, Trash& trash,
-                       PostDownload& postDownload, NetworkRecovery& recovery, Queue& queue);
+                       PostDownload& postDownload, NetworkRecovery& recovery, QueueTurn& queue);
 
     void finishTransfer(DownloadItem& item, const TransferEnd& end);
 
@@ -43,9 +33,6 @@ public:
     [[nodiscard]] bool isWaiting(const ItemId& id) const { return m_nextTries.isWaiting(id); }
     /// The next try may be at once; what is left of the budget stays.
     void endWait(const ItemId& id) { m_nextTries.forget(id); }
-
-    /// The item is done with a file that stands at its place already.
-    void completeWithFile(DownloadItem& item, const QString& path);
 
 private:
     void webPageCame(DownloadItem& item, const TransferEnd& end);
@@ -68,7 +55,7 @@ private:
     Trash& m_trash;
     PostDownload& m_postDownload;
     NetworkRecovery& m_recovery;
-    Queue& m_queue;
+    QueueTurn& m_queue;
     RetryBudget m_retries;
     NextTries m_nextTries;
     QSet<ItemId> m_startedOver; ///< items that have given bytes up once

@@ -35,8 +35,8 @@ QString nameFromLink(const Link& url)
 
 } // namespace
 
-FilenamePrefetch::FilenamePrefetch(const ItemTable& table, const AppSettings& settings, const ResolverTables& resolvers,
-                                   const Accounts& accounts, Queue& queue)
+FilenamePrefetch::FilenamePrefetch(ItemTable& table, const AppSettings& settings, const ResolverTables& resolvers,
+                                   const Accounts& accounts, QueueTurn& queue)
     : m_table(table)
     , m_settings(settings)
     , m_resolvers(resolvers)
@@ -133,8 +133,10 @@ void FilenamePrefetch::removeDuplicateNames()
         if (seen.size() == known)
             duplicates.insert(item->id());
     }
-    if (!duplicates.isEmpty())
-        m_queue.dropDuplicates(duplicates);
+    if (duplicates.isEmpty())
+        return;
+    m_table.remove(duplicates);
+    m_queue.saveQueue();
 }
 
 } // namespace vormel

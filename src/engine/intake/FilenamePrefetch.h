@@ -1,12 +1,11 @@
 #pragma once
 
 #include "engine/queue/ItemTable.h"
+#include "engine/queue/QueueTurn.h"
 #include "model/HostAccount.h"
 #include "platform/async/Lifetime.h"
 
 #include <QCoroTask>
-
-#include <functional>
 
 namespace vormel {
 
@@ -19,20 +18,9 @@ class ResolverTables;
 class FilenamePrefetch
 {
 public:
-    class Queue
-    {
-    public:
-        virtual void dropDuplicates(const QSet<ItemId>& ids) = 0;
-        /// Runs the action in a later turn of the event loop.
-        virtual void later(std::function<void()> action) = 0;
-
-    protected:
-        ~Queue() = default;
-    };
-
     /// All must outlive this.
-    FilenamePrefetch(const ItemTable& table, const AppSettings& settings, const ResolverTables& resolvers,
-                     const Accounts& accounts, Queue& queue);
+    FilenamePrefetch(ItemTable& table, const AppSettings& settings, const ResolverTables& resolvers,
+                     const Accounts& accounts, QueueTurn& queue);
 
     void prefetchFilenames();
 
@@ -56,11 +44,11 @@ private:
     [[nodiscard]] const HostAccount* accountFor(const DownloadItem& item) const;
     QCoro::Task<> lookUp(std::shared_ptr<Run> run, ItemPtr item, HostAccount account);
 
-    const ItemTable& m_table;
+    ItemTable& m_table;
     const AppSettings& m_settings;
     const ResolverTables& m_resolvers;
     const Accounts& m_accounts;
-    Queue& m_queue;
+    QueueTurn& m_queue;
     std::shared_ptr<Run> m_prefetchTask;
     int m_lookUps = 0; ///< of all runs
     Lifetime m_lifetime;

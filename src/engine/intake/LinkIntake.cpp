@@ -2,7 +2,7 @@
 
 #include "archive/pipeline/PostDownload.h"
 #include "engine/completion/FinishedFile.h"
-#include "engine/completion/TransferCompletion.h"
+#include "engine/intake/FilenamePrefetch.h"
 #include "engine/questions/Questions.h"
 #include "model/AppSettings.h"
 #include "model/DownloadPaths.h"
@@ -90,7 +90,7 @@ void LinkIntake::addItems(const std::vector<Link>& urls)
 void LinkIntake::settle()
 {
     m_ports.queue.processQueue();
-    m_ports.queue.prefetchFilenames();
+    m_ports.prefetch.prefetchFilenames();
     m_ports.queue.saveQueue();
 }
 
@@ -105,7 +105,7 @@ void LinkIntake::markCompletedIfPresent(DownloadItem& item)
     const std::optional<QString> file = finishedFileOf(item, m_ports.table, paths);
     if (!file)
         return;
-    m_ports.completion.completeWithFile(item, *file);
+    completeWithFile(item, *file);
     if (m_ports.settings.autoExtract.value())
         m_ports.queue.later([this, id = item.id()] { m_ports.postDownload.autoExtractAfterDownload(id); });
 }

@@ -1,49 +1,35 @@
 #pragma once
 
 #include "engine/queue/ItemTable.h"
+#include "engine/queue/QueueTurn.h"
 #include "model/PendingQuestions.h"
 #include "platform/async/Lifetime.h"
 
 #include <QCoroTask>
 #include <QHash>
 
-#include <functional>
-
 namespace vormel {
 
 class AppSettings;
+class FilenamePrefetch;
 class PostDownload;
 class Questions;
 class ResolverTables;
-class TransferCompletion;
 
 /// The one way into the queue: pasted and dropped links, the links of containers, and those that the user picked from
 /// them. Duplicates are refused in silence. UI thread only.
 class LinkIntake
 {
 public:
-    class Queue
-    {
-    public:
-        virtual void processQueue() = 0;
-        virtual void prefetchFilenames() = 0;
-        virtual void saveQueue() = 0;
-        /// Runs the action in a later turn of the event loop.
-        virtual void later(std::function<void()> action) = 0;
-
-    protected:
-        ~Queue() = default;
-    };
-
     struct Ports
     {
         ItemTable& table;
         const AppSettings& settings;
         const ResolverTables& resolvers;
-        TransferCompletion& completion;
         PostDownload& postDownload;
         Questions& questions;
-        Queue& queue;
+        FilenamePrefetch& prefetch;
+        QueueTurn& queue;
     };
 
     /// All ports must outlive this.

@@ -17,7 +17,7 @@ bool isThereOrComing(const DownloadItem& item)
 
 } // namespace
 
-RevFiles::RevFiles(const ItemTable& table, const AppSettings& settings, Queue& queue)
+RevFiles::RevFiles(const ItemTable& table, const AppSettings& settings, QueueTurn& queue)
     : m_table(table)
     , m_settings(settings)
     , m_queue(queue)
@@ -36,6 +36,11 @@ std::vector<ItemPtr> RevFiles::revItems(const QString& base) const
 bool RevFiles::mayFetch(const DownloadItem& item) const
 {
     return isAllowed(item.id()) || (m_settings.downloadRevFiles.value() && shouldDownloadRev(item, m_table));
+}
+
+bool RevFiles::isHeldBack(const DownloadItem& item) const
+{
+    return isRevName(item.filename()) && !mayFetch(item);
 }
 
 bool RevFiles::isComing(const DownloadItem& item) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/queue/ItemTable.h"
+#include "engine/queue/QueueTurn.h"
 
 #include <functional>
 
@@ -12,18 +13,8 @@ class AppSettings;
 class RevFiles
 {
 public:
-    class Queue
-    {
-    public:
-        virtual void processQueue() = 0;
-        virtual void saveQueue() = 0;
-
-    protected:
-        ~Queue() = default;
-    };
-
     /// All must outlive this.
-    RevFiles(const ItemTable& table, const AppSettings& settings, Queue& queue);
+    RevFiles(const ItemTable& table, const AppSettings& settings, QueueTurn& queue);
 
     /// The recovery volumes of a set, in queue order.
     [[nodiscard]] std::vector<ItemPtr> revItems(const QString& base) const;
@@ -32,6 +23,9 @@ public:
     [[nodiscard]] bool isAllowed(const ItemId& id) const { return revAllowlist.contains(id); }
     /// May this recovery volume be fetched now?
     [[nodiscard]] bool mayFetch(const DownloadItem& item) const;
+
+    /// Is this a recovery volume that must not be fetched now?
+    [[nodiscard]] bool isHeldBack(const DownloadItem& item) const;
 
     /// Is this recovery volume on its way, or may it be fetched as soon as it is its turn, or goes on? Nothing waits
     /// for one that is not.
@@ -54,7 +48,7 @@ private:
 
     const ItemTable& m_table;
     const AppSettings& m_settings;
-    Queue& m_queue;
+    QueueTurn& m_queue;
     QSet<ItemId> revAllowlist;
 };
 

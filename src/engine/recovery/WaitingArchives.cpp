@@ -9,12 +9,12 @@
 namespace vormel {
 
 WaitingArchives::WaitingArchives(const ItemTable& table, const AppSettings& settings, const RevFiles& revFiles,
-                                 PostDownload& postDownload, Later later)
+                                 PostDownload& postDownload, QueueTurn& queue)
     : m_table(table)
     , m_settings(settings)
     , m_revFiles(revFiles)
     , m_postDownload(postDownload)
-    , m_later(std::move(later))
+    , m_queue(queue)
 {}
 
 void WaitingArchives::failed(const DownloadItem& item)
@@ -22,7 +22,7 @@ void WaitingArchives::failed(const DownloadItem& item)
     if (!isSetMember(item.filename()))
         return;
     // Without a part an archive needs recovery volumes, and as long as some are left to fetch, those come first.
-    m_later([this, base = setBaseName(item.filename()), isRev = isRevName(item.filename())] {
+    m_queue.later([this, base = setBaseName(item.filename()), isRev = isRevName(item.filename())] {
         if (isRev || m_revFiles.areAllThere(base))
             lookAt(base);
     });
@@ -49,7 +49,7 @@ void WaitingArchives::lookLaterAt(const QString& base)
     if (m_due.contains(base))
         return;
     m_due.insert(base);
-    m_later([this, base] {
+    m_queue.later([this, base] {
         m_due.remove(base);
         lookAt(base);
     });

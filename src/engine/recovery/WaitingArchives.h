@@ -1,8 +1,7 @@
 #pragma once
 
 #include "engine/queue/ItemTable.h"
-
-#include <functional>
+#include "engine/queue/QueueTurn.h"
 
 namespace vormel {
 
@@ -15,12 +14,9 @@ class RevFiles;
 class WaitingArchives
 {
 public:
-    /// Runs an action in a later turn of the event loop.
-    using Later = std::function<void(std::function<void()>)>;
-
     /// All must outlive this.
     WaitingArchives(const ItemTable& table, const AppSettings& settings, const RevFiles& revFiles,
-                    PostDownload& postDownload, Later later);
+                    PostDownload& postDownload, QueueTurn& queue);
 
     /// The item has failed.
     void failed(const DownloadItem& item);
@@ -37,7 +33,7 @@ private:
     const AppSettings& m_settings;
     const RevFiles& m_revFiles;
     PostDownload& m_postDownload;
-    Later m_later;
+    QueueTurn& m_queue;
     QSet<QString> m_due; ///< base names of sets that are about to be looked at
 };
 

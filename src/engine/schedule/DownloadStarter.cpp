@@ -3,9 +3,9 @@
 #include "archive/pipeline/PostDownload.h"
 #include "engine/accounts/Accounts.h"
 #include "engine/completion/FinishedFile.h"
-#include "engine/completion/TransferCompletion.h"
 #include "engine/questions/Questions.h"
 #include "engine/recovery/NetworkRecovery.h"
+#include "engine/recovery/RevFiles.h"
 #include "engine/transfer/ItemPart.h"
 #include "engine/transfer/TransferSession.h"
 #include "engine/transfer/TransferTexts.h"
@@ -53,7 +53,7 @@ DownloadStarter::DownloadStarter(const Ports& ports)
 
 QCoro::Task<> DownloadStarter::startDownload(ItemPtr item)
 {
-    if (m_ports.queue.isRevHeldBack(*item)) {
+    if (m_ports.revFiles.isHeldBack(*item)) {
         item->setStatus(DownloadStatus::queued);
         co_return;
     }
@@ -63,7 +63,7 @@ QCoro::Task<> DownloadStarter::startDownload(ItemPtr item)
     try {
         const Link address = co_await downloadAddress(item, attempt);
         m_attempts.erase(item->id());
-        if (m_ports.queue.isRevHeldBack(*item)) {
+        if (m_ports.revFiles.isHeldBack(*item)) {
             item->setStatus(DownloadStatus::queued);
             m_ports.queue.processQueue();
             co_return;
@@ -132,7 +132,7 @@ void DownloadStarter::beginTransfer(DownloadItem& item, const Link& address)
     const QString destination = paths.finalFile(item.filename());
     const auto finished = item.isWantedAnew() ? std::nullopt : finishedFileOf(item, m_ports.table, paths);
     if (finished && mayBeFileOf(item, *finished)) {
-        m_ports.completion.completeWithFile(item, *finished);
+        completeWithFile(item, *finished);
         m_ports.queue.processQueue();
         m_ports.queue.saveQueue();
         if (m_ports.settings.autoExtract.value())

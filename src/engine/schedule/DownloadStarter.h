@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/queue/ItemTable.h"
+#include "engine/queue/QueueTurn.h"
 #include "model/HostAccount.h"
 #include "platform/async/Lifetime.h"
 
@@ -17,25 +18,13 @@ class PartFile;
 class PostDownload;
 class Questions;
 class ResolverTables;
-class TransferCompletion;
+class RevFiles;
 class TransferSession;
 
 /// Takes a queued item to a running transfer: account, download address, folder, part file, request. UI thread only.
 class DownloadStarter
 {
 public:
-    class Queue
-    {
-    public:
-        virtual void processQueue() = 0;
-        virtual void saveQueue() = 0;
-        /// Must this recovery volume wait?
-        [[nodiscard]] virtual bool isRevHeldBack(const DownloadItem& item) const = 0;
-
-    protected:
-        ~Queue() = default;
-    };
-
     /// All must outlive this. A start that is still waiting when this goes comes to nothing.
     struct Ports
     {
@@ -44,12 +33,12 @@ public:
         Clock& clock;
         const ResolverTables& resolvers;
         TransferSession& session;
-        TransferCompletion& completion;
         PostDownload& postDownload;
         NetworkRecovery& recovery;
+        const RevFiles& revFiles;
         Questions& questions;
         const Accounts& accounts;
-        Queue& queue;
+        QueueTurn& queue;
     };
     explicit DownloadStarter(const Ports& ports);
 

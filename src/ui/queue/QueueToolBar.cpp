@@ -41,10 +41,10 @@ QueueToolBar::QueueToolBar(const ViewPorts& ports, QWidget* parent)
     m_add->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_N));
     layOut();
     connect(m_add, &QAction::triggered, this, &QueueToolBar::addRequested);
-    connect(m_startAll, &QAction::triggered, &m_manager, &DownloadManager::startAll);
-    connect(m_pauseAll, &QAction::triggered, &m_manager, &DownloadManager::pauseAll);
-    connect(m_clearCompleted, &QAction::triggered, &m_manager, &DownloadManager::clearCompleted);
-    connect(m_clearExtracted, &QAction::triggered, &m_manager, &DownloadManager::clearExtracted);
+    connect(m_startAll, &QAction::triggered, this, [this] { m_manager.commands().startAll(); });
+    connect(m_pauseAll, &QAction::triggered, this, [this] { m_manager.commands().pauseAll(); });
+    connect(m_clearCompleted, &QAction::triggered, this, [this] { m_manager.commands().clearCompleted(); });
+    connect(m_clearExtracted, &QAction::triggered, this, [this] { m_manager.commands().clearExtracted(); });
     connect(m_donate, &QAction::triggered, this,
             [&opener = ports.urlOpener] { opener.open(QUrl(QString(donationUrl))); });
     followLanguage(this, m_manager.settings(), [this] { showTexts(); });

@@ -16,7 +16,7 @@ void takeUpArchives(vormel::DownloadManager& manager)
     const auto items = manager.items();
     for (const auto& item : items)
         if (item->status() == DownloadStatus::completed && item->extractionStatus() == ExtractionStatus::idle)
-            manager.retryExtraction(item->id());
+            manager.commands().retryExtraction(item->id());
 }
 
 } // namespace
@@ -33,7 +33,7 @@ int main(int argc, char** argv)
     manager.settings().maxDownloadSpeedKBps.set(arguments.at(2).toLongLong());
 
     if (arguments.value(3) == u"unpack") {
-        manager.startAll();
+        manager.commands().startAll();
         takeUpArchives(manager);
         return QCoreApplication::exec();
     }
@@ -41,7 +41,7 @@ int main(int argc, char** argv)
     for (const QString& argument : arguments.mid(3))
         links.push_back(*vormel::Link::parse(argument));
     manager.addURLs(links, std::nullopt);
-    manager.startAll();
+    manager.commands().startAll();
 
     const auto check = [&manager] {
         const auto& items = manager.items();

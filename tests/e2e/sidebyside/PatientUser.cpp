@@ -36,7 +36,7 @@ QStringList PatientUser::finishEverything()
 void PatientUser::nudge()
 {
     answerQuestions();
-    m_scene.manager().startAll();
+    m_scene.manager().commands().startAll();
     const std::vector<ItemPtr> items = m_scene.manager().items();
     for (const ItemPtr& item : items)
         nudge(*item);
@@ -62,7 +62,7 @@ void PatientUser::nudge(const PackedArchive& archive)
         item->extractionStatus() == ExtractionStatus::repairing || !areVolumesThere(archive))
         return;
     if (hasPatienceFor(archive.name))
-        m_scene.manager().retryExtraction(item->id());
+        m_scene.manager().commands().retryExtraction(item->id());
 }
 
 bool PatientUser::areVolumesThere(const PackedArchive& archive)

@@ -85,13 +85,13 @@ void RandomUser::note(const QString& deed, const DownloadItem& item)
 void RandomUser::startAll()
 {
     note(QStringLiteral("start all"));
-    m_scene.manager().startAll();
+    m_scene.manager().commands().startAll();
 }
 
 void RandomUser::pauseAll()
 {
     note(QStringLiteral("pause all"));
-    m_scene.manager().pauseAll();
+    m_scene.manager().commands().pauseAll();
 }
 
 void RandomUser::pauseRow()
@@ -236,14 +236,14 @@ void RandomUser::verifyGroup()
     if (group.empty())
         return;
     note(QStringLiteral("verify the group of"), *group.front());
-    m_scene.manager().verifyGroup(group);
+    m_scene.manager().commands().verifyGroup(group);
 }
 
 void RandomUser::extractRow()
 {
     if (const ItemPtr item = anyItem()) {
         note(QStringLiteral("extract"), *item);
-        m_scene.manager().retryExtraction(item->id());
+        m_scene.manager().commands().retryExtraction(item->id());
     }
 }
 
@@ -253,7 +253,7 @@ void RandomUser::stopExtraction()
         if (!(item->extractionStatus() == ExtractionStatus::extracting))
             continue;
         note(QStringLiteral("stop unpacking"), *item);
-        m_scene.manager().stopExtraction(item->id());
+        m_scene.manager().commands().stopExtraction(item->id());
         return;
     }
 }

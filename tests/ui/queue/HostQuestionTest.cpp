@@ -127,7 +127,7 @@ TEST_F(HostQuestionTest, LetsThePasswordOfAnArchiveBeTypedToItsEnd)
     const ItemPtr archive = workshop.add(QStringLiteral("http://h/x.rar"));
     archive->setLocalPath(workshop.sandbox.write(QStringLiteral("Downloads/x.rar"), "x"));
     archive->setStatus(DownloadStatus::completed);
-    workshop.manager().retryExtraction(archive->id());
+    workshop.manager().commands().retryExtraction(archive->id());
     const auto passwordSheet = [this] { return page.findChild<ArchivePasswordSheetView*>(); };
     ASSERT_TRUE(waitUntil([&] { return passwordSheet() != nullptr; }));
     fixtures::partOf<QLineEdit>(*passwordSheet(), "archivePassword").setText(QStringLiteral("half"));

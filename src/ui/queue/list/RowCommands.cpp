@@ -34,9 +34,9 @@ void RowCommands::run(RowButton button,
         return commands.removeItems({item->id()});
     case RowButton::retryExtraction:
     case RowButton::extract:
-        return m_ports.manager.retryExtraction(item->id());
+        return m_ports.manager.commands().retryExtraction(item->id());
     case RowButton::stopExtraction:
-        return m_ports.manager.stopExtraction(item->id());
+        return m_ports.manager.commands().stopExtraction(item->id());
     default:
         return; // a header's: the row was one when it was asked
     }
@@ -56,17 +56,17 @@ void RowCommands::run(RowButton button,
     case RowButton::startGroup:
         return commands.startItems(group.items);
     case RowButton::repairGroup:
-        return manager.retryWithRevFiles(group.items);
+        return manager.commands().retryWithRevFiles(group.items);
     case RowButton::verifyGroup:
-        return manager.verifyGroup(group.items);
+        return manager.commands().verifyGroup(group.items);
     case RowButton::resyncGroup:
         return commands.resyncItems(group.items);
     case RowButton::removeGroup:
         return commands.removeGroup(group.id);
     case RowButton::extract:
-        return manager.retryExtraction(group.items.front()->id());
+        return manager.commands().retryExtraction(group.items.front()->id());
     case RowButton::stopExtraction:
-        return manager.stopExtraction(group.items.front()->id());
+        return manager.commands().stopExtraction(group.items.front()->id());
     default:
         return; // a row's: the group had more items when it was asked
     }

@@ -125,7 +125,7 @@ TEST_F(RowCommandsTest, StopExtractingEndsTheToolOfTheRowOrOfTheGroup)
     workshop.tools.add(QStringLiteral("unrar"), "exec sleep 600");
     const auto begin = [&] {
         const qsizetype calls = workshop.tools.calls(QStringLiteral("unrar")).size();
-        workshop.manager().retryExtraction(group.items[0]->id());
+        workshop.manager().commands().retryExtraction(group.items[0]->id());
         EXPECT_TRUE(fixtures::waitUntil([&] { return workshop.tools.calls(QStringLiteral("unrar")).size() > calls; }));
         EXPECT_EQ(group.items[0]->extractionStatus(), ExtractionStatus::extracting);
     };
