@@ -48,7 +48,7 @@ QString ArchiveQueue::customGroupName(const QString& base) const
 
 QSet<QString> ArchiveQueue::filesOfItems(const QSet<ItemId>& leftOut) const
 {
-    const DownloadPaths paths(m_ports.settings.downloadFolderPath.value());
+    const DownloadPaths paths = m_ports.settings.paths();
     return vormel::filesOfItems(m_ports.table.items(), paths, leftOut);
 }
 
@@ -65,7 +65,7 @@ void ArchiveQueue::askExtractionPassword(PendingExtractionPassword question)
 
 QStringList ArchiveQueue::dropRevItems(const QString& base)
 {
-    const DownloadPaths paths(m_ports.settings.downloadFolderPath.value());
+    const DownloadPaths paths = m_ports.settings.paths();
     QSet<ItemId> ids;
     QStringList files;
     for (const ItemPtr& item : m_ports.revFiles.revItems(base)) {

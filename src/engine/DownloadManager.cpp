@@ -64,7 +64,7 @@ void DownloadManager::followQuestions()
 
 void DownloadManager::restoreQueue()
 {
-    m_table.append(m_queueFile.restore(paths()));
+    m_table.append(m_queueFile.restore(m_settings.paths()));
     QSet<QString> folders{m_settings.downloadFolderPath.value(),
                           m_settings.effectiveExtractionFolder().value_or(m_settings.downloadFolderPath.value())};
     for (const ItemPtr& item : m_table.items())
@@ -75,7 +75,7 @@ void DownloadManager::restoreQueue()
 
 void DownloadManager::saveQueue()
 {
-    m_queueFile.save(m_table, paths());
+    m_queueFile.save(m_table, m_settings.paths());
 }
 
 void DownloadManager::shutDown()
@@ -170,7 +170,7 @@ void DownloadManager::tableItemChanged(DownloadItem& item, ItemField field)
 
 void DownloadManager::statusChanged(DownloadItem& item)
 {
-    if (!(item.status() == DownloadStatus::queued)) {
+    if (item.status() != DownloadStatus::queued) {
         m_completion.endWait(item.id());
         m_questions.forgetLogin(item.id());
     }

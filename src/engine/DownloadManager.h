@@ -103,7 +103,6 @@ private:
     void followQuestions();
     void signInCancelled(const QSet<ItemId>& waiting);
     void applySpeedLimit();
-    [[nodiscard]] DownloadPaths paths() const { return DownloadPaths(m_settings.downloadFolderPath.value()); }
     void statusChanged(DownloadItem& item);
 
     const ResolverTables& m_resolvers;

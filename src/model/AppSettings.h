@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/AppLanguage.h"
+#include "model/DownloadPaths.h"
 #include "platform/storage/UserDefaults.h"
 
 #include <QObject>
@@ -66,6 +67,8 @@ public:
     Setting<QString> extractionFolderPath;
     Setting<AppLanguage> language;
 
+    /// Where the files of the queue lie.
+    [[nodiscard]] DownloadPaths paths() const { return DownloadPaths(downloadFolderPath.value()); }
     /// Where archives are extracted to; nothing means beside the archive. The path is not looked at.
     [[nodiscard]] std::optional<QString> effectiveExtractionFolder() const;
 

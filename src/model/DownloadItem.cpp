@@ -46,10 +46,7 @@ void DownloadItem::setExtractionStatus(ExtractionStatus status)
 
 QString DownloadItem::speedText() const
 {
-    constexpr double firstTooFast = 9.2e18;
-    if (!(m_speedBytesPerSec > 0))
-        return {};
-    return byteCountText(static_cast<qint64>(std::min(m_speedBytesPerSec, firstTooFast))) + QStringLiteral("/s");
+    return vormel::speedText(m_speedBytesPerSec);
 }
 
 QString DownloadItem::sizeText() const

@@ -6,14 +6,9 @@ namespace vormel {
 
 namespace {
 
-BoundedRegex ignoringCase(const QString& pattern)
-{
-    return BoundedRegex(pattern, QRegularExpression::CaseInsensitiveOption);
-}
-
 const BoundedRegex& partSuffixPattern()
 {
-    static const BoundedRegex pattern = ignoringCase(QStringLiteral(R"(\.part\d+\.(rar|rev)$)"));
+    static const BoundedRegex pattern = BoundedRegex::ignoringCase(QStringLiteral(R"(\.part\d+\.(rar|rev)$)"));
     return pattern;
 }
 
@@ -22,7 +17,7 @@ bool mayBeMember(QStringView filename)
 {
     if (filename.endsWith(u'\n'))
         filename.chop(1);
-    return filename.endsWith(u".rar", Qt::CaseInsensitive) || isRevName(filename);
+    return isRarName(filename) || isRevName(filename);
 }
 
 } // namespace
@@ -39,19 +34,19 @@ QString setBaseName(const QString& filename)
 
 bool isRarPart(const QString& filename)
 {
-    static const BoundedRegex rarPartPattern = ignoringCase(QStringLiteral(R"(\.part\d+\.rar$)"));
+    static const BoundedRegex rarPartPattern = BoundedRegex::ignoringCase(QStringLiteral(R"(\.part\d+\.rar$)"));
     return mayBeMember(filename) && rarPartPattern.search(filename);
 }
 
 bool isFirstVolume(const QString& filename)
 {
-    static const BoundedRegex pattern = ignoringCase(QStringLiteral(R"(\.part0*1\.rar$)"));
+    static const BoundedRegex pattern = BoundedRegex::ignoringCase(QStringLiteral(R"(\.part0*1\.rar$)"));
     return mayBeMember(filename) && pattern.search(filename);
 }
 
 qint64 partNumber(const QString& filename)
 {
-    static const BoundedRegex pattern = ignoringCase(QStringLiteral(R"(\.part(\d+)\.(rar|rev)$)"));
+    static const BoundedRegex pattern = BoundedRegex::ignoringCase(QStringLiteral(R"(\.part(\d+)\.(rar|rev)$)"));
     if (!mayBeMember(filename))
         return 0;
     return pattern.search(filename).match.captured(1).toLongLong();

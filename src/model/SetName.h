@@ -19,6 +19,12 @@ namespace vormel {
 /// The place of a member in its set; 0 for other names and for numbers beyond 64 bits.
 [[nodiscard]] qint64 partNumber(const QString& filename);
 
+/// Does this end as RAR archives do, be it a volume of a set or not?
+[[nodiscard]] inline bool isRarName(QStringView filename)
+{
+    return filename.endsWith(u".rar", Qt::CaseInsensitive);
+}
+
 /// Is this a recovery volume?
 [[nodiscard]] inline bool isRevName(QStringView filename)
 {

@@ -29,6 +29,10 @@ public:
 
     /// The pattern is the program's own and must compile; that is asserted.
     explicit BoundedRegex(const QString& pattern, QRegularExpression::PatternOptions options = {});
+    [[nodiscard]] static BoundedRegex ignoringCase(const QString& pattern)
+    {
+        return BoundedRegex(pattern, QRegularExpression::CaseInsensitiveOption);
+    }
 
     /// The first match at or behind that place.
     [[nodiscard]] Result search(const QString& text, qsizetype from = 0) const;

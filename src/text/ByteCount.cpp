@@ -2,6 +2,7 @@
 
 #include <QLocale>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -68,6 +69,20 @@ QString byteCountText(qint64 bytes)
         ++unit;
     }
     return numberText(rounded(value, units[unit].decimals), units[unit].decimals) + u' ' + units[unit].name;
+}
+
+QString speedText(double bytesPerSecond)
+{
+    constexpr double firstTooFast = 9.2e18;
+    if (!(bytesPerSecond > 0))
+        return {};
+    return byteCountText(static_cast<qint64>(std::min(bytesPerSecond, firstTooFast))) + QStringLiteral("/s");
+}
+
+QString progressText(qint64 bytes, qint64 total)
+{
+    const QString received = byteCountText(bytes);
+    return total > 0 ? received + QStringLiteral(" / ") + byteCountText(total) : received;
 }
 
 } // namespace vormel

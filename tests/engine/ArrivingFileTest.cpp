@@ -65,7 +65,7 @@ TEST_P(ArrivingFile, IsHandedToTheArchiveStepOnlyIfThatIsWanted)
         const ItemPtr item = GetParam().come(shop);
         turnEventLoop();
         ASSERT_EQ(item->status(), DownloadStatus::completed);
-        EXPECT_EQ(!(item->extractionStatus() == ExtractionStatus::idle), isWanted);
+        EXPECT_EQ(item->extractionStatus() != ExtractionStatus::idle, isWanted);
     }
 }
 

@@ -30,7 +30,7 @@ protected:
     {
         shop.manager().commands().startItems({item});
         turnEventLoop();
-        while (!(item->status() == DownloadStatus::failed)) {
+        while (item->status() != DownloadStatus::failed) {
             exchangeOf(item).fail(HttpError::Kind::ConnectionLost);
             turnEventLoop();
             if (item->status() == DownloadStatus::queued)
@@ -105,7 +105,7 @@ TEST_F(NetworkRecoveryTest, FetchesTheRecoveryVolumesAMinuteAfterTheLastPartHasS
     set[1]->setStatus(DownloadStatus::completed);
     shop.manager().commands().startItems({part});
     turnEventLoop();
-    while (!(part->status() == DownloadStatus::failed)) {
+    while (part->status() != DownloadStatus::failed) {
         exchangeOf(part).head(200, {{"Content-Length", "10"}});
         exchangeOf(part).finish();
         turnEventLoop();

@@ -48,8 +48,8 @@ TEST_F(PostDownloadRunsTest, SurvivesTheRemovalOfTheSetWhileItIsUnpacked)
         run(first);
         shop.manager().commands().removeGroup(QStringLiteral("m"));
         go();
-        EXPECT_TRUE(waitUntil([&] { return !(first->extractionStatus() == ExtractionStatus::extracting); }));
-        EXPECT_TRUE(waitUntil([&] { return !(first->extractionStatus() == ExtractionStatus::repairing); }));
+        EXPECT_TRUE(waitUntil([&] { return first->extractionStatus() != ExtractionStatus::extracting; }));
+        EXPECT_TRUE(waitUntil([&] { return first->extractionStatus() != ExtractionStatus::repairing; }));
         EXPECT_FALSE(question());
         EXPECT_TRUE(shop.manager().items().empty());
         halt();
@@ -219,7 +219,7 @@ TEST_F(PostDownloadRunsTest, UnpacksForARowThatComesWhenAllIsInItsPlace)
     ASSERT_TRUE(waitUntil([&] { return !(begun == ExtractionStatus::idle); }));
     EXPECT_EQ(one->extractionStatus(), ExtractionStatus::done);
     EXPECT_EQ(begun, ExtractionStatus::extracting);
-    EXPECT_TRUE(waitUntil([&] { return !(other->extractionStatus() == ExtractionStatus::extracting); }));
+    EXPECT_TRUE(waitUntil([&] { return other->extractionStatus() != ExtractionStatus::extracting; }));
 }
 
 TEST_F(PostDownloadRunsTest, DoesNotBeginWhatHasLostItsRowWhileItWaited)

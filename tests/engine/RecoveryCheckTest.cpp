@@ -61,7 +61,7 @@ protected:
             return exchange->request.url.path().endsWith(item->filename());
         });
     }
-    [[nodiscard]] bool areVolumesFetched() const { return !(rev->status() == DownloadStatus::stopped); }
+    [[nodiscard]] bool areVolumesFetched() const { return rev->status() != DownloadStatus::stopped; }
 
     Workshop shop;
     ItemPtr rev;

@@ -32,7 +32,7 @@ protected:
         if (!reaches(archive, ExtractionStatus::repairing))
             return false;
         go();
-        return waitUntil([this] { return !(archive->extractionStatus() == ExtractionStatus::repairing); }) &&
+        return waitUntil([this] { return archive->extractionStatus() != ExtractionStatus::repairing; }) &&
                archive->extractionStatus() == ExtractionStatus::done;
     }
 

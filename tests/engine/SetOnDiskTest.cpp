@@ -73,7 +73,7 @@ protected:
     {
         shop.manager().commands().startItems({item});
         turnEventLoop();
-        if (!(item->status() == DownloadStatus::downloading))
+        if (item->status() != DownloadStatus::downloading)
             return;
         QFile volume(volumes[number]);
         if (!volume.open(QFile::ReadOnly))

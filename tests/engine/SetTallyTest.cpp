@@ -22,7 +22,7 @@ protected:
                 continue;
             const bool isRar = item->filename().endsWith(QStringLiteral(".rar"));
             tally.rarParts += isRar ? 1 : 0;
-            tally.rarPartsMissing += isRar && !(item->status() == DownloadStatus::completed) ? 1 : 0;
+            tally.rarPartsMissing += isRar && item->status() != DownloadStatus::completed ? 1 : 0;
             tally.extracted += item->extractionStatus() == ExtractionStatus::done ? 1 : 0;
         }
         return tally;

@@ -34,7 +34,7 @@ protected:
     int failuresUntilTheLast()
     {
         int failures = 0;
-        while (!(item->status() == DownloadStatus::failed) && failures < 20) {
+        while (item->status() != DownloadStatus::failed && failures < 20) {
             loseConnection();
             shop.clock.advance(10s);
             ++failures;

@@ -82,5 +82,20 @@ TEST(ByteCount, theLargestAndTheSmallestCountAreWritten)
     expectTexts({{std::numeric_limits<qint64>::max(), "8 EB"}, {std::numeric_limits<qint64>::min(), "-8 EB"}});
 }
 
+TEST(ByteCount, aSpeedIsACountForEachSecondAndNoneIsNotShown)
+{
+    EXPECT_EQ(speedText(1.5 * static_cast<double>(mib)), u"1.5 MB/s");
+    EXPECT_EQ(speedText(0), u"");
+    EXPECT_EQ(speedText(-1), u"");
+    EXPECT_EQ(speedText(std::numeric_limits<double>::quiet_NaN()), u"");
+    EXPECT_EQ(speedText(std::numeric_limits<double>::infinity()), u"7.98 EB/s");
+}
+
+TEST(ByteCount, progressNamesTheTotalWhereItIsKnown)
+{
+    EXPECT_EQ(progressText(mib, 3 * mib), u"1 MB / 3 MB");
+    EXPECT_EQ(progressText(mib, 0), u"1 MB");
+}
+
 } // namespace
 } // namespace vormel

@@ -59,7 +59,7 @@ void PostDownloadPipeline::extractWithPassword(const ItemId& id, const QString& 
 void PostDownloadPipeline::retryExtraction(const ItemId& id)
 {
     const ItemPtr item = m_ports.queue.item(id);
-    if (!item || !(item->status() == DownloadStatus::completed) || !item->localPath() || isWorkingOn(id))
+    if (!item || item->status() != DownloadStatus::completed || !item->localPath() || isWorkingOn(id))
         return;
     const std::optional<ReadyArchive> archive = archiveOf(item);
     for (const ItemPtr& one : {item, archive ? archive->target : item}) {
@@ -291,7 +291,7 @@ bool PostDownloadPipeline::isMoreToCome(const Run& run) const
 {
     const std::span<const ItemPtr> set = m_ports.queue.itemsOfSet(run.archive.base);
     return run.next || (run.archive.isSet && std::any_of(set.begin(), set.end(), [this](const ItemPtr& item) {
-                            return isRevName(item->filename()) && !(item->status() == DownloadStatus::completed) &&
+                            return isRevName(item->filename()) && item->status() != DownloadStatus::completed &&
                                    m_ports.queue.isRevComing(*item);
                         }));
 }
@@ -384,7 +384,7 @@ QSet<ItemId> PostDownloadPipeline::finishedMembers(const Run& run) const
     QSet<ItemId> finished = run.members + QSet{run.archive.target->id()};
     finished.removeIf([this](const ItemId& id) {
         const ItemPtr item = m_ports.queue.item(id);
-        return item && !(item->status() == DownloadStatus::completed);
+        return item && item->status() != DownloadStatus::completed;
     });
     return finished;
 }

@@ -10,23 +10,18 @@ namespace vormel {
 
 namespace {
 
-BoundedRegex ignoringCase(const QString& pattern)
-{
-    return BoundedRegex(pattern, QRegularExpression::CaseInsensitiveOption);
-}
-
 /// The path of the volume that the line blames by name, or nothing.
 QString blamedVolume(const QString& line)
 {
     static const std::array patterns{
-        ignoringCase(QStringLiteral(R"(^cannot find volume\s+(\S.*\.rar)$)")),
-        ignoringCase(QStringLiteral(R"(^checksum error in (?:volume\s+)?(\S.*\.rar)$)")),
+        BoundedRegex::ignoringCase(QStringLiteral(R"(^cannot find volume\s+(\S.*\.rar)$)")),
+        BoundedRegex::ignoringCase(QStringLiteral(R"(^checksum error in (?:volume\s+)?(\S.*\.rar)$)")),
         // A member's name has no slash at its beginning.
-        ignoringCase(QStringLiteral(
+        BoundedRegex::ignoringCase(QStringLiteral(
             R"(^(?:volume\s+)?(/.*?\.part\d+\.rar)\s*[-:]?\s.*(?:CRC|checksum|corrupt|failed|damaged))")),
         // Of a file that is something else, such as a web page: of a later volume, and of the first.
-        ignoringCase(QStringLiteral(R"(^(?:error: )?bad archive\s+(\S.*\.rar)$)")),
-        ignoringCase(QStringLiteral(R"(^(\S.*\.rar) is not RAR archive$)")),
+        BoundedRegex::ignoringCase(QStringLiteral(R"(^(?:error: )?bad archive\s+(\S.*\.rar)$)")),
+        BoundedRegex::ignoringCase(QStringLiteral(R"(^(\S.*\.rar) is not RAR archive$)")),
     };
     for (const BoundedRegex& pattern : patterns)
         if (const BoundedRegex::Result found = pattern.search(line))
@@ -45,8 +40,8 @@ QString withoutMember(const QString& line)
 bool complainsOfTestedArchive(const QString& line)
 {
     static const BoundedRegex header =
-        ignoringCase(QStringLiteral(R"(^(?:error: )?(?:(?:(?:the|main|archive|file) )*header is corrupt)"
-                                    R"(|corrupt header(?: is)?(?: found)?)[.!]?$)"));
+        BoundedRegex::ignoringCase(QStringLiteral(R"(^(?:error: )?(?:(?:(?:the|main|archive|file) )*header is corrupt)"
+                                                  R"(|corrupt header(?: is)?(?: found)?)[.!]?$)"));
     return line.compare(u"Unexpected end of archive", Qt::CaseInsensitive) == 0 || header.search(line) ||
            line == u"Recovery record is corrupt." || line.endsWith(u" - the file header is corrupt");
 }
@@ -107,7 +102,7 @@ bool BadVolumes::readArchive(const QString& line)
 void BadVolumes::readComplaint(const QString& line)
 {
     static const BoundedRegex prompt =
-        ignoringCase(QStringLiteral(R"(^enter password \(will not be echoed\)(?: for .*)?:$)"));
+        BoundedRegex::ignoringCase(QStringLiteral(R"(^enter password \(will not be echoed\)(?: for .*)?:$)"));
     if (prompt.search(line)) {
         m_wantsPassword = true;
         return;

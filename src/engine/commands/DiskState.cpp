@@ -11,11 +11,6 @@ namespace {
 constexpr qint64 smallestTellingVolume = 10'000'000;
 constexpr qint64 smallestShare = 10;
 
-bool isRar(const DownloadItem& item)
-{
-    return item.filename().endsWith(u".rar", Qt::CaseInsensitive);
-}
-
 } // namespace
 
 DiskState::DiskState(const std::vector<ItemPtr>& items, const ItemTable& table, const DownloadPaths& paths)
@@ -26,7 +21,7 @@ DiskState::DiskState(const std::vector<ItemPtr>& items, const ItemTable& table, 
             continue;
         const qint64 size = QFileInfo(*path).size();
         m_files.insert_or_assign(item->id(), File{*path, size});
-        if (isRar(*item))
+        if (isRarName(item->filename()))
             m_largestVolume = qMax(m_largestVolume, size);
     }
 }
@@ -47,7 +42,8 @@ bool DiskState::isWhole(const DownloadItem& item) const
         return false;
     if (item.totalBytes() >= 1)
         return size >= item.totalBytes();
-    return !isRar(item) || m_largestVolume <= smallestTellingVolume || size >= m_largestVolume / smallestShare;
+    return !isRarName(item.filename()) || m_largestVolume <= smallestTellingVolume ||
+           size >= m_largestVolume / smallestShare;
 }
 
 } // namespace vormel

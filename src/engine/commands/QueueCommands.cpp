@@ -95,7 +95,7 @@ void QueueCommands::pauseItems(const Items& items)
 {
     QSet<QString> names;
     for (const ItemPtr& item : items) {
-        if (!(item->status() == DownloadStatus::downloading))
+        if (item->status() != DownloadStatus::downloading)
             continue;
         names.insert(item->filename());
         interruptItem(*item, DownloadStatus::paused);
@@ -111,7 +111,7 @@ void QueueCommands::pauseItems(const Items& items)
 
 void QueueCommands::resumeItem(DownloadItem& item)
 {
-    if (!(item.status() == DownloadStatus::paused))
+    if (item.status() != DownloadStatus::paused)
         return;
     item.setStatus(DownloadStatus::queued);
     m_ports.queue.processQueue();
@@ -159,7 +159,7 @@ void QueueCommands::retryItem(DownloadItem& item)
         return;
     m_ports.recovery.cancelCountdown(item);
     interruptItem(item, DownloadStatus::queued);
-    removePart(item, DownloadPaths(m_ports.settings.downloadFolderPath.value()).partFile(item.filename()));
+    removePart(item, m_ports.settings.paths().partFile(item.filename()));
     item.setPartPlace(std::nullopt);
     requeue(item);
     m_ports.queue.processQueue();
@@ -171,7 +171,7 @@ void QueueCommands::redownloadItem(DownloadItem& item)
         return;
     m_ports.postDownload.stopWorkOn(item.id());
     discardTransfer(item);
-    const DownloadPaths paths(m_ports.settings.downloadFolderPath.value());
+    const DownloadPaths paths = m_ports.settings.paths();
     const std::optional<QString> file = finishedFileOf(item, m_ports.table, paths);
     if (file && (file == item.localPath() || !isNamelessFile(item.filename())))
         giveUpFile(item, *file);
@@ -210,7 +210,7 @@ void QueueCommands::resyncItem(DownloadItem& item, const DiskState& disk)
 
 void QueueCommands::resyncItems(const Items& items)
 {
-    const DiskState disk(items, m_ports.table, DownloadPaths(m_ports.settings.downloadFolderPath.value()));
+    const DiskState disk(items, m_ports.table, m_ports.settings.paths());
     for (const ItemPtr& item : items)
         resyncItem(*item, disk);
     m_ports.queue.processQueue();

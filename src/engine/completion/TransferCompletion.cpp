@@ -170,7 +170,7 @@ QString TransferCompletion::destinationFor(DownloadItem& item, const TransferEnd
     QString destination = *end.finalPath;
     if (suggested && *suggested != lastComponent(destination)) {
         item.setFilename(*suggested);
-        destination = DownloadPaths(m_settings.downloadFolderPath.value()).finalFile(*suggested);
+        destination = m_settings.paths().finalFile(*suggested);
     }
     QDir().mkpath(QFileInfo(destination).path());
     return destination;

@@ -24,7 +24,7 @@ void TransferReports::transferAnswered(const ItemId& id, const HeadFacts& facts)
         item->setTotalBytes(facts.total);
     if (facts.name && item->bytesReceived() == 0 && *facts.name != item->filename()) {
         item->setFilename(*facts.name);
-        m_ports.session.retarget(id, DownloadPaths(m_ports.settings.downloadFolderPath.value()).finalFile(*facts.name));
+        m_ports.session.retarget(id, m_ports.settings.paths().finalFile(*facts.name));
     }
     // Size and name are what a start after a kill needs to know to go on from the part file.
     m_ports.queue.saveQueue();

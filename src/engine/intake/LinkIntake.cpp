@@ -101,7 +101,7 @@ void LinkIntake::markCompletedIfPresent(DownloadItem& item)
         return;
     if (isNamelessFile(item.filename()))
         return;
-    const DownloadPaths paths(m_ports.settings.downloadFolderPath.value());
+    const DownloadPaths paths = m_ports.settings.paths();
     const std::optional<QString> file = finishedFileOf(item, m_ports.table, paths);
     if (!file)
         return;

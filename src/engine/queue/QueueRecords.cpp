@@ -101,7 +101,7 @@ QString urlOf(const QString& path)
 bool mustStorePart(const DownloadItem& item, const DownloadPaths& paths)
 {
     const std::optional<PartPlace>& place = item.partPlace();
-    return place && !(item.status() == DownloadStatus::completed) &&
+    return place && item.status() != DownloadStatus::completed &&
            (!place->isMarked || place->path != paths.partFile(item.filename()));
 }
 
@@ -236,7 +236,7 @@ void takeTruthFromDisk(DownloadItem& item, const std::optional<QString>& storedP
     if (!found)
         return;
     item.setPartPlace(found->place);
-    if (!(item.status() == DownloadStatus::paused) || found->size < 1)
+    if (item.status() != DownloadStatus::paused || found->size < 1)
         return;
     if (item.totalBytes() < 1)
         item.setTotalBytes(found->total);

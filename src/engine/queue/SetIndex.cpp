@@ -10,8 +10,8 @@ namespace {
 
 SetTally shareOf(const DownloadItem& item)
 {
-    const bool isRar = item.filename().endsWith(u".rar", Qt::CaseInsensitive);
-    const bool isMissing = isRar && !(item.status() == DownloadStatus::completed);
+    const bool isRar = isRarName(item.filename());
+    const bool isMissing = isRar && item.status() != DownloadStatus::completed;
     const bool isExtracted = item.extractionStatus() == ExtractionStatus::done;
     return {isRar ? 1 : 0, isMissing ? 1 : 0, isExtracted ? 1 : 0};
 }

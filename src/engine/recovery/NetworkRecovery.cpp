@@ -34,7 +34,7 @@ void NetworkRecovery::startRecoveryCountdown(DownloadItem& item, int seconds)
         return;
     const std::vector<ItemPtr> volumes = m_revFiles.revItems(setBaseName(item.filename()));
     const bool isAnyMissing = std::any_of(volumes.begin(), volumes.end(), [](const ItemPtr& volume) {
-        return !(volume->status() == DownloadStatus::completed);
+        return volume->status() != DownloadStatus::completed;
     });
     if (!isAnyMissing || recoveryCountdowns.contains(item.id()))
         return;
@@ -92,8 +92,7 @@ void NetworkRecovery::runRecoveryCheck(const QString& base)
             continue;
         if (isAtWork(*item))
             return;
-        const bool isRarPart = item->filename().endsWith(u".rar", Qt::CaseInsensitive);
-        isAnyPartFailed |= isRarPart && item->status() == DownloadStatus::failed;
+        isAnyPartFailed |= isRarName(item->filename()) && item->status() == DownloadStatus::failed;
     }
     if (isAnyPartFailed)
         m_revFiles.allowRevFiles(base);

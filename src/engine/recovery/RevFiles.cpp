@@ -84,7 +84,7 @@ bool RevFiles::areAllThere(const QString& base) const
     bool isAnyThere = false;
     for (const ItemPtr& item : revItems(base)) {
         isAnyThere |= item->status() == DownloadStatus::completed;
-        if (!(item->status() == DownloadStatus::completed) && !(item->status() == DownloadStatus::failed))
+        if (item->status() != DownloadStatus::completed && item->status() != DownloadStatus::failed)
             return false;
     }
     return isAnyThere;

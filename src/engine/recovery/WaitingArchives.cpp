@@ -30,7 +30,7 @@ void WaitingArchives::failed(const DownloadItem& item)
 
 void WaitingArchives::offItsWay(const DownloadItem& item)
 {
-    if (isRevName(item.filename()) && !(item.status() == DownloadStatus::completed))
+    if (isRevName(item.filename()) && item.status() != DownloadStatus::completed)
         lookLaterAt(setBaseName(item.filename()));
 }
 
@@ -38,7 +38,7 @@ void WaitingArchives::willBeRemoved(const DownloadItem& item)
 {
     const bool isThere = item.status() == DownloadStatus::completed;
     const bool isAwaited =
-        isRevName(item.filename()) ? m_revFiles.isComing(item) : !(item.status() == DownloadStatus::failed);
+        isRevName(item.filename()) ? m_revFiles.isComing(item) : item.status() != DownloadStatus::failed;
     if (isSetMember(item.filename()) && !isThere && isAwaited)
         lookLaterAt(setBaseName(item.filename()));
 }

@@ -127,7 +127,7 @@ bool DownloadStarter::isCurrent(const ItemPtr& item, quint64 attempt) const
 
 void DownloadStarter::beginTransfer(DownloadItem& item, const Link& address)
 {
-    const DownloadPaths paths(m_ports.settings.downloadFolderPath.value());
+    const DownloadPaths paths = m_ports.settings.paths();
     QDir().mkpath(paths.groupFolder(item.filename()));
     const QString destination = paths.finalFile(item.filename());
     const auto finished = item.isWantedAnew() ? std::nullopt : finishedFileOf(item, m_ports.table, paths);

@@ -61,7 +61,7 @@ bool QueuePasses::isHeldBack(const DownloadItem& item) const
     if (m_startsUnderWay.contains(item.id()) || m_ports.questions.isLoginAwaited(item.id()) ||
         m_ports.completion.isWaiting(item.id()))
         return true;
-    const DownloadPaths paths(m_ports.settings.downloadFolderPath.value());
+    const DownloadPaths paths = m_ports.settings.paths();
     return m_ports.session.isFetching(paths.finalFile(item.filename()));
 }
 

@@ -1,7 +1,7 @@
 #include "ui/queue/DroppedLinks.h"
 
+#include "text/HttpLinks.h"
 #include "text/PercentCoding.h"
-#include "ui/sheets/LinkPaste.h"
 
 #include <QMimeData>
 

@@ -31,14 +31,8 @@ constexpr std::array<Cap, 7> caps{{{u"512 KB/s", 512},
                                    {u"20 MB/s", 20480},
                                    {u"50 MB/s", 51200}}};
 
-QString speedText(double bytesPerSecond)
-{
-    constexpr double smallestShown = 100.0;
-    constexpr double firstTooFast = 9.2e18;
-    if (!(bytesPerSecond > smallestShown))
-        return {};
-    return byteCountText(static_cast<qint64>(std::min(bytesPerSecond, firstTooFast))) + QStringLiteral("/s");
-}
+/// What is slower is a trickle that would only flicker.
+constexpr double smallestShown = 100.0;
 
 } // namespace
 
@@ -116,7 +110,8 @@ void SpeedControl::bindTexts(const AppSettings& settings)
 
 void SpeedControl::showSpeed()
 {
-    m_speed->setText(m_downloading.isEmpty() ? QString() : speedText(m_manager.totalSpeedBytesPerSec()));
+    const double speed = m_manager.totalSpeedBytesPerSec();
+    m_speed->setText(m_downloading.isEmpty() || !(speed > smallestShown) ? QString() : speedText(speed));
 }
 
 void SpeedControl::fillCaps()

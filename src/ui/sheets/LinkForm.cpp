@@ -3,6 +3,7 @@
 #include "kit/BoundText.h"
 #include "kit/SheetButton.h"
 #include "kit/StyledLabel.h"
+#include "text/HttpLinks.h"
 #include "ui/sheets/CountLabel.h"
 #include "ui/sheets/LinkEditor.h"
 

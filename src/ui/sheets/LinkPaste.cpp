@@ -2,21 +2,11 @@
 
 #include "model/HostGroups.h"
 #include "resolvers/ResolverTables.h"
+#include "text/HttpLinks.h"
 
 #include <QHash>
 
 namespace vormel {
-
-std::vector<Link> httpLinks(QStringView text)
-{
-    std::vector<Link> links;
-    for (const QStringView line : text.tokenize(u'\n')) {
-        const std::optional<Link> link = Link::parse(line.trimmed());
-        if (link && link->isHttp())
-            links.push_back(*link);
-    }
-    return links;
-}
 
 LinkPaste::LinkPaste(QStringView text, const ResolverTables& resolvers)
     : m_valid(httpLinks(text))

@@ -8,9 +8,6 @@ namespace vormel {
 
 class ResolverTables;
 
-/// The http and https links of a text with one link per line, in their order; every other line is passed over.
-[[nodiscard]] std::vector<Link> httpLinks(QStringView text);
-
 /// What a pasted text amounts to. A value without state behind it.
 class LinkPaste
 {

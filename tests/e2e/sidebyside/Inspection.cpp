@@ -79,7 +79,7 @@ QStringList Inspection::wrongDownloads()
 QString Inspection::wrongWith(const DownloadItem& item) const
 {
     const Offer& offer = m_scene.offerOf(item);
-    if (!(item.status() == DownloadStatus::completed))
+    if (item.status() != DownloadStatus::completed)
         return {};
     const QByteArray contents = contentsOf(item.localPath().value_or(QString()));
     const bool isThere = QFileInfo(item.localPath().value_or(QString())).isFile();

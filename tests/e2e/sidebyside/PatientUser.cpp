@@ -57,7 +57,7 @@ void PatientUser::nudge(DownloadItem& item)
 void PatientUser::nudge(const PackedArchive& archive)
 {
     const ItemPtr item = m_scene.itemOf(archive);
-    if (!item || isDone(archive) || !(item->status() == DownloadStatus::completed) ||
+    if (!item || isDone(archive) || item->status() != DownloadStatus::completed ||
         item->extractionStatus() == ExtractionStatus::extracting ||
         item->extractionStatus() == ExtractionStatus::repairing || !areVolumesThere(archive))
         return;

@@ -140,7 +140,7 @@ void RandomUser::stopGroup()
 void RandomUser::retryRow()
 {
     for (const ItemPtr& item : m_scene.manager().items()) {
-        if (!(item->status() == DownloadStatus::failed))
+        if (item->status() != DownloadStatus::failed)
             continue;
         note(QStringLiteral("retry"), *item);
         m_scene.manager().commands().retryItem(*item);
@@ -250,7 +250,7 @@ void RandomUser::extractRow()
 void RandomUser::stopExtraction()
 {
     for (const ItemPtr& item : m_scene.manager().items()) {
-        if (!(item->extractionStatus() == ExtractionStatus::extracting))
+        if (item->extractionStatus() != ExtractionStatus::extracting)
             continue;
         note(QStringLiteral("stop unpacking"), *item);
         m_scene.manager().commands().stopExtraction(item->id());

@@ -13,20 +13,6 @@ namespace {
 
 constexpr QStringView separator = u"·  ";
 
-QString byteText(const GroupTally& tally)
-{
-    const QString received = byteCountText(tally.bytesReceived);
-    return tally.totalBytes > 0 ? received + QStringLiteral(" / ") + byteCountText(tally.totalBytes) : received;
-}
-
-QString speedText(const GroupTally& tally)
-{
-    constexpr double firstTooFast = 9.2e18;
-    if (!(tally.speedBytesPerSec > 0))
-        return {};
-    return byteCountText(static_cast<qint64>(std::min(tally.speedBytesPerSec, firstTooFast))) + QStringLiteral("/s");
-}
-
 } // namespace
 
 RowLines headerLines(const GroupTally& tally)
@@ -46,8 +32,8 @@ HeaderContent headerContent(const GroupTally& tally, AppLanguage language)
     if (tally.totalBytes > 0)
         content.sizeText = separator.toString() + byteCountText(tally.totalBytes);
     content.progress = tally.progress();
-    content.byteText = byteText(tally);
-    content.speedText = speedText(tally);
+    content.byteText = progressText(tally.bytesReceived, tally.totalBytes);
+    content.speedText = speedText(tally.speedBytesPerSec);
     return content;
 }
 
@@ -58,7 +44,7 @@ void addExtraction(HeaderContent& content, const DownloadGroup& group, AppLangua
         return item->verification().kind != VerificationResult::none;
     });
     const auto extracted = std::find_if(items.begin(), items.end(), [](const ItemPtr& item) {
-        return !(item->extractionStatus() == ExtractionStatus::idle);
+        return item->extractionStatus() != ExtractionStatus::idle;
     });
     if (extracted != items.end()) {
         content.extraction = (*extracted)->extractionStatus().kind();

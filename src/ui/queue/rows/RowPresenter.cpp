@@ -40,16 +40,10 @@ RowLines rowLines(const DownloadItem& item)
     lines.setFlag(RowLine::recovery, item.recoveryCountdown().has_value());
     lines.setFlag(RowLine::progress, item.status() == DownloadStatus::downloading);
     const bool isFailed = item.extractionStatus() == ExtractionStatus::failed;
-    lines.setFlag(RowLine::extraction, !isFailed && !(item.extractionStatus() == ExtractionStatus::idle));
+    lines.setFlag(RowLine::extraction, !isFailed && item.extractionStatus() != ExtractionStatus::idle);
     lines.setFlag(RowLine::failure, isFailed);
     lines.setFlag(RowLine::verification, item.verification().kind != VerificationResult::none);
     return lines;
-}
-
-QString byteText(const DownloadItem& item)
-{
-    const QString received = byteCountText(item.bytesReceived());
-    return item.totalBytes() > 0 ? received + QStringLiteral(" / ") + byteCountText(item.totalBytes()) : received;
 }
 
 QString recoveryText(const DownloadItem& item, AppLanguage language)
@@ -153,7 +147,7 @@ RowContent rowContent(const DownloadItem& item, AppLanguage language, WallTime n
     content.buttons = itemButtons(item.status().kind());
     content.recoveryText = recoveryText(item, language);
     content.progress = fraction(item.progress());
-    content.byteText = byteText(item);
+    content.byteText = progressText(item.bytesReceived(), item.totalBytes());
     content.speedText = item.speedText();
     content.extraction = item.extractionStatus().kind();
     content.hasExtractionBar = hasBar(item);

@@ -12,7 +12,6 @@ namespace vormel {
 /// The whole row in a language at that moment.
 [[nodiscard]] RowContent rowContent(const DownloadItem& item, AppLanguage language, WallTime now);
 
-[[nodiscard]] QString byteText(const DownloadItem& item);
 [[nodiscard]] QString recoveryText(const DownloadItem& item, AppLanguage language);
 [[nodiscard]] QString extractionText(const DownloadItem& item, AppLanguage language);
 /// The same without a figure.

@@ -21,9 +21,9 @@ protected:
 TEST_F(RowPresenter, ShowsTheTotalOnlyWhenItIsKnown)
 {
     item.setBytesReceived(1024 * 1024);
-    EXPECT_EQ(byteText(item), u"1 MB");
+    EXPECT_EQ(rowContent(item, AppLanguage::english, {}).byteText, u"1 MB");
     item.setTotalBytes(3 * 1024 * 1024);
-    EXPECT_EQ(byteText(item), u"1 MB / 3 MB");
+    EXPECT_EQ(rowContent(item, AppLanguage::english, {}).byteText, u"1 MB / 3 MB");
 }
 
 TEST_F(RowPresenter, CountsDownToTheRecovery)
