@@ -1,6 +1,7 @@
 #include "engine/commands/DiskState.h"
 
 #include "engine/completion/FinishedFile.h"
+#include "model/SetName.h"
 
 #include <QFileInfo>
 

@@ -10,6 +10,7 @@ class QStackedLayout;
 
 namespace vormel {
 
+class AppSettings;
 class DropOverlay;
 class EmptyState;
 class QueueModel;
