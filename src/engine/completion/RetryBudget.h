@@ -18,11 +18,11 @@ public:
     /// Spends one attempt. Gives the time until it is due, which grows; nothing if all are spent.
     [[nodiscard]] std::optional<std::chrono::seconds> spend(const ItemId& id);
     /// The whole budget is there again.
-    void restore(const ItemId& id) { networkRetries.remove(id); }
-    [[nodiscard]] int spent(const ItemId& id) const { return networkRetries.value(id); }
+    void restore(const ItemId& id) { m_networkRetries.remove(id); }
+    [[nodiscard]] int spent(const ItemId& id) const { return m_networkRetries.value(id); }
 
 private:
-    QHash<ItemId, int> networkRetries;
+    QHash<ItemId, int> m_networkRetries;
 };
 
 } // namespace vormel

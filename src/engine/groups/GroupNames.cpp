@@ -22,18 +22,18 @@ GroupNames::GroupNames(UserDefaults& store)
     if (!std::all_of(stored.begin(), stored.end(), [](const QJsonValue& name) { return name.isString(); }))
         return;
     for (auto entry = stored.begin(); entry != stored.end(); ++entry)
-        customGroupNames.insert(entry.key(), entry->toString());
+        m_customGroupNames.insert(entry.key(), entry->toString());
 }
 
 void GroupNames::renameGroup(const QString& id, const QString& name)
 {
     const QString trimmed = name.trimmed();
     if (trimmed.isEmpty() || trimmed == id)
-        customGroupNames.remove(id);
+        m_customGroupNames.remove(id);
     else
-        customGroupNames.insert(id, trimmed);
+        m_customGroupNames.insert(id, trimmed);
     QJsonObject whole;
-    for (auto entry = customGroupNames.cbegin(); entry != customGroupNames.cend(); ++entry)
+    for (auto entry = m_customGroupNames.cbegin(); entry != m_customGroupNames.cend(); ++entry)
         whole.insert(entry.key(), entry.value());
     m_store.setObject(storeKey, whole);
 }

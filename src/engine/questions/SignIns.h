@@ -17,12 +17,12 @@ class SignIns
 public:
     /// The host that the user is asked about; another one waits until its items are tried again.
     [[nodiscard]] const std::optional<SupportedHost>& pendingLogin() const { return m_pendingLogin; }
-    [[nodiscard]] bool isAwaited(const ItemId& id) const { return itemsAwaitingLogin.contains(id); }
+    [[nodiscard]] bool isAwaited(const ItemId& id) const { return m_itemsAwaitingLogin.contains(id); }
 
     /// True if the user is to be asked now.
     bool await(const ItemId& id, SupportedHost host)
     {
-        itemsAwaitingLogin.insert(id);
+        m_itemsAwaitingLogin.insert(id);
         const bool isNew = !m_pendingLogin;
         if (isNew)
             m_pendingLogin = host;
@@ -32,14 +32,14 @@ public:
     QSet<ItemId> answered()
     {
         m_pendingLogin.reset();
-        return std::exchange(itemsAwaitingLogin, {});
+        return std::exchange(m_itemsAwaitingLogin, {});
     }
     /// The item waits no longer: it has been paused, stopped, completed or removed.
-    void forget(const ItemId& id) { itemsAwaitingLogin.remove(id); }
+    void forget(const ItemId& id) { m_itemsAwaitingLogin.remove(id); }
 
 private:
     std::optional<SupportedHost> m_pendingLogin;
-    QSet<ItemId> itemsAwaitingLogin;
+    QSet<ItemId> m_itemsAwaitingLogin;
 };
 
 } // namespace vormel

@@ -36,7 +36,7 @@ void NetworkRecovery::startRecoveryCountdown(DownloadItem& item, int seconds)
     const bool isAnyMissing = std::any_of(volumes.begin(), volumes.end(), [](const ItemPtr& volume) {
         return volume->status() != DownloadStatus::completed;
     });
-    if (!isAnyMissing || recoveryCountdowns.contains(item.id()))
+    if (!isAnyMissing || m_recoveryCountdowns.contains(item.id()))
         return;
     countDown(item.id(), seconds);
 }
@@ -55,20 +55,20 @@ void NetworkRecovery::countDown(const ItemId& id, int seconds)
 
 void NetworkRecovery::waitASecond(const ItemId& id, int seconds)
 {
-    recoveryCountdowns[id] = m_clock.after(std::chrono::seconds(1), [this, id, seconds] {
+    m_recoveryCountdowns[id] = m_clock.after(std::chrono::seconds(1), [this, id, seconds] {
         const ItemPtr item = m_table.find(id);
         if (item && item->status() == DownloadStatus::failed)
             countDown(id, seconds - 1);
         else if (item)
             cancelCountdown(*item);
         else
-            recoveryCountdowns.erase(id);
+            m_recoveryCountdowns.erase(id);
     });
 }
 
 void NetworkRecovery::cancelCountdown(DownloadItem& item)
 {
-    if (recoveryCountdowns.erase(item.id()) > 0)
+    if (m_recoveryCountdowns.erase(item.id()) > 0)
         item.setRecoveryCountdown(std::nullopt);
 }
 
@@ -80,12 +80,12 @@ void NetworkRecovery::scheduleRecoveryCheck(const DownloadItem& item)
 
 void NetworkRecovery::scheduleRecoveryCheck(const QString& base, std::chrono::seconds delay)
 {
-    pendingRecovery[base] = m_clock.after(delay, [this, base] { runRecoveryCheck(base); });
+    m_pendingRecovery[base] = m_clock.after(delay, [this, base] { runRecoveryCheck(base); });
 }
 
 void NetworkRecovery::runRecoveryCheck(const QString& base)
 {
-    pendingRecovery.erase(base);
+    m_pendingRecovery.erase(base);
     bool isAnyPartFailed = false;
     for (const ItemPtr& item : m_table.itemsOfSet(base)) {
         if (isRevName(item->filename()))

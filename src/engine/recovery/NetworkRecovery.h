@@ -38,8 +38,8 @@ private:
     const AppSettings& m_settings;
     Clock& m_clock;
     RevFiles& m_revFiles;
-    std::unordered_map<ItemId, Timer> recoveryCountdowns;
-    std::unordered_map<QString, Timer> pendingRecovery; ///< by base name
+    std::unordered_map<ItemId, Timer> m_recoveryCountdowns;
+    std::unordered_map<QString, Timer> m_pendingRecovery; ///< by base name
 };
 
 inline constexpr int recoveryCountdownSeconds = 10;

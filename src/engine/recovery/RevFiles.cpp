@@ -71,7 +71,7 @@ bool RevFiles::release(const QString& base, const std::function<bool(const Downl
     if (released.empty())
         return false;
     for (const ItemPtr& item : released) {
-        revAllowlist.insert(item->id());
+        m_revAllowlist.insert(item->id());
         item->setStatus(DownloadStatus::queued);
     }
     m_queue.processQueue();

@@ -20,7 +20,7 @@ public:
     [[nodiscard]] std::vector<ItemPtr> revItems(const QString& base) const;
 
     /// Was the item let through by name, whatever the settings and its set say?
-    [[nodiscard]] bool isAllowed(const ItemId& id) const { return revAllowlist.contains(id); }
+    [[nodiscard]] bool isAllowed(const ItemId& id) const { return m_revAllowlist.contains(id); }
     /// May this recovery volume be fetched now?
     [[nodiscard]] bool mayFetch(const DownloadItem& item) const;
 
@@ -41,7 +41,7 @@ public:
     /// Has any set of these items a volume that is neither there nor coming?
     [[nodiscard]] bool hasPendingRevFiles(const std::vector<ItemPtr>& items) const;
 
-    void forget(const QSet<ItemId>& ids) { revAllowlist.subtract(ids); }
+    void forget(const QSet<ItemId>& ids) { m_revAllowlist.subtract(ids); }
 
 private:
     bool release(const QString& base, const std::function<bool(const DownloadItem&)>& isWanted);
@@ -49,7 +49,7 @@ private:
     const ItemTable& m_table;
     const AppSettings& m_settings;
     QueueTurn& m_queue;
-    QSet<ItemId> revAllowlist;
+    QSet<ItemId> m_revAllowlist;
 };
 
 /// The base names of the items, each once.

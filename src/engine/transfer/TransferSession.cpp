@@ -38,7 +38,7 @@ TransferSession::TransferSession(HttpClient& client, FileSync& fileSync, Clock& 
 
 TransferSession::~TransferSession()
 {
-    activeTasks.clear();
+    m_activeTasks.clear();
     m_fileSync.flush(); // what it tells would find nobody
 }
 
@@ -51,11 +51,11 @@ void TransferSession::start(TransferOrder order, std::unique_ptr<PartFile> file)
     running.finalPath = order.finalPath;
     Transfer::Listener& listener = *this;
     running.transfer =
-        std::make_unique<Transfer>(std::move(order), ++m_lastSerial, std::move(file), ioLock, m_clock, listener);
+        std::make_unique<Transfer>(std::move(order), ++m_lastSerial, std::move(file), m_ioLock, m_clock, listener);
     Transfer& transfer = *running.transfer;
     if (!transfer.isWhole())
         running.task = m_client.makeTask(std::move(request), transfer);
-    const Running& started = activeTasks.insert_or_assign(id, std::move(running)).first->second;
+    const Running& started = m_activeTasks.insert_or_assign(id, std::move(running)).first->second;
     if (started.task)
         started.task->resume();
     else
@@ -64,37 +64,37 @@ void TransferSession::start(TransferOrder order, std::unique_ptr<PartFile> file)
 
 void TransferSession::drop(const ItemId& id)
 {
-    const auto found = activeTasks.find(id);
-    if (found == activeTasks.end())
+    const auto found = m_activeTasks.find(id);
+    if (found == m_activeTasks.end())
         return;
     closeFile(id, *found->second.transfer);
-    activeTasks.erase(found);
+    m_activeTasks.erase(found);
 }
 
 std::optional<QString> TransferSession::partFileURL(const ItemId& id) const
 {
-    const auto found = activeTasks.find(id);
-    return found == activeTasks.end() ? std::nullopt : std::optional(found->second.partPath);
+    const auto found = m_activeTasks.find(id);
+    return found == m_activeTasks.end() ? std::nullopt : std::optional(found->second.partPath);
 }
 
 QSet<QString> TransferSession::partFiles() const
 {
     QSet<QString> paths;
-    for (const auto& [id, running] : activeTasks)
+    for (const auto& [id, running] : m_activeTasks)
         paths.insert(running.partPath);
     return paths;
 }
 
 bool TransferSession::isFetching(const QString& finalPath) const
 {
-    return std::any_of(activeTasks.begin(), activeTasks.end(),
+    return std::any_of(m_activeTasks.begin(), m_activeTasks.end(),
                        [&finalPath](const auto& entry) { return entry.second.finalPath == finalPath; });
 }
 
 void TransferSession::retarget(const ItemId& id, const QString& finalPath)
 {
-    const auto found = activeTasks.find(id);
-    if (found != activeTasks.end())
+    const auto found = m_activeTasks.find(id);
+    if (found != m_activeTasks.end())
         found->second.finalPath = finalPath;
 }
 
@@ -106,7 +106,7 @@ void TransferSession::setLimit(qint64 bytesPerSecond)
 
 void TransferSession::closeFiles()
 {
-    for (const auto& [id, running] : activeTasks)
+    for (const auto& [id, running] : m_activeTasks)
         closeFile(id, *running.transfer);
 }
 
@@ -118,8 +118,8 @@ void TransferSession::closeFile(const ItemId& id, Transfer& transfer)
 
 bool TransferSession::isCurrent(const ItemId& id, quint64 serial) const
 {
-    const auto found = activeTasks.find(id);
-    return found != activeTasks.end() && found->second.transfer->serial() == serial;
+    const auto found = m_activeTasks.find(id);
+    return found != m_activeTasks.end() && found->second.transfer->serial() == serial;
 }
 
 template <typename Action>
@@ -148,11 +148,11 @@ bool TransferSession::mustRest(const Transfer& transfer, qint64 bytes)
     const qint64 limit = m_limit;
     if (limit < 1)
         return false;
-    const double wait = globalThrottle.consume(bytes, limit, m_clock.steadyNow());
+    const double wait = m_globalThrottle.consume(bytes, limit, m_clock.steadyNow());
     if (wait <= leastPause)
         return false;
     post(transfer, [this, wait](const ItemId& id) {
-        Running& running = activeTasks.at(id);
+        Running& running = m_activeTasks.at(id);
         const auto delay = std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::duration<double>(wait));
         running.rest = m_clock.after(delay, [&task = *running.task] { task.resume(); });
     });
@@ -176,7 +176,7 @@ void TransferSession::ended(const Transfer& transfer)
 
 void TransferSession::finish(const ItemId& id, int syncError)
 {
-    auto node = activeTasks.extract(id);
+    auto node = m_activeTasks.extract(id);
     Running& running = node.mapped();
     TransferEnd end = running.transfer->takeEnd(syncError);
     end.partPath = running.partPath;

@@ -89,11 +89,11 @@ private:
     Clock& m_clock;
     Owner& m_owner;
     QObject m_uiThread;
-    std::mutex ioLock;
+    std::mutex m_ioLock;
     std::atomic<qint64> m_limit{0};
-    GlobalThrottleTracker globalThrottle; ///< client's thread
+    GlobalThrottleTracker m_globalThrottle; ///< client's thread
     quint64 m_lastSerial = 0;
-    std::unordered_map<ItemId, Running> activeTasks;
+    std::unordered_map<ItemId, Running> m_activeTasks;
 };
 
 } // namespace vormel

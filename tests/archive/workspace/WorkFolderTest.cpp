@@ -1,6 +1,6 @@
 #include "archive/workspace/WorkFolder.h"
 
-#include "archive/tools/ExtractionError.h"
+#include "archive/workspace/DestinationError.h"
 #include "archive/workspace/OrdinaryUser.h"
 #include "archive/workspace/Trees.h"
 #include "archive/workspace/WorkMark.h"
