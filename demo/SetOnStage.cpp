@@ -17,7 +17,7 @@ SetOnStage::SetOnStage(const Stage& stage, FilmSet set)
 {
     QObject::connect(&m_stage.manager, &DownloadManager::itemChanged, &m_hearing,
                      [this](const ItemId& id, ItemField field) {
-                         if (field == ItemField::ExtractionStatus)
+                         if (field == ItemField::extractionStatus)
                              note(m_stage.manager.item(id));
                      });
 }

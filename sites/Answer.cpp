@@ -59,7 +59,7 @@ Answer Answer::raw(std::string bytes)
 
 Answer Answer::nothing()
 {
-    return Answer().changed([](AnswerPlan& plan) { plan.headFault = HeadFault::CloseBefore; });
+    return Answer().changed([](AnswerPlan& plan) { plan.headFault = HeadFault::closeBefore; });
 }
 
 Answer Answer::withStatus(int status) const
@@ -134,22 +134,22 @@ Answer Answer::asMultipart() const
 
 Answer Answer::untilClose() const
 {
-    return changed([](AnswerPlan& plan) { plan.framing = Framing::UntilClose; });
+    return changed([](AnswerPlan& plan) { plan.framing = Framing::untilClose; });
 }
 
 Answer Answer::chunked() const
 {
-    return changed([](AnswerPlan& plan) { plan.framing = Framing::Chunked; });
+    return changed([](AnswerPlan& plan) { plan.framing = Framing::chunked; });
 }
 
 Answer Answer::chunkedWithoutEnd() const
 {
-    return changed([](AnswerPlan& plan) { plan.framing = Framing::ChunkedWithoutEnd; });
+    return changed([](AnswerPlan& plan) { plan.framing = Framing::chunkedWithoutEnd; });
 }
 
 Answer Answer::endlessTrailers() const
 {
-    return changed([](AnswerPlan& plan) { plan.framing = Framing::ChunkedEndlessTrailers; });
+    return changed([](AnswerPlan& plan) { plan.framing = Framing::chunkedEndlessTrailers; });
 }
 
 Answer Answer::withContentLength(std::string text) const
@@ -174,17 +174,17 @@ Answer Answer::followedBy(std::string bytes) const
 
 Answer Answer::cutHead() const
 {
-    return changed([](AnswerPlan& plan) { plan.headFault = HeadFault::CutInside; });
+    return changed([](AnswerPlan& plan) { plan.headFault = HeadFault::cutInside; });
 }
 
 Answer Answer::endlessHeaders() const
 {
-    return changed([](AnswerPlan& plan) { plan.headFault = HeadFault::Endless; });
+    return changed([](AnswerPlan& plan) { plan.headFault = HeadFault::endless; });
 }
 
 Answer Answer::stallBeforeHead() const
 {
-    return changed([](AnswerPlan& plan) { plan.headFault = HeadFault::StallBefore; });
+    return changed([](AnswerPlan& plan) { plan.headFault = HeadFault::stallBefore; });
 }
 
 Answer Answer::delayedBy(std::chrono::milliseconds time) const
@@ -194,17 +194,17 @@ Answer Answer::delayedBy(std::chrono::milliseconds time) const
 
 Answer Answer::closeAfter(std::int64_t bytes) const
 {
-    return cutting(Cut::Close, bytes);
+    return cutting(Cut::close, bytes);
 }
 
 Answer Answer::resetAfter(std::int64_t bytes) const
 {
-    return cutting(Cut::Reset, bytes);
+    return cutting(Cut::reset, bytes);
 }
 
 Answer Answer::stallAfter(std::int64_t bytes) const
 {
-    return cutting(Cut::Stall, bytes);
+    return cutting(Cut::stall, bytes);
 }
 
 Answer Answer::cutting(Cut cut, std::int64_t bytes) const

@@ -15,30 +15,30 @@ namespace vormel::sites {
 // How the end of a body is told.
 enum class Framing
 {
-    Length,
-    UntilClose,
-    Chunked,
-    ChunkedWithoutEnd,      // closed before the last chunk
-    ChunkedEndlessTrailers, // trailers that go on until the client leaves
+    length,
+    untilClose,
+    chunked,
+    chunkedWithoutEnd,      // closed before the last chunk
+    chunkedEndlessTrailers, // trailers that go on until the client leaves
 };
 
 // What goes wrong at a point of the body.
 enum class Cut
 {
-    Nothing,
-    Close,
-    Reset,
-    Stall,
+    nothing,
+    close,
+    reset,
+    stall,
 };
 
 // How a head is spoiled.
 enum class HeadFault
 {
-    Nothing,
-    CloseBefore, // not one byte
-    StallBefore,
-    CutInside, // closed before the blank line
-    Endless,   // headers that go on until the client leaves
+    nothing,
+    closeBefore, // not one byte
+    stallBefore,
+    cutInside, // closed before the blank line
+    endless,   // headers that go on until the client leaves
 };
 
 // All that an answer does other than the ordinary. Filled by Answer, obeyed by the server.
@@ -62,15 +62,15 @@ struct AnswerPlan
     std::int64_t shift = 0;
     bool multipart = false;
 
-    Framing framing = Framing::Length;
+    Framing framing = Framing::length;
     std::optional<std::string> contentLength;
     std::int64_t contentLengthOff = 0;
     bool closing = false;
     std::optional<std::string> surplus; // sent behind a finished answer
 
-    HeadFault headFault = HeadFault::Nothing;
+    HeadFault headFault = HeadFault::nothing;
     std::chrono::milliseconds delay{0};
-    Cut cut = Cut::Nothing;
+    Cut cut = Cut::nothing;
     std::int64_t cutAfter = 0;
     std::int64_t dripBytes = 0; // none: as fast as it goes
     std::chrono::milliseconds dripInterval{0};

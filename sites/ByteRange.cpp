@@ -21,8 +21,8 @@ std::optional<std::int64_t> parseOffset(std::string_view digits)
 ByteRange within(std::int64_t first, std::int64_t last, std::int64_t fileSize)
 {
     if (first >= fileSize)
-        return {.kind = ByteRange::Kind::Unsatisfiable};
-    return {.kind = ByteRange::Kind::Satisfiable, .first = first, .last = std::min(last, fileSize - 1)};
+        return {.kind = ByteRange::Kind::unsatisfiable};
+    return {.kind = ByteRange::Kind::satisfiable, .first = first, .last = std::min(last, fileSize - 1)};
 }
 
 } // namespace

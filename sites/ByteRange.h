@@ -10,12 +10,12 @@ struct ByteRange
 {
     enum class Kind
     {
-        None, // absent, malformed or of several parts: the whole file is due
-        Satisfiable,
-        Unsatisfiable,
+        none, // absent, malformed or of several parts: the whole file is due
+        satisfiable,
+        unsatisfiable,
     };
 
-    Kind kind = Kind::None;
+    Kind kind = Kind::none;
     std::int64_t first = 0;
     std::int64_t last = -1;
 };

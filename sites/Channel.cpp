@@ -110,8 +110,8 @@ bool Channel::pause(std::chrono::nanoseconds time)
     while (m_socket.isOpen()) {
         const auto left = std::max<std::chrono::nanoseconds>(end - steady_clock::now(), std::chrono::nanoseconds(0));
         const auto wake = m_interrupt.wait(m_socket.get(), POLLRDHUP, left);
-        if (wake != Wake::Woken)
-            return wake == Wake::TimedOut;
+        if (wake != Wake::woken)
+            return wake == Wake::timedOut;
     }
     return false;
 }
@@ -121,7 +121,7 @@ bool Channel::awaitRelease(int seen)
     while (m_socket.isOpen()) {
         if (releases() != seen)
             return true;
-        if (m_interrupt.wait(m_socket.get(), POLLRDHUP) != Wake::Woken)
+        if (m_interrupt.wait(m_socket.get(), POLLRDHUP) != Wake::woken)
             return false;
     }
     return false;
@@ -146,7 +146,7 @@ void Channel::discardIncoming()
     std::array<char, 4096> ignored{};
     for (auto left = end - steady_clock::now(); left.count() > 0; left = end - steady_clock::now()) {
         const auto wake = m_interrupt.wait(m_socket.get(), POLLIN, left);
-        if (wake == Wake::Stopped || wake == Wake::TimedOut)
+        if (wake == Wake::stopped || wake == Wake::timedOut)
             return;
         const auto count = ::recv(m_socket.get(), ignored.data(), ignored.size(), 0);
         if (count == 0 || (count < 0 && errno != EAGAIN))

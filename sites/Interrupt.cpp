@@ -52,14 +52,14 @@ Interrupt::Wake Interrupt::wait(int socket, short events, std::optional<std::chr
     const auto limit = asTimespec(timeout.value_or(std::chrono::nanoseconds(0)));
     const auto count = ppoll(watched.data(), watched.size(), timeout ? &limit : nullptr, nullptr);
     if (m_stopped)
-        return Wake::Stopped;
+        return Wake::stopped;
     if (count == 0)
-        return Wake::TimedOut;
+        return Wake::timedOut;
     if (count > 0 && watched[1].revents == 0)
-        return Wake::Ready;
+        return Wake::ready;
     eventfd_t ignored = 0;
     eventfd_read(m_signal.get(), &ignored);
-    return Wake::Woken;
+    return Wake::woken;
 }
 
 } // namespace vormel::sites

@@ -14,10 +14,10 @@ class Interrupt
 public:
     enum class Wake
     {
-        Ready,
-        TimedOut,
-        Stopped,
-        Woken, // by a release or a signal
+        ready,
+        timedOut,
+        stopped,
+        woken, // by a release or a signal
     };
 
     Interrupt(); // throws std::system_error

@@ -116,11 +116,11 @@ void Composer::chooseBody()
 void Composer::chooseFilePart(const ByteRange& range)
 {
     const auto size = m_resource.content.size();
-    if (range.kind == ByteRange::Kind::Unsatisfiable) {
+    if (range.kind == ByteRange::Kind::unsatisfiable) {
         m_status = 416;
         return;
     }
-    if (range.kind == ByteRange::Kind::None) {
+    if (range.kind == ByteRange::Kind::none) {
         m_body = {.content = m_resource.content, .length = size};
         return;
     }
@@ -193,17 +193,17 @@ void Composer::describeLength()
     m_keepsConnection = !wantsClose() && !wrongLength;
     if (isBodiless(m_status) && !wrongLength)
         return;
-    if (m_plan.framing == Framing::Length) {
+    if (m_plan.framing == Framing::length) {
         const auto length = std::to_string(m_body.size() + m_plan.contentLengthOff);
         add("Content-Length", m_plan.contentLength.value_or(length));
-    } else if (m_plan.framing != Framing::UntilClose) {
+    } else if (m_plan.framing != Framing::untilClose) {
         add("Transfer-Encoding", "chunked");
     }
 }
 
 bool Composer::wantsClose() const
 {
-    return m_plan.closing || m_plan.framing == Framing::UntilClose || m_request.version == "HTTP/1.0" ||
+    return m_plan.closing || m_plan.framing == Framing::untilClose || m_request.version == "HTTP/1.0" ||
            sameHeaderName(m_request.header("Connection").value_or(""), "close");
 }
 

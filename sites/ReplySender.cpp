@@ -19,9 +19,9 @@ bool ReplySender::send(const Reply& reply, bool withBody)
 {
     if (m_plan.delay.count() > 0 && !m_channel.pause(m_plan.delay))
         return false;
-    if (m_plan.headFault == HeadFault::CloseBefore)
+    if (m_plan.headFault == HeadFault::closeBefore)
         return false;
-    if (m_plan.headFault == HeadFault::StallBefore && !stall())
+    if (m_plan.headFault == HeadFault::stallBefore && !stall())
         return false;
     if (m_plan.raw)
         return m_channel.write(*m_plan.raw) && m_plan.surplus && sendSurplus();
@@ -32,9 +32,9 @@ bool ReplySender::send(const Reply& reply, bool withBody)
 
 bool ReplySender::sendHead(const Reply& reply)
 {
-    if (m_plan.headFault == HeadFault::CutInside)
+    if (m_plan.headFault == HeadFault::cutInside)
         return m_channel.write(reply.head) && false;
-    if (m_plan.headFault == HeadFault::Endless)
+    if (m_plan.headFault == HeadFault::endless)
         return m_channel.write(reply.head) && sendEndlessFields();
     return m_channel.write(reply.head + "\r\n");
 }
@@ -42,7 +42,7 @@ bool ReplySender::sendHead(const Reply& reply)
 bool ReplySender::sendBody(const Body& body)
 {
     const auto size = body.size();
-    if (m_plan.cut == Cut::Nothing)
+    if (m_plan.cut == Cut::nothing)
         return sendBytes(body, 0, size) && sendEnd();
     const auto point = std::clamp<std::int64_t>(m_plan.cutAfter, 0, size);
     return sendBytes(body, 0, point) && passCut() && sendBytes(body, point, size) && sendEnd();
@@ -83,14 +83,14 @@ bool ReplySender::sendFramed(std::string_view bytes)
 bool ReplySender::sendEnd()
 {
     switch (m_plan.framing) {
-    case Framing::Length:
+    case Framing::length:
         return true;
-    case Framing::UntilClose:
-    case Framing::ChunkedWithoutEnd:
+    case Framing::untilClose:
+    case Framing::chunkedWithoutEnd:
         return false;
-    case Framing::Chunked:
+    case Framing::chunked:
         return m_channel.write("0\r\n\r\n");
-    case Framing::ChunkedEndlessTrailers:
+    case Framing::chunkedEndlessTrailers:
         return m_channel.write("0\r\n") && sendEndlessFields();
     }
     return false;
@@ -116,9 +116,9 @@ bool ReplySender::sendEndlessFields()
 
 bool ReplySender::passCut()
 {
-    if (m_plan.cut == Cut::Stall)
+    if (m_plan.cut == Cut::stall)
         return stall();
-    if (m_plan.cut == Cut::Reset)
+    if (m_plan.cut == Cut::reset)
         m_channel.reset();
     return false;
 }
@@ -135,7 +135,7 @@ bool ReplySender::stall()
 
 bool ReplySender::isChunked() const
 {
-    return m_plan.framing != Framing::Length && m_plan.framing != Framing::UntilClose;
+    return m_plan.framing != Framing::length && m_plan.framing != Framing::untilClose;
 }
 
 } // namespace vormel::sites

@@ -162,9 +162,9 @@ void DownloadManager::tableItemChanged(DownloadItem& item, ItemField field)
     m_queueFile.noteChange(item, field);
     Q_EMIT itemChanged(item.id(), field);
     // Another transfer may have written under the name that is free now, or the item itself may have waited for one.
-    if (field == ItemField::Filename)
+    if (field == ItemField::filename)
         m_passes.runLater();
-    if (field == ItemField::Status)
+    if (field == ItemField::status)
         statusChanged(item);
 }
 

@@ -38,13 +38,13 @@ template <typename T>
 T startValue(const UserDefaults& store, const QString& key, T fallback, StartRead read)
 {
     if constexpr (std::same_as<T, bool>) {
-        if (read == StartRead::Plain)
+        if (read == StartRead::plain)
             return store.boolForKey(key);
     }
     const std::optional<QJsonValue> stored = store.objectForKey(key);
     const std::optional<T> value = stored ? typed(*stored, fallback) : std::nullopt;
     if constexpr (std::same_as<T, QString>) {
-        if (read == StartRead::Filled && value && value->isEmpty())
+        if (read == StartRead::filled && value && value->isEmpty())
             return fallback;
     }
     return value.value_or(fallback);
@@ -96,17 +96,17 @@ template class Setting<AppLanguage>;
 AppSettings::AppSettings(UserDefaults& store, const QString& downloadsFolder)
     : m_store(store)
     , autoExtract(*this, QStringLiteral("autoExtract"), true)
-    , deleteArchiveAfterExtract(*this, QStringLiteral("deleteArchiveAfterExtract"), false, StartRead::Plain)
-    , trashSourceFolderAfterExtract(*this, QStringLiteral("trashSourceFolderAfterExtract"), false, StartRead::Plain)
-    , removeGroupAfterExtract(*this, QStringLiteral("removeGroupAfterExtract"), false, StartRead::Plain)
-    , downloadRevFiles(*this, QStringLiteral("downloadRevFiles"), false, StartRead::Plain)
+    , deleteArchiveAfterExtract(*this, QStringLiteral("deleteArchiveAfterExtract"), false, StartRead::plain)
+    , trashSourceFolderAfterExtract(*this, QStringLiteral("trashSourceFolderAfterExtract"), false, StartRead::plain)
+    , removeGroupAfterExtract(*this, QStringLiteral("removeGroupAfterExtract"), false, StartRead::plain)
+    , downloadRevFiles(*this, QStringLiteral("downloadRevFiles"), false, StartRead::plain)
     , cleanExtractedNames(*this, QStringLiteral("cleanExtractedNames"), true)
-    , extractedNamesDotsToSpaces(*this, QStringLiteral("extractedNamesDotsToSpaces"), false, StartRead::Plain)
-    , autoStartDownloads(*this, QStringLiteral("autoStartDownloads"), false, StartRead::Plain)
+    , extractedNamesDotsToSpaces(*this, QStringLiteral("extractedNamesDotsToSpaces"), false, StartRead::plain)
+    , autoStartDownloads(*this, QStringLiteral("autoStartDownloads"), false, StartRead::plain)
     , maxConcurrentDownloads(*this, QStringLiteral("maxConcurrentDownloads"), 3)
     , maxDownloadSpeedKBps(*this, QStringLiteral("maxDownloadSpeedKBps"), 0)
-    , downloadFolderPath(*this, QStringLiteral("downloadFolderPath"), downloadsFolder, StartRead::Filled)
-    , useCustomExtractionFolder(*this, QStringLiteral("useCustomExtractionFolder"), false, StartRead::Plain)
+    , downloadFolderPath(*this, QStringLiteral("downloadFolderPath"), downloadsFolder, StartRead::filled)
+    , useCustomExtractionFolder(*this, QStringLiteral("useCustomExtractionFolder"), false, StartRead::plain)
     , extractionFolderPath(*this, QStringLiteral("extractionFolderPath"), downloadsFolder)
     , language(*this, QStringLiteral("appLanguage"), AppLanguage::english)
 {}

@@ -16,9 +16,9 @@ class AppSettings;
 /// How the start value of a setting is read from the store.
 enum class StartRead
 {
-    Plain,        ///< as the store reads it; for a truth value, missing is false
-    PresenceTest, ///< the default unless a value of the right type is there
-    Filled,       ///< the same, and an empty text is none
+    plain,        ///< as the store reads it; for a truth value, missing is false
+    presenceTest, ///< the default unless a value of the right type is there
+    filled,       ///< the same, and an empty text is none
 };
 
 /// One preference. Setting it tells the observers of AppSettings and writes the store, also when the value is the same.
@@ -26,7 +26,7 @@ template <typename T>
 class Setting
 {
 public:
-    Setting(AppSettings& owner, QString key, T fallback, StartRead read = StartRead::PresenceTest);
+    Setting(AppSettings& owner, QString key, T fallback, StartRead read = StartRead::presenceTest);
 
     [[nodiscard]] const T& value() const { return m_value; }
     void set(T value);

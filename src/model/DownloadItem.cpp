@@ -33,7 +33,7 @@ void DownloadItem::setStatus(DownloadStatus status)
     if (m_status == status)
         return;
     setVerification({});
-    set(m_status, std::move(status), ItemField::Status);
+    set(m_status, std::move(status), ItemField::status);
 }
 
 void DownloadItem::setExtractionStatus(ExtractionStatus status)
@@ -41,7 +41,7 @@ void DownloadItem::setExtractionStatus(ExtractionStatus status)
     if (m_extractionStatus == status)
         return;
     setVerification({});
-    set(m_extractionStatus, std::move(status), ItemField::ExtractionStatus);
+    set(m_extractionStatus, std::move(status), ItemField::extractionStatus);
 }
 
 QString DownloadItem::speedText() const

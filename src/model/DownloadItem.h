@@ -18,22 +18,22 @@ class DownloadItem;
 /// The observable fields of an item.
 enum class ItemField : quint32
 {
-    ResolvedUrl = 1U << 0,
-    Filename = 1U << 1,
-    Status = 1U << 2,
-    Progress = 1U << 3,
-    BytesReceived = 1U << 4,
-    TotalBytes = 1U << 5,
-    Speed = 1U << 6,
-    LocalPath = 1U << 7,
-    ExtractionStatus = 1U << 8,
-    ExtractionProgress = 1U << 9,
-    ResolvedAt = 1U << 10,
-    RecoveryCountdown = 1U << 11,
-    ExtractionStartedAt = 1U << 12,
-    ExtractionTurn = 1U << 13,
-    Verification = 1U << 14,
-    PartPlace = 1U << 15,
+    resolvedUrl = 1U << 0,
+    filename = 1U << 1,
+    status = 1U << 2,
+    progress = 1U << 3,
+    bytesReceived = 1U << 4,
+    totalBytes = 1U << 5,
+    speed = 1U << 6,
+    localPath = 1U << 7,
+    extractionStatus = 1U << 8,
+    extractionProgress = 1U << 9,
+    resolvedAt = 1U << 10,
+    recoveryCountdown = 1U << 11,
+    extractionStartedAt = 1U << 12,
+    extractionTurn = 1U << 13,
+    verification = 1U << 14,
+    partPlace = 1U << 15,
 };
 Q_DECLARE_FLAGS(ItemFields, ItemField)
 Q_DECLARE_OPERATORS_FOR_FLAGS(ItemFields)
@@ -91,8 +91,8 @@ public:
     /// Gone with the next change of either status.
     [[nodiscard]] const VerificationResult& verification() const { return m_verification; }
 
-    void setResolvedURL(std::optional<Link> url) { set(m_resolvedURL, std::move(url), ItemField::ResolvedUrl); }
-    void setFilename(QString name) { set(m_filename, std::move(name), ItemField::Filename); }
+    void setResolvedURL(std::optional<Link> url) { set(m_resolvedURL, std::move(url), ItemField::resolvedUrl); }
+    void setFilename(QString name) { set(m_filename, std::move(name), ItemField::filename); }
     /// The name as the file's own host knows it, and no longer one that was read off the link.
     void setToldFilename(QString name)
     {
@@ -100,26 +100,26 @@ public:
         setFilename(std::move(name));
     }
     void setStatus(DownloadStatus status);
-    void setProgress(double progress) { set(m_progress, progress, ItemField::Progress); }
-    void setBytesReceived(qint64 bytes) { set(m_bytesReceived, bytes, ItemField::BytesReceived); }
-    void setTotalBytes(qint64 bytes) { set(m_totalBytes, bytes, ItemField::TotalBytes); }
-    void setSpeedBytesPerSec(double speed) { set(m_speedBytesPerSec, speed, ItemField::Speed); }
-    void setLocalPath(std::optional<QString> path) { set(m_localPath, std::move(path), ItemField::LocalPath); }
-    void setPartPlace(std::optional<PartPlace> place) { set(m_partPlace, std::move(place), ItemField::PartPlace); }
+    void setProgress(double progress) { set(m_progress, progress, ItemField::progress); }
+    void setBytesReceived(qint64 bytes) { set(m_bytesReceived, bytes, ItemField::bytesReceived); }
+    void setTotalBytes(qint64 bytes) { set(m_totalBytes, bytes, ItemField::totalBytes); }
+    void setSpeedBytesPerSec(double speed) { set(m_speedBytesPerSec, speed, ItemField::speed); }
+    void setLocalPath(std::optional<QString> path) { set(m_localPath, std::move(path), ItemField::localPath); }
+    void setPartPlace(std::optional<PartPlace> place) { set(m_partPlace, std::move(place), ItemField::partPlace); }
     void setExtractionStatus(ExtractionStatus status);
-    void setExtractionProgress(double progress) { set(m_extractionProgress, progress, ItemField::ExtractionProgress); }
-    void setResolvedAt(std::optional<WallTime> time) { set(m_resolvedAt, time, ItemField::ResolvedAt); }
+    void setExtractionProgress(double progress) { set(m_extractionProgress, progress, ItemField::extractionProgress); }
+    void setResolvedAt(std::optional<WallTime> time) { set(m_resolvedAt, time, ItemField::resolvedAt); }
     void setRecoveryCountdown(std::optional<int> seconds)
     {
-        set(m_recoveryCountdown, seconds, ItemField::RecoveryCountdown);
+        set(m_recoveryCountdown, seconds, ItemField::recoveryCountdown);
     }
     void setExtractionStartedAt(std::optional<WallTime> time)
     {
-        set(m_extractionStartedAt, time, ItemField::ExtractionStartedAt);
+        set(m_extractionStartedAt, time, ItemField::extractionStartedAt);
     }
-    void setAwaitsExtractionTurn(bool awaits) { set(m_awaitsExtractionTurn, awaits, ItemField::ExtractionTurn); }
+    void setAwaitsExtractionTurn(bool awaits) { set(m_awaitsExtractionTurn, awaits, ItemField::extractionTurn); }
     void setWantedAnew(bool isWanted) { m_isWantedAnew = isWanted; }
-    void setVerification(VerificationResult result) { set(m_verification, std::move(result), ItemField::Verification); }
+    void setVerification(VerificationResult result) { set(m_verification, std::move(result), ItemField::verification); }
     /// For the queue file, which stores the text it once showed.
     void restoreHostName(QString name) { m_hostName = std::move(name); }
 

@@ -7,8 +7,8 @@ namespace {
 BoundedRegex::Outcome outcomeOf(const QRegularExpressionMatch& match)
 {
     if (match.hasMatch())
-        return BoundedRegex::Outcome::Match;
-    return match.isValid() ? BoundedRegex::Outcome::None : BoundedRegex::Outcome::Error;
+        return BoundedRegex::Outcome::match;
+    return match.isValid() ? BoundedRegex::Outcome::none : BoundedRegex::Outcome::error;
 }
 
 } // namespace
@@ -27,7 +27,7 @@ BoundedRegex::Result BoundedRegex::search(const QString& text, qsizetype from) c
     Result result;
     result.match = m_fast.match(text, from);
     result.outcome = outcomeOf(result.match);
-    if (result.outcome == Outcome::Error) {
+    if (result.outcome == Outcome::error) {
         result.match = m_careful.match(text, from);
         result.outcome = outcomeOf(result.match);
     }
@@ -39,7 +39,7 @@ std::vector<QRegularExpressionMatch> BoundedRegex::all(const QString& text) cons
     std::vector<QRegularExpressionMatch> matches;
     for (qsizetype from = 0; from <= text.size();) {
         const Result found = search(text, from);
-        if (found.outcome == Outcome::Error)
+        if (found.outcome == Outcome::error)
             return {};
         if (!found)
             break;

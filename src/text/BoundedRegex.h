@@ -14,17 +14,17 @@ class BoundedRegex
 public:
     enum class Outcome
     {
-        Match,
-        None,
-        Error, ///< the engine ran into a limit; nothing is known about the text
+        match,
+        none,
+        error, ///< the engine ran into a limit; nothing is known about the text
     };
 
     struct Result
     {
-        Outcome outcome = Outcome::None;
+        Outcome outcome = Outcome::none;
         QRegularExpressionMatch match;
 
-        explicit operator bool() const { return outcome == Outcome::Match; }
+        explicit operator bool() const { return outcome == Outcome::match; }
     };
 
     /// The pattern is the program's own and must compile; that is asserted.

@@ -90,7 +90,7 @@ TEST_F(LaunchPingTest, withoutANetworkNothingIsStoredAndTheNextStartSendsIt)
 {
     LaunchPing first = ping();
     first.start();
-    client.last().fail(HttpError::Kind::CannotFindHost);
+    client.last().fail(HttpError::Kind::cannotFindHost);
     turnEventLoop();
     EXPECT_FALSE(defaults.objectForKey(key));
     startAndAnswer(200);

@@ -18,9 +18,9 @@ const QString partFile = QStringLiteral("Downloads/file.bin.download");
 
 enum class Outcome
 {
-    Same,   ///< the file, byte for byte
-    Prefix, ///< counted as complete though cut: nothing in the answer could have told
-    Failed, ///< the item, with the part file a prefix of the source
+    same,   ///< the file, byte for byte
+    prefix, ///< counted as complete though cut: nothing in the answer could have told
+    failed, ///< the item, with the part file a prefix of the source
 };
 
 struct Behaviour
@@ -38,55 +38,55 @@ const std::vector<Behaviour>& behaviours()
     using enum Outcome;
     static const std::string html = "<html>sorry</html>";
     static const std::vector<Behaviour> all{
-        {"HonoursRange", Answer::file(), Same, Same, Same, Same},
-        {"IgnoresRange", Answer::wholeFile(), Same, Same, Same, Same},
-        {"WrongTotal", Answer::file().withTotal(5), Same, Same, Same, Failed},
-        {"TotalTooLarge", Answer::file().withTotal(fileSize * 2), Same, Same, Same, Failed},
-        {"UnknownTotal", Answer::file().withUnknownTotal(), Same, Same, Same, Same},
-        {"NoContentRange", Answer::file().withoutContentRange(), Same, Same, Same, Same},
-        {"PieceTooLate", Answer::file().shiftedBy(100), Same, Same, Same, Failed},
-        {"PieceTooEarly", Answer::file().shiftedBy(-100), Same, Same, Same, Failed},
-        {"Multipart", Answer::file().asMultipart(), Same, Same, Same, Failed},
-        {"NotFoundText", Answer::page(404, "not here", "text/plain"), Same, Failed, Same, Failed},
-        {"UnavailableText", Answer::page(503, "later", "text/plain"), Same, Failed, Same, Failed},
-        {"UnavailableEmpty", Answer::empty(503), Same, Failed, Same, Failed},
+        {"HonoursRange", Answer::file(), same, same, same, same},
+        {"IgnoresRange", Answer::wholeFile(), same, same, same, same},
+        {"WrongTotal", Answer::file().withTotal(5), same, same, same, failed},
+        {"TotalTooLarge", Answer::file().withTotal(fileSize * 2), same, same, same, failed},
+        {"UnknownTotal", Answer::file().withUnknownTotal(), same, same, same, same},
+        {"NoContentRange", Answer::file().withoutContentRange(), same, same, same, same},
+        {"PieceTooLate", Answer::file().shiftedBy(100), same, same, same, failed},
+        {"PieceTooEarly", Answer::file().shiftedBy(-100), same, same, same, failed},
+        {"Multipart", Answer::file().asMultipart(), same, same, same, failed},
+        {"NotFoundText", Answer::page(404, "not here", "text/plain"), same, failed, same, failed},
+        {"UnavailableText", Answer::page(503, "later", "text/plain"), same, failed, same, failed},
+        {"UnavailableEmpty", Answer::empty(503), same, failed, same, failed},
         {"ErrorBodyLargerThanTheFile", Answer::page(500, PatternContent(9, fileSize * 2), "application/octet-stream"),
-         Same, Failed, Same, Failed},
-        {"Forbidden", Answer::empty(403), Same, Failed, Same, Failed},
-        {"NoContent", Answer::empty(204), Same, Failed, Same, Failed},
-        {"NotModified", Answer::empty(304), Same, Failed, Same, Failed},
-        {"UnavailablePage", Answer::page(503, html), Failed, Failed, Failed, Failed},
-        {"PageInstead", Answer::page(200, html), Failed, Failed, Failed, Failed},
-        {"PageAsPiece", Answer::page(206, html), Failed, Failed, Failed, Failed},
-        {"RangeRefusedText", Answer::rangeRefused().withHeader("Content-Type", "text/plain"), Same, Failed, Same,
-         Failed},
+         same, failed, same, failed},
+        {"Forbidden", Answer::empty(403), same, failed, same, failed},
+        {"NoContent", Answer::empty(204), same, failed, same, failed},
+        {"NotModified", Answer::empty(304), same, failed, same, failed},
+        {"UnavailablePage", Answer::page(503, html), failed, failed, failed, failed},
+        {"PageInstead", Answer::page(200, html), failed, failed, failed, failed},
+        {"PageAsPiece", Answer::page(206, html), failed, failed, failed, failed},
+        {"RangeRefusedText", Answer::rangeRefused().withHeader("Content-Type", "text/plain"), same, failed, same,
+         failed},
         {"RangeRefusedBare", Answer::rangeRefused().withoutContentRange().withHeader("Content-Type", "text/plain"),
-         Same, Failed, Same, Failed},
-        {"RedirectNowhere", Answer::redirectNowhere(302).withHeader("Content-Type", "text/plain"), Same, Failed, Same,
-         Failed},
-        {"RedirectLoop", Answer::redirect(302, "/file.bin"), Same, Failed, Same, Failed},
-        {"RedirectToFtp", Answer::redirect(302, "ftp://127.0.0.1/x"), Same, Failed, Same, Failed},
-        {"RedirectToLocalFile", Answer::redirect(302, "file:///etc/passwd"), Same, Failed, Same, Failed},
-        {"RedirectToCopy", Answer::redirect(302, "/copy.bin"), Same, Same, Same, Same},
-        {"PrematureClose", Answer::file().closeAfter(10), Same, Failed, Same, Failed},
-        {"Reset", Answer::file().resetAfter(10), Same, Failed, Same, Failed},
-        {"Stall", Answer::file().stallAfter(10), Same, Failed, Same, Failed},
-        {"StallBeforeHead", Answer::file().stallBeforeHead(), Same, Failed, Same, Failed},
-        {"ClosesSilently", Answer::nothing(), Same, Failed, Same, Failed},
-        {"CutHead", Answer::file().cutHead(), Same, Failed, Same, Failed},
-        {"EndlessHeaders", Answer::file().endlessHeaders(), Same, Failed, Same, Failed},
-        {"Garbage", Answer::raw("not http at all\r\n\r\n"), Same, Failed, Same, Failed},
-        {"GarbageStatus", Answer::file().withStatusLine("HTTP/1.1 banana"), Same, Failed, Same, Failed},
-        {"Chunked", Answer::file().chunked(), Same, Same, Same, Same},
-        {"ChunkedWithoutEnd", Answer::file().chunkedWithoutEnd(), Same, Same, Same, Same},
-        {"EndlessTrailers", Answer::file().endlessTrailers(), Same, Same, Same, Same},
-        {"NoLength", Answer::file().untilClose(), Same, Same, Same, Same},
-        {"NoLengthAndCut", Answer::wholeFile().untilClose().closeAfter(1000), Prefix, Prefix, Prefix, Prefix},
-        {"LengthTooLarge", Answer::file().withContentLengthOff(100), Same, Failed, Same, Same},
-        {"LengthTooSmall", Answer::wholeFile().withContentLengthOff(-100), Prefix, Prefix, Prefix, Prefix},
-        {"LengthOverflows", Answer::file().withContentLength("99999999999999999999999"), Same, Same, Same, Same},
-        {"Drips", Answer::file().dripping(100000, 1ms), Same, Same, Same, Same},
-        {"ClosesAfterwards", Answer::file().closing(), Same, Same, Same, Same},
+         same, failed, same, failed},
+        {"RedirectNowhere", Answer::redirectNowhere(302).withHeader("Content-Type", "text/plain"), same, failed, same,
+         failed},
+        {"RedirectLoop", Answer::redirect(302, "/file.bin"), same, failed, same, failed},
+        {"RedirectToFtp", Answer::redirect(302, "ftp://127.0.0.1/x"), same, failed, same, failed},
+        {"RedirectToLocalFile", Answer::redirect(302, "file:///etc/passwd"), same, failed, same, failed},
+        {"RedirectToCopy", Answer::redirect(302, "/copy.bin"), same, same, same, same},
+        {"PrematureClose", Answer::file().closeAfter(10), same, failed, same, failed},
+        {"Reset", Answer::file().resetAfter(10), same, failed, same, failed},
+        {"Stall", Answer::file().stallAfter(10), same, failed, same, failed},
+        {"StallBeforeHead", Answer::file().stallBeforeHead(), same, failed, same, failed},
+        {"ClosesSilently", Answer::nothing(), same, failed, same, failed},
+        {"CutHead", Answer::file().cutHead(), same, failed, same, failed},
+        {"EndlessHeaders", Answer::file().endlessHeaders(), same, failed, same, failed},
+        {"Garbage", Answer::raw("not http at all\r\n\r\n"), same, failed, same, failed},
+        {"GarbageStatus", Answer::file().withStatusLine("HTTP/1.1 banana"), same, failed, same, failed},
+        {"Chunked", Answer::file().chunked(), same, same, same, same},
+        {"ChunkedWithoutEnd", Answer::file().chunkedWithoutEnd(), same, same, same, same},
+        {"EndlessTrailers", Answer::file().endlessTrailers(), same, same, same, same},
+        {"NoLength", Answer::file().untilClose(), same, same, same, same},
+        {"NoLengthAndCut", Answer::wholeFile().untilClose().closeAfter(1000), prefix, prefix, prefix, prefix},
+        {"LengthTooLarge", Answer::file().withContentLengthOff(100), same, failed, same, same},
+        {"LengthTooSmall", Answer::wholeFile().withContentLengthOff(-100), prefix, prefix, prefix, prefix},
+        {"LengthOverflows", Answer::file().withContentLength("99999999999999999999999"), same, same, same, same},
+        {"Drips", Answer::file().dripping(100000, 1ms), same, same, same, same},
+        {"ClosesAfterwards", Answer::file().closing(), same, same, same, same},
     };
     return all;
 }
@@ -165,15 +165,15 @@ TEST_P(MisbehavingServer, NeverSpoilsAFile)
     const QByteArray final = engine.sandbox.read(QStringLiteral("Downloads/file.bin"));
     const QByteArray part = engine.sandbox.read(partFile);
     switch (expected(GetParam())) {
-    case Outcome::Same:
+    case Outcome::same:
         EXPECT_EQ(item->status(), DownloadStatus::completed) << qPrintable(item->status().message());
         EXPECT_TRUE(final == whole) << final.size();
         break;
-    case Outcome::Prefix:
+    case Outcome::prefix:
         EXPECT_EQ(item->status(), DownloadStatus::completed);
         EXPECT_TRUE(whole.startsWith(final));
         break;
-    case Outcome::Failed:
+    case Outcome::failed:
         EXPECT_EQ(item->status().kind(), DownloadStatus::failed);
         EXPECT_FALSE(item->status().message().isEmpty());
         EXPECT_FALSE(engine.sandbox.exists(QStringLiteral("Downloads/file.bin")));

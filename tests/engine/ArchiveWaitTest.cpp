@@ -138,7 +138,7 @@ TEST_F(ArchiveWaitTest, GoesOnWhenTheVolumeThatItWaitsForIsRemoved)
 TEST_F(ArchiveWaitTest, GoesOnWhenTheConnectionOfTheLastRecoveryVolumeIsLost)
 {
     waitForTheVolumeAlone();
-    exchangeOf(rev).fail(HttpError::Kind::ConnectionLost);
+    exchangeOf(rev).fail(HttpError::Kind::connectionLost);
     EXPECT_TRUE(reaches(first, ExtractionStatus::done));
 }
 

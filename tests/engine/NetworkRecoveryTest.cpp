@@ -31,7 +31,7 @@ protected:
         shop.manager().commands().startItems({item});
         turnEventLoop();
         while (item->status() != DownloadStatus::failed) {
-            exchangeOf(item).fail(HttpError::Kind::ConnectionLost);
+            exchangeOf(item).fail(HttpError::Kind::connectionLost);
             turnEventLoop();
             if (item->status() == DownloadStatus::queued)
                 shop.clock.advance(10s);

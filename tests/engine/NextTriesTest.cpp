@@ -21,7 +21,7 @@ protected:
     }
     void lose()
     {
-        shop.http.last().fail(HttpError::Kind::ConnectionLost);
+        shop.http.last().fail(HttpError::Kind::connectionLost);
         turnEventLoop();
         ASSERT_EQ(item->status(), DownloadStatus::queued);
     }
@@ -54,7 +54,7 @@ protected:
                 return failures - 1;
             if (item->status() == DownloadStatus::queued)
                 shop.clock.advance(10s);
-            shop.http.last().fail(HttpError::Kind::ConnectionLost);
+            shop.http.last().fail(HttpError::Kind::connectionLost);
             turnEventLoop();
         }
         return farTooMany;
@@ -89,7 +89,7 @@ TEST_F(NextTriesTest, OutlivesAHostThatIsAwayForFiftySecondsBesideABusyQueue)
             std::find_if(all.rbegin(), all.rend(),
                          [](const auto& exchange) { return exchange->request.url.host() == QStringLiteral("away"); })
                 ->get()
-                ->fail(HttpError::Kind::CannotConnect);
+                ->fail(HttpError::Kind::cannotConnect);
             turnEventLoop();
         }
         ASSERT_NE(item->status().kind(), DownloadStatus::failed) << second;
@@ -207,7 +207,7 @@ TEST_P(DeadAddressTest, IsResolvedAnewAndTheFileGoesOnFromTheSameByte)
     resolveTo(QStringLiteral("https://cdn1.example/movie.rar"));
     shop.http.last().head(200, {{"Content-Length", "6"}});
     shop.http.last().data("abc");
-    shop.http.last().fail(HttpError::Kind::ConnectionLost);
+    shop.http.last().fail(HttpError::Kind::connectionLost);
     turnEventLoop();
     shop.clock.advance(2s);
     ASSERT_EQ(log->resolves.size(), 2U);

@@ -19,8 +19,8 @@ using vormel::fixtures::Sandbox;
 namespace {
 
 const QString name = QStringLiteral("x.rar.download");
-constexpr auto New = PartFile::Opening::New;
-constexpr auto Existing = PartFile::Opening::Existing;
+constexpr auto New = PartFile::Opening::fresh;
+constexpr auto Existing = PartFile::Opening::existing;
 
 } // namespace
 

@@ -34,7 +34,7 @@ protected:
     /// False if the file system keeps no marks.
     [[nodiscard]] bool leavePartOf(const DownloadItem& owner, const QString& relative) const
     {
-        PartFile file(sandbox.write(relative, "abc"), PartFile::Opening::Existing);
+        PartFile file(sandbox.write(relative, "abc"), PartFile::Opening::existing);
         PartMarks marks;
         marks.setOwner(owner);
         marks.total = 6;

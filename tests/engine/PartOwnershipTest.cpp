@@ -24,7 +24,7 @@ protected:
     void SetUp() override
     {
         const QString path = shop.sandbox.write(QStringLiteral("Downloads/probe"), "");
-        PartFile probe(path, PartFile::Opening::Existing);
+        PartFile probe(path, PartFile::Opening::existing);
         probe.setMarks({});
         keepsMarks = probe.isMarked();
         ASSERT_TRUE(QFile::remove(path));

@@ -118,7 +118,7 @@ TEST_F(PostDownloadRunsTest, WorksOnTwoArchivesAtATimeInTheOrderOfTheQueue)
     QObject::connect(&shop.manager(), &DownloadManager::itemChanged, &shop.manager(),
                      [&](const ItemId& id, ItemField field) {
                          const ItemPtr item = shop.manager().item(id);
-                         if (field == ItemField::ExtractionTurn && !item->awaitsExtractionTurn())
+                         if (field == ItemField::extractionTurn && !item->awaitsExtractionTurn())
                              order << item->filename();
                      });
     for (const int asked : {0, 1, 4, 3, 2})

@@ -38,7 +38,7 @@ struct QueueScene
     }
     void loseConnection()
     {
-        server().fail(HttpError::Kind::ConnectionLost);
+        server().fail(HttpError::Kind::connectionLost);
         turnEventLoop();
     }
     void cutShort()

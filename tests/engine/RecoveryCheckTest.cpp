@@ -41,7 +41,7 @@ protected:
     }
     void lose(const ItemPtr& item)
     {
-        exchangeOf(item).fail(HttpError::Kind::ConnectionLost);
+        exchangeOf(item).fail(HttpError::Kind::connectionLost);
         turnEventLoop();
     }
     /// The time of its tries is over when this returns.

@@ -35,7 +35,7 @@ struct Running
     }
     void loseConnection()
     {
-        server().fail(HttpError::Kind::ConnectionLost);
+        server().fail(HttpError::Kind::connectionLost);
         turnEventLoop();
         shop.clock.advance(10s);
     }
@@ -92,10 +92,10 @@ const End ends[] = {
          t.server().finish();
      },
      DownloadStatus::failed},
-    {"ALostConnection", nothing, [](Running& t) { t.server().fail(HttpError::Kind::ConnectionLost); },
+    {"ALostConnection", nothing, [](Running& t) { t.server().fail(HttpError::Kind::connectionLost); },
      DownloadStatus::queued},
     {"AConnectionLostForGood", [](Running& t) { t.spendAllTries(); },
-     [](Running& t) { t.server().fail(HttpError::Kind::TimedOut); }, DownloadStatus::failed},
+     [](Running& t) { t.server().fail(HttpError::Kind::timedOut); }, DownloadStatus::failed},
     {"AnErrorAnswer", [](Running& t) { t.loseConnection(); }, [](Running& t) { t.server().head(503); },
      DownloadStatus::queued},
     {"AShortFile", [](Running& t) { t.resume(); }, [](Running& t) { t.server().finish(); }, DownloadStatus::queued},

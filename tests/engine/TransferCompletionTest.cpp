@@ -31,7 +31,7 @@ protected:
     }
     void loseConnection()
     {
-        server().fail(HttpError::Kind::ConnectionLost);
+        server().fail(HttpError::Kind::connectionLost);
         turnEventLoop();
     }
     void failPage(const QByteArray& page) { answer(403, {{"Content-Type", "text/html"}}, page); }
@@ -110,8 +110,8 @@ TEST_F(TransferCompletionTest, TreatsAllNetworkErrorsAlike)
 {
     const ItemPtr item = shop.start(rarLink);
     for (const HttpError::Kind kind :
-         {HttpError::Kind::TimedOut, HttpError::Kind::CannotFindHost, HttpError::Kind::CertificateUntrusted,
-          HttpError::Kind::TooManyRedirects, HttpError::Kind::BadServerResponse}) {
+         {HttpError::Kind::timedOut, HttpError::Kind::cannotFindHost, HttpError::Kind::certificateUntrusted,
+          HttpError::Kind::tooManyRedirects, HttpError::Kind::badServerResponse}) {
         server().fail(kind);
         turnEventLoop();
         EXPECT_EQ(item->status(), DownloadStatus::queued);
@@ -366,15 +366,15 @@ TEST_F(TransferCompletionTest, ItsTextsExistInBothLanguages)
         shop.settings().language.set(language);
         return endText(end, shop.settings());
     };
-    for (int kind = 0; kind <= static_cast<int>(HttpError::Kind::Other); ++kind) {
+    for (int kind = 0; kind <= static_cast<int>(HttpError::Kind::other); ++kind) {
         TransferEnd end;
-        end.reason = TransferEnd::Reason::NetworkError;
+        end.reason = TransferEnd::Reason::networkError;
         end.error.kind = static_cast<HttpError::Kind>(kind);
         EXPECT_NE(in(end, AppLanguage::english), in(end, AppLanguage::italian));
     }
     for (const auto reason :
-         {TransferEnd::Reason::ErrorAnswer, TransferEnd::Reason::ForeignRange, TransferEnd::Reason::SourceChanged,
-          TransferEnd::Reason::NotWritten, TransferEnd::Reason::WebPage, TransferEnd::Reason::Overlong}) {
+         {TransferEnd::Reason::errorAnswer, TransferEnd::Reason::foreignRange, TransferEnd::Reason::sourceChanged,
+          TransferEnd::Reason::notWritten, TransferEnd::Reason::webPage, TransferEnd::Reason::overlong}) {
         TransferEnd end;
         end.reason = reason;
         end.systemError = ENOSPC;

@@ -26,7 +26,7 @@ TEST_F(TransferTroubleTest, NeverJoinsTwoVersionsOfAFile)
     const ItemPtr item = shop.start(rarLink);
     say(200, {{"Content-Length", "6"}, {"ETag", "\"one\""}});
     send("abc");
-    server().fail(HttpError::Kind::ConnectionLost);
+    server().fail(HttpError::Kind::connectionLost);
     turnEventLoop();
     shop.clock.advance(2s);
     ASSERT_EQ(server().header("Range"), "bytes=3-");
@@ -39,7 +39,7 @@ TEST_F(TransferTroubleTest, NeverJoinsTwoVersionsOfAFile)
     ASSERT_EQ(server().header("Range"), std::nullopt);
     say(200, {{"Content-Length", "7"}, {"ETag", "\"two\""}});
     send("defg");
-    server().fail(HttpError::Kind::ConnectionLost);
+    server().fail(HttpError::Kind::connectionLost);
     turnEventLoop();
     // It gives its bytes up only once; another change is waited out.
     for (int i = 0; i < 2; ++i) {
@@ -60,7 +60,7 @@ TEST_F(TransferTroubleTest, NoticesAMarkThatOnlyALaterPieceToldAndThatChangesThe
     const ItemPtr item = shop.start(rarLink);
     const auto losePiece = [this](const QByteArray& bytes) {
         send(bytes);
-        server().fail(HttpError::Kind::ConnectionLost);
+        server().fail(HttpError::Kind::connectionLost);
         turnEventLoop();
         shop.clock.advance(10s);
     };
@@ -108,7 +108,7 @@ TEST_F(TransferTroubleTest, AWholeAnswerWithoutALengthForgetsTheTotalOfBefore)
     const ItemPtr item = shop.start(rarLink);
     say(200, {{"Content-Length", "6"}});
     send("abc");
-    server().fail(HttpError::Kind::ConnectionLost);
+    server().fail(HttpError::Kind::connectionLost);
     turnEventLoop();
     shop.clock.advance(2s);
     say(200, {});

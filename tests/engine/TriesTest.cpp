@@ -17,7 +17,7 @@ protected:
 
     void loseConnection()
     {
-        server().fail(HttpError::Kind::ConnectionLost);
+        server().fail(HttpError::Kind::connectionLost);
         turnEventLoop();
     }
     /// The next failure is the last.
@@ -144,7 +144,7 @@ protected:
 
 TEST_F(AddressTest, IsKeptForTheNextTryAfterALostConnection)
 {
-    shop.http.last().fail(HttpError::Kind::ConnectionLost);
+    shop.http.last().fail(HttpError::Kind::connectionLost);
     turnEventLoop();
     shop.clock.advance(2s);
     EXPECT_EQ(item->status(), DownloadStatus::downloading);

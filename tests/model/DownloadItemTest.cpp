@@ -100,20 +100,20 @@ std::vector<Change> changes()
 {
     const WallTime time = WallTime(std::chrono::hours(1));
     return {
-        {ItemField::ResolvedUrl,
+        {ItemField::resolvedUrl,
          [](DownloadItem& item) { item.setResolvedURL(fixtures::link(QStringLiteral("http://b/y"))); }},
-        {ItemField::Filename, [](DownloadItem& item) { item.setFilename(QStringLiteral("y")); }},
-        {ItemField::Status, [](DownloadItem& item) { item.setStatus(DownloadStatus::failure(QStringLiteral("m"))); }},
-        {ItemField::Progress, [](DownloadItem& item) { item.setProgress(0.5); }},
-        {ItemField::BytesReceived, [](DownloadItem& item) { item.setBytesReceived(5); }},
-        {ItemField::TotalBytes, [](DownloadItem& item) { item.setTotalBytes(10); }},
-        {ItemField::Speed, [](DownloadItem& item) { item.setSpeedBytesPerSec(1); }},
-        {ItemField::LocalPath, [](DownloadItem& item) { item.setLocalPath(QStringLiteral("/d/y")); }},
-        {ItemField::ExtractionStatus, [](DownloadItem& item) { item.setExtractionStatus(ExtractionStatus::done); }},
-        {ItemField::ExtractionProgress, [](DownloadItem& item) { item.setExtractionProgress(1); }},
-        {ItemField::ResolvedAt, [time](DownloadItem& item) { item.setResolvedAt(time); }},
-        {ItemField::RecoveryCountdown, [](DownloadItem& item) { item.setRecoveryCountdown(3); }},
-        {ItemField::ExtractionStartedAt, [time](DownloadItem& item) { item.setExtractionStartedAt(time); }},
+        {ItemField::filename, [](DownloadItem& item) { item.setFilename(QStringLiteral("y")); }},
+        {ItemField::status, [](DownloadItem& item) { item.setStatus(DownloadStatus::failure(QStringLiteral("m"))); }},
+        {ItemField::progress, [](DownloadItem& item) { item.setProgress(0.5); }},
+        {ItemField::bytesReceived, [](DownloadItem& item) { item.setBytesReceived(5); }},
+        {ItemField::totalBytes, [](DownloadItem& item) { item.setTotalBytes(10); }},
+        {ItemField::speed, [](DownloadItem& item) { item.setSpeedBytesPerSec(1); }},
+        {ItemField::localPath, [](DownloadItem& item) { item.setLocalPath(QStringLiteral("/d/y")); }},
+        {ItemField::extractionStatus, [](DownloadItem& item) { item.setExtractionStatus(ExtractionStatus::done); }},
+        {ItemField::extractionProgress, [](DownloadItem& item) { item.setExtractionProgress(1); }},
+        {ItemField::resolvedAt, [time](DownloadItem& item) { item.setResolvedAt(time); }},
+        {ItemField::recoveryCountdown, [](DownloadItem& item) { item.setRecoveryCountdown(3); }},
+        {ItemField::extractionStartedAt, [time](DownloadItem& item) { item.setExtractionStartedAt(time); }},
     };
 }
 

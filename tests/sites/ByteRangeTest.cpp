@@ -10,7 +10,7 @@ using Kind = ByteRange::Kind;
 void expectRange(const char* header, std::int64_t size, std::int64_t first, std::int64_t last)
 {
     const auto range = parseByteRange(header, size);
-    EXPECT_EQ(range.kind, Kind::Satisfiable) << header;
+    EXPECT_EQ(range.kind, Kind::satisfiable) << header;
     EXPECT_EQ(range.first, first) << header;
     EXPECT_EQ(range.last, last) << header;
 }
@@ -31,16 +31,16 @@ TEST(ByteRangeTest, EndsWithTheFile)
 
 TEST(ByteRangeTest, CannotBeSatisfiedBehindTheEnd)
 {
-    EXPECT_EQ(parseByteRange("bytes=100-", 100).kind, Kind::Unsatisfiable);
-    EXPECT_EQ(parseByteRange("bytes=0-", 0).kind, Kind::Unsatisfiable);
-    EXPECT_EQ(parseByteRange("bytes=-0", 100).kind, Kind::Unsatisfiable);
+    EXPECT_EQ(parseByteRange("bytes=100-", 100).kind, Kind::unsatisfiable);
+    EXPECT_EQ(parseByteRange("bytes=0-", 0).kind, Kind::unsatisfiable);
+    EXPECT_EQ(parseByteRange("bytes=-0", 100).kind, Kind::unsatisfiable);
 }
 
 TEST(ByteRangeTest, IsNoneWhenMalformedOrOfSeveralParts)
 {
     for (const auto* header : {"", "bytes", "bytes=", "bytes=-", "bytes=a-b", "bytes=5-4", "items=0-1", "bytes=0-1,4-5",
                                "bytes=--5", "bytes=0-99999999999999999999"})
-        EXPECT_EQ(parseByteRange(header, 100).kind, Kind::None) << header;
+        EXPECT_EQ(parseByteRange(header, 100).kind, Kind::none) << header;
 }
 
 } // namespace

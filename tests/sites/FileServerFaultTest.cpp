@@ -51,13 +51,13 @@ protected:
 TEST_F(FileServerFaultTest, ClosesInTheBody)
 {
     for (const std::int64_t count : {0, 1, 2'000'000})
-        expectCut(Answer::file().closeAfter(count), count, End::Fin);
+        expectCut(Answer::file().closeAfter(count), count, End::fin);
 }
 
 TEST_F(FileServerFaultTest, ResetsInTheBodyAfterExactlySoManyBytes)
 {
     for (const std::int64_t count : {0, 1, 2'000'000})
-        expectCut(Answer::file().resetAfter(count), count, End::Reset);
+        expectCut(Answer::file().resetAfter(count), count, End::reset);
 }
 
 TEST_F(FileServerFaultTest, StallsInTheBodyUntilReleased)
@@ -117,7 +117,7 @@ TEST_F(FileServerFaultTest, ClosesBeforeTheStatusLine)
 {
     const auto received = receive(Answer::nothing());
     EXPECT_EQ(received.bytes, "");
-    EXPECT_EQ(received.end, End::Fin);
+    EXPECT_EQ(received.end, End::fin);
 }
 
 TEST_F(FileServerFaultTest, CutsTheHeadBeforeItsBlankLine)
@@ -126,7 +126,7 @@ TEST_F(FileServerFaultTest, CutsTheHeadBeforeItsBlankLine)
     EXPECT_TRUE(received.bytes.starts_with("HTTP/1.1 200 OK\r\n"));
     EXPECT_TRUE(received.bytes.ends_with("\r\n"));
     EXPECT_EQ(received.bytes.find("\r\n\r\n"), std::string::npos);
-    EXPECT_EQ(received.end, End::Fin);
+    EXPECT_EQ(received.end, End::fin);
 }
 
 TEST_F(FileServerFaultTest, SendsGarbageForAStatusLine)
@@ -141,7 +141,7 @@ TEST_F(FileServerFaultTest, SendsHeadersWithoutEnd)
     RawClient client(m_server.port());
     client.get("/f");
     const auto received = client.receive(4'000'000);
-    EXPECT_EQ(received.end, End::Open);
+    EXPECT_EQ(received.end, End::open);
     EXPECT_EQ(received.bytes.find("\r\n\r\n"), std::string::npos);
 }
 
@@ -152,7 +152,7 @@ TEST_F(FileServerFaultTest, SendsTrailersWithoutEnd)
     client.get("/f");
     EXPECT_NE(client.receiveHead().find("Transfer-Encoding: chunked\r\n"), std::string::npos);
     const auto received = client.receive(4'000'000);
-    EXPECT_EQ(received.end, End::Open);
+    EXPECT_EQ(received.end, End::open);
     EXPECT_TRUE(received.bytes.starts_with("5\r\n12345\r\n0\r\nX-More-1: "));
     EXPECT_EQ(received.bytes.find("\r\n\r\n"), std::string::npos);
 }
@@ -163,7 +163,7 @@ TEST_F(FileServerFaultTest, EndsABodyWithoutLengthByClosing)
     EXPECT_EQ(received.bytes.find("Content-Length"), std::string::npos);
     EXPECT_NE(received.bytes.find("Connection: close\r\n"), std::string::npos);
     EXPECT_EQ(std::ssize(bodyOf(received.bytes)), size);
-    EXPECT_EQ(received.end, End::Fin);
+    EXPECT_EQ(received.end, End::fin);
 }
 
 TEST_F(FileServerFaultTest, SendsChunksThatAClientCanRead)
@@ -183,7 +183,7 @@ TEST_F(FileServerFaultTest, SendsChunksThatAClientCanRead)
 TEST_F(FileServerFaultTest, LeavesTheLastChunkAway)
 {
     const auto received = receive(Answer::file().chunkedWithoutEnd());
-    EXPECT_EQ(received.end, End::Fin);
+    EXPECT_EQ(received.end, End::fin);
     EXPECT_FALSE(received.bytes.ends_with("0\r\n\r\n"));
     CurlClient client;
     const auto fetched = client.fetch(m_server.url("/f"));
@@ -198,7 +198,7 @@ TEST_F(FileServerFaultTest, ClaimsAnotherLengthThanItSends)
         const auto claim = "Content-Length: " + std::to_string(size + difference) + "\r\n";
         EXPECT_NE(received.bytes.find(claim), std::string::npos);
         EXPECT_EQ(std::ssize(bodyOf(received.bytes)), size);
-        EXPECT_EQ(received.end, End::Fin);
+        EXPECT_EQ(received.end, End::fin);
     }
 }
 
@@ -213,7 +213,7 @@ TEST_F(FileServerFaultTest, ClosesAfterABodyWhoseEndNothingTells)
 {
     const auto received = receive(Answer::file().withoutHeader("Content-Length"));
     EXPECT_EQ(std::ssize(bodyOf(received.bytes)), size);
-    EXPECT_EQ(received.end, End::Fin);
+    EXPECT_EQ(received.end, End::fin);
 }
 
 TEST_F(FileServerFaultTest, DripsTheBody)

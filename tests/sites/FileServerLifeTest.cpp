@@ -96,7 +96,7 @@ TEST(FileServerLifeTest, ClosesWhereEitherSideWantsIt)
         client.send(request);
         const auto received = client.receiveAll();
         EXPECT_NE(received.bytes.find("Connection: close\r\n"), std::string::npos) << request;
-        EXPECT_EQ(received.end, RawClient::End::Fin) << request;
+        EXPECT_EQ(received.end, RawClient::End::fin) << request;
     }
 }
 
@@ -108,7 +108,7 @@ TEST(FileServerLifeTest, LosesNothingOfAnAnswerOverUnreadBytes)
     client.send("GET /f HTTP/1.1\r\n\r\n" + std::string(200'000, 'x'));
     const auto received = client.receiveAll();
     EXPECT_EQ(bodyOf(received.bytes).size(), 500'000U);
-    EXPECT_EQ(received.end, RawClient::End::Fin);
+    EXPECT_EQ(received.end, RawClient::End::fin);
 }
 
 TEST(FileServerLifeTest, RecordsRequestsAsTheyCame)
@@ -169,7 +169,7 @@ TEST(FileServerLifeTest, EndsConnectionsThatSpeakSomethingElse)
     client.send("SSH-2.0-hello\r\n\r\n");
     const auto received = client.receiveAll();
     EXPECT_EQ(received.bytes, "");
-    EXPECT_EQ(received.end, RawClient::End::Fin);
+    EXPECT_EQ(received.end, RawClient::End::fin);
     EXPECT_TRUE(server.requests().empty());
 }
 

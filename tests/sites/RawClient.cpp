@@ -52,7 +52,7 @@ RawClient::Received RawClient::receive(std::size_t count)
         const auto most = std::min(block.size(), count - received.bytes.size());
         const auto got = ::recv(m_socket.get(), block.data(), most, 0);
         if (got <= 0) {
-            received.end = got == 0 ? End::Fin : errno == ECONNRESET ? End::Reset : End::Timeout;
+            received.end = got == 0 ? End::fin : errno == ECONNRESET ? End::reset : End::timeout;
             break;
         }
         received.bytes.append(block.data(), static_cast<std::size_t>(got));

@@ -15,16 +15,16 @@ class RawClient
 public:
     enum class End
     {
-        Open, // as much as was asked for has come
-        Fin,
-        Reset,
-        Timeout,
+        open, // as much as was asked for has come
+        fin,
+        reset,
+        timeout,
     };
 
     struct Received
     {
         std::string bytes;
-        End end = End::Open;
+        End end = End::open;
     };
 
     explicit RawClient(std::uint16_t port); // throws std::system_error

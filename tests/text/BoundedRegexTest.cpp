@@ -14,7 +14,7 @@ TEST(BoundedRegex, aMatchIsFoundWithItsGroups)
 {
     const BoundedRegex regex(QStringLiteral("part(\\d+)"));
     const BoundedRegex::Result found = regex.search(QStringLiteral("name.part12.rar"));
-    EXPECT_EQ(found.outcome, Outcome::Match);
+    EXPECT_EQ(found.outcome, Outcome::match);
     EXPECT_TRUE(found);
     EXPECT_EQ(found.match.captured(1), u"12");
 }
@@ -22,7 +22,7 @@ TEST(BoundedRegex, aMatchIsFoundWithItsGroups)
 TEST(BoundedRegex, noMatchIsTold)
 {
     const BoundedRegex::Result found = BoundedRegex(QStringLiteral("part(\\d+)")).search(QStringLiteral("name.rar"));
-    EXPECT_EQ(found.outcome, Outcome::None);
+    EXPECT_EQ(found.outcome, Outcome::none);
     EXPECT_FALSE(found);
 }
 
@@ -37,7 +37,7 @@ TEST(BoundedRegex, aSearchBeyondItsBoundsIsAnErrorAndNotAnAnswer)
 {
     const BoundedRegex regex(QStringLiteral("^(?:a|a)*$"));
     const BoundedRegex::Result found = regex.search(QString(40, u'a') + u'b');
-    EXPECT_EQ(found.outcome, Outcome::Error);
+    EXPECT_EQ(found.outcome, Outcome::error);
     EXPECT_FALSE(found);
 }
 
@@ -50,9 +50,9 @@ TEST(BoundedRegex, aLongTextThatTheCompiledFormGivesUpOnIsStillJudgedRightly)
 
     const BoundedRegex regex(pattern);
     const BoundedRegex::Result found = regex.search(matching);
-    EXPECT_EQ(found.outcome, Outcome::Match);
+    EXPECT_EQ(found.outcome, Outcome::match);
     EXPECT_EQ(found.match.capturedLength(), matching.size());
-    EXPECT_EQ(regex.search(other).outcome, Outcome::None);
+    EXPECT_EQ(regex.search(other).outcome, Outcome::none);
 }
 
 TEST(BoundedRegex, aHundredAndTenKilobytesOfPageAreJudgedRightly)

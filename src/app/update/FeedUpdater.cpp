@@ -87,7 +87,7 @@ QCoro::Task<> FeedUpdater::check(Reason reason)
     setChecking(true);
     HttpRequest request;
     request.url = m_feed;
-    request.protocol = HttpRequest::Protocol::Newest;
+    request.protocol = HttpRequest::Protocol::newest;
     FetchOptions options;
     options.largestBody = largestFeed;
     options.followsRedirect = [](const HttpResponse&, const QUrl& target) { return isSecure(target); };

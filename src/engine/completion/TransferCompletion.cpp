@@ -36,8 +36,8 @@ bool isDead(int statusCode)
 
 bool isFailure(TransferEnd::Reason reason)
 {
-    return reason == TransferEnd::Reason::NetworkError || reason == TransferEnd::Reason::ErrorAnswer ||
-           reason == TransferEnd::Reason::ForeignRange || reason == TransferEnd::Reason::SourceChanged;
+    return reason == TransferEnd::Reason::networkError || reason == TransferEnd::Reason::errorAnswer ||
+           reason == TransferEnd::Reason::foreignRange || reason == TransferEnd::Reason::sourceChanged;
 }
 
 } // namespace
@@ -55,7 +55,7 @@ TransferCompletion::TransferCompletion(ItemTable& table, const AppSettings& sett
 
 void TransferCompletion::finishTransfer(DownloadItem& item, const TransferEnd& end)
 {
-    if (end.reason == TransferEnd::Reason::WebPage)
+    if (end.reason == TransferEnd::Reason::webPage)
         return webPageCame(item, end);
     if (isFailure(end.reason))
         return transferFailed(item, end);
@@ -63,7 +63,7 @@ void TransferCompletion::finishTransfer(DownloadItem& item, const TransferEnd& e
         return fail(item, QStringLiteral("Internal error: missing path"));
     const qint64 size = sizeOnDisk(*end.partPath);
     const bool isWhole = item.totalBytes() < 1 || size == item.totalBytes();
-    if (!isWhole || end.reason != TransferEnd::Reason::Finished)
+    if (!isWhole || end.reason != TransferEnd::Reason::finished)
         return fileIsShort(item, end, size);
     fileIsComplete(item, end);
 }
@@ -114,11 +114,11 @@ bool TransferCompletion::retryLater(DownloadItem& item)
 
 void TransferCompletion::prepareNextTry(DownloadItem& item, const TransferEnd& end)
 {
-    if (end.reason == TransferEnd::Reason::ErrorAnswer && isDead(end.statusCode)) {
+    if (end.reason == TransferEnd::Reason::errorAnswer && isDead(end.statusCode)) {
         item.setResolvedURL(std::nullopt);
         item.setResolvedAt(std::nullopt);
     }
-    if (end.reason != TransferEnd::Reason::SourceChanged || !mayStartOver(item.id()))
+    if (end.reason != TransferEnd::Reason::sourceChanged || !mayStartOver(item.id()))
         return;
     if (end.partPath)
         QFile::remove(*end.partPath);
@@ -137,7 +137,7 @@ void TransferCompletion::transferFailed(DownloadItem& item, const TransferEnd& e
     m_retries.restore(item.id());
     const qint64 size = end.partPath ? sizeOnDisk(*end.partPath) : 0;
     const bool isShort =
-        end.reason == TransferEnd::Reason::ErrorAnswer && item.totalBytes() >= 1 && size < item.totalBytes();
+        end.reason == TransferEnd::Reason::errorAnswer && item.totalBytes() >= 1 && size < item.totalBytes();
     const QString message = isShort ? incompleteText(size, item.totalBytes()) : endText(end, m_settings);
     item.setStatus(DownloadStatus::failure(message));
     m_recovery.startRecoveryCountdown(item, recoveryCountdownSeconds);

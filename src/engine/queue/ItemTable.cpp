@@ -137,20 +137,20 @@ void ItemTable::updateRow(DownloadItem& item)
 
 void ItemTable::updateIndexes(const DownloadItem& item, ItemField field)
 {
-    if (field == ItemField::Filename)
+    if (field == ItemField::filename)
         m_sets.renamed(find(item.id()));
-    if (field == ItemField::Status || field == ItemField::ExtractionStatus)
+    if (field == ItemField::status || field == ItemField::extractionStatus)
         m_sets.recount(item);
-    if (field == ItemField::LocalPath)
+    if (field == ItemField::localPath)
         m_files.update(find(item.id()));
 }
 
 void ItemTable::itemChanged(DownloadItem& item, ItemField field)
 {
     updateIndexes(item, field);
-    if (field == ItemField::Status || field == ItemField::Filename)
+    if (field == ItemField::status || field == ItemField::filename)
         updateRow(item);
-    if (field == ItemField::Speed) {
+    if (field == ItemField::speed) {
         if (item.speedBytesPerSec() == 0)
             m_speeds.remove(item.id());
         else

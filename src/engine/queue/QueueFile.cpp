@@ -12,10 +12,10 @@ namespace {
 
 constexpr qint64 largestFile = qint64{64} * 1024 * 1024;
 
-constexpr ItemFields storedFields = ItemField::ResolvedUrl | ItemField::Filename | ItemField::Status |
-                                    ItemField::Progress | ItemField::BytesReceived | ItemField::TotalBytes |
-                                    ItemField::LocalPath | ItemField::ExtractionStatus | ItemField::ResolvedAt |
-                                    ItemField::PartPlace;
+constexpr ItemFields storedFields = ItemField::resolvedUrl | ItemField::filename | ItemField::status |
+                                    ItemField::progress | ItemField::bytesReceived | ItemField::totalBytes |
+                                    ItemField::localPath | ItemField::extractionStatus | ItemField::resolvedAt |
+                                    ItemField::partPlace;
 
 } // namespace
 
@@ -29,7 +29,7 @@ void QueueFile::noteChange(const DownloadItem& item, ItemField field)
 {
     if (storedFields.testFlag(field))
         m_records.erase(item.id());
-    if (field == ItemField::LocalPath && item.localPath())
+    if (field == ItemField::localPath && item.localPath())
         m_finishedIn->note(QFileInfo(*item.localPath()).path());
 }
 

@@ -11,12 +11,12 @@ namespace {
 
 enum Status
 {
-    Ok = 200,
-    NoContent = 204,
-    ResetContent = 205,
-    PartialContent = 206,
-    FirstRedirect = 300,
-    RangeNotSatisfiable = 416,
+    ok = 200,
+    noContent = 204,
+    resetContent = 205,
+    partialContent = 206,
+    firstRedirect = 300,
+    rangeNotSatisfiable = 416,
 };
 
 /// A page is a legitimate file only under a name that could be a page's.
@@ -41,14 +41,14 @@ bool comesFromAnotherVersion(const HttpResponse& response, const AskedFor& asked
 
 bool saysNothingIsLeft(const HttpResponse& response, const AskedFor& asked)
 {
-    return response.statusCode == RangeNotSatisfiable && asked.offset >= 1 && sizeTold(response) == asked.offset &&
+    return response.statusCode == rangeNotSatisfiable && asked.offset >= 1 && sizeTold(response) == asked.offset &&
            (asked.knownTotal < 1 || asked.knownTotal == asked.offset) && !comesFromAnotherVersion(response, asked);
 }
 
 /// The server's file ends before the bytes on disk do, or is not as long as it was.
 bool saysItIsAnotherFile(const HttpResponse& response, const AskedFor& asked)
 {
-    if (response.statusCode != RangeNotSatisfiable || asked.offset < 1)
+    if (response.statusCode != rangeNotSatisfiable || asked.offset < 1)
         return false;
     const std::optional<qint64> size = sizeTold(response);
     return size && (*size <= asked.offset || (asked.knownTotal >= 1 && *size != asked.knownTotal));
@@ -59,8 +59,8 @@ JudgedAnswer judgeSilentPiece(const HttpResponse& response, const AskedFor& aske
 {
     const qint64 room = asked.knownTotal < 1 ? std::numeric_limits<qint64>::max() : asked.knownTotal - asked.offset;
     if (asked.offset == 0 || response.expectedContentLength() > room)
-        return {AnswerKind::ForeignRange};
-    return {AnswerKind::Continuation, -1, asked.knownTotal < 1 ? -1 : asked.knownTotal};
+        return {AnswerKind::foreignRange};
+    return {AnswerKind::continuation, -1, asked.knownTotal < 1 ? -1 : asked.knownTotal};
 }
 
 JudgedAnswer judgePiece(const HttpResponse& response, const AskedFor& asked)
@@ -69,29 +69,29 @@ JudgedAnswer judgePiece(const HttpResponse& response, const AskedFor& asked)
     const bool isMultipart = response.mimeType() == "multipart/byteranges";
     const bool isCodedOtherwise = asked.offset > 0 && sourceMarkOf(response).coding != asked.source.coding;
     if (isMultipart || isCodedOtherwise || values.size() > 1)
-        return {AnswerKind::ForeignRange};
+        return {AnswerKind::foreignRange};
     if (asked.offset > 0 && comesFromAnotherVersion(response, asked))
-        return {AnswerKind::SourceChanged};
+        return {AnswerKind::sourceChanged};
     if (values.empty())
         return judgeSilentPiece(response, asked);
     const std::optional<ContentRange> told = contentRangeFrom(values.front());
     if (!told || !told->range || told->range->first != asked.offset)
-        return {AnswerKind::ForeignRange};
+        return {AnswerKind::foreignRange};
     const qint64 total = told->total.value_or(-1);
     const qint64 end = told->range->second;
     if (asked.offset == 0)
-        return {AnswerKind::Whole, total, end};
+        return {AnswerKind::whole, total, end};
     const bool hasOtherSize = end > asked.knownTotal || (total >= 0 && total != asked.knownTotal);
     if (asked.knownTotal >= 1 && hasOtherSize)
-        return {AnswerKind::SourceChanged};
-    return {AnswerKind::Continuation, total, end};
+        return {AnswerKind::sourceChanged};
+    return {AnswerKind::continuation, total, end};
 }
 
 /// A full answer may still say that it is only a piece; then it is judged as one.
 JudgedAnswer judgeWhole(const HttpResponse& response, const AskedFor& asked)
 {
     const qint64 length = response.expectedContentLength();
-    JudgedAnswer answer{AnswerKind::Whole, std::max<qint64>(length, 0), length};
+    JudgedAnswer answer{AnswerKind::whole, std::max<qint64>(length, 0), length};
     for (const QByteArray& value : response.values("Content-Range")) {
         const std::optional<ContentRange> told = contentRangeFrom(value);
         if (!told || !told->range)
@@ -111,15 +111,15 @@ JudgedAnswer judgeAnswer(const HttpResponse& response, const AskedFor& asked)
     const int status = response.statusCode;
     // Before the test for a page: servers send this answer as a page, and the bytes on disk must survive it.
     if (saysNothingIsLeft(response, asked))
-        return {AnswerKind::AlreadyWhole, asked.offset, asked.offset};
+        return {AnswerKind::alreadyWhole, asked.offset, asked.offset};
     if (!mayBePage(asked.filename) && response.mimeType() == "text/html")
-        return {AnswerKind::WebPage};
+        return {AnswerKind::webPage};
     if (saysItIsAnotherFile(response, asked))
-        return {AnswerKind::SourceChanged};
-    if (status == PartialContent)
+        return {AnswerKind::sourceChanged};
+    if (status == partialContent)
         return judgePiece(response, asked);
-    if (status >= FirstRedirect || status == NoContent || status == ResetContent)
-        return {AnswerKind::ErrorAnswer};
+    if (status >= firstRedirect || status == noContent || status == resetContent)
+        return {AnswerKind::errorAnswer};
     return judgeWhole(response, asked);
 }
 

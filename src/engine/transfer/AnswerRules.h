@@ -18,18 +18,18 @@ struct AskedFor
 /// What an answer is good for.
 enum class AnswerKind
 {
-    Whole,         ///< the file from its first byte; whatever is on disk gives way to it
-    Continuation,  ///< the file from the offset asked for
-    AlreadyWhole,  ///< the server says that the bytes on disk are all there are
-    WebPage,       ///< a page instead of the file
-    ErrorAnswer,   ///< an error status, or one that brings no file
-    ForeignRange,  ///< a piece of which nobody knows that it belongs where asked; nothing of it may be used
-    SourceChanged, ///< a piece of another file than the one begun
+    whole,         ///< the file from its first byte; whatever is on disk gives way to it
+    continuation,  ///< the file from the offset asked for
+    alreadyWhole,  ///< the server says that the bytes on disk are all there are
+    webPage,       ///< a page instead of the file
+    errorAnswer,   ///< an error status, or one that brings no file
+    foreignRange,  ///< a piece of which nobody knows that it belongs where asked; nothing of it may be used
+    sourceChanged, ///< a piece of another file than the one begun
 };
 
 struct JudgedAnswer
 {
-    AnswerKind kind = AnswerKind::Whole;
+    AnswerKind kind = AnswerKind::whole;
     qint64 total = -1; ///< size of the whole file; 0: not known, whatever was thought before; below 0: not told
     qint64 end = -1;   ///< the place in the file behind the last byte that this answer may bring; below 0: not told
 };

@@ -44,7 +44,7 @@ bool isInTheWay(int error, const QString& path)
 
 std::unique_ptr<PartFile> ownFileAt(const QString& path, const DownloadItem& item)
 {
-    auto file = std::make_unique<PartFile>(path, PartFile::Opening::Existing);
+    auto file = std::make_unique<PartFile>(path, PartFile::Opening::existing);
     return file->isOpen() && isOwn(*file, item) ? std::move(file) : nullptr;
 }
 
@@ -69,7 +69,7 @@ OpenedPart openAmongCandidates(const DownloadItem& item, const QString& usualPat
         const QString path = candidate(usualPath, number);
         if (inUse.contains(path))
             continue;
-        auto file = std::make_unique<PartFile>(path, PartFile::Opening::Existing);
+        auto file = std::make_unique<PartFile>(path, PartFile::Opening::existing);
         if (file->isOpen() && isOwn(*file, item))
             return {std::move(file), 0};
         const int error = file->error();
@@ -78,7 +78,7 @@ OpenedPart openAmongCandidates(const DownloadItem& item, const QString& usualPat
             return {nullptr, error};
         if (error != ENOENT)
             continue;
-        file = std::make_unique<PartFile>(path, PartFile::Opening::New);
+        file = std::make_unique<PartFile>(path, PartFile::Opening::fresh);
         if (file->isOpen())
             return {std::move(file), 0};
         if (file->error() != EEXIST)

@@ -18,7 +18,7 @@ constexpr mode_t usualMode = 0666;
 
 FileDescriptor opened(const QString& path, PartFile::Opening opening)
 {
-    const int creation = opening == PartFile::Opening::New ? O_CREAT | O_EXCL : 0;
+    const int creation = opening == PartFile::Opening::fresh ? O_CREAT | O_EXCL : 0;
     return FileDescriptor(::open(QFile::encodeName(path).constData(),
                                  O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | creation, usualMode));
 }

@@ -15,8 +15,8 @@ class PartFile
 public:
     enum class Opening
     {
-        Existing, ///< at its end
-        New,      ///< where nothing stands yet
+        existing, ///< at its end
+        fresh,    ///< where nothing stands yet
     };
 
     /// A symbolic link, a file with a second name and anything else that is no regular file is refused. On failure

@@ -47,35 +47,35 @@ HttpReceiver::HeadVerdict Transfer::responseReceived(const HttpResponse& respons
     {
         const std::lock_guard lock(m_ioLock);
         if (!m_fileHandle)
-            return HeadVerdict::Cancel;
+            return HeadVerdict::cancel;
         m_end.statusCode = response.statusCode;
         asked = askedFor();
     }
     const JudgedAnswer answer = judgeAnswer(response, asked);
     switch (answer.kind) {
-    case AnswerKind::WebPage: {
+    case AnswerKind::webPage: {
         const std::lock_guard lock(m_ioLock);
         m_isHtmlError = true;
         m_fileHandle.reset();
-        return HeadVerdict::Allow;
+        return HeadVerdict::allow;
     }
-    case AnswerKind::ErrorAnswer:
-        return refuse(TransferEnd::Reason::ErrorAnswer);
-    case AnswerKind::ForeignRange:
-        return refuse(TransferEnd::Reason::ForeignRange);
-    case AnswerKind::SourceChanged:
-        return refuse(TransferEnd::Reason::SourceChanged);
-    case AnswerKind::AlreadyWhole:
+    case AnswerKind::errorAnswer:
+        return refuse(TransferEnd::Reason::errorAnswer);
+    case AnswerKind::foreignRange:
+        return refuse(TransferEnd::Reason::foreignRange);
+    case AnswerKind::sourceChanged:
+        return refuse(TransferEnd::Reason::sourceChanged);
+    case AnswerKind::alreadyWhole:
         m_listener.headArrived(*this, {false, answer.total, {}});
-        return refuse(TransferEnd::Reason::Finished);
-    case AnswerKind::Whole:
-    case AnswerKind::Continuation:
+        return refuse(TransferEnd::Reason::finished);
+    case AnswerKind::whole:
+    case AnswerKind::continuation:
         break;
     }
-    if (takeFile(response, answer) == HeadVerdict::Cancel)
-        return HeadVerdict::Cancel;
-    m_listener.headArrived(*this, {answer.kind == AnswerKind::Whole, answer.total, m_end.suggestedName});
-    return HeadVerdict::Allow;
+    if (takeFile(response, answer) == HeadVerdict::cancel)
+        return HeadVerdict::cancel;
+    m_listener.headArrived(*this, {answer.kind == AnswerKind::whole, answer.total, m_end.suggestedName});
+    return HeadVerdict::allow;
 }
 
 AskedFor Transfer::askedFor() const
@@ -90,12 +90,12 @@ HttpReceiver::HeadVerdict Transfer::takeFile(const HttpResponse& response, const
     const std::optional<QByteArray> disposition = response.header("Content-Disposition");
     const std::lock_guard lock(m_ioLock);
     if (!m_fileHandle)
-        return HeadVerdict::Cancel;
-    if (answer.kind == AnswerKind::Whole) {
+        return HeadVerdict::cancel;
+    if (answer.kind == AnswerKind::whole) {
         if (!m_fileHandle->restart()) {
-            m_refusal = TransferEnd::Reason::NotWritten;
+            m_refusal = TransferEnd::Reason::notWritten;
             m_end.systemError = m_fileHandle->error();
-            return HeadVerdict::Cancel;
+            return HeadVerdict::cancel;
         }
         m_pendingBytes = 0;
     }
@@ -104,7 +104,7 @@ HttpReceiver::HeadVerdict Transfer::takeFile(const HttpResponse& response, const
     mark(response, answer);
     if (m_order.isDirectLink && disposition)
         m_end.suggestedName = filenameFromContentDisposition(lenientText(*disposition));
-    return HeadVerdict::Allow;
+    return HeadVerdict::allow;
 }
 
 void Transfer::mark(const HttpResponse& response, const JudgedAnswer& answer)
@@ -120,13 +120,13 @@ HttpReceiver::HeadVerdict Transfer::refuse(TransferEnd::Reason reason)
 {
     const std::lock_guard lock(m_ioLock);
     m_refusal = reason;
-    return HeadVerdict::Cancel;
+    return HeadVerdict::cancel;
 }
 
 HttpReceiver::DataVerdict Transfer::takePage(QByteArrayView block)
 {
     m_end.page.append(block.first(std::min(block.size(), largestPage - m_end.page.size())));
-    return m_end.page.size() < largestPage ? DataVerdict::Continue : DataVerdict::Cancel;
+    return m_end.page.size() < largestPage ? DataVerdict::proceed : DataVerdict::cancel;
 }
 
 HttpReceiver::DataVerdict Transfer::dataReceived(QByteArrayView block)
@@ -138,16 +138,16 @@ HttpReceiver::DataVerdict Transfer::dataReceived(QByteArrayView block)
         if (m_isHtmlError)
             return takePage(block);
         if (!m_fileHandle)
-            return DataVerdict::Cancel;
+            return DataVerdict::cancel;
         if (!write(block))
-            return DataVerdict::Cancel;
+            return DataVerdict::cancel;
         figure = m_speedTracker.record(block.size(), m_clock.steadyNow());
         if (figure)
             told = std::exchange(m_pendingBytes, 0);
     }
     if (figure)
         m_listener.ticked(*this, told, *figure);
-    return m_listener.mustRest(*this, block.size()) ? DataVerdict::Suspend : DataVerdict::Continue;
+    return m_listener.mustRest(*this, block.size()) ? DataVerdict::suspend : DataVerdict::proceed;
 }
 
 bool Transfer::write(QByteArrayView block)
@@ -156,14 +156,14 @@ bool Transfer::write(QByteArrayView block)
     if (m_answerEnd >= 0 && before + block.size() > m_answerEnd) {
         // Who sends more than announced may have sent something else before, too.
         static_cast<void>(m_fileHandle->cutBackTo(m_answerStart));
-        m_refusal = TransferEnd::Reason::Overlong;
+        m_refusal = TransferEnd::Reason::overlong;
         m_end.areBytesGivenUp = true;
         return false;
     }
     const bool isWritten = m_fileHandle->append(block);
     m_pendingBytes += m_fileHandle->size() - before;
     if (!isWritten) {
-        m_refusal = TransferEnd::Reason::NotWritten;
+        m_refusal = TransferEnd::Reason::notWritten;
         m_end.systemError = m_fileHandle->error();
     }
     return isWritten;
@@ -174,15 +174,15 @@ void Transfer::completed(const std::optional<HttpError>& error)
     {
         const std::lock_guard lock(m_ioLock);
         if (m_isHtmlError)
-            m_end.reason = TransferEnd::Reason::WebPage;
+            m_end.reason = TransferEnd::Reason::webPage;
         else if (m_refusal)
             m_end.reason = *m_refusal;
         else if (error)
-            m_end.reason = TransferEnd::Reason::NetworkError;
+            m_end.reason = TransferEnd::Reason::networkError;
         if (error)
             m_end.error = *error;
         // A cancel that we did not ask for comes from a client that is closing; nobody wants to hear of it.
-        if (m_end.reason == TransferEnd::Reason::NetworkError && m_end.error.kind == HttpError::Kind::Cancelled)
+        if (m_end.reason == TransferEnd::Reason::networkError && m_end.error.kind == HttpError::Kind::cancelled)
             return;
     }
     m_listener.ended(*this);
@@ -191,22 +191,22 @@ void Transfer::completed(const std::optional<HttpError>& error)
 std::shared_ptr<const FileDescriptor> Transfer::fileToSync() const
 {
     const std::lock_guard lock(m_ioLock);
-    return m_end.reason == TransferEnd::Reason::Finished && m_fileHandle ? m_fileHandle->descriptor() : nullptr;
+    return m_end.reason == TransferEnd::Reason::finished && m_fileHandle ? m_fileHandle->descriptor() : nullptr;
 }
 
 TransferEnd Transfer::takeEnd(int syncError)
 {
     const std::lock_guard lock(m_ioLock);
-    const bool isFinished = m_fileHandle && m_end.reason == TransferEnd::Reason::Finished;
+    const bool isFinished = m_fileHandle && m_end.reason == TransferEnd::Reason::finished;
     if (isFinished && syncError != 0) {
         static_cast<void>(m_fileHandle->restart());
         m_end.areBytesGivenUp = true;
     }
     if (isFinished && (syncError != 0 || !m_fileHandle->isStillThere())) {
-        m_end.reason = TransferEnd::Reason::NotWritten;
+        m_end.reason = TransferEnd::Reason::notWritten;
         m_end.systemError = syncError != 0 ? syncError : ESTALE;
     }
-    m_end.isPartGone = m_fileHandle && m_end.reason != TransferEnd::Reason::Finished && m_fileHandle->removeIfEmpty();
+    m_end.isPartGone = m_fileHandle && m_end.reason != TransferEnd::Reason::finished && m_fileHandle->removeIfEmpty();
     m_fileHandle.reset();
     return std::move(m_end);
 }

@@ -14,17 +14,17 @@ struct TransferEnd
 {
     enum class Reason
     {
-        Finished,      ///< the server has sent all that it wanted to send
-        NetworkError,  ///< `error` tells
-        ErrorAnswer,   ///< the server answered with `statusCode` instead of the file
-        ForeignRange,  ///< the server sent another piece than the one asked for
-        SourceChanged, ///< the server has another file than the one begun
-        WebPage,       ///< the server sent a page; `page` is its beginning
-        NotWritten,    ///< the disk did not take the bytes; `systemError` tells
-        Overlong,      ///< the server sent more than it had announced; nothing of that answer was kept
+        finished,      ///< the server has sent all that it wanted to send
+        networkError,  ///< `error` tells
+        errorAnswer,   ///< the server answered with `statusCode` instead of the file
+        foreignRange,  ///< the server sent another piece than the one asked for
+        sourceChanged, ///< the server has another file than the one begun
+        webPage,       ///< the server sent a page; `page` is its beginning
+        notWritten,    ///< the disk did not take the bytes; `systemError` tells
+        overlong,      ///< the server sent more than it had announced; nothing of that answer was kept
     };
 
-    Reason reason = Reason::Finished;
+    Reason reason = Reason::finished;
     std::optional<QString> partPath;
     std::optional<QString> finalPath;
     HttpError error;

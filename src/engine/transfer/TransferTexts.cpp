@@ -16,31 +16,31 @@ namespace {
 QString networkErrorText(HttpError::Kind kind, AppLanguage language)
 {
     switch (kind) {
-    case HttpError::Kind::Cancelled:
+    case HttpError::Kind::cancelled:
         return pair(language, u"The download was cancelled.", u"Il download è stato annullato.");
-    case HttpError::Kind::TimedOut:
+    case HttpError::Kind::timedOut:
         return pair(language, u"The server did not answer in time.", u"Il server non ha risposto in tempo.");
-    case HttpError::Kind::CannotFindHost:
+    case HttpError::Kind::cannotFindHost:
         return pair(language, u"The server could not be found.", u"Impossibile trovare il server.");
-    case HttpError::Kind::CannotConnect:
+    case HttpError::Kind::cannotConnect:
         return pair(language, u"Could not connect to the server.", u"Impossibile connettersi al server.");
-    case HttpError::Kind::ConnectionLost:
+    case HttpError::Kind::connectionLost:
         return pair(language, u"The connection to the server was lost.",
                     u"La connessione al server è stata interrotta.");
-    case HttpError::Kind::SecureConnectionFailed:
+    case HttpError::Kind::secureConnectionFailed:
         return pair(language, u"A secure connection could not be made.",
                     u"Impossibile stabilire una connessione sicura.");
-    case HttpError::Kind::CertificateUntrusted:
+    case HttpError::Kind::certificateUntrusted:
         return pair(language, u"The server's certificate is not trusted.",
                     u"Il certificato del server non è attendibile.");
-    case HttpError::Kind::TooManyRedirects:
+    case HttpError::Kind::tooManyRedirects:
         return pair(language, u"The server redirected too many times.",
                     u"Il server ha effettuato troppi reindirizzamenti.");
-    case HttpError::Kind::UnsupportedUrl:
+    case HttpError::Kind::unsupportedUrl:
         return pair(language, u"The address cannot be downloaded.", u"Impossibile scaricare da questo indirizzo.");
-    case HttpError::Kind::BadServerResponse:
+    case HttpError::Kind::badServerResponse:
         return pair(language, u"The server's answer makes no sense.", u"La risposta del server non è valida.");
-    case HttpError::Kind::Other:
+    case HttpError::Kind::other:
         return pair(language, u"The download failed.", u"Il download non è riuscito.");
     }
     Q_UNREACHABLE();
@@ -94,25 +94,25 @@ QString endText(const TransferEnd& end, const AppSettings& settings)
 {
     const AppLanguage language = settings.language.value();
     switch (end.reason) {
-    case TransferEnd::Reason::ErrorAnswer:
+    case TransferEnd::Reason::errorAnswer:
         return pair(language, u"The server answered with error %1 instead of the file — retry",
                     u"Il server ha risposto con l'errore %1 invece del file — riprova")
             .arg(end.statusCode);
-    case TransferEnd::Reason::ForeignRange:
+    case TransferEnd::Reason::foreignRange:
         return pair(language, u"The server sent another part of the file than the one asked for — retry",
                     u"Il server ha inviato una parte del file diversa da quella richiesta — riprova");
-    case TransferEnd::Reason::SourceChanged:
+    case TransferEnd::Reason::sourceChanged:
         return pair(language, u"The file on the server has changed — retry to download it from the start",
                     u"Il file sul server è cambiato — riprova per scaricarlo dall'inizio");
-    case TransferEnd::Reason::Overlong:
+    case TransferEnd::Reason::overlong:
         return pair(language, u"The server sent more than it had announced — retry",
                     u"Il server ha inviato più dati di quanto annunciato — riprova");
-    case TransferEnd::Reason::NotWritten:
+    case TransferEnd::Reason::notWritten:
         return fileErrorText(end.systemError, settings);
-    case TransferEnd::Reason::WebPage:
+    case TransferEnd::Reason::webPage:
         return webPageText(end.page, language);
-    case TransferEnd::Reason::NetworkError:
-    case TransferEnd::Reason::Finished:
+    case TransferEnd::Reason::networkError:
+    case TransferEnd::Reason::finished:
         return networkErrorText(end.error.kind, language);
     }
     Q_UNREACHABLE();

@@ -105,12 +105,12 @@ void CurlLoop::end(CurlTransfer& transfer)
 void CurlLoop::hopEnded(CurlTransfer& transfer, CURLcode code)
 {
     const CurlTransfer::HopEnd next = transfer.hopEnded(code);
-    if (next == CurlTransfer::HopEnd::Over) {
+    if (next == CurlTransfer::HopEnd::over) {
         end(transfer);
         return;
     }
     curl_multi_remove_handle(m_multi.get(), transfer.handle());
-    if (next == CurlTransfer::HopEnd::Next)
+    if (next == CurlTransfer::HopEnd::next)
         begin(transfer);
 }
 
@@ -138,7 +138,7 @@ void CurlLoop::reapOverdue()
     for (CurlTransfer* transfer : overdue) {
         transfer->flush();
         transfer->finish(
-            HttpError{HttpError::Kind::TimedOut, CURLE_OPERATION_TIMEDOUT, QStringLiteral("no answer in time")});
+            HttpError{HttpError::Kind::timedOut, CURLE_OPERATION_TIMEDOUT, QStringLiteral("no answer in time")});
         end(*transfer);
     }
 }
@@ -180,7 +180,7 @@ void CurlLoop::run()
     }
     while (!m_running.empty()) {
         CurlTransfer& transfer = *m_running.begin()->first;
-        transfer.finish(HttpError{HttpError::Kind::Cancelled, 0, QStringLiteral("the client is closing")});
+        transfer.finish(HttpError{HttpError::Kind::cancelled, 0, QStringLiteral("the client is closing")});
         end(transfer);
     }
 }

@@ -19,34 +19,34 @@ HttpError::Kind kindOf(CURLcode code)
 {
     switch (code) {
     case CURLE_OPERATION_TIMEDOUT:
-        return HttpError::Kind::TimedOut;
+        return HttpError::Kind::timedOut;
     case CURLE_COULDNT_RESOLVE_HOST:
     case CURLE_COULDNT_RESOLVE_PROXY:
-        return HttpError::Kind::CannotFindHost;
+        return HttpError::Kind::cannotFindHost;
     case CURLE_COULDNT_CONNECT:
-        return HttpError::Kind::CannotConnect;
+        return HttpError::Kind::cannotConnect;
     case CURLE_PARTIAL_FILE:
     case CURLE_GOT_NOTHING:
     case CURLE_SEND_ERROR:
     case CURLE_RECV_ERROR:
     case CURLE_HTTP2:
     case CURLE_HTTP2_STREAM:
-        return HttpError::Kind::ConnectionLost;
+        return HttpError::Kind::connectionLost;
     case CURLE_PEER_FAILED_VERIFICATION:
     case CURLE_SSL_ISSUER_ERROR:
-        return HttpError::Kind::CertificateUntrusted;
+        return HttpError::Kind::certificateUntrusted;
     case CURLE_SSL_CONNECT_ERROR:
     case CURLE_SSL_CERTPROBLEM:
     case CURLE_SSL_CIPHER:
-        return HttpError::Kind::SecureConnectionFailed;
+        return HttpError::Kind::secureConnectionFailed;
     case CURLE_UNSUPPORTED_PROTOCOL:
     case CURLE_WEIRD_SERVER_REPLY:
     case CURLE_BAD_CONTENT_ENCODING:
-        return HttpError::Kind::BadServerResponse;
+        return HttpError::Kind::badServerResponse;
     case CURLE_URL_MALFORMAT:
-        return HttpError::Kind::UnsupportedUrl;
+        return HttpError::Kind::unsupportedUrl;
     default:
-        return HttpError::Kind::Other;
+        return HttpError::Kind::other;
     }
 }
 
@@ -98,7 +98,7 @@ bool CurlTransfer::prepare(OpenSockets& sockets)
 {
     m_sockets = &sockets;
     m_head = HeadReader(m_request.url);
-    m_stage = Stage::Head;
+    m_stage = Stage::head;
     m_isNewConnection = false;
     m_headBytes = 0;
     m_thrownAway = 0;
@@ -106,7 +106,7 @@ bool CurlTransfer::prepare(OpenSockets& sockets)
     if (m_hops == 0)
         m_startedAt = m_lastHeardAt;
     if (!isFetchable(m_request.url)) {
-        finish(HttpError{HttpError::Kind::UnsupportedUrl, 0, m_request.url.toString()});
+        finish(HttpError{HttpError::Kind::unsupportedUrl, 0, m_request.url.toString()});
         return false;
     }
     // A fresh handle for each hop: to reset the old one would leak its list of cookie files.
@@ -135,7 +135,7 @@ void CurlTransfer::setOptions()
     curl_easy_setopt(curl, CURLOPT_TCP_KEEPALIVE, 1L);
     curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, m_errorText.data());
     curl_easy_setopt(curl, CURLOPT_USERAGENT, m_settings->userAgent.constData());
-    const bool isNewest = m_request.protocol == HttpRequest::Protocol::Newest;
+    const bool isNewest = m_request.protocol == HttpRequest::Protocol::newest;
     curl_easy_setopt(curl, CURLOPT_HTTP_VERSION, isNewest ? CURL_HTTP_VERSION_2TLS : CURL_HTTP_VERSION_1_1);
     m_connectList.reset();
     for (const QByteArray& entry : m_settings->connectTo)
@@ -232,19 +232,19 @@ bool CurlTransfer::takeHeaderLine(QByteArrayView line)
     m_headBytes += line.size();
     if (m_headBytes > largestHead) {
         flush(); // what came before the trailers was good
-        refuse(HttpError::Kind::BadServerResponse, QStringLiteral("endless headers"));
+        refuse(HttpError::Kind::badServerResponse, QStringLiteral("endless headers"));
         return false;
     }
     // Behind the head only trailers come this way; nothing here wants them.
-    if (m_stage != Stage::Head)
+    if (m_stage != Stage::head)
         return true;
     switch (m_head.take(line)) {
-    case HeadReader::Step::More:
+    case HeadReader::Step::more:
         return true;
-    case HeadReader::Step::Complete:
+    case HeadReader::Step::complete:
         return headEnded();
-    case HeadReader::Step::Nonsense:
-        refuse(HttpError::Kind::BadServerResponse, m_head.complaint());
+    case HeadReader::Step::nonsense:
+        refuse(HttpError::Kind::badServerResponse, m_head.complaint());
         return false;
     }
     return false;
@@ -257,27 +257,27 @@ bool CurlTransfer::headEnded()
     const std::lock_guard guard(m_receiverLock);
     if (!m_receiver)
         return false;
-    if (target && m_receiver->redirected(response, *target) == HttpReceiver::RedirectVerdict::Follow) {
-        m_stage = Stage::Redirect;
+    if (target && m_receiver->redirected(response, *target) == HttpReceiver::RedirectVerdict::follow) {
+        m_stage = Stage::redirect;
         m_target = *target;
         return true;
     }
-    if (m_receiver->responseReceived(response) == HttpReceiver::HeadVerdict::Cancel) {
-        refuse(HttpError::Kind::Cancelled, {});
+    if (m_receiver->responseReceived(response) == HttpReceiver::HeadVerdict::cancel) {
+        refuse(HttpError::Kind::cancelled, {});
         return false;
     }
-    m_stage = Stage::Body;
+    m_stage = Stage::body;
     return true;
 }
 
 size_t CurlTransfer::takeBody(QByteArrayView bytes)
 {
     const auto taken = static_cast<size_t>(bytes.size());
-    if (m_stage == Stage::Redirect) {
+    if (m_stage == Stage::redirect) {
         m_thrownAway += bytes.size();
         return m_thrownAway > largestThrownAway ? 0 : taken;
     }
-    if (m_stage != Stage::Body)
+    if (m_stage != Stage::body)
         return 0;
     const qsizetype blockSize = m_settings->blockSize;
     // What a suspension held back goes first; it may also meet the next one.
@@ -290,7 +290,7 @@ size_t CurlTransfer::takeBody(QByteArrayView bytes)
     m_gathered.reserve(static_cast<size_t>(CurlSettings::largestBlock) + CURL_MAX_WRITE_SIZE);
     m_gathered.insert(m_gathered.end(), bytes.begin(), bytes.end());
     handOn(blockSize);
-    return m_stage == Stage::Body ? taken : 0;
+    return m_stage == Stage::body ? taken : 0;
 }
 
 /// Hands on blocks as long as at least so many bytes are there and the receiver takes more.
@@ -298,7 +298,7 @@ void CurlTransfer::handOn(qsizetype least)
 {
     const auto size = static_cast<qsizetype>(m_gathered.size());
     qsizetype handed = 0;
-    while (m_stage == Stage::Body && !m_isSuspended && size - handed >= least) {
+    while (m_stage == Stage::body && !m_isSuspended && size - handed >= least) {
         const qsizetype count = std::min<qsizetype>(size - handed, m_settings->blockSize);
         giveBlock({m_gathered.data() + handed, count});
         handed += count;
@@ -316,17 +316,17 @@ void CurlTransfer::giveBlock(QByteArrayView block)
     if (!m_receiver)
         return;
     switch (m_receiver->dataReceived(block)) {
-    case HttpReceiver::DataVerdict::Continue:
+    case HttpReceiver::DataVerdict::proceed:
         break;
-    case HttpReceiver::DataVerdict::Suspend: {
+    case HttpReceiver::DataVerdict::suspend: {
         // Another thread may have answered this suspension with a resume() already; to suspend now would be for ever.
         const std::lock_guard suspension(m_suspensionLock);
         if (m_timesLifted == timesLifted)
             m_isSuspended = true;
         break;
     }
-    case HttpReceiver::DataVerdict::Cancel:
-        refuse(HttpError::Kind::Cancelled, {});
+    case HttpReceiver::DataVerdict::cancel:
+        refuse(HttpError::Kind::cancelled, {});
         break;
     }
 }
@@ -339,7 +339,7 @@ bool CurlTransfer::isOverdue(SteadyTime now) const
 
 void CurlTransfer::refuse(HttpError::Kind kind, const QString& details)
 {
-    m_stage = Stage::Refused;
+    m_stage = Stage::refused;
     m_refusal = HttpError{kind, 0, details};
 }
 
@@ -360,28 +360,28 @@ CurlTransfer::HopEnd CurlTransfer::hopEnded(CURLcode code)
 {
     flush();
     if (code == CURLE_ABORTED_BY_CALLBACK && m_wantsNewConnection)
-        return HopEnd::Next;
-    if (m_stage == Stage::Redirect) {
+        return HopEnd::next;
+    if (m_stage == Stage::redirect) {
         if (++m_hops <= mostHops) {
             m_request = requestForHop(std::move(m_request), m_head.response(), m_target);
-            return HopEnd::Next;
+            return HopEnd::next;
         }
-        finish(HttpError{HttpError::Kind::TooManyRedirects, 0, m_target.toString()});
-        return HopEnd::Over;
+        finish(HttpError{HttpError::Kind::tooManyRedirects, 0, m_target.toString()});
+        return HopEnd::over;
     }
-    if (m_stage == Stage::Body && !m_gathered.empty()) {
+    if (m_stage == Stage::body && !m_gathered.empty()) {
         m_heldEnd = code;
-        return HopEnd::Held;
+        return HopEnd::held;
     }
     if (m_refusal)
         finish(m_refusal);
     else if (code != CURLE_OK)
         finish(errorFor(code));
-    else if (m_stage == Stage::Head)
-        finish(HttpError{HttpError::Kind::ConnectionLost, 0, QStringLiteral("the head of the answer was cut")});
+    else if (m_stage == Stage::head)
+        finish(HttpError{HttpError::Kind::connectionLost, 0, QStringLiteral("the head of the answer was cut")});
     else
         finish(std::nullopt);
-    return HopEnd::Over;
+    return HopEnd::over;
 }
 
 } // namespace vormel

@@ -45,9 +45,9 @@ public:
     /// What becomes of a transfer whose hop libcurl has ended.
     enum class HopEnd
     {
-        Over, ///< the receiver was told the end
-        Next, ///< prepare() is due
-        Held, ///< a suspension holds back the last bytes; hopEnded() is due again when it is lifted
+        over, ///< the receiver was told the end
+        next, ///< prepare() is due
+        held, ///< a suspension holds back the last bytes; hopEnded() is due again when it is lifted
     };
 
     /// Any thread; what libcurl has to be told of it is the loop's business.
@@ -68,7 +68,7 @@ public:
     /// Hands on what is gathered, as far as the receiver takes it.
     void flush() { handOn(1); }
     /// Has the receiver cancelled, or the server been found out?
-    [[nodiscard]] bool isRefused() const { return m_stage == Stage::Refused; }
+    [[nodiscard]] bool isRefused() const { return m_stage == Stage::refused; }
 
     /// Has the server been silent for too long, or has the whole taken too long?
     [[nodiscard]] bool isOverdue(SteadyTime now) const;
@@ -93,10 +93,10 @@ private:
     /// Where the answer of this hop stands.
     enum class Stage
     {
-        Head,     ///< lines of the head are coming in
-        Redirect, ///< the head said to go elsewhere; the body is thrown away
-        Body,     ///< the head was accepted
-        Refused,  ///< we want no more of it
+        head,     ///< lines of the head are coming in
+        redirect, ///< the head said to go elsewhere; the body is thrown away
+        body,     ///< the head was accepted
+        refused,  ///< we want no more of it
     };
 
     static int socketCallback(void* transfer, curl_socket_t socket, curlsocktype purpose);
@@ -132,7 +132,7 @@ private:
     StringList m_connectList;
 
     HeadReader m_head;
-    Stage m_stage = Stage::Head;
+    Stage m_stage = Stage::head;
     qsizetype m_headBytes = 0;
     qsizetype m_thrownAway = 0;
     int m_hops = 0;

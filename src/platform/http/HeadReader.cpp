@@ -66,7 +66,7 @@ HeadReader::Step HeadReader::takeStatusLine(QByteArrayView line)
         return complain(QStringLiteral("a status line that is none"));
     m_isInHead = true;
     m_isFoldable = false;
-    return Step::More;
+    return Step::more;
 }
 
 HeadReader::Step HeadReader::takeField(QByteArrayView line)
@@ -76,7 +76,7 @@ HeadReader::Step HeadReader::takeField(QByteArrayView line)
     if (m_isFoldable)
         m_response.headers.push_back(
             {line.first(colon).trimmed().toByteArray(), line.sliced(colon + 1).trimmed().toByteArray()});
-    return Step::More;
+    return Step::more;
 }
 
 HeadReader::Step HeadReader::takeFold(QByteArrayView line)
@@ -85,12 +85,12 @@ HeadReader::Step HeadReader::takeFold(QByteArrayView line)
     if (m_response.headers.empty())
         return complain(QStringLiteral("a folded line before every field"));
     if (!m_isFoldable)
-        return Step::More;
+        return Step::more;
     QByteArray& value = m_response.headers.back().value;
     if (!value.isEmpty() && !line.isEmpty())
         value += ' ';
     value += line;
-    return Step::More;
+    return Step::more;
 }
 
 HeadReader::Step HeadReader::takeEnd()
@@ -98,16 +98,16 @@ HeadReader::Step HeadReader::takeEnd()
     constexpr int firstFinal = 200;
     m_isInHead = false;
     if (m_response.statusCode < firstFinal)
-        return Step::More;
+        return Step::more;
     if (!m_response.header("Transfer-Encoding") && !isOneLength(m_response.values("Content-Length")))
         return complain(QStringLiteral("a length that is no number, or two of them"));
-    return Step::Complete;
+    return Step::complete;
 }
 
 HeadReader::Step HeadReader::complain(QString why)
 {
     m_complaint = std::move(why);
-    return Step::Nonsense;
+    return Step::nonsense;
 }
 
 } // namespace vormel

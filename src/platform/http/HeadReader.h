@@ -13,9 +13,9 @@ class HeadReader
 public:
     enum class Step
     {
-        More,     ///< further lines belong to it
-        Complete, ///< response() is the answer
-        Nonsense, ///< complaint() says why nothing of it may be believed
+        more,     ///< further lines belong to it
+        complete, ///< response() is the answer
+        nonsense, ///< complaint() says why nothing of it may be believed
     };
 
     explicit HeadReader(QUrl url) { m_response.url = std::move(url); }

@@ -16,19 +16,19 @@ class HttpReceiver
 public:
     enum class RedirectVerdict
     {
-        Follow,
-        Refuse, ///< the redirect itself becomes the answer
+        follow,
+        refuse, ///< the redirect itself becomes the answer
     };
     enum class HeadVerdict
     {
-        Allow,
-        Cancel,
+        allow,
+        cancel,
     };
     enum class DataVerdict
     {
-        Continue,
-        Suspend, ///< as HttpTask::suspend()
-        Cancel,
+        proceed,
+        suspend, ///< as HttpTask::suspend()
+        cancel,
     };
 
     virtual ~HttpReceiver() = default;
@@ -37,12 +37,12 @@ public:
     [[nodiscard]] virtual bool acceptsAnyCertificateOf(const QString& /*host*/) const { return false; }
     virtual RedirectVerdict redirected(const HttpResponse& /*response*/, const QUrl& /*target*/)
     {
-        return RedirectVerdict::Follow;
+        return RedirectVerdict::follow;
     }
     virtual HeadVerdict responseReceived(const HttpResponse& response) = 0;
     /// The bytes are valid during the call only. At most 256 KiB.
     virtual DataVerdict dataReceived(QByteArrayView block) = 0;
-    /// A cancelled transfer ends with Kind::Cancelled, unless its task was destroyed.
+    /// A cancelled transfer ends with Kind::cancelled, unless its task was destroyed.
     virtual void completed(const std::optional<HttpError>& error) = 0;
 };
 

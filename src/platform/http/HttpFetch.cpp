@@ -13,7 +13,7 @@ class Fetch final : public QObject, public HttpReceiver
 public:
     explicit Fetch(FetchOptions options)
         : m_options(std::move(options))
-        , m_source(FetchResult{HttpError{HttpError::Kind::Cancelled, 0, {}}, {}, {}, false, {}})
+        , m_source(FetchResult{HttpError{HttpError::Kind::cancelled, 0, {}}, {}, {}, false, {}})
     {}
 
     Eventual<FetchResult> start(HttpClient& client, HttpRequest request)
@@ -26,18 +26,18 @@ public:
     RedirectVerdict redirected(const HttpResponse& response, const QUrl& target) override
     {
         if (m_options.followsRedirect && !m_options.followsRedirect(response, target))
-            return RedirectVerdict::Refuse;
+            return RedirectVerdict::refuse;
         m_result.redirects.push_back(target);
-        return RedirectVerdict::Follow;
+        return RedirectVerdict::follow;
     }
 
     HeadVerdict responseReceived(const HttpResponse& response) override
     {
         m_result.response = response;
         if (!m_options.wantsBody || m_options.wantsBody(response))
-            return HeadVerdict::Allow;
+            return HeadVerdict::allow;
         m_result.isBodyCut = true;
-        return HeadVerdict::Cancel;
+        return HeadVerdict::cancel;
     }
 
     DataVerdict dataReceived(QByteArrayView block) override
@@ -45,7 +45,7 @@ public:
         const qint64 room = m_options.largestBody - m_result.body.size();
         m_result.body.append(block.first(std::min<qint64>(room, block.size())));
         m_result.isBodyCut = block.size() > room;
-        return m_result.isBodyCut ? DataVerdict::Cancel : DataVerdict::Continue;
+        return m_result.isBodyCut ? DataVerdict::cancel : DataVerdict::proceed;
     }
 
     void completed(const std::optional<HttpError>& error) override

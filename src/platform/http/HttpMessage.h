@@ -23,15 +23,15 @@ struct HttpRequest
 {
     enum class Protocol
     {
-        Http1,  ///< file bodies: one connection each, the faster path
-        Newest, ///< pages
+        http1,  ///< file bodies: one connection each, the faster path
+        newest, ///< pages
     };
 
     QUrl url; ///< http or https
     QByteArray method = "GET";
     std::vector<HttpHeader> headers;
     QByteArray body;
-    Protocol protocol = Protocol::Http1;
+    Protocol protocol = Protocol::http1;
     std::chrono::seconds idleTimeout{60};     ///< without a byte from the server; does not run while suspended
     std::chrono::seconds totalTimeout{86400}; ///< from start to end
     std::shared_ptr<CookieStore> cookies;     ///< none: the client's own, process-wide store
@@ -58,20 +58,20 @@ struct HttpError
 {
     enum class Kind
     {
-        Cancelled,
-        TimedOut,
-        CannotFindHost,
-        CannotConnect,
-        ConnectionLost,
-        SecureConnectionFailed,
-        CertificateUntrusted,
-        TooManyRedirects,
-        UnsupportedUrl,
-        BadServerResponse,
-        Other,
+        cancelled,
+        timedOut,
+        cannotFindHost,
+        cannotConnect,
+        connectionLost,
+        secureConnectionFailed,
+        certificateUntrusted,
+        tooManyRedirects,
+        unsupportedUrl,
+        badServerResponse,
+        other,
     };
 
-    Kind kind = Kind::Other;
+    Kind kind = Kind::other;
     int code = 0;    ///< the HTTP library's own number, 0 if the error is the client's own
     QString details; ///< technical, for the log; never shown
 };

@@ -54,7 +54,7 @@ void SpeedControl::followTransfers()
 {
     connect(&m_manager, &DownloadManager::totalSpeedChanged, this, &SpeedControl::showSpeed);
     connect(&m_manager, &DownloadManager::itemChanged, this, [this](const ItemId& id, ItemField field) {
-        if (field == ItemField::Status)
+        if (field == ItemField::status)
             noteStatus(id);
     });
     connect(&m_manager, &DownloadManager::itemsRemoved, this, [this](const QSet<ItemId>& ids) {

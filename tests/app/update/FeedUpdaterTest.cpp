@@ -56,7 +56,7 @@ protected:
     }
     void fail()
     {
-        client.last().fail(HttpError::Kind::CannotFindHost);
+        client.last().fail(HttpError::Kind::cannotFindHost);
         turnEventLoop();
     }
     [[nodiscard]] std::size_t requests() const { return client.exchanges().size(); }

@@ -33,7 +33,7 @@ protected:
         EXPECT_FALSE(recorder.heard().isOver);
         clock.advance(1s);
         ASSERT_TRUE(recorder.waitForEnd());
-        expectError(recorder.heard(), Kind::TimedOut);
+        expectError(recorder.heard(), Kind::timedOut);
     }
 };
 
@@ -69,7 +69,7 @@ TEST_F(BrokenServerTest, aConnectionThatEndsEarlyIsLostAndWhatCameBeforeIsHanded
     for (const Loss& loss : losses) {
         SCOPED_TRACE(loss.name);
         const Recorder::Heard heard = getAnswer(loss.answer);
-        expectError(heard, Kind::ConnectionLost);
+        expectError(heard, Kind::connectionLost);
         EXPECT_TRUE(heard.head);
         EXPECT_EQ(heard.body.size(), loss.bytes);
         EXPECT_EQ(heard.ends, 1);
@@ -79,7 +79,7 @@ TEST_F(BrokenServerTest, aConnectionThatEndsEarlyIsLostAndWhatCameBeforeIsHanded
 TEST_F(BrokenServerTest, aResetConnectionIsLost)
 {
     const Recorder::Heard heard = getAnswer(Answer::file().resetAfter(50'000));
-    expectError(heard, Kind::ConnectionLost);
+    expectError(heard, Kind::connectionLost);
     EXPECT_LE(heard.body.size(), 50'000);
 }
 
@@ -89,7 +89,7 @@ TEST_F(BrokenServerTest, aHeadThatIsCutOrMissingIsALostConnection)
          {Answer::file().cutHead(), Answer::nothing(), Answer::raw("HTTP/1.1 200 OK\r\nContent-Le"),
           Answer::raw("HTTP/1.1 200 OK\r\n"), Answer::raw("HTTP/1.1 100 Continue\r\n\r\n")}) {
         const Recorder::Heard heard = getAnswer(answer);
-        expectError(heard, Kind::ConnectionLost);
+        expectError(heard, Kind::connectionLost);
         EXPECT_FALSE(heard.head);
         EXPECT_TRUE(heard.blocks.empty());
     }
@@ -103,7 +103,7 @@ TEST_F(BrokenServerTest, aStatusLineThatIsNoneIsABadAnswer)
           Answer::file().withStatusLine("http/1.1 200 OK"), Answer::file().withStatusLine("HTTP/1.1 2000 OK"),
           Answer::file().withStatusLine("HTTP/1.1 200x OK")}) {
         const Recorder::Heard heard = getAnswer(answer);
-        expectError(heard, Kind::BadServerResponse);
+        expectError(heard, Kind::badServerResponse);
         EXPECT_TRUE(heard.blocks.empty());
     }
 }
@@ -113,7 +113,7 @@ TEST_F(BrokenServerTest, headersWithoutEndAreCutAndTakeNoMemory)
     const qint64 before = residentBytes();
     for (int i = 0; i < 10; ++i) {
         const Recorder::Heard heard = getAnswer(Answer::file().endlessHeaders());
-        expectError(heard, Kind::BadServerResponse);
+        expectError(heard, Kind::badServerResponse);
         EXPECT_FALSE(heard.head);
     }
     EXPECT_LT(residentBytes() - before, 32 * mib);
@@ -124,7 +124,7 @@ TEST_F(BrokenServerTest, trailersWithoutEndAreCutAndTakeNoMemory)
     const qint64 before = residentBytes();
     for (int i = 0; i < 10; ++i) {
         const Recorder::Heard heard = getAnswer(Answer::file().endlessTrailers());
-        expectError(heard, Kind::BadServerResponse);
+        expectError(heard, Kind::badServerResponse);
         EXPECT_TRUE(heard.head);
     }
     EXPECT_LT(residentBytes() - before, 32 * mib);
@@ -145,7 +145,7 @@ TEST_F(BrokenServerTest, aLengthThatIsNoNumberIsABadAnswerAndNotReadHalf)
 {
     for (const char* length : {"0x10", "3e5", "1000x", "-5", "10,11", ""}) {
         const Recorder::Heard heard = getAnswer(Answer::file().withContentLength(length));
-        expectError(heard, Kind::BadServerResponse);
+        expectError(heard, Kind::badServerResponse);
         EXPECT_TRUE(heard.body.isEmpty()) << length;
     }
 }
@@ -153,7 +153,7 @@ TEST_F(BrokenServerTest, aLengthThatIsNoNumberIsABadAnswerAndNotReadHalf)
 TEST_F(BrokenServerTest, twoDifferentLengthsAreABadAnswer)
 {
     expectError(getAnswer(Answer::raw("HTTP/1.1 200 OK\r\nContent-Length: 3\r\nContent-Length: 5\r\n\r\nabcde")),
-                Kind::BadServerResponse);
+                Kind::badServerResponse);
     const Recorder::Heard same =
         getAnswer(Answer::raw("HTTP/1.1 200 OK\r\nContent-Length: 3\r\nContent-Length: 3\r\n\r\nabc"));
     EXPECT_FALSE(same.error);
@@ -241,7 +241,7 @@ TEST_F(BrokenServerTest, theWholeMayTakeItsTotalTimeFromItsStartAndNoLonger)
     EXPECT_FALSE(recorder.heard().isOver);
     clock.advance(1s);
     ASSERT_TRUE(recorder.waitForEnd());
-    expectError(recorder.heard(), Kind::TimedOut);
+    expectError(recorder.heard(), Kind::timedOut);
 }
 
 } // namespace

@@ -56,7 +56,7 @@ TEST_F(CertificateTest, ofAnAuthorityThatOnlyAnotherClientKnowsIsNot)
 {
     const auto secure = serverWith(certificates().valid());
     EXPECT_EQ(fetch(secure->url("/f")).body, "secret");
-    expectError(run(requestFor(secure->url("/f"))), Kind::CertificateUntrusted);
+    expectError(run(requestFor(secure->url("/f"))), Kind::certificateUntrusted);
 }
 
 TEST_F(CertificateTest, thatIsBadIsUntrustedAndNothingIsAsked)
@@ -65,7 +65,7 @@ TEST_F(CertificateTest, thatIsBadIsUntrustedAndNothingIsAsked)
          {certificates().wrongName(), certificates().expired(), certificates().selfSigned()}) {
         const auto secure = serverWith(identity);
         const Recorder::Heard heard = fetch(secure->url("/f"));
-        expectError(heard, Kind::CertificateUntrusted);
+        expectError(heard, Kind::certificateUntrusted);
         EXPECT_FALSE(heard.head);
         EXPECT_TRUE(secure->requests().empty());
     }
@@ -77,7 +77,7 @@ TEST_F(CertificateTest, ofAnExceptedHostGoesUnexamined)
          {certificates().wrongName(), certificates().expired(), certificates().selfSigned()}) {
         const auto secure = serverWith(identity);
         EXPECT_EQ(fetch(secure->url("/f"), {QStringLiteral("127.0.0.1")}).body, "secret");
-        expectError(fetch(secure->url("/f"), {QStringLiteral("other.example")}), Kind::CertificateUntrusted);
+        expectError(fetch(secure->url("/f"), {QStringLiteral("other.example")}), Kind::certificateUntrusted);
     }
 }
 
@@ -85,7 +85,7 @@ TEST_F(CertificateTest, isExaminedAnewAfterATransferThatDidNot)
 {
     const auto secure = serverWith(certificates().selfSigned());
     EXPECT_EQ(fetch(secure->url("/f"), {QStringLiteral("127.0.0.1")}).body, "secret");
-    expectError(fetch(secure->url("/f")), Kind::CertificateUntrusted);
+    expectError(fetch(secure->url("/f")), Kind::certificateUntrusted);
 }
 
 TEST_F(CertificateTest, isDecidedAboutForEachHop)
@@ -96,7 +96,7 @@ TEST_F(CertificateTest, isDecidedAboutForEachHop)
 
     Recorder recorder;
     recorder.trustedHosts = {QStringLiteral("127.0.0.1")};
-    expectError(run(*trusting, requestFor(first->url("/from")), recorder), Kind::CertificateUntrusted);
+    expectError(run(*trusting, requestFor(first->url("/from")), recorder), Kind::certificateUntrusted);
     EXPECT_EQ(recorder.askedHosts(), (std::vector{QStringLiteral("127.0.0.1"), QStringLiteral("localhost")}));
     EXPECT_TRUE(bad->requests().empty());
 
@@ -143,7 +143,7 @@ private:
 TEST_F(CertificateTest, aServerThatSpeaksNoTlsIsNoSecureConnection)
 {
     const PlainGreeter greeter;
-    expectError(fetch(greeter.url()), Kind::SecureConnectionFailed);
+    expectError(fetch(greeter.url()), Kind::secureConnectionFailed);
 }
 
 TEST_F(CertificateTest, anEncryptedConnectionThatEndsEarlyIsLost)
@@ -151,7 +151,7 @@ TEST_F(CertificateTest, anEncryptedConnectionThatEndsEarlyIsLost)
     const auto secure = serverWith(certificates().valid());
     secure->serve("/f", {.content = sites::PatternContent(1, 100'000), .answers = {Answer::file().closeAfter(50'000)}});
     const Recorder::Heard heard = fetch(secure->url("/f"));
-    expectError(heard, Kind::ConnectionLost);
+    expectError(heard, Kind::connectionLost);
     EXPECT_EQ(heard.body.size(), 50'000);
 }
 

@@ -150,15 +150,15 @@ TEST_F(CurlHttpClientTest, aReceiverMayCancelAtTheHeadOrAtABlock)
 {
     server.serve("/f", {.content = PatternContent(10, 64 * mib)});
     Recorder atHead;
-    atHead.onHead = [] { return HttpReceiver::HeadVerdict::Cancel; };
+    atHead.onHead = [] { return HttpReceiver::HeadVerdict::cancel; };
     const Recorder::Heard refused = run(request("/f"), atHead);
-    expectError(refused, Kind::Cancelled);
+    expectError(refused, Kind::cancelled);
     EXPECT_TRUE(refused.blocks.empty());
 
     Recorder atBlock;
-    atBlock.onData = [](QByteArrayView) { return HttpReceiver::DataVerdict::Cancel; };
+    atBlock.onData = [](QByteArrayView) { return HttpReceiver::DataVerdict::cancel; };
     const Recorder::Heard cut = run(request("/f"), atBlock);
-    expectError(cut, Kind::Cancelled);
+    expectError(cut, Kind::cancelled);
     EXPECT_EQ(cut.blocks.size(), 1U);
 }
 
@@ -166,9 +166,9 @@ TEST_F(CurlHttpClientTest, aCancelIsObeyedAtOnceAlsoWhenTheServerFallsSilent)
 {
     server.serve("/f", {.content = PatternContent(10, mib), .answers = {Answer::file().stallAfter(1000)}});
     Recorder recorder;
-    recorder.onData = [](QByteArrayView) { return HttpReceiver::DataVerdict::Cancel; };
+    recorder.onData = [](QByteArrayView) { return HttpReceiver::DataVerdict::cancel; };
     const Recorder::Heard cut = run(request("/f"), recorder);
-    expectError(cut, Kind::Cancelled);
+    expectError(cut, Kind::cancelled);
     EXPECT_EQ(cut.ends, 1);
 }
 
@@ -212,7 +212,7 @@ TEST_F(CurlHttpClientTest, noCallFollowsADestroyedTaskWheneverItIsDestroyed)
         recorder->onData = [&](QByteArrayView) {
             if (isDestroyed)
                 wasCalledLate = true;
-            return HttpReceiver::DataVerdict::Continue;
+            return HttpReceiver::DataVerdict::proceed;
         };
         auto task = client.makeTask(request("/f"), *recorder);
         task->resume();
@@ -245,7 +245,7 @@ TEST_F(CurlHttpClientTest, aClientThatGoesAwayEndsItsTransfersAsCancelled)
     }
     for (const Recorder& recorder : recorders) {
         EXPECT_EQ(recorder.heard().ends, 1);
-        expectError(recorder.heard(), Kind::Cancelled);
+        expectError(recorder.heard(), Kind::cancelled);
     }
     tasks[0]->resume();
     tasks[0]->suspend();
@@ -300,7 +300,7 @@ TEST_F(CurlHttpClientTest, onlyWebAddressesAreFetched)
 {
     for (const char* url : {"ftp://127.0.0.1/f", "file:///etc/hostname", "http:///f", "gopher://127.0.0.1/", "f", ""}) {
         const Recorder::Heard heard = run(requestFor(url));
-        expectError(heard, Kind::UnsupportedUrl);
+        expectError(heard, Kind::unsupportedUrl);
         EXPECT_FALSE(heard.head) << url;
         EXPECT_EQ(heard.ends, 1) << url;
     }
@@ -313,7 +313,7 @@ TEST_F(CurlHttpClientTest, aPortWithoutAServerCannotBeConnectedTo)
         const sites::FileServer gone;
         url = gone.url("/f");
     }
-    expectError(run(requestFor(url)), Kind::CannotConnect);
+    expectError(run(requestFor(url)), Kind::cannotConnect);
 }
 
 } // namespace

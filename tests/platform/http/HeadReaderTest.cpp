@@ -12,9 +12,9 @@ using Step = HeadReader::Step;
 /// What the last of these lines leads to.
 Step read(HeadReader& reader, const std::vector<QByteArray>& lines)
 {
-    Step step = Step::More;
+    Step step = Step::more;
     for (const QByteArray& line : lines) {
-        EXPECT_EQ(step, Step::More) << "before " << line.toStdString();
+        EXPECT_EQ(step, Step::more) << "before " << line.toStdString();
         step = reader.take(line);
     }
     return step;
@@ -29,9 +29,9 @@ Step read(const std::vector<QByteArray>& lines)
 std::optional<QByteArray> valueOf(const std::vector<QByteArray>& fields, const char* name)
 {
     HeadReader reader{QUrl()};
-    EXPECT_EQ(reader.take("HTTP/1.1 200 OK\r\n"), Step::More);
-    EXPECT_EQ(read(reader, fields), Step::More);
-    EXPECT_EQ(reader.take("\r\n"), Step::Complete);
+    EXPECT_EQ(reader.take("HTTP/1.1 200 OK\r\n"), Step::more);
+    EXPECT_EQ(read(reader, fields), Step::more);
+    EXPECT_EQ(reader.take("\r\n"), Step::complete);
     return reader.response().header(name);
 }
 
@@ -48,7 +48,7 @@ TEST(HeadReader, aHeadHasAStatusAndFields)
 {
     HeadReader reader{QUrl(QStringLiteral("http://h/x"))};
     ASSERT_EQ(read(reader, {"HTTP/1.1 206 Partial Content\r\n", "ETag:\t\"a\" \r\n", "X : 1\n", "\r\n"}),
-              Step::Complete);
+              Step::complete);
     EXPECT_EQ(reader.response().statusCode, 206);
     EXPECT_EQ(reader.response().url, QUrl(QStringLiteral("http://h/x")));
     EXPECT_EQ(reader.response().header("etag"), "\"a\"");
@@ -60,8 +60,8 @@ TEST(HeadReader, statusLinesOfEveryVersionAreTaken)
     for (const QByteArray line :
          {"HTTP/1.1 200 OK", "HTTP/1.0 200 Fine by me", "HTTP/1.1 200", "HTTP/1.1 200 ", "HTTP/2 200 ", "HTTP/3 200"}) {
         HeadReader reader{QUrl()};
-        EXPECT_EQ(reader.take(line + "\r\n"), Step::More) << line.toStdString();
-        EXPECT_EQ(reader.take("\r\n"), Step::Complete);
+        EXPECT_EQ(reader.take(line + "\r\n"), Step::more) << line.toStdString();
+        EXPECT_EQ(reader.take("\r\n"), Step::complete);
         EXPECT_EQ(reader.response().statusCode, 200);
     }
 }
@@ -72,14 +72,14 @@ TEST(HeadReader, aStatusLineThatIsNoneIsNeverReadHalf)
          {"http/1.1 200 OK", "HTTP/1.1 2000 OK", "HTTP/1.1 0x200 OK", "HTTP/1.1 20 OK", "HTTP/1.1 2e2 OK",
           "HTTP/1.1 200OK", "HTTP/1.1 +20 OK", "HTTP/1.1 099 OK", "HTTP/11.1 200 OK", "HTTP/1. 200 OK", "HTTP/ 200 OK",
           "HTTP/1.1", "HTTP 200 OK", "ICY 200 OK", "", "Content-Length: 5", " HTTP/1.1 200 OK"})
-        EXPECT_EQ(read({line + "\r\n"}), Step::Nonsense) << line.toStdString();
+        EXPECT_EQ(read({line + "\r\n"}), Step::nonsense) << line.toStdString();
 }
 
 TEST(HeadReader, preliminaryHeadsAreNotTheAnswer)
 {
     HeadReader reader{QUrl()};
     ASSERT_EQ(read(reader, {"HTTP/1.1 103 Early Hints\r\n", "X-Early: 1\r\n", "\r\n", "HTTP/1.1 200 OK\r\n", "\r\n"}),
-              Step::Complete);
+              Step::complete);
     EXPECT_EQ(reader.response().statusCode, 200);
     EXPECT_TRUE(reader.response().headers.empty());
 }
@@ -95,33 +95,33 @@ TEST(HeadReader, aFoldedFieldIsOneLineWithBlanks)
 
 TEST(HeadReader, aFoldedLineBeforeEveryFieldIsNonsense)
 {
-    EXPECT_EQ(read({"HTTP/1.1 200 OK\r\n", " X: 1\r\n"}), Step::Nonsense);
+    EXPECT_EQ(read({"HTTP/1.1 200 OK\r\n", " X: 1\r\n"}), Step::nonsense);
 }
 
 TEST(HeadReader, lengthsThatAreNoNumbersAreNonsense)
 {
     for (const QByteArray value : {"0x10", "3e5", "1000x", "+10", "-1", "10 0", "1.5", "", "ten", "10,x", "10,"})
-        EXPECT_EQ(lengths({value}), Step::Nonsense) << value.toStdString();
+        EXPECT_EQ(lengths({value}), Step::nonsense) << value.toStdString();
     for (const QByteArray value : {"0", "1000", " 1000 ", "99999999999999999999999", "10, 10"})
-        EXPECT_EQ(lengths({value}), Step::Complete) << value.toStdString();
+        EXPECT_EQ(lengths({value}), Step::complete) << value.toStdString();
 }
 
 TEST(HeadReader, twoLengthsMustBeTheSame)
 {
-    EXPECT_EQ(lengths({"10", "10"}), Step::Complete);
-    EXPECT_EQ(lengths({"10", "11"}), Step::Nonsense);
-    EXPECT_EQ(lengths({"10, 11"}), Step::Nonsense);
+    EXPECT_EQ(lengths({"10", "10"}), Step::complete);
+    EXPECT_EQ(lengths({"10", "11"}), Step::nonsense);
+    EXPECT_EQ(lengths({"10, 11"}), Step::nonsense);
 }
 
 TEST(HeadReader, aFoldedLengthIsTheWholeOfIt)
 {
-    EXPECT_EQ(read({"HTTP/1.1 200 OK\r\n", "Content-Length: 10\r\n", " 00\r\n", "\r\n"}), Step::Nonsense);
+    EXPECT_EQ(read({"HTTP/1.1 200 OK\r\n", "Content-Length: 10\r\n", " 00\r\n", "\r\n"}), Step::nonsense);
 }
 
 TEST(HeadReader, besideATransferCodingALengthMeansNothing)
 {
     EXPECT_EQ(read({"HTTP/1.1 200 OK\r\n", "Transfer-Encoding: chunked\r\n", "Content-Length: 3e5\r\n", "\r\n"}),
-              Step::Complete);
+              Step::complete);
 }
 
 } // namespace

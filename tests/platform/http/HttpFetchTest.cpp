@@ -102,7 +102,7 @@ TEST_F(HttpFetchTest, anErrorComesWithWhatArrivedBeforeIt)
     server.serve("/p", {.content = "0123456789", .answers = {Answer::file().closeAfter(4)}});
     const FetchResult result = fetched(request("/p"));
     ASSERT_TRUE(result.error);
-    EXPECT_EQ(result.error->kind, Kind::ConnectionLost);
+    EXPECT_EQ(result.error->kind, Kind::connectionLost);
     EXPECT_EQ(result.response.statusCode, 200);
     EXPECT_EQ(result.body, "0123");
     EXPECT_FALSE(result.isBodyCut);
@@ -145,7 +145,7 @@ TEST_F(HttpFetchTest, aClientThatGoesAwayEndsItAsCancelled)
     }
     ASSERT_TRUE(fixtures::waitUntil([&result] { return result.has_value(); }));
     ASSERT_TRUE(result->error);
-    EXPECT_EQ(result->error->kind, Kind::Cancelled);
+    EXPECT_EQ(result->error->kind, Kind::cancelled);
 }
 
 } // namespace

@@ -48,12 +48,12 @@ HttpReceiver::RedirectVerdict Recorder::redirected(const HttpResponse& response,
 {
     const std::lock_guard lock(m_mutex);
     m_heard.redirects.emplace_back(response, target);
-    return onRedirect ? onRedirect(target) : RedirectVerdict::Follow;
+    return onRedirect ? onRedirect(target) : RedirectVerdict::follow;
 }
 
 HttpReceiver::HeadVerdict Recorder::responseReceived(const HttpResponse& response)
 {
-    const HeadVerdict verdict = onHead ? onHead() : HeadVerdict::Allow;
+    const HeadVerdict verdict = onHead ? onHead() : HeadVerdict::allow;
     const std::lock_guard lock(m_mutex);
     m_heard.head = response;
     m_changed.notify_all();
@@ -62,7 +62,7 @@ HttpReceiver::HeadVerdict Recorder::responseReceived(const HttpResponse& respons
 
 HttpReceiver::DataVerdict Recorder::dataReceived(QByteArrayView block)
 {
-    const DataVerdict verdict = onData ? onData(block) : DataVerdict::Continue;
+    const DataVerdict verdict = onData ? onData(block) : DataVerdict::proceed;
     const std::lock_guard lock(m_mutex);
     m_heard.blocks.push_back(block.size());
     m_bytes += block.size();

@@ -142,7 +142,7 @@ TEST_F(RedirectTest, aLoopEndsAfterTwentyHops)
 {
     redirect(302, "/from");
     const Recorder::Heard heard = get("/from");
-    expectError(heard, Kind::TooManyRedirects);
+    expectError(heard, Kind::tooManyRedirects);
     EXPECT_FALSE(heard.head);
     EXPECT_EQ(server.requests("/from").size(), 21U);
 }
@@ -153,7 +153,7 @@ TEST_F(RedirectTest, awayFromTheWebIsNotFollowed)
          {"ftp://127.0.0.1/target", "file:///etc/hostname", "javascript:1", "http:///x", "http://[::1"}) {
         redirect(302, target);
         const Recorder::Heard heard = get("/from");
-        expectError(heard, Kind::UnsupportedUrl);
+        expectError(heard, Kind::unsupportedUrl);
         EXPECT_FALSE(heard.head) << target;
         EXPECT_TRUE(heard.body.isEmpty()) << target;
     }
@@ -163,7 +163,7 @@ TEST_F(RedirectTest, aRefusedOneBecomesTheAnswer)
 {
     server.serve("/from", {.answers = {Answer::page(302, "moved").withHeader("Location", "/target")}});
     Recorder recorder;
-    recorder.onRedirect = [](const QUrl&) { return HttpReceiver::RedirectVerdict::Refuse; };
+    recorder.onRedirect = [](const QUrl&) { return HttpReceiver::RedirectVerdict::refuse; };
     const Recorder::Heard heard = run(request("/from"), recorder);
     EXPECT_FALSE(heard.error);
     EXPECT_EQ(heard.head->statusCode, 302);

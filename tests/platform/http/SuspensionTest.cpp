@@ -24,7 +24,7 @@ struct SuspensionCheck
     {
         if (isSuspended.exchange(true))
             ++broken;
-        return HttpReceiver::DataVerdict::Suspend;
+        return HttpReceiver::DataVerdict::suspend;
     }
 };
 
@@ -57,7 +57,7 @@ TEST_F(SuspensionTest, aSuspendedTransferTakesNothingMoreFromTheServer)
     server.serve("/f", {.content = PatternContent(7, 1024 * mib)});
     server.serve("/small", {.content = "x"});
     Recorder recorder;
-    recorder.onData = [](QByteArrayView) { return HttpReceiver::DataVerdict::Suspend; };
+    recorder.onData = [](QByteArrayView) { return HttpReceiver::DataVerdict::suspend; };
     const auto task = client.makeTask(request("/f"), recorder);
     task->resume();
     ASSERT_TRUE(recorder.waitForBytes(1));
@@ -91,7 +91,7 @@ TEST_F(SuspensionTest, theEndIsNotToldBeforeTheBytesThatASuspensionHeldBack)
     server.serve("/small", {.content = "x"});
     client.setBlockSize(1000);
     Recorder recorder;
-    recorder.onData = [](QByteArrayView) { return HttpReceiver::DataVerdict::Suspend; };
+    recorder.onData = [](QByteArrayView) { return HttpReceiver::DataVerdict::suspend; };
     const auto task = client.makeTask(request("/f"), recorder);
     task->resume();
     for (int block = 1; block <= 5; ++block) {
@@ -115,7 +115,7 @@ TEST_F(SuspensionTest, aResumeThatOvertakesTheVerdictToSuspendIsNotLost)
     std::unique_ptr<HttpTask> task;
     recorder.onData = [&task](QByteArrayView) {
         std::thread([&task] { task->resume(); }).join();
-        return HttpReceiver::DataVerdict::Suspend;
+        return HttpReceiver::DataVerdict::suspend;
     };
     task = client.makeTask(request("/f"), recorder);
     task->resume();

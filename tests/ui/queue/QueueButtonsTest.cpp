@@ -22,12 +22,12 @@ class QueueButtonsTest : public ::testing::Test, protected fixtures::OpenSetAndF
 protected:
     HeaderLayout headerLayout() const
     {
-        return {RowMetrics(view.font()), header().data(QueueModel::HeaderRole).value<HeaderContent>(),
+        return {RowMetrics(view.font()), header().data(QueueModel::headerRole).value<HeaderContent>(),
                 view.visualRect(header()), Qt::LeftToRight};
     }
     RowLayout rowLayout(const QModelIndex& index) const
     {
-        return {RowMetrics(view.font()), index.data(QueueModel::ContentRole).value<RowContent>(),
+        return {RowMetrics(view.font()), index.data(QueueModel::contentRole).value<RowContent>(),
                 view.visualRect(index), Qt::LeftToRight};
     }
     static QPoint placeOf(const std::vector<ButtonPlace>& places, RowButton button)
@@ -135,7 +135,7 @@ TEST_F(QueueButtonsTest, ADoubleClickOnTheTitleAsksForAName)
     EXPECT_EQ(draft.text(), u"a");
     draft.setText(QStringLiteral("My film"));
     QTest::keyClick(&draft, Qt::Key_Return);
-    EXPECT_EQ(header().data(QueueModel::NameRole).toString(), u"My film");
+    EXPECT_EQ(header().data(QueueModel::nameRole).toString(), u"My film");
 }
 
 TEST_F(QueueButtonsTest, F2RenamesGroupsOnly)
@@ -231,7 +231,7 @@ TEST_F(QueueButtonsTest, AltAndArrowsMoveTheSelectedGroup)
     view.setCurrentIndex(member(1));
     QTest::keyClick(&view, Qt::Key_Down, Qt::AltModifier);
     EXPECT_EQ(workshop.manager().items().front(), items[2]);
-    EXPECT_EQ(view.currentIndex().data(QueueModel::IdRole).value<ItemId>(), items[1]->id());
+    EXPECT_EQ(view.currentIndex().data(QueueModel::idRole).value<ItemId>(), items[1]->id());
     QTest::keyClick(&view, Qt::Key_Up, Qt::AltModifier);
     EXPECT_EQ(workshop.manager().items().front(), items[0]);
 }

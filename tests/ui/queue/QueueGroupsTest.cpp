@@ -33,13 +33,13 @@ protected:
     {
         QStringList members;
         for (int row = 0; row < model.rowCount(index); ++row)
-            members << model.index(row, 0, index).data(QueueModel::NameRole).toString();
-        const QString name = index.data(QueueModel::NameRole).toString();
+            members << model.index(row, 0, index).data(QueueModel::nameRole).toString();
+        const QString name = index.data(QueueModel::nameRole).toString();
         return members.isEmpty() ? name : name + u'[' + members.join(u' ') + u']';
     }
     HeaderContent header(int row) const
     {
-        return model.index(row, 0).data(QueueModel::HeaderRole).value<HeaderContent>();
+        return model.index(row, 0).data(QueueModel::headerRole).value<HeaderContent>();
     }
 
     fixtures::Workshop workshop;
@@ -205,7 +205,7 @@ TEST_F(QueueGroupsTest, AHeaderGrowsByItsProgressLine)
     second->setStatus(DownloadStatus::downloading);
     turnEventLoop();
     EXPECT_TRUE(changes[0][2].value<QList<int>>().contains(Qt::SizeHintRole));
-    EXPECT_EQ(model.index(0, 0).data(QueueModel::LinesRole).value<RowLines::Int>(),
+    EXPECT_EQ(model.index(0, 0).data(QueueModel::linesRole).value<RowLines::Int>(),
               RowLines(RowLine::progress).toInt());
 }
 
@@ -217,7 +217,7 @@ TEST_F(QueueGroupsTest, ANewNameShowsAtOnce)
     workshop.manager().renameGroup(QStringLiteral("a"), QStringLiteral("My film"));
     EXPECT_EQ(header(0).title, u"My film");
     EXPECT_EQ(changes.count(), 1);
-    EXPECT_EQ(model.index(0, 0, model.index(0, 0)).data(QueueModel::NameRole).toString(), u"a.part1.rar");
+    EXPECT_EQ(model.index(0, 0, model.index(0, 0)).data(QueueModel::nameRole).toString(), u"a.part1.rar");
 }
 
 TEST_F(QueueGroupsTest, FollowsManyStepsByReadingAllAnew)

@@ -85,14 +85,14 @@ void QueueDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
     const RowCanvas canvas(*painter, option, measures);
     const HotButton hot = m_hotIndex == index ? m_hot : HotButton{};
     if (m_model.isHeader(index)) {
-        auto content = index.data(QueueModel::HeaderRole).value<HeaderContent>();
+        auto content = index.data(QueueModel::headerRole).value<HeaderContent>();
         glide(content, index, mayMove(option));
         const HeaderLayout layout(measures, content, option.rect, option.direction);
         canvas.background(layout.icon.left());
         paintHeader(canvas, measures, content, layout, hot, option.state.testFlag(QStyle::State_Open));
         return;
     }
-    auto content = index.data(QueueModel::ContentRole).value<RowContent>();
+    auto content = index.data(QueueModel::contentRole).value<RowContent>();
     glide(content, index, mayMove(option));
     const RowLayout layout(measures, content, option.rect, option.direction);
     canvas.background(layout.icon.left());
@@ -101,7 +101,7 @@ void QueueDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
 
 QSize QueueDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const
 {
-    const RowLines lines = RowLines::fromInt(index.data(QueueModel::LinesRole).value<RowLines::Int>());
+    const RowLines lines = RowLines::fromInt(index.data(QueueModel::linesRole).value<RowLines::Int>());
     return {0, metrics(option.font).height(lines)};
 }
 
@@ -115,10 +115,10 @@ std::vector<ButtonPlace> QueueDelegate::buttons(const QStyleOptionViewItem& opti
 {
     const RowMetrics& measures = metrics(option.font);
     if (m_model.isHeader(index)) {
-        const auto content = index.data(QueueModel::HeaderRole).value<HeaderContent>();
+        const auto content = index.data(QueueModel::headerRole).value<HeaderContent>();
         return HeaderLayout(measures, content, option.rect, option.direction).buttons;
     }
-    const auto content = index.data(QueueModel::ContentRole).value<RowContent>();
+    const auto content = index.data(QueueModel::contentRole).value<RowContent>();
     return RowLayout(measures, content, option.rect, option.direction).buttons;
 }
 
@@ -126,10 +126,10 @@ RowHit QueueDelegate::hitTest(const QStyleOptionViewItem& option, const QModelIn
 {
     const RowMetrics& measures = metrics(option.font);
     if (!m_model.isHeader(index)) {
-        const auto content = index.data(QueueModel::ContentRole).value<RowContent>();
+        const auto content = index.data(QueueModel::contentRole).value<RowContent>();
         return buttonAt(RowLayout(measures, content, option.rect, option.direction).buttons, point);
     }
-    const auto content = index.data(QueueModel::HeaderRole).value<HeaderContent>();
+    const auto content = index.data(QueueModel::headerRole).value<HeaderContent>();
     const HeaderLayout layout(measures, content, option.rect, option.direction);
     if (layout.disclosure.contains(point))
         return {RowHit::Part::disclosure, {}, layout.disclosure};

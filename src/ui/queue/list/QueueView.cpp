@@ -126,7 +126,7 @@ QList<QModelIndex> QueueView::movingRows() const
 {
     QList<QModelIndex> moving;
     for (const QModelIndex& row : rowsInSight()) {
-        if (row.data(QueueModel::MovingRole).toBool() || m_delegate->isGliding(row))
+        if (row.data(QueueModel::movingRole).toBool() || m_delegate->isGliding(row))
             moving << row;
     }
     return moving;
@@ -358,7 +358,7 @@ void QueueView::openMenu(const QModelIndex& index, QPoint globalPoint)
 {
     auto* menu = new QMenu(this);
     menu->setObjectName(QStringLiteral("rowMenu"));
-    menu->setAccessibleName(index.data(QueueModel::NameRole).toString());
+    menu->setAccessibleName(index.data(QueueModel::nameRole).toString());
     menu->setAttribute(Qt::WA_DeleteOnClose);
     fillMenu(*menu, index);
     menu->popup(globalPoint);
@@ -384,7 +384,7 @@ void QueueView::rename(const QModelIndex& header)
         return;
     scrollTo(header);
     const QString id = m_model.group(header).id;
-    auto* popover = new RenamePopover(header.data(QueueModel::NameRole).toString(), m_model.language(), this);
+    auto* popover = new RenamePopover(header.data(QueueModel::nameRole).toString(), m_model.language(), this);
     connect(popover, &RenamePopover::saved, this,
             [this, id](const QString& name) { m_commands.renameGroup(id, name); });
     popover->openBelow(*viewport(), visualRect(header));

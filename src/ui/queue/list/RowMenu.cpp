@@ -63,12 +63,12 @@ RowMenu rowMenu(const QueueModel& model, const QModelIndex& index, bool hasCusto
     menu.isGroup = model.isHeader(index);
     std::optional<RowButton> archiveCommand;
     if (menu.isGroup) {
-        const auto content = index.data(QueueModel::HeaderRole).value<HeaderContent>();
+        const auto content = index.data(QueueModel::headerRole).value<HeaderContent>();
         menu.buttons = content.buttons;
         menu.hasCustomName = hasCustomName;
         archiveCommand = content.archiveCommand;
     } else {
-        const auto content = index.data(QueueModel::ContentRole).value<RowContent>();
+        const auto content = index.data(QueueModel::contentRole).value<RowContent>();
         menu.buttons = content.buttons;
         archiveCommand = content.archiveCommand;
         if (content.lines.testFlag(RowLine::failure))

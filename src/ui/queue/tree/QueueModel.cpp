@@ -28,7 +28,7 @@ QVariant QueueModel::data(const QModelIndex& index, int role) const
 {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
-    if (role == LinesRole)
+    if (role == linesRole)
         return QVariant::fromValue(toldLines(entryOf(index), index).toInt());
     const ItemPtr shown = item(index);
     return shown ? rowData(*shown, index, role) : groupData(entryOf(index), role);
@@ -42,18 +42,18 @@ RowLines QueueModel::toldLines(const QueueEntry& entry, const QModelIndex& index
 QVariant QueueModel::rowData(const DownloadItem& item, const QModelIndex& index, int role) const
 {
     switch (role) {
-    case IdRole:
+    case idRole:
         return QVariant::fromValue(item.id());
-    case MovingRole:
+    case movingRole:
         return isMoving(item);
     case Qt::DisplayRole:
-    case NameRole:
+    case nameRole:
         return item.filename();
-    case StatusRole:
+    case statusRole:
         return static_cast<int>(item.status().kind());
-    case HostRole:
+    case hostRole:
         return item.hostName();
-    case HeaderRole:
+    case headerRole:
     case Qt::DecorationRole:
     case Qt::FontRole:
     case Qt::SizeHintRole:
@@ -69,19 +69,19 @@ QVariant QueueModel::rowData(const DownloadItem& item, const QModelIndex& index,
 QVariant QueueModel::contentValue(const RowContent& content, int role) const
 {
     switch (role) {
-    case ContentRole:
+    case contentRole:
         return QVariant::fromValue(content);
-    case StatusTextRole:
+    case statusTextRole:
         return content.statusText;
-    case ProgressRole:
+    case progressRole:
         return content.progress;
-    case ByteTextRole:
+    case byteTextRole:
         return content.byteText;
-    case SpeedTextRole:
+    case speedTextRole:
         return content.speedText;
-    case RecoveryTextRole:
+    case recoveryTextRole:
         return content.recoveryText;
-    case ExtractionTextRole:
+    case extractionTextRole:
         return content.extractionText;
     case Qt::AccessibleTextRole:
         return accessibleText(content);
@@ -95,12 +95,12 @@ QVariant QueueModel::contentValue(const RowContent& content, int role) const
 QVariant QueueModel::groupData(const QueueEntry& entry, int role) const
 {
     switch (role) {
-    case IdRole:
+    case idRole:
         return QVariant::fromValue(ItemId());
     case Qt::DisplayRole:
-    case NameRole:
+    case nameRole:
         return m_manager.groupNames().displayName(entry.group.id);
-    case HeaderRole:
+    case headerRole:
         return QVariant::fromValue(header(entry));
     case Qt::AccessibleTextRole:
         return accessibleText(header(entry));
@@ -157,9 +157,9 @@ void QueueModel::noteChange(const ItemId& id, ItemFields fields)
 /// May the change of these fields have moved the item, or others of its set, to other rows?
 bool QueueModel::mayRegroup(const DownloadItem& item, ItemFields fields) const
 {
-    if (fields.testFlag(ItemField::Filename))
+    if (fields.testFlag(ItemField::filename))
         return true;
-    if (!fields.testFlag(ItemField::Status) && !fields.testFlag(ItemField::ExtractionStatus))
+    if (!fields.testFlag(ItemField::status) && !fields.testFlag(ItemField::extractionStatus))
         return false;
     const QueueEntry* const entry = rows().find(item.id()).entry;
     const bool isPlain = entry && entry->set.isEmpty();
@@ -228,9 +228,9 @@ void QueueModel::tellSpans(QueueEntry* parent, std::vector<int> unsorted)
         bool isOtherHeight = false;
         for (int row = run.first; row <= run.last; ++row)
             isOtherHeight |= readLines(parent, row);
-        QList<int> roles{Qt::DisplayRole, Qt::AccessibleTextRole, ContentRole, HeaderRole};
+        QList<int> roles{Qt::DisplayRole, Qt::AccessibleTextRole, contentRole, headerRole};
         if (isOtherHeight)
-            roles << Qt::SizeHintRole << LinesRole;
+            roles << Qt::SizeHintRole << linesRole;
         Q_EMIT dataChanged(index(run.first, 0, above), index(run.last, 0, above), roles);
     }
 }
@@ -238,12 +238,12 @@ void QueueModel::tellSpans(QueueEntry* parent, std::vector<int> unsorted)
 void QueueModel::tellHeader(const QString& groupId)
 {
     if (const QModelIndex header = headerOf(groupId); header.isValid())
-        Q_EMIT dataChanged(header, header, {Qt::DisplayRole, Qt::AccessibleTextRole, HeaderRole});
+        Q_EMIT dataChanged(header, header, {Qt::DisplayRole, Qt::AccessibleTextRole, headerRole});
 }
 
 void QueueModel::tellAll()
 {
-    const QList<int> roles{Qt::DisplayRole, Qt::AccessibleTextRole, ContentRole, HeaderRole};
+    const QList<int> roles{Qt::DisplayRole, Qt::AccessibleTextRole, contentRole, headerRole};
     if (rowCount() > 0)
         Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, 0), roles);
     for (int row = 0; row < rowCount(); ++row) {

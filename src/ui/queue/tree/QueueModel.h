@@ -17,20 +17,20 @@ public:
     /// Finished values. DisplayRole is the name; ToolTipRole and AccessibleTextRole are served too.
     enum Role
     {
-        IdRole = Qt::UserRole, ///< of the item; null for a header
-        LinesRole,             ///< RowLines as a number; together with SizeHintRole in dataChanged another height
-        NameRole,
-        HeaderRole,  ///< all of a header, as HeaderContent; the roles below are those of a row
-        ContentRole, ///< all of a row, as RowContent
-        MovingRole,  ///< does something in the row move or count?
-        StatusRole,  ///< DownloadStatus::Kind as a number
-        StatusTextRole,
-        HostRole,
-        ProgressRole,
-        ByteTextRole,
-        SpeedTextRole,
-        RecoveryTextRole,
-        ExtractionTextRole,
+        idRole = Qt::UserRole, ///< of the item; null for a header
+        linesRole,             ///< RowLines as a number; together with SizeHintRole in dataChanged another height
+        nameRole,
+        headerRole,  ///< all of a header, as HeaderContent; the roles below are those of a row
+        contentRole, ///< all of a row, as RowContent
+        movingRole,  ///< does something in the row move or count?
+        statusRole,  ///< DownloadStatus::Kind as a number
+        statusTextRole,
+        hostRole,
+        progressRole,
+        byteTextRole,
+        speedTextRole,
+        recoveryTextRole,
+        extractionTextRole,
     };
 
     QueueModel(DownloadManager& manager, const Clock& clock, QObject* parent = nullptr);

@@ -40,9 +40,9 @@ public:
     using QueueModel::QueueModel;
     QVariant data(const QModelIndex& index, int role) const override
     {
-        if (role == LinesRole)
+        if (role == linesRole)
             ++heightsAsked;
-        if (role == ContentRole)
+        if (role == contentRole)
             ++rowsMade;
         return QueueModel::data(index, role);
     }
@@ -157,7 +157,7 @@ TEST_F(QueueViewTest, KeepsTheSelectedItemAndItsPlaceThroughAReset)
         even << items[i]->id();
     workshop.manager().commands().removeItems(even);
     turnEventLoop();
-    EXPECT_EQ(view.currentIndex().data(QueueModel::IdRole).value<ItemId>(), items[151]->id());
+    EXPECT_EQ(view.currentIndex().data(QueueModel::idRole).value<ItemId>(), items[151]->id());
     EXPECT_TRUE(view.selectionModel()->isSelected(view.currentIndex()));
 }
 

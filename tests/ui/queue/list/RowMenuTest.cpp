@@ -63,7 +63,7 @@ TEST_F(RowMenuTest, OfAHeaderRenamesAndOffersToResetOnlyAfterThat)
     EXPECT_EQ(before.back(), u"Remove group from list (deletes partial files)");
     workshop.manager().renameGroup(QStringLiteral("a"), QStringLiteral("My film"));
     choose(header(), QStringLiteral("Reset name"));
-    EXPECT_EQ(header().data(QueueModel::NameRole).toString(), u"a");
+    EXPECT_EQ(header().data(QueueModel::nameRole).toString(), u"a");
     workshop.settings().language.set(AppLanguage::italian);
     EXPECT_TRUE(menuTexts(header()).contains(u"Rinomina gruppo…"));
     EXPECT_FALSE(menuTexts(header()).contains(u"Ripristina nome"));

@@ -28,7 +28,7 @@ protected:
     {
         QStringList all;
         for (int row = 0; row < model.rowCount(); ++row)
-            all << model.index(row, 0).data(QueueModel::NameRole).toString();
+            all << model.index(row, 0).data(QueueModel::nameRole).toString();
         return all;
     }
     QString text(int role) const { return model.index(0, 0).data(role).toString(); }
@@ -177,14 +177,14 @@ TEST_F(QueueModelTest, RolesGiveFinishedValues)
     item->setTotalBytes(2048);
     item->setProgress(0.5);
     item->setSpeedBytesPerSec(2048);
-    EXPECT_EQ(model.index(0, 0).data(QueueModel::IdRole).value<ItemId>(), item->id());
+    EXPECT_EQ(model.index(0, 0).data(QueueModel::idRole).value<ItemId>(), item->id());
     EXPECT_EQ(text(Qt::DisplayRole), u"file0.zip");
-    EXPECT_EQ(text(QueueModel::StatusTextRole), u"Downloading");
-    EXPECT_EQ(text(QueueModel::ByteTextRole), u"1 KB / 2 KB");
-    EXPECT_EQ(text(QueueModel::SpeedTextRole), u"2 KB/s");
-    EXPECT_EQ(text(QueueModel::HostRole), u"host.example");
-    EXPECT_EQ(model.index(0, 0).data(QueueModel::ProgressRole).toDouble(), 0.5);
-    EXPECT_EQ(model.index(0, 0).data(QueueModel::StatusRole).toInt(), DownloadStatus::downloading);
+    EXPECT_EQ(text(QueueModel::statusTextRole), u"Downloading");
+    EXPECT_EQ(text(QueueModel::byteTextRole), u"1 KB / 2 KB");
+    EXPECT_EQ(text(QueueModel::speedTextRole), u"2 KB/s");
+    EXPECT_EQ(text(QueueModel::hostRole), u"host.example");
+    EXPECT_EQ(model.index(0, 0).data(QueueModel::progressRole).toDouble(), 0.5);
+    EXPECT_EQ(model.index(0, 0).data(QueueModel::statusRole).toInt(), DownloadStatus::downloading);
     EXPECT_TRUE(text(Qt::AccessibleTextRole).startsWith(u"file0.zip, Downloading"));
 }
 
@@ -195,7 +195,7 @@ TEST_F(QueueModelTest, ChangesItsTextsWithTheLanguage)
     workshop.settings().language.set(AppLanguage::italian);
     ASSERT_EQ(changes.count(), 1);
     EXPECT_EQ(changes[0][1].toModelIndex().row(), 2);
-    EXPECT_EQ(text(QueueModel::StatusTextRole), u"In pausa");
+    EXPECT_EQ(text(QueueModel::statusTextRole), u"In pausa");
 }
 
 } // namespace
