@@ -1,6 +1,7 @@
 #include "screenshots/QueueScenes.h"
 
 #include "ui/queue/list/QueueView.h"
+#include "ui/queue/list/RowMenus.h"
 
 #include <QAbstractButton>
 #include <QClipboard>
@@ -164,7 +165,7 @@ void rename(Stage& stage)
 {
     fill(stage);
     list(stage).setCurrentIndex(row(stage, 0));
-    list(stage).rename(row(stage, 0));
+    list(stage).menus().rename(row(stage, 0));
 }
 
 void drag(Stage& stage)

@@ -85,7 +85,8 @@ void BadVolumes::readLine(const QByteArray& line)
 /// Lines that name a volume.
 bool BadVolumes::readArchive(const QString& line)
 {
-    static const BoundedRegex testing = BoundedRegex::ignoringCase(QStringLiteral(R"(^testing archive\s+(\S.*\.rar)$)"));
+    static const BoundedRegex testing =
+        BoundedRegex::ignoringCase(QStringLiteral(R"(^testing archive\s+(\S.*\.rar)$)"));
     if (const BoundedRegex::Result found = testing.search(line)) {
         if (isVolume(found.match.captured(1)))
             m_tested = found.match.captured(1);

@@ -12,6 +12,7 @@
 #include "ui/queue/QueueToolBar.h"
 #include "ui/queue/accessibility/AccessibleQueue.h"
 #include "ui/queue/list/QueueView.h"
+#include "ui/queue/list/RowMenus.h"
 #include "ui/queue/tree/QueueModel.h"
 
 #include <QDragEnterEvent>
@@ -89,7 +90,7 @@ QList<QAction*> DownloadQueueView::queueActions() const
 
 void DownloadQueueView::fillSelectionMenu(QMenu& menu)
 {
-    m_list->fillMenu(menu, m_list->selectedRow());
+    m_list->menus().fill(menu, m_list->selectedRow());
 }
 
 void DownloadQueueView::dragEnterEvent(QDragEnterEvent* event)

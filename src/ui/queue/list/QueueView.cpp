@@ -3,13 +3,12 @@
 #include "ui/queue/list/GroupDrag.h"
 #include "ui/queue/list/PlaceKeeper.h"
 #include "ui/queue/list/QueueDelegate.h"
-#include "ui/queue/list/RenamePopover.h"
 #include "ui/queue/list/RowMenu.h"
+#include "ui/queue/list/RowMenus.h"
 #include "ui/queue/rows/HeaderPresenter.h"
 #include "ui/queue/tree/QueueModel.h"
 
 #include <QContextMenuEvent>
-#include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
@@ -23,6 +22,7 @@ QueueView::QueueView(QueueModel& model, const RowCommands& commands, QWidget* pa
     , m_commands(commands)
     , m_delegate(new QueueDelegate(model, this))
     , m_drag(new GroupDrag(*this))
+    , m_menus(std::make_unique<RowMenus>(*this, m_commands))
 {
     setUp();
     setItemDelegate(m_delegate);
@@ -150,12 +150,12 @@ void QueueView::paintEvent(QPaintEvent* event)
 void QueueView::timerEvent(QTimerEvent* event)
 {
     if (event->timerId() == m_moveTimer.timerId())
-        move();
+        stepMotion();
     else
         QTreeView::timerEvent(event);
 }
 
-void QueueView::move()
+void QueueView::stepMotion()
 {
     constexpr int stepDegrees = 8;
     const QList<QModelIndex> moving = movingRows();
@@ -268,7 +268,7 @@ void QueueView::mouseDoubleClickEvent(QMouseEvent* event)
     if (event->button() != Qt::LeftButton || !m_model.isHeader(index))
         mousePressEvent(event); // quick clicks are clicks
     else if (hit.part == RowHit::Part::title)
-        rename(index);
+        m_menus->rename(index);
     else
         setExpanded(index, !isExpanded(index));
 }
@@ -322,9 +322,9 @@ void QueueView::keyPressEvent(QKeyEvent* event)
     else if (event->key() == Qt::Key_Delete)
         removeRow(selectedRow());
     else if (event->key() == Qt::Key_F2)
-        rename(current);
+        m_menus->rename(current);
     else if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier)
-        openMenuAtRow(current);
+        m_menus->openBelow(current);
     else if (event->modifiers().testFlag(Qt::AltModifier) && (isUp || event->key() == Qt::Key_Down))
         moveGroup(current, isUp);
     else
@@ -334,60 +334,14 @@ void QueueView::keyPressEvent(QKeyEvent* event)
 void QueueView::contextMenuEvent(QContextMenuEvent* event)
 {
     if (event->reason() == QContextMenuEvent::Keyboard) {
-        openMenuAtRow(currentIndex());
+        m_menus->openBelow(currentIndex());
         return;
     }
     const QModelIndex index = indexAt(event->pos());
     if (!index.isValid())
         return;
     setCurrentIndex(index);
-    openMenu(index, event->globalPos());
-}
-
-void QueueView::openMenuAtRow(const QModelIndex& index)
-{
-    if (!index.isValid())
-        return;
-    setCurrentIndex(index); // it need not be selected yet
-    scrollTo(index);
-    const QRect row = visualRect(index);
-    openMenu(index, viewport()->mapToGlobal(QPoint(row.left() + RowMetrics::gutter, row.bottom())));
-}
-
-void QueueView::openMenu(const QModelIndex& index, QPoint globalPoint)
-{
-    auto* menu = new QMenu(this);
-    menu->setObjectName(QStringLiteral("rowMenu"));
-    menu->setAccessibleName(index.data(QueueModel::nameRole).toString());
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    fillMenu(*menu, index);
-    menu->popup(globalPoint);
-}
-
-void QueueView::fillMenu(QMenu& menu, const QModelIndex& index)
-{
-    if (!index.isValid())
-        return;
-    const QPersistentModelIndex kept = index; // the queue goes on while the menu is open
-    RowMenuActions actions;
-    actions.run = [this, kept](RowButton button) { run(kept, button); };
-    actions.move = [this, kept](bool isUp) { moveGroup(kept, isUp); };
-    actions.rename = [this, kept] { rename(kept); };
-    actions.resetName = [this, id = m_model.group(index).id] { m_commands.renameGroup(id, {}); };
-    const bool hasCustomName = m_commands.hasCustomName(m_model.group(index).id);
-    fillRowMenu(menu, rowMenu(m_model, index, hasCustomName), m_model.language(), actions);
-}
-
-void QueueView::rename(const QModelIndex& header)
-{
-    if (!m_model.isHeader(header))
-        return;
-    scrollTo(header);
-    const QString id = m_model.group(header).id;
-    auto* popover = new RenamePopover(header.data(QueueModel::nameRole).toString(), m_model.language(), this);
-    connect(popover, &RenamePopover::saved, this,
-            [this, id](const QString& name) { m_commands.renameGroup(id, name); });
-    popover->openBelow(*viewport(), visualRect(header));
+    m_menus->openAt(index, event->globalPos());
 }
 
 } // namespace vormel

@@ -7,14 +7,13 @@
 #include <QBasicTimer>
 #include <QTreeView>
 
-class QMenu;
-
 namespace vormel {
 
 class GroupDrag;
 class PlaceKeeper;
 class QueueDelegate;
 class QueueModel;
+class RowMenus;
 
 /// The list of the queue: groups that open and close, one selected row, smooth scrolling, buttons in the rows. Repaints
 /// only the rows that changed, lays out again only when a height did, and keeps the selected item and the open groups
@@ -39,10 +38,9 @@ public:
     void run(const QModelIndex& index, RowButton button);
     /// What lies at a point of the viewport.
     [[nodiscard]] RowHit hitAt(QPoint point) const;
-    /// Opens the popover for the name of that group.
-    void rename(const QModelIndex& header);
-    /// Adds everything that the row can be told. The entries do nothing once the row has left the queue.
-    void fillMenu(QMenu& menu, const QModelIndex& index);
+    [[nodiscard]] RowMenus& menus() { return *m_menus; }
+    /// Past its neighbour.
+    void moveGroup(const QModelIndex& index, bool isUp);
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
 protected:
@@ -66,19 +64,17 @@ private:
     void setUp();
     [[nodiscard]] QList<QModelIndex> rowsInSight() const;
     [[nodiscard]] QList<QModelIndex> movingRows() const;
-    void move();
+    void stepMotion();
     void point(const QModelIndex& index, const RowHit& hit, bool isPressed);
     void pressRow(QMouseEvent* event);
     void selectPressed(const QModelIndex& index);
     void removeRow(const QModelIndex& index);
-    void moveGroup(const QModelIndex& index, bool isUp);
-    void openMenu(const QModelIndex& index, QPoint globalPoint);
-    void openMenuAtRow(const QModelIndex& index);
 
     QueueModel& m_model;
     RowCommands m_commands;
     QueueDelegate* m_delegate;
     GroupDrag* m_drag;
+    std::unique_ptr<RowMenus> m_menus;
     std::unique_ptr<PlaceKeeper> m_place;
     QBasicTimer m_moveTimer;
     QPersistentModelIndex m_pointedRow; ///< whose button the pointer is on
