@@ -1,6 +1,6 @@
 #include "Benchmarks.h"
 #include "Measure.h"
-#include "Shop.h"
+#include "ProgramInProfile.h"
 #include "sites/FileServer.h"
 
 #include <QDir>
@@ -43,22 +43,22 @@ qint64 bytesOnDisk(const QString& folder)
 /// How far the mean is off the cap, in percent.
 double errorOf(qint64 cap, const sites::FileServer& server)
 {
-    Shop shop;
-    shop.manager().settings().maxDownloadSpeedKBps.set(cap);
+    ProgramInProfile program;
+    program.manager().settings().maxDownloadSpeedKBps.set(cap);
     std::vector<Link> links;
     for (int i = 0; i < transfers; ++i)
         links.push_back(*Link::parse(QString::fromStdString(server.url("/" + std::to_string(i) + ".bin"))));
-    shop.manager().addURLs(links, std::nullopt);
-    shop.manager().commands().startAll();
+    program.manager().addURLs(links, std::nullopt);
+    program.manager().commands().startAll();
     // The first second may run at up to twice the cap; what is promised is the mean from then on.
     wait(2);
     QElapsedTimer timer;
     timer.start();
-    const qint64 before = bytesOnDisk(shop.downloads());
+    const qint64 before = bytesOnDisk(program.downloads());
     wait(seconds);
     const double elapsed = static_cast<double>(timer.nsecsElapsed()) / 1e9;
-    const double rate = static_cast<double>(bytesOnDisk(shop.downloads()) - before) / elapsed;
-    shop.manager().commands().pauseAll();
+    const double rate = static_cast<double>(bytesOnDisk(program.downloads()) - before) / elapsed;
+    program.manager().commands().pauseAll();
     return std::abs(rate / (static_cast<double>(cap) * 1024) - 1) * 100;
 }
 

@@ -1,7 +1,7 @@
 #include "Benchmarks.h"
 #include "Measure.h"
 #include "PatternFile.h"
-#include "Shop.h"
+#include "ProgramInProfile.h"
 #include "archive/tools/ToolArguments.h"
 #include "engine/queue/QueueRecords.h"
 #include "platform/storage/WholeFile.h"
@@ -103,13 +103,13 @@ void benchExtract(Report& report)
         if (!QFileInfo(tool).isExecutable())
             return report.note(QStringLiteral("  NOT MEASURED: %1 is not installed").arg(tool));
     }
-    Shop shop({}, furnish);
-    const QDir folder = setFolder(shop.downloads());
+    ProgramInProfile program({}, furnish);
+    const QDir folder = setFolder(program.downloads());
     std::vector<Cost> vormel;
     std::vector<Cost> unrar;
     for (int round = 0; round < rounds; ++round) {
-        addRun(vormel, folder, [&shop] { return ours(shop.manager()); });
-        addRun(unrar, folder, [&shop] { return bare(shop.manager()); });
+        addRun(vormel, folder, [&program] { return ours(program.manager()); });
+        addRun(unrar, folder, [&program] { return bare(program.manager()); });
     }
     const double ourWall = median(vormel).wall;
     const double bareWall = median(unrar).wall;

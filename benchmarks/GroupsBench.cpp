@@ -1,7 +1,7 @@
 #include "Benchmarks.h"
 #include "LongQueue.h"
 #include "Measure.h"
-#include "Shop.h"
+#include "ProgramInProfile.h"
 #include "sites/FileServer.h"
 #include "ui/queue/list/QueueView.h"
 #include "ui/queue/tree/QueueModel.h"
@@ -125,16 +125,16 @@ void benchGroups(Report& report)
     const sites::FileServer server; // has nothing; nobody outside is to be asked
     CurlHttpClient::Options network;
     network.connectTo.insert("*", "127.0.0.1:" + QByteArray::number(server.port()));
-    Shop shop(network, [](const Folders& folders) { writeLongQueueOfSets(folders, itemCount, firstSet); });
-    if (shop.manager().items().size() != itemCount)
+    ProgramInProfile program(network, [](const Folders& folders) { writeLongQueueOfSets(folders, itemCount, firstSet); });
+    if (program.manager().items().size() != itemCount)
         giveUp(QStringLiteral("the queue was not restored"));
-    Page page(shop.window());
+    Page page(program.window());
     if (page.group(0).size() != firstSet)
         giveUp(QStringLiteral("the large set is not at the top of the list"));
     benchUpdate(report, page, 1);
     benchUpdate(report, page, 0);
-    benchStart(report, shop.manager(), page);
-    benchReorder(report, shop.manager(), page);
+    benchStart(report, program.manager(), page);
+    benchReorder(report, program.manager(), page);
 }
 
 } // namespace vormel::bench

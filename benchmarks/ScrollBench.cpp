@@ -1,7 +1,7 @@
 #include "Benchmarks.h"
 #include "LongQueue.h"
 #include "Measure.h"
-#include "Shop.h"
+#include "ProgramInProfile.h"
 #include "ui/queue/list/QueueView.h"
 
 #include <QCoreApplication>
@@ -119,14 +119,14 @@ void benchScroll(Report& report)
 {
     report.note(
         QStringLiteral("A window of 980 by 640 over 10,000 rows; of all frames, the slowest but one in a hundred:"));
-    Shop shop({}, [](const Folders& folders) { writeLongQueue(folders, itemCount); });
-    shop.window().resize(980, 640);
-    auto* const list = shop.window().findChild<QueueView*>();
-    if (!list || shop.manager().items().size() != itemCount)
+    ProgramInProfile program({}, [](const Folders& folders) { writeLongQueue(folders, itemCount); });
+    program.window().resize(980, 640);
+    auto* const list = program.window().findChild<QueueView*>();
+    if (!list || program.manager().items().size() != itemCount)
         giveUp(QStringLiteral("the queue was not restored"));
     rest();
     benchFrames(report, *list);
-    benchTick(report, *list, shop.manager().items());
+    benchTick(report, *list, program.manager().items());
 }
 
 } // namespace vormel::bench

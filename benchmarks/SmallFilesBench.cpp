@@ -1,6 +1,6 @@
 #include "Benchmarks.h"
 #include "Measure.h"
-#include "Shop.h"
+#include "ProgramInProfile.h"
 #include "sites/NginxServer.h"
 
 #include <QDir>
@@ -17,9 +17,9 @@ constexpr int rounds = 3;
 
 Cost ours(const QStringList& urls)
 {
-    Shop shop;
-    shop.manager().settings().maxConcurrentDownloads.set(atOnce);
-    return costOf([&shop, &urls] { shop.fetch(urls); });
+    ProgramInProfile program;
+    program.manager().settings().maxConcurrentDownloads.set(atOnce);
+    return costOf([&program, &urls] { program.fetch(urls); });
 }
 
 Cost aria2(const QStringList& urls, const QDir& folder)

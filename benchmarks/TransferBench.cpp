@@ -1,7 +1,7 @@
 #include "Benchmarks.h"
 #include "Measure.h"
 #include "PatternFile.h"
-#include "Shop.h"
+#include "ProgramInProfile.h"
 #include "SpliceClient.h"
 #include "sites/NginxServer.h"
 #include "sites/TestCertificates.h"
@@ -64,8 +64,8 @@ Cost ours(const Source& source)
 {
     CurlHttpClient::Options network;
     network.extraCaFile = source.authority();
-    Shop shop(network);
-    return costOf([&shop, &source] { shop.fetch({source.url()}); });
+    ProgramInProfile program(network);
+    return costOf([&program, &source] { program.fetch({source.url()}); });
 }
 
 void compare(std::vector<Contender>& contenders, const Source& source, const Report& report)

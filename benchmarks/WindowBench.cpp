@@ -1,7 +1,7 @@
 #include "Benchmarks.h"
 #include "LongQueue.h"
 #include "Measure.h"
-#include "Shop.h"
+#include "ProgramInProfile.h"
 
 #include <QDir>
 #include <QElapsedTimer>

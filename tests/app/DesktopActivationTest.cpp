@@ -84,7 +84,7 @@ private:
     QString m_address;
 };
 
-TEST_F(DesktopActivationTest, aLaterStartHandsItsTokenToTheRunningProgram)
+TEST_F(DesktopActivationTest, ALaterStartHandsItsTokenToTheRunningProgram)
 {
     const DesktopActivation running(first());
     writeDownRequests(running);
@@ -93,7 +93,7 @@ TEST_F(DesktopActivationTest, aLaterStartHandsItsTokenToTheRunningProgram)
     EXPECT_EQ(tokens, QStringList({QStringLiteral("token-7"), QString()}));
 }
 
-TEST_F(DesktopActivationTest, theShellsOwnCallIsUnderstoodWithEitherToken)
+TEST_F(DesktopActivationTest, TheShellsOwnCallIsUnderstoodWithEitherToken)
 {
     const DesktopActivation running(first());
     writeDownRequests(running);
@@ -105,7 +105,7 @@ TEST_F(DesktopActivationTest, theShellsOwnCallIsUnderstoodWithEitherToken)
     EXPECT_EQ(tokens, QStringList({QStringLiteral("x_TIME1"), QStringLiteral("w")}));
 }
 
-TEST_F(DesktopActivationTest, filesAndActionsAreAcceptedAndIgnored)
+TEST_F(DesktopActivationTest, FilesAndActionsAreAcceptedAndIgnored)
 {
     const DesktopActivation running(first());
     writeDownRequests(running);
@@ -115,12 +115,12 @@ TEST_F(DesktopActivationTest, filesAndActionsAreAcceptedAndIgnored)
     EXPECT_EQ(tokens, QStringList());
 }
 
-TEST_F(DesktopActivationTest, whereNoProgramRunsNobodyIsReached)
+TEST_F(DesktopActivationTest, WhereNoProgramRunsNobodyIsReached)
 {
     EXPECT_FALSE(askFromSecond(QStringLiteral("t")));
 }
 
-TEST_F(DesktopActivationTest, theNameIsGivenBackAtTheEnd)
+TEST_F(DesktopActivationTest, TheNameIsGivenBackAtTheEnd)
 {
     {
         const DesktopActivation running(first());
@@ -129,7 +129,7 @@ TEST_F(DesktopActivationTest, theNameIsGivenBackAtTheEnd)
     EXPECT_FALSE(askFromSecond({}));
 }
 
-TEST_F(DesktopActivationTest, aSecondOwnerLeavesTheFirstOneItsName)
+TEST_F(DesktopActivationTest, ASecondOwnerLeavesTheFirstOneItsName)
 {
     const DesktopActivation running(first());
     writeDownRequests(running);
@@ -140,7 +140,7 @@ TEST_F(DesktopActivationTest, aSecondOwnerLeavesTheFirstOneItsName)
     EXPECT_EQ(tokens, QStringList{QStringLiteral("t")});
 }
 
-TEST(DesktopActivationWithoutABusTest, nothingHappens)
+TEST(DesktopActivationWithoutABusTest, NothingHappens)
 {
     const QDBusConnection none(QStringLiteral("a bus that nobody made"));
     const DesktopActivation running(none);

@@ -38,7 +38,7 @@ protected:
                             QStringLiteral("Debian GNU/Linux 12 (bookworm)")};
 };
 
-TEST_F(LaunchPingTest, aPlainGetCarriesFourItemsInTheirOrder)
+TEST_F(LaunchPingTest, APlainGetCarriesFourItemsInTheirOrder)
 {
     startAndAnswer(200);
     ASSERT_EQ(client.exchanges().size(), 1U);
@@ -56,7 +56,7 @@ TEST_F(LaunchPingTest, aPlainGetCarriesFourItemsInTheirOrder)
     EXPECT_EQ(items, expected);
 }
 
-TEST_F(LaunchPingTest, nothingInTheNameOfTheSystemMakesAnotherItem)
+TEST_F(LaunchPingTest, NothingInTheNameOfTheSystemMakesAnotherItem)
 {
     facts.system = QStringLiteral("A&B=C #1 100%25 + è");
     startAndAnswer(200);
@@ -64,7 +64,7 @@ TEST_F(LaunchPingTest, nothingInTheNameOfTheSystemMakesAnotherItem)
     EXPECT_TRUE(client.last().request.url.toEncoded().endsWith("&os=A%26B%3DC%20%231%20100%2525%20%2B%20%C3%A8"));
 }
 
-TEST_F(LaunchPingTest, anAnswerMeansThatItIsNeverSentAgain)
+TEST_F(LaunchPingTest, AnAnswerMeansThatItIsNeverSentAgain)
 {
     startAndAnswer(200);
     EXPECT_TRUE(defaults.boolForKey(key));
@@ -73,20 +73,20 @@ TEST_F(LaunchPingTest, anAnswerMeansThatItIsNeverSentAgain)
     EXPECT_EQ(client.exchanges().size(), 1U);
 }
 
-TEST_F(LaunchPingTest, aServersFailureIsAnAnswerToo)
+TEST_F(LaunchPingTest, AServersFailureIsAnAnswerToo)
 {
     startAndAnswer(500);
     EXPECT_TRUE(defaults.boolForKey(key));
 }
 
-TEST_F(LaunchPingTest, theBodyIsNotRead)
+TEST_F(LaunchPingTest, TheBodyIsNotRead)
 {
     LaunchPing started = ping();
     started.start();
     EXPECT_FALSE(client.last().head(200)) << "the head must be the end of it";
 }
 
-TEST_F(LaunchPingTest, withoutANetworkNothingIsStoredAndTheNextStartSendsIt)
+TEST_F(LaunchPingTest, WithoutANetworkNothingIsStoredAndTheNextStartSendsIt)
 {
     LaunchPing first = ping();
     first.start();
@@ -98,7 +98,7 @@ TEST_F(LaunchPingTest, withoutANetworkNothingIsStoredAndTheNextStartSendsIt)
     EXPECT_TRUE(defaults.boolForKey(key));
 }
 
-TEST_F(LaunchPingTest, nothingIsStoredBeforeTheAnswer)
+TEST_F(LaunchPingTest, NothingIsStoredBeforeTheAnswer)
 {
     LaunchPing started = ping();
     started.start();
@@ -106,7 +106,7 @@ TEST_F(LaunchPingTest, nothingIsStoredBeforeTheAnswer)
     EXPECT_FALSE(defaults.objectForKey(key));
 }
 
-TEST_F(LaunchPingTest, anUnknownVersionIsSentAsAnEmptyValue)
+TEST_F(LaunchPingTest, AnUnknownVersionIsSentAsAnEmptyValue)
 {
     facts.version.reset();
     startAndAnswer(200);
@@ -114,7 +114,7 @@ TEST_F(LaunchPingTest, anUnknownVersionIsSentAsAnEmptyValue)
     EXPECT_TRUE(defaults.boolForKey(key));
 }
 
-TEST_F(LaunchPingTest, withoutAnEndpointNothingIsSentOrStored)
+TEST_F(LaunchPingTest, WithoutAnEndpointNothingIsSentOrStored)
 {
     for (const QString& endpoint : {QString(), QStringLiteral("https://["), QStringLiteral("ht tp://x y")}) {
         facts.endpoint = endpoint;
@@ -126,7 +126,7 @@ TEST_F(LaunchPingTest, withoutAnEndpointNothingIsSentOrStored)
     EXPECT_FALSE(defaults.objectForKey(key));
 }
 
-TEST_F(LaunchPingTest, anAnswerAfterTheEndOfTheProgramTouchesNothing)
+TEST_F(LaunchPingTest, AnAnswerAfterTheEndOfTheProgramTouchesNothing)
 {
     {
         LaunchPing gone = ping();

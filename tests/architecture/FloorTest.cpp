@@ -29,47 +29,47 @@ std::string floorVerdict(const std::string& path, const std::string& included)
 
 } // namespace
 
-TEST(Sources, areThereToBeJudged)
+TEST(Sources, AreThereToBeJudged)
 {
     EXPECT_GT(readSources(realSources).size(), 10U);
 }
 
-TEST(Sources, includeOnlyDownward)
+TEST(Sources, IncludeOnlyDownward)
 {
     EXPECT_EQ(lines(floorBreaches(realSources)), "");
 }
 
-TEST(Sources, knowNoWidgetsBelowTheWindowFloors)
+TEST(Sources, KnowNoWidgetsBelowTheWindowFloors)
 {
     EXPECT_EQ(lines(widgetBreaches(realSources)), "");
 }
 
-TEST(Sources, readTheEnvironmentOnlyInTheProgram)
+TEST(Sources, ReadTheEnvironmentOnlyInTheProgram)
 {
     EXPECT_EQ(lines(environmentBreaches(realSources)), "");
 }
 
-TEST(Sources, areNamedAfterTheirJob)
+TEST(Sources, AreNamedAfterTheirJob)
 {
     EXPECT_EQ(lines(nameBreaches(realSources)), "");
 }
 
-TEST(Sources, guardEveryHeader)
+TEST(Sources, GuardEveryHeader)
 {
     EXPECT_EQ(lines(pragmaBreaches(realSources)), "");
 }
 
-TEST(Sources, leanOnEachOtherOneWay)
+TEST(Sources, LeanOnEachOtherOneWay)
 {
     EXPECT_EQ(lines(circleBreaches(realSources)), "");
 }
 
-TEST(Sources, areShort)
+TEST(Sources, AreShort)
 {
     EXPECT_EQ(lines(lengthBreaches(realSources)), "");
 }
 
-TEST(CircleRule, reportsEveryIncludeOfACircleAlsoOverSeveralFolders)
+TEST(CircleRule, ReportsEveryIncludeOfACircleAlsoOverSeveralFolders)
 {
     const MadeUpTree tree;
     tree.write("engine/a/A.h", "#include \"engine/b/B.h\"\n");
@@ -81,7 +81,7 @@ TEST(CircleRule, reportsEveryIncludeOfACircleAlsoOverSeveralFolders)
                                                   "src/engine/c/C.h:2: engine/a leads back to engine/c\n");
 }
 
-TEST(CircleRule, acceptsOneWayAndFilesOfOneFolder)
+TEST(CircleRule, AcceptsOneWayAndFilesOfOneFolder)
 {
     const MadeUpTree tree;
     tree.write("engine/a/A.h", "#include \"engine/a/B.h\"\n#include \"engine/C.h\"\n#include \"text/a/D.h\"\n");
@@ -91,7 +91,7 @@ TEST(CircleRule, acceptsOneWayAndFilesOfOneFolder)
     EXPECT_EQ(lines(circleBreaches(tree.root())), "");
 }
 
-TEST(LengthRule, allowsFourHundredLines)
+TEST(LengthRule, AllowsFourHundredLines)
 {
     const MadeUpTree tree;
     std::string text;
@@ -102,7 +102,7 @@ TEST(LengthRule, allowsFourHundredLines)
     EXPECT_EQ(lines(lengthBreaches(tree.root())), "src/text/B.cpp:401: is the line that is too many\n");
 }
 
-TEST(FloorRule, reportsAFloorThatReachesUpWithFileAndLine)
+TEST(FloorRule, ReportsAFloorThatReachesUpWithFileAndLine)
 {
     const MadeUpTree tree;
     tree.write("engine/Queue.h", "#pragma once\n");
@@ -111,7 +111,7 @@ TEST(FloorRule, reportsAFloorThatReachesUpWithFileAndLine)
     EXPECT_EQ(lines(floorBreaches(tree.root())), "src/model/Download.cpp:3: model must not include engine/Queue.h\n");
 }
 
-TEST(FloorRule, acceptsEveryWayDownAndTheOwnFloor)
+TEST(FloorRule, AcceptsEveryWayDownAndTheOwnFloor)
 {
     EXPECT_EQ(floorVerdict("platform/A.cpp", "text/B.h"), "");
     EXPECT_EQ(floorVerdict("engine/A.cpp", "archive/B.h"), "");
@@ -119,7 +119,7 @@ TEST(FloorRule, acceptsEveryWayDownAndTheOwnFloor)
     EXPECT_EQ(floorVerdict("app/A.cpp", "web/B.h"), "");
 }
 
-TEST(FloorRule, refusesEveryFloorTheOneAboveIt)
+TEST(FloorRule, RefusesEveryFloorTheOneAboveIt)
 {
     EXPECT_NE(floorVerdict("text/A.cpp", "platform/B.h"), "");
     EXPECT_NE(floorVerdict("platform/A.cpp", "model/B.h"), "");
@@ -132,20 +132,20 @@ TEST(FloorRule, refusesEveryFloorTheOneAboveIt)
     EXPECT_NE(floorVerdict("web/A.cpp", "app/B.h"), "");
 }
 
-TEST(FloorRule, keepsArchiveAndResolversApart)
+TEST(FloorRule, KeepsArchiveAndResolversApart)
 {
     EXPECT_NE(floorVerdict("archive/A.cpp", "resolvers/B.h"), "");
     EXPECT_NE(floorVerdict("resolvers/A.cpp", "archive/B.h"), "");
 }
 
-TEST(FloorRule, keepsTheKitFreeOfTheEngine)
+TEST(FloorRule, KeepsTheKitFreeOfTheEngine)
 {
     EXPECT_EQ(floorVerdict("kit/A.cpp", "model/B.h"), "");
     EXPECT_NE(floorVerdict("kit/A.cpp", "engine/B.h"), "");
     EXPECT_NE(floorVerdict("engine/A.cpp", "kit/B.h"), "");
 }
 
-TEST(FloorRule, givesTheWebFloorOnlyTheKitOfTheUserInterface)
+TEST(FloorRule, GivesTheWebFloorOnlyTheKitOfTheUserInterface)
 {
     EXPECT_EQ(floorVerdict("web/A.cpp", "kit/B.h"), "");
     EXPECT_EQ(floorVerdict("web/A.cpp", "model/B.h"), "");
@@ -153,7 +153,7 @@ TEST(FloorRule, givesTheWebFloorOnlyTheKitOfTheUserInterface)
     EXPECT_NE(floorVerdict("web/A.cpp", "engine/B.h"), "");
 }
 
-TEST(FloorRule, followsRelativePathsAndAngleBrackets)
+TEST(FloorRule, FollowsRelativePathsAndAngleBrackets)
 {
     const MadeUpTree tree;
     tree.write("engine/Queue.h", "#pragma once\n");
@@ -164,7 +164,7 @@ TEST(FloorRule, followsRelativePathsAndAngleBrackets)
                                                  "src/model/B.cpp:1: model must not include engine/Queue.h\n");
 }
 
-TEST(FloorRule, takesAHeaderBesideTheFileForTheOwnFloor)
+TEST(FloorRule, TakesAHeaderBesideTheFileForTheOwnFloor)
 {
     const MadeUpTree tree;
     tree.write("model/parts/Item.h", "#pragma once\n");
@@ -173,7 +173,7 @@ TEST(FloorRule, takesAHeaderBesideTheFileForTheOwnFloor)
     EXPECT_EQ(lines(floorBreaches(tree.root())), "");
 }
 
-TEST(FloorRule, ignoresIncludesThatAreCommentedOutOrGenerated)
+TEST(FloorRule, IgnoresIncludesThatAreCommentedOutOrGenerated)
 {
     EXPECT_EQ(floorVerdict("model/A.cpp", "config/Services.h"), "");
     EXPECT_EQ(floorVerdict("model/A.cpp", "A.moc"), "");
@@ -183,7 +183,7 @@ TEST(FloorRule, ignoresIncludesThatAreCommentedOutOrGenerated)
     EXPECT_EQ(lines(floorBreaches(tree.root())), "");
 }
 
-TEST(FloorRule, reportsAFileOnNoKnownFloor)
+TEST(FloorRule, ReportsAFileOnNoKnownFloor)
 {
     const MadeUpTree tree;
     tree.write("common/A.cpp", "#include \"text/B.h\"\n");
@@ -193,7 +193,7 @@ TEST(FloorRule, reportsAFileOnNoKnownFloor)
                                                  "src/main.cpp:1: stands on no known floor\n");
 }
 
-TEST(WidgetRule, reportsWidgetHeadersBelowTheWindowFloorsOnly)
+TEST(WidgetRule, ReportsWidgetHeadersBelowTheWindowFloorsOnly)
 {
     const MadeUpTree tree;
     tree.write("engine/A.cpp", "#include <QWidget>\n#include <QtWidgets/QMessageBox>\n#include <QMessageBox>\n"
@@ -206,7 +206,7 @@ TEST(WidgetRule, reportsWidgetHeadersBelowTheWindowFloorsOnly)
     EXPECT_EQ(breaches[0], "src/engine/A.cpp:1: engine must not know the widget header QWidget");
 }
 
-TEST(WidgetRule, acceptsHeadersOfTheOtherQtModules)
+TEST(WidgetRule, AcceptsHeadersOfTheOtherQtModules)
 {
     const MadeUpTree tree;
     tree.write("engine/A.cpp",
@@ -215,7 +215,7 @@ TEST(WidgetRule, acceptsHeadersOfTheOtherQtModules)
     EXPECT_EQ(lines(widgetBreaches(tree.root())), "");
 }
 
-TEST(EnvironmentRule, reportsEveryWayToReadItBelowTheProgram)
+TEST(EnvironmentRule, ReportsEveryWayToReadItBelowTheProgram)
 {
     const MadeUpTree tree;
     tree.write("platform/A.cpp", "std::getenv(\"HOME\");\nqgetenv(\"HOME\");\nqEnvironmentVariableIsSet(\"HOME\");\n");
@@ -228,7 +228,7 @@ TEST(EnvironmentRule, reportsEveryWayToReadItBelowTheProgram)
               "src/platform/A.cpp:3: platform must not read the environment with qEnvironmentVariableIsSet");
 }
 
-TEST(EnvironmentRule, letsCommentsSpeakOfIt)
+TEST(EnvironmentRule, LetsCommentsSpeakOfIt)
 {
     const MadeUpTree tree;
     tree.write("platform/A.cpp", "// Never getenv here.\n");
@@ -236,7 +236,7 @@ TEST(EnvironmentRule, letsCommentsSpeakOfIt)
     EXPECT_EQ(lines(environmentBreaches(tree.root())), "");
 }
 
-TEST(NameRule, reportsDrawersAmongFilesAndFolders)
+TEST(NameRule, ReportsDrawersAmongFilesAndFolders)
 {
     const MadeUpTree tree;
     tree.write("text/StringUtils.h", "");
@@ -251,7 +251,7 @@ TEST(NameRule, reportsDrawersAmongFilesAndFolders)
     EXPECT_EQ(breaches[0], "src/model/utils:1: is named after a drawer, not after its job");
 }
 
-TEST(PragmaRule, reportsHeadersThatLackIt)
+TEST(PragmaRule, ReportsHeadersThatLackIt)
 {
     const MadeUpTree tree;
     tree.write("text/A.h", "#pragma once\n");

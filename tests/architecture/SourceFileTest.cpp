@@ -6,34 +6,34 @@
 
 namespace vormel::architecture {
 
-TEST(SourceFile, commentsAreBlankedAndLinesKept)
+TEST(SourceFile, CommentsAreBlankedAndLinesKept)
 {
     EXPECT_EQ(withoutComments("a // getenv\nb"), "a          \nb");
     EXPECT_EQ(withoutComments("a /* x\ny */ b"), "a     \n     b");
 }
 
-TEST(SourceFile, slashesInsideQuotesAreNoComment)
+TEST(SourceFile, SlashesInsideQuotesAreNoComment)
 {
     EXPECT_EQ(withoutComments("f(\"http://x\"); g();"), "f(\"http://x\"); g();");
     EXPECT_EQ(withoutComments("f(\"\\\"// x\");"), "f(\"\\\"// x\");");
 }
 
-TEST(SourceFile, aQuotedCharacterOpensNoText)
+TEST(SourceFile, AQuotedCharacterOpensNoText)
 {
     EXPECT_EQ(withoutComments("c = '\"'; // x"), "c = '\"';     ");
 }
 
-TEST(SourceFile, aDigitSeparatorOpensNoText)
+TEST(SourceFile, ADigitSeparatorOpensNoText)
 {
     EXPECT_EQ(withoutComments("1'000 // x"), "1'000     ");
 }
 
-TEST(SourceFile, anUnpairedQuoteHidesNoFurtherLine)
+TEST(SourceFile, AnUnpairedQuoteHidesNoFurtherLine)
 {
     EXPECT_EQ(withoutComments("R\"(\"\\)\"x\n// y"), "R\"(\"\\)\"x\n    ");
 }
 
-TEST(SourceFile, onlySourcesAreReadInTheOrderOfTheirPaths)
+TEST(SourceFile, OnlySourcesAreReadInTheOrderOfTheirPaths)
 {
     const MadeUpTree tree;
     tree.write("text/B.cpp", "one\ntwo");
@@ -49,7 +49,7 @@ TEST(SourceFile, onlySourcesAreReadInTheOrderOfTheirPaths)
     EXPECT_EQ(sources[1].position(2), "src/text/B.cpp:2");
 }
 
-TEST(SourceFile, aFileDirectlyInTheFolderHasNoFloor)
+TEST(SourceFile, AFileDirectlyInTheFolderHasNoFloor)
 {
     EXPECT_EQ((SourceFile{"main.cpp", {}}).floor(), "");
 }

@@ -1,5 +1,5 @@
 #include "fixtures/EventLoop.h"
-#include "fixtures/LiveEngine.h"
+#include "fixtures/EngineOnNetwork.h"
 #include "sites/FileServer.h"
 #include "sites/TestCertificates.h"
 
@@ -47,7 +47,7 @@ TEST(ByteStream, SurvivesPausesAndResumesAtRandomMoments)
     const PatternContent source(7, 8 * 1024 * 1024);
     FileServer server;
     server.serve("/file.bin", {.content = source, .answers = {Answer::file().dripping(256 * 1024, 1ms)}});
-    LiveEngine engine;
+    EngineOnNetwork engine;
     const ItemPtr item = engine.add(url(server, "/file.bin"));
     std::mt19937 random(1); // NOLINT(cert-msc51-cpp): the same moments each time
     for (int i = 0; i < 40 && item->status() != DownloadStatus::completed; ++i) {
@@ -64,7 +64,7 @@ TEST(ByteStream, SurvivesPausesAndResumesAtRandomMoments)
 TEST(ByteStream, CarriesManyTransfersAtOnceUnderACap)
 {
     FileServer server;
-    LiveEngine engine;
+    EngineOnNetwork engine;
     engine.manager().settings().maxConcurrentDownloads.set(10);
     engine.manager().settings().maxDownloadSpeedKBps.set(512);
     std::vector<ItemPtr> items;
@@ -89,7 +89,7 @@ TEST(ByteStream, KeepsMemoryFlat)
     const PatternContent source(3, qint64{300} * 1024 * 1024);
     FileServer server;
     server.serve("/large.bin", {.content = source});
-    LiveEngine engine;
+    EngineOnNetwork engine;
     const ItemPtr item = engine.add(url(server, "/large.bin"));
     engine.manager().commands().startAll();
     ASSERT_TRUE(waitUntil([&item] { return item->totalBytes() > 0; }));
@@ -107,7 +107,7 @@ TEST(ByteStream, TakesAnUntrustedCertificateOnlyFromThePremiumServices)
     server.serve("/file.bin", {.content = source});
     CurlHttpClient::Options network;
     network.connectTo.insert("*", "127.0.0.1:" + QByteArray::number(server.port()));
-    LiveEngine engine(network);
+    EngineOnNetwork engine(network);
     const ItemPtr premium = engine.add(QStringLiteral("https://dl.filestore.example/file.bin"));
     engine.manager().commands().startAll();
     ASSERT_TRUE(engine.runToEnd(premium));
@@ -120,7 +120,7 @@ TEST(ByteStream, TakesAnUntrustedCertificateOnlyFromThePremiumServices)
 
 TEST(ByteStream, TellsAServerThatIsNotThere)
 {
-    LiveEngine engine;
+    EngineOnNetwork engine;
     const ItemPtr item = engine.add(QStringLiteral("http://127.0.0.1:1/file.bin"));
     engine.manager().commands().startAll();
     ASSERT_TRUE(engine.runToEnd(item));
@@ -133,7 +133,7 @@ TEST(ByteStream, EndsInOrderWhileTransfersRun)
     server.serve("/file.bin",
                  {.content = PatternContent(5, 50 * 1024 * 1024), .answers = {Answer::file().dripping(4096, 1ms)}});
     for (int i = 0; i < 10; ++i) {
-        LiveEngine engine;
+        EngineOnNetwork engine;
         const ItemPtr item = engine.add(url(server, "/file.bin"));
         engine.manager().commands().startAll();
         ASSERT_TRUE(waitUntil([&item] { return item->totalBytes() > 0; }));

@@ -1,5 +1,5 @@
 #include "fixtures/EventLoop.h"
-#include "fixtures/LiveEngine.h"
+#include "fixtures/EngineOnNetwork.h"
 #include "sites/FileServer.h"
 
 #include <QDir>
@@ -52,7 +52,7 @@ protected:
 
     PatternContent source{11, fileSize};
     FileServer server;
-    LiveEngine engine;
+    EngineOnNetwork engine;
 };
 
 /// A file system of one megabyte, for as long as this lives.

@@ -1,4 +1,4 @@
-#include "fixtures/LiveEngine.h"
+#include "fixtures/EngineOnNetwork.h"
 #include "sites/FileServer.h"
 
 #include <gtest/gtest.h>
@@ -140,7 +140,7 @@ protected:
 
     PatternContent source{1, fileSize};
     FileServer server;
-    LiveEngine engine;
+    EngineOnNetwork engine;
 };
 
 std::string caseName(const ::testing::TestParamInfo<Case>& row)

@@ -1,5 +1,5 @@
 #include "fixtures/EventLoop.h"
-#include "fixtures/LiveEngine.h"
+#include "fixtures/EngineOnNetwork.h"
 #include "fixtures/RealTools.h"
 #include "fixtures/Sighting.h"
 #include "sites/FileServer.h"
@@ -97,7 +97,7 @@ protected:
     }
 
     FileServer server;
-    LiveEngine engine;
+    EngineOnNetwork engine;
     const QByteArray movie = noise(400'000);
     const QString movieName = QStringLiteral("movie.mkv");
 };

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "fixtures/EventLoop.h"
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 
 #include <gtest/gtest.h>
 
@@ -15,7 +15,7 @@ inline const QString finalFile = QStringLiteral("Downloads/x.rar");
 class OneTransfer : public ::testing::Test
 {
 protected:
-    ScriptedHttpClient::Exchange& server() { return shop.http.last(); }
+    ScriptedHttpClient::Exchange& server() { return engine.http.last(); }
     void say(int status, const std::vector<HttpHeader>& headers)
     {
         server().head(status, headers);
@@ -23,7 +23,7 @@ protected:
     }
     void send(const QByteArray& bytes, std::chrono::milliseconds after = std::chrono::milliseconds(0))
     {
-        shop.clock.advance(after);
+        engine.clock.advance(after);
         server().data(bytes);
         turnEventLoop();
     }
@@ -34,12 +34,12 @@ protected:
     }
     void startAll()
     {
-        shop.manager().commands().startAll();
+        engine.manager().commands().startAll();
         turnEventLoop();
     }
-    [[nodiscard]] QStringList downloads() const { return shop.sandbox.files(QStringLiteral("Downloads")); }
+    [[nodiscard]] QStringList downloads() const { return engine.sandbox.files(QStringLiteral("Downloads")); }
 
-    Workshop shop;
+    EngineOnScript engine;
 };
 
 } // namespace vormel::fixtures

@@ -2,7 +2,7 @@
 
 #include "fixtures/EventLoop.h"
 #include "fixtures/FakeResolvers.h"
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 
 namespace vormel::fixtures {
 
@@ -15,12 +15,12 @@ struct QueueScene
 {
     QueueScene()
     {
-        shop.settings().maxConcurrentDownloads.set(1);
-        waiting = shop.add(QStringLiteral("http://h/waiting.bin"));
+        engine.settings().maxConcurrentDownloads.set(1);
+        waiting = engine.add(QStringLiteral("http://h/waiting.bin"));
         waiting->setStatus(DownloadStatus::stopped);
     }
 
-    void add(const QString& url = directLink) { item = shop.add(url); }
+    void add(const QString& url = directLink) { item = engine.add(url); }
     void add(const QString& url, const DownloadStatus& status)
     {
         add(url);
@@ -51,12 +51,12 @@ struct QueueScene
     {
         for (int i = 0; i < 8; ++i) {
             loseConnection();
-            shop.clock.advance(std::chrono::seconds(10));
+            engine.clock.advance(std::chrono::seconds(10));
         }
     }
     void resolve(const QString& url = premiumLink)
     {
-        shop.manager().accounts().set({account(SupportedHost::filestore)});
+        engine.manager().accounts().set({account(SupportedHost::filestore)});
         add(url);
         log->resolves[0].answer->deliver(ResolverError::unsupportedHost());
         turnEventLoop();
@@ -71,7 +71,7 @@ struct QueueScene
     }
     void openContainer()
     {
-        shop.manager().addURLs({link(containerLink)}, std::nullopt);
+        engine.manager().addURLs({link(containerLink)}, std::nullopt);
         turnEventLoop();
     }
     void answerContainer(const std::variant<std::vector<Link>, ContainerError>& answer)
@@ -81,15 +81,15 @@ struct QueueScene
     }
     void laySetWithRecoveryVolume()
     {
-        shop.add(QStringLiteral("http://h/m.part1.rar"));
+        engine.add(QStringLiteral("http://h/m.part1.rar"));
         add(QStringLiteral("http://h/m.part1.rev"), DownloadStatus::stopped);
     }
-    QString layFile(const QString& name) { return shop.sandbox.write(QStringLiteral("Downloads/") + name, "abcdef"); }
-    QueueCommands& commands() { return shop.manager().commands(); }
-    ScriptedHttpClient::Exchange& server() { return shop.http.last(); }
+    QString layFile(const QString& name) { return engine.sandbox.write(QStringLiteral("Downloads/") + name, "abcdef"); }
+    QueueCommands& commands() { return engine.manager().commands(); }
+    ScriptedHttpClient::Exchange& server() { return engine.http.last(); }
 
     std::shared_ptr<ServiceLog> log = std::make_shared<ServiceLog>();
-    Workshop shop{fakeServices(log)};
+    EngineOnScript engine{fakeServices(log)};
     ItemPtr waiting;
     ItemPtr item;
 };

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "fixtures/EventLoop.h"
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -27,26 +27,26 @@ inline QJsonObject record(const QString& url, const QString& status, const QStri
             {QStringLiteral("extractionStatusType"), QStringLiteral("idle")}};
 }
 
-/// A workshop whose queue file holds these records.
+/// A engine whose queue file holds these records.
 class SavedQueue : public ::testing::Test
 {
 protected:
     void restoreFrom(const QByteArray& bytes)
     {
-        shop.flush();
-        shop.sandbox.write(queueFile, bytes);
-        shop.restart(true);
+        engine.flush();
+        engine.sandbox.write(queueFile, bytes);
+        engine.restart(true);
     }
     void restoreFrom(const QJsonArray& records) { restoreFrom(QJsonDocument(records).toJson()); }
-    [[nodiscard]] const DownloadItem& only() { return *shop.manager().items().at(0); }
+    [[nodiscard]] const DownloadItem& only() { return *engine.manager().items().at(0); }
     [[nodiscard]] QJsonArray saved()
     {
-        shop.manager().saveQueue();
-        shop.flush();
-        return QJsonDocument::fromJson(shop.sandbox.read(queueFile)).array();
+        engine.manager().saveQueue();
+        engine.flush();
+        return QJsonDocument::fromJson(engine.sandbox.read(queueFile)).array();
     }
 
-    Workshop shop;
+    EngineOnScript engine;
 };
 
 } // namespace vormel::fixtures

@@ -2,7 +2,7 @@
 
 #include "fixtures/EventLoop.h"
 #include "fixtures/FakeResolvers.h"
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 
 #include <gtest/gtest.h>
 
@@ -26,17 +26,17 @@ protected:
     }
     ItemPtr startFilestore()
     {
-        shop.manager().accounts().set({account(SupportedHost::filestore)});
-        const ItemPtr item = shop.add(filestoreLink);
+        engine.manager().accounts().set({account(SupportedHost::filestore)});
+        const ItemPtr item = engine.add(filestoreLink);
         // The name look-up of a fresh link asks the service too; it is answered and out of the way.
         resolveTo(0, QStringLiteral("https://cdn.example/none"));
-        shop.manager().commands().startAll();
+        engine.manager().commands().startAll();
         turnEventLoop();
         return item;
     }
 
     std::shared_ptr<ServiceLog> log = std::make_shared<ServiceLog>();
-    Workshop shop{fakeServices(log)};
+    EngineOnScript engine{fakeServices(log)};
 };
 
 } // namespace vormel::fixtures

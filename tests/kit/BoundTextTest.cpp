@@ -1,6 +1,6 @@
 #include "kit/BoundText.h"
 
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 
 #include <QLabel>
 
@@ -12,10 +12,10 @@ namespace {
 class BoundTextTest : public ::testing::Test
 {
 protected:
-    AppSettings& settings() { return m_workshop.settings(); }
+    AppSettings& settings() { return m_engine.settings(); }
 
 private:
-    fixtures::Workshop m_workshop;
+    fixtures::EngineOnScript m_engine;
 };
 
 TEST_F(BoundTextTest, IsThereAtOnceAndFollowsTheLanguage)

@@ -3,7 +3,7 @@
 #include "fixtures/EventLoop.h"
 #include "fixtures/QtTranslated.h"
 #include "fixtures/RealTools.h"
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 
 #include <QFileDialog>
 #include <QLineEdit>
@@ -29,7 +29,7 @@ protected:
     }
     void use(AppLanguage language)
     {
-        workshop.settings().language.set(language);
+        engine.settings().language.set(language);
         fixtures::turnEventLoop();
     }
     template <typename Field>
@@ -44,8 +44,8 @@ protected:
         return texts.join(u'|');
     }
 
-    fixtures::Workshop workshop;
-    QtTranslation translation{workshop.settings()};
+    fixtures::EngineOnScript engine;
+    QtTranslation translation{engine.settings()};
 };
 
 TEST_F(QtTranslationTest, MenusOfTextFieldsSpeakTheLanguageOfTheSettings)
@@ -86,7 +86,7 @@ TEST_F(QtTranslationTest, ADialogThatIsOpenFollows)
 TEST_F(QtTranslationTest, BeginsInTheStoredLanguageAndGoesWithItsOwner)
 {
     use(AppLanguage::italian);
-    fixtures::Workshop italian;
+    fixtures::EngineOnScript italian;
     italian.settings().language.set(AppLanguage::italian);
     use(AppLanguage::english);
     QLineEdit line;

@@ -71,7 +71,7 @@ std::vector<Setting<bool>*> plainFlags(AppSettings& settings)
             &settings.useCustomExtractionFolder};
 }
 
-TEST_F(AppSettingsTest, anEmptyStoreGivesTheDefaults)
+TEST_F(AppSettingsTest, AnEmptyStoreGivesTheDefaults)
 {
     EXPECT_TRUE(settings().autoExtract.value());
     EXPECT_TRUE(settings().cleanExtractedNames.value());
@@ -86,7 +86,7 @@ TEST_F(AppSettingsTest, anEmptyStoreGivesTheDefaults)
     EXPECT_TRUE(stored().isEmpty()) << "reading the defaults must not write them";
 }
 
-TEST_F(AppSettingsTest, aFlagThatIsOnByDefaultStaysOffAfterARestart)
+TEST_F(AppSettingsTest, AFlagThatIsOnByDefaultStaysOffAfterARestart)
 {
     settings().autoExtract.set(false);
     settings().cleanExtractedNames.set(false);
@@ -95,7 +95,7 @@ TEST_F(AppSettingsTest, aFlagThatIsOnByDefaultStaysOffAfterARestart)
     EXPECT_FALSE(settings().cleanExtractedNames.value());
 }
 
-TEST_F(AppSettingsTest, everySettingSurvivesARestart)
+TEST_F(AppSettingsTest, EverySettingSurvivesARestart)
 {
     for (Setting<bool>* flag : plainFlags(settings()))
         flag->set(true);
@@ -114,7 +114,7 @@ TEST_F(AppSettingsTest, everySettingSurvivesARestart)
     EXPECT_EQ(settings().language.value(), AppLanguage::italian);
 }
 
-TEST_F(AppSettingsTest, eachSettingIsStoredUnderItsKeyInItsType)
+TEST_F(AppSettingsTest, EachSettingIsStoredUnderItsKeyInItsType)
 {
     settings().autoExtract.set(false);
     settings().deleteArchiveAfterExtract.set(true);
@@ -147,7 +147,7 @@ TEST_F(AppSettingsTest, eachSettingIsStoredUnderItsKeyInItsType)
     EXPECT_EQ(stored(), expected);
 }
 
-TEST_F(AppSettingsTest, numbersAreTakenAsTheyStandAndNotClamped)
+TEST_F(AppSettingsTest, NumbersAreTakenAsTheyStandAndNotClamped)
 {
     restartWith(R"({"maxConcurrentDownloads": 0, "maxDownloadSpeedKBps": -5})");
     EXPECT_EQ(settings().maxConcurrentDownloads.value(), 0);
@@ -156,7 +156,7 @@ TEST_F(AppSettingsTest, numbersAreTakenAsTheyStandAndNotClamped)
     EXPECT_EQ(settings().maxConcurrentDownloads.value(), 1'000'000);
 }
 
-TEST_F(AppSettingsTest, onlyTheExactItalianNameGivesItalian)
+TEST_F(AppSettingsTest, OnlyTheExactItalianNameGivesItalian)
 {
     const std::vector<std::pair<QByteArray, AppLanguage>> rows = {{R"("Italiano")", AppLanguage::italian},
                                                                   {R"("English")", AppLanguage::english},
@@ -172,7 +172,7 @@ TEST_F(AppSettingsTest, onlyTheExactItalianNameGivesItalian)
     }
 }
 
-TEST_F(AppSettingsTest, aCustomExtractionFolderCountsEvenWhenItsPathIsEmpty)
+TEST_F(AppSettingsTest, ACustomExtractionFolderCountsEvenWhenItsPathIsEmpty)
 {
     settings().useCustomExtractionFolder.set(true);
     EXPECT_EQ(settings().effectiveExtractionFolder(), downloads);
@@ -181,7 +181,7 @@ TEST_F(AppSettingsTest, aCustomExtractionFolderCountsEvenWhenItsPathIsEmpty)
     EXPECT_EQ(*settings().effectiveExtractionFolder(), u"");
 }
 
-TEST_F(AppSettingsTest, theExtractionFolderIsKeptWhileItIsNotUsed)
+TEST_F(AppSettingsTest, TheExtractionFolderIsKeptWhileItIsNotUsed)
 {
     settings().extractionFolderPath.set(QStringLiteral("/data/out"));
     settings().useCustomExtractionFolder.set(true);
@@ -193,7 +193,7 @@ TEST_F(AppSettingsTest, theExtractionFolderIsKeptWhileItIsNotUsed)
     EXPECT_EQ(settings().effectiveExtractionFolder(), QStringLiteral("/data/out"));
 }
 
-TEST_F(AppSettingsTest, valuesOfTheWrongTypeGiveTheDefault)
+TEST_F(AppSettingsTest, ValuesOfTheWrongTypeGiveTheDefault)
 {
     for (const QByteArray value : {"\"no\"", "2", "0.5", "[]", "{}", "null"}) {
         restartWith("{\"autoExtract\": " + value + ", \"cleanExtractedNames\": " + value + "}");
@@ -212,13 +212,13 @@ TEST_F(AppSettingsTest, valuesOfTheWrongTypeGiveTheDefault)
     }
 }
 
-TEST_F(AppSettingsTest, anEmptyDownloadFolderIsNotTheRootOfTheDisk)
+TEST_F(AppSettingsTest, AnEmptyDownloadFolderIsNotTheRootOfTheDisk)
 {
     restartWith(R"({"downloadFolderPath": ""})");
     EXPECT_EQ(settings().downloadFolderPath.value(), downloads);
 }
 
-TEST_F(AppSettingsTest, settingTheSameValueAgainNotifiesAndWritesAgain)
+TEST_F(AppSettingsTest, SettingTheSameValueAgainNotifiesAndWritesAgain)
 {
     int changes = 0;
     QObject::connect(&settings(), &AppSettings::changed, &settings(), [&changes] { ++changes; });
@@ -231,7 +231,7 @@ TEST_F(AppSettingsTest, settingTheSameValueAgainNotifiesAndWritesAgain)
     EXPECT_EQ(stored().value(QStringLiteral("maxConcurrentDownloads")).toInt(), 3);
 }
 
-TEST_F(AppSettingsTest, theChangesThatOthersActOnAreToldApart)
+TEST_F(AppSettingsTest, TheChangesThatOthersActOnAreToldApart)
 {
     std::vector<bool> revs;
     int speeds = 0;
@@ -254,7 +254,7 @@ TEST_F(AppSettingsTest, theChangesThatOthersActOnAreToldApart)
     EXPECT_EQ(languages, 1);
 }
 
-TEST_F(AppSettingsTest, aValueIsAlreadyTheNewOneWhenItsChangeIsHeard)
+TEST_F(AppSettingsTest, AValueIsAlreadyTheNewOneWhenItsChangeIsHeard)
 {
     qint64 heard = 0;
     QObject::connect(&settings(), &AppSettings::changed, &settings(),
@@ -263,7 +263,7 @@ TEST_F(AppSettingsTest, aValueIsAlreadyTheNewOneWhenItsChangeIsHeard)
     EXPECT_EQ(heard, 9);
 }
 
-TEST_F(AppSettingsTest, unknownKeysAreKept)
+TEST_F(AppSettingsTest, UnknownKeysAreKept)
 {
     restartWith(R"({"fromANewerVersion": [1, 2]})");
     settings().autoExtract.set(true);

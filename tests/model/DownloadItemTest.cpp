@@ -1,6 +1,6 @@
 #include "model/DownloadItem.h"
 
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 
 #include <gtest/gtest.h>
 
@@ -16,13 +16,13 @@ DownloadItem itemOf(const char* url)
     return {fixtures::link(QString::fromUtf8(url)), ItemId::make()};
 }
 
-TEST(DownloadItem, isNamedByTheLastPathComponentOfItsLink)
+TEST(DownloadItem, IsNamedByTheLastPathComponentOfItsLink)
 {
     EXPECT_EQ(itemOf("http://a/x/the%20file.zip?q=1").filename(), u"the file.zip");
     EXPECT_EQ(itemOf("http://a/x/").filename(), u"x");
 }
 
-TEST(DownloadItem, isNamedDownloadWithoutAPathAndThatCountsAsNameless)
+TEST(DownloadItem, IsNamedDownloadWithoutAPathAndThatCountsAsNameless)
 {
     for (const char* url : {"http://a", "http://a/", "http://a/?f=x.zip"}) {
         EXPECT_EQ(itemOf(url).filename(), u"download") << url;
@@ -33,14 +33,14 @@ TEST(DownloadItem, isNamedDownloadWithoutAPathAndThatCountsAsNameless)
     EXPECT_FALSE(isNamelessFile(u"download.zip"));
 }
 
-TEST(DownloadItem, showsTheHostAsItWasPasted)
+TEST(DownloadItem, ShowsTheHostAsItWasPasted)
 {
     EXPECT_EQ(itemOf("http://u@Files.EXAMPLE:81/x").hostName(), u"Files.EXAMPLE");
     EXPECT_EQ(itemOf("http:///x").hostName(), u"unknown");
     EXPECT_EQ(itemOf("mailto:me").hostName(), u"unknown");
 }
 
-TEST(DownloadItem, beginsQueuedWithNothingKnown)
+TEST(DownloadItem, BeginsQueuedWithNothingKnown)
 {
     const DownloadItem item = itemOf("http://a/x");
     EXPECT_TRUE(item.status() == DownloadStatus::queued);
@@ -51,7 +51,7 @@ TEST(DownloadItem, beginsQueuedWithNothingKnown)
     EXPECT_EQ(item.totalBytes(), 0);
 }
 
-TEST(DownloadItem, writesItsSpeedOnlyWhileThereIsOne)
+TEST(DownloadItem, WritesItsSpeedOnlyWhileThereIsOne)
 {
     DownloadItem item = itemOf("http://a/x");
     EXPECT_EQ(item.speedText(), u"");
@@ -65,7 +65,7 @@ TEST(DownloadItem, writesItsSpeedOnlyWhileThereIsOne)
     EXPECT_EQ(item.speedText(), u"7.98 EB/s");
 }
 
-TEST(DownloadItem, writesItsSizeOnlyWhenItIsKnown)
+TEST(DownloadItem, WritesItsSizeOnlyWhenItIsKnown)
 {
     DownloadItem item = itemOf("http://a/x");
     EXPECT_EQ(item.sizeText(), u"");
@@ -117,7 +117,7 @@ std::vector<Change> changes()
     };
 }
 
-TEST(DownloadItem, tellsItsWatcherEachChangeOnceAndNoEqualOne)
+TEST(DownloadItem, TellsItsWatcherEachChangeOnceAndNoEqualOne)
 {
     DownloadItem item = itemOf("http://a/x");
     RecordingWatcher watcher;
@@ -131,7 +131,7 @@ TEST(DownloadItem, tellsItsWatcherEachChangeOnceAndNoEqualOne)
     }
 }
 
-TEST(DownloadItem, isAlreadyChangedWhenItsWatcherHears)
+TEST(DownloadItem, IsAlreadyChangedWhenItsWatcherHears)
 {
     DownloadItem item = itemOf("http://a/x");
     RecordingWatcher watcher;
@@ -140,7 +140,7 @@ TEST(DownloadItem, isAlreadyChangedWhenItsWatcherHears)
     EXPECT_EQ(watcher.names, std::vector{QStringLiteral("new")});
 }
 
-TEST(DownloadItem, tellsNobodyAfterTheWatchEnds)
+TEST(DownloadItem, TellsNobodyAfterTheWatchEnds)
 {
     DownloadItem item = itemOf("http://a/x");
     RecordingWatcher watcher;
@@ -150,7 +150,7 @@ TEST(DownloadItem, tellsNobodyAfterTheWatchEnds)
     EXPECT_TRUE(watcher.fields.empty());
 }
 
-TEST(ItemId, isWrittenInCapitalsWithoutBraces)
+TEST(ItemId, IsWrittenInCapitalsWithoutBraces)
 {
     const QUuid uuid(QStringLiteral("{01234567-89ab-cdef-0123-456789abcdef}"));
     EXPECT_EQ(ItemId(uuid).toString(), u"01234567-89AB-CDEF-0123-456789ABCDEF");
@@ -158,7 +158,7 @@ TEST(ItemId, isWrittenInCapitalsWithoutBraces)
     EXPECT_FALSE(ItemId::make() == ItemId::make());
 }
 
-TEST(DownloadItem, losesItsVerificationWithTheNextChangeOfEitherStatus)
+TEST(DownloadItem, LosesItsVerificationWithTheNextChangeOfEitherStatus)
 {
     DownloadItem item = itemOf("http://a/x");
     const VerificationResult sound{VerificationResult::sound};

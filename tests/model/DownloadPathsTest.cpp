@@ -17,31 +17,31 @@ namespace {
 
 const DownloadPaths paths(QStringLiteral("/d"));
 
-TEST(DownloadPaths, aFileOfNoSetLiesDirectlyInTheFolder)
+TEST(DownloadPaths, AFileOfNoSetLiesDirectlyInTheFolder)
 {
     EXPECT_EQ(paths.groupFolder(QStringLiteral("movie.rar")), u"/d");
     EXPECT_EQ(paths.finalFile(QStringLiteral("movie.rar")), u"/d/movie.rar");
 }
 
-TEST(DownloadPaths, theMembersOfASetShareAFolder)
+TEST(DownloadPaths, TheMembersOfASetShareAFolder)
 {
     EXPECT_EQ(paths.finalFile(QStringLiteral("The.Movie.part1.rar")), u"/d/The.Movie/The.Movie.part1.rar");
     EXPECT_EQ(paths.groupFolder(QStringLiteral("The.Movie.PART10.rev")), u"/d/The.Movie");
 }
 
-TEST(DownloadPaths, thePartFileStandsBesideTheFinalOneWithDownloadBehindItsName)
+TEST(DownloadPaths, ThePartFileStandsBesideTheFinalOneWithDownloadBehindItsName)
 {
     EXPECT_EQ(paths.partFile(QStringLiteral("movie.rar")), u"/d/movie.rar.download");
     EXPECT_EQ(paths.partFile(QStringLiteral("a.part1.rar")), u"/d/a/a.part1.rar.download");
 }
 
-TEST(DownloadPaths, aSetNamedLikeAParentFolderGetsAFolderOfItsOwn)
+TEST(DownloadPaths, ASetNamedLikeAParentFolderGetsAFolderOfItsOwn)
 {
     EXPECT_EQ(paths.groupFolder(QStringLiteral("...part1.rar")), u"/d/_");
     EXPECT_EQ(paths.groupFolder(QStringLiteral("..part1.rar")), u"/d/_");
 }
 
-TEST(DownloadPaths, aSetWithoutANameLiesDirectlyInTheFolder)
+TEST(DownloadPaths, ASetWithoutANameLiesDirectlyInTheFolder)
 {
     EXPECT_EQ(paths.groupFolder(QStringLiteral(".part1.rar")), u"/d");
     EXPECT_EQ(paths.finalFile(QStringLiteral(".part1.rar")), u"/d/.part1.rar");
@@ -85,7 +85,7 @@ std::vector<QString> hostileNames()
     return names;
 }
 
-TEST(DownloadPaths, noNameLeadsOutOfTheFolder)
+TEST(DownloadPaths, NoNameLeadsOutOfTheFolder)
 {
     const fixtures::Sandbox sandbox;
     for (const QString& name : hostileNames()) {
@@ -105,7 +105,7 @@ TEST(DownloadPaths, noNameLeadsOutOfTheFolder)
     }
 }
 
-TEST(DownloadPaths, theMembersOfASetWithAVeryLongNameKeepFilesOfTheirOwn)
+TEST(DownloadPaths, TheMembersOfASetWithAVeryLongNameKeepFilesOfTheirOwn)
 {
     const QString base(300, u'n');
     const QString first = paths.finalFile(base + QStringLiteral(".part1.rar"));
@@ -116,7 +116,7 @@ TEST(DownloadPaths, theMembersOfASetWithAVeryLongNameKeepFilesOfTheirOwn)
               paths.groupFolder(base + QStringLiteral(".part2.rar")));
 }
 
-TEST(DownloadPaths, theMembersOfASetKeepOneBaseHoweverMuchOfItMustGo)
+TEST(DownloadPaths, TheMembersOfASetKeepOneBaseHoweverMuchOfItMustGo)
 {
     for (const QString& character :
          {QStringLiteral("n"), QStringLiteral("è"), QStringLiteral("電"), QStringLiteral("🍺")}) {
@@ -140,7 +140,7 @@ TEST(DownloadPaths, theMembersOfASetKeepOneBaseHoweverMuchOfItMustGo)
     }
 }
 
-TEST(DownloadPaths, aPartNumberBeyondAllMeasureIsCutLikeAnyOtherName)
+TEST(DownloadPaths, APartNumberBeyondAllMeasureIsCutLikeAnyOtherName)
 {
     const QString name = QStringLiteral("a.part") + QString(300, u'0') + QStringLiteral("1.rar");
     EXPECT_LE(QFileInfo(paths.finalFile(name)).fileName().toUtf8().size(), 235);

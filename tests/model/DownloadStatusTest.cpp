@@ -7,28 +7,28 @@
 namespace vormel {
 namespace {
 
-TEST(DownloadStatus, twoFailedOnesAreEqualWithEqualMessagesOnly)
+TEST(DownloadStatus, TwoFailedOnesAreEqualWithEqualMessagesOnly)
 {
     EXPECT_EQ(DownloadStatus::failure(QStringLiteral("a")), DownloadStatus::failure(QStringLiteral("a")));
     EXPECT_NE(DownloadStatus::failure(QStringLiteral("a")), DownloadStatus::failure(QStringLiteral("b")));
     EXPECT_NE(ExtractionStatus::failure(QStringLiteral("a")), ExtractionStatus::failure(QStringLiteral("b")));
 }
 
-TEST(DownloadStatus, isComparedWithAKindWhateverItsMessage)
+TEST(DownloadStatus, IsComparedWithAKindWhateverItsMessage)
 {
     EXPECT_TRUE(DownloadStatus::failure(QStringLiteral("a")) == DownloadStatus::failed);
     EXPECT_FALSE(DownloadStatus::failure(QStringLiteral("a")) == DownloadStatus::stopped);
     EXPECT_TRUE(ExtractionStatus::failure(QStringLiteral("a")) == ExtractionStatus::failed);
 }
 
-TEST(DownloadStatus, beginsQueuedAndIdle)
+TEST(DownloadStatus, BeginsQueuedAndIdle)
 {
     EXPECT_TRUE(DownloadStatus() == DownloadStatus::queued);
     EXPECT_TRUE(ExtractionStatus() == ExtractionStatus::idle);
     EXPECT_EQ(DownloadStatus().message(), u"");
 }
 
-TEST(DownloadStatus, hasALabelInBothLanguages)
+TEST(DownloadStatus, HasALabelInBothLanguages)
 {
     struct Row
     {

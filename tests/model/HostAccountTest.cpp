@@ -10,7 +10,7 @@ HostAccount account(SupportedHost host, const QString& username, bool isEnabled 
     return {QUuid::createUuid(), host, username, isEnabled};
 }
 
-TEST(HostAccount, aHostIsStoredUnderOneNameAndShownUnderAnother)
+TEST(HostAccount, AHostIsStoredUnderOneNameAndShownUnderAnother)
 {
     EXPECT_EQ(rawValue(SupportedHost::filestore), u"filestore.example");
     EXPECT_EQ(displayName(SupportedHost::filestore), u"Filestore.example");
@@ -18,7 +18,7 @@ TEST(HostAccount, aHostIsStoredUnderOneNameAndShownUnderAnother)
     EXPECT_EQ(displayName(SupportedHost::terabytez), u"Terabytez");
 }
 
-TEST(HostAccount, onlyTheExactStoredNameGivesAHost)
+TEST(HostAccount, OnlyTheExactStoredNameGivesAHost)
 {
     EXPECT_EQ(supportedHostFromRawValue(u"filestore.example"), SupportedHost::filestore);
     EXPECT_EQ(supportedHostFromRawValue(u"terabytez-host.example"), SupportedHost::terabytez);
@@ -26,7 +26,7 @@ TEST(HostAccount, onlyTheExactStoredNameGivesAHost)
         EXPECT_EQ(supportedHostFromRawValue(value), std::nullopt) << value.toString().toStdString();
 }
 
-TEST(HostAccount, theFirstEnabledAccountOfTheHostIsUsed)
+TEST(HostAccount, TheFirstEnabledAccountOfTheHostIsUsed)
 {
     const std::vector<HostAccount> accounts = {account(SupportedHost::terabytez, QStringLiteral("other")),
                                                account(SupportedHost::filestore, QStringLiteral("off"), false),
@@ -35,7 +35,7 @@ TEST(HostAccount, theFirstEnabledAccountOfTheHostIsUsed)
     EXPECT_EQ(firstEnabledAccount(accounts, SupportedHost::filestore), &accounts[2]);
 }
 
-TEST(HostAccount, withoutAnEnabledAccountThereIsNone)
+TEST(HostAccount, WithoutAnEnabledAccountThereIsNone)
 {
     const std::vector<HostAccount> accounts = {account(SupportedHost::filestore, QStringLiteral("off"), false)};
     EXPECT_EQ(firstEnabledAccount(accounts, SupportedHost::filestore), nullptr);

@@ -1,7 +1,7 @@
 #include "model/HostGroups.h"
 
 #include "config/Services.h"
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 
 #include <gtest/gtest.h>
 
@@ -15,26 +15,26 @@ std::string labelOf(const char* url)
     return hostGroupLabel(fixtures::link(QString::fromUtf8(url))).toStdString();
 }
 
-TEST(HostGroups, aHostIsLabelledInSmallLettersWithoutWww)
+TEST(HostGroups, AHostIsLabelledInSmallLettersWithoutWww)
 {
     EXPECT_EQ(labelOf("http://Rapidgator.NET/x"), "rapidgator.net");
     EXPECT_EQ(labelOf("http://WWW.rapidgator.net:80/x"), "rapidgator.net");
 }
 
-TEST(HostGroups, wwwIsDroppedOnceAndOnlyAtTheStart)
+TEST(HostGroups, WwwIsDroppedOnceAndOnlyAtTheStart)
 {
     EXPECT_EQ(labelOf("http://dl.www.a.example/x"), "dl.www.a.example");
     EXPECT_EQ(labelOf("http://www.www.example/x"), "www.example");
     EXPECT_EQ(labelOf("http://www2.a.example/x"), "www2.a.example");
 }
 
-TEST(HostGroups, aLinkWithoutAHostIsUnknown)
+TEST(HostGroups, ALinkWithoutAHostIsUnknown)
 {
     EXPECT_EQ(labelOf("http:///x"), "unknown");
     EXPECT_EQ(plainHost(fixtures::link(QStringLiteral("mailto:me"))), u"unknown");
 }
 
-TEST(HostGroups, premiumHostsAreLabelledByTheirDisplayName)
+TEST(HostGroups, PremiumHostsAreLabelledByTheirDisplayName)
 {
     EXPECT_EQ(labelOf("http://www.terabytez.other/x"), "Terabytez");
     EXPECT_EQ(labelOf("http://TERABYTEZ-host.example/x"), "Terabytez");
@@ -43,12 +43,12 @@ TEST(HostGroups, premiumHostsAreLabelledByTheirDisplayName)
     EXPECT_EQ(labelOf("http://filestore.terabytez.example/x"), "Terabytez");
 }
 
-TEST(HostGroups, plainHostKeepsThePremiumHostsOwnName)
+TEST(HostGroups, PlainHostKeepsThePremiumHostsOwnName)
 {
     EXPECT_EQ(plainHost(fixtures::link(QStringLiteral("http://www.TERABYTEZ.example/x"))), u"terabytez.example");
 }
 
-TEST(HostGroups, ranksTerabytezThenFilestoreThenTheOthers)
+TEST(HostGroups, RanksTerabytezThenFilestoreThenTheOthers)
 {
     EXPECT_EQ(hostSortRank(u"Terabytez"), 0);
     EXPECT_EQ(hostSortRank(u"my TERABYTEZ"), 0);
@@ -57,7 +57,7 @@ TEST(HostGroups, ranksTerabytezThenFilestoreThenTheOthers)
     EXPECT_EQ(hostSortRank(u""), 2);
 }
 
-TEST(HostGroups, linksAreGroupedInTheirOrderAndGroupsSortedByRankThenName)
+TEST(HostGroups, LinksAreGroupedInTheirOrderAndGroupsSortedByRankThenName)
 {
     const auto link = [](const char* url) { return fixtures::link(QString::fromUtf8(url)); };
     const std::vector<Link> urls = {link("http://z.example/1"), link("http://filestore.example/2"),
@@ -71,7 +71,7 @@ TEST(HostGroups, linksAreGroupedInTheirOrderAndGroupsSortedByRankThenName)
     EXPECT_TRUE(groupURLsByHost({}).empty());
 }
 
-TEST(HostGroups, namesOfOneRankAreSortedLetterByLetter)
+TEST(HostGroups, NamesOfOneRankAreSortedLetterByLetter)
 {
     std::vector<PendingHostSelection::HostGroup> groups;
     for (const char* name : {"b", "a10", "B", "a9", "filestore", "Terabytez 2", "Filestore"})
@@ -83,7 +83,7 @@ TEST(HostGroups, namesOfOneRankAreSortedLetterByLetter)
     EXPECT_EQ(names, (std::vector<std::string>{"Terabytez 2", "Filestore", "filestore", "B", "a10", "a9", "b"}));
 }
 
-TEST(KnownFileHosts, areThePremiumOnesThenTenOthers)
+TEST(KnownFileHosts, AreThePremiumOnesThenTenOthers)
 {
     ASSERT_EQ(knownFileHostDomains.size(), 13U);
     EXPECT_EQ(knownFileHostDomains[0], QLatin1StringView("filestore.example"));

@@ -1,6 +1,6 @@
 #include "model/HostProfile.h"
 
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@
 namespace vormel {
 namespace {
 
-TEST(HostProfile, eachHostHasOneRowAndAKeyAndALabelOfItsOwn)
+TEST(HostProfile, EachHostHasOneRowAndAKeyAndALabelOfItsOwn)
 {
     for (const HostProfile& profile : hostProfiles()) {
         EXPECT_EQ(&profileOf(profile.host), &profile);
@@ -20,13 +20,13 @@ TEST(HostProfile, eachHostHasOneRowAndAKeyAndALabelOfItsOwn)
     }
 }
 
-TEST(HostProfile, theRowsStandInTheOrderOfTheirRank)
+TEST(HostProfile, TheRowsStandInTheOrderOfTheirRank)
 {
     EXPECT_TRUE(std::is_sorted(hostProfiles().begin(), hostProfiles().end(),
                                [](const HostProfile& a, const HostProfile& b) { return a.rank < b.rank; }));
 }
 
-TEST(HostProfile, namesOfTerabytezAreNotLookedUp)
+TEST(HostProfile, NamesOfTerabytezAreNotLookedUp)
 {
     const auto mayLookUp = [](const char* url) { return mayLookUpNames(fixtures::link(QString::fromUtf8(url))); };
     EXPECT_TRUE(mayLookUp("http://filestore.example/x"));

@@ -1,6 +1,6 @@
 #include "model/NormalizeURL.h"
 
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 
 #include <QElapsedTimer>
 
@@ -31,7 +31,7 @@ void expectKept(const std::vector<const char*>& urls)
         expectNormalized({{url, url}});
 }
 
-TEST(NormalizeURL, theEndOfASentenceIsLost)
+TEST(NormalizeURL, TheEndOfASentenceIsLost)
 {
     expectNormalized({{"http://a/x.zip.", "http://a/x.zip"},
                       {"http://a/x.zip...", "http://a/x.zip"},
@@ -42,29 +42,29 @@ TEST(NormalizeURL, theEndOfASentenceIsLost)
                       {"http://a/x_", "http://a/x"}});
 }
 
-TEST(NormalizeURL, aLetterANumberOrASlashAtTheEndStays)
+TEST(NormalizeURL, ALetterANumberOrASlashAtTheEndStays)
 {
     expectKept({"http://a/x", "http://a/x2", "http://a/x/", "http://a/x//", "http://a/", "HTTP://A.Example/X.ZIP"});
     expectNormalized({{"http://a/x/...", "http://a/x/"}, {"http://a/...", "http://a/"}});
 }
 
-TEST(NormalizeURL, anAddressWithoutAPathStaysAsItIs)
+TEST(NormalizeURL, AnAddressWithoutAPathStaysAsItIs)
 {
     expectKept({"http://a", "http://a.example.", "http://a?q=1.", "http://a#f."});
 }
 
-TEST(NormalizeURL, aPathOfNothingButPunctuationIsLostWhole)
+TEST(NormalizeURL, APathOfNothingButPunctuationIsLostWhole)
 {
     expectNormalized({{"x:...", "x:"}, {"x:..?q", "x:?q"}});
 }
 
-TEST(NormalizeURL, queryAndFragmentAreLeftAlone)
+TEST(NormalizeURL, QueryAndFragmentAreLeftAlone)
 {
     expectKept({"http://a/x?q=1.", "http://a/x#f...", "http://a/x?q=)#f)"});
     expectNormalized({{"http://a/x.?q=(1.)#f!", "http://a/x?q=(1.)#f!"}});
 }
 
-TEST(NormalizeURL, encodedPunctuationAtTheEndIsLostWithoutReencodingTheRest)
+TEST(NormalizeURL, EncodedPunctuationAtTheEndIsLostWithoutReencodingTheRest)
 {
     expectNormalized({{"http://a/x%22", "http://a/x"},
                       {"http://a/x%E2%80%9D", "http://a/x"},
@@ -74,12 +74,12 @@ TEST(NormalizeURL, encodedPunctuationAtTheEndIsLostWithoutReencodingTheRest)
                       {"http://a/x🍺", "http://a/x"}});
 }
 
-TEST(NormalizeURL, encodedLettersNumbersAndSlashesStay)
+TEST(NormalizeURL, EncodedLettersNumbersAndSlashesStay)
 {
     expectKept({"http://a/x%41", "http://a/%C3%A8", "http://a/x%2F", "http://a/%E6%97%A5%E6%9C%AC", "http://a/%D9%A3"});
 }
 
-TEST(NormalizeURL, lettersAndNumbersOfOtherScriptsStay)
+TEST(NormalizeURL, LettersAndNumbersOfOtherScriptsStay)
 {
     expectNormalized({{"http://a/日本", "http://a/%E6%97%A5%E6%9C%AC"},
                       {"http://a/Привет.", "http://a/%D0%9F%D1%80%D0%B8%D0%B2%D0%B5%D1%82"},
@@ -87,13 +87,13 @@ TEST(NormalizeURL, lettersAndNumbersOfOtherScriptsStay)
                       {"http://a/𝔘.", "http://a/%F0%9D%94%98"}});
 }
 
-TEST(NormalizeURL, whatIsNoEscapeIsReadAsItStands)
+TEST(NormalizeURL, WhatIsNoEscapeIsReadAsItStands)
 {
     expectKept({"http://a/x%zz", "http://a/x%4"});
     expectNormalized({{"http://a/x%", "http://a/x"}, {"http://a/x%FF", "http://a/x"}});
 }
 
-TEST(NormalizeURL, aSecondTimeChangesNothing)
+TEST(NormalizeURL, ASecondTimeChangesNothing)
 {
     for (const char* url : {"http://a/x%E2%80%9D).", "x:...", "http://a/%C3%A8%22?q."}) {
         const Link once = normalizeURL(fixtures::link(QString::fromUtf8(url)));
@@ -101,7 +101,7 @@ TEST(NormalizeURL, aSecondTimeChangesNothing)
     }
 }
 
-TEST(NormalizeURL, aLongTailIsLostAtOnce)
+TEST(NormalizeURL, ALongTailIsLostAtOnce)
 {
     QElapsedTimer timer;
     timer.start();

@@ -17,36 +17,36 @@ QString spaced(const char* name)
     return cleanedName(QString::fromUtf8(name), false, true);
 }
 
-TEST(ReleaseName, theCutFallsAtTheFirstTagAndKeepsTheYearBeforeIt)
+TEST(ReleaseName, TheCutFallsAtTheFirstTagAndKeepsTheYearBeforeIt)
 {
     EXPECT_EQ(cleaned("Some.Movie.2021.1080p.WEB-DL.x264-GROUP.mkv"), u"Some.Movie.2021.mkv");
 }
 
-TEST(ReleaseName, bothSettingsTogetherReadLikeATitle)
+TEST(ReleaseName, BothSettingsTogetherReadLikeATitle)
 {
     EXPECT_EQ(cleanedName(QStringLiteral("Some.Movie.2021.1080p.WEB-DL.x264-GROUP.mkv"), true, true),
               u"Some Movie 2021.mkv");
 }
 
-TEST(ReleaseName, fullStopsAndUnderscoresBecomeSingleBlanks)
+TEST(ReleaseName, FullStopsAndUnderscoresBecomeSingleBlanks)
 {
     EXPECT_EQ(spaced("a.b_c..d.mkv"), u"a b c d.mkv");
     EXPECT_EQ(spaced("\ta._. b-c.mkv"), u"a b-c.mkv");
 }
 
-TEST(ReleaseName, aTagAtTheVeryStartStays)
+TEST(ReleaseName, ATagAtTheVeryStartStays)
 {
     EXPECT_EQ(cleaned("1080p.mkv"), u"1080p.mkv");
 }
 
-TEST(ReleaseName, aNameOfWhichNothingWouldBeLeftStays)
+TEST(ReleaseName, ANameOfWhichNothingWouldBeLeftStays)
 {
     EXPECT_EQ(cleaned("..._.mkv"), u"..._.mkv");
     EXPECT_EQ(spaced("..._.mkv"), u"..._.mkv");
     EXPECT_EQ(cleaned("-1080p-.mkv"), u"-1080p-.mkv");
 }
 
-TEST(ReleaseName, anyTagBetweenSeparatorsCutsAlsoCommonWords)
+TEST(ReleaseName, AnyTagBetweenSeparatorsCutsAlsoCommonWords)
 {
     EXPECT_EQ(cleaned("Multi.Track.Drifting.mkv"), u"Multi.Track.Drifting.mkv");
     EXPECT_EQ(cleaned("The.Multi.Show.mkv"), u"The.mkv");
@@ -54,24 +54,24 @@ TEST(ReleaseName, anyTagBetweenSeparatorsCutsAlsoCommonWords)
     EXPECT_EQ(cleaned("Propertius.Engine.mkv"), u"Propertius.Engine.mkv");
 }
 
-TEST(ReleaseName, aNameWithoutExtensionAndTagIsOnlyTrimmed)
+TEST(ReleaseName, ANameWithoutExtensionAndTagIsOnlyTrimmed)
 {
     EXPECT_EQ(cleaned("_- a b -_"), u"a b");
     EXPECT_EQ(cleanedName(QStringLiteral("_name_"), false, false), u"name");
 }
 
-TEST(ReleaseName, theExtensionKeepsItsCase)
+TEST(ReleaseName, TheExtensionKeepsItsCase)
 {
     EXPECT_EQ(cleaned("Film.720P.MKV"), u"Film.MKV");
 }
 
-TEST(ReleaseName, aTagMayEndTheStem)
+TEST(ReleaseName, ATagMayEndTheStem)
 {
     EXPECT_EQ(stripReleaseTags(QStringLiteral("Film - HDR")), u"Film");
     EXPECT_EQ(stripReleaseTags(QStringLiteral("Film-hdr10+")), u"Film");
 }
 
-TEST(ReleaseName, aStemWithoutATagComesBackUntouched)
+TEST(ReleaseName, AStemWithoutATagComesBackUntouched)
 {
     EXPECT_EQ(stripReleaseTags(QStringLiteral("-Film-")), u"-Film-");
 }
@@ -79,7 +79,7 @@ TEST(ReleaseName, aStemWithoutATagComesBackUntouched)
 class ReleaseTag : public ::testing::TestWithParam<const char*>
 {};
 
-TEST_P(ReleaseTag, cutsTheName)
+TEST_P(ReleaseTag, CutsTheName)
 {
     EXPECT_EQ(stripReleaseTags(QStringLiteral("Film.%1.rest").arg(QString::fromUtf8(GetParam()))), u"Film");
 }
@@ -93,7 +93,7 @@ INSTANTIATE_TEST_SUITE_P(ReleaseName, ReleaseTag,
                                            "truehd", "multi", "multisub", "sub", "subs", "ita", "eng", "vostfr", "vf",
                                            "repack", "proper", "imax", "amzn", "nf", "dsnp", "atvp", "hmax"));
 
-TEST(ReleaseName, aHostileNameOfAMegabyteIsCleanedInTime)
+TEST(ReleaseName, AHostileNameOfAMegabyteIsCleanedInTime)
 {
     constexpr qsizetype size = 1024 * 1024;
     for (const QString& piece :

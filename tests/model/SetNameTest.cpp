@@ -7,7 +7,7 @@
 namespace vormel {
 namespace {
 
-TEST(SetName, membersEndInAPartNumberAndRarOrRevInAnyLetterCase)
+TEST(SetName, MembersEndInAPartNumberAndRarOrRevInAnyLetterCase)
 {
     for (const QString& name :
          {QStringLiteral("a.part1.rar"), QStringLiteral("a.part01.RAR"), QStringLiteral("a.PART0012.Rar"),
@@ -15,7 +15,7 @@ TEST(SetName, membersEndInAPartNumberAndRarOrRevInAnyLetterCase)
         EXPECT_TRUE(isSetMember(name)) << name.toStdString();
 }
 
-TEST(SetName, otherNamesAreNoMembers)
+TEST(SetName, OtherNamesAreNoMembers)
 {
     for (const QString& name :
          {QStringLiteral("movie.rar"), QStringLiteral("movie.rev"), QStringLiteral("a.part.rar"),
@@ -24,26 +24,26 @@ TEST(SetName, otherNamesAreNoMembers)
         EXPECT_FALSE(isSetMember(name)) << name.toStdString();
 }
 
-TEST(SetName, theBaseNameIsTheRestInItsOwnLetterCase)
+TEST(SetName, TheBaseNameIsTheRestInItsOwnLetterCase)
 {
     EXPECT_EQ(setBaseName(QStringLiteral("The.Movie.PART01.rar")), u"The.Movie");
     EXPECT_EQ(setBaseName(QStringLiteral("x.part1.part2.rev")), u"x.part1");
     EXPECT_EQ(setBaseName(QStringLiteral(".part1.rar")), u"");
 }
 
-TEST(SetName, allMembersOfASetHaveOneBaseName)
+TEST(SetName, AllMembersOfASetHaveOneBaseName)
 {
     EXPECT_EQ(setBaseName(QStringLiteral("a.part1.rar")), setBaseName(QStringLiteral("a.PART10.REV")));
     EXPECT_NE(setBaseName(QStringLiteral("a.part1.rar")), setBaseName(QStringLiteral("A.part1.rar")));
 }
 
-TEST(SetName, aNameThatIsNoMembersIsItsOwnBaseName)
+TEST(SetName, ANameThatIsNoMembersIsItsOwnBaseName)
 {
     EXPECT_EQ(setBaseName(QStringLiteral("movie.rar")), u"movie.rar");
     EXPECT_EQ(setBaseName(QStringLiteral("a.part1.zip")), u"a.part1.zip");
 }
 
-TEST(SetName, recoveryVolumesEndInRevInAnyLetterCase)
+TEST(SetName, RecoveryVolumesEndInRevInAnyLetterCase)
 {
     EXPECT_TRUE(isRevName(u"a.part1.rev"));
     EXPECT_TRUE(isRevName(u"a.REV"));

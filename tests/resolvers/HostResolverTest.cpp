@@ -1,7 +1,8 @@
 #include "resolvers/HostResolver.h"
 
-#include "fixtures/Workshop.h"
-#include "resolvers/FakeResolvers.h"
+#include "fixtures/EngineOnScript.h"
+#include "fixtures/EventLoop.h"
+#include "fixtures/FakeResolvers.h"
 
 #include <qcoro/qcorotask.h>
 
@@ -12,40 +13,59 @@ namespace {
 
 using fixtures::link;
 
-std::optional<QString> fetchedName(const QString& address, const std::optional<QString>& given)
+/// What a look-up ends with.
+struct Fetched
 {
-    const FakeHostResolver resolver(SupportedHost::filestore, ResolvedDownload{link(address), given});
-    return QCoro::waitFor(resolver.fetchFilename(link(QStringLiteral("http://filestore.example/abc")), HostAccount()));
-}
+    std::optional<QString> name;
+    std::optional<ResolverError::Kind> error;
+};
 
-QCoro::Task<std::optional<ResolverError::Kind>> errorOfFetch(const HostResolver& resolver)
+QCoro::Task<> fetch(const HostResolver& resolver, Fetched& fetched)
 {
     try {
-        co_await resolver.fetchFilename(link(QStringLiteral("http://filestore.example/abc")), HostAccount());
+        fetched.name = co_await resolver.fetchFilename(link(QStringLiteral("http://filestore.example/abc")), {});
     } catch (const ResolverError& error) {
-        co_return error.kind();
+        fetched.error = error.kind();
     }
-    co_return std::nullopt;
 }
 
-TEST(HostResolver, theNameIsTheLastPathComponentOfTheDownloadAddress)
+/// The host answers as the test says.
+Fetched fetched(const std::function<void(const fixtures::ResolveCall&)>& answer)
+{
+    const auto log = std::make_shared<fixtures::ServiceLog>();
+    const fixtures::FakeHostResolver resolver(SupportedHost::filestore, log);
+    Fetched result;
+    const QCoro::Task<> task = fetch(resolver, result);
+    answer(log->resolves.front());
+    fixtures::turnEventLoop();
+    return result;
+}
+
+std::optional<QString> fetchedName(const QString& address, const std::optional<QString>& given)
+{
+    return fetched([&](const fixtures::ResolveCall& call) { answerWithAddress(call, address, given); }).name;
+}
+
+TEST(HostResolver, TheNameIsTheLastPathComponentOfTheDownloadAddress)
 {
     EXPECT_EQ(fetchedName(QStringLiteral("http://cdn.example/d/the%20file.rar?t=1.2"), QStringLiteral("other.zip")),
               u"the file.rar");
     EXPECT_EQ(fetchedName(QStringLiteral("http://cdn.example/file.rar/"), std::nullopt), u"file.rar");
 }
 
-TEST(HostResolver, anAddressWithoutAFullStopInItsLastComponentLeavesTheGivenName)
+TEST(HostResolver, AnAddressWithoutAFullStopInItsLastComponentLeavesTheGivenName)
 {
     EXPECT_EQ(fetchedName(QStringLiteral("http://cdn.example/v1.0/token"), QStringLiteral("other.zip")), u"other.zip");
     EXPECT_EQ(fetchedName(QStringLiteral("http://cdn.example/"), QStringLiteral("other")), u"other");
     EXPECT_EQ(fetchedName(QStringLiteral("http://cdn.example/token"), std::nullopt), std::nullopt);
 }
 
-TEST(HostResolver, aLinkThatDoesNotResolveHasNoNameEither)
+TEST(HostResolver, ALinkThatDoesNotResolveHasNoNameEither)
 {
-    const FakeHostResolver resolver(SupportedHost::filestore);
-    EXPECT_EQ(QCoro::waitFor(errorOfFetch(resolver)), ResolverError::Kind::linkNotFound);
+    const Fetched none = fetched(
+        [](const fixtures::ResolveCall& call) { call.answer->deliver(ResolverError::linkNotFound()); });
+    EXPECT_EQ(none.name, std::nullopt);
+    EXPECT_EQ(none.error, ResolverError::Kind::linkNotFound);
 }
 
 } // namespace

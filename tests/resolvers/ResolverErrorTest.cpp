@@ -20,7 +20,7 @@ void expectTexts(const std::vector<Row>& rows)
     }
 }
 
-TEST(ResolverError, eachReasonHasItsMessage)
+TEST(ResolverError, EachReasonHasItsMessage)
 {
     const ResolverError noAccount = ResolverError::noAccountConfigured(QStringLiteral("Terabytez"));
     const ResolverError login = ResolverError::loginRequired(SupportedHost::terabytez);
@@ -36,7 +36,7 @@ TEST(ResolverError, eachReasonHasItsMessage)
                  {unsupported.errorDescription(), unsupported.what(), "Unsupported host"}});
 }
 
-TEST(ResolverError, eachReasonCanBeToldFromTheOthers)
+TEST(ResolverError, EachReasonCanBeToldFromTheOthers)
 {
     using Kind = ResolverError::Kind;
     EXPECT_EQ(ResolverError::noAccountConfigured({}).kind(), Kind::noAccountConfigured);
@@ -47,7 +47,7 @@ TEST(ResolverError, eachReasonCanBeToldFromTheOthers)
     EXPECT_EQ(ResolverError::unsupportedHost().kind(), Kind::unsupportedHost);
 }
 
-TEST(ResolverError, aRequiredLoginNamesItsHostByItsLabel)
+TEST(ResolverError, ARequiredLoginNamesItsHostByItsLabel)
 {
     const ResolverError error = ResolverError::loginRequired(SupportedHost::filestore);
     EXPECT_EQ(error.host(), SupportedHost::filestore);
@@ -55,7 +55,7 @@ TEST(ResolverError, aRequiredLoginNamesItsHostByItsLabel)
     EXPECT_EQ(ResolverError::loginRequired(SupportedHost::terabytez).host(), SupportedHost::terabytez);
 }
 
-TEST(ResolverError, theMessageOutlivesACatchByTheCommonBase)
+TEST(ResolverError, TheMessageOutlivesACatchByTheCommonBase)
 {
     try {
         throw ResolverError::networkError(QStringLiteral("caffè"));
@@ -64,7 +64,7 @@ TEST(ResolverError, theMessageOutlivesACatchByTheCommonBase)
     }
 }
 
-TEST(ContainerError, eachReasonHasItsMessage)
+TEST(ContainerError, EachReasonHasItsMessage)
 {
     const ContainerError network = ContainerError::networkError(QStringLiteral("timed out"));
     const ContainerError empty = ContainerError::noLinksFound();
@@ -76,7 +76,7 @@ TEST(ContainerError, eachReasonHasItsMessage)
                  {captcha.errorDescription(), captcha.what(), "CAPTCHA required — solve it in the browser window"}});
 }
 
-TEST(ContainerError, eachReasonCanBeToldFromTheOthers)
+TEST(ContainerError, EachReasonCanBeToldFromTheOthers)
 {
     using Kind = ContainerError::Kind;
     EXPECT_EQ(ContainerError::networkError({}).kind(), Kind::networkError);

@@ -1,8 +1,8 @@
 #include "resolvers/ResolverTables.h"
 
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
+#include "fixtures/FakeResolvers.h"
 #include "model/HostGroups.h"
-#include "resolvers/FakeResolvers.h"
 
 #include <gtest/gtest.h>
 
@@ -11,16 +11,9 @@ namespace {
 
 using fixtures::link;
 
-/// Both premium hosts, Filestore first, and one container service for each of the texts.
 ResolverTables tables(const QStringList& containers = {})
 {
-    std::vector<std::unique_ptr<HostResolver>> hosts;
-    hosts.push_back(std::make_unique<FakeHostResolver>(SupportedHost::filestore));
-    hosts.push_back(std::make_unique<FakeHostResolver>(SupportedHost::terabytez));
-    std::vector<std::unique_ptr<ContainerResolver>> services;
-    for (const QString& claimed : containers)
-        services.push_back(std::make_unique<FakeContainerResolver>(claimed));
-    return {std::move(hosts), std::move(services)};
+    return fixtures::fakeServices(std::make_shared<fixtures::ServiceLog>(), containers);
 }
 
 std::optional<SupportedHost> hostFor(const QString& url)
@@ -30,7 +23,7 @@ std::optional<SupportedHost> hostFor(const QString& url)
     return resolver ? std::optional(resolver->supportedHost()) : std::nullopt;
 }
 
-TEST(ResolverTables, premiumHostsAreKnownByTheirDomainInAnyLetterCaseAndBelowAnySubdomain)
+TEST(ResolverTables, PremiumHostsAreKnownByTheirDomainInAnyLetterCaseAndBelowAnySubdomain)
 {
     for (const QString& url :
          {QStringLiteral("http://filestore.example/x"), QStringLiteral("https://WWW.FileStore.Example:8443/x"),
@@ -41,7 +34,7 @@ TEST(ResolverTables, premiumHostsAreKnownByTheirDomainInAnyLetterCaseAndBelowAny
         EXPECT_EQ(hostFor(url), SupportedHost::terabytez) << url.toStdString();
 }
 
-TEST(ResolverTables, aHostWithoutAResolverIsADirectLink)
+TEST(ResolverTables, AHostWithoutAResolverIsADirectLink)
 {
     for (const QString& url :
          {QStringLiteral("http://cdn.example/filestore.example/x"), QStringLiteral("http://filestore.other/x"),
@@ -51,14 +44,14 @@ TEST(ResolverTables, aHostWithoutAResolverIsADirectLink)
     EXPECT_EQ(ResolverTables().hostResolverForURL(link(QStringLiteral("http://filestore.example/x"))), nullptr);
 }
 
-TEST(ResolverTables, aHostOfBothNamesResolvesAtTheFirstButIsGroupedAsTerabytez)
+TEST(ResolverTables, AHostOfBothNamesResolvesAtTheFirstButIsGroupedAsTerabytez)
 {
     const QString both = QStringLiteral("http://terabytez.filestore.example/x");
     EXPECT_EQ(hostFor(both), SupportedHost::filestore);
     EXPECT_EQ(hostGroupLabel(link(both)), u"Terabytez");
 }
 
-TEST(ResolverTables, theFirstContainerServiceThatClaimsALinkGetsIt)
+TEST(ResolverTables, TheFirstContainerServiceThatClaimsALinkGetsIt)
 {
     const ResolverTables all = tables({QStringLiteral("/a/"), QStringLiteral("/b/"), QStringLiteral("http")});
     EXPECT_EQ(all.containerResolverForURL(link(QStringLiteral("http://x.example/b/a/c")))->name(), u"/a/");
@@ -66,7 +59,7 @@ TEST(ResolverTables, theFirstContainerServiceThatClaimsALinkGetsIt)
     EXPECT_EQ(all.containerResolverForURL(link(QStringLiteral("http://x.example/c")))->name(), u"http");
 }
 
-TEST(ResolverTables, aLinkThatNoContainerServiceClaimsIsNoContainer)
+TEST(ResolverTables, ALinkThatNoContainerServiceClaimsIsNoContainer)
 {
     EXPECT_EQ(tables({QStringLiteral("/a/")}).containerResolverForURL(link(QStringLiteral("http://x.example/b/"))),
               nullptr);

@@ -120,9 +120,9 @@ void extraction(Stage& stage)
     items[1]->setExtractionStatus(ExtractionStatus::extracting);
     items[1]->setExtractionProgress(0.37);
     items[3]->setExtractionStatus(ExtractionStatus::repairing);
-    items[3]->setExtractionStartedAt(stage.workshop.clock.wallNow() - std::chrono::seconds(73));
+    items[3]->setExtractionStartedAt(stage.engine.clock.wallNow() - std::chrono::seconds(73));
     items[5]->setExtractionStatus(ExtractionStatus::extracting);
-    items[5]->setExtractionStartedAt(stage.workshop.clock.wallNow() - std::chrono::seconds(8));
+    items[5]->setExtractionStartedAt(stage.engine.clock.wallNow() - std::chrono::seconds(8));
     items[6]->setExtractionStatus(ExtractionStatus::extracting);
     items[6]->setAwaitsExtractionTurn(true);
     items[7]->setVerification({VerificationResult::fetchedAgain, 2});
@@ -141,7 +141,7 @@ void banner(Stage& stage)
 {
     fill(stage);
     for (const char* tool : {"unrar", "7zz"})
-        stage.workshop.tools.remove(QString::fromLatin1(tool));
+        stage.engine.tools.remove(QString::fromLatin1(tool));
     stage.desktop.tools.look();
 }
 
@@ -196,7 +196,7 @@ void chooser(Stage& stage)
 void hostQuestion(Stage& stage)
 {
     fill(stage);
-    stage.workshop.manager().addURLs({fixtures::link(QStringLiteral("https://container.example/c/1"))}, std::nullopt);
+    stage.engine.manager().addURLs({fixtures::link(QStringLiteral("https://container.example/c/1"))}, std::nullopt);
     stage.settle();
     const std::variant<std::vector<Link>, ContainerError> links =
         std::vector{fixtures::link(QStringLiteral("http://terabytez.example/1")),

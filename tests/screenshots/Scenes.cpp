@@ -18,7 +18,7 @@ void password(Stage& stage, bool wasWrong)
     const PendingExtractionPassword question{
         ItemId::make(),
         QStringLiteral("The.Lighthouse.Keeper.2024.Extended.Edition.1080p.BluRay.x264-SHORE.part01.rar"), wasWrong};
-    auto* sheet = new ArchivePasswordSheetView(question, stage.workshop.settings(), &stage.window);
+    auto* sheet = new ArchivePasswordSheetView(question, stage.engine.settings(), &stage.window);
     sheet->open();
 }
 
@@ -33,7 +33,7 @@ void settings(Stage& stage, double place)
 void showMissing(Stage& stage)
 {
     for (const char* tool : {"unrar", "rar", "7zz"})
-        stage.workshop.tools.remove(QString::fromLatin1(tool));
+        stage.engine.tools.remove(QString::fromLatin1(tool));
     stage.desktop.tools.look();
     settings(stage, 1);
 }
@@ -75,8 +75,8 @@ std::vector<Scene> allScenes()
         {"settings-top", [](Stage& stage) { settings(stage, 0); }},
         {"settings-middle",
          [](Stage& stage) {
-             stage.workshop.settings().deleteArchiveAfterExtract.set(true);
-             stage.workshop.settings().useCustomExtractionFolder.set(true);
+             stage.engine.settings().deleteArchiveAfterExtract.set(true);
+             stage.engine.settings().useCustomExtractionFolder.set(true);
              settings(stage, 0.5);
          }},
         {"settings-bottom", [](Stage& stage) { settings(stage, 1); }},

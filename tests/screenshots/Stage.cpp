@@ -11,12 +11,12 @@ namespace vormel::screenshots {
 Stage::Stage(AppLanguage language, QSize size)
 {
     for (const char* tool : {"unzip", "unrar", "rar", "7zz"})
-        workshop.tools.add(QString::fromLatin1(tool));
+        engine.tools.add(QString::fromLatin1(tool));
     desktop.tools.look();
     desktop.managers.manager = PackageManager::apt;
-    workshop.settings().language.set(language);
-    workshop.settings().downloadFolderPath.set(QStringLiteral("/home/anna/Downloads"));
-    workshop.settings().extractionFolderPath.set(QStringLiteral("/home/anna/Videos/Films and series/To be sorted"));
+    engine.settings().language.set(language);
+    engine.settings().downloadFolderPath.set(QStringLiteral("/home/anna/Downloads"));
+    engine.settings().extractionFolderPath.set(QStringLiteral("/home/anna/Videos/Films and series/To be sorted"));
     window.resize(size);
     window.show();
     settle();
@@ -35,7 +35,7 @@ std::vector<ItemPtr> Stage::add(const QStringList& names)
     QStringList urls;
     for (const QString& name : names)
         urls << QStringLiteral("https://files.example/") + QString::fromLatin1(QUrl::toPercentEncoding(name));
-    return workshop.add(urls);
+    return engine.add(urls);
 }
 
 QPixmap Stage::picture()

@@ -28,8 +28,8 @@ public:
     void settle();
 
     std::shared_ptr<fixtures::ServiceLog> log = std::make_shared<fixtures::ServiceLog>();
-    fixtures::Workshop workshop{fixtures::fakeServices(log)};
-    fixtures::FakeDesktop desktop{workshop};
+    fixtures::EngineOnScript engine{fixtures::fakeServices(log)};
+    fixtures::FakeDesktop desktop{engine};
     fixtures::FakeUpdater updater;
     MainWindow window{desktop.ports(), updater};
 };

@@ -10,7 +10,7 @@ using Outcome = BoundedRegex::Outcome;
 /// Long enough that the compiled form of the patterns below runs out of its stack.
 constexpr qsizetype longText = 120 * 1024;
 
-TEST(BoundedRegex, aMatchIsFoundWithItsGroups)
+TEST(BoundedRegex, AMatchIsFoundWithItsGroups)
 {
     const BoundedRegex regex(QStringLiteral("part(\\d+)"));
     const BoundedRegex::Result found = regex.search(QStringLiteral("name.part12.rar"));
@@ -19,21 +19,21 @@ TEST(BoundedRegex, aMatchIsFoundWithItsGroups)
     EXPECT_EQ(found.match.captured(1), u"12");
 }
 
-TEST(BoundedRegex, noMatchIsTold)
+TEST(BoundedRegex, NoMatchIsTold)
 {
     const BoundedRegex::Result found = BoundedRegex(QStringLiteral("part(\\d+)")).search(QStringLiteral("name.rar"));
     EXPECT_EQ(found.outcome, Outcome::none);
     EXPECT_FALSE(found);
 }
 
-TEST(BoundedRegex, optionsApply)
+TEST(BoundedRegex, OptionsApply)
 {
     const QString text = QStringLiteral("PART1");
     EXPECT_FALSE(BoundedRegex(QStringLiteral("part\\d")).search(text));
     EXPECT_TRUE(BoundedRegex(QStringLiteral("part\\d"), QRegularExpression::CaseInsensitiveOption).search(text));
 }
 
-TEST(BoundedRegex, aSearchBeyondItsBoundsIsAnErrorAndNotAnAnswer)
+TEST(BoundedRegex, ASearchBeyondItsBoundsIsAnErrorAndNotAnAnswer)
 {
     const BoundedRegex regex(QStringLiteral("^(?:a|a)*$"));
     const BoundedRegex::Result found = regex.search(QString(40, u'a') + u'b');
@@ -41,7 +41,7 @@ TEST(BoundedRegex, aSearchBeyondItsBoundsIsAnErrorAndNotAnAnswer)
     EXPECT_FALSE(found);
 }
 
-TEST(BoundedRegex, aLongTextThatTheCompiledFormGivesUpOnIsStillJudgedRightly)
+TEST(BoundedRegex, ALongTextThatTheCompiledFormGivesUpOnIsStillJudgedRightly)
 {
     const QString pattern = QStringLiteral("^(?:(a)|b)*c$");
     const QString matching = QString(longText, u'a') + u'c';
@@ -55,7 +55,7 @@ TEST(BoundedRegex, aLongTextThatTheCompiledFormGivesUpOnIsStillJudgedRightly)
     EXPECT_EQ(regex.search(other).outcome, Outcome::none);
 }
 
-TEST(BoundedRegex, aHundredAndTenKilobytesOfPageAreJudgedRightly)
+TEST(BoundedRegex, AHundredAndTenKilobytesOfPageAreJudgedRightly)
 {
     const BoundedRegex regex(QStringLiteral("<a(?:[^>]|\\n)*href=\"([^\"]+)\""));
     const QString page =
@@ -64,19 +64,19 @@ TEST(BoundedRegex, aHundredAndTenKilobytesOfPageAreJudgedRightly)
     EXPECT_EQ(regex.search(page).match.captured(1), u"http://a/b");
 }
 
-TEST(BoundedRegex, onlyTheFirstMatchIsRemoved)
+TEST(BoundedRegex, OnlyTheFirstMatchIsRemoved)
 {
     const BoundedRegex regex(QStringLiteral("\\d+"));
     EXPECT_EQ(regex.removedFrom(QStringLiteral("a12b34")), u"ab34");
     EXPECT_EQ(regex.removedFrom(QStringLiteral("12")), u"");
 }
 
-TEST(BoundedRegex, nothingIsRemovedWithoutAMatch)
+TEST(BoundedRegex, NothingIsRemovedWithoutAMatch)
 {
     EXPECT_EQ(BoundedRegex(QStringLiteral("\\d+")).removedFrom(QStringLiteral("abc")), u"abc");
 }
 
-TEST(BoundedRegex, allMatchesAreFoundFromLeftToRight)
+TEST(BoundedRegex, AllMatchesAreFoundFromLeftToRight)
 {
     QStringList found;
     for (const QRegularExpressionMatch& match :
@@ -86,13 +86,13 @@ TEST(BoundedRegex, allMatchesAreFoundFromLeftToRight)
     EXPECT_TRUE(BoundedRegex(QStringLiteral("x")).all(QStringLiteral("abc")).empty());
 }
 
-TEST(BoundedRegex, emptyMatchesComeToAnEnd)
+TEST(BoundedRegex, EmptyMatchesComeToAnEnd)
 {
     EXPECT_EQ(BoundedRegex(QStringLiteral("b*")).all(QStringLiteral("abba")).size(), 4U);
     EXPECT_EQ(BoundedRegex(QString()).all(QString()).size(), 1U);
 }
 
-TEST(BoundedRegex, halfAListIsNone)
+TEST(BoundedRegex, HalfAListIsNone)
 {
     const BoundedRegex regex(QStringLiteral("x|y(?:a|a)*$"));
     EXPECT_TRUE(regex.all(QStringLiteral("x y") + QString(40, u'a') + QStringLiteral("b x")).empty());

@@ -25,7 +25,7 @@ void expectTexts(const std::vector<Row>& rows)
         EXPECT_EQ(byteCountText(row.bytes).toStdString(), row.text) << row.bytes;
 }
 
-TEST(ByteCount, countsBelowAKilobyteAreWrittenInBytes)
+TEST(ByteCount, CountsBelowAKilobyteAreWrittenInBytes)
 {
     expectTexts({{0, "Zero KB"},
                  {1, "1 byte"},
@@ -35,18 +35,18 @@ TEST(ByteCount, countsBelowAKilobyteAreWrittenInBytes)
                  {1023, "1,023 bytes"}});
 }
 
-TEST(ByteCount, kilobytesHaveNoDecimals)
+TEST(ByteCount, KilobytesHaveNoDecimals)
 {
     expectTexts(
         {{kib, "1 KB"}, {kib + 511, "1 KB"}, {kib + 512, "2 KB"}, {1000 * kib, "1,000 KB"}, {1023 * kib, "1,023 KB"}});
 }
 
-TEST(ByteCount, megabytesHaveAtMostOneDecimal)
+TEST(ByteCount, MegabytesHaveAtMostOneDecimal)
 {
     expectTexts({{mib, "1 MB"}, {mib + mib / 2, "1.5 MB"}, {12 * mib + mib / 3, "12.3 MB"}, {1000 * mib, "1,000 MB"}});
 }
 
-TEST(ByteCount, gigabytesAndAboveHaveAtMostTwoDecimals)
+TEST(ByteCount, GigabytesAndAboveHaveAtMostTwoDecimals)
 {
     expectTexts({{gib, "1 GB"},
                  {gib + gib / 2, "1.5 GB"},
@@ -56,12 +56,12 @@ TEST(ByteCount, gigabytesAndAboveHaveAtMostTwoDecimals)
                  {1024 * 1024 * tib, "1 EB"}});
 }
 
-TEST(ByteCount, zerosAtTheEndOfTheDecimalsAreDropped)
+TEST(ByteCount, ZerosAtTheEndOfTheDecimalsAreDropped)
 {
     expectTexts({{10 * mib, "10 MB"}, {10 * mib + 1, "10 MB"}, {gib + gib / 10, "1.1 GB"}, {100 * gib, "100 GB"}});
 }
 
-TEST(ByteCount, aFigureThatRoundsToAThousandAndTwentyFourMovesToTheNextUnit)
+TEST(ByteCount, AFigureThatRoundsToAThousandAndTwentyFourMovesToTheNextUnit)
 {
     expectTexts({{mib - 513, "1,023 KB"},
                  {mib - 512, "1 MB"},
@@ -72,17 +72,17 @@ TEST(ByteCount, aFigureThatRoundsToAThousandAndTwentyFourMovesToTheNextUnit)
                  {tib - 1, "1 TB"}});
 }
 
-TEST(ByteCount, negativeCountsCarryAMinus)
+TEST(ByteCount, NegativeCountsCarryAMinus)
 {
     expectTexts({{-1, "-1 byte"}, {-1000, "-1,000 bytes"}, {-mib, "-1 MB"}});
 }
 
-TEST(ByteCount, theLargestAndTheSmallestCountAreWritten)
+TEST(ByteCount, TheLargestAndTheSmallestCountAreWritten)
 {
     expectTexts({{std::numeric_limits<qint64>::max(), "8 EB"}, {std::numeric_limits<qint64>::min(), "-8 EB"}});
 }
 
-TEST(ByteCount, aSpeedIsACountForEachSecondAndNoneIsNotShown)
+TEST(ByteCount, ASpeedIsACountForEachSecondAndNoneIsNotShown)
 {
     EXPECT_EQ(speedText(1.5 * static_cast<double>(mib)), u"1.5 MB/s");
     EXPECT_EQ(speedText(0), u"");
@@ -91,7 +91,7 @@ TEST(ByteCount, aSpeedIsACountForEachSecondAndNoneIsNotShown)
     EXPECT_EQ(speedText(std::numeric_limits<double>::infinity()), u"7.98 EB/s");
 }
 
-TEST(ByteCount, progressNamesTheTotalWhereItIsKnown)
+TEST(ByteCount, ProgressNamesTheTotalWhereItIsKnown)
 {
     EXPECT_EQ(progressText(mib, 3 * mib), u"1 MB / 3 MB");
     EXPECT_EQ(progressText(mib, 0), u"1 MB");

@@ -11,7 +11,7 @@ namespace {
 
 constexpr qsizetype longestNameBytes = 235;
 
-TEST(FileName, thePathExtensionStandsBehindTheLastFullStop)
+TEST(FileName, ThePathExtensionStandsBehindTheLastFullStop)
 {
     EXPECT_EQ(pathExtension(u"a.zip"), u"zip");
     EXPECT_EQ(pathExtension(u"a.tar.GZ"), u"GZ");
@@ -19,7 +19,7 @@ TEST(FileName, thePathExtensionStandsBehindTheLastFullStop)
     EXPECT_EQ(withoutPathExtension(u"a.tar.gz"), u"a.tar");
 }
 
-TEST(FileName, namesWithoutOneWithOnlyAFirstOrWithALastFullStopHaveNoPathExtension)
+TEST(FileName, NamesWithoutOneWithOnlyAFirstOrWithALastFullStopHaveNoPathExtension)
 {
     for (const QStringView name : {u"", u"a", u".profile", u"a.", u".", u"a.b."}) {
         EXPECT_EQ(pathExtension(name), u"") << name.toString().toStdString();
@@ -27,14 +27,14 @@ TEST(FileName, namesWithoutOneWithOnlyAFirstOrWithALastFullStopHaveNoPathExtensi
     }
 }
 
-TEST(FileName, aNumberStandsBeforeThePathExtension)
+TEST(FileName, ANumberStandsBeforeThePathExtension)
 {
     EXPECT_EQ(numberedFileName(QStringLiteral("a.tar.gz"), 1), u"a.tar (1).gz");
     EXPECT_EQ(numberedFileName(QStringLiteral("%1 %2"), 12), u"%1 %2 (12)");
     EXPECT_EQ(numberedFileName(QStringLiteral(".profile"), 1), u".profile (1)");
 }
 
-TEST(FileName, theLastComponentStandsBehindTheLastSlashThatIsNotAtTheEnd)
+TEST(FileName, TheLastComponentStandsBehindTheLastSlashThatIsNotAtTheEnd)
 {
     EXPECT_EQ(lastComponent(u"/home/me/file"), u"file");
     EXPECT_EQ(lastComponent(u"file"), u"file");
@@ -43,7 +43,7 @@ TEST(FileName, theLastComponentStandsBehindTheLastSlashThatIsNotAtTheEnd)
     EXPECT_EQ(lastComponent(u""), u"");
 }
 
-TEST(SafeFileName, aSafeNameComesBackAsItIs)
+TEST(SafeFileName, ASafeNameComesBackAsItIs)
 {
     for (const QString& name : {QStringLiteral("file.zip"), QStringLiteral(".hidden"), QStringLiteral("..."),
                                 QStringLiteral("a b (1) è 日本 🍺.rar"), QStringLiteral("con\\aux:*?\"<>|"),
@@ -51,13 +51,13 @@ TEST(SafeFileName, aSafeNameComesBackAsItIs)
         EXPECT_EQ(safeFileName(name), name) << name.toStdString();
 }
 
-TEST(SafeFileName, namesThatStandForAFolderOrForNothingBecomeAnUnderscore)
+TEST(SafeFileName, NamesThatStandForAFolderOrForNothingBecomeAnUnderscore)
 {
     for (const QString& name : {QString(), QStringLiteral("."), QStringLiteral("..")})
         EXPECT_EQ(safeFileName(name), u"_") << name.toStdString();
 }
 
-TEST(SafeFileName, slashesAndControlCharactersBecomeUnderscores)
+TEST(SafeFileName, SlashesAndControlCharactersBecomeUnderscores)
 {
     EXPECT_EQ(safeFileName(QStringLiteral("/")), u"_");
     EXPECT_EQ(safeFileName(QStringLiteral("../../etc/passwd")), u".._.._etc_passwd");
@@ -66,7 +66,7 @@ TEST(SafeFileName, slashesAndControlCharactersBecomeUnderscores)
     EXPECT_EQ(safeFileName(QStringLiteral("a") + QChar(0) + QStringLiteral("b")), u"a_b");
 }
 
-TEST(SafeFileName, noNameEndsAsUnfinishedFilesDo)
+TEST(SafeFileName, NoNameEndsAsUnfinishedFilesDo)
 {
     EXPECT_EQ(safeFileName(QStringLiteral("x.bin.download")), u"x.bin");
     EXPECT_EQ(safeFileName(QStringLiteral("x.bin.DownLoad.download")), u"x.bin");
@@ -78,7 +78,7 @@ TEST(SafeFileName, noNameEndsAsUnfinishedFilesDo)
     EXPECT_EQ(safeFileName(QStringLiteral("x.download.zip")), u"x.download.zip");
 }
 
-TEST(ReadableName, aHugeNameIsCutInItsMiddleAndNamesTheSameFile)
+TEST(ReadableName, AHugeNameIsCutInItsMiddleAndNamesTheSameFile)
 {
     for (const QString& filler :
          {QStringLiteral("x"), QStringLiteral("日"), QStringLiteral("🍺"), QStringLiteral("a🍺")}) {
@@ -91,19 +91,19 @@ TEST(ReadableName, aHugeNameIsCutInItsMiddleAndNamesTheSameFile)
     EXPECT_EQ(readableName(QString(1000, u'x')), QString(1000, u'x'));
 }
 
-TEST(SafeFileName, aLongNameIsCutAndKeepsItsExtension)
+TEST(SafeFileName, ALongNameIsCutAndKeepsItsExtension)
 {
     EXPECT_EQ(safeFileName(QString(300, u'x') + QStringLiteral(".zip")), QString(231, u'x') + QStringLiteral(".zip"));
     EXPECT_EQ(safeFileName(QString(300, u'x')), QString(235, u'x'));
 }
 
-TEST(SafeFileName, anExtensionTooLongToBeOneIsCutLikeTheRest)
+TEST(SafeFileName, AnExtensionTooLongToBeOneIsCutLikeTheRest)
 {
     const QString name = QStringLiteral("a.") + QString(300, u'x');
     EXPECT_EQ(safeFileName(name), name.left(longestNameBytes));
 }
 
-TEST(SafeFileName, aLongNameIsMeasuredInBytesAndCutBetweenCharacters)
+TEST(SafeFileName, ALongNameIsMeasuredInBytesAndCutBetweenCharacters)
 {
     for (const QString& character : {QStringLiteral("è"), QStringLiteral("日"), QStringLiteral("🍺")}) {
         const QString safe = safeFileName(QStringLiteral("x") + character.repeated(300) + QStringLiteral(".zip"));
@@ -115,7 +115,7 @@ TEST(SafeFileName, aLongNameIsMeasuredInBytesAndCutBetweenCharacters)
     }
 }
 
-TEST(SafeFileName, aLoneSurrogateIsReplacedBySomethingThatCanBeWritten)
+TEST(SafeFileName, ALoneSurrogateIsReplacedBySomethingThatCanBeWritten)
 {
     const QString loneHigh = QStringLiteral("a") + QChar(0xD83C) + QStringLiteral(".zip");
     const QString loneLow = QStringLiteral("a") + QChar(0xDF7A) + QStringLiteral(".zip");
@@ -127,7 +127,7 @@ TEST(SafeFileName, aLoneSurrogateIsReplacedBySomethingThatCanBeWritten)
     }
 }
 
-TEST(SafeFileName, whatItMadeSafeStaysAsItIs)
+TEST(SafeFileName, WhatItMadeSafeStaysAsItIs)
 {
     const std::vector<QString> names = {QStringLiteral("a/b\n.zip"),
                                         QStringLiteral(".."),
@@ -143,7 +143,7 @@ TEST(SafeFileName, whatItMadeSafeStaysAsItIs)
     }
 }
 
-TEST(SafeFileName, aHugeNameIsCutAtOnce)
+TEST(SafeFileName, AHugeNameIsCutAtOnce)
 {
     QElapsedTimer timer;
     timer.start();

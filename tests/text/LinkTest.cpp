@@ -32,20 +32,20 @@ struct Pair
     const char* expected;
 };
 
-TEST(Link, keepsItsSpelling)
+TEST(Link, KeepsItsSpelling)
 {
     const QString text = QStringLiteral("HTTPS://User:Pw@Files.EXAMPLE:8443/A%2fb//C?Q=%e8#Frag");
     EXPECT_EQ(linkOf(text).absoluteString(), text);
     EXPECT_EQ(linkOf(text).host(), u"Files.EXAMPLE");
 }
 
-TEST(Link, tellsItsSchemeInSmallLetters)
+TEST(Link, TellsItsSchemeInSmallLetters)
 {
     EXPECT_EQ(linkOf(QStringLiteral("HTTPS://a.example")).scheme(), u"https");
     EXPECT_EQ(linkOf(QStringLiteral("Magnet:?xt=1")).scheme(), u"magnet");
 }
 
-TEST(Link, isHttpInAnyLetterCaseAndInNoOtherScheme)
+TEST(Link, IsHttpInAnyLetterCaseAndInNoOtherScheme)
 {
     for (const QString& text : {QStringLiteral("http://a"), QStringLiteral("HTTP://a"), QStringLiteral("hTTpS://a")})
         EXPECT_TRUE(linkOf(text).isHttp()) << text.toStdString();
@@ -55,7 +55,7 @@ TEST(Link, isHttpInAnyLetterCaseAndInNoOtherScheme)
     EXPECT_FALSE(Link().isHttp());
 }
 
-TEST(Link, tellsTheHostWithoutUserPortAndBrackets)
+TEST(Link, TellsTheHostWithoutUserPortAndBrackets)
 {
     const std::vector<Pair> rows = {{u"http://a.example", "a.example"},
                                     {u"http://a.example:80/x", "a.example"},
@@ -71,7 +71,7 @@ TEST(Link, tellsTheHostWithoutUserPortAndBrackets)
         EXPECT_EQ(hostOf(row.text.toString()), row.expected);
 }
 
-TEST(Link, aMissingHostIsEmpty)
+TEST(Link, AMissingHostIsEmpty)
 {
     for (const QString& text : {QStringLiteral("http:///x"), QStringLiteral("http:x"), QStringLiteral("file:///x"),
                                 QStringLiteral("mailto:me@a.example"), QStringLiteral("http://:80/x")})
@@ -79,7 +79,7 @@ TEST(Link, aMissingHostIsEmpty)
     EXPECT_EQ(Link().host(), u"");
 }
 
-TEST(Link, aBrokenHostOrPortIsRefused)
+TEST(Link, ABrokenHostOrPortIsRefused)
 {
     for (const QStringView text :
          {u"http://[::1/x", u"http://[::1]x/y", u"http://[zz]/", u"http://[]/", u"http://a.example:99999/",
@@ -90,7 +90,7 @@ TEST(Link, aBrokenHostOrPortIsRefused)
     EXPECT_TRUE(Link::parse(u"http://a.example:65535/"));
 }
 
-TEST(Link, textThatIsNoAbsoluteAddressIsRefused)
+TEST(Link, TextThatIsNoAbsoluteAddressIsRefused)
 {
     for (const QStringView text :
          {u"", u"   ", u"just some words", u"have a look at this: http://a.example/", u"/path/file", u"a.example/file",
@@ -98,12 +98,12 @@ TEST(Link, textThatIsNoAbsoluteAddressIsRefused)
         EXPECT_FALSE(Link::parse(text)) << text.toString().toStdString();
 }
 
-TEST(Link, spaceAroundItIsDropped)
+TEST(Link, SpaceAroundItIsDropped)
 {
     EXPECT_EQ(linkOf(QStringLiteral(" \t\nhttp://a.example/x \r\n")).absoluteString(), u"http://a.example/x");
 }
 
-TEST(Link, charactersThatMayNotStandInAnAddressAreEncoded)
+TEST(Link, CharactersThatMayNotStandInAnAddressAreEncoded)
 {
     const std::vector<Pair> rows = {
         {u"http://a/b c", "http://a/b%20c"},         {u"http://a/è", "http://a/%C3%A8"},
@@ -114,20 +114,20 @@ TEST(Link, charactersThatMayNotStandInAnAddressAreEncoded)
         EXPECT_EQ(linkOf(row.text.toString()).absoluteString().toStdString(), row.expected);
 }
 
-TEST(Link, charactersThatMayStandThereAreLeftAlone)
+TEST(Link, CharactersThatMayStandThereAreLeftAlone)
 {
     const QString text = QStringLiteral("http://a/-._~!$&'()*+,;=:@/[x]%zz%2?a?b=[c]#d#e");
     EXPECT_EQ(linkOf(text).absoluteString(), text);
 }
 
-TEST(Link, aHostOfAnotherScriptIsKeptAsItStands)
+TEST(Link, AHostOfAnotherScriptIsKeptAsItStands)
 {
     EXPECT_EQ(hostOf(QStringLiteral("http://Bücher.example/x")), "Bücher.example");
     EXPECT_EQ(linkOf(QStringLiteral("http://Bücher.example/x")).toUrl().host(QUrl::FullyEncoded),
               u"xn--bcher-kva.example");
 }
 
-TEST(Link, hostileTextIsDealtWithAtOnce)
+TEST(Link, HostileTextIsDealtWithAtOnce)
 {
     constexpr qsizetype million = 1'000'000;
     const std::vector<QString> texts = {
@@ -154,7 +154,7 @@ TEST(Link, hostileTextIsDealtWithAtOnce)
     EXPECT_LT(timer.elapsed(), 1500);
 }
 
-TEST(Link, theLastPathComponentIsTheLastSegmentThatIsNotEmpty)
+TEST(Link, TheLastPathComponentIsTheLastSegmentThatIsNotEmpty)
 {
     const std::vector<Pair> rows = {{u"http://a/x/file.zip", "file.zip"},
                                     {u"http://a/x/file.zip/", "file.zip"},
@@ -166,7 +166,7 @@ TEST(Link, theLastPathComponentIsTheLastSegmentThatIsNotEmpty)
         EXPECT_EQ(lastOf(row.text.toString()), row.expected);
 }
 
-TEST(Link, aRootOrMissingPathHasNoLastComponent)
+TEST(Link, ARootOrMissingPathHasNoLastComponent)
 {
     for (const QString& text :
          {QStringLiteral("http://a"), QStringLiteral("http://a/"), QStringLiteral("http://a///"),
@@ -175,7 +175,7 @@ TEST(Link, aRootOrMissingPathHasNoLastComponent)
     EXPECT_EQ(Link().lastPathComponent(), u"");
 }
 
-TEST(Link, theLastPathComponentIsThatOfTheDecodedPath)
+TEST(Link, TheLastPathComponentIsThatOfTheDecodedPath)
 {
     const std::vector<Pair> rows = {{u"http://a/b%20c.zip", "b c.zip"},       {u"http://a/caff%C3%A8", "caffè"},
                                     {u"http://a/dir%2Ffile.zip", "file.zip"}, {u"http://a/file%2f", "file"},
@@ -184,12 +184,12 @@ TEST(Link, theLastPathComponentIsThatOfTheDecodedPath)
         EXPECT_EQ(lastOf(row.text.toString()), row.expected);
 }
 
-TEST(Link, aPathThatCannotBeDecodedIsTakenAsItStands)
+TEST(Link, APathThatCannotBeDecodedIsTakenAsItStands)
 {
     EXPECT_EQ(lastOf(QStringLiteral("http://a/100%/b%20%E8.zip")), "b%20%E8.zip");
 }
 
-TEST(Link, anotherPathKeepsAllAroundIt)
+TEST(Link, AnotherPathKeepsAllAroundIt)
 {
     const Link link = linkOf(QStringLiteral("HTTP://u@A.example:81/old/x?q=1#f"));
     EXPECT_EQ(link.withEncodedPath(u"/new").absoluteString(), u"HTTP://u@A.example:81/new?q=1#f");
@@ -199,7 +199,7 @@ TEST(Link, anotherPathKeepsAllAroundIt)
     EXPECT_EQ(link.absoluteString(), u"HTTP://u@A.example:81/old/x?q=1#f");
 }
 
-TEST(Link, twoAreEqualWithTheSameSpellingOnly)
+TEST(Link, TwoAreEqualWithTheSameSpellingOnly)
 {
     EXPECT_EQ(linkOf(QStringLiteral("http://a/x")), linkOf(QStringLiteral(" http://a/x ")));
     EXPECT_FALSE(linkOf(QStringLiteral("http://a/x")) == linkOf(QStringLiteral("http://A/x")));

@@ -7,7 +7,7 @@
 namespace vormel {
 namespace {
 
-TEST(PercentCoding, completeEscapesAreUndone)
+TEST(PercentCoding, CompleteEscapesAreUndone)
 {
     EXPECT_EQ(percentDecoded(u"a%20b"), u"a b");
     EXPECT_EQ(percentDecoded(u"%41%5a%5A"), u"AZZ");
@@ -15,30 +15,30 @@ TEST(PercentCoding, completeEscapesAreUndone)
     EXPECT_EQ(percentDecoded(u"%F0%9F%8D%BA"), u"🍺");
 }
 
-TEST(PercentCoding, textWithoutEscapesComesBackAsItIs)
+TEST(PercentCoding, TextWithoutEscapesComesBackAsItIs)
 {
     EXPECT_EQ(percentDecoded(u""), u"");
     EXPECT_EQ(percentDecoded(u"plain+text è"), u"plain+text è");
     EXPECT_EQ(percentDecoded(u"è%20è"), u"è è");
 }
 
-TEST(PercentCoding, anEscapedNulIsACharacterLikeAnyOther)
+TEST(PercentCoding, AnEscapedNulIsACharacterLikeAnyOther)
 {
     EXPECT_EQ(percentDecoded(u"a%00b"), QString(QStringLiteral("a") + QChar(0) + QStringLiteral("b")));
 }
 
-TEST(PercentCoding, anEscapeIsUndoneOnce)
+TEST(PercentCoding, AnEscapeIsUndoneOnce)
 {
     EXPECT_EQ(percentDecoded(u"%2541"), u"%41");
 }
 
-TEST(PercentCoding, incompleteEscapesAreRefused)
+TEST(PercentCoding, IncompleteEscapesAreRefused)
 {
     for (const QStringView text : {u"%", u"a%", u"a%4", u"%4g", u"%g4", u"%%41", u"100% sure", u"% 41"})
         EXPECT_EQ(percentDecoded(text), std::nullopt) << text.toString().toStdString();
 }
 
-TEST(PercentCoding, escapesThatAreNoUtf8AreRefused)
+TEST(PercentCoding, EscapesThatAreNoUtf8AreRefused)
 {
     // A lone lead, a lone continuation, an overlong slash, half a surrogate pair, beyond the last character.
     for (const QStringView text :
@@ -46,7 +46,7 @@ TEST(PercentCoding, escapesThatAreNoUtf8AreRefused)
         EXPECT_EQ(percentDecoded(text), std::nullopt) << text.toString().toStdString();
 }
 
-TEST(PercentCoding, onlyWholeUtf8IsStrictUtf8)
+TEST(PercentCoding, OnlyWholeUtf8IsStrictUtf8)
 {
     EXPECT_EQ(strictUtf8("caff\xC3\xA8"), u"caffè");
     EXPECT_EQ(strictUtf8(""), u"");
@@ -54,7 +54,7 @@ TEST(PercentCoding, onlyWholeUtf8IsStrictUtf8)
     EXPECT_EQ(strictUtf8("caff\xE8!"), std::nullopt);
 }
 
-TEST(PercentCoding, bytesOfUnknownOriginAreLatin1WhereTheyAreNoUtf8)
+TEST(PercentCoding, BytesOfUnknownOriginAreLatin1WhereTheyAreNoUtf8)
 {
     EXPECT_EQ(lenientText("caff\xC3\xA8"), u"caffè");
     EXPECT_EQ(lenientText("caff\xE8"), u"caffè");

@@ -1,6 +1,6 @@
 #include "app/MainWindow.h"
 #include "fixtures/EventLoop.h"
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 #include "ui/FakeDesktop.h"
 #include "ui/FakeUpdater.h"
 #include "ui/Focusable.h"
@@ -73,8 +73,8 @@ class AccessibleNamesTest : public ::testing::TestWithParam<AppLanguage>
 protected:
     AccessibleNamesTest()
     {
-        workshop.settings().language.set(GetParam());
-        workshop.add({QStringLiteral("https://h.example/a.part1.rar"), QStringLiteral("https://h.example/a.part2.rar"),
+        engine.settings().language.set(GetParam());
+        engine.add({QStringLiteral("https://h.example/a.part1.rar"), QStringLiteral("https://h.example/a.part2.rar"),
                       QStringLiteral("https://h.example/b.zip")});
         show(window);
     }
@@ -94,8 +94,8 @@ protected:
         expectTabReachesAll(whole);
     }
 
-    fixtures::Workshop workshop;
-    fixtures::FakeDesktop desktop{workshop};
+    fixtures::EngineOnScript engine;
+    fixtures::FakeDesktop desktop{engine};
     fixtures::FakeUpdater updater;
     MainWindow window{desktop.ports(), updater};
 };
@@ -120,12 +120,12 @@ TEST_P(AccessibleNamesTest, TheTabKeyReachesEverythingOfAPageOnce)
 
 TEST_P(AccessibleNamesTest, TheSheetForLinksIsNamedThroughout)
 {
-    expectAllOf(*new AddURLView(workshop.settings(), workshop.manager().resolvers(), &window));
+    expectAllOf(*new AddURLView(engine.settings(), engine.manager().resolvers(), &window));
 }
 
 TEST_P(AccessibleNamesTest, TheQuestionForAPasswordIsNamedThroughout)
 {
-    expectAllOf(*new ArchivePasswordSheetView({}, workshop.settings(), &window));
+    expectAllOf(*new ArchivePasswordSheetView({}, engine.settings(), &window));
 }
 
 TEST_P(AccessibleNamesTest, TheQuestionForHostsIsNamedThroughout)
@@ -133,7 +133,7 @@ TEST_P(AccessibleNamesTest, TheQuestionForHostsIsNamedThroughout)
     PendingHostSelection pending;
     pending.groups.push_back({QStringLiteral("One"), {fixtures::link(QStringLiteral("https://one.example/a"))}});
     pending.groups.push_back({QStringLiteral("Two"), {fixtures::link(QStringLiteral("https://two.example/a"))}});
-    expectAllOf(*new HostSelectionSheetView(pending, workshop.settings(), &window));
+    expectAllOf(*new HostSelectionSheetView(pending, engine.settings(), &window));
 }
 
 TEST_P(AccessibleNamesTest, ThePopoverForANameIsNamedThroughout)
@@ -143,7 +143,7 @@ TEST_P(AccessibleNamesTest, ThePopoverForANameIsNamedThroughout)
 
 TEST_P(AccessibleNamesTest, TheHelpIsNamedThroughout)
 {
-    HelpView help(workshop.settings());
+    HelpView help(engine.settings());
     show(help);
     expectNamesOf(focusable(help)); // it may have nothing but texts
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "archive/tools/ToolWatch.h"
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 #include "platform/desktop/FileViewer.h"
 #include "platform/desktop/PackageManager.h"
 #include "platform/desktop/Terminal.h"
@@ -49,31 +49,31 @@ public:
     QStringList commands;
 };
 
-/// Everything that pages work with, around the workshop's engine and its folder of tools. The workshop must outlive it.
+/// Everything that pages work with, around the engine's engine and its folder of tools. The engine must outlive it.
 struct FakeDesktop
 {
-    explicit FakeDesktop(Workshop& owner)
-        : workshop(owner)
+    explicit FakeDesktop(EngineOnScript& owner)
+        : engine(owner)
     {}
 
     [[nodiscard]] ViewPorts ports()
     {
-        return {workshop.manager(),
-                workshop.clock,
+        return {engine.manager(),
+                engine.clock,
                 viewer,
                 opener,
                 tools,
                 managers,
                 terminal,
-                workshop.sandbox.folders().downloads};
+                engine.sandbox.folders().downloads};
     }
 
-    Workshop& workshop;
+    EngineOnScript& engine;
     FakeViewer viewer;
     FakeOpener opener;
     FakePackageManagers managers;
     FakeTerminal terminal;
-    ToolRunner runner{workshop.tools.folders()};
+    ToolRunner runner{engine.tools.folders()};
     ToolWatch tools{runner};
 };
 

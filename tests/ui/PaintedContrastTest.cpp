@@ -2,7 +2,7 @@
 #include "fixtures/Contrast.h"
 #include "fixtures/EventLoop.h"
 #include "fixtures/Palettes.h"
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 #include "kit/ReadableStyle.h"
 #include "kit/Theme.h"
 #include "ui/FakeDesktop.h"
@@ -78,7 +78,7 @@ protected:
     PaintedContrastTest()
     {
         QApplication::setPalette(fixtures::allPalettes().at(GetParam()));
-        workshop.add({QStringLiteral("https://h.example/a.part1.rar"), QStringLiteral("https://h.example/a.part2.rar"),
+        engine.add({QStringLiteral("https://h.example/a.part1.rar"), QStringLiteral("https://h.example/a.part2.rar"),
                       QStringLiteral("https://h.example/b.zip")});
         show(window);
     }
@@ -115,8 +115,8 @@ protected:
     }
     QueueView& list() { return partOf<QueueView>(window, "queueView"); }
 
-    fixtures::Workshop workshop;
-    fixtures::FakeDesktop desktop{workshop};
+    fixtures::EngineOnScript engine;
+    fixtures::FakeDesktop desktop{engine};
     fixtures::FakeUpdater updater;
     MainWindow window{desktop.ports(), updater};
 };
@@ -124,7 +124,7 @@ protected:
 TEST_P(PaintedContrastTest, EveryControlOfEveryPageShowsThatItHasTheFocus)
 {
     desktop.managers.manager = PackageManager::apt;
-    workshop.settings().useCustomExtractionFolder.set(true);
+    engine.settings().useCustomExtractionFolder.set(true);
     list().setCurrentIndex(list().model()->index(0, 0));
     for (const Page page : allPages) {
         window.showPage(page);
@@ -142,7 +142,7 @@ TEST_P(PaintedContrastTest, ARowThatIsCurrentAndNotSelectedShowsTheFocus)
 
 TEST_P(PaintedContrastTest, TheSheetForLinksShowsWhereTheFocusIs)
 {
-    auto* sheet = new AddURLView(workshop.settings(), workshop.manager().resolvers(), &window);
+    auto* sheet = new AddURLView(engine.settings(), engine.manager().resolvers(), &window);
     sheet->show();
     partOf<QPlainTextEdit>(*sheet, "linkEditor").setPlainText(QStringLiteral("https://h.example/a"));
     expectFocusShowsOnAllOf(*sheet);
@@ -150,7 +150,7 @@ TEST_P(PaintedContrastTest, TheSheetForLinksShowsWhereTheFocusIs)
 
 TEST_P(PaintedContrastTest, TheQuestionForAPasswordShowsWhereTheFocusIs)
 {
-    expectFocusShowsOnAllOf(*new ArchivePasswordSheetView({}, workshop.settings(), &window));
+    expectFocusShowsOnAllOf(*new ArchivePasswordSheetView({}, engine.settings(), &window));
 }
 
 TEST_P(PaintedContrastTest, TheQuestionForHostsShowsWhereTheFocusIs)
@@ -158,7 +158,7 @@ TEST_P(PaintedContrastTest, TheQuestionForHostsShowsWhereTheFocusIs)
     PendingHostSelection pending;
     pending.groups.push_back({QStringLiteral("One"), {fixtures::link(QStringLiteral("https://one.example/a"))}});
     pending.groups.push_back({QStringLiteral("Two"), {fixtures::link(QStringLiteral("https://two.example/a"))}});
-    expectFocusShowsOnAllOf(*new HostSelectionSheetView(pending, workshop.settings(), &window));
+    expectFocusShowsOnAllOf(*new HostSelectionSheetView(pending, engine.settings(), &window));
 }
 
 TEST_P(PaintedContrastTest, ThePopoverForANameShowsWhereTheFocusIs)
@@ -183,7 +183,7 @@ TEST_P(PaintedContrastTest, TheChosenPageCanBeReadInTheSidebar)
 
 TEST_P(PaintedContrastTest, TheInvitationToDropCanBeReadAboveTheList)
 {
-    workshop.add({QStringLiteral("https://h.example/c.zip"), QStringLiteral("https://h.example/d.zip"),
+    engine.add({QStringLiteral("https://h.example/c.zip"), QStringLiteral("https://h.example/d.zip"),
                   QStringLiteral("https://h.example/e.zip"), QStringLiteral("https://h.example/f.zip")});
     list().setCurrentIndex(list().model()->index(3, 0));
     auto& page = partOf<QWidget>(window, "downloadQueueView");
@@ -207,7 +207,7 @@ TEST_P(PaintedContrastTest, TheInvitationToDropCanBeReadAboveTheList)
 
 TEST_P(PaintedContrastTest, WhatCanBeTypedIntoHasAnEdgeThatIsSeen)
 {
-    auto& sheet = *new AddURLView(workshop.settings(), workshop.manager().resolvers(), &window);
+    auto& sheet = *new AddURLView(engine.settings(), engine.manager().resolvers(), &window);
     sheet.show();
     partOf<QPlainTextEdit>(sheet, "linkEditor").setPlainText(QStringLiteral("https://h.example/a"));
     auto& popover = *new RenamePopover(QStringLiteral("a"), AppLanguage::english, &window);

@@ -26,40 +26,40 @@ QString offered(const QByteArray& items)
     return appcast && appcast->newest ? appcast->newest->version.text() : QString();
 }
 
-TEST(AppcastTest, theVersionMayStandInTheEnclosure)
+TEST(AppcastTest, TheVersionMayStandInTheEnclosure)
 {
     EXPECT_EQ(offered(item("<enclosure url='x' sparkle:version='2045' sparkle:shortVersionString='1.4'/>")),
               QStringLiteral("1.4"));
     EXPECT_EQ(offered(item("<enclosure url='x' sparkle:version='1.3'/>")), QStringLiteral("1.3"));
 }
 
-TEST(AppcastTest, theVersionMayStandInElements)
+TEST(AppcastTest, TheVersionMayStandInElements)
 {
     EXPECT_EQ(offered(item("<sparkle:version>2045</sparkle:version>"
                            "<sparkle:shortVersionString> 1.4 </sparkle:shortVersionString>")),
               QStringLiteral("1.4"));
 }
 
-TEST(AppcastTest, withoutThoseTheTitleTells)
+TEST(AppcastTest, WithoutThoseTheTitleTells)
 {
     EXPECT_EQ(offered(item("<title>Vormel 1.5-rc1</title>")), QStringLiteral("1.5-rc1"));
     EXPECT_EQ(offered(item("<title>1.5</title><sparkle:version>1.6</sparkle:version>")), QStringLiteral("1.6"));
 }
 
-TEST(AppcastTest, theNewestItemWinsWhereverItStands)
+TEST(AppcastTest, TheNewestItemWinsWhereverItStands)
 {
     EXPECT_EQ(offered(item("<title>1.9</title>") + item("<title>1.10</title>") + item("<title>1.10-rc1</title>")),
               QStringLiteral("1.10"));
 }
 
-TEST(AppcastTest, thePageIsTheItemsLink)
+TEST(AppcastTest, ThePageIsTheItemsLink)
 {
     const std::optional<Appcast> appcast = readAppcast(feed(item("<title>1.5</title>")));
     ASSERT_TRUE(appcast && appcast->newest);
     EXPECT_EQ(appcast->newest->page, QUrl(QStringLiteral("https://vormel.example/get")));
 }
 
-TEST(AppcastTest, itemsWithoutASecureLinkArePassedOver)
+TEST(AppcastTest, ItemsWithoutASecureLinkArePassedOver)
 {
     for (const QByteArray link : {"", "http://vormel.example/", "file:///etc/passwd", "https://", "javascript:1"})
         EXPECT_EQ(offered("<item><title>2.0</title><link>" + link + "</link></item>" + item("<title>1.0</title>")),
@@ -67,36 +67,36 @@ TEST(AppcastTest, itemsWithoutASecureLinkArePassedOver)
             << link.toStdString();
 }
 
-TEST(AppcastTest, itemsWithoutAVersionArePassedOver)
+TEST(AppcastTest, ItemsWithoutAVersionArePassedOver)
 {
     EXPECT_EQ(offered(item("<title>Coming soon</title>") + item("<title>1.0</title>")), QStringLiteral("1.0"));
 }
 
-TEST(AppcastTest, markupInADescriptionIsNoItem)
+TEST(AppcastTest, MarkupInADescriptionIsNoItem)
 {
     EXPECT_EQ(offered(item("<description><b>x<title>7</title></b></description><title>1.0</title>")),
               QStringLiteral("1.0"));
 }
 
-TEST(AppcastTest, aFeedWithoutItemsOffersNothing)
+TEST(AppcastTest, AFeedWithoutItemsOffersNothing)
 {
     EXPECT_EQ(offered({}), QString());
 }
 
-TEST(AppcastTest, whatIsNoFeedIsNotUnderstood)
+TEST(AppcastTest, WhatIsNoFeedIsNotUnderstood)
 {
     for (const QByteArray document : {"", "hello", "<html><body>Log in</body></html>", "{\"version\": 2}"})
         EXPECT_FALSE(readAppcast(document)) << document.toStdString();
 }
 
-TEST(AppcastTest, aFeedThatIsCutOffIsNotUnderstood)
+TEST(AppcastTest, AFeedThatIsCutOffIsNotUnderstood)
 {
     const QByteArray whole = feed(item("<title>1.0</title>"));
     EXPECT_FALSE(readAppcast(whole.chopped(20)));
     EXPECT_FALSE(readAppcast(whole.left(whole.indexOf("1.0") + 1)));
 }
 
-TEST(AppcastTest, entitiesThatMultiplyAreRefused)
+TEST(AppcastTest, EntitiesThatMultiplyAreRefused)
 {
     QByteArray type = "<!DOCTYPE rss [<!ENTITY a0 'aaaaaaaaaa'>";
     for (int level = 1; level < 10; ++level) {
@@ -107,12 +107,12 @@ TEST(AppcastTest, entitiesThatMultiplyAreRefused)
     EXPECT_FALSE(readAppcast(type + "]><rss><channel>" + items + "</channel></rss>"));
 }
 
-TEST(AppcastTest, aDocumentTypeIsRefusedEvenUnused)
+TEST(AppcastTest, ADocumentTypeIsRefusedEvenUnused)
 {
     EXPECT_FALSE(readAppcast("<!DOCTYPE rss [<!ENTITY a 'b'>]><rss><channel/></rss>"));
 }
 
-TEST(AppcastTest, deepNestingDoesNoHarm)
+TEST(AppcastTest, DeepNestingDoesNoHarm)
 {
     const QByteArray deep = QByteArray("<a>").repeated(100'000) + QByteArray("</a>").repeated(100'000);
     EXPECT_EQ(offered(item("<title>1.0</title>" + deep)), QStringLiteral("1.0"));

@@ -70,7 +70,7 @@ protected:
     QStringList told;
 };
 
-TEST_F(FeedUpdaterTest, theFirstStartLooksByItselfAndTellsOfAnUpdate)
+TEST_F(FeedUpdaterTest, TheFirstStartLooksByItselfAndTellsOfAnUpdate)
 {
     start();
     ASSERT_EQ(requests(), 1U);
@@ -79,7 +79,7 @@ TEST_F(FeedUpdaterTest, theFirstStartLooksByItselfAndTellsOfAnUpdate)
     EXPECT_EQ(told, QStringList{QStringLiteral("1.10")});
 }
 
-TEST_F(FeedUpdaterTest, byItselfItTellsOfNothingElse)
+TEST_F(FeedUpdaterTest, ByItselfItTellsOfNothingElse)
 {
     start();
     answer(feedOf("1.9"));
@@ -91,7 +91,7 @@ TEST_F(FeedUpdaterTest, byItselfItTellsOfNothingElse)
     EXPECT_EQ(told, QStringList());
 }
 
-TEST_F(FeedUpdaterTest, byHandItTellsEveryOutcome)
+TEST_F(FeedUpdaterTest, ByHandItTellsEveryOutcome)
 {
     lookByHand();
     answer(feedOf("1.9"));
@@ -110,7 +110,7 @@ TEST_F(FeedUpdaterTest, byHandItTellsEveryOutcome)
                                  QStringLiteral("unusable answer")}));
 }
 
-TEST_F(FeedUpdaterTest, itLooksByItselfOnceADayAcrossStarts)
+TEST_F(FeedUpdaterTest, ItLooksByItselfOnceADayAcrossStarts)
 {
     start();
     answer(feedOf("1.0"));
@@ -123,7 +123,7 @@ TEST_F(FeedUpdaterTest, itLooksByItselfOnceADayAcrossStarts)
     EXPECT_EQ(requests(), 2U);
 }
 
-TEST_F(FeedUpdaterTest, aFailedLookIsNotRepeatedOnTheSameDay)
+TEST_F(FeedUpdaterTest, AFailedLookIsNotRepeatedOnTheSameDay)
 {
     start();
     fail();
@@ -131,7 +131,7 @@ TEST_F(FeedUpdaterTest, aFailedLookIsNotRepeatedOnTheSameDay)
     EXPECT_EQ(requests(), 1U);
 }
 
-TEST_F(FeedUpdaterTest, aLookByHandPutsTheNextOneOff)
+TEST_F(FeedUpdaterTest, ALookByHandPutsTheNextOneOff)
 {
     start();
     answer(feedOf("1.0"));
@@ -144,14 +144,14 @@ TEST_F(FeedUpdaterTest, aLookByHandPutsTheNextOneOff)
     EXPECT_EQ(requests(), 3U);
 }
 
-TEST_F(FeedUpdaterTest, aLastTimeInTheFutureDoesNotKeepItFromLooking)
+TEST_F(FeedUpdaterTest, ALastTimeInTheFutureDoesNotKeepItFromLooking)
 {
     defaults.setInteger(QStringLiteral("lastUpdateCheck"), 4'000'000'000);
     start();
     EXPECT_EQ(requests(), 1U);
 }
 
-TEST_F(FeedUpdaterTest, aLastTimeBeyondAllSenseDoesNoHarm)
+TEST_F(FeedUpdaterTest, ALastTimeBeyondAllSenseDoesNoHarm)
 {
     for (const qint64 time : {std::numeric_limits<qint64>::max(), std::numeric_limits<qint64>::min()}) {
         defaults.setInteger(QStringLiteral("lastUpdateCheck"), time);
@@ -161,7 +161,7 @@ TEST_F(FeedUpdaterTest, aLastTimeBeyondAllSenseDoesNoHarm)
     EXPECT_EQ(requests(), 2U);
 }
 
-TEST_F(FeedUpdaterTest, withoutASecureFeedNothingIsEverSent)
+TEST_F(FeedUpdaterTest, WithoutASecureFeedNothingIsEverSent)
 {
     for (const QString& feed : {QString(), QStringLiteral("http://updates.example/feed.xml"),
                                 QStringLiteral("file:///feed.xml"), QStringLiteral("updates")}) {
@@ -174,7 +174,7 @@ TEST_F(FeedUpdaterTest, withoutASecureFeedNothingIsEverSent)
     EXPECT_FALSE(defaults.objectForKey(QStringLiteral("lastUpdateCheck")));
 }
 
-TEST_F(FeedUpdaterTest, aRedirectMayLeadToHttpsOnly)
+TEST_F(FeedUpdaterTest, ARedirectMayLeadToHttpsOnly)
 {
     lookByHand();
     EXPECT_TRUE(client.last().redirect(QUrl(QStringLiteral("https://other.example/feed.xml"))));
@@ -183,14 +183,14 @@ TEST_F(FeedUpdaterTest, aRedirectMayLeadToHttpsOnly)
     EXPECT_EQ(told, QStringList{QStringLiteral("unusable answer")});
 }
 
-TEST_F(FeedUpdaterTest, aFeedOfMoreThanAMebibyteIsRefused)
+TEST_F(FeedUpdaterTest, AFeedOfMoreThanAMebibyteIsRefused)
 {
     lookByHand();
     answer(feedOf("2") + QByteArray(1024 * 1024, ' '));
     EXPECT_EQ(told, QStringList{QStringLiteral("unusable answer")});
 }
 
-TEST_F(FeedUpdaterTest, oneLookAtATime)
+TEST_F(FeedUpdaterTest, OneLookAtATime)
 {
     start();
     EXPECT_FALSE(updater->canCheckForUpdates());
@@ -200,7 +200,7 @@ TEST_F(FeedUpdaterTest, oneLookAtATime)
     EXPECT_TRUE(updater->canCheckForUpdates());
 }
 
-TEST_F(FeedUpdaterTest, anAnswerAfterTheEndOfTheProgramTouchesNothing)
+TEST_F(FeedUpdaterTest, AnAnswerAfterTheEndOfTheProgramTouchesNothing)
 {
     start();
     updater.reset();
@@ -208,7 +208,7 @@ TEST_F(FeedUpdaterTest, anAnswerAfterTheEndOfTheProgramTouchesNothing)
     EXPECT_EQ(told, QStringList());
 }
 
-TEST_F(FeedUpdaterTest, theMenuCommandIsEnabledWhileTheUpdaterCanLook)
+TEST_F(FeedUpdaterTest, TheMenuCommandIsEnabledWhileTheUpdaterCanLook)
 {
     start();
     const CheckForUpdatesViewModel model(*updater);
@@ -221,7 +221,7 @@ TEST_F(FeedUpdaterTest, theMenuCommandIsEnabledWhileTheUpdaterCanLook)
     EXPECT_TRUE(command.isEnabled());
 }
 
-TEST_F(FeedUpdaterTest, theMenuCommandLooks)
+TEST_F(FeedUpdaterTest, TheMenuCommandLooks)
 {
     start();
     answer(feedOf("1.0"));
@@ -232,7 +232,7 @@ TEST_F(FeedUpdaterTest, theMenuCommandLooks)
     EXPECT_FALSE(command.isEnabled());
 }
 
-TEST_F(FeedUpdaterTest, aModelMadeWhileTheUpdaterCanLookKnowsIt)
+TEST_F(FeedUpdaterTest, AModelMadeWhileTheUpdaterCanLookKnowsIt)
 {
     start();
     answer(feedOf("1.0"));

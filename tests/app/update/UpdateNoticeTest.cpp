@@ -61,7 +61,7 @@ protected:
     UpdateNotice notice{updater, settings, opened, window};
 };
 
-TEST_F(UpdateNoticeTest, anUpdateIsToldWithBothVersions)
+TEST_F(UpdateNoticeTest, AnUpdateIsToldWithBothVersions)
 {
     findUpdate();
     ASSERT_TRUE(box());
@@ -71,7 +71,7 @@ TEST_F(UpdateNoticeTest, anUpdateIsToldWithBothVersions)
     EXPECT_EQ(box()->informativeText(), QStringLiteral("Vormel 1.10 is available. You have 1.9."));
 }
 
-TEST_F(UpdateNoticeTest, inItalianToo)
+TEST_F(UpdateNoticeTest, InItalianToo)
 {
     settings.language.set(AppLanguage::italian);
     findUpdate();
@@ -80,7 +80,7 @@ TEST_F(UpdateNoticeTest, inItalianToo)
     EXPECT_EQ(box()->findChild<QPushButton*>(QStringLiteral("later"))->text(), QStringLiteral("Più tardi"));
 }
 
-TEST_F(UpdateNoticeTest, downloadOpensThePageAndClosesTheBox)
+TEST_F(UpdateNoticeTest, DownloadOpensThePageAndClosesTheBox)
 {
     findUpdate();
     click("download");
@@ -88,7 +88,7 @@ TEST_F(UpdateNoticeTest, downloadOpensThePageAndClosesTheBox)
     EXPECT_FALSE(box());
 }
 
-TEST_F(UpdateNoticeTest, laterOpensNothing)
+TEST_F(UpdateNoticeTest, LaterOpensNothing)
 {
     findUpdate();
     click("later");
@@ -96,7 +96,7 @@ TEST_F(UpdateNoticeTest, laterOpensNothing)
     EXPECT_FALSE(box());
 }
 
-TEST_F(UpdateNoticeTest, aNewerNoticeTakesThePlaceOfTheOneBefore)
+TEST_F(UpdateNoticeTest, ANewerNoticeTakesThePlaceOfTheOneBefore)
 {
     findUpdate();
     Q_EMIT updater.upToDate();
@@ -104,7 +104,7 @@ TEST_F(UpdateNoticeTest, aNewerNoticeTakesThePlaceOfTheOneBefore)
     EXPECT_EQ(box()->informativeText(), QStringLiteral("Vormel 1.9 is the newest version."));
 }
 
-TEST_F(UpdateNoticeTest, aFailureSaysWhatCanBeDone)
+TEST_F(UpdateNoticeTest, AFailureSaysWhatCanBeDone)
 {
     Q_EMIT updater.checkFailed(FeedUpdater::Failure::unreachable);
     EXPECT_EQ(box()->text(), QStringLiteral("Couldn't check for updates"));
@@ -113,7 +113,7 @@ TEST_F(UpdateNoticeTest, aFailureSaysWhatCanBeDone)
     EXPECT_TRUE(box()->informativeText().contains(u"Try again later"));
 }
 
-TEST_F(UpdateNoticeTest, aVersionFromOutsideIsNoMarkup)
+TEST_F(UpdateNoticeTest, AVersionFromOutsideIsNoMarkup)
 {
     findUpdate(QStringLiteral("2<img src='file:///x'>"));
     EXPECT_FALSE(box()->informativeText().contains(u'<'));

@@ -7,7 +7,7 @@ namespace {
 
 const QString archive = QStringLiteral("/x/a.7z");
 
-TEST(PasswordTrials, onlyTheSameAnswerToTheSameArchiveFailsAgain)
+TEST(PasswordTrials, OnlyTheSameAnswerToTheSameArchiveFailsAgain)
 {
     PasswordTrials trials;
     EXPECT_FALSE(trials.hasFailedAgain(archive, QStringLiteral("one")));
@@ -19,7 +19,7 @@ TEST(PasswordTrials, onlyTheSameAnswerToTheSameArchiveFailsAgain)
     EXPECT_TRUE(trials.hasFailedAgain(archive, QStringLiteral("")));
 }
 
-TEST(PasswordTrials, nothingIsKnownOfAnArchiveThatWasForgotten)
+TEST(PasswordTrials, NothingIsKnownOfAnArchiveThatWasForgotten)
 {
     PasswordTrials trials;
     EXPECT_FALSE(trials.hasFailedAgain(archive, QStringLiteral("one")));

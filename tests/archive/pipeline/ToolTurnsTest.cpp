@@ -46,7 +46,7 @@ protected:
 
 } // namespace
 
-TEST_F(ToolTurnsTest, twoAreGivenAtOnceAndNoThird)
+TEST_F(ToolTurnsTest, TwoAreGivenAtOnceAndNoThird)
 {
     for (const std::size_t place : std::initializer_list<std::size_t>{7, 5, 3})
         ask(place);
@@ -54,7 +54,7 @@ TEST_F(ToolTurnsTest, twoAreGivenAtOnceAndNoThird)
     EXPECT_FALSE(turns->isAnyFree());
 }
 
-TEST_F(ToolTurnsTest, theNextIsTheOneThatStandsFirstByThen)
+TEST_F(ToolTurnsTest, TheNextIsTheOneThatStandsFirstByThen)
 {
     for (const std::size_t place : std::initializer_list<std::size_t>{1, 2, 9, 5, 7})
         ask(place);
@@ -65,7 +65,7 @@ TEST_F(ToolTurnsTest, theNextIsTheOneThatStandsFirstByThen)
     EXPECT_EQ(answers.back(), (Answers::value_type{5, true}));
 }
 
-TEST_F(ToolTurnsTest, oneThatComesWhenATurnIsGivenBackOvertakesNobody)
+TEST_F(ToolTurnsTest, OneThatComesWhenATurnIsGivenBackOvertakesNobody)
 {
     for (const std::size_t place : std::initializer_list<std::size_t>{1, 2, 3})
         ask(place);
@@ -77,7 +77,7 @@ TEST_F(ToolTurnsTest, oneThatComesWhenATurnIsGivenBackOvertakesNobody)
     EXPECT_EQ(answers.size(), 3U);
 }
 
-TEST_F(ToolTurnsTest, oneThatIsWithdrawnGoesOnWithoutATurn)
+TEST_F(ToolTurnsTest, OneThatIsWithdrawnGoesOnWithoutATurn)
 {
     for (const std::size_t place : std::initializer_list<std::size_t>{1, 2, 3, 4})
         ask(place);
@@ -89,7 +89,7 @@ TEST_F(ToolTurnsTest, oneThatIsWithdrawnGoesOnWithoutATurn)
     EXPECT_EQ(answers.size(), 4U);
 }
 
-TEST_F(ToolTurnsTest, theEndLetsAllThatWaitGoOnAndTurnsMayOutliveIt)
+TEST_F(ToolTurnsTest, TheEndLetsAllThatWaitGoOnAndTurnsMayOutliveIt)
 {
     for (const std::size_t place : std::initializer_list<std::size_t>{1, 2, 3})
         ask(place);

@@ -8,7 +8,7 @@
 namespace vormel {
 namespace {
 
-TEST(ArchiveFormat, theNameTellsTheFormatInAnyLetterCase)
+TEST(ArchiveFormat, TheNameTellsTheFormatInAnyLetterCase)
 {
     const std::vector<std::pair<QString, ArchiveFormat>> rows{
         {QStringLiteral("/x/a.zip"), ArchiveFormat::zip},        {QStringLiteral("/x/A.RAR"), ArchiveFormat::rar},
@@ -21,7 +21,7 @@ TEST(ArchiveFormat, theNameTellsTheFormatInAnyLetterCase)
         EXPECT_EQ(formatOf(path), format) << path.toStdString();
 }
 
-TEST(ArchiveFormat, otherFilesHaveNone)
+TEST(ArchiveFormat, OtherFilesHaveNone)
 {
     for (const QString& path :
          {QStringLiteral("/x/a.gz"), QStringLiteral("/x/a.bz2"), QStringLiteral("/x/a.xz"),

@@ -9,7 +9,7 @@
 namespace vormel {
 namespace {
 
-TEST(SiblingVolumes, areAllVolumesWhoseNamesBeginLikeTheSet)
+TEST(SiblingVolumes, AreAllVolumesWhoseNamesBeginLikeTheSet)
 {
     const fixtures::Sandbox sandbox;
     QSet<QString> expected;
@@ -22,14 +22,14 @@ TEST(SiblingVolumes, areAllVolumesWhoseNamesBeginLikeTheSet)
     EXPECT_EQ(found.size(), expected.size());
 }
 
-TEST(SiblingVolumes, aLoneArchiveHasNone)
+TEST(SiblingVolumes, ALoneArchiveHasNone)
 {
     const fixtures::Sandbox sandbox;
     sandbox.write(QStringLiteral("a.part1.rar"), "x");
     EXPECT_EQ(siblingVolumes(sandbox.write(QStringLiteral("a.rar"), "x")), QStringList());
 }
 
-TEST(SiblingVolumes, aFolderThatCannotBeListedHasNone)
+TEST(SiblingVolumes, AFolderThatCannotBeListedHasNone)
 {
     EXPECT_EQ(siblingVolumes(QStringLiteral("/no/such/folder/a.part1.rar")), QStringList());
 }

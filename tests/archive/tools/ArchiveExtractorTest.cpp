@@ -63,20 +63,20 @@ protected:
     std::vector<double> fractions;
 };
 
-TEST_F(ArchiveExtractorTest, aFileWithoutAFormatIsRefused)
+TEST_F(ArchiveExtractorTest, AFileWithoutAFormatIsRefused)
 {
     EXPECT_EQ(extract(QStringLiteral("a.gz")).kind, Kind::unsupportedFormat);
     EXPECT_FALSE(QFileInfo::exists(destination()));
 }
 
-TEST_F(ArchiveExtractorTest, theDestinationIsMadeWithItsParents)
+TEST_F(ArchiveExtractorTest, TheDestinationIsMadeWithItsParents)
 {
     add("unrar", "touch \"$6/inside\"");
     EXPECT_TRUE(extract(QStringLiteral("a.rar")).isSuccess());
     EXPECT_TRUE(QFileInfo::exists(destination() + QStringLiteral("/inside")));
 }
 
-TEST_F(ArchiveExtractorTest, aDestinationThatCannotBeMadeIsToldAsItIs)
+TEST_F(ArchiveExtractorTest, ADestinationThatCannotBeMadeIsToldAsItIs)
 {
     add("unrar");
     sandbox.write(QStringLiteral("out"), "a file");
@@ -86,7 +86,7 @@ TEST_F(ArchiveExtractorTest, aDestinationThatCannotBeMadeIsToldAsItIs)
     EXPECT_TRUE(calls("unrar").isEmpty());
 }
 
-TEST_F(ArchiveExtractorTest, rarIsUnpackedWithUnrarAndNeverAsks)
+TEST_F(ArchiveExtractorTest, RarIsUnpackedWithUnrarAndNeverAsks)
 {
     add("unrar", "echo 42%");
     add("rar");
@@ -98,7 +98,7 @@ TEST_F(ArchiveExtractorTest, rarIsUnpackedWithUnrarAndNeverAsks)
     EXPECT_EQ(fractions, std::vector<double>{0.42});
 }
 
-TEST_F(ArchiveExtractorTest, rarStandsInForUnrarAndGetsThePassword)
+TEST_F(ArchiveExtractorTest, RarStandsInForUnrarAndGetsThePassword)
 {
     add("rar");
     EXPECT_TRUE(extract(QStringLiteral("a.rar"), QStringLiteral("pass word")).isSuccess());
@@ -106,7 +106,7 @@ TEST_F(ArchiveExtractorTest, rarStandsInForUnrarAndGetsThePassword)
     EXPECT_EQ(calls("rar")[0][3], u"-ppass word");
 }
 
-TEST_F(ArchiveExtractorTest, anEmptyPasswordCountsAsGivenAndIsNotPassedOn)
+TEST_F(ArchiveExtractorTest, AnEmptyPasswordCountsAsGivenAndIsNotPassedOn)
 {
     add("unrar", "exit 11");
     EXPECT_EQ(extract(QStringLiteral("a.rar"), QString()).kind, Kind::wrongPassword);
@@ -117,7 +117,7 @@ TEST_F(ArchiveExtractorTest, anEmptyPasswordCountsAsGivenAndIsNotPassedOn)
         EXPECT_EQ(call[3], u"-p-");
 }
 
-TEST_F(ArchiveExtractorTest, recoveryVolumesAreKeptFromUnrarWhereOurRepairCanUseThem)
+TEST_F(ArchiveExtractorTest, RecoveryVolumesAreKeptFromUnrarWhereOurRepairCanUseThem)
 {
     for (const char* name : {"a.part1.rar", "a.part1.rev"})
         sandbox.write(QString::fromLatin1(name), "x");
@@ -130,20 +130,20 @@ TEST_F(ArchiveExtractorTest, recoveryVolumesAreKeptFromUnrarWhereOurRepairCanUse
     EXPECT_EQ(sandbox.read(QStringLiteral("seen")), "a.part1.rar\n");
 }
 
-TEST_F(ArchiveExtractorTest, withoutAToolForRarUnrarIsAskedFor)
+TEST_F(ArchiveExtractorTest, WithoutAToolForRarUnrarIsAskedFor)
 {
     const TaskEnd end = extract(QStringLiteral("a.rar"));
     EXPECT_EQ(end.kind, Kind::toolNotFound);
     EXPECT_EQ(end.description, toolNotFoundText(QStringLiteral("unrar")));
 }
 
-TEST_F(ArchiveExtractorTest, aCrashOfTheToolIsNoPasswordFailure)
+TEST_F(ArchiveExtractorTest, ACrashOfTheToolIsNoPasswordFailure)
 {
     add("unrar", "kill -SEGV $$");
     EXPECT_EQ(extract(QStringLiteral("a.rar")).kind, Kind::extractionFailed);
 }
 
-TEST_F(ArchiveExtractorTest, sevenZipTakesTheFirstToolThatIsThere)
+TEST_F(ArchiveExtractorTest, SevenZipTakesTheFirstToolThatIsThere)
 {
     add("7zz");
     EXPECT_TRUE(extract(QStringLiteral("a.7z")).isSuccess());
@@ -159,12 +159,12 @@ TEST_F(ArchiveExtractorTest, sevenZipTakesTheFirstToolThatIsThere)
     EXPECT_EQ(fractions, std::vector<double>{0.07});
 }
 
-TEST_F(ArchiveExtractorTest, withoutAToolForSevenZipItIsAskedFor)
+TEST_F(ArchiveExtractorTest, WithoutAToolForSevenZipItIsAskedFor)
 {
     EXPECT_EQ(extract(QStringLiteral("a.7z")).description, toolNotFoundText(QStringLiteral("7z")));
 }
 
-TEST_F(ArchiveExtractorTest, tarIsToldItsCompression)
+TEST_F(ArchiveExtractorTest, TarIsToldItsCompression)
 {
     add("tar", "echo 50%");
     for (const auto& [name, letters] : {std::pair(QStringLiteral("a.tar"), QStringLiteral("-xf")),
@@ -178,13 +178,13 @@ TEST_F(ArchiveExtractorTest, tarIsToldItsCompression)
     EXPECT_TRUE(fractions.empty());
 }
 
-TEST_F(ArchiveExtractorTest, aFailureOfTarIsNotTakenForAPasswordFailure)
+TEST_F(ArchiveExtractorTest, AFailureOfTarIsNotTakenForAPasswordFailure)
 {
     add("tar", "echo wrong password; exit 11");
     EXPECT_EQ(extract(QStringLiteral("a.tar")).kind, Kind::extractionFailed);
 }
 
-TEST_F(ArchiveExtractorTest, zipGoesToDittoFirst)
+TEST_F(ArchiveExtractorTest, ZipGoesToDittoFirst)
 {
     add("ditto", "echo 50%");
     add("unzip");
@@ -195,7 +195,7 @@ TEST_F(ArchiveExtractorTest, zipGoesToDittoFirst)
     EXPECT_TRUE(fractions.empty());
 }
 
-TEST_F(ArchiveExtractorTest, zipGoesOnToUnzipWhenDittoIsMissingOrFails)
+TEST_F(ArchiveExtractorTest, ZipGoesOnToUnzipWhenDittoIsMissingOrFails)
 {
     add("unzip");
     EXPECT_TRUE(extract(QStringLiteral("a.zip")).isSuccess());
@@ -207,7 +207,7 @@ TEST_F(ArchiveExtractorTest, zipGoesOnToUnzipWhenDittoIsMissingOrFails)
     EXPECT_EQ(calls("unzip"), (QList<QStringList>{expected, expected}));
 }
 
-TEST_F(ArchiveExtractorTest, aZipWithAPasswordNeverGoesToDitto)
+TEST_F(ArchiveExtractorTest, AZipWithAPasswordNeverGoesToDitto)
 {
     add("ditto");
     add("unzip");
@@ -220,7 +220,7 @@ TEST_F(ArchiveExtractorTest, aZipWithAPasswordNeverGoesToDitto)
     EXPECT_EQ(calls("unzip")[1].front(), u"-o");
 }
 
-TEST_F(ArchiveExtractorTest, zipEndsWithSevenZipWhoseErrorCounts)
+TEST_F(ArchiveExtractorTest, ZipEndsWithSevenZipWhoseErrorCounts)
 {
     add("unzip", "exit 9");
     add("7za", "echo Wrong password; echo 50%; exit 2");
@@ -232,7 +232,7 @@ TEST_F(ArchiveExtractorTest, zipEndsWithSevenZipWhoseErrorCounts)
     EXPECT_TRUE(fractions.empty());
 }
 
-TEST_F(ArchiveExtractorTest, withoutSevenZipTheFailureOfUnzipIsTold)
+TEST_F(ArchiveExtractorTest, WithoutSevenZipTheFailureOfUnzipIsTold)
 {
     add("ditto", "exit 1");
     add("unzip", "echo broken; exit 9");
@@ -245,7 +245,7 @@ TEST_F(ArchiveExtractorTest, withoutSevenZipTheFailureOfUnzipIsTold)
     EXPECT_TRUE(extract(QStringLiteral("a.zip")).isLaunchError);
 }
 
-TEST_F(ArchiveExtractorTest, aLinkThatLeadsOutIsRemovedBeforeAnythingIsPlaced)
+TEST_F(ArchiveExtractorTest, ALinkThatLeadsOutIsRemovedBeforeAnythingIsPlaced)
 {
     add("unrar", "cd \"$6\"; ln -s ../.. out; ln -s inside in; touch inside");
     EXPECT_TRUE(extract(QStringLiteral("a.rar")).isSuccess());
@@ -253,7 +253,7 @@ TEST_F(ArchiveExtractorTest, aLinkThatLeadsOutIsRemovedBeforeAnythingIsPlaced)
     EXPECT_TRUE(QFileInfo(destination() + QStringLiteral("/in")).isSymLink());
 }
 
-TEST_F(ArchiveExtractorTest, aFailureLeavesNothingBehind)
+TEST_F(ArchiveExtractorTest, AFailureLeavesNothingBehind)
 {
     QDir().mkpath(destination());
     add("unrar", "cd \"$6\"; echo half >half; exit 3");
@@ -261,7 +261,7 @@ TEST_F(ArchiveExtractorTest, aFailureLeavesNothingBehind)
     EXPECT_TRUE(QDir(destination()).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
 }
 
-TEST_F(ArchiveExtractorTest, eachToolStartsInAFolderThatNoOtherHasUsed)
+TEST_F(ArchiveExtractorTest, EachToolStartsInAFolderThatNoOtherHasUsed)
 {
     add("unzip", "touch \"$4/half\"; exit 9");
     add("7zz", "ls -A \"${3#-o}\" | grep . && exit 1; touch \"${3#-o}/whole\"");
@@ -269,7 +269,7 @@ TEST_F(ArchiveExtractorTest, eachToolStartsInAFolderThatNoOtherHasUsed)
     EXPECT_EQ(QDir(destination()).entryList(QDir::Files), QStringList{QStringLiteral("whole")});
 }
 
-TEST_F(ArchiveExtractorTest, aToolThatIsStoppedIsKilledAndLeavesNothingBehind)
+TEST_F(ArchiveExtractorTest, AToolThatIsStoppedIsKilledAndLeavesNothingBehind)
 {
     add("unrar", "cd \"$6\"; echo half >half; exec sleep 600");
     std::stop_source stop;
@@ -284,7 +284,7 @@ TEST_F(ArchiveExtractorTest, aToolThatIsStoppedIsKilledAndLeavesNothingBehind)
     EXPECT_TRUE(QDir(destination()).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
 }
 
-TEST_F(ArchiveExtractorTest, theEndOfTheProgramStartsNoFurtherTool)
+TEST_F(ArchiveExtractorTest, TheEndOfTheProgramStartsNoFurtherTool)
 {
     add("ditto", "exec sleep 600");
     add("unzip");
@@ -300,7 +300,7 @@ TEST_F(ArchiveExtractorTest, theEndOfTheProgramStartsNoFurtherTool)
     EXPECT_TRUE(calls("unzip").isEmpty());
 }
 
-TEST_F(ArchiveExtractorTest, aSoundSetHasNoBadVolumes)
+TEST_F(ArchiveExtractorTest, ASoundSetHasNoBadVolumes)
 {
     add("unrar");
     add("rar");
@@ -312,7 +312,7 @@ TEST_F(ArchiveExtractorTest, aSoundSetHasNoBadVolumes)
     EXPECT_EQ(trace, QStringList{QStringLiteral("[Verify] a.part1.rar OK")});
 }
 
-TEST_F(ArchiveExtractorTest, aFailedTestNamesTheBadVolumes)
+TEST_F(ArchiveExtractorTest, AFailedTestNamesTheBadVolumes)
 {
     add("rar", "echo 'Cannot find volume /x/a.part3.rar'; echo 'Corrupt header'; exit 3");
     const auto [test, end] = verify(QStringLiteral("a.part1.rar"));
@@ -324,7 +324,7 @@ TEST_F(ArchiveExtractorTest, aFailedTestNamesTheBadVolumes)
                                   QStringLiteral("[Verify] bad volumes: a.part1.rar, a.part3.rar")}));
 }
 
-TEST_F(ArchiveExtractorTest, theMiddleOfALongTestIsReadAsWell)
+TEST_F(ArchiveExtractorTest, TheMiddleOfALongTestIsReadAsWell)
 {
     // Far more than is kept of an output.
     add("unrar", "echo 'Testing archive /x/a.part1.rar'; "
@@ -336,7 +336,7 @@ TEST_F(ArchiveExtractorTest, theMiddleOfALongTestIsReadAsWell)
     EXPECT_EQ(test.badVolumes, QStringList{QStringLiteral("a.part2.rar")});
 }
 
-TEST_F(ArchiveExtractorTest, aTestThatFailsWithoutBlameTellsTheToolsReason)
+TEST_F(ArchiveExtractorTest, ATestThatFailsWithoutBlameTellsTheToolsReason)
 {
     add("unrar",
         "echo 'UNRAR 6.21 freeware'; echo 'Read error in the file /x/a.part2.rar'; echo 'Total errors: 1'; exit 2");
@@ -348,14 +348,14 @@ TEST_F(ArchiveExtractorTest, aTestThatFailsWithoutBlameTellsTheToolsReason)
     EXPECT_EQ(verify(QStringLiteral("a.part1.rar")).first.reason, u"code 9");
 }
 
-TEST_F(ArchiveExtractorTest, verificationWithoutAToolOrOneThatDoesNotStartThrows)
+TEST_F(ArchiveExtractorTest, VerificationWithoutAToolOrOneThatDoesNotStartThrows)
 {
     EXPECT_EQ(verify(QStringLiteral("a.rar")).second.description, toolNotFoundText(QStringLiteral("unrar/rar")));
     QDir().mkpath(tools.folder() + QStringLiteral("unrar"));
     EXPECT_TRUE(verify(QStringLiteral("a.rar")).second.isLaunchError);
 }
 
-TEST_F(ArchiveExtractorTest, repairRunsRarEvenWithoutRecoveryVolumes)
+TEST_F(ArchiveExtractorTest, RepairRunsRarEvenWithoutRecoveryVolumes)
 {
     add("unrar");
     EXPECT_FALSE(extractor.canRepair());
@@ -370,7 +370,7 @@ TEST_F(ArchiveExtractorTest, repairRunsRarEvenWithoutRecoveryVolumes)
                                   QStringLiteral("[Repair] rar rc succeeded")}));
 }
 
-TEST_F(ArchiveExtractorTest, theRepairTraceCountsAllVolumesOfTheFolderInAnyLetterCase)
+TEST_F(ArchiveExtractorTest, TheRepairTraceCountsAllVolumesOfTheFolderInAnyLetterCase)
 {
     for (const char* name : {"b.part2.REV", "a.part1.rev", "a.part1.rar", "B.PART1.RAR", "c.rar", "x.txt"})
         sandbox.write(QStringLiteral("set/") + QString::fromUtf8(name), "x");
@@ -382,7 +382,7 @@ TEST_F(ArchiveExtractorTest, theRepairTraceCountsAllVolumesOfTheFolderInAnyLette
                                   QStringLiteral("[Repair] rar rc FAILED (code 9):\nno\n")}));
 }
 
-TEST_F(ArchiveExtractorTest, aRepairToolThatDoesNotStartIsTracedAndThrown)
+TEST_F(ArchiveExtractorTest, ARepairToolThatDoesNotStartIsTracedAndThrown)
 {
     QDir().mkpath(tools.folder() + QStringLiteral("rar"));
     EXPECT_TRUE(runToEnd(extractor.repair(archive(QStringLiteral("a.part1.rar")))).isLaunchError);

@@ -45,7 +45,7 @@ protected:
     QStringList changed;
 };
 
-TEST_F(ArchiveRepairTest, theToolWorksOnLinksUnderPlainNames)
+TEST_F(ArchiveRepairTest, TheToolWorksOnLinksUnderPlainNames)
 {
     toolDoes("ls -A | tr '\\n' ' ' >'" + sandbox.path(QStringLiteral("seen")).toUtf8() +
              "'; find . -type l -name 'v*' | wc -l >>'" + sandbox.path(QStringLiteral("seen")).toUtf8() + '\'');
@@ -56,7 +56,7 @@ TEST_F(ArchiveRepairTest, theToolWorksOnLinksUnderPlainNames)
     EXPECT_EQ(sandbox.files(QStringLiteral("set")).size(), 3);
 }
 
-TEST_F(ArchiveRepairTest, whatItRebuiltTakesThePlaceOfTheVolumeWhateverItsStatus)
+TEST_F(ArchiveRepairTest, WhatItRebuiltTakesThePlaceOfTheVolumeWhateverItsStatus)
 {
     for (const char* status : {"0", "1", "3"}) {
         sandbox.write(QStringLiteral("set/s?t.part2.rar"), original);
@@ -70,7 +70,7 @@ TEST_F(ArchiveRepairTest, whatItRebuiltTakesThePlaceOfTheVolumeWhateverItsStatus
     }
 }
 
-TEST_F(ArchiveRepairTest, aMissingVolumeIsPutInItsPlace)
+TEST_F(ArchiveRepairTest, AMissingVolumeIsPutInItsPlace)
 {
     QFile::remove(volume("part2.rar"));
     toolDoes("echo rebuilt >volume.part2.rar");
@@ -79,7 +79,7 @@ TEST_F(ArchiveRepairTest, aMissingVolumeIsPutInItsPlace)
     EXPECT_EQ(changed, QStringList{volume("part2.rar")});
 }
 
-TEST_F(ArchiveRepairTest, aFileThatIsCalledLikeAReplacedVolumeStays)
+TEST_F(ArchiveRepairTest, AFileThatIsCalledLikeAReplacedVolumeStays)
 {
     sandbox.write(QStringLiteral("set/s?t.part2.rar.bad"), "the user's own");
     toolDoes("rm volume.part2.rar; echo rebuilt >volume.part2.rar");
@@ -88,7 +88,7 @@ TEST_F(ArchiveRepairTest, aFileThatIsCalledLikeAReplacedVolumeStays)
     EXPECT_EQ(contents("part2.rar (1).bad"), original);
 }
 
-TEST_F(ArchiveRepairTest, aVolumeThatIsNoRarAtAllIsNotWhatTheToolIsGiven)
+TEST_F(ArchiveRepairTest, AVolumeThatIsNoRarAtAllIsNotWhatTheToolIsGiven)
 {
     sandbox.write(QStringLiteral("set/s?t.part1.rar"), "<html>404</html>");
     toolDoes("exit 0");
@@ -96,14 +96,14 @@ TEST_F(ArchiveRepairTest, aVolumeThatIsNoRarAtAllIsNotWhatTheToolIsGiven)
     EXPECT_TRUE(tools.calls(QStringLiteral("rar"))[0][2].endsWith(QStringLiteral("/volume.part2.rar")));
 }
 
-TEST_F(ArchiveRepairTest, aFailureThatRebuiltNothingIsTold)
+TEST_F(ArchiveRepairTest, AFailureThatRebuiltNothingIsTold)
 {
     toolDoes("echo no volumes; : >volume.part9.rar; exit 10");
     EXPECT_EQ(repair().exitCode, 10);
     EXPECT_EQ(sandbox.files(QStringLiteral("set")).size(), 3);
 }
 
-TEST_F(ArchiveRepairTest, whatAToolWasKilledOverIsNotTaken)
+TEST_F(ArchiveRepairTest, WhatAToolWasKilledOverIsNotTaken)
 {
     toolDoes("rm volume.part2.rar; echo half >volume.part2.rar; echo half >volume.part3.rar; kill -9 $$");
     EXPECT_EQ(repair().exitCode, 137);
@@ -111,7 +111,7 @@ TEST_F(ArchiveRepairTest, whatAToolWasKilledOverIsNotTaken)
     EXPECT_EQ(sandbox.files(QStringLiteral("set")).size(), 3);
 }
 
-TEST_F(ArchiveRepairTest, aVolumeThatCameMeanwhileStays)
+TEST_F(ArchiveRepairTest, AVolumeThatCameMeanwhileStays)
 {
     const QByteArray folder = '\'' + sandbox.path(QStringLiteral("set")).toUtf8() + '\'';
     toolDoes("cd " + folder +
@@ -123,7 +123,7 @@ TEST_F(ArchiveRepairTest, aVolumeThatCameMeanwhileStays)
     EXPECT_TRUE(changed.isEmpty());
 }
 
-TEST_F(ArchiveRepairTest, aStopLeavesTheSetAsItWas)
+TEST_F(ArchiveRepairTest, AStopLeavesTheSetAsItWas)
 {
     toolDoes("rm volume.part2.rar; echo half >volume.part2.rar; exec sleep 600");
     std::stop_source stop;
@@ -137,7 +137,7 @@ TEST_F(ArchiveRepairTest, aStopLeavesTheSetAsItWas)
     EXPECT_EQ(sandbox.files(QStringLiteral("set")).size(), 3);
 }
 
-TEST_F(ArchiveRepairTest, setsThatTheToolCallsFailedAreWholeAgain)
+TEST_F(ArchiveRepairTest, SetsThatTheToolCallsFailedAreWholeAgain)
 {
     VORMEL_NEEDS_TOOL("rar");
     VORMEL_NEEDS_TOOL("unrar");

@@ -39,7 +39,7 @@ QString member(const QString& name)
     return QStringLiteral("Testing     ") + name + QStringLiteral("          \b\b\b\b 27%\b\b\b\b\b  OK \n");
 }
 
-TEST(BadVolumes, aVolumeThatCannotBeFoundIsNamedWithoutItsFolder)
+TEST(BadVolumes, AVolumeThatCannotBeFoundIsNamedWithoutItsFolder)
 {
     EXPECT_EQ(badVolumes(QStringLiteral("Cannot find volume /x/a.part3.rar\n")), partsOfA({3}));
     EXPECT_EQ(badVolumes(QStringLiteral("Cannot find volume /x/a.part3.rar"), QStringLiteral("a.part1.rar")),
@@ -47,7 +47,7 @@ TEST(BadVolumes, aVolumeThatCannotBeFoundIsNamedWithoutItsFolder)
     EXPECT_EQ(badVolumes(QStringLiteral("cannot FIND volume   a.part3.rar     \n")), partsOfA({3}));
 }
 
-TEST(BadVolumes, aVolumeWithAChecksumErrorIsNamed)
+TEST(BadVolumes, AVolumeWithAChecksumErrorIsNamed)
 {
     EXPECT_EQ(badVolumes(QStringLiteral("big.bin : packed data checksum error in volume /x/a.part3.rar")),
               partsOfA({3}));
@@ -55,7 +55,7 @@ TEST(BadVolumes, aVolumeWithAChecksumErrorIsNamed)
               QStringList{QStringLiteral("a.rar")});
 }
 
-TEST(BadVolumes, aVolumeBeforeAWordOfComplaintIsNamed)
+TEST(BadVolumes, AVolumeBeforeAWordOfComplaintIsNamed)
 {
     for (const QString& line :
          {QStringLiteral("/x/a.part2.rar - CRC failed"), QStringLiteral("/x/a.part2.rar : checksum mismatch"),
@@ -64,13 +64,13 @@ TEST(BadVolumes, aVolumeBeforeAWordOfComplaintIsNamed)
         EXPECT_EQ(badVolumes(line), partsOfA({2})) << line.toStdString();
 }
 
-TEST(BadVolumes, aWordOfComplaintInAnotherLineOrBeforeTheVolumeNamesNobody)
+TEST(BadVolumes, AWordOfComplaintInAnotherLineOrBeforeTheVolumeNamesNobody)
 {
     EXPECT_EQ(badVolumes(QStringLiteral("Testing archive /x/a.part3.rar\r\n\r\n\nCRC failed in it\n")), QStringList());
     EXPECT_EQ(badVolumes(QStringLiteral("failed: /x/a.part2.rar\nfine\n")), QStringList());
 }
 
-TEST(BadVolumes, aVolumeNamedTwiceAppearsOnceAndTheNamesAreSorted)
+TEST(BadVolumes, AVolumeNamedTwiceAppearsOnceAndTheNamesAreSorted)
 {
     EXPECT_EQ(badVolumes(QStringLiteral("Cannot find volume /x/a.part4.rar\n"
                                         "checksum error in volume /x/a.part3.rar\n"
@@ -78,7 +78,7 @@ TEST(BadVolumes, aVolumeNamedTwiceAppearsOnceAndTheNamesAreSorted)
               partsOfA({3, 4}));
 }
 
-TEST(BadVolumes, aCorruptHeaderWithoutAVolumeBlamesTheTestedArchive)
+TEST(BadVolumes, ACorruptHeaderWithoutAVolumeBlamesTheTestedArchive)
 {
     for (const QString& line :
          {QStringLiteral("Corrupt header\n"), QStringLiteral("the HEADER IS CORRUPT\n"),
@@ -87,7 +87,7 @@ TEST(BadVolumes, aCorruptHeaderWithoutAVolumeBlamesTheTestedArchive)
         EXPECT_EQ(badVolumes(line), partsOfA({1})) << line.toStdString();
 }
 
-TEST(BadVolumes, aCorruptHeaderOfALaterVolumeBlamesThatAlone)
+TEST(BadVolumes, ACorruptHeaderOfALaterVolumeBlamesThatAlone)
 {
     EXPECT_EQ(badVolumes(QStringLiteral("Testing archive /x/a.part1.rar\n") + member(QStringLiteral("f")) +
                          QStringLiteral("Testing archive /x/a.part3.rar\nCorrupt header is found\n"
@@ -95,19 +95,19 @@ TEST(BadVolumes, aCorruptHeaderOfALaterVolumeBlamesThatAlone)
               partsOfA({3}));
 }
 
-TEST(BadVolumes, lettersStayAsTheToolWroteThem)
+TEST(BadVolumes, LettersStayAsTheToolWroteThem)
 {
     EXPECT_EQ(badVolumes(QStringLiteral("Cannot find volume /x/A.PART2.RAR")),
               QStringList{QStringLiteral("A.PART2.RAR")});
 }
 
-TEST(BadVolumes, aFileThatIsNoArchiveIsNamed)
+TEST(BadVolumes, AFileThatIsNoArchiveIsNamed)
 {
     EXPECT_EQ(badVolumes(QStringLiteral("ERROR: Bad archive /x/a.part3.rar\n\nProgram aborted\n")), partsOfA({3}));
     EXPECT_EQ(badVolumes(QStringLiteral("/x/a.part1.rar is not RAR archive\nNo files to extract\n")), partsOfA({1}));
 }
 
-TEST(BadVolumes, aVolumeThatEndsTooEarlyIsTheOneBeingTested)
+TEST(BadVolumes, AVolumeThatEndsTooEarlyIsTheOneBeingTested)
 {
     const QString output = QStringLiteral("\nTesting archive /x/a.part1.rar\n\nTesting     f   \b\b\b\b 27%\n"
                                           "\nTesting archive /x/a.part2.rar\n\nUnexpected end of archive\n"
@@ -116,7 +116,7 @@ TEST(BadVolumes, aVolumeThatEndsTooEarlyIsTheOneBeingTested)
     EXPECT_EQ(badVolumes(output), partsOfA({2}));
 }
 
-TEST(BadVolumes, aBadFileBlamesTheVolumeInWhichItEndsUnlessAnotherIsToBlame)
+TEST(BadVolumes, ABadFileBlamesTheVolumeInWhichItEndsUnlessAnotherIsToBlame)
 {
     const QString start = QStringLiteral("Testing archive /x/a.part1.rar\n\nTesting     f    \b\b\b\b100%\n");
     const QString named = QStringLiteral("f   : packed data checksum error in volume /x/a.part1.rar\n");
@@ -126,7 +126,7 @@ TEST(BadVolumes, aBadFileBlamesTheVolumeInWhichItEndsUnlessAnotherIsToBlame)
     EXPECT_EQ(badVolumes(start + named + end), partsOfA({1}));
 }
 
-TEST(BadVolumes, blanksInTheSetsOwnPathHideNoVolume)
+TEST(BadVolumes, BlanksInTheSetsOwnPathHideNoVolume)
 {
     const QString output = QStringLiteral("Cannot find volume /x y/My own film.part3.rar\n"
                                           "checksum error in volume /x y/My own film.part2.rar\n");
@@ -136,7 +136,7 @@ TEST(BadVolumes, blanksInTheSetsOwnPathHideNoVolume)
               partsOfA({3}));
 }
 
-TEST(BadVolumes, outputThatBlamesNobodyNamesNobody)
+TEST(BadVolumes, OutputThatBlamesNobodyNamesNobody)
 {
     EXPECT_EQ(badVolumes(QString()), QStringList());
     EXPECT_EQ(badVolumes(QStringLiteral("Total errors: 1\nProgram aborted\n")), QStringList());
@@ -145,7 +145,7 @@ TEST(BadVolumes, outputThatBlamesNobodyNamesNobody)
 class MemberName : public ::testing::TestWithParam<QString>
 {};
 
-TEST_P(MemberName, aMemberIsNeverTakenForAVolumeWhateverItIsCalled)
+TEST_P(MemberName, AMemberIsNeverTakenForAVolumeWhateverItIsCalled)
 {
     const QString& name = GetParam();
     const QString start = QStringLiteral("Testing archive /x/a.part1.rar\n\n") + member(name) +
@@ -177,13 +177,13 @@ INSTANTIATE_TEST_SUITE_P(
         QStringLiteral("one\nCannot find volume a.part4.rar\ntwo"),
         QStringLiteral("one\nCannot find volume /y/a.part4.rar\ntwo"), QStringLiteral("one\nx - checksum error\ntwo")));
 
-TEST(BadVolumes, aBadMemberThatIsCalledLikeAVolumeBlamesTheOneThatItLiesIn)
+TEST(BadVolumes, ABadMemberThatIsCalledLikeAVolumeBlamesTheOneThatItLiesIn)
 {
     EXPECT_EQ(badVolumes(QStringLiteral("Testing archive /x/a.part1.rar\n\na.part4.rar - checksum error\n")),
               partsOfA({1}));
 }
 
-TEST(BadVolumes, aMemberThatBeginsAtTheEndOfAVolumeBreaksNoName)
+TEST(BadVolumes, AMemberThatBeginsAtTheEndOfAVolumeBreaksNoName)
 {
     // So little of it that no figure was drawn.
     const QString start = QStringLiteral("Testing archive /x/a.part1.rar\n\n") + member(QStringLiteral("f")) +
@@ -194,14 +194,14 @@ TEST(BadVolumes, aMemberThatBeginsAtTheEndOfAVolumeBreaksNoName)
     EXPECT_EQ(badVolumes(start + QStringLiteral("Unexpected end of archive\n")), partsOfA({2}));
 }
 
-TEST(BadVolumes, aMemberThatIsSkippedBreaksNoName)
+TEST(BadVolumes, AMemberThatIsSkippedBreaksNoName)
 {
     EXPECT_EQ(badVolumes(QStringLiteral("Testing archive /x/a.part2.rar\n\nUnexpected end of archive\n"
                                         "Testing archive /x/a.part3.rar\n\nSkipping    f       \b\b\b\b\b     \n")),
               partsOfA({2}));
 }
 
-TEST(BadVolumes, aRecoveryRecordInAVolumeIsNoMember)
+TEST(BadVolumes, ARecoveryRecordInAVolumeIsNoMember)
 {
     const QString record = QStringLiteral("Testing the recovery record      \b\b\b\b 25%\b\b\b\b100%\b\b\b\b");
     const QString start = QStringLiteral("Testing archive /x/a.part1.rar\n\n") + record + QStringLiteral("   OK\n") +
@@ -211,12 +211,12 @@ TEST(BadVolumes, aRecoveryRecordInAVolumeIsNoMember)
               partsOfA({2}));
 }
 
-TEST(BadVolumes, aVolumeOfAnotherSetIsNotBlamed)
+TEST(BadVolumes, AVolumeOfAnotherSetIsNotBlamed)
 {
     EXPECT_EQ(badVolumes(QStringLiteral("Cannot find volume /x/b.part3.rar\n")), QStringList());
 }
 
-TEST(BadVolumes, aPromptForAPasswordIsSeen)
+TEST(BadVolumes, APromptForAPasswordIsSeen)
 {
     EXPECT_TRUE(readWhole(QStringLiteral("Testing archive /x/a.part1.rar\n\n\nEnter password (will not be echoed) for "
                                          "z.bin: \n\nProgram aborted\n"))
@@ -226,7 +226,7 @@ TEST(BadVolumes, aPromptForAPasswordIsSeen)
 class HostileOutput : public ::testing::TestWithParam<QString>
 {};
 
-TEST_P(HostileOutput, aMegabyteOfItIsReadInTime)
+TEST_P(HostileOutput, AMegabyteOfItIsReadInTime)
 {
     constexpr qsizetype size = 1024 * 1024;
     const QString output = GetParam().repeated(size / GetParam().size());

@@ -14,7 +14,7 @@ Kind classified(int code, const char* output, bool passwordGiven)
     return classifyToolError(ExtractionError::extractionFailed(code, QString::fromUtf8(output)), passwordGiven).kind();
 }
 
-TEST(ExtractionError, eachKindHasItsText)
+TEST(ExtractionError, EachKindHasItsText)
 {
     EXPECT_EQ(ExtractionError::extractionFailed(3, QStringLiteral("oh")).errorDescription(),
               u"Extraction failed (code 3): oh");
@@ -26,7 +26,7 @@ TEST(ExtractionError, eachKindHasItsText)
     EXPECT_EQ(ExtractionError::repairToolNotFound().errorDescription(), repairToolNotFoundText());
 }
 
-TEST(ExtractionError, aMissingToolIsFoundWithThePackageManagerOfThePlatform)
+TEST(ExtractionError, AMissingToolIsFoundWithThePackageManagerOfThePlatform)
 {
     EXPECT_EQ(toolNotFoundText(QStringLiteral("7z"), PackageManager::brew),
               u"7z not found. Install it with: brew install 7z");
@@ -40,7 +40,7 @@ TEST(ExtractionError, aMissingToolIsFoundWithThePackageManagerOfThePlatform)
               u"unrar/rar not found. Install it with: sudo apt install unrar");
 }
 
-TEST(ExtractionError, theMissingRepairToolSaysWhatItIsNeededFor)
+TEST(ExtractionError, TheMissingRepairToolSaysWhatItIsNeededFor)
 {
     EXPECT_EQ(repairToolNotFoundText(PackageManager::brew),
               u"rar (needed to rebuild volumes from .rev — install with: brew install rar) not found. Install it with: "
@@ -50,7 +50,7 @@ TEST(ExtractionError, theMissingRepairToolSaysWhatItIsNeededFor)
               u"with: sudo apt install rar");
 }
 
-TEST(ExtractionError, theTextShowsTwoHundredCharactersNotBytes)
+TEST(ExtractionError, TheTextShowsTwoHundredCharactersNotBytes)
 {
     const QString family = QStringLiteral("👨‍👩‍👧");
     const QString shown = ExtractionError::extractionFailed(1, family.repeated(300)).errorDescription();
@@ -60,7 +60,7 @@ TEST(ExtractionError, theTextShowsTwoHundredCharactersNotBytes)
               QStringLiteral("Extraction failed (code 1): ") + exact);
 }
 
-TEST(ExtractionError, theWholeOutputIsKeptBesideTheText)
+TEST(ExtractionError, TheWholeOutputIsKeptBesideTheText)
 {
     const QString output = QStringLiteral("x").repeated(5000);
     const ExtractionError error = ExtractionError::extractionFailed(7, output);
@@ -68,7 +68,7 @@ TEST(ExtractionError, theWholeOutputIsKeptBesideTheText)
     EXPECT_EQ(error.output(), output);
 }
 
-TEST(ExtractionError, theTextTellsTheReasonAndNotTheBanner)
+TEST(ExtractionError, TheTextTellsTheReasonAndNotTheBanner)
 {
     EXPECT_EQ(ExtractionError::extractionFailed(
                   3, QStringLiteral("\nUNRAR 6.21 freeware      Copyright (c) 1993-2023 A. Uthor\n\n\n"
@@ -80,7 +80,7 @@ TEST(ExtractionError, theTextTellsTheReasonAndNotTheBanner)
               u"Extraction failed (code 3): UNRAR 6.21 freeware\n");
 }
 
-TEST(ExtractionError, aWrongPasswordThatMayBeDamageCanBeToldAsSuch)
+TEST(ExtractionError, AWrongPasswordThatMayBeDamageCanBeToldAsSuch)
 {
     const auto classify = [](int code, const char* output) {
         return classifyToolError(ExtractionError::extractionFailed(code, QString::fromUtf8(output)), true);
@@ -105,7 +105,7 @@ TEST(ExtractionError, aWrongPasswordThatMayBeDamageCanBeToldAsSuch)
         classifyToolError(ExtractionError::extractionFailed(2, QStringLiteral("Wrong password?")), false).asDamage());
 }
 
-TEST(ExtractionError, aMemberThatIsCalledLikeAPasswordBlamesNone)
+TEST(ExtractionError, AMemberThatIsCalledLikeAPasswordBlamesNone)
 {
     for (const char* output :
          {"Extracting  /x/Wrong password.txt     \b\b\b\b 50%\nCannot create /x/f",
@@ -115,19 +115,19 @@ TEST(ExtractionError, aMemberThatIsCalledLikeAPasswordBlamesNone)
         EXPECT_EQ(classified(2, output, true), Kind::extractionFailed) << output;
 }
 
-TEST(ExtractionError, exitCodeElevenBlamesThePassword)
+TEST(ExtractionError, ExitCodeElevenBlamesThePassword)
 {
     EXPECT_EQ(classified(11, "", false), Kind::passwordRequired);
     EXPECT_EQ(classified(11, "", true), Kind::wrongPassword);
     EXPECT_EQ(classified(3, "", true), Kind::extractionFailed);
 }
 
-TEST(ExtractionError, aCrashIsNoPasswordFailure)
+TEST(ExtractionError, ACrashIsNoPasswordFailure)
 {
     EXPECT_EQ(classified(128 + 11, "", true), Kind::extractionFailed);
 }
 
-TEST(ExtractionError, wordsOfTheToolsBlameThePasswordInAnyLetterCase)
+TEST(ExtractionError, WordsOfTheToolsBlameThePasswordInAnyLetterCase)
 {
     for (const char* words :
          {"Enter password (will not be echoed):", "PASSWORD INCORRECT", "ERROR: Wrong password : f",
@@ -138,7 +138,7 @@ TEST(ExtractionError, wordsOfTheToolsBlameThePasswordInAnyLetterCase)
     }
 }
 
-TEST(ExtractionError, onlyBackslashesWithEverythingUnpackedAreAMereWarning)
+TEST(ExtractionError, OnlyBackslashesWithEverythingUnpackedAreAMereWarning)
 {
     const auto isMere = [](int code, const QString& output) {
         return isMereWarning(ExtractionError::extractionFailed(code, output));
@@ -153,7 +153,7 @@ TEST(ExtractionError, onlyBackslashesWithEverythingUnpackedAreAMereWarning)
     EXPECT_FALSE(isMere(1, {}));
 }
 
-TEST(ExtractionError, otherFailuresComeBackAsTheyAre)
+TEST(ExtractionError, OtherFailuresComeBackAsTheyAre)
 {
     const ExtractionError error =
         classifyToolError(ExtractionError::extractionFailed(9, QStringLiteral("disk full")), true);

@@ -109,7 +109,7 @@ protected:
     fixtures::Sandbox sandbox;
 };
 
-TEST_F(HostileArchiveTest, noTarWritesOutside)
+TEST_F(HostileArchiveTest, NoTarWritesOutside)
 {
     VORMEL_NEEDS_TOOL("tar");
     VORMEL_NEEDS_TOOL("python3");
@@ -132,7 +132,7 @@ TEST_F(HostileArchiveTest, noTarWritesOutside)
         unpack({make(QStringLiteral("a.tar"), attack)});
 }
 
-TEST_F(HostileArchiveTest, noZipWritesOutsideWithAnyTool)
+TEST_F(HostileArchiveTest, NoZipWritesOutsideWithAnyTool)
 {
     VORMEL_NEEDS_TOOL("unzip");
     VORMEL_NEEDS_TOOL("7z");
@@ -155,7 +155,7 @@ TEST_F(HostileArchiveTest, noZipWritesOutsideWithAnyTool)
             unpack({make(QStringLiteral("a.zip"), attack)}, QString::fromUtf8(tool));
 }
 
-TEST_F(HostileArchiveTest, noRarWritesOutsideWithEitherTool)
+TEST_F(HostileArchiveTest, NoRarWritesOutsideWithEitherTool)
 {
     VORMEL_NEEDS_TOOL("rar");
     VORMEL_NEEDS_TOOL("unrar");
@@ -173,7 +173,7 @@ TEST_F(HostileArchiveTest, noRarWritesOutsideWithEitherTool)
             unpack({archive}, QString::fromUtf8(tool));
 }
 
-TEST_F(HostileArchiveTest, noSevenZipWritesOutsideWithAnyTool)
+TEST_F(HostileArchiveTest, NoSevenZipWritesOutsideWithAnyTool)
 {
     VORMEL_NEEDS_TOOL("7z");
     VORMEL_NEEDS_TOOL("7za");
@@ -193,7 +193,7 @@ TEST_F(HostileArchiveTest, noSevenZipWritesOutsideWithAnyTool)
 }
 
 /// The tools follow links that are there before they start, so what one archive plants another could use.
-TEST_F(HostileArchiveTest, noArchiveWritesThroughALinkThatAnEarlierOnePlanted)
+TEST_F(HostileArchiveTest, NoArchiveWritesThroughALinkThatAnEarlierOnePlanted)
 {
     VORMEL_NEEDS_TOOL("tar");
     VORMEL_NEEDS_TOOL("unzip");
@@ -226,7 +226,7 @@ TEST_F(HostileArchiveTest, noArchiveWritesThroughALinkThatAnEarlierOnePlanted)
             unpack({planter, user});
 }
 
-TEST_F(HostileArchiveTest, theUsersOwnLinksStay)
+TEST_F(HostileArchiveTest, TheUsersOwnLinksStay)
 {
     VORMEL_NEEDS_TOOL("tar");
     VORMEL_NEEDS_TOOL("python3");

@@ -7,19 +7,19 @@
 namespace vormel {
 namespace {
 
-TEST(PercentOutput, theFirstFigureOfAPieceCounts)
+TEST(PercentOutput, TheFirstFigureOfAPieceCounts)
 {
     EXPECT_EQ(firstFraction("  5%\r 10%\r"), 0.05);
     EXPECT_EQ(firstFraction("name\n 42%\n"), 0.42);
 }
 
-TEST(PercentOutput, redrawingWithBackspacesIsRead)
+TEST(PercentOutput, RedrawingWithBackspacesIsRead)
 {
     EXPECT_EQ(firstFraction("\b\b\b\b 23%"), 0.23);
     EXPECT_EQ(firstFraction("\b\b\b\b100%\b\b\b\b\b  OK "), 1.0);
 }
 
-TEST(PercentOutput, figuresAboveAHundredAreSkippedAndTheNextLineIsLookedAt)
+TEST(PercentOutput, FiguresAboveAHundredAreSkippedAndTheNextLineIsLookedAt)
 {
     EXPECT_EQ(firstFraction("101%"), std::nullopt);
     EXPECT_EQ(firstFraction("100%"), 1.0);
@@ -28,27 +28,27 @@ TEST(PercentOutput, figuresAboveAHundredAreSkippedAndTheNextLineIsLookedAt)
     EXPECT_EQ(firstFraction("999% 7%"), std::nullopt);
 }
 
-TEST(PercentOutput, aLongerNumberIsNoPercentage)
+TEST(PercentOutput, ALongerNumberIsNoPercentage)
 {
     EXPECT_EQ(firstFraction("1000%"), std::nullopt);
     EXPECT_EQ(firstFraction("a50%"), std::nullopt);
 }
 
-TEST(PercentOutput, textWithoutAFigureGivesNone)
+TEST(PercentOutput, TextWithoutAFigureGivesNone)
 {
     EXPECT_EQ(firstFraction(""), std::nullopt);
     EXPECT_EQ(firstFraction("%"), std::nullopt);
     EXPECT_EQ(firstFraction("5 %\r\n5\n%"), std::nullopt);
 }
 
-TEST(PercentOutput, aPieceThatIsNoUtf8GivesNone)
+TEST(PercentOutput, APieceThatIsNoUtf8GivesNone)
 {
     EXPECT_EQ(firstFraction("\xff 5%"), std::nullopt);
     EXPECT_EQ(firstFraction(" 5% \xc3"), std::nullopt);
     EXPECT_EQ(firstFraction("\xc3\xa9 5%"), 0.05);
 }
 
-TEST(PercentOutput, aHostilePieceOfAMegabyteIsReadInTime)
+TEST(PercentOutput, AHostilePieceOfAMegabyteIsReadInTime)
 {
     for (const QByteArray& piece : {QByteArray("1"), QByteArray("999%\r"), QByteArray("%"), QByteArray("1 ")}) {
         QElapsedTimer watch;

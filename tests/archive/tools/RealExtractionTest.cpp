@@ -75,7 +75,7 @@ protected:
     std::vector<double> fractions;
 };
 
-TEST_F(RealExtractionTest, namesThatUnzipWouldSpoilAreLeftToSevenZip)
+TEST_F(RealExtractionTest, NamesThatUnzipWouldSpoilAreLeftToSevenZip)
 {
     VORMEL_NEEDS_TOOL("unzip");
     VORMEL_NEEDS_TOOL("7zz");
@@ -85,7 +85,7 @@ TEST_F(RealExtractionTest, namesThatUnzipWouldSpoilAreLeftToSevenZip)
     EXPECT_EQ(sandbox.read(QStringLiteral("out/日本/ü.txt")), "here");
 }
 
-TEST_F(RealExtractionTest, aZipWithBackslashesNeedsNoSecondTool)
+TEST_F(RealExtractionTest, AZipWithBackslashesNeedsNoSecondTool)
 {
     VORMEL_NEEDS_TOOL("unzip");
     const fixtures::FakeTools onlyUnzip;
@@ -99,7 +99,7 @@ TEST_F(RealExtractionTest, aZipWithBackslashesNeedsNoSecondTool)
     EXPECT_EQ(sandbox.read(QStringLiteral("out/folder/other.txt")), "there");
 }
 
-TEST_F(RealExtractionTest, tarOfEachCompressionIsUnpacked)
+TEST_F(RealExtractionTest, TarOfEachCompressionIsUnpacked)
 {
     VORMEL_NEEDS_TOOL("tar");
     for (const auto& [name, letters] : {std::pair(QStringLiteral("a.tar"), QStringLiteral("-cf")),
@@ -113,7 +113,7 @@ TEST_F(RealExtractionTest, tarOfEachCompressionIsUnpacked)
     }
 }
 
-TEST_F(RealExtractionTest, zipIsUnpacked)
+TEST_F(RealExtractionTest, ZipIsUnpacked)
 {
     VORMEL_NEEDS_TOOL("7zz");
     VORMEL_NEEDS_TOOL("unzip");
@@ -122,7 +122,7 @@ TEST_F(RealExtractionTest, zipIsUnpacked)
     expectUnpacked();
 }
 
-TEST_F(RealExtractionTest, guardedZipsAskForTheirPassword)
+TEST_F(RealExtractionTest, GuardedZipsAskForTheirPassword)
 {
     VORMEL_NEEDS_TOOL("7zz");
     VORMEL_NEEDS_TOOL("unzip");
@@ -130,7 +130,7 @@ TEST_F(RealExtractionTest, guardedZipsAskForTheirPassword)
     expectGuarded(packSevenZip(QStringLiteral("a.zip"), {QStringLiteral("-pX"), QStringLiteral("-mem=AES256")}));
 }
 
-TEST_F(RealExtractionTest, aGuardedZipAsksForItsPasswordAlsoWithUnzipAlone)
+TEST_F(RealExtractionTest, AGuardedZipAsksForItsPasswordAlsoWithUnzipAlone)
 {
     VORMEL_NEEDS_TOOL("7zz");
     VORMEL_NEEDS_TOOL("unzip");
@@ -146,7 +146,7 @@ TEST_F(RealExtractionTest, aGuardedZipAsksForItsPasswordAlsoWithUnzipAlone)
     EXPECT_TRUE(runToEnd(unpackInto(withFew, archive, out, QStringLiteral("X"))).isSuccess());
 }
 
-TEST_F(RealExtractionTest, guardedSevenZipsAskForTheirPasswordWithEachTool)
+TEST_F(RealExtractionTest, GuardedSevenZipsAskForTheirPasswordWithEachTool)
 {
     VORMEL_NEEDS_TOOL("7zz");
     const QString plain = packSevenZip(QStringLiteral("p.7z"), {QStringLiteral("-pX")});
@@ -165,7 +165,7 @@ TEST_F(RealExtractionTest, guardedSevenZipsAskForTheirPasswordWithEachTool)
     }
 }
 
-TEST_F(RealExtractionTest, rarSetsAreUnpackedAndAskForTheirPassword)
+TEST_F(RealExtractionTest, RarSetsAreUnpackedAndAskForTheirPassword)
 {
     VORMEL_NEEDS_TOOL("rar");
     VORMEL_NEEDS_TOOL("unrar");
@@ -188,7 +188,7 @@ TEST_F(RealExtractionTest, rarSetsAreUnpackedAndAskForTheirPassword)
     expectUnpacked();
 }
 
-TEST_F(RealExtractionTest, theProgressOfABigSetMoves)
+TEST_F(RealExtractionTest, TheProgressOfABigSetMoves)
 {
     VORMEL_NEEDS_TOOL("rar");
     VORMEL_NEEDS_TOOL("unrar");
@@ -205,7 +205,7 @@ TEST_F(RealExtractionTest, theProgressOfABigSetMoves)
     EXPECT_GT(fractions.back(), 0.5);
 }
 
-TEST_F(RealExtractionTest, aPasswordOfAnyKindOpensEachKindOfArchive)
+TEST_F(RealExtractionTest, APasswordOfAnyKindOpensEachKindOfArchive)
 {
     VORMEL_NEEDS_TOOL("rar");
     VORMEL_NEEDS_TOOL("unrar");
@@ -245,7 +245,7 @@ TEST_F(RealExtractionTest, aPasswordOfAnyKindOpensEachKindOfArchive)
     }
 }
 
-TEST_F(RealExtractionTest, unzipTakesPasswordsThatBeginWithAHyphen)
+TEST_F(RealExtractionTest, UnzipTakesPasswordsThatBeginWithAHyphen)
 {
     VORMEL_NEEDS_TOOL("7zz");
     VORMEL_NEEDS_TOOL("unzip");
@@ -265,7 +265,7 @@ TEST_F(RealExtractionTest, unzipTakesPasswordsThatBeginWithAHyphen)
     }
 }
 
-TEST_F(RealExtractionTest, aRarWhosePasswordIsAHyphenOpens)
+TEST_F(RealExtractionTest, ARarWhosePasswordIsAHyphenOpens)
 {
     VORMEL_NEEDS_TOOL("rar");
     VORMEL_NEEDS_TOOL("unrar");
@@ -282,7 +282,7 @@ TEST_F(RealExtractionTest, aRarWhosePasswordIsAHyphenOpens)
     EXPECT_EQ(extract(archive, QStringLiteral("x")).kind, Kind::wrongPassword);
 }
 
-TEST_F(RealExtractionTest, damageThatAToolTakesForAWrongPasswordIsToldApartOnRequest)
+TEST_F(RealExtractionTest, DamageThatAToolTakesForAWrongPasswordIsToldApartOnRequest)
 {
     VORMEL_NEEDS_TOOL("7zz");
     const QString archive = packSevenZip(QStringLiteral("a.7z"), {QStringLiteral("-pX")});
@@ -294,7 +294,7 @@ TEST_F(RealExtractionTest, damageThatAToolTakesForAWrongPasswordIsToldApartOnReq
     EXPECT_TRUE(end.damage->contains(u"in encrypted file. Wrong password? : ")) << end.damage->toStdString();
 }
 
-TEST_F(RealExtractionTest, aPathThatLooksLikeASwitchIsAFileName)
+TEST_F(RealExtractionTest, APathThatLooksLikeASwitchIsAFileName)
 {
     VORMEL_NEEDS_TOOL("tar");
     const QString archive = pack(QStringLiteral("-rf --help.tar"), QStringLiteral("tar"),

@@ -65,14 +65,14 @@ protected:
     VORMEL_NEEDS_TOOL("rar");                                                                                          \
     VORMEL_NEEDS_TOOL("unrar")
 
-TEST_P(RealVolumesTest, aSoundSetHasNoBadVolume)
+TEST_P(RealVolumesTest, ASoundSetHasNoBadVolume)
 {
     VORMEL_NEEDS_VOLUME_TOOLS();
     makeSet();
     EXPECT_EQ(verify(), QStringList());
 }
 
-TEST_P(RealVolumesTest, aDamagedVolumeIsNamed)
+TEST_P(RealVolumesTest, ADamagedVolumeIsNamed)
 {
     VORMEL_NEEDS_VOLUME_TOOLS();
     makeSet();
@@ -80,7 +80,7 @@ TEST_P(RealVolumesTest, aDamagedVolumeIsNamed)
     EXPECT_EQ(verify(), namesOf({3})) << trace.join(u'\n').toStdString();
 }
 
-TEST_P(RealVolumesTest, theDamagedLastVolumeIsNamed)
+TEST_P(RealVolumesTest, TheDamagedLastVolumeIsNamed)
 {
     VORMEL_NEEDS_VOLUME_TOOLS();
     makeSet();
@@ -88,7 +88,7 @@ TEST_P(RealVolumesTest, theDamagedLastVolumeIsNamed)
     EXPECT_EQ(verify(), namesOf({5})) << trace.join(u'\n').toStdString();
 }
 
-TEST_P(RealVolumesTest, twoDamagedVolumesAreBothNamed)
+TEST_P(RealVolumesTest, TwoDamagedVolumesAreBothNamed)
 {
     VORMEL_NEEDS_VOLUME_TOOLS();
     makeSet();
@@ -97,7 +97,7 @@ TEST_P(RealVolumesTest, twoDamagedVolumesAreBothNamed)
     EXPECT_EQ(verify(), namesOf({1, 4})) << trace.join(u'\n').toStdString();
 }
 
-TEST_P(RealVolumesTest, aMissingVolumeIsNamed)
+TEST_P(RealVolumesTest, AMissingVolumeIsNamed)
 {
     VORMEL_NEEDS_VOLUME_TOOLS();
     makeSet();
@@ -105,7 +105,7 @@ TEST_P(RealVolumesTest, aMissingVolumeIsNamed)
     EXPECT_EQ(verify(), namesOf({3})) << trace.join(u'\n').toStdString();
 }
 
-TEST_P(RealVolumesTest, aVolumeThatIsCutShortIsNamed)
+TEST_P(RealVolumesTest, AVolumeThatIsCutShortIsNamed)
 {
     VORMEL_NEEDS_VOLUME_TOOLS();
     makeSet();
@@ -113,7 +113,7 @@ TEST_P(RealVolumesTest, aVolumeThatIsCutShortIsNamed)
     EXPECT_EQ(verify(), namesOf({3})) << trace.join(u'\n').toStdString();
 }
 
-TEST_P(RealVolumesTest, aWebPageInPlaceOfAVolumeIsNamed)
+TEST_P(RealVolumesTest, AWebPageInPlaceOfAVolumeIsNamed)
 {
     VORMEL_NEEDS_VOLUME_TOOLS();
     makeSet();
@@ -121,7 +121,7 @@ TEST_P(RealVolumesTest, aWebPageInPlaceOfAVolumeIsNamed)
     EXPECT_EQ(verify(), namesOf({4})) << trace.join(u'\n').toStdString();
 }
 
-TEST_P(RealVolumesTest, aWebPageInPlaceOfTheFirstVolumeIsNamed)
+TEST_P(RealVolumesTest, AWebPageInPlaceOfTheFirstVolumeIsNamed)
 {
     VORMEL_NEEDS_VOLUME_TOOLS();
     makeSet();
@@ -129,7 +129,7 @@ TEST_P(RealVolumesTest, aWebPageInPlaceOfTheFirstVolumeIsNamed)
     EXPECT_EQ(verify(), namesOf({1})) << trace.join(u'\n').toStdString();
 }
 
-TEST_P(RealVolumesTest, aCorruptHeaderBlamesItsVolumeAlone)
+TEST_P(RealVolumesTest, ACorruptHeaderBlamesItsVolumeAlone)
 {
     VORMEL_NEEDS_VOLUME_TOOLS();
     makeSet();
@@ -137,7 +137,7 @@ TEST_P(RealVolumesTest, aCorruptHeaderBlamesItsVolumeAlone)
     EXPECT_EQ(verify(), namesOf({3})) << trace.join(u'\n').toStdString();
 }
 
-TEST_P(RealVolumesTest, aSetWithBlanksInItsNameIsNamedWhole)
+TEST_P(RealVolumesTest, ASetWithBlanksInItsNameIsNamedWhole)
 {
     VORMEL_NEEDS_VOLUME_TOOLS();
     makeSet(0, QStringLiteral("My ünï film"));
@@ -145,7 +145,7 @@ TEST_P(RealVolumesTest, aSetWithBlanksInItsNameIsNamedWhole)
     EXPECT_EQ(verify(), namesOf({2})) << trace.join(u'\n').toStdString();
 }
 
-TEST_P(RealVolumesTest, eachKindOfDamageBlamesItsOwnVolumeAlone)
+TEST_P(RealVolumesTest, EachKindOfDamageBlamesItsOwnVolumeAlone)
 {
     VORMEL_NEEDS_VOLUME_TOOLS();
     using Damage = void (*)(const QString& volume);
@@ -189,7 +189,7 @@ TEST_P(RealVolumesTest, eachKindOfDamageBlamesItsOwnVolumeAlone)
     }
 }
 
-TEST_P(RealVolumesTest, membersWithNamesLikeComplaintsBlameNobody)
+TEST_P(RealVolumesTest, MembersWithNamesLikeComplaintsBlameNobody)
 {
     VORMEL_NEEDS_VOLUME_TOOLS();
     fixtures::RarSet set;
@@ -208,7 +208,7 @@ TEST_P(RealVolumesTest, membersWithNamesLikeComplaintsBlameNobody)
     EXPECT_EQ(verify(), namesOf({3})) << trace.join(u'\n').toStdString();
 }
 
-TEST_P(RealVolumesTest, anArchiveCommentBlamesNobody)
+TEST_P(RealVolumesTest, AnArchiveCommentBlamesNobody)
 {
     VORMEL_NEEDS_VOLUME_TOOLS();
     makeSet();
@@ -228,7 +228,7 @@ TEST_P(RealVolumesTest, anArchiveCommentBlamesNobody)
     EXPECT_EQ(verify(), namesOf({2})) << trace.join(u'\n').toStdString();
 }
 
-TEST_P(RealVolumesTest, aPasswordInTheWayIsToldAndBlamesNobody)
+TEST_P(RealVolumesTest, APasswordInTheWayIsToldAndBlamesNobody)
 {
     VORMEL_NEEDS_VOLUME_TOOLS();
     for (const bool areHeadersEncrypted : {false, true}) {
@@ -245,7 +245,7 @@ TEST_P(RealVolumesTest, aPasswordInTheWayIsToldAndBlamesNobody)
     }
 }
 
-TEST_P(RealVolumesTest, aBadRecoveryVolumeLeavesTheSetSound)
+TEST_P(RealVolumesTest, ABadRecoveryVolumeLeavesTheSetSound)
 {
     VORMEL_NEEDS_VOLUME_TOOLS();
     makeSet(2);
@@ -253,7 +253,7 @@ TEST_P(RealVolumesTest, aBadRecoveryVolumeLeavesTheSetSound)
     EXPECT_EQ(test().outcome, VolumeTest::Outcome::sound) << trace.join(u'\n').toStdString();
 }
 
-TEST_P(RealVolumesTest, aTestRebuildsNothingBesideRecoveryVolumes)
+TEST_P(RealVolumesTest, ATestRebuildsNothingBesideRecoveryVolumes)
 {
     VORMEL_NEEDS_VOLUME_TOOLS();
     makeSet(2);
@@ -264,7 +264,7 @@ TEST_P(RealVolumesTest, aTestRebuildsNothingBesideRecoveryVolumes)
     EXPECT_EQ(sandbox.files(QStringLiteral("my sets")), before);
 }
 
-TEST_P(RealVolumesTest, aSetWhoseNameLooksLikeAPatternIsTestedItselfAndNamedByItsName)
+TEST_P(RealVolumesTest, ASetWhoseNameLooksLikeAPatternIsTestedItselfAndNamedByItsName)
 {
     VORMEL_NEEDS_VOLUME_TOOLS();
     makeSet(0, QStringLiteral("sets"));
@@ -274,7 +274,7 @@ TEST_P(RealVolumesTest, aSetWhoseNameLooksLikeAPatternIsTestedItselfAndNamedByIt
     EXPECT_EQ(verify(), namesOf({3})) << trace.join(u'\n').toStdString();
 }
 
-TEST_P(RealVolumesTest, repairBringsMissingAndDamagedVolumesBack)
+TEST_P(RealVolumesTest, RepairBringsMissingAndDamagedVolumesBack)
 {
     VORMEL_NEEDS_VOLUME_TOOLS();
     makeSet(2);
@@ -290,7 +290,7 @@ TEST_P(RealVolumesTest, repairBringsMissingAndDamagedVolumesBack)
 }
 
 // The tool calls it a success; only the next extraction tells.
-TEST_P(RealVolumesTest, repairWithTooFewRecoveryVolumesLeavesTheSetBroken)
+TEST_P(RealVolumesTest, RepairWithTooFewRecoveryVolumesLeavesTheSetBroken)
 {
     VORMEL_NEEDS_VOLUME_TOOLS();
     makeSet(1);

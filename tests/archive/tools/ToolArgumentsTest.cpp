@@ -16,7 +16,7 @@ QStringList list(std::initializer_list<const char*> arguments)
     return all;
 }
 
-TEST(ToolArguments, areWhatEachToolIsToldInOrder)
+TEST(ToolArguments, AreWhatEachToolIsToldInOrder)
 {
     const Password secret = QStringLiteral("a b");
     EXPECT_EQ(dittoArguments(archive, out), list({"-x", "-k", "/a/x.rar", "/o"}));
@@ -29,7 +29,7 @@ TEST(ToolArguments, areWhatEachToolIsToldInOrder)
     EXPECT_EQ(tarArguments(QStringLiteral("-xzf"), archive, out), list({"-xzf", "/a/x.rar", "-C", "/o"}));
 }
 
-TEST(ToolArguments, aPasswordThatBeginsWithAHyphenIsNoSwitch)
+TEST(ToolArguments, APasswordThatBeginsWithAHyphenIsNoSwitch)
 {
     for (const char* password : {"-", "-x", "--", "-o"}) {
         const QString given = QString::fromUtf8(password);
@@ -39,7 +39,7 @@ TEST(ToolArguments, aPasswordThatBeginsWithAHyphenIsNoSwitch)
     }
 }
 
-TEST(ToolArguments, tarIsGivenBackslashesAsItReadsThem)
+TEST(ToolArguments, TarIsGivenBackslashesAsItReadsThem)
 {
     EXPECT_EQ(tarArguments(QStringLiteral("-xf"), QStringLiteral("/a\\n/x.tar"), QStringLiteral("/o\\n\\")).mid(1),
               list({"/a\\n/x.tar", "-C", "/o\\\\n\\\\"}));

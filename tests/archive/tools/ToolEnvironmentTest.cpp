@@ -14,7 +14,7 @@
 namespace vormel {
 namespace {
 
-TEST(ToolEnvironment, isMadeOfWhatToolsNeedAndNothingElse)
+TEST(ToolEnvironment, IsMadeOfWhatToolsNeedAndNothingElse)
 {
     QProcessEnvironment ours;
     for (const QString& name :
@@ -30,7 +30,7 @@ TEST(ToolEnvironment, isMadeOfWhatToolsNeedAndNothingElse)
                                 QStringLiteral("TZ=ours")}));
 }
 
-TEST(ToolEnvironment, hasAPathAlsoWhereThereIsNone)
+TEST(ToolEnvironment, HasAPathAlsoWhereThereIsNone)
 {
     EXPECT_TRUE(toolEnvironment({}).value(QStringLiteral("PATH")).contains(QStringLiteral("/usr/bin")));
     EXPECT_FALSE(toolEnvironment({}).contains(QStringLiteral("TZ")));
@@ -94,7 +94,7 @@ private:
     QByteArray m_before;
 };
 
-TEST_P(MeddledEnvironment, changesNothingInWhatToolsDo)
+TEST_P(MeddledEnvironment, ChangesNothingInWhatToolsDo)
 {
     const auto pack = [this](const QString& name, const QString& tool, QStringList args) {
         const QString path = sandbox.path(name);

@@ -19,7 +19,7 @@ QString reasonOf(const char* output)
     return toolReason(QString::fromUtf8(output)).text();
 }
 
-TEST(ToolReason, leavesOutWhatUnrarPrintsBesides)
+TEST(ToolReason, LeavesOutWhatUnrarPrintsBesides)
 {
     EXPECT_EQ(reasonOf("\nUNRAR 6.21 freeware      Copyright (c) 1993-2023 A. Uthor\n\n"
                        "Unexpected end of archive\n\nExtracting from /x/bad.rar\n\n"
@@ -36,7 +36,7 @@ TEST(ToolReason, leavesOutWhatUnrarPrintsBesides)
               u"ERROR: Bad archive /x/a.part3.rar");
 }
 
-TEST(ToolReason, leavesOutWhatSevenZipPrintsBesides)
+TEST(ToolReason, LeavesOutWhatSevenZipPrintsBesides)
 {
     EXPECT_EQ(reasonOf("\n7-Zip [64] 26.02 : Copyright\np7zip Version 16.02 (locale=C.UTF-8)\n\n"
                        "Scanning the drive for archives:\n1 file, 130122 bytes (128 KiB)\n\n"
@@ -53,7 +53,7 @@ TEST(ToolReason, leavesOutWhatSevenZipPrintsBesides)
               u"Extracting  f.txt     CRC Failed");
 }
 
-TEST(ToolReason, leavesOutWhatUnzipAndTarPrintBesides)
+TEST(ToolReason, LeavesOutWhatUnzipAndTarPrintBesides)
 {
     EXPECT_EQ(reasonOf("Archive:  /x/bad.zip\n   creating: /x/out/d/\n extracting: /x/out/d/ERROR 1.bin  \n"
                        "  inflating: /x/out/d/a.bin    bad CRC 6ee78002  (should be 94b46b91)\n"
@@ -64,14 +64,14 @@ TEST(ToolReason, leavesOutWhatUnzipAndTarPrintBesides)
               u"gzip: stdin: unexpected end of file\ntar: Unexpected EOF in archive");
 }
 
-TEST(ToolReason, saysWhatLittleItKnowsWhereNothingElseIsTold)
+TEST(ToolReason, SaysWhatLittleItKnowsWhereNothingElseIsTold)
 {
     EXPECT_EQ(reasonOf("UNRAR 6.21\nNo files to extract\n"), u"No files to extract");
     EXPECT_EQ(reasonOf("UNRAR 6.21\n\nExtracting from /x/a.rar\n"), u"");
     EXPECT_EQ(reasonOf(""), u"");
 }
 
-TEST(ToolReason, aHundredThousandComplaintsCostLittle)
+TEST(ToolReason, AHundredThousandComplaintsCostLittle)
 {
     QByteArray output;
     for (int i = 0; i < 100'000; ++i)
@@ -85,7 +85,7 @@ TEST(ToolReason, aHundredThousandComplaintsCostLittle)
 }
 
 /// A real archive of each kind, cut in half.
-TEST(ToolReason, ofRealToolsIsShortAndBeginsWithNoBanner)
+TEST(ToolReason, OfRealToolsIsShortAndBeginsWithNoBanner)
 {
     VORMEL_NEEDS_TOOL("unrar");
     VORMEL_NEEDS_TOOL("rar");

@@ -28,7 +28,7 @@ protected:
     ToolRunner runner{tools.folders()};
 };
 
-TEST_F(ToolRunnerTest, searchesTheSystemsFoldersInOrder)
+TEST_F(ToolRunnerTest, SearchesTheSystemsFoldersInOrder)
 {
     const ToolRunner::Folders folders;
     EXPECT_EQ(folders.searched, (QStringList{QStringLiteral("/usr/bin/"), QStringLiteral("/usr/local/bin/"),
@@ -36,7 +36,7 @@ TEST_F(ToolRunnerTest, searchesTheSystemsFoldersInOrder)
     EXPECT_EQ(ToolRunner().fixedTool(QStringLiteral("ditto")), u"/usr/bin/ditto");
 }
 
-TEST_F(ToolRunnerTest, theFirstFolderThatHasAToolWins)
+TEST_F(ToolRunnerTest, TheFirstFolderThatHasAToolWins)
 {
     const fixtures::FakeTools others;
     const ToolRunner both({{tools.folder(), others.folder()}, others.folder()});
@@ -49,14 +49,14 @@ TEST_F(ToolRunnerTest, theFirstFolderThatHasAToolWins)
     EXPECT_EQ(both.findTool(QStringLiteral("unrar")), others.folder() + QStringLiteral("unrar"));
 }
 
-TEST_F(ToolRunnerTest, argumentsArriveAsTheyAre)
+TEST_F(ToolRunnerTest, ArgumentsArriveAsTheyAre)
 {
     const QStringList args{QStringLiteral("a b"), QStringLiteral("$(x)"), QString(), QStringLiteral("é'\"")};
     EXPECT_TRUE(run("exit 0", args).isSuccess());
     EXPECT_EQ(tools.calls(QStringLiteral("tool")), QList<QStringList>{args});
 }
 
-TEST_F(ToolRunnerTest, aStatusOtherThanZeroIsAFailureWithTheOutput)
+TEST_F(ToolRunnerTest, AStatusOtherThanZeroIsAFailureWithTheOutput)
 {
     const TaskEnd end = run("echo one; echo two >&2; exit 5");
     EXPECT_EQ(end.kind, Kind::extractionFailed);
@@ -64,18 +64,18 @@ TEST_F(ToolRunnerTest, aStatusOtherThanZeroIsAFailureWithTheOutput)
     EXPECT_EQ(end.output, u"one\ntwo\n");
 }
 
-TEST_F(ToolRunnerTest, outputThatIsNoUtf8ReachesTheErrorRepaired)
+TEST_F(ToolRunnerTest, OutputThatIsNoUtf8ReachesTheErrorRepaired)
 {
     const TaskEnd end = run("printf 'a\\377b'; exit 1");
     EXPECT_EQ(end.output, QStringLiteral("a\uFFFDb"));
 }
 
-TEST_F(ToolRunnerTest, aToolThatAsksFailsAtOnce)
+TEST_F(ToolRunnerTest, AToolThatAsksFailsAtOnce)
 {
     EXPECT_EQ(run("read answer || exit 7").exitCode, 7);
 }
 
-TEST_F(ToolRunnerTest, aToolThatCannotBeStartedIsNoExtractionError)
+TEST_F(ToolRunnerTest, AToolThatCannotBeStartedIsNoExtractionError)
 {
     const TaskEnd end = runToEnd(runner.run(QStringLiteral("/no/such/tool"), {}, {}));
     EXPECT_TRUE(end.isLaunchError);
@@ -83,7 +83,7 @@ TEST_F(ToolRunnerTest, aToolThatCannotBeStartedIsNoExtractionError)
     EXPECT_EQ(end.description, QStringLiteral("No such file or directory"));
 }
 
-TEST_F(ToolRunnerTest, percentagesBecomeFractionsInOrder)
+TEST_F(ToolRunnerTest, PercentagesBecomeFractionsInOrder)
 {
     std::vector<double> fractions;
     // Each line waits until the one before was seen.
@@ -100,7 +100,7 @@ TEST_F(ToolRunnerTest, percentagesBecomeFractionsInOrder)
     EXPECT_EQ(fractions, (std::vector<double>{0.05, 0.5, 1.0}));
 }
 
-TEST_F(ToolRunnerTest, theEndOfTheRunnerEndsTheRun)
+TEST_F(ToolRunnerTest, TheEndOfTheRunnerEndsTheRun)
 {
     tools.add(QStringLiteral("tool"), "exec sleep 600");
     auto owned = std::make_unique<ToolRunner>(tools.folders());

@@ -66,7 +66,7 @@ protected:
     FileDescriptor top;
 };
 
-TEST_F(HarmlessTreeTest, linksThatStayInsideSurvive)
+TEST_F(HarmlessTreeTest, LinksThatStayInsideSurvive)
 {
     EXPECT_TRUE(survives(QStringLiteral("a"), "sub/file"));
     EXPECT_TRUE(survives(QStringLiteral("sub/deep/b"), "../../c"));
@@ -75,7 +75,7 @@ TEST_F(HarmlessTreeTest, linksThatStayInsideSurvive)
     EXPECT_TRUE(survives(QStringLiteral("e"), "sub//deep/"));
 }
 
-TEST_F(HarmlessTreeTest, linksThatGoUpTooFarAreRemoved)
+TEST_F(HarmlessTreeTest, LinksThatGoUpTooFarAreRemoved)
 {
     EXPECT_FALSE(survives(QStringLiteral("a"), ".."));
     EXPECT_FALSE(survives(QStringLiteral("b"), "../root-of-another"));
@@ -84,13 +84,13 @@ TEST_F(HarmlessTreeTest, linksThatGoUpTooFarAreRemoved)
     EXPECT_FALSE(survives(QStringLiteral("e"), "./.."));
 }
 
-TEST_F(HarmlessTreeTest, absoluteLinksAreRemoved)
+TEST_F(HarmlessTreeTest, AbsoluteLinksAreRemoved)
 {
     EXPECT_FALSE(survives(QStringLiteral("a"), "/etc/passwd"));
     EXPECT_FALSE(survives(QStringLiteral("b"), bytesOf(QStringLiteral("sub"))));
 }
 
-TEST_F(HarmlessTreeTest, linksThatGoUpBehindANameAreRemovedAsThatMayBecomeALink)
+TEST_F(HarmlessTreeTest, LinksThatGoUpBehindANameAreRemovedAsThatMayBecomeALink)
 {
     EXPECT_FALSE(survives(QStringLiteral("a"), "later/.."));
     EXPECT_FALSE(survives(QStringLiteral("b"), "sub/deep/../../../x"));
@@ -98,7 +98,7 @@ TEST_F(HarmlessTreeTest, linksThatGoUpBehindANameAreRemovedAsThatMayBecomeALink)
     EXPECT_FALSE(survives(QStringLiteral("sub/d"), "../sub/deep/../x"));
 }
 
-TEST_F(HarmlessTreeTest, linksAreJudgedTogetherAsOneMayLeadThroughAnother)
+TEST_F(HarmlessTreeTest, LinksAreJudgedTogetherAsOneMayLeadThroughAnother)
 {
     link(QStringLiteral("out"), "../elsewhere");
     link(QStringLiteral("sub/in"), "deep");
@@ -109,7 +109,7 @@ TEST_F(HarmlessTreeTest, linksAreJudgedTogetherAsOneMayLeadThroughAnother)
     EXPECT_TRUE(isThere(QStringLiteral("good")));
 }
 
-TEST_F(HarmlessTreeTest, aLinkThatLeadsThroughOneIntoAnotherFolderIsFollowedFromThere)
+TEST_F(HarmlessTreeTest, ALinkThatLeadsThroughOneIntoAnotherFolderIsFollowedFromThere)
 {
     // "sub/out" leads out; seen from the top, "through/out" is that link.
     link(QStringLiteral("through"), "sub");
@@ -118,7 +118,7 @@ TEST_F(HarmlessTreeTest, aLinkThatLeadsThroughOneIntoAnotherFolderIsFollowedFrom
     EXPECT_TRUE(isThere(QStringLiteral("through")));
 }
 
-TEST_F(HarmlessTreeTest, linksThatGoRoundInCirclesAreRemoved)
+TEST_F(HarmlessTreeTest, LinksThatGoRoundInCirclesAreRemoved)
 {
     EXPECT_FALSE(survives(QStringLiteral("loop"), "loop"));
     link(QStringLiteral("a"), "b");
@@ -126,7 +126,7 @@ TEST_F(HarmlessTreeTest, linksThatGoRoundInCirclesAreRemoved)
     EXPECT_FALSE(isThere(QStringLiteral("a")));
 }
 
-TEST_F(HarmlessTreeTest, aChainOfLinksThatNoSystemFollowsIsJudgedAllTheSame)
+TEST_F(HarmlessTreeTest, AChainOfLinksThatNoSystemFollowsIsJudgedAllTheSame)
 {
     constexpr int length = 20'000;
     for (int i = 0; i < length; ++i)
@@ -135,7 +135,7 @@ TEST_F(HarmlessTreeTest, aChainOfLinksThatNoSystemFollowsIsJudgedAllTheSame)
     EXPECT_TRUE(isThere(QString::number(length - 1)));
 }
 
-TEST_F(HarmlessTreeTest, whatALinkLeadsToIsNeitherWalkedNorRemoved)
+TEST_F(HarmlessTreeTest, WhatALinkLeadsToIsNeitherWalkedNorRemoved)
 {
     const QString kept = sandbox.write(QStringLiteral("outside/file"), "x");
     ASSERT_EQ(::symlink("..", sandbox.path(QStringLiteral("outside/up")).toUtf8().constData()), 0);
@@ -144,7 +144,7 @@ TEST_F(HarmlessTreeTest, whatALinkLeadsToIsNeitherWalkedNorRemoved)
     EXPECT_TRUE(QFileInfo(sandbox.path(QStringLiteral("outside/up"))).isSymLink());
 }
 
-TEST_F(HarmlessTreeTest, filesThatAreAlsoOutsideAreRemovedAndUntouchedThere)
+TEST_F(HarmlessTreeTest, FilesThatAreAlsoOutsideAreRemovedAndUntouchedThere)
 {
     const QString secret = sandbox.write(QStringLiteral("secret"), "mine");
     const QByteArray bytes = QFile::encodeName(secret);
@@ -160,7 +160,7 @@ TEST_F(HarmlessTreeTest, filesThatAreAlsoOutsideAreRemovedAndUntouchedThere)
     EXPECT_EQ(facts.st_nlink, 1U);
 }
 
-TEST_F(HarmlessTreeTest, filesWithSeveralNamesInsideStay)
+TEST_F(HarmlessTreeTest, FilesWithSeveralNamesInsideStay)
 {
     sandbox.write(QStringLiteral("root/a"), "x");
     ASSERT_EQ(::link(bytesOf(QStringLiteral("a")).constData(), bytesOf(QStringLiteral("sub/b")).constData()), 0);
@@ -170,7 +170,7 @@ TEST_F(HarmlessTreeTest, filesWithSeveralNamesInsideStay)
               (QStringList{QStringLiteral("a"), QStringLiteral("sub/b"), QStringLiteral("sub/deep/c")}));
 }
 
-TEST_F(HarmlessTreeTest, pipesAndSocketsAreRemovedWithoutBeingOpened)
+TEST_F(HarmlessTreeTest, PipesAndSocketsAreRemovedWithoutBeingOpened)
 {
     ASSERT_EQ(::mkfifo(bytesOf(QStringLiteral("sub/pipe")).constData(), 0600), 0);
     const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
@@ -186,7 +186,7 @@ TEST_F(HarmlessTreeTest, pipesAndSocketsAreRemovedWithoutBeingOpened)
     EXPECT_FALSE(isThere(QStringLiteral("socket")));
 }
 
-TEST_F(HarmlessTreeTest, devicesAreRemoved)
+TEST_F(HarmlessTreeTest, DevicesAreRemoved)
 {
     if (::mknod(bytesOf(QStringLiteral("sub/null")).constData(), S_IFCHR | 0600, ::makedev(1, 3)) != 0)
         GTEST_SKIP() << "only root makes devices";
@@ -194,7 +194,7 @@ TEST_F(HarmlessTreeTest, devicesAreRemoved)
     EXPECT_FALSE(isThere(QStringLiteral("sub/null")));
 }
 
-TEST_F(HarmlessTreeTest, bitsThatLendRightsAreCleared)
+TEST_F(HarmlessTreeTest, BitsThatLendRightsAreCleared)
 {
     sandbox.write(QStringLiteral("root/sub/tool"), "x");
     setMode(QStringLiteral("sub/tool"), 07755);
@@ -206,7 +206,7 @@ TEST_F(HarmlessTreeTest, bitsThatLendRightsAreCleared)
     EXPECT_EQ(modeOf(QStringLiteral("sub")), 0775U);
 }
 
-TEST_F(HarmlessTreeTest, whatTheDestinationHandsDownToItsFoldersIsKept)
+TEST_F(HarmlessTreeTest, WhatTheDestinationHandsDownToItsFoldersIsKept)
 {
     ASSERT_EQ(::chmod(QFile::encodeName(root()).constData(), 02755), 0);
     setMode(QStringLiteral("sub"), 02755);
@@ -214,7 +214,7 @@ TEST_F(HarmlessTreeTest, whatTheDestinationHandsDownToItsFoldersIsKept)
     EXPECT_EQ(modeOf(QStringLiteral("sub")), 02755U);
 }
 
-TEST_F(HarmlessTreeTest, otherPermissionsStayAsTheyWerePacked)
+TEST_F(HarmlessTreeTest, OtherPermissionsStayAsTheyWerePacked)
 {
     sandbox.write(QStringLiteral("root/a"), "x");
     sandbox.write(QStringLiteral("root/b"), "x");
@@ -227,7 +227,7 @@ TEST_F(HarmlessTreeTest, otherPermissionsStayAsTheyWerePacked)
     EXPECT_EQ(modeOf(QStringLiteral("sub")), 0750U);
 }
 
-TEST_F(HarmlessTreeTest, foldersThatCanNeitherBeListedNorEnteredNorChangedAreLookedOverToo)
+TEST_F(HarmlessTreeTest, FoldersThatCanNeitherBeListedNorEnteredNorChangedAreLookedOverToo)
 {
     const OrdinaryUser user;
     for (const mode_t mode : {0555U, 0311U, 0111U, 0000U}) {
@@ -242,7 +242,7 @@ TEST_F(HarmlessTreeTest, foldersThatCanNeitherBeListedNorEnteredNorChangedAreLoo
     }
 }
 
-TEST_F(HarmlessTreeTest, aLinkThatNoPathReachesIsRemoved)
+TEST_F(HarmlessTreeTest, ALinkThatNoPathReachesIsRemoved)
 {
     const FileDescriptor deep = makeDeepFolders(top.get());
     ASSERT_EQ(::symlinkat("/etc", deep.get(), "out"), 0);
@@ -254,7 +254,7 @@ TEST_F(HarmlessTreeTest, aLinkThatNoPathReachesIsRemoved)
     EXPECT_FALSE(isThere(QStringLiteral("sub/after")));
 }
 
-TEST_F(HarmlessTreeTest, nothingPassesForAWorkFolderOfOurs)
+TEST_F(HarmlessTreeTest, NothingPassesForAWorkFolderOfOurs)
 {
     const QString mark = QStringLiteral(".vormel-unpack-abcdef/") + QLatin1StringView(workMarkName);
     sandbox.write(QStringLiteral("root/") + mark, "x");
@@ -263,14 +263,14 @@ TEST_F(HarmlessTreeTest, nothingPassesForAWorkFolderOfOurs)
     EXPECT_TRUE(isThere(mark + QStringLiteral(" (1)")));
 }
 
-TEST_F(HarmlessTreeTest, aTreeThatCannotBeLookedOverIsTold)
+TEST_F(HarmlessTreeTest, ATreeThatCannotBeLookedOverIsTold)
 {
     EXPECT_EQ(makeHarmless(QStringLiteral("/no/such/folder"), ArchiveFormat::tar), ENOENT);
     ASSERT_EQ(::symlink("root", sandbox.path(QStringLiteral("alias")).toUtf8().constData()), 0);
     EXPECT_EQ(makeHarmless(sandbox.path(QStringLiteral("alias")), ArchiveFormat::tar), ENOTDIR);
 }
 
-TEST_F(HarmlessTreeTest, aFolderThatIsNotOursToOpenIsTold)
+TEST_F(HarmlessTreeTest, AFolderThatIsNotOursToOpenIsTold)
 {
     if (::geteuid() != 0)
         GTEST_SKIP() << "only root can give a folder away";

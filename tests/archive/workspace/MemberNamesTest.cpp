@@ -63,7 +63,7 @@ protected:
     fixtures::Sandbox sandbox;
 };
 
-TEST_F(MemberNamesTest, aZipOfAnySystemComesOutReadableWithAnyTool)
+TEST_F(MemberNamesTest, AZipOfAnySystemComesOutReadableWithAnyTool)
 {
     VORMEL_NEEDS_TOOL("unzip");
     VORMEL_NEEDS_TOOL("7zz");
@@ -82,7 +82,7 @@ TEST_F(MemberNamesTest, aZipOfAnySystemComesOutReadableWithAnyTool)
         }
 }
 
-TEST_F(MemberNamesTest, aZipThatSaysUtf8ComesOutAsItSays)
+TEST_F(MemberNamesTest, AZipThatSaysUtf8ComesOutAsItSays)
 {
     VORMEL_NEEDS_TOOL("unzip");
     VORMEL_NEEDS_TOOL("7zz");
@@ -96,7 +96,7 @@ TEST_F(MemberNamesTest, aZipThatSaysUtf8ComesOutAsItSays)
     EXPECT_EQ(filesAfter(zip, QStringLiteral("unzip")), wanted);
 }
 
-TEST_F(MemberNamesTest, backslashesInAZipAreFoldersOnceWhicheverToolUnpacked)
+TEST_F(MemberNamesTest, BackslashesInAZipAreFoldersOnceWhicheverToolUnpacked)
 {
     VORMEL_NEEDS_TOOL("unzip");
     VORMEL_NEEDS_TOOL("7zz");
@@ -121,7 +121,7 @@ TEST_F(MemberNamesTest, backslashesInAZipAreFoldersOnceWhicheverToolUnpacked)
         }
 }
 
-TEST_F(MemberNamesTest, backslashesInAZipNeverLeadUp)
+TEST_F(MemberNamesTest, BackslashesInAZipNeverLeadUp)
 {
     VORMEL_NEEDS_TOOL("unzip");
     VORMEL_NEEDS_TOOL("7zz");
@@ -137,7 +137,7 @@ TEST_F(MemberNamesTest, backslashesInAZipNeverLeadUp)
     }
 }
 
-TEST_F(MemberNamesTest, elsewhereABackslashIsALetter)
+TEST_F(MemberNamesTest, ElsewhereABackslashIsALetter)
 {
     VORMEL_NEEDS_TOOL("tar");
     VORMEL_NEEDS_TOOL("rar");
@@ -165,7 +165,7 @@ TEST_F(MemberNamesTest, elsewhereABackslashIsALetter)
     EXPECT_EQ(filesAs("a.7z", "7zz", ArchiveFormat::sevenZip), wanted);
 }
 
-TEST_F(MemberNamesTest, aReadableNameThatIsTakenGetsANumber)
+TEST_F(MemberNamesTest, AReadableNameThatIsTakenGetsANumber)
 {
     writeIn(top().get(), "é.txt", "1");
     writeIn(top().get(), "\x82.txt", "2");
@@ -179,7 +179,7 @@ TEST_F(MemberNamesTest, aReadableNameThatIsTakenGetsANumber)
     EXPECT_EQ(readIn(top().get(), "é (1).txt"), "2");
 }
 
-TEST_F(MemberNamesTest, aFullFolderWhoseReadableNameIsTakenGetsANumber)
+TEST_F(MemberNamesTest, AFullFolderWhoseReadableNameIsTakenGetsANumber)
 {
     QDir().mkpath(root() + QStringLiteral("/ü.d/x"));
     ASSERT_EQ(::mkdirat(top().get(), "\x81.d", 0755), 0);
@@ -190,7 +190,7 @@ TEST_F(MemberNamesTest, aFullFolderWhoseReadableNameIsTakenGetsANumber)
     EXPECT_EQ(sandbox.read(QStringLiteral("root/ü.d (1)/in")), "1");
 }
 
-TEST_F(MemberNamesTest, aFolderBeforeABackslashIsNoLinkAndNoFile)
+TEST_F(MemberNamesTest, AFolderBeforeABackslashIsNoLinkAndNoFile)
 {
     writeIn(top().get(), "file", "1");
     writeIn(top().get(), "file\\a", "2");
@@ -206,7 +206,7 @@ TEST_F(MemberNamesTest, aFolderBeforeABackslashIsNoLinkAndNoFile)
     EXPECT_TRUE(namesIn(folderAt(root() + QStringLiteral("/real")).get()).isEmpty());
 }
 
-TEST_F(MemberNamesTest, whatIsInAFolderWithBackslashesIsLookedOverToo)
+TEST_F(MemberNamesTest, WhatIsInAFolderWithBackslashesIsLookedOverToo)
 {
     ASSERT_EQ(::mkdirat(top().get(), "a\\b", 0755), 0);
     const FileDescriptor folder(::openat(top().get(), "a\\b", O_PATH | O_DIRECTORY | O_CLOEXEC));

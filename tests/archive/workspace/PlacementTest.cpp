@@ -30,7 +30,7 @@ namespace {
 class PlacementTest : public PlacementScene
 {};
 
-TEST_F(PlacementTest, everythingMovesIntoTheDestination)
+TEST_F(PlacementTest, EverythingMovesIntoTheDestination)
 {
     own(QStringLiteral("old"));
     unpacked(QStringLiteral("file"));
@@ -46,14 +46,14 @@ TEST_F(PlacementTest, everythingMovesIntoTheDestination)
     EXPECT_TRUE(trashed().isEmpty());
 }
 
-TEST_F(PlacementTest, nothingComesOfAnEmptyFolder)
+TEST_F(PlacementTest, NothingComesOfAnEmptyFolder)
 {
     own(QStringLiteral("old"));
     EXPECT_TRUE(place().isEmpty());
     EXPECT_EQ(files(), QStringList{QStringLiteral("old")});
 }
 
-TEST_F(PlacementTest, entriesKeepTheirPermissions)
+TEST_F(PlacementTest, EntriesKeepTheirPermissions)
 {
     unpacked(QStringLiteral("file"));
     unpacked(QStringLiteral("folder/x"));
@@ -67,7 +67,7 @@ TEST_F(PlacementTest, entriesKeepTheirPermissions)
     EXPECT_EQ(facts.st_mode & ALLPERMS, 0751U);
 }
 
-TEST_F(PlacementTest, foldersMergeAtEveryLevel)
+TEST_F(PlacementTest, FoldersMergeAtEveryLevel)
 {
     own(QStringLiteral("a/b/old"));
     own(QStringLiteral("a/other/old"));
@@ -85,7 +85,7 @@ TEST_F(PlacementTest, foldersMergeAtEveryLevel)
     EXPECT_EQ(facts.st_mode & ALLPERMS, 0751U);
 }
 
-TEST_F(PlacementTest, whatStandsInTheWayGoesToTheTrash)
+TEST_F(PlacementTest, WhatStandsInTheWayGoesToTheTrash)
 {
     own(QStringLiteral("file"));
     own(QStringLiteral("fileOverFolder/old"));
@@ -104,7 +104,7 @@ TEST_F(PlacementTest, whatStandsInTheWayGoesToTheTrash)
                                       QStringLiteral("fileOverFolder/old"), QStringLiteral("folderOverFile")}));
 }
 
-TEST_F(PlacementTest, aLinkInTheWayIsNotFollowed)
+TEST_F(PlacementTest, ALinkInTheWayIsNotFollowed)
 {
     sandbox.write(QStringLiteral("outside/old"), "old");
     const QByteArray outside = QFile::encodeName(sandbox.path(QStringLiteral("outside")));
@@ -119,7 +119,7 @@ TEST_F(PlacementTest, aLinkInTheWayIsNotFollowed)
     EXPECT_TRUE(QFileInfo(sandbox.path(QStringLiteral("trash/folder"))).isSymLink());
 }
 
-TEST_F(PlacementTest, theNewcomerGetsANumberWhereTheTrashTakesNothing)
+TEST_F(PlacementTest, TheNewcomerGetsANumberWhereTheTrashTakesNothing)
 {
     ScriptedTrash refusing([](const QString&) { return false; });
     own(QStringLiteral("film.mkv"));
@@ -141,7 +141,7 @@ TEST_F(PlacementTest, theNewcomerGetsANumberWhereTheTrashTakesNothing)
     EXPECT_EQ(read(QStringLiteral("folder.d (1)/x")), "new");
 }
 
-TEST_F(PlacementTest, theNewcomerGetsANumberWhereThereIsNoTrash)
+TEST_F(PlacementTest, TheNewcomerGetsANumberWhereThereIsNoTrash)
 {
     own(QStringLiteral("file"));
     unpacked(QStringLiteral("file"));
@@ -149,7 +149,7 @@ TEST_F(PlacementTest, theNewcomerGetsANumberWhereThereIsNoTrash)
     EXPECT_EQ(read(QStringLiteral("file")), "old");
 }
 
-TEST_F(PlacementTest, whatAppearsWhileItIsPlacedIsNotOverwritten)
+TEST_F(PlacementTest, WhatAppearsWhileItIsPlacedIsNotOverwritten)
 {
     own(QStringLiteral("file"), "first");
     unpacked(QStringLiteral("file"));
@@ -168,7 +168,7 @@ TEST_F(PlacementTest, whatAppearsWhileItIsPlacedIsNotOverwritten)
     EXPECT_EQ(read(QStringLiteral("file")), "new");
 }
 
-TEST_F(PlacementTest, whereSomethingAppearsAgainAndAgainTheNewcomerGetsANumber)
+TEST_F(PlacementTest, WhereSomethingAppearsAgainAndAgainTheNewcomerGetsANumber)
 {
     own(QStringLiteral("file"));
     unpacked(QStringLiteral("file"));
@@ -178,7 +178,7 @@ TEST_F(PlacementTest, whereSomethingAppearsAgainAndAgainTheNewcomerGetsANumber)
     EXPECT_EQ(read(QStringLiteral("file")), "old");
 }
 
-TEST_F(PlacementTest, aNameWithoutRoomForANumberIsShortened)
+TEST_F(PlacementTest, ANameWithoutRoomForANumberIsShortened)
 {
     const QString name = QString(251, u'x') + QStringLiteral(".mkv");
     own(name);
@@ -190,7 +190,7 @@ TEST_F(PlacementTest, aNameWithoutRoomForANumberIsShortened)
     EXPECT_EQ(read(name), "old");
 }
 
-TEST_F(PlacementTest, whereTheSystemRefusesWhatWasPlacedStaysAndTheErrorIsTold)
+TEST_F(PlacementTest, WhereTheSystemRefusesWhatWasPlacedStaysAndTheErrorIsTold)
 {
     const OrdinaryUser user;
     own(QStringLiteral("b/old"));
@@ -205,7 +205,7 @@ TEST_F(PlacementTest, whereTheSystemRefusesWhatWasPlacedStaysAndTheErrorIsTold)
     ASSERT_EQ(::chmod(QFile::encodeName(in(QStringLiteral("b"))).constData(), 0755), 0);
 }
 
-TEST_F(PlacementTest, aDestinationThatIsMovedMeanwhileIsStillTheOne)
+TEST_F(PlacementTest, ADestinationThatIsMovedMeanwhileIsStillTheOne)
 {
     unpacked(QStringLiteral("file"));
     ASSERT_TRUE(QDir().rename(in({}), sandbox.path(QStringLiteral("moved"))));
@@ -215,7 +215,7 @@ TEST_F(PlacementTest, aDestinationThatIsMovedMeanwhileIsStillTheOne)
     EXPECT_EQ(read(QStringLiteral("file")), "old");
 }
 
-TEST_F(PlacementTest, veryDeepFoldersAreMovedAndMergedInto)
+TEST_F(PlacementTest, VeryDeepFoldersAreMovedAndMergedInto)
 {
     writeIn(makeDeepFolders(work.filesHandle()).get(), "file", "first");
     place();
@@ -235,7 +235,7 @@ TEST_F(PlacementTest, veryDeepFoldersAreMovedAndMergedInto)
     EXPECT_TRUE(removeTree(folderAt(sandbox.root()).get(), "dest"));
 }
 
-TEST_F(PlacementTest, manyThousandFilesAreLookedOverPlacedAndRemoved)
+TEST_F(PlacementTest, ManyThousandFilesAreLookedOverPlacedAndRemoved)
 {
     constexpr int folders = 10;
     constexpr int files = 1'000;
@@ -256,7 +256,7 @@ TEST_F(PlacementTest, manyThousandFilesAreLookedOverPlacedAndRemoved)
 }
 
 /// Runs in a process with mounts of its own.
-TEST_F(PlacementTest, aFolderOnAnotherFileSystemIsNotMergedInto)
+TEST_F(PlacementTest, AFolderOnAnotherFileSystemIsNotMergedInto)
 {
     own(QStringLiteral("disk/hidden"));
     constexpr int cannotMount = 77;

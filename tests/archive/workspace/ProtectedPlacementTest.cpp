@@ -9,7 +9,7 @@ namespace {
 class ProtectedPlacementTest : public PlacementScene
 {};
 
-TEST_F(ProtectedPlacementTest, whatIsProtectedStaysAndTheNewcomerGetsANumber)
+TEST_F(ProtectedPlacementTest, WhatIsProtectedStaysAndTheNewcomerGetsANumber)
 {
     own(QStringLiteral("set.part1.rar"));
     own(QStringLiteral("sub/film.mkv.download"));
@@ -23,7 +23,7 @@ TEST_F(ProtectedPlacementTest, whatIsProtectedStaysAndTheNewcomerGetsANumber)
     EXPECT_TRUE(trashed().isEmpty());
 }
 
-TEST_F(ProtectedPlacementTest, aFolderThatHoldsSomethingProtectedStays)
+TEST_F(ProtectedPlacementTest, AFolderThatHoldsSomethingProtectedStays)
 {
     own(QStringLiteral("folder/deep/volume.rar"));
     own(QStringLiteral("other/x"));
@@ -35,7 +35,7 @@ TEST_F(ProtectedPlacementTest, aFolderThatHoldsSomethingProtectedStays)
     EXPECT_EQ(trashed(), QStringList{QStringLiteral("other/x")});
 }
 
-TEST_F(ProtectedPlacementTest, aFolderWithSomethingProtectedIsMergedInto)
+TEST_F(ProtectedPlacementTest, AFolderWithSomethingProtectedIsMergedInto)
 {
     own(QStringLiteral("folder/volume.rar"));
     unpacked(QStringLiteral("folder/new"));
@@ -43,7 +43,7 @@ TEST_F(ProtectedPlacementTest, aFolderWithSomethingProtectedIsMergedInto)
     EXPECT_EQ(files(), (QStringList{QStringLiteral("folder/new"), QStringLiteral("folder/volume.rar")}));
 }
 
-TEST_F(ProtectedPlacementTest, aProtectedNameIsNotGivenAwayAlsoIfNothingStandsThereYet)
+TEST_F(ProtectedPlacementTest, AProtectedNameIsNotGivenAwayAlsoIfNothingStandsThereYet)
 {
     own(QStringLiteral("b.bin"));
     unpacked(QStringLiteral("a.bin.download"));
@@ -53,7 +53,7 @@ TEST_F(ProtectedPlacementTest, aProtectedNameIsNotGivenAwayAlsoIfNothingStandsTh
               (QStringList{QStringLiteral("a (1).bin"), QStringLiteral("b (2).bin")}));
 }
 
-TEST_F(ProtectedPlacementTest, whatIsProtectedIsKnownByWhateverName)
+TEST_F(ProtectedPlacementTest, WhatIsProtectedIsKnownByWhateverName)
 {
     // As on a disk that takes no notice of letter case.
     own(QStringLiteral("Film.mkv"));
@@ -66,7 +66,7 @@ TEST_F(ProtectedPlacementTest, whatIsProtectedIsKnownByWhateverName)
     EXPECT_TRUE(trashed().isEmpty());
 }
 
-TEST_F(ProtectedPlacementTest, whatIsProtectedIsKnownByWhateverPath)
+TEST_F(ProtectedPlacementTest, WhatIsProtectedIsKnownByWhateverPath)
 {
     own(QStringLiteral("x.rar"));
     own(QStringLiteral("folder/inner/y.rar"));

@@ -5,13 +5,13 @@
 namespace vormel {
 namespace {
 
-TEST(ReadableName, utf8StaysAsItIs)
+TEST(ReadableName, Utf8StaysAsItIs)
 {
     for (const char* name : {"plain.txt", "Prüfung 中文 é.txt", "a\\b", "bell\a", "…"})
         EXPECT_EQ(readableName(name).toUtf8(), QByteArray(name));
 }
 
-TEST(ReadableName, namesOfDosAreReadByItsCodePage)
+TEST(ReadableName, NamesOfDosAreReadByItsCodePage)
 {
     EXPECT_EQ(readableName("Pr\x81"
                            "fung \x82\x85.txt"),
@@ -19,7 +19,7 @@ TEST(ReadableName, namesOfDosAreReadByItsCodePage)
     EXPECT_EQ(readableName("\x8e\x99\x9a \x84\x94\x81 \xe1 \xa4\xa5 \x92\x91"), u"ÄÖÜ äöü ß ñÑ Ææ");
 }
 
-TEST(ReadableName, namesOfWindowsAreReadByItsCodePageWhereThatOfDosWouldGiveSigns)
+TEST(ReadableName, NamesOfWindowsAreReadByItsCodePageWhereThatOfDosWouldGiveSigns)
 {
     EXPECT_EQ(readableName("Pr\xfc"
                            "fung \xe9\xe0.txt"),
@@ -28,14 +28,14 @@ TEST(ReadableName, namesOfWindowsAreReadByItsCodePageWhereThatOfDosWouldGiveSign
     EXPECT_EQ(readableName("\x9cuvre d\xe9j\xe0 \x8a\x9e"), u"œuvre déjà Šž");
 }
 
-TEST(ReadableName, whatIsLettersInNeitherIsTakenForDos)
+TEST(ReadableName, WhatIsLettersInNeitherIsTakenForDos)
 {
     EXPECT_EQ(readableName("\xb0\xdb\x80.txt"), u"░█Ç.txt");
     EXPECT_EQ(readableName("\xd6\xd0\xb2"), u"╓╨▓");
 }
 
 /// As Python's codec reads them.
-TEST(ReadableName, theWholeCodePageOfDosIsKnown)
+TEST(ReadableName, TheWholeCodePageOfDosIsKnown)
 {
     QString text;
     // In pieces that are no longer than names, and each with a sign.
@@ -53,7 +53,7 @@ TEST(ReadableName, theWholeCodePageOfDosIsKnown)
     EXPECT_EQ(text.mid(0xe0 - 0x80), u"αßΓπΣσµτΦΘΩδ∞φε∩≡±≥≤⌠⌡÷≈°∙·√ⁿ²■\u00a0");
 }
 
-TEST(ReadableName, everyOneFitsAFileSystem)
+TEST(ReadableName, EveryOneFitsAFileSystem)
 {
     for (int code = 0x80; code <= 0xff; ++code) {
         const QByteArray name = readableName(QByteArray(255, static_cast<char>(code))).toUtf8();

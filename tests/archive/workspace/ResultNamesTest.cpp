@@ -49,7 +49,7 @@ protected:
     WorkFolder work;
 };
 
-TEST_F(ResultNamesTest, filesGetCleanNames)
+TEST_F(ResultNamesTest, FilesGetCleanNames)
 {
     unpacked(film, "a");
     unpacked(QStringLiteral("Other_film.avi"), "b");
@@ -58,7 +58,7 @@ TEST_F(ResultNamesTest, filesGetCleanNames)
     EXPECT_EQ(read(cleanFilm), "a");
 }
 
-TEST_F(ResultNamesTest, theSettingsAreHeld)
+TEST_F(ResultNamesTest, TheSettingsAreHeld)
 {
     unpacked(film);
     cleanNames(work, false, false);
@@ -69,7 +69,7 @@ TEST_F(ResultNamesTest, theSettingsAreHeld)
     EXPECT_EQ(names(), QList<QByteArray>{"Film 2021.mkv"});
 }
 
-TEST_F(ResultNamesTest, hiddenFilesAndFoldersKeepTheirNames)
+TEST_F(ResultNamesTest, HiddenFilesAndFoldersKeepTheirNames)
 {
     unpacked(QStringLiteral(".hid_den.720p.x"));
     unpacked(QStringLiteral("Folder.720p.x/in_side.mkv"));
@@ -79,7 +79,7 @@ TEST_F(ResultNamesTest, hiddenFilesAndFoldersKeepTheirNames)
               QList<QByteArray>{"in_side.mkv"});
 }
 
-TEST_F(ResultNamesTest, membersOfSetsAndBadVolumesKeepTheirNames)
+TEST_F(ResultNamesTest, MembersOfSetsAndBadVolumesKeepTheirNames)
 {
     const QList<QByteArray> kept{"A.720p.x.part1.rar", "A.720p.x.part1.rev", "B.720p.x.part01.rar.bad", "C.720p.x.BAD"};
     for (const QByteArray& name : kept)
@@ -88,7 +88,7 @@ TEST_F(ResultNamesTest, membersOfSetsAndBadVolumesKeepTheirNames)
     EXPECT_EQ(names(), kept);
 }
 
-TEST_F(ResultNamesTest, aCleanNameThatIsTakenByTheArchiveIsNotGiven)
+TEST_F(ResultNamesTest, ACleanNameThatIsTakenByTheArchiveIsNotGiven)
 {
     unpacked(film, "a");
     unpacked(cleanFilm, "b");
@@ -97,7 +97,7 @@ TEST_F(ResultNamesTest, aCleanNameThatIsTakenByTheArchiveIsNotGiven)
     EXPECT_EQ(read(cleanFilm), "b");
 }
 
-TEST_F(ResultNamesTest, aCleanNameThatIsTakenInTheDestinationIsNotGiven)
+TEST_F(ResultNamesTest, ACleanNameThatIsTakenInTheDestinationIsNotGiven)
 {
     sandbox.write(QStringLiteral("dest/Film 2021.mkv"), "old");
     unpacked(film);
@@ -109,7 +109,7 @@ TEST_F(ResultNamesTest, aCleanNameThatIsTakenInTheDestinationIsNotGiven)
     EXPECT_EQ(read(film), "new");
 }
 
-TEST_F(ResultNamesTest, ofTwoFilesWithOneCleanNameTheFirstGetsIt)
+TEST_F(ResultNamesTest, OfTwoFilesWithOneCleanNameTheFirstGetsIt)
 {
     unpacked(film, "a");
     unpacked(QStringLiteral("Film.2021.720p.mkv"), "b");
@@ -118,7 +118,7 @@ TEST_F(ResultNamesTest, ofTwoFilesWithOneCleanNameTheFirstGetsIt)
     EXPECT_EQ(read(QStringLiteral("Film.2021.720p.mkv")), "b");
 }
 
-TEST_F(ResultNamesTest, aLinkThatLeadsNowhereAlsoTakesAName)
+TEST_F(ResultNamesTest, ALinkThatLeadsNowhereAlsoTakesAName)
 {
     unpacked(film);
     link(cleanFilm, "nowhere");
@@ -126,7 +126,7 @@ TEST_F(ResultNamesTest, aLinkThatLeadsNowhereAlsoTakesAName)
     EXPECT_EQ(read(film), "new");
 }
 
-TEST_F(ResultNamesTest, filesOfTheUserKeepTheirNames)
+TEST_F(ResultNamesTest, FilesOfTheUserKeepTheirNames)
 {
     sandbox.write(QStringLiteral("dest/") + film, "old");
     sandbox.write(QStringLiteral("dest/My_file.720p.txt"), "old");
@@ -137,7 +137,7 @@ TEST_F(ResultNamesTest, filesOfTheUserKeepTheirNames)
     EXPECT_EQ(sandbox.read(QStringLiteral("dest/My_file.720p.txt")), "old");
 }
 
-TEST_F(ResultNamesTest, theOneFileGetsTheCustomNameAndKeepsItsExtension)
+TEST_F(ResultNamesTest, TheOneFileGetsTheCustomNameAndKeepsItsExtension)
 {
     unpacked(QStringLiteral(".hidden"));
     unpacked(QStringLiteral("x.mkv"));
@@ -145,7 +145,7 @@ TEST_F(ResultNamesTest, theOneFileGetsTheCustomNameAndKeepsItsExtension)
     EXPECT_EQ(names(), (QList<QByteArray>{".hidden", "a-b-c.mkv"}));
 }
 
-TEST_F(ResultNamesTest, theOneFolderGetsTheCustomName)
+TEST_F(ResultNamesTest, TheOneFolderGetsTheCustomName)
 {
     unpacked(QStringLiteral("folder/x"));
     giveCustomName(work, QStringLiteral("Mine"));
@@ -153,7 +153,7 @@ TEST_F(ResultNamesTest, theOneFolderGetsTheCustomName)
     EXPECT_EQ(namesIn(folderAt(work.path() + QStringLiteral("/Mine")).get()), QList<QByteArray>{"x"});
 }
 
-TEST_F(ResultNamesTest, withSeveralEntriesOrNoneNothingIsRenamed)
+TEST_F(ResultNamesTest, WithSeveralEntriesOrNoneNothingIsRenamed)
 {
     giveCustomName(work, QStringLiteral("Mine"));
     EXPECT_TRUE(names().isEmpty());
@@ -163,7 +163,7 @@ TEST_F(ResultNamesTest, withSeveralEntriesOrNoneNothingIsRenamed)
     EXPECT_EQ(names(), (QList<QByteArray>{"a.mkv", "b.mkv"}));
 }
 
-TEST_F(ResultNamesTest, aCustomNameNeverReplacesAnotherEntry)
+TEST_F(ResultNamesTest, ACustomNameNeverReplacesAnotherEntry)
 {
     unpacked(QStringLiteral(".hidden.mkv"), "hidden");
     unpacked(QStringLiteral("x.mkv"));
@@ -172,7 +172,7 @@ TEST_F(ResultNamesTest, aCustomNameNeverReplacesAnotherEntry)
     EXPECT_EQ(read(QStringLiteral(".hidden.mkv")), "hidden");
 }
 
-TEST_F(ResultNamesTest, noCustomNameLeadsElsewhere)
+TEST_F(ResultNamesTest, NoCustomNameLeadsElsewhere)
 {
     unpacked(QStringLiteral("x"));
     for (const QString& name : {QStringLiteral(".."), QStringLiteral("../up"), QStringLiteral("/etc/x"), QString()}) {
@@ -182,7 +182,7 @@ TEST_F(ResultNamesTest, noCustomNameLeadsElsewhere)
     EXPECT_TRUE(sandbox.files(QStringLiteral("dest")).front().startsWith(QStringLiteral(".vormel-unpack-")));
 }
 
-TEST_F(ResultNamesTest, whatHasTheCustomNameInTheDestinationGoesToTheTrash)
+TEST_F(ResultNamesTest, WhatHasTheCustomNameInTheDestinationGoesToTheTrash)
 {
     fixtures::FakeTrash trash(sandbox.path(QStringLiteral("trash")));
     sandbox.write(QStringLiteral("dest/Mine.mkv"), "old");
@@ -193,7 +193,7 @@ TEST_F(ResultNamesTest, whatHasTheCustomNameInTheDestinationGoesToTheTrash)
     EXPECT_EQ(sandbox.read(QStringLiteral("trash/Mine.mkv")), "old");
 }
 
-TEST_F(ResultNamesTest, twoSetsWithOneCustomNameKeepBothTheirFilms)
+TEST_F(ResultNamesTest, TwoSetsWithOneCustomNameKeepBothTheirFilms)
 {
     fixtures::FakeTrash trash(sandbox.path(QStringLiteral("trash")));
     const WorkFolder second = WorkFolder::make(sandbox.path(QStringLiteral("dest")));

@@ -26,7 +26,7 @@ protected:
     fixtures::Sandbox sandbox;
 };
 
-TEST_F(TreeWalkTest, aCursorGoesDownAndBack)
+TEST_F(TreeWalkTest, ACursorGoesDownAndBack)
 {
     TreeCursor at = cursor();
     ASSERT_TRUE(at.enter("a") && at.enter("b"));
@@ -35,7 +35,7 @@ TEST_F(TreeWalkTest, aCursorGoesDownAndBack)
     EXPECT_EQ(namesIn(at.folder()), QList<QByteArray>{"b"});
 }
 
-TEST_F(TreeWalkTest, aCursorStaysWhereThereIsNoFolderToEnter)
+TEST_F(TreeWalkTest, ACursorStaysWhereThereIsNoFolderToEnter)
 {
     sandbox.write(QStringLiteral("a/file"), "x");
     ASSERT_EQ(::symlink("b", QFile::encodeName(sandbox.path(QStringLiteral("a/link"))).constData()), 0);
@@ -46,7 +46,7 @@ TEST_F(TreeWalkTest, aCursorStaysWhereThereIsNoFolderToEnter)
     EXPECT_EQ(namesIn(at.folder()), (QList<QByteArray>{"b", "file", "link"}));
 }
 
-TEST_F(TreeWalkTest, aCursorDoesNotEnterAFolderThatItCouldNotLeave)
+TEST_F(TreeWalkTest, ACursorDoesNotEnterAFolderThatItCouldNotLeave)
 {
     const OrdinaryUser user;
     ASSERT_EQ(::chmod(QFile::encodeName(sandbox.path(QStringLiteral("a/b"))).constData(), 0600), 0);
@@ -58,7 +58,7 @@ TEST_F(TreeWalkTest, aCursorDoesNotEnterAFolderThatItCouldNotLeave)
     ASSERT_EQ(::chmod(QFile::encodeName(sandbox.path(QStringLiteral("a/b"))).constData(), 0700), 0);
 }
 
-TEST_F(TreeWalkTest, aCursorDoesNotGoBackToAnotherPlaceThanItCameFrom)
+TEST_F(TreeWalkTest, ACursorDoesNotGoBackToAnotherPlaceThanItCameFrom)
 {
     TreeCursor at = cursor();
     ASSERT_TRUE(at.enter("a") && at.enter("b"));

@@ -58,7 +58,7 @@ protected:
     fixtures::Sandbox sandbox;
 };
 
-TEST_F(WorkFolderTest, liesHiddenInTheDestinationForItsOwnerOnly)
+TEST_F(WorkFolderTest, LiesHiddenInTheDestinationForItsOwnerOnly)
 {
     const WorkFolder work = WorkFolder::make(destination());
     EXPECT_EQ(work.destination(), destination());
@@ -70,7 +70,7 @@ TEST_F(WorkFolderTest, liesHiddenInTheDestinationForItsOwnerOnly)
     EXPECT_EQ(facts.st_mode & ALLPERMS, 0700U);
 }
 
-TEST_F(WorkFolderTest, theToolFindsItEmpty)
+TEST_F(WorkFolderTest, TheToolFindsItEmpty)
 {
     const WorkFolder work = WorkFolder::make(destination());
     EXPECT_TRUE(work.path().startsWith(destination() + u'/'));
@@ -78,14 +78,14 @@ TEST_F(WorkFolderTest, theToolFindsItEmpty)
     EXPECT_TRUE(namesOf(work.path()).isEmpty());
 }
 
-TEST_F(WorkFolderTest, eachOneIsAnother)
+TEST_F(WorkFolderTest, EachOneIsAnother)
 {
     const WorkFolder first = WorkFolder::make(destination());
     const WorkFolder second = WorkFolder::make(destination());
     EXPECT_NE(first.path(), second.path());
 }
 
-TEST_F(WorkFolderTest, goesWithAllThatIsInIt)
+TEST_F(WorkFolderTest, GoesWithAllThatIsInIt)
 {
     {
         const WorkFolder work = WorkFolder::make(destination());
@@ -97,7 +97,7 @@ TEST_F(WorkFolderTest, goesWithAllThatIsInIt)
     EXPECT_TRUE(namesOf(destination()).isEmpty());
 }
 
-TEST_F(WorkFolderTest, goesWithFoldersThatCanNeitherBeListedNorEnteredNorChanged)
+TEST_F(WorkFolderTest, GoesWithFoldersThatCanNeitherBeListedNorEnteredNorChanged)
 {
     const OrdinaryUser user;
     for (const mode_t mode : {0555U, 0311U, 0111U, 0000U}) {
@@ -111,7 +111,7 @@ TEST_F(WorkFolderTest, goesWithFoldersThatCanNeitherBeListedNorEnteredNorChanged
     }
 }
 
-TEST_F(WorkFolderTest, goesHoweverDeepItsFoldersAre)
+TEST_F(WorkFolderTest, GoesHoweverDeepItsFoldersAre)
 {
     {
         std::optional<WorkFolder> work = WorkFolder::make(destination());
@@ -121,7 +121,7 @@ TEST_F(WorkFolderTest, goesHoweverDeepItsFoldersAre)
     EXPECT_TRUE(namesOf(destination()).isEmpty());
 }
 
-TEST_F(WorkFolderTest, movingItMovesTheDutyToRemoveIt)
+TEST_F(WorkFolderTest, MovingItMovesTheDutyToRemoveIt)
 {
     std::optional<WorkFolder> kept;
     {
@@ -133,7 +133,7 @@ TEST_F(WorkFolderTest, movingItMovesTheDutyToRemoveIt)
     EXPECT_FALSE(sandbox.exists(QStringLiteral("new")));
 }
 
-TEST_F(WorkFolderTest, aDestinationThatIsMovedAwayIsLeftCleanToo)
+TEST_F(WorkFolderTest, ADestinationThatIsMovedAwayIsLeftCleanToo)
 {
     {
         const WorkFolder work = WorkFolder::make(destination());
@@ -145,7 +145,7 @@ TEST_F(WorkFolderTest, aDestinationThatIsMovedAwayIsLeftCleanToo)
     EXPECT_EQ(sandbox.read(QStringLiteral("dest/own")), "mine");
 }
 
-TEST_F(WorkFolderTest, foldersMadeForTheDestinationGoAgainWhenNothingIsInThem)
+TEST_F(WorkFolderTest, FoldersMadeForTheDestinationGoAgainWhenNothingIsInThem)
 {
     const QString deep = sandbox.path(QStringLiteral("dest/a/b/c"));
     {
@@ -157,7 +157,7 @@ TEST_F(WorkFolderTest, foldersMadeForTheDestinationGoAgainWhenNothingIsInThem)
     EXPECT_TRUE(namesOf(destination()).isEmpty());
 }
 
-TEST_F(WorkFolderTest, foldersMadeForTheDestinationStayWhenSomethingIsInThem)
+TEST_F(WorkFolderTest, FoldersMadeForTheDestinationStayWhenSomethingIsInThem)
 {
     {
         const WorkFolder work = WorkFolder::make(sandbox.path(QStringLiteral("dest/a/b/c")));
@@ -166,7 +166,7 @@ TEST_F(WorkFolderTest, foldersMadeForTheDestinationStayWhenSomethingIsInThem)
     EXPECT_EQ(namesOf(sandbox.path(QStringLiteral("dest/a"))), QStringList{QStringLiteral("note")});
 }
 
-TEST_F(WorkFolderTest, aDestinationMadeForOneRunStaysWhileAnotherWorksInIt)
+TEST_F(WorkFolderTest, ADestinationMadeForOneRunStaysWhileAnotherWorksInIt)
 {
     const QString made = sandbox.path(QStringLiteral("dest/made"));
     std::optional<WorkFolder> first = WorkFolder::make(made);
@@ -175,7 +175,7 @@ TEST_F(WorkFolderTest, aDestinationMadeForOneRunStaysWhileAnotherWorksInIt)
     EXPECT_TRUE(QFileInfo(second.path()).isDir());
 }
 
-TEST_F(WorkFolderTest, whatCannotBeMadeIsToldInTheSystemsWords)
+TEST_F(WorkFolderTest, WhatCannotBeMadeIsToldInTheSystemsWords)
 {
     sandbox.write(QStringLiteral("dest/file"), "x");
     EXPECT_EQ(failureAt(sandbox.path(QStringLiteral("dest/file"))), u"Not a directory");
@@ -184,7 +184,7 @@ TEST_F(WorkFolderTest, whatCannotBeMadeIsToldInTheSystemsWords)
     EXPECT_EQ(failureAt(sandbox.path(QStringLiteral("dest/link"))), u"No such file or directory");
 }
 
-TEST_F(WorkFolderTest, aDestinationThatCannotBeWrittenToIsToldAndNothingIsLeftInIt)
+TEST_F(WorkFolderTest, ADestinationThatCannotBeWrittenToIsToldAndNothingIsLeftInIt)
 {
     const OrdinaryUser user;
     ASSERT_TRUE(QFile::setPermissions(destination(), QFile::ReadOwner | QFile::ExeOwner));
@@ -194,14 +194,14 @@ TEST_F(WorkFolderTest, aDestinationThatCannotBeWrittenToIsToldAndNothingIsLeftIn
     EXPECT_TRUE(namesOf(destination()).isEmpty());
 }
 
-TEST_F(WorkFolderTest, aDestinationThatIsReachedByALinkIsUsed)
+TEST_F(WorkFolderTest, ADestinationThatIsReachedByALinkIsUsed)
 {
     ASSERT_EQ(::symlink("dest", sandbox.path(QStringLiteral("alias")).toUtf8().constData()), 0);
     const WorkFolder work = WorkFolder::make(sandbox.path(QStringLiteral("alias")));
     EXPECT_EQ(namesOf(destination()).size(), 1);
 }
 
-TEST_F(WorkFolderTest, whatAKilledProgramLeftIsFoundAndRemoved)
+TEST_F(WorkFolderTest, WhatAKilledProgramLeftIsFoundAndRemoved)
 {
     sandbox.write(QStringLiteral("dest/own"), "mine");
     const QString left = leaveBehind();
@@ -210,7 +210,7 @@ TEST_F(WorkFolderTest, whatAKilledProgramLeftIsFoundAndRemoved)
     EXPECT_EQ(namesOf(destination()), QStringList{QStringLiteral("own")});
 }
 
-TEST_F(WorkFolderTest, whatAKillLeftBeforeOrAfterTheMarkSaidSoIsRemoved)
+TEST_F(WorkFolderTest, WhatAKillLeftBeforeOrAfterTheMarkSaidSoIsRemoved)
 {
     constexpr auto ownersOnly = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
     const QDir dest(destination());
@@ -223,7 +223,7 @@ TEST_F(WorkFolderTest, whatAKillLeftBeforeOrAfterTheMarkSaidSoIsRemoved)
     EXPECT_EQ(namesOf(destination()), QStringList());
 }
 
-TEST_F(WorkFolderTest, anEmptyFolderThatNoRunWouldMakeIsTheUsersOwn)
+TEST_F(WorkFolderTest, AnEmptyFolderThatNoRunWouldMakeIsTheUsersOwn)
 {
     const QDir dest(destination());
     const QString longer = dest.filePath(QStringLiteral(".vormel-unpack-mine123"));
@@ -234,7 +234,7 @@ TEST_F(WorkFolderTest, anEmptyFolderThatNoRunWouldMakeIsTheUsersOwn)
     EXPECT_EQ(namesOf(destination()), before);
 }
 
-TEST_F(WorkFolderTest, oneThatIsInUseIsNotAbandoned)
+TEST_F(WorkFolderTest, OneThatIsInUseIsNotAbandoned)
 {
     const WorkFolder work = WorkFolder::make(destination());
     writeIn(work.filesHandle(), "file", "x");
@@ -243,7 +243,7 @@ TEST_F(WorkFolderTest, oneThatIsInUseIsNotAbandoned)
     EXPECT_TRUE(QFileInfo(work.path() + QStringLiteral("/file")).exists());
 }
 
-TEST_F(WorkFolderTest, aFolderOfSuchANameWithoutTheMarkIsTheUsersOwn)
+TEST_F(WorkFolderTest, AFolderOfSuchANameWithoutTheMarkIsTheUsersOwn)
 {
     sandbox.write(QStringLiteral("dest/.vormel-unpack-abcdef/files/own"), "mine");
     sandbox.write(QStringLiteral("dest/.vormel-unpack-empty1/files/own"), "mine");
@@ -256,7 +256,7 @@ TEST_F(WorkFolderTest, aFolderOfSuchANameWithoutTheMarkIsTheUsersOwn)
     EXPECT_EQ(sandbox.files(), before);
 }
 
-TEST_F(WorkFolderTest, aMarkedFolderOfAnotherNameIsTheUsersOwn)
+TEST_F(WorkFolderTest, AMarkedFolderOfAnotherNameIsTheUsersOwn)
 {
     const QString left = leaveBehind();
     ASSERT_TRUE(QDir().rename(left, destination() + QStringLiteral("/mine")));
@@ -264,7 +264,7 @@ TEST_F(WorkFolderTest, aMarkedFolderOfAnotherNameIsTheUsersOwn)
     EXPECT_EQ(namesOf(destination()), QStringList{QStringLiteral("mine")});
 }
 
-TEST_F(WorkFolderTest, aLinkToALeftFolderIsNotFollowed)
+TEST_F(WorkFolderTest, ALinkToALeftFolderIsNotFollowed)
 {
     const QString left = leaveBehind();
     QDir().mkpath(sandbox.path(QStringLiteral("other")));
@@ -275,14 +275,14 @@ TEST_F(WorkFolderTest, aLinkToALeftFolderIsNotFollowed)
     EXPECT_TRUE(QFileInfo(link).isSymLink());
 }
 
-TEST_F(WorkFolderTest, onlyTheFoldersThemselvesAreLookedAt)
+TEST_F(WorkFolderTest, OnlyTheFoldersThemselvesAreLookedAt)
 {
     const QString left = leaveBehind();
     removeAbandonedWorkFolders({sandbox.root()});
     EXPECT_TRUE(QFileInfo(left).isDir());
 }
 
-TEST_F(WorkFolderTest, aPipeInPlaceOfTheMarkHoldsNothingUp)
+TEST_F(WorkFolderTest, APipeInPlaceOfTheMarkHoldsNothingUp)
 {
     QDir().mkpath(destination() + QStringLiteral("/.vormel-unpack-abcdef"));
     const QString mark = destination() + QStringLiteral("/.vormel-unpack-abcdef/") + QLatin1StringView(workMarkName);
@@ -291,7 +291,7 @@ TEST_F(WorkFolderTest, aPipeInPlaceOfTheMarkHoldsNothingUp)
     EXPECT_TRUE(QFileInfo(mark).exists());
 }
 
-TEST_F(WorkFolderTest, foldersThatAreGoneOrCannotBeListedArePassedOver)
+TEST_F(WorkFolderTest, FoldersThatAreGoneOrCannotBeListedArePassedOver)
 {
     const QString left = leaveBehind();
     const OrdinaryUser user;
@@ -303,7 +303,7 @@ TEST_F(WorkFolderTest, foldersThatAreGoneOrCannotBeListedArePassedOver)
     ASSERT_TRUE(QFile::setPermissions(closed, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
 }
 
-TEST_F(WorkFolderTest, whatAnotherUserLeftIsNotOurs)
+TEST_F(WorkFolderTest, WhatAnotherUserLeftIsNotOurs)
 {
     if (::geteuid() != 0)
         GTEST_SKIP() << "only root can give a file away";
@@ -315,7 +315,7 @@ TEST_F(WorkFolderTest, whatAnotherUserLeftIsNotOurs)
     EXPECT_TRUE(QFileInfo(left + QStringLiteral("/files/half")).exists());
 }
 
-TEST_F(WorkFolderTest, whatCouldNotBeRemovedKeepsTheMarkAndIsFoundNextTime)
+TEST_F(WorkFolderTest, WhatCouldNotBeRemovedKeepsTheMarkAndIsFoundNextTime)
 {
     if (::geteuid() != 0)
         GTEST_SKIP() << "only root can give a folder away";

@@ -33,14 +33,14 @@ protected:
 const QList<RawMember> plain{{"plain.txt", "1"}, {"folder/other.txt", "2"}};
 const QList<RawMember> foreign{{"plain.txt", "1"}, {"folder/é中.txt", "2", true}};
 
-TEST_F(ZipNamesTest, namesWithOtherThanPlainLettersPackedOnWindowsAreSpoiled)
+TEST_F(ZipNamesTest, NamesWithOtherThanPlainLettersPackedOnWindowsAreSpoiled)
 {
     EXPECT_TRUE(areSpoiled(ZipHost::dos, foreign));
     EXPECT_TRUE(areSpoiled(ZipHost::windows, foreign));
     EXPECT_TRUE(areSpoiled(ZipHost::dos, {{"\x81.txt", "1"}}));
 }
 
-TEST_F(ZipNamesTest, otherNamesAreNot)
+TEST_F(ZipNamesTest, OtherNamesAreNot)
 {
     EXPECT_FALSE(areSpoiled(ZipHost::dos, plain));
     EXPECT_FALSE(areSpoiled(ZipHost::unixLike, foreign));
@@ -48,7 +48,7 @@ TEST_F(ZipNamesTest, otherNamesAreNot)
     EXPECT_FALSE(areSpoiled(ZipHost::dos, {}));
 }
 
-TEST_F(ZipNamesTest, whatStandsBeforeOrBehindTheArchiveDoesNotMatter)
+TEST_F(ZipNamesTest, WhatStandsBeforeOrBehindTheArchiveDoesNotMatter)
 {
     EXPECT_TRUE(areSpoiled(ZipHost::dos, foreign, QByteArray(100'000, 'x')));
     QFile file(zip());
@@ -58,7 +58,7 @@ TEST_F(ZipNamesTest, whatStandsBeforeOrBehindTheArchiveDoesNotMatter)
     EXPECT_TRUE(hasNamesThatUnzipSpoils(zip()));
 }
 
-TEST_F(ZipNamesTest, whatIsNoZipHasNone)
+TEST_F(ZipNamesTest, WhatIsNoZipHasNone)
 {
     EXPECT_FALSE(hasNamesThatUnzipSpoils(sandbox.path(QStringLiteral("missing.zip"))));
     for (const QByteArray& bytes :
@@ -71,7 +71,7 @@ TEST_F(ZipNamesTest, whatIsNoZipHasNone)
     }
 }
 
-TEST_F(ZipNamesTest, everyPieceOfAZipIsReadWithoutHarm)
+TEST_F(ZipNamesTest, EveryPieceOfAZipIsReadWithoutHarm)
 {
     writeRawZip(zip(), ZipHost::dos, foreign);
     const QByteArray whole = sandbox.read(QStringLiteral("a.zip"));
@@ -84,7 +84,7 @@ TEST_F(ZipNamesTest, everyPieceOfAZipIsReadWithoutHarm)
     static_cast<void>(hasNamesThatUnzipSpoils(zip()));
 }
 
-TEST_F(ZipNamesTest, archivesOfMoreThanSixtyFiveThousandFilesAreRead)
+TEST_F(ZipNamesTest, ArchivesOfMoreThanSixtyFiveThousandFilesAreRead)
 {
     VORMEL_NEEDS_TOOL("python3");
     const QString script = QStringLiteral("import sys, zipfile\n"
@@ -103,7 +103,7 @@ TEST_F(ZipNamesTest, archivesOfMoreThanSixtyFiveThousandFilesAreRead)
 }
 
 /// Holds that the question is needed. Should unzip learn better, this fails and the question can go.
-TEST_F(ZipNamesTest, unzipSpoilsThemAndSevenZipDoesNot)
+TEST_F(ZipNamesTest, UnzipSpoilsThemAndSevenZipDoesNot)
 {
     VORMEL_NEEDS_TOOL("unzip");
     VORMEL_NEEDS_TOOL("7zz");

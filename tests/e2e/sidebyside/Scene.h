@@ -4,7 +4,7 @@
 #include "e2e/sidebyside/Catalogue.h"
 #include "e2e/sidebyside/HeldTools.h"
 #include "e2e/sidebyside/MoodyServer.h"
-#include "fixtures/LiveEngine.h"
+#include "fixtures/EngineOnNetwork.h"
 
 #include <QHash>
 #include <QSet>
@@ -78,7 +78,7 @@ private:
     Manner m_manner;
     HeldTools m_tools;
     MoodyServer m_server;
-    fixtures::LiveEngine m_engine;
+    fixtures::EngineOnNetwork m_engine;
     Bystanders m_inDownloads;
     Bystanders m_inExtraction;
     DiskPicture m_beside; ///< of a folder that the program has no business in

@@ -40,7 +40,7 @@ protected:
 
 } // namespace
 
-TEST_F(BackgroundTest, theWorkIsDoneOnAnotherThreadAndItsResultComesBack)
+TEST_F(BackgroundTest, TheWorkIsDoneOnAnotherThreadAndItsResultComesBack)
 {
     const QThread* worker = nullptr;
     run([&worker] {
@@ -51,13 +51,13 @@ TEST_F(BackgroundTest, theWorkIsDoneOnAnotherThreadAndItsResultComesBack)
     EXPECT_NE(worker, QThread::currentThread());
 }
 
-TEST_F(BackgroundTest, whatTheWorkThrowsReachesWhoAwaitsIt)
+TEST_F(BackgroundTest, WhatTheWorkThrowsReachesWhoAwaitsIt)
 {
     run([]() -> int { throw std::runtime_error("no room"); });
     EXPECT_EQ(failure, u"no room");
 }
 
-TEST_F(BackgroundTest, theEndWaitsForWhatIsUnderWay)
+TEST_F(BackgroundTest, TheEndWaitsForWhatIsUnderWay)
 {
     auto left = std::make_shared<std::atomic<int>>(2'000'000);
     {

@@ -17,7 +17,7 @@ QCoro::Task<> collect(Eventual<int> eventual, std::vector<int>& results)
     results.push_back(co_await eventual);
 }
 
-TEST(Eventual, theAwaitingCoroutineGoesOnInsideTheDelivery)
+TEST(Eventual, TheAwaitingCoroutineGoesOnInsideTheDelivery)
 {
     EventualSource<int> source(-1);
     std::vector<int> results;
@@ -27,7 +27,7 @@ TEST(Eventual, theAwaitingCoroutineGoesOnInsideTheDelivery)
     EXPECT_EQ(results, std::vector{5});
 }
 
-TEST(Eventual, aResultThatIsThereAlreadyIsTakenAtOnce)
+TEST(Eventual, AResultThatIsThereAlreadyIsTakenAtOnce)
 {
     EventualSource<int> source(-1);
     source.deliver(5);
@@ -36,7 +36,7 @@ TEST(Eventual, aResultThatIsThereAlreadyIsTakenAtOnce)
     EXPECT_EQ(results, std::vector{5});
 }
 
-TEST(Eventual, aSourceThatGoesAwayUnansweredDeliversItsFallback)
+TEST(Eventual, ASourceThatGoesAwayUnansweredDeliversItsFallback)
 {
     std::vector<int> results;
     {
@@ -47,7 +47,7 @@ TEST(Eventual, aSourceThatGoesAwayUnansweredDeliversItsFallback)
     EXPECT_EQ(results, std::vector{-1});
 }
 
-TEST(Eventual, theFallbackOfAnAbandonedSourceWaitsForTheOneWhoAsksLate)
+TEST(Eventual, TheFallbackOfAnAbandonedSourceWaitsForTheOneWhoAsksLate)
 {
     auto source = std::make_unique<EventualSource<int>>(-1);
     const Eventual<int> eventual = source->eventual();
@@ -57,7 +57,7 @@ TEST(Eventual, theFallbackOfAnAbandonedSourceWaitsForTheOneWhoAsksLate)
     EXPECT_EQ(results, std::vector{-1});
 }
 
-TEST(Eventual, onlyTheFirstDeliveryCounts)
+TEST(Eventual, OnlyTheFirstDeliveryCounts)
 {
     std::vector<int> results;
     {
@@ -69,7 +69,7 @@ TEST(Eventual, onlyTheFirstDeliveryCounts)
     EXPECT_EQ(results, std::vector{1});
 }
 
-TEST(Eventual, aResultMayBeMovableOnly)
+TEST(Eventual, AResultMayBeMovableOnly)
 {
     EventualSource<std::unique_ptr<int>> source(nullptr);
     int seen = 0;
@@ -81,7 +81,7 @@ TEST(Eventual, aResultMayBeMovableOnly)
     EXPECT_EQ(seen, 7);
 }
 
-TEST(Eventual, theSourceMayBeDestroyedByTheOneWhoGoesOn)
+TEST(Eventual, TheSourceMayBeDestroyedByTheOneWhoGoesOn)
 {
     auto source = std::make_unique<EventualSource<int>>(-1);
     bool isGone = false;

@@ -7,7 +7,7 @@
 namespace vormel {
 namespace {
 
-TEST(Lifetime, aWatchTellsWhetherTheOwnerIsStillThere)
+TEST(Lifetime, AWatchTellsWhetherTheOwnerIsStillThere)
 {
     std::optional<Lifetime> lifetime(std::in_place);
     const Lifetime::Watch watch = lifetime->watch();
@@ -18,7 +18,7 @@ TEST(Lifetime, aWatchTellsWhetherTheOwnerIsStillThere)
     EXPECT_TRUE(copy.isOver());
 }
 
-TEST(Lifetime, eachOwnerHasItsOwn)
+TEST(Lifetime, EachOwnerHasItsOwn)
 {
     std::optional<Lifetime> first(std::in_place);
     const Lifetime second;

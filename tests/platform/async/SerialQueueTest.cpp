@@ -37,7 +37,7 @@ protected:
     std::unique_ptr<SerialQueue> queue = std::make_unique<SerialQueue>();
 };
 
-TEST_F(SerialQueueTest, oneWorksAtATimeInTheOrderOfTheirComing)
+TEST_F(SerialQueueTest, OneWorksAtATimeInTheOrderOfTheirComing)
 {
     for (const char* name : {"a", "b", "c"})
         come(name);
@@ -50,7 +50,7 @@ TEST_F(SerialQueueTest, oneWorksAtATimeInTheOrderOfTheirComing)
     EXPECT_EQ(log.join(u' '), u"a+ b+ c+ d+");
 }
 
-TEST_F(SerialQueueTest, whoComesWhenAllHaveWorkedGoesOnAtOnce)
+TEST_F(SerialQueueTest, WhoComesWhenAllHaveWorkedGoesOnAtOnce)
 {
     come("a");
     end("a");
@@ -58,7 +58,7 @@ TEST_F(SerialQueueTest, whoComesWhenAllHaveWorkedGoesOnAtOnce)
     EXPECT_EQ(log.join(u' '), u"a+ b+");
 }
 
-TEST_F(SerialQueueTest, nobodyOvertakesWhoWaitsForATurnThatWasJustGivenBack)
+TEST_F(SerialQueueTest, NobodyOvertakesWhoWaitsForATurnThatWasJustGivenBack)
 {
     come("a");
     come("b");
@@ -68,7 +68,7 @@ TEST_F(SerialQueueTest, nobodyOvertakesWhoWaitsForATurnThatWasJustGivenBack)
     EXPECT_EQ(log.join(u' '), u"a+ b+");
 }
 
-TEST_F(SerialQueueTest, whoStillWaitsAtTheEndOfTheQueueGetsNoTurn)
+TEST_F(SerialQueueTest, WhoStillWaitsAtTheEndOfTheQueueGetsNoTurn)
 {
     come("a");
     come("b");

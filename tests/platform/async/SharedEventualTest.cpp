@@ -25,7 +25,7 @@ protected:
     QStringList log;
 };
 
-TEST_F(SharedEventualTest, allWhoWaitGetTheResultInTheirOrder)
+TEST_F(SharedEventualTest, AllWhoWaitGetTheResultInTheirOrder)
 {
     await("a");
     await("b");
@@ -36,7 +36,7 @@ TEST_F(SharedEventualTest, allWhoWaitGetTheResultInTheirOrder)
     EXPECT_EQ(log.join(u','), u"a x,b x,c x");
 }
 
-TEST_F(SharedEventualTest, onlyTheFirstResultCounts)
+TEST_F(SharedEventualTest, OnlyTheFirstResultCounts)
 {
     result.deliver(QStringLiteral("x"));
     result.deliver(QStringLiteral("y"));
@@ -44,7 +44,7 @@ TEST_F(SharedEventualTest, onlyTheFirstResultCounts)
     EXPECT_EQ(log.join(u','), u"a x");
 }
 
-TEST_F(SharedEventualTest, aWaiterMayLetGoOfTheLastCopy)
+TEST_F(SharedEventualTest, AWaiterMayLetGoOfTheLastCopy)
 {
     auto own = std::make_unique<SharedEventual<QString>>();
     const auto letGo = [](std::unique_ptr<SharedEventual<QString>>& last, QStringList& seen) -> QCoro::Task<> {

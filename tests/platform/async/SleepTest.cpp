@@ -16,7 +16,7 @@ QCoro::Task<> sleepTwice(Clock& clock, int& count)
         co_await sleepFor(clock, 3s);
 }
 
-TEST(Sleep, goesOnWhenTheTimeHasPassed)
+TEST(Sleep, GoesOnWhenTheTimeHasPassed)
 {
     fixtures::ManualClock clock;
     int count = -1;

@@ -58,7 +58,7 @@ QCoro::Task<> endQuietly(Eventual<int> eventual, bool& isOver)
     isOver = true;
 }
 
-TEST(Spawn, anExceptionThatLeavesTheTaskIsLogged)
+TEST(Spawn, AnExceptionThatLeavesTheTaskIsLogged)
 {
     const LogCatcher log;
     EventualSource<int> source(0);
@@ -67,7 +67,7 @@ TEST(Spawn, anExceptionThatLeavesTheTaskIsLogged)
     EXPECT_EQ(LogCatcher::lines(), QStringList(QStringLiteral("A background task ended with: the reason")));
 }
 
-TEST(Spawn, anExceptionAfterASuspensionIsLoggedAndDoesNotReachTheOneWhoWokeTheTask)
+TEST(Spawn, AnExceptionAfterASuspensionIsLoggedAndDoesNotReachTheOneWhoWokeTheTask)
 {
     const LogCatcher log;
     EventualSource<int> source(0);
@@ -77,14 +77,14 @@ TEST(Spawn, anExceptionAfterASuspensionIsLoggedAndDoesNotReachTheOneWhoWokeTheTa
     EXPECT_EQ(LogCatcher::lines().size(), 1);
 }
 
-TEST(Spawn, whateverElseIsThrownIsLoggedToo)
+TEST(Spawn, WhateverElseIsThrownIsLoggedToo)
 {
     const LogCatcher log;
     EXPECT_NO_THROW(spawn(throwNumber()));
     EXPECT_EQ(LogCatcher::lines(), QStringList(QStringLiteral("A background task ended with an unknown exception")));
 }
 
-TEST(Spawn, theTaskRunsToItsEndWithoutAnOwner)
+TEST(Spawn, TheTaskRunsToItsEndWithoutAnOwner)
 {
     const LogCatcher log;
     EventualSource<int> source(0);

@@ -16,7 +16,7 @@ namespace {
 using namespace std::chrono_literals;
 using fixtures::ManualClock;
 
-TEST(Timer, withoutAnActionIsNotPendingAndMayBeCancelled)
+TEST(Timer, WithoutAnActionIsNotPendingAndMayBeCancelled)
 {
     Timer timer;
     EXPECT_FALSE(timer.isPending());
@@ -24,7 +24,7 @@ TEST(Timer, withoutAnActionIsNotPendingAndMayBeCancelled)
     EXPECT_FALSE(timer.isPending());
 }
 
-TEST(Timer, movedElsewhereStillFires)
+TEST(Timer, MovedElsewhereStillFires)
 {
     ManualClock clock;
     int fired = 0;
@@ -35,7 +35,7 @@ TEST(Timer, movedElsewhereStillFires)
     EXPECT_EQ(fired, 1);
 }
 
-TEST(Timer, anotherTakingItsPlaceCancelsIt)
+TEST(Timer, AnotherTakingItsPlaceCancelsIt)
 {
     ManualClock clock;
     std::string fired;
@@ -45,7 +45,7 @@ TEST(Timer, anotherTakingItsPlaceCancelsIt)
     EXPECT_EQ(fired, "new");
 }
 
-TEST(Timer, isNoLongerPendingInsideItsAction)
+TEST(Timer, IsNoLongerPendingInsideItsAction)
 {
     ManualClock clock;
     Timer timer;
@@ -55,7 +55,7 @@ TEST(Timer, isNoLongerPendingInsideItsAction)
     EXPECT_FALSE(wasPending);
 }
 
-TEST(Timer, mayBeDestroyedByItsOwnAction)
+TEST(Timer, MayBeDestroyedByItsOwnAction)
 {
     ManualClock clock;
     std::vector<Timer> timers;
@@ -69,7 +69,7 @@ TEST(Timer, mayBeDestroyedByItsOwnAction)
     EXPECT_EQ(fired, 1);
 }
 
-TEST(ManualClock, standsStillUntilItIsMoved)
+TEST(ManualClock, StandsStillUntilItIsMoved)
 {
     ManualClock clock;
     const SteadyTime steady = clock.steadyNow();
@@ -81,7 +81,7 @@ TEST(ManualClock, standsStillUntilItIsMoved)
     EXPECT_EQ(clock.wallNow() - wall, 90s);
 }
 
-TEST(ManualClock, runsTimersWhenDueInTheOrderInWhichTheyAreDue)
+TEST(ManualClock, RunsTimersWhenDueInTheOrderInWhichTheyAreDue)
 {
     ManualClock clock;
     std::string fired;
@@ -98,7 +98,7 @@ TEST(ManualClock, runsTimersWhenDueInTheOrderInWhichTheyAreDue)
     EXPECT_EQ(clock.pendingTimers(), 0);
 }
 
-TEST(ManualClock, showsEachActionTheTimeAtWhichItWasDue)
+TEST(ManualClock, ShowsEachActionTheTimeAtWhichItWasDue)
 {
     ManualClock clock;
     const SteadyTime start = clock.steadyNow();
@@ -109,7 +109,7 @@ TEST(ManualClock, showsEachActionTheTimeAtWhichItWasDue)
     EXPECT_EQ(times, (std::vector<std::chrono::nanoseconds>{1s, 3s}));
 }
 
-TEST(ManualClock, runsWhatAnActionArmsIfItIsDueOnTheWay)
+TEST(ManualClock, RunsWhatAnActionArmsIfItIsDueOnTheWay)
 {
     ManualClock clock;
     int fired = 0;
@@ -124,7 +124,7 @@ TEST(ManualClock, runsWhatAnActionArmsIfItIsDueOnTheWay)
     EXPECT_EQ(clock.pendingTimers(), 1);
 }
 
-TEST(ManualClock, letsTheEventLoopTurnAfterEachTimer)
+TEST(ManualClock, LetsTheEventLoopTurnAfterEachTimer)
 {
     ManualClock clock;
     QObject context;
@@ -139,7 +139,7 @@ TEST(ManualClock, letsTheEventLoopTurnAfterEachTimer)
     EXPECT_EQ(order, "first posted second");
 }
 
-TEST(ManualClock, doesNotCountOrRunDestroyedTimers)
+TEST(ManualClock, DoesNotCountOrRunDestroyedTimers)
 {
     ManualClock clock;
     int fired = 0;

@@ -13,7 +13,7 @@ namespace {
 using namespace std::chrono_literals;
 using fixtures::waitUntil;
 
-TEST(SystemClock, aTimerFiresOnceAndNotEarly)
+TEST(SystemClock, ATimerFiresOnceAndNotEarly)
 {
     SystemClock clock;
     for (const std::chrono::nanoseconds delay :
@@ -30,7 +30,7 @@ TEST(SystemClock, aTimerFiresOnceAndNotEarly)
     }
 }
 
-TEST(SystemClock, aNegativeDelayFiresAtOnce)
+TEST(SystemClock, ANegativeDelayFiresAtOnce)
 {
     SystemClock clock;
     bool hasFired = false;
@@ -38,7 +38,7 @@ TEST(SystemClock, aNegativeDelayFiresAtOnce)
     EXPECT_TRUE(waitUntil([&] { return hasFired; }, 2s));
 }
 
-TEST(SystemClock, aDelayOfMonthsDoesNotFireAtOnce)
+TEST(SystemClock, ADelayOfMonthsDoesNotFireAtOnce)
 {
     SystemClock clock;
     bool hasFired = false;
@@ -52,7 +52,7 @@ TEST(SystemClock, aDelayOfMonthsDoesNotFireAtOnce)
     EXPECT_TRUE(longest.isPending());
 }
 
-TEST(SystemClock, destroyingOrCancellingATimerMeansItNeverFires)
+TEST(SystemClock, DestroyingOrCancellingATimerMeansItNeverFires)
 {
     SystemClock clock;
     int fired = 0;
@@ -70,7 +70,7 @@ TEST(SystemClock, destroyingOrCancellingATimerMeansItNeverFires)
     EXPECT_EQ(fired, 0);
 }
 
-TEST(SystemClock, anActionMayArmItsOwnTimerAgain)
+TEST(SystemClock, AnActionMayArmItsOwnTimerAgain)
 {
     SystemClock clock;
     int fired = 0;
@@ -84,7 +84,7 @@ TEST(SystemClock, anActionMayArmItsOwnTimerAgain)
     EXPECT_FALSE(timer.isPending());
 }
 
-TEST(SystemClock, aTimerMayOutliveTheClock)
+TEST(SystemClock, ATimerMayOutliveTheClock)
 {
     std::optional<SystemClock> clock(std::in_place);
     bool hasFired = false;
@@ -94,7 +94,7 @@ TEST(SystemClock, aTimerMayOutliveTheClock)
     EXPECT_FALSE(hasFired);
 }
 
-TEST(SystemClock, tellsTheTimeOfTheMachine)
+TEST(SystemClock, TellsTheTimeOfTheMachine)
 {
     const SystemClock clock;
     const auto wall = std::chrono::system_clock::now();

@@ -7,7 +7,7 @@
 namespace vormel {
 namespace {
 
-TEST(Folders, ofAProfileLieApartBelowItsRoot)
+TEST(Folders, OfAProfileLieApartBelowItsRoot)
 {
     const Folders folders = Folders::below(QStringLiteral("/profile"));
     const QSet<QString> all = {folders.downloads, folders.applicationSupport, folders.configuration, folders.runtime};
@@ -18,7 +18,7 @@ TEST(Folders, ofAProfileLieApartBelowItsRoot)
     }
 }
 
-TEST(Folders, ofThisUserAreAbsolute)
+TEST(Folders, OfThisUserAreAbsolute)
 {
     const Folders folders = Folders::ofThisUser();
     for (const QString& folder :

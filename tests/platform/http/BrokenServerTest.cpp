@@ -56,7 +56,7 @@ struct Loss
     qint64 bytes; ///< that came before it
 };
 
-TEST_F(BrokenServerTest, aConnectionThatEndsEarlyIsLostAndWhatCameBeforeIsHandedOn)
+TEST_F(BrokenServerTest, AConnectionThatEndsEarlyIsLostAndWhatCameBeforeIsHandedOn)
 {
     const std::vector<Loss> losses = {
         {"closed in the body", Answer::file().closeAfter(50'000), 50'000},
@@ -76,14 +76,14 @@ TEST_F(BrokenServerTest, aConnectionThatEndsEarlyIsLostAndWhatCameBeforeIsHanded
     }
 }
 
-TEST_F(BrokenServerTest, aResetConnectionIsLost)
+TEST_F(BrokenServerTest, AResetConnectionIsLost)
 {
     const Recorder::Heard heard = getAnswer(Answer::file().resetAfter(50'000));
     expectError(heard, Kind::connectionLost);
     EXPECT_LE(heard.body.size(), 50'000);
 }
 
-TEST_F(BrokenServerTest, aHeadThatIsCutOrMissingIsALostConnection)
+TEST_F(BrokenServerTest, AHeadThatIsCutOrMissingIsALostConnection)
 {
     for (const Answer& answer :
          {Answer::file().cutHead(), Answer::nothing(), Answer::raw("HTTP/1.1 200 OK\r\nContent-Le"),
@@ -95,7 +95,7 @@ TEST_F(BrokenServerTest, aHeadThatIsCutOrMissingIsALostConnection)
     }
 }
 
-TEST_F(BrokenServerTest, aStatusLineThatIsNoneIsABadAnswer)
+TEST_F(BrokenServerTest, AStatusLineThatIsNoneIsABadAnswer)
 {
     for (const Answer& answer :
          {Answer::raw("<html>hello</html>\r\n\r\n"), Answer::raw("SSH-2.0-hello\r\n"),
@@ -108,7 +108,7 @@ TEST_F(BrokenServerTest, aStatusLineThatIsNoneIsABadAnswer)
     }
 }
 
-TEST_F(BrokenServerTest, headersWithoutEndAreCutAndTakeNoMemory)
+TEST_F(BrokenServerTest, HeadersWithoutEndAreCutAndTakeNoMemory)
 {
     const qint64 before = residentBytes();
     for (int i = 0; i < 10; ++i) {
@@ -119,7 +119,7 @@ TEST_F(BrokenServerTest, headersWithoutEndAreCutAndTakeNoMemory)
     EXPECT_LT(residentBytes() - before, 32 * mib);
 }
 
-TEST_F(BrokenServerTest, trailersWithoutEndAreCutAndTakeNoMemory)
+TEST_F(BrokenServerTest, TrailersWithoutEndAreCutAndTakeNoMemory)
 {
     const qint64 before = residentBytes();
     for (int i = 0; i < 10; ++i) {
@@ -130,7 +130,7 @@ TEST_F(BrokenServerTest, trailersWithoutEndAreCutAndTakeNoMemory)
     EXPECT_LT(residentBytes() - before, 32 * mib);
 }
 
-TEST_F(BrokenServerTest, aLengthThatIsTooLargeToBeTrueIsUnknown)
+TEST_F(BrokenServerTest, ALengthThatIsTooLargeToBeTrueIsUnknown)
 {
     for (const char* length : {"9223372036854775808", "99999999999999999999999999"}) {
         const Recorder::Heard heard = getAnswer(Answer::file().withContentLength(length));
@@ -141,7 +141,7 @@ TEST_F(BrokenServerTest, aLengthThatIsTooLargeToBeTrueIsUnknown)
     }
 }
 
-TEST_F(BrokenServerTest, aLengthThatIsNoNumberIsABadAnswerAndNotReadHalf)
+TEST_F(BrokenServerTest, ALengthThatIsNoNumberIsABadAnswerAndNotReadHalf)
 {
     for (const char* length : {"0x10", "3e5", "1000x", "-5", "10,11", ""}) {
         const Recorder::Heard heard = getAnswer(Answer::file().withContentLength(length));
@@ -150,7 +150,7 @@ TEST_F(BrokenServerTest, aLengthThatIsNoNumberIsABadAnswerAndNotReadHalf)
     }
 }
 
-TEST_F(BrokenServerTest, twoDifferentLengthsAreABadAnswer)
+TEST_F(BrokenServerTest, TwoDifferentLengthsAreABadAnswer)
 {
     expectError(getAnswer(Answer::raw("HTTP/1.1 200 OK\r\nContent-Length: 3\r\nContent-Length: 5\r\n\r\nabcde")),
                 Kind::badServerResponse);
@@ -160,7 +160,7 @@ TEST_F(BrokenServerTest, twoDifferentLengthsAreABadAnswer)
     EXPECT_EQ(same.body, "abc");
 }
 
-TEST_F(BrokenServerTest, aFoldedFieldIsReadAsOne)
+TEST_F(BrokenServerTest, AFoldedFieldIsReadAsOne)
 {
     const Recorder::Heard heard =
         getAnswer(Answer::raw("HTTP/1.1 200 OK\r\nContent-Length: 2\r\nX: one\r\n  Content-Range: two\r\n\r\nok"));
@@ -170,7 +170,7 @@ TEST_F(BrokenServerTest, aFoldedFieldIsReadAsOne)
     EXPECT_EQ(heard.head->header("Content-Range"), std::nullopt);
 }
 
-TEST_F(BrokenServerTest, aBodyWithoutALengthEndsWithItsFraming)
+TEST_F(BrokenServerTest, ABodyWithoutALengthEndsWithItsFraming)
 {
     const PatternContent content(1, 100 * kib);
     for (const Answer& answer : {Answer::file().untilClose(), Answer::file().chunked()}) {
@@ -180,7 +180,7 @@ TEST_F(BrokenServerTest, aBodyWithoutALengthEndsWithItsFraming)
     }
 }
 
-TEST_F(BrokenServerTest, informationalHeadsBeforeTheAnswerAreNotTheAnswer)
+TEST_F(BrokenServerTest, InformationalHeadsBeforeTheAnswerAreNotTheAnswer)
 {
     const Recorder::Heard heard = getAnswer(Answer::raw("HTTP/1.1 103 Early Hints\r\nX-Early: 1\r\n\r\n"
                                                         "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok"));
@@ -190,7 +190,7 @@ TEST_F(BrokenServerTest, informationalHeadsBeforeTheAnswerAreNotTheAnswer)
     EXPECT_EQ(heard.body, "ok");
 }
 
-TEST_F(BrokenServerTest, aServerThatFallsSilentTimesOut)
+TEST_F(BrokenServerTest, AServerThatFallsSilentTimesOut)
 {
     server.serve("/f", {.content = PatternContent(1, 100 * kib), .answers = {Answer::file().stallAfter(1000)}});
     Recorder recorder;
@@ -200,7 +200,7 @@ TEST_F(BrokenServerTest, aServerThatFallsSilentTimesOut)
     expectTimeOutAfterAMinute(recorder);
 }
 
-TEST_F(BrokenServerTest, aServerThatNeverAnswersTimesOut)
+TEST_F(BrokenServerTest, AServerThatNeverAnswersTimesOut)
 {
     server.serve("/f", {.answers = {Answer::file().stallBeforeHead()}});
     Recorder recorder;
@@ -210,7 +210,7 @@ TEST_F(BrokenServerTest, aServerThatNeverAnswersTimesOut)
     expectTimeOutAfterAMinute(recorder);
 }
 
-TEST_F(BrokenServerTest, silenceIsNotHeldAgainstTheServerWhileTheTransferIsSuspended)
+TEST_F(BrokenServerTest, SilenceIsNotHeldAgainstTheServerWhileTheTransferIsSuspended)
 {
     server.serve("/f", {.content = PatternContent(1, 100 * kib), .answers = {Answer::file().stallAfter(1000)}});
     Recorder recorder;
@@ -225,7 +225,7 @@ TEST_F(BrokenServerTest, silenceIsNotHeldAgainstTheServerWhileTheTransferIsSuspe
     expectTimeOutAfterAMinute(recorder);
 }
 
-TEST_F(BrokenServerTest, theWholeMayTakeItsTotalTimeFromItsStartAndNoLonger)
+TEST_F(BrokenServerTest, TheWholeMayTakeItsTotalTimeFromItsStartAndNoLonger)
 {
     server.serve("/f", {.content = PatternContent(1, 100 * kib), .answers = {Answer::file().stallAfter(1000)}});
     HttpRequest limited = request("/f");

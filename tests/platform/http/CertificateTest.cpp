@@ -45,21 +45,21 @@ private:
     sites::TestCertificates m_certificates;
 };
 
-TEST_F(CertificateTest, ofAKnownAuthorityIsTrusted)
+TEST_F(CertificateTest, OfAKnownAuthorityIsTrusted)
 {
     const auto secure = serverWith(certificates().valid());
     EXPECT_EQ(fetch(secure->url("/f")).body, "secret");
     EXPECT_EQ(fetch(secure->url("localhost", "/f")).body, "secret");
 }
 
-TEST_F(CertificateTest, ofAnAuthorityThatOnlyAnotherClientKnowsIsNot)
+TEST_F(CertificateTest, OfAnAuthorityThatOnlyAnotherClientKnowsIsNot)
 {
     const auto secure = serverWith(certificates().valid());
     EXPECT_EQ(fetch(secure->url("/f")).body, "secret");
     expectError(run(requestFor(secure->url("/f"))), Kind::certificateUntrusted);
 }
 
-TEST_F(CertificateTest, thatIsBadIsUntrustedAndNothingIsAsked)
+TEST_F(CertificateTest, ThatIsBadIsUntrustedAndNothingIsAsked)
 {
     for (const sites::TlsIdentity& identity :
          {certificates().wrongName(), certificates().expired(), certificates().selfSigned()}) {
@@ -71,7 +71,7 @@ TEST_F(CertificateTest, thatIsBadIsUntrustedAndNothingIsAsked)
     }
 }
 
-TEST_F(CertificateTest, ofAnExceptedHostGoesUnexamined)
+TEST_F(CertificateTest, OfAnExceptedHostGoesUnexamined)
 {
     for (const sites::TlsIdentity& identity :
          {certificates().wrongName(), certificates().expired(), certificates().selfSigned()}) {
@@ -81,14 +81,14 @@ TEST_F(CertificateTest, ofAnExceptedHostGoesUnexamined)
     }
 }
 
-TEST_F(CertificateTest, isExaminedAnewAfterATransferThatDidNot)
+TEST_F(CertificateTest, IsExaminedAnewAfterATransferThatDidNot)
 {
     const auto secure = serverWith(certificates().selfSigned());
     EXPECT_EQ(fetch(secure->url("/f"), {QStringLiteral("127.0.0.1")}).body, "secret");
     expectError(fetch(secure->url("/f")), Kind::certificateUntrusted);
 }
 
-TEST_F(CertificateTest, isDecidedAboutForEachHop)
+TEST_F(CertificateTest, IsDecidedAboutForEachHop)
 {
     const auto bad = serverWith(certificates().selfSigned());
     const auto first = serverWith(certificates().selfSigned());
@@ -103,7 +103,7 @@ TEST_F(CertificateTest, isDecidedAboutForEachHop)
     EXPECT_EQ(fetch(first->url("/from"), {QStringLiteral("127.0.0.1"), QStringLiteral("localhost")}).body, "secret");
 }
 
-TEST_F(CertificateTest, exceptionsAreAskedForInSmallLetters)
+TEST_F(CertificateTest, ExceptionsAreAskedForInSmallLetters)
 {
     const auto secure = serverWith(certificates().selfSigned());
     EXPECT_EQ(fetch(secure->url("LocalHost", "/f"), {QStringLiteral("localhost")}).body, "secret");
@@ -140,13 +140,13 @@ private:
     std::thread m_thread;
 };
 
-TEST_F(CertificateTest, aServerThatSpeaksNoTlsIsNoSecureConnection)
+TEST_F(CertificateTest, AServerThatSpeaksNoTlsIsNoSecureConnection)
 {
     const PlainGreeter greeter;
     expectError(fetch(greeter.url()), Kind::secureConnectionFailed);
 }
 
-TEST_F(CertificateTest, anEncryptedConnectionThatEndsEarlyIsLost)
+TEST_F(CertificateTest, AnEncryptedConnectionThatEndsEarlyIsLost)
 {
     const auto secure = serverWith(certificates().valid());
     secure->serve("/f", {.content = sites::PatternContent(1, 100'000), .answers = {Answer::file().closeAfter(50'000)}});

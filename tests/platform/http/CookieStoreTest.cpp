@@ -28,7 +28,7 @@ protected:
     }
 };
 
-TEST_F(CookieStoreTest, aCookieThatWasSetIsSentBack)
+TEST_F(CookieStoreTest, ACookieThatWasSetIsSentBack)
 {
     EXPECT_FALSE(run(request("/login")).error);
     EXPECT_FALSE(run(request("/page")).error);
@@ -36,7 +36,7 @@ TEST_F(CookieStoreTest, aCookieThatWasSetIsSentBack)
     EXPECT_EQ(client.sharedCookies()->cookies().size(), 1);
 }
 
-TEST_F(CookieStoreTest, aStoreOfItsOwnKnowsNothingOfTheSharedOne)
+TEST_F(CookieStoreTest, AStoreOfItsOwnKnowsNothingOfTheSharedOne)
 {
     EXPECT_FALSE(run(request("/login")).error);
     const auto own = std::make_shared<CookieStore>();
@@ -44,7 +44,7 @@ TEST_F(CookieStoreTest, aStoreOfItsOwnKnowsNothingOfTheSharedOne)
     EXPECT_EQ(cookieSeen(), std::nullopt);
 }
 
-TEST_F(CookieStoreTest, whatAStoreOfItsOwnLearnsStaysThere)
+TEST_F(CookieStoreTest, WhatAStoreOfItsOwnLearnsStaysThere)
 {
     const auto own = std::make_shared<CookieStore>();
     EXPECT_FALSE(run(request("/login", own)).error);
@@ -55,14 +55,14 @@ TEST_F(CookieStoreTest, whatAStoreOfItsOwnLearnsStaysThere)
     EXPECT_TRUE(client.sharedCookies()->cookies().isEmpty());
 }
 
-TEST_F(CookieStoreTest, aCookieSetByARedirectIsSentToItsTarget)
+TEST_F(CookieStoreTest, ACookieSetByARedirectIsSentToItsTarget)
 {
     server.serve("/from", {.answers = {Answer::redirect(302, "/page").withCookie("hop=1; Path=/")}});
     EXPECT_FALSE(run(request("/from")).error);
     EXPECT_EQ(cookieSeen(), "hop=1");
 }
 
-TEST_F(CookieStoreTest, aCookieMayBeAddedFromOutsideAndReadBack)
+TEST_F(CookieStoreTest, ACookieMayBeAddedFromOutsideAndReadBack)
 {
     const auto own = std::make_shared<CookieStore>();
     own->add("127.0.0.1\tFALSE\t/\tFALSE\t0\tkey\tvalue");
@@ -73,7 +73,7 @@ TEST_F(CookieStoreTest, aCookieMayBeAddedFromOutsideAndReadBack)
     EXPECT_EQ(own->cookies().size(), 2);
 }
 
-TEST_F(CookieStoreTest, aCookieOfAnotherHostIsNotSent)
+TEST_F(CookieStoreTest, ACookieOfAnotherHostIsNotSent)
 {
     const auto own = std::make_shared<CookieStore>();
     own->add("other.example\tFALSE\t/\tFALSE\t0\tkey\tvalue");
@@ -81,7 +81,7 @@ TEST_F(CookieStoreTest, aCookieOfAnotherHostIsNotSent)
     EXPECT_EQ(cookieSeen(), std::nullopt);
 }
 
-TEST_F(CookieStoreTest, aClearedStoreSendsNothing)
+TEST_F(CookieStoreTest, AClearedStoreSendsNothing)
 {
     EXPECT_FALSE(run(request("/login")).error);
     client.sharedCookies()->clear();
@@ -90,7 +90,7 @@ TEST_F(CookieStoreTest, aClearedStoreSendsNothing)
     EXPECT_EQ(cookieSeen(), std::nullopt);
 }
 
-TEST_F(CookieStoreTest, aStoreMayBeUsedWhileTransfersUseIt)
+TEST_F(CookieStoreTest, AStoreMayBeUsedWhileTransfersUseIt)
 {
     std::array<Recorder, 10> recorders;
     std::vector<std::unique_ptr<HttpTask>> tasks;

@@ -20,7 +20,7 @@ constexpr qint64 mib = 1024 * kib;
 class CurlHttpClientTest : public LoopbackTest
 {};
 
-TEST_F(CurlHttpClientTest, aFileArrivesWholeBehindItsHead)
+TEST_F(CurlHttpClientTest, AFileArrivesWholeBehindItsHead)
 {
     const PatternContent content(1, 3 * mib + 17);
     server.serve("/f", {.content = content, .headers = {{"X-Own", "a: b"}}, .etag = "\"e\""});
@@ -36,7 +36,7 @@ TEST_F(CurlHttpClientTest, aFileArrivesWholeBehindItsHead)
     EXPECT_EQ(heard.ends, 1);
 }
 
-TEST_F(CurlHttpClientTest, anEmptyFileHasAHeadAndAnEndAndNoBlock)
+TEST_F(CurlHttpClientTest, AnEmptyFileHasAHeadAndAnEndAndNoBlock)
 {
     server.serve("/f", {});
     const Recorder::Heard heard = get("/f");
@@ -45,7 +45,7 @@ TEST_F(CurlHttpClientTest, anEmptyFileHasAHeadAndAnEndAndNoBlock)
     EXPECT_TRUE(heard.blocks.empty());
 }
 
-TEST_F(CurlHttpClientTest, aRangeIsAskedForAndArrives)
+TEST_F(CurlHttpClientTest, ARangeIsAskedForAndArrives)
 {
     const PatternContent content(2, mib);
     server.serve("/f", {.content = content});
@@ -60,7 +60,7 @@ TEST_F(CurlHttpClientTest, aRangeIsAskedForAndArrives)
     expectWhole(heard, content, 1000);
 }
 
-TEST_F(CurlHttpClientTest, headersMethodAndBodyGoOutAsAsked)
+TEST_F(CurlHttpClientTest, HeadersMethodAndBodyGoOutAsAsked)
 {
     server.serve("/form", {.content = "ok"});
     HttpRequest post = request("/form?q=%22a");
@@ -77,7 +77,7 @@ TEST_F(CurlHttpClientTest, headersMethodAndBodyGoOutAsAsked)
     EXPECT_EQ(seen.header("User-Agent"), "Vormel");
 }
 
-TEST_F(CurlHttpClientTest, aHeadRequestTakesNoBody)
+TEST_F(CurlHttpClientTest, AHeadRequestTakesNoBody)
 {
     server.serve("/f", {.content = "four"});
     HttpRequest head = request("/f");
@@ -89,14 +89,14 @@ TEST_F(CurlHttpClientTest, aHeadRequestTakesNoBody)
     EXPECT_TRUE(heard.body.isEmpty());
 }
 
-TEST_F(CurlHttpClientTest, theFragmentStaysHome)
+TEST_F(CurlHttpClientTest, TheFragmentStaysHome)
 {
     server.serve("/f", {.content = "x"});
     EXPECT_FALSE(run(requestFor(server.url("/f#part"))).error);
     EXPECT_EQ(server.requests().at(0).target, "/f");
 }
 
-TEST_F(CurlHttpClientTest, errorPagesAreAnswersAndNoErrors)
+TEST_F(CurlHttpClientTest, ErrorPagesAreAnswersAndNoErrors)
 {
     server.serve("/f", {.answers = {Answer::page(503, "busy")}});
     const Recorder::Heard heard = get("/f");
@@ -106,7 +106,7 @@ TEST_F(CurlHttpClientTest, errorPagesAreAnswersAndNoErrors)
     EXPECT_EQ(get("/missing").head->statusCode, 404);
 }
 
-TEST_F(CurlHttpClientTest, aBlockHasAtMostAQuarterMebibyte)
+TEST_F(CurlHttpClientTest, ABlockHasAtMostAQuarterMebibyte)
 {
     const PatternContent content(3, 8 * mib);
     server.serve("/f", {.content = content});
@@ -116,7 +116,7 @@ TEST_F(CurlHttpClientTest, aBlockHasAtMostAQuarterMebibyte)
     EXPECT_LT(heard.blocks.size(), 400U) << "bytes are to be gathered before they are handed on";
 }
 
-TEST_F(CurlHttpClientTest, aSmallerBlockSizeIsKeptTo)
+TEST_F(CurlHttpClientTest, ASmallerBlockSizeIsKeptTo)
 {
     const PatternContent content(4, mib + 5);
     server.serve("/f", {.content = content});
@@ -126,7 +126,7 @@ TEST_F(CurlHttpClientTest, aSmallerBlockSizeIsKeptTo)
     EXPECT_LE(*std::max_element(heard.blocks.begin(), heard.blocks.end()), 1000);
 }
 
-TEST_F(CurlHttpClientTest, aBlockSizeOutOfBoundsIsTakenAsTheNearestInside)
+TEST_F(CurlHttpClientTest, ABlockSizeOutOfBoundsIsTakenAsTheNearestInside)
 {
     server.serve("/f", {.content = PatternContent(4, 4 * mib)});
     server.serve("/small", {.content = "abc"});
@@ -137,7 +137,7 @@ TEST_F(CurlHttpClientTest, aBlockSizeOutOfBoundsIsTakenAsTheNearestInside)
     EXPECT_EQ(get("/small").blocks, (std::vector<qsizetype>{1, 1, 1}));
 }
 
-TEST_F(CurlHttpClientTest, bytesOfASlowServerAreHandedOnWithoutWaitingForMore)
+TEST_F(CurlHttpClientTest, BytesOfASlowServerAreHandedOnWithoutWaitingForMore)
 {
     server.serve("/f", {.content = PatternContent(5, mib), .answers = {Answer::file().stallAfter(10)}});
     Recorder recorder;
@@ -146,7 +146,7 @@ TEST_F(CurlHttpClientTest, bytesOfASlowServerAreHandedOnWithoutWaitingForMore)
     EXPECT_TRUE(recorder.waitForBytes(10));
 }
 
-TEST_F(CurlHttpClientTest, aReceiverMayCancelAtTheHeadOrAtABlock)
+TEST_F(CurlHttpClientTest, AReceiverMayCancelAtTheHeadOrAtABlock)
 {
     server.serve("/f", {.content = PatternContent(10, 64 * mib)});
     Recorder atHead;
@@ -162,7 +162,7 @@ TEST_F(CurlHttpClientTest, aReceiverMayCancelAtTheHeadOrAtABlock)
     EXPECT_EQ(cut.blocks.size(), 1U);
 }
 
-TEST_F(CurlHttpClientTest, aCancelIsObeyedAtOnceAlsoWhenTheServerFallsSilent)
+TEST_F(CurlHttpClientTest, ACancelIsObeyedAtOnceAlsoWhenTheServerFallsSilent)
 {
     server.serve("/f", {.content = PatternContent(10, mib), .answers = {Answer::file().stallAfter(1000)}});
     Recorder recorder;
@@ -172,7 +172,7 @@ TEST_F(CurlHttpClientTest, aCancelIsObeyedAtOnceAlsoWhenTheServerFallsSilent)
     EXPECT_EQ(cut.ends, 1);
 }
 
-TEST_F(CurlHttpClientTest, aTaskThatIsNeverResumedNeverBegins)
+TEST_F(CurlHttpClientTest, ATaskThatIsNeverResumedNeverBegins)
 {
     server.serve("/f", {.content = "x"});
     Recorder recorder;
@@ -184,7 +184,7 @@ TEST_F(CurlHttpClientTest, aTaskThatIsNeverResumedNeverBegins)
     EXPECT_FALSE(recorder.heard().isOver);
 }
 
-TEST_F(CurlHttpClientTest, destroyingATaskEndsItAndClosesItsConnection)
+TEST_F(CurlHttpClientTest, DestroyingATaskEndsItAndClosesItsConnection)
 {
     server.serve("/f", {.content = PatternContent(11, mib), .answers = {Answer::file().stallAfter(1000)}});
     Recorder recorder;
@@ -198,7 +198,7 @@ TEST_F(CurlHttpClientTest, destroyingATaskEndsItAndClosesItsConnection)
     EXPECT_FALSE(recorder.heard().isOver);
 }
 
-TEST_F(CurlHttpClientTest, noCallFollowsADestroyedTaskWheneverItIsDestroyed)
+TEST_F(CurlHttpClientTest, NoCallFollowsADestroyedTaskWheneverItIsDestroyed)
 {
     server.serve("/f", {.content = PatternContent(12, 4 * mib)});
     std::mt19937 random(1);
@@ -229,7 +229,7 @@ TEST_F(CurlHttpClientTest, noCallFollowsADestroyedTaskWheneverItIsDestroyed)
     }
 }
 
-TEST_F(CurlHttpClientTest, aClientThatGoesAwayEndsItsTransfersAsCancelled)
+TEST_F(CurlHttpClientTest, AClientThatGoesAwayEndsItsTransfersAsCancelled)
 {
     server.serve("/f", {.content = PatternContent(13, mib), .answers = {Answer::file().stallAfter(1000)}});
     std::array<Recorder, 3> recorders;
@@ -251,7 +251,7 @@ TEST_F(CurlHttpClientTest, aClientThatGoesAwayEndsItsTransfersAsCancelled)
     tasks[0]->suspend();
 }
 
-TEST_F(CurlHttpClientTest, manyTransfersRunAtOnce)
+TEST_F(CurlHttpClientTest, ManyTransfersRunAtOnce)
 {
     const PatternContent content(14, mib);
     server.serve("/f", {.content = content});
@@ -267,7 +267,7 @@ TEST_F(CurlHttpClientTest, manyTransfersRunAtOnce)
     }
 }
 
-TEST_F(CurlHttpClientTest, smallRequestsOneAfterTheOtherShareAConnection)
+TEST_F(CurlHttpClientTest, SmallRequestsOneAfterTheOtherShareAConnection)
 {
     server.serve("/f", {.content = "small"});
     for (int i = 0; i < 50; ++i)
@@ -275,7 +275,7 @@ TEST_F(CurlHttpClientTest, smallRequestsOneAfterTheOtherShareAConnection)
     EXPECT_EQ(server.connectionsAccepted(), 1);
 }
 
-TEST_F(CurlHttpClientTest, connectionsGoWhereTheyAreToldTo)
+TEST_F(CurlHttpClientTest, ConnectionsGoWhereTheyAreToldTo)
 {
     server.serve("/f", {.content = "here"});
     const QByteArray here = "127.0.0.1:" + QByteArray::number(server.port());
@@ -296,7 +296,7 @@ TEST_F(CurlHttpClientTest, connectionsGoWhereTheyAreToldTo)
     EXPECT_EQ(server.requests("/f").at(1).header("Host"), "other.example:8080");
 }
 
-TEST_F(CurlHttpClientTest, onlyWebAddressesAreFetched)
+TEST_F(CurlHttpClientTest, OnlyWebAddressesAreFetched)
 {
     for (const char* url : {"ftp://127.0.0.1/f", "file:///etc/hostname", "http:///f", "gopher://127.0.0.1/", "f", ""}) {
         const Recorder::Heard heard = run(requestFor(url));
@@ -306,7 +306,7 @@ TEST_F(CurlHttpClientTest, onlyWebAddressesAreFetched)
     }
 }
 
-TEST_F(CurlHttpClientTest, aPortWithoutAServerCannotBeConnectedTo)
+TEST_F(CurlHttpClientTest, APortWithoutAServerCannotBeConnectedTo)
 {
     std::string url;
     {

@@ -96,7 +96,7 @@ protected:
     Recorder recorder;
 };
 
-TEST_F(HangingLookUpTest, othersGoOnWhenItsTransferIsDropped)
+TEST_F(HangingLookUpTest, OthersGoOnWhenItsTransferIsDropped)
 {
     server.serve("/f", {.content = "file"});
     std::unique_ptr<HttpTask> task = ask(client);
@@ -109,7 +109,7 @@ TEST_F(HangingLookUpTest, othersGoOnWhenItsTransferIsDropped)
     EXPECT_TRUE(silentNameServer().isAsked()) << "the look-up must still hang, or this shows nothing";
 }
 
-TEST_F(HangingLookUpTest, theClientEndsWhileItHangs)
+TEST_F(HangingLookUpTest, TheClientEndsWhileItHangs)
 {
     auto ending = std::make_unique<CurlHttpClient>(clock);
     const std::unique_ptr<HttpTask> task = ask(*ending);

@@ -44,7 +44,7 @@ Step lengths(const std::vector<QByteArray>& values)
     return read(lines);
 }
 
-TEST(HeadReader, aHeadHasAStatusAndFields)
+TEST(HeadReader, AHeadHasAStatusAndFields)
 {
     HeadReader reader{QUrl(QStringLiteral("http://h/x"))};
     ASSERT_EQ(read(reader, {"HTTP/1.1 206 Partial Content\r\n", "ETag:\t\"a\" \r\n", "X : 1\n", "\r\n"}),
@@ -55,7 +55,7 @@ TEST(HeadReader, aHeadHasAStatusAndFields)
     EXPECT_EQ(reader.response().header("x"), "1");
 }
 
-TEST(HeadReader, statusLinesOfEveryVersionAreTaken)
+TEST(HeadReader, StatusLinesOfEveryVersionAreTaken)
 {
     for (const QByteArray line :
          {"HTTP/1.1 200 OK", "HTTP/1.0 200 Fine by me", "HTTP/1.1 200", "HTTP/1.1 200 ", "HTTP/2 200 ", "HTTP/3 200"}) {
@@ -66,7 +66,7 @@ TEST(HeadReader, statusLinesOfEveryVersionAreTaken)
     }
 }
 
-TEST(HeadReader, aStatusLineThatIsNoneIsNeverReadHalf)
+TEST(HeadReader, AStatusLineThatIsNoneIsNeverReadHalf)
 {
     for (const QByteArray line :
          {"http/1.1 200 OK", "HTTP/1.1 2000 OK", "HTTP/1.1 0x200 OK", "HTTP/1.1 20 OK", "HTTP/1.1 2e2 OK",
@@ -75,7 +75,7 @@ TEST(HeadReader, aStatusLineThatIsNoneIsNeverReadHalf)
         EXPECT_EQ(read({line + "\r\n"}), Step::nonsense) << line.toStdString();
 }
 
-TEST(HeadReader, preliminaryHeadsAreNotTheAnswer)
+TEST(HeadReader, PreliminaryHeadsAreNotTheAnswer)
 {
     HeadReader reader{QUrl()};
     ASSERT_EQ(read(reader, {"HTTP/1.1 103 Early Hints\r\n", "X-Early: 1\r\n", "\r\n", "HTTP/1.1 200 OK\r\n", "\r\n"}),
@@ -84,7 +84,7 @@ TEST(HeadReader, preliminaryHeadsAreNotTheAnswer)
     EXPECT_TRUE(reader.response().headers.empty());
 }
 
-TEST(HeadReader, aFoldedFieldIsOneLineWithBlanks)
+TEST(HeadReader, AFoldedFieldIsOneLineWithBlanks)
 {
     EXPECT_EQ(valueOf({"X: one\r\n", "  two\r\n", "\tthree: 3\r\n"}, "X"), "one two three: 3");
     EXPECT_EQ(valueOf({"X:\r\n", " value\r\n"}, "X"), "value");
@@ -93,12 +93,12 @@ TEST(HeadReader, aFoldedFieldIsOneLineWithBlanks)
     EXPECT_EQ(valueOf({"X: one\r\n", "no field\r\n", " of it\r\n"}, "X"), "one");
 }
 
-TEST(HeadReader, aFoldedLineBeforeEveryFieldIsNonsense)
+TEST(HeadReader, AFoldedLineBeforeEveryFieldIsNonsense)
 {
     EXPECT_EQ(read({"HTTP/1.1 200 OK\r\n", " X: 1\r\n"}), Step::nonsense);
 }
 
-TEST(HeadReader, lengthsThatAreNoNumbersAreNonsense)
+TEST(HeadReader, LengthsThatAreNoNumbersAreNonsense)
 {
     for (const QByteArray value : {"0x10", "3e5", "1000x", "+10", "-1", "10 0", "1.5", "", "ten", "10,x", "10,"})
         EXPECT_EQ(lengths({value}), Step::nonsense) << value.toStdString();
@@ -106,19 +106,19 @@ TEST(HeadReader, lengthsThatAreNoNumbersAreNonsense)
         EXPECT_EQ(lengths({value}), Step::complete) << value.toStdString();
 }
 
-TEST(HeadReader, twoLengthsMustBeTheSame)
+TEST(HeadReader, TwoLengthsMustBeTheSame)
 {
     EXPECT_EQ(lengths({"10", "10"}), Step::complete);
     EXPECT_EQ(lengths({"10", "11"}), Step::nonsense);
     EXPECT_EQ(lengths({"10, 11"}), Step::nonsense);
 }
 
-TEST(HeadReader, aFoldedLengthIsTheWholeOfIt)
+TEST(HeadReader, AFoldedLengthIsTheWholeOfIt)
 {
     EXPECT_EQ(read({"HTTP/1.1 200 OK\r\n", "Content-Length: 10\r\n", " 00\r\n", "\r\n"}), Step::nonsense);
 }
 
-TEST(HeadReader, besideATransferCodingALengthMeansNothing)
+TEST(HeadReader, BesideATransferCodingALengthMeansNothing)
 {
     EXPECT_EQ(read({"HTTP/1.1 200 OK\r\n", "Transfer-Encoding: chunked\r\n", "Content-Length: 3e5\r\n", "\r\n"}),
               Step::complete);

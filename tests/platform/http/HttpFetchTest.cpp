@@ -31,7 +31,7 @@ protected:
     }
 };
 
-TEST_F(HttpFetchTest, aPageComesWholeWithItsHead)
+TEST_F(HttpFetchTest, APageComesWholeWithItsHead)
 {
     server.serve("/p", {.answers = {Answer::page(200, std::string(300'000, 'p'))}});
     const FetchResult result = fetched(request("/p"));
@@ -43,7 +43,7 @@ TEST_F(HttpFetchTest, aPageComesWholeWithItsHead)
     EXPECT_TRUE(result.redirects.empty());
 }
 
-TEST_F(HttpFetchTest, aPageThatIsNotWantedIsRefusedAtItsHead)
+TEST_F(HttpFetchTest, APageThatIsNotWantedIsRefusedAtItsHead)
 {
     server.serve("/f", {.content = PatternContent(1, qint64{1} << 30)});
     FetchOptions options;
@@ -56,7 +56,7 @@ TEST_F(HttpFetchTest, aPageThatIsNotWantedIsRefusedAtItsHead)
     EXPECT_LT(server.bodyBytesSent(), qint64{32} << 20);
 }
 
-TEST_F(HttpFetchTest, aPageThatIsTooLargeIsCutWhereItsRoomEnds)
+TEST_F(HttpFetchTest, APageThatIsTooLargeIsCutWhereItsRoomEnds)
 {
     server.serve("/f", {.content = PatternContent(1, qint64{1} << 30)});
     FetchOptions options;
@@ -69,7 +69,7 @@ TEST_F(HttpFetchTest, aPageThatIsTooLargeIsCutWhereItsRoomEnds)
     EXPECT_LT(server.bodyBytesSent(), qint64{32} << 20);
 }
 
-TEST_F(HttpFetchTest, aPageThatJustFitsIsNotCut)
+TEST_F(HttpFetchTest, APageThatJustFitsIsNotCut)
 {
     server.serve("/p", {.content = "12345"});
     FetchOptions options;
@@ -79,7 +79,7 @@ TEST_F(HttpFetchTest, aPageThatJustFitsIsNotCut)
     EXPECT_FALSE(result.isBodyCut);
 }
 
-TEST_F(HttpFetchTest, theWayIsRememberedAndMayBeRefused)
+TEST_F(HttpFetchTest, TheWayIsRememberedAndMayBeRefused)
 {
     server.serve("/a", {.answers = {Answer::redirect(302, "/b")}});
     server.serve("/b", {.answers = {Answer::redirect(302, "/c")}});
@@ -97,7 +97,7 @@ TEST_F(HttpFetchTest, theWayIsRememberedAndMayBeRefused)
     EXPECT_EQ(part.redirects, std::vector{urlOf(server.url("/b"))});
 }
 
-TEST_F(HttpFetchTest, anErrorComesWithWhatArrivedBeforeIt)
+TEST_F(HttpFetchTest, AnErrorComesWithWhatArrivedBeforeIt)
 {
     server.serve("/p", {.content = "0123456789", .answers = {Answer::file().closeAfter(4)}});
     const FetchResult result = fetched(request("/p"));
@@ -108,7 +108,7 @@ TEST_F(HttpFetchTest, anErrorComesWithWhatArrivedBeforeIt)
     EXPECT_FALSE(result.isBodyCut);
 }
 
-TEST_F(HttpFetchTest, goesOnOnTheThreadThatAsked)
+TEST_F(HttpFetchTest, GoesOnOnTheThreadThatAsked)
 {
     server.serve("/p", {.content = "x"});
     QThread* resumedOn = nullptr;
@@ -121,7 +121,7 @@ TEST_F(HttpFetchTest, goesOnOnTheThreadThatAsked)
     EXPECT_EQ(resumedOn, QThread::currentThread());
 }
 
-TEST_F(HttpFetchTest, aResultThatNobodyAwaitsIsDropped)
+TEST_F(HttpFetchTest, AResultThatNobodyAwaitsIsDropped)
 {
     server.serve("/p", {.content = "x"});
     {
@@ -134,7 +134,7 @@ TEST_F(HttpFetchTest, aResultThatNobodyAwaitsIsDropped)
     EXPECT_EQ(fetched(request("/p")).body, "x");
 }
 
-TEST_F(HttpFetchTest, aClientThatGoesAwayEndsItAsCancelled)
+TEST_F(HttpFetchTest, AClientThatGoesAwayEndsItAsCancelled)
 {
     server.serve("/p", {.content = "0123456789", .answers = {Answer::file().stallAfter(4)}});
     std::optional<FetchResult> result;

@@ -14,7 +14,7 @@ HttpResponse with(std::vector<HttpHeader> headers)
     return response;
 }
 
-TEST(HttpResponse, theFirstHeaderOfANameInAnyLetterCaseCounts)
+TEST(HttpResponse, TheFirstHeaderOfANameInAnyLetterCaseCounts)
 {
     const HttpResponse response = with({{"X-A", "1"}, {"x-a", "2"}, {"X-B", ""}});
     EXPECT_EQ(response.header("x-A"), "1");
@@ -22,7 +22,7 @@ TEST(HttpResponse, theFirstHeaderOfANameInAnyLetterCaseCounts)
     EXPECT_EQ(response.header("X-C"), std::nullopt);
 }
 
-TEST(HttpResponse, theMimeTypeHasNoParametersAndSmallLetters)
+TEST(HttpResponse, TheMimeTypeHasNoParametersAndSmallLetters)
 {
     EXPECT_EQ(with({{"Content-Type", "Text/HTML ; charset=UTF-8"}}).mimeType(), "text/html");
     EXPECT_EQ(with({{"content-type", "application/zip"}}).mimeType(), "application/zip");
@@ -30,7 +30,7 @@ TEST(HttpResponse, theMimeTypeHasNoParametersAndSmallLetters)
     EXPECT_EQ(with({}).mimeType(), "");
 }
 
-TEST(HttpResponse, onlyAPlainLengthIsOne)
+TEST(HttpResponse, OnlyAPlainLengthIsOne)
 {
     const std::vector<std::pair<QByteArray, qint64>> rows = {{"0", 0},
                                                              {"1234", 1234},
@@ -50,7 +50,7 @@ TEST(HttpResponse, onlyAPlainLengthIsOne)
     EXPECT_EQ(with({}).expectedContentLength(), -1);
 }
 
-TEST(HttpResponse, aLengthBesideATransferCodingMeansNothing)
+TEST(HttpResponse, ALengthBesideATransferCodingMeansNothing)
 {
     EXPECT_EQ(with({{"Transfer-Encoding", "chunked"}, {"Content-Length", "5"}}).expectedContentLength(), -1);
 }

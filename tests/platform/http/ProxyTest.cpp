@@ -43,7 +43,7 @@ protected:
     std::unique_ptr<CurlHttpClient> proxied;
 };
 
-TEST_F(ProxyTest, whatItSaysOfTheTunnelIsNoAnswerOfTheServer)
+TEST_F(ProxyTest, WhatItSaysOfTheTunnelIsNoAnswerOfTheServer)
 {
     secure.serve("/f", {.content = "0123456789"});
     const Recorder::Heard whole = get("/f");
@@ -57,7 +57,7 @@ TEST_F(ProxyTest, whatItSaysOfTheTunnelIsNoAnswerOfTheServer)
     EXPECT_EQ(rest.body, "456789");
 }
 
-TEST_F(ProxyTest, theServersRefusalIsHeard)
+TEST_F(ProxyTest, TheServersRefusalIsHeard)
 {
     const Recorder::Heard heard = get("/missing");
     ASSERT_TRUE(heard.head);

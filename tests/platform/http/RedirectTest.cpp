@@ -38,7 +38,7 @@ protected:
     sites::FileServer elsewhere;
 };
 
-TEST_F(RedirectTest, isFollowedFromEveryRedirectStatus)
+TEST_F(RedirectTest, IsFollowedFromEveryRedirectStatus)
 {
     for (const int status : {301, 302, 303, 307, 308}) {
         redirect(status, server.url("/target"));
@@ -51,7 +51,7 @@ TEST_F(RedirectTest, isFollowedFromEveryRedirectStatus)
     }
 }
 
-TEST_F(RedirectTest, isNotSeenInOtherStatusesOrWithoutATarget)
+TEST_F(RedirectTest, IsNotSeenInOtherStatusesOrWithoutATarget)
 {
     for (const Answer& answer :
          {Answer::redirectNowhere(302), Answer::redirect(300, "/target"), Answer::redirect(200, "/target"),
@@ -64,7 +64,7 @@ TEST_F(RedirectTest, isNotSeenInOtherStatusesOrWithoutATarget)
     }
 }
 
-TEST_F(RedirectTest, mayBeRelative)
+TEST_F(RedirectTest, MayBeRelative)
 {
     server.serve("/dir/deep/from", {.answers = {Answer::redirect(302, "../file?q=1")}});
     server.serve("/dir/file", {.content = "relative"});
@@ -74,21 +74,21 @@ TEST_F(RedirectTest, mayBeRelative)
     EXPECT_EQ(get("/from").body, "arrived elsewhere");
 }
 
-TEST_F(RedirectTest, bodiesOfTheWayAreNotHandedOn)
+TEST_F(RedirectTest, BodiesOfTheWayAreNotHandedOn)
 {
     server.serve("/from",
                  {.answers = {Answer::page(302, std::string(500'000, 'x')).withHeader("Location", "/target")}});
     EXPECT_EQ(get("/from").body, "arrived");
 }
 
-TEST_F(RedirectTest, staysOnItsConnectionAtTheSameHost)
+TEST_F(RedirectTest, StaysOnItsConnectionAtTheSameHost)
 {
     redirect(302, "/target");
     EXPECT_EQ(get("/from").body, "arrived");
     EXPECT_EQ(server.connectionsAccepted(), 1);
 }
 
-TEST_F(RedirectTest, atTheSameHostPrivateHeadersAreKept)
+TEST_F(RedirectTest, AtTheSameHostPrivateHeadersAreKept)
 {
     redirect(302, "/target");
     HttpRequest request = privatePost();
@@ -101,7 +101,7 @@ TEST_F(RedirectTest, atTheSameHostPrivateHeadersAreKept)
     EXPECT_EQ(seen.header("Range"), "bytes=3-");
 }
 
-TEST_F(RedirectTest, toAnotherHostPrivateHeadersAndThePostedBodyStayBehindAndTheRangeGoesOn)
+TEST_F(RedirectTest, ToAnotherHostPrivateHeadersAndThePostedBodyStayBehindAndTheRangeGoesOn)
 {
     for (const int status : {301, 302, 303, 307, 308}) {
         redirect(status, elsewhere.url("/target"));
@@ -117,7 +117,7 @@ TEST_F(RedirectTest, toAnotherHostPrivateHeadersAndThePostedBodyStayBehindAndThe
     }
 }
 
-TEST_F(RedirectTest, aPostBecomesAGetUnlessTheStatusKeepsIt)
+TEST_F(RedirectTest, APostBecomesAGetUnlessTheStatusKeepsIt)
 {
     for (const auto& [status, method] : std::vector<std::pair<int, std::string>>{
              {301, "GET"}, {302, "GET"}, {303, "GET"}, {307, "POST"}, {308, "POST"}}) {
@@ -129,7 +129,7 @@ TEST_F(RedirectTest, aPostBecomesAGetUnlessTheStatusKeepsIt)
     }
 }
 
-TEST_F(RedirectTest, aHeadRequestStaysOne)
+TEST_F(RedirectTest, AHeadRequestStaysOne)
 {
     redirect(303, "/target");
     HttpRequest head = request("/from");
@@ -138,7 +138,7 @@ TEST_F(RedirectTest, aHeadRequestStaysOne)
     EXPECT_EQ(server.requests("/target").at(0).method, "HEAD");
 }
 
-TEST_F(RedirectTest, aLoopEndsAfterTwentyHops)
+TEST_F(RedirectTest, ALoopEndsAfterTwentyHops)
 {
     redirect(302, "/from");
     const Recorder::Heard heard = get("/from");
@@ -147,7 +147,7 @@ TEST_F(RedirectTest, aLoopEndsAfterTwentyHops)
     EXPECT_EQ(server.requests("/from").size(), 21U);
 }
 
-TEST_F(RedirectTest, awayFromTheWebIsNotFollowed)
+TEST_F(RedirectTest, AwayFromTheWebIsNotFollowed)
 {
     for (const char* target :
          {"ftp://127.0.0.1/target", "file:///etc/hostname", "javascript:1", "http:///x", "http://[::1"}) {
@@ -159,7 +159,7 @@ TEST_F(RedirectTest, awayFromTheWebIsNotFollowed)
     }
 }
 
-TEST_F(RedirectTest, aRefusedOneBecomesTheAnswer)
+TEST_F(RedirectTest, ARefusedOneBecomesTheAnswer)
 {
     server.serve("/from", {.answers = {Answer::page(302, "moved").withHeader("Location", "/target")}});
     Recorder recorder;
@@ -176,20 +176,20 @@ HttpResponse answerFrom(const char* url, const char* location)
     return {302, QUrl(QString::fromLatin1(url)), {{"Location", location}}};
 }
 
-TEST(RedirectTarget, takesTheFragmentAlongUnlessItBringsItsOwn)
+TEST(RedirectTarget, TakesTheFragmentAlongUnlessItBringsItsOwn)
 {
     EXPECT_EQ(redirectTarget(answerFrom("http://a/x#old", "/y")), QUrl(QStringLiteral("http://a/y#old")));
     EXPECT_EQ(redirectTarget(answerFrom("http://a/x#old", "/y#new")), QUrl(QStringLiteral("http://a/y#new")));
 }
 
-TEST(RedirectTarget, keepsTheEncodingOfItsPath)
+TEST(RedirectTarget, KeepsTheEncodingOfItsPath)
 {
     const std::optional<QUrl> target = redirectTarget(answerFrom("http://a/x", "/d%2Ff%20g?u=http%3A%2F%2Fb%2F%26c"));
     ASSERT_TRUE(target);
     EXPECT_EQ(target->toEncoded(), "http://a/d%2Ff%20g?u=http%3A%2F%2Fb%2F%26c");
 }
 
-TEST(RequestForHop, anotherSchemeOrPortIsAnotherHost)
+TEST(RequestForHop, AnotherSchemeOrPortIsAnotherHost)
 {
     HttpRequest request;
     request.headers = {{"Authorization", "1"}};

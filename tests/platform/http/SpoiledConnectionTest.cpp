@@ -32,7 +32,7 @@ protected:
     }
 };
 
-TEST_F(SpoiledConnectionTest, anOrdinaryConnectionIsUsedAgain)
+TEST_F(SpoiledConnectionTest, AnOrdinaryConnectionIsUsedAgain)
 {
     server.serve("/f", {.content = "file"});
     for (int i = 0; i < 5; ++i)
@@ -40,7 +40,7 @@ TEST_F(SpoiledConnectionTest, anOrdinaryConnectionIsUsedAgain)
     EXPECT_EQ(server.connectionsAccepted(), 1);
 }
 
-TEST_F(SpoiledConnectionTest, surplusInTheSegmentOfTheAnswerIsNotTheNextAnswer)
+TEST_F(SpoiledConnectionTest, SurplusInTheSegmentOfTheAnswerIsNotTheNextAnswer)
 {
     const std::string whole = "HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\nfirst";
     server.serve("/first", {.answers = {Answer::raw(whole + forged).followedBy("")}});
@@ -50,7 +50,7 @@ TEST_F(SpoiledConnectionTest, surplusInTheSegmentOfTheAnswerIsNotTheNextAnswer)
     EXPECT_EQ(server.connectionsAccepted(), 2);
 }
 
-TEST_F(SpoiledConnectionTest, surplusThatComesLaterIsNotTheNextAnswer)
+TEST_F(SpoiledConnectionTest, SurplusThatComesLaterIsNotTheNextAnswer)
 {
     serveWithLateSurplus(server);
     EXPECT_EQ(get("/first").body, "first");
@@ -64,7 +64,7 @@ TEST_F(SpoiledConnectionTest, surplusThatComesLaterIsNotTheNextAnswer)
     EXPECT_EQ(server.connectionsAccepted(), 2);
 }
 
-TEST_F(SpoiledConnectionTest, surplusBehindAnAnswerWithoutABodyIsNotTheNextAnswer)
+TEST_F(SpoiledConnectionTest, SurplusBehindAnAnswerWithoutABodyIsNotTheNextAnswer)
 {
     for (const char* const head : {"HTTP/1.1 204 No Content\r\n\r\n", "HTTP/1.1 304 Not Modified\r\n\r\n",
                                    "HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"}) {
@@ -75,7 +75,7 @@ TEST_F(SpoiledConnectionTest, surplusBehindAnAnswerWithoutABodyIsNotTheNextAnswe
     }
 }
 
-TEST_F(SpoiledConnectionTest, surplusUnderEncryptionIsNotTheNextAnswer)
+TEST_F(SpoiledConnectionTest, SurplusUnderEncryptionIsNotTheNextAnswer)
 {
     const TestCertificates certificates;
     const fixtures::Sandbox sandbox;

@@ -28,7 +28,7 @@ struct SuspensionCheck
     }
 };
 
-TEST_F(SuspensionTest, suspendingAfterEveryBlockLosesNothingAndNoBlockComesMeanwhile)
+TEST_F(SuspensionTest, SuspendingAfterEveryBlockLosesNothingAndNoBlockComesMeanwhile)
 {
     for (const qint64 blockSize : {qint64{300}, qint64{5000}, 256 * kib}) {
         const PatternContent content(6, blockSize * 100 + 7);
@@ -52,7 +52,7 @@ TEST_F(SuspensionTest, suspendingAfterEveryBlockLosesNothingAndNoBlockComesMeanw
     }
 }
 
-TEST_F(SuspensionTest, aSuspendedTransferTakesNothingMoreFromTheServer)
+TEST_F(SuspensionTest, ASuspendedTransferTakesNothingMoreFromTheServer)
 {
     server.serve("/f", {.content = PatternContent(7, 1024 * mib)});
     server.serve("/small", {.content = "x"});
@@ -69,7 +69,7 @@ TEST_F(SuspensionTest, aSuspendedTransferTakesNothingMoreFromTheServer)
     EXPECT_LT(server.bodyBytesSent(), 32 * mib);
 }
 
-TEST_F(SuspensionTest, aTransferMayBeSuspendedFromOutsideAndGoesOnWhereItWas)
+TEST_F(SuspensionTest, ATransferMayBeSuspendedFromOutsideAndGoesOnWhereItWas)
 {
     const PatternContent content(8, 24 * mib);
     server.serve("/f", {.content = content});
@@ -85,7 +85,7 @@ TEST_F(SuspensionTest, aTransferMayBeSuspendedFromOutsideAndGoesOnWhereItWas)
     expectWhole(recorder.heard(), content);
 }
 
-TEST_F(SuspensionTest, theEndIsNotToldBeforeTheBytesThatASuspensionHeldBack)
+TEST_F(SuspensionTest, TheEndIsNotToldBeforeTheBytesThatASuspensionHeldBack)
 {
     server.serve("/f", {.content = PatternContent(9, 5000)});
     server.serve("/small", {.content = "x"});
@@ -107,7 +107,7 @@ TEST_F(SuspensionTest, theEndIsNotToldBeforeTheBytesThatASuspensionHeldBack)
     EXPECT_FALSE(recorder.heard().error);
 }
 
-TEST_F(SuspensionTest, aResumeThatOvertakesTheVerdictToSuspendIsNotLost)
+TEST_F(SuspensionTest, AResumeThatOvertakesTheVerdictToSuspendIsNotLost)
 {
     const PatternContent content(10, mib);
     server.serve("/f", {.content = content});

@@ -7,7 +7,7 @@ namespace {
 
 constexpr qsizetype side = BoundedOutput::keptEachSide;
 
-TEST(BoundedOutput, keepsEverythingUpToBothEnds)
+TEST(BoundedOutput, KeepsEverythingUpToBothEnds)
 {
     BoundedOutput output;
     output.append("one ");
@@ -16,7 +16,7 @@ TEST(BoundedOutput, keepsEverythingUpToBothEnds)
     EXPECT_EQ(output.text(), "one " + QByteArray(side, 'a') + QByteArray(side - 4, 'b'));
 }
 
-TEST(BoundedOutput, tellsHowMuchOfTheMiddleIsLeftOut)
+TEST(BoundedOutput, TellsHowMuchOfTheMiddleIsLeftOut)
 {
     BoundedOutput output;
     output.append(QByteArray(side, 'a'));
@@ -25,7 +25,7 @@ TEST(BoundedOutput, tellsHowMuchOfTheMiddleIsLeftOut)
     EXPECT_EQ(output.text(), QByteArray(side, 'a') + "\n[7 bytes left out]\n" + QByteArray(side, 'z'));
 }
 
-TEST(BoundedOutput, countsEveryByteOfALongOutput)
+TEST(BoundedOutput, CountsEveryByteOfALongOutput)
 {
     BoundedOutput output;
     constexpr int pieces = 1000;

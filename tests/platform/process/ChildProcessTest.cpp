@@ -51,7 +51,7 @@ protected:
     std::unique_ptr<ChildProcesses> owned = std::make_unique<ChildProcesses>();
 };
 
-TEST_F(ChildProcessTest, outputAndErrorsStayInTheOrderInWhichTheyWereWritten)
+TEST_F(ChildProcessTest, OutputAndErrorsStayInTheOrderInWhichTheyWereWritten)
 {
     const ChildEnd end = shell(QStringLiteral("echo one; echo two >&2; echo three"));
     EXPECT_EQ(end.launchError, std::nullopt);
@@ -59,40 +59,40 @@ TEST_F(ChildProcessTest, outputAndErrorsStayInTheOrderInWhichTheyWereWritten)
     EXPECT_EQ(end.output, "one\ntwo\nthree\n");
 }
 
-TEST_F(ChildProcessTest, argumentsReachTheProgramAsTheyAre)
+TEST_F(ChildProcessTest, ArgumentsReachTheProgramAsTheyAre)
 {
     const ChildEnd end = run(QStringLiteral("/usr/bin/printf"),
                              {QStringLiteral("[%s]"), QStringLiteral("a b\"'$x"), QString(), QStringLiteral("-o;ls")});
     EXPECT_EQ(end.output, "[a b\"'$x][][-o;ls]");
 }
 
-TEST_F(ChildProcessTest, theExitCodeIsTheStatus)
+TEST_F(ChildProcessTest, TheExitCodeIsTheStatus)
 {
     EXPECT_EQ(shell(QStringLiteral("exit 11")).status, 11);
 }
 
-TEST_F(ChildProcessTest, aSignalIsNotTakenForAnExitCode)
+TEST_F(ChildProcessTest, ASignalIsNotTakenForAnExitCode)
 {
     EXPECT_EQ(shell(QStringLiteral("kill -SEGV $$")).status, 128 + SIGSEGV);
     EXPECT_EQ(shell(QStringLiteral("kill -TERM $$")).status, 128 + SIGTERM);
 }
 
-TEST_F(ChildProcessTest, aMissingProgramIsToldInTheSystemsWords)
+TEST_F(ChildProcessTest, AMissingProgramIsToldInTheSystemsWords)
 {
     EXPECT_EQ(run(QStringLiteral("/no/such/tool"), {}).launchError, QStringLiteral("No such file or directory"));
 }
 
-TEST_F(ChildProcessTest, aFileThatMayNotBeExecutedIsToldInTheSystemsWords)
+TEST_F(ChildProcessTest, AFileThatMayNotBeExecutedIsToldInTheSystemsWords)
 {
     EXPECT_EQ(run(sandbox.write(QStringLiteral("tool"), "x"), {}).launchError, QStringLiteral("Permission denied"));
 }
 
-TEST_F(ChildProcessTest, aProgramThatAsksReadsTheEndAtOnce)
+TEST_F(ChildProcessTest, AProgramThatAsksReadsTheEndAtOnce)
 {
     EXPECT_EQ(shell(QStringLiteral("read answer || echo nothing")).output, "nothing\n");
 }
 
-TEST_F(ChildProcessTest, aProgramHasNoTerminalAndASessionOfItsOwn)
+TEST_F(ChildProcessTest, AProgramHasNoTerminalAndASessionOfItsOwn)
 {
     const ChildEnd end =
         shell(QStringLiteral("(: </dev/tty) 2>/dev/null || echo none; cut -d' ' -f1,5,6 /proc/$$/stat"));
@@ -105,7 +105,7 @@ TEST_F(ChildProcessTest, aProgramHasNoTerminalAndASessionOfItsOwn)
     EXPECT_EQ(numbers[0], numbers[2]);
 }
 
-TEST_F(ChildProcessTest, signalsThatThisProgramHoldsBackReachTheOther)
+TEST_F(ChildProcessTest, SignalsThatThisProgramHoldsBackReachTheOther)
 {
     sigset_t held;
     sigset_t before;
@@ -121,7 +121,7 @@ TEST_F(ChildProcessTest, signalsThatThisProgramHoldsBackReachTheOther)
     EXPECT_EQ(end.output, "SigBlk:\t0000000000000000\nSigIgn:\t0000000000000000\n");
 }
 
-TEST_F(ChildProcessTest, theProgramIsKilledWhenThisOneDies)
+TEST_F(ChildProcessTest, TheProgramIsKilledWhenThisOneDies)
 {
     VORMEL_NEEDS_TOOL("python3");
     const QString askForSignal = QStringLiteral("import ctypes; told = ctypes.c_int(); "
@@ -130,7 +130,7 @@ TEST_F(ChildProcessTest, theProgramIsKilledWhenThisOneDies)
     EXPECT_EQ(end.output.trimmed().toInt(), SIGKILL);
 }
 
-TEST_F(ChildProcessTest, allOutputIsThereBeforeTheResult)
+TEST_F(ChildProcessTest, AllOutputIsThereBeforeTheResult)
 {
     QByteArray pieces;
     std::optional<ChildEnd> end;
@@ -146,7 +146,7 @@ TEST_F(ChildProcessTest, allOutputIsThereBeforeTheResult)
     EXPECT_EQ(end->output, pieces);
 }
 
-TEST_F(ChildProcessTest, aHundredMegabytesOfOutputCostNeitherMemoryNorALongTurn)
+TEST_F(ChildProcessTest, AHundredMegabytesOfOutputCostNeitherMemoryNorALongTurn)
 {
     std::optional<ChildEnd> end;
     qsizetype largestPiece = 0;
@@ -163,7 +163,7 @@ TEST_F(ChildProcessTest, aHundredMegabytesOfOutputCostNeitherMemoryNorALongTurn)
     EXPECT_TRUE(end->output.contains(" bytes left out]"));
 }
 
-TEST_F(ChildProcessTest, aGrandchildThatKeepsThePipeHoldsNobodyUp)
+TEST_F(ChildProcessTest, AGrandchildThatKeepsThePipeHoldsNobodyUp)
 {
     QElapsedTimer watch;
     watch.start();
@@ -174,7 +174,7 @@ TEST_F(ChildProcessTest, aGrandchildThatKeepsThePipeHoldsNobodyUp)
     ::kill(sleeper, SIGKILL);
 }
 
-TEST_F(ChildProcessTest, theEndOfTheOwnerKillsTheWholeGroupAndLetsTheWaiterGoOn)
+TEST_F(ChildProcessTest, TheEndOfTheOwnerKillsTheWholeGroupAndLetsTheWaiterGoOn)
 {
     std::optional<ChildEnd> end;
     const pid_t grandchild = startWritingNumber(QStringLiteral("sleep 600 &"), end);
@@ -198,7 +198,7 @@ QCoro::Task<> keepStoppedEnd(ChildProcesses& processes, QString script, std::sto
     end = co_await processes.run(QStringLiteral("/bin/sh"), args, {}, stop);
 }
 
-TEST_F(ChildProcessTest, aStopKillsTheWholeGroup)
+TEST_F(ChildProcessTest, AStopKillsTheWholeGroup)
 {
     const QString path = sandbox.path(QStringLiteral("pid"));
     std::optional<ChildEnd> end;
@@ -213,7 +213,7 @@ TEST_F(ChildProcessTest, aStopKillsTheWholeGroup)
     EXPECT_TRUE(waitUntil([&] { return ::kill(grandchild, 0) != 0; }));
 }
 
-TEST_F(ChildProcessTest, aStopBeforeTheStartStartsNothing)
+TEST_F(ChildProcessTest, AStopBeforeTheStartStartsNothing)
 {
     std::optional<ChildEnd> end;
     std::stop_source stop;
@@ -225,7 +225,7 @@ TEST_F(ChildProcessTest, aStopBeforeTheStartStartsNothing)
     EXPECT_FALSE(sandbox.exists(QStringLiteral("ran")));
 }
 
-TEST_F(ChildProcessTest, theOwnerMayGoWhileOutputIsHandedOn)
+TEST_F(ChildProcessTest, TheOwnerMayGoWhileOutputIsHandedOn)
 {
     std::optional<ChildEnd> end;
     const Eventual<ChildEnd> eventual =
@@ -239,7 +239,7 @@ TEST_F(ChildProcessTest, theOwnerMayGoWhileOutputIsHandedOn)
     fixtures::turnEventLoop();
 }
 
-TEST_F(ChildProcessTest, twoProgramsRunSideBySide)
+TEST_F(ChildProcessTest, TwoProgramsRunSideBySide)
 {
     std::optional<ChildEnd> first;
     std::optional<ChildEnd> second;
@@ -252,7 +252,7 @@ TEST_F(ChildProcessTest, twoProgramsRunSideBySide)
     EXPECT_EQ(first->output, "hi\n");
 }
 
-TEST_F(ChildProcessTest, programsGetTheEnvironmentThatIsGivenForThem)
+TEST_F(ChildProcessTest, ProgramsGetTheEnvironmentThatIsGivenForThem)
 {
     const auto answer = [this](ChildProcesses& of) {
         std::optional<ChildEnd> end;

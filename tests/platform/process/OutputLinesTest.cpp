@@ -17,7 +17,7 @@ QList<QByteArray> linesOf(const QByteArray& output, qsizetype pieceSize)
     return lines;
 }
 
-TEST(OutputLines, linesAreWholeInWhateverPiecesTheyCome)
+TEST(OutputLines, LinesAreWholeInWhateverPiecesTheyCome)
 {
     const QByteArray output = "one\n\ntwo\b\b\b\b 5%\rthree\r\nla\xC3\xBCst";
     const QList<QByteArray> whole{"one", "", "two\b\b\b\b 5%\rthree\r", "la\xC3\xBCst"};
@@ -25,13 +25,13 @@ TEST(OutputLines, linesAreWholeInWhateverPiecesTheyCome)
         EXPECT_EQ(linesOf(output, size), whole) << size;
 }
 
-TEST(OutputLines, aLineFeedAtTheEndBeginsNoOtherLine)
+TEST(OutputLines, ALineFeedAtTheEndBeginsNoOtherLine)
 {
     EXPECT_EQ(linesOf("one\n", 100), QList<QByteArray>{"one"});
     EXPECT_EQ(linesOf("", 100), QList<QByteArray>());
 }
 
-TEST(OutputLines, aLineComesWhenItIsCompleteAndNotLater)
+TEST(OutputLines, ALineComesWhenItIsCompleteAndNotLater)
 {
     QList<QByteArray> lines;
     OutputLines reader([&lines](const QByteArray& line) { lines << line; });
@@ -41,7 +41,7 @@ TEST(OutputLines, aLineComesWhenItIsCompleteAndNotLater)
     EXPECT_EQ(lines, QList<QByteArray>{"one"});
 }
 
-TEST(OutputLines, anEndlessLineIsCutAndTheNextOneIsWhole)
+TEST(OutputLines, AnEndlessLineIsCutAndTheNextOneIsWhole)
 {
     const QByteArray endless(3 * OutputLines::longest, 'x');
     for (const qsizetype size : {qsizetype{1000}, endless.size() * 2})

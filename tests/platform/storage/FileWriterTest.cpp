@@ -41,7 +41,7 @@ private:
     std::promise<void> m_released;
 };
 
-TEST(FileWriter, whatIsPostedIsOnDiskAfterAFlush)
+TEST(FileWriter, WhatIsPostedIsOnDiskAfterAFlush)
 {
     const Sandbox sandbox;
     FileWriter writer;
@@ -53,14 +53,14 @@ TEST(FileWriter, whatIsPostedIsOnDiskAfterAFlush)
     EXPECT_EQ(sandbox.files().size(), 2);
 }
 
-TEST(FileWriter, aFlushWithoutWorkReturns)
+TEST(FileWriter, AFlushWithoutWorkReturns)
 {
     FileWriter writer;
     writer.flush();
     writer.flush();
 }
 
-TEST(FileWriter, theFolderIsMadeWithItsParents)
+TEST(FileWriter, TheFolderIsMadeWithItsParents)
 {
     const Sandbox sandbox;
     FileWriter writer;
@@ -69,7 +69,7 @@ TEST(FileWriter, theFolderIsMadeWithItsParents)
     EXPECT_EQ(sandbox.read(QStringLiteral("x/y/z/f")), "1");
 }
 
-TEST(FileWriter, ofSeveralPostsForOnePathOnlyTheLastIsMadeAndWritten)
+TEST(FileWriter, OfSeveralPostsForOnePathOnlyTheLastIsMadeAndWritten)
 {
     const Sandbox sandbox;
     FileWriter writer;
@@ -87,7 +87,7 @@ TEST(FileWriter, ofSeveralPostsForOnePathOnlyTheLastIsMadeAndWritten)
     EXPECT_EQ(made, 1);
 }
 
-TEST(FileWriter, aPostDuringTheWriteOfItsPathIsWrittenAfterwards)
+TEST(FileWriter, APostDuringTheWriteOfItsPathIsWrittenAfterwards)
 {
     const Sandbox sandbox;
     FileWriter writer;
@@ -98,7 +98,7 @@ TEST(FileWriter, aPostDuringTheWriteOfItsPathIsWrittenAfterwards)
     EXPECT_EQ(sandbox.read(QStringLiteral("f")), "later");
 }
 
-TEST(FileWriter, aFlushWaitsForTheWriteThatIsUnderWay)
+TEST(FileWriter, AFlushWaitsForTheWriteThatIsUnderWay)
 {
     const Sandbox sandbox;
     FileWriter writer;
@@ -115,7 +115,7 @@ TEST(FileWriter, aFlushWaitsForTheWriteThatIsUnderWay)
     EXPECT_EQ(flushed.get(), "busy");
 }
 
-TEST(FileWriter, theDestructorWritesWhatIsStillWaiting)
+TEST(FileWriter, TheDestructorWritesWhatIsStillWaiting)
 {
     const Sandbox sandbox;
     {
@@ -129,7 +129,7 @@ TEST(FileWriter, theDestructorWritesWhatIsStillWaiting)
     EXPECT_EQ(sandbox.read(QStringLiteral("b")), "2");
 }
 
-TEST(FileWriter, aWriteThatFailsHoldsUpNoOther)
+TEST(FileWriter, AWriteThatFailsHoldsUpNoOther)
 {
     const Sandbox sandbox;
     const QString noFolder = sandbox.write(QStringLiteral("file"), "x");
@@ -141,7 +141,7 @@ TEST(FileWriter, aWriteThatFailsHoldsUpNoOther)
     EXPECT_EQ(sandbox.read(QStringLiteral("file")), "x");
 }
 
-TEST(FileWriter, postsOfManyThreadsAllArrive)
+TEST(FileWriter, PostsOfManyThreadsAllArrive)
 {
     const Sandbox sandbox;
     FileWriter writer;

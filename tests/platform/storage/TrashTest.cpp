@@ -40,7 +40,7 @@ private:
     bool m_wasSet;
 };
 
-TEST_F(TrashTest, aFileGoesWithItsContents)
+TEST_F(TrashTest, AFileGoesWithItsContents)
 {
     const QString path = sandbox.write(QStringLiteral("x.zip"), "bytes");
     ASSERT_TRUE(trash.moveToTrash(path));
@@ -49,7 +49,7 @@ TEST_F(TrashTest, aFileGoesWithItsContents)
     EXPECT_EQ(sandbox.read(QStringLiteral("data/Trash/files/x.zip")), "bytes");
 }
 
-TEST_F(TrashTest, aFolderGoesWhole)
+TEST_F(TrashTest, AFolderGoesWhole)
 {
     sandbox.write(QStringLiteral("set/a.part1.rar"), "1");
     sandbox.write(QStringLiteral("set/sub/b"), "2");
@@ -58,12 +58,12 @@ TEST_F(TrashTest, aFolderGoesWhole)
     EXPECT_EQ(trashed().size(), 2);
 }
 
-TEST_F(TrashTest, aMissingFileIsRefused)
+TEST_F(TrashTest, AMissingFileIsRefused)
 {
     EXPECT_FALSE(trash.moveToTrash(sandbox.path(QStringLiteral("nothing"))));
 }
 
-TEST_F(TrashTest, aLinkGoesItselfAndNotWhatItLeadsTo)
+TEST_F(TrashTest, ALinkGoesItselfAndNotWhatItLeadsTo)
 {
     sandbox.write(QStringLiteral("folder/file"), "bytes");
     const QString link = sandbox.path(QStringLiteral("link"));

@@ -40,7 +40,7 @@ protected:
     FileWriter writer;
 };
 
-TEST_F(UserDefaultsTest, withoutAFileEveryKeyIsMissingAndNothingIsWritten)
+TEST_F(UserDefaultsTest, WithoutAFileEveryKeyIsMissingAndNothingIsWritten)
 {
     const UserDefaults defaults = open();
     EXPECT_EQ(defaults.objectForKey(key), std::nullopt);
@@ -50,7 +50,7 @@ TEST_F(UserDefaultsTest, withoutAFileEveryKeyIsMissingAndNothingIsWritten)
     EXPECT_TRUE(sandbox.files().isEmpty());
 }
 
-TEST_F(UserDefaultsTest, aMissingKeyIsNotTheSameAsFalseOrZeroOrEmpty)
+TEST_F(UserDefaultsTest, AMissingKeyIsNotTheSameAsFalseOrZeroOrEmpty)
 {
     const UserDefaults defaults = openWith(R"({"f": false, "z": 0, "e": "", "n": null})");
     EXPECT_EQ(defaults.objectForKey(QStringLiteral("f")), QJsonValue(false));
@@ -60,7 +60,7 @@ TEST_F(UserDefaultsTest, aMissingKeyIsNotTheSameAsFalseOrZeroOrEmpty)
     EXPECT_EQ(defaults.objectForKey(QStringLiteral("F")), std::nullopt);
 }
 
-TEST_F(UserDefaultsTest, whatCountsAsTrue)
+TEST_F(UserDefaultsTest, WhatCountsAsTrue)
 {
     const std::vector<std::pair<QByteArray, bool>> rows = {
         {"true", true},     {"false", false},  {"1", true},       {"0", false},      {"-2.5", true},
@@ -70,14 +70,14 @@ TEST_F(UserDefaultsTest, whatCountsAsTrue)
         EXPECT_EQ(openWith("{\"key\": " + value + "}").boolForKey(key), expected) << value.toStdString();
 }
 
-TEST_F(UserDefaultsTest, onlyATextIsReadAsAText)
+TEST_F(UserDefaultsTest, OnlyATextIsReadAsAText)
 {
     EXPECT_EQ(openWith(R"({"key": "caffè"})").stringForKey(key), u"caffè");
     for (const QByteArray value : {"1", "true", "[\"a\"]", "{}", "null"})
         EXPECT_EQ(openWith("{\"key\": " + value + "}").stringForKey(key), std::nullopt) << value.toStdString();
 }
 
-TEST_F(UserDefaultsTest, valuesAreOnDiskRightAfterAFlushInTheirTypes)
+TEST_F(UserDefaultsTest, ValuesAreOnDiskRightAfterAFlushInTheirTypes)
 {
     UserDefaults defaults = open();
     defaults.setBool(QStringLiteral("b"), true);
@@ -91,7 +91,7 @@ TEST_F(UserDefaultsTest, valuesAreOnDiskRightAfterAFlushInTheirTypes)
     EXPECT_EQ(stored.value(QStringLiteral("a")).toArray().size(), 2);
 }
 
-TEST_F(UserDefaultsTest, aSetTakesEffectAtOnceAndOutlivesTheProcess)
+TEST_F(UserDefaultsTest, ASetTakesEffectAtOnceAndOutlivesTheProcess)
 {
     {
         UserDefaults defaults = open();
@@ -105,7 +105,7 @@ TEST_F(UserDefaultsTest, aSetTakesEffectAtOnceAndOutlivesTheProcess)
     EXPECT_EQ(open().objectForKey(key)->toInteger(), std::numeric_limits<qint64>::max() - 1);
 }
 
-TEST_F(UserDefaultsTest, settingTheSameValueAgainWritesAgain)
+TEST_F(UserDefaultsTest, SettingTheSameValueAgainWritesAgain)
 {
     UserDefaults defaults = open();
     defaults.setBool(key, true);
@@ -115,7 +115,7 @@ TEST_F(UserDefaultsTest, settingTheSameValueAgainWritesAgain)
     EXPECT_TRUE(onDisk().value(key).toBool());
 }
 
-TEST_F(UserDefaultsTest, keysItDoesNotKnowAreKept)
+TEST_F(UserDefaultsTest, KeysItDoesNotKnowAreKept)
 {
     UserDefaults defaults = openWith(R"({"other": {"deep": [1]}})");
     defaults.setBool(key, true);
@@ -123,7 +123,7 @@ TEST_F(UserDefaultsTest, keysItDoesNotKnowAreKept)
               QJsonArray{1});
 }
 
-TEST_F(UserDefaultsTest, aFileThatCannotBeUnderstoodCountsAsEmptyAndIsKeptBeside)
+TEST_F(UserDefaultsTest, AFileThatCannotBeUnderstoodCountsAsEmptyAndIsKeptBeside)
 {
     for (const QByteArray broken :
          {"", "not json", R"({"key": true)", R"(["key"])", "\"key\"", "{\"key\": \"\xff\xfe\"}x", "\x00\x01\x02"}) {
@@ -138,7 +138,7 @@ TEST_F(UserDefaultsTest, aFileThatCannotBeUnderstoodCountsAsEmptyAndIsKeptBeside
     }
 }
 
-TEST_F(UserDefaultsTest, aHugeFileCountsAsEmptyAndIsKeptBeside)
+TEST_F(UserDefaultsTest, AHugeFileCountsAsEmptyAndIsKeptBeside)
 {
     sandbox.write(fileName, R"({"key": true})");
     QFile file(sandbox.path(fileName));
@@ -148,7 +148,7 @@ TEST_F(UserDefaultsTest, aHugeFileCountsAsEmptyAndIsKeptBeside)
     EXPECT_EQ(QFileInfo(sandbox.path(keptName)).size(), huge);
 }
 
-TEST_F(UserDefaultsTest, aFileThatCanNeitherBeReadNorMovedAsideIsNotWrittenOver)
+TEST_F(UserDefaultsTest, AFileThatCanNeitherBeReadNorMovedAsideIsNotWrittenOver)
 {
     const QString longName(246, u'n'); // no room for what is put behind it
     UserDefaults defaults(sandbox.write(longName, "not json"), writer);
@@ -158,7 +158,7 @@ TEST_F(UserDefaultsTest, aFileThatCanNeitherBeReadNorMovedAsideIsNotWrittenOver)
     EXPECT_EQ(sandbox.read(longName), "not json");
 }
 
-TEST_F(UserDefaultsTest, aFolderInItsPlaceIsMovedAside)
+TEST_F(UserDefaultsTest, AFolderInItsPlaceIsMovedAside)
 {
     ASSERT_TRUE(QDir().mkpath(sandbox.path(fileName)));
     UserDefaults defaults = open();

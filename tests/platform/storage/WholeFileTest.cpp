@@ -32,7 +32,7 @@ mode_t modeOf(const QString& path)
     return facts.st_mode & 0777;
 }
 
-TEST(WholeFile, aFileIsMadeForItsOwnerOnly)
+TEST(WholeFile, AFileIsMadeForItsOwnerOnly)
 {
     const Sandbox sandbox;
     ASSERT_TRUE(replaceWholeFile(sandbox.path(QStringLiteral("caffè")), "content"));
@@ -40,7 +40,7 @@ TEST(WholeFile, aFileIsMadeForItsOwnerOnly)
     EXPECT_EQ(modeOf(sandbox.path(QStringLiteral("caffè"))), mode_t{0600});
 }
 
-TEST(WholeFile, anOldFileIsReplacedWholeWithItsMode)
+TEST(WholeFile, AnOldFileIsReplacedWholeWithItsMode)
 {
     const Sandbox sandbox;
     const QString path = sandbox.write(QStringLiteral("f"), "a much longer old content");
@@ -52,7 +52,7 @@ TEST(WholeFile, anOldFileIsReplacedWholeWithItsMode)
     EXPECT_EQ(QFileInfo(path).size(), 0);
 }
 
-TEST(WholeFile, nothingIsLeftBesideIt)
+TEST(WholeFile, NothingIsLeftBesideIt)
 {
     const Sandbox sandbox;
     ASSERT_TRUE(replaceWholeFile(sandbox.path(QStringLiteral("f")), "1"));
@@ -60,7 +60,7 @@ TEST(WholeFile, nothingIsLeftBesideIt)
     EXPECT_EQ(sandbox.files(), QStringList(QStringLiteral("f")));
 }
 
-TEST(WholeFile, aSymbolicLinkIsReplacedAndNotFollowed)
+TEST(WholeFile, ASymbolicLinkIsReplacedAndNotFollowed)
 {
     const Sandbox sandbox;
     const QString target = sandbox.write(QStringLiteral("target"), "precious");
@@ -72,7 +72,7 @@ TEST(WholeFile, aSymbolicLinkIsReplacedAndNotFollowed)
     EXPECT_EQ(sandbox.read(QStringLiteral("f")), "new");
 }
 
-TEST(WholeFile, aSymbolicLinkInThePlaceOfItsFreshFileIsNotFollowed)
+TEST(WholeFile, ASymbolicLinkInThePlaceOfItsFreshFileIsNotFollowed)
 {
     const Sandbox sandbox;
     const QString target = sandbox.write(QStringLiteral("target"), "precious");
@@ -83,7 +83,7 @@ TEST(WholeFile, aSymbolicLinkInThePlaceOfItsFreshFileIsNotFollowed)
         << "one such link must not block saving for ever";
 }
 
-TEST(WholeFile, whatAKillLeftBesideItIsUsedAgain)
+TEST(WholeFile, WhatAKillLeftBesideItIsUsedAgain)
 {
     const Sandbox sandbox;
     const QString left = sandbox.write(QStringLiteral("f.new"), "half of something that is longer");
@@ -94,7 +94,7 @@ TEST(WholeFile, whatAKillLeftBesideItIsUsedAgain)
     EXPECT_EQ(sandbox.files(), QStringList(QStringLiteral("f")));
 }
 
-TEST(WholeFile, aPipeOrFolderInThePlaceOfItsFreshFileHoldsNothingUp)
+TEST(WholeFile, APipeOrFolderInThePlaceOfItsFreshFileHoldsNothingUp)
 {
     const Sandbox sandbox;
     const QString path = sandbox.write(QStringLiteral("f"), "old");
@@ -107,7 +107,7 @@ TEST(WholeFile, aPipeOrFolderInThePlaceOfItsFreshFileHoldsNothingUp)
     EXPECT_EQ(sandbox.files(), QStringList(QStringLiteral("f")));
 }
 
-TEST(WholeFile, aSecondNameOfItsFreshFileIsNotWrittenThrough)
+TEST(WholeFile, ASecondNameOfItsFreshFileIsNotWrittenThrough)
 {
     const Sandbox sandbox;
     const QByteArray precious = QFile::encodeName(sandbox.write(QStringLiteral("target"), "precious"));
@@ -116,7 +116,7 @@ TEST(WholeFile, aSecondNameOfItsFreshFileIsNotWrittenThrough)
     EXPECT_EQ(sandbox.read(QStringLiteral("target")), "precious");
 }
 
-TEST(WholeFile, aFailureLeavesTheOldFileAndNothingElse)
+TEST(WholeFile, AFailureLeavesTheOldFileAndNothingElse)
 {
     const Sandbox sandbox;
     EXPECT_FALSE(replaceWholeFile(sandbox.path(QStringLiteral("missing/f")), "new"));
@@ -150,7 +150,7 @@ private:
     void (*m_signal)(int);
 };
 
-TEST(WholeFile, aWriteThatIsCutLeavesTheOldFileAndNothingElse)
+TEST(WholeFile, AWriteThatIsCutLeavesTheOldFileAndNothingElse)
 {
     const Sandbox sandbox;
     const QString path = sandbox.write(QStringLiteral("f"), "old");
@@ -193,7 +193,7 @@ pid_t startWriter(const QString& path)
     return child;
 }
 
-TEST(WholeFile, aKillInTheMiddleOfWritingNeverLeavesACutFile)
+TEST(WholeFile, AKillInTheMiddleOfWritingNeverLeavesACutFile)
 {
     const Sandbox sandbox;
     const QString path = sandbox.path(QStringLiteral("f"));
@@ -218,7 +218,7 @@ TEST(WholeFile, aKillInTheMiddleOfWritingNeverLeavesACutFile)
     EXPECT_EQ(sandbox.files(), QStringList(QStringLiteral("f")));
 }
 
-TEST(WholeFile, aFileUpToTheLimitIsReadWhole)
+TEST(WholeFile, AFileUpToTheLimitIsReadWhole)
 {
     const Sandbox sandbox;
     const QString path = sandbox.write(QStringLiteral("f"), "12345");
@@ -227,7 +227,7 @@ TEST(WholeFile, aFileUpToTheLimitIsReadWhole)
     EXPECT_EQ(readWholeFile(sandbox.write(QStringLiteral("empty"), ""), 0), QByteArray());
 }
 
-TEST(WholeFile, whatIsMissingOrNoFileIsNotRead)
+TEST(WholeFile, WhatIsMissingOrNoFileIsNotRead)
 {
     const Sandbox sandbox;
     EXPECT_EQ(readWholeFile(sandbox.path(QStringLiteral("missing")), 100), std::nullopt);
@@ -237,7 +237,7 @@ TEST(WholeFile, whatIsMissingOrNoFileIsNotRead)
     EXPECT_EQ(readWholeFile(fifo, 100), std::nullopt) << "and it must not block";
 }
 
-TEST(WholeFile, unreadableFilesAreAllKeptBeside)
+TEST(WholeFile, UnreadableFilesAreAllKeptBeside)
 {
     const Sandbox sandbox;
     for (const QByteArray broken : {"first", "second", "third"})

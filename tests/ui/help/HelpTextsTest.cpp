@@ -1,5 +1,5 @@
 #include "config/Services.h"
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 #include "kit/PlatformTexts.h"
 #include "ui/Part.h"
 #include "ui/help/HelpFeatures.h"
@@ -189,11 +189,11 @@ TEST_P(HelpPageTexts, AreAsTheyShouldBeInBothLanguages)
 {
     if (thisDesktop != Desktop::freedesktop)
         GTEST_SKIP() << "these are the texts of another desktop";
-    fixtures::Workshop workshop;
-    const HelpView view(workshop.settings());
+    fixtures::EngineOnScript engine;
+    const HelpView view(engine.settings());
     const auto& label = fixtures::partOf<QLabel>(view, GetParam().name);
     EXPECT_EQ(label.text().toStdString(), withService(GetParam().english));
-    workshop.settings().language.set(italian);
+    engine.settings().language.set(italian);
     EXPECT_EQ(label.text().toStdString(), withService(GetParam().italian));
 }
 

@@ -2,7 +2,7 @@
 
 #include "config/Services.h"
 #include "fixtures/EventLoop.h"
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 #include "kit/PlatformTexts.h"
 #include "ui/Part.h"
 #include "ui/help/HelpFeatureRow.h"
@@ -39,8 +39,8 @@ protected:
         return all;
     }
 
-    fixtures::Workshop workshop;
-    HelpView view{workshop.settings()};
+    fixtures::EngineOnScript engine;
+    HelpView view{engine.settings()};
 };
 
 TEST_F(HelpViewTest, NamesTheProgramAndItsVersion)
@@ -70,7 +70,7 @@ TEST_F(HelpViewTest, ListsTwelveFeatures)
 
 TEST_F(HelpViewTest, AnOpenOneFollowsTheLanguage)
 {
-    workshop.settings().language.set(italian);
+    engine.settings().language.set(italian);
     EXPECT_EQ(text("helpFeatures"), u"Funzionalità");
     EXPECT_EQ(text("helpKind"), platformText(PlatformText::kindOfProgram, italian));
     EXPECT_TRUE(text("helpDescription").startsWith(u"Vormel è un download manager"));
@@ -81,7 +81,7 @@ TEST_F(HelpViewTest, AnOpenOneFollowsTheLanguage)
                            QStringLiteral("Riparazione .rev"), QStringLiteral("Estrazione automatica"),
                            QStringLiteral("Rinomina automatica file estratti"), QStringLiteral("Ripresa automatica"),
                            QStringLiteral("Limite di velocità"), QStringLiteral("Strumenti esterni")}));
-    workshop.settings().language.set(english);
+    engine.settings().language.set(english);
     EXPECT_EQ(text("helpFeatures"), u"Features");
 }
 
@@ -117,7 +117,7 @@ TEST_F(HelpViewTest, KeysScrollIt)
 TEST_F(HelpViewTest, ANarrowOneWrapsItsTexts)
 {
     view.resize(420, 400);
-    workshop.settings().language.set(italian);
+    engine.settings().language.set(italian);
     fixtures::turnEventLoop();
     EXPECT_LE(view.widget()->width(), view.viewport()->width());
     for (const QLabel* label : view.findChildren<QLabel*>()) {

@@ -1,7 +1,7 @@
 #include "ui/help/HelpWindowController.h"
 
 #include "fixtures/EventLoop.h"
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 #include "kit/GlyphIcon.h"
 #include "ui/Part.h"
 #include "ui/help/HelpView.h"
@@ -35,9 +35,9 @@ protected:
         return *helpWindows().constFirst();
     }
 
-    fixtures::Workshop workshop;
+    fixtures::EngineOnScript engine;
     QWidget owner;
-    HelpWindowController* help = new HelpWindowController(workshop.settings(), owner); // the owner's
+    HelpWindowController* help = new HelpWindowController(engine.settings(), owner); // the owner's
 };
 
 TEST_F(HelpWindowControllerTest, ShowsAWindowOfItsOwn)
@@ -94,7 +94,7 @@ TEST_F(HelpWindowControllerTest, AnOpenOneFollowsTheLanguageAtOnce)
 {
     const auto& heading = fixtures::partOf<QLabel>(shownWindow(), "helpFeatures");
     EXPECT_EQ(heading.text(), u"Features");
-    workshop.settings().language.set(AppLanguage::italian);
+    engine.settings().language.set(AppLanguage::italian);
     EXPECT_EQ(heading.text(), u"Funzionalità");
 }
 

@@ -2,7 +2,7 @@
 
 #include "config/Services.h"
 #include "fixtures/EventLoop.h"
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 #include "ui/FakeDesktop.h"
 #include "ui/Part.h"
 #include "ui/queue/list/QueueView.h"
@@ -74,14 +74,14 @@ protected:
     QStringList queue()
     {
         QStringList all;
-        for (const ItemPtr& item : workshop.manager().items())
+        for (const ItemPtr& item : engine.manager().items())
             all << item->originalURL().absoluteString();
         return all;
     }
-    qint64 cap() { return workshop.settings().maxDownloadSpeedKBps.value(); }
+    qint64 cap() { return engine.settings().maxDownloadSpeedKBps.value(); }
 
-    fixtures::Workshop workshop;
-    fixtures::FakeDesktop desktop{workshop};
+    fixtures::EngineOnScript engine;
+    fixtures::FakeDesktop desktop{engine};
     DownloadQueueView page{desktop.ports()};
 };
 
@@ -99,7 +99,7 @@ TEST_F(DownloadQueueViewTest, TheToolBarHasItsCommandsInOrderInBothLanguages)
     EXPECT_EQ(part<QToolButton>("pauseAll").toolTip(), u"Pause all active downloads");
     EXPECT_EQ(part<QToolButton>("clearCompleted").toolTip(), u"Remove completed downloads from the list");
     EXPECT_EQ(part<QToolButton>("clearExtracted").toolTip(), u"Remove fully extracted groups from the list");
-    workshop.settings().language.set(AppLanguage::italian);
+    engine.settings().language.set(AppLanguage::italian);
     EXPECT_EQ(texts(), u"Aggiungi URL|Avvia tutti|Metti in pausa|Rimuovi completati|Rimuovi estratti");
     EXPECT_EQ(part<QToolButton>("startAll").toolTip(), u"Riprendi tutti i download in pausa (i fermati restano fuori)");
     EXPECT_EQ(part<QToolButton>("pauseAll").toolTip(), u"Metti in pausa tutti i download attivi");
@@ -122,8 +122,8 @@ TEST_F(DownloadQueueViewTest, NoCommandIsEverDisabled)
 
 TEST_F(DownloadQueueViewTest, TheCommandsReachTheQueue)
 {
-    const ItemPtr item = workshop.add(QStringLiteral("https://h.example/a.zip"));
-    const ItemPtr done = workshop.add(QStringLiteral("https://h.example/b.zip"));
+    const ItemPtr item = engine.add(QStringLiteral("https://h.example/a.zip"));
+    const ItemPtr done = engine.add(QStringLiteral("https://h.example/b.zip"));
     done->setStatus(DownloadStatus::completed);
     click("startAll");
     EXPECT_NE(item->status().kind(), DownloadStatus::paused);
@@ -181,15 +181,15 @@ TEST_F(DownloadQueueViewTest, SaysSoWhileNothingIsVisible)
     EXPECT_TRUE(part("queueEmptyState").isVisible());
     EXPECT_EQ(part<QLabel>("emptyTitle").text(), u"No Downloads");
     EXPECT_EQ(part<QLabel>("emptyText").text(), u"Press + to add URLs, or drag and drop links here.");
-    workshop.settings().language.set(AppLanguage::italian);
+    engine.settings().language.set(AppLanguage::italian);
     EXPECT_EQ(part<QLabel>("emptyTitle").text(), u"Nessun download");
     EXPECT_EQ(part<QLabel>("emptyText").text(), u"Premi + per aggiungere URL, o trascina i link qui.");
-    workshop.add(QStringLiteral("https://h.example/a.rev"));
+    engine.add(QStringLiteral("https://h.example/a.rev"));
     EXPECT_TRUE(part("queueEmptyState").isVisible());
-    const ItemPtr item = workshop.add(QStringLiteral("https://h.example/a.zip"));
+    const ItemPtr item = engine.add(QStringLiteral("https://h.example/a.zip"));
     EXPECT_FALSE(part("queueEmptyState").isVisible());
     EXPECT_TRUE(part("queueView").isVisible());
-    workshop.manager().commands().removeItems({item->id()});
+    engine.manager().commands().removeItems({item->id()});
     EXPECT_TRUE(part("queueEmptyState").isVisible());
 }
 
@@ -263,7 +263,7 @@ TEST_F(DownloadQueueViewTest, TheMugOpensTheDonationPage)
     EXPECT_EQ(mug.accessibleName(), u"Buy me a beer");
     EXPECT_EQ(mug.toolTip(), u"Support Vormel — buy me a beer 🍺");
     EXPECT_GT(mug.mapTo(&page, QPoint()).x(), part("speedCap").mapTo(&page, QPoint()).x());
-    workshop.settings().language.set(AppLanguage::italian);
+    engine.settings().language.set(AppLanguage::italian);
     EXPECT_EQ(mug.accessibleName(), u"Offrimi una birra");
     EXPECT_EQ(mug.toolTip(), u"Supporta Vormel — offrimi una birra 🍺");
     click("donate");
@@ -272,14 +272,14 @@ TEST_F(DownloadQueueViewTest, TheMugOpensTheDonationPage)
 
 TEST_F(DownloadQueueViewTest, TheOverlayLiesOverTheWholePageAndGoesWithTheDrag)
 {
-    workshop.add(QStringLiteral("https://h.example/a.zip"));
+    engine.add(QStringLiteral("https://h.example/a.zip"));
     QMimeData data;
     data.setText(QStringLiteral("https://h.example/b.zip"));
     enter(data);
     EXPECT_EQ(part("dropOverlay").geometry(), page.rect());
     EXPECT_EQ(page.children().last(), &part("dropOverlay"));
     EXPECT_EQ(part<QLabel>("dropText").text(), u"Drop URLs to add");
-    workshop.settings().language.set(AppLanguage::italian);
+    engine.settings().language.set(AppLanguage::italian);
     EXPECT_EQ(part<QLabel>("dropText").text(), u"Trascina URL qui");
     QDragLeaveEvent leave;
     QApplication::sendEvent(&page, &leave);
@@ -300,7 +300,7 @@ TEST_F(DownloadQueueViewTest, TheCapHasItsRowsAndWritesTheSetting)
     EXPECT_EQ(cap(), 512);
     QTest::keyClick(&combo, Qt::Key_End);
     EXPECT_EQ(cap(), 51200);
-    workshop.settings().language.set(AppLanguage::italian);
+    engine.settings().language.set(AppLanguage::italian);
     EXPECT_EQ(combo.itemText(0), u"Illimitata");
     EXPECT_EQ(combo.currentData().toLongLong(), 51200);
 }
@@ -308,13 +308,13 @@ TEST_F(DownloadQueueViewTest, TheCapHasItsRowsAndWritesTheSetting)
 TEST_F(DownloadQueueViewTest, TheCapFollowsTheSettingAndShowsForeignValues)
 {
     auto& combo = part<QComboBox>("speedCap");
-    workshop.settings().maxDownloadSpeedKBps.set(2048);
+    engine.settings().maxDownloadSpeedKBps.set(2048);
     EXPECT_EQ(combo.currentText(), u"2 MB/s");
-    workshop.settings().maxDownloadSpeedKBps.set(777);
+    engine.settings().maxDownloadSpeedKBps.set(777);
     EXPECT_EQ(combo.currentText(), u"777 KB/s");
     EXPECT_EQ(combo.count(), 9);
     EXPECT_EQ(cap(), 777);
-    workshop.settings().maxDownloadSpeedKBps.set(0);
+    engine.settings().maxDownloadSpeedKBps.set(0);
     EXPECT_EQ(combo.currentText(), u"Unlimited");
     EXPECT_EQ(combo.count(), 8);
 }
@@ -324,7 +324,7 @@ TEST_F(DownloadQueueViewTest, TheCapIsNamed)
     auto& combo = part<QComboBox>("speedCap");
     EXPECT_EQ(combo.accessibleName(), u"Current total speed / global speed cap");
     EXPECT_EQ(combo.toolTip(), combo.accessibleName());
-    workshop.settings().language.set(AppLanguage::italian);
+    engine.settings().language.set(AppLanguage::italian);
     EXPECT_EQ(combo.accessibleName(), u"Velocità totale attuale / limite globale");
 }
 
@@ -332,24 +332,24 @@ TEST_F(DownloadQueueViewTest, TheReadOutShowsTheSpeedOfAllTransfers)
 {
     EXPECT_EQ(part<QLabel>("totalSpeed").text(), u"");
     EXPECT_GE(part("totalSpeed").minimumWidth(), 64);
-    const ItemPtr item = workshop.start(QStringLiteral("https://h.example/a.zip"));
-    workshop.http.last().head(200, {{"Content-Length", "100000000"}});
+    const ItemPtr item = engine.start(QStringLiteral("https://h.example/a.zip"));
+    engine.http.last().head(200, {{"Content-Length", "100000000"}});
     for (int i = 0; i < 8; ++i) {
-        workshop.http.last().data(QByteArray(1024 * 1024, 'x'));
-        workshop.clock.advance(std::chrono::milliseconds(500));
+        engine.http.last().data(QByteArray(1024 * 1024, 'x'));
+        engine.clock.advance(std::chrono::milliseconds(500));
     }
-    ASSERT_GT(workshop.manager().totalSpeedBytesPerSec(), 100);
+    ASSERT_GT(engine.manager().totalSpeedBytesPerSec(), 100);
     EXPECT_EQ(part<QLabel>("totalSpeed").text(), item->speedText());
 }
 
 TEST_F(DownloadQueueViewTest, TheReadOutIsEmptyWhileNothingIsDownloading)
 {
     const auto run = [this](const char* url) {
-        const ItemPtr item = workshop.start(QString::fromLatin1(url));
-        workshop.http.last().head(200, {{"Content-Length", "100000000"}});
+        const ItemPtr item = engine.start(QString::fromLatin1(url));
+        engine.http.last().head(200, {{"Content-Length", "100000000"}});
         for (int i = 0; i < 4; ++i) {
-            workshop.http.last().data(QByteArray(1024 * 1024, 'x'));
-            workshop.clock.advance(std::chrono::milliseconds(500));
+            engine.http.last().data(QByteArray(1024 * 1024, 'x'));
+            engine.clock.advance(std::chrono::milliseconds(500));
         }
         turnEventLoop();
         EXPECT_EQ(item->status().kind(), DownloadStatus::downloading);
@@ -357,19 +357,19 @@ TEST_F(DownloadQueueViewTest, TheReadOutIsEmptyWhileNothingIsDownloading)
         return item;
     };
     const ItemPtr first = run("https://h.example/a.zip");
-    workshop.manager().commands().stopItems({first});
+    engine.manager().commands().stopItems({first});
     EXPECT_EQ(part<QLabel>("totalSpeed").text(), u"");
-    EXPECT_GT(workshop.manager().totalSpeedBytesPerSec(), 100); // keeps its last value
+    EXPECT_GT(engine.manager().totalSpeedBytesPerSec(), 100); // keeps its last value
     first->setStatus(DownloadStatus::resolving);
     EXPECT_EQ(part<QLabel>("totalSpeed").text(), u"");
     const ItemPtr second = run("https://h.example/b.zip");
-    workshop.manager().commands().removeItems({second->id()});
+    engine.manager().commands().removeItems({second->id()});
     EXPECT_EQ(part<QLabel>("totalSpeed").text(), u"");
 }
 
 TEST_F(DownloadQueueViewTest, TabGoesThroughTheToolBarFromLeftToRightAndThenToTheList)
 {
-    workshop.add(QStringLiteral("https://h.example/a.zip"));
+    engine.add(QStringLiteral("https://h.example/a.zip"));
     part("addURLs").setFocus();
     QStringList order;
     for (int i = 0; i < 8; ++i) {
@@ -382,7 +382,7 @@ TEST_F(DownloadQueueViewTest, TabGoesThroughTheToolBarFromLeftToRightAndThenToTh
 TEST_F(DownloadQueueViewTest, ClearExtractedReachesTheQueue)
 {
     const auto items =
-        workshop.add({QStringLiteral("https://h.example/a.part1.rar"), QStringLiteral("https://h.example/b.zip")});
+        engine.add({QStringLiteral("https://h.example/a.part1.rar"), QStringLiteral("https://h.example/b.zip")});
     items[0]->setExtractionStatus(ExtractionStatus::done);
     click("clearExtracted");
     EXPECT_EQ(queue(), QStringList{QStringLiteral("https://h.example/b.zip")});
@@ -390,7 +390,7 @@ TEST_F(DownloadQueueViewTest, ClearExtractedReachesTheQueue)
 
 TEST_F(DownloadQueueViewTest, TheListIsNamedAndItsRowsSpeak)
 {
-    workshop.add(QStringLiteral("https://h.example/a.zip"));
+    engine.add(QStringLiteral("https://h.example/a.zip"));
     auto& list = part<QueueView>("queueView");
     EXPECT_EQ(list.accessibleName(), u"Downloads");
     EXPECT_EQ(list.model()->index(0, 0).data(Qt::AccessibleTextRole).toString(), u"a.zip, Paused, h.example");

@@ -29,7 +29,7 @@ protected:
     HostQuestionTest() { page.show(); }
     void openContainer()
     {
-        workshop.manager().addURLs({link(QStringLiteral("https://container.example/c/1"))}, std::nullopt);
+        engine.manager().addURLs({link(QStringLiteral("https://container.example/c/1"))}, std::nullopt);
         turnEventLoop();
         const std::variant<std::vector<Link>, ContainerError> links = std::vector{
             link(QStringLiteral("http://other.example/1")), link(QStringLiteral("http://terabytez.example/1")),
@@ -54,14 +54,14 @@ protected:
     QStringList queue()
     {
         QStringList all;
-        for (const ItemPtr& item : workshop.manager().items())
+        for (const ItemPtr& item : engine.manager().items())
             all << item->originalURL().absoluteString();
         return all;
     }
 
     std::shared_ptr<fixtures::ServiceLog> log = std::make_shared<fixtures::ServiceLog>();
-    fixtures::Workshop workshop{fixtures::fakeServices(log)};
-    fixtures::FakeDesktop desktop{workshop};
+    fixtures::EngineOnScript engine{fixtures::fakeServices(log)};
+    fixtures::FakeDesktop desktop{engine};
     DownloadQueueView page{desktop.ports()};
 };
 
@@ -77,7 +77,7 @@ TEST_F(HostQuestionTest, TellsTheHostsAndTheirFilesInBothLanguages)
     EXPECT_EQ(part<HostButton>("host0").accessibleName(), u"Terabytez, 2 files");
     EXPECT_EQ(part<HostButton>("host1").accessibleName(), u"other.example, 1 file");
     EXPECT_EQ(part<QPushButton>("addAllHosts").text(), u"Add all hosts");
-    workshop.settings().language.set(AppLanguage::italian);
+    engine.settings().language.set(AppLanguage::italian);
     EXPECT_EQ(sheet()->windowTitle(), u"Scegli il server di download");
     EXPECT_EQ(part<QLabel>("chooserText").text(),
               u"Questi link sono disponibili su 2 host. Scegli quello per cui hai un account premium.");
@@ -92,7 +92,7 @@ TEST_F(HostQuestionTest, AddsTheLinksOfTheChosenHost)
     click("host0");
     EXPECT_EQ(queue(), (QStringList{QStringLiteral("http://terabytez.example/1"),
                                     QStringLiteral("http://terabytez.example/2")}));
-    EXPECT_EQ(workshop.manager().questions().pendingHostSelection(), std::nullopt);
+    EXPECT_EQ(engine.manager().questions().pendingHostSelection(), std::nullopt);
     EXPECT_EQ(sheet(), nullptr);
 }
 
@@ -108,26 +108,26 @@ TEST_F(HostQuestionTest, CancellingOrClosingLeavesNothingInTheQueue)
     openContainer();
     click("cancelChoice");
     EXPECT_TRUE(queue().isEmpty());
-    EXPECT_EQ(workshop.manager().questions().pendingHostSelection(), std::nullopt);
+    EXPECT_EQ(engine.manager().questions().pendingHostSelection(), std::nullopt);
     openContainer();
     ASSERT_NE(sheet(), nullptr);
     QTest::keyClick(sheet(), Qt::Key_Escape);
     EXPECT_TRUE(queue().isEmpty());
-    EXPECT_EQ(workshop.manager().questions().pendingHostSelection(), std::nullopt);
+    EXPECT_EQ(engine.manager().questions().pendingHostSelection(), std::nullopt);
     openContainer();
     ASSERT_NE(sheet(), nullptr);
     sheet()->close();
     EXPECT_TRUE(queue().isEmpty());
-    EXPECT_EQ(workshop.manager().questions().pendingHostSelection(), std::nullopt);
+    EXPECT_EQ(engine.manager().questions().pendingHostSelection(), std::nullopt);
 }
 
 TEST_F(HostQuestionTest, LetsThePasswordOfAnArchiveBeTypedToItsEnd)
 {
-    workshop.tools.add(QStringLiteral("unrar"), "exit 11");
-    const ItemPtr archive = workshop.add(QStringLiteral("http://h/x.rar"));
-    archive->setLocalPath(workshop.sandbox.write(QStringLiteral("Downloads/x.rar"), "x"));
+    engine.tools.add(QStringLiteral("unrar"), "exit 11");
+    const ItemPtr archive = engine.add(QStringLiteral("http://h/x.rar"));
+    archive->setLocalPath(engine.sandbox.write(QStringLiteral("Downloads/x.rar"), "x"));
     archive->setStatus(DownloadStatus::completed);
-    workshop.manager().commands().retryExtraction(archive->id());
+    engine.manager().commands().retryExtraction(archive->id());
     const auto passwordSheet = [this] { return page.findChild<ArchivePasswordSheetView*>(); };
     ASSERT_TRUE(waitUntil([&] { return passwordSheet() != nullptr; }));
     fixtures::partOf<QLineEdit>(*passwordSheet(), "archivePassword").setText(QStringLiteral("half"));
@@ -155,7 +155,7 @@ TEST_F(HostQuestionTest, WaitsUntilThePageIsShowing)
     page.hide();
     openContainer();
     EXPECT_EQ(sheet(), nullptr);
-    EXPECT_TRUE(workshop.manager().questions().pendingHostSelection());
+    EXPECT_TRUE(engine.manager().questions().pendingHostSelection());
     page.show();
     EXPECT_TRUE(waitUntil([this] { return sheet() != nullptr; }));
 }
@@ -163,7 +163,7 @@ TEST_F(HostQuestionTest, WaitsUntilThePageIsShowing)
 TEST_F(HostQuestionTest, TheSheetGoesWhenTheQuestionIsTakenBack)
 {
     openContainer();
-    workshop.manager().questions().cancelHostSelection();
+    engine.manager().questions().cancelHostSelection();
     EXPECT_EQ(sheet(), nullptr);
 }
 

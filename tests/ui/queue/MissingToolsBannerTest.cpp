@@ -36,9 +36,9 @@ TEST(MissingToolsBanner, SaysNothingOfTheRepairTool)
 
 TEST(MissingToolsBanner, StandsBelowTheListUntilTheToolsAreThere)
 {
-    fixtures::Workshop workshop;
-    fixtures::FakeDesktop desktop(workshop);
-    workshop.tools.add(QStringLiteral("7za"));
+    fixtures::EngineOnScript engine;
+    fixtures::FakeDesktop desktop(engine);
+    engine.tools.add(QStringLiteral("7za"));
     desktop.tools.look();
     DownloadQueueView page(desktop.ports());
     page.resize(700, 400);
@@ -49,9 +49,9 @@ TEST(MissingToolsBanner, StandsBelowTheListUntilTheToolsAreThere)
     EXPECT_TRUE(banner.isVisible());
     EXPECT_EQ(banner.geometry().bottom(), page.rect().bottom());
     EXPECT_TRUE(text.text().startsWith(u"unrar not installed"));
-    workshop.settings().language.set(italian);
+    engine.settings().language.set(italian);
     EXPECT_TRUE(text.text().startsWith(u"unrar non installato"));
-    workshop.tools.add(QStringLiteral("unrar"));
+    engine.tools.add(QStringLiteral("unrar"));
     desktop.tools.look();
     EXPECT_FALSE(banner.isVisible());
 }

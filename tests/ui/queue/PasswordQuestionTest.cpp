@@ -21,7 +21,7 @@ class PasswordQuestionTest : public ::testing::Test, protected fixtures::Archive
 protected:
     PasswordQuestionTest()
     {
-        shop.tools.add(QStringLiteral("unrar"), "case \"$*\" in *-pright*) exit 0;; *) exit 11;; esac");
+        engine.tools.add(QStringLiteral("unrar"), "case \"$*\" in *-pright*) exit 0;; *) exit 11;; esac");
         page.show();
     }
     ArchivePasswordSheetView* sheet()
@@ -52,7 +52,7 @@ protected:
         return fixtures::partOf<QLabel>(sheet, "passwordTitle").text();
     }
 
-    fixtures::FakeDesktop desktop{shop};
+    fixtures::FakeDesktop desktop{engine};
     DownloadQueueView page{desktop.ports()};
 };
 
@@ -101,7 +101,7 @@ TEST_F(PasswordQuestionTest, TheSheetGoesWhenItsQuestionIsTakenBack)
     askFor(item);
     run(other);
     ASSERT_TRUE(waitUntil([&] { return other->extractionStatus() == ExtractionStatus::idle; }));
-    shop.manager().questions().cancelExtractionPassword();
+    engine.manager().questions().cancelExtractionPassword();
     ASSERT_TRUE(question().has_value()); // the closing of the first sheet does not cancel the second question
     ASSERT_NE(sheet(), nullptr);
     EXPECT_EQ(fixtures::partOf<QLabel>(*sheet(), "archiveName").text(), u"y.rar");

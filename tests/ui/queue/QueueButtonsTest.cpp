@@ -61,7 +61,7 @@ TEST_F(QueueButtonsTest, AClickOnAButtonRunsItAndItsRowBecomesTheCurrentOne)
     EXPECT_EQ(items[1]->status().kind(), DownloadStatus::stopped);
     EXPECT_EQ(items[0]->status().kind(), DownloadStatus::paused);
     click(placeOf(headerLayout().buttons, RowButton::removeGroup));
-    EXPECT_EQ(workshop.manager().items().size(), 1U);
+    EXPECT_EQ(engine.manager().items().size(), 1U);
 }
 
 TEST_F(QueueButtonsTest, AButtonThatThePointerLeftIsNotRun)
@@ -69,7 +69,7 @@ TEST_F(QueueButtonsTest, AButtonThatThePointerLeftIsNotRun)
     QTest::mousePress(view.viewport(), Qt::LeftButton, {}, placeOf(rowLayout(plain()).buttons, RowButton::stop));
     QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, placeOf(rowLayout(plain()).buttons, RowButton::remove));
     EXPECT_EQ(items[2]->status().kind(), DownloadStatus::paused);
-    EXPECT_EQ(workshop.manager().items().size(), 3U);
+    EXPECT_EQ(engine.manager().items().size(), 3U);
 }
 
 TEST_F(QueueButtonsTest, ASecondQuickClickDoesNotHitWhatCameUnderThePointer)
@@ -83,13 +83,13 @@ TEST_F(QueueButtonsTest, ASecondQuickClickDoesNotHitWhatCameUnderThePointer)
     const QPoint remove = placeOf(headerLayout().buttons, RowButton::removeGroup);
     click(remove);
     QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, remove);
-    EXPECT_EQ(workshop.manager().items().size(), 1U); // the row below has moved up
+    EXPECT_EQ(engine.manager().items().size(), 1U); // the row below has moved up
 }
 
 TEST_F(QueueButtonsTest, AFailedArchiveStepHasItsOwnRetry)
 {
     items[2]->setStatus(DownloadStatus::completed);
-    items[2]->setLocalPath(workshop.sandbox.write(QStringLiteral("Downloads/b.zip"), "x"));
+    items[2]->setLocalPath(engine.sandbox.write(QStringLiteral("Downloads/b.zip"), "x"));
     items[2]->setExtractionStatus(ExtractionStatus::failure(QStringLiteral("no volume")));
     turnEventLoop();
     click(placeOf(rowLayout(plain()).buttons, RowButton::retryExtraction));
@@ -121,7 +121,7 @@ TEST_F(QueueButtonsTest, ToolTipsTellWhatIsUnderThePointer)
     EXPECT_EQ(toolTipAt(placeOf(rowLayout(plain()).buttons, RowButton::resume)), u"Resume");
     EXPECT_EQ(toolTipAt(headerLayout().title.center()), u"Double-click to rename this group");
     EXPECT_TRUE(toolTipAt(rowLayout(plain()).name.center()).contains(u"b.zip"));
-    workshop.settings().language.set(AppLanguage::italian);
+    engine.settings().language.set(AppLanguage::italian);
     EXPECT_EQ(toolTipAt(headerLayout().title.center()), u"Doppio clic per rinominare il gruppo");
     EXPECT_EQ(toolTipAt(placeOf(headerLayout().buttons, RowButton::stopGroup)),
               u"Ferma il gruppo — resta fuori dalla coda finché non lo avvii");
@@ -152,10 +152,10 @@ TEST_F(QueueButtonsTest, DeleteRemovesARowOrAWholeGroup)
 {
     view.setCurrentIndex(plain());
     QTest::keyClick(&view, Qt::Key_Delete);
-    EXPECT_EQ(workshop.manager().items().size(), 2U);
+    EXPECT_EQ(engine.manager().items().size(), 2U);
     view.setCurrentIndex(header());
     QTest::keyClick(&view, Qt::Key_Delete);
-    EXPECT_TRUE(workshop.manager().items().empty());
+    EXPECT_TRUE(engine.manager().items().empty());
     QTest::keyClick(&view, Qt::Key_Delete); // nothing is selected
 }
 
@@ -164,7 +164,7 @@ TEST_F(QueueButtonsTest, DeleteRemovesNothingThatNobodySelected)
     const auto expectNothingRemoved = [this](const char* why, std::size_t count = 3) {
         EXPECT_FALSE(view.selectedRow().isValid()) << why;
         QTest::keyClick(&view, Qt::Key_Delete);
-        EXPECT_EQ(workshop.manager().items().size(), count) << why;
+        EXPECT_EQ(engine.manager().items().size(), count) << why;
     };
     QTest::keyClick(&view, Qt::Key_Tab); // the focus comes back by the keyboard, and a row with it
     view.setFocus(Qt::TabFocusReason);
@@ -179,7 +179,7 @@ TEST_F(QueueButtonsTest, DeleteRemovesNothingThatNobodySelected)
     EXPECT_EQ(view.currentIndex(), header());
     expectNothingRemoved("the group of a row that was selected");
     view.setCurrentIndex(plain());
-    workshop.manager().commands().removeItems({items[2]->id()}); // as extraction may, for instance
+    engine.manager().commands().removeItems({items[2]->id()}); // as extraction may, for instance
     turnEventLoop();
     EXPECT_TRUE(view.currentIndex().isValid());
     expectNothingRemoved("the neighbour of a row that went", 2);
@@ -189,12 +189,12 @@ TEST_F(QueueButtonsTest, ARowRemovedByItsButtonLeavesNothingSelected)
 {
     click(placeOf(rowLayout(plain()).buttons, RowButton::remove));
     turnEventLoop();
-    EXPECT_EQ(workshop.manager().items().size(), 2U);
+    EXPECT_EQ(engine.manager().items().size(), 2U);
     QTest::keyClick(&view, Qt::Key_Delete);
-    EXPECT_EQ(workshop.manager().items().size(), 2U);
+    EXPECT_EQ(engine.manager().items().size(), 2U);
     QTest::keyClick(&view, Qt::Key_Space); // selects the current one
     QTest::keyClick(&view, Qt::Key_Delete);
-    EXPECT_LT(workshop.manager().items().size(), 2U);
+    EXPECT_LT(engine.manager().items().size(), 2U);
 }
 
 TEST_F(QueueButtonsTest, APressOnAHalfHiddenRowDoesNotScrollItAwayFromThePointer)
@@ -230,10 +230,10 @@ TEST_F(QueueButtonsTest, AltAndArrowsMoveTheSelectedGroup)
 {
     view.setCurrentIndex(member(1));
     QTest::keyClick(&view, Qt::Key_Down, Qt::AltModifier);
-    EXPECT_EQ(workshop.manager().items().front(), items[2]);
+    EXPECT_EQ(engine.manager().items().front(), items[2]);
     EXPECT_EQ(view.currentIndex().data(QueueModel::idRole).value<ItemId>(), items[1]->id());
     QTest::keyClick(&view, Qt::Key_Up, Qt::AltModifier);
-    EXPECT_EQ(workshop.manager().items().front(), items[0]);
+    EXPECT_EQ(engine.manager().items().front(), items[0]);
 }
 
 TEST_F(QueueButtonsTest, EverythingHasItsPlaceInTheSmallestWindow)
@@ -242,7 +242,7 @@ TEST_F(QueueButtonsTest, EverythingHasItsPlaceInTheSmallestWindow)
     items[1]->setFilename(QStringLiteral("Long.name.").repeated(20) + QStringLiteral(".part2.rar"));
     items[0]->setStatus(DownloadStatus::completed);
     items[1]->setStatus(DownloadStatus::downloading);
-    workshop.settings().language.set(AppLanguage::italian);
+    engine.settings().language.set(AppLanguage::italian);
     view.resize(520, 400); // what the smallest window leaves for the list
     turnEventLoop();
     view.expand(header()); // it is another set now

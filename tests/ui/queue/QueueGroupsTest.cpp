@@ -1,5 +1,5 @@
 #include "fixtures/EventLoop.h"
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 #include "ui/queue/tree/QueueModel.h"
 
 #include <QAbstractItemModelTester>
@@ -20,7 +20,7 @@ QString url(const QString& name)
 class QueueGroupsTest : public ::testing::Test
 {
 protected:
-    ItemPtr add(const char* name) { return workshop.add(url(QString::fromLatin1(name))); }
+    ItemPtr add(const char* name) { return engine.add(url(QString::fromLatin1(name))); }
     /// "movie[a b] c": headers with their members, and plain rows.
     QString shown() const
     {
@@ -42,8 +42,8 @@ protected:
         return model.index(row, 0).data(QueueModel::headerRole).value<HeaderContent>();
     }
 
-    fixtures::Workshop workshop;
-    QueueModel model{workshop.manager(), workshop.clock};
+    fixtures::EngineOnScript engine;
+    QueueModel model{engine.manager(), engine.clock};
     QAbstractItemModelTester tester{&model, QAbstractItemModelTester::FailureReportingMode::Fatal};
     QSignalSpy resets{&model, &QAbstractItemModel::modelReset};
     QSignalSpy changes{&model, &QAbstractItemModel::dataChanged};
@@ -51,7 +51,7 @@ protected:
 
 TEST_F(QueueGroupsTest, PartsFormOneGroupInTheOrderOfTheirNumbers)
 {
-    workshop.add({url(QStringLiteral("Movie.part10.rar")), url(QStringLiteral("Movie.part1.rar")),
+    engine.add({url(QStringLiteral("Movie.part10.rar")), url(QStringLiteral("Movie.part1.rar")),
                   url(QStringLiteral("Movie.PART2.RAR")), url(QStringLiteral("Movie.rar"))});
     EXPECT_EQ(shown(), u"Movie[Movie.part1.rar Movie.PART2.RAR Movie.part10.rar] Movie.rar");
     EXPECT_EQ(resets.count(), 0);
@@ -80,7 +80,7 @@ TEST_F(QueueGroupsTest, ALaterPartJoinsItsGroupWhereItStands)
 TEST_F(QueueGroupsTest, ANameThatIsFoundOutMakesTwoRowsOneHeader)
 {
     const auto items =
-        workshop.add({url(QStringLiteral("one")), url(QStringLiteral("between.zip")), url(QStringLiteral("two"))});
+        engine.add({url(QStringLiteral("one")), url(QStringLiteral("between.zip")), url(QStringLiteral("two"))});
     items[2]->setFilename(QStringLiteral("a.part2.rar"));
     turnEventLoop();
     EXPECT_EQ(shown(), u"one between.zip a.part2.rar");
@@ -95,7 +95,7 @@ TEST_F(QueueGroupsTest, ANameThatIsFoundOutMakesTwoRowsOneHeader)
 TEST_F(QueueGroupsTest, NamesThatAreFoundOutInOneTurnAreFollowedTogether)
 {
     const auto items =
-        workshop.add({url(QStringLiteral("one")), url(QStringLiteral("two")), url(QStringLiteral("three"))});
+        engine.add({url(QStringLiteral("one")), url(QStringLiteral("two")), url(QStringLiteral("three"))});
     for (std::size_t i = 0; i < 3; ++i)
         items[i]->setFilename(QStringLiteral("a.part%1.rar").arg(i + 1));
     turnEventLoop();
@@ -108,7 +108,7 @@ TEST_F(QueueGroupsTest, ManyNewNamesOfPlainFilesAreNoNewRows)
     QStringList urls;
     for (int i = 0; i < 50; ++i)
         urls << url(QStringLiteral("f%1").arg(i));
-    const auto items = workshop.add(urls);
+    const auto items = engine.add(urls);
     for (const ItemPtr& item : items)
         item->setFilename(item->filename() + QStringLiteral(".zip"));
     turnEventLoop();
@@ -118,14 +118,14 @@ TEST_F(QueueGroupsTest, ManyNewNamesOfPlainFilesAreNoNewRows)
 
 TEST_F(QueueGroupsTest, AGroupThatLosesAllButOneIsAPlainRow)
 {
-    const auto items = workshop.add({url(QStringLiteral("a.part1.rar")), url(QStringLiteral("a.part2.rar")),
+    const auto items = engine.add({url(QStringLiteral("a.part1.rar")), url(QStringLiteral("a.part2.rar")),
                                      url(QStringLiteral("a.part3.rar")), url(QStringLiteral("z.zip"))});
-    workshop.manager().commands().removeItems({items[1]->id()});
+    engine.manager().commands().removeItems({items[1]->id()});
     EXPECT_EQ(shown(), u"a[a.part1.rar a.part3.rar] z.zip");
-    workshop.manager().commands().removeItems({items[0]->id()});
+    engine.manager().commands().removeItems({items[0]->id()});
     EXPECT_EQ(shown(), u"a.part3.rar z.zip");
     EXPECT_EQ(model.indexOf(items[2]->id()), model.index(0, 0));
-    workshop.manager().commands().removeItems({items[2]->id()});
+    engine.manager().commands().removeItems({items[2]->id()});
     EXPECT_EQ(shown(), u"z.zip");
     EXPECT_EQ(resets.count(), 0);
 }
@@ -145,9 +145,9 @@ TEST_F(QueueGroupsTest, AHiddenRecoveryVolumeAppearsWhenItDownloadsAndGoesAgain)
 
 TEST_F(QueueGroupsTest, TheStateOfOneVolumeMayHideAnother)
 {
-    const auto items = workshop.add(
+    const auto items = engine.add(
         {url(QStringLiteral("a.part1.rar")), url(QStringLiteral("a.part2.rar")), url(QStringLiteral("a.part1.rev"))});
-    workshop.settings().downloadRevFiles.set(true);
+    engine.settings().downloadRevFiles.set(true);
     EXPECT_EQ(shown(), u"a[a.part1.rar a.part1.rev a.part2.rar]"); // volume and part 1 in the order of the queue
     items[0]->setStatus(DownloadStatus::completed);
     items[1]->setStatus(DownloadStatus::completed);
@@ -160,7 +160,7 @@ TEST_F(QueueGroupsTest, FollowsAnotherOrder)
     add("a.part1.rar");
     add("a.part2.rar");
     add("b.zip");
-    workshop.manager().commands().moveGroups({1}, 0, model.groupIds());
+    engine.manager().commands().moveGroups({1}, 0, model.groupIds());
     EXPECT_EQ(shown(), u"b.zip a[a.part1.rar a.part2.rar]");
 }
 
@@ -214,7 +214,7 @@ TEST_F(QueueGroupsTest, ANewNameShowsAtOnce)
     add("a.part1.rar");
     add("a.part2.rar");
     changes.clear();
-    workshop.manager().renameGroup(QStringLiteral("a"), QStringLiteral("My film"));
+    engine.manager().renameGroup(QStringLiteral("a"), QStringLiteral("My film"));
     EXPECT_EQ(header(0).title, u"My film");
     EXPECT_EQ(changes.count(), 1);
     EXPECT_EQ(model.index(0, 0, model.index(0, 0)).data(QueueModel::nameRole).toString(), u"a.part1.rar");
@@ -225,12 +225,12 @@ TEST_F(QueueGroupsTest, FollowsManyStepsByReadingAllAnew)
     QStringList urls;
     for (int i = 0; i < 60; ++i)
         urls << url(QStringLiteral("s%1.part%2.rar").arg(i / 3).arg(i % 3 + 1));
-    const auto items = workshop.add(urls);
+    const auto items = engine.add(urls);
     EXPECT_EQ(model.rowCount(), 20);
     QSet<ItemId> firsts;
     for (std::size_t i = 0; i < items.size(); i += 3)
         firsts << items[i]->id();
-    workshop.manager().commands().removeItems(firsts);
+    engine.manager().commands().removeItems(firsts);
     EXPECT_EQ(model.rowCount(), 20);
     EXPECT_EQ(model.rowCount(model.index(19, 0)), 2);
     EXPECT_EQ(resets.count(), 1);

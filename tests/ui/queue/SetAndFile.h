@@ -1,7 +1,7 @@
 #pragma once
 
 #include "fixtures/EventLoop.h"
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 #include "ui/FakeDesktop.h"
 #include "ui/queue/list/QueueView.h"
 #include "ui/queue/tree/QueueModel.h"
@@ -25,12 +25,12 @@ struct SetAndFile
         turnEventLoop();
     }
 
-    Workshop workshop;
+    EngineOnScript engine;
     std::vector<ItemPtr> items =
-        workshop.add({QStringLiteral("https://h.example/a.part1.rar"), QStringLiteral("https://h.example/a.part2.rar"),
+        engine.add({QStringLiteral("https://h.example/a.part1.rar"), QStringLiteral("https://h.example/a.part2.rar"),
                       QStringLiteral("https://h.example/b.zip")});
-    FakeDesktop desktop{workshop};
-    QueueModel model{workshop.manager(), workshop.clock};
+    FakeDesktop desktop{engine};
+    QueueModel model{engine.manager(), engine.clock};
     QueueView view{model, RowCommands(desktop.ports())};
 };
 

@@ -61,9 +61,9 @@ TEST_F(FolderRowTest, ALongPathIsCutInTheMiddleAndWholeInTheToolTip)
 
 TEST_F(FolderRowTest, ThePickerStartsAtTheFolderAndTakesFolders)
 {
-    settings().downloadFolderPath.set(workshop.sandbox.root());
+    settings().downloadFolderPath.set(engine.sandbox.root());
     const QFileDialog& dialog = choose(row());
-    EXPECT_EQ(dialog.directory().path(), workshop.sandbox.root());
+    EXPECT_EQ(dialog.directory().path(), engine.sandbox.root());
     EXPECT_EQ(dialog.fileMode(), QFileDialog::Directory);
     EXPECT_EQ(dialog.windowModality(), Qt::WindowModal);
     EXPECT_EQ(dialog.labelText(QFileDialog::Accept), u"Select");
@@ -82,7 +82,7 @@ TEST_F(FolderRowTest, AnOpenPickerFollowsTheLanguage)
 
 TEST_F(FolderRowTest, WhatIsPickedBecomesTheSetting)
 {
-    const QString picked = workshop.sandbox.path(QStringLiteral("picked"));
+    const QString picked = engine.sandbox.path(QStringLiteral("picked"));
     ASSERT_TRUE(QDir().mkpath(picked));
     settings().extractionFolderPath.set(QStringLiteral("/srv/other"));
     QFileDialog& dialog = choose(row());
@@ -102,7 +102,7 @@ TEST_F(FolderRowTest, ResetGoesToTheUsersDownloads)
 {
     settings().downloadFolderPath.set(QStringLiteral("/srv/new"));
     partOfRow("resetFolder").click();
-    EXPECT_EQ(settings().downloadFolderPath.value(), workshop.sandbox.folders().downloads);
+    EXPECT_EQ(settings().downloadFolderPath.value(), engine.sandbox.folders().downloads);
 }
 
 TEST_F(FolderRowTest, TheFolderButtonOpensTheFolder)

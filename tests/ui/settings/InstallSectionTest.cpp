@@ -22,7 +22,7 @@ protected:
     }
     void install(const char* tool)
     {
-        workshop.tools.add(QString::fromLatin1(tool));
+        engine.tools.add(QString::fromLatin1(tool));
         desktop.tools.look();
     }
     [[nodiscard]] QString inRow(const char* row, const char* label) const
@@ -51,7 +51,7 @@ TEST_F(InstallSectionTest, OffersEachMissingTool)
     install("unrar");
     EXPECT_FALSE(isShown("installRar"));
     EXPECT_TRUE(isShown("installSevenZip"));
-    workshop.tools.remove(QStringLiteral("unrar"));
+    engine.tools.remove(QStringLiteral("unrar"));
     install("7za");
     EXPECT_TRUE(isShown("installRar"));
     EXPECT_FALSE(isShown("installSevenZip"));

@@ -23,7 +23,7 @@ protected:
         page.resize(620, 450);
         page.show();
     }
-    [[nodiscard]] AppSettings& settings() { return workshop.settings(); }
+    [[nodiscard]] AppSettings& settings() { return engine.settings(); }
     void useItalian() { settings().language.set(AppLanguage::italian); }
 
     template <typename T = QWidget>
@@ -43,8 +43,8 @@ protected:
     void click(const char* name) const { QTest::mouseClick(&part(name), Qt::LeftButton); }
     void press(const char* name, Qt::Key key) const { QTest::keyClick(&part(name), key); }
 
-    Workshop workshop;
-    FakeDesktop desktop{workshop};
+    EngineOnScript engine;
+    FakeDesktop desktop{engine};
     SettingsView page{desktop.ports()};
 };
 

@@ -29,7 +29,7 @@ protected:
     ToolsSectionTest() { install("unzip"); }
     void install(const char* tool)
     {
-        workshop.tools.add(QString::fromLatin1(tool));
+        engine.tools.add(QString::fromLatin1(tool));
         desktop.tools.look();
     }
 };
@@ -62,7 +62,7 @@ TEST_F(ToolsSectionTest, AToolTurnsUpWhenItIsInstalled)
     install("unrar");
     EXPECT_EQ(rows().at(2), u"unrar|RAR, multi-part RAR||Available|there|");
     EXPECT_EQ(rows().at(3), u"rar|Rebuild missing volumes from .rev files||Not installed||missing");
-    workshop.tools.remove(QStringLiteral("unrar"));
+    engine.tools.remove(QStringLiteral("unrar"));
     desktop.tools.look();
     EXPECT_EQ(rows().at(2), u"unrar|RAR, multi-part RAR||Not installed||missing");
 }
@@ -70,7 +70,7 @@ TEST_F(ToolsSectionTest, AToolTurnsUpWhenItIsInstalled)
 TEST_F(ToolsSectionTest, UnzipIsAvailableOnlyWhereItIs)
 {
     EXPECT_EQ(rows().front(), u"unzip|ZIP|built-in|Available|there|");
-    workshop.tools.remove(QStringLiteral("unzip"));
+    engine.tools.remove(QStringLiteral("unzip"));
     desktop.tools.look();
     EXPECT_EQ(rows().front(), u"unzip|ZIP||Not installed||missing");
     useItalian();
@@ -84,7 +84,7 @@ TEST_F(ToolsSectionTest, AnyNameOfSevenZipWillDo)
     for (const char* name : {"7z", "7za", "7zz"}) {
         install(name);
         EXPECT_EQ(rows().at(4), u"7z / 7zz|7-Zip||Available|there|") << name;
-        workshop.tools.remove(QString::fromLatin1(name));
+        engine.tools.remove(QString::fromLatin1(name));
         desktop.tools.look();
     }
 }
@@ -92,7 +92,7 @@ TEST_F(ToolsSectionTest, AnyNameOfSevenZipWillDo)
 TEST_F(ToolsSectionTest, LooksAgainWhenThePageIsShown)
 {
     page.hide();
-    workshop.tools.add(QStringLiteral("rar"));
+    engine.tools.add(QStringLiteral("rar"));
     page.show();
     EXPECT_EQ(rows().at(3), u"rar|Rebuild missing volumes from .rev files||Available|there|");
 }

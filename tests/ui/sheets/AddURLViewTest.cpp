@@ -1,8 +1,8 @@
 #include "ui/sheets/AddURLView.h"
 
+#include "fixtures/FakeResolvers.h"
 #include "fixtures/EventLoop.h"
-#include "fixtures/Workshop.h"
-#include "ui/FakeContainers.h"
+#include "fixtures/EngineOnScript.h"
 #include "ui/Part.h"
 
 #include <QClipboard>
@@ -59,9 +59,9 @@ protected:
     void click(const char* name) { QTest::mouseClick(&button(name), Qt::LeftButton); }
     bool isOpen() const { return sheet.isVisible(); }
 
-    fixtures::Workshop workshop{fixtures::containerTables()};
+    fixtures::EngineOnScript engine{fixtures::fakeServices(std::make_shared<fixtures::ServiceLog>())};
     QWidget page;
-    AddURLView sheet{workshop.settings(), workshop.manager().resolvers(), &page};
+    AddURLView sheet{engine.settings(), engine.manager().resolvers(), &page};
     int additions = 0;
     QStringList added;
     std::optional<QString> password;
@@ -104,7 +104,7 @@ TEST_F(AddURLViewTest, CountsInBothLanguages)
     part<QPlainTextEdit>("linkEditor").setPlainText(twoHosts + QStringLiteral("\nhttps://container.example/d"));
     EXPECT_EQ(text("directCountText"), u"3 direct links");
     EXPECT_EQ(text("containerCountText"), u"2 containers");
-    workshop.settings().language.set(AppLanguage::italian);
+    engine.settings().language.set(AppLanguage::italian);
     EXPECT_EQ(text("directCountText"), u"3 link direttoi");
     EXPECT_EQ(text("containerCountText"), u"2 container");
     part<QPlainTextEdit>("linkEditor").setPlainText(QStringLiteral("https://a.example/1\nhttps://container.example/c"));
@@ -181,7 +181,7 @@ TEST_F(AddURLViewTest, AsksWhichOfSeveralHostsIsMeant)
     EXPECT_EQ(fixtures::partOf<QLabel>(button("host0"), "fileCount").text(), u"1 file");
     EXPECT_EQ(fixtures::partOf<QLabel>(button("host1"), "fileCount").text(), u"2 files");
     EXPECT_GE(sheet.width(), 420);
-    workshop.settings().language.set(AppLanguage::italian);
+    engine.settings().language.set(AppLanguage::italian);
     EXPECT_EQ(sheet.windowTitle(), u"Scegli il server di download");
     EXPECT_EQ(text("chooserText"),
               u"Questi link sono disponibili su 2 host. Scegli quello per cui hai un account premium.");
@@ -253,7 +253,7 @@ TEST_F(AddURLViewTest, SpeaksBothLanguages)
     EXPECT_EQ(text("addPrompt"), u"Paste one or more links, one per line:");
     EXPECT_EQ(text("passwordLabelText"), u"Container password (optional)");
     EXPECT_EQ(part<QLineEdit>("containerPassword").placeholderText(), u"Leave blank if not protected");
-    workshop.settings().language.set(AppLanguage::italian);
+    engine.settings().language.set(AppLanguage::italian);
     EXPECT_EQ(sheet.windowTitle(), u"Aggiungi URL");
     EXPECT_EQ(text("addPrompt"), u"Incolla uno o più link, uno per riga:");
     EXPECT_EQ(text("passwordLabelText"), u"Password container (opzionale)");

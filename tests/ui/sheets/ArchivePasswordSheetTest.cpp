@@ -1,4 +1,4 @@
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 #include "ui/Part.h"
 #include "ui/sheets/ArchivePasswordSheetView.h"
 
@@ -19,7 +19,7 @@ protected:
     void open(bool wasWrong = false, const QString& name = QStringLiteral("a.part1.rar"))
     {
         const PendingExtractionPassword pending{ItemId::make(), name, wasWrong};
-        sheet = std::make_unique<ArchivePasswordSheetView>(pending, workshop.settings(), nullptr);
+        sheet = std::make_unique<ArchivePasswordSheetView>(pending, engine.settings(), nullptr);
         confirmed = std::make_unique<QSignalSpy>(sheet.get(), &ArchivePasswordSheetView::confirmed);
         rejected = std::make_unique<QSignalSpy>(sheet.get(), &QDialog::rejected);
         sheet->show();
@@ -38,7 +38,7 @@ protected:
                 part<QPushButton>("extract").text(), part<QPushButton>("cancelPassword").text()};
     }
 
-    fixtures::Workshop workshop;
+    fixtures::EngineOnScript engine;
     std::unique_ptr<ArchivePasswordSheetView> sheet;
     std::unique_ptr<QSignalSpy> confirmed;
     std::unique_ptr<QSignalSpy> rejected;
@@ -49,7 +49,7 @@ TEST_F(ArchivePasswordSheetTest, AsksInBothLanguages)
     open();
     EXPECT_EQ(part<QLabel>("passwordTitle").text(), u"Archive Password Required");
     EXPECT_EQ(part<QLabel>("archiveName").text(), u"a.part1.rar");
-    workshop.settings().language.set(AppLanguage::italian);
+    engine.settings().language.set(AppLanguage::italian);
     EXPECT_EQ(part<QLabel>("passwordTitle").text(), u"Password archivio richiesta");
     EXPECT_EQ(field().placeholderText(), u"Password");
 }
@@ -61,7 +61,7 @@ TEST_F(ArchivePasswordSheetTest, SaysThatThePasswordWasWrongOnlyWhenItWas)
     open(true);
     EXPECT_TRUE(part<QLabel>("wrongPassword").isVisible());
     EXPECT_EQ(texts().join(u'|'), u"Wrong Password|The password you entered was incorrect. Try again.|Extract|Cancel");
-    workshop.settings().language.set(AppLanguage::italian);
+    engine.settings().language.set(AppLanguage::italian);
     EXPECT_EQ(texts().join(u'|'), u"Password errata|La password inserita non è corretta. Riprova.|Estrai|Annulla");
 }
 

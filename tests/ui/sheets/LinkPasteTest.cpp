@@ -1,7 +1,7 @@
 #include "ui/sheets/LinkPaste.h"
 
-#include "fixtures/Workshop.h"
-#include "ui/FakeContainers.h"
+#include "fixtures/FakeResolvers.h"
+#include "fixtures/EngineOnScript.h"
 
 #include <gmock/gmock.h>
 
@@ -13,7 +13,7 @@ using ::testing::ElementsAre;
 
 const ResolverTables& tables()
 {
-    static const ResolverTables all = fixtures::containerTables();
+    static const ResolverTables all = fixtures::fakeServices(std::make_shared<fixtures::ServiceLog>());
     return all;
 }
 

@@ -1,7 +1,7 @@
 #include "ui/shell/Sidebar.h"
 
 #include "fixtures/EventLoop.h"
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -34,8 +34,8 @@ protected:
         EXPECT_EQ(sidebar.page(), page);
     }
 
-    fixtures::Workshop workshop;
-    Sidebar sidebar{workshop.settings()};
+    fixtures::EngineOnScript engine;
+    Sidebar sidebar{engine.settings()};
 };
 
 TEST_F(SidebarTest, AClickWithControlLeavesThePageSelected)

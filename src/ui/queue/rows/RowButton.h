@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/groups/GroupTally.h"
+#include "ui/queue/rows/GroupTally.h"
 #include "kit/Glyph.h"
 #include "kit/Theme.h"
 

@@ -79,7 +79,7 @@ TEST_F(AccessibleQueueTest, ARowThatLeftTheQueueIsInvalidAndThenForgotten)
     const QAccessible::Id rowId = QAccessible::uniqueId(plain);
     const QAccessible::Id buttonId = QAccessible::uniqueId(remove);
     remove->actionInterface()->doAction(press);
-    EXPECT_EQ(workshop.manager().items().size(), 2U);
+    EXPECT_EQ(engine.manager().items().size(), 2U);
     EXPECT_FALSE(plain->isValid());
     EXPECT_TRUE(plain->state().invalid);
     plain->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
@@ -90,7 +90,7 @@ TEST_F(AccessibleQueueTest, ARowThatLeftTheQueueIsInvalidAndThenForgotten)
 
 TEST_F(AccessibleQueueTest, RowsAndButtonsSpeakTheLanguageOfTheProgram)
 {
-    workshop.settings().language.set(AppLanguage::italian);
+    engine.settings().language.set(AppLanguage::italian);
     EXPECT_EQ(row(1).child(0)->text(QAccessible::Name), u"Riprendi");
     EXPECT_TRUE(row(1).text(QAccessible::Name).contains(u"In pausa"));
 }

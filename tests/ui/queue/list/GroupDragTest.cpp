@@ -1,7 +1,7 @@
 #include "ui/queue/list/GroupDrag.h"
 
 #include "fixtures/EventLoop.h"
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 #include "ui/FakeDesktop.h"
 #include "ui/queue/list/QueueView.h"
 #include "ui/queue/rows/RowMetrics.h"
@@ -27,7 +27,7 @@ protected:
                          QStringLiteral("https://h.example/s.part2.rar")};
         for (int i = 0; i < 20; ++i)
             urls << QStringLiteral("https://h.example/f%1.bin").arg(i);
-        workshop.add(urls);
+        engine.add(urls);
         view.resize(600, 420);
         view.show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&view));
@@ -55,9 +55,9 @@ protected:
         return ids.replaceInStrings(QStringLiteral(".bin"), QString()).join(u' ');
     }
 
-    fixtures::Workshop workshop;
-    fixtures::FakeDesktop desktop{workshop};
-    QueueModel model{workshop.manager(), workshop.clock};
+    fixtures::EngineOnScript engine;
+    fixtures::FakeDesktop desktop{engine};
+    QueueModel model{engine.manager(), engine.clock};
     QueueView view{model, RowCommands(desktop.ports())};
 };
 
@@ -136,7 +136,7 @@ TEST_F(GroupDragTest, AFileThatLeavesTheQueueUnderWayIsNotDropped)
 {
     press(left(rect(3)));
     moveTo(left(rect(1)));
-    workshop.manager().commands().removeGroup(QStringLiteral("f2.bin"));
+    engine.manager().commands().removeGroup(QStringLiteral("f2.bin"));
     drop(left(rect(0)));
     EXPECT_EQ(order(), u"s f0 f1 f3");
 }

@@ -1,5 +1,5 @@
 #include "fixtures/EventLoop.h"
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 #include "ui/FakeDesktop.h"
 #include "ui/queue/list/QueueView.h"
 #include "ui/queue/tree/QueueModel.h"
@@ -23,7 +23,7 @@ protected:
         QStringList urls;
         for (int i = 0; i < 60; ++i)
             urls << QStringLiteral("https://h.example/s%1.part%2.rar").arg(i / 3).arg(i % 3 + 1);
-        items = workshop.add(urls);
+        items = engine.add(urls);
         view.resize(600, 400);
         view.show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&view));
@@ -34,17 +34,17 @@ protected:
         QSet<ItemId> ids;
         for (const int i : which)
             ids << items[static_cast<std::size_t>(i)]->id();
-        workshop.manager().commands().removeItems(ids);
+        engine.manager().commands().removeItems(ids);
         turnEventLoop();
     }
     QModelIndex header(const char* id) const { return model.headerOf(QString::fromLatin1(id)); }
     QModelIndex row(std::size_t item) const { return model.indexOf(items[item]->id()); }
     void select(const QModelIndex& index) { view.setCurrentIndex(index); }
 
-    fixtures::Workshop workshop;
+    fixtures::EngineOnScript engine;
     std::vector<ItemPtr> items;
-    fixtures::FakeDesktop desktop{workshop};
-    QueueModel model{workshop.manager(), workshop.clock};
+    fixtures::FakeDesktop desktop{engine};
+    QueueModel model{engine.manager(), engine.clock};
     QueueView view{model, RowCommands(desktop.ports())};
 };
 
@@ -58,7 +58,7 @@ TEST_F(PlaceKeeperTest, OpenGroupsStayOpenThroughAReset)
 {
     view.expand(header("s3"));
     view.expand(header("s19"));
-    workshop.manager().commands().moveGroups({3}, 0, model.groupIds());
+    engine.manager().commands().moveGroups({3}, 0, model.groupIds());
     turnEventLoop();
     EXPECT_EQ(header("s3").row(), 0);
     EXPECT_TRUE(view.isExpanded(header("s3")));
@@ -71,7 +71,7 @@ TEST_F(PlaceKeeperTest, AGroupThatFellApartIsOpenAgainWhenItComesBack)
     view.expand(header("s0"));
     remove({0, 1});
     EXPECT_FALSE(header("s0").isValid());
-    workshop.add(QStringLiteral("https://h.example/s0.part9.rar"));
+    engine.add(QStringLiteral("https://h.example/s0.part9.rar"));
     turnEventLoop();
     EXPECT_TRUE(view.isExpanded(header("s0")));
 }
@@ -80,7 +80,7 @@ TEST_F(PlaceKeeperTest, TheSelectedItemStaysSelectedThroughAReset)
 {
     view.expand(header("s5"));
     select(row(16));
-    workshop.manager().commands().moveGroups({5}, 18, model.groupIds());
+    engine.manager().commands().moveGroups({5}, 18, model.groupIds());
     turnEventLoop();
     EXPECT_EQ(view.currentIndex(), row(16));
     EXPECT_TRUE(view.selectionModel()->isSelected(row(16)));
@@ -89,7 +89,7 @@ TEST_F(PlaceKeeperTest, TheSelectedItemStaysSelectedThroughAReset)
 TEST_F(PlaceKeeperTest, TheSelectedHeaderStaysSelectedThroughAReset)
 {
     select(header("s7"));
-    workshop.manager().commands().moveGroups({7}, 0, model.groupIds());
+    engine.manager().commands().moveGroups({7}, 0, model.groupIds());
     turnEventLoop();
     EXPECT_EQ(view.currentIndex(), header("s7"));
     EXPECT_TRUE(view.selectionModel()->isSelected(header("s7")));
@@ -115,7 +115,7 @@ TEST_F(PlaceKeeperTest, TheOnlyOneLeftOfAnOpenGroupStaysSelected)
 
 TEST_F(PlaceKeeperTest, OfASelectedFileThatJoinsAClosedGroupTheHeaderIsCurrentAndNotSelected)
 {
-    const ItemPtr file = workshop.add(QStringLiteral("https://h.example/nameless"));
+    const ItemPtr file = engine.add(QStringLiteral("https://h.example/nameless"));
     select(model.indexOf(file->id()));
     file->setFilename(QStringLiteral("s0.part4.rar"));
     turnEventLoop();
@@ -127,7 +127,7 @@ TEST_F(PlaceKeeperTest, OfASelectedFileThatJoinsAClosedGroupTheHeaderIsCurrentAn
 TEST_F(PlaceKeeperTest, ASelectedFileThatJoinsAnOpenGroupStaysSelected)
 {
     view.expand(header("s0"));
-    const ItemPtr file = workshop.add(QStringLiteral("https://h.example/nameless"));
+    const ItemPtr file = engine.add(QStringLiteral("https://h.example/nameless"));
     select(model.indexOf(file->id()));
     file->setFilename(QStringLiteral("s0.part4.rar"));
     turnEventLoop();
@@ -169,7 +169,7 @@ TEST_F(PlaceKeeperTest, TheNeighbourOfASelectedItemThatGoesInAResetIsNotSelected
 TEST_F(PlaceKeeperTest, ARowThatWasCurrentWithoutBeingSelectedStaysSo)
 {
     view.selectionModel()->setCurrentIndex(header("s7"), QItemSelectionModel::NoUpdate);
-    workshop.manager().commands().moveGroups({7}, 0, model.groupIds());
+    engine.manager().commands().moveGroups({7}, 0, model.groupIds());
     turnEventLoop();
     EXPECT_EQ(view.currentIndex(), header("s7"));
     EXPECT_FALSE(view.selectedRow().isValid());

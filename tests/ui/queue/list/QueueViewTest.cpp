@@ -1,7 +1,7 @@
 #include "ui/queue/list/QueueView.h"
 
 #include "fixtures/EventLoop.h"
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 #include "ui/FakeDesktop.h"
 #include "ui/queue/list/QueueDelegate.h"
 #include "ui/queue/tree/QueueModel.h"
@@ -72,7 +72,7 @@ protected:
         QStringList urls;
         for (int i = 0; i < 200; ++i)
             urls << QStringLiteral("https://host.example/file%1.zip").arg(i);
-        items = workshop.add(urls);
+        items = engine.add(urls);
         view.resize(600, 400);
         view.show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&view));
@@ -80,10 +80,10 @@ protected:
     }
     QRect rowRect(int row) const { return view.visualRect(model.index(row, 0)); }
 
-    fixtures::Workshop workshop;
+    fixtures::EngineOnScript engine;
     std::vector<ItemPtr> items;
-    fixtures::FakeDesktop desktop{workshop};
-    CountingModel model{workshop.manager(), workshop.clock};
+    fixtures::FakeDesktop desktop{engine};
+    CountingModel model{engine.manager(), engine.clock};
     QueueView view{model, RowCommands(desktop.ports())};
 };
 
@@ -155,7 +155,7 @@ TEST_F(QueueViewTest, KeepsTheSelectedItemAndItsPlaceThroughAReset)
     QSet<ItemId> even;
     for (std::size_t i = 100; i < 200; i += 2)
         even << items[i]->id();
-    workshop.manager().commands().removeItems(even);
+    engine.manager().commands().removeItems(even);
     turnEventLoop();
     EXPECT_EQ(view.currentIndex().data(QueueModel::idRole).value<ItemId>(), items[151]->id());
     EXPECT_TRUE(view.selectionModel()->isSelected(view.currentIndex()));
@@ -181,7 +181,7 @@ TEST_F(QueueViewTest, ABarGlidesToItsValueAndRestsThere)
     view.repaint();
     EXPECT_TRUE(view.isMoving());
     const QImage underWay = view.viewport()->grab(rowRect(1)).toImage();
-    workshop.clock.advance(std::chrono::milliseconds(400));
+    engine.clock.advance(std::chrono::milliseconds(400));
     EXPECT_TRUE(fixtures::waitUntil([this] { return !view.isMoving(); }));
     EXPECT_NE(view.viewport()->grab(rowRect(1)).toImage(), underWay);
 }

@@ -1,7 +1,7 @@
 #include "ui/queue/list/RowCommands.h"
 
 #include "fixtures/EventLoop.h"
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 #include "ui/FakeDesktop.h"
 
 #include <gtest/gtest.h>
@@ -17,7 +17,7 @@ class RowCommandsTest : public ::testing::Test
 protected:
     ItemPtr add(const char* name, DownloadStatus::Kind status)
     {
-        const ItemPtr item = workshop.add(QStringLiteral("https://h.example/") + QString::fromLatin1(name));
+        const ItemPtr item = engine.add(QStringLiteral("https://h.example/") + QString::fromLatin1(name));
         item->setStatus(status);
         turnEventLoop();
         return item;
@@ -25,7 +25,7 @@ protected:
     DownloadGroup addSet(DownloadStatus::Kind status)
     {
         add("a.part1.rar", status);
-        return *workshop.manager().visibleGroupOf(*add("a.part2.rar", status));
+        return *engine.manager().visibleGroupOf(*add("a.part2.rar", status));
     }
     /// What becomes of an item in that state.
     S::Kind resultOf(RowButton button, S::Kind before)
@@ -33,12 +33,12 @@ protected:
         const ItemPtr item = add("a.zip", before);
         commands.run(button, item);
         const S::Kind after = item->status().kind();
-        workshop.manager().commands().removeItems({item->id()});
+        engine.manager().commands().removeItems({item->id()});
         return after;
     }
 
-    fixtures::Workshop workshop;
-    fixtures::FakeDesktop desktop{workshop};
+    fixtures::EngineOnScript engine;
+    fixtures::FakeDesktop desktop{engine};
     RowCommands commands{desktop.ports()};
 };
 
@@ -72,11 +72,11 @@ TEST_F(RowCommandsTest, RetryQueuesAFailedItemAgain)
 TEST_F(RowCommandsTest, ResyncBelievesTheDisk)
 {
     const ItemPtr item = add("a.zip", S::completed);
-    item->setLocalPath(workshop.sandbox.path(QStringLiteral("gone.zip")));
+    item->setLocalPath(engine.sandbox.path(QStringLiteral("gone.zip")));
     commands.run(RowButton::redownload, item);
     EXPECT_NE(item->status().kind(), S::completed);
     item->setStatus(S::paused);
-    workshop.sandbox.write(QStringLiteral("Downloads/a.zip"), "x");
+    engine.sandbox.write(QStringLiteral("Downloads/a.zip"), "x");
     commands.run(RowButton::resync, item);
     turnEventLoop();
     EXPECT_EQ(item->status().kind(), S::completed);
@@ -86,7 +86,7 @@ TEST_F(RowCommandsTest, RemoveTakesTheItemOut)
 {
     const ItemPtr item = add("a.zip", S::paused);
     commands.run(RowButton::remove, item);
-    EXPECT_TRUE(workshop.manager().items().empty());
+    EXPECT_TRUE(engine.manager().items().empty());
 }
 
 TEST_F(RowCommandsTest, ShowsTheFileOfAnItemThatHasOne)
@@ -101,17 +101,17 @@ TEST_F(RowCommandsTest, ShowsTheFileOfAnItemThatHasOne)
 
 TEST_F(RowCommandsTest, VerifyOfAGroupTestsItsFirstVolumeAndFetchesABadOneAgain)
 {
-    workshop.settings().autoStartDownloads.set(true);
+    engine.settings().autoStartDownloads.set(true);
     const DownloadGroup group = addSet(S::completed);
     for (std::size_t i : {0U, 1U}) {
         const QString name = group.items[i]->filename();
-        group.items[i]->setLocalPath(workshop.sandbox.write(QStringLiteral("Downloads/a/") + name, "x"));
+        group.items[i]->setLocalPath(engine.sandbox.write(QStringLiteral("Downloads/a/") + name, "x"));
     }
-    workshop.tools.add(QStringLiteral("unrar"), "echo 'Cannot find volume a.part2.rar'; exit 3");
+    engine.tools.add(QStringLiteral("unrar"), "echo 'Cannot find volume a.part2.rar'; exit 3");
     commands.run(RowButton::verifyGroup, group);
     EXPECT_TRUE(fixtures::waitUntil([&group] { return group.items[1]->status() != S::completed; }));
     EXPECT_EQ(group.items[0]->status().kind(), S::completed);
-    const QList<QStringList> calls = workshop.tools.calls(QStringLiteral("unrar"));
+    const QList<QStringList> calls = engine.tools.calls(QStringLiteral("unrar"));
     ASSERT_EQ(calls.size(), 1);
     EXPECT_EQ(calls.front().front(), u"t");
     EXPECT_EQ(calls.front().back(), *group.items[0]->localPath());
@@ -121,12 +121,12 @@ TEST_F(RowCommandsTest, StopExtractingEndsTheToolOfTheRowOrOfTheGroup)
 {
     const DownloadGroup group = addSet(S::completed);
     for (const ItemPtr& item : group.items)
-        item->setLocalPath(workshop.sandbox.write(QStringLiteral("Downloads/a/") + item->filename(), "x"));
-    workshop.tools.add(QStringLiteral("unrar"), "exec sleep 600");
+        item->setLocalPath(engine.sandbox.write(QStringLiteral("Downloads/a/") + item->filename(), "x"));
+    engine.tools.add(QStringLiteral("unrar"), "exec sleep 600");
     const auto begin = [&] {
-        const qsizetype calls = workshop.tools.calls(QStringLiteral("unrar")).size();
-        workshop.manager().commands().retryExtraction(group.items[0]->id());
-        EXPECT_TRUE(fixtures::waitUntil([&] { return workshop.tools.calls(QStringLiteral("unrar")).size() > calls; }));
+        const qsizetype calls = engine.tools.calls(QStringLiteral("unrar")).size();
+        engine.manager().commands().retryExtraction(group.items[0]->id());
+        EXPECT_TRUE(fixtures::waitUntil([&] { return engine.tools.calls(QStringLiteral("unrar")).size() > calls; }));
         EXPECT_EQ(group.items[0]->extractionStatus(), ExtractionStatus::extracting);
     };
     const auto isStopped = [&group] { return group.items[0]->extractionStatus() == ExtractionStatus::idle; };
@@ -141,8 +141,8 @@ TEST_F(RowCommandsTest, StopExtractingEndsTheToolOfTheRowOrOfTheGroup)
 TEST_F(RowCommandsTest, VerifyOfAGroupWithoutItsFirstVolumeSaysAndDoesNothing)
 {
     const DownloadGroup group = addSet(S::completed);
-    group.items[1]->setLocalPath(workshop.sandbox.write(QStringLiteral("Downloads/a/a.part2.rar"), "x"));
-    workshop.tools.add(QStringLiteral("unrar"));
+    group.items[1]->setLocalPath(engine.sandbox.write(QStringLiteral("Downloads/a/a.part2.rar"), "x"));
+    engine.tools.add(QStringLiteral("unrar"));
     commands.run(RowButton::verifyGroup, group);
     for (const ItemPtr& item : group.items)
         EXPECT_EQ(item->verification().kind, VerificationResult::none);
@@ -152,10 +152,10 @@ TEST_F(RowCommandsTest, VerifyOfAGroupWithoutItsFirstVolumeSaysAndDoesNothing)
 TEST_F(RowCommandsTest, ResyncOfAGroupIsForAllItsItems)
 {
     const DownloadGroup group = addSet(S::paused);
-    workshop.sandbox.write(QStringLiteral("Downloads/a/a.part1.rar"), "x");
+    engine.sandbox.write(QStringLiteral("Downloads/a/a.part1.rar"), "x");
     group.items[0]->setTotalBytes(1);
     group.items[1]->setStatus(S::completed);
-    group.items[1]->setLocalPath(workshop.sandbox.path(QStringLiteral("Downloads/a/a.part2.rar"))); // gone
+    group.items[1]->setLocalPath(engine.sandbox.path(QStringLiteral("Downloads/a/a.part2.rar"))); // gone
     commands.run(RowButton::resyncGroup, group);
     EXPECT_TRUE(fixtures::waitUntil(
         [&group] { return group.items[0]->status() == S::completed && group.items[1]->status() != S::completed; }));
@@ -209,8 +209,8 @@ TEST_F(RowCommandsTest, RemoveOfAGroupTakesItsHiddenVolumesToo)
     add("a.part1.rev", S::paused);
     add("b.zip", S::paused);
     commands.run(RowButton::removeGroup, group);
-    ASSERT_EQ(workshop.manager().items().size(), 1U);
-    EXPECT_EQ(workshop.manager().items().front()->filename(), u"b.zip");
+    ASSERT_EQ(engine.manager().items().size(), 1U);
+    EXPECT_EQ(engine.manager().items().front()->filename(), u"b.zip");
 }
 
 TEST_F(RowCommandsTest, AButtonOfAnotherKindOfRowDoesNothing)
@@ -218,7 +218,7 @@ TEST_F(RowCommandsTest, AButtonOfAnotherKindOfRowDoesNothing)
     const DownloadGroup group = addSet(S::paused);
     commands.run(RowButton::remove, group);
     commands.run(RowButton::removeGroup, group.items[0]);
-    EXPECT_EQ(workshop.manager().items().size(), 2U);
+    EXPECT_EQ(engine.manager().items().size(), 2U);
 }
 
 TEST_F(RowCommandsTest, GroupsMoveByOnePlaceAndStopAtTheEnds)
@@ -228,7 +228,7 @@ TEST_F(RowCommandsTest, GroupsMoveByOnePlaceAndStopAtTheEnds)
     add("c.zip", S::paused);
     const auto names = [this] {
         QString all;
-        for (const ItemPtr& item : workshop.manager().items())
+        for (const ItemPtr& item : engine.manager().items())
             all += item->filename().left(1);
         return all;
     };

@@ -61,10 +61,10 @@ TEST_F(RowMenuTest, OfAHeaderRenamesAndOffersToResetOnlyAfterThat)
     EXPECT_TRUE(before.contains(u"Rename group…"));
     EXPECT_FALSE(before.contains(u"Reset name"));
     EXPECT_EQ(before.back(), u"Remove group from list (deletes partial files)");
-    workshop.manager().renameGroup(QStringLiteral("a"), QStringLiteral("My film"));
+    engine.manager().renameGroup(QStringLiteral("a"), QStringLiteral("My film"));
     choose(header(), QStringLiteral("Reset name"));
     EXPECT_EQ(header().data(QueueModel::nameRole).toString(), u"a");
-    workshop.settings().language.set(AppLanguage::italian);
+    engine.settings().language.set(AppLanguage::italian);
     EXPECT_TRUE(menuTexts(header()).contains(u"Rinomina gruppo…"));
     EXPECT_FALSE(menuTexts(header()).contains(u"Ripristina nome"));
 }
@@ -84,18 +84,18 @@ TEST_F(RowMenuTest, MovesAGroupAndNotBeyondTheEnds)
     EXPECT_TRUE(isEnabled(plain(), u"Move Up"));
     EXPECT_FALSE(isEnabled(plain(), u"Move Down"));
     choose(plain(), QStringLiteral("Move Up"));
-    EXPECT_EQ(workshop.manager().items().front(), items[2]);
+    EXPECT_EQ(engine.manager().items().front(), items[2]);
 }
 
 TEST_F(RowMenuTest, OffersToExtractAFinishedArchiveThatNothingWasDoneWith)
 {
     EXPECT_FALSE(menuTexts(plain()).contains(u"Extract"));
-    items[2]->setLocalPath(workshop.sandbox.write(QStringLiteral("b.zip"), "x"));
+    items[2]->setLocalPath(engine.sandbox.write(QStringLiteral("b.zip"), "x"));
     items[2]->setStatus(DownloadStatus::completed);
     turnEventLoop();
     EXPECT_EQ(menuTexts(plain()).front(), u"Extract");
-    workshop.tools.add(QStringLiteral("unzip"), "exit 9");
-    workshop.tools.add(QStringLiteral("ditto"), "exit 9");
+    engine.tools.add(QStringLiteral("unzip"), "exit 9");
+    engine.tools.add(QStringLiteral("ditto"), "exit 9");
     choose(plain(), QStringLiteral("Extract"));
     EXPECT_TRUE(
         fixtures::waitUntil([this] { return items[2]->extractionStatus().kind() == ExtractionStatus::failed; }));
@@ -122,12 +122,12 @@ TEST_F(RowMenuTest, OfAWholeGroupOffersToExtractIt)
 {
     for (int part : {0, 1}) {
         items[static_cast<std::size_t>(part)]->setLocalPath(
-            workshop.sandbox.write(QStringLiteral("a/a.part%1.rar").arg(part + 1), "x"));
+            engine.sandbox.write(QStringLiteral("a/a.part%1.rar").arg(part + 1), "x"));
         EXPECT_FALSE(menuTexts(header()).contains(u"Extract"));
         items[static_cast<std::size_t>(part)]->setStatus(DownloadStatus::completed);
         turnEventLoop();
     }
-    workshop.tools.add(QStringLiteral("unrar"), "exit 3");
+    engine.tools.add(QStringLiteral("unrar"), "exit 3");
     choose(header(), QStringLiteral("Extract"));
     EXPECT_TRUE(
         fixtures::waitUntil([this] { return items[0]->extractionStatus().kind() == ExtractionStatus::failed; }));
@@ -136,7 +136,7 @@ TEST_F(RowMenuTest, OfAWholeGroupOffersToExtractIt)
 TEST_F(RowMenuTest, RunsTheCommandOnItsRowAlsoWhenThatHasMoved)
 {
     QMenu* const menu = openMenu(plain());
-    workshop.manager().commands().removeGroup(QStringLiteral("a"));
+    engine.manager().commands().removeGroup(QStringLiteral("a"));
     menu->actions().at(1)->trigger();
     EXPECT_EQ(items[2]->status().kind(), DownloadStatus::stopped);
 }

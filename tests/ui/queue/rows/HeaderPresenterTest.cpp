@@ -1,6 +1,6 @@
 #include "ui/queue/rows/HeaderPresenter.h"
 
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "ui/queue/rows/RowButton.h"
 
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 #include "kit/PlatformTexts.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 #include "ui/queue/rows/PaintedRow.h"
 
 #include <gtest/gtest.h>

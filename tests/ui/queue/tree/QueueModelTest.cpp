@@ -1,7 +1,7 @@
 #include "ui/queue/tree/QueueModel.h"
 
 #include "fixtures/EventLoop.h"
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>
@@ -33,8 +33,8 @@ protected:
     }
     QString text(int role) const { return model.index(0, 0).data(role).toString(); }
 
-    fixtures::Workshop workshop;
-    QueueModel model{workshop.manager(), workshop.clock};
+    fixtures::EngineOnScript engine;
+    QueueModel model{engine.manager(), engine.clock};
     QAbstractItemModelTester tester{&model, QAbstractItemModelTester::FailureReportingMode::Fatal};
     QSignalSpy changes{&model, &QAbstractItemModel::dataChanged};
     QSignalSpy removals{&model, &QAbstractItemModel::rowsRemoved};
@@ -43,10 +43,10 @@ protected:
 
 TEST_F(QueueModelTest, FollowsTheQueueInItsOrder)
 {
-    const auto items = workshop.add(links(4));
+    const auto items = engine.add(links(4));
     EXPECT_EQ(names(), (QStringList{QStringLiteral("file0.zip"), QStringLiteral("file1.zip"),
                                     QStringLiteral("file2.zip"), QStringLiteral("file3.zip")}));
-    workshop.manager().commands().removeItems({items[0]->id(), items[2]->id()});
+    engine.manager().commands().removeItems({items[0]->id(), items[2]->id()});
     EXPECT_EQ(names(), (QStringList{QStringLiteral("file1.zip"), QStringLiteral("file3.zip")}));
     EXPECT_EQ(model.indexOf(items[3]->id()).row(), 1);
     EXPECT_FALSE(model.indexOf(items[0]->id()).isValid());
@@ -54,18 +54,18 @@ TEST_F(QueueModelTest, FollowsTheQueueInItsOrder)
 
 TEST_F(QueueModelTest, ShowsWhatWasThereBeforeIt)
 {
-    workshop.add(links(3));
-    const QueueModel late(workshop.manager(), workshop.clock);
+    engine.add(links(3));
+    const QueueModel late(engine.manager(), engine.clock);
     EXPECT_EQ(late.rowCount(), 3);
 }
 
 TEST_F(QueueModelTest, ScatteredRemovalsAreOneReset)
 {
-    const auto items = workshop.add(links(100));
+    const auto items = engine.add(links(100));
     QSet<ItemId> every;
     for (std::size_t i = 0; i < items.size(); i += 2)
         every << items[i]->id();
-    workshop.manager().commands().removeItems(every);
+    engine.manager().commands().removeItems(every);
     EXPECT_EQ(resets.count(), 1);
     EXPECT_EQ(removals.count(), 0);
     EXPECT_EQ(model.rowCount(), 50);
@@ -74,7 +74,7 @@ TEST_F(QueueModelTest, ScatteredRemovalsAreOneReset)
 
 TEST_F(QueueModelTest, TellsAllChangesOfATurnOnceAndOnlyForTheirRows)
 {
-    const auto items = workshop.add(links(10));
+    const auto items = engine.add(links(10));
     changes.clear();
     for (int step = 1; step <= 50; ++step) {
         items[4]->setBytesReceived(step);
@@ -89,7 +89,7 @@ TEST_F(QueueModelTest, TellsAllChangesOfATurnOnceAndOnlyForTheirRows)
 
 TEST_F(QueueModelTest, NeighbouringChangesAreOneSpan)
 {
-    const auto items = workshop.add(links(10));
+    const auto items = engine.add(links(10));
     changes.clear();
     for (const std::size_t row : {8U, 2U, 3U, 4U})
         items[row]->setBytesReceived(1);
@@ -102,7 +102,7 @@ TEST_F(QueueModelTest, NeighbouringChangesAreOneSpan)
 
 TEST_F(QueueModelTest, AsksForAnotherHeightOnlyWhenTheLinesDiffer)
 {
-    const auto item = workshop.add(links(1)).front();
+    const auto item = engine.add(links(1)).front();
     const auto saysSize = [this] { return changes.last()[2].value<QList<int>>().contains(Qt::SizeHintRole); };
     item->setStatus(DownloadStatus::stopped);
     turnEventLoop();
@@ -123,10 +123,10 @@ TEST_F(QueueModelTest, AsksForAnotherHeightOnlyWhenTheLinesDiffer)
 
 TEST_F(QueueModelTest, AnItemThatGoesWhileItsChangeWaitsIsForgotten)
 {
-    const auto items = workshop.add(links(2));
+    const auto items = engine.add(links(2));
     changes.clear();
     items[1]->setBytesReceived(9);
-    workshop.manager().commands().removeItems({items[1]->id()});
+    engine.manager().commands().removeItems({items[1]->id()});
     turnEventLoop();
     EXPECT_EQ(changes.count(), 0);
 }
@@ -134,7 +134,7 @@ TEST_F(QueueModelTest, AnItemThatGoesWhileItsChangeWaitsIsForgotten)
 TEST_F(QueueModelTest, HidesRecoveryVolumesThatAreNeitherComingNorThere)
 {
     const auto items =
-        workshop.add({QStringLiteral("https://h.example/a.rar"), QStringLiteral("https://h.example/a.ReV"),
+        engine.add({QStringLiteral("https://h.example/a.rar"), QStringLiteral("https://h.example/a.ReV"),
                       QStringLiteral("https://h.example/b.rar")});
     EXPECT_EQ(names(), (QStringList{QStringLiteral("a.rar"), QStringLiteral("b.rar")}));
     items[1]->setStatus(DownloadStatus::downloading);
@@ -151,17 +151,17 @@ TEST_F(QueueModelTest, HidesRecoveryVolumesThatAreNeitherComingNorThere)
 
 TEST_F(QueueModelTest, ShowsRecoveryVolumesWhenTheyAreWanted)
 {
-    workshop.add({QStringLiteral("https://h.example/a.part1.rar"), QStringLiteral("https://h.example/a.part1.rev")});
+    engine.add({QStringLiteral("https://h.example/a.part1.rar"), QStringLiteral("https://h.example/a.part1.rev")});
     EXPECT_EQ(model.rowCount(model.index(0, 0)), 0);
-    workshop.settings().downloadRevFiles.set(true);
+    engine.settings().downloadRevFiles.set(true);
     EXPECT_EQ(model.rowCount(model.index(0, 0)), 2);
-    workshop.settings().downloadRevFiles.set(false);
+    engine.settings().downloadRevFiles.set(false);
     EXPECT_EQ(model.rowCount(model.index(0, 0)), 0);
 }
 
 TEST_F(QueueModelTest, ManyRowsMayComeToSightAtOnce)
 {
-    const auto items = workshop.add(links(40, QStringLiteral("rev")));
+    const auto items = engine.add(links(40, QStringLiteral("rev")));
     for (const ItemPtr& item : items)
         item->setStatus(DownloadStatus::downloading);
     turnEventLoop();
@@ -171,7 +171,7 @@ TEST_F(QueueModelTest, ManyRowsMayComeToSightAtOnce)
 
 TEST_F(QueueModelTest, RolesGiveFinishedValues)
 {
-    const auto item = workshop.add(links(1)).front();
+    const auto item = engine.add(links(1)).front();
     item->setStatus(DownloadStatus::downloading);
     item->setBytesReceived(1024);
     item->setTotalBytes(2048);
@@ -190,9 +190,9 @@ TEST_F(QueueModelTest, RolesGiveFinishedValues)
 
 TEST_F(QueueModelTest, ChangesItsTextsWithTheLanguage)
 {
-    workshop.add(links(3));
+    engine.add(links(3));
     changes.clear();
-    workshop.settings().language.set(AppLanguage::italian);
+    engine.settings().language.set(AppLanguage::italian);
     ASSERT_EQ(changes.count(), 1);
     EXPECT_EQ(changes[0][1].toModelIndex().row(), 2);
     EXPECT_EQ(text(QueueModel::statusTextRole), u"In pausa");

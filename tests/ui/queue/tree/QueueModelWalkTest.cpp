@@ -1,5 +1,5 @@
 #include "fixtures/EventLoop.h"
-#include "fixtures/Workshop.h"
+#include "fixtures/EngineOnScript.h"
 #include "ui/queue/tree/QueueModel.h"
 
 #include <QAbstractItemModelTester>
@@ -30,7 +30,7 @@ protected:
     }
     [[nodiscard]] ItemPtr anyItem()
     {
-        const std::vector<ItemPtr>& items = shop.manager().items();
+        const std::vector<ItemPtr>& items = engine.manager().items();
         return items.empty() ? nullptr : items[below(items.size())];
     }
     void add()
@@ -38,7 +38,7 @@ protected:
         std::vector<Link> links;
         for (std::size_t i = 0; i <= below(3); ++i)
             links.push_back(fixtures::link(QStringLiteral("http://h/%1/").arg(++m_lastLink) + anyName()));
-        shop.manager().addDirectURLs(links);
+        engine.manager().addDirectURLs(links);
     }
     void rename()
     {
@@ -48,7 +48,7 @@ protected:
     void remove()
     {
         if (const ItemPtr item = anyItem())
-            shop.manager().commands().removeItems({item->id()});
+            engine.manager().commands().removeItems({item->id()});
     }
     void changeStatus()
     {
@@ -88,14 +88,14 @@ protected:
     }
     void expectWhatTheQueueHas() const
     {
-        const std::vector<DownloadGroup> groups = shop.manager().visibleGroups();
+        const std::vector<DownloadGroup> groups = engine.manager().visibleGroups();
         ASSERT_EQ(model.rowCount(), std::ssize(groups));
         for (int row = 0; row < model.rowCount(); ++row)
             EXPECT_EQ(namesAt(row), namesOf(groups[static_cast<std::size_t>(row)])) << row;
     }
 
-    mutable fixtures::Workshop shop;
-    QueueModel model{shop.manager(), shop.clock};
+    mutable fixtures::EngineOnScript engine;
+    QueueModel model{engine.manager(), engine.clock};
     QAbstractItemModelTester tester{&model, QAbstractItemModelTester::FailureReportingMode::Fatal};
 
 private:

@@ -1,0 +1,102 @@
+#include "engine/ScriptedService.h"
+
+using namespace vormel;
+using namespace vormel::fixtures;
+
+namespace {
+
+/// Items whose host asks the user to sign in.
+class SignIn : public ScriptedService
+{};
+
+} // namespace
+
+TEST_F(SignIn, HoldsItemsBackUntilTheUserHasSignedIn)
+{
+    engine.settings().maxConcurrentDownloads.set(1);
+    const ItemPtr item = startFilestore();
+    const ItemPtr direct = engine.add(QStringLiteral("http://h/a.bin"));
+    direct->setStatus(DownloadStatus::queued);
+    answer(1, ResolverError::loginRequired(SupportedHost::filestore));
+    EXPECT_EQ(item->status(), DownloadStatus::queued);
+    EXPECT_EQ(engine.manager().questions().pendingLogin(), SupportedHost::filestore);
+    EXPECT_EQ(direct->status(), DownloadStatus::downloading);
+    engine.http.last().head(200, {{"Content-Length", "0"}});
+    engine.http.last().finish();
+    turnEventLoop();
+    EXPECT_EQ(log->resolves.size(), 2U);
+    engine.manager().questions().loginSucceeded();
+    turnEventLoop();
+    EXPECT_EQ(engine.manager().questions().pendingLogin(), std::nullopt);
+    EXPECT_EQ(log->resolves.size(), 3U);
+    EXPECT_EQ(item->status(), DownloadStatus::resolving);
+}
+
+TEST_F(SignIn, FailsTheHeldItemsWhenTheLoginIsCancelled)
+{
+    const ItemPtr item = startFilestore();
+    answer(1, ResolverError::loginRequired(SupportedHost::filestore));
+    engine.manager().questions().cancelLogin();
+    EXPECT_EQ(item->status(), DownloadStatus::failure(QStringLiteral("Authentication failed")));
+    EXPECT_EQ(engine.manager().questions().pendingLogin(), std::nullopt);
+    engine.manager().processQueue();
+    turnEventLoop();
+    EXPECT_EQ(item->status().kind(), DownloadStatus::failed);
+}
+
+TEST_F(SignIn, HasTheRecoveryVolumesFetchedAMinuteAfterTheLoginOfAPartIsCancelled)
+{
+    engine.manager().accounts().set({account(SupportedHost::filestore)});
+    const ItemPtr rev = engine.add(QStringLiteral("http://h/m.part1.rev"));
+    const ItemPtr part = engine.add(QStringLiteral("https://filestore.example/f/m.part1.rar"));
+    log->resolves[0].answer->deliver(ResolverError::unsupportedHost());
+    turnEventLoop();
+    engine.manager().commands().startItems({part});
+    turnEventLoop();
+    answer(1, ResolverError::loginRequired(SupportedHost::filestore));
+    engine.manager().questions().cancelLogin();
+    ASSERT_EQ(part->status().kind(), DownloadStatus::failed);
+    engine.clock.advance(std::chrono::minutes(1));
+    EXPECT_EQ(rev->status(), DownloadStatus::downloading);
+}
+
+TEST_F(SignIn, FailsOnlyWhatStillWaitsWhenTheLoginIsCancelled)
+{
+    engine.manager().accounts().set({account(SupportedHost::filestore)});
+    QStringList links;
+    for (int i = 0; i < 5; ++i)
+        links << QStringLiteral("https://filestore.example/f/%1").arg(i);
+    engine.settings().maxConcurrentDownloads.set(5);
+    const auto items = engine.add(links);
+    for (std::size_t i = 0; i < 5; ++i)
+        answer(i, ResolverError::authenticationFailed());
+    engine.manager().commands().startAll();
+    turnEventLoop();
+    for (std::size_t i = 5; i < 10; ++i)
+        answer(i, ResolverError::loginRequired(SupportedHost::filestore));
+    engine.manager().commands().stopItems({items[0]});
+    engine.sandbox.write(QStringLiteral("Downloads/1"), "x");
+    engine.manager().commands().resyncItems({items[1]});
+    engine.manager().commands().pauseAll();
+    engine.manager().commands().resumeItem(*items[3]);
+    items[4]->setStatus(DownloadStatus::queued);
+    engine.manager().commands().removeItems({items[4]->id()});
+    engine.manager().questions().cancelLogin();
+    EXPECT_EQ(items[0]->status(), DownloadStatus::stopped);
+    EXPECT_EQ(items[1]->status(), DownloadStatus::completed);
+    EXPECT_EQ(items[2]->status(), DownloadStatus::paused);
+    // It was tried again since, and no longer waits for that question.
+    EXPECT_EQ(items[3]->status(), DownloadStatus::queued);
+}
+
+TEST_F(SignIn, KeepsTheFirstOfTwoLoginQuestions)
+{
+    engine.manager().accounts().set({account(SupportedHost::filestore), account(SupportedHost::terabytez)});
+    engine.add({filestoreLink, QStringLiteral("https://terabytez.example/x")});
+    resolveTo(0, QStringLiteral("https://cdn.example/none"));
+    engine.manager().commands().startAll();
+    turnEventLoop();
+    answer(1, ResolverError::loginRequired(SupportedHost::filestore));
+    answer(2, ResolverError::loginRequired(SupportedHost::terabytez));
+    EXPECT_EQ(engine.manager().questions().pendingLogin(), SupportedHost::filestore);
+}

@@ -1,0 +1,260 @@
+#include "engine/queue/QueueFile.h"
+
+#include "engine/SavedQueue.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
+using namespace vormel;
+using namespace vormel::fixtures;
+
+namespace {
+
+class QueueFileTest : public SavedQueue
+{};
+
+} // namespace
+
+TEST_F(QueueFileTest, WritesTheKeysInTheirOrder)
+{
+    const ItemPtr item = engine.add(QStringLiteral("http://Host.Example/a.bin"));
+    const QString path = engine.sandbox.write(QStringLiteral("Downloads/done.bin"), "x");
+    item->setStatus(DownloadStatus::failure(QStringLiteral("why \"so\"\n")));
+    item->setResolvedURL(link(QStringLiteral("http://cdn/a.bin")));
+    item->setResolvedAt(engine.clock.wallNow());
+    item->setLocalPath(path);
+    item->setExtractionStatus(ExtractionStatus::failure(QStringLiteral("e")));
+    engine.manager().saveQueue();
+    engine.flush();
+    const QByteArray json = engine.sandbox.read(queueFile);
+    qsizetype at = -1;
+    for (const char* key :
+         {"[{\"id\":\"", "\"originalURL\":\"http://Host.Example/a.bin\"", "\"filename\":\"a.bin\"",
+          "\"statusType\":\"failed\"", R"("statusMessage":"why \"so\"\n")", "\"progress\":", "\"bytesReceived\":0",
+          "\"totalBytes\":0", "\"resolvedURL\":\"http://cdn/a.bin\"", "\"resolvedAt\":", "\"localPath\":\"file:///",
+          "\"hostName\":\"Host.Example\"", "\"extractionStatusType\":\"failed\"", "\"extractionError\":\"e\"}]"}) {
+        const qsizetype next = json.indexOf(key, at + 1);
+        EXPECT_GT(next, at) << key << " in " << json.constData();
+        at = next;
+    }
+    EXPECT_TRUE(json.contains(item->id().toString().toLatin1()));
+    EXPECT_EQ(item->id().toString(), item->id().toString().toUpper());
+}
+
+TEST_F(QueueFileTest, WritesWhateverFieldHasChangedSinceTheLastSave)
+{
+    using Change = void (*)(DownloadItem&);
+    const Change changes[] = {
+        [](DownloadItem& item) { item.setFilename(QStringLiteral("b.bin")); },
+        [](DownloadItem& item) { item.setStatus(DownloadStatus::stopped); },
+        [](DownloadItem& item) { item.setProgress(0.5); },
+        [](DownloadItem& item) { item.setBytesReceived(5); },
+        [](DownloadItem& item) { item.setTotalBytes(10); },
+        [](DownloadItem& item) { item.setResolvedURL(link(QStringLiteral("http://cdn/a"))); },
+        [](DownloadItem& item) { item.setResolvedAt(WallTime(std::chrono::hours(24))); },
+        [](DownloadItem& item) { item.setExtractionStatus(ExtractionStatus::done); },
+        [](DownloadItem& item) {
+            item.setPartPlace(PartPlace{QStringLiteral("/x/a.bin.download"), false});
+        },
+        [](DownloadItem& item) { item.setLocalPath(QStringLiteral("/")); },
+    };
+    const ItemPtr item = engine.add(QStringLiteral("http://h/a.bin"));
+    QJsonArray before = saved();
+    int number = 0;
+    for (const Change change : changes) {
+        change(*item);
+        const QJsonArray after = saved();
+        EXPECT_NE(after, before) << number++;
+        before = after;
+    }
+}
+
+TEST_F(QueueFileTest, StoresDatesInSecondsSince2001)
+{
+    const ItemPtr item = engine.add(QStringLiteral("http://h/a.bin"));
+    item->setResolvedURL(link(QStringLiteral("http://cdn/a")));
+    item->setResolvedAt(WallTime(std::chrono::seconds(978307200 + 3600)));
+    EXPECT_DOUBLE_EQ(saved()[0][QStringLiteral("resolvedAt")].toDouble(), 3600.0);
+    engine.restart();
+    EXPECT_EQ(only().resolvedAt(), WallTime(std::chrono::seconds(978307200 + 3600)));
+}
+
+TEST_F(QueueFileTest, LeavesOutWhatHasNoValue)
+{
+    engine.add(QStringLiteral("http://h/a.bin"));
+    const QJsonObject stored = saved()[0].toObject();
+    EXPECT_THAT(stored.keys(),
+                ::testing::UnorderedElementsAre(
+                    QStringLiteral("id"), QStringLiteral("originalURL"), QStringLiteral("filename"),
+                    QStringLiteral("statusType"), QStringLiteral("progress"), QStringLiteral("bytesReceived"),
+                    QStringLiteral("totalBytes"), QStringLiteral("hostName"), QStringLiteral("extractionStatusType")));
+}
+
+TEST_F(QueueFileTest, PausesWhateverWasGoingOn)
+{
+    const auto items =
+        engine.add({QStringLiteral("http://h/1"), QStringLiteral("http://h/2"), QStringLiteral("http://h/3"),
+                  QStringLiteral("http://h/4"), QStringLiteral("http://h/5")});
+    items[0]->setStatus(DownloadStatus::queued);
+    items[1]->setStatus(DownloadStatus::resolving);
+    items[2]->setStatus(DownloadStatus::downloading);
+    items[3]->setStatus(DownloadStatus::paused);
+    items[4]->setStatus(DownloadStatus::stopped);
+    const QJsonArray stored = saved();
+    for (int i = 0; i < 4; ++i)
+        EXPECT_EQ(stored[i][QStringLiteral("statusType")], QStringLiteral("paused")) << i;
+    EXPECT_EQ(stored[4][QStringLiteral("statusType")], QStringLiteral("stopped"));
+}
+
+TEST_F(QueueFileTest, ForgetsPlaceholdersOfContainers)
+{
+    const ItemPtr item = engine.add(QStringLiteral("http://h/container"));
+    item->setStatus(DownloadStatus::expanding);
+    EXPECT_TRUE(saved().isEmpty());
+}
+
+TEST_F(QueueFileTest, BringsARunningExtractionBackIdle)
+{
+    const auto items =
+        engine.add({QStringLiteral("http://h/1"), QStringLiteral("http://h/2"), QStringLiteral("http://h/3")});
+    items[0]->setExtractionStatus(ExtractionStatus::repairing);
+    items[1]->setExtractionStatus(ExtractionStatus::extracting);
+    items[2]->setExtractionStatus(ExtractionStatus::done);
+    engine.restart();
+    EXPECT_EQ(engine.manager().items()[0]->extractionStatus(), ExtractionStatus::idle);
+    EXPECT_EQ(engine.manager().items()[1]->extractionStatus(), ExtractionStatus::idle);
+    EXPECT_EQ(engine.manager().items()[2]->extractionStatus(), ExtractionStatus::done);
+}
+
+TEST_F(QueueFileTest, LeavesOutALocalPathWhereNothingStands)
+{
+    const ItemPtr item = engine.add(QStringLiteral("http://h/a.bin"));
+    item->setLocalPath(engine.sandbox.path(QStringLiteral("Downloads/a.bin")));
+    EXPECT_FALSE(saved()[0].toObject().contains(QStringLiteral("localPath")));
+    EXPECT_TRUE(item->localPath());
+    engine.sandbox.write(QStringLiteral("Downloads/a.bin"), "x");
+    EXPECT_TRUE(saved()[0].toObject().contains(QStringLiteral("localPath")));
+}
+
+TEST_F(QueueFileTest, KeepsALocalPathWithUnusualLetters)
+{
+    const ItemPtr item = engine.add(QStringLiteral("http://h/a.bin"));
+    const QString path = engine.sandbox.write(QStringLiteral("Downloads/a #%41 ü?.bin"), "x");
+    item->setStatus(DownloadStatus::completed);
+    item->setLocalPath(path);
+    engine.restart();
+    EXPECT_EQ(only().localPath(), path);
+}
+
+TEST_F(QueueFileTest, GivesAnEmptyQueueAtTheFirstStart)
+{
+    EXPECT_TRUE(engine.manager().items().empty());
+    EXPECT_FALSE(engine.sandbox.exists(queueFile + QStringLiteral(".unreadable")));
+}
+
+TEST_F(QueueFileTest, TakesTheNumbersOfAPausedItemFromItsPartFile)
+{
+    engine.sandbox.write(QStringLiteral("Downloads/x.bin.download"), QByteArray(40, 'x'));
+    restoreFrom(QJsonArray{record(QStringLiteral("http://h/x.bin"), QStringLiteral("paused"))});
+    EXPECT_EQ(only().status(), DownloadStatus::paused);
+    EXPECT_EQ(only().bytesReceived(), 40);
+    EXPECT_DOUBLE_EQ(only().progress(), 0.4);
+    EXPECT_EQ(only().hostName(), QStringLiteral("Host.Example"));
+}
+
+TEST_F(QueueFileTest, KeepsTheRecordsNumbersWithoutAPartFile)
+{
+    engine.sandbox.write(QStringLiteral("Downloads/x.bin.download"), "");
+    restoreFrom(QJsonArray{record(QStringLiteral("http://h/x.bin"), QStringLiteral("paused"))});
+    EXPECT_EQ(only().bytesReceived(), 25);
+    EXPECT_DOUBLE_EQ(only().progress(), 0.25);
+}
+
+TEST_F(QueueFileTest, KeepsTheNumbersOfAStoppedItem)
+{
+    engine.sandbox.write(QStringLiteral("Downloads/x.bin.download"), QByteArray(40, 'x'));
+    restoreFrom(QJsonArray{record(QStringLiteral("http://h/x.bin"), QStringLiteral("stopped"))});
+    EXPECT_EQ(only().status(), DownloadStatus::stopped);
+    EXPECT_EQ(only().bytesReceived(), 25);
+}
+
+TEST_F(QueueFileTest, HasNoProgressWithoutATotal)
+{
+    engine.sandbox.write(QStringLiteral("Downloads/x.bin.download"), QByteArray(40, 'x'));
+    QJsonObject unknown = record(QStringLiteral("http://h/x.bin"), QStringLiteral("paused"));
+    unknown[QStringLiteral("totalBytes")] = 0;
+    restoreFrom(QJsonArray{unknown});
+    EXPECT_EQ(only().bytesReceived(), 40);
+    EXPECT_DOUBLE_EQ(only().progress(), 0.0);
+}
+
+TEST_F(QueueFileTest, ReadsAFailureWithoutAMessage)
+{
+    restoreFrom(QJsonArray{record(QStringLiteral("http://h/x.bin"), QStringLiteral("failed"))});
+    EXPECT_EQ(only().status(), DownloadStatus::failure(QString()));
+}
+
+TEST_F(QueueFileTest, ReadsAnUnknownStatusAsPaused)
+{
+    restoreFrom(QJsonArray{record(QStringLiteral("http://h/x.bin"), QStringLiteral("levitating"))});
+    EXPECT_EQ(only().status(), DownloadStatus::paused);
+}
+
+TEST_F(QueueFileTest, KeepsTheFirstOfTwoRecordsOfOneLink)
+{
+    QJsonObject second = record(QStringLiteral("http://H/X.bin"), QStringLiteral("stopped"),
+                                QUuid::createUuid().toString(QUuid::WithoutBraces));
+    restoreFrom(QJsonArray{record(QStringLiteral("http://h/x.bin"), QStringLiteral("completed")), second});
+    ASSERT_EQ(engine.manager().items().size(), 1U);
+    EXPECT_EQ(only().status(), DownloadStatus::completed);
+}
+
+TEST_F(QueueFileTest, NormalisesLinksAsItReadsThem)
+{
+    restoreFrom(QJsonArray{record(QStringLiteral("http://h/x.bin..."), QStringLiteral("paused"))});
+    EXPECT_EQ(only().originalURL().absoluteString(), QStringLiteral("http://h/x.bin"));
+}
+
+TEST_F(QueueFileTest, StartsNothingAfterARestart)
+{
+    engine.settings().autoStartDownloads.set(true);
+    restoreFrom(QJsonArray{record(QStringLiteral("http://h/x.bin"), QStringLiteral("paused"))});
+    EXPECT_EQ(only().status(), DownloadStatus::paused);
+    EXPECT_TRUE(engine.http.exchanges().empty());
+}
+
+TEST_F(QueueFileTest, IsOnDiskWithin100Milliseconds)
+{
+    // The best of a few, as the machine may be busy with other tests.
+    qint64 best = std::numeric_limits<qint64>::max();
+    for (int i = 0; i < 5; ++i) {
+        const QByteArray name = "file" + QByteArray::number(i) + ".bin";
+        QElapsedTimer timer;
+        timer.start();
+        engine.add(QStringLiteral("http://h/") + QString::fromLatin1(name));
+        ASSERT_TRUE(waitUntil([this, &name] { return engine.sandbox.read(queueFile).contains(name); }));
+        best = std::min(best, timer.elapsed());
+    }
+    EXPECT_LT(best, 100);
+}
+
+TEST_F(QueueFileTest, BelongsToItsUserAlone)
+{
+    engine.add(QStringLiteral("http://h/x.bin"));
+    engine.flush();
+    struct stat facts = {};
+    ASSERT_EQ(::stat(QFile::encodeName(engine.sandbox.path(queueFile)).constData(), &facts), 0);
+    EXPECT_EQ(facts.st_mode & 0777U, 0600U);
+}
+
+TEST_F(QueueFileTest, MakesAMissingFolderAtTheNextSave)
+{
+    QDir(engine.sandbox.path(QStringLiteral("data"))).removeRecursively();
+    engine.add(QStringLiteral("http://h/x.bin"));
+    engine.flush();
+    EXPECT_TRUE(engine.sandbox.exists(queueFile));
+}
