@@ -12,6 +12,8 @@
 #include <array>
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::bench {
 
 namespace {
@@ -66,7 +68,7 @@ double errorOf(qint64 cap, const sites::FileServer& server)
 
 void benchCap(Report& report)
 {
-    report.note(QStringLiteral("The cap, kept by three transfers over 15 seconds:"));
+    report.note(u"The cap, kept by three transfers over 15 seconds:"_s);
     sites::FileServer server;
     for (int i = 0; i < transfers; ++i)
         server.serve("/" + std::to_string(i) + ".bin",
@@ -74,10 +76,10 @@ void benchCap(Report& report)
     double worst = 0;
     for (const qint64 cap : caps) {
         const double error = errorOf(cap, server);
-        report.note(QStringLiteral("  %1 KB/s: %2 % off").arg(cap).arg(error, 0, 'f', 2));
+        report.note(u"  %1 KB/s: %2 % off"_s.arg(cap).arg(error, 0, 'f', 2));
         worst = std::max(worst, error);
     }
-    report.add(QStringLiteral("cap_error_percent_max"), worst, 3);
+    report.add(u"cap_error_percent_max"_s, worst, 3);
 }
 
 } // namespace vormel::bench

@@ -10,6 +10,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::bench {
 
 namespace {
@@ -21,24 +23,23 @@ constexpr QLatin1StringView unpacker("/usr/bin/unrar");
 
 QDir setFolder(const QString& downloads)
 {
-    return {downloads + QStringLiteral("/film")};
+    return {downloads + u"/film"_s};
 }
 
 QString film(const QDir& folder)
 {
-    return folder.filePath(QStringLiteral("film.bin"));
+    return folder.filePath(u"film.bin"_s);
 }
 
 /// A stored set in 100 MB volumes, as if it had just come down.
 QStringList makeSet(const QDir& folder)
 {
-    folder.mkpath(QStringLiteral("."));
+    folder.mkpath(u"."_s);
     writePatternFile(film(folder), filmSize);
-    (void)costOfProgram(packer,
-                        {QStringLiteral("a"), QStringLiteral("-idq"), QStringLiteral("-m0"), QStringLiteral("-ep"),
-                         QStringLiteral("-v100m"), folder.filePath(QStringLiteral("film.rar")), film(folder)});
+    (void)costOfProgram(
+        packer, {u"a"_s, u"-idq"_s, u"-m0"_s, u"-ep"_s, u"-v100m"_s, folder.filePath(u"film.rar"_s), film(folder)});
     QStringList volumes;
-    for (const QString& name : folder.entryList({QStringLiteral("*.rar")}, QDir::Files, QDir::Name))
+    for (const QString& name : folder.entryList({u"*.rar"_s}, QDir::Files, QDir::Name))
         volumes << folder.filePath(name);
     return volumes;
 }
@@ -48,7 +49,7 @@ void furnish(const Folders& folders)
 {
     std::vector<std::shared_ptr<const QueueRecord>> records;
     for (const QString& volume : makeSet(setFolder(folders.downloads))) {
-        const QString url = QStringLiteral("http://films.example/") + QFileInfo(volume).fileName();
+        const QString url = u"http://films.example/"_s + QFileInfo(volume).fileName();
         DownloadItem item(*Link::parse(url), ItemId::make());
         item.setLocalPath(volume);
         item.setTotalBytes(QFileInfo(volume).size());
@@ -58,8 +59,8 @@ void furnish(const Folders& folders)
         records.push_back(encodeRecord(item, DownloadPaths(QString())));
     }
     QDir().mkpath(folders.applicationSupport);
-    if (!replaceWholeFile(folders.applicationSupport + QStringLiteral("/download_queue.json"), encodeQueue(records)))
-        giveUp(QStringLiteral("cannot write the queue file"));
+    if (!replaceWholeFile(folders.applicationSupport + u"/download_queue.json"_s, encodeQueue(records)))
+        giveUp(u"cannot write the queue file"_s);
 }
 
 Cost ours(DownloadManager& manager)
@@ -80,7 +81,7 @@ Cost bare(const DownloadManager& manager)
 {
     const QString first = manager.items().front()->localPath().value();
     const QStringList arguments = rarArguments(first, QFileInfo(first).path(), std::nullopt);
-    return costOfProgram(QStringLiteral("setsid"), QStringList{QStringLiteral("-w"), unpacker} + arguments);
+    return costOfProgram(u"setsid"_s, QStringList{u"-w"_s, unpacker} + arguments);
 }
 
 /// Each run writes the film anew.
@@ -91,17 +92,17 @@ void addRun(std::vector<Cost>& costs, const QDir& folder, Run run)
     settleDisk();
     costs.push_back(run());
     if (QFileInfo(film(folder)).size() != filmSize)
-        giveUp(QStringLiteral("the film was not unpacked"));
+        giveUp(u"the film was not unpacked"_s);
 }
 
 } // namespace
 
 void benchExtract(Report& report)
 {
-    report.note(QStringLiteral("Unpacking a stored set of 1 GiB, median of %1 runs in turns:").arg(rounds));
+    report.note(u"Unpacking a stored set of 1 GiB, median of %1 runs in turns:"_s.arg(rounds));
     for (const QLatin1StringView tool : {packer, unpacker}) {
         if (!QFileInfo(tool).isExecutable())
-            return report.note(QStringLiteral("  NOT MEASURED: %1 is not installed").arg(tool));
+            return report.note(u"  NOT MEASURED: %1 is not installed"_s.arg(tool));
     }
     ProgramInProfile program({}, furnish);
     const QDir folder = setFolder(program.downloads());
@@ -113,12 +114,11 @@ void benchExtract(Report& report)
     }
     const double ourWall = median(vormel).wall;
     const double bareWall = median(unrar).wall;
-    report.note(QStringLiteral("  Vormel %1 s, of which %2 s CPU of its own; unrar %3 s, %4 s CPU")
-                    .arg(ourWall, 0, 'f', 3)
+    report.note(u"  Vormel %1 s, of which %2 s CPU of its own; unrar %3 s, %4 s CPU"_s.arg(ourWall, 0, 'f', 3)
                     .arg(median(vormel).cpu, 0, 'f', 3)
                     .arg(bareWall, 0, 'f', 3)
                     .arg(median(unrar).cpu, 0, 'f', 3));
-    report.add(QStringLiteral("extract_overhead_percent"), (ourWall / bareWall - 1) * 100, 2);
+    report.add(u"extract_overhead_percent"_s, (ourWall / bareWall - 1) * 100, 2);
 }
 
 } // namespace vormel::bench

@@ -9,6 +9,8 @@
 #include <QCoreApplication>
 #include <QEvent>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::bench {
 
 namespace {
@@ -24,7 +26,7 @@ public:
         : m_list(window.findChild<QueueView*>())
     {
         if (!m_list)
-            giveUp(QStringLiteral("there is no list"));
+            giveUp(u"there is no list"_s);
         m_list->viewport()->installEventFilter(this);
         rest();
     }
@@ -87,7 +89,7 @@ void benchUpdate(Report& report, Page& page, int row)
         page.waitUntilPainted();
     };
     const auto rest = [&page] { page.rest(); };
-    const QString name = row == 0 ? QStringLiteral("group500_%1_ms") : QStringLiteral("queue10k_groups_%1_ms");
+    const QString name = row == 0 ? u"group500_%1_ms"_s : u"queue10k_groups_%1_ms"_s;
     report.add(name.arg(u"update"), medianMilliseconds(update, rest), 1);
     report.add(name.arg(u"paint"), medianMilliseconds(paint, rest));
 }
@@ -103,7 +105,7 @@ void benchStart(Report& report, DownloadManager& manager, Page& page)
         manager.commands().stopItems(volumes);
         page.rest();
     };
-    report.add(QStringLiteral("group500_start_ms"), medianMilliseconds(start, stop));
+    report.add(u"group500_start_ms"_s, medianMilliseconds(start, stop));
     stop();
 }
 
@@ -114,23 +116,24 @@ void benchReorder(Report& report, DownloadManager& manager, Page& page)
         manager.commands().moveGroups({ids.size() - 1}, 0, ids);
         page.waitUntilPainted();
     };
-    report.add(QStringLiteral("reorder10k_ms"), medianMilliseconds(moveLastToFront, [&page] { page.rest(); }));
+    report.add(u"reorder10k_ms"_s, medianMilliseconds(moveLastToFront, [&page] { page.rest(); }));
 }
 
 } // namespace
 
 void benchGroups(Report& report)
 {
-    report.note(QStringLiteral("A queue of 10,000 items, a set of 500 volumes and smaller ones among them:"));
+    report.note(u"A queue of 10,000 items, a set of 500 volumes and smaller ones among them:"_s);
     const sites::FileServer server; // has nothing; nobody outside is to be asked
     CurlHttpClient::Options network;
     network.connectTo.insert("*", "127.0.0.1:" + QByteArray::number(server.port()));
-    ProgramInProfile program(network, [](const Folders& folders) { writeLongQueueOfSets(folders, itemCount, firstSet); });
+    ProgramInProfile program(network,
+                             [](const Folders& folders) { writeLongQueueOfSets(folders, itemCount, firstSet); });
     if (program.manager().items().size() != itemCount)
-        giveUp(QStringLiteral("the queue was not restored"));
+        giveUp(u"the queue was not restored"_s);
     Page page(program.window());
     if (page.group(0).size() != firstSet)
-        giveUp(QStringLiteral("the large set is not at the top of the list"));
+        giveUp(u"the large set is not at the top of the list"_s);
     benchUpdate(report, page, 1);
     benchUpdate(report, page, 0);
     benchStart(report, program.manager(), page);

@@ -12,6 +12,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::bench {
 
 namespace {
@@ -57,7 +59,7 @@ Cost costOfProgram(const QString& program, const QStringList& arguments)
         process.setProcessChannelMode(QProcess::MergedChannels);
         process.start(program, arguments);
         if (!process.waitForFinished(-1) || process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
-            giveUp(program + QStringLiteral(" failed: ") + QString::fromLocal8Bit(process.readAll().right(500)));
+            giveUp(program + u" failed: "_s + QString::fromLocal8Bit(process.readAll().right(500)));
     });
 }
 
@@ -87,7 +89,7 @@ void turnUntil(const std::function<bool()>& condition)
     const QDeadlineTimer deadline(std::chrono::minutes(5));
     while (!condition()) {
         if (deadline.hasExpired())
-            giveUp(QStringLiteral("a condition was not reached within five minutes"));
+            giveUp(u"a condition was not reached within five minutes"_s);
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents);
     }
 }

@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::bench {
 
 void writePatternFile(const QString& path, qint64 size)
@@ -17,12 +19,12 @@ void writePatternFile(const QString& path, qint64 size)
     std::vector<char> block(blockSize);
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly))
-        giveUp(QStringLiteral("cannot write ") + path);
+        giveUp(u"cannot write "_s + path);
     for (qint64 at = 0; at < size; at += blockSize) {
         content.fill(at, block);
         const qint64 length = std::min(blockSize, size - at);
         if (file.write(block.data(), length) != length)
-            giveUp(QStringLiteral("cannot write all of ") + path);
+            giveUp(u"cannot write all of "_s + path);
     }
 }
 

@@ -7,12 +7,14 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::bench {
 
 QString scratchTemplate()
 {
-    QDir().mkpath(QStringLiteral("build/bench"));
-    return QStringLiteral("build/bench/scratch-XXXXXX");
+    QDir().mkpath(u"build/bench"_s);
+    return u"build/bench/scratch-XXXXXX"_s;
 }
 
 Folders ProgramInProfile::furnished(const QString& path, const Furnish& furnish)

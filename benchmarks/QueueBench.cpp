@@ -6,6 +6,8 @@
 
 #include <QDir>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::bench {
 
 namespace {
@@ -18,8 +20,8 @@ void fillWithOneSet(DownloadManager& manager)
     manager.settings().maxConcurrentDownloads.set(0);
     std::vector<Link> links;
     for (int i = 0; i < itemCount; ++i) {
-        const QString kind = i % 2 == 0 ? QStringLiteral("rar") : QStringLiteral("rev");
-        links.push_back(*Link::parse(QStringLiteral("https://files.example/set.part%1.%2").arg(i / 2 + 1).arg(kind)));
+        const QString kind = i % 2 == 0 ? u"rar"_s : u"rev"_s;
+        links.push_back(*Link::parse(u"https://files.example/set.part%1.%2"_s.arg(i / 2 + 1).arg(kind)));
     }
     manager.addDirectURLs(links);
     for (const ItemPtr& item : manager.items())
@@ -34,35 +36,34 @@ void benchOneSet(Report& report)
     Program program(Folders::below(QDir(directory.path()).absolutePath()));
     DownloadManager& manager = program.manager();
     fillWithOneSet(manager);
-    report.note(QStringLiteral("One set of 10,000 volumes, of which none is to be started:"));
-    report.add(QStringLiteral("set10k_pass_ms"), medianMilliseconds([&] { manager.processQueue(); }), 5);
-    report.add(QStringLiteral("set10k_groups_ms"), medianMilliseconds([&] { (void)manager.visibleGroups(); }), 20);
+    report.note(u"One set of 10,000 volumes, of which none is to be started:"_s);
+    report.add(u"set10k_pass_ms"_s, medianMilliseconds([&] { manager.processQueue(); }), 5);
+    report.add(u"set10k_groups_ms"_s, medianMilliseconds([&] { (void)manager.visibleGroups(); }), 20);
     manager.settings().maxConcurrentDownloads.set(0);
     manager.settings().autoExtract.set(false);
     const std::vector<ItemPtr> items = manager.items();
-    report.add(QStringLiteral("set10k_resync_ms"), medianMilliseconds([&] { manager.commands().resyncItems(items); }),
-               200);
+    report.add(u"set10k_resync_ms"_s, medianMilliseconds([&] { manager.commands().resyncItems(items); }), 200);
 }
 
 } // namespace
 
 void benchQueue(Report& report)
 {
-    report.note(QStringLiteral("A queue of 10,000 items:"));
+    report.note(u"A queue of 10,000 items:"_s);
     const QTemporaryDir directory(scratchTemplate());
     const Folders folders = Folders::below(QDir(directory.path()).absolutePath());
     writeLongQueue(folders, itemCount);
 
     std::unique_ptr<Program> program;
-    report.add(QStringLiteral("queue10k_restore_ms"),
+    report.add(u"queue10k_restore_ms"_s,
                medianMilliseconds([&] { program = std::make_unique<Program>(folders); }, [&] { program.reset(); }));
     DownloadManager& manager = program->manager();
     if (manager.items().size() != itemCount)
-        giveUp(QStringLiteral("the queue was not restored"));
+        giveUp(u"the queue was not restored"_s);
 
     // One item has changed since the last save, as at the end of a transfer.
     int turn = 0;
-    report.add(QStringLiteral("queue10k_save_ms"),
+    report.add(u"queue10k_save_ms"_s,
                medianMilliseconds([&] { manager.saveQueue(); },
                                   [&] {
                                       ++turn;
@@ -70,7 +71,7 @@ void benchQueue(Report& report)
                                   }),
                5);
     // The pass that finds nothing to start has to look at every item.
-    report.add(QStringLiteral("queue10k_pass_ms"), medianMilliseconds([&] { manager.processQueue(); }), 0.2);
+    report.add(u"queue10k_pass_ms"_s, medianMilliseconds([&] { manager.processQueue(); }), 0.2);
     benchOneSet(report);
 }
 

@@ -7,6 +7,8 @@
 #include <QJsonDocument>
 #include <QTextStream>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::bench {
 
 Report::Report(QString path)
@@ -19,11 +21,9 @@ Report::Report(QString path)
 void Report::add(const QString& name, double value, double reach)
 {
     m_figures.insert(name, value);
-    QString line = QStringLiteral("  %1 %2").arg(name, -32).arg(value, 10, 'f', 3);
+    QString line = u"  %1 %2"_s.arg(name, -32).arg(value, 10, 'f', 3);
     if (reach > 0)
-        line += QStringLiteral("   reach %1: %2")
-                    .arg(reach)
-                    .arg(value <= reach ? QStringLiteral("held") : QStringLiteral("MISSED"));
+        line += u"   reach %1: %2"_s.arg(reach).arg(value <= reach ? u"held"_s : u"MISSED"_s);
     note(line);
 }
 
@@ -36,7 +36,7 @@ void Report::write() const
 {
     QDir().mkpath(QFileInfo(m_path).path());
     if (!replaceWholeFile(m_path, QJsonDocument(m_figures).toJson()))
-        note(QStringLiteral("The results could not be written to ") + m_path);
+        note(u"The results could not be written to "_s + m_path);
 }
 
 } // namespace vormel::bench

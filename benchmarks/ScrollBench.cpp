@@ -13,6 +13,8 @@
 #include <algorithm>
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::bench {
 
 namespace {
@@ -69,19 +71,19 @@ void benchFrames(Report& report, QueueView& list)
     constexpr int fast = 23011; // the bar dragged: nothing of the last frame is left
     QScrollBar& bar = *list.verticalScrollBar();
     const auto by = [&bar](int step) { bar.setValue((bar.value() + step) % bar.maximum()); };
-    report.add(QStringLiteral("queue10k_scroll_frame_ms"),
+    report.add(u"queue10k_scroll_frame_ms"_s,
                slowFrame(
                    frames, [&] { by(slow); }, list),
                8);
-    report.add(QStringLiteral("queue10k_jump_frame_ms"),
+    report.add(u"queue10k_jump_frame_ms"_s,
                slowFrame(
                    frames, [&] { by(fast); }, list),
                8);
-    report.add(QStringLiteral("queue10k_key_frame_ms"),
+    report.add(u"queue10k_key_frame_ms"_s,
                slowFrame(
                    frames, [&] { press(list, Qt::Key_Down); }, list),
                8);
-    report.add(QStringLiteral("queue10k_page_frame_ms"),
+    report.add(u"queue10k_page_frame_ms"_s,
                slowFrame(
                    frames / 2, [&] { press(list, Qt::Key_PageUp); }, list),
                8);
@@ -109,21 +111,20 @@ void benchTick(Report& report, QueueView& list, const std::vector<ItemPtr>& item
             break;
         repainted += watch.painted.intersects(place) ? 1 : 0;
     }
-    report.add(QStringLiteral("tick_changed_rows"), static_cast<double>(running.size()));
-    report.add(QStringLiteral("tick_repaint_rows"), repainted, static_cast<double>(running.size()));
+    report.add(u"tick_changed_rows"_s, static_cast<double>(running.size()));
+    report.add(u"tick_repaint_rows"_s, repainted, static_cast<double>(running.size()));
 }
 
 } // namespace
 
 void benchScroll(Report& report)
 {
-    report.note(
-        QStringLiteral("A window of 980 by 640 over 10,000 rows; of all frames, the slowest but one in a hundred:"));
+    report.note(u"A window of 980 by 640 over 10,000 rows; of all frames, the slowest but one in a hundred:"_s);
     ProgramInProfile program({}, [](const Folders& folders) { writeLongQueue(folders, itemCount); });
     program.window().resize(980, 640);
     auto* const list = program.window().findChild<QueueView*>();
     if (!list || program.manager().items().size() != itemCount)
-        giveUp(QStringLiteral("the queue was not restored"));
+        giveUp(u"the queue was not restored"_s);
     rest();
     benchFrames(report, *list);
     benchTick(report, *list, program.manager().items());

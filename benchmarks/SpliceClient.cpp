@@ -11,6 +11,8 @@
 #include <array>
 #include <netinet/in.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::bench {
 
 namespace {
@@ -23,7 +25,7 @@ FileDescriptor connected(quint16 port)
     address.sin_port = htons(port);
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     if (::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0)
-        giveUp(QStringLiteral("no connection to the server"));
+        giveUp(u"no connection to the server"_s);
     return socket;
 }
 
@@ -34,7 +36,7 @@ qint64 takeHead(int socket)
     char byte = 0;
     while (!head.endsWith("\r\n\r\n")) {
         if (::read(socket, &byte, 1) != 1)
-            giveUp(QStringLiteral("the server closed inside its head"));
+            giveUp(u"the server closed inside its head"_s);
         head += byte;
     }
     const qsizetype at = head.indexOf("Content-Length: ");
@@ -48,11 +50,11 @@ void spliceToFile(quint16 port, const QByteArray& path, const QByteArray& file)
     const FileDescriptor socket = connected(port);
     const QByteArray request = "GET " + path + " HTTP/1.1\r\nHost: 127.0.0.1\r\nConnection: close\r\n\r\n";
     if (::write(socket.get(), request.constData(), static_cast<size_t>(request.size())) != request.size())
-        giveUp(QStringLiteral("the request was not taken"));
+        giveUp(u"the request was not taken"_s);
     qint64 left = takeHead(socket.get());
     std::array<int, 2> ends{};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0)
-        giveUp(QStringLiteral("no pipe"));
+        giveUp(u"no pipe"_s);
     const FileDescriptor out(ends[0]);
     const FileDescriptor in(ends[1]);
     constexpr int pipeSize = 1024 * 1024;
@@ -61,13 +63,13 @@ void spliceToFile(quint16 port, const QByteArray& path, const QByteArray& file)
     while (left > 0) {
         ssize_t taken = ::splice(socket.get(), nullptr, in.get(), nullptr, pipeSize, SPLICE_F_MOVE | SPLICE_F_MORE);
         if (taken <= 0)
-            giveUp(QStringLiteral("the body ended early"));
+            giveUp(u"the body ended early"_s);
         left -= taken;
         while (taken > 0) {
             const ssize_t given = ::splice(out.get(), nullptr, target.get(), nullptr, static_cast<size_t>(taken),
                                            SPLICE_F_MOVE | SPLICE_F_MORE);
             if (given <= 0)
-                giveUp(QStringLiteral("the file took no more"));
+                giveUp(u"the file took no more"_s);
             taken -= given;
         }
     }

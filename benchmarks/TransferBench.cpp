@@ -9,6 +9,8 @@
 #include <QDir>
 #include <QFile>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::bench {
 
 namespace {
@@ -27,10 +29,10 @@ public:
         : m_directory(scratchTemplate())
     {
         const QDir folder(QDir(m_directory.path()).absolutePath());
-        folder.mkpath(QStringLiteral("www"));
-        writePatternFile(folder.filePath(QStringLiteral("www/large.bin")), fileSize);
-        NginxServer::Options options{.folder = folder.filePath(QStringLiteral("nginx")).toStdString(),
-                                     .documentRoot = folder.filePath(QStringLiteral("www")).toStdString()};
+        folder.mkpath(u"www"_s);
+        writePatternFile(folder.filePath(u"www/large.bin"_s), fileSize);
+        NginxServer::Options options{.folder = folder.filePath(u"nginx"_s).toStdString(),
+                                     .documentRoot = folder.filePath(u"www"_s).toStdString()};
         if (certificates) {
             options.tls = certificates->valid();
             m_authority = QString::fromStdString(certificates->writeAuthority(folder.path().toStdString()).string());
@@ -41,10 +43,7 @@ public:
     [[nodiscard]] QString url() const { return QString::fromStdString(m_server->url("/large.bin")); }
     [[nodiscard]] quint16 port() const { return m_server->port(); }
     [[nodiscard]] const QString& authority() const { return m_authority; }
-    [[nodiscard]] QString target() const
-    {
-        return QDir(m_directory.path()).absoluteFilePath(QStringLiteral("fetched"));
-    }
+    [[nodiscard]] QString target() const { return QDir(m_directory.path()).absoluteFilePath(u"fetched"_s); }
 
 private:
     QTemporaryDir m_directory;
@@ -80,10 +79,8 @@ void compare(std::vector<Contender>& contenders, const Source& source, const Rep
     }
     for (const Contender& contender : contenders) {
         const Cost cost = median(contender.costs);
-        report.note(QStringLiteral("  %1 %2 s wall, %3 s CPU")
-                        .arg(contender.name, -12)
-                        .arg(cost.wall, 0, 'f', 2)
-                        .arg(cost.cpu, 0, 'f', 2));
+        report.note(
+            u"  %1 %2 s wall, %3 s CPU"_s.arg(contender.name, -12).arg(cost.wall, 0, 'f', 2).arg(cost.cpu, 0, 'f', 2));
     }
 }
 
@@ -98,30 +95,28 @@ Cost costOfNamed(const std::vector<Contender>& contenders, const QString& name)
 
 Contender curl(const Source& source)
 {
-    QStringList arguments{QStringLiteral("-s"), QStringLiteral("-o"), source.target(), source.url()};
+    QStringList arguments{u"-s"_s, u"-o"_s, source.target(), source.url()};
     if (!source.authority().isEmpty())
-        arguments =
-            QStringList{QStringLiteral("--cacert"), source.authority(), QStringLiteral("--http1.1")} + arguments;
-    return {QStringLiteral("curl"), [arguments] { return costOfProgram(QStringLiteral("curl"), arguments); }};
+        arguments = QStringList{u"--cacert"_s, source.authority(), u"--http1.1"_s} + arguments;
+    return {u"curl"_s, [arguments] { return costOfProgram(u"curl"_s, arguments); }};
 }
 
 Contender wget(const Source& source)
 {
-    const QStringList arguments{QStringLiteral("-q"), QStringLiteral("-O"), source.target(), source.url()};
-    return {QStringLiteral("wget"), [arguments] { return costOfProgram(QStringLiteral("wget"), arguments); }};
+    const QStringList arguments{u"-q"_s, u"-O"_s, source.target(), source.url()};
+    return {u"wget"_s, [arguments] { return costOfProgram(u"wget"_s, arguments); }};
 }
 
 Contender aria2(const Source& source)
 {
     const QFileInfo target(source.target());
-    const QStringList arguments{QStringLiteral("-q"), QStringLiteral("-d"), target.path(),
-                                QStringLiteral("-o"), target.fileName(),    source.url()};
-    return {QStringLiteral("aria2c"), [arguments] { return costOfProgram(QStringLiteral("aria2c"), arguments); }};
+    const QStringList arguments{u"-q"_s, u"-d"_s, target.path(), u"-o"_s, target.fileName(), source.url()};
+    return {u"aria2c"_s, [arguments] { return costOfProgram(u"aria2c"_s, arguments); }};
 }
 
 Contender splice(const Source& source)
 {
-    return {QStringLiteral("splice"), [&source] {
+    return {u"splice"_s, [&source] {
                 return costOf(
                     [&source] { spliceToFile(source.port(), "/large.bin", QFile::encodeName(source.target())); });
             }};
@@ -131,37 +126,31 @@ Contender splice(const Source& source)
 
 void benchTransfer(Report& report)
 {
-    report.note(
-        QStringLiteral("One transfer of 1 GiB from nginx on loopback, median of %1 runs in turns:").arg(rounds));
+    report.note(u"One transfer of 1 GiB from nginx on loopback, median of %1 runs in turns:"_s.arg(rounds));
     const Source source;
-    std::vector<Contender> contenders{{QStringLiteral("Vormel"), [&source] { return ours(source); }},
-                                      curl(source),
-                                      wget(source),
-                                      aria2(source),
-                                      splice(source)};
+    std::vector<Contender> contenders{
+        {u"Vormel"_s, [&source] { return ours(source); }}, curl(source), wget(source), aria2(source), splice(source)};
     compare(contenders, source, report);
-    const Cost vormel = costOfNamed(contenders, QStringLiteral("Vormel"));
+    const Cost vormel = costOfNamed(contenders, u"Vormel"_s);
     const auto wall = [&](const char* name) {
         return vormel.wall / costOfNamed(contenders, QLatin1StringView(name)).wall;
     };
-    report.add(QStringLiteral("transfer_wall_vs_curl"), wall("curl"), 0.5);
-    report.add(QStringLiteral("transfer_wall_vs_wget"), wall("wget"), 0.5);
-    report.add(QStringLiteral("transfer_wall_vs_aria2c"), wall("aria2c"), 0.5);
-    report.add(QStringLiteral("transfer_wall_vs_splice"), wall("splice"), 1.7);
-    report.add(QStringLiteral("transfer_cpu_vs_curl"), vormel.cpu / costOfNamed(contenders, QStringLiteral("curl")).cpu,
-               0.5);
+    report.add(u"transfer_wall_vs_curl"_s, wall("curl"), 0.5);
+    report.add(u"transfer_wall_vs_wget"_s, wall("wget"), 0.5);
+    report.add(u"transfer_wall_vs_aria2c"_s, wall("aria2c"), 0.5);
+    report.add(u"transfer_wall_vs_splice"_s, wall("splice"), 1.7);
+    report.add(u"transfer_cpu_vs_curl"_s, vormel.cpu / costOfNamed(contenders, u"curl"_s).cpu, 0.5);
 }
 
 void benchTransferTls(Report& report)
 {
-    report.note(QStringLiteral("The same over TLS:"));
+    report.note(u"The same over TLS:"_s);
     const TestCertificates certificates;
     const Source source(&certificates);
-    std::vector<Contender> contenders{{QStringLiteral("Vormel"), [&source] { return ours(source); }}, curl(source)};
+    std::vector<Contender> contenders{{u"Vormel"_s, [&source] { return ours(source); }}, curl(source)};
     compare(contenders, source, report);
-    const Cost vormel = costOfNamed(contenders, QStringLiteral("Vormel"));
-    report.add(QStringLiteral("transfer_tls_wall_vs_curl"),
-               vormel.wall / costOfNamed(contenders, QStringLiteral("curl")).wall, 0.5);
+    const Cost vormel = costOfNamed(contenders, u"Vormel"_s);
+    report.add(u"transfer_tls_wall_vs_curl"_s, vormel.wall / costOfNamed(contenders, u"curl"_s).wall, 0.5);
 }
 
 } // namespace vormel::bench

@@ -7,6 +7,8 @@
 #include <QElapsedTimer>
 #include <QProcess>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::bench {
 
 namespace {
@@ -30,7 +32,7 @@ Start probe(const QString& profile)
     process.start(QStringLiteral(VORMEL_WINDOW_PROBE), {profile});
     Start start;
     if (!process.waitForReadyRead(30000))
-        giveUp(QStringLiteral("the window did not appear"));
+        giveUp(u"the window did not appear"_s);
     start.milliseconds = static_cast<double>(timer.nsecsElapsed()) / 1e6;
     process.waitForFinished(30000);
     start.pssMebibytes = process.readAll().trimmed().split('\n').last().toDouble() / 1024;
@@ -53,17 +55,17 @@ Start medianStart(const QString& profile)
 
 void benchWindow(Report& report)
 {
-    report.note(QStringLiteral("From process start to the first painted frame, and memory at rest (platform %1):")
-                    .arg(qEnvironmentVariable("QT_QPA_PLATFORM", QStringLiteral("xcb"))));
+    report.note(u"From process start to the first painted frame, and memory at rest (platform %1):"_s.arg(
+        qEnvironmentVariable("QT_QPA_PLATFORM", u"xcb"_s)));
     const QTemporaryDir directory(scratchTemplate());
     const QString root = QDir(directory.path()).absolutePath();
-    writeLongQueue(Folders::below(root + QStringLiteral("/long")), 10000);
-    const Start empty = medianStart(root + QStringLiteral("/empty"));
-    const Start full = medianStart(root + QStringLiteral("/long"));
-    report.add(QStringLiteral("empty_window_ms"), empty.milliseconds);
-    report.add(QStringLiteral("queue10k_window_ms"), full.milliseconds, 150);
-    report.add(QStringLiteral("idle_pss_mib"), empty.pssMebibytes, 40);
-    report.add(QStringLiteral("queue10k_pss_mib"), full.pssMebibytes);
+    writeLongQueue(Folders::below(root + u"/long"_s), 10000);
+    const Start empty = medianStart(root + u"/empty"_s);
+    const Start full = medianStart(root + u"/long"_s);
+    report.add(u"empty_window_ms"_s, empty.milliseconds);
+    report.add(u"queue10k_window_ms"_s, full.milliseconds, 150);
+    report.add(u"idle_pss_mib"_s, empty.pssMebibytes, 40);
+    report.add(u"queue10k_pss_mib"_s, full.pssMebibytes);
 }
 
 } // namespace vormel::bench

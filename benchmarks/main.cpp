@@ -6,6 +6,8 @@
 #include <array>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 // Measures the program side by side with what a user would pick instead. Without arguments everything runs; names of
 // single benchmarks choose among them. Run from the root of the project.
 int main(int argc, char** argv)
@@ -24,7 +26,7 @@ int main(int argc, char** argv)
                                                                                {"tls", benchTransferTls},
                                                                                {"cap", benchCap}}};
     const QStringList wanted = QApplication::arguments().mid(1);
-    Report report(QStringLiteral("build/bench/results.json"));
+    Report report(u"build/bench/results.json"_s);
     for (const auto& [name, run] : benchmarks) {
         if (wanted.isEmpty() || wanted.contains(QLatin1StringView(name)))
             run(report);

@@ -16,6 +16,8 @@
 #include <algorithm>
 #include <iostream>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::demo {
 
 namespace {
@@ -72,7 +74,7 @@ int DemoProgram::present()
     const QString objection = packSets();
     introduce();
     if (!objection.isEmpty())
-        print(QStringLiteral("There are no sets of archives to be seen: %1.").arg(objection));
+        print(u"There are no sets of archives to be seen: %1."_s.arg(objection));
     Show show(m_folders, m_sites);
     show.manager().settings().maxDownloadSpeedKBps.set(capToWatchKBps);
     show.manager().addURLs(linksToWatch(), std::nullopt);
@@ -94,8 +96,7 @@ int DemoProgram::perform(const QString& output, bool mustPlayAll)
 {
     if (!hasRoom())
         return EXIT_FAILURE;
-    m_report.say(
-        QStringLiteral("Playing with servers on 127.0.0.1 in %1; screenshots go to %2").arg(m_places.home, output));
+    m_report.say(u"Playing with servers on 127.0.0.1 in %1; screenshots go to %2"_s.arg(m_places.home, output));
     prepareSets(mustPlayAll);
     play(output);
     if (m_report.allHeld())
@@ -108,10 +109,10 @@ QString DemoProgram::packSets()
 {
     const QStringList missing = missingSetTools();
     if (!missing.isEmpty())
-        return QStringLiteral("not installed: ") + missing.join(QStringLiteral(", "));
+        return u"not installed: "_s + missing.join(u", "_s);
     DemoSets sets = plannedSets();
     if (!pack(sets.spoilt, m_places.home) || !pack(sets.secret, m_places.home))
-        return QStringLiteral("rar did not make them");
+        return u"rar did not make them"_s;
     m_sites.serve(sets.spoilt);
     m_sites.serve(sets.secret);
     m_sets = std::move(sets);
@@ -123,9 +124,9 @@ void DemoProgram::prepareSets(bool mustPlayAll)
     const QString objection = packSets();
     const bool areToolsMissing = !missingSetTools().isEmpty();
     if (areToolsMissing && !mustPlayAll)
-        m_report.say(QStringLiteral("LEFT OUT: everything about sets of archives; ") + objection);
+        m_report.say(u"LEFT OUT: everything about sets of archives; "_s + objection);
     else
-        m_report.check(QStringLiteral("rar has made the sets of archives"), objection);
+        m_report.check(u"rar has made the sets of archives"_s, objection);
 }
 
 void DemoProgram::play(const QString& output)
@@ -144,24 +145,24 @@ void DemoProgram::play(const QString& output)
     bool isPlayedToEnd = false;
     QObject::connect(&script, &DemoScript::ended, &show.window(), [&] {
         isPlayedToEnd = true;
-        m_report.say(QStringLiteral("Closing the window"));
+        m_report.say(u"Closing the window"_s);
         closeAndEnd(show.window());
     });
     script.start();
     const int code = QApplication::exec();
-    m_report.check(QStringLiteral("the window was closed at the end and the program ended with it in order"),
-                   isPlayedToEnd && code == EXIT_SUCCESS ? QString() : QStringLiteral("it did not"));
-    m_report.check(QStringLiteral("the queue file lists all items after that"),
+    m_report.check(u"the window was closed at the end and the program ended with it in order"_s,
+                   isPlayedToEnd && code == EXIT_SUCCESS ? QString() : u"it did not"_s);
+    m_report.check(u"the queue file lists all items after that"_s,
                    objectionToStoredQueue(show.manager().queueFileURL(), m_sites.samples()));
 }
 
 void DemoProgram::checkNewStart()
 {
-    m_report.say(QStringLiteral("Starting the program anew"));
+    m_report.say(u"Starting the program anew"_s);
     Program program(m_folders, m_sites.network());
     const std::size_t restored = program.manager().items().size();
-    m_report.check(QStringLiteral("a new start finds the whole queue again"),
-                   restored == m_sites.samples().size() ? QString() : QStringLiteral("%1 items").arg(restored));
+    m_report.check(u"a new start finds the whole queue again"_s,
+                   restored == m_sites.samples().size() ? QString() : u"%1 items"_s.arg(restored));
 }
 
 bool DemoProgram::hasRoom() const
@@ -172,21 +173,20 @@ bool DemoProgram::hasRoom() const
     const qint64 available = std::max<qint64>(QStorageInfo(m_places.home).bytesAvailable(), 0); // -1 for no folder
     if (available >= needed)
         return true;
-    print(QStringLiteral("The demo needs %1 in %2, where %3 are free. Set TMPDIR to another folder.")
-              .arg(byteCountText(needed), QDir::tempPath(), byteCountText(available)));
+    print(u"The demo needs %1 in %2, where %3 are free. Set TMPDIR to another folder."_s.arg(
+        byteCountText(needed), QDir::tempPath(), byteCountText(available)));
     return false;
 }
 
 void DemoProgram::introduce() const
 {
-    print(QStringLiteral(
-              "Vormel with its queue filled: a large file whose connection is cut once in the middle, smaller ones,\n"
-              "a link that fails, a set of archives that has to be repaired, and one whose password is \"%3\".\n"
-              "The speed is capped so that there is time to watch.\n"
-              "Every address leads to the demo's own server on 127.0.0.1. To add a download yourself, press\n"
-              "Add URLs, paste %1 and press Start All.\n"
-              "The files lie in %2 until the window is closed, which ends the demo.")
-              .arg(m_sites.spareFile().link().absoluteString(), m_folders.downloads, plannedSets().secret.password));
+    print(u"Vormel with its queue filled: a large file whose connection is cut once in the middle, smaller ones,\n"
+          u"a link that fails, a set of archives that has to be repaired, and one whose password is \"%3\".\n"
+          u"The speed is capped so that there is time to watch.\n"
+          u"Every address leads to the demo's own server on 127.0.0.1. To add a download yourself, press\n"
+          u"Add URLs, paste %1 and press Start All.\n"
+          u"The files lie in %2 until the window is closed, which ends the demo."_s.arg(
+              m_sites.spareFile().link().absoluteString(), m_folders.downloads, plannedSets().secret.password));
 }
 
 } // namespace vormel::demo

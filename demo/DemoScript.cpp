@@ -8,6 +8,8 @@
 #include <QPixmap>
 #include <QWidget>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::demo {
 
 namespace {
@@ -83,14 +85,14 @@ void DemoScript::waitOn(const QString& missing)
     m_sinceReached.invalidate();
     if (isOver(m_sinceProgress, progressInterval)) {
         m_sinceProgress.start();
-        m_surroundings.report.say(QStringLiteral("          ") + m_surroundings.progress());
+        m_surroundings.report.say(u"          "_s + m_surroundings.progress());
     }
     if (!isOver(m_sinceBegin, step.limit))
         return;
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(step.limit).count();
-    m_surroundings.report.check(step.goal, QStringLiteral("missing after %1 s: %2").arg(seconds).arg(missing));
+    m_surroundings.report.check(step.goal, u"missing after %1 s: %2"_s.arg(seconds).arg(missing));
     for (std::size_t left = m_current + 1; left < m_steps.size(); ++left)
-        m_surroundings.report.say(QStringLiteral("not played: ") + m_steps[left].title);
+        m_surroundings.report.say(u"not played: "_s + m_steps[left].title);
     m_current = m_steps.size();
     beginStep();
 }
@@ -112,8 +114,8 @@ void DemoScript::takeScreenshot()
     if (name.isEmpty())
         return;
     const bool isSaved = pictureOf(m_surroundings.window).save(QDir(m_surroundings.output).filePath(name));
-    m_surroundings.report.check(QStringLiteral("screenshot ") + name + QStringLiteral(" is written"),
-                                isSaved ? QString() : QStringLiteral("the file could not be written"));
+    m_surroundings.report.check(u"screenshot "_s + name + u" is written"_s,
+                                isSaved ? QString() : u"the file could not be written"_s);
 }
 
 } // namespace vormel::demo

@@ -1,23 +1,25 @@
 #include "demo/DemoSets.h"
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::demo {
 
 DemoSets plannedSets()
 {
     constexpr qint64 mebibyte = qint64{1024} * 1024;
-    return {.spoilt = {.host = QStringLiteral("films.example"),
-                       .name = QStringLiteral("Holiday.Film.2024.1080p.WEB-DL.x264-DEMO"),
-                       .cleanName = QStringLiteral("Holiday Film 2024.mkv"),
+    return {.spoilt = {.host = u"films.example"_s,
+                       .name = u"Holiday.Film.2024.1080p.WEB-DL.x264-DEMO"_s,
+                       .cleanName = u"Holiday Film 2024.mkv"_s,
                        .film = sites::PatternContent(201, 34 * mebibyte),
                        .volumeBytes = 6 * mebibyte,
                        .recoveryVolumes = 2,
                        .spoilt = 2},
-            .secret = {.host = QStringLiteral("private.example"),
-                       .name = QStringLiteral("Surprise.Party.2026.720p.HDTV.x265-DEMO"),
-                       .cleanName = QStringLiteral("Surprise Party 2026.mkv"),
+            .secret = {.host = u"private.example"_s,
+                       .name = u"Surprise.Party.2026.720p.HDTV.x265-DEMO"_s,
+                       .cleanName = u"Surprise Party 2026.mkv"_s,
                        .film = sites::PatternContent(202, 60 * mebibyte),
                        .volumeBytes = 25 * mebibyte,
-                       .password = QStringLiteral("garden")}};
+                       .password = u"garden"_s}};
 }
 
 } // namespace vormel::demo

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::demo {
 
 namespace {
@@ -19,19 +21,16 @@ Sample episode(int number)
 {
     constexpr std::uint64_t firstSeed = 100;
     const qint64 size = number == episodeCount ? 9 * mebibyte + 12345 : 16 * mebibyte;
-    return {QStringLiteral("films.example"),
-            QStringLiteral("Documentary.Rivers.Of.The.Far.North.S01E0%1.1080p.WEB.H264.mkv").arg(number),
+    return {u"films.example"_s, u"Documentary.Rivers.Of.The.Far.North.S01E0%1.1080p.WEB.H264.mkv"_s.arg(number),
             PatternContent(firstSeed + static_cast<std::uint64_t>(number), size)};
 }
 
 std::vector<Sample> makeSamples()
 {
     std::vector<Sample> samples{
-        {QStringLiteral("media.example"), QStringLiteral("Coastal.Walks.Ireland.2160p.mkv"),
-         PatternContent(1, 192 * mebibyte)},
-        {QStringLiteral("photos.example"), QStringLiteral("Holiday.Slideshow.2026.mp4"),
-         PatternContent(2, 32 * mebibyte)},
-        {QStringLiteral("music.example"), QStringLiteral("Open.Air.Concert.2026.flac"), PatternContent(3, 0), true},
+        {u"media.example"_s, u"Coastal.Walks.Ireland.2160p.mkv"_s, PatternContent(1, 192 * mebibyte)},
+        {u"photos.example"_s, u"Holiday.Slideshow.2026.mp4"_s, PatternContent(2, 32 * mebibyte)},
+        {u"music.example"_s, u"Open.Air.Concert.2026.flac"_s, PatternContent(3, 0), true},
     };
     for (int number = 1; number <= episodeCount; ++number)
         samples.push_back(episode(number));
@@ -53,7 +52,7 @@ qint64 startOf(const Request& request)
 
 Link Sample::link() const
 {
-    return Link::parse(QStringLiteral("http://%1/%2").arg(host, name)).value();
+    return Link::parse(u"http://%1/%2"_s.arg(host, name)).value();
 }
 
 std::string Sample::path() const
@@ -63,8 +62,7 @@ std::string Sample::path() const
 
 DemoSites::DemoSites()
     : m_samples(makeSamples())
-    , m_spare{QStringLiteral("media.example"), QStringLiteral("Winter.Sky.Timelapse.mov"),
-              PatternContent(4, 64 * mebibyte)}
+    , m_spare{u"media.example"_s, u"Winter.Sky.Timelapse.mov"_s, PatternContent(4, 64 * mebibyte)}
 {
     for (const Sample& sample : m_samples)
         serve(sample);

@@ -7,6 +7,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::demo {
 
 namespace {
@@ -15,10 +17,10 @@ QString objectionToRecord(const QJsonObject& record, const Sample& sample)
 {
     const QString link = record.value(u"originalURL").toString();
     if (link != sample.link().absoluteString())
-        return QStringLiteral("\"%1\" is where %2 should be").arg(link, sample.name);
+        return u"\"%1\" is where %2 should be"_s.arg(link, sample.name);
     const QString status = record.value(u"statusType").toString();
     const bool isRight = status == (sample.isGone ? u"failed" : u"completed");
-    return isRight ? QString() : QStringLiteral("%1 is \"%2\"").arg(sample.name, status);
+    return isRight ? QString() : u"%1 is \"%2\""_s.arg(sample.name, status);
 }
 
 } // namespace
@@ -28,17 +30,17 @@ QString objectionToFile(const QString& path, const sites::PatternContent& source
     constexpr qint64 blockSize = 1024 * 1024;
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        return QStringLiteral("%1 cannot be read").arg(path);
+        return u"%1 cannot be read"_s.arg(path);
     if (file.size() != source.size())
-        return QStringLiteral("it has %1 bytes instead of %2").arg(file.size()).arg(source.size());
+        return u"it has %1 bytes instead of %2"_s.arg(file.size()).arg(source.size());
     qint64 offset = 0;
     while (offset < source.size()) {
         const QByteArray block = file.read(blockSize);
         if (block.isEmpty())
-            return QStringLiteral("it cannot be read from byte %1 on").arg(offset);
+            return u"it cannot be read from byte %1 on"_s.arg(offset);
         if (const auto mismatch =
                 source.firstMismatch(offset, std::span(block.constData(), static_cast<std::size_t>(block.size()))))
-            return QStringLiteral("byte %1 is another").arg(*mismatch);
+            return u"byte %1 is another"_s.arg(*mismatch);
         offset += block.size();
     }
     return {};
@@ -48,10 +50,10 @@ QString objectionToStoredQueue(const QString& path, const std::vector<Sample>& s
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        return QStringLiteral("%1 cannot be read").arg(path);
+        return u"%1 cannot be read"_s.arg(path);
     const QJsonArray records = QJsonDocument::fromJson(file.readAll()).array();
     if (records.size() != static_cast<qsizetype>(samples.size()))
-        return QStringLiteral("it lists %1 items instead of %2").arg(records.size()).arg(samples.size());
+        return u"it lists %1 items instead of %2"_s.arg(records.size()).arg(samples.size());
     for (std::size_t row = 0; row < samples.size(); ++row) {
         const QString objection = objectionToRecord(records.at(static_cast<qsizetype>(row)).toObject(), samples[row]);
         if (!objection.isEmpty())

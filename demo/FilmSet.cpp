@@ -6,6 +6,8 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::demo {
 
 namespace {
@@ -24,12 +26,11 @@ bool writeFilm(const QString& path, const sites::PatternContent& film)
 /// Stored as it is: noise does not get smaller.
 QStringList packerArguments(const FilmSet& set, const QString& archive)
 {
-    QStringList arguments{QStringLiteral("a"), QStringLiteral("-idq"), QStringLiteral("-y"), QStringLiteral("-m0"),
-                          QStringLiteral("-v%1b").arg(set.volumeBytes)};
+    QStringList arguments{u"a"_s, u"-idq"_s, u"-y"_s, u"-m0"_s, u"-v%1b"_s.arg(set.volumeBytes)};
     if (set.recoveryVolumes > 0)
-        arguments << QStringLiteral("-rv%1").arg(set.recoveryVolumes);
+        arguments << u"-rv%1"_s.arg(set.recoveryVolumes);
     if (!set.password.isEmpty())
-        arguments << QStringLiteral("-p") + set.password;
+        arguments << u"-p"_s + set.password;
     return arguments << archive << set.filmName();
 }
 
@@ -45,7 +46,7 @@ bool runPacker(const QStringList& arguments, const QString& folder)
 std::vector<FilmSet::Volume> volumesIn(const QDir& folder)
 {
     std::vector<FilmSet::Volume> volumes;
-    for (const QString& ending : {QStringLiteral("*.rar"), QStringLiteral("*.rev")}) {
+    for (const QString& ending : {u"*.rar"_s, u"*.rev"_s}) {
         for (const QString& name : folder.entryList({ending}, QDir::Files, QDir::Name)) {
             QFile file(folder.filePath(name));
             if (!file.open(QIODevice::ReadOnly))
@@ -60,12 +61,12 @@ std::vector<FilmSet::Volume> volumesIn(const QDir& folder)
 
 QString FilmSet::filmName() const
 {
-    return name + QStringLiteral(".mkv");
+    return name + u".mkv"_s;
 }
 
 Link FilmSet::link(const Volume& volume) const
 {
-    return Link::parse(QStringLiteral("http://%1/%2").arg(host, volume.name)).value();
+    return Link::parse(u"http://%1/%2"_s.arg(host, volume.name)).value();
 }
 
 std::vector<Link> FilmSet::links() const
@@ -93,11 +94,11 @@ QStringList missingSetTools()
 
 bool pack(FilmSet& set, const QString& folder)
 {
-    const QTemporaryDir scratch(QDir(folder).filePath(QStringLiteral("packing-XXXXXX")));
-    const QDir made(scratch.filePath(QStringLiteral("made")));
+    const QTemporaryDir scratch(QDir(folder).filePath(u"packing-XXXXXX"_s));
+    const QDir made(scratch.filePath(u"made"_s));
     if (!scratch.isValid() || !QDir().mkpath(made.path()) || !writeFilm(scratch.filePath(set.filmName()), set.film))
         return false;
-    const QString archive = made.filePath(set.name + QStringLiteral(".rar"));
+    const QString archive = made.filePath(set.name + u".rar"_s);
     if (!runPacker(packerArguments(set, archive), scratch.path()))
         return false;
     set.volumes = volumesIn(made);

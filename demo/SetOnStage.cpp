@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::demo {
 
 SetOnStage::SetOnStage(const Stage& stage, FilmSet set)
@@ -80,9 +82,9 @@ QString SetOnStage::objectionToGroup() const
     const auto group =
         std::find_if(groups.begin(), groups.end(), [this](const DownloadGroup& each) { return each.id == m_set.name; });
     if (group == groups.end())
-        return QStringLiteral("there is no group of that name");
+        return u"there is no group of that name"_s;
     return unless(group->items.size() == visible && items().size() == m_set.volumes.size(),
-                  QStringLiteral("%1 of %2 volumes in sight").arg(group->items.size()).arg(items().size()));
+                  u"%1 of %2 volumes in sight"_s.arg(group->items.size()).arg(items().size()));
 }
 
 QString SetOnStage::missingEnd() const
@@ -90,7 +92,7 @@ QString SetOnStage::missingEnd() const
     if (timesIn(ExtractionStatus::done) > 0)
         return objectionToFolder();
     const bool isFailed = !m_history.empty() && m_history.back() == ExtractionStatus::failed;
-    return isFailed ? m_history.back().message() : QStringLiteral("the archive is not unpacked");
+    return isFailed ? m_history.back().message() : u"the archive is not unpacked"_s;
 }
 
 QString SetOnStage::objectionToFilm() const
@@ -106,10 +108,10 @@ QString SetOnStage::objectionToFolder() const
             expected << volume.name;
     }
     if (m_set.spoilt) // what the repair replaced
-        expected << m_set.volumes[*m_set.spoilt].name + QStringLiteral(".bad");
+        expected << m_set.volumes[*m_set.spoilt].name + u".bad"_s;
     expected.sort();
     const QStringList found = filesBelow(folder());
-    return unless(found == expected, QStringLiteral("found ") + found.join(QStringLiteral(", ")));
+    return unless(found == expected, u"found "_s + found.join(u", "_s));
 }
 
 QString SetOnStage::objectionToTrash() const
@@ -117,7 +119,7 @@ QString SetOnStage::objectionToTrash() const
     const QDir trash(m_stage.trash);
     for (const FilmSet::Volume& volume : m_set.volumes) {
         if (volume.isRecovery && !trash.exists(volume.name))
-            return QStringLiteral("%1 is not in %2").arg(volume.name, trash.path());
+            return u"%1 is not in %2"_s.arg(volume.name, trash.path());
     }
     return {};
 }

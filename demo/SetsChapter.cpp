@@ -4,6 +4,8 @@
 
 #include <QTreeView>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::demo {
 
 namespace {
@@ -18,7 +20,7 @@ constexpr double shareToShow = 0.1;
 
 SetsChapter::SetsChapter(const Stage& stage, const QWidget& window, const DemoSets& sets)
     : m_stage(stage)
-    , m_list(window.findChild<QTreeView*>(QStringLiteral("queueView")))
+    , m_list(window.findChild<QTreeView*>(u"queueView"_s))
     , m_spoilt(stage, sets.spoilt)
     , m_secret(stage, sets.secret)
 {}
@@ -37,50 +39,49 @@ Step SetsChapter::add()
         m_stage.manager.settings().extractedNamesDotsToSpaces.set(true);
         add(m_spoilt.set());
     };
-    return {.title = QStringLiteral("Adding a set of archives with recovery volumes"),
+    return {.title = u"Adding a set of archives with recovery volumes"_s,
             .begin = addSet,
-            .goal = QStringLiteral("added: all volumes are one group, the recovery volumes are out of sight"),
+            .goal = u"added: all volumes are one group, the recovery volumes are out of sight"_s,
             .missing = [this] { return m_spoilt.objectionToGroup(); }};
 }
 
 Step SetsChapter::start()
 {
-    return {.title = QStringLiteral("Starting the set, slowly"),
+    return {.title = u"Starting the set, slowly"_s,
             .begin = [this] { startAll(slowKBps); },
-            .goal = QStringLiteral("downloading: several volumes at once"),
+            .goal = u"downloading: several volumes at once"_s,
             .missing = [this] { return missingUnderWay(); },
-            .screenshot = QStringLiteral("5-set-downloading.png")};
+            .screenshot = u"5-set-downloading.png"_s};
 }
 
 Step SetsChapter::open()
 {
     const auto missing = [this] {
         const bool isOpen = m_list && m_list->isExpanded(header(m_spoilt.set()));
-        return isOpen ? missingUnderWay() : QStringLiteral("the group is not open");
+        return isOpen ? missingUnderWay() : u"the group is not open"_s;
     };
-    return {.title = QStringLiteral("Opening its group in the list"),
+    return {.title = u"Opening its group in the list"_s,
             .begin = [this] { setOpen(m_spoilt.set(), true); },
-            .goal = QStringLiteral("open, and still downloading"),
+            .goal = u"open, and still downloading"_s,
             .missing = missing,
-            .screenshot = QStringLiteral("6-set-open.png")};
+            .screenshot = u"6-set-open.png"_s};
 }
 
 Step SetsChapter::fail()
 {
     const auto askedLate = [this] {
-        return unless(m_spoilt.askedForTooEarly() == 0,
-                      QStringLiteral("%1 were asked for").arg(m_spoilt.askedForTooEarly()));
+        return unless(m_spoilt.askedForTooEarly() == 0, u"%1 were asked for"_s.arg(m_spoilt.askedForTooEarly()));
     };
     const auto missing = [this] {
-        return unless(m_spoilt.timesIn(ExtractionStatus::repairing) > 0, QStringLiteral("no repair was begun"));
+        return unless(m_spoilt.timesIn(ExtractionStatus::repairing) > 0, u"no repair was begun"_s);
     };
-    return {.title = QStringLiteral("Fetching the rest; one volume turns out to be a web page"),
+    return {.title = u"Fetching the rest; one volume turns out to be a web page"_s,
             .begin = [this] { startAll(fastKBps); },
-            .goal = QStringLiteral("failing: the archive cannot be unpacked and is to be repaired"),
+            .goal = u"failing: the archive cannot be unpacked and is to be repaired"_s,
             .missing = missing,
             .settling = 0ms,
-            .checks = {{QStringLiteral("no recovery volume was asked for as long as all seemed well"), askedLate}},
-            .screenshot = QStringLiteral("7-set-failing.png")};
+            .checks = {{u"no recovery volume was asked for as long as all seemed well"_s, askedLate}},
+            .screenshot = u"7-set-failing.png"_s};
 }
 
 Step SetsChapter::repair()
@@ -88,34 +89,33 @@ Step SetsChapter::repair()
     const auto fetched = [this] {
         const std::size_t asked = m_stage.sites.recoveryVolumesAskedFor(m_spoilt.set());
         return unless(asked == static_cast<std::size_t>(m_spoilt.set().recoveryVolumes),
-                      QStringLiteral("%1 were asked for").arg(asked));
+                      u"%1 were asked for"_s.arg(asked));
     };
     const auto missing = [this] {
-        return unless(m_spoilt.timesIn(ExtractionStatus::repairing) > 1, QStringLiteral("no second repair was begun"));
+        return unless(m_spoilt.timesIn(ExtractionStatus::repairing) > 1, u"no second repair was begun"_s);
     };
-    return {.title = QStringLiteral("Fetching the recovery volumes"),
-            .goal = QStringLiteral("repairing: with the recovery volumes this time"),
+    return {.title = u"Fetching the recovery volumes"_s,
+            .goal = u"repairing: with the recovery volumes this time"_s,
             .missing = missing,
             .settling = 0ms,
-            .checks = {{QStringLiteral("all recovery volumes were fetched"), fetched}},
-            .screenshot = QStringLiteral("8-set-repairing.png")};
+            .checks = {{u"all recovery volumes were fetched"_s, fetched}},
+            .screenshot = u"8-set-repairing.png"_s};
 }
 
 Step SetsChapter::finish()
 {
     const auto withoutRecovery = [this] {
         const int left = m_spoilt.countRecoveryVolumes();
-        return unless(left == 0, QStringLiteral("%1 are left").arg(left));
+        return unless(left == 0, u"%1 are left"_s.arg(left));
     };
     const auto inTrash = [this] { return m_spoilt.objectionToTrash(); };
-    return {.title = QStringLiteral("Rebuilding the volume and unpacking the set"),
-            .goal = QStringLiteral("done: the volumes and the film with its clean name are there, and nothing else"),
+    return {.title = u"Rebuilding the volume and unpacking the set"_s,
+            .goal = u"done: the volumes and the film with its clean name are there, and nothing else"_s,
             .missing = [this] { return m_spoilt.missingEnd(); },
-            .checks = {{QStringLiteral("same bytes: ") + m_spoilt.set().cleanName,
-                        [this] { return m_spoilt.objectionToFilm(); }},
-                       {QStringLiteral("the recovery volumes are out of the queue"), withoutRecovery},
-                       {QStringLiteral("their files are in the Trash"), inTrash}},
-            .screenshot = QStringLiteral("9-set-done.png")};
+            .checks = {{u"same bytes: "_s + m_spoilt.set().cleanName, [this] { return m_spoilt.objectionToFilm(); }},
+                       {u"the recovery volumes are out of the queue"_s, withoutRecovery},
+                       {u"their files are in the Trash"_s, inTrash}},
+            .screenshot = u"9-set-done.png"_s};
 }
 
 Step SetsChapter::askPassword()
@@ -125,71 +125,69 @@ Step SetsChapter::askPassword()
         add(m_secret.set());
         startAll(fastKBps);
     };
-    return {.title = QStringLiteral("Adding and starting a set with a password"),
+    return {.title = u"Adding and starting a set with a password"_s,
             .begin = begin,
-            .goal = QStringLiteral("asked: the window wants the password"),
+            .goal = u"asked: the window wants the password"_s,
             .missing = [this] { return missingQuestion(false); },
-            .screenshot = QStringLiteral("10-password.png")};
+            .screenshot = u"10-password.png"_s};
 }
 
 Step SetsChapter::tryWrongPassword()
 {
     return {
-        .title = QStringLiteral("Answering with a wrong password"),
+        .title = u"Answering with a wrong password"_s,
         .begin = [this] { m_stage.manager.questions().submitExtractionPassword(m_secret.set().password.toUpper()); },
-        .goal = QStringLiteral("asked again: the window says that it was wrong"),
+        .goal = u"asked again: the window says that it was wrong"_s,
         .missing = [this] { return missingQuestion(true); },
-        .screenshot = QStringLiteral("11-wrong-password.png")};
+        .screenshot = u"11-wrong-password.png"_s};
 }
 
 Step SetsChapter::extract()
 {
     const auto missing = [this] {
         const int runs = m_secret.timesIn(ExtractionStatus::extracting); // the first two wanted a password
-        return unless(runs > 2, QStringLiteral("the archive is not being unpacked"));
+        return unless(runs > 2, u"the archive is not being unpacked"_s);
     };
     const auto begin = [this] {
         setOpen(m_secret.set(), true);
         m_stage.manager.questions().submitExtractionPassword(m_secret.set().password);
     };
-    return {.title = QStringLiteral("Answering with the right password"),
+    return {.title = u"Answering with the right password"_s,
             .begin = begin,
-            .goal = QStringLiteral("extracting: the archive is unpacked"),
+            .goal = u"extracting: the archive is unpacked"_s,
             .missing = missing,
             .settling = 0ms,
-            .screenshot = QStringLiteral("12-extracting.png")};
+            .screenshot = u"12-extracting.png"_s};
 }
 
 Step SetsChapter::finishSecret()
 {
-    return {.title = QStringLiteral("Unpacking the set"),
-            .goal = QStringLiteral("done: the volumes and the film with its clean name are there, and nothing else"),
+    return {.title = u"Unpacking the set"_s,
+            .goal = u"done: the volumes and the film with its clean name are there, and nothing else"_s,
             .missing = [this] { return m_secret.missingEnd(); },
-            .checks = {{QStringLiteral("same bytes: ") + m_secret.set().cleanName,
-                        [this] { return m_secret.objectionToFilm(); }}},
-            .screenshot = QStringLiteral("13-all-done.png")};
+            .checks = {{u"same bytes: "_s + m_secret.set().cleanName, [this] { return m_secret.objectionToFilm(); }}},
+            .screenshot = u"13-all-done.png"_s};
 }
 
 Step SetsChapter::clear()
 {
     const auto missing = [this] {
         const std::size_t items = m_stage.manager.items().size();
-        return unless(items == m_itemsBefore, QStringLiteral("%1 instead of %2 items").arg(items).arg(m_itemsBefore));
+        return unless(items == m_itemsBefore, u"%1 instead of %2 items"_s.arg(items).arg(m_itemsBefore));
     };
-    return {.title = QStringLiteral("Clearing what is extracted"),
+    return {.title = u"Clearing what is extracted"_s,
             .begin = [this] { m_stage.manager.commands().clearExtracted(); },
-            .goal = QStringLiteral("cleared: both sets are out of the queue, and nothing else is"),
+            .goal = u"cleared: both sets are out of the queue, and nothing else is"_s,
             .missing = missing,
-            .checks = {{QStringLiteral("the first film is still there"), [this] { return m_spoilt.objectionToFilm(); }},
-                       {QStringLiteral("so is the second"), [this] { return m_secret.objectionToFilm(); }}}};
+            .checks = {{u"the first film is still there"_s, [this] { return m_spoilt.objectionToFilm(); }},
+                       {u"so is the second"_s, [this] { return m_secret.objectionToFilm(); }}}};
 }
 
 QString SetsChapter::progress() const
 {
     constexpr double hundred = 100;
     const SetOnStage& current = m_secret.items().empty() ? m_spoilt : m_secret;
-    return QStringLiteral("%1 volumes of %2 completed, %3 at work, %4 % of the bytes")
-        .arg(current.count(DownloadStatus::completed))
+    return u"%1 volumes of %2 completed, %3 at work, %4 % of the bytes"_s.arg(current.count(DownloadStatus::completed))
         .arg(current.set().volumes.size())
         .arg(current.count(DownloadStatus::downloading))
         .arg(static_cast<int>(current.share() * hundred));
@@ -227,18 +225,18 @@ QString SetsChapter::missingUnderWay() const
 {
     const int atWork = m_spoilt.count(DownloadStatus::downloading);
     if (atWork < 2)
-        return QStringLiteral("%1 downloading instead of several").arg(atWork);
-    return unless(m_spoilt.share() >= shareToShow, QStringLiteral("only a share of %1 is here").arg(m_spoilt.share()));
+        return u"%1 downloading instead of several"_s.arg(atWork);
+    return unless(m_spoilt.share() >= shareToShow, u"only a share of %1 is here"_s.arg(m_spoilt.share()));
 }
 
 QString SetsChapter::missingQuestion(bool afterWrongPassword) const
 {
     const std::optional<PendingExtractionPassword> question = m_stage.manager.questions().pendingExtractionPassword();
     if (!question)
-        return QStringLiteral("there is no question");
+        return u"there is no question"_s;
     if (question->archiveName != m_secret.set().name)
-        return QStringLiteral("it is for ") + question->archiveName;
-    return unless(question->wasWrongPassword == afterWrongPassword, QStringLiteral("it is another question"));
+        return u"it is for "_s + question->archiveName;
+    return unless(question->wasWrongPassword == afterWrongPassword, u"it is another question"_s);
 }
 
 } // namespace vormel::demo

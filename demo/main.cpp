@@ -9,6 +9,8 @@
 
 #include <iostream>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// A proxy of the user's would be asked for the demo's addresses, which only the demo's own server knows.
@@ -22,17 +24,17 @@ void forgetProxies()
 void liveIn(const QString& folder)
 {
     if (!qEnvironmentVariableIsSet("XAUTHORITY"))
-        qputenv("XAUTHORITY", QFile::encodeName(QDir::home().filePath(QStringLiteral(".Xauthority"))));
+        qputenv("XAUTHORITY", QFile::encodeName(QDir::home().filePath(u".Xauthority"_s)));
     qputenv("HOME", QFile::encodeName(folder));
     qputenv("XDG_DATA_HOME", QFile::encodeName(folder));
 }
 
 void nameProgram()
 {
-    QApplication::setApplicationName(QStringLiteral("vormel-demo"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Vormel"));
+    QApplication::setApplicationName(u"vormel-demo"_s);
+    QApplication::setApplicationDisplayName(u"Vormel"_s);
     QApplication::setApplicationVersion(QString(vormel::programVersion));
-    QApplication::setDesktopFileName(QStringLiteral("org.vormel.Vormel"));
+    QApplication::setDesktopFileName(u"org.vormel.Vormel"_s);
 }
 
 struct Wishes
@@ -43,12 +45,12 @@ struct Wishes
 
 Wishes readCommandLine()
 {
-    const QCommandLineOption unattended(QStringLiteral("unattended"),
-                                        QStringLiteral("Play without a person, check everything and end by itself."));
-    const QCommandLineOption output(QStringLiteral("output"), QStringLiteral("Where unattended screenshots go."),
-                                    QStringLiteral("folder"), QDir::currentPath());
+    const QCommandLineOption unattended(u"unattended"_s,
+                                        u"Play without a person, check everything and end by itself."_s);
+    const QCommandLineOption output(u"output"_s, u"Where unattended screenshots go."_s, u"folder"_s,
+                                    QDir::currentPath());
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Shows Vormel at work on servers of its own on this computer."));
+    parser.setApplicationDescription(u"Shows Vormel at work on servers of its own on this computer."_s);
     parser.addHelpOption();
     parser.addOptions({unattended, output});
     parser.process(*QCoreApplication::instance());
@@ -68,7 +70,7 @@ int perform(vormel::demo::DemoProgram& demo, const QString& output)
 int main(int argc, char** argv)
 {
     forgetProxies();
-    const QTemporaryDir home(QDir::temp().filePath(QStringLiteral("vormel-demo-XXXXXX")));
+    const QTemporaryDir home(QDir::temp().filePath(u"vormel-demo-XXXXXX"_s));
     liveIn(home.path());
     vormel::TerminationSignals signalsOfTheSystem; // before any thread is started
     const QApplication application(argc, argv);
@@ -77,6 +79,6 @@ int main(int argc, char** argv)
                      &QApplication::quit);
     signalsOfTheSystem.listen();
     const Wishes wishes = readCommandLine();
-    vormel::demo::DemoProgram demo({home.path(), home.filePath(QStringLiteral("Trash/files"))});
+    vormel::demo::DemoProgram demo({home.path(), home.filePath(u"Trash/files"_s)});
     return wishes.isUnattended ? perform(demo, wishes.output) : demo.present();
 }

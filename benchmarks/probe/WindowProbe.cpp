@@ -9,6 +9,8 @@
 
 #include <chrono>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// Says so on standard output when the window has painted its first frame, and after a rest what memory the process
@@ -33,7 +35,7 @@ private:
     {
         QTextStream(stdout) << "painted" << Qt::endl;
         QTimer::singleShot(std::chrono::milliseconds(1500), this, [] {
-            QFile memory(QStringLiteral("/proc/self/smaps_rollup"));
+            QFile memory(u"/proc/self/smaps_rollup"_s);
             if (memory.open(QIODevice::ReadOnly)) {
                 for (const QByteArray& line : memory.readAll().split('\n')) {
                     if (line.startsWith("Pss:"))

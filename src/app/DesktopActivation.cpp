@@ -2,15 +2,17 @@
 
 #include <QDBusMessage>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
 
-const QString busName = QStringLiteral("org.vormel.Vormel");
-const QString objectPath = QStringLiteral("/org/vormel/Vormel");
-const QString interface = QStringLiteral("org.freedesktop.Application");
-const QString tokenOfWayland = QStringLiteral("activation-token");
-const QString tokenOfX11 = QStringLiteral("desktop-startup-id");
+const QString busName = u"org.vormel.Vormel"_s;
+const QString objectPath = u"/org/vormel/Vormel"_s;
+const QString interface = u"org.freedesktop.Application"_s;
+const QString tokenOfWayland = u"activation-token"_s;
+const QString tokenOfX11 = u"desktop-startup-id"_s;
 
 } // namespace
 
@@ -32,7 +34,7 @@ DesktopActivation::~DesktopActivation()
 bool DesktopActivation::askRunningToShow(const QDBusConnection& bus, const QString& token)
 {
     constexpr int patience = 2000;
-    QDBusMessage call = QDBusMessage::createMethodCall(busName, objectPath, interface, QStringLiteral("Activate"));
+    QDBusMessage call = QDBusMessage::createMethodCall(busName, objectPath, interface, u"Activate"_s);
     call.setAutoStartService(false);
     QVariantMap platformData;
     if (!token.isEmpty())

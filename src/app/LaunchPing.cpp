@@ -4,11 +4,13 @@
 #include "platform/http/HttpFetch.h"
 #include "platform/storage/UserDefaults.h"
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
 
-const QString doneKey = QStringLiteral("hasPingedFirstLaunch");
+const QString doneKey = u"hasPingedFirstLaunch"_s;
 
 QByteArray queryItem(const char* name, const QString& value)
 {
@@ -21,8 +23,7 @@ std::optional<QUrl> pingAddress(const LaunchPing::Facts& facts)
     QUrl url(facts.endpoint, QUrl::StrictMode);
     if (url.isEmpty() || !url.isValid())
         return std::nullopt;
-    const QByteArrayList items{queryItem("action", QStringLiteral("record_launch")),
-                               queryItem("app", QStringLiteral("Vormel")),
+    const QByteArrayList items{queryItem("action", u"record_launch"_s), queryItem("app", u"Vormel"_s),
                                queryItem("version", facts.version.value_or(QString())), queryItem("os", facts.system)};
     url.setQuery(QString::fromLatin1(items.join('&')), QUrl::StrictMode);
     return url;

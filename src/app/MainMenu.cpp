@@ -8,16 +8,18 @@
 #include <QMenu>
 #include <QMenuBar>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 MainMenu::MainMenu(const Parts& parts, QObject* parent)
     : QObject(parent)
     , m_parts(parts)
-    , m_program(addMenu(QStringLiteral("vormelMenu")))
-    , m_queue(addMenu(QStringLiteral("queueMenu")))
-    , m_selection(addMenu(QStringLiteral("selectionMenu")))
-    , m_pages(addMenu(QStringLiteral("pagesMenu")))
-    , m_help(addMenu(QStringLiteral("helpMenu")))
+    , m_program(addMenu(u"vormelMenu"_s))
+    , m_queue(addMenu(u"queueMenu"_s))
+    , m_selection(addMenu(u"selectionMenu"_s))
+    , m_pages(addMenu(u"pagesMenu"_s))
+    , m_help(addMenu(u"helpMenu"_s))
 {
     fillProgramMenu();
     fillQueueMenu();
@@ -37,11 +39,11 @@ QMenu* MainMenu::addMenu(const QString& name)
 void MainMenu::fillProgramMenu()
 {
     auto* check = new CheckForUpdatesView(m_parts.updates, this);
-    check->setObjectName(QStringLiteral("checkForUpdates"));
+    check->setObjectName(u"checkForUpdates"_s);
     m_program->addAction(check);
     m_program->addSeparator();
     m_quit = m_program->addAction(QString(), QKeySequence(Qt::CTRL | Qt::Key_Q), qApp, &QCoreApplication::quit);
-    m_quit->setObjectName(QStringLiteral("quit"));
+    m_quit->setObjectName(u"quit"_s);
     m_quit->setMenuRole(QAction::QuitRole);
 }
 
@@ -76,15 +78,15 @@ void MainMenu::fillPagesMenu()
 void MainMenu::fillHelpMenu()
 {
     // In English only, like the command for updates.
-    QAction* const help = m_help->addAction(QStringLiteral("Vormel Help"), QKeySequence(Qt::CTRL | Qt::Key_Slash), this,
-                                            &MainMenu::helpRequested);
-    help->setObjectName(QStringLiteral("vormelHelp"));
+    QAction* const help =
+        m_help->addAction(u"Vormel Help"_s, QKeySequence(Qt::CTRL | Qt::Key_Slash), this, &MainMenu::helpRequested);
+    help->setObjectName(u"vormelHelp"_s);
 }
 
 void MainMenu::bindTexts()
 {
     const AppSettings& settings = m_parts.settings;
-    m_program->setTitle(QStringLiteral("&Vormel"));
+    m_program->setTitle(u"&Vormel"_s);
     bindText(m_queue, &QMenu::setTitle, settings, {u"&Queue", u"&Coda"});
     bindText(m_selection, &QMenu::setTitle, settings, {u"&Selection", u"&Selezione"});
     bindText(m_pages, &QMenu::setTitle, settings, {u"&Go", u"V&ai"});

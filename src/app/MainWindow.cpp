@@ -16,6 +16,8 @@
 #include <QSplitter>
 #include <QStackedWidget>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 MainWindow::MainWindow(const ViewPorts& ports, Updater& updater)
@@ -28,7 +30,7 @@ MainWindow::MainWindow(const ViewPorts& ports, Updater& updater)
 {
     constexpr QSize smallest(700, 450);
     constexpr QSize usual(980, 640);
-    setObjectName(QStringLiteral("mainWindow"));
+    setObjectName(u"mainWindow"_s);
     setWindowIcon(programIcon());
     setMinimumSize(smallest);
     resize(usual);
@@ -47,7 +49,7 @@ AppSettings& MainWindow::settings() const
 
 void MainWindow::layOut()
 {
-    m_splitter->setObjectName(QStringLiteral("splitter"));
+    m_splitter->setObjectName(u"splitter"_s);
     m_splitter->setChildrenCollapsible(false);
     m_splitter->setHandleWidth(1);
     m_splitter->addWidget(m_sidebar);
@@ -106,7 +108,7 @@ QWidget* MainWindow::makePage(Page page)
 void MainWindow::showTitle()
 {
     const AppLanguage language = settings().language.value();
-    setWindowTitle(pageTitle(page(), language) + QStringLiteral(" — Vormel"));
+    setWindowTitle(pageTitle(page(), language) + u" — Vormel"_s);
 }
 
 } // namespace vormel

@@ -4,6 +4,8 @@
 
 #include <QSysInfo>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -18,7 +20,7 @@ QString ownVersion()
 Program::Program(const Folders& folders, const CurlHttpClient::Options& network, const Services& services)
     : m_downloadsFolder(folders.downloads)
     , m_http(m_clock, network)
-    , m_defaults(folders.configuration + QStringLiteral("/preferences.json"), m_fileWriter)
+    , m_defaults(folders.configuration + u"/preferences.json"_s, m_fileWriter)
     , m_launchPing(m_http, m_defaults, {services.telemetry, ownVersion(), QSysInfo::prettyProductName()})
     , m_updater(m_http, m_defaults, m_clock, QUrl(services.updateFeed), Version::parse(ownVersion()).value())
     , m_terminal(folders.runtime, qEnvironmentVariable("TERMINAL"))

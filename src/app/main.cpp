@@ -11,14 +11,16 @@
 
 #include <QApplication>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 void nameProgram()
 {
-    QApplication::setApplicationName(QStringLiteral("vormel"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Vormel"));
+    QApplication::setApplicationName(u"vormel"_s);
+    QApplication::setApplicationDisplayName(u"Vormel"_s);
     QApplication::setApplicationVersion(QString(vormel::programVersion));
-    QApplication::setDesktopFileName(QStringLiteral("org.vormel.Vormel"));
+    QApplication::setDesktopFileName(u"org.vormel.Vormel"_s);
 }
 
 /// What the launcher gave this start to let its window take the focus. The toolkit clears it, so it is read before.

@@ -7,6 +7,8 @@
 
 #include <QFileInfo>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 DownloadManager::DownloadManager(const Platform& platform, const Collaborators& collaborators)
@@ -15,7 +17,7 @@ DownloadManager::DownloadManager(const Platform& platform, const Collaborators& 
     , m_settings(platform.defaults, platform.folders.downloads)
     , m_table(*this)
     , m_accounts(platform.defaults)
-    , m_queueFile(platform.folders.applicationSupport + QStringLiteral("/download_queue.json"), platform.fileWriter)
+    , m_queueFile(platform.folders.applicationSupport + u"/download_queue.json"_s, platform.fileWriter)
     , m_groupNames(platform.defaults)
     , m_revFiles(m_table, m_settings, *this)
     , m_recovery(m_table, m_settings, platform.clock, m_revFiles)

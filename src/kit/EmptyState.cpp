@@ -5,6 +5,8 @@
 
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 EmptyState::EmptyState(Glyph glyph, QWidget* parent)
@@ -13,8 +15,8 @@ EmptyState::EmptyState(Glyph glyph, QWidget* parent)
     , m_text(new StyledLabel(StyledLabel::Style::body, Tint::secondary, this))
 {
     constexpr int iconSize = 48;
-    m_title->setObjectName(QStringLiteral("emptyTitle"));
-    m_text->setObjectName(QStringLiteral("emptyText"));
+    m_title->setObjectName(u"emptyTitle"_s);
+    m_text->setObjectName(u"emptyText"_s);
     for (StyledLabel* label : {m_title, m_text}) {
         label->setAlignment(Qt::AlignCenter);
         label->setWordWrap(true);

@@ -6,6 +6,8 @@
 
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 /// The linker drops the drawings of a static library unless somebody asks for them by name. Outside all namespaces,
 /// where their name is.
 static void requireIcons()
@@ -90,14 +92,14 @@ QPixmap drawn(Glyph glyph, const QColor& color, int pixels)
 
 QString glyphPath(Glyph glyph)
 {
-    return QStringLiteral(":/kit/icons/%1.svg").arg(fileNames.at(static_cast<std::size_t>(glyph)));
+    return u":/kit/icons/%1.svg"_s.arg(fileNames.at(static_cast<std::size_t>(glyph)));
 }
 
 QPixmap glyphPixmap(Glyph glyph, const QColor& color, int size, qreal pixelRatio)
 {
     const int pixels = qMax(1, qRound(size * pixelRatio));
     const quint64 tint = color.isValid() ? color.rgba() : 0;
-    const QString key = QStringLiteral("vormel-%1-%2-%3").arg(static_cast<int>(glyph)).arg(tint, 0, 16).arg(pixels);
+    const QString key = u"vormel-%1-%2-%3"_s.arg(static_cast<int>(glyph)).arg(tint, 0, 16).arg(pixels);
     QPixmap pixmap;
     if (!QPixmapCache::find(key, &pixmap)) {
         pixmap = drawn(glyph, color, pixels);

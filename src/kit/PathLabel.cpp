@@ -6,12 +6,14 @@
 #include <QEvent>
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 QString withTilde(const QString& path, const QString& home)
 {
     if (path == home)
-        return QStringLiteral("~");
+        return u"~"_s;
     return path.startsWith(home + u'/') ? u'~' + path.mid(home.size()) : path;
 }
 
@@ -19,7 +21,7 @@ PathLabel::PathLabel(QWidget* parent)
     : QWidget(parent)
     , m_label(new StyledLabel(StyledLabel::Style::caption, Tint::secondary, this))
 {
-    m_label->setObjectName(QStringLiteral("path"));
+    m_label->setObjectName(u"path"_s);
     m_label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);

@@ -5,6 +5,8 @@
 #include <QCoreApplication>
 #include <QLibraryInfo>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 QtTranslation::QtTranslation(const AppSettings& settings, QObject* parent)
@@ -22,7 +24,7 @@ void QtTranslation::follow()
         return;
     // Read when it is first needed, as most never need it.
     const QString folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
-    if (!m_italian.isEmpty() || m_italian.load(QStringLiteral("qtbase_it"), folder))
+    if (!m_italian.isEmpty() || m_italian.load(u"qtbase_it"_s, folder))
         QCoreApplication::installTranslator(&m_italian);
 }
 

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -95,20 +97,20 @@ template class Setting<AppLanguage>;
 
 AppSettings::AppSettings(UserDefaults& store, const QString& downloadsFolder)
     : m_store(store)
-    , autoExtract(*this, QStringLiteral("autoExtract"), true)
-    , deleteArchiveAfterExtract(*this, QStringLiteral("deleteArchiveAfterExtract"), false, StartRead::plain)
-    , trashSourceFolderAfterExtract(*this, QStringLiteral("trashSourceFolderAfterExtract"), false, StartRead::plain)
-    , removeGroupAfterExtract(*this, QStringLiteral("removeGroupAfterExtract"), false, StartRead::plain)
-    , downloadRevFiles(*this, QStringLiteral("downloadRevFiles"), false, StartRead::plain)
-    , cleanExtractedNames(*this, QStringLiteral("cleanExtractedNames"), true)
-    , extractedNamesDotsToSpaces(*this, QStringLiteral("extractedNamesDotsToSpaces"), false, StartRead::plain)
-    , autoStartDownloads(*this, QStringLiteral("autoStartDownloads"), false, StartRead::plain)
-    , maxConcurrentDownloads(*this, QStringLiteral("maxConcurrentDownloads"), 3)
-    , maxDownloadSpeedKBps(*this, QStringLiteral("maxDownloadSpeedKBps"), 0)
-    , downloadFolderPath(*this, QStringLiteral("downloadFolderPath"), downloadsFolder, StartRead::filled)
-    , useCustomExtractionFolder(*this, QStringLiteral("useCustomExtractionFolder"), false, StartRead::plain)
-    , extractionFolderPath(*this, QStringLiteral("extractionFolderPath"), downloadsFolder)
-    , language(*this, QStringLiteral("appLanguage"), AppLanguage::english)
+    , autoExtract(*this, u"autoExtract"_s, true)
+    , deleteArchiveAfterExtract(*this, u"deleteArchiveAfterExtract"_s, false, StartRead::plain)
+    , trashSourceFolderAfterExtract(*this, u"trashSourceFolderAfterExtract"_s, false, StartRead::plain)
+    , removeGroupAfterExtract(*this, u"removeGroupAfterExtract"_s, false, StartRead::plain)
+    , downloadRevFiles(*this, u"downloadRevFiles"_s, false, StartRead::plain)
+    , cleanExtractedNames(*this, u"cleanExtractedNames"_s, true)
+    , extractedNamesDotsToSpaces(*this, u"extractedNamesDotsToSpaces"_s, false, StartRead::plain)
+    , autoStartDownloads(*this, u"autoStartDownloads"_s, false, StartRead::plain)
+    , maxConcurrentDownloads(*this, u"maxConcurrentDownloads"_s, 3)
+    , maxDownloadSpeedKBps(*this, u"maxDownloadSpeedKBps"_s, 0)
+    , downloadFolderPath(*this, u"downloadFolderPath"_s, downloadsFolder, StartRead::filled)
+    , useCustomExtractionFolder(*this, u"useCustomExtractionFolder"_s, false, StartRead::plain)
+    , extractionFolderPath(*this, u"extractionFolderPath"_s, downloadsFolder)
+    , language(*this, u"appLanguage"_s, AppLanguage::english)
 {}
 
 std::optional<QString> AppSettings::effectiveExtractionFolder() const

@@ -4,6 +4,8 @@
 
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -11,12 +13,12 @@ namespace {
 QString firstName(const Link& url)
 {
     QString name = url.lastPathComponent();
-    return name.isEmpty() ? QStringLiteral("download") : name;
+    return name.isEmpty() ? u"download"_s : name;
 }
 
 QString hostText(const Link& url)
 {
-    return url.host().isEmpty() ? QStringLiteral("unknown") : url.host().toString();
+    return url.host().isEmpty() ? u"unknown"_s : url.host().toString();
 }
 
 } // namespace

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -24,7 +26,7 @@ QString plainHost(const Link& url)
 {
     QString host = url.host().toString().toLower();
     if (host.isEmpty())
-        return QStringLiteral("unknown");
+        return u"unknown"_s;
     if (host.startsWith(u"www."))
         host.remove(0, 4);
     return host;

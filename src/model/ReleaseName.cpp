@@ -5,6 +5,8 @@
 
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -37,7 +39,7 @@ BoundedRegex tagPattern()
     QStringList tags;
     for (const char16_t* tag : releaseTagPatterns)
         tags << QString::fromUtf16(tag);
-    return BoundedRegex(QStringLiteral("[._ -](?:") + tags.join(u'|') + QStringLiteral(")(?:[._ -]|$)"),
+    return BoundedRegex(u"[._ -](?:"_s + tags.join(u'|') + u")(?:[._ -]|$)"_s,
                         QRegularExpression::CaseInsensitiveOption);
 }
 

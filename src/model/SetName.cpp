@@ -2,13 +2,15 @@
 
 #include "text/BoundedRegex.h"
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
 
 const BoundedRegex& partSuffixPattern()
 {
-    static const BoundedRegex pattern = BoundedRegex::ignoringCase(QStringLiteral(R"(\.part\d+\.(rar|rev)$)"));
+    static const BoundedRegex pattern = BoundedRegex::ignoringCase(uR"(\.part\d+\.(rar|rev)$)"_s);
     return pattern;
 }
 
@@ -34,19 +36,19 @@ QString setBaseName(const QString& filename)
 
 bool isRarPart(const QString& filename)
 {
-    static const BoundedRegex rarPartPattern = BoundedRegex::ignoringCase(QStringLiteral(R"(\.part\d+\.rar$)"));
+    static const BoundedRegex rarPartPattern = BoundedRegex::ignoringCase(uR"(\.part\d+\.rar$)"_s);
     return mayBeMember(filename) && rarPartPattern.search(filename);
 }
 
 bool isFirstVolume(const QString& filename)
 {
-    static const BoundedRegex pattern = BoundedRegex::ignoringCase(QStringLiteral(R"(\.part0*1\.rar$)"));
+    static const BoundedRegex pattern = BoundedRegex::ignoringCase(uR"(\.part0*1\.rar$)"_s);
     return mayBeMember(filename) && pattern.search(filename);
 }
 
 qint64 partNumber(const QString& filename)
 {
-    static const BoundedRegex pattern = BoundedRegex::ignoringCase(QStringLiteral(R"(\.part(\d+)\.(rar|rev)$)"));
+    static const BoundedRegex pattern = BoundedRegex::ignoringCase(uR"(\.part(\d+)\.(rar|rev)$)"_s);
     if (!mayBeMember(filename))
         return 0;
     return pattern.search(filename).match.captured(1).toLongLong();

@@ -1,5 +1,7 @@
 #include "resolvers/ResolverError.h"
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 ResolverError::ResolverError(Kind kind, const QString& description, SupportedHost host)
@@ -10,32 +12,32 @@ ResolverError::ResolverError(Kind kind, const QString& description, SupportedHos
 
 ResolverError ResolverError::noAccountConfigured(const QString& hostDisplayName)
 {
-    return {Kind::noAccountConfigured, QStringLiteral("No account configured for ") + hostDisplayName};
+    return {Kind::noAccountConfigured, u"No account configured for "_s + hostDisplayName};
 }
 
 ResolverError ResolverError::loginRequired(SupportedHost host)
 {
-    return {Kind::loginRequired, QStringLiteral("Sign in to ") + displayName(host) + QStringLiteral(" required"), host};
+    return {Kind::loginRequired, u"Sign in to "_s + displayName(host) + u" required"_s, host};
 }
 
 ResolverError ResolverError::networkError(const QString& description)
 {
-    return {Kind::networkError, QStringLiteral("Network error: ") + description};
+    return {Kind::networkError, u"Network error: "_s + description};
 }
 
 ResolverError ResolverError::authenticationFailed()
 {
-    return {Kind::authenticationFailed, QStringLiteral("Authentication failed")};
+    return {Kind::authenticationFailed, u"Authentication failed"_s};
 }
 
 ResolverError ResolverError::linkNotFound()
 {
-    return {Kind::linkNotFound, QStringLiteral("Direct link not found")};
+    return {Kind::linkNotFound, u"Direct link not found"_s};
 }
 
 ResolverError ResolverError::unsupportedHost()
 {
-    return {Kind::unsupportedHost, QStringLiteral("Unsupported host")};
+    return {Kind::unsupportedHost, u"Unsupported host"_s};
 }
 
 ContainerError::ContainerError(Kind kind, const QString& description)
@@ -45,22 +47,22 @@ ContainerError::ContainerError(Kind kind, const QString& description)
 
 ContainerError ContainerError::networkError(const QString& description)
 {
-    return {Kind::networkError, QStringLiteral("Network error: ") + description};
+    return {Kind::networkError, u"Network error: "_s + description};
 }
 
 ContainerError ContainerError::noLinksFound()
 {
-    return {Kind::noLinksFound, QStringLiteral("No links found in the container")};
+    return {Kind::noLinksFound, u"No links found in the container"_s};
 }
 
 ContainerError ContainerError::wrongPassword()
 {
-    return {Kind::wrongPassword, QStringLiteral("Wrong or missing password")};
+    return {Kind::wrongPassword, u"Wrong or missing password"_s};
 }
 
 ContainerError ContainerError::captchaRequired()
 {
-    return {Kind::captchaRequired, QStringLiteral("CAPTCHA required — solve it in the browser window")};
+    return {Kind::captchaRequired, u"CAPTCHA required — solve it in the browser window"_s};
 }
 
 } // namespace vormel

@@ -1,5 +1,7 @@
 #include "text/BoundedRegex.h"
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -16,7 +18,7 @@ BoundedRegex::Outcome outcomeOf(const QRegularExpressionMatch& match)
 BoundedRegex::BoundedRegex(const QString& pattern, QRegularExpression::PatternOptions options)
     : m_fast(pattern, options)
     // The compiled machine code has a small fixed stack and fails on long texts that do match; the interpreter has not.
-    , m_careful(QStringLiteral("(*NO_JIT)(*LIMIT_MATCH=10000000)(*LIMIT_HEAP=65536)") + pattern, options)
+    , m_careful(u"(*NO_JIT)(*LIMIT_MATCH=10000000)(*LIMIT_HEAP=65536)"_s + pattern, options)
 {
     Q_ASSERT(m_fast.isValid());
     Q_ASSERT(m_careful.isValid());

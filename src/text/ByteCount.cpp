@@ -6,6 +6,8 @@
 #include <array>
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -52,14 +54,14 @@ QString numberText(double value, int decimals)
 QString byteCountText(qint64 bytes)
 {
     if (bytes == 0)
-        return QStringLiteral("Zero KB");
+        return u"Zero KB"_s;
     if (bytes < 0)
         return u'-' +
                byteCountText(bytes == std::numeric_limits<qint64>::min() ? std::numeric_limits<qint64>::max() : -bytes);
     if (bytes == 1)
-        return QStringLiteral("1 byte");
+        return u"1 byte"_s;
     if (bytes < 1024)
-        return groupingLocale().toString(bytes) + QStringLiteral(" bytes");
+        return groupingLocale().toString(bytes) + u" bytes"_s;
 
     double value = static_cast<double>(bytes) / 1024.0;
     std::size_t unit = 0;
@@ -76,13 +78,13 @@ QString speedText(double bytesPerSecond)
     constexpr double firstTooFast = 9.2e18;
     if (!(bytesPerSecond > 0))
         return {};
-    return byteCountText(static_cast<qint64>(std::min(bytesPerSecond, firstTooFast))) + QStringLiteral("/s");
+    return byteCountText(static_cast<qint64>(std::min(bytesPerSecond, firstTooFast))) + u"/s"_s;
 }
 
 QString progressText(qint64 bytes, qint64 total)
 {
     const QString received = byteCountText(bytes);
-    return total > 0 ? received + QStringLiteral(" / ") + byteCountText(total) : received;
+    return total > 0 ? received + u" / "_s + byteCountText(total) : received;
 }
 
 } // namespace vormel

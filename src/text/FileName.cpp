@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -72,7 +74,7 @@ QString withoutPathExtension(QStringView name)
 
 QString numberedFileName(const QString& name, int number)
 {
-    const QString numbered = withoutPathExtension(name) + QStringLiteral(" (") + QString::number(number) + u')';
+    const QString numbered = withoutPathExtension(name) + u" ("_s + QString::number(number) + u')';
     const QString extension = pathExtension(name);
     return extension.isEmpty() ? numbered : numbered + u'.' + extension;
 }
@@ -94,7 +96,7 @@ QString safeFileName(const QString& name, qsizetype mostBytes)
         safe = QString::fromUtf8(safe.toUtf8());
     safe = withoutPartEnding(std::move(safe));
     if (safe.isEmpty() || safe == u"." || safe == u"..")
-        return QStringLiteral("_");
+        return u"_"_s;
     return shortened(safe, mostBytes);
 }
 

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::fixtures {
 
 namespace {
@@ -15,7 +17,7 @@ namespace {
 std::shared_ptr<const QueueRecord> pausedRecord(const QString& file)
 {
     constexpr qint64 size = 5'000'000;
-    DownloadItem item(*Link::parse(QStringLiteral("http://127.0.0.1:9/") + file), ItemId::make());
+    DownloadItem item(*Link::parse(u"http://127.0.0.1:9/"_s + file), ItemId::make());
     item.setStatus(DownloadStatus::paused);
     item.setTotalBytes(size);
     return encodeRecord(item, DownloadPaths(QString()));
@@ -53,21 +55,21 @@ void RunningProgram::writeQueue(const QStringList& files) const
     std::vector<std::shared_ptr<const QueueRecord>> records;
     for (const QString& file : files)
         records.push_back(pausedRecord(file));
-    m_sandbox.write(QStringLiteral("data/Vormel/download_queue.json"), encodeQueue(records));
+    m_sandbox.write(u"data/Vormel/download_queue.json"_s, encodeQueue(records));
 }
 
 void RunningProgram::start(QProcess& process) const
 {
-    const QString runtime = m_sandbox.path(QStringLiteral("run"));
+    const QString runtime = m_sandbox.path(u"run"_s);
     QDir().mkpath(runtime);
     QFile::setPermissions(runtime, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
-    variables.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
-    variables.insert(QStringLiteral("QT_LINUX_ACCESSIBILITY_ALWAYS_ON"), QStringLiteral("1"));
-    variables.insert(QStringLiteral("HOME"), m_sandbox.root());
-    variables.insert(QStringLiteral("XDG_DATA_HOME"), m_sandbox.path(QStringLiteral("data")));
-    variables.insert(QStringLiteral("XDG_CONFIG_HOME"), m_sandbox.path(QStringLiteral("config")));
-    variables.insert(QStringLiteral("XDG_RUNTIME_DIR"), runtime);
+    variables.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
+    variables.insert(u"QT_LINUX_ACCESSIBILITY_ALWAYS_ON"_s, u"1"_s);
+    variables.insert(u"HOME"_s, m_sandbox.root());
+    variables.insert(u"XDG_DATA_HOME"_s, m_sandbox.path(u"data"_s));
+    variables.insert(u"XDG_CONFIG_HOME"_s, m_sandbox.path(u"config"_s));
+    variables.insert(u"XDG_RUNTIME_DIR"_s, runtime);
     process.setProcessEnvironment(variables);
     process.setProcessChannelMode(QProcess::ForwardedChannels);
     process.start(QStringLiteral(VORMEL_PROGRAM), QStringList());
@@ -109,7 +111,7 @@ Accessible RunningProgram::window(AtspiRole role, const QString& nameStart) cons
 
 Accessible RunningProgram::list() const
 {
-    return m_application.find(ATSPI_ROLE_LIST, QStringLiteral("Downloads"));
+    return m_application.find(ATSPI_ROLE_LIST, u"Downloads"_s);
 }
 
 Accessible RunningProgram::row(const QString& nameStart) const

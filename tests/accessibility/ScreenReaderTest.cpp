@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel::fixtures;
 
 namespace {
@@ -31,11 +33,11 @@ protected:
         return names;
     }
 
-    RunningProgram program{{QStringLiteral("a.part1.rar"), QStringLiteral("a.part2.rar"), QStringLiteral("b.zip")}};
+    RunningProgram program{{u"a.part1.rar"_s, u"a.part2.rar"_s, u"b.zip"_s}};
 };
 
-const QString group = QStringLiteral("a, Paused, 2 parts, 9.5 MB");
-const QString plain = QStringLiteral("b.zip, Paused, 127.0.0.1");
+const QString group = u"a, Paused, 2 parts, 9.5 MB"_s;
+const QString plain = u"b.zip, Paused, 127.0.0.1"_s;
 
 /// How many parts of it can have the focus; each that has no name is a failure.
 int countNamed(const Accessible& whole)
@@ -54,12 +56,12 @@ int countNamed(const Accessible& whole)
 
 TEST_F(ScreenReaderTest, TheWindowHasItsPagesItsToolsAndItsRows)
 {
-    EXPECT_TRUE(frame().name().contains(QStringLiteral("Downloads")));
-    const Accessible pages = frame().find(ATSPI_ROLE_LIST, QStringLiteral("Pages"));
+    EXPECT_TRUE(frame().name().contains(u"Downloads"_s));
+    const Accessible pages = frame().find(ATSPI_ROLE_LIST, u"Pages"_s);
     for (const char* page : {"Downloads", "Accounts", "Settings"})
         EXPECT_TRUE(pages.find(ATSPI_ROLE_LIST_ITEM, QString::fromLatin1(page)).isThere()) << page;
     for (const char* tool : {"Add URLs", "Start All", "Pause All", "Clear Completed", "Clear Extracted"})
-        EXPECT_TRUE(button(QString::fromLatin1(tool)).actions().contains(QStringLiteral("Press"))) << tool;
+        EXPECT_TRUE(button(QString::fromLatin1(tool)).actions().contains(u"Press"_s)) << tool;
     EXPECT_EQ(rowNames(), (QStringList{group, plain}));
 }
 
@@ -73,11 +75,11 @@ TEST_F(ScreenReaderTest, AGroupOpensAndClosesByItsAction)
     const Accessible header = program.row(group);
     EXPECT_TRUE(header.is(ATSPI_STATE_EXPANDABLE));
     EXPECT_FALSE(header.is(ATSPI_STATE_EXPANDED));
-    ASSERT_TRUE(header.act(QStringLiteral("Toggle")));
+    ASSERT_TRUE(header.act(u"Toggle"_s));
     EXPECT_TRUE(header.is(ATSPI_STATE_EXPANDED));
-    EXPECT_EQ(rowNames(), (QStringList{group, QStringLiteral("a.part1.rar, Paused, 127.0.0.1"),
-                                       QStringLiteral("a.part2.rar, Paused, 127.0.0.1"), plain}));
-    ASSERT_TRUE(header.act(QStringLiteral("Toggle")));
+    EXPECT_EQ(rowNames(),
+              (QStringList{group, u"a.part1.rar, Paused, 127.0.0.1"_s, u"a.part2.rar, Paused, 127.0.0.1"_s, plain}));
+    ASSERT_TRUE(header.act(u"Toggle"_s));
     EXPECT_EQ(rowNames(), (QStringList{group, plain}));
 }
 
@@ -90,12 +92,11 @@ TEST_F(ScreenReaderTest, ButtonsOfARowStandInItAndDoWhatTheySay)
         EXPECT_TRUE(row.onScreen().contains(button.onScreen()));
         names << button.name().section(u' ', 0, 0);
     }
-    EXPECT_EQ(names, (QStringList{QStringLiteral("Resume"), QStringLiteral("Stop"), QStringLiteral("Resync"),
-                                  QStringLiteral("Remove")}));
-    ASSERT_TRUE(row.child(1).act(QStringLiteral("Press")));
-    EXPECT_TRUE(comesTrue([&row] { return row.name().startsWith(QStringLiteral("b.zip, Stopped")); }));
+    EXPECT_EQ(names, (QStringList{u"Resume"_s, u"Stop"_s, u"Resync"_s, u"Remove"_s}));
+    ASSERT_TRUE(row.child(1).act(u"Press"_s));
+    EXPECT_TRUE(comesTrue([&row] { return row.name().startsWith(u"b.zip, Stopped"_s); }));
     EXPECT_EQ(row.childCount(), 2);
-    ASSERT_TRUE(row.child(1).act(QStringLiteral("Press")));
+    ASSERT_TRUE(row.child(1).act(u"Press"_s));
     EXPECT_TRUE(comesTrue([this] { return rowNames() == QStringList{group}; }));
     EXPECT_TRUE(row.actions().isEmpty());
 }
@@ -103,9 +104,9 @@ TEST_F(ScreenReaderTest, ButtonsOfARowStandInItAndDoWhatTheySay)
 TEST_F(ScreenReaderTest, TheFocusIsToldByTheRowThatHasIt)
 {
     const Events focus("object:state-changed:focused");
-    ASSERT_TRUE(program.row(plain).act(QStringLiteral("SetFocus")));
+    ASSERT_TRUE(program.row(plain).act(u"SetFocus"_s));
     EXPECT_TRUE(comesTrue([&focus] { return focus.has(ATSPI_ROLE_LIST_ITEM, plain); }));
-    ASSERT_TRUE(program.row(group).act(QStringLiteral("SetFocus")));
+    ASSERT_TRUE(program.row(group).act(u"SetFocus"_s));
     EXPECT_TRUE(comesTrue([&focus] { return focus.has(ATSPI_ROLE_LIST_ITEM, group); }));
     EXPECT_TRUE(program.row(group).is(ATSPI_STATE_FOCUSED));
     EXPECT_TRUE(program.row(group).is(ATSPI_STATE_SELECTED));
@@ -114,48 +115,48 @@ TEST_F(ScreenReaderTest, TheFocusIsToldByTheRowThatHasIt)
 
 TEST_F(ScreenReaderTest, ANewTextOfTheRowWithTheFocusIsTold)
 {
-    ASSERT_TRUE(program.row(plain).act(QStringLiteral("SetFocus")));
+    ASSERT_TRUE(program.row(plain).act(u"SetFocus"_s));
     ASSERT_TRUE(comesTrue([this] { return program.row(plain).is(ATSPI_STATE_FOCUSED); }));
     const Events names("object:property-change:accessible-name");
-    ASSERT_TRUE(program.row(plain).child(1).act(QStringLiteral("Press")));
-    EXPECT_TRUE(comesTrue([&names] { return names.has(ATSPI_ROLE_LIST_ITEM, QStringLiteral("b.zip, Stopped")); }));
+    ASSERT_TRUE(program.row(plain).child(1).act(u"Press"_s));
+    EXPECT_TRUE(comesTrue([&names] { return names.has(ATSPI_ROLE_LIST_ITEM, u"b.zip, Stopped"_s); }));
 }
 
 TEST_F(ScreenReaderTest, TheMenuOfARowBearsItsName)
 {
     const Events showing("object:state-changed:showing");
-    ASSERT_TRUE(program.row(plain).act(QStringLiteral("ShowMenu")));
-    EXPECT_TRUE(comesTrue([&showing] { return showing.has(ATSPI_ROLE_POPUP_MENU, QStringLiteral("b.zip")); }));
+    ASSERT_TRUE(program.row(plain).act(u"ShowMenu"_s));
+    EXPECT_TRUE(comesTrue([&showing] { return showing.has(ATSPI_ROLE_POPUP_MENU, u"b.zip"_s); }));
 }
 
 TEST_F(ScreenReaderTest, AGroupIsRenamedThroughItsMenu)
 {
     const Events showing("object:state-changed:showing");
     const Events focus("object:state-changed:focused");
-    ASSERT_TRUE(program.row(group).act(QStringLiteral("ShowMenu")));
-    ASSERT_TRUE(comesTrue([&showing] { return showing.has(ATSPI_ROLE_POPUP_MENU, QStringLiteral("a")); }));
+    ASSERT_TRUE(program.row(group).act(u"ShowMenu"_s));
+    ASSERT_TRUE(comesTrue([&showing] { return showing.has(ATSPI_ROLE_POPUP_MENU, u"a"_s); }));
     const Accessible menu = showing.told().back().source;
-    ASSERT_TRUE(menu.find(ATSPI_ROLE_MENU_ITEM, QStringLiteral("Rename group")).act(QStringLiteral("Press")));
-    ASSERT_TRUE(comesTrue([&focus] { return focus.has(ATSPI_ROLE_TEXT, QStringLiteral("Rename group")); }));
+    ASSERT_TRUE(menu.find(ATSPI_ROLE_MENU_ITEM, u"Rename group"_s).act(u"Press"_s));
+    ASSERT_TRUE(comesTrue([&focus] { return focus.has(ATSPI_ROLE_TEXT, u"Rename group"_s); }));
     const Accessible field = focus.told().back().source;
-    EXPECT_EQ(field.typedText(), QStringLiteral("a"));
-    ASSERT_TRUE(field.type(QStringLiteral("My film")));
-    ASSERT_TRUE(field.parent().find(ATSPI_ROLE_PUSH_BUTTON, QStringLiteral("Save")).act(QStringLiteral("Press")));
-    EXPECT_TRUE(comesTrue([this] { return program.row(QStringLiteral("My film, ")).isThere(); }));
+    EXPECT_EQ(field.typedText(), u"a"_s);
+    ASSERT_TRUE(field.type(u"My film"_s));
+    ASSERT_TRUE(field.parent().find(ATSPI_ROLE_PUSH_BUTTON, u"Save"_s).act(u"Press"_s));
+    EXPECT_TRUE(comesTrue([this] { return program.row(u"My film, "_s).isThere(); }));
 }
 
 TEST_F(ScreenReaderTest, LinksAreAddedThroughTheSheet)
 {
-    ASSERT_TRUE(button(QStringLiteral("Add URLs")).act(QStringLiteral("Press")));
+    ASSERT_TRUE(button(u"Add URLs"_s).act(u"Press"_s));
     const Accessible sheet = program.window(ATSPI_ROLE_DIALOG);
     ASSERT_TRUE(sheet.isThere());
-    EXPECT_EQ(sheet.name(), QStringLiteral("Add URLs"));
+    EXPECT_EQ(sheet.name(), u"Add URLs"_s);
     EXPECT_GE(countNamed(sheet), 3);
-    ASSERT_TRUE(sheet.find(ATSPI_ROLE_TEXT).type(QStringLiteral("http://127.0.0.1:9/new.zip")));
-    const Accessible add = sheet.find(ATSPI_ROLE_PUSH_BUTTON, QStringLiteral("Add"));
+    ASSERT_TRUE(sheet.find(ATSPI_ROLE_TEXT).type(u"http://127.0.0.1:9/new.zip"_s));
+    const Accessible add = sheet.find(ATSPI_ROLE_PUSH_BUTTON, u"Add"_s);
     ASSERT_TRUE(comesTrue([&add] { return add.is(ATSPI_STATE_SENSITIVE); }));
-    ASSERT_TRUE(add.act(QStringLiteral("Press")));
-    EXPECT_TRUE(comesTrue([this] { return program.row(QStringLiteral("new.zip, ")).isThere(); }));
+    ASSERT_TRUE(add.act(u"Press"_s));
+    EXPECT_TRUE(comesTrue([this] { return program.row(u"new.zip, "_s).isThere(); }));
 }
 
 TEST(LongQueueTest, AScreenReaderNeedsNotWaitForTenThousandRows)
@@ -163,7 +164,7 @@ TEST(LongQueueTest, AScreenReaderNeedsNotWaitForTenThousandRows)
     constexpr int count = 10'000;
     QStringList files;
     for (int i = 0; i < count; ++i)
-        files << QStringLiteral("Some.Long.Name.%1.bin").arg(i);
+        files << u"Some.Long.Name.%1.bin"_s.arg(i);
     RunningProgram program(files);
     ASSERT_TRUE(program.isUp());
     const Accessible list = program.list();
@@ -172,7 +173,7 @@ TEST(LongQueueTest, AScreenReaderNeedsNotWaitForTenThousandRows)
     ASSERT_EQ(list.childCount(), count);
     const qint64 forCount = timer.restart();
     for (int place = 5'000; place < 5'050; ++place)
-        EXPECT_TRUE(list.child(place).name().startsWith(QStringLiteral("Some.Long.Name.%1.bin, ").arg(place)));
+        EXPECT_TRUE(list.child(place).name().startsWith(u"Some.Long.Name.%1.bin, "_s.arg(place)));
     const qint64 forRows = timer.elapsed();
     RecordProperty("milliseconds for childCount", static_cast<int>(forCount));
     RecordProperty("milliseconds for 50 rows", static_cast<int>(forRows));

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 using namespace vormel::fixtures;
 
@@ -20,8 +22,7 @@ protected:
     void SetUp() override
     {
         constexpr int patience = 20000;
-        m_daemon.start(QStringLiteral("dbus-daemon"),
-                       {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address")});
+        m_daemon.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address"_s});
         if (m_daemon.waitForReadyRead(patience)) {
             m_address = QString::fromLatin1(m_daemon.readLine().trimmed());
             return;
@@ -32,13 +33,13 @@ protected:
     }
     void TearDown() override
     {
-        for (const QString& name : {QStringLiteral("first"), QStringLiteral("second")})
+        for (const QString& name : {u"first"_s, u"second"_s})
             QDBusConnection::disconnectFromBus(name);
         m_daemon.terminate();
         m_daemon.waitForFinished();
     }
-    [[nodiscard]] QDBusConnection first() const { return bus(QStringLiteral("first")); }
-    [[nodiscard]] QDBusConnection second() const { return bus(QStringLiteral("second")); }
+    [[nodiscard]] QDBusConnection first() const { return bus(u"first"_s); }
+    [[nodiscard]] QDBusConnection second() const { return bus(u"second"_s); }
 
     bool askFromSecond(const QString& token)
     {
@@ -59,9 +60,8 @@ protected:
     bool call(const QString& method, const QVariantList& arguments)
     {
         return onSecond([this, method, arguments] {
-            QDBusMessage message = QDBusMessage::createMethodCall(
-                QStringLiteral("org.vormel.Vormel"), QStringLiteral("/org/vormel/Vormel"),
-                QStringLiteral("org.freedesktop.Application"), method);
+            QDBusMessage message = QDBusMessage::createMethodCall(u"org.vormel.Vormel"_s, u"/org/vormel/Vormel"_s,
+                                                                  u"org.freedesktop.Application"_s, method);
             message.setArguments(arguments);
             return second().call(message).type() == QDBusMessage::ReplyMessage;
         });
@@ -88,21 +88,21 @@ TEST_F(DesktopActivationTest, ALaterStartHandsItsTokenToTheRunningProgram)
 {
     const DesktopActivation running(first());
     writeDownRequests(running);
-    EXPECT_TRUE(askFromSecond(QStringLiteral("token-7")));
+    EXPECT_TRUE(askFromSecond(u"token-7"_s));
     EXPECT_TRUE(askFromSecond({}));
-    EXPECT_EQ(tokens, QStringList({QStringLiteral("token-7"), QString()}));
+    EXPECT_EQ(tokens, QStringList({u"token-7"_s, QString()}));
 }
 
 TEST_F(DesktopActivationTest, TheShellsOwnCallIsUnderstoodWithEitherToken)
 {
     const DesktopActivation running(first());
     writeDownRequests(running);
-    const QString activate = QStringLiteral("Activate");
-    const QString wayland = QStringLiteral("activation-token");
-    const QString x11 = QStringLiteral("desktop-startup-id");
-    EXPECT_TRUE(call(activate, {QVariantMap{{x11, QStringLiteral("x_TIME1")}}}));
-    EXPECT_TRUE(call(activate, {QVariantMap{{x11, QStringLiteral("x_TIME2")}, {wayland, QStringLiteral("w")}}}));
-    EXPECT_EQ(tokens, QStringList({QStringLiteral("x_TIME1"), QStringLiteral("w")}));
+    const QString activate = u"Activate"_s;
+    const QString wayland = u"activation-token"_s;
+    const QString x11 = u"desktop-startup-id"_s;
+    EXPECT_TRUE(call(activate, {QVariantMap{{x11, u"x_TIME1"_s}}}));
+    EXPECT_TRUE(call(activate, {QVariantMap{{x11, u"x_TIME2"_s}, {wayland, u"w"_s}}}));
+    EXPECT_EQ(tokens, QStringList({u"x_TIME1"_s, u"w"_s}));
 }
 
 TEST_F(DesktopActivationTest, FilesAndActionsAreAcceptedAndIgnored)
@@ -110,14 +110,14 @@ TEST_F(DesktopActivationTest, FilesAndActionsAreAcceptedAndIgnored)
     const DesktopActivation running(first());
     writeDownRequests(running);
     const QVariantMap nothing;
-    EXPECT_TRUE(call(QStringLiteral("Open"), {QStringList{QStringLiteral("file:///x")}, nothing}));
-    EXPECT_TRUE(call(QStringLiteral("ActivateAction"), {QStringLiteral("new"), QVariantList(), nothing}));
+    EXPECT_TRUE(call(u"Open"_s, {QStringList{u"file:///x"_s}, nothing}));
+    EXPECT_TRUE(call(u"ActivateAction"_s, {u"new"_s, QVariantList(), nothing}));
     EXPECT_EQ(tokens, QStringList());
 }
 
 TEST_F(DesktopActivationTest, WhereNoProgramRunsNobodyIsReached)
 {
-    EXPECT_FALSE(askFromSecond(QStringLiteral("t")));
+    EXPECT_FALSE(askFromSecond(u"t"_s));
 }
 
 TEST_F(DesktopActivationTest, TheNameIsGivenBackAtTheEnd)
@@ -136,15 +136,15 @@ TEST_F(DesktopActivationTest, ASecondOwnerLeavesTheFirstOneItsName)
     {
         const DesktopActivation other(second());
     }
-    EXPECT_TRUE(askFromSecond(QStringLiteral("t")));
-    EXPECT_EQ(tokens, QStringList{QStringLiteral("t")});
+    EXPECT_TRUE(askFromSecond(u"t"_s));
+    EXPECT_EQ(tokens, QStringList{u"t"_s});
 }
 
 TEST(DesktopActivationWithoutABusTest, NothingHappens)
 {
-    const QDBusConnection none(QStringLiteral("a bus that nobody made"));
+    const QDBusConnection none(u"a bus that nobody made"_s);
     const DesktopActivation running(none);
-    EXPECT_FALSE(DesktopActivation::askRunningToShow(none, QStringLiteral("t")));
+    EXPECT_FALSE(DesktopActivation::askRunningToShow(none, u"t"_s));
 }
 
 } // namespace

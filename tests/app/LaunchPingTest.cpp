@@ -10,12 +10,14 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 using namespace vormel::fixtures;
 
 namespace {
 
-const QString key = QStringLiteral("hasPingedFirstLaunch");
+const QString key = u"hasPingedFirstLaunch"_s;
 
 class LaunchPingTest : public ::testing::Test
 {
@@ -33,9 +35,8 @@ protected:
     Sandbox sandbox;
     FileWriter writer;
     ScriptedHttpClient client;
-    UserDefaults defaults{sandbox.path(QStringLiteral("preferences.json")), writer};
-    LaunchPing::Facts facts{QStringLiteral("https://count.example/v1"), QStringLiteral("0.1.0"),
-                            QStringLiteral("Debian GNU/Linux 12 (bookworm)")};
+    UserDefaults defaults{sandbox.path(u"preferences.json"_s), writer};
+    LaunchPing::Facts facts{u"https://count.example/v1"_s, u"0.1.0"_s, u"Debian GNU/Linux 12 (bookworm)"_s};
 };
 
 TEST_F(LaunchPingTest, APlainGetCarriesFourItemsInTheirOrder)
@@ -46,19 +47,18 @@ TEST_F(LaunchPingTest, APlainGetCarriesFourItemsInTheirOrder)
     EXPECT_EQ(request.method, "GET");
     EXPECT_TRUE(request.headers.empty());
     EXPECT_TRUE(request.body.isEmpty());
-    EXPECT_EQ(request.url.adjusted(QUrl::RemoveQuery), QUrl(QStringLiteral("https://count.example/v1")));
+    EXPECT_EQ(request.url.adjusted(QUrl::RemoveQuery), QUrl(u"https://count.example/v1"_s));
     const QList<std::pair<QString, QString>> items = QUrlQuery(request.url).queryItems(QUrl::FullyDecoded);
-    const QList<std::pair<QString, QString>> expected{
-        {QStringLiteral("action"), QStringLiteral("record_launch")},
-        {QStringLiteral("app"), QStringLiteral("Vormel")},
-        {QStringLiteral("version"), QStringLiteral("0.1.0")},
-        {QStringLiteral("os"), QStringLiteral("Debian GNU/Linux 12 (bookworm)")}};
+    const QList<std::pair<QString, QString>> expected{{u"action"_s, u"record_launch"_s},
+                                                      {u"app"_s, u"Vormel"_s},
+                                                      {u"version"_s, u"0.1.0"_s},
+                                                      {u"os"_s, u"Debian GNU/Linux 12 (bookworm)"_s}};
     EXPECT_EQ(items, expected);
 }
 
 TEST_F(LaunchPingTest, NothingInTheNameOfTheSystemMakesAnotherItem)
 {
-    facts.system = QStringLiteral("A&B=C #1 100%25 + è");
+    facts.system = u"A&B=C #1 100%25 + è"_s;
     startAndAnswer(200);
     EXPECT_EQ(QUrlQuery(client.last().request.url).queryItems(QUrl::FullyDecoded).size(), 4);
     EXPECT_TRUE(client.last().request.url.toEncoded().endsWith("&os=A%26B%3DC%20%231%20100%2525%20%2B%20%C3%A8"));
@@ -116,7 +116,7 @@ TEST_F(LaunchPingTest, AnUnknownVersionIsSentAsAnEmptyValue)
 
 TEST_F(LaunchPingTest, WithoutAnEndpointNothingIsSentOrStored)
 {
-    for (const QString& endpoint : {QString(), QStringLiteral("https://["), QStringLiteral("ht tp://x y")}) {
+    for (const QString& endpoint : {QString(), u"https://["_s, u"ht tp://x y"_s}) {
         facts.endpoint = endpoint;
         LaunchPing started = ping();
         started.start();

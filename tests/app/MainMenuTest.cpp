@@ -15,6 +15,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -32,7 +34,7 @@ protected:
     {
         QStringList all;
         for (const QAction* action : menu.actions())
-            all << (action->isSeparator() ? QStringLiteral("-") : action->text());
+            all << (action->isSeparator() ? u"-"_s : action->text());
         return all.join(u'|');
     }
     QString titles()
@@ -131,7 +133,7 @@ TEST_F(MainMenuTest, TheSelectionMenuHasTheCommandsOfTheSelectedRow)
 {
     EXPECT_EQ(selectionTexts(), u"No Selection");
     EXPECT_FALSE(menu("selectionMenu").actions().front()->isEnabled());
-    const ItemPtr item = engine.add(QStringLiteral("https://h.example/a.zip"));
+    const ItemPtr item = engine.add(u"https://h.example/a.zip"_s);
     auto& list = fixtures::partOf<QueueView>(window, "queueView");
     list.setCurrentIndex(list.model()->index(0, 0));
     EXPECT_TRUE(selectionTexts().startsWith(u"Resume|Stop — "));
@@ -147,7 +149,7 @@ TEST_F(MainMenuTest, TheSelectionMenuHasTheCommandsOfTheSelectedRow)
 
 TEST_F(MainMenuTest, TheKeysOfTheListAreShownAndNotTaken)
 {
-    engine.add(QStringLiteral("https://h.example/a.zip"));
+    engine.add(u"https://h.example/a.zip"_s);
     auto& list = fixtures::partOf<QueueView>(window, "queueView");
     list.setCurrentIndex(list.model()->index(0, 0));
     EXPECT_FALSE(selectionTexts().isEmpty());

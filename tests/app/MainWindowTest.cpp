@@ -1,9 +1,9 @@
 #include "app/MainWindow.h"
 
+#include "fixtures/EngineOnScript.h"
 #include "fixtures/EventLoop.h"
 #include "fixtures/QtTranslated.h"
 #include "fixtures/RealTools.h"
-#include "fixtures/EngineOnScript.h"
 #include "ui/FakeDesktop.h"
 #include "ui/FakeUpdater.h"
 #include "ui/Part.h"
@@ -21,6 +21,8 @@
 #include <QTimer>
 
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 namespace vormel {
 namespace {
@@ -81,7 +83,7 @@ TEST_F(MainWindowTest, ArrowKeysInTheSidebarChangeThePageAndItsTitle)
 
 TEST_F(MainWindowTest, TabGoesFromTheSidebarThroughTheToolBarToTheList)
 {
-    engine.add(QStringLiteral("https://h.example/a.zip"));
+    engine.add(u"https://h.example/a.zip"_s);
     part("sidebar").setFocus();
     QStringList order;
     for (int i = 0; i < 9; ++i) {
@@ -151,7 +153,7 @@ TEST_F(MainWindowTest, HasItsSmallestSizeAndSidebarWidths)
 
 TEST_F(MainWindowTest, EverythingFitsAtTheSmallestSize)
 {
-    engine.add(QStringLiteral("https://h.example/a.zip"));
+    engine.add(u"https://h.example/a.zip"_s);
     for (const AppLanguage language : allLanguages) {
         engine.settings().language.set(language);
         for (const Page page : allPages) {

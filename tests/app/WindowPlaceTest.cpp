@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -39,7 +41,7 @@ class WindowPlaceTest : public ::testing::Test
 protected:
     fixtures::Sandbox sandbox;
     FileWriter writer;
-    UserDefaults defaults{sandbox.path(QStringLiteral("preferences.json")), writer};
+    UserDefaults defaults{sandbox.path(u"preferences.json"_s), writer};
 };
 
 TEST_F(WindowPlaceTest, TheFirstWindowIsAsItWasMade)
@@ -78,8 +80,8 @@ TEST_F(WindowPlaceTest, AMaximisedWindowComesBackMaximised)
 
 TEST_F(WindowPlaceTest, WhatCannotBeUnderstoodIsPassedOver)
 {
-    defaults.setObject(QStringLiteral("windowGeometry"), QStringLiteral("AAAA////"));
-    defaults.setObject(QStringLiteral("windowSplitter"), 12);
+    defaults.setObject(u"windowGeometry"_s, u"AAAA////"_s);
+    defaults.setObject(u"windowSplitter"_s, 12);
     const Start start(defaults);
     EXPECT_EQ(start.window.size(), QSize(500, 300));
 }

@@ -1,5 +1,5 @@
-#include "fixtures/EventLoop.h"
 #include "fixtures/EngineOnNetwork.h"
+#include "fixtures/EventLoop.h"
 #include "sites/FileServer.h"
 #include "sites/TestCertificates.h"
 
@@ -9,6 +9,8 @@
 #include <unistd.h>
 
 #include <random>
+
+using namespace Qt::StringLiterals;
 
 using namespace std::chrono_literals;
 using namespace vormel;
@@ -34,7 +36,7 @@ bool isSource(const Sandbox& sandbox, const QString& name, const PatternContent&
 
 qint64 residentBytes()
 {
-    QFile file(QStringLiteral("/proc/self/statm"));
+    QFile file(u"/proc/self/statm"_s);
     if (!file.open(QIODevice::ReadOnly))
         return 0;
     return file.readAll().split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE);
@@ -58,7 +60,7 @@ TEST(ByteStream, SurvivesPausesAndResumesAtRandomMoments)
     }
     engine.manager().commands().startAll();
     ASSERT_TRUE(engine.runToEnd(item));
-    EXPECT_TRUE(isSource(engine.sandbox, QStringLiteral("Downloads/file.bin"), source));
+    EXPECT_TRUE(isSource(engine.sandbox, u"Downloads/file.bin"_s, source));
 }
 
 TEST(ByteStream, CarriesManyTransfersAtOnceUnderACap)
@@ -76,7 +78,7 @@ TEST(ByteStream, CarriesManyTransfersAtOnceUnderACap)
     engine.manager().commands().startAll();
     for (int i = 0; i < 10; ++i) {
         ASSERT_TRUE(engine.runToEnd(items[static_cast<std::size_t>(i)]));
-        EXPECT_TRUE(isSource(engine.sandbox, QStringLiteral("Downloads/%1.bin").arg(i),
+        EXPECT_TRUE(isSource(engine.sandbox, u"Downloads/%1.bin"_s.arg(i),
                              PatternContent(static_cast<std::uint64_t>(i), 400000)));
     }
 }
@@ -108,23 +110,23 @@ TEST(ByteStream, TakesAnUntrustedCertificateOnlyFromThePremiumServices)
     CurlHttpClient::Options network;
     network.connectTo.insert("*", "127.0.0.1:" + QByteArray::number(server.port()));
     EngineOnNetwork engine(network);
-    const ItemPtr premium = engine.add(QStringLiteral("https://dl.filestore.example/file.bin"));
+    const ItemPtr premium = engine.add(u"https://dl.filestore.example/file.bin"_s);
     engine.manager().commands().startAll();
     ASSERT_TRUE(engine.runToEnd(premium));
     EXPECT_EQ(premium->status(), DownloadStatus::completed) << qPrintable(premium->status().message());
-    const ItemPtr other = engine.add(QStringLiteral("https://other.example/other.bin"));
+    const ItemPtr other = engine.add(u"https://other.example/other.bin"_s);
     engine.manager().commands().startAll();
     ASSERT_TRUE(engine.runToEnd(other));
-    EXPECT_EQ(other->status(), DownloadStatus::failure(QStringLiteral("The server's certificate is not trusted.")));
+    EXPECT_EQ(other->status(), DownloadStatus::failure(u"The server's certificate is not trusted."_s));
 }
 
 TEST(ByteStream, TellsAServerThatIsNotThere)
 {
     EngineOnNetwork engine;
-    const ItemPtr item = engine.add(QStringLiteral("http://127.0.0.1:1/file.bin"));
+    const ItemPtr item = engine.add(u"http://127.0.0.1:1/file.bin"_s);
     engine.manager().commands().startAll();
     ASSERT_TRUE(engine.runToEnd(item));
-    EXPECT_EQ(item->status(), DownloadStatus::failure(QStringLiteral("Could not connect to the server.")));
+    EXPECT_EQ(item->status(), DownloadStatus::failure(u"Could not connect to the server."_s));
 }
 
 TEST(ByteStream, EndsInOrderWhileTransfersRun)

@@ -1,5 +1,5 @@
-#include "fixtures/EventLoop.h"
 #include "fixtures/EngineOnNetwork.h"
+#include "fixtures/EventLoop.h"
 #include "sites/FileServer.h"
 
 #include <QDir>
@@ -12,6 +12,8 @@
 #include <unistd.h>
 
 #include <csignal>
+
+using namespace Qt::StringLiterals;
 
 using namespace vormel;
 using namespace vormel::fixtures;
@@ -48,7 +50,7 @@ protected:
         return bytes.size() == fileSize &&
                !source.firstMismatch(0, std::span(bytes.constData(), static_cast<std::size_t>(bytes.size())));
     }
-    [[nodiscard]] QString downloaded() const { return engine.sandbox.path(QStringLiteral("Downloads/file.bin")); }
+    [[nodiscard]] QString downloaded() const { return engine.sandbox.path(u"Downloads/file.bin"_s); }
 
     PatternContent source{11, fileSize};
     FileServer server;
@@ -84,18 +86,18 @@ private:
 
 TEST_F(DiskTrouble, EndsAsIncompleteOnAFullDiskAndCompletesWhenThereIsRoom)
 {
-    const QString folder = engine.sandbox.path(QStringLiteral("small"));
+    const QString folder = engine.sandbox.path(u"small"_s);
     const SmallDisk disk(folder);
     if (!disk.isMounted())
         GTEST_SKIP() << "only the superuser can make a small disk";
     engine.manager().settings().downloadFolderPath.set(folder);
     const ItemPtr item = fetch();
-    EXPECT_TRUE(item->status().message().startsWith(QStringLiteral("Incomplete download (")));
+    EXPECT_TRUE(item->status().message().startsWith(u"Incomplete download ("_s));
     EXPECT_EQ(item->bytesReceived(), 1024 * 1024);
     disk.enlarge();
     retry(item);
     EXPECT_EQ(item->status(), DownloadStatus::completed);
-    EXPECT_TRUE(isWhole(folder + QStringLiteral("/file.bin")));
+    EXPECT_TRUE(isWhole(folder + u"/file.bin"_s));
 }
 
 TEST_F(DiskTrouble, NeverCompletesAFileOfUnknownLengthThatTheDiskDidNotTake)
@@ -109,7 +111,7 @@ TEST_F(DiskTrouble, NeverCompletesAFileOfUnknownLengthThatTheDiskDidNotTake)
     const ItemPtr item = fetch();
     ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &old), 0);
     EXPECT_EQ(item->status().kind(), DownloadStatus::failed);
-    EXPECT_TRUE(item->status().message().startsWith(QStringLiteral("The file could not be written: ")));
+    EXPECT_TRUE(item->status().message().startsWith(u"The file could not be written: "_s));
     EXPECT_FALSE(QFile::exists(downloaded()));
     retry(item);
     EXPECT_TRUE(isWhole(downloaded()));
@@ -117,7 +119,7 @@ TEST_F(DiskTrouble, NeverCompletesAFileOfUnknownLengthThatTheDiskDidNotTake)
 
 TEST_F(DiskTrouble, FailsInAReadOnlyFolderAndCompletesWhenItIsWritable)
 {
-    const QByteArray folder = QFile::encodeName(engine.sandbox.path(QStringLiteral("Downloads")));
+    const QByteArray folder = QFile::encodeName(engine.sandbox.path(u"Downloads"_s));
     if (::geteuid() == 0) {
         if (::mount(folder.constData(), folder.constData(), nullptr, MS_BIND, nullptr) != 0)
             GTEST_SKIP() << "no mounts here";
@@ -130,7 +132,7 @@ TEST_F(DiskTrouble, FailsInAReadOnlyFolderAndCompletesWhenItIsWritable)
         ASSERT_EQ(::umount2(folder.constData(), MNT_DETACH), 0);
     else
         ASSERT_EQ(::chmod(folder.constData(), 0700), 0);
-    EXPECT_EQ(item->status(), DownloadStatus::failure(QStringLiteral("The download folder cannot be written to.")));
+    EXPECT_EQ(item->status(), DownloadStatus::failure(u"The download folder cannot be written to."_s));
     retry(item);
     EXPECT_TRUE(isWhole(downloaded()));
 }
@@ -140,9 +142,8 @@ TEST_F(DiskTrouble, StartsAnewWhenTheFolderIsRemovedDuringTheDownload)
     server.setAnswers("/file.bin", {Answer::file().stallAfter(400000), Answer::file()});
     const ItemPtr item = engine.add(QString::fromStdString(server.url("/file.bin")));
     engine.manager().commands().startAll();
-    ASSERT_TRUE(waitUntil(
-        [this] { return engine.sandbox.read(QStringLiteral("Downloads/file.bin.download")).size() >= 262144; }));
-    ASSERT_TRUE(QDir(engine.sandbox.path(QStringLiteral("Downloads"))).removeRecursively());
+    ASSERT_TRUE(waitUntil([this] { return engine.sandbox.read(u"Downloads/file.bin.download"_s).size() >= 262144; }));
+    ASSERT_TRUE(QDir(engine.sandbox.path(u"Downloads"_s)).removeRecursively());
     server.release();
     ASSERT_TRUE(engine.runToEnd(item));
     EXPECT_EQ(item->status(), DownloadStatus::completed);
@@ -156,9 +157,8 @@ TEST_F(DiskTrouble, HarmsNoOtherItem)
     server.setAnswers("/file.bin", {Answer::file().stallAfter(400000), Answer::file()});
     const ItemPtr item = engine.add(QString::fromStdString(server.url("/file.bin")));
     engine.manager().commands().startAll();
-    ASSERT_TRUE(waitUntil(
-        [this] { return engine.sandbox.read(QStringLiteral("Downloads/file.bin.download")).size() >= 262144; }));
-    ASSERT_TRUE(QFile::remove(engine.sandbox.path(QStringLiteral("Downloads/file.bin.download"))));
+    ASSERT_TRUE(waitUntil([this] { return engine.sandbox.read(u"Downloads/file.bin.download"_s).size() >= 262144; }));
+    ASSERT_TRUE(QFile::remove(engine.sandbox.path(u"Downloads/file.bin.download"_s)));
     server.release();
     ASSERT_TRUE(engine.runToEnd(fine));
     ASSERT_TRUE(engine.runToEnd(item));

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace std::chrono_literals;
 using namespace vormel;
 using namespace vormel::fixtures;
@@ -14,7 +16,7 @@ namespace {
 
 constexpr qint64 fileSize = 700000;
 constexpr qint64 partSize = 300000;
-const QString partFile = QStringLiteral("Downloads/file.bin.download");
+const QString partFile = u"Downloads/file.bin.download"_s;
 
 enum class Outcome
 {
@@ -162,7 +164,7 @@ TEST_P(MisbehavingServer, NeverSpoilsAFile)
     ASSERT_TRUE(engine.runToEnd(other));
 
     const QByteArray whole = bytesOf(source, fileSize);
-    const QByteArray final = engine.sandbox.read(QStringLiteral("Downloads/file.bin"));
+    const QByteArray final = engine.sandbox.read(u"Downloads/file.bin"_s);
     const QByteArray part = engine.sandbox.read(partFile);
     switch (expected(GetParam())) {
     case Outcome::same:
@@ -176,13 +178,12 @@ TEST_P(MisbehavingServer, NeverSpoilsAFile)
     case Outcome::failed:
         EXPECT_EQ(item->status().kind(), DownloadStatus::failed);
         EXPECT_FALSE(item->status().message().isEmpty());
-        EXPECT_FALSE(engine.sandbox.exists(QStringLiteral("Downloads/file.bin")));
+        EXPECT_FALSE(engine.sandbox.exists(u"Downloads/file.bin"_s));
         EXPECT_TRUE(whole.startsWith(part)) << part.size();
         break;
     }
     EXPECT_EQ(other->status(), DownloadStatus::completed);
-    EXPECT_TRUE(engine.sandbox.read(QStringLiteral("Downloads/other.bin")) ==
-                bytesOf(PatternContent(2, fileSize), fileSize));
+    EXPECT_TRUE(engine.sandbox.read(u"Downloads/other.bin"_s) == bytesOf(PatternContent(2, fileSize), fileSize));
 }
 
 INSTANTIATE_TEST_SUITE_P(Behaviours, MisbehavingServer, ::testing::ValuesIn(cases()), caseName);

@@ -14,6 +14,8 @@
 #include <cstdlib>
 #include <random>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 using namespace vormel::fixtures;
 using vormel::sites::NginxServer;
@@ -45,17 +47,17 @@ protected:
         }
         const std::vector<qsizetype> sizes{3 * megabyte, 700000, 65536, 1, 262144, 2 * megabyte, 262145, 1500000};
         for (std::size_t i = 0; i < sizes.size(); ++i) {
-            const QString name = QStringLiteral("set.part%1.rar").arg(i + 1);
+            const QString name = u"set.part%1.rar"_s.arg(i + 1);
             originals.insert(name, randomBytes(random, sizes[i]));
-            sandbox.write(QStringLiteral("www/") + name, originals[name]);
+            sandbox.write(u"www/"_s + name, originals[name]);
         }
-        server.emplace(NginxServer::Options{.folder = sandbox.path(QStringLiteral("nginx")).toStdString(),
-                                            .documentRoot = sandbox.path(QStringLiteral("www")).toStdString()});
+        server.emplace(NginxServer::Options{.folder = sandbox.path(u"nginx"_s).toStdString(),
+                                            .documentRoot = sandbox.path(u"www"_s).toStdString()});
     }
 
     void startEngine(QProcess& engine, const QString& profile)
     {
-        QStringList arguments{profile, QStringLiteral("30720")};
+        QStringList arguments{profile, u"30720"_s};
         for (const QString& name : originals.keys())
             arguments.append(QString::fromStdString(server->url("/" + name.toStdString())));
         engine.setProcessChannelMode(QProcess::ForwardedErrorChannel);
@@ -67,7 +69,7 @@ protected:
     static void checkQueue(const QString& profile)
     {
         const Folders folders = Folders::below(profile);
-        const QString path = folders.applicationSupport + QStringLiteral("/download_queue.json");
+        const QString path = folders.applicationSupport + u"/download_queue.json"_s;
         if (!QFileInfo::exists(path))
             return;
         const DownloadPaths paths(folders.downloads);
@@ -86,7 +88,7 @@ protected:
 
     void checkFiles(const QString& profile) const
     {
-        const QDir folder(Folders::below(profile).downloads + QStringLiteral("/set"));
+        const QDir folder(Folders::below(profile).downloads + u"/set"_s);
         EXPECT_EQ(folder.entryList(QDir::Files | QDir::Hidden), QStringList(originals.keys()));
         for (auto original = originals.begin(); original != originals.end(); ++original) {
             QFile file(folder.filePath(original.key()));
@@ -107,7 +109,7 @@ TEST_F(KillTest, EveryFileIsWholeAfterManyKills)
 {
     int kills = 0;
     for (int round = 0; kills < killsToSurvive; ++round) {
-        const QString profile = sandbox.path(QStringLiteral("profile%1").arg(round));
+        const QString profile = sandbox.path(u"profile%1"_s.arg(round));
         bool isDone = false;
         while (!isDone) {
             QProcess engine;

@@ -10,6 +10,8 @@
 
 #include <signal.h> // NOLINT(modernize-deprecated-headers): kill() is POSIX
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 using namespace vormel::fixtures;
 
@@ -22,11 +24,11 @@ protected:
     [[nodiscard]] QProcessEnvironment environment() const
     {
         QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
-        variables.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-        variables.insert(QStringLiteral("HOME"), sandbox.root());
-        variables.insert(QStringLiteral("XDG_DATA_HOME"), sandbox.path(QStringLiteral("data")));
-        variables.insert(QStringLiteral("XDG_CONFIG_HOME"), sandbox.path(QStringLiteral("config")));
-        variables.insert(QStringLiteral("XDG_RUNTIME_DIR"), sandbox.path(QStringLiteral("run")));
+        variables.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
+        variables.insert(u"HOME"_s, sandbox.root());
+        variables.insert(u"XDG_DATA_HOME"_s, sandbox.path(u"data"_s));
+        variables.insert(u"XDG_CONFIG_HOME"_s, sandbox.path(u"config"_s));
+        variables.insert(u"XDG_RUNTIME_DIR"_s, sandbox.path(u"run"_s));
         return variables;
     }
     void start(QProcess& program) const
@@ -39,7 +41,7 @@ protected:
     /// The program listens when its socket is there.
     [[nodiscard]] bool isUp() const
     {
-        return waitUntil([this] { return QFile::exists(sandbox.path(QStringLiteral("run/Vormel/vormel.socket"))); });
+        return waitUntil([this] { return QFile::exists(sandbox.path(u"run/Vormel/vormel.socket"_s)); });
     }
 
     Sandbox sandbox;
@@ -49,27 +51,27 @@ protected:
 
 TEST_P(ProgramTest, EndsInOrderOnASignalAndSavesItsQueue)
 {
-    ASSERT_TRUE(QDir().mkpath(sandbox.path(QStringLiteral("run"))));
-    QFile::setPermissions(sandbox.path(QStringLiteral("run")), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    ASSERT_TRUE(QDir().mkpath(sandbox.path(u"run"_s)));
+    QFile::setPermissions(sandbox.path(u"run"_s), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     QProcess program;
     start(program);
     ASSERT_TRUE(isUp());
-    const QString queueFile = QStringLiteral("data/Vormel/download_queue.json");
+    const QString queueFile = u"data/Vormel/download_queue.json"_s;
     EXPECT_FALSE(sandbox.exists(queueFile));
     ASSERT_EQ(::kill(static_cast<pid_t>(program.processId()), GetParam()), 0);
     ASSERT_TRUE(program.waitForFinished());
     EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(program.exitCode(), 0);
     EXPECT_EQ(sandbox.read(queueFile), "[]");
-    EXPECT_FALSE(sandbox.exists(QStringLiteral("run/Vormel/vormel.socket")));
+    EXPECT_FALSE(sandbox.exists(u"run/Vormel/vormel.socket"_s));
 }
 
 INSTANTIATE_TEST_SUITE_P(Signals, ProgramTest, ::testing::Values(SIGTERM, SIGINT, SIGHUP));
 
 TEST_F(ProgramTest, RunsOncePerUserAlsoAfterAKill)
 {
-    ASSERT_TRUE(QDir().mkpath(sandbox.path(QStringLiteral("run"))));
-    QFile::setPermissions(sandbox.path(QStringLiteral("run")), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    ASSERT_TRUE(QDir().mkpath(sandbox.path(u"run"_s)));
+    QFile::setPermissions(sandbox.path(u"run"_s), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     QProcess first;
     start(first);
     ASSERT_TRUE(isUp());

@@ -1,5 +1,5 @@
-#include "fixtures/EventLoop.h"
 #include "fixtures/EngineOnNetwork.h"
+#include "fixtures/EventLoop.h"
 #include "fixtures/RealTools.h"
 #include "fixtures/Sighting.h"
 #include "sites/FileServer.h"
@@ -11,6 +11,8 @@
 
 #include <algorithm>
 #include <random>
+
+using namespace Qt::StringLiterals;
 
 using namespace std::chrono_literals;
 using namespace vormel;
@@ -41,7 +43,7 @@ protected:
     QStringList serve(const RarSet& set)
     {
         QStringList names;
-        for (const QString& path : makeRarSet(engine.sandbox.path(QStringLiteral("made")), set)) {
+        for (const QString& path : makeRarSet(engine.sandbox.path(u"made"_s), set)) {
             names << QFileInfo(path).fileName();
             serveFile(names.back(), contents(path));
         }
@@ -93,13 +95,13 @@ protected:
     }
     [[nodiscard]] QByteArray unpacked(const QString& name) const
     {
-        return engine.sandbox.read(QStringLiteral("Downloads/set/") + name);
+        return engine.sandbox.read(u"Downloads/set/"_s + name);
     }
 
     FileServer server;
     EngineOnNetwork engine;
     const QByteArray movie = noise(400'000);
-    const QString movieName = QStringLiteral("movie.mkv");
+    const QString movieName = u"movie.mkv"_s;
 };
 
 } // namespace
@@ -153,7 +155,7 @@ TEST_F(SetTest, FetchesAVolumeAgainThatVerificationFindsDamaged)
     set.files = {{movieName, movie}};
     set.volumeBytes = 100'000;
     const QStringList names = serve(set);
-    const QByteArray good = contents(engine.sandbox.path(QStringLiteral("made/") + names[1]));
+    const QByteArray good = contents(engine.sandbox.path(u"made/"_s + names[1]));
     QByteArray bad = good;
     bad.replace(50'000, 16, QByteArray(16, 'x'));
     serveFile(names[1], bad);
@@ -178,10 +180,10 @@ TEST_F(SetTest, AsksForThePasswordAndUnpacksOnceItIsRight)
 {
     for (const bool areHeadersEncrypted : {false, true}) {
         RarSet set;
-        set.name = areHeadersEncrypted ? QStringLiteral("hidden") : QStringLiteral("set");
+        set.name = areHeadersEncrypted ? u"hidden"_s : u"set"_s;
         set.files = {{movieName, movie}};
         set.volumeBytes = 200'000;
-        set.password = QStringLiteral("open sesame");
+        set.password = u"open sesame"_s;
         set.areHeadersEncrypted = areHeadersEncrypted;
         const QStringList names = serve(set);
         addAll(names);
@@ -190,19 +192,19 @@ TEST_F(SetTest, AsksForThePasswordAndUnpacksOnceItIsRight)
         ASSERT_TRUE(runUntil([&] { return question().has_value(); }));
         EXPECT_EQ(question()->archiveName, set.name);
         EXPECT_FALSE(question()->wasWrongPassword);
-        engine.manager().questions().submitExtractionPassword(QStringLiteral("open barley"));
+        engine.manager().questions().submitExtractionPassword(u"open barley"_s);
         ASSERT_TRUE(runUntil([&] { return question().has_value(); }));
         EXPECT_TRUE(question()->wasWrongPassword);
         engine.manager().questions().submitExtractionPassword(set.password);
         ASSERT_TRUE(runUntil([&] { return find(names[0]).extractionStatus() == ExtractionStatus::done; }));
-        EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/%1/%2").arg(set.name, movieName)), movie);
+        EXPECT_EQ(engine.sandbox.read(u"Downloads/%1/%2"_s.arg(set.name, movieName)), movie);
     }
 }
 
 TEST_F(SetTest, UnpacksVolumesThatCameInAnyOrder)
 {
     RarSet set;
-    set.files = {{QStringLiteral("Città.Ωmega.1080p.GROUP.mkv"), movie}, {QStringLiteral("note.txt"), "hello"}};
+    set.files = {{u"Città.Ωmega.1080p.GROUP.mkv"_s, movie}, {u"note.txt"_s, "hello"}};
     set.volumeBytes = 14'000;
     set.isSolid = true;
     QStringList names = serve(set);
@@ -215,7 +217,7 @@ TEST_F(SetTest, UnpacksVolumesThatCameInAnyOrder)
     addAll(names);
     engine.manager().commands().startAll();
     ASSERT_TRUE(runUntil([&] { return find(first).extractionStatus() == ExtractionStatus::done; }));
-    EXPECT_EQ(unpacked(QStringLiteral("Città.Ωmega.mkv")), movie);
-    EXPECT_TRUE(waitUntil([&] { return engine.sandbox.files(QStringLiteral("Downloads")).size() == 2; }));
-    EXPECT_EQ(engine.sandbox.files(QStringLiteral("Trash")).size(), names.size());
+    EXPECT_EQ(unpacked(u"Città.Ωmega.mkv"_s), movie);
+    EXPECT_TRUE(waitUntil([&] { return engine.sandbox.files(u"Downloads"_s).size() == 2; }));
+    EXPECT_EQ(engine.sandbox.files(u"Trash"_s).size(), names.size());
 }

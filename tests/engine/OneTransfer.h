@@ -1,7 +1,7 @@
 #pragma once
 
-#include "fixtures/EventLoop.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/EventLoop.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "fixtures/EngineOnScript.h"
 #include "fixtures/EventLoop.h"
 #include "fixtures/FakeResolvers.h"
-#include "fixtures/EngineOnScript.h"
 
 namespace vormel::fixtures {
 

@@ -2,16 +2,18 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
 TEST(PathLabel, ShowsTheHomeFolderAsATildeAndOnlyThat)
 {
-    const QString home = QStringLiteral("/home/ada");
-    EXPECT_EQ(withTilde(QStringLiteral("/home/ada"), home), u"~");
-    EXPECT_EQ(withTilde(QStringLiteral("/home/ada/Downloads"), home), u"~/Downloads");
-    EXPECT_EQ(withTilde(QStringLiteral("/home/adamo/Downloads"), home), u"/home/adamo/Downloads");
-    EXPECT_EQ(withTilde(QStringLiteral("/srv/home/ada"), home), u"/srv/home/ada");
+    const QString home = u"/home/ada"_s;
+    EXPECT_EQ(withTilde(u"/home/ada"_s, home), u"~");
+    EXPECT_EQ(withTilde(u"/home/ada/Downloads"_s, home), u"~/Downloads");
+    EXPECT_EQ(withTilde(u"/home/adamo/Downloads"_s, home), u"/home/adamo/Downloads");
+    EXPECT_EQ(withTilde(u"/srv/home/ada"_s, home), u"/srv/home/ada");
     EXPECT_EQ(withTilde({}, home), u"");
 }
 

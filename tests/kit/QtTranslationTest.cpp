@@ -1,9 +1,9 @@
 #include "kit/QtTranslation.h"
 
+#include "fixtures/EngineOnScript.h"
 #include "fixtures/EventLoop.h"
 #include "fixtures/QtTranslated.h"
 #include "fixtures/RealTools.h"
-#include "fixtures/EngineOnScript.h"
 
 #include <QFileDialog>
 #include <QLineEdit>

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -41,7 +43,7 @@ TEST(StyledLabel, FollowsAChangeOfFontSize)
 TEST(StyledLabel, DoesNotReadMarkupFromOutside)
 {
     StyledLabel label(StyledLabel::Style::body);
-    label.setText(QStringLiteral("<b>x</b>"));
+    label.setText(u"<b>x</b>"_s);
     EXPECT_EQ(label.textFormat(), Qt::PlainText);
 }
 

@@ -13,10 +13,12 @@
 #include <memory>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
-const QString downloads = QStringLiteral("/home/me/Downloads");
+const QString downloads = u"/home/me/Downloads"_s;
 
 /// The settings of a user whose preferences file a test can look at, change and read anew.
 class AppSettingsTest : public testing::Test
@@ -38,14 +40,14 @@ protected:
     void restartWith(const QByteArray& json)
     {
         m_writer->flush();
-        sandbox.write(QStringLiteral("preferences.json"), json);
+        sandbox.write(u"preferences.json"_s, json);
         restart();
     }
 
     QJsonObject stored()
     {
         m_writer->flush();
-        return QJsonDocument::fromJson(sandbox.read(QStringLiteral("preferences.json"))).object();
+        return QJsonDocument::fromJson(sandbox.read(u"preferences.json"_s)).object();
     }
 
     fixtures::Sandbox sandbox;
@@ -54,7 +56,7 @@ private:
     void start()
     {
         m_writer = std::make_unique<FileWriter>();
-        m_store = std::make_unique<UserDefaults>(sandbox.path(QStringLiteral("preferences.json")), *m_writer);
+        m_store = std::make_unique<UserDefaults>(sandbox.path(u"preferences.json"_s), *m_writer);
         m_settings = std::make_unique<AppSettings>(*m_store, downloads);
     }
 
@@ -101,8 +103,8 @@ TEST_F(AppSettingsTest, EverySettingSurvivesARestart)
         flag->set(true);
     settings().maxConcurrentDownloads.set(7);
     settings().maxDownloadSpeedKBps.set(qint64{1} << 40);
-    settings().downloadFolderPath.set(QStringLiteral("/data/caffè"));
-    settings().extractionFolderPath.set(QStringLiteral("/data/out"));
+    settings().downloadFolderPath.set(u"/data/caffè"_s);
+    settings().extractionFolderPath.set(u"/data/out"_s);
     settings().language.set(AppLanguage::italian);
     restart();
     for (const Setting<bool>* flag : plainFlags(settings()))
@@ -126,24 +128,24 @@ TEST_F(AppSettingsTest, EachSettingIsStoredUnderItsKeyInItsType)
     settings().autoStartDownloads.set(true);
     settings().maxConcurrentDownloads.set(5);
     settings().maxDownloadSpeedKBps.set(1000);
-    settings().downloadFolderPath.set(QStringLiteral("/a"));
+    settings().downloadFolderPath.set(u"/a"_s);
     settings().useCustomExtractionFolder.set(true);
-    settings().extractionFolderPath.set(QStringLiteral("/b"));
+    settings().extractionFolderPath.set(u"/b"_s);
     settings().language.set(AppLanguage::italian);
-    const QJsonObject expected = {{QStringLiteral("autoExtract"), false},
-                                  {QStringLiteral("deleteArchiveAfterExtract"), true},
-                                  {QStringLiteral("trashSourceFolderAfterExtract"), true},
-                                  {QStringLiteral("removeGroupAfterExtract"), true},
-                                  {QStringLiteral("downloadRevFiles"), true},
-                                  {QStringLiteral("cleanExtractedNames"), false},
-                                  {QStringLiteral("extractedNamesDotsToSpaces"), true},
-                                  {QStringLiteral("autoStartDownloads"), true},
-                                  {QStringLiteral("maxConcurrentDownloads"), 5},
-                                  {QStringLiteral("maxDownloadSpeedKBps"), 1000},
-                                  {QStringLiteral("downloadFolderPath"), QStringLiteral("/a")},
-                                  {QStringLiteral("useCustomExtractionFolder"), true},
-                                  {QStringLiteral("extractionFolderPath"), QStringLiteral("/b")},
-                                  {QStringLiteral("appLanguage"), QStringLiteral("Italiano")}};
+    const QJsonObject expected = {{u"autoExtract"_s, false},
+                                  {u"deleteArchiveAfterExtract"_s, true},
+                                  {u"trashSourceFolderAfterExtract"_s, true},
+                                  {u"removeGroupAfterExtract"_s, true},
+                                  {u"downloadRevFiles"_s, true},
+                                  {u"cleanExtractedNames"_s, false},
+                                  {u"extractedNamesDotsToSpaces"_s, true},
+                                  {u"autoStartDownloads"_s, true},
+                                  {u"maxConcurrentDownloads"_s, 5},
+                                  {u"maxDownloadSpeedKBps"_s, 1000},
+                                  {u"downloadFolderPath"_s, u"/a"_s},
+                                  {u"useCustomExtractionFolder"_s, true},
+                                  {u"extractionFolderPath"_s, u"/b"_s},
+                                  {u"appLanguage"_s, u"Italiano"_s}};
     EXPECT_EQ(stored(), expected);
 }
 
@@ -183,14 +185,14 @@ TEST_F(AppSettingsTest, ACustomExtractionFolderCountsEvenWhenItsPathIsEmpty)
 
 TEST_F(AppSettingsTest, TheExtractionFolderIsKeptWhileItIsNotUsed)
 {
-    settings().extractionFolderPath.set(QStringLiteral("/data/out"));
+    settings().extractionFolderPath.set(u"/data/out"_s);
     settings().useCustomExtractionFolder.set(true);
     settings().useCustomExtractionFolder.set(false);
     EXPECT_EQ(settings().effectiveExtractionFolder(), std::nullopt);
     restart();
     EXPECT_EQ(settings().extractionFolderPath.value(), u"/data/out");
     settings().useCustomExtractionFolder.set(true);
-    EXPECT_EQ(settings().effectiveExtractionFolder(), QStringLiteral("/data/out"));
+    EXPECT_EQ(settings().effectiveExtractionFolder(), u"/data/out"_s);
 }
 
 TEST_F(AppSettingsTest, ValuesOfTheWrongTypeGiveTheDefault)
@@ -224,11 +226,11 @@ TEST_F(AppSettingsTest, SettingTheSameValueAgainNotifiesAndWritesAgain)
     QObject::connect(&settings(), &AppSettings::changed, &settings(), [&changes] { ++changes; });
     settings().maxConcurrentDownloads.set(3);
     EXPECT_EQ(changes, 1);
-    EXPECT_EQ(stored().value(QStringLiteral("maxConcurrentDownloads")).toInt(), 3);
-    ASSERT_TRUE(QFile::remove(sandbox.path(QStringLiteral("preferences.json"))));
+    EXPECT_EQ(stored().value(u"maxConcurrentDownloads"_s).toInt(), 3);
+    ASSERT_TRUE(QFile::remove(sandbox.path(u"preferences.json"_s)));
     settings().maxConcurrentDownloads.set(3);
     EXPECT_EQ(changes, 2);
-    EXPECT_EQ(stored().value(QStringLiteral("maxConcurrentDownloads")).toInt(), 3);
+    EXPECT_EQ(stored().value(u"maxConcurrentDownloads"_s).toInt(), 3);
 }
 
 TEST_F(AppSettingsTest, TheChangesThatOthersActOnAreToldApart)
@@ -267,7 +269,7 @@ TEST_F(AppSettingsTest, UnknownKeysAreKept)
 {
     restartWith(R"({"fromANewerVersion": [1, 2]})");
     settings().autoExtract.set(true);
-    EXPECT_EQ(stored().value(QStringLiteral("fromANewerVersion")).toArray().size(), 2);
+    EXPECT_EQ(stored().value(u"fromANewerVersion"_s).toArray().size(), 2);
 }
 
 } // namespace

@@ -8,6 +8,8 @@
 #include <limits>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -100,15 +102,14 @@ std::vector<Change> changes()
 {
     const WallTime time = WallTime(std::chrono::hours(1));
     return {
-        {ItemField::resolvedUrl,
-         [](DownloadItem& item) { item.setResolvedURL(fixtures::link(QStringLiteral("http://b/y"))); }},
-        {ItemField::filename, [](DownloadItem& item) { item.setFilename(QStringLiteral("y")); }},
-        {ItemField::status, [](DownloadItem& item) { item.setStatus(DownloadStatus::failure(QStringLiteral("m"))); }},
+        {ItemField::resolvedUrl, [](DownloadItem& item) { item.setResolvedURL(fixtures::link(u"http://b/y"_s)); }},
+        {ItemField::filename, [](DownloadItem& item) { item.setFilename(u"y"_s); }},
+        {ItemField::status, [](DownloadItem& item) { item.setStatus(DownloadStatus::failure(u"m"_s)); }},
         {ItemField::progress, [](DownloadItem& item) { item.setProgress(0.5); }},
         {ItemField::bytesReceived, [](DownloadItem& item) { item.setBytesReceived(5); }},
         {ItemField::totalBytes, [](DownloadItem& item) { item.setTotalBytes(10); }},
         {ItemField::speed, [](DownloadItem& item) { item.setSpeedBytesPerSec(1); }},
-        {ItemField::localPath, [](DownloadItem& item) { item.setLocalPath(QStringLiteral("/d/y")); }},
+        {ItemField::localPath, [](DownloadItem& item) { item.setLocalPath(u"/d/y"_s); }},
         {ItemField::extractionStatus, [](DownloadItem& item) { item.setExtractionStatus(ExtractionStatus::done); }},
         {ItemField::extractionProgress, [](DownloadItem& item) { item.setExtractionProgress(1); }},
         {ItemField::resolvedAt, [time](DownloadItem& item) { item.setResolvedAt(time); }},
@@ -136,8 +137,8 @@ TEST(DownloadItem, IsAlreadyChangedWhenItsWatcherHears)
     DownloadItem item = itemOf("http://a/x");
     RecordingWatcher watcher;
     item.setWatcher(&watcher);
-    item.setFilename(QStringLiteral("new"));
-    EXPECT_EQ(watcher.names, std::vector{QStringLiteral("new")});
+    item.setFilename(u"new"_s);
+    EXPECT_EQ(watcher.names, std::vector{u"new"_s});
 }
 
 TEST(DownloadItem, TellsNobodyAfterTheWatchEnds)
@@ -152,7 +153,7 @@ TEST(DownloadItem, TellsNobodyAfterTheWatchEnds)
 
 TEST(ItemId, IsWrittenInCapitalsWithoutBraces)
 {
-    const QUuid uuid(QStringLiteral("{01234567-89ab-cdef-0123-456789abcdef}"));
+    const QUuid uuid(u"{01234567-89ab-cdef-0123-456789abcdef}"_s);
     EXPECT_EQ(ItemId(uuid).toString(), u"01234567-89AB-CDEF-0123-456789ABCDEF");
     EXPECT_TRUE(ItemId().isNull());
     EXPECT_FALSE(ItemId::make() == ItemId::make());

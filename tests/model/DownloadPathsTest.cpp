@@ -12,75 +12,77 @@
 
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
-const DownloadPaths paths(QStringLiteral("/d"));
+const DownloadPaths paths(u"/d"_s);
 
 TEST(DownloadPaths, AFileOfNoSetLiesDirectlyInTheFolder)
 {
-    EXPECT_EQ(paths.groupFolder(QStringLiteral("movie.rar")), u"/d");
-    EXPECT_EQ(paths.finalFile(QStringLiteral("movie.rar")), u"/d/movie.rar");
+    EXPECT_EQ(paths.groupFolder(u"movie.rar"_s), u"/d");
+    EXPECT_EQ(paths.finalFile(u"movie.rar"_s), u"/d/movie.rar");
 }
 
 TEST(DownloadPaths, TheMembersOfASetShareAFolder)
 {
-    EXPECT_EQ(paths.finalFile(QStringLiteral("The.Movie.part1.rar")), u"/d/The.Movie/The.Movie.part1.rar");
-    EXPECT_EQ(paths.groupFolder(QStringLiteral("The.Movie.PART10.rev")), u"/d/The.Movie");
+    EXPECT_EQ(paths.finalFile(u"The.Movie.part1.rar"_s), u"/d/The.Movie/The.Movie.part1.rar");
+    EXPECT_EQ(paths.groupFolder(u"The.Movie.PART10.rev"_s), u"/d/The.Movie");
 }
 
 TEST(DownloadPaths, ThePartFileStandsBesideTheFinalOneWithDownloadBehindItsName)
 {
-    EXPECT_EQ(paths.partFile(QStringLiteral("movie.rar")), u"/d/movie.rar.download");
-    EXPECT_EQ(paths.partFile(QStringLiteral("a.part1.rar")), u"/d/a/a.part1.rar.download");
+    EXPECT_EQ(paths.partFile(u"movie.rar"_s), u"/d/movie.rar.download");
+    EXPECT_EQ(paths.partFile(u"a.part1.rar"_s), u"/d/a/a.part1.rar.download");
 }
 
 TEST(DownloadPaths, ASetNamedLikeAParentFolderGetsAFolderOfItsOwn)
 {
-    EXPECT_EQ(paths.groupFolder(QStringLiteral("...part1.rar")), u"/d/_");
-    EXPECT_EQ(paths.groupFolder(QStringLiteral("..part1.rar")), u"/d/_");
+    EXPECT_EQ(paths.groupFolder(u"...part1.rar"_s), u"/d/_");
+    EXPECT_EQ(paths.groupFolder(u"..part1.rar"_s), u"/d/_");
 }
 
 TEST(DownloadPaths, ASetWithoutANameLiesDirectlyInTheFolder)
 {
-    EXPECT_EQ(paths.groupFolder(QStringLiteral(".part1.rar")), u"/d");
-    EXPECT_EQ(paths.finalFile(QStringLiteral(".part1.rar")), u"/d/.part1.rar");
+    EXPECT_EQ(paths.groupFolder(u".part1.rar"_s), u"/d");
+    EXPECT_EQ(paths.finalFile(u".part1.rar"_s), u"/d/.part1.rar");
 }
 
 std::vector<QString> hostileNames()
 {
     std::vector<QString> names = {
         QString(),
-        QStringLiteral("."),
-        QStringLiteral(".."),
-        QStringLiteral("/"),
-        QStringLiteral("//"),
-        QStringLiteral("/etc/passwd"),
-        QStringLiteral("../x"),
-        QStringLiteral("../../../x"),
-        QStringLiteral("a/../../x"),
-        QStringLiteral("a/b/c"),
-        QStringLiteral("x/.."),
-        QStringLiteral("x/"),
-        QStringLiteral("~/x"),
-        QStringLiteral("a\nb"),
-        QStringLiteral("..\n"),
+        u"."_s,
+        u".."_s,
+        u"/"_s,
+        u"//"_s,
+        u"/etc/passwd"_s,
+        u"../x"_s,
+        u"../../../x"_s,
+        u"a/../../x"_s,
+        u"a/b/c"_s,
+        u"x/.."_s,
+        u"x/"_s,
+        u"~/x"_s,
+        u"a\nb"_s,
+        u"..\n"_s,
         QString(QChar(0)),
-        QStringLiteral("..") + QChar(0),
-        QStringLiteral("..") + QChar(0) + QStringLiteral("/x"),
+        u".."_s + QChar(0),
+        u".."_s + QChar(0) + u"/x"_s,
         QString(QChar(0xD800)),
-        QStringLiteral("../") + QChar(0xDC00),
+        u"../"_s + QChar(0xDC00),
         QString(300, u'.'),
         QString(300, u'x'),
         QString(300, u'日'),
-        QStringLiteral("../").repeated(100),
-        QStringLiteral("\u2215..\u2215x"),
+        u"../"_s.repeated(100),
+        u"\u2215..\u2215x"_s,
     };
     const std::vector<QString> bases = names;
     for (const QString& base : bases) {
-        names.push_back(base + QStringLiteral(".part1.rar"));
-        names.push_back(base + QStringLiteral(".part1.rar\n"));
-        names.push_back(base + QStringLiteral("/.part1.rev"));
+        names.push_back(base + u".part1.rar"_s);
+        names.push_back(base + u".part1.rar\n"_s);
+        names.push_back(base + u"/.part1.rev"_s);
     }
     return names;
 }
@@ -108,20 +110,18 @@ TEST(DownloadPaths, NoNameLeadsOutOfTheFolder)
 TEST(DownloadPaths, TheMembersOfASetWithAVeryLongNameKeepFilesOfTheirOwn)
 {
     const QString base(300, u'n');
-    const QString first = paths.finalFile(base + QStringLiteral(".part1.rar"));
-    const QString second = paths.finalFile(base + QStringLiteral(".part2.rar"));
+    const QString first = paths.finalFile(base + u".part1.rar"_s);
+    const QString second = paths.finalFile(base + u".part2.rar"_s);
     EXPECT_NE(first, second);
-    EXPECT_TRUE(first.endsWith(QStringLiteral(".part1.rar")));
-    EXPECT_EQ(paths.groupFolder(base + QStringLiteral(".part1.rar")),
-              paths.groupFolder(base + QStringLiteral(".part2.rar")));
+    EXPECT_TRUE(first.endsWith(u".part1.rar"_s));
+    EXPECT_EQ(paths.groupFolder(base + u".part1.rar"_s), paths.groupFolder(base + u".part2.rar"_s));
 }
 
 TEST(DownloadPaths, TheMembersOfASetKeepOneBaseHoweverMuchOfItMustGo)
 {
-    for (const QString& character :
-         {QStringLiteral("n"), QStringLiteral("è"), QStringLiteral("電"), QStringLiteral("🍺")}) {
+    for (const QString& character : {u"n"_s, u"è"_s, u"電"_s, u"🍺"_s}) {
         for (int count = 40; count < 300; ++count) {
-            const QString base = QStringLiteral("S01E07 ") + character.repeated(count);
+            const QString base = u"S01E07 "_s + character.repeated(count);
             QSet<QString> bases;
             for (const char* const suffix :
                  {".part1.rar", ".part9.rar", ".part10.rar", ".part0001.rev", ".PART12345.RAR"}) {
@@ -142,7 +142,7 @@ TEST(DownloadPaths, TheMembersOfASetKeepOneBaseHoweverMuchOfItMustGo)
 
 TEST(DownloadPaths, APartNumberBeyondAllMeasureIsCutLikeAnyOtherName)
 {
-    const QString name = QStringLiteral("a.part") + QString(300, u'0') + QStringLiteral("1.rar");
+    const QString name = u"a.part"_s + QString(300, u'0') + u"1.rar"_s;
     EXPECT_LE(QFileInfo(paths.finalFile(name)).fileName().toUtf8().size(), 235);
 }
 

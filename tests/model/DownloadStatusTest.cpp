@@ -4,21 +4,23 @@
 
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
 TEST(DownloadStatus, TwoFailedOnesAreEqualWithEqualMessagesOnly)
 {
-    EXPECT_EQ(DownloadStatus::failure(QStringLiteral("a")), DownloadStatus::failure(QStringLiteral("a")));
-    EXPECT_NE(DownloadStatus::failure(QStringLiteral("a")), DownloadStatus::failure(QStringLiteral("b")));
-    EXPECT_NE(ExtractionStatus::failure(QStringLiteral("a")), ExtractionStatus::failure(QStringLiteral("b")));
+    EXPECT_EQ(DownloadStatus::failure(u"a"_s), DownloadStatus::failure(u"a"_s));
+    EXPECT_NE(DownloadStatus::failure(u"a"_s), DownloadStatus::failure(u"b"_s));
+    EXPECT_NE(ExtractionStatus::failure(u"a"_s), ExtractionStatus::failure(u"b"_s));
 }
 
 TEST(DownloadStatus, IsComparedWithAKindWhateverItsMessage)
 {
-    EXPECT_TRUE(DownloadStatus::failure(QStringLiteral("a")) == DownloadStatus::failed);
-    EXPECT_FALSE(DownloadStatus::failure(QStringLiteral("a")) == DownloadStatus::stopped);
-    EXPECT_TRUE(ExtractionStatus::failure(QStringLiteral("a")) == ExtractionStatus::failed);
+    EXPECT_TRUE(DownloadStatus::failure(u"a"_s) == DownloadStatus::failed);
+    EXPECT_FALSE(DownloadStatus::failure(u"a"_s) == DownloadStatus::stopped);
+    EXPECT_TRUE(ExtractionStatus::failure(u"a"_s) == ExtractionStatus::failed);
 }
 
 TEST(DownloadStatus, BeginsQueuedAndIdle)
@@ -44,7 +46,7 @@ TEST(DownloadStatus, HasALabelInBothLanguages)
         {DownloadStatus::paused, "Paused", "In pausa"},
         {DownloadStatus::stopped, "Stopped", "Fermato"},
         {DownloadStatus::completed, "Completed", "Completato"},
-        {DownloadStatus::failure(QStringLiteral("HTTP 404")), "Error: HTTP 404", "Errore: HTTP 404"},
+        {DownloadStatus::failure(u"HTTP 404"_s), "Error: HTTP 404", "Errore: HTTP 404"},
     };
     for (const Row& row : rows) {
         EXPECT_EQ(statusLabel(row.status, AppLanguage::english).toStdString(), row.english);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -28,16 +30,15 @@ TEST(HostAccount, OnlyTheExactStoredNameGivesAHost)
 
 TEST(HostAccount, TheFirstEnabledAccountOfTheHostIsUsed)
 {
-    const std::vector<HostAccount> accounts = {account(SupportedHost::terabytez, QStringLiteral("other")),
-                                               account(SupportedHost::filestore, QStringLiteral("off"), false),
-                                               account(SupportedHost::filestore, QStringLiteral("first")),
-                                               account(SupportedHost::filestore, QStringLiteral("second"))};
+    const std::vector<HostAccount> accounts = {
+        account(SupportedHost::terabytez, u"other"_s), account(SupportedHost::filestore, u"off"_s, false),
+        account(SupportedHost::filestore, u"first"_s), account(SupportedHost::filestore, u"second"_s)};
     EXPECT_EQ(firstEnabledAccount(accounts, SupportedHost::filestore), &accounts[2]);
 }
 
 TEST(HostAccount, WithoutAnEnabledAccountThereIsNone)
 {
-    const std::vector<HostAccount> accounts = {account(SupportedHost::filestore, QStringLiteral("off"), false)};
+    const std::vector<HostAccount> accounts = {account(SupportedHost::filestore, u"off"_s, false)};
     EXPECT_EQ(firstEnabledAccount(accounts, SupportedHost::filestore), nullptr);
     EXPECT_EQ(firstEnabledAccount(accounts, SupportedHost::terabytez), nullptr);
     EXPECT_EQ(firstEnabledAccount({}, SupportedHost::terabytez), nullptr);

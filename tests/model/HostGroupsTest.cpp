@@ -7,6 +7,8 @@
 
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -31,7 +33,7 @@ TEST(HostGroups, WwwIsDroppedOnceAndOnlyAtTheStart)
 TEST(HostGroups, ALinkWithoutAHostIsUnknown)
 {
     EXPECT_EQ(labelOf("http:///x"), "unknown");
-    EXPECT_EQ(plainHost(fixtures::link(QStringLiteral("mailto:me"))), u"unknown");
+    EXPECT_EQ(plainHost(fixtures::link(u"mailto:me"_s)), u"unknown");
 }
 
 TEST(HostGroups, PremiumHostsAreLabelledByTheirDisplayName)
@@ -45,7 +47,7 @@ TEST(HostGroups, PremiumHostsAreLabelledByTheirDisplayName)
 
 TEST(HostGroups, PlainHostKeepsThePremiumHostsOwnName)
 {
-    EXPECT_EQ(plainHost(fixtures::link(QStringLiteral("http://www.TERABYTEZ.example/x"))), u"terabytez.example");
+    EXPECT_EQ(plainHost(fixtures::link(u"http://www.TERABYTEZ.example/x"_s)), u"terabytez.example");
 }
 
 TEST(HostGroups, RanksTerabytezThenFilestoreThenTheOthers)
@@ -63,10 +65,10 @@ TEST(HostGroups, LinksAreGroupedInTheirOrderAndGroupsSortedByRankThenName)
     const std::vector<Link> urls = {link("http://z.example/1"), link("http://filestore.example/2"),
                                     link("http://b.example/3"), link("http://www.Z.example/0"),
                                     link("http://terabytez.example/4")};
-    const std::vector<PendingHostSelection::HostGroup> expected = {{QStringLiteral("Terabytez"), {urls[4]}},
-                                                                   {QStringLiteral("Filestore.example"), {urls[1]}},
-                                                                   {QStringLiteral("b.example"), {urls[2]}},
-                                                                   {QStringLiteral("z.example"), {urls[0], urls[3]}}};
+    const std::vector<PendingHostSelection::HostGroup> expected = {{u"Terabytez"_s, {urls[4]}},
+                                                                   {u"Filestore.example"_s, {urls[1]}},
+                                                                   {u"b.example"_s, {urls[2]}},
+                                                                   {u"z.example"_s, {urls[0], urls[3]}}};
     EXPECT_EQ(groupURLsByHost(urls), expected);
     EXPECT_TRUE(groupURLsByHost({}).empty());
 }

@@ -8,6 +8,8 @@
 
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -106,7 +108,7 @@ TEST(NormalizeURL, ALongTailIsLostAtOnce)
     QElapsedTimer timer;
     timer.start();
     for (const char* tail : {".", "%22", "%E2%80%9D", "%F0%9F%8D%BA"}) {
-        const QString url = QStringLiteral("http://a/x") + QString::fromLatin1(tail).repeated(5000);
+        const QString url = u"http://a/x"_s + QString::fromLatin1(tail).repeated(5000);
         EXPECT_EQ(normalizeURL(fixtures::link(url)).absoluteString(), u"http://a/x");
     }
     EXPECT_LT(timer.elapsed(), 1500);

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -24,8 +26,7 @@ TEST(ReleaseName, TheCutFallsAtTheFirstTagAndKeepsTheYearBeforeIt)
 
 TEST(ReleaseName, BothSettingsTogetherReadLikeATitle)
 {
-    EXPECT_EQ(cleanedName(QStringLiteral("Some.Movie.2021.1080p.WEB-DL.x264-GROUP.mkv"), true, true),
-              u"Some Movie 2021.mkv");
+    EXPECT_EQ(cleanedName(u"Some.Movie.2021.1080p.WEB-DL.x264-GROUP.mkv"_s, true, true), u"Some Movie 2021.mkv");
 }
 
 TEST(ReleaseName, FullStopsAndUnderscoresBecomeSingleBlanks)
@@ -57,7 +58,7 @@ TEST(ReleaseName, AnyTagBetweenSeparatorsCutsAlsoCommonWords)
 TEST(ReleaseName, ANameWithoutExtensionAndTagIsOnlyTrimmed)
 {
     EXPECT_EQ(cleaned("_- a b -_"), u"a b");
-    EXPECT_EQ(cleanedName(QStringLiteral("_name_"), false, false), u"name");
+    EXPECT_EQ(cleanedName(u"_name_"_s, false, false), u"name");
 }
 
 TEST(ReleaseName, TheExtensionKeepsItsCase)
@@ -67,13 +68,13 @@ TEST(ReleaseName, TheExtensionKeepsItsCase)
 
 TEST(ReleaseName, ATagMayEndTheStem)
 {
-    EXPECT_EQ(stripReleaseTags(QStringLiteral("Film - HDR")), u"Film");
-    EXPECT_EQ(stripReleaseTags(QStringLiteral("Film-hdr10+")), u"Film");
+    EXPECT_EQ(stripReleaseTags(u"Film - HDR"_s), u"Film");
+    EXPECT_EQ(stripReleaseTags(u"Film-hdr10+"_s), u"Film");
 }
 
 TEST(ReleaseName, AStemWithoutATagComesBackUntouched)
 {
-    EXPECT_EQ(stripReleaseTags(QStringLiteral("-Film-")), u"-Film-");
+    EXPECT_EQ(stripReleaseTags(u"-Film-"_s), u"-Film-");
 }
 
 class ReleaseTag : public ::testing::TestWithParam<const char*>
@@ -81,7 +82,7 @@ class ReleaseTag : public ::testing::TestWithParam<const char*>
 
 TEST_P(ReleaseTag, CutsTheName)
 {
-    EXPECT_EQ(stripReleaseTags(QStringLiteral("Film.%1.rest").arg(QString::fromUtf8(GetParam()))), u"Film");
+    EXPECT_EQ(stripReleaseTags(u"Film.%1.rest"_s.arg(QString::fromUtf8(GetParam()))), u"Film");
 }
 
 INSTANTIATE_TEST_SUITE_P(ReleaseName, ReleaseTag,
@@ -96,9 +97,7 @@ INSTANTIATE_TEST_SUITE_P(ReleaseName, ReleaseTag,
 TEST(ReleaseName, AHostileNameOfAMegabyteIsCleanedInTime)
 {
     constexpr qsizetype size = 1024 * 1024;
-    for (const QString& piece :
-         {QStringLiteral("a"), QStringLiteral("."), QStringLiteral(".x"), QStringLiteral(" e-ac-"),
-          QStringLiteral("_multisubs"), QStringLiteral(" ."), QStringLiteral(".dts-h")}) {
+    for (const QString& piece : {u"a"_s, u"."_s, u".x"_s, u" e-ac-"_s, u"_multisubs"_s, u" ."_s, u".dts-h"_s}) {
         QElapsedTimer watch;
         watch.start();
         static_cast<void>(cleanedName(piece.repeated(size / piece.size()), true, true));

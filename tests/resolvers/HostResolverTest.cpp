@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -23,7 +25,7 @@ struct Fetched
 QCoro::Task<> fetch(const HostResolver& resolver, Fetched& fetched)
 {
     try {
-        fetched.name = co_await resolver.fetchFilename(link(QStringLiteral("http://filestore.example/abc")), {});
+        fetched.name = co_await resolver.fetchFilename(link(u"http://filestore.example/abc"_s), {});
     } catch (const ResolverError& error) {
         fetched.error = error.kind();
     }
@@ -48,22 +50,21 @@ std::optional<QString> fetchedName(const QString& address, const std::optional<Q
 
 TEST(HostResolver, TheNameIsTheLastPathComponentOfTheDownloadAddress)
 {
-    EXPECT_EQ(fetchedName(QStringLiteral("http://cdn.example/d/the%20file.rar?t=1.2"), QStringLiteral("other.zip")),
-              u"the file.rar");
-    EXPECT_EQ(fetchedName(QStringLiteral("http://cdn.example/file.rar/"), std::nullopt), u"file.rar");
+    EXPECT_EQ(fetchedName(u"http://cdn.example/d/the%20file.rar?t=1.2"_s, u"other.zip"_s), u"the file.rar");
+    EXPECT_EQ(fetchedName(u"http://cdn.example/file.rar/"_s, std::nullopt), u"file.rar");
 }
 
 TEST(HostResolver, AnAddressWithoutAFullStopInItsLastComponentLeavesTheGivenName)
 {
-    EXPECT_EQ(fetchedName(QStringLiteral("http://cdn.example/v1.0/token"), QStringLiteral("other.zip")), u"other.zip");
-    EXPECT_EQ(fetchedName(QStringLiteral("http://cdn.example/"), QStringLiteral("other")), u"other");
-    EXPECT_EQ(fetchedName(QStringLiteral("http://cdn.example/token"), std::nullopt), std::nullopt);
+    EXPECT_EQ(fetchedName(u"http://cdn.example/v1.0/token"_s, u"other.zip"_s), u"other.zip");
+    EXPECT_EQ(fetchedName(u"http://cdn.example/"_s, u"other"_s), u"other");
+    EXPECT_EQ(fetchedName(u"http://cdn.example/token"_s, std::nullopt), std::nullopt);
 }
 
 TEST(HostResolver, ALinkThatDoesNotResolveHasNoNameEither)
 {
-    const Fetched none = fetched(
-        [](const fixtures::ResolveCall& call) { call.answer->deliver(ResolverError::linkNotFound()); });
+    const Fetched none =
+        fetched([](const fixtures::ResolveCall& call) { call.answer->deliver(ResolverError::linkNotFound()); });
     EXPECT_EQ(none.name, std::nullopt);
     EXPECT_EQ(none.error, ResolverError::Kind::linkNotFound);
 }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -22,9 +24,9 @@ void expectTexts(const std::vector<Row>& rows)
 
 TEST(ResolverError, EachReasonHasItsMessage)
 {
-    const ResolverError noAccount = ResolverError::noAccountConfigured(QStringLiteral("Terabytez"));
+    const ResolverError noAccount = ResolverError::noAccountConfigured(u"Terabytez"_s);
     const ResolverError login = ResolverError::loginRequired(SupportedHost::terabytez);
-    const ResolverError network = ResolverError::networkError(QStringLiteral("no route to host"));
+    const ResolverError network = ResolverError::networkError(u"no route to host"_s);
     const ResolverError refused = ResolverError::authenticationFailed();
     const ResolverError missing = ResolverError::linkNotFound();
     const ResolverError unsupported = ResolverError::unsupportedHost();
@@ -58,7 +60,7 @@ TEST(ResolverError, ARequiredLoginNamesItsHostByItsLabel)
 TEST(ResolverError, TheMessageOutlivesACatchByTheCommonBase)
 {
     try {
-        throw ResolverError::networkError(QStringLiteral("caffè"));
+        throw ResolverError::networkError(u"caffè"_s);
     } catch (const std::exception& error) {
         EXPECT_STREQ(error.what(), "Network error: caffè");
     }
@@ -66,7 +68,7 @@ TEST(ResolverError, TheMessageOutlivesACatchByTheCommonBase)
 
 TEST(ContainerError, EachReasonHasItsMessage)
 {
-    const ContainerError network = ContainerError::networkError(QStringLiteral("timed out"));
+    const ContainerError network = ContainerError::networkError(u"timed out"_s);
     const ContainerError empty = ContainerError::noLinksFound();
     const ContainerError password = ContainerError::wrongPassword();
     const ContainerError captcha = ContainerError::captchaRequired();

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -25,45 +27,41 @@ std::optional<SupportedHost> hostFor(const QString& url)
 
 TEST(ResolverTables, PremiumHostsAreKnownByTheirDomainInAnyLetterCaseAndBelowAnySubdomain)
 {
-    for (const QString& url :
-         {QStringLiteral("http://filestore.example/x"), QStringLiteral("https://WWW.FileStore.Example:8443/x"),
-          QStringLiteral("http://dl7.filestore.example/x")})
+    for (const QString& url : {u"http://filestore.example/x"_s, u"https://WWW.FileStore.Example:8443/x"_s,
+                               u"http://dl7.filestore.example/x"_s})
         EXPECT_EQ(hostFor(url), SupportedHost::filestore) << url.toStdString();
-    for (const QString& url :
-         {QStringLiteral("http://terabytez.example/x"), QStringLiteral("http://www.TeraBytez.other/x")})
+    for (const QString& url : {u"http://terabytez.example/x"_s, u"http://www.TeraBytez.other/x"_s})
         EXPECT_EQ(hostFor(url), SupportedHost::terabytez) << url.toStdString();
 }
 
 TEST(ResolverTables, AHostWithoutAResolverIsADirectLink)
 {
     for (const QString& url :
-         {QStringLiteral("http://cdn.example/filestore.example/x"), QStringLiteral("http://filestore.other/x"),
-          QStringLiteral("http://terabytez/x"), QStringLiteral("http://cdn.example/?u=terabytez.example"),
-          QStringLiteral("mailto:filestore.example"), QStringLiteral("http:///terabytez.example")})
+         {u"http://cdn.example/filestore.example/x"_s, u"http://filestore.other/x"_s, u"http://terabytez/x"_s,
+          u"http://cdn.example/?u=terabytez.example"_s, u"mailto:filestore.example"_s, u"http:///terabytez.example"_s})
         EXPECT_EQ(hostFor(url), std::nullopt) << url.toStdString();
-    EXPECT_EQ(ResolverTables().hostResolverForURL(link(QStringLiteral("http://filestore.example/x"))), nullptr);
+    EXPECT_EQ(ResolverTables().hostResolverForURL(link(u"http://filestore.example/x"_s)), nullptr);
 }
 
 TEST(ResolverTables, AHostOfBothNamesResolvesAtTheFirstButIsGroupedAsTerabytez)
 {
-    const QString both = QStringLiteral("http://terabytez.filestore.example/x");
+    const QString both = u"http://terabytez.filestore.example/x"_s;
     EXPECT_EQ(hostFor(both), SupportedHost::filestore);
     EXPECT_EQ(hostGroupLabel(link(both)), u"Terabytez");
 }
 
 TEST(ResolverTables, TheFirstContainerServiceThatClaimsALinkGetsIt)
 {
-    const ResolverTables all = tables({QStringLiteral("/a/"), QStringLiteral("/b/"), QStringLiteral("http")});
-    EXPECT_EQ(all.containerResolverForURL(link(QStringLiteral("http://x.example/b/a/c")))->name(), u"/a/");
-    EXPECT_EQ(all.containerResolverForURL(link(QStringLiteral("http://x.example/b/c")))->name(), u"/b/");
-    EXPECT_EQ(all.containerResolverForURL(link(QStringLiteral("http://x.example/c")))->name(), u"http");
+    const ResolverTables all = tables({u"/a/"_s, u"/b/"_s, u"http"_s});
+    EXPECT_EQ(all.containerResolverForURL(link(u"http://x.example/b/a/c"_s))->name(), u"/a/");
+    EXPECT_EQ(all.containerResolverForURL(link(u"http://x.example/b/c"_s))->name(), u"/b/");
+    EXPECT_EQ(all.containerResolverForURL(link(u"http://x.example/c"_s))->name(), u"http");
 }
 
 TEST(ResolverTables, ALinkThatNoContainerServiceClaimsIsNoContainer)
 {
-    EXPECT_EQ(tables({QStringLiteral("/a/")}).containerResolverForURL(link(QStringLiteral("http://x.example/b/"))),
-              nullptr);
-    EXPECT_EQ(ResolverTables().containerResolverForURL(link(QStringLiteral("http://x.example/a/"))), nullptr);
+    EXPECT_EQ(tables({u"/a/"_s}).containerResolverForURL(link(u"http://x.example/b/"_s)), nullptr);
+    EXPECT_EQ(ResolverTables().containerResolverForURL(link(u"http://x.example/a/"_s)), nullptr);
 }
 
 } // namespace

@@ -11,6 +11,8 @@
 #include <QPlainTextEdit>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::screenshots {
 
 namespace {
@@ -21,7 +23,7 @@ QStringList volumes(const QString& base, int count)
 {
     QStringList names;
     for (int i = 1; i <= count; ++i)
-        names << QStringLiteral("%1.part%2.rar").arg(base).arg(i, 2, 10, QChar(u'0'));
+        names << u"%1.part%2.rar"_s.arg(base).arg(i, 2, 10, QChar(u'0'));
     return names;
 }
 
@@ -30,7 +32,7 @@ void finish(DownloadItem& item, qint64 bytes)
     item.setTotalBytes(bytes);
     item.setBytesReceived(bytes);
     item.setProgress(1);
-    item.setLocalPath(QStringLiteral("/home/anna/Downloads/") + item.filename());
+    item.setLocalPath(u"/home/anna/Downloads/"_s + item.filename());
     item.setStatus(DownloadStatus::completed);
 }
 
@@ -56,7 +58,7 @@ QModelIndex row(Stage& stage, int number)
 /// A set under way, single files in every status, one with a name that fits nowhere.
 void fill(Stage& stage)
 {
-    const auto set = stage.add(volumes(QStringLiteral("The.Lighthouse.Keeper.2024.1080p.BluRay.x264-SHORE"), 6));
+    const auto set = stage.add(volumes(u"The.Lighthouse.Keeper.2024.1080p.BluRay.x264-SHORE"_s, 6));
     finish(*set[0], 200 * mebibyte);
     finish(*set[1], 200 * mebibyte);
     run(*set[2], 0.62, 200 * mebibyte, 5.4 * mebibyte);
@@ -65,11 +67,10 @@ void fill(Stage& stage)
         set[i]->setTotalBytes(200 * mebibyte);
         set[i]->setStatus(DownloadStatus::queued);
     }
-    const auto rest =
-        stage.add({QStringLiteral("holiday-photos-2024.zip"), QStringLiteral("Lecture 07 - Rivers.mp4"),
-                   QStringLiteral("A.Very.Long.Documentary.About.The.History.Of.Cartography.And.The.People."
-                                  "Who.Drew.The.Maps.S01E04.German.DL.2160p.WEB.h265-ATLAS.mkv"),
-                   QStringLiteral("manual.pdf"), QStringLiteral("dataset-v3.tar.xz")});
+    const auto rest = stage.add({u"holiday-photos-2024.zip"_s, u"Lecture 07 - Rivers.mp4"_s,
+                                 u"A.Very.Long.Documentary.About.The.History.Of.Cartography.And.The.People."
+                                 u"Who.Drew.The.Maps.S01E04.German.DL.2160p.WEB.h265-ATLAS.mkv"_s,
+                                 u"manual.pdf"_s, u"dataset-v3.tar.xz"_s});
     run(*rest[0], 0.44, 812 * mebibyte, 1.25 * mebibyte);
     finish(*rest[1], 1433 * mebibyte);
     rest[2]->setTotalBytes(9216 * mebibyte);
@@ -81,28 +82,27 @@ void fill(Stage& stage)
 void errors(Stage& stage)
 {
     const auto items =
-        stage.add({QStringLiteral("report.zip"), QStringLiteral("gone.iso"), QStringLiteral("broken.part1.rar"),
-                   QStringLiteral("broken.part2.rar"), QStringLiteral("secret.7z")});
-    items[0]->setStatus(DownloadStatus::failure(QStringLiteral("The server answered 503 Service Unavailable")));
-    items[1]->setStatus(DownloadStatus::failure(QStringLiteral(
-        "The file is not on the server any more: it may have been removed by its owner, or the link was mistyped")));
+        stage.add({u"report.zip"_s, u"gone.iso"_s, u"broken.part1.rar"_s, u"broken.part2.rar"_s, u"secret.7z"_s});
+    items[0]->setStatus(DownloadStatus::failure(u"The server answered 503 Service Unavailable"_s));
+    items[1]->setStatus(DownloadStatus::failure(
+        u"The file is not on the server any more: it may have been removed by its owner, or the link was mistyped"_s));
     finish(*items[2], 100 * mebibyte);
-    items[3]->setStatus(DownloadStatus::failure(QStringLiteral("Incomplete: 51 MB of 100 MB")));
+    items[3]->setStatus(DownloadStatus::failure(u"Incomplete: 51 MB of 100 MB"_s));
     finish(*items[4], 40 * mebibyte);
-    items[4]->setExtractionStatus(ExtractionStatus::failure(QStringLiteral(
-        "7z exited with code 2: ERROR: Data Error in encrypted file. Wrong password? : secret/plans.txt, "
-        "and some more words that need the second line of this message")));
+    items[4]->setExtractionStatus(ExtractionStatus::failure(
+        u"7z exited with code 2: ERROR: Data Error in encrypted file. Wrong password? : secret/plans.txt, "
+        u"and some more words that need the second line of this message"_s));
     list(stage).expand(row(stage, 2));
 }
 
 void recovery(Stage& stage)
 {
-    const auto set = stage.add(volumes(QStringLiteral("Northern.Lights.S02E05.720p.WEB-AURORA"), 4));
+    const auto set = stage.add(volumes(u"Northern.Lights.S02E05.720p.WEB-AURORA"_s, 4));
     for (std::size_t i : {0U, 1U, 3U})
         finish(*set[i], 95 * mebibyte);
-    set[2]->setStatus(DownloadStatus::failure(QStringLiteral("The connection was lost")));
+    set[2]->setStatus(DownloadStatus::failure(u"The connection was lost"_s));
     set[2]->setRecoveryCountdown(4);
-    const ItemPtr rev = stage.add(QStringLiteral("Northern.Lights.S02E05.720p.WEB-AURORA.part1.rev"));
+    const ItemPtr rev = stage.add(u"Northern.Lights.S02E05.720p.WEB-AURORA.part1.rev"_s);
     rev->setStatus(DownloadStatus::queued);
     stage.settle();
     list(stage).expand(row(stage, 0));
@@ -110,10 +110,9 @@ void recovery(Stage& stage)
 
 void extraction(Stage& stage)
 {
-    const auto items = stage.add(
-        {QStringLiteral("holiday.zip"), QStringLiteral("lecture.part1.rar"), QStringLiteral("lecture.part2.rar"),
-         QStringLiteral("damaged.part1.rar"), QStringLiteral("damaged.part2.rar"), QStringLiteral("music.7z"),
-         QStringLiteral("letters.zip"), QStringLiteral("tested.part1.rar"), QStringLiteral("tested.part2.rar")});
+    const auto items = stage.add({u"holiday.zip"_s, u"lecture.part1.rar"_s, u"lecture.part2.rar"_s,
+                                  u"damaged.part1.rar"_s, u"damaged.part2.rar"_s, u"music.7z"_s, u"letters.zip"_s,
+                                  u"tested.part1.rar"_s, u"tested.part2.rar"_s});
     for (const ItemPtr& item : items)
         finish(*item, 300 * mebibyte);
     items[0]->setExtractionStatus(ExtractionStatus::done);
@@ -149,7 +148,7 @@ void dropOverlay(Stage& stage)
 {
     fill(stage);
     QMimeData data;
-    data.setText(QStringLiteral("https://files.example/a.zip"));
+    data.setText(u"https://files.example/a.zip"_s);
     QDragEnterEvent event({300, 200}, Qt::CopyAction, &data, Qt::LeftButton, {});
     QCoreApplication::sendEvent(&stage.part("downloadQueueView"), &event);
 }
@@ -187,22 +186,20 @@ void openAddSheet(Stage& stage, const QString& text)
 
 void chooser(Stage& stage)
 {
-    openAddSheet(
-        stage, QStringLiteral("https://terabytez.example/1\nhttps://terabytez.example/2\nhttps://filestore.example/1\n"
-                              "https://www.other-host.example/1"));
+    openAddSheet(stage, u"https://terabytez.example/1\nhttps://terabytez.example/2\nhttps://filestore.example/1\n"
+                        u"https://www.other-host.example/1"_s);
     stage.part<QAbstractButton>("add").click();
 }
 
 void hostQuestion(Stage& stage)
 {
     fill(stage);
-    stage.engine.manager().addURLs({fixtures::link(QStringLiteral("https://container.example/c/1"))}, std::nullopt);
+    stage.engine.manager().addURLs({fixtures::link(u"https://container.example/c/1"_s)}, std::nullopt);
     stage.settle();
     const std::variant<std::vector<Link>, ContainerError> links =
-        std::vector{fixtures::link(QStringLiteral("http://terabytez.example/1")),
-                    fixtures::link(QStringLiteral("http://terabytez.example/2")),
-                    fixtures::link(QStringLiteral("http://filestore.example/1")),
-                    fixtures::link(QStringLiteral("http://another-host-with-a-long-name.example/1"))};
+        std::vector{fixtures::link(u"http://terabytez.example/1"_s), fixtures::link(u"http://terabytez.example/2"_s),
+                    fixtures::link(u"http://filestore.example/1"_s),
+                    fixtures::link(u"http://another-host-with-a-long-name.example/1"_s)};
     stage.log->containers.back().answer->deliver(links);
 }
 
@@ -231,8 +228,8 @@ std::vector<Scene> queueScenes()
         {"sheet-add-empty", [](Stage& stage) { openAddSheet(stage, {}); }},
         {"sheet-add-links",
          [](Stage& stage) {
-             openAddSheet(stage, QStringLiteral("https://files.example/a.part1.rar\nhttps://files.example/a.part2.rar\n"
-                                                "https://container.example/c/8F2A"));
+             openAddSheet(stage, u"https://files.example/a.part1.rar\nhttps://files.example/a.part2.rar\n"
+                                 u"https://container.example/c/8F2A"_s);
          }},
         {"sheet-add-chooser", chooser},
         {"sheet-hosts", hostQuestion},

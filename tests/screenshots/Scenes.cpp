@@ -9,6 +9,8 @@
 #include <QApplication>
 #include <QScrollBar>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::screenshots {
 
 namespace {
@@ -16,8 +18,7 @@ namespace {
 void password(Stage& stage, bool wasWrong)
 {
     const PendingExtractionPassword question{
-        ItemId::make(),
-        QStringLiteral("The.Lighthouse.Keeper.2024.Extended.Edition.1080p.BluRay.x264-SHORE.part01.rar"), wasWrong};
+        ItemId::make(), u"The.Lighthouse.Keeper.2024.Extended.Edition.1080p.BluRay.x264-SHORE.part01.rar"_s, wasWrong};
     auto* sheet = new ArchivePasswordSheetView(question, stage.engine.settings(), &stage.window);
     sheet->open();
 }

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::screenshots {
 
 Stage::Stage(AppLanguage language, QSize size)
@@ -15,8 +17,8 @@ Stage::Stage(AppLanguage language, QSize size)
     desktop.tools.look();
     desktop.managers.manager = PackageManager::apt;
     engine.settings().language.set(language);
-    engine.settings().downloadFolderPath.set(QStringLiteral("/home/anna/Downloads"));
-    engine.settings().extractionFolderPath.set(QStringLiteral("/home/anna/Videos/Films and series/To be sorted"));
+    engine.settings().downloadFolderPath.set(u"/home/anna/Downloads"_s);
+    engine.settings().extractionFolderPath.set(u"/home/anna/Videos/Films and series/To be sorted"_s);
     window.resize(size);
     window.show();
     settle();
@@ -34,7 +36,7 @@ std::vector<ItemPtr> Stage::add(const QStringList& names)
 {
     QStringList urls;
     for (const QString& name : names)
-        urls << QStringLiteral("https://files.example/") + QString::fromLatin1(QUrl::toPercentEncoding(name));
+        urls << u"https://files.example/"_s + QString::fromLatin1(QUrl::toPercentEncoding(name));
     return engine.add(urls);
 }
 

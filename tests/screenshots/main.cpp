@@ -8,6 +8,8 @@
 
 #include <iostream>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 using namespace vormel::screenshots;
 
@@ -26,10 +28,10 @@ std::vector<Look> allLooks()
     constexpr QSize usual(980, 640);
     constexpr QSize smallest(700, 450);
     return {
-        {QStringLiteral("light"), fixtures::lightPalette(), AppLanguage::english, usual},
-        {QStringLiteral("dark"), fixtures::darkPalette(), AppLanguage::english, usual},
-        {QStringLiteral("italian"), fixtures::lightPalette(), AppLanguage::italian, usual},
-        {QStringLiteral("smallest"), fixtures::darkPalette(), AppLanguage::italian, smallest},
+        {u"light"_s, fixtures::lightPalette(), AppLanguage::english, usual},
+        {u"dark"_s, fixtures::darkPalette(), AppLanguage::english, usual},
+        {u"italian"_s, fixtures::lightPalette(), AppLanguage::italian, usual},
+        {u"smallest"_s, fixtures::darkPalette(), AppLanguage::italian, smallest},
     };
 }
 
@@ -54,7 +56,7 @@ int main(int argc, char** argv)
         for (const Scene& scene : allScenes()) {
             Stage stage(look.language, look.size);
             scene.set(stage);
-            const QString path = QStringLiteral("%1/%2.png").arg(folder, QString::fromLatin1(scene.name));
+            const QString path = u"%1/%2.png"_s.arg(folder, QString::fromLatin1(scene.name));
             if (!stage.picture().save(path)) {
                 std::cerr << "cannot write " << path.toStdString() << std::endl;
                 return EXIT_FAILURE;

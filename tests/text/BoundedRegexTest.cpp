@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -12,8 +14,8 @@ constexpr qsizetype longText = 120 * 1024;
 
 TEST(BoundedRegex, AMatchIsFoundWithItsGroups)
 {
-    const BoundedRegex regex(QStringLiteral("part(\\d+)"));
-    const BoundedRegex::Result found = regex.search(QStringLiteral("name.part12.rar"));
+    const BoundedRegex regex(u"part(\\d+)"_s);
+    const BoundedRegex::Result found = regex.search(u"name.part12.rar"_s);
     EXPECT_EQ(found.outcome, Outcome::match);
     EXPECT_TRUE(found);
     EXPECT_EQ(found.match.captured(1), u"12");
@@ -21,21 +23,21 @@ TEST(BoundedRegex, AMatchIsFoundWithItsGroups)
 
 TEST(BoundedRegex, NoMatchIsTold)
 {
-    const BoundedRegex::Result found = BoundedRegex(QStringLiteral("part(\\d+)")).search(QStringLiteral("name.rar"));
+    const BoundedRegex::Result found = BoundedRegex(u"part(\\d+)"_s).search(u"name.rar"_s);
     EXPECT_EQ(found.outcome, Outcome::none);
     EXPECT_FALSE(found);
 }
 
 TEST(BoundedRegex, OptionsApply)
 {
-    const QString text = QStringLiteral("PART1");
-    EXPECT_FALSE(BoundedRegex(QStringLiteral("part\\d")).search(text));
-    EXPECT_TRUE(BoundedRegex(QStringLiteral("part\\d"), QRegularExpression::CaseInsensitiveOption).search(text));
+    const QString text = u"PART1"_s;
+    EXPECT_FALSE(BoundedRegex(u"part\\d"_s).search(text));
+    EXPECT_TRUE(BoundedRegex(u"part\\d"_s, QRegularExpression::CaseInsensitiveOption).search(text));
 }
 
 TEST(BoundedRegex, ASearchBeyondItsBoundsIsAnErrorAndNotAnAnswer)
 {
-    const BoundedRegex regex(QStringLiteral("^(?:a|a)*$"));
+    const BoundedRegex regex(u"^(?:a|a)*$"_s);
     const BoundedRegex::Result found = regex.search(QString(40, u'a') + u'b');
     EXPECT_EQ(found.outcome, Outcome::error);
     EXPECT_FALSE(found);
@@ -43,7 +45,7 @@ TEST(BoundedRegex, ASearchBeyondItsBoundsIsAnErrorAndNotAnAnswer)
 
 TEST(BoundedRegex, ALongTextThatTheCompiledFormGivesUpOnIsStillJudgedRightly)
 {
-    const QString pattern = QStringLiteral("^(?:(a)|b)*c$");
+    const QString pattern = u"^(?:(a)|b)*c$"_s;
     const QString matching = QString(longText, u'a') + u'c';
     const QString other = QString(longText, u'a') + u'd';
     ASSERT_FALSE(QRegularExpression(pattern).match(matching).isValid()) << "the text is too short to be a test";
@@ -57,45 +59,43 @@ TEST(BoundedRegex, ALongTextThatTheCompiledFormGivesUpOnIsStillJudgedRightly)
 
 TEST(BoundedRegex, AHundredAndTenKilobytesOfPageAreJudgedRightly)
 {
-    const BoundedRegex regex(QStringLiteral("<a(?:[^>]|\\n)*href=\"([^\"]+)\""));
-    const QString page =
-        QStringLiteral("<a ") + QStringLiteral("x=1 ").repeated(30 * 1024) + QStringLiteral("href=\"http://a/b\">");
+    const BoundedRegex regex(u"<a(?:[^>]|\\n)*href=\"([^\"]+)\""_s);
+    const QString page = u"<a "_s + u"x=1 "_s.repeated(30 * 1024) + u"href=\"http://a/b\">"_s;
     ASSERT_GT(page.size(), 110 * 1024);
     EXPECT_EQ(regex.search(page).match.captured(1), u"http://a/b");
 }
 
 TEST(BoundedRegex, OnlyTheFirstMatchIsRemoved)
 {
-    const BoundedRegex regex(QStringLiteral("\\d+"));
-    EXPECT_EQ(regex.removedFrom(QStringLiteral("a12b34")), u"ab34");
-    EXPECT_EQ(regex.removedFrom(QStringLiteral("12")), u"");
+    const BoundedRegex regex(u"\\d+"_s);
+    EXPECT_EQ(regex.removedFrom(u"a12b34"_s), u"ab34");
+    EXPECT_EQ(regex.removedFrom(u"12"_s), u"");
 }
 
 TEST(BoundedRegex, NothingIsRemovedWithoutAMatch)
 {
-    EXPECT_EQ(BoundedRegex(QStringLiteral("\\d+")).removedFrom(QStringLiteral("abc")), u"abc");
+    EXPECT_EQ(BoundedRegex(u"\\d+"_s).removedFrom(u"abc"_s), u"abc");
 }
 
 TEST(BoundedRegex, AllMatchesAreFoundFromLeftToRight)
 {
     QStringList found;
-    for (const QRegularExpressionMatch& match :
-         BoundedRegex(QStringLiteral("(\\w)=")).all(QStringLiteral("a=1 b=2 c=3")))
+    for (const QRegularExpressionMatch& match : BoundedRegex(u"(\\w)="_s).all(u"a=1 b=2 c=3"_s))
         found << match.captured(1);
     EXPECT_EQ(found.join(u' '), u"a b c");
-    EXPECT_TRUE(BoundedRegex(QStringLiteral("x")).all(QStringLiteral("abc")).empty());
+    EXPECT_TRUE(BoundedRegex(u"x"_s).all(u"abc"_s).empty());
 }
 
 TEST(BoundedRegex, EmptyMatchesComeToAnEnd)
 {
-    EXPECT_EQ(BoundedRegex(QStringLiteral("b*")).all(QStringLiteral("abba")).size(), 4U);
+    EXPECT_EQ(BoundedRegex(u"b*"_s).all(u"abba"_s).size(), 4U);
     EXPECT_EQ(BoundedRegex(QString()).all(QString()).size(), 1U);
 }
 
 TEST(BoundedRegex, HalfAListIsNone)
 {
-    const BoundedRegex regex(QStringLiteral("x|y(?:a|a)*$"));
-    EXPECT_TRUE(regex.all(QStringLiteral("x y") + QString(40, u'a') + QStringLiteral("b x")).empty());
+    const BoundedRegex regex(u"x|y(?:a|a)*$"_s);
+    EXPECT_TRUE(regex.all(u"x y"_s + QString(40, u'a') + u"b x"_s).empty());
 }
 
 } // namespace

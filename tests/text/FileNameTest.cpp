@@ -6,6 +6,8 @@
 
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -29,9 +31,9 @@ TEST(FileName, NamesWithoutOneWithOnlyAFirstOrWithALastFullStopHaveNoPathExtensi
 
 TEST(FileName, ANumberStandsBeforeThePathExtension)
 {
-    EXPECT_EQ(numberedFileName(QStringLiteral("a.tar.gz"), 1), u"a.tar (1).gz");
-    EXPECT_EQ(numberedFileName(QStringLiteral("%1 %2"), 12), u"%1 %2 (12)");
-    EXPECT_EQ(numberedFileName(QStringLiteral(".profile"), 1), u".profile (1)");
+    EXPECT_EQ(numberedFileName(u"a.tar.gz"_s, 1), u"a.tar (1).gz");
+    EXPECT_EQ(numberedFileName(u"%1 %2"_s, 12), u"%1 %2 (12)");
+    EXPECT_EQ(numberedFileName(u".profile"_s, 1), u".profile (1)");
 }
 
 TEST(FileName, TheLastComponentStandsBehindTheLastSlashThatIsNotAtTheEnd)
@@ -45,44 +47,42 @@ TEST(FileName, TheLastComponentStandsBehindTheLastSlashThatIsNotAtTheEnd)
 
 TEST(SafeFileName, ASafeNameComesBackAsItIs)
 {
-    for (const QString& name : {QStringLiteral("file.zip"), QStringLiteral(".hidden"), QStringLiteral("..."),
-                                QStringLiteral("a b (1) è 日本 🍺.rar"), QStringLiteral("con\\aux:*?\"<>|"),
-                                QString(231, u'x') + QStringLiteral(".zip")})
+    for (const QString& name : {u"file.zip"_s, u".hidden"_s, u"..."_s, u"a b (1) è 日本 🍺.rar"_s, u"con\\aux:*?\"<>|"_s,
+                                QString(231, u'x') + u".zip"_s})
         EXPECT_EQ(safeFileName(name), name) << name.toStdString();
 }
 
 TEST(SafeFileName, NamesThatStandForAFolderOrForNothingBecomeAnUnderscore)
 {
-    for (const QString& name : {QString(), QStringLiteral("."), QStringLiteral("..")})
+    for (const QString& name : {QString(), u"."_s, u".."_s})
         EXPECT_EQ(safeFileName(name), u"_") << name.toStdString();
 }
 
 TEST(SafeFileName, SlashesAndControlCharactersBecomeUnderscores)
 {
-    EXPECT_EQ(safeFileName(QStringLiteral("/")), u"_");
-    EXPECT_EQ(safeFileName(QStringLiteral("../../etc/passwd")), u".._.._etc_passwd");
-    EXPECT_EQ(safeFileName(QStringLiteral("a\nb\r\tc\x1b\x7f")), u"a_b__c__");
-    EXPECT_EQ(safeFileName(QStringLiteral("a\u0085b\u009fc")), u"a_b_c");
-    EXPECT_EQ(safeFileName(QStringLiteral("a") + QChar(0) + QStringLiteral("b")), u"a_b");
+    EXPECT_EQ(safeFileName(u"/"_s), u"_");
+    EXPECT_EQ(safeFileName(u"../../etc/passwd"_s), u".._.._etc_passwd");
+    EXPECT_EQ(safeFileName(u"a\nb\r\tc\x1b\x7f"_s), u"a_b__c__");
+    EXPECT_EQ(safeFileName(u"a\u0085b\u009fc"_s), u"a_b_c");
+    EXPECT_EQ(safeFileName(u"a"_s + QChar(0) + u"b"_s), u"a_b");
 }
 
 TEST(SafeFileName, NoNameEndsAsUnfinishedFilesDo)
 {
-    EXPECT_EQ(safeFileName(QStringLiteral("x.bin.download")), u"x.bin");
-    EXPECT_EQ(safeFileName(QStringLiteral("x.bin.DownLoad.download")), u"x.bin");
-    EXPECT_EQ(safeFileName(QStringLiteral(".download")), u"_");
-    EXPECT_EQ(safeFileName(QStringLiteral("..download")), u"_");
-    EXPECT_EQ(safeFileName(QStringLiteral("...download")), u"_");
-    EXPECT_EQ(safeFileName(QString(300, u'x') + QStringLiteral(".download")).right(2), u"xx");
-    EXPECT_EQ(safeFileName(QStringLiteral("download")), u"download");
-    EXPECT_EQ(safeFileName(QStringLiteral("x.download.zip")), u"x.download.zip");
+    EXPECT_EQ(safeFileName(u"x.bin.download"_s), u"x.bin");
+    EXPECT_EQ(safeFileName(u"x.bin.DownLoad.download"_s), u"x.bin");
+    EXPECT_EQ(safeFileName(u".download"_s), u"_");
+    EXPECT_EQ(safeFileName(u"..download"_s), u"_");
+    EXPECT_EQ(safeFileName(u"...download"_s), u"_");
+    EXPECT_EQ(safeFileName(QString(300, u'x') + u".download"_s).right(2), u"xx");
+    EXPECT_EQ(safeFileName(u"download"_s), u"download");
+    EXPECT_EQ(safeFileName(u"x.download.zip"_s), u"x.download.zip");
 }
 
 TEST(ReadableName, AHugeNameIsCutInItsMiddleAndNamesTheSameFile)
 {
-    for (const QString& filler :
-         {QStringLiteral("x"), QStringLiteral("日"), QStringLiteral("🍺"), QStringLiteral("a🍺")}) {
-        const QString huge = filler.repeated(200'000) + QStringLiteral(".part1.rar");
+    for (const QString& filler : {u"x"_s, u"日"_s, u"🍺"_s, u"a🍺"_s}) {
+        const QString huge = filler.repeated(200'000) + u".part1.rar"_s;
         const QString cut = readableName(huge);
         EXPECT_LE(cut.size(), 1000);
         EXPECT_TRUE(cut.isValidUtf16());
@@ -93,32 +93,32 @@ TEST(ReadableName, AHugeNameIsCutInItsMiddleAndNamesTheSameFile)
 
 TEST(SafeFileName, ALongNameIsCutAndKeepsItsExtension)
 {
-    EXPECT_EQ(safeFileName(QString(300, u'x') + QStringLiteral(".zip")), QString(231, u'x') + QStringLiteral(".zip"));
+    EXPECT_EQ(safeFileName(QString(300, u'x') + u".zip"_s), QString(231, u'x') + u".zip"_s);
     EXPECT_EQ(safeFileName(QString(300, u'x')), QString(235, u'x'));
 }
 
 TEST(SafeFileName, AnExtensionTooLongToBeOneIsCutLikeTheRest)
 {
-    const QString name = QStringLiteral("a.") + QString(300, u'x');
+    const QString name = u"a."_s + QString(300, u'x');
     EXPECT_EQ(safeFileName(name), name.left(longestNameBytes));
 }
 
 TEST(SafeFileName, ALongNameIsMeasuredInBytesAndCutBetweenCharacters)
 {
-    for (const QString& character : {QStringLiteral("è"), QStringLiteral("日"), QStringLiteral("🍺")}) {
-        const QString safe = safeFileName(QStringLiteral("x") + character.repeated(300) + QStringLiteral(".zip"));
+    for (const QString& character : {u"è"_s, u"日"_s, u"🍺"_s}) {
+        const QString safe = safeFileName(u"x"_s + character.repeated(300) + u".zip"_s);
         const qsizetype bytes = safe.toUtf8().size();
         EXPECT_LE(bytes, longestNameBytes);
         EXPECT_GT(bytes, longestNameBytes - 4) << "more was cut than needed";
-        EXPECT_TRUE(safe.endsWith(character + QStringLiteral(".zip"))) << safe.toStdString();
+        EXPECT_TRUE(safe.endsWith(character + u".zip"_s)) << safe.toStdString();
         EXPECT_TRUE(safe.isValidUtf16());
     }
 }
 
 TEST(SafeFileName, ALoneSurrogateIsReplacedBySomethingThatCanBeWritten)
 {
-    const QString loneHigh = QStringLiteral("a") + QChar(0xD83C) + QStringLiteral(".zip");
-    const QString loneLow = QStringLiteral("a") + QChar(0xDF7A) + QStringLiteral(".zip");
+    const QString loneHigh = u"a"_s + QChar(0xD83C) + u".zip"_s;
+    const QString loneLow = u"a"_s + QChar(0xDF7A) + u".zip"_s;
     for (const QString& name : {loneHigh, loneLow, QString(QChar(0xD83C)), QString(300, QChar(0xD83C))}) {
         const QString safe = safeFileName(name);
         EXPECT_FALSE(safe.isEmpty());
@@ -129,12 +129,12 @@ TEST(SafeFileName, ALoneSurrogateIsReplacedBySomethingThatCanBeWritten)
 
 TEST(SafeFileName, WhatItMadeSafeStaysAsItIs)
 {
-    const std::vector<QString> names = {QStringLiteral("a/b\n.zip"),
-                                        QStringLiteral(".."),
-                                        QString(300, u'è') + QStringLiteral(".tar.gz"),
+    const std::vector<QString> names = {u"a/b\n.zip"_s,
+                                        u".."_s,
+                                        QString(300, u'è') + u".tar.gz"_s,
                                         QString(300, u'.'),
-                                        QString(230, u'x') + QStringLiteral(".") + QString(20, u'日'),
-                                        QString(200, u'x') + QStringLiteral("🍺").repeated(50),
+                                        QString(230, u'x') + u"."_s + QString(20, u'日'),
+                                        QString(200, u'x') + u"🍺"_s.repeated(50),
                                         QString(300, QChar(0xD83C))};
     for (const QString& name : names) {
         const QString once = safeFileName(name);

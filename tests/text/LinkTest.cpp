@@ -6,6 +6,8 @@
 
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -34,23 +36,22 @@ struct Pair
 
 TEST(Link, KeepsItsSpelling)
 {
-    const QString text = QStringLiteral("HTTPS://User:Pw@Files.EXAMPLE:8443/A%2fb//C?Q=%e8#Frag");
+    const QString text = u"HTTPS://User:Pw@Files.EXAMPLE:8443/A%2fb//C?Q=%e8#Frag"_s;
     EXPECT_EQ(linkOf(text).absoluteString(), text);
     EXPECT_EQ(linkOf(text).host(), u"Files.EXAMPLE");
 }
 
 TEST(Link, TellsItsSchemeInSmallLetters)
 {
-    EXPECT_EQ(linkOf(QStringLiteral("HTTPS://a.example")).scheme(), u"https");
-    EXPECT_EQ(linkOf(QStringLiteral("Magnet:?xt=1")).scheme(), u"magnet");
+    EXPECT_EQ(linkOf(u"HTTPS://a.example"_s).scheme(), u"https");
+    EXPECT_EQ(linkOf(u"Magnet:?xt=1"_s).scheme(), u"magnet");
 }
 
 TEST(Link, IsHttpInAnyLetterCaseAndInNoOtherScheme)
 {
-    for (const QString& text : {QStringLiteral("http://a"), QStringLiteral("HTTP://a"), QStringLiteral("hTTpS://a")})
+    for (const QString& text : {u"http://a"_s, u"HTTP://a"_s, u"hTTpS://a"_s})
         EXPECT_TRUE(linkOf(text).isHttp()) << text.toStdString();
-    for (const QString& text : {QStringLiteral("ftp://a"), QStringLiteral("file:///a"), QStringLiteral("httpx://a"),
-                                QStringLiteral("htt://a")})
+    for (const QString& text : {u"ftp://a"_s, u"file:///a"_s, u"httpx://a"_s, u"htt://a"_s})
         EXPECT_FALSE(linkOf(text).isHttp()) << text.toStdString();
     EXPECT_FALSE(Link().isHttp());
 }
@@ -73,8 +74,8 @@ TEST(Link, TellsTheHostWithoutUserPortAndBrackets)
 
 TEST(Link, AMissingHostIsEmpty)
 {
-    for (const QString& text : {QStringLiteral("http:///x"), QStringLiteral("http:x"), QStringLiteral("file:///x"),
-                                QStringLiteral("mailto:me@a.example"), QStringLiteral("http://:80/x")})
+    for (const QString& text :
+         {u"http:///x"_s, u"http:x"_s, u"file:///x"_s, u"mailto:me@a.example"_s, u"http://:80/x"_s})
         EXPECT_EQ(hostOf(text), "") << text.toStdString();
     EXPECT_EQ(Link().host(), u"");
 }
@@ -100,7 +101,7 @@ TEST(Link, TextThatIsNoAbsoluteAddressIsRefused)
 
 TEST(Link, SpaceAroundItIsDropped)
 {
-    EXPECT_EQ(linkOf(QStringLiteral(" \t\nhttp://a.example/x \r\n")).absoluteString(), u"http://a.example/x");
+    EXPECT_EQ(linkOf(u" \t\nhttp://a.example/x \r\n"_s).absoluteString(), u"http://a.example/x");
 }
 
 TEST(Link, CharactersThatMayNotStandInAnAddressAreEncoded)
@@ -116,15 +117,14 @@ TEST(Link, CharactersThatMayNotStandInAnAddressAreEncoded)
 
 TEST(Link, CharactersThatMayStandThereAreLeftAlone)
 {
-    const QString text = QStringLiteral("http://a/-._~!$&'()*+,;=:@/[x]%zz%2?a?b=[c]#d#e");
+    const QString text = u"http://a/-._~!$&'()*+,;=:@/[x]%zz%2?a?b=[c]#d#e"_s;
     EXPECT_EQ(linkOf(text).absoluteString(), text);
 }
 
 TEST(Link, AHostOfAnotherScriptIsKeptAsItStands)
 {
-    EXPECT_EQ(hostOf(QStringLiteral("http://Bücher.example/x")), "Bücher.example");
-    EXPECT_EQ(linkOf(QStringLiteral("http://Bücher.example/x")).toUrl().host(QUrl::FullyEncoded),
-              u"xn--bcher-kva.example");
+    EXPECT_EQ(hostOf(u"http://Bücher.example/x"_s), "Bücher.example");
+    EXPECT_EQ(linkOf(u"http://Bücher.example/x"_s).toUrl().host(QUrl::FullyEncoded), u"xn--bcher-kva.example");
 }
 
 TEST(Link, HostileTextIsDealtWithAtOnce)
@@ -134,14 +134,14 @@ TEST(Link, HostileTextIsDealtWithAtOnce)
         QString(million, u'a'),
         QString(million, u':'),
         QString(million, u' '),
-        QStringLiteral("http://") + QString(million, u'['),
-        QStringLiteral("http://") + QString(million, u'@'),
-        QStringLiteral("http://a/") + QString(million, u'%'),
-        QStringLiteral("http://a/") + QString(million, u'è'),
-        QStringLiteral("http://") + QString(60'000, u'@'),
-        QStringLiteral("http://") + QString(60'000, u'è'),
-        QStringLiteral("http://a/") + QString(60'000, u'/'),
-        QStringLiteral("http://a/") + QString(60'000, u'è'),
+        u"http://"_s + QString(million, u'['),
+        u"http://"_s + QString(million, u'@'),
+        u"http://a/"_s + QString(million, u'%'),
+        u"http://a/"_s + QString(million, u'è'),
+        u"http://"_s + QString(60'000, u'@'),
+        u"http://"_s + QString(60'000, u'è'),
+        u"http://a/"_s + QString(60'000, u'/'),
+        u"http://a/"_s + QString(60'000, u'è'),
     };
     QElapsedTimer timer;
     timer.start();
@@ -169,8 +169,7 @@ TEST(Link, TheLastPathComponentIsTheLastSegmentThatIsNotEmpty)
 TEST(Link, ARootOrMissingPathHasNoLastComponent)
 {
     for (const QString& text :
-         {QStringLiteral("http://a"), QStringLiteral("http://a/"), QStringLiteral("http://a///"),
-          QStringLiteral("http://a?x/y"), QStringLiteral("http://a/#x/y"), QStringLiteral("http://a/%2F")})
+         {u"http://a"_s, u"http://a/"_s, u"http://a///"_s, u"http://a?x/y"_s, u"http://a/#x/y"_s, u"http://a/%2F"_s})
         EXPECT_EQ(lastOf(text), "") << text.toStdString();
     EXPECT_EQ(Link().lastPathComponent(), u"");
 }
@@ -186,12 +185,12 @@ TEST(Link, TheLastPathComponentIsThatOfTheDecodedPath)
 
 TEST(Link, APathThatCannotBeDecodedIsTakenAsItStands)
 {
-    EXPECT_EQ(lastOf(QStringLiteral("http://a/100%/b%20%E8.zip")), "b%20%E8.zip");
+    EXPECT_EQ(lastOf(u"http://a/100%/b%20%E8.zip"_s), "b%20%E8.zip");
 }
 
 TEST(Link, AnotherPathKeepsAllAroundIt)
 {
-    const Link link = linkOf(QStringLiteral("HTTP://u@A.example:81/old/x?q=1#f"));
+    const Link link = linkOf(u"HTTP://u@A.example:81/old/x?q=1#f"_s);
     EXPECT_EQ(link.withEncodedPath(u"/new").absoluteString(), u"HTTP://u@A.example:81/new?q=1#f");
     EXPECT_EQ(link.withEncodedPath(u"").absoluteString(), u"HTTP://u@A.example:81?q=1#f");
     EXPECT_EQ(link.withEncodedPath(u"/new").encodedPath(), u"/new");
@@ -201,8 +200,8 @@ TEST(Link, AnotherPathKeepsAllAroundIt)
 
 TEST(Link, TwoAreEqualWithTheSameSpellingOnly)
 {
-    EXPECT_EQ(linkOf(QStringLiteral("http://a/x")), linkOf(QStringLiteral(" http://a/x ")));
-    EXPECT_FALSE(linkOf(QStringLiteral("http://a/x")) == linkOf(QStringLiteral("http://A/x")));
+    EXPECT_EQ(linkOf(u"http://a/x"_s), linkOf(u" http://a/x "_s));
+    EXPECT_FALSE(linkOf(u"http://a/x"_s) == linkOf(u"http://A/x"_s));
 }
 
 } // namespace

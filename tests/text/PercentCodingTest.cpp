@@ -4,6 +4,8 @@
 
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -24,7 +26,7 @@ TEST(PercentCoding, TextWithoutEscapesComesBackAsItIs)
 
 TEST(PercentCoding, AnEscapedNulIsACharacterLikeAnyOther)
 {
-    EXPECT_EQ(percentDecoded(u"a%00b"), QString(QStringLiteral("a") + QChar(0) + QStringLiteral("b")));
+    EXPECT_EQ(percentDecoded(u"a%00b"), QString(u"a"_s + QChar(0) + u"b"_s));
 }
 
 TEST(PercentCoding, AnEscapeIsUndoneOnce)

@@ -1,6 +1,6 @@
 #include "app/MainWindow.h"
-#include "fixtures/EventLoop.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/EventLoop.h"
 #include "ui/FakeDesktop.h"
 #include "ui/FakeUpdater.h"
 #include "ui/Focusable.h"
@@ -17,6 +17,8 @@
 #include <QTest>
 
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 namespace vormel {
 namespace {
@@ -74,8 +76,8 @@ protected:
     AccessibleNamesTest()
     {
         engine.settings().language.set(GetParam());
-        engine.add({QStringLiteral("https://h.example/a.part1.rar"), QStringLiteral("https://h.example/a.part2.rar"),
-                      QStringLiteral("https://h.example/b.zip")});
+        engine.add(
+            {u"https://h.example/a.part1.rar"_s, u"https://h.example/a.part2.rar"_s, u"https://h.example/b.zip"_s});
         show(window);
     }
     static void show(QWidget& widget)
@@ -131,14 +133,14 @@ TEST_P(AccessibleNamesTest, TheQuestionForAPasswordIsNamedThroughout)
 TEST_P(AccessibleNamesTest, TheQuestionForHostsIsNamedThroughout)
 {
     PendingHostSelection pending;
-    pending.groups.push_back({QStringLiteral("One"), {fixtures::link(QStringLiteral("https://one.example/a"))}});
-    pending.groups.push_back({QStringLiteral("Two"), {fixtures::link(QStringLiteral("https://two.example/a"))}});
+    pending.groups.push_back({u"One"_s, {fixtures::link(u"https://one.example/a"_s)}});
+    pending.groups.push_back({u"Two"_s, {fixtures::link(u"https://two.example/a"_s)}});
     expectAllOf(*new HostSelectionSheetView(pending, engine.settings(), &window));
 }
 
 TEST_P(AccessibleNamesTest, ThePopoverForANameIsNamedThroughout)
 {
-    expectAllOf(*new RenamePopover(QStringLiteral("a"), GetParam(), &window));
+    expectAllOf(*new RenamePopover(u"a"_s, GetParam(), &window));
 }
 
 TEST_P(AccessibleNamesTest, TheHelpIsNamedThroughout)

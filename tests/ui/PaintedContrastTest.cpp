@@ -1,8 +1,8 @@
 #include "app/MainWindow.h"
 #include "fixtures/Contrast.h"
+#include "fixtures/EngineOnScript.h"
 #include "fixtures/EventLoop.h"
 #include "fixtures/Palettes.h"
-#include "fixtures/EngineOnScript.h"
 #include "kit/ReadableStyle.h"
 #include "kit/Theme.h"
 #include "ui/FakeDesktop.h"
@@ -24,6 +24,8 @@
 #include <QTest>
 
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 namespace vormel {
 namespace {
@@ -78,8 +80,8 @@ protected:
     PaintedContrastTest()
     {
         QApplication::setPalette(fixtures::allPalettes().at(GetParam()));
-        engine.add({QStringLiteral("https://h.example/a.part1.rar"), QStringLiteral("https://h.example/a.part2.rar"),
-                      QStringLiteral("https://h.example/b.zip")});
+        engine.add(
+            {u"https://h.example/a.part1.rar"_s, u"https://h.example/a.part2.rar"_s, u"https://h.example/b.zip"_s});
         show(window);
     }
     ~PaintedContrastTest() override { QApplication::setPalette(QPalette()); }
@@ -144,7 +146,7 @@ TEST_P(PaintedContrastTest, TheSheetForLinksShowsWhereTheFocusIs)
 {
     auto* sheet = new AddURLView(engine.settings(), engine.manager().resolvers(), &window);
     sheet->show();
-    partOf<QPlainTextEdit>(*sheet, "linkEditor").setPlainText(QStringLiteral("https://h.example/a"));
+    partOf<QPlainTextEdit>(*sheet, "linkEditor").setPlainText(u"https://h.example/a"_s);
     expectFocusShowsOnAllOf(*sheet);
 }
 
@@ -156,14 +158,14 @@ TEST_P(PaintedContrastTest, TheQuestionForAPasswordShowsWhereTheFocusIs)
 TEST_P(PaintedContrastTest, TheQuestionForHostsShowsWhereTheFocusIs)
 {
     PendingHostSelection pending;
-    pending.groups.push_back({QStringLiteral("One"), {fixtures::link(QStringLiteral("https://one.example/a"))}});
-    pending.groups.push_back({QStringLiteral("Two"), {fixtures::link(QStringLiteral("https://two.example/a"))}});
+    pending.groups.push_back({u"One"_s, {fixtures::link(u"https://one.example/a"_s)}});
+    pending.groups.push_back({u"Two"_s, {fixtures::link(u"https://two.example/a"_s)}});
     expectFocusShowsOnAllOf(*new HostSelectionSheetView(pending, engine.settings(), &window));
 }
 
 TEST_P(PaintedContrastTest, ThePopoverForANameShowsWhereTheFocusIs)
 {
-    expectFocusShowsOnAllOf(*new RenamePopover(QStringLiteral("a"), AppLanguage::english, &window));
+    expectFocusShowsOnAllOf(*new RenamePopover(u"a"_s, AppLanguage::english, &window));
 }
 
 TEST_P(PaintedContrastTest, TheTextsOfASelectedRowCanBeReadOnIt)
@@ -183,12 +185,12 @@ TEST_P(PaintedContrastTest, TheChosenPageCanBeReadInTheSidebar)
 
 TEST_P(PaintedContrastTest, TheInvitationToDropCanBeReadAboveTheList)
 {
-    engine.add({QStringLiteral("https://h.example/c.zip"), QStringLiteral("https://h.example/d.zip"),
-                  QStringLiteral("https://h.example/e.zip"), QStringLiteral("https://h.example/f.zip")});
+    engine.add({u"https://h.example/c.zip"_s, u"https://h.example/d.zip"_s, u"https://h.example/e.zip"_s,
+                u"https://h.example/f.zip"_s});
     list().setCurrentIndex(list().model()->index(3, 0));
     auto& page = partOf<QWidget>(window, "downloadQueueView");
     QMimeData data;
-    data.setText(QStringLiteral("https://h.example/x.zip"));
+    data.setText(u"https://h.example/x.zip"_s);
     QDragEnterEvent event({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, {});
     QApplication::sendEvent(&page, &event);
     auto& words = partOf<QLabel>(page, "dropText");
@@ -209,8 +211,8 @@ TEST_P(PaintedContrastTest, WhatCanBeTypedIntoHasAnEdgeThatIsSeen)
 {
     auto& sheet = *new AddURLView(engine.settings(), engine.manager().resolvers(), &window);
     sheet.show();
-    partOf<QPlainTextEdit>(sheet, "linkEditor").setPlainText(QStringLiteral("https://h.example/a"));
-    auto& popover = *new RenamePopover(QStringLiteral("a"), AppLanguage::english, &window);
+    partOf<QPlainTextEdit>(sheet, "linkEditor").setPlainText(u"https://h.example/a"_s);
+    auto& popover = *new RenamePopover(u"a"_s, AppLanguage::english, &window);
     popover.show();
     window.showPage(Page::settings);
     turnEventLoop();

@@ -2,6 +2,8 @@
 
 #include <QXmlStreamReader>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -34,8 +36,8 @@ void readField(QXmlStreamReader& reader, RawItem& item)
         return;
     }
     if (name == u"enclosure") {
-        take(item.shortVersion, reader.attributes().value(QStringLiteral("sparkle:shortVersionString")).toString());
-        take(item.version, reader.attributes().value(QStringLiteral("sparkle:version")).toString());
+        take(item.shortVersion, reader.attributes().value(u"sparkle:shortVersionString"_s).toString());
+        take(item.version, reader.attributes().value(u"sparkle:version"_s).toString());
     }
     reader.skipCurrentElement();
 }
@@ -66,7 +68,7 @@ void readItems(QXmlStreamReader& reader, Appcast& appcast)
     while (!reader.atEnd()) {
         const QXmlStreamReader::TokenType token = reader.readNext();
         if (token == QXmlStreamReader::DTD) {
-            reader.raiseError(QStringLiteral("a document type of its own"));
+            reader.raiseError(u"a document type of its own"_s);
         } else if (token == QXmlStreamReader::StartElement && reader.qualifiedName() == u"item") {
             std::optional<AppcastItem> item = readItem(reader);
             if (item && (!appcast.newest || item->version > appcast.newest->version))

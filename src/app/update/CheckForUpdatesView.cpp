@@ -3,12 +3,14 @@
 #include "app/update/CheckForUpdatesViewModel.h"
 #include "app/update/Updater.h"
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 CheckForUpdatesView::CheckForUpdatesView(const CheckForUpdatesViewModel& viewModel, QObject* parent)
-    : QAction(QStringLiteral("Check for Updates…"), parent)
+    : QAction(u"Check for Updates…"_s, parent)
 {
-    setObjectName(QStringLiteral("checkForUpdates"));
+    setObjectName(u"checkForUpdates"_s);
     setMenuRole(QAction::ApplicationSpecificRole);
     setEnabled(viewModel.canCheckForUpdates());
     connect(&viewModel, &CheckForUpdatesViewModel::canCheckForUpdatesChanged, this, &QAction::setEnabled);

@@ -4,6 +4,8 @@
 #include "platform/http/HttpFetch.h"
 #include "platform/storage/UserDefaults.h"
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -13,7 +15,7 @@ using std::chrono::seconds;
 constexpr seconds interval = std::chrono::hours(24);
 constexpr qint64 largestFeed = qint64{1024} * 1024;
 constexpr int ok = 200;
-const QString lastCheckKey = QStringLiteral("lastUpdateCheck"); // seconds since 1970
+const QString lastCheckKey = u"lastUpdateCheck"_s; // seconds since 1970
 
 seconds sinceEpoch(WallTime time)
 {

@@ -6,6 +6,8 @@
 #include <QMessageBox>
 #include <QPushButton>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 UpdateNotice::UpdateNotice(FeedUpdater& updater, const AppSettings& settings, UrlOpener& urlOpener, QWidget& window)
@@ -29,10 +31,10 @@ void UpdateNotice::tellOfUpdate(const AppcastItem& update)
     QMessageBox& box = newBox(words(u"A new version is available", u"È disponibile una nuova versione"),
                               words(u"Vormel %1 is available. You have %2.", u"È disponibile Vormel %1. Hai la %2.")
                                   .arg(update.version.text(), m_currentVersion));
-    box.setObjectName(QStringLiteral("updateAvailable"));
-    box.addButton(words(u"Later", u"Più tardi"), QMessageBox::RejectRole)->setObjectName(QStringLiteral("later"));
+    box.setObjectName(u"updateAvailable"_s);
+    box.addButton(words(u"Later", u"Più tardi"), QMessageBox::RejectRole)->setObjectName(u"later"_s);
     auto* const download = box.addButton(words(u"Download", u"Scarica"), QMessageBox::AcceptRole);
-    download->setObjectName(QStringLiteral("download"));
+    download->setObjectName(u"download"_s);
     box.setDefaultButton(download);
     connect(download, &QPushButton::clicked, this, [this, page = update.page] { m_urlOpener.open(page); });
     box.show();
@@ -43,8 +45,8 @@ void UpdateNotice::tellUpToDate()
     QMessageBox& box = newBox(
         words(u"You're up to date", u"Vormel è aggiornato"),
         words(u"Vormel %1 is the newest version.", u"Vormel %1 è la versione più recente.").arg(m_currentVersion));
-    box.setObjectName(QStringLiteral("upToDate"));
-    box.addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
+    box.setObjectName(u"upToDate"_s);
+    box.addButton(u"OK"_s, QMessageBox::AcceptRole);
     box.show();
 }
 
@@ -57,17 +59,16 @@ void UpdateNotice::tellFailure(FeedUpdater::Failure failure)
             : words(u"The update server gave an answer that could not be used. Try again later.",
                     u"Il server degli aggiornamenti ha dato una risposta inutilizzabile. Riprova più tardi.");
     QMessageBox& box = newBox(words(u"Couldn't check for updates", u"Impossibile cercare aggiornamenti"), reason);
-    box.setObjectName(QStringLiteral("updateCheckFailed"));
+    box.setObjectName(u"updateCheckFailed"_s);
     box.setIcon(QMessageBox::Warning);
-    box.addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
+    box.addButton(u"OK"_s, QMessageBox::AcceptRole);
     box.show();
 }
 
 QMessageBox& UpdateNotice::newBox(const QString& headline, const QString& text)
 {
     delete m_box;
-    m_box =
-        new QMessageBox(QMessageBox::Information, QStringLiteral("Vormel"), headline, QMessageBox::NoButton, &m_window);
+    m_box = new QMessageBox(QMessageBox::Information, u"Vormel"_s, headline, QMessageBox::NoButton, &m_window);
     m_box->setAttribute(Qt::WA_DeleteOnClose);
     m_box->setModal(false);
     m_box->setTextFormat(Qt::PlainText); // a version comes from outside

@@ -20,6 +20,8 @@
 #include <system_error>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -341,7 +343,7 @@ std::function<PlacementResult()> PostDownloadPipeline::delivery(const Run& run,
     PlacementRules rules{m_ports.queue.filesOfItems({}), &m_ports.trash};
     rules.protectedPaths.unite(QSet<QString>(run.sources.begin(), run.sources.end()));
     for (const RunPtr& other : m_runs)
-        rules.protectedPaths.insert(other->destination + QStringLiteral("/.")); // work goes on there
+        rules.protectedPaths.insert(other->destination + u"/."_s); // work goes on there
     return [folder = std::move(unpacked), rules, name = run.customName, clean, dotsToSpaces]() mutable {
         if (!name.isEmpty())
             giveCustomName(*folder, folderNameOf(name));

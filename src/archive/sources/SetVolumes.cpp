@@ -6,6 +6,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -17,7 +19,7 @@ bool isOfSet(const QString& name, const QString& base)
 
 QStringList replacedVolumes(const QString& archive, const QString& base)
 {
-    const QString ending = QStringLiteral(".bad");
+    const QString ending = u".bad"_s;
     const QDir folder = QFileInfo(archive).dir();
     QStringList replaced;
     for (const QString& name : folder.entryList({u'*' + ending}, QDir::Files | QDir::Hidden))

@@ -20,6 +20,8 @@
 #include <system_error>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -31,7 +33,7 @@ void printTrace(const QString& line)
 
 QString repairTool()
 {
-    return QStringLiteral("rar");
+    return u"rar"_s;
 }
 
 /// Above it are the signals that end a tool.
@@ -48,17 +50,16 @@ RepairStart beginRepair(const QString& archive)
     const QDir folder = QFileInfo(archive).dir();
     // The listing is sorted by name; the pattern takes any letter case.
     constexpr QDir::Filters all = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
-    const auto count = folder.entryList({QStringLiteral("*.rar")}, all, QDir::Name).size();
-    const QStringList revs = folder.entryList({QStringLiteral("*.rev")}, all, QDir::Name);
-    return {{QStringLiteral("[Repair] dir=%1 rar=%2 rev=%3").arg(folder.dirName()).arg(count).arg(revs.size()),
-             QStringLiteral("[Repair] revs=") + revs.join(QStringLiteral(", "))},
+    const auto count = folder.entryList({u"*.rar"_s}, all, QDir::Name).size();
+    const QStringList revs = folder.entryList({u"*.rev"_s}, all, QDir::Name);
+    return {{u"[Repair] dir=%1 rar=%2 rev=%3"_s.arg(folder.dirName()).arg(count).arg(revs.size()),
+             u"[Repair] revs="_s + revs.join(u", "_s)},
             std::make_shared<RepairFolder>(RepairFolder::make(archive))};
 }
 
 QString failureText(const ExtractionError& error)
 {
-    return QStringLiteral(" FAILED (code ") + QString::number(error.exitCode()) + QStringLiteral("):\n") +
-           error.output();
+    return u" FAILED (code "_s + QString::number(error.exitCode()) + u"):\n"_s + error.output();
 }
 
 /// On a thread that may take its time: what a tool left of a failed run goes, and what it made is looked over.
@@ -215,17 +216,17 @@ QCoro::Task<QStringList> ArchiveExtractor::repair(QString archive, std::stop_tok
 QCoro::Task<ArchiveExtractor::Rebuilding> ArchiveExtractor::rebuild(QString tool, QString archive, std::stop_token stop)
 {
     const Trace trace = m_trace;
-    const QStringList args{QStringLiteral("rc"), QStringLiteral("-y"), archive};
+    const QStringList args{u"rc"_s, u"-y"_s, archive};
     Rebuilding rebuilding;
     try {
         co_await m_tools.run(tool, args, {}, stop);
-        trace(QStringLiteral("[Repair] rar rc succeeded"));
+        trace(u"[Repair] rar rc succeeded"_s);
     } catch (const ExtractionError& error) {
-        trace(QStringLiteral("[Repair] rar rc") + failureText(error));
+        trace(u"[Repair] rar rc"_s + failureText(error));
         // One that was killed leaves what it was about to write.
         rebuilding = {std::current_exception(), error.exitCode() <= lastOrdinaryCode};
     } catch (const ArchiveError& error) {
-        trace(QStringLiteral("[Repair] rar rc FAILED: ") + error.errorDescription());
+        trace(u"[Repair] rar rc FAILED: "_s + error.errorDescription());
         rebuilding = {std::current_exception(), false};
     }
     co_return rebuilding;

@@ -6,6 +6,8 @@
 
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -14,14 +16,14 @@ namespace {
 QString blamedVolume(const QString& line)
 {
     static const std::array patterns{
-        BoundedRegex::ignoringCase(QStringLiteral(R"(^cannot find volume\s+(\S.*\.rar)$)")),
-        BoundedRegex::ignoringCase(QStringLiteral(R"(^checksum error in (?:volume\s+)?(\S.*\.rar)$)")),
+        BoundedRegex::ignoringCase(uR"(^cannot find volume\s+(\S.*\.rar)$)"_s),
+        BoundedRegex::ignoringCase(uR"(^checksum error in (?:volume\s+)?(\S.*\.rar)$)"_s),
         // A member's name has no slash at its beginning.
-        BoundedRegex::ignoringCase(QStringLiteral(
-            R"(^(?:volume\s+)?(/.*?\.part\d+\.rar)\s*[-:]?\s.*(?:CRC|checksum|corrupt|failed|damaged))")),
+        BoundedRegex::ignoringCase(
+            uR"(^(?:volume\s+)?(/.*?\.part\d+\.rar)\s*[-:]?\s.*(?:CRC|checksum|corrupt|failed|damaged))"_s),
         // Of a file that is something else, such as a web page: of a later volume, and of the first.
-        BoundedRegex::ignoringCase(QStringLiteral(R"(^(?:error: )?bad archive\s+(\S.*\.rar)$)")),
-        BoundedRegex::ignoringCase(QStringLiteral(R"(^(\S.*\.rar) is not RAR archive$)")),
+        BoundedRegex::ignoringCase(uR"(^(?:error: )?bad archive\s+(\S.*\.rar)$)"_s),
+        BoundedRegex::ignoringCase(uR"(^(\S.*\.rar) is not RAR archive$)"_s),
     };
     for (const BoundedRegex& pattern : patterns)
         if (const BoundedRegex::Result found = pattern.search(line))
@@ -40,8 +42,8 @@ QString withoutMember(const QString& line)
 bool complainsOfTestedArchive(const QString& line)
 {
     static const BoundedRegex header =
-        BoundedRegex::ignoringCase(QStringLiteral(R"(^(?:error: )?(?:(?:(?:the|main|archive|file) )*header is corrupt)"
-                                                  R"(|corrupt header(?: is)?(?: found)?)[.!]?$)"));
+        BoundedRegex::ignoringCase(uR"(^(?:error: )?(?:(?:(?:the|main|archive|file) )*header is corrupt)"
+                                   uR"(|corrupt header(?: is)?(?: found)?)[.!]?$)"_s);
     return line.compare(u"Unexpected end of archive", Qt::CaseInsensitive) == 0 || header.search(line) ||
            line == u"Recovery record is corrupt." || line.endsWith(u" - the file header is corrupt");
 }
@@ -85,8 +87,7 @@ void BadVolumes::readLine(const QByteArray& line)
 /// Lines that name a volume.
 bool BadVolumes::readArchive(const QString& line)
 {
-    static const BoundedRegex testing =
-        BoundedRegex::ignoringCase(QStringLiteral(R"(^testing archive\s+(\S.*\.rar)$)"));
+    static const BoundedRegex testing = BoundedRegex::ignoringCase(uR"(^testing archive\s+(\S.*\.rar)$)"_s);
     if (const BoundedRegex::Result found = testing.search(line)) {
         if (isVolume(found.match.captured(1)))
             m_tested = found.match.captured(1);
@@ -103,7 +104,7 @@ bool BadVolumes::readArchive(const QString& line)
 void BadVolumes::readComplaint(const QString& line)
 {
     static const BoundedRegex prompt =
-        BoundedRegex::ignoringCase(QStringLiteral(R"(^enter password \(will not be echoed\)(?: for .*)?:$)"));
+        BoundedRegex::ignoringCase(uR"(^enter password \(will not be echoed\)(?: for .*)?:$)"_s);
     if (prompt.search(line)) {
         m_wantsPassword = true;
         return;

@@ -4,6 +4,8 @@
 
 #include <QTextBoundaryFinder>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -27,7 +29,7 @@ constexpr int badPasswordCode = 11;
 } // namespace
 
 ToolStopped::ToolStopped()
-    : ArchiveError(QStringLiteral("Stopped"))
+    : ArchiveError(u"Stopped"_s)
 {}
 
 ExtractionError::ExtractionError(Kind kind, const QString& description)
@@ -54,8 +56,7 @@ ExtractionError ExtractionError::extractionFailed(int exitCode, const QString& o
 {
     constexpr int shownCharacters = 200;
     const QString told = reason.text();
-    ExtractionError error(Kind::extractionFailed, QStringLiteral("Extraction failed (code ") +
-                                                      QString::number(exitCode) + QStringLiteral("): ") +
+    ExtractionError error(Kind::extractionFailed, u"Extraction failed (code "_s + QString::number(exitCode) + u"): "_s +
                                                       firstCharacters(told.isEmpty() ? output : told, shownCharacters));
     error.m_exitCode = exitCode;
     error.m_output = output;
@@ -65,17 +66,17 @@ ExtractionError ExtractionError::extractionFailed(int exitCode, const QString& o
 
 ExtractionError ExtractionError::unsupportedFormat()
 {
-    return {Kind::unsupportedFormat, QStringLiteral("Unsupported archive format")};
+    return {Kind::unsupportedFormat, u"Unsupported archive format"_s};
 }
 
 ExtractionError ExtractionError::passwordRequired()
 {
-    return {Kind::passwordRequired, QStringLiteral("Archive is password-protected")};
+    return {Kind::passwordRequired, u"Archive is password-protected"_s};
 }
 
 ExtractionError ExtractionError::wrongPassword()
 {
-    return {Kind::wrongPassword, QStringLiteral("Incorrect archive password")};
+    return {Kind::wrongPassword, u"Incorrect archive password"_s};
 }
 
 std::optional<ExtractionError> ExtractionError::asDamage() const

@@ -2,6 +2,8 @@
 
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -44,7 +46,7 @@ QString errorsCommand(const QString& tool, PackageManager manager)
         if (tool == u"7z")
             package = packages.forSevenZip;
         else if (tool == u"unrar/rar")
-            package = QStringLiteral("unrar"); // either does; this is the smaller one
+            package = u"unrar"_s; // either does; this is the smaller one
     }
     return packages.install + package;
 }
@@ -60,18 +62,17 @@ ToolPackages toolPackages(PackageManager manager)
 
 QString toolNotFoundText(const QString& tool, PackageManager manager)
 {
-    return tool + QStringLiteral(" not found. Install it with: ") + errorsCommand(tool, manager);
+    return tool + u" not found. Install it with: "_s + errorsCommand(tool, manager);
 }
 
 QString repairToolNotFoundText(PackageManager manager)
 {
-    const QString tool = QStringLiteral("rar");
+    const QString tool = u"rar"_s;
     const QString command = errorsCommand(tool, manager);
-    const QString name =
-        tool + QStringLiteral(" (needed to rebuild volumes from .rev — install with: ") + command + u')';
+    const QString name = tool + u" (needed to rebuild volumes from .rev — install with: "_s + command + u')';
     if (manager == PackageManager::brew)
         return toolNotFoundText(name, manager);
-    return name + QStringLiteral(" not found. Install it with: ") + command;
+    return name + u" not found. Install it with: "_s + command;
 }
 
 } // namespace vormel

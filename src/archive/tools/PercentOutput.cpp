@@ -4,6 +4,8 @@
 
 #include <QStringDecoder>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -25,8 +27,8 @@ std::optional<double> firstFraction(const QByteArray& piece)
     const std::optional<QString> text = decoded(piece);
     if (!text)
         return std::nullopt;
-    static const BoundedRegex percentage(QStringLiteral(R"(\b(\d{1,3})%)"));
-    static const QRegularExpression redrawn(QStringLiteral("[\\r\\n]"));
+    static const BoundedRegex percentage(uR"(\b(\d{1,3})%)"_s);
+    static const QRegularExpression redrawn(u"[\\r\\n]"_s);
     // Tools redraw their line with a carriage return.
     for (const QString& line : text->split(redrawn)) {
         const BoundedRegex::Result found = percentage.search(line);

@@ -12,6 +12,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -36,8 +38,7 @@ QString volumeBase(const QString& name)
 /// The names of all files that belong to the archive: itself, part2, or a volume of the older kind, name.r00.
 QStringList volumesOf(const QString& archive)
 {
-    static const QRegularExpression olderVolume(QStringLiteral("^\\.[r-z]\\d\\d+$"),
-                                                QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression olderVolume(u"^\\.[r-z]\\d\\d+$"_s, QRegularExpression::CaseInsensitiveOption);
     const QString name = lastComponent(archive);
     const QString base = volumeBase(name);
     const auto isVolume = [&](const QString& entry) {
@@ -61,8 +62,8 @@ bool hasRecovery(const QString& archive)
 std::unique_ptr<QTemporaryDir> privateFolder()
 {
     const QString preferred = QDir::tempPath();
-    const QString parent = isPlain(preferred + QStringLiteral("/x.zip")) ? preferred : QStringLiteral("/tmp");
-    auto folder = std::make_unique<QTemporaryDir>(parent + QStringLiteral("/vormel-XXXXXX"));
+    const QString parent = isPlain(preferred + u"/x.zip"_s) ? preferred : u"/tmp"_s;
+    auto folder = std::make_unique<QTemporaryDir>(parent + u"/vormel-XXXXXX"_s);
     if (!folder->isValid())
         throw ToolLaunchError(folder->errorString());
     return folder;
@@ -84,7 +85,7 @@ PlainPaths::PlainPaths(const QString& archive, const QString& destination, Recov
     if (needsLinks)
         linkArchive(archive, recovery);
     if (hasStar) {
-        m_destination = m_links->filePath(QStringLiteral("destination"));
+        m_destination = m_links->filePath(u"destination"_s);
         link(destination, m_destination);
     }
 }
@@ -107,7 +108,7 @@ void PlainPaths::linkArchive(const QString& archive, Recovery recovery)
 void PlainPaths::link(const QString& target, const QString& name)
 {
     if (!QFile::link(target, name))
-        throw ToolLaunchError(QStringLiteral("Cannot make a link in ") + m_links->path());
+        throw ToolLaunchError(u"Cannot make a link in "_s + m_links->path());
 }
 
 QString PlainPaths::realName(const QString& volume) const

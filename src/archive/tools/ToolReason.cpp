@@ -6,6 +6,8 @@
 #include <array>
 #include <string_view>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -78,7 +80,7 @@ bool isBannerOrCount(const QByteArray& line)
 /// What 7-Zip tells of an archive that it has opened: "Physical Size = 12", "1 file, 12 bytes (1 KiB)".
 bool isProperty(const QString& line)
 {
-    static const BoundedRegex property(QStringLiteral(R"(^(--+$|[A-Z][A-Za-z ]* = |\d+ files?, \d))"));
+    static const BoundedRegex property(uR"(^(--+$|[A-Z][A-Za-z ]* = |\d+ files?, \d))"_s);
     return static_cast<bool>(property.search(line));
 }
 
@@ -134,7 +136,7 @@ void ToolReason::readLine(const QByteArray& line)
     m_isUnsureOfPassword =
         m_isUnsureOfPassword || containsAny(words, {u"wrong password?", u"corrupt file or wrong password"});
     // 7-Zip names an archive that it cannot open twice.
-    const bool isRepeated = !m_lesser.isEmpty() && m_lesser.last() == QStringLiteral("ERROR: ") + text;
+    const bool isRepeated = !m_lesser.isEmpty() && m_lesser.last() == u"ERROR: "_s + text;
     keepIn(isLesser(line) || isRepeated ? m_lesser : m_lines, text);
 }
 

@@ -7,13 +7,15 @@
 #include <algorithm>
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
 
 bool hasSevenZip(const ToolRunner& runner)
 {
-    const std::array<QString, 3> names{QStringLiteral("7z"), QStringLiteral("7za"), QStringLiteral("7zz")};
+    const std::array<QString, 3> names{u"7z"_s, u"7za"_s, u"7zz"_s};
     return std::any_of(names.begin(), names.end(), [&runner](const QString& name) { return runner.findTool(name); });
 }
 
@@ -21,8 +23,8 @@ bool hasSevenZip(const ToolRunner& runner)
 
 FoundTools findTools(const ToolRunner& runner)
 {
-    return {runner.findTool(QStringLiteral("unrar")).has_value(), runner.findTool(QStringLiteral("rar")).has_value(),
-            hasSevenZip(runner), QFileInfo::exists(runner.fixedTool(QStringLiteral("unzip")))};
+    return {runner.findTool(u"unrar"_s).has_value(), runner.findTool(u"rar"_s).has_value(), hasSevenZip(runner),
+            QFileInfo::exists(runner.fixedTool(u"unzip"_s))};
 }
 
 ToolWatch::ToolWatch(const ToolRunner& runner, QObject* parent)

@@ -6,6 +6,8 @@
 
 #include <QFileInfo>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -20,20 +22,20 @@ std::optional<QString> firstTool(const QStringList& names, const ToolRunner& too
 
 std::optional<QString> sevenZipTool(const ToolRunner& tools)
 {
-    return firstTool({QStringLiteral("7z"), QStringLiteral("7za"), QStringLiteral("7zz")}, tools);
+    return firstTool({u"7z"_s, u"7za"_s, u"7zz"_s}, tools);
 }
 
 QString tarLetters(ArchiveFormat format)
 {
     switch (format) {
     case ArchiveFormat::tarGz:
-        return QStringLiteral("-xzf");
+        return u"-xzf"_s;
     case ArchiveFormat::tarBz2:
-        return QStringLiteral("-xjf");
+        return u"-xjf"_s;
     case ArchiveFormat::tarXz:
-        return QStringLiteral("-xJf");
+        return u"-xJf"_s;
     default:
-        return QStringLiteral("-xf");
+        return u"-xf"_s;
     }
 }
 
@@ -46,9 +48,9 @@ std::vector<UnpackingTool> zipTools(const Password& password, const ToolRunner& 
 {
     std::vector<UnpackingTool> found;
     // It knows no passwords, and most systems have not got it.
-    if (const QString ditto = tools.fixedTool(QStringLiteral("ditto")); !password && QFileInfo::exists(ditto))
+    if (const QString ditto = tools.fixedTool(u"ditto"_s); !password && QFileInfo::exists(ditto))
         found.push_back({ditto, dittoArguments});
-    found.push_back({tools.fixedTool(QStringLiteral("unzip")),
+    found.push_back({tools.fixedTool(u"unzip"_s),
                      [=](const QString& archive, const QString& to) { return unzipArguments(archive, to, password); },
                      false, true, false});
     if (const std::optional<QString> tool = sevenZipTool(tools))
@@ -78,7 +80,7 @@ std::vector<UnpackingTool> unpackingTools(const QString& archive, const Password
         }
     } else {
         const QString letters = tarLetters(*format);
-        found.push_back({tools.fixedTool(QStringLiteral("tar")),
+        found.push_back({tools.fixedTool(u"tar"_s),
                          [=](const QString& from, const QString& to) { return tarArguments(letters, from, to); }, false,
                          false});
     }
@@ -87,12 +89,12 @@ std::vector<UnpackingTool> unpackingTools(const QString& archive, const Password
 
 QString missingTool(const QString& archive)
 {
-    return formatOf(archive) == ArchiveFormat::rar ? QStringLiteral("unrar") : QStringLiteral("7z");
+    return formatOf(archive) == ArchiveFormat::rar ? u"unrar"_s : u"7z"_s;
 }
 
 std::optional<QString> rarTool(const ToolRunner& tools)
 {
-    return firstTool({QStringLiteral("unrar"), QStringLiteral("rar")}, tools);
+    return firstTool({u"unrar"_s, u"rar"_s}, tools);
 }
 
 } // namespace vormel

@@ -10,6 +10,8 @@
 #include <memory>
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -17,7 +19,7 @@ namespace {
 QString reasonOf(const ExtractionError& failure)
 {
     const QString reason = failure.reason().text().simplified();
-    return reason.isEmpty() ? QStringLiteral("code ") + QString::number(failure.exitCode()) : reason;
+    return reason.isEmpty() ? u"code "_s + QString::number(failure.exitCode()) : reason;
 }
 
 VolumeTest failedTest(const ExtractionError& failure, const BadVolumes& blame, const PlainPaths& paths)
@@ -44,10 +46,10 @@ QCoro::Task<VolumeTest> testVolumes(ToolRunner& tools, std::shared_ptr<const Pla
 {
     const std::optional<QString> tool = rarTool(tools);
     if (!tool)
-        throw ExtractionError::toolNotFound(QStringLiteral("unrar/rar"));
-    const QString about = QStringLiteral("[Verify] ") + paths->realName(lastComponent(paths->archive()));
+        throw ExtractionError::toolNotFound(u"unrar/rar"_s);
+    const QString about = u"[Verify] "_s + paths->realName(lastComponent(paths->archive()));
     const auto blame = std::make_shared<BadVolumes>(paths->archive());
-    const QStringList args{QStringLiteral("t"), paths->archive()};
+    const QStringList args{u"t"_s, paths->archive()};
     const std::function<void(const QByteArray&)> onLine = [blame](const QByteArray& line) { blame->readLine(line); };
     std::optional<ExtractionError> failure;
     try {
@@ -56,12 +58,12 @@ QCoro::Task<VolumeTest> testVolumes(ToolRunner& tools, std::shared_ptr<const Pla
         failure = error;
     }
     if (!failure) {
-        trace(about + QStringLiteral(" OK"));
+        trace(about + u" OK"_s);
         co_return VolumeTest();
     }
-    trace(about + QStringLiteral(" FAILED (code %1):\n").arg(failure->exitCode()) + failure->output());
+    trace(about + u" FAILED (code %1):\n"_s.arg(failure->exitCode()) + failure->output());
     const VolumeTest test = failedTest(*failure, *blame, *paths);
-    trace(QStringLiteral("[Verify] bad volumes: ") + test.badVolumes.join(QStringLiteral(", ")));
+    trace(u"[Verify] bad volumes: "_s + test.badVolumes.join(u", "_s));
     co_return test;
 }
 

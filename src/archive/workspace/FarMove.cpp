@@ -16,6 +16,8 @@
 
 #include <cerrno>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -53,7 +55,7 @@ int moveByCopy(const QString& from, const QString& to, const std::stop_token& st
         return errno;
     // A kill in the middle leaves what the next start finds and removes.
     const WorkFolder work = WorkFolder::make(QFileInfo(to).path());
-    const QString copy = work.path() + QStringLiteral("/copy");
+    const QString copy = work.path() + u"/copy"_s;
     int error = copyNew(file.get(), *facts, copy, stop);
     if (error == 0)
         error = moveWithoutReplacing(copy, to);

@@ -8,6 +8,8 @@
 
 #include <cerrno>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 QByteArray numberedName(const FolderEntry& entry, int number)
@@ -16,8 +18,7 @@ QByteArray numberedName(const FolderEntry& entry, int number)
         return entry.name;
     // Shortened where there is no room for the number.
     const QString name = safeFileName(QFile::decodeName(entry.name));
-    return QFile::encodeName(entry.isFolder() ? name + QStringLiteral(" (%1)").arg(number)
-                                              : numberedFileName(name, number));
+    return QFile::encodeName(entry.isFolder() ? name + u" (%1)"_s.arg(number) : numberedFileName(name, number));
 }
 
 NewPlace moveToFreeName(int fromFolder, const QByteArray& from, int toFolder, const FolderEntry& entry, int firstNumber,

@@ -14,6 +14,8 @@
 #include <cerrno>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -31,7 +33,7 @@ QStringList partsOf(const QByteArray& name, Backslash backslash)
         return {text};
     QStringList parts = text.split(u'\\');
     parts.removeIf([](const QString& part) { return part.isEmpty() || part == u"." || part == u".."; });
-    return parts.isEmpty() ? QStringList{QStringLiteral("_")} : parts;
+    return parts.isEmpty() ? QStringList{u"_"_s} : parts;
 }
 
 /// Opens the folder of that name, making it where there is none. Beside a file or link of that name it gets a number.

@@ -14,12 +14,14 @@
 #include <cerrno>
 #include <cstdio>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
 
 /// Tools take some characters of a name for patterns; none of these is one.
-const QString plainBase = QStringLiteral("volume");
+const QString plainBase = u"volume"_s;
 
 bool looksLikeRar(const QString& path)
 {
@@ -96,7 +98,7 @@ QStringList RepairFolder::putIntoPlace(const QString& made, const QString& place
         return {};
     if (known == FileState())
         return moveWithoutReplacing(made, place) == 0 ? QStringList{place} : QStringList();
-    const QString bad = uniqueDestination(place + QStringLiteral(".bad"));
+    const QString bad = uniqueDestination(place + u".bad"_s);
     if (!setAside(place, bad))
         return {};
     const bool isReplaced = ::rename(QFile::encodeName(made).constData(), QFile::encodeName(place).constData()) == 0;

@@ -3,11 +3,13 @@
 #include "engine/accounts/AccountRecords.h"
 #include "platform/storage/UserDefaults.h"
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
 
-const QString accountsKey = QStringLiteral("vormel_accounts");
+const QString accountsKey = u"vormel_accounts"_s;
 
 } // namespace
 

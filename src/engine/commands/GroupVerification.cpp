@@ -10,6 +10,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -131,8 +133,7 @@ void GroupVerification::fetchAgain(const Run& run, const QStringList& bad)
         ++fetched;
     }
     // Last, as the changes above have taken the word away.
-    VerificationResult result{VerificationResult::damaged, static_cast<int>(bad.size()),
-                              bad.join(QStringLiteral(", "))};
+    VerificationResult result{VerificationResult::damaged, static_cast<int>(bad.size()), bad.join(u", "_s)};
     if (fetched > 0)
         result = {VerificationResult::fetchedAgain, fetched};
     run.first->setVerification(result);

@@ -18,6 +18,8 @@
 
 #include <cerrno>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -60,7 +62,7 @@ void TransferCompletion::finishTransfer(DownloadItem& item, const TransferEnd& e
     if (isFailure(end.reason))
         return transferFailed(item, end);
     if (!end.partPath || !end.finalPath)
-        return fail(item, QStringLiteral("Internal error: missing path"));
+        return fail(item, u"Internal error: missing path"_s);
     const qint64 size = sizeOnDisk(*end.partPath);
     const bool isWhole = item.totalBytes() < 1 || size == item.totalBytes();
     if (!isWhole || end.reason != TransferEnd::Reason::finished)

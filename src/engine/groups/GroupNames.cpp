@@ -6,11 +6,13 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
 
-const QString storeKey = QStringLiteral("vormel_group_names");
+const QString storeKey = u"vormel_group_names"_s;
 
 } // namespace
 

@@ -12,6 +12,8 @@
 #include "resolvers/ResolverError.h"
 #include "resolvers/ResolverTables.h"
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -23,13 +25,13 @@ QString duplicateKey(const Link& url)
 
 QString placeholderLabel(const Link& url)
 {
-    const QString host = url.host().isEmpty() ? QStringLiteral("Container") : url.host().toString();
-    return host + QStringLiteral(": ") + url.lastPathComponent();
+    const QString host = url.host().isEmpty() ? u"Container"_s : url.host().toString();
+    return host + u": "_s + url.lastPathComponent();
 }
 
 QString captchaLabel(const Link& url)
 {
-    return QStringLiteral("CAPTCHA: ") + (url.host().isEmpty() ? url.lastPathComponent() : url.host().toString());
+    return u"CAPTCHA: "_s + (url.host().isEmpty() ? url.lastPathComponent() : url.host().toString());
 }
 
 } // namespace
@@ -147,7 +149,7 @@ QCoro::Task<> LinkIntake::readContainer(ItemPtr placeholder, std::optional<QStri
     const Link url = placeholder->originalURL();
     const ContainerResolver* const resolver = m_ports.resolvers.containerResolverForURL(url);
     if (!resolver) {
-        placeholder->setStatus(DownloadStatus::failure(QStringLiteral("No resolver found")));
+        placeholder->setStatus(DownloadStatus::failure(u"No resolver found"_s));
         co_return;
     }
     const Lifetime::Watch lifetime = m_lifetime.watch();
@@ -200,7 +202,7 @@ void LinkIntake::addCaptchaLinks(const PendingCaptcha& answered, const std::vect
 void LinkIntake::cancelCaptcha(const PendingCaptcha& question) const
 {
     if (const ItemPtr placeholder = m_ports.table.find(question.placeholderID))
-        placeholder->setStatus(DownloadStatus::failure(QStringLiteral("CAPTCHA cancelled")));
+        placeholder->setStatus(DownloadStatus::failure(u"CAPTCHA cancelled"_s));
 }
 
 } // namespace vormel

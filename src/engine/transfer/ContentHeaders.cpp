@@ -4,6 +4,8 @@
 #include "text/FileName.h"
 #include "text/PercentCoding.h"
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -28,8 +30,8 @@ std::optional<QString> valueBehind(const QString& header, const BoundedRegex& wh
 std::optional<QString> extendedName(const QString& header)
 {
     // Case-sensitive, unlike all others: servers that shout get their plain name used.
-    static const BoundedRegex whole(QStringLiteral(R"(filename\*\s*=\s*[^']*''([^;\r\n]+))"));
-    static const BoundedRegex prefix(QStringLiteral(R"((?i)filename\*\s*=\s*[^']*'')"));
+    static const BoundedRegex whole(uR"(filename\*\s*=\s*[^']*''([^;\r\n]+))"_s);
+    static const BoundedRegex prefix(uR"((?i)filename\*\s*=\s*[^']*'')"_s);
     const std::optional<QString> encoded = valueBehind(header, whole, prefix);
     if (!encoded)
         return std::nullopt;
@@ -73,8 +75,8 @@ std::optional<ContentRange> contentRangeFrom(const QByteArray& value)
 
 std::optional<QString> filenameFromContentDisposition(const QString& header)
 {
-    static const BoundedRegex whole(QStringLiteral(R"((?i)filename\s*=\s*("[^"]+"|[^;\r\n]+))"));
-    static const BoundedRegex prefix(QStringLiteral(R"((?i)filename\s*=\s*)"));
+    static const BoundedRegex whole(uR"((?i)filename\s*=\s*("[^"]+"|[^;\r\n]+))"_s);
+    static const BoundedRegex prefix(uR"((?i)filename\s*=\s*)"_s);
     if (std::optional<QString> name = extendedName(header))
         return name;
     const std::optional<QString> plain = valueBehind(header, whole, prefix);

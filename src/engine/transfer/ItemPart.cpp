@@ -9,6 +9,8 @@
 
 #include <cerrno>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -21,8 +23,7 @@ QString candidate(const QString& usualPath, int number)
     if (number == 0)
         return usualPath;
     const QFileInfo usual(usualPath);
-    return QStringLiteral("%1/%2 (%3).download")
-        .arg(usual.path(), safeFileName(usual.fileName()), QString::number(number));
+    return u"%1/%2 (%3).download"_s.arg(usual.path(), safeFileName(usual.fileName()), QString::number(number));
 }
 
 /// A file without marks is the item's own where the queue says so, and where there is nothing in it to be mixed up.

@@ -9,6 +9,8 @@
 #include <cerrno>
 #include <system_error>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -87,7 +89,7 @@ QString webPageText(const QByteArray& page, AppLanguage language)
 
 QString incompleteText(qint64 received, qint64 total)
 {
-    return QStringLiteral("Incomplete download (%1 of %2) — retry").arg(byteCountText(received), byteCountText(total));
+    return u"Incomplete download (%1 of %2) — retry"_s.arg(byteCountText(received), byteCountText(total));
 }
 
 QString endText(const TransferEnd& end, const AppSettings& settings)

@@ -7,6 +7,8 @@
 #include <QFileInfo>
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -18,9 +20,9 @@ void openFolder(const QString& path)
 
 QDBusMessage showItems(const QString& path)
 {
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("/org/freedesktop/FileManager1"),
-        QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("ShowItems"));
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(u"org.freedesktop.FileManager1"_s, u"/org/freedesktop/FileManager1"_s,
+                                       u"org.freedesktop.FileManager1"_s, u"ShowItems"_s);
     // The second is the token of start-up notification, which nobody has here.
     call << QStringList{QString::fromLatin1(QUrl::fromLocalFile(path).toEncoded())} << QString();
     return call;

@@ -3,13 +3,15 @@
 #include <QDir>
 #include <QStandardPaths>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
 
 QString programFolder(QStandardPaths::StandardLocation location)
 {
-    return QDir(QStandardPaths::writableLocation(location)).filePath(QStringLiteral("Vormel"));
+    return QDir(QStandardPaths::writableLocation(location)).filePath(u"Vormel"_s);
 }
 
 } // namespace
@@ -18,7 +20,7 @@ Folders Folders::ofThisUser()
 {
     QString downloads = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
     if (downloads.isEmpty())
-        downloads = QDir::home().filePath(QStringLiteral("Downloads"));
+        downloads = QDir::home().filePath(u"Downloads"_s);
     return {downloads, programFolder(QStandardPaths::GenericDataLocation),
             programFolder(QStandardPaths::GenericConfigLocation), programFolder(QStandardPaths::RuntimeLocation)};
 }
@@ -26,8 +28,8 @@ Folders Folders::ofThisUser()
 Folders Folders::below(const QString& root)
 {
     const QDir folder(root);
-    return {folder.filePath(QStringLiteral("Downloads")), folder.filePath(QStringLiteral("data/Vormel")),
-            folder.filePath(QStringLiteral("config/Vormel")), folder.filePath(QStringLiteral("run"))};
+    return {folder.filePath(u"Downloads"_s), folder.filePath(u"data/Vormel"_s), folder.filePath(u"config/Vormel"_s),
+            folder.filePath(u"run"_s)};
 }
 
 } // namespace vormel

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 DesktopPackageManagers::DesktopPackageManagers(const QString& root)
@@ -12,14 +14,14 @@ DesktopPackageManagers::DesktopPackageManagers(const QString& root)
         m_programs.push_back({manager, root + path});
     };
 #ifndef Q_OS_MACOS
-    add(PackageManager::apt, QStringLiteral("/usr/bin/apt"));
-    add(PackageManager::dnf, QStringLiteral("/usr/bin/dnf"));
-    add(PackageManager::pacman, QStringLiteral("/usr/bin/pacman"));
-    add(PackageManager::zypper, QStringLiteral("/usr/bin/zypper"));
+    add(PackageManager::apt, u"/usr/bin/apt"_s);
+    add(PackageManager::dnf, u"/usr/bin/dnf"_s);
+    add(PackageManager::pacman, u"/usr/bin/pacman"_s);
+    add(PackageManager::zypper, u"/usr/bin/zypper"_s);
 #endif
     // Only where it installs into a folder that tools are looked for in: what it put elsewhere would stay "missing".
-    add(PackageManager::brew, QStringLiteral("/opt/homebrew/bin/brew"));
-    add(PackageManager::brew, QStringLiteral("/usr/local/bin/brew"));
+    add(PackageManager::brew, u"/opt/homebrew/bin/brew"_s);
+    add(PackageManager::brew, u"/usr/local/bin/brew"_s);
 }
 
 std::optional<PackageManager> DesktopPackageManagers::present() const

@@ -14,6 +14,8 @@
 #include <cstring>
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -43,10 +45,10 @@ FileDescriptor datagramSocket()
 
 SingleInstance::SingleInstance(const QString& folder, QObject* parent)
     : QObject(parent)
-    , m_socketPath(QFile::encodeName(folder + QStringLiteral("/vormel.socket")))
+    , m_socketPath(QFile::encodeName(folder + u"/vormel.socket"_s))
 {
     QDir().mkpath(folder);
-    const QByteArray lockPath = QFile::encodeName(folder + QStringLiteral("/vormel.lock"));
+    const QByteArray lockPath = QFile::encodeName(folder + u"/vormel.lock"_s);
     m_lock = FileDescriptor(::open(lockPath.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
     m_isFirst = !m_lock.isOpen() || ::flock(m_lock.get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
     if (m_isFirst)

@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -41,7 +43,7 @@ QString separatorFor(const QString& program)
     const QString name = QFileInfo(program).fileName();
     const auto* known = std::find_if(knownTerminals.begin(), knownTerminals.end(),
                                      [&name](const KnownTerminal& terminal) { return terminal.name == name; });
-    return known == knownTerminals.end() ? QStringLiteral("-e") : QString(known->beforeCommand);
+    return known == knownTerminals.end() ? u"-e"_s : QString(known->beforeCommand);
 }
 
 QString findTerminal(const QString& preferred, const QStringList& folders)
@@ -64,9 +66,7 @@ std::optional<TerminalCall> terminalCall(const QString& script, const QString& p
     const QString program = findTerminal(preferred, folders);
     if (program.isEmpty())
         return std::nullopt;
-    return TerminalCall{program,
-                        {separatorFor(program), QStringLiteral("/bin/bash"), QStringLiteral("--init-file"), script,
-                         QStringLiteral("-i")}};
+    return TerminalCall{program, {separatorFor(program), u"/bin/bash"_s, u"--init-file"_s, script, u"-i"_s}};
 }
 
 DesktopTerminal::DesktopTerminal(QString scriptFolder, QString preferred, QStringList folders)
@@ -81,7 +81,7 @@ void DesktopTerminal::run(const QString& command)
     if (!script)
         return;
 #ifdef Q_OS_MACOS
-    startDetached(QStringLiteral("/usr/bin/open"), {*script}); // its Terminal runs what ends in ".command"
+    startDetached(u"/usr/bin/open"_s, {*script}); // its Terminal runs what ends in ".command"
 #else
     if (const std::optional<TerminalCall> call = terminalCall(*script, m_preferred, m_folders))
         startDetached(call->program, call->arguments);

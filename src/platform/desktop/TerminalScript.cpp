@@ -8,6 +8,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -28,7 +30,7 @@ bool makePrivate(const QString& folder)
 
 std::optional<QString> writeTerminalScript(const QString& folder, const QString& command)
 {
-    const QString path = QDir(folder).filePath(QStringLiteral("vormel_install.command"));
+    const QString path = QDir(folder).filePath(u"vormel_install.command"_s);
     const QByteArray text = "#!/bin/bash\n" + command.toUtf8() + '\n';
     if (!makePrivate(folder) || !replaceWholeFile(path, text))
         return std::nullopt;

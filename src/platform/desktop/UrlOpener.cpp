@@ -4,12 +4,14 @@
 
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 void DesktopUrlOpener::open(const QUrl& url)
 {
     const QString address = url.isLocalFile() ? url.toLocalFile() : url.toString(QUrl::FullyEncoded);
-    startDetached(QStringLiteral("xdg-open"), {address});
+    startDetached(u"xdg-open"_s, {address});
 }
 
 } // namespace vormel

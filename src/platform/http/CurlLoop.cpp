@@ -1,5 +1,7 @@
 #include "platform/http/CurlLoop.h"
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -137,8 +139,7 @@ void CurlLoop::reapOverdue()
     }
     for (CurlTransfer* transfer : overdue) {
         transfer->flush();
-        transfer->finish(
-            HttpError{HttpError::Kind::timedOut, CURLE_OPERATION_TIMEDOUT, QStringLiteral("no answer in time")});
+        transfer->finish(HttpError{HttpError::Kind::timedOut, CURLE_OPERATION_TIMEDOUT, u"no answer in time"_s});
         end(*transfer);
     }
 }
@@ -180,7 +181,7 @@ void CurlLoop::run()
     }
     while (!m_running.empty()) {
         CurlTransfer& transfer = *m_running.begin()->first;
-        transfer.finish(HttpError{HttpError::Kind::cancelled, 0, QStringLiteral("the client is closing")});
+        transfer.finish(HttpError{HttpError::Kind::cancelled, 0, u"the client is closing"_s});
         end(transfer);
     }
 }

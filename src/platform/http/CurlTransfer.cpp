@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -232,7 +234,7 @@ bool CurlTransfer::takeHeaderLine(QByteArrayView line)
     m_headBytes += line.size();
     if (m_headBytes > largestHead) {
         flush(); // what came before the trailers was good
-        refuse(HttpError::Kind::badServerResponse, QStringLiteral("endless headers"));
+        refuse(HttpError::Kind::badServerResponse, u"endless headers"_s);
         return false;
     }
     // Behind the head only trailers come this way; nothing here wants them.
@@ -378,7 +380,7 @@ CurlTransfer::HopEnd CurlTransfer::hopEnded(CURLcode code)
     else if (code != CURLE_OK)
         finish(errorFor(code));
     else if (m_stage == Stage::head)
-        finish(HttpError{HttpError::Kind::connectionLost, 0, QStringLiteral("the head of the answer was cut")});
+        finish(HttpError{HttpError::Kind::connectionLost, 0, u"the head of the answer was cut"_s});
     else
         finish(std::nullopt);
     return HopEnd::over;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -63,7 +65,7 @@ HeadReader::Step HeadReader::takeStatusLine(QByteArrayView line)
     m_response.headers.clear();
     m_response.statusCode = statusOf(line);
     if (m_response.statusCode < leastStatus)
-        return complain(QStringLiteral("a status line that is none"));
+        return complain(u"a status line that is none"_s);
     m_isInHead = true;
     m_isFoldable = false;
     return Step::more;
@@ -83,7 +85,7 @@ HeadReader::Step HeadReader::takeFold(QByteArrayView line)
 {
     // A line that goes on with nothing could smuggle a field past one of two readers.
     if (m_response.headers.empty())
-        return complain(QStringLiteral("a folded line before every field"));
+        return complain(u"a folded line before every field"_s);
     if (!m_isFoldable)
         return Step::more;
     QByteArray& value = m_response.headers.back().value;
@@ -100,7 +102,7 @@ HeadReader::Step HeadReader::takeEnd()
     if (m_response.statusCode < firstFinal)
         return Step::more;
     if (!m_response.header("Transfer-Encoding") && !isOneLength(m_response.values("Content-Length")))
-        return complain(QStringLiteral("a length that is no number, or two of them"));
+        return complain(u"a length that is no number, or two of them"_s);
     return Step::complete;
 }
 

@@ -14,6 +14,8 @@
 #include <csignal>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -56,7 +58,7 @@ public:
     Running(ChildProcesses& owner, Output onOutput, std::stop_token stop)
         : m_owner(owner)
         , m_onOutput(std::move(onOutput))
-        , m_source(notRun(QStringLiteral("The program was ended")))
+        , m_source(notRun(u"The program was ended"_s))
         , m_process(std::make_unique<QProcess>())
         , m_onStop(std::move(stop), [this] { kill(); })
     {

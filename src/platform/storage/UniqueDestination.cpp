@@ -10,6 +10,8 @@
 
 #include <cerrno>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -29,7 +31,7 @@ QString uniqueDestination(const QString& path)
         return path;
     const QFileInfo info(path);
     // Without an extension the full stop stays all the same.
-    const QString end = pathExtension(info.fileName()).isEmpty() ? QStringLiteral(".") : QString();
+    const QString end = pathExtension(info.fileName()).isEmpty() ? u"."_s : QString();
     for (int number = 1;; ++number) {
         QString candidate = info.path() + u'/' + numberedFileName(info.fileName(), number) + end;
         if (!isTaken(candidate))

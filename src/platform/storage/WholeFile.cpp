@@ -14,6 +14,8 @@
 #include <cerrno>
 #include <cstdio>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -99,7 +101,7 @@ std::optional<QByteArray> readWholeFile(const QString& path, qint64 limit)
 bool keepUnreadableFile(const QString& path)
 {
     constexpr int mostKept = 1000;
-    const QString kept = path + QStringLiteral(".unreadable");
+    const QString kept = path + u".unreadable"_s;
     int error = moveWithoutReplacing(path, kept);
     for (int number = 2; error == EEXIST && number <= mostKept; ++number)
         error = moveWithoutReplacing(path, kept + u'.' + QString::number(number));

@@ -5,12 +5,14 @@
 
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 AccountsView::AccountsView(const AppSettings& settings, QWidget* parent)
     : QWidget(parent)
 {
-    setObjectName(QStringLiteral("accountsView"));
+    setObjectName(u"accountsView"_s);
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::Base);
     auto* empty = new EmptyState(Glyph::personKey, this);

@@ -7,6 +7,8 @@
 
 #include <QHBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 HelpFeatureRow::HelpFeatureRow(const HelpFeature& feature, QWidget* parent)
@@ -15,8 +17,8 @@ HelpFeatureRow::HelpFeatureRow(const HelpFeature& feature, QWidget* parent)
     , m_detail(new StyledLabel(StyledLabel::Style::body, Tint::secondary, this))
 {
     constexpr int iconSize = 22;
-    m_title->setObjectName(QStringLiteral("featureTitle"));
-    m_detail->setObjectName(QStringLiteral("featureDetail"));
+    m_title->setObjectName(u"featureTitle"_s);
+    m_detail->setObjectName(u"featureDetail"_s);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(14);

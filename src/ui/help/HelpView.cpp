@@ -12,6 +12,8 @@
 
 #include <QHBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 HelpView::HelpView(const AppSettings& settings, QWidget* parent)
@@ -36,14 +38,14 @@ HelpView::HelpView(const AppSettings& settings, QWidget* parent)
 
 void HelpView::nameParts()
 {
-    setObjectName(QStringLiteral("helpView"));
-    m_name->setObjectName(QStringLiteral("helpName"));
-    m_version->setObjectName(QStringLiteral("helpVersion"));
-    m_kind->setObjectName(QStringLiteral("helpKind"));
-    m_description->setObjectName(QStringLiteral("helpDescription"));
-    m_heading->setObjectName(QStringLiteral("helpFeatures"));
-    m_requirement->setObjectName(QStringLiteral("helpRequirement"));
-    m_name->setText(QStringLiteral("Vormel"));
+    setObjectName(u"helpView"_s);
+    m_name->setObjectName(u"helpName"_s);
+    m_version->setObjectName(u"helpVersion"_s);
+    m_kind->setObjectName(u"helpKind"_s);
+    m_description->setObjectName(u"helpDescription"_s);
+    m_heading->setObjectName(u"helpFeatures"_s);
+    m_requirement->setObjectName(u"helpRequirement"_s);
+    m_name->setText(u"Vormel"_s);
     m_version->setText(u'v' + QString(programVersion));
 }
 
@@ -130,7 +132,7 @@ void HelpView::showTexts()
     m_description->setText(platformText(PlatformText::description, language).arg(filestoreDomain));
     m_heading->setText(pair(language, u"Features", u"Funzionalità"));
     m_requirement->setText(platformText(PlatformText::requirement, language));
-    setAccessibleName(m_name->text() + QStringLiteral(" — ") + m_kind->text());
+    setAccessibleName(m_name->text() + u" — "_s + m_kind->text());
     const QList<HelpFeature> all = helpFeatures(language);
     for (qsizetype i = 0; i < all.size(); ++i)
         m_features.at(i)->setTexts(all.at(i));

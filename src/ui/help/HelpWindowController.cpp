@@ -8,6 +8,8 @@
 #include <QStyle>
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -44,10 +46,10 @@ void HelpWindowController::showWindow()
 QWidget* HelpWindowController::makeWindow() const
 {
     auto* window = new QWidget; // deletes itself when it is closed, or goes with this
-    window->setObjectName(QStringLiteral("helpWindow"));
+    window->setObjectName(u"helpWindow"_s);
     window->setAttribute(Qt::WA_DeleteOnClose);
     window->setAttribute(Qt::WA_QuitOnClose, false); // the main window decides that
-    window->setWindowTitle(QStringLiteral("Vormel"));
+    window->setWindowTitle(u"Vormel"_s);
     window->setWindowIcon(programIcon());
     window->setMinimumSize(leastSize);
     auto* column = new QVBoxLayout(window);

@@ -19,6 +19,8 @@
 #include <QStackedLayout>
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 DownloadQueueView::DownloadQueueView(const ViewPorts& ports, QWidget* parent)
@@ -32,7 +34,7 @@ DownloadQueueView::DownloadQueueView(const ViewPorts& ports, QWidget* parent)
     , m_overlay(new DropOverlay(this))
     , m_sheets(new QueueSheets(ports.manager, *this))
 {
-    setObjectName(QStringLiteral("downloadQueueView"));
+    setObjectName(u"downloadQueueView"_s);
     setAcceptDrops(true);
     installQueueAccessibility();
     layOut(ports);
@@ -52,7 +54,7 @@ void DownloadQueueView::layOut(const ViewPorts& ports)
     column->addWidget(new Separator(Qt::Horizontal, this));
     column->addLayout(m_pages, 1);
     column->addWidget(new MissingToolsBanner(ports.tools, m_manager.settings(), this));
-    m_empty->setObjectName(QStringLiteral("queueEmptyState"));
+    m_empty->setObjectName(u"queueEmptyState"_s);
     m_empty->setAutoFillBackground(true);
     m_empty->setBackgroundRole(QPalette::Base);
     m_pages->addWidget(m_list);

@@ -6,6 +6,8 @@
 #include <QPainter>
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 DropOverlay::DropOverlay(QWidget* parent)
@@ -13,9 +15,9 @@ DropOverlay::DropOverlay(QWidget* parent)
     , m_text(new StyledLabel(StyledLabel::Style::title, Tint::accent, this))
 {
     constexpr int iconSize = 48;
-    setObjectName(QStringLiteral("dropOverlay"));
+    setObjectName(u"dropOverlay"_s);
     setAttribute(Qt::WA_TransparentForMouseEvents);
-    m_text->setObjectName(QStringLiteral("dropText"));
+    m_text->setObjectName(u"dropText"_s);
     m_text->setAlignment(Qt::AlignCenter);
     auto* column = new QVBoxLayout(this);
     column->setSpacing(10);

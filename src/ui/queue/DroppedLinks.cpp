@@ -5,6 +5,8 @@
 
 #include <QMimeData>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 bool mayHoldLinks(const QMimeData& data)
@@ -16,7 +18,7 @@ std::vector<std::vector<Link>> droppedLinks(const QMimeData& data)
 {
     std::vector<std::vector<Link>> batches;
     // Read as text, since QUrl would lose the spelling of the hosts.
-    for (const Link& link : httpLinks(lenientText(data.data(QStringLiteral("text/uri-list")))))
+    for (const Link& link : httpLinks(lenientText(data.data(u"text/uri-list"_s))))
         batches.push_back({link});
     if (!batches.empty() || !data.hasText())
         return batches;

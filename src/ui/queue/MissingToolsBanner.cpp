@@ -8,15 +8,17 @@
 #include <QHBoxLayout>
 #include <QPainter>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 QString missingToolsText(const FoundTools& tools, AppLanguage language)
 {
     QStringList missing;
     if (!tools.unrar)
-        missing << QStringLiteral("unrar");
+        missing << u"unrar"_s;
     if (!tools.sevenZip)
-        missing << QStringLiteral("7-Zip (7zz)");
+        missing << u"7-Zip (7zz)"_s;
     if (missing.isEmpty())
         return {};
     return missing.join(pair(language, u" and ", u" e ")) +
@@ -32,8 +34,8 @@ MissingToolsBanner::MissingToolsBanner(const ToolWatch& tools, const AppSettings
     , m_text(new StyledLabel(StyledLabel::Style::caption, Tint::text, this))
 {
     constexpr int iconSize = 16;
-    setObjectName(QStringLiteral("missingToolsBanner"));
-    m_text->setObjectName(QStringLiteral("missingToolsText"));
+    setObjectName(u"missingToolsBanner"_s);
+    m_text->setObjectName(u"missingToolsText"_s);
     m_text->setWordWrap(true);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(14, 8, 14, 8);

@@ -15,6 +15,8 @@
 #include <QToolButton>
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -37,7 +39,7 @@ QueueToolBar::QueueToolBar(const ViewPorts& ports, QWidget* parent)
     , m_clearExtracted(new QAction(glyphIcon(Glyph::archivebox), {}, this))
     , m_donate(new QAction(glyphIcon(Glyph::mugFill, Tint::beer), {}, this))
 {
-    setObjectName(QStringLiteral("queueToolBar"));
+    setObjectName(u"queueToolBar"_s);
     m_add->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_N));
     layOut();
     connect(m_add, &QAction::triggered, this, &QueueToolBar::addRequested);
@@ -68,8 +70,7 @@ QToolButton* QueueToolBar::makeButton(QAction* action, const QString& name)
 /// Makes the controls in the order in which Tab goes through them.
 void QueueToolBar::layOut()
 {
-    const QStringList names{QStringLiteral("addURLs"), QStringLiteral("startAll"), QStringLiteral("pauseAll"),
-                            QStringLiteral("clearCompleted"), QStringLiteral("clearExtracted")};
+    const QStringList names{u"addURLs"_s, u"startAll"_s, u"pauseAll"_s, u"clearCompleted"_s, u"clearExtracted"_s};
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(10, 8, 10, 8);
     row->setSpacing(4);
@@ -79,7 +80,7 @@ void QueueToolBar::layOut()
     }
     row->addStretch();
     row->addWidget(new SpeedControl(m_manager, this));
-    m_donation = makeButton(m_donate, QStringLiteral("donate"));
+    m_donation = makeButton(m_donate, u"donate"_s);
     row->addWidget(m_donation);
 }
 
@@ -87,7 +88,7 @@ void QueueToolBar::showTexts()
 {
     const AppLanguage language = m_manager.settings().language.value();
     const QString add = pair(language, u"Add URLs", u"Aggiungi URL");
-    setTexts(*m_add, add, add + QStringLiteral(" (%1)").arg(m_add->shortcut().toString(QKeySequence::NativeText)));
+    setTexts(*m_add, add, add + u" (%1)"_s.arg(m_add->shortcut().toString(QKeySequence::NativeText)));
     setTexts(*m_startAll, pair(language, u"Start All", u"Avvia tutti"),
              pair(language, u"Resume all paused downloads (stopped ones stay out)",
                   u"Riprendi tutti i download in pausa (i fermati restano fuori)"));

@@ -13,6 +13,8 @@
 
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -82,12 +84,11 @@ void SpeedControl::layOut()
 {
     constexpr int smallestReadOut = 64;
     constexpr int iconSize = 18;
-    m_speed->setObjectName(QStringLiteral("totalSpeed"));
+    m_speed->setObjectName(u"totalSpeed"_s);
     m_speed->setAlignment(Qt::AlignTrailing | Qt::AlignVCenter);
     // Wide enough for the longest figure, so that the controls beside it stand still.
-    m_speed->setMinimumWidth(
-        qMax(smallestReadOut, m_speed->fontMetrics().horizontalAdvance(QStringLiteral("999.99 MB/s"))));
-    m_cap->setObjectName(QStringLiteral("speedCap"));
+    m_speed->setMinimumWidth(qMax(smallestReadOut, m_speed->fontMetrics().horizontalAdvance(u"999.99 MB/s"_s)));
+    m_cap->setObjectName(u"speedCap"_s);
     m_cap->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
@@ -129,7 +130,7 @@ void SpeedControl::showCap()
 {
     const qint64 kilobytes = m_manager.settings().maxDownloadSpeedKBps.value();
     if (m_cap->findData(kilobytes) < 0)
-        m_cap->addItem(QStringLiteral("%1 KB/s").arg(kilobytes), kilobytes);
+        m_cap->addItem(u"%1 KB/s"_s.arg(kilobytes), kilobytes);
     m_cap->setCurrentIndex(m_cap->findData(kilobytes));
 }
 

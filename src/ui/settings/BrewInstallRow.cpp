@@ -8,6 +8,8 @@
 
 #include <QHBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 BrewInstallRow::BrewInstallRow(const QString& name, QWidget* parent)
@@ -15,14 +17,14 @@ BrewInstallRow::BrewInstallRow(const QString& name, QWidget* parent)
     , m_command(new CodeLabel(this))
     , m_description(new StyledLabel(StyledLabel::Style::caption, Tint::secondary, this))
     , m_note(new StyledLabel(StyledLabel::Style::caption, Tint::secondary, this))
-    , m_open(new SheetButton(QStringLiteral("Open in Terminal"), this)) // the same in both languages
+    , m_open(new SheetButton(u"Open in Terminal"_s, this)) // the same in both languages
 {
     setObjectName(name);
-    m_command->setObjectName(QStringLiteral("installCommand"));
-    m_description->setObjectName(QStringLiteral("installDescription"));
-    m_note->setObjectName(QStringLiteral("installNote"));
+    m_command->setObjectName(u"installCommand"_s);
+    m_description->setObjectName(u"installDescription"_s);
+    m_note->setObjectName(u"installNote"_s);
     m_note->hide();
-    m_open->setObjectName(QStringLiteral("openInTerminal"));
+    m_open->setObjectName(u"openInTerminal"_s);
     m_command->setTextInteractionFlags(Qt::TextSelectableByMouse);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, Card::endOfRow, 0);
@@ -37,7 +39,7 @@ void BrewInstallRow::setCommand(const QString& command, const QString& descripti
     m_command->setText(command);
     m_command->setAccessibleName(command);
     m_description->setText(description);
-    m_open->setAccessibleName(m_open->text() + QStringLiteral(": ") + command);
+    m_open->setAccessibleName(m_open->text() + u": "_s + command);
     m_open->setAccessibleDescription(description);
 }
 

@@ -16,6 +16,8 @@
 #include <QToolButton>
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 FolderRow::FolderRow(const ViewPorts& ports, Setting<QString> AppSettings::*setting, const QString& name,
@@ -31,11 +33,11 @@ FolderRow::FolderRow(const ViewPorts& ports, Setting<QString> AppSettings::*sett
     , m_reset(new SheetButton(this))
 {
     setObjectName(name);
-    m_text->setObjectName(QStringLiteral("folderLabel"));
-    m_path->setObjectName(QStringLiteral("folderPath"));
-    m_open->setObjectName(QStringLiteral("openFolder"));
-    m_choose->setObjectName(QStringLiteral("chooseFolder"));
-    m_reset->setObjectName(QStringLiteral("resetFolder"));
+    m_text->setObjectName(u"folderLabel"_s);
+    m_path->setObjectName(u"folderPath"_s);
+    m_open->setObjectName(u"openFolder"_s);
+    m_choose->setObjectName(u"chooseFolder"_s);
+    m_reset->setObjectName(u"resetFolder"_s);
     layOut();
     connectParts();
     followLanguage(this, settings(), [this] { showTexts(); });
@@ -73,7 +75,7 @@ void FolderRow::connectParts()
 void FolderRow::choose()
 {
     auto* dialog = new QFileDialog(this, {}, setting().value());
-    dialog->setObjectName(QStringLiteral("folderDialog"));
+    dialog->setObjectName(u"folderDialog"_s);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setWindowModality(Qt::WindowModal);
     dialog->setFileMode(QFileDialog::Directory);
@@ -95,7 +97,7 @@ void FolderRow::showTexts()
 {
     const AppLanguage language = settings().language.value();
     const QString label = m_label.in(language);
-    const auto named = [&label](const QString& action) { return label + QStringLiteral(": ") + action; };
+    const auto named = [&label](const QString& action) { return label + u": "_s + action; };
     m_text->setText(label);
     m_choose->setText(pair(language, u"Choose...", u"Scegli..."));
     m_choose->setAccessibleName(named(m_choose->text()));

@@ -7,6 +7,8 @@
 #include "ui/settings/BrewInstallRow.h"
 #include "ui/settings/ManagerWarning.h"
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -42,12 +44,12 @@ QString nonFreeNote(PackageManager manager, AppLanguage language)
 } // namespace
 
 InstallSection::InstallSection(const ViewPorts& ports, const QString& installerUrl, QWidget* parent)
-    : Card(ports.manager.settings(), QStringLiteral("installSection"),
-           {u"Install missing tools", u"Installa strumenti mancanti"}, parent)
+    : Card(ports.manager.settings(), u"installSection"_s, {u"Install missing tools", u"Installa strumenti mancanti"},
+           parent)
     , m_ports(ports)
     , m_warning(new ManagerWarning(ports.manager.settings(), installerUrl, this))
-    , m_rar(new BrewInstallRow(QStringLiteral("installRar"), this))
-    , m_sevenZip(new BrewInstallRow(QStringLiteral("installSevenZip"), this))
+    , m_rar(new BrewInstallRow(u"installRar"_s, this))
+    , m_sevenZip(new BrewInstallRow(u"installSevenZip"_s, this))
 {
     addRow(m_warning);
     addRow(m_rar);

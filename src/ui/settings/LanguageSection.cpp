@@ -5,6 +5,8 @@
 
 #include <QHBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -20,11 +22,11 @@ QStringList labels()
 } // namespace
 
 LanguageSection::LanguageSection(AppSettings& settings, QWidget* parent)
-    : Card(settings, QStringLiteral("languageSection"), {u"Language", u"Lingua"}, parent)
+    : Card(settings, u"languageSection"_s, {u"Language", u"Lingua"}, parent)
     , m_settings(settings)
     , m_picker(new SegmentedPicker(labels(), this))
 {
-    m_picker->setObjectName(QStringLiteral("language"));
+    m_picker->setObjectName(u"language"_s);
     auto* row = new QWidget(this);
     auto* columns = new QHBoxLayout(row);
     columns->setContentsMargins(0, 0, 0, 0);

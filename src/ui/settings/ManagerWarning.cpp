@@ -10,13 +10,15 @@
 
 #include <QHBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
 
 QString installerCommand(const QString& url)
 {
-    return QStringLiteral("/bin/bash -c \"$(curl -fsSL %1)\"").arg(url);
+    return u"/bin/bash -c \"$(curl -fsSL %1)\""_s.arg(url);
 }
 
 } // namespace
@@ -27,10 +29,10 @@ ManagerWarning::ManagerWarning(const AppSettings& settings, const QString& insta
     , m_text(new StyledLabel(StyledLabel::Style::body, Tint::secondary, this))
     , m_install(new SheetButton(this))
 {
-    setObjectName(QStringLiteral("managerWarning"));
-    m_title->setObjectName(QStringLiteral("warningTitle"));
-    m_text->setObjectName(QStringLiteral("warningText"));
-    m_install->setObjectName(QStringLiteral("installManager"));
+    setObjectName(u"managerWarning"_s);
+    m_title->setObjectName(u"warningTitle"_s);
+    m_text->setObjectName(u"warningText"_s);
+    m_install->setObjectName(u"installManager"_s);
     m_install->setVisible(!installerUrl.isEmpty());
     layOut();
     connect(m_install, &QPushButton::clicked, this,

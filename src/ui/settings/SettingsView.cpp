@@ -16,13 +16,15 @@
 #include <QEvent>
 #include <QHBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 SettingsView::SettingsView(const ViewPorts& ports, QWidget* parent)
     : QScrollArea(parent)
     , m_ports(ports)
 {
-    setObjectName(QStringLiteral("settingsView"));
+    setObjectName(u"settingsView"_s);
     setFrameShape(QFrame::NoFrame);
     setWidgetResizable(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // everything wraps

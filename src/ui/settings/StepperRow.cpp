@@ -10,6 +10,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 StepperRow::StepperRow(AppSettings& settings, Setting<qint64> AppSettings::*setting, const QString& name,
@@ -25,7 +27,7 @@ StepperRow::StepperRow(AppSettings& settings, Setting<qint64> AppSettings::*sett
     m_stepper->setRange(range.least, range.most);
     m_stepper->setAlignment(Qt::AlignCenter);
     m_stepper->setFixedWidth(m_stepper->sizeHint().width() + air);
-    m_text->setObjectName(name + QStringLiteral("Label"));
+    m_text->setObjectName(name + u"Label"_s);
     m_text->setWordWrap(true);
     m_text->setBuddy(m_stepper);
     auto* row = new QHBoxLayout(this);

@@ -11,20 +11,22 @@
 #include <QHBoxLayout>
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 SupportSection::SupportSection(AppSettings& settings, UrlOpener& opener, QWidget* parent)
-    : Card(settings, QStringLiteral("supportSection"), {u"Support", u"Supporto"}, parent)
+    : Card(settings, u"supportSection"_s, {u"Support", u"Supporto"}, parent)
     , m_free(new StyledLabel(StyledLabel::Style::headline, Tint::text, this))
     , m_please(new StyledLabel(StyledLabel::Style::body, Tint::text, this))
     , m_fees(new StyledLabel(StyledLabel::Style::caption, Tint::secondary, this))
     , m_beer(new SheetButton(this))
 {
     constexpr int iconSize = 18;
-    m_free->setObjectName(QStringLiteral("supportFree"));
-    m_please->setObjectName(QStringLiteral("supportPlease"));
-    m_fees->setObjectName(QStringLiteral("supportFees"));
-    m_beer->setObjectName(QStringLiteral("buyBeer"));
+    m_free->setObjectName(u"supportFree"_s);
+    m_please->setObjectName(u"supportPlease"_s);
+    m_fees->setObjectName(u"supportFees"_s);
+    m_beer->setObjectName(u"buyBeer"_s);
     m_beer->setIconSize(QSize(iconSize, iconSize));
     m_beer->setIcon(glyphIcon(Glyph::mugFill, Tint::beer));
     addRow(makeRow());

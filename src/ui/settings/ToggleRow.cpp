@@ -9,6 +9,8 @@
 #include <QMouseEvent>
 #include <QSignalBlocker>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 ToggleRow::ToggleRow(AppSettings& settings, Setting<bool> AppSettings::*setting, const QString& name,
@@ -21,8 +23,8 @@ ToggleRow::ToggleRow(AppSettings& settings, Setting<bool> AppSettings::*setting,
     , m_toggle(new ToggleSwitch(this))
 {
     m_toggle->setObjectName(name);
-    m_noteText->setObjectName(name + QStringLiteral("Note"));
-    m_text->setObjectName(name + QStringLiteral("Label"));
+    m_noteText->setObjectName(name + u"Note"_s);
+    m_text->setObjectName(name + u"Label"_s);
     layOut();
     connect(m_toggle, &QCheckBox::toggled, this, [this](bool isOn) { this->setting().set(isOn); });
     connect(&settings, &AppSettings::changed, this, &ToggleRow::showValue);

@@ -8,6 +8,8 @@
 
 #include <QHBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -27,12 +29,12 @@ ToolRow::ToolRow(AppSettings& settings, const QString& name, bool builtIn, const
     , m_builtIn(new StyledLabel(StyledLabel::Style::caption, Tint::secondary, this))
     , m_state(new StyledLabel(StyledLabel::Style::body, Tint::text, this))
 {
-    m_there->setObjectName(QStringLiteral("toolThere"));
-    m_missing->setObjectName(QStringLiteral("toolMissing"));
-    m_name->setObjectName(QStringLiteral("toolName"));
-    m_format->setObjectName(QStringLiteral("toolFormats"));
-    m_builtIn->setObjectName(QStringLiteral("toolBuiltIn"));
-    m_state->setObjectName(QStringLiteral("toolState"));
+    m_there->setObjectName(u"toolThere"_s);
+    m_missing->setObjectName(u"toolMissing"_s);
+    m_name->setObjectName(u"toolName"_s);
+    m_format->setObjectName(u"toolFormats"_s);
+    m_builtIn->setObjectName(u"toolBuiltIn"_s);
+    m_state->setObjectName(u"toolState"_s);
     layOut(name);
     bindText(m_format, &QLabel::setText, settings, formats);
     bindText(this, &QWidget::setAccessibleDescription, settings, formats);
@@ -45,7 +47,7 @@ void ToolRow::layOut(const QString& name)
     constexpr int air = 6;
     m_name->setText(name);
     // All rows have one width there, so that the next column stands straight.
-    m_name->setMinimumWidth(QFontMetrics(m_name->font()).horizontalAdvance(QStringLiteral("7z / 7zz")) + air);
+    m_name->setMinimumWidth(QFontMetrics(m_name->font()).horizontalAdvance(u"7z / 7zz"_s) + air);
     m_format->setWordWrap(true);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, Card::endOfRow, 0);
@@ -72,7 +74,7 @@ void ToolRow::showState()
     m_builtIn->setVisible(m_isBuiltIn && m_isAvailable);
     m_state->setText(m_isAvailable ? pair(language, u"Available", u"Disponibile")
                                    : pair(language, u"Not installed", u"Non installato"));
-    setAccessibleName(m_name->text() + QStringLiteral(": ") + m_state->text());
+    setAccessibleName(m_name->text() + u": "_s + m_state->text());
 }
 
 } // namespace vormel

@@ -3,10 +3,12 @@
 #include "archive/tools/ToolWatch.h"
 #include "ui/settings/ToolRow.h"
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 ToolsSection::ToolsSection(AppSettings& settings, const ToolWatch& tools, QWidget* parent)
-    : Card(settings, QStringLiteral("toolsSection"), {u"Available Tools", u"Strumenti disponibili"}, parent)
+    : Card(settings, u"toolsSection"_s, {u"Available Tools", u"Strumenti disponibili"}, parent)
     , m_tools(tools)
 {
     const auto add = [this, &settings](const char16_t* name, bool builtIn, const TextPair& formats) {

@@ -9,6 +9,8 @@
 #include <QShortcut>
 #include <QStackedLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 AddURLView::AddURLView(AppSettings& settings, const ResolverTables& resolvers, QWidget* parent)
@@ -20,7 +22,7 @@ AddURLView::AddURLView(AppSettings& settings, const ResolverTables& resolvers, Q
 {
     constexpr QSize smallest(420, 300);
     constexpr QSize usual(520, 360);
-    setObjectName(QStringLiteral("addURLView"));
+    setObjectName(u"addURLView"_s);
     setWindowModality(Qt::WindowModal);
     m_pages->addWidget(m_form);
     m_pages->addWidget(m_chooser);

@@ -8,6 +8,8 @@
 #include <QHBoxLayout>
 #include <QLineEdit>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 ArchivePasswordSheetView::ArchivePasswordSheetView(const PendingExtractionPassword& pending,
@@ -21,7 +23,7 @@ ArchivePasswordSheetView::ArchivePasswordSheetView(const PendingExtractionPasswo
     , m_extract(new SheetButton(this))
     , m_cancel(new SheetButton(this))
 {
-    setObjectName(QStringLiteral("archivePasswordSheet"));
+    setObjectName(u"archivePasswordSheet"_s);
     setWindowModality(Qt::WindowModal);
     setUpParts();
     layOut();
@@ -36,22 +38,22 @@ ArchivePasswordSheetView::ArchivePasswordSheetView(const PendingExtractionPasswo
 void ArchivePasswordSheetView::setUpParts()
 {
     constexpr int fieldWidth = 280;
-    m_title->setObjectName(QStringLiteral("passwordTitle"));
-    m_archive->setObjectName(QStringLiteral("archiveName"));
+    m_title->setObjectName(u"passwordTitle"_s);
+    m_archive->setObjectName(u"archiveName"_s);
     m_archive->setTextFormat(Qt::PlainText);
     m_archive->setAlignment(Qt::AlignCenter);
-    m_wrong->setObjectName(QStringLiteral("wrongPassword"));
+    m_wrong->setObjectName(u"wrongPassword"_s);
     m_wrong->setVisible(m_pending.wasWrongPassword);
-    m_password->setObjectName(QStringLiteral("archivePassword"));
+    m_password->setObjectName(u"archivePassword"_s);
     m_password->setEchoMode(QLineEdit::Password);
-    m_password->setPlaceholderText(QStringLiteral("Password")); // in both languages
+    m_password->setPlaceholderText(u"Password"_s); // in both languages
     m_password->setAccessibleName(m_password->placeholderText());
     m_password->setTextMargins(4, 3, 4, 3);
     m_password->setFixedWidth(fieldWidth);
-    m_extract->setObjectName(QStringLiteral("extract"));
+    m_extract->setObjectName(u"extract"_s);
     m_extract->setDefault(true);
     m_extract->setEnabled(false);
-    m_cancel->setObjectName(QStringLiteral("cancelPassword"));
+    m_cancel->setObjectName(u"cancelPassword"_s);
     m_cancel->setAutoDefault(false);
 }
 

@@ -5,6 +5,8 @@
 
 #include <QHBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 CountLabel::CountLabel(Glyph glyph, Tint tint, const QString& name, QWidget* parent)
@@ -13,7 +15,7 @@ CountLabel::CountLabel(Glyph glyph, Tint tint, const QString& name, QWidget* par
 {
     constexpr int iconSize = 16;
     setObjectName(name);
-    m_text->setObjectName(name + QStringLiteral("Text"));
+    m_text->setObjectName(name + u"Text"_s);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(5);

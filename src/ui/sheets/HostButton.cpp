@@ -5,13 +5,15 @@
 
 #include <QHBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
 
 QString fileCountText(std::size_t count)
 {
-    return QStringLiteral("%1 file%2").arg(count).arg(count == 1 ? QString() : QStringLiteral("s"));
+    return u"%1 file%2"_s.arg(count).arg(count == 1 ? QString() : u"s"_s);
 }
 
 } // namespace
@@ -20,7 +22,7 @@ HostButton::HostButton(const PendingHostSelection::HostGroup& group, QWidget* pa
     : QPushButton(parent)
 {
     const QString count = fileCountText(group.urls.size());
-    setAccessibleName(group.displayName + QStringLiteral(", ") + count);
+    setAccessibleName(group.displayName + u", "_s + count);
     setAutoDefault(true); // Return on the focused host takes it
     layOut(group.displayName, count);
 }
@@ -30,9 +32,9 @@ void HostButton::layOut(const QString& host, const QString& count)
     constexpr int iconSize = 24;
     auto* name = new StyledLabel(StyledLabel::Style::headline, Tint::text, this);
     auto* files = new StyledLabel(StyledLabel::Style::caption, Tint::secondary, this);
-    name->setObjectName(QStringLiteral("hostName"));
+    name->setObjectName(u"hostName"_s);
     name->setText(host);
-    files->setObjectName(QStringLiteral("fileCount"));
+    files->setObjectName(u"fileCount"_s);
     files->setText(count);
     auto* texts = new QVBoxLayout;
     texts->setSpacing(2);

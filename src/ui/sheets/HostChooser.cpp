@@ -10,6 +10,8 @@
 #include <QPushButton>
 #include <QScrollArea>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 HostChooser::HostChooser(const AppSettings& settings, const Look& look, QWidget* parent)
@@ -22,11 +24,11 @@ HostChooser::HostChooser(const AppSettings& settings, const Look& look, QWidget*
     , m_all(new SheetButton(this))
     , m_cancel(new SheetButton(this))
 {
-    m_title->setObjectName(QStringLiteral("chooserTitle"));
-    m_text->setObjectName(QStringLiteral("chooserText"));
+    m_title->setObjectName(u"chooserTitle"_s);
+    m_text->setObjectName(u"chooserText"_s);
     m_text->setWordWrap(true);
-    m_all->setObjectName(QStringLiteral("addAllHosts"));
-    m_cancel->setObjectName(QStringLiteral("cancelChoice"));
+    m_all->setObjectName(u"addAllHosts"_s);
+    m_cancel->setObjectName(u"cancelChoice"_s);
     for (QPushButton* button : {m_all, m_cancel})
         button->setAutoDefault(false);
     layOut(look);
@@ -38,7 +40,7 @@ HostChooser::HostChooser(const AppSettings& settings, const Look& look, QWidget*
 QWidget* HostChooser::makeHostList()
 {
     auto* scroll = new QScrollArea(this);
-    scroll->setObjectName(QStringLiteral("hostScroll"));
+    scroll->setObjectName(u"hostScroll"_s);
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setWidgetResizable(true);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -95,14 +97,14 @@ void HostChooser::offer(const std::vector<PendingHostSelection::HostGroup>& grou
     QWidget* before = nullptr;
     for (int i = 0; i < m_groupCount; ++i) {
         auto* button = new HostButton(groups[static_cast<std::size_t>(i)], m_hosts);
-        button->setObjectName(QStringLiteral("host%1").arg(i));
+        button->setObjectName(u"host%1"_s.arg(i));
         connect(button, &HostButton::clicked, this, [this, i] { Q_EMIT chosen(i); });
         m_hostColumn->addWidget(button);
         if (before)
             setTabOrder(before, button);
         before = button;
     }
-    if (auto* first = m_hosts->findChild<HostButton*>(QStringLiteral("host0"))) {
+    if (auto* first = m_hosts->findChild<HostButton*>(u"host0"_s)) {
         first->show(); // the layout would do so later, and what is hidden gets no focus
         first->setFocus();
     }

@@ -5,6 +5,8 @@
 
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 HostSelectionSheetView::HostSelectionSheetView(PendingHostSelection pending, const AppSettings& settings,
@@ -15,7 +17,7 @@ HostSelectionSheetView::HostSelectionSheetView(PendingHostSelection pending, con
     constexpr int width = 480;
     constexpr int usualHeight = 400;
     constexpr HostChooser::Look look{32, 20, Qt::AlignCenter};
-    setObjectName(QStringLiteral("hostSelectionSheet"));
+    setObjectName(u"hostSelectionSheet"_s);
     setWindowModality(Qt::WindowModal);
     setFixedWidth(width);
     resize(width, usualHeight);

@@ -14,6 +14,8 @@
 #include <QPushButton>
 #include <QShortcut>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -35,7 +37,7 @@ QString directText(std::size_t count, AppLanguage language)
 QString containerText(std::size_t count, AppLanguage language)
 {
     const QString ending = count == 1 ? QString() : pair(language, u"s", u"");
-    return QString::number(count) + QStringLiteral(" container") + ending;
+    return QString::number(count) + u" container"_s + ending;
 }
 
 } // namespace
@@ -47,10 +49,10 @@ LinkForm::LinkForm(AppSettings& settings, const ResolverTables& resolvers, QWidg
     , m_title(new StyledLabel(StyledLabel::Style::title, Tint::text, this))
     , m_prompt(new StyledLabel(StyledLabel::Style::body, Tint::secondary, this))
     , m_editor(new LinkEditor(this))
-    , m_directCount(new CountLabel(Glyph::arrowDownCircleFill, Tint::blue, QStringLiteral("directCount"), this))
-    , m_containerCount(new CountLabel(Glyph::archiveboxFill, Tint::orange, QStringLiteral("containerCount"), this))
+    , m_directCount(new CountLabel(Glyph::arrowDownCircleFill, Tint::blue, u"directCount"_s, this))
+    , m_containerCount(new CountLabel(Glyph::archiveboxFill, Tint::orange, u"containerCount"_s, this))
     , m_passwordBlock(new QWidget(this))
-    , m_passwordLabel(new CountLabel(Glyph::lock, Tint::secondary, QStringLiteral("passwordLabel"), m_passwordBlock))
+    , m_passwordLabel(new CountLabel(Glyph::lock, Tint::secondary, u"passwordLabel"_s, m_passwordBlock))
     , m_password(new QLineEdit(m_passwordBlock))
     , m_cancel(new SheetButton(this))
     , m_add(new SheetButton(this))
@@ -63,16 +65,16 @@ LinkForm::LinkForm(AppSettings& settings, const ResolverTables& resolvers, QWidg
 
 void LinkForm::setUpParts()
 {
-    m_title->setObjectName(QStringLiteral("addTitle"));
-    m_prompt->setObjectName(QStringLiteral("addPrompt"));
-    m_editor->setObjectName(QStringLiteral("linkEditor"));
-    m_editor->setPlaceholderText(QStringLiteral("https://..."));
-    m_password->setObjectName(QStringLiteral("containerPassword"));
+    m_title->setObjectName(u"addTitle"_s);
+    m_prompt->setObjectName(u"addPrompt"_s);
+    m_editor->setObjectName(u"linkEditor"_s);
+    m_editor->setPlaceholderText(u"https://..."_s);
+    m_password->setObjectName(u"containerPassword"_s);
     m_password->setEchoMode(QLineEdit::Password);
     m_password->setTextMargins(4, 2, 4, 2);
-    m_cancel->setObjectName(QStringLiteral("cancelAdd"));
+    m_cancel->setObjectName(u"cancelAdd"_s);
     m_cancel->setAutoDefault(false);
-    m_add->setObjectName(QStringLiteral("add"));
+    m_add->setObjectName(u"add"_s);
     m_add->setDefault(true);
 }
 
@@ -101,7 +103,7 @@ void LinkForm::layOut()
 
 QWidget* LinkForm::makePasswordBlock()
 {
-    m_passwordBlock->setObjectName(QStringLiteral("passwordBlock"));
+    m_passwordBlock->setObjectName(u"passwordBlock"_s);
     auto* column = new QVBoxLayout(m_passwordBlock);
     column->setContentsMargins(0, 4, 0, 0);
     column->setSpacing(6);

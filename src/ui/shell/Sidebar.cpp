@@ -4,13 +4,15 @@
 #include "kit/GlyphIcon.h"
 #include "ui/shell/SidebarDelegate.h"
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 Sidebar::Sidebar(const AppSettings& settings, QWidget* parent)
     : QListWidget(parent)
 {
     constexpr int margin = 8;
-    setObjectName(QStringLiteral("sidebar"));
+    setObjectName(u"sidebar"_s);
     setItemDelegate(new SidebarDelegate(this));
     setMinimumWidth(smallestWidth);
     setFrameShape(NoFrame);

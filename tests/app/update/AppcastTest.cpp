@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 
 namespace {
@@ -28,54 +30,52 @@ QString offered(const QByteArray& items)
 
 TEST(AppcastTest, TheVersionMayStandInTheEnclosure)
 {
-    EXPECT_EQ(offered(item("<enclosure url='x' sparkle:version='2045' sparkle:shortVersionString='1.4'/>")),
-              QStringLiteral("1.4"));
-    EXPECT_EQ(offered(item("<enclosure url='x' sparkle:version='1.3'/>")), QStringLiteral("1.3"));
+    EXPECT_EQ(offered(item("<enclosure url='x' sparkle:version='2045' sparkle:shortVersionString='1.4'/>")), u"1.4"_s);
+    EXPECT_EQ(offered(item("<enclosure url='x' sparkle:version='1.3'/>")), u"1.3"_s);
 }
 
 TEST(AppcastTest, TheVersionMayStandInElements)
 {
     EXPECT_EQ(offered(item("<sparkle:version>2045</sparkle:version>"
                            "<sparkle:shortVersionString> 1.4 </sparkle:shortVersionString>")),
-              QStringLiteral("1.4"));
+              u"1.4"_s);
 }
 
 TEST(AppcastTest, WithoutThoseTheTitleTells)
 {
-    EXPECT_EQ(offered(item("<title>Vormel 1.5-rc1</title>")), QStringLiteral("1.5-rc1"));
-    EXPECT_EQ(offered(item("<title>1.5</title><sparkle:version>1.6</sparkle:version>")), QStringLiteral("1.6"));
+    EXPECT_EQ(offered(item("<title>Vormel 1.5-rc1</title>")), u"1.5-rc1"_s);
+    EXPECT_EQ(offered(item("<title>1.5</title><sparkle:version>1.6</sparkle:version>")), u"1.6"_s);
 }
 
 TEST(AppcastTest, TheNewestItemWinsWhereverItStands)
 {
     EXPECT_EQ(offered(item("<title>1.9</title>") + item("<title>1.10</title>") + item("<title>1.10-rc1</title>")),
-              QStringLiteral("1.10"));
+              u"1.10"_s);
 }
 
 TEST(AppcastTest, ThePageIsTheItemsLink)
 {
     const std::optional<Appcast> appcast = readAppcast(feed(item("<title>1.5</title>")));
     ASSERT_TRUE(appcast && appcast->newest);
-    EXPECT_EQ(appcast->newest->page, QUrl(QStringLiteral("https://vormel.example/get")));
+    EXPECT_EQ(appcast->newest->page, QUrl(u"https://vormel.example/get"_s));
 }
 
 TEST(AppcastTest, ItemsWithoutASecureLinkArePassedOver)
 {
     for (const QByteArray link : {"", "http://vormel.example/", "file:///etc/passwd", "https://", "javascript:1"})
         EXPECT_EQ(offered("<item><title>2.0</title><link>" + link + "</link></item>" + item("<title>1.0</title>")),
-                  QStringLiteral("1.0"))
+                  u"1.0"_s)
             << link.toStdString();
 }
 
 TEST(AppcastTest, ItemsWithoutAVersionArePassedOver)
 {
-    EXPECT_EQ(offered(item("<title>Coming soon</title>") + item("<title>1.0</title>")), QStringLiteral("1.0"));
+    EXPECT_EQ(offered(item("<title>Coming soon</title>") + item("<title>1.0</title>")), u"1.0"_s);
 }
 
 TEST(AppcastTest, MarkupInADescriptionIsNoItem)
 {
-    EXPECT_EQ(offered(item("<description><b>x<title>7</title></b></description><title>1.0</title>")),
-              QStringLiteral("1.0"));
+    EXPECT_EQ(offered(item("<description><b>x<title>7</title></b></description><title>1.0</title>")), u"1.0"_s);
 }
 
 TEST(AppcastTest, AFeedWithoutItemsOffersNothing)
@@ -115,7 +115,7 @@ TEST(AppcastTest, ADocumentTypeIsRefusedEvenUnused)
 TEST(AppcastTest, DeepNestingDoesNoHarm)
 {
     const QByteArray deep = QByteArray("<a>").repeated(100'000) + QByteArray("</a>").repeated(100'000);
-    EXPECT_EQ(offered(item("<title>1.0</title>" + deep)), QStringLiteral("1.0"));
+    EXPECT_EQ(offered(item("<title>1.0</title>" + deep)), u"1.0"_s);
 }
 
 } // namespace

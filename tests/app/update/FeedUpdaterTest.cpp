@@ -11,13 +11,15 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 using namespace vormel::fixtures;
 using namespace std::chrono_literals;
 
 namespace {
 
-const QString feedAddress = QStringLiteral("https://updates.example/feed.xml");
+const QString feedAddress = u"https://updates.example/feed.xml"_s;
 
 QByteArray feedOf(const QByteArray& version)
 {
@@ -30,14 +32,12 @@ class FeedUpdaterTest : public ::testing::Test
 protected:
     void start(const QString& feed = feedAddress)
     {
-        updater = std::make_unique<FeedUpdater>(client, defaults, clock, QUrl(feed),
-                                                Version::parse(QStringLiteral("1.9")).value());
+        updater = std::make_unique<FeedUpdater>(client, defaults, clock, QUrl(feed), Version::parse(u"1.9"_s).value());
         QObject::connect(updater.get(), &FeedUpdater::updateFound,
                          [this](const AppcastItem& item) { told << item.version.text(); });
-        QObject::connect(updater.get(), &FeedUpdater::upToDate, [this] { told << QStringLiteral("up to date"); });
+        QObject::connect(updater.get(), &FeedUpdater::upToDate, [this] { told << u"up to date"_s; });
         QObject::connect(updater.get(), &FeedUpdater::checkFailed, [this](FeedUpdater::Failure failure) {
-            told << (failure == FeedUpdater::Failure::unreachable ? QStringLiteral("unreachable")
-                                                                  : QStringLiteral("unusable answer"));
+            told << (failure == FeedUpdater::Failure::unreachable ? u"unreachable"_s : u"unusable answer"_s);
         });
         clock.advance(0s);
     }
@@ -65,7 +65,7 @@ protected:
     FileWriter writer;
     ManualClock clock;
     ScriptedHttpClient client;
-    UserDefaults defaults{sandbox.path(QStringLiteral("preferences.json")), writer};
+    UserDefaults defaults{sandbox.path(u"preferences.json"_s), writer};
     std::unique_ptr<FeedUpdater> updater;
     QStringList told;
 };
@@ -76,7 +76,7 @@ TEST_F(FeedUpdaterTest, TheFirstStartLooksByItselfAndTellsOfAnUpdate)
     ASSERT_EQ(requests(), 1U);
     EXPECT_EQ(client.last().request.url, QUrl(feedAddress));
     answer(feedOf("1.10"));
-    EXPECT_EQ(told, QStringList{QStringLiteral("1.10")});
+    EXPECT_EQ(told, QStringList{u"1.10"_s});
 }
 
 TEST_F(FeedUpdaterTest, ByItselfItTellsOfNothingElse)
@@ -105,9 +105,8 @@ TEST_F(FeedUpdaterTest, ByHandItTellsEveryOutcome)
     answer("<html/>");
     updater->checkForUpdates();
     answer(feedOf("2"), 404);
-    EXPECT_EQ(told, QStringList({QStringLiteral("up to date"), QStringLiteral("up to date"), QStringLiteral("2"),
-                                 QStringLiteral("unreachable"), QStringLiteral("unusable answer"),
-                                 QStringLiteral("unusable answer")}));
+    EXPECT_EQ(told, QStringList({u"up to date"_s, u"up to date"_s, u"2"_s, u"unreachable"_s, u"unusable answer"_s,
+                                 u"unusable answer"_s}));
 }
 
 TEST_F(FeedUpdaterTest, ItLooksByItselfOnceADayAcrossStarts)
@@ -146,7 +145,7 @@ TEST_F(FeedUpdaterTest, ALookByHandPutsTheNextOneOff)
 
 TEST_F(FeedUpdaterTest, ALastTimeInTheFutureDoesNotKeepItFromLooking)
 {
-    defaults.setInteger(QStringLiteral("lastUpdateCheck"), 4'000'000'000);
+    defaults.setInteger(u"lastUpdateCheck"_s, 4'000'000'000);
     start();
     EXPECT_EQ(requests(), 1U);
 }
@@ -154,7 +153,7 @@ TEST_F(FeedUpdaterTest, ALastTimeInTheFutureDoesNotKeepItFromLooking)
 TEST_F(FeedUpdaterTest, ALastTimeBeyondAllSenseDoesNoHarm)
 {
     for (const qint64 time : {std::numeric_limits<qint64>::max(), std::numeric_limits<qint64>::min()}) {
-        defaults.setInteger(QStringLiteral("lastUpdateCheck"), time);
+        defaults.setInteger(u"lastUpdateCheck"_s, time);
         start();
         answer(feedOf("1.0"));
     }
@@ -163,31 +162,30 @@ TEST_F(FeedUpdaterTest, ALastTimeBeyondAllSenseDoesNoHarm)
 
 TEST_F(FeedUpdaterTest, WithoutASecureFeedNothingIsEverSent)
 {
-    for (const QString& feed : {QString(), QStringLiteral("http://updates.example/feed.xml"),
-                                QStringLiteral("file:///feed.xml"), QStringLiteral("updates")}) {
+    for (const QString& feed : {QString(), u"http://updates.example/feed.xml"_s, u"file:///feed.xml"_s, u"updates"_s}) {
         start(feed);
         EXPECT_FALSE(updater->canCheckForUpdates());
         updater->checkForUpdates();
         clock.advance(48h);
     }
     EXPECT_EQ(requests(), 0U);
-    EXPECT_FALSE(defaults.objectForKey(QStringLiteral("lastUpdateCheck")));
+    EXPECT_FALSE(defaults.objectForKey(u"lastUpdateCheck"_s));
 }
 
 TEST_F(FeedUpdaterTest, ARedirectMayLeadToHttpsOnly)
 {
     lookByHand();
-    EXPECT_TRUE(client.last().redirect(QUrl(QStringLiteral("https://other.example/feed.xml"))));
-    EXPECT_FALSE(client.last().redirect(QUrl(QStringLiteral("http://other.example/feed.xml"))));
+    EXPECT_TRUE(client.last().redirect(QUrl(u"https://other.example/feed.xml"_s)));
+    EXPECT_FALSE(client.last().redirect(QUrl(u"http://other.example/feed.xml"_s)));
     answer({}, 302);
-    EXPECT_EQ(told, QStringList{QStringLiteral("unusable answer")});
+    EXPECT_EQ(told, QStringList{u"unusable answer"_s});
 }
 
 TEST_F(FeedUpdaterTest, AFeedOfMoreThanAMebibyteIsRefused)
 {
     lookByHand();
     answer(feedOf("2") + QByteArray(1024 * 1024, ' '));
-    EXPECT_EQ(told, QStringList{QStringLiteral("unusable answer")});
+    EXPECT_EQ(told, QStringList{u"unusable answer"_s});
 }
 
 TEST_F(FeedUpdaterTest, OneLookAtATime)
@@ -213,7 +211,7 @@ TEST_F(FeedUpdaterTest, TheMenuCommandIsEnabledWhileTheUpdaterCanLook)
     start();
     const CheckForUpdatesViewModel model(*updater);
     const CheckForUpdatesView command(model);
-    EXPECT_EQ(command.text(), QStringLiteral("Check for Updates…"));
+    EXPECT_EQ(command.text(), u"Check for Updates…"_s);
     EXPECT_FALSE(model.canCheckForUpdates());
     EXPECT_FALSE(command.isEnabled());
     answer(feedOf("1.0"));

@@ -14,6 +14,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 using namespace vormel::fixtures;
 
@@ -30,7 +32,7 @@ public:
 class UpdateNoticeTest : public ::testing::Test
 {
 protected:
-    void findUpdate(const QString& version = QStringLiteral("1.10"))
+    void findUpdate(const QString& version = u"1.10"_s)
     {
         Q_EMIT updater.updateFound({Version::parse(version).value(), page});
     }
@@ -48,14 +50,14 @@ protected:
         turnEventLoop();
     }
 
-    const QUrl page{QStringLiteral("https://vormel.example/get")};
+    const QUrl page{u"https://vormel.example/get"_s};
     Sandbox sandbox;
     FileWriter writer;
     ManualClock clock;
     ScriptedHttpClient client;
-    UserDefaults defaults{sandbox.path(QStringLiteral("preferences.json")), writer};
+    UserDefaults defaults{sandbox.path(u"preferences.json"_s), writer};
     AppSettings settings{defaults, sandbox.root()};
-    FeedUpdater updater{client, defaults, clock, {}, Version::parse(QStringLiteral("1.9")).value()};
+    FeedUpdater updater{client, defaults, clock, {}, Version::parse(u"1.9"_s).value()};
     OpenedUrls opened;
     QWidget window;
     UpdateNotice notice{updater, settings, opened, window};
@@ -67,17 +69,17 @@ TEST_F(UpdateNoticeTest, AnUpdateIsToldWithBothVersions)
     ASSERT_TRUE(box());
     EXPECT_TRUE(box()->isVisible());
     EXPECT_FALSE(box()->isModal());
-    EXPECT_EQ(box()->text(), QStringLiteral("A new version is available"));
-    EXPECT_EQ(box()->informativeText(), QStringLiteral("Vormel 1.10 is available. You have 1.9."));
+    EXPECT_EQ(box()->text(), u"A new version is available"_s);
+    EXPECT_EQ(box()->informativeText(), u"Vormel 1.10 is available. You have 1.9."_s);
 }
 
 TEST_F(UpdateNoticeTest, InItalianToo)
 {
     settings.language.set(AppLanguage::italian);
     findUpdate();
-    EXPECT_EQ(box()->text(), QStringLiteral("È disponibile una nuova versione"));
-    EXPECT_EQ(box()->findChild<QPushButton*>(QStringLiteral("download"))->text(), QStringLiteral("Scarica"));
-    EXPECT_EQ(box()->findChild<QPushButton*>(QStringLiteral("later"))->text(), QStringLiteral("Più tardi"));
+    EXPECT_EQ(box()->text(), u"È disponibile una nuova versione"_s);
+    EXPECT_EQ(box()->findChild<QPushButton*>(u"download"_s)->text(), u"Scarica"_s);
+    EXPECT_EQ(box()->findChild<QPushButton*>(u"later"_s)->text(), u"Più tardi"_s);
 }
 
 TEST_F(UpdateNoticeTest, DownloadOpensThePageAndClosesTheBox)
@@ -100,14 +102,14 @@ TEST_F(UpdateNoticeTest, ANewerNoticeTakesThePlaceOfTheOneBefore)
 {
     findUpdate();
     Q_EMIT updater.upToDate();
-    EXPECT_EQ(box()->text(), QStringLiteral("You're up to date"));
-    EXPECT_EQ(box()->informativeText(), QStringLiteral("Vormel 1.9 is the newest version."));
+    EXPECT_EQ(box()->text(), u"You're up to date"_s);
+    EXPECT_EQ(box()->informativeText(), u"Vormel 1.9 is the newest version."_s);
 }
 
 TEST_F(UpdateNoticeTest, AFailureSaysWhatCanBeDone)
 {
     Q_EMIT updater.checkFailed(FeedUpdater::Failure::unreachable);
-    EXPECT_EQ(box()->text(), QStringLiteral("Couldn't check for updates"));
+    EXPECT_EQ(box()->text(), u"Couldn't check for updates"_s);
     EXPECT_TRUE(box()->informativeText().contains(u"Check your connection"));
     Q_EMIT updater.checkFailed(FeedUpdater::Failure::unusableAnswer);
     EXPECT_TRUE(box()->informativeText().contains(u"Try again later"));
@@ -115,7 +117,7 @@ TEST_F(UpdateNoticeTest, AFailureSaysWhatCanBeDone)
 
 TEST_F(UpdateNoticeTest, AVersionFromOutsideIsNoMarkup)
 {
-    findUpdate(QStringLiteral("2<img src='file:///x'>"));
+    findUpdate(u"2<img src='file:///x'>"_s);
     EXPECT_FALSE(box()->informativeText().contains(u'<'));
 }
 

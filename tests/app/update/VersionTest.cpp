@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 
 namespace {
@@ -50,7 +52,7 @@ TEST(VersionTest, HowItWasBuiltDoesNotCount)
 TEST(VersionTest, ALetterInFrontAndSpaceAroundDoNotCount)
 {
     EXPECT_EQ(version(" v1.2\n"), version("1.2"));
-    EXPECT_EQ(version(" v1.2\n").text(), QStringLiteral("v1.2"));
+    EXPECT_EQ(version(" v1.2\n").text(), u"v1.2"_s);
 }
 
 TEST(VersionTest, WhatDoesNotBeginWithANumberIsNoVersion)
@@ -62,7 +64,7 @@ TEST(VersionTest, WhatDoesNotBeginWithANumberIsNoVersion)
 TEST(VersionTest, ATextWithoutEndIsNoVersion)
 {
     EXPECT_FALSE(Version::parse(QString(65, u'1')));
-    EXPECT_FALSE(Version::parse(QStringLiteral("1-") + QString(1'000'000, u'a')));
+    EXPECT_FALSE(Version::parse(u"1-"_s + QString(1'000'000, u'a')));
 }
 
 TEST(VersionTest, ADotWithoutANumberBehindItBelongsToTheSuffix)

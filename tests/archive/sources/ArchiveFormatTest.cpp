@@ -5,17 +5,19 @@
 #include <utility>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
 TEST(ArchiveFormat, TheNameTellsTheFormatInAnyLetterCase)
 {
     const std::vector<std::pair<QString, ArchiveFormat>> rows{
-        {QStringLiteral("/x/a.zip"), ArchiveFormat::zip},        {QStringLiteral("/x/A.RAR"), ArchiveFormat::rar},
-        {QStringLiteral("/x/a.part2.rar"), ArchiveFormat::rar},  {QStringLiteral("/x/a.7Z"), ArchiveFormat::sevenZip},
-        {QStringLiteral("/x/a.tar"), ArchiveFormat::tar},        {QStringLiteral("/x/a.TAR.GZ"), ArchiveFormat::tarGz},
-        {QStringLiteral("/x/a.tar.bz2"), ArchiveFormat::tarBz2}, {QStringLiteral("/x/a.tar.xz"), ArchiveFormat::tarXz},
-        {QStringLiteral("/x/a.tgz"), ArchiveFormat::tarGz},
+        {u"/x/a.zip"_s, ArchiveFormat::zip},        {u"/x/A.RAR"_s, ArchiveFormat::rar},
+        {u"/x/a.part2.rar"_s, ArchiveFormat::rar},  {u"/x/a.7Z"_s, ArchiveFormat::sevenZip},
+        {u"/x/a.tar"_s, ArchiveFormat::tar},        {u"/x/a.TAR.GZ"_s, ArchiveFormat::tarGz},
+        {u"/x/a.tar.bz2"_s, ArchiveFormat::tarBz2}, {u"/x/a.tar.xz"_s, ArchiveFormat::tarXz},
+        {u"/x/a.tgz"_s, ArchiveFormat::tarGz},
     };
     for (const auto& [path, format] : rows)
         EXPECT_EQ(formatOf(path), format) << path.toStdString();
@@ -23,10 +25,8 @@ TEST(ArchiveFormat, TheNameTellsTheFormatInAnyLetterCase)
 
 TEST(ArchiveFormat, OtherFilesHaveNone)
 {
-    for (const QString& path :
-         {QStringLiteral("/x/a.gz"), QStringLiteral("/x/a.bz2"), QStringLiteral("/x/a.xz"),
-          QStringLiteral("/x/a.part1.rev"), QStringLiteral("/x/a.tbz"), QStringLiteral("/x/a.txz"),
-          QStringLiteral("/x.zip/a"), QStringLiteral("/x/.zip"), QString()})
+    for (const QString& path : {u"/x/a.gz"_s, u"/x/a.bz2"_s, u"/x/a.xz"_s, u"/x/a.part1.rev"_s, u"/x/a.tbz"_s,
+                                u"/x/a.txz"_s, u"/x.zip/a"_s, u"/x/.zip"_s, QString()})
         EXPECT_EQ(formatOf(path), std::nullopt) << path.toStdString();
 }
 

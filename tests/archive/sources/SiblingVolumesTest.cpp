@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -17,7 +19,7 @@ TEST(SiblingVolumes, AreAllVolumesWhoseNamesBeginLikeTheSet)
         expected << sandbox.write(QString::fromUtf8(name), "x");
     for (const char* name : {"A.part05.rar", "b.part01.rar", "a.txt", "a.rar.txt"})
         sandbox.write(QString::fromUtf8(name), "x");
-    const QStringList found = siblingVolumes(sandbox.path(QStringLiteral("a.part01.rar")));
+    const QStringList found = siblingVolumes(sandbox.path(u"a.part01.rar"_s));
     EXPECT_EQ(QSet<QString>(found.begin(), found.end()), expected);
     EXPECT_EQ(found.size(), expected.size());
 }
@@ -25,13 +27,13 @@ TEST(SiblingVolumes, AreAllVolumesWhoseNamesBeginLikeTheSet)
 TEST(SiblingVolumes, ALoneArchiveHasNone)
 {
     const fixtures::Sandbox sandbox;
-    sandbox.write(QStringLiteral("a.part1.rar"), "x");
-    EXPECT_EQ(siblingVolumes(sandbox.write(QStringLiteral("a.rar"), "x")), QStringList());
+    sandbox.write(u"a.part1.rar"_s, "x");
+    EXPECT_EQ(siblingVolumes(sandbox.write(u"a.rar"_s, "x")), QStringList());
 }
 
 TEST(SiblingVolumes, AFolderThatCannotBeListedHasNone)
 {
-    EXPECT_EQ(siblingVolumes(QStringLiteral("/no/such/folder/a.part1.rar")), QStringList());
+    EXPECT_EQ(siblingVolumes(u"/no/such/folder/a.part1.rar"_s), QStringList());
 }
 
 } // namespace

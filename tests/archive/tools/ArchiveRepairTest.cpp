@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -24,18 +26,18 @@ protected:
     ArchiveRepairTest()
     {
         for (const char* name : {"part1.rar", "part2.rar", "part1.rev"})
-            sandbox.write(QStringLiteral("set/s?t.") + QString::fromLatin1(name), "Rar!\x1a\x07 as it came");
+            sandbox.write(u"set/s?t."_s + QString::fromLatin1(name), "Rar!\x1a\x07 as it came");
     }
     [[nodiscard]] QString volume(const char* name) const
     {
-        return sandbox.path(QStringLiteral("set/s?t.") + QString::fromLatin1(name));
+        return sandbox.path(u"set/s?t."_s + QString::fromLatin1(name));
     }
     [[nodiscard]] QByteArray contents(const char* name) const
     {
-        return sandbox.read(QStringLiteral("set/s?t.") + QString::fromLatin1(name));
+        return sandbox.read(u"set/s?t."_s + QString::fromLatin1(name));
     }
     TaskEnd repair() { return runToEnd(keepList(extractor.repair(volume("part1.rar")), changed)); }
-    void toolDoes(const QByteArray& script) { tools.add(QStringLiteral("rar"), "cd \"${3%/*}\"; " + script); }
+    void toolDoes(const QByteArray& script) { tools.add(u"rar"_s, "cd \"${3%/*}\"; " + script); }
 
     static constexpr const char* original = "Rar!\x1a\x07 as it came";
     fixtures::Sandbox sandbox;
@@ -47,19 +49,19 @@ protected:
 
 TEST_F(ArchiveRepairTest, TheToolWorksOnLinksUnderPlainNames)
 {
-    toolDoes("ls -A | tr '\\n' ' ' >'" + sandbox.path(QStringLiteral("seen")).toUtf8() +
-             "'; find . -type l -name 'v*' | wc -l >>'" + sandbox.path(QStringLiteral("seen")).toUtf8() + '\'');
+    toolDoes("ls -A | tr '\\n' ' ' >'" + sandbox.path(u"seen"_s).toUtf8() + "'; find . -type l -name 'v*' | wc -l >>'" +
+             sandbox.path(u"seen"_s).toUtf8() + '\'');
     EXPECT_TRUE(repair().isSuccess());
-    EXPECT_EQ(sandbox.read(QStringLiteral("seen")), "volume.part1.rar volume.part1.rev volume.part2.rar 3\n");
-    EXPECT_TRUE(tools.calls(QStringLiteral("rar"))[0][2].endsWith(QStringLiteral("/volume.part1.rar")));
+    EXPECT_EQ(sandbox.read(u"seen"_s), "volume.part1.rar volume.part1.rev volume.part2.rar 3\n");
+    EXPECT_TRUE(tools.calls(u"rar"_s)[0][2].endsWith(u"/volume.part1.rar"_s));
     EXPECT_EQ(changed, QStringList());
-    EXPECT_EQ(sandbox.files(QStringLiteral("set")).size(), 3);
+    EXPECT_EQ(sandbox.files(u"set"_s).size(), 3);
 }
 
 TEST_F(ArchiveRepairTest, WhatItRebuiltTakesThePlaceOfTheVolumeWhateverItsStatus)
 {
     for (const char* status : {"0", "1", "3"}) {
-        sandbox.write(QStringLiteral("set/s?t.part2.rar"), original);
+        sandbox.write(u"set/s?t.part2.rar"_s, original);
         QFile::remove(volume("part2.rar.bad"));
         toolDoes("mv volume.part2.rar volume.part2.rar.bad; echo rebuilt >volume.part2.rar; exit " +
                  QByteArray(status));
@@ -81,7 +83,7 @@ TEST_F(ArchiveRepairTest, AMissingVolumeIsPutInItsPlace)
 
 TEST_F(ArchiveRepairTest, AFileThatIsCalledLikeAReplacedVolumeStays)
 {
-    sandbox.write(QStringLiteral("set/s?t.part2.rar.bad"), "the user's own");
+    sandbox.write(u"set/s?t.part2.rar.bad"_s, "the user's own");
     toolDoes("rm volume.part2.rar; echo rebuilt >volume.part2.rar");
     EXPECT_TRUE(repair().isSuccess());
     EXPECT_EQ(contents("part2.rar.bad"), "the user's own");
@@ -90,17 +92,17 @@ TEST_F(ArchiveRepairTest, AFileThatIsCalledLikeAReplacedVolumeStays)
 
 TEST_F(ArchiveRepairTest, AVolumeThatIsNoRarAtAllIsNotWhatTheToolIsGiven)
 {
-    sandbox.write(QStringLiteral("set/s?t.part1.rar"), "<html>404</html>");
+    sandbox.write(u"set/s?t.part1.rar"_s, "<html>404</html>");
     toolDoes("exit 0");
     EXPECT_TRUE(repair().isSuccess());
-    EXPECT_TRUE(tools.calls(QStringLiteral("rar"))[0][2].endsWith(QStringLiteral("/volume.part2.rar")));
+    EXPECT_TRUE(tools.calls(u"rar"_s)[0][2].endsWith(u"/volume.part2.rar"_s));
 }
 
 TEST_F(ArchiveRepairTest, AFailureThatRebuiltNothingIsTold)
 {
     toolDoes("echo no volumes; : >volume.part9.rar; exit 10");
     EXPECT_EQ(repair().exitCode, 10);
-    EXPECT_EQ(sandbox.files(QStringLiteral("set")).size(), 3);
+    EXPECT_EQ(sandbox.files(u"set"_s).size(), 3);
 }
 
 TEST_F(ArchiveRepairTest, WhatAToolWasKilledOverIsNotTaken)
@@ -108,12 +110,12 @@ TEST_F(ArchiveRepairTest, WhatAToolWasKilledOverIsNotTaken)
     toolDoes("rm volume.part2.rar; echo half >volume.part2.rar; echo half >volume.part3.rar; kill -9 $$");
     EXPECT_EQ(repair().exitCode, 137);
     EXPECT_EQ(contents("part2.rar"), original);
-    EXPECT_EQ(sandbox.files(QStringLiteral("set")).size(), 3);
+    EXPECT_EQ(sandbox.files(u"set"_s).size(), 3);
 }
 
 TEST_F(ArchiveRepairTest, AVolumeThatCameMeanwhileStays)
 {
-    const QByteArray folder = '\'' + sandbox.path(QStringLiteral("set")).toUtf8() + '\'';
+    const QByteArray folder = '\'' + sandbox.path(u"set"_s).toUtf8() + '\'';
     toolDoes("cd " + folder +
              "; rm 's?t.part2.rar'; echo anew >'s?t.part2.rar'; echo anew >'s?t.part3.rar'; cd -; "
              "rm volume.part2.rar; echo rebuilt >volume.part2.rar; echo rebuilt >volume.part3.rar");
@@ -129,12 +131,12 @@ TEST_F(ArchiveRepairTest, AStopLeavesTheSetAsItWas)
     std::stop_source stop;
     TaskEnd end;
     spawn(keepTaskEnd(dropped(extractor.repair(volume("part1.rar"), stop.get_token())), end));
-    ASSERT_TRUE(fixtures::waitUntil([&] { return !tools.calls(QStringLiteral("rar")).isEmpty(); }));
+    ASSERT_TRUE(fixtures::waitUntil([&] { return !tools.calls(u"rar"_s).isEmpty(); }));
     stop.request_stop();
     ASSERT_TRUE(fixtures::waitUntil([&] { return end.isOver; }));
     EXPECT_EQ(end.description, u"Stopped");
     EXPECT_EQ(contents("part2.rar"), original);
-    EXPECT_EQ(sandbox.files(QStringLiteral("set")).size(), 3);
+    EXPECT_EQ(sandbox.files(u"set"_s).size(), 3);
 }
 
 TEST_F(ArchiveRepairTest, SetsThatTheToolCallsFailedAreWholeAgain)
@@ -142,8 +144,8 @@ TEST_F(ArchiveRepairTest, SetsThatTheToolCallsFailedAreWholeAgain)
     VORMEL_NEEDS_TOOL("rar");
     VORMEL_NEEDS_TOOL("unrar");
     fixtures::RarSet set;
-    set.name = QStringLiteral("wh?le [1]");
-    set.files = {{QStringLiteral("big.bin"), fixtures::noise(300'000)}};
+    set.name = u"wh?le [1]"_s;
+    set.files = {{u"big.bin"_s, fixtures::noise(300'000)}};
     set.volumeBytes = 65'000;
     set.recoveryVolumes = 2;
     ToolRunner realTools;
@@ -161,13 +163,13 @@ TEST_F(ArchiveRepairTest, SetsThatTheToolCallsFailedAreWholeAgain)
         },
     };
     for (std::size_t i = 0; i < damages.size(); ++i) {
-        const QString folder = sandbox.path(QStringLiteral("real%1").arg(i));
+        const QString folder = sandbox.path(u"real%1"_s.arg(i));
         const QStringList volumes = fixtures::makeRarSet(folder, set);
         ASSERT_EQ(volumes.size(), 7);
         damages[i](volumes);
         EXPECT_TRUE(runToEnd(real.repair(volumes.front())).isSuccess()) << i;
-        EXPECT_TRUE(runToEnd(unpackInto(real, volumes.front(), folder + QStringLiteral("/out"))).isSuccess()) << i;
-        EXPECT_EQ(sandbox.read(QStringLiteral("real%1/out/big.bin").arg(i)), set.files.first()) << i;
+        EXPECT_TRUE(runToEnd(unpackInto(real, volumes.front(), folder + u"/out"_s)).isSuccess()) << i;
+        EXPECT_EQ(sandbox.read(u"real%1/out/big.bin"_s.arg(i)), set.files.first()) << i;
     }
 }
 

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -16,27 +18,23 @@ Kind classified(int code, const char* output, bool passwordGiven)
 
 TEST(ExtractionError, EachKindHasItsText)
 {
-    EXPECT_EQ(ExtractionError::extractionFailed(3, QStringLiteral("oh")).errorDescription(),
-              u"Extraction failed (code 3): oh");
+    EXPECT_EQ(ExtractionError::extractionFailed(3, u"oh"_s).errorDescription(), u"Extraction failed (code 3): oh");
     EXPECT_EQ(ExtractionError::unsupportedFormat().errorDescription(), u"Unsupported archive format");
     EXPECT_EQ(ExtractionError::passwordRequired().errorDescription(), u"Archive is password-protected");
     EXPECT_EQ(ExtractionError::wrongPassword().errorDescription(), u"Incorrect archive password");
-    EXPECT_EQ(ExtractionError::toolNotFound(QStringLiteral("7z")).errorDescription(),
-              toolNotFoundText(QStringLiteral("7z")));
+    EXPECT_EQ(ExtractionError::toolNotFound(u"7z"_s).errorDescription(), toolNotFoundText(u"7z"_s));
     EXPECT_EQ(ExtractionError::repairToolNotFound().errorDescription(), repairToolNotFoundText());
 }
 
 TEST(ExtractionError, AMissingToolIsFoundWithThePackageManagerOfThePlatform)
 {
-    EXPECT_EQ(toolNotFoundText(QStringLiteral("7z"), PackageManager::brew),
-              u"7z not found. Install it with: brew install 7z");
-    EXPECT_EQ(toolNotFoundText(QStringLiteral("unrar/rar"), PackageManager::brew),
+    EXPECT_EQ(toolNotFoundText(u"7z"_s, PackageManager::brew), u"7z not found. Install it with: brew install 7z");
+    EXPECT_EQ(toolNotFoundText(u"unrar/rar"_s, PackageManager::brew),
               u"unrar/rar not found. Install it with: brew install unrar/rar");
-    EXPECT_EQ(toolNotFoundText(QStringLiteral("7z"), PackageManager::apt),
-              u"7z not found. Install it with: sudo apt install 7zip");
-    EXPECT_EQ(toolNotFoundText(QStringLiteral("unrar"), PackageManager::apt),
+    EXPECT_EQ(toolNotFoundText(u"7z"_s, PackageManager::apt), u"7z not found. Install it with: sudo apt install 7zip");
+    EXPECT_EQ(toolNotFoundText(u"unrar"_s, PackageManager::apt),
               u"unrar not found. Install it with: sudo apt install unrar");
-    EXPECT_EQ(toolNotFoundText(QStringLiteral("unrar/rar"), PackageManager::apt),
+    EXPECT_EQ(toolNotFoundText(u"unrar/rar"_s, PackageManager::apt),
               u"unrar/rar not found. Install it with: sudo apt install unrar");
 }
 
@@ -52,17 +50,17 @@ TEST(ExtractionError, TheMissingRepairToolSaysWhatItIsNeededFor)
 
 TEST(ExtractionError, TheTextShowsTwoHundredCharactersNotBytes)
 {
-    const QString family = QStringLiteral("👨‍👩‍👧");
+    const QString family = u"👨‍👩‍👧"_s;
     const QString shown = ExtractionError::extractionFailed(1, family.repeated(300)).errorDescription();
-    EXPECT_EQ(shown, QStringLiteral("Extraction failed (code 1): ") + family.repeated(200));
-    const QString exact = QStringLiteral("é").repeated(200);
+    EXPECT_EQ(shown, u"Extraction failed (code 1): "_s + family.repeated(200));
+    const QString exact = u"é"_s.repeated(200);
     EXPECT_EQ(ExtractionError::extractionFailed(1, exact + u'x').errorDescription(),
-              QStringLiteral("Extraction failed (code 1): ") + exact);
+              u"Extraction failed (code 1): "_s + exact);
 }
 
 TEST(ExtractionError, TheWholeOutputIsKeptBesideTheText)
 {
-    const QString output = QStringLiteral("x").repeated(5000);
+    const QString output = u"x"_s.repeated(5000);
     const ExtractionError error = ExtractionError::extractionFailed(7, output);
     EXPECT_EQ(error.exitCode(), 7);
     EXPECT_EQ(error.output(), output);
@@ -70,13 +68,13 @@ TEST(ExtractionError, TheWholeOutputIsKeptBesideTheText)
 
 TEST(ExtractionError, TheTextTellsTheReasonAndNotTheBanner)
 {
-    EXPECT_EQ(ExtractionError::extractionFailed(
-                  3, QStringLiteral("\nUNRAR 6.21 freeware      Copyright (c) 1993-2023 A. Uthor\n\n\n"
-                                    "Extracting from /x/bad.rar\n\nExtracting  /x/out/f     \b\b\b\b 50%\n"
-                                    "f     - checksum error\nTotal errors: 1\n"))
+    EXPECT_EQ(ExtractionError::extractionFailed(3,
+                                                u"\nUNRAR 6.21 freeware      Copyright (c) 1993-2023 A. Uthor\n\n\n"
+                                                u"Extracting from /x/bad.rar\n\nExtracting  /x/out/f     \b\b\b\b 50%\n"
+                                                u"f     - checksum error\nTotal errors: 1\n"_s)
                   .errorDescription(),
               u"Extraction failed (code 3): f     - checksum error");
-    EXPECT_EQ(ExtractionError::extractionFailed(3, QStringLiteral("UNRAR 6.21 freeware\n")).errorDescription(),
+    EXPECT_EQ(ExtractionError::extractionFailed(3, u"UNRAR 6.21 freeware\n"_s).errorDescription(),
               u"Extraction failed (code 3): UNRAR 6.21 freeware\n");
 }
 
@@ -101,8 +99,7 @@ TEST(ExtractionError, AWrongPasswordThatMayBeDamageCanBeToldAsSuch)
          {"Incorrect password for f", "skipping: f  incorrect password", "ERROR: Wrong password : f"})
         EXPECT_FALSE(classify(output[0] == 'I' ? 11 : 2, output).asDamage()) << output;
     EXPECT_FALSE(classify(3, "f - checksum error").asDamage());
-    EXPECT_FALSE(
-        classifyToolError(ExtractionError::extractionFailed(2, QStringLiteral("Wrong password?")), false).asDamage());
+    EXPECT_FALSE(classifyToolError(ExtractionError::extractionFailed(2, u"Wrong password?"_s), false).asDamage());
 }
 
 TEST(ExtractionError, AMemberThatIsCalledLikeAPasswordBlamesNone)
@@ -143,20 +140,19 @@ TEST(ExtractionError, OnlyBackslashesWithEverythingUnpackedAreAMereWarning)
     const auto isMere = [](int code, const QString& output) {
         return isMereWarning(ExtractionError::extractionFailed(code, output));
     };
-    const QString warning = QStringLiteral("warning:  /x/a.zip appears to use backslashes as path separators\n");
-    const QString inTurn = QStringLiteral("  inflating: /x/out/f  \n");
-    EXPECT_TRUE(isMere(1, QStringLiteral("Archive:  /x/a.zip\n") + warning + inTurn));
+    const QString warning = u"warning:  /x/a.zip appears to use backslashes as path separators\n"_s;
+    const QString inTurn = u"  inflating: /x/out/f  \n"_s;
+    EXPECT_TRUE(isMere(1, u"Archive:  /x/a.zip\n"_s + warning + inTurn));
     EXPECT_FALSE(isMere(2, warning + inTurn));
     EXPECT_FALSE(isMere(1, inTurn));
-    EXPECT_FALSE(isMere(1, warning + QStringLiteral("skipping: f  need PK compat. v6.3\n") + inTurn));
-    EXPECT_FALSE(isMere(1, QStringLiteral("warning:  something else\n") + warning));
+    EXPECT_FALSE(isMere(1, warning + u"skipping: f  need PK compat. v6.3\n"_s + inTurn));
+    EXPECT_FALSE(isMere(1, u"warning:  something else\n"_s + warning));
     EXPECT_FALSE(isMere(1, {}));
 }
 
 TEST(ExtractionError, OtherFailuresComeBackAsTheyAre)
 {
-    const ExtractionError error =
-        classifyToolError(ExtractionError::extractionFailed(9, QStringLiteral("disk full")), true);
+    const ExtractionError error = classifyToolError(ExtractionError::extractionFailed(9, u"disk full"_s), true);
     EXPECT_EQ(error.kind(), Kind::extractionFailed);
     EXPECT_EQ(error.exitCode(), 9);
     EXPECT_EQ(error.output(), u"disk full");

@@ -12,29 +12,29 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
 TEST(PlainPaths, OrdinaryPathsStayAsTheyAre)
 {
-    for (const QString& archive :
-         {QStringLiteral("/x y/[Group] Film.part1.rar"), QStringLiteral("/x/a'b\"$c.7z"),
-          QStringLiteral("/x/日本 ü.zip"), QStringLiteral("/x[1]/@list.tar"), QStringLiteral("/x/-rf \\n.rar")}) {
-        const PlainPaths paths(archive, QStringLiteral("/out?[1]"));
+    for (const QString& archive : {u"/x y/[Group] Film.part1.rar"_s, u"/x/a'b\"$c.7z"_s, u"/x/日本 ü.zip"_s,
+                                   u"/x[1]/@list.tar"_s, u"/x/-rf \\n.rar"_s}) {
+        const PlainPaths paths(archive, u"/out?[1]"_s);
         EXPECT_EQ(paths.archive(), archive);
-        EXPECT_EQ(paths.destination(), QStringLiteral("/out?[1]"));
-        EXPECT_EQ(paths.realName(QStringLiteral("archive.part2.rar")), QStringLiteral("archive.part2.rar"));
+        EXPECT_EQ(paths.destination(), u"/out?[1]"_s);
+        EXPECT_EQ(paths.realName(u"archive.part2.rar"_s), u"archive.part2.rar"_s);
     }
 }
 
 TEST(PlainPaths, AnArchiveThatLooksLikeAPatternIsLinkedUnderAPlainName)
 {
     const fixtures::Sandbox sandbox;
-    for (const QString& name : {QStringLiteral("Who?.rar"), QStringLiteral("a*b.7z"), QStringLiteral("pics[1].zip"),
-                                QStringLiteral("a\nb.rar")}) {
+    for (const QString& name : {u"Who?.rar"_s, u"a*b.7z"_s, u"pics[1].zip"_s, u"a\nb.rar"_s}) {
         sandbox.write(name, name.toUtf8());
         const PlainPaths paths(sandbox.path(name));
-        EXPECT_EQ(QFileInfo(paths.archive()).completeBaseName(), QStringLiteral("archive"));
+        EXPECT_EQ(QFileInfo(paths.archive()).completeBaseName(), u"archive"_s);
         EXPECT_EQ(QFileInfo(paths.archive()).suffix(), QFileInfo(name).suffix());
         QFile linked(paths.archive());
         ASSERT_TRUE(linked.open(QFile::ReadOnly));
@@ -52,41 +52,39 @@ TEST(PlainPaths, AllVolumesOfTheArchiveAreLinkedAndNothingElse)
         const PlainPaths paths(sandbox.path(QString::fromUtf8(name)), {}, recovery);
         return QFileInfo(paths.archive()).dir().entryList(QDir::Files, QDir::Name);
     };
-    const QStringList parts{QStringLiteral("archive.part03.RAR"), QStringLiteral("archive.part1.rar"),
-                            QStringLiteral("archive.part2.rar")};
+    const QStringList parts{u"archive.part03.RAR"_s, u"archive.part1.rar"_s, u"archive.part2.rar"_s};
     EXPECT_EQ(linked("Who?.part1.rar", Recovery::keptAway), parts);
     QStringList all = parts;
-    all.insert(2, QStringLiteral("archive.part1.rev"));
+    all.insert(2, u"archive.part1.rev"_s);
     EXPECT_EQ(linked("Who?.part1.rar"), all);
-    EXPECT_EQ(linked("Who?.rar"), (QStringList{QStringLiteral("archive.r00"), QStringLiteral("archive.rar"),
-                                               QStringLiteral("archive.s01")}));
+    EXPECT_EQ(linked("Who?.rar"), (QStringList{u"archive.r00"_s, u"archive.rar"_s, u"archive.s01"_s}));
 }
 
 TEST(PlainPaths, RecoveryVolumesAreKeptAwayByLinksToTheOthers)
 {
     const fixtures::Sandbox sandbox;
-    const QString archive = sandbox.write(QStringLiteral("a.part1.rar"), "x");
-    sandbox.write(QStringLiteral("b.part1.rev"), "x");
+    const QString archive = sandbox.write(u"a.part1.rar"_s, "x");
+    sandbox.write(u"b.part1.rev"_s, "x");
     EXPECT_EQ(PlainPaths(archive, {}, Recovery::keptAway).archive(), archive);
-    sandbox.write(QStringLiteral("a.part1.REV"), "x");
+    sandbox.write(u"a.part1.REV"_s, "x");
     EXPECT_EQ(PlainPaths(archive, {}, Recovery::leftBeside).archive(), archive);
     const PlainPaths paths(archive, {}, Recovery::keptAway);
     // By their own names, which a message of the tool may tell.
-    EXPECT_EQ(QFileInfo(paths.archive()).dir().entryList(QDir::Files), QStringList{QStringLiteral("a.part1.rar")});
-    EXPECT_EQ(paths.realName(QStringLiteral("a.part2.rar")), QStringLiteral("a.part2.rar"));
+    EXPECT_EQ(QFileInfo(paths.archive()).dir().entryList(QDir::Files), QStringList{u"a.part1.rar"_s});
+    EXPECT_EQ(paths.realName(u"a.part2.rar"_s), u"a.part2.rar"_s);
 }
 
 TEST(PlainPaths, AVolumeIsCalledByItsRealNameAlsoWhenItIsMissing)
 {
     const fixtures::Sandbox sandbox;
-    const PlainPaths paths(sandbox.write(QStringLiteral("Who?.part1.rar"), "x"));
-    EXPECT_EQ(paths.realName(QStringLiteral("archive.part7.rar")), QStringLiteral("Who?.part7.rar"));
+    const PlainPaths paths(sandbox.write(u"Who?.part1.rar"_s, "x"));
+    EXPECT_EQ(paths.realName(u"archive.part7.rar"_s), u"Who?.part7.rar"_s);
 }
 
 TEST(PlainPaths, TheLinksArePrivateAndGoWithTheObject)
 {
     const fixtures::Sandbox sandbox;
-    const QString archive = sandbox.write(QStringLiteral("a?.rar"), "x");
+    const QString archive = sandbox.write(u"a?.rar"_s, "x");
     QString folder;
     {
         const PlainPaths paths(archive);
@@ -127,18 +125,17 @@ protected:
     /// Makes an archive at the relative path that holds one file with these bytes.
     QString make(const QString& path, const QByteArray& bytes)
     {
-        sandbox.write(QStringLiteral("in/f.txt"), bytes);
+        sandbox.write(u"in/f.txt"_s, bytes);
         const QString kind = QString::fromUtf8(GetParam().extension);
-        const QString made = sandbox.path(QStringLiteral("made.") + kind);
-        const QString f = QStringLiteral("f.txt");
-        const QHash<QString, QStringList> packers{
-            {QStringLiteral("rar"), {QStringLiteral("rar"), QStringLiteral("a"), QStringLiteral("-idq"), made, f}},
-            {QStringLiteral("zip"), {QStringLiteral("zip"), QStringLiteral("-q"), made, f}},
-            {QStringLiteral("7z"), {QStringLiteral("7zz"), QStringLiteral("a"), made, f}},
-            {QStringLiteral("tar"), {QStringLiteral("tar"), QStringLiteral("-cf"), made, f}}};
+        const QString made = sandbox.path(u"made."_s + kind);
+        const QString f = u"f.txt"_s;
+        const QHash<QString, QStringList> packers{{u"rar"_s, {u"rar"_s, u"a"_s, u"-idq"_s, made, f}},
+                                                  {u"zip"_s, {u"zip"_s, u"-q"_s, made, f}},
+                                                  {u"7z"_s, {u"7zz"_s, u"a"_s, made, f}},
+                                                  {u"tar"_s, {u"tar"_s, u"-cf"_s, made, f}}};
         const QStringList call = packers[kind];
-        const fixtures::ToolResult packed = fixtures::runRealTool(QStringLiteral("/usr/bin/") + call.front(),
-                                                                  call.mid(1), sandbox.path(QStringLiteral("in")));
+        const fixtures::ToolResult packed =
+            fixtures::runRealTool(u"/usr/bin/"_s + call.front(), call.mid(1), sandbox.path(u"in"_s));
         EXPECT_EQ(packed.status, 0) << packed.output.constData();
         const QString whole = sandbox.path(path + u'.' + kind);
         QDir().mkpath(QFileInfo(whole).path());
@@ -150,10 +147,10 @@ protected:
     {
         QDir().mkpath(sandbox.path(destination));
         const PlainPaths paths(archive, sandbox.path(destination));
-        const TaskEnd end = runToEnd(runner.run(QStringLiteral("/usr/bin/") + QString::fromUtf8(GetParam().tool),
+        const TaskEnd end = runToEnd(runner.run(u"/usr/bin/"_s + QString::fromUtf8(GetParam().tool),
                                                 GetParam().arguments(paths, sandbox.path(destination)), {}));
         EXPECT_TRUE(end.isSuccess()) << end.output.toStdString();
-        return sandbox.read(destination + QStringLiteral("/f.txt"));
+        return sandbox.read(destination + u"/f.txt"_s);
     }
 
     fixtures::Sandbox sandbox;
@@ -163,16 +160,16 @@ protected:
 TEST_P(HostileName, IsNotTakenForAPattern)
 {
     const QList<std::pair<QString, QStringList>> names{
-        {QStringLiteral("Who?"), {QStringLiteral("Whoa"), QStringLiteral("Whom")}},
-        {QStringLiteral("a*b"), {QStringLiteral("ab"), QStringLiteral("aXb")}},
-        {QStringLiteral("pics[1]"), {QStringLiteral("pics1")}},
-        {QStringLiteral("[!a]x"), {QStringLiteral("bx"), QStringLiteral("!x")}},
-        {QStringLiteral("[^a]x"), {QStringLiteral("bx")}},
-        {QStringLiteral("a\\b"), {QStringLiteral("ab")}},
-        {QStringLiteral("@list"), {QStringLiteral("list")}},
-        {QStringLiteral("-rf"), {QStringLiteral("rf")}},
-        {QStringLiteral("a\nb"), {QStringLiteral("a"), QStringLiteral("b")}},
-        {QStringLiteral(" a "), {QStringLiteral("a")}},
+        {u"Who?"_s, {u"Whoa"_s, u"Whom"_s}},
+        {u"a*b"_s, {u"ab"_s, u"aXb"_s}},
+        {u"pics[1]"_s, {u"pics1"_s}},
+        {u"[!a]x"_s, {u"bx"_s, u"!x"_s}},
+        {u"[^a]x"_s, {u"bx"_s}},
+        {u"a\\b"_s, {u"ab"_s}},
+        {u"@list"_s, {u"list"_s}},
+        {u"-rf"_s, {u"rf"_s}},
+        {u"a\nb"_s, {u"a"_s, u"b"_s}},
+        {u" a "_s, {u"a"_s}},
     };
     int number = 0;
     for (const auto& [name, decoys] : names) {
@@ -180,20 +177,19 @@ TEST_P(HostileName, IsNotTakenForAPattern)
         for (const QString& decoy : decoys)
             make(folder + decoy, "decoy");
         const QString archive = make(folder + name, "right");
-        EXPECT_EQ(unpacked(archive, folder + QStringLiteral("out")), "right") << name.toStdString();
+        EXPECT_EQ(unpacked(archive, folder + u"out"_s), "right") << name.toStdString();
     }
 }
 
 TEST_P(HostileName, OfAFolderIsNotTakenForAPattern)
 {
     int number = 0;
-    for (const QString& name : {QStringLiteral("Who?"), QStringLiteral("a*b"), QStringLiteral("pics[1]"),
-                                QStringLiteral("a\\nb"), QStringLiteral("@list"), QStringLiteral("50%d")}) {
+    for (const QString& name : {u"Who?"_s, u"a*b"_s, u"pics[1]"_s, u"a\\nb"_s, u"@list"_s, u"50%d"_s}) {
         const QString folder = QString::number(++number) + u'/';
         for (const char* decoy : {"Whom/a", "aXb/a", "pics1/a", "list/a"})
             make(folder + QString::fromUtf8(decoy), "decoy");
-        const QString archive = make(folder + name + QStringLiteral("/a"), "right");
-        EXPECT_EQ(unpacked(archive, folder + name + QStringLiteral("/out") + name), "right") << name.toStdString();
+        const QString archive = make(folder + name + u"/a"_s, "right");
+        EXPECT_EQ(unpacked(archive, folder + name + u"/out"_s + name), "right") << name.toStdString();
         EXPECT_EQ(sandbox.files(folder + name).size(), 2) << name.toStdString(); // the archive and the file
     }
 }
@@ -213,9 +209,8 @@ INSTANTIATE_TEST_SUITE_P(
         Unpacker{
             "7zz", "7z",
             [](const PlainPaths& p, const QString&) { return sevenZipArguments(p.archive(), p.destination(), {}); }},
-        Unpacker{"tar", "tar", [](const PlainPaths& p, const QString& out) {
-                     return tarArguments(QStringLiteral("-xf"), p.archive(), out);
-                 }}));
+        Unpacker{"tar", "tar",
+                 [](const PlainPaths& p, const QString& out) { return tarArguments(u"-xf"_s, p.archive(), out); }}));
 
 } // namespace
 } // namespace vormel

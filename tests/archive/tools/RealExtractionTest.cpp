@@ -13,6 +13,8 @@
 
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -20,15 +22,15 @@ using Kind = ExtractionError::Kind;
 using fixtures::noise;
 using fixtures::runRealTool;
 
-const QString unicodeName = QStringLiteral("Æther/日本 ’ü😀.txt");
+const QString unicodeName = u"Æther/日本 ’ü😀.txt"_s;
 
 class RealExtractionTest : public ::testing::Test
 {
 protected:
     RealExtractionTest()
     {
-        sandbox.write(QStringLiteral("in/") + unicodeName, "unicode");
-        sandbox.write(QStringLiteral("in/g.bin"), noise(5000));
+        sandbox.write(u"in/"_s + unicodeName, "unicode");
+        sandbox.write(u"in/g.bin"_s, noise(5000));
     }
 
     /// Packs the files with the program, whose arguments may speak of the archive as "%1".
@@ -38,34 +40,31 @@ protected:
         for (QString& arg : args)
             if (arg == u"%1")
                 arg = path;
-        const fixtures::ToolResult result =
-            runRealTool(QStringLiteral("/usr/bin/") + program, args, sandbox.path(QStringLiteral("in")));
+        const fixtures::ToolResult result = runRealTool(u"/usr/bin/"_s + program, args, sandbox.path(u"in"_s));
         EXPECT_EQ(result.status, 0) << result.output.constData();
         return path;
     }
     [[nodiscard]] QString packSevenZip(const QString& name, const QStringList& switches) const
     {
-        return pack(name, QStringLiteral("7zz"),
-                    QStringList{QStringLiteral("a")} + switches +
-                        QStringList{QStringLiteral("%1"), QStringLiteral(".")});
+        return pack(name, u"7zz"_s, QStringList{u"a"_s} + switches + QStringList{u"%1"_s, u"."_s});
     }
 
     TaskEnd extract(const QString& archive, const std::optional<QString>& password = {})
     {
-        return runToEnd(unpackInto(extractor, archive, sandbox.path(QStringLiteral("out")), password,
+        return runToEnd(unpackInto(extractor, archive, sandbox.path(u"out"_s), password,
                                    [this](double fraction) { fractions.push_back(fraction); }));
     }
     void expectUnpacked() const
     {
-        EXPECT_EQ(sandbox.read(QStringLiteral("out/") + unicodeName), "unicode");
-        EXPECT_EQ(sandbox.read(QStringLiteral("out/g.bin")), noise(5000));
+        EXPECT_EQ(sandbox.read(u"out/"_s + unicodeName), "unicode");
+        EXPECT_EQ(sandbox.read(u"out/g.bin"_s), noise(5000));
     }
     /// Without the password, with a wrong one, and with the right one, which is "X".
     void expectGuarded(const QString& archive)
     {
         EXPECT_EQ(extract(archive).kind, Kind::passwordRequired) << archive.toStdString();
-        EXPECT_EQ(extract(archive, QStringLiteral("bad")).kind, Kind::wrongPassword) << archive.toStdString();
-        EXPECT_TRUE(extract(archive, QStringLiteral("X")).isSuccess()) << archive.toStdString();
+        EXPECT_EQ(extract(archive, u"bad"_s).kind, Kind::wrongPassword) << archive.toStdString();
+        EXPECT_TRUE(extract(archive, u"X"_s).isSuccess()) << archive.toStdString();
         expectUnpacked();
     }
 
@@ -79,37 +78,35 @@ TEST_F(RealExtractionTest, NamesThatUnzipWouldSpoilAreLeftToSevenZip)
 {
     VORMEL_NEEDS_TOOL("unzip");
     VORMEL_NEEDS_TOOL("7zz");
-    const QString archive = sandbox.path(QStringLiteral("a.zip"));
+    const QString archive = sandbox.path(u"a.zip"_s);
     writeRawZip(archive, ZipHost::dos, {{"日本/ü.txt", "here", true}});
     EXPECT_TRUE(extract(archive).isSuccess());
-    EXPECT_EQ(sandbox.read(QStringLiteral("out/日本/ü.txt")), "here");
+    EXPECT_EQ(sandbox.read(u"out/日本/ü.txt"_s), "here");
 }
 
 TEST_F(RealExtractionTest, AZipWithBackslashesNeedsNoSecondTool)
 {
     VORMEL_NEEDS_TOOL("unzip");
     const fixtures::FakeTools onlyUnzip;
-    onlyUnzip.addReal(QStringLiteral("unzip"), QStringLiteral("/usr/bin/unzip"));
+    onlyUnzip.addReal(u"unzip"_s, u"/usr/bin/unzip"_s);
     ToolRunner withoutSevenZip(onlyUnzip.folders());
     ArchiveExtractor unzipping(withoutSevenZip, [](const QString&) {});
-    const QString archive = sandbox.path(QStringLiteral("a.zip"));
+    const QString archive = sandbox.path(u"a.zip"_s);
     writeRawZip(archive, ZipHost::dos, {{"folder\\file.txt", "here"}, {"folder\\other.txt", "there"}});
-    EXPECT_TRUE(runToEnd(unpackInto(unzipping, archive, sandbox.path(QStringLiteral("out")))).isSuccess());
-    EXPECT_EQ(sandbox.read(QStringLiteral("out/folder/file.txt")), "here");
-    EXPECT_EQ(sandbox.read(QStringLiteral("out/folder/other.txt")), "there");
+    EXPECT_TRUE(runToEnd(unpackInto(unzipping, archive, sandbox.path(u"out"_s))).isSuccess());
+    EXPECT_EQ(sandbox.read(u"out/folder/file.txt"_s), "here");
+    EXPECT_EQ(sandbox.read(u"out/folder/other.txt"_s), "there");
 }
 
 TEST_F(RealExtractionTest, TarOfEachCompressionIsUnpacked)
 {
     VORMEL_NEEDS_TOOL("tar");
-    for (const auto& [name, letters] : {std::pair(QStringLiteral("a.tar"), QStringLiteral("-cf")),
-                                        std::pair(QStringLiteral("a.tgz"), QStringLiteral("-czf")),
-                                        std::pair(QStringLiteral("a.tar.bz2"), QStringLiteral("-cjf")),
-                                        std::pair(QStringLiteral("a.tar.xz"), QStringLiteral("-cJf"))}) {
-        const QString archive = pack(name, QStringLiteral("tar"), {letters, QStringLiteral("%1"), QStringLiteral(".")});
+    for (const auto& [name, letters] : {std::pair(u"a.tar"_s, u"-cf"_s), std::pair(u"a.tgz"_s, u"-czf"_s),
+                                        std::pair(u"a.tar.bz2"_s, u"-cjf"_s), std::pair(u"a.tar.xz"_s, u"-cJf"_s)}) {
+        const QString archive = pack(name, u"tar"_s, {letters, u"%1"_s, u"."_s});
         EXPECT_TRUE(extract(archive).isSuccess());
         expectUnpacked();
-        QDir(sandbox.path(QStringLiteral("out"))).removeRecursively();
+        QDir(sandbox.path(u"out"_s)).removeRecursively();
     }
 }
 
@@ -117,7 +114,7 @@ TEST_F(RealExtractionTest, ZipIsUnpacked)
 {
     VORMEL_NEEDS_TOOL("7zz");
     VORMEL_NEEDS_TOOL("unzip");
-    const TaskEnd end = extract(packSevenZip(QStringLiteral("a.zip"), {}));
+    const TaskEnd end = extract(packSevenZip(u"a.zip"_s, {}));
     EXPECT_TRUE(end.isSuccess()) << end.output.toStdString();
     expectUnpacked();
 }
@@ -126,42 +123,41 @@ TEST_F(RealExtractionTest, GuardedZipsAskForTheirPassword)
 {
     VORMEL_NEEDS_TOOL("7zz");
     VORMEL_NEEDS_TOOL("unzip");
-    expectGuarded(packSevenZip(QStringLiteral("c.zip"), {QStringLiteral("-pX"), QStringLiteral("-mem=ZipCrypto")}));
-    expectGuarded(packSevenZip(QStringLiteral("a.zip"), {QStringLiteral("-pX"), QStringLiteral("-mem=AES256")}));
+    expectGuarded(packSevenZip(u"c.zip"_s, {u"-pX"_s, u"-mem=ZipCrypto"_s}));
+    expectGuarded(packSevenZip(u"a.zip"_s, {u"-pX"_s, u"-mem=AES256"_s}));
 }
 
 TEST_F(RealExtractionTest, AGuardedZipAsksForItsPasswordAlsoWithUnzipAlone)
 {
     VORMEL_NEEDS_TOOL("7zz");
     VORMEL_NEEDS_TOOL("unzip");
-    const QString archive =
-        packSevenZip(QStringLiteral("c.zip"), {QStringLiteral("-pX"), QStringLiteral("-mem=ZipCrypto")});
+    const QString archive = packSevenZip(u"c.zip"_s, {u"-pX"_s, u"-mem=ZipCrypto"_s});
     const fixtures::FakeTools tools;
-    tools.addReal(QStringLiteral("unzip"), QStringLiteral("/usr/bin/unzip"));
+    tools.addReal(u"unzip"_s, u"/usr/bin/unzip"_s);
     ToolRunner few(tools.folders());
     ArchiveExtractor withFew(few, [](const QString&) {});
-    const QString out = sandbox.path(QStringLiteral("out"));
+    const QString out = sandbox.path(u"out"_s);
     EXPECT_EQ(runToEnd(unpackInto(withFew, archive, out, {})).kind, Kind::passwordRequired);
-    EXPECT_EQ(runToEnd(unpackInto(withFew, archive, out, QStringLiteral("bad"))).kind, Kind::wrongPassword);
-    EXPECT_TRUE(runToEnd(unpackInto(withFew, archive, out, QStringLiteral("X"))).isSuccess());
+    EXPECT_EQ(runToEnd(unpackInto(withFew, archive, out, u"bad"_s)).kind, Kind::wrongPassword);
+    EXPECT_TRUE(runToEnd(unpackInto(withFew, archive, out, u"X"_s)).isSuccess());
 }
 
 TEST_F(RealExtractionTest, GuardedSevenZipsAskForTheirPasswordWithEachTool)
 {
     VORMEL_NEEDS_TOOL("7zz");
-    const QString plain = packSevenZip(QStringLiteral("p.7z"), {QStringLiteral("-pX")});
-    const QString hidden = packSevenZip(QStringLiteral("h.7z"), {QStringLiteral("-pX"), QStringLiteral("-mhe=on")});
+    const QString plain = packSevenZip(u"p.7z"_s, {u"-pX"_s});
+    const QString hidden = packSevenZip(u"h.7z"_s, {u"-pX"_s, u"-mhe=on"_s});
     expectGuarded(plain);
     expectGuarded(hidden);
     const fixtures::FakeTools tools;
-    tools.addReal(QStringLiteral("7zz"), QStringLiteral("/usr/bin/7zz"));
+    tools.addReal(u"7zz"_s, u"/usr/bin/7zz"_s);
     ToolRunner few(tools.folders());
     ArchiveExtractor withFew(few, [](const QString&) {});
     for (const QString& archive : {plain, hidden}) {
-        const QString out = sandbox.path(QStringLiteral("out"));
+        const QString out = sandbox.path(u"out"_s);
         EXPECT_EQ(runToEnd(unpackInto(withFew, archive, out, {})).kind, Kind::passwordRequired);
-        EXPECT_EQ(runToEnd(unpackInto(withFew, archive, out, QStringLiteral("bad"))).kind, Kind::wrongPassword);
-        EXPECT_TRUE(runToEnd(unpackInto(withFew, archive, out, QStringLiteral("X"))).isSuccess());
+        EXPECT_EQ(runToEnd(unpackInto(withFew, archive, out, u"bad"_s)).kind, Kind::wrongPassword);
+        EXPECT_TRUE(runToEnd(unpackInto(withFew, archive, out, u"X"_s)).isSuccess());
     }
 }
 
@@ -170,20 +166,20 @@ TEST_F(RealExtractionTest, RarSetsAreUnpackedAndAskForTheirPassword)
     VORMEL_NEEDS_TOOL("rar");
     VORMEL_NEEDS_TOOL("unrar");
     fixtures::RarSet set;
-    set.files = {{unicodeName, "unicode"}, {QStringLiteral("g.bin"), noise(5000)}};
+    set.files = {{unicodeName, "unicode"}, {u"g.bin"_s, noise(5000)}};
     set.volumeBytes = 3000;
-    set.password = QStringLiteral("X");
-    const QStringList guarded = fixtures::makeRarSet(sandbox.path(QStringLiteral("p")), set);
+    set.password = u"X"_s;
+    const QStringList guarded = fixtures::makeRarSet(sandbox.path(u"p"_s), set);
     ASSERT_GE(guarded.size(), 2);
     expectGuarded(guarded.front());
     set.areHeadersEncrypted = true;
-    expectGuarded(fixtures::makeRarSet(sandbox.path(QStringLiteral("hp")), set).value(0));
+    expectGuarded(fixtures::makeRarSet(sandbox.path(u"hp"_s), set).value(0));
     set.password.clear();
     set.isSolid = true;
-    set.name = QStringLiteral("Ünï cødé");
-    const QStringList open = fixtures::makeRarSet(sandbox.path(QStringLiteral("open")), set);
+    set.name = u"Ünï cødé"_s;
+    const QStringList open = fixtures::makeRarSet(sandbox.path(u"open"_s), set);
     ASSERT_GE(open.size(), 2);
-    QDir(sandbox.path(QStringLiteral("out"))).removeRecursively();
+    QDir(sandbox.path(u"out"_s)).removeRecursively();
     EXPECT_TRUE(extract(open.front()).isSuccess());
     expectUnpacked();
 }
@@ -193,9 +189,9 @@ TEST_F(RealExtractionTest, TheProgressOfABigSetMoves)
     VORMEL_NEEDS_TOOL("rar");
     VORMEL_NEEDS_TOOL("unrar");
     fixtures::RarSet set;
-    set.files = {{QStringLiteral("big.bin"), noise(24'000'000)}};
+    set.files = {{u"big.bin"_s, noise(24'000'000)}};
     set.volumeBytes = 5'000'000;
-    const QStringList volumes = fixtures::makeRarSet(sandbox.path(QStringLiteral("big")), set);
+    const QStringList volumes = fixtures::makeRarSet(sandbox.path(u"big"_s), set);
     ASSERT_EQ(volumes.size(), 5);
     EXPECT_TRUE(extract(volumes.front()).isSuccess());
     ASSERT_GE(fractions.size(), 3U);
@@ -213,21 +209,19 @@ TEST_F(RealExtractionTest, APasswordOfAnyKindOpensEachKindOfArchive)
     VORMEL_NEEDS_TOOL("zip");
     VORMEL_NEEDS_TOOL("unzip");
     const fixtures::FakeTools tools;
-    tools.addReal(QStringLiteral("unzip"), QStringLiteral("/usr/bin/unzip"));
+    tools.addReal(u"unzip"_s, u"/usr/bin/unzip"_s);
     ToolRunner few(tools.folders());
     ArchiveExtractor withFew(few, [](const QString&) {});
-    const QString out = sandbox.path(QStringLiteral("out"));
-    const QString each = QStringLiteral("%1");
-    const QString dot = QStringLiteral(".");
+    const QString out = sandbox.path(u"out"_s);
+    const QString each = u"%1"_s;
+    const QString dot = u"."_s;
     int number = 0;
-    for (const QString& password :
-         {QStringLiteral("-x"), QStringLiteral("@x"), QStringLiteral(" a b "), QStringLiteral("a\"b'c\\$HOME;`x`*"),
-          QStringLiteral("a\nb\tc"), QStringLiteral("пароль 日本 ü😀"), QStringLiteral("k").repeated(200)}) {
+    for (const QString& password : {u"-x"_s, u"@x"_s, u" a b "_s, u"a\"b'c\\$HOME;`x`*"_s, u"a\nb\tc"_s,
+                                    u"пароль 日本 ü😀"_s, u"k"_s.repeated(200)}) {
         const QString name = QString::number(++number);
-        const QString rar = pack(name + QStringLiteral(".rar"), QStringLiteral("rar"),
-                                 {QStringLiteral("a"), QStringLiteral("-idq"), QStringLiteral("-r"),
-                                  QStringLiteral("-hp") + password, each, dot});
-        const QString seven = packSevenZip(name + QStringLiteral(".7z"), {QStringLiteral("-p") + password});
+        const QString rar =
+            pack(name + u".rar"_s, u"rar"_s, {u"a"_s, u"-idq"_s, u"-r"_s, u"-hp"_s + password, each, dot});
+        const QString seven = packSevenZip(name + u".7z"_s, {u"-p"_s + password});
         for (const QString& archive : {rar, seven}) {
             const TaskEnd end = extract(archive, password);
             EXPECT_TRUE(end.isSuccess()) << archive.toStdString() << ' ' << password.toStdString()
@@ -237,8 +231,7 @@ TEST_F(RealExtractionTest, APasswordOfAnyKindOpensEachKindOfArchive)
         }
         if (password.startsWith(u'-')) // the packer of ZIPs takes it for a switch
             continue;
-        const QString zip = pack(name + QStringLiteral(".zip"), QStringLiteral("zip"),
-                                 {QStringLiteral("-qr"), QStringLiteral("-P"), password, each, dot});
+        const QString zip = pack(name + u".zip"_s, u"zip"_s, {u"-qr"_s, u"-P"_s, password, each, dot});
         EXPECT_TRUE(runToEnd(unpackInto(withFew, zip, out, password)).isSuccess()) << password.toStdString();
         expectUnpacked();
         QDir(out).removeRecursively();
@@ -250,18 +243,16 @@ TEST_F(RealExtractionTest, UnzipTakesPasswordsThatBeginWithAHyphen)
     VORMEL_NEEDS_TOOL("7zz");
     VORMEL_NEEDS_TOOL("unzip");
     const fixtures::FakeTools tools;
-    tools.addReal(QStringLiteral("unzip"), QStringLiteral("/usr/bin/unzip"));
+    tools.addReal(u"unzip"_s, u"/usr/bin/unzip"_s);
     ToolRunner few(tools.folders());
     ArchiveExtractor withFew(few, [](const QString&) {});
-    for (const QString& password :
-         {QStringLiteral("-"), QStringLiteral("-x"), QStringLiteral("--"), QStringLiteral("-o a")}) {
-        const QString zip =
-            packSevenZip(QStringLiteral("a.zip"), {QStringLiteral("-mem=ZipCrypto"), QStringLiteral("-p") + password});
-        EXPECT_TRUE(runToEnd(unpackInto(withFew, zip, sandbox.path(QStringLiteral("out")), password)).isSuccess())
+    for (const QString& password : {u"-"_s, u"-x"_s, u"--"_s, u"-o a"_s}) {
+        const QString zip = packSevenZip(u"a.zip"_s, {u"-mem=ZipCrypto"_s, u"-p"_s + password});
+        EXPECT_TRUE(runToEnd(unpackInto(withFew, zip, sandbox.path(u"out"_s), password)).isSuccess())
             << password.toStdString();
         expectUnpacked();
         QFile::remove(zip);
-        QDir(sandbox.path(QStringLiteral("out"))).removeRecursively();
+        QDir(sandbox.path(u"out"_s)).removeRecursively();
     }
 }
 
@@ -269,25 +260,24 @@ TEST_F(RealExtractionTest, ARarWhosePasswordIsAHyphenOpens)
 {
     VORMEL_NEEDS_TOOL("rar");
     VORMEL_NEEDS_TOOL("unrar");
-    const QString archive = sandbox.path(QStringLiteral("a.rar"));
+    const QString archive = sandbox.path(u"a.rar"_s);
     // As a switch it would mean that there is none.
-    ASSERT_EQ(runRealTool(QStringLiteral("/usr/bin/setsid"),
-                          {QStringLiteral("-w"), QStringLiteral("rar"), QStringLiteral("a"), QStringLiteral("-idq"),
-                           QStringLiteral("-r"), QStringLiteral("-p"), archive, QStringLiteral(".")},
-                          sandbox.path(QStringLiteral("in")), "-\n-\n")
+    ASSERT_EQ(runRealTool(u"/usr/bin/setsid"_s,
+                          {u"-w"_s, u"rar"_s, u"a"_s, u"-idq"_s, u"-r"_s, u"-p"_s, archive, u"."_s},
+                          sandbox.path(u"in"_s), "-\n-\n")
                   .status,
               0);
-    EXPECT_TRUE(extract(archive, QStringLiteral("-")).isSuccess());
+    EXPECT_TRUE(extract(archive, u"-"_s).isSuccess());
     expectUnpacked();
-    EXPECT_EQ(extract(archive, QStringLiteral("x")).kind, Kind::wrongPassword);
+    EXPECT_EQ(extract(archive, u"x"_s).kind, Kind::wrongPassword);
 }
 
 TEST_F(RealExtractionTest, DamageThatAToolTakesForAWrongPasswordIsToldApartOnRequest)
 {
     VORMEL_NEEDS_TOOL("7zz");
-    const QString archive = packSevenZip(QStringLiteral("a.7z"), {QStringLiteral("-pX")});
+    const QString archive = packSevenZip(u"a.7z"_s, {u"-pX"_s});
     fixtures::damageFile(archive, 2000);
-    const TaskEnd end = extract(archive, QStringLiteral("X"));
+    const TaskEnd end = extract(archive, u"X"_s);
     EXPECT_EQ(end.kind, Kind::wrongPassword);
     ASSERT_TRUE(end.damage);
     EXPECT_TRUE(end.damage->startsWith(u"Extraction failed (code 2): ERROR: ")) << end.damage->toStdString();
@@ -297,8 +287,7 @@ TEST_F(RealExtractionTest, DamageThatAToolTakesForAWrongPasswordIsToldApartOnReq
 TEST_F(RealExtractionTest, APathThatLooksLikeASwitchIsAFileName)
 {
     VORMEL_NEEDS_TOOL("tar");
-    const QString archive = pack(QStringLiteral("-rf --help.tar"), QStringLiteral("tar"),
-                                 {QStringLiteral("-cf"), QStringLiteral("%1"), QStringLiteral(".")});
+    const QString archive = pack(u"-rf --help.tar"_s, u"tar"_s, {u"-cf"_s, u"%1"_s, u"."_s});
     EXPECT_TRUE(extract(archive).isSuccess());
     expectUnpacked();
 }

@@ -13,6 +13,8 @@
 
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -24,22 +26,22 @@ const QByteArray contents = noise(300'000);
 class RealVolumesTest : public ::testing::TestWithParam<const char*>
 {
 protected:
-    void makeSet(int recoveryVolumes = 0, const QString& name = QStringLiteral("set"))
+    void makeSet(int recoveryVolumes = 0, const QString& name = u"set"_s)
     {
         fixtures::RarSet set;
         set.name = name;
-        set.files = {{QStringLiteral("big.bin"), contents}};
+        set.files = {{u"big.bin"_s, contents}};
         set.volumeBytes = 65'000;
         set.recoveryVolumes = recoveryVolumes;
-        volumes = fixtures::makeRarSet(sandbox.path(QStringLiteral("my sets")), set);
+        volumes = fixtures::makeRarSet(sandbox.path(u"my sets"_s), set);
         ASSERT_EQ(volumes.size(), 5 + recoveryVolumes);
     }
 
     QStringList verify() { return test().badVolumes; }
     VolumeTest test()
     {
-        VolumeTest result{{}, {QStringLiteral("not over")}, {}};
-        tools.addReal(QString::fromUtf8(GetParam()), QStringLiteral("/usr/bin/") + QString::fromUtf8(GetParam()));
+        VolumeTest result{{}, {u"not over"_s}, {}};
+        tools.addReal(QString::fromUtf8(GetParam()), u"/usr/bin/"_s + QString::fromUtf8(GetParam()));
         EXPECT_TRUE(runToEnd(keep(extractor.verify(volumes.front()), result)).isSuccess());
         return result;
     }
@@ -117,7 +119,7 @@ TEST_P(RealVolumesTest, AWebPageInPlaceOfAVolumeIsNamed)
 {
     VORMEL_NEEDS_VOLUME_TOOLS();
     makeSet();
-    sandbox.write(QStringLiteral("my sets/set.part4.rar"), "<html>404</html>");
+    sandbox.write(u"my sets/set.part4.rar"_s, "<html>404</html>");
     EXPECT_EQ(verify(), namesOf({4})) << trace.join(u'\n').toStdString();
 }
 
@@ -125,7 +127,7 @@ TEST_P(RealVolumesTest, AWebPageInPlaceOfTheFirstVolumeIsNamed)
 {
     VORMEL_NEEDS_VOLUME_TOOLS();
     makeSet();
-    sandbox.write(QStringLiteral("my sets/set.part1.rar"), "<html>404</html>");
+    sandbox.write(u"my sets/set.part1.rar"_s, "<html>404</html>");
     EXPECT_EQ(verify(), namesOf({1})) << trace.join(u'\n').toStdString();
 }
 
@@ -140,7 +142,7 @@ TEST_P(RealVolumesTest, ACorruptHeaderBlamesItsVolumeAlone)
 TEST_P(RealVolumesTest, ASetWithBlanksInItsNameIsNamedWhole)
 {
     VORMEL_NEEDS_VOLUME_TOOLS();
-    makeSet(0, QStringLiteral("My ünï film"));
+    makeSet(0, u"My ünï film"_s);
     fixtures::damageFile(volumes[1], 30'000);
     EXPECT_EQ(verify(), namesOf({2})) << trace.join(u'\n').toStdString();
 }
@@ -163,26 +165,26 @@ TEST_P(RealVolumesTest, EachKindOfDamageBlamesItsOwnVolumeAlone)
             fixtures::RarSet set;
             if (areManyFiles)
                 for (int i = 0; i < 100; ++i)
-                    set.files.insert(QStringLiteral("Damaged CRC %1.bin").arg(i), noise(3000, 1U + unsigned(i)));
+                    set.files.insert(u"Damaged CRC %1.bin"_s.arg(i), noise(3000, 1U + unsigned(i)));
             else
-                set.files = {{QStringLiteral("Failed.part1.rar"), contents}};
+                set.files = {{u"Failed.part1.rar"_s, contents}};
             set.volumeBytes = 65'000;
             set.isSolid = isSolid;
-            volumes = fixtures::makeRarSet(sandbox.path(QStringLiteral("kind")), set);
+            volumes = fixtures::makeRarSet(sandbox.path(u"kind"_s), set);
             ASSERT_EQ(volumes.size(), 5);
             for (const auto& [how, damage] : damages) {
                 for (const int which : {1, 2, 5}) {
                     if (which == 1 && how == QByteArray("missing"))
                         continue; // the tool has nothing to test
                     const QString spoilt = volumes[which - 1];
-                    ASSERT_TRUE(QFile::copy(spoilt, spoilt + QStringLiteral(".sound")));
+                    ASSERT_TRUE(QFile::copy(spoilt, spoilt + u".sound"_s));
                     damage(spoilt);
                     QStringList bad = verify();
                     // It cannot know that the spoilt last one was the last.
-                    bad.removeAll(QStringLiteral("set.part6.rar"));
+                    bad.removeAll(u"set.part6.rar"_s);
                     EXPECT_EQ(bad, namesOf({which})) << how << ' ' << which << trace.join(u'\n').toStdString();
                     QFile::remove(spoilt);
-                    ASSERT_TRUE(QFile::rename(spoilt + QStringLiteral(".sound"), spoilt));
+                    ASSERT_TRUE(QFile::rename(spoilt + u".sound"_s, spoilt));
                 }
             }
         }
@@ -201,7 +203,7 @@ TEST_P(RealVolumesTest, MembersWithNamesLikeComplaintsBlameNobody)
           "checksum error in volume set.part4.rar", "Enter password (will not be echoed)", "ünï 日本"})
         set.files.insert(QString::fromUtf8(name), noise(15'000, 7));
     set.volumeBytes = 65'000;
-    volumes = fixtures::makeRarSet(sandbox.path(QStringLiteral("hostile")), set);
+    volumes = fixtures::makeRarSet(sandbox.path(u"hostile"_s), set);
     ASSERT_EQ(volumes.size(), 4);
     EXPECT_EQ(test().outcome, VolumeTest::Outcome::sound) << trace.join(u'\n').toStdString();
     ASSERT_TRUE(QFile::remove(volumes[2]));
@@ -212,17 +214,15 @@ TEST_P(RealVolumesTest, AnArchiveCommentBlamesNobody)
 {
     VORMEL_NEEDS_VOLUME_TOOLS();
     makeSet();
-    const QString comment = sandbox.write(QStringLiteral("comment.txt"),
-                                          "Cannot find volume " + volumes[3].toUtf8() + "\nTesting archive " +
-                                              volumes[3].toUtf8() + "\nCorrupt header is found\n");
+    const QString comment =
+        sandbox.write(u"comment.txt"_s, "Cannot find volume " + volumes[3].toUtf8() + "\nTesting archive " +
+                                            volumes[3].toUtf8() + "\nCorrupt header is found\n");
     for (const QString& volume : volumes)
         ASSERT_TRUE(QFile::remove(volume));
-    const QString file = sandbox.write(QStringLiteral("in/big.bin"), contents);
-    const fixtures::ToolResult packed =
-        fixtures::runRealTool(QStringLiteral("/usr/bin/rar"),
-                              {QStringLiteral("a"), QStringLiteral("-ep"), QStringLiteral("-v65000b"),
-                               QStringLiteral("-z") + comment, sandbox.path(QStringLiteral("my sets/set.rar")), file},
-                              sandbox.root());
+    const QString file = sandbox.write(u"in/big.bin"_s, contents);
+    const fixtures::ToolResult packed = fixtures::runRealTool(
+        u"/usr/bin/rar"_s,
+        {u"a"_s, u"-ep"_s, u"-v65000b"_s, u"-z"_s + comment, sandbox.path(u"my sets/set.rar"_s), file}, sandbox.root());
     ASSERT_EQ(packed.status, 0) << packed.output.constData();
     ASSERT_TRUE(QFile::remove(volumes[1]));
     EXPECT_EQ(verify(), namesOf({2})) << trace.join(u'\n').toStdString();
@@ -233,12 +233,12 @@ TEST_P(RealVolumesTest, APasswordInTheWayIsToldAndBlamesNobody)
     VORMEL_NEEDS_VOLUME_TOOLS();
     for (const bool areHeadersEncrypted : {false, true}) {
         fixtures::RarSet set;
-        set.name = areHeadersEncrypted ? QStringLiteral("hidden") : QStringLiteral("set");
-        set.files = {{QStringLiteral("big.bin"), contents}};
+        set.name = areHeadersEncrypted ? u"hidden"_s : u"set"_s;
+        set.files = {{u"big.bin"_s, contents}};
         set.volumeBytes = 65'000;
-        set.password = QStringLiteral("X");
+        set.password = u"X"_s;
         set.areHeadersEncrypted = areHeadersEncrypted;
-        volumes = fixtures::makeRarSet(sandbox.path(QStringLiteral("guarded")), set);
+        volumes = fixtures::makeRarSet(sandbox.path(u"guarded"_s), set);
         const VolumeTest result = test();
         EXPECT_EQ(result.outcome, VolumeTest::Outcome::passwordNeeded);
         EXPECT_EQ(result.badVolumes, QStringList());
@@ -259,16 +259,16 @@ TEST_P(RealVolumesTest, ATestRebuildsNothingBesideRecoveryVolumes)
     makeSet(2);
     ASSERT_TRUE(QFile::remove(volumes[1]));
     fixtures::damageFile(volumes[3], 30'000);
-    const QStringList before = sandbox.files(QStringLiteral("my sets"));
+    const QStringList before = sandbox.files(u"my sets"_s);
     EXPECT_EQ(verify(), namesOf({2})) << trace.join(u'\n').toStdString();
-    EXPECT_EQ(sandbox.files(QStringLiteral("my sets")), before);
+    EXPECT_EQ(sandbox.files(u"my sets"_s), before);
 }
 
 TEST_P(RealVolumesTest, ASetWhoseNameLooksLikeAPatternIsTestedItselfAndNamedByItsName)
 {
     VORMEL_NEEDS_VOLUME_TOOLS();
-    makeSet(0, QStringLiteral("sets"));
-    makeSet(0, QStringLiteral("se?s"));
+    makeSet(0, u"sets"_s);
+    makeSet(0, u"se?s"_s);
     EXPECT_EQ(test().outcome, VolumeTest::Outcome::sound) << trace.join(u'\n').toStdString();
     ASSERT_TRUE(QFile::remove(volumes[2]));
     EXPECT_EQ(verify(), namesOf({3})) << trace.join(u'\n').toStdString();
@@ -280,13 +280,13 @@ TEST_P(RealVolumesTest, RepairBringsMissingAndDamagedVolumesBack)
     makeSet(2);
     ASSERT_TRUE(QFile::remove(volumes[1]));
     fixtures::damageFile(volumes[3], 30'000);
-    tools.addReal(QStringLiteral("rar"), QStringLiteral("/usr/bin/rar"));
+    tools.addReal(u"rar"_s, u"/usr/bin/rar"_s);
     const TaskEnd repaired = runToEnd(extractor.repair(volumes.front()));
     EXPECT_TRUE(repaired.isSuccess()) << repaired.output.toStdString();
-    tools.addReal(QString::fromUtf8(GetParam()), QStringLiteral("/usr/bin/") + QString::fromUtf8(GetParam()));
-    const QString out = sandbox.path(QStringLiteral("out"));
+    tools.addReal(QString::fromUtf8(GetParam()), u"/usr/bin/"_s + QString::fromUtf8(GetParam()));
+    const QString out = sandbox.path(u"out"_s);
     EXPECT_TRUE(runToEnd(unpackInto(extractor, volumes.front(), out)).isSuccess());
-    EXPECT_EQ(sandbox.read(QStringLiteral("out/big.bin")), contents);
+    EXPECT_EQ(sandbox.read(u"out/big.bin"_s), contents);
 }
 
 // The tool calls it a success; only the next extraction tells.
@@ -296,9 +296,9 @@ TEST_P(RealVolumesTest, RepairWithTooFewRecoveryVolumesLeavesTheSetBroken)
     makeSet(1);
     ASSERT_TRUE(QFile::remove(volumes[1]));
     ASSERT_TRUE(QFile::remove(volumes[2]));
-    tools.addReal(QStringLiteral("rar"), QStringLiteral("/usr/bin/rar"));
+    tools.addReal(u"rar"_s, u"/usr/bin/rar"_s);
     static_cast<void>(runToEnd(extractor.repair(volumes.front())));
-    const QString out = sandbox.path(QStringLiteral("out"));
+    const QString out = sandbox.path(u"out"_s);
     EXPECT_EQ(runToEnd(unpackInto(extractor, volumes.front(), out)).kind, ExtractionError::Kind::extractionFailed);
 }
 

@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
-const QString archive = QStringLiteral("/a/x.rar");
-const QString out = QStringLiteral("/o");
+const QString archive = u"/a/x.rar"_s;
+const QString out = u"/o"_s;
 
 QStringList list(std::initializer_list<const char*> arguments)
 {
@@ -18,7 +20,7 @@ QStringList list(std::initializer_list<const char*> arguments)
 
 TEST(ToolArguments, AreWhatEachToolIsToldInOrder)
 {
-    const Password secret = QStringLiteral("a b");
+    const Password secret = u"a b"_s;
     EXPECT_EQ(dittoArguments(archive, out), list({"-x", "-k", "/a/x.rar", "/o"}));
     EXPECT_EQ(unzipArguments(archive, out, {}), list({"-o", "/a/x.rar", "-d", "/o"}));
     EXPECT_EQ(unzipArguments(archive, out, secret), list({"-P", "a b", "-o", "/a/x.rar", "-d", "/o"}));
@@ -26,22 +28,22 @@ TEST(ToolArguments, AreWhatEachToolIsToldInOrder)
     EXPECT_EQ(rarArguments(archive, out, secret), list({"x", "-o+", "-y", "-pa b", "/a/x.rar", "/o/"}));
     EXPECT_EQ(sevenZipArguments(archive, out, {}), list({"x", "/a/x.rar", "-o/o", "-y"}));
     EXPECT_EQ(sevenZipArguments(archive, out, secret), list({"x", "/a/x.rar", "-o/o", "-y", "-pa b"}));
-    EXPECT_EQ(tarArguments(QStringLiteral("-xzf"), archive, out), list({"-xzf", "/a/x.rar", "-C", "/o"}));
+    EXPECT_EQ(tarArguments(u"-xzf"_s, archive, out), list({"-xzf", "/a/x.rar", "-C", "/o"}));
 }
 
 TEST(ToolArguments, APasswordThatBeginsWithAHyphenIsNoSwitch)
 {
     for (const char* password : {"-", "-x", "--", "-o"}) {
         const QString given = QString::fromUtf8(password);
-        EXPECT_EQ(unzipArguments(archive, out, given).front(), QStringLiteral("-P") + given);
-        EXPECT_EQ(rarArguments(archive, out, given)[3], QStringLiteral("-p") + given);
-        EXPECT_EQ(sevenZipArguments(archive, out, given).back(), QStringLiteral("-p") + given);
+        EXPECT_EQ(unzipArguments(archive, out, given).front(), u"-P"_s + given);
+        EXPECT_EQ(rarArguments(archive, out, given)[3], u"-p"_s + given);
+        EXPECT_EQ(sevenZipArguments(archive, out, given).back(), u"-p"_s + given);
     }
 }
 
 TEST(ToolArguments, TarIsGivenBackslashesAsItReadsThem)
 {
-    EXPECT_EQ(tarArguments(QStringLiteral("-xf"), QStringLiteral("/a\\n/x.tar"), QStringLiteral("/o\\n\\")).mid(1),
+    EXPECT_EQ(tarArguments(u"-xf"_s, u"/a\\n/x.tar"_s, u"/o\\n\\"_s).mid(1),
               list({"/a\\n/x.tar", "-C", "/o\\\\n\\\\"}));
 }
 

@@ -11,29 +11,28 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
 TEST(ToolEnvironment, IsMadeOfWhatToolsNeedAndNothingElse)
 {
     QProcessEnvironment ours;
-    for (const QString& name :
-         {QStringLiteral("PATH"), QStringLiteral("HOME"), QStringLiteral("TMPDIR"), QStringLiteral("TZ"),
-          QStringLiteral("LANG"), QStringLiteral("LC_ALL"), QStringLiteral("LD_PRELOAD"), QStringLiteral("TAR_OPTIONS"),
-          QStringLiteral("UNZIP"), QStringLiteral("RAR"), QStringLiteral("ANYTHING")})
-        ours.insert(name, QStringLiteral("ours"));
+    for (const QString& name : {u"PATH"_s, u"HOME"_s, u"TMPDIR"_s, u"TZ"_s, u"LANG"_s, u"LC_ALL"_s, u"LD_PRELOAD"_s,
+                                u"TAR_OPTIONS"_s, u"UNZIP"_s, u"RAR"_s, u"ANYTHING"_s})
+        ours.insert(name, u"ours"_s);
     const QProcessEnvironment theirs = toolEnvironment(ours);
     QStringList all = theirs.toStringList();
     all.sort();
-    EXPECT_EQ(all, (QStringList{QStringLiteral("HOME=/nonexistent"), QStringLiteral("LC_ALL=C.UTF-8"),
-                                QStringLiteral("PATH=ours"), QStringLiteral("RAR=-c-"), QStringLiteral("TMPDIR=ours"),
-                                QStringLiteral("TZ=ours")}));
+    EXPECT_EQ(all, (QStringList{u"HOME=/nonexistent"_s, u"LC_ALL=C.UTF-8"_s, u"PATH=ours"_s, u"RAR=-c-"_s,
+                                u"TMPDIR=ours"_s, u"TZ=ours"_s}));
 }
 
 TEST(ToolEnvironment, HasAPathAlsoWhereThereIsNone)
 {
-    EXPECT_TRUE(toolEnvironment({}).value(QStringLiteral("PATH")).contains(QStringLiteral("/usr/bin")));
-    EXPECT_FALSE(toolEnvironment({}).contains(QStringLiteral("TZ")));
+    EXPECT_TRUE(toolEnvironment({}).value(u"PATH"_s).contains(u"/usr/bin"_s));
+    EXPECT_FALSE(toolEnvironment({}).contains(u"TZ"_s));
 }
 
 /// A variable that is set for one test, or a file in the user's home.
@@ -61,11 +60,11 @@ protected:
         VORMEL_NEEDS_TOOL("tar");
         m_home = qgetenv("HOME");
         m_before = qgetenv(GetParam().variable);
-        const QByteArray home = sandbox.path(QStringLiteral("home")).toUtf8();
-        sandbox.write(QStringLiteral("home/.rarrc"), "switches=-inul -ep -x*.txt\n");
+        const QByteArray home = sandbox.path(u"home"_s).toUtf8();
+        sandbox.write(u"home/.rarrc"_s, "switches=-inul -ep -x*.txt\n");
         qputenv("HOME", home);
         qputenv(GetParam().variable, GetParam().value);
-        sandbox.write(QStringLiteral("in/sub/Ünï.txt"), "text");
+        sandbox.write(u"in/sub/Ünï.txt"_s, "text");
     }
     void TearDown() override
     {
@@ -79,13 +78,13 @@ protected:
     void expectUnpacked(const QString& tool, const QString& archive, const QStringList& args)
     {
         ToolRunner runner;
-        const TaskEnd end = runToEnd(runner.run(QStringLiteral("/usr/bin/") + tool, args, {}));
+        const TaskEnd end = runToEnd(runner.run(u"/usr/bin/"_s + tool, args, {}));
         EXPECT_TRUE(end.isSuccess()) << tool.toStdString() << end.output.toStdString();
-        EXPECT_EQ(sandbox.files(QStringLiteral("out")), QStringList{QStringLiteral("sub/Ünï.txt")})
+        EXPECT_EQ(sandbox.files(u"out"_s), QStringList{u"sub/Ünï.txt"_s})
             << tool.toStdString() << ' ' << archive.toStdString();
         QDir(out()).removeRecursively();
     }
-    [[nodiscard]] QString out() const { return sandbox.path(QStringLiteral("out")); }
+    [[nodiscard]] QString out() const { return sandbox.path(u"out"_s); }
 
     fixtures::Sandbox sandbox;
 
@@ -98,34 +97,29 @@ TEST_P(MeddledEnvironment, ChangesNothingInWhatToolsDo)
 {
     const auto pack = [this](const QString& name, const QString& tool, QStringList args) {
         const QString path = sandbox.path(name);
-        args.replaceInStrings(QStringLiteral("%1"), path);
+        args.replaceInStrings(u"%1"_s, path);
         // env -i: the packers are not to be meddled with.
         const QStringList clean =
-            QStringList{QStringLiteral("-i"), QStringLiteral("PATH=/usr/bin:/bin"), QStringLiteral("LC_ALL=C.UTF-8"),
-                        QStringLiteral("HOME=/nonexistent"), tool} +
-            args;
-        const fixtures::ToolResult packed =
-            fixtures::runRealTool(QStringLiteral("/usr/bin/env"), clean, sandbox.path(QStringLiteral("in")));
+            QStringList{u"-i"_s, u"PATH=/usr/bin:/bin"_s, u"LC_ALL=C.UTF-8"_s, u"HOME=/nonexistent"_s, tool} + args;
+        const fixtures::ToolResult packed = fixtures::runRealTool(u"/usr/bin/env"_s, clean, sandbox.path(u"in"_s));
         EXPECT_EQ(packed.status, 0) << packed.output.constData();
         return path;
     };
-    const QString l = QStringLiteral("%1");
-    const QString dot = QStringLiteral(".");
-    const QString rar = pack(QStringLiteral("a.rar"), QStringLiteral("rar"),
-                             {QStringLiteral("a"), QStringLiteral("-idq"), QStringLiteral("-r"), l, dot});
-    const QString zip = pack(QStringLiteral("a.zip"), QStringLiteral("zip"), {QStringLiteral("-qr"), l, dot});
-    const QString seven = pack(QStringLiteral("a.7z"), QStringLiteral("7zz"), {QStringLiteral("a"), l, dot});
+    const QString l = u"%1"_s;
+    const QString dot = u"."_s;
+    const QString rar = pack(u"a.rar"_s, u"rar"_s, {u"a"_s, u"-idq"_s, u"-r"_s, l, dot});
+    const QString zip = pack(u"a.zip"_s, u"zip"_s, {u"-qr"_s, l, dot});
+    const QString seven = pack(u"a.7z"_s, u"7zz"_s, {u"a"_s, l, dot});
     QDir().mkpath(out());
-    expectUnpacked(QStringLiteral("unrar"), rar, rarArguments(rar, out(), {}));
-    expectUnpacked(QStringLiteral("rar"), rar, rarArguments(rar, out(), {}));
-    expectUnpacked(QStringLiteral("unzip"), zip, unzipArguments(zip, out(), {}));
-    expectUnpacked(QStringLiteral("7zz"), seven, sevenZipArguments(seven, out(), {}));
+    expectUnpacked(u"unrar"_s, rar, rarArguments(rar, out(), {}));
+    expectUnpacked(u"rar"_s, rar, rarArguments(rar, out(), {}));
+    expectUnpacked(u"unzip"_s, zip, unzipArguments(zip, out(), {}));
+    expectUnpacked(u"7zz"_s, seven, sevenZipArguments(seven, out(), {}));
     for (const char* letter : {"", "z", "j", "J"}) {
         const QString how = QString::fromUtf8(letter);
-        const QString tar = pack(QStringLiteral("a.tar") + how, QStringLiteral("tar"),
-                                 {QStringLiteral("-c%1f").arg(how), l, QStringLiteral("sub")});
+        const QString tar = pack(u"a.tar"_s + how, u"tar"_s, {u"-c%1f"_s.arg(how), l, u"sub"_s});
         QDir().mkpath(out());
-        expectUnpacked(QStringLiteral("tar"), tar, tarArguments(QStringLiteral("-x%1f").arg(how), tar, out()));
+        expectUnpacked(u"tar"_s, tar, tarArguments(u"-x%1f"_s.arg(how), tar, out()));
     }
 }
 

@@ -11,6 +11,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -93,13 +95,13 @@ TEST(ToolReason, OfRealToolsIsShortAndBeginsWithNoBanner)
     VORMEL_NEEDS_TOOL("unzip");
     VORMEL_NEEDS_TOOL("tar");
     const fixtures::Sandbox sandbox;
-    sandbox.write(QStringLiteral("in/a.bin"), fixtures::noise(200'000));
-    const QString out = sandbox.path(QStringLiteral("out"));
+    sandbox.write(u"in/a.bin"_s, fixtures::noise(200'000));
+    const QString out = sandbox.path(u"out"_s);
     QDir().mkpath(out);
     const auto cut = [&sandbox](const QString& name, const QString& tool, QStringList args) {
         const QString archive = sandbox.path(name);
-        args << archive << QStringLiteral("a.bin");
-        EXPECT_EQ(fixtures::runRealTool(tool, args, sandbox.path(QStringLiteral("in"))).status, 0);
+        args << archive << u"a.bin"_s;
+        EXPECT_EQ(fixtures::runRealTool(tool, args, sandbox.path(u"in"_s)).status, 0);
         fixtures::truncateFile(archive, 100'000);
         return archive;
     };
@@ -107,22 +109,20 @@ TEST(ToolReason, OfRealToolsIsShortAndBeginsWithNoBanner)
         ToolRunner runner;
         return runToEnd(runner.run(tool, args, {})).description.value_or(QString());
     };
-    const QString start = QStringLiteral("Extraction failed (code %1): ");
-    const QString rar = cut(QStringLiteral("a.rar"), QStringLiteral("/usr/bin/rar"), {QStringLiteral("a")});
-    for (const QString& tool : {QStringLiteral("/usr/bin/unrar"), QStringLiteral("/usr/bin/rar")})
+    const QString start = u"Extraction failed (code %1): "_s;
+    const QString rar = cut(u"a.rar"_s, u"/usr/bin/rar"_s, {u"a"_s});
+    for (const QString& tool : {u"/usr/bin/unrar"_s, u"/usr/bin/rar"_s})
         EXPECT_EQ(reason(tool, rarArguments(rar, out, {})),
-                  start.arg(3) + QStringLiteral("Unexpected end of archive\na.bin                - checksum error"));
-    const QString seven = cut(QStringLiteral("a.7z"), QStringLiteral("/usr/bin/7zz"), {QStringLiteral("a")});
-    EXPECT_EQ(reason(QStringLiteral("/usr/bin/7zz"), sevenZipArguments(seven, out, {})),
-              start.arg(2) +
-                  QStringLiteral("Open ERROR: Cannot open the file as [7z] archive\nUnexpected end of archive"));
-    const QString zip =
-        cut(QStringLiteral("a.zip"), QStringLiteral("/usr/bin/7zz"), {QStringLiteral("a"), QStringLiteral("-tzip")});
-    EXPECT_TRUE(reason(QStringLiteral("/usr/bin/unzip"), unzipArguments(zip, out, {}))
-                    .startsWith(start.arg(9) + QStringLiteral("End-of-central-directory signature not found.")));
-    const QString tar = cut(QStringLiteral("a.tgz"), QStringLiteral("/usr/bin/tar"), {QStringLiteral("-czf")});
+                  start.arg(3) + u"Unexpected end of archive\na.bin                - checksum error"_s);
+    const QString seven = cut(u"a.7z"_s, u"/usr/bin/7zz"_s, {u"a"_s});
+    EXPECT_EQ(reason(u"/usr/bin/7zz"_s, sevenZipArguments(seven, out, {})),
+              start.arg(2) + u"Open ERROR: Cannot open the file as [7z] archive\nUnexpected end of archive"_s);
+    const QString zip = cut(u"a.zip"_s, u"/usr/bin/7zz"_s, {u"a"_s, u"-tzip"_s});
+    EXPECT_TRUE(reason(u"/usr/bin/unzip"_s, unzipArguments(zip, out, {}))
+                    .startsWith(start.arg(9) + u"End-of-central-directory signature not found."_s));
+    const QString tar = cut(u"a.tgz"_s, u"/usr/bin/tar"_s, {u"-czf"_s});
     // Two programs speak, in either order.
-    const QString told = reason(QStringLiteral("/usr/bin/tar"), tarArguments(QStringLiteral("-xzf"), tar, out));
+    const QString told = reason(u"/usr/bin/tar"_s, tarArguments(u"-xzf"_s, tar, out));
     EXPECT_TRUE(told.contains(u"gzip: stdin: unexpected end of file") && told.contains(u"tar: Unexpected EOF"))
         << told.toStdString();
     EXPECT_FALSE(told.contains(u"not recoverable")) << told.toStdString();

@@ -10,6 +10,8 @@
 #include <memory>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -20,8 +22,8 @@ class ToolRunnerTest : public ::testing::Test
 protected:
     TaskEnd run(const QByteArray& script, const QStringList& args = {}, std::function<void(double)> onProgress = {})
     {
-        tools.add(QStringLiteral("tool"), script);
-        return runToEnd(runner.run(tools.folder() + QStringLiteral("tool"), args, std::move(onProgress)));
+        tools.add(u"tool"_s, script);
+        return runToEnd(runner.run(tools.folder() + u"tool"_s, args, std::move(onProgress)));
     }
 
     fixtures::FakeTools tools;
@@ -31,29 +33,28 @@ protected:
 TEST_F(ToolRunnerTest, SearchesTheSystemsFoldersInOrder)
 {
     const ToolRunner::Folders folders;
-    EXPECT_EQ(folders.searched, (QStringList{QStringLiteral("/usr/bin/"), QStringLiteral("/usr/local/bin/"),
-                                             QStringLiteral("/opt/homebrew/bin/")}));
-    EXPECT_EQ(ToolRunner().fixedTool(QStringLiteral("ditto")), u"/usr/bin/ditto");
+    EXPECT_EQ(folders.searched, (QStringList{u"/usr/bin/"_s, u"/usr/local/bin/"_s, u"/opt/homebrew/bin/"_s}));
+    EXPECT_EQ(ToolRunner().fixedTool(u"ditto"_s), u"/usr/bin/ditto");
 }
 
 TEST_F(ToolRunnerTest, TheFirstFolderThatHasAToolWins)
 {
     const fixtures::FakeTools others;
     const ToolRunner both({{tools.folder(), others.folder()}, others.folder()});
-    EXPECT_EQ(both.findTool(QStringLiteral("unrar")), std::nullopt);
-    others.add(QStringLiteral("unrar"));
-    EXPECT_EQ(both.findTool(QStringLiteral("unrar")), others.folder() + QStringLiteral("unrar"));
-    tools.add(QStringLiteral("unrar"));
-    EXPECT_EQ(both.findTool(QStringLiteral("unrar")), tools.folder() + QStringLiteral("unrar"));
-    tools.remove(QStringLiteral("unrar"));
-    EXPECT_EQ(both.findTool(QStringLiteral("unrar")), others.folder() + QStringLiteral("unrar"));
+    EXPECT_EQ(both.findTool(u"unrar"_s), std::nullopt);
+    others.add(u"unrar"_s);
+    EXPECT_EQ(both.findTool(u"unrar"_s), others.folder() + u"unrar"_s);
+    tools.add(u"unrar"_s);
+    EXPECT_EQ(both.findTool(u"unrar"_s), tools.folder() + u"unrar"_s);
+    tools.remove(u"unrar"_s);
+    EXPECT_EQ(both.findTool(u"unrar"_s), others.folder() + u"unrar"_s);
 }
 
 TEST_F(ToolRunnerTest, ArgumentsArriveAsTheyAre)
 {
-    const QStringList args{QStringLiteral("a b"), QStringLiteral("$(x)"), QString(), QStringLiteral("é'\"")};
+    const QStringList args{u"a b"_s, u"$(x)"_s, QString(), u"é'\""_s};
     EXPECT_TRUE(run("exit 0", args).isSuccess());
-    EXPECT_EQ(tools.calls(QStringLiteral("tool")), QList<QStringList>{args});
+    EXPECT_EQ(tools.calls(u"tool"_s), QList<QStringList>{args});
 }
 
 TEST_F(ToolRunnerTest, AStatusOtherThanZeroIsAFailureWithTheOutput)
@@ -67,7 +68,7 @@ TEST_F(ToolRunnerTest, AStatusOtherThanZeroIsAFailureWithTheOutput)
 TEST_F(ToolRunnerTest, OutputThatIsNoUtf8ReachesTheErrorRepaired)
 {
     const TaskEnd end = run("printf 'a\\377b'; exit 1");
-    EXPECT_EQ(end.output, QStringLiteral("a\uFFFDb"));
+    EXPECT_EQ(end.output, u"a\uFFFDb"_s);
 }
 
 TEST_F(ToolRunnerTest, AToolThatAsksFailsAtOnce)
@@ -77,17 +78,17 @@ TEST_F(ToolRunnerTest, AToolThatAsksFailsAtOnce)
 
 TEST_F(ToolRunnerTest, AToolThatCannotBeStartedIsNoExtractionError)
 {
-    const TaskEnd end = runToEnd(runner.run(QStringLiteral("/no/such/tool"), {}, {}));
+    const TaskEnd end = runToEnd(runner.run(u"/no/such/tool"_s, {}, {}));
     EXPECT_TRUE(end.isLaunchError);
     EXPECT_EQ(end.kind, std::nullopt);
-    EXPECT_EQ(end.description, QStringLiteral("No such file or directory"));
+    EXPECT_EQ(end.description, u"No such file or directory"_s);
 }
 
 TEST_F(ToolRunnerTest, PercentagesBecomeFractionsInOrder)
 {
     std::vector<double> fractions;
     // Each line waits until the one before was seen.
-    const QByteArray seen = (tools.folder() + QStringLiteral("seen")).toUtf8();
+    const QByteArray seen = (tools.folder() + u"seen"_s).toUtf8();
     const QByteArray script = "for i in 5 50 100; do printf '\\b\\b\\b\\b%3d%%' $i; "
                               "while ! [ -e '" +
                               seen + "'$i ]; do sleep 0.01; done; done";
@@ -102,10 +103,10 @@ TEST_F(ToolRunnerTest, PercentagesBecomeFractionsInOrder)
 
 TEST_F(ToolRunnerTest, TheEndOfTheRunnerEndsTheRun)
 {
-    tools.add(QStringLiteral("tool"), "exec sleep 600");
+    tools.add(u"tool"_s, "exec sleep 600");
     auto owned = std::make_unique<ToolRunner>(tools.folders());
     TaskEnd end;
-    spawn(keepTaskEnd(owned->run(tools.folder() + QStringLiteral("tool"), {}, {}), end));
+    spawn(keepTaskEnd(owned->run(tools.folder() + u"tool"_s, {}, {}), end));
     fixtures::turnEventLoop();
     ASSERT_FALSE(end.isOver);
     owned.reset();

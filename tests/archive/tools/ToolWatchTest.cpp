@@ -5,13 +5,15 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
 class ToolWatchTest : public ::testing::Test
 {
 protected:
-    ToolWatchTest() { tools.add(QStringLiteral("cat")); }
+    ToolWatchTest() { tools.add(u"cat"_s); }
 
     fixtures::FakeTools tools;
     ToolRunner runner{tools.folders()};
@@ -24,15 +26,15 @@ TEST_F(ToolWatchTest, FindsNothingInAFolderOfOtherTools)
 
 TEST_F(ToolWatchTest, TellsTheToolsApart)
 {
-    tools.add(QStringLiteral("unrar"));
+    tools.add(u"unrar"_s);
     EXPECT_EQ(findTools(runner), (FoundTools{true, false, false}));
-    tools.add(QStringLiteral("rar"));
+    tools.add(u"rar"_s);
     EXPECT_EQ(findTools(runner), (FoundTools{true, true, false}));
 }
 
 TEST_F(ToolWatchTest, AnyNameOfSevenZipWillDo)
 {
-    for (const QString& name : {QStringLiteral("7z"), QStringLiteral("7za"), QStringLiteral("7zz")}) {
+    for (const QString& name : {u"7z"_s, u"7za"_s, u"7zz"_s}) {
         tools.add(name);
         EXPECT_TRUE(findTools(runner).sevenZip) << name.toStdString();
         tools.remove(name);
@@ -44,9 +46,9 @@ TEST_F(ToolWatchTest, SeesAToolThatIsInstalledAndOneThatIsRemoved)
 {
     ToolWatch watch(runner);
     EXPECT_FALSE(watch.tools().unrar);
-    tools.add(QStringLiteral("unrar"));
+    tools.add(u"unrar"_s);
     EXPECT_TRUE(fixtures::waitUntil([&watch] { return watch.tools().unrar; }));
-    tools.remove(QStringLiteral("unrar"));
+    tools.remove(u"unrar"_s);
     EXPECT_TRUE(fixtures::waitUntil([&watch] { return !watch.tools().unrar; }));
 }
 
@@ -55,10 +57,10 @@ TEST_F(ToolWatchTest, SaysNothingOfOtherPrograms)
     ToolWatch watch(runner);
     int told = 0;
     QObject::connect(&watch, &ToolWatch::toolsChanged, [&told] { ++told; });
-    tools.add(QStringLiteral("dog"));
+    tools.add(u"dog"_s);
     watch.look();
     EXPECT_EQ(told, 0);
-    tools.add(QStringLiteral("rar"));
+    tools.add(u"rar"_s);
     watch.look();
     EXPECT_EQ(told, 1);
 }

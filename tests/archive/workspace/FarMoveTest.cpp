@@ -10,6 +10,8 @@
 
 #include <cerrno>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 
 namespace {
@@ -32,7 +34,7 @@ protected:
     }
 
     fixtures::Sandbox near;
-    QTemporaryDir far{QStringLiteral("/dev/shm/vormel-far-XXXXXX")};
+    QTemporaryDir far{u"/dev/shm/vormel-far-XXXXXX"_s};
 };
 
 } // namespace
@@ -43,53 +45,53 @@ protected:
 
 TEST_F(FarMoveTest, MovesWithinOneFileSystem)
 {
-    const QString from = near.write(QStringLiteral("a"), "x");
-    EXPECT_EQ(moveFar(from, near.path(QStringLiteral("b"))), 0);
-    EXPECT_EQ(near.files(), QStringList{QStringLiteral("b")});
+    const QString from = near.write(u"a"_s, "x");
+    EXPECT_EQ(moveFar(from, near.path(u"b"_s)), 0);
+    EXPECT_EQ(near.files(), QStringList{u"b"_s});
 }
 
 TEST_F(FarMoveTest, CopiesToAnotherFileSystemAndRemovesTheFileOnlyThen)
 {
     VORMEL_NEEDS_TWO_FILE_SYSTEMS();
     const QByteArray contents(3'000'000, 'x');
-    const QString from = near.write(QStringLiteral("a"), contents);
-    EXPECT_EQ(moveFar(from, far.filePath(QStringLiteral("b"))), 0);
-    EXPECT_EQ(readFar(QStringLiteral("b")), contents);
+    const QString from = near.write(u"a"_s, contents);
+    EXPECT_EQ(moveFar(from, far.filePath(u"b"_s)), 0);
+    EXPECT_EQ(readFar(u"b"_s), contents);
     EXPECT_TRUE(near.files().isEmpty());
-    EXPECT_EQ(QDir(far.path()).entryList(QDir::Files | QDir::Hidden), QStringList{QStringLiteral("b")});
+    EXPECT_EQ(QDir(far.path()).entryList(QDir::Files | QDir::Hidden), QStringList{u"b"_s});
 }
 
 TEST_F(FarMoveTest, ReplacesNothingAndKeepsTheFile)
 {
-    const QString from = near.write(QStringLiteral("a"), "new");
-    const QString taken = near.write(QStringLiteral("b"), "old");
+    const QString from = near.write(u"a"_s, "new");
+    const QString taken = near.write(u"b"_s, "old");
     EXPECT_EQ(moveFar(from, taken), EEXIST);
-    EXPECT_EQ(near.read(QStringLiteral("b")), "old");
+    EXPECT_EQ(near.read(u"b"_s), "old");
     VORMEL_NEEDS_TWO_FILE_SYSTEMS();
-    QFile other(far.filePath(QStringLiteral("b")));
+    QFile other(far.filePath(u"b"_s));
     ASSERT_TRUE(other.open(QFile::WriteOnly) && other.write("old") == 3);
     other.close();
     EXPECT_EQ(moveFar(from, other.fileName()), EEXIST);
-    EXPECT_EQ(readFar(QStringLiteral("b")), "old");
-    EXPECT_EQ(near.read(QStringLiteral("a")), "new");
-    EXPECT_EQ(QDir(far.path()).entryList(QDir::Files | QDir::Hidden), QStringList{QStringLiteral("b")});
+    EXPECT_EQ(readFar(u"b"_s), "old");
+    EXPECT_EQ(near.read(u"a"_s), "new");
+    EXPECT_EQ(QDir(far.path()).entryList(QDir::Files | QDir::Hidden), QStringList{u"b"_s});
 }
 
 TEST_F(FarMoveTest, LeavesNothingOfACopyThatIsStopped)
 {
     VORMEL_NEEDS_TWO_FILE_SYSTEMS();
-    const QString from = near.write(QStringLiteral("a"), "x");
+    const QString from = near.write(u"a"_s, "x");
     std::stop_source stop;
     stop.request_stop();
-    EXPECT_EQ(moveFar(from, far.filePath(QStringLiteral("b")), stop.get_token()), ECANCELED);
-    EXPECT_EQ(near.read(QStringLiteral("a")), "x");
+    EXPECT_EQ(moveFar(from, far.filePath(u"b"_s), stop.get_token()), ECANCELED);
+    EXPECT_EQ(near.read(u"a"_s), "x");
     EXPECT_TRUE(QDir(far.path()).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
 }
 
 TEST_F(FarMoveTest, TellsWhatStandsInItsWay)
 {
-    EXPECT_EQ(moveFar(near.path(QStringLiteral("nothing")), near.path(QStringLiteral("b"))), ENOENT);
-    const QString from = near.write(QStringLiteral("a"), "x");
-    EXPECT_EQ(moveFar(from, near.path(QStringLiteral("no/folder"))), ENOENT);
-    EXPECT_EQ(near.read(QStringLiteral("a")), "x");
+    EXPECT_EQ(moveFar(near.path(u"nothing"_s), near.path(u"b"_s)), ENOENT);
+    const QString from = near.write(u"a"_s, "x");
+    EXPECT_EQ(moveFar(from, near.path(u"no/folder"_s)), ENOENT);
+    EXPECT_EQ(near.read(u"a"_s), "x");
 }

@@ -20,6 +20,8 @@
 #include <algorithm>
 #include <cerrno>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -28,12 +30,12 @@ class HarmlessTreeTest : public ::testing::Test
 protected:
     HarmlessTreeTest()
     {
-        QDir().mkpath(root() + QStringLiteral("/sub/deep"));
+        QDir().mkpath(root() + u"/sub/deep"_s);
         top = folderAt(root());
     }
     ~HarmlessTreeTest() override { static_cast<void>(removeTree(folderAt(sandbox.root()).get(), "root")); }
 
-    [[nodiscard]] QString root() const { return sandbox.path(QStringLiteral("root")); }
+    [[nodiscard]] QString root() const { return sandbox.path(u"root"_s); }
     [[nodiscard]] QString inside(const QString& name) const { return root() + u'/' + name; }
     [[nodiscard]] QByteArray bytesOf(const QString& name) const { return QFile::encodeName(inside(name)); }
 
@@ -68,62 +70,62 @@ protected:
 
 TEST_F(HarmlessTreeTest, LinksThatStayInsideSurvive)
 {
-    EXPECT_TRUE(survives(QStringLiteral("a"), "sub/file"));
-    EXPECT_TRUE(survives(QStringLiteral("sub/deep/b"), "../../c"));
-    EXPECT_TRUE(survives(QStringLiteral("c"), "."));
-    EXPECT_TRUE(survives(QStringLiteral("d"), "./sub/./deep"));
-    EXPECT_TRUE(survives(QStringLiteral("e"), "sub//deep/"));
+    EXPECT_TRUE(survives(u"a"_s, "sub/file"));
+    EXPECT_TRUE(survives(u"sub/deep/b"_s, "../../c"));
+    EXPECT_TRUE(survives(u"c"_s, "."));
+    EXPECT_TRUE(survives(u"d"_s, "./sub/./deep"));
+    EXPECT_TRUE(survives(u"e"_s, "sub//deep/"));
 }
 
 TEST_F(HarmlessTreeTest, LinksThatGoUpTooFarAreRemoved)
 {
-    EXPECT_FALSE(survives(QStringLiteral("a"), ".."));
-    EXPECT_FALSE(survives(QStringLiteral("b"), "../root-of-another"));
-    EXPECT_FALSE(survives(QStringLiteral("sub/deep/c"), "../../../x"));
-    EXPECT_FALSE(survives(QStringLiteral("sub/d"), "../../not/there/yet"));
-    EXPECT_FALSE(survives(QStringLiteral("e"), "./.."));
+    EXPECT_FALSE(survives(u"a"_s, ".."));
+    EXPECT_FALSE(survives(u"b"_s, "../root-of-another"));
+    EXPECT_FALSE(survives(u"sub/deep/c"_s, "../../../x"));
+    EXPECT_FALSE(survives(u"sub/d"_s, "../../not/there/yet"));
+    EXPECT_FALSE(survives(u"e"_s, "./.."));
 }
 
 TEST_F(HarmlessTreeTest, AbsoluteLinksAreRemoved)
 {
-    EXPECT_FALSE(survives(QStringLiteral("a"), "/etc/passwd"));
-    EXPECT_FALSE(survives(QStringLiteral("b"), bytesOf(QStringLiteral("sub"))));
+    EXPECT_FALSE(survives(u"a"_s, "/etc/passwd"));
+    EXPECT_FALSE(survives(u"b"_s, bytesOf(u"sub"_s)));
 }
 
 TEST_F(HarmlessTreeTest, LinksThatGoUpBehindANameAreRemovedAsThatMayBecomeALink)
 {
-    EXPECT_FALSE(survives(QStringLiteral("a"), "later/.."));
-    EXPECT_FALSE(survives(QStringLiteral("b"), "sub/deep/../../../x"));
-    EXPECT_FALSE(survives(QStringLiteral("c"), "sub/.."));
-    EXPECT_FALSE(survives(QStringLiteral("sub/d"), "../sub/deep/../x"));
+    EXPECT_FALSE(survives(u"a"_s, "later/.."));
+    EXPECT_FALSE(survives(u"b"_s, "sub/deep/../../../x"));
+    EXPECT_FALSE(survives(u"c"_s, "sub/.."));
+    EXPECT_FALSE(survives(u"sub/d"_s, "../sub/deep/../x"));
 }
 
 TEST_F(HarmlessTreeTest, LinksAreJudgedTogetherAsOneMayLeadThroughAnother)
 {
-    link(QStringLiteral("out"), "../elsewhere");
-    link(QStringLiteral("sub/in"), "deep");
-    link(QStringLiteral("good"), "sub/in/x");
-    EXPECT_FALSE(survives(QStringLiteral("a"), "out/x"));
-    EXPECT_FALSE(isThere(QStringLiteral("out")));
-    EXPECT_TRUE(isThere(QStringLiteral("sub/in")));
-    EXPECT_TRUE(isThere(QStringLiteral("good")));
+    link(u"out"_s, "../elsewhere");
+    link(u"sub/in"_s, "deep");
+    link(u"good"_s, "sub/in/x");
+    EXPECT_FALSE(survives(u"a"_s, "out/x"));
+    EXPECT_FALSE(isThere(u"out"_s));
+    EXPECT_TRUE(isThere(u"sub/in"_s));
+    EXPECT_TRUE(isThere(u"good"_s));
 }
 
 TEST_F(HarmlessTreeTest, ALinkThatLeadsThroughOneIntoAnotherFolderIsFollowedFromThere)
 {
     // "sub/out" leads out; seen from the top, "through/out" is that link.
-    link(QStringLiteral("through"), "sub");
-    link(QStringLiteral("sub/out"), "../../x");
-    EXPECT_FALSE(survives(QStringLiteral("a"), "through/out"));
-    EXPECT_TRUE(isThere(QStringLiteral("through")));
+    link(u"through"_s, "sub");
+    link(u"sub/out"_s, "../../x");
+    EXPECT_FALSE(survives(u"a"_s, "through/out"));
+    EXPECT_TRUE(isThere(u"through"_s));
 }
 
 TEST_F(HarmlessTreeTest, LinksThatGoRoundInCirclesAreRemoved)
 {
-    EXPECT_FALSE(survives(QStringLiteral("loop"), "loop"));
-    link(QStringLiteral("a"), "b");
-    EXPECT_FALSE(survives(QStringLiteral("b"), "a"));
-    EXPECT_FALSE(isThere(QStringLiteral("a")));
+    EXPECT_FALSE(survives(u"loop"_s, "loop"));
+    link(u"a"_s, "b");
+    EXPECT_FALSE(survives(u"b"_s, "a"));
+    EXPECT_FALSE(isThere(u"a"_s));
 }
 
 TEST_F(HarmlessTreeTest, AChainOfLinksThatNoSystemFollowsIsJudgedAllTheSame)
@@ -137,23 +139,23 @@ TEST_F(HarmlessTreeTest, AChainOfLinksThatNoSystemFollowsIsJudgedAllTheSame)
 
 TEST_F(HarmlessTreeTest, WhatALinkLeadsToIsNeitherWalkedNorRemoved)
 {
-    const QString kept = sandbox.write(QStringLiteral("outside/file"), "x");
-    ASSERT_EQ(::symlink("..", sandbox.path(QStringLiteral("outside/up")).toUtf8().constData()), 0);
-    EXPECT_FALSE(survives(QStringLiteral("a"), "../outside"));
+    const QString kept = sandbox.write(u"outside/file"_s, "x");
+    ASSERT_EQ(::symlink("..", sandbox.path(u"outside/up"_s).toUtf8().constData()), 0);
+    EXPECT_FALSE(survives(u"a"_s, "../outside"));
     EXPECT_TRUE(QFileInfo::exists(kept));
-    EXPECT_TRUE(QFileInfo(sandbox.path(QStringLiteral("outside/up"))).isSymLink());
+    EXPECT_TRUE(QFileInfo(sandbox.path(u"outside/up"_s)).isSymLink());
 }
 
 TEST_F(HarmlessTreeTest, FilesThatAreAlsoOutsideAreRemovedAndUntouchedThere)
 {
-    const QString secret = sandbox.write(QStringLiteral("secret"), "mine");
+    const QString secret = sandbox.write(u"secret"_s, "mine");
     const QByteArray bytes = QFile::encodeName(secret);
     ASSERT_EQ(::chmod(bytes.constData(), 04040), 0);
-    ASSERT_EQ(::link(bytes.constData(), bytesOf(QStringLiteral("a")).constData()), 0);
-    ASSERT_EQ(::link(bytes.constData(), bytesOf(QStringLiteral("sub/b")).constData()), 0);
+    ASSERT_EQ(::link(bytes.constData(), bytesOf(u"a"_s).constData()), 0);
+    ASSERT_EQ(::link(bytes.constData(), bytesOf(u"sub/b"_s).constData()), 0);
     lookOver();
-    EXPECT_FALSE(isThere(QStringLiteral("a")));
-    EXPECT_FALSE(isThere(QStringLiteral("sub/b")));
+    EXPECT_FALSE(isThere(u"a"_s));
+    EXPECT_FALSE(isThere(u"sub/b"_s));
     struct stat facts = {};
     ASSERT_EQ(::stat(bytes.constData(), &facts), 0);
     EXPECT_EQ(facts.st_mode & ALLPERMS, 04040U);
@@ -162,83 +164,82 @@ TEST_F(HarmlessTreeTest, FilesThatAreAlsoOutsideAreRemovedAndUntouchedThere)
 
 TEST_F(HarmlessTreeTest, FilesWithSeveralNamesInsideStay)
 {
-    sandbox.write(QStringLiteral("root/a"), "x");
-    ASSERT_EQ(::link(bytesOf(QStringLiteral("a")).constData(), bytesOf(QStringLiteral("sub/b")).constData()), 0);
-    ASSERT_EQ(::link(bytesOf(QStringLiteral("a")).constData(), bytesOf(QStringLiteral("sub/deep/c")).constData()), 0);
+    sandbox.write(u"root/a"_s, "x");
+    ASSERT_EQ(::link(bytesOf(u"a"_s).constData(), bytesOf(u"sub/b"_s).constData()), 0);
+    ASSERT_EQ(::link(bytesOf(u"a"_s).constData(), bytesOf(u"sub/deep/c"_s).constData()), 0);
     lookOver();
-    EXPECT_EQ(sandbox.files(QStringLiteral("root")),
-              (QStringList{QStringLiteral("a"), QStringLiteral("sub/b"), QStringLiteral("sub/deep/c")}));
+    EXPECT_EQ(sandbox.files(u"root"_s), (QStringList{u"a"_s, u"sub/b"_s, u"sub/deep/c"_s}));
 }
 
 TEST_F(HarmlessTreeTest, PipesAndSocketsAreRemovedWithoutBeingOpened)
 {
-    ASSERT_EQ(::mkfifo(bytesOf(QStringLiteral("sub/pipe")).constData(), 0600), 0);
+    ASSERT_EQ(::mkfifo(bytesOf(u"sub/pipe"_s).constData(), 0600), 0);
     const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
-    const QByteArray path = bytesOf(QStringLiteral("socket"));
+    const QByteArray path = bytesOf(u"socket"_s);
     ASSERT_LT(path.size(), static_cast<qsizetype>(sizeof address.sun_path));
     std::copy(path.begin(), path.end(), static_cast<char*>(address.sun_path));
     // The interface of sockets wants it so.
     ASSERT_EQ(::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
     lookOver();
-    EXPECT_FALSE(isThere(QStringLiteral("sub/pipe")));
-    EXPECT_FALSE(isThere(QStringLiteral("socket")));
+    EXPECT_FALSE(isThere(u"sub/pipe"_s));
+    EXPECT_FALSE(isThere(u"socket"_s));
 }
 
 TEST_F(HarmlessTreeTest, DevicesAreRemoved)
 {
-    if (::mknod(bytesOf(QStringLiteral("sub/null")).constData(), S_IFCHR | 0600, ::makedev(1, 3)) != 0)
+    if (::mknod(bytesOf(u"sub/null"_s).constData(), S_IFCHR | 0600, ::makedev(1, 3)) != 0)
         GTEST_SKIP() << "only root makes devices";
     lookOver();
-    EXPECT_FALSE(isThere(QStringLiteral("sub/null")));
+    EXPECT_FALSE(isThere(u"sub/null"_s));
 }
 
 TEST_F(HarmlessTreeTest, BitsThatLendRightsAreCleared)
 {
-    sandbox.write(QStringLiteral("root/sub/tool"), "x");
-    setMode(QStringLiteral("sub/tool"), 07755);
-    setMode(QStringLiteral("sub/deep"), 07755);
-    setMode(QStringLiteral("sub"), 05775);
+    sandbox.write(u"root/sub/tool"_s, "x");
+    setMode(u"sub/tool"_s, 07755);
+    setMode(u"sub/deep"_s, 07755);
+    setMode(u"sub"_s, 05775);
     lookOver();
-    EXPECT_EQ(modeOf(QStringLiteral("sub/tool")), 0755U);
-    EXPECT_EQ(modeOf(QStringLiteral("sub/deep")), 0755U);
-    EXPECT_EQ(modeOf(QStringLiteral("sub")), 0775U);
+    EXPECT_EQ(modeOf(u"sub/tool"_s), 0755U);
+    EXPECT_EQ(modeOf(u"sub/deep"_s), 0755U);
+    EXPECT_EQ(modeOf(u"sub"_s), 0775U);
 }
 
 TEST_F(HarmlessTreeTest, WhatTheDestinationHandsDownToItsFoldersIsKept)
 {
     ASSERT_EQ(::chmod(QFile::encodeName(root()).constData(), 02755), 0);
-    setMode(QStringLiteral("sub"), 02755);
+    setMode(u"sub"_s, 02755);
     lookOver();
-    EXPECT_EQ(modeOf(QStringLiteral("sub")), 02755U);
+    EXPECT_EQ(modeOf(u"sub"_s), 02755U);
 }
 
 TEST_F(HarmlessTreeTest, OtherPermissionsStayAsTheyWerePacked)
 {
-    sandbox.write(QStringLiteral("root/a"), "x");
-    sandbox.write(QStringLiteral("root/b"), "x");
-    setMode(QStringLiteral("a"), 0444);
-    setMode(QStringLiteral("b"), 0077);
-    setMode(QStringLiteral("sub"), 0750);
+    sandbox.write(u"root/a"_s, "x");
+    sandbox.write(u"root/b"_s, "x");
+    setMode(u"a"_s, 0444);
+    setMode(u"b"_s, 0077);
+    setMode(u"sub"_s, 0750);
     lookOver();
-    EXPECT_EQ(modeOf(QStringLiteral("a")), 0444U);
-    EXPECT_EQ(modeOf(QStringLiteral("b")), 0477U);
-    EXPECT_EQ(modeOf(QStringLiteral("sub")), 0750U);
+    EXPECT_EQ(modeOf(u"a"_s), 0444U);
+    EXPECT_EQ(modeOf(u"b"_s), 0477U);
+    EXPECT_EQ(modeOf(u"sub"_s), 0750U);
 }
 
 TEST_F(HarmlessTreeTest, FoldersThatCanNeitherBeListedNorEnteredNorChangedAreLookedOverToo)
 {
     const OrdinaryUser user;
     for (const mode_t mode : {0555U, 0311U, 0111U, 0000U}) {
-        link(QStringLiteral("sub/deep/out"), "/etc");
-        setMode(QStringLiteral("sub/deep"), mode);
-        setMode(QStringLiteral("sub"), mode);
+        link(u"sub/deep/out"_s, "/etc");
+        setMode(u"sub/deep"_s, mode);
+        setMode(u"sub"_s, mode);
         // A member "." of an archive sets the permissions of the folder that it is unpacked in.
         ASSERT_EQ(::chmod(QFile::encodeName(root()).constData(), mode), 0);
         lookOver();
-        EXPECT_FALSE(isThere(QStringLiteral("sub/deep/out"))) << mode;
-        EXPECT_EQ(modeOf(QStringLiteral("sub/deep")), mode | 0700U);
+        EXPECT_FALSE(isThere(u"sub/deep/out"_s)) << mode;
+        EXPECT_EQ(modeOf(u"sub/deep"_s), mode | 0700U);
     }
 }
 
@@ -248,26 +249,26 @@ TEST_F(HarmlessTreeTest, ALinkThatNoPathReachesIsRemoved)
     ASSERT_EQ(::symlinkat("/etc", deep.get(), "out"), 0);
     ASSERT_EQ(::symlinkat("../in", deep.get(), "in"), 0);
     ASSERT_EQ(::mkfifoat(deep.get(), "pipe", 0600), 0);
-    ASSERT_EQ(::symlinkat("/etc", folderAt(inside(QStringLiteral("sub"))).get(), "after"), 0);
+    ASSERT_EQ(::symlinkat("/etc", folderAt(inside(u"sub"_s)).get(), "after"), 0);
     runInNarrowPlace([this] { lookOver(); });
     EXPECT_EQ(namesIn(deep.get()), QList<QByteArray>{"in"});
-    EXPECT_FALSE(isThere(QStringLiteral("sub/after")));
+    EXPECT_FALSE(isThere(u"sub/after"_s));
 }
 
 TEST_F(HarmlessTreeTest, NothingPassesForAWorkFolderOfOurs)
 {
-    const QString mark = QStringLiteral(".vormel-unpack-abcdef/") + QLatin1StringView(workMarkName);
-    sandbox.write(QStringLiteral("root/") + mark, "x");
+    const QString mark = u".vormel-unpack-abcdef/"_s + QLatin1StringView(workMarkName);
+    sandbox.write(u"root/"_s + mark, "x");
     lookOver();
     EXPECT_FALSE(isThere(mark));
-    EXPECT_TRUE(isThere(mark + QStringLiteral(" (1)")));
+    EXPECT_TRUE(isThere(mark + u" (1)"_s));
 }
 
 TEST_F(HarmlessTreeTest, ATreeThatCannotBeLookedOverIsTold)
 {
-    EXPECT_EQ(makeHarmless(QStringLiteral("/no/such/folder"), ArchiveFormat::tar), ENOENT);
-    ASSERT_EQ(::symlink("root", sandbox.path(QStringLiteral("alias")).toUtf8().constData()), 0);
-    EXPECT_EQ(makeHarmless(sandbox.path(QStringLiteral("alias")), ArchiveFormat::tar), ENOTDIR);
+    EXPECT_EQ(makeHarmless(u"/no/such/folder"_s, ArchiveFormat::tar), ENOENT);
+    ASSERT_EQ(::symlink("root", sandbox.path(u"alias"_s).toUtf8().constData()), 0);
+    EXPECT_EQ(makeHarmless(sandbox.path(u"alias"_s), ArchiveFormat::tar), ENOTDIR);
 }
 
 TEST_F(HarmlessTreeTest, AFolderThatIsNotOursToOpenIsTold)
@@ -275,8 +276,8 @@ TEST_F(HarmlessTreeTest, AFolderThatIsNotOursToOpenIsTold)
     if (::geteuid() != 0)
         GTEST_SKIP() << "only root can give a folder away";
     constexpr uid_t somebody = 12345;
-    setMode(QStringLiteral("sub/deep"), 0700);
-    ASSERT_EQ(::chown(bytesOf(QStringLiteral("sub/deep")).constData(), somebody, somebody), 0);
+    setMode(u"sub/deep"_s, 0700);
+    ASSERT_EQ(::chown(bytesOf(u"sub/deep"_s).constData(), somebody, somebody), 0);
     const OrdinaryUser user;
     EXPECT_EQ(makeHarmless(root(), ArchiveFormat::tar), EACCES);
 }

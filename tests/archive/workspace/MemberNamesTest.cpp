@@ -14,6 +14,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -31,7 +33,7 @@ protected:
     /// No path leads to names that are no UTF-8.
     ~MemberNamesTest() override { static_cast<void>(removeTree(folderAt(sandbox.root()).get(), "in")); }
 
-    [[nodiscard]] QString root() const { return sandbox.path(QStringLiteral("root")); }
+    [[nodiscard]] QString root() const { return sandbox.path(u"root"_s); }
     [[nodiscard]] FileDescriptor top() const { return folderAt(root()); }
 
     void empty() const
@@ -43,7 +45,7 @@ protected:
     void unpack(const QString& archive, const QString& tool, ArchiveFormat format = ArchiveFormat::zip) const
     {
         empty();
-        QStringList args = tarArguments(QStringLiteral("-xf"), archive, root());
+        QStringList args = tarArguments(u"-xf"_s, archive, root());
         if (tool == u"unzip")
             args = unzipArguments(archive, root(), {});
         else if (tool.startsWith(u"7z"))
@@ -51,13 +53,13 @@ protected:
         else if (tool == u"unrar" || tool == u"rar")
             args = rarArguments(archive, root(), {});
         // What the tool thinks of such names is not asked here.
-        EXPECT_NE(runRealTool(QStringLiteral("/usr/bin/") + tool, args, sandbox.root()).status, -1);
+        EXPECT_NE(runRealTool(u"/usr/bin/"_s + tool, args, sandbox.root()).status, -1);
         EXPECT_EQ(makeHarmless(root(), format), 0);
     }
     [[nodiscard]] QStringList filesAfter(const QString& archive, const QString& tool) const
     {
         unpack(archive, tool);
-        return sandbox.files(QStringLiteral("root"));
+        return sandbox.files(u"root"_s);
     }
 
     fixtures::Sandbox sandbox;
@@ -67,18 +69,17 @@ TEST_F(MemberNamesTest, AZipOfAnySystemComesOutReadableWithAnyTool)
 {
     VORMEL_NEEDS_TOOL("unzip");
     VORMEL_NEEDS_TOOL("7zz");
-    const QString zip = sandbox.path(QStringLiteral("a.zip"));
+    const QString zip = sandbox.path(u"a.zip"_s);
     for (const ZipHost host : {ZipHost::dos, ZipHost::unixLike, ZipHost::windows})
-        for (const QString& tool : {QStringLiteral("unzip"), QStringLiteral("7zz")}) {
+        for (const QString& tool : {u"unzip"_s, u"7zz"_s}) {
             writeRawZip(zip, host,
                         {{"Pr\x81"
                           "fung \x82\x85.txt",
                           "1"},
                          {"ordner \x84/sch\x94n.txt", "2"}});
-            EXPECT_EQ(filesAfter(zip, tool),
-                      (QStringList{QStringLiteral("Prüfung éà.txt"), QStringLiteral("ordner ä/schön.txt")}))
+            EXPECT_EQ(filesAfter(zip, tool), (QStringList{u"Prüfung éà.txt"_s, u"ordner ä/schön.txt"_s}))
                 << static_cast<int>(host) << tool.toStdString();
-            EXPECT_EQ(sandbox.read(QStringLiteral("root/ordner ä/schön.txt")), "2");
+            EXPECT_EQ(sandbox.read(u"root/ordner ä/schön.txt"_s), "2");
         }
 }
 
@@ -86,38 +87,36 @@ TEST_F(MemberNamesTest, AZipThatSaysUtf8ComesOutAsItSays)
 {
     VORMEL_NEEDS_TOOL("unzip");
     VORMEL_NEEDS_TOOL("7zz");
-    const QString zip = sandbox.path(QStringLiteral("a.zip"));
-    const QStringList wanted{QStringLiteral("Prüfung 中.txt")};
+    const QString zip = sandbox.path(u"a.zip"_s);
+    const QStringList wanted{u"Prüfung 中.txt"_s};
     const QList<RawMember> members{{"Prüfung 中.txt", "1", true}};
     writeRawZip(zip, ZipHost::dos, members);
-    EXPECT_EQ(filesAfter(zip, QStringLiteral("7zz")), wanted);
+    EXPECT_EQ(filesAfter(zip, u"7zz"_s), wanted);
     writeRawZip(zip, ZipHost::unixLike, members);
-    EXPECT_EQ(filesAfter(zip, QStringLiteral("7zz")), wanted);
-    EXPECT_EQ(filesAfter(zip, QStringLiteral("unzip")), wanted);
+    EXPECT_EQ(filesAfter(zip, u"7zz"_s), wanted);
+    EXPECT_EQ(filesAfter(zip, u"unzip"_s), wanted);
 }
 
 TEST_F(MemberNamesTest, BackslashesInAZipAreFoldersOnceWhicheverToolUnpacked)
 {
     VORMEL_NEEDS_TOOL("unzip");
     VORMEL_NEEDS_TOOL("7zz");
-    const QString zip = sandbox.path(QStringLiteral("a.zip"));
+    const QString zip = sandbox.path(u"a.zip"_s);
     const QList<RawMember> members{{"dir\\file.txt", "1"},
                                    {"dir\\sub\\", ""},
                                    {"dir\\sub\\in.txt", "2"},
                                    {"plain/mixed\\file.txt", "3"},
                                    {"dir\\empty\\", ""}};
     for (const ZipHost host : {ZipHost::dos, ZipHost::unixLike, ZipHost::windows})
-        for (const QString& tool : {QStringLiteral("unzip"), QStringLiteral("7zz")}) {
+        for (const QString& tool : {u"unzip"_s, u"7zz"_s}) {
             // unzip decides by the first name, and leaves the backslashes of a name that has slashes too.
             writeRawZip(zip, host, members);
             EXPECT_EQ(filesAfter(zip, tool),
-                      (QStringList{QStringLiteral("dir/file.txt"), QStringLiteral("dir/sub/in.txt"),
-                                   QStringLiteral("plain/mixed/file.txt")}))
+                      (QStringList{u"dir/file.txt"_s, u"dir/sub/in.txt"_s, u"plain/mixed/file.txt"_s}))
                 << static_cast<int>(host) << tool.toStdString();
             EXPECT_EQ(namesIn(top().get()), (QList<QByteArray>{"dir", "plain"}));
-            EXPECT_EQ(namesIn(folderAt(root() + QStringLiteral("/dir")).get()),
-                      (QList<QByteArray>{"empty", "file.txt", "sub"}));
-            EXPECT_EQ(sandbox.read(QStringLiteral("root/dir/sub/in.txt")), "2");
+            EXPECT_EQ(namesIn(folderAt(root() + u"/dir"_s).get()), (QList<QByteArray>{"empty", "file.txt", "sub"}));
+            EXPECT_EQ(sandbox.read(u"root/dir/sub/in.txt"_s), "2");
         }
 }
 
@@ -125,15 +124,15 @@ TEST_F(MemberNamesTest, BackslashesInAZipNeverLeadUp)
 {
     VORMEL_NEEDS_TOOL("unzip");
     VORMEL_NEEDS_TOOL("7zz");
-    const QString zip = sandbox.path(QStringLiteral("a.zip"));
+    const QString zip = sandbox.path(u"a.zip"_s);
     writeRawZip(zip, ZipHost::unixLike,
                 {{"..\\up.txt", "1"}, {"a\\..\\..\\up2.txt", "2"}, {"\\root.txt", "3"}, {"\\", "4"}});
-    for (const QString& tool : {QStringLiteral("unzip"), QStringLiteral("7zz")}) {
+    for (const QString& tool : {u"unzip"_s, u"7zz"_s}) {
         const QStringList files = filesAfter(zip, tool);
-        EXPECT_TRUE(files.contains(QStringLiteral("up.txt"))) << tool.toStdString();
-        EXPECT_TRUE(files.contains(QStringLiteral("a/up2.txt")));
-        EXPECT_TRUE(files.contains(QStringLiteral("root.txt")));
-        EXPECT_FALSE(sandbox.exists(QStringLiteral("up.txt")) || sandbox.exists(QStringLiteral("up2.txt")));
+        EXPECT_TRUE(files.contains(u"up.txt"_s)) << tool.toStdString();
+        EXPECT_TRUE(files.contains(u"a/up2.txt"_s));
+        EXPECT_TRUE(files.contains(u"root.txt"_s));
+        EXPECT_FALSE(sandbox.exists(u"up.txt"_s) || sandbox.exists(u"up2.txt"_s));
     }
 }
 
@@ -143,21 +142,21 @@ TEST_F(MemberNamesTest, ElsewhereABackslashIsALetter)
     VORMEL_NEEDS_TOOL("rar");
     VORMEL_NEEDS_TOOL("unrar");
     VORMEL_NEEDS_TOOL("7zz");
-    sandbox.write(QStringLiteral("in/a\\b.txt"), "1");
-    writeIn(folderAt(sandbox.path(QStringLiteral("in"))).get(),
+    sandbox.write(u"in/a\\b.txt"_s, "1");
+    writeIn(folderAt(sandbox.path(u"in"_s)).get(),
             "Pr\x81"
             "fung.txt",
             "2");
-    const QString in = sandbox.path(QStringLiteral("in"));
+    const QString in = sandbox.path(u"in"_s);
     const auto path = [this](const char* name) { return sandbox.path(QString::fromLatin1(name)); };
-    const QString all = QStringLiteral(".");
-    runRealTool(QStringLiteral("/usr/bin/tar"), {QStringLiteral("cf"), path("a.tar"), all}, in);
-    runRealTool(QStringLiteral("/usr/bin/rar"), {QStringLiteral("a"), path("a.rar"), all}, in);
-    runRealTool(QStringLiteral("/usr/bin/7zz"), {QStringLiteral("a"), path("a.7z"), all}, in);
-    const QStringList wanted{QStringLiteral("Prüfung.txt"), QStringLiteral("a\\b.txt")};
+    const QString all = u"."_s;
+    runRealTool(u"/usr/bin/tar"_s, {u"cf"_s, path("a.tar"), all}, in);
+    runRealTool(u"/usr/bin/rar"_s, {u"a"_s, path("a.rar"), all}, in);
+    runRealTool(u"/usr/bin/7zz"_s, {u"a"_s, path("a.7z"), all}, in);
+    const QStringList wanted{u"Prüfung.txt"_s, u"a\\b.txt"_s};
     const auto filesAs = [&](const char* archive, const char* tool, ArchiveFormat format) {
         unpack(path(archive), QString::fromLatin1(tool), format);
-        return sandbox.files(QStringLiteral("root"));
+        return sandbox.files(u"root"_s);
     };
     EXPECT_EQ(filesAs("a.tar", "tar", ArchiveFormat::tar), wanted);
     EXPECT_EQ(filesAs("a.rar", "unrar", ArchiveFormat::rar), wanted);
@@ -170,7 +169,7 @@ TEST_F(MemberNamesTest, AReadableNameThatIsTakenGetsANumber)
     writeIn(top().get(), "é.txt", "1");
     writeIn(top().get(), "\x82.txt", "2");
     writeIn(top().get(), "\xe9.txt", "3");
-    QDir().mkpath(root() + QStringLiteral("/ü.d/x"));
+    QDir().mkpath(root() + u"/ü.d/x"_s);
     ASSERT_EQ(::mkdirat(top().get(), "\x81.d", 0755), 0);
     writeIn(folderAt(root()).get(), "plain", "p");
     EXPECT_EQ(makeHarmless(root(), ArchiveFormat::tar), 0);
@@ -181,13 +180,13 @@ TEST_F(MemberNamesTest, AReadableNameThatIsTakenGetsANumber)
 
 TEST_F(MemberNamesTest, AFullFolderWhoseReadableNameIsTakenGetsANumber)
 {
-    QDir().mkpath(root() + QStringLiteral("/ü.d/x"));
+    QDir().mkpath(root() + u"/ü.d/x"_s);
     ASSERT_EQ(::mkdirat(top().get(), "\x81.d", 0755), 0);
     const FileDescriptor folder(::openat(top().get(), "\x81.d", O_PATH | O_DIRECTORY | O_CLOEXEC));
     writeIn(folder.get(), "in", "1");
     EXPECT_EQ(makeHarmless(root(), ArchiveFormat::tar), 0);
     EXPECT_EQ(namesIn(top().get()), (QList<QByteArray>{"ü.d", "ü.d (1)"}));
-    EXPECT_EQ(sandbox.read(QStringLiteral("root/ü.d (1)/in")), "1");
+    EXPECT_EQ(sandbox.read(u"root/ü.d (1)/in"_s), "1");
 }
 
 TEST_F(MemberNamesTest, AFolderBeforeABackslashIsNoLinkAndNoFile)
@@ -195,15 +194,15 @@ TEST_F(MemberNamesTest, AFolderBeforeABackslashIsNoLinkAndNoFile)
     writeIn(top().get(), "file", "1");
     writeIn(top().get(), "file\\a", "2");
     writeIn(top().get(), "file\\b", "3");
-    QDir().mkpath(root() + QStringLiteral("/real"));
+    QDir().mkpath(root() + u"/real"_s);
     ASSERT_EQ(::symlinkat("real", top().get(), "link"), 0);
     writeIn(top().get(), "link\\a", "4");
     EXPECT_EQ(makeHarmless(root(), ArchiveFormat::zip), 0);
     EXPECT_EQ(namesIn(top().get()), (QList<QByteArray>{"file", "file (1)", "link", "link (1)", "real"}));
-    EXPECT_EQ(sandbox.read(QStringLiteral("root/file (1)/a")), "2");
-    EXPECT_EQ(sandbox.read(QStringLiteral("root/file (1)/b")), "3");
-    EXPECT_EQ(sandbox.read(QStringLiteral("root/link (1)/a")), "4");
-    EXPECT_TRUE(namesIn(folderAt(root() + QStringLiteral("/real")).get()).isEmpty());
+    EXPECT_EQ(sandbox.read(u"root/file (1)/a"_s), "2");
+    EXPECT_EQ(sandbox.read(u"root/file (1)/b"_s), "3");
+    EXPECT_EQ(sandbox.read(u"root/link (1)/a"_s), "4");
+    EXPECT_TRUE(namesIn(folderAt(root() + u"/real"_s).get()).isEmpty());
 }
 
 TEST_F(MemberNamesTest, WhatIsInAFolderWithBackslashesIsLookedOverToo)
@@ -215,8 +214,8 @@ TEST_F(MemberNamesTest, WhatIsInAFolderWithBackslashesIsLookedOverToo)
     writeIn(folder.get(), "x\\\x81", "1");
     EXPECT_EQ(makeHarmless(root(), ArchiveFormat::zip), 0);
     EXPECT_EQ(namesIn(top().get()), QList<QByteArray>{"a"});
-    EXPECT_EQ(namesIn(folderAt(root() + QStringLiteral("/a/b")).get()), (QList<QByteArray>{"in", "x"}));
-    EXPECT_EQ(sandbox.read(QStringLiteral("root/a/b/x/ü")), "1");
+    EXPECT_EQ(namesIn(folderAt(root() + u"/a/b"_s).get()), (QList<QByteArray>{"in", "x"}));
+    EXPECT_EQ(sandbox.read(u"root/a/b/x/ü"_s), "1");
 }
 
 } // namespace

@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -11,72 +13,69 @@ class ProtectedPlacementTest : public PlacementScene
 
 TEST_F(ProtectedPlacementTest, WhatIsProtectedStaysAndTheNewcomerGetsANumber)
 {
-    own(QStringLiteral("set.part1.rar"));
-    own(QStringLiteral("sub/film.mkv.download"));
-    unpacked(QStringLiteral("set.part1.rar"));
-    unpacked(QStringLiteral("sub/film.mkv.download"));
-    EXPECT_EQ(place({in(QStringLiteral("set.part1.rar")), in(QStringLiteral("sub/film.mkv.download"))}),
-              (QStringList{QStringLiteral("set.part1 (1).rar"), QStringLiteral("sub")}));
-    EXPECT_EQ(read(QStringLiteral("set.part1.rar")), "old");
-    EXPECT_EQ(read(QStringLiteral("sub/film.mkv.download")), "old");
-    EXPECT_EQ(read(QStringLiteral("sub/film (1).mkv")), "new");
+    own(u"set.part1.rar"_s);
+    own(u"sub/film.mkv.download"_s);
+    unpacked(u"set.part1.rar"_s);
+    unpacked(u"sub/film.mkv.download"_s);
+    EXPECT_EQ(place({in(u"set.part1.rar"_s), in(u"sub/film.mkv.download"_s)}),
+              (QStringList{u"set.part1 (1).rar"_s, u"sub"_s}));
+    EXPECT_EQ(read(u"set.part1.rar"_s), "old");
+    EXPECT_EQ(read(u"sub/film.mkv.download"_s), "old");
+    EXPECT_EQ(read(u"sub/film (1).mkv"_s), "new");
     EXPECT_TRUE(trashed().isEmpty());
 }
 
 TEST_F(ProtectedPlacementTest, AFolderThatHoldsSomethingProtectedStays)
 {
-    own(QStringLiteral("folder/deep/volume.rar"));
-    own(QStringLiteral("other/x"));
-    unpacked(QStringLiteral("folder"));
-    unpacked(QStringLiteral("other"));
-    EXPECT_EQ(place({in(QStringLiteral("folder/deep/volume.rar"))}),
-              (QStringList{QStringLiteral("folder (1)"), QStringLiteral("other")}));
-    EXPECT_EQ(read(QStringLiteral("folder/deep/volume.rar")), "old");
-    EXPECT_EQ(trashed(), QStringList{QStringLiteral("other/x")});
+    own(u"folder/deep/volume.rar"_s);
+    own(u"other/x"_s);
+    unpacked(u"folder"_s);
+    unpacked(u"other"_s);
+    EXPECT_EQ(place({in(u"folder/deep/volume.rar"_s)}), (QStringList{u"folder (1)"_s, u"other"_s}));
+    EXPECT_EQ(read(u"folder/deep/volume.rar"_s), "old");
+    EXPECT_EQ(trashed(), QStringList{u"other/x"_s});
 }
 
 TEST_F(ProtectedPlacementTest, AFolderWithSomethingProtectedIsMergedInto)
 {
-    own(QStringLiteral("folder/volume.rar"));
-    unpacked(QStringLiteral("folder/new"));
-    EXPECT_EQ(place({in(QStringLiteral("folder/volume.rar"))}), QStringList{QStringLiteral("folder")});
-    EXPECT_EQ(files(), (QStringList{QStringLiteral("folder/new"), QStringLiteral("folder/volume.rar")}));
+    own(u"folder/volume.rar"_s);
+    unpacked(u"folder/new"_s);
+    EXPECT_EQ(place({in(u"folder/volume.rar"_s)}), QStringList{u"folder"_s});
+    EXPECT_EQ(files(), (QStringList{u"folder/new"_s, u"folder/volume.rar"_s}));
 }
 
 TEST_F(ProtectedPlacementTest, AProtectedNameIsNotGivenAwayAlsoIfNothingStandsThereYet)
 {
-    own(QStringLiteral("b.bin"));
-    unpacked(QStringLiteral("a.bin.download"));
-    unpacked(QStringLiteral("b.bin"));
+    own(u"b.bin"_s);
+    unpacked(u"a.bin.download"_s);
+    unpacked(u"b.bin"_s);
     ScriptedTrash refusing([](const QString&) { return false; });
-    EXPECT_EQ(placeWith(refusing, {in(QStringLiteral("a.bin.download")), in(QStringLiteral("b (1).bin"))}),
-              (QStringList{QStringLiteral("a (1).bin"), QStringLiteral("b (2).bin")}));
+    EXPECT_EQ(placeWith(refusing, {in(u"a.bin.download"_s), in(u"b (1).bin"_s)}),
+              (QStringList{u"a (1).bin"_s, u"b (2).bin"_s}));
 }
 
 TEST_F(ProtectedPlacementTest, WhatIsProtectedIsKnownByWhateverName)
 {
     // As on a disk that takes no notice of letter case.
-    own(QStringLiteral("Film.mkv"));
-    ASSERT_EQ(::link(in(QStringLiteral("Film.mkv")).toUtf8().constData(),
-                     in(QStringLiteral("film.mkv")).toUtf8().constData()),
-              0);
-    unpacked(QStringLiteral("film.mkv"));
-    EXPECT_EQ(place({in(QStringLiteral("Film.mkv"))}), QStringList{QStringLiteral("film (1).mkv")});
-    EXPECT_EQ(read(QStringLiteral("film.mkv")), "old");
+    own(u"Film.mkv"_s);
+    ASSERT_EQ(::link(in(u"Film.mkv"_s).toUtf8().constData(), in(u"film.mkv"_s).toUtf8().constData()), 0);
+    unpacked(u"film.mkv"_s);
+    EXPECT_EQ(place({in(u"Film.mkv"_s)}), QStringList{u"film (1).mkv"_s});
+    EXPECT_EQ(read(u"film.mkv"_s), "old");
     EXPECT_TRUE(trashed().isEmpty());
 }
 
 TEST_F(ProtectedPlacementTest, WhatIsProtectedIsKnownByWhateverPath)
 {
-    own(QStringLiteral("x.rar"));
-    own(QStringLiteral("folder/inner/y.rar"));
-    ASSERT_EQ(::symlink("dest", QFile::encodeName(sandbox.path(QStringLiteral("alias"))).constData()), 0);
-    ASSERT_EQ(::symlink("dest/folder/inner", QFile::encodeName(sandbox.path(QStringLiteral("short"))).constData()), 0);
-    unpacked(QStringLiteral("x.rar"));
-    unpacked(QStringLiteral("folder"));
-    EXPECT_EQ(place({sandbox.path(QStringLiteral("alias/x.rar")), sandbox.path(QStringLiteral("short/y.rar")),
-                     QStringLiteral("/no/such/folder/z.rar"), QStringLiteral("/top")}),
-              (QStringList{QStringLiteral("folder (1)"), QStringLiteral("x (1).rar")}));
+    own(u"x.rar"_s);
+    own(u"folder/inner/y.rar"_s);
+    ASSERT_EQ(::symlink("dest", QFile::encodeName(sandbox.path(u"alias"_s)).constData()), 0);
+    ASSERT_EQ(::symlink("dest/folder/inner", QFile::encodeName(sandbox.path(u"short"_s)).constData()), 0);
+    unpacked(u"x.rar"_s);
+    unpacked(u"folder"_s);
+    EXPECT_EQ(
+        place({sandbox.path(u"alias/x.rar"_s), sandbox.path(u"short/y.rar"_s), u"/no/such/folder/z.rar"_s, u"/top"_s}),
+        (QStringList{u"folder (1)"_s, u"x (1).rar"_s}));
     EXPECT_TRUE(trashed().isEmpty());
 }
 

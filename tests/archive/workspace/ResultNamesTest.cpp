@@ -14,17 +14,19 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
-const QString film = QStringLiteral("Film.2021.1080p.x264.mkv");
-const QString cleanFilm = QStringLiteral("Film 2021.mkv");
+const QString film = u"Film.2021.1080p.x264.mkv"_s;
+const QString cleanFilm = u"Film 2021.mkv"_s;
 
 class ResultNamesTest : public ::testing::Test
 {
 protected:
     ResultNamesTest()
-        : work(WorkFolder::make(sandbox.path(QStringLiteral("dest"))))
+        : work(WorkFolder::make(sandbox.path(u"dest"_s)))
     {}
 
     void unpacked(const QString& name, const QByteArray& bytes = "new") const
@@ -52,7 +54,7 @@ protected:
 TEST_F(ResultNamesTest, FilesGetCleanNames)
 {
     unpacked(film, "a");
-    unpacked(QStringLiteral("Other_film.avi"), "b");
+    unpacked(u"Other_film.avi"_s, "b");
     clean();
     EXPECT_EQ(names(), (QList<QByteArray>{"Film 2021.mkv", "Other film.avi"}));
     EXPECT_EQ(read(cleanFilm), "a");
@@ -71,12 +73,11 @@ TEST_F(ResultNamesTest, TheSettingsAreHeld)
 
 TEST_F(ResultNamesTest, HiddenFilesAndFoldersKeepTheirNames)
 {
-    unpacked(QStringLiteral(".hid_den.720p.x"));
-    unpacked(QStringLiteral("Folder.720p.x/in_side.mkv"));
+    unpacked(u".hid_den.720p.x"_s);
+    unpacked(u"Folder.720p.x/in_side.mkv"_s);
     clean();
     EXPECT_EQ(names(), (QList<QByteArray>{".hid_den.720p.x", "Folder.720p.x"}));
-    EXPECT_EQ(namesIn(folderAt(work.path() + QStringLiteral("/Folder.720p.x")).get()),
-              QList<QByteArray>{"in_side.mkv"});
+    EXPECT_EQ(namesIn(folderAt(work.path() + u"/Folder.720p.x"_s).get()), QList<QByteArray>{"in_side.mkv"});
 }
 
 TEST_F(ResultNamesTest, MembersOfSetsAndBadVolumesKeepTheirNames)
@@ -99,12 +100,12 @@ TEST_F(ResultNamesTest, ACleanNameThatIsTakenByTheArchiveIsNotGiven)
 
 TEST_F(ResultNamesTest, ACleanNameThatIsTakenInTheDestinationIsNotGiven)
 {
-    sandbox.write(QStringLiteral("dest/Film 2021.mkv"), "old");
+    sandbox.write(u"dest/Film 2021.mkv"_s, "old");
     unpacked(film);
     clean();
     EXPECT_EQ(read(film), "new");
-    QFile::remove(sandbox.path(QStringLiteral("dest/Film 2021.mkv")));
-    ASSERT_EQ(::symlink("nowhere", sandbox.path(QStringLiteral("dest/Film 2021.mkv")).toUtf8().constData()), 0);
+    QFile::remove(sandbox.path(u"dest/Film 2021.mkv"_s));
+    ASSERT_EQ(::symlink("nowhere", sandbox.path(u"dest/Film 2021.mkv"_s).toUtf8().constData()), 0);
     clean();
     EXPECT_EQ(read(film), "new");
 }
@@ -112,10 +113,10 @@ TEST_F(ResultNamesTest, ACleanNameThatIsTakenInTheDestinationIsNotGiven)
 TEST_F(ResultNamesTest, OfTwoFilesWithOneCleanNameTheFirstGetsIt)
 {
     unpacked(film, "a");
-    unpacked(QStringLiteral("Film.2021.720p.mkv"), "b");
+    unpacked(u"Film.2021.720p.mkv"_s, "b");
     clean();
     EXPECT_EQ(read(cleanFilm), "a");
-    EXPECT_EQ(read(QStringLiteral("Film.2021.720p.mkv")), "b");
+    EXPECT_EQ(read(u"Film.2021.720p.mkv"_s), "b");
 }
 
 TEST_F(ResultNamesTest, ALinkThatLeadsNowhereAlsoTakesAName)
@@ -128,83 +129,83 @@ TEST_F(ResultNamesTest, ALinkThatLeadsNowhereAlsoTakesAName)
 
 TEST_F(ResultNamesTest, FilesOfTheUserKeepTheirNames)
 {
-    sandbox.write(QStringLiteral("dest/") + film, "old");
-    sandbox.write(QStringLiteral("dest/My_file.720p.txt"), "old");
-    unpacked(QStringLiteral("Other_film.avi"));
+    sandbox.write(u"dest/"_s + film, "old");
+    sandbox.write(u"dest/My_file.720p.txt"_s, "old");
+    unpacked(u"Other_film.avi"_s);
     clean();
-    giveCustomName(work, QStringLiteral("Mine"));
-    EXPECT_EQ(sandbox.read(QStringLiteral("dest/") + film), "old");
-    EXPECT_EQ(sandbox.read(QStringLiteral("dest/My_file.720p.txt")), "old");
+    giveCustomName(work, u"Mine"_s);
+    EXPECT_EQ(sandbox.read(u"dest/"_s + film), "old");
+    EXPECT_EQ(sandbox.read(u"dest/My_file.720p.txt"_s), "old");
 }
 
 TEST_F(ResultNamesTest, TheOneFileGetsTheCustomNameAndKeepsItsExtension)
 {
-    unpacked(QStringLiteral(".hidden"));
-    unpacked(QStringLiteral("x.mkv"));
-    giveCustomName(work, QStringLiteral("a/b:c"));
+    unpacked(u".hidden"_s);
+    unpacked(u"x.mkv"_s);
+    giveCustomName(work, u"a/b:c"_s);
     EXPECT_EQ(names(), (QList<QByteArray>{".hidden", "a-b-c.mkv"}));
 }
 
 TEST_F(ResultNamesTest, TheOneFolderGetsTheCustomName)
 {
-    unpacked(QStringLiteral("folder/x"));
-    giveCustomName(work, QStringLiteral("Mine"));
+    unpacked(u"folder/x"_s);
+    giveCustomName(work, u"Mine"_s);
     EXPECT_EQ(names(), QList<QByteArray>{"Mine"});
-    EXPECT_EQ(namesIn(folderAt(work.path() + QStringLiteral("/Mine")).get()), QList<QByteArray>{"x"});
+    EXPECT_EQ(namesIn(folderAt(work.path() + u"/Mine"_s).get()), QList<QByteArray>{"x"});
 }
 
 TEST_F(ResultNamesTest, WithSeveralEntriesOrNoneNothingIsRenamed)
 {
-    giveCustomName(work, QStringLiteral("Mine"));
+    giveCustomName(work, u"Mine"_s);
     EXPECT_TRUE(names().isEmpty());
-    unpacked(QStringLiteral("a.mkv"));
-    unpacked(QStringLiteral("b.mkv"));
-    giveCustomName(work, QStringLiteral("Mine"));
+    unpacked(u"a.mkv"_s);
+    unpacked(u"b.mkv"_s);
+    giveCustomName(work, u"Mine"_s);
     EXPECT_EQ(names(), (QList<QByteArray>{"a.mkv", "b.mkv"}));
 }
 
 TEST_F(ResultNamesTest, ACustomNameNeverReplacesAnotherEntry)
 {
-    unpacked(QStringLiteral(".hidden.mkv"), "hidden");
-    unpacked(QStringLiteral("x.mkv"));
-    giveCustomName(work, QStringLiteral(".hidden"));
+    unpacked(u".hidden.mkv"_s, "hidden");
+    unpacked(u"x.mkv"_s);
+    giveCustomName(work, u".hidden"_s);
     EXPECT_EQ(names(), (QList<QByteArray>{".hidden.mkv", "x.mkv"}));
-    EXPECT_EQ(read(QStringLiteral(".hidden.mkv")), "hidden");
+    EXPECT_EQ(read(u".hidden.mkv"_s), "hidden");
 }
 
 TEST_F(ResultNamesTest, NoCustomNameLeadsElsewhere)
 {
-    unpacked(QStringLiteral("x"));
-    for (const QString& name : {QStringLiteral(".."), QStringLiteral("../up"), QStringLiteral("/etc/x"), QString()}) {
+    unpacked(u"x"_s);
+    for (const QString& name : {u".."_s, u"../up"_s, u"/etc/x"_s, QString()}) {
         giveCustomName(work, name);
         EXPECT_EQ(names().size(), 1) << name.toStdString();
     }
-    EXPECT_TRUE(sandbox.files(QStringLiteral("dest")).front().startsWith(QStringLiteral(".vormel-unpack-")));
+    EXPECT_TRUE(sandbox.files(u"dest"_s).front().startsWith(u".vormel-unpack-"_s));
 }
 
 TEST_F(ResultNamesTest, WhatHasTheCustomNameInTheDestinationGoesToTheTrash)
 {
-    fixtures::FakeTrash trash(sandbox.path(QStringLiteral("trash")));
-    sandbox.write(QStringLiteral("dest/Mine.mkv"), "old");
-    unpacked(QStringLiteral("x.mkv"));
-    giveCustomName(work, QStringLiteral("Mine"));
+    fixtures::FakeTrash trash(sandbox.path(u"trash"_s));
+    sandbox.write(u"dest/Mine.mkv"_s, "old");
+    unpacked(u"x.mkv"_s);
+    giveCustomName(work, u"Mine"_s);
     EXPECT_EQ(placeInto(work, {{}, &trash}).systemError, 0);
-    EXPECT_EQ(sandbox.read(QStringLiteral("dest/Mine.mkv")), "new");
-    EXPECT_EQ(sandbox.read(QStringLiteral("trash/Mine.mkv")), "old");
+    EXPECT_EQ(sandbox.read(u"dest/Mine.mkv"_s), "new");
+    EXPECT_EQ(sandbox.read(u"trash/Mine.mkv"_s), "old");
 }
 
 TEST_F(ResultNamesTest, TwoSetsWithOneCustomNameKeepBothTheirFilms)
 {
-    fixtures::FakeTrash trash(sandbox.path(QStringLiteral("trash")));
-    const WorkFolder second = WorkFolder::make(sandbox.path(QStringLiteral("dest")));
-    unpacked(QStringLiteral("x.mkv"), "first");
+    fixtures::FakeTrash trash(sandbox.path(u"trash"_s));
+    const WorkFolder second = WorkFolder::make(sandbox.path(u"dest"_s));
+    unpacked(u"x.mkv"_s, "first");
     writeIn(second.filesHandle(), "y.mkv", "second");
-    giveCustomName(work, QStringLiteral("Mine"));
-    giveCustomName(second, QStringLiteral("Mine"));
+    giveCustomName(work, u"Mine"_s);
+    giveCustomName(second, u"Mine"_s);
     EXPECT_EQ(placeInto(work, {{}, &trash}).systemError, 0);
     EXPECT_EQ(placeInto(second, {{}, &trash}).systemError, 0);
-    EXPECT_EQ(sandbox.read(QStringLiteral("dest/Mine.mkv")), "second");
-    EXPECT_EQ(sandbox.read(QStringLiteral("trash/Mine.mkv")), "first");
+    EXPECT_EQ(sandbox.read(u"dest/Mine.mkv"_s), "second");
+    EXPECT_EQ(sandbox.read(u"trash/Mine.mkv"_s), "first");
 }
 
 } // namespace

@@ -13,13 +13,15 @@
 
 #include <cerrno>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
 class TreeWalkTest : public ::testing::Test
 {
 protected:
-    TreeWalkTest() { QDir().mkpath(sandbox.path(QStringLiteral("a/b/c"))); }
+    TreeWalkTest() { QDir().mkpath(sandbox.path(u"a/b/c"_s)); }
 
     [[nodiscard]] TreeCursor cursor() const { return TreeCursor(folderAt(sandbox.root())); }
 
@@ -37,8 +39,8 @@ TEST_F(TreeWalkTest, ACursorGoesDownAndBack)
 
 TEST_F(TreeWalkTest, ACursorStaysWhereThereIsNoFolderToEnter)
 {
-    sandbox.write(QStringLiteral("a/file"), "x");
-    ASSERT_EQ(::symlink("b", QFile::encodeName(sandbox.path(QStringLiteral("a/link"))).constData()), 0);
+    sandbox.write(u"a/file"_s, "x");
+    ASSERT_EQ(::symlink("b", QFile::encodeName(sandbox.path(u"a/link"_s)).constData()), 0);
     TreeCursor at = cursor();
     ASSERT_TRUE(at.enter("a"));
     for (const char* name : {"missing", "file", "link"})
@@ -49,21 +51,21 @@ TEST_F(TreeWalkTest, ACursorStaysWhereThereIsNoFolderToEnter)
 TEST_F(TreeWalkTest, ACursorDoesNotEnterAFolderThatItCouldNotLeave)
 {
     const OrdinaryUser user;
-    ASSERT_EQ(::chmod(QFile::encodeName(sandbox.path(QStringLiteral("a/b"))).constData(), 0600), 0);
+    ASSERT_EQ(::chmod(QFile::encodeName(sandbox.path(u"a/b"_s)).constData(), 0600), 0);
     TreeCursor at = cursor();
     ASSERT_TRUE(at.enter("a"));
     EXPECT_FALSE(at.enter("b"));
     EXPECT_EQ(errno, EACCES);
     EXPECT_EQ(namesIn(at.folder()), QList<QByteArray>{"b"});
-    ASSERT_EQ(::chmod(QFile::encodeName(sandbox.path(QStringLiteral("a/b"))).constData(), 0700), 0);
+    ASSERT_EQ(::chmod(QFile::encodeName(sandbox.path(u"a/b"_s)).constData(), 0700), 0);
 }
 
 TEST_F(TreeWalkTest, ACursorDoesNotGoBackToAnotherPlaceThanItCameFrom)
 {
     TreeCursor at = cursor();
     ASSERT_TRUE(at.enter("a") && at.enter("b"));
-    QDir().mkpath(sandbox.path(QStringLiteral("elsewhere")));
-    ASSERT_TRUE(QDir().rename(sandbox.path(QStringLiteral("a/b")), sandbox.path(QStringLiteral("elsewhere/b"))));
+    QDir().mkpath(sandbox.path(u"elsewhere"_s));
+    ASSERT_TRUE(QDir().rename(sandbox.path(u"a/b"_s), sandbox.path(u"elsewhere/b"_s)));
     EXPECT_FALSE(at.leave());
     EXPECT_EQ(errno, ESTALE);
 }

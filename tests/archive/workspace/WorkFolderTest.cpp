@@ -19,6 +19,8 @@
 #include <optional>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -29,7 +31,7 @@ class WorkFolderTest : public ::testing::Test
 protected:
     WorkFolderTest() { QDir().mkpath(destination()); }
 
-    [[nodiscard]] QString destination() const { return sandbox.path(QStringLiteral("dest")); }
+    [[nodiscard]] QString destination() const { return sandbox.path(u"dest"_s); }
     [[nodiscard]] static QStringList namesOf(const QString& folder) { return QDir(folder).entryList(everything); }
     [[nodiscard]] static QString marked(const WorkFolder& work) { return QFileInfo(work.path()).path(); }
 
@@ -41,7 +43,7 @@ protected:
             writeIn(work.filesHandle(), "half", "half");
             ::raise(SIGKILL);
         });
-        return destination() + u'/' + namesOf(destination()).filter(QStringLiteral(".vormel-unpack-")).value(0);
+        return destination() + u'/' + namesOf(destination()).filter(u".vormel-unpack-"_s).value(0);
     }
     void sweep() const { removeAbandonedWorkFolders({destination()}); }
 
@@ -64,7 +66,7 @@ TEST_F(WorkFolderTest, LiesHiddenInTheDestinationForItsOwnerOnly)
     EXPECT_EQ(work.destination(), destination());
     ASSERT_EQ(namesOf(destination()).size(), 1);
     const QString name = namesOf(destination()).front();
-    EXPECT_TRUE(name.startsWith(QStringLiteral(".vormel-unpack-")) && name.size() == 21) << name.toStdString();
+    EXPECT_TRUE(name.startsWith(u".vormel-unpack-"_s) && name.size() == 21) << name.toStdString();
     struct stat facts = {};
     ASSERT_EQ(::lstat(QFile::encodeName(destination() + u'/' + name).constData(), &facts), 0);
     EXPECT_EQ(facts.st_mode & ALLPERMS, 0700U);
@@ -90,7 +92,7 @@ TEST_F(WorkFolderTest, GoesWithAllThatIsInIt)
     {
         const WorkFolder work = WorkFolder::make(destination());
         writeIn(work.filesHandle(), "file", "x");
-        QDir(work.path()).mkpath(QStringLiteral("a/b/c"));
+        QDir(work.path()).mkpath(u"a/b/c"_s);
         ASSERT_EQ(::mkfifoat(work.filesHandle(), "pipe", 0600), 0);
         ASSERT_EQ(::symlinkat("/etc", work.filesHandle(), "link"), 0);
     }
@@ -103,7 +105,7 @@ TEST_F(WorkFolderTest, GoesWithFoldersThatCanNeitherBeListedNorEnteredNorChanged
     for (const mode_t mode : {0555U, 0311U, 0111U, 0000U}) {
         {
             const WorkFolder work = WorkFolder::make(destination());
-            QDir(work.path()).mkpath(QStringLiteral("closed/inner"));
+            QDir(work.path()).mkpath(u"closed/inner"_s);
             ASSERT_EQ(::fchmodat(work.filesHandle(), "closed", mode, 0), 0);
             ASSERT_EQ(::chmod(QFile::encodeName(work.path()).constData(), mode), 0);
         }
@@ -125,12 +127,12 @@ TEST_F(WorkFolderTest, MovingItMovesTheDutyToRemoveIt)
 {
     std::optional<WorkFolder> kept;
     {
-        WorkFolder work = WorkFolder::make(sandbox.path(QStringLiteral("new/dest")));
+        WorkFolder work = WorkFolder::make(sandbox.path(u"new/dest"_s));
         kept.emplace(std::move(work));
     }
     EXPECT_TRUE(QFileInfo(kept->path()).isDir());
     kept.reset();
-    EXPECT_FALSE(sandbox.exists(QStringLiteral("new")));
+    EXPECT_FALSE(sandbox.exists(u"new"_s));
 }
 
 TEST_F(WorkFolderTest, ADestinationThatIsMovedAwayIsLeftCleanToo)
@@ -138,16 +140,16 @@ TEST_F(WorkFolderTest, ADestinationThatIsMovedAwayIsLeftCleanToo)
     {
         const WorkFolder work = WorkFolder::make(destination());
         writeIn(work.filesHandle(), "file", "x");
-        ASSERT_TRUE(QDir().rename(destination(), sandbox.path(QStringLiteral("moved"))));
-        sandbox.write(QStringLiteral("dest/own"), "mine");
+        ASSERT_TRUE(QDir().rename(destination(), sandbox.path(u"moved"_s)));
+        sandbox.write(u"dest/own"_s, "mine");
     }
-    EXPECT_TRUE(namesOf(sandbox.path(QStringLiteral("moved"))).isEmpty());
-    EXPECT_EQ(sandbox.read(QStringLiteral("dest/own")), "mine");
+    EXPECT_TRUE(namesOf(sandbox.path(u"moved"_s)).isEmpty());
+    EXPECT_EQ(sandbox.read(u"dest/own"_s), "mine");
 }
 
 TEST_F(WorkFolderTest, FoldersMadeForTheDestinationGoAgainWhenNothingIsInThem)
 {
-    const QString deep = sandbox.path(QStringLiteral("dest/a/b/c"));
+    const QString deep = sandbox.path(u"dest/a/b/c"_s);
     {
         const WorkFolder work = WorkFolder::make(deep);
         EXPECT_TRUE(QFileInfo(deep).isDir());
@@ -160,15 +162,15 @@ TEST_F(WorkFolderTest, FoldersMadeForTheDestinationGoAgainWhenNothingIsInThem)
 TEST_F(WorkFolderTest, FoldersMadeForTheDestinationStayWhenSomethingIsInThem)
 {
     {
-        const WorkFolder work = WorkFolder::make(sandbox.path(QStringLiteral("dest/a/b/c")));
-        sandbox.write(QStringLiteral("dest/a/note"), "mine");
+        const WorkFolder work = WorkFolder::make(sandbox.path(u"dest/a/b/c"_s));
+        sandbox.write(u"dest/a/note"_s, "mine");
     }
-    EXPECT_EQ(namesOf(sandbox.path(QStringLiteral("dest/a"))), QStringList{QStringLiteral("note")});
+    EXPECT_EQ(namesOf(sandbox.path(u"dest/a"_s)), QStringList{u"note"_s});
 }
 
 TEST_F(WorkFolderTest, ADestinationMadeForOneRunStaysWhileAnotherWorksInIt)
 {
-    const QString made = sandbox.path(QStringLiteral("dest/made"));
+    const QString made = sandbox.path(u"dest/made"_s);
     std::optional<WorkFolder> first = WorkFolder::make(made);
     const WorkFolder second = WorkFolder::make(made);
     first.reset();
@@ -177,11 +179,11 @@ TEST_F(WorkFolderTest, ADestinationMadeForOneRunStaysWhileAnotherWorksInIt)
 
 TEST_F(WorkFolderTest, WhatCannotBeMadeIsToldInTheSystemsWords)
 {
-    sandbox.write(QStringLiteral("dest/file"), "x");
-    EXPECT_EQ(failureAt(sandbox.path(QStringLiteral("dest/file"))), u"Not a directory");
-    EXPECT_EQ(failureAt(sandbox.path(QStringLiteral("dest/file/below"))), u"Not a directory");
-    ASSERT_EQ(::symlink("nowhere", sandbox.path(QStringLiteral("dest/link")).toUtf8().constData()), 0);
-    EXPECT_EQ(failureAt(sandbox.path(QStringLiteral("dest/link"))), u"No such file or directory");
+    sandbox.write(u"dest/file"_s, "x");
+    EXPECT_EQ(failureAt(sandbox.path(u"dest/file"_s)), u"Not a directory");
+    EXPECT_EQ(failureAt(sandbox.path(u"dest/file/below"_s)), u"Not a directory");
+    ASSERT_EQ(::symlink("nowhere", sandbox.path(u"dest/link"_s).toUtf8().constData()), 0);
+    EXPECT_EQ(failureAt(sandbox.path(u"dest/link"_s)), u"No such file or directory");
 }
 
 TEST_F(WorkFolderTest, ADestinationThatCannotBeWrittenToIsToldAndNothingIsLeftInIt)
@@ -189,25 +191,25 @@ TEST_F(WorkFolderTest, ADestinationThatCannotBeWrittenToIsToldAndNothingIsLeftIn
     const OrdinaryUser user;
     ASSERT_TRUE(QFile::setPermissions(destination(), QFile::ReadOwner | QFile::ExeOwner));
     EXPECT_EQ(failureAt(destination()), u"Permission denied");
-    EXPECT_EQ(failureAt(destination() + QStringLiteral("/a/b")), u"Permission denied");
+    EXPECT_EQ(failureAt(destination() + u"/a/b"_s), u"Permission denied");
     ASSERT_TRUE(QFile::setPermissions(destination(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
     EXPECT_TRUE(namesOf(destination()).isEmpty());
 }
 
 TEST_F(WorkFolderTest, ADestinationThatIsReachedByALinkIsUsed)
 {
-    ASSERT_EQ(::symlink("dest", sandbox.path(QStringLiteral("alias")).toUtf8().constData()), 0);
-    const WorkFolder work = WorkFolder::make(sandbox.path(QStringLiteral("alias")));
+    ASSERT_EQ(::symlink("dest", sandbox.path(u"alias"_s).toUtf8().constData()), 0);
+    const WorkFolder work = WorkFolder::make(sandbox.path(u"alias"_s));
     EXPECT_EQ(namesOf(destination()).size(), 1);
 }
 
 TEST_F(WorkFolderTest, WhatAKilledProgramLeftIsFoundAndRemoved)
 {
-    sandbox.write(QStringLiteral("dest/own"), "mine");
+    sandbox.write(u"dest/own"_s, "mine");
     const QString left = leaveBehind();
-    ASSERT_TRUE(QFileInfo(left + QStringLiteral("/files/half")).exists());
+    ASSERT_TRUE(QFileInfo(left + u"/files/half"_s).exists());
     sweep();
-    EXPECT_EQ(namesOf(destination()), QStringList{QStringLiteral("own")});
+    EXPECT_EQ(namesOf(destination()), QStringList{u"own"_s});
 }
 
 TEST_F(WorkFolderTest, WhatAKillLeftBeforeOrAfterTheMarkSaidSoIsRemoved)
@@ -215,10 +217,10 @@ TEST_F(WorkFolderTest, WhatAKillLeftBeforeOrAfterTheMarkSaidSoIsRemoved)
     constexpr auto ownersOnly = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
     const QDir dest(destination());
     for (const char* const name : {"abcdef", "012345"}) {
-        const QString left = dest.filePath(QStringLiteral(".vormel-unpack-") + QLatin1StringView(name));
+        const QString left = dest.filePath(u".vormel-unpack-"_s + QLatin1StringView(name));
         ASSERT_TRUE(dest.mkpath(left) && QFile::setPermissions(left, ownersOnly));
     }
-    sandbox.write(QStringLiteral("dest/.vormel-unpack-012345/%1").arg(QLatin1StringView(workMarkName)), "");
+    sandbox.write(u"dest/.vormel-unpack-012345/%1"_s.arg(QLatin1StringView(workMarkName)), "");
     sweep();
     EXPECT_EQ(namesOf(destination()), QStringList());
 }
@@ -226,8 +228,8 @@ TEST_F(WorkFolderTest, WhatAKillLeftBeforeOrAfterTheMarkSaidSoIsRemoved)
 TEST_F(WorkFolderTest, AnEmptyFolderThatNoRunWouldMakeIsTheUsersOwn)
 {
     const QDir dest(destination());
-    const QString longer = dest.filePath(QStringLiteral(".vormel-unpack-mine123"));
-    ASSERT_TRUE(dest.mkpath(longer) && dest.mkpath(QStringLiteral(".vormel-unpack-abcdef")));
+    const QString longer = dest.filePath(u".vormel-unpack-mine123"_s);
+    ASSERT_TRUE(dest.mkpath(longer) && dest.mkpath(u".vormel-unpack-abcdef"_s));
     ASSERT_TRUE(QFile::setPermissions(longer, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
     const QStringList before = namesOf(destination());
     sweep();
@@ -240,17 +242,16 @@ TEST_F(WorkFolderTest, OneThatIsInUseIsNotAbandoned)
     writeIn(work.filesHandle(), "file", "x");
     sweep();
     EXPECT_EQ(readIn(work.filesHandle(), "file"), "x");
-    EXPECT_TRUE(QFileInfo(work.path() + QStringLiteral("/file")).exists());
+    EXPECT_TRUE(QFileInfo(work.path() + u"/file"_s).exists());
 }
 
 TEST_F(WorkFolderTest, AFolderOfSuchANameWithoutTheMarkIsTheUsersOwn)
 {
-    sandbox.write(QStringLiteral("dest/.vormel-unpack-abcdef/files/own"), "mine");
-    sandbox.write(QStringLiteral("dest/.vormel-unpack-empty1/files/own"), "mine");
-    sandbox.write(QStringLiteral("dest/.vormel-unpack-empty1/%1").arg(QLatin1StringView(workMarkName)), "");
-    sandbox.write(QStringLiteral("dest/.vormel-unpack-other1/files/own"), "mine");
-    sandbox.write(QStringLiteral("dest/.vormel-unpack-other1/%1").arg(QLatin1StringView(workMarkName)),
-                  "Vormel unpacks");
+    sandbox.write(u"dest/.vormel-unpack-abcdef/files/own"_s, "mine");
+    sandbox.write(u"dest/.vormel-unpack-empty1/files/own"_s, "mine");
+    sandbox.write(u"dest/.vormel-unpack-empty1/%1"_s.arg(QLatin1StringView(workMarkName)), "");
+    sandbox.write(u"dest/.vormel-unpack-other1/files/own"_s, "mine");
+    sandbox.write(u"dest/.vormel-unpack-other1/%1"_s.arg(QLatin1StringView(workMarkName)), "Vormel unpacks");
     const QStringList before = sandbox.files();
     sweep();
     EXPECT_EQ(sandbox.files(), before);
@@ -259,19 +260,19 @@ TEST_F(WorkFolderTest, AFolderOfSuchANameWithoutTheMarkIsTheUsersOwn)
 TEST_F(WorkFolderTest, AMarkedFolderOfAnotherNameIsTheUsersOwn)
 {
     const QString left = leaveBehind();
-    ASSERT_TRUE(QDir().rename(left, destination() + QStringLiteral("/mine")));
+    ASSERT_TRUE(QDir().rename(left, destination() + u"/mine"_s));
     sweep();
-    EXPECT_EQ(namesOf(destination()), QStringList{QStringLiteral("mine")});
+    EXPECT_EQ(namesOf(destination()), QStringList{u"mine"_s});
 }
 
 TEST_F(WorkFolderTest, ALinkToALeftFolderIsNotFollowed)
 {
     const QString left = leaveBehind();
-    QDir().mkpath(sandbox.path(QStringLiteral("other")));
-    const QString link = sandbox.path(QStringLiteral("other/.vormel-unpack-abcdef"));
+    QDir().mkpath(sandbox.path(u"other"_s));
+    const QString link = sandbox.path(u"other/.vormel-unpack-abcdef"_s);
     ASSERT_EQ(::symlink(QFile::encodeName(left).constData(), QFile::encodeName(link).constData()), 0);
-    removeAbandonedWorkFolders({sandbox.path(QStringLiteral("other"))});
-    EXPECT_TRUE(QFileInfo(left + QStringLiteral("/files/half")).exists());
+    removeAbandonedWorkFolders({sandbox.path(u"other"_s)});
+    EXPECT_TRUE(QFileInfo(left + u"/files/half"_s).exists());
     EXPECT_TRUE(QFileInfo(link).isSymLink());
 }
 
@@ -284,8 +285,8 @@ TEST_F(WorkFolderTest, OnlyTheFoldersThemselvesAreLookedAt)
 
 TEST_F(WorkFolderTest, APipeInPlaceOfTheMarkHoldsNothingUp)
 {
-    QDir().mkpath(destination() + QStringLiteral("/.vormel-unpack-abcdef"));
-    const QString mark = destination() + QStringLiteral("/.vormel-unpack-abcdef/") + QLatin1StringView(workMarkName);
+    QDir().mkpath(destination() + u"/.vormel-unpack-abcdef"_s);
+    const QString mark = destination() + u"/.vormel-unpack-abcdef/"_s + QLatin1StringView(workMarkName);
     ASSERT_EQ(::mkfifo(QFile::encodeName(mark).constData(), 0600), 0);
     sweep();
     EXPECT_TRUE(QFileInfo(mark).exists());
@@ -295,10 +296,10 @@ TEST_F(WorkFolderTest, FoldersThatAreGoneOrCannotBeListedArePassedOver)
 {
     const QString left = leaveBehind();
     const OrdinaryUser user;
-    const QString closed = sandbox.path(QStringLiteral("closed"));
+    const QString closed = sandbox.path(u"closed"_s);
     QDir().mkpath(closed);
     ASSERT_TRUE(QFile::setPermissions(closed, QFile::ExeOwner));
-    removeAbandonedWorkFolders({QStringLiteral("/no/such/folder"), closed, destination()});
+    removeAbandonedWorkFolders({u"/no/such/folder"_s, closed, destination()});
     EXPECT_FALSE(QFileInfo::exists(left));
     ASSERT_TRUE(QFile::setPermissions(closed, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
 }
@@ -312,7 +313,7 @@ TEST_F(WorkFolderTest, WhatAnotherUserLeftIsNotOurs)
     const QString mark = left + u'/' + QLatin1StringView(workMarkName);
     ASSERT_EQ(::chown(QFile::encodeName(mark).constData(), somebody, somebody), 0);
     sweep();
-    EXPECT_TRUE(QFileInfo(left + QStringLiteral("/files/half")).exists());
+    EXPECT_TRUE(QFileInfo(left + u"/files/half"_s).exists());
 }
 
 TEST_F(WorkFolderTest, WhatCouldNotBeRemovedKeepsTheMarkAndIsFoundNextTime)
@@ -320,7 +321,7 @@ TEST_F(WorkFolderTest, WhatCouldNotBeRemovedKeepsTheMarkAndIsFoundNextTime)
     if (::geteuid() != 0)
         GTEST_SKIP() << "only root can give a folder away";
     std::optional<WorkFolder> work = WorkFolder::make(destination());
-    QDir(work->path()).mkpath(QStringLiteral("theirs/inner"));
+    QDir(work->path()).mkpath(u"theirs/inner"_s);
     constexpr uid_t somebody = 12345;
     ASSERT_EQ(::fchownat(work->filesHandle(), "theirs", somebody, somebody, 0), 0);
     {

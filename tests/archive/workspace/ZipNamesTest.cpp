@@ -11,6 +11,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -20,7 +22,7 @@ protected:
     /// No path leads to what unzip makes of them.
     ~ZipNamesTest() override { static_cast<void>(removeTree(folderAt(sandbox.root()).get(), "out")); }
 
-    [[nodiscard]] QString zip() const { return sandbox.path(QStringLiteral("a.zip")); }
+    [[nodiscard]] QString zip() const { return sandbox.path(u"a.zip"_s); }
     [[nodiscard]] bool areSpoiled(ZipHost host, const QList<RawMember>& members, const QByteArray& prefix = {}) const
     {
         writeRawZip(zip(), host, members, prefix);
@@ -60,13 +62,13 @@ TEST_F(ZipNamesTest, WhatStandsBeforeOrBehindTheArchiveDoesNotMatter)
 
 TEST_F(ZipNamesTest, WhatIsNoZipHasNone)
 {
-    EXPECT_FALSE(hasNamesThatUnzipSpoils(sandbox.path(QStringLiteral("missing.zip"))));
+    EXPECT_FALSE(hasNamesThatUnzipSpoils(sandbox.path(u"missing.zip"_s)));
     for (const QByteArray& bytes :
          {QByteArray(), QByteArray("short"), QByteArray(100'000, '\0'), QByteArray("PK\5\6") + QByteArray(18, '\xff'),
           QByteArray("PK\5\6") + QByteArray(18, '\x7f'),
           QByteArray(46, '\x80') + "PK\5\6" + QByteArray(8, '\0') + QByteArray("\x2e\0\0\0", 4) +
               QByteArray(6, '\0')}) {
-        sandbox.write(QStringLiteral("a.zip"), bytes);
+        sandbox.write(u"a.zip"_s, bytes);
         EXPECT_FALSE(hasNamesThatUnzipSpoils(zip()));
     }
 }
@@ -74,29 +76,28 @@ TEST_F(ZipNamesTest, WhatIsNoZipHasNone)
 TEST_F(ZipNamesTest, EveryPieceOfAZipIsReadWithoutHarm)
 {
     writeRawZip(zip(), ZipHost::dos, foreign);
-    const QByteArray whole = sandbox.read(QStringLiteral("a.zip"));
+    const QByteArray whole = sandbox.read(u"a.zip"_s);
     for (qsizetype size = 0; size < whole.size(); ++size) {
-        sandbox.write(QStringLiteral("a.zip"), whole.left(size));
+        sandbox.write(u"a.zip"_s, whole.left(size));
         EXPECT_FALSE(hasNamesThatUnzipSpoils(zip())) << size;
     }
     // A directory that is cut, with an end that does not know.
-    sandbox.write(QStringLiteral("a.zip"), whole.left(whole.size() - 40) + whole.right(22));
+    sandbox.write(u"a.zip"_s, whole.left(whole.size() - 40) + whole.right(22));
     static_cast<void>(hasNamesThatUnzipSpoils(zip()));
 }
 
 TEST_F(ZipNamesTest, ArchivesOfMoreThanSixtyFiveThousandFilesAreRead)
 {
     VORMEL_NEEDS_TOOL("python3");
-    const QString script = QStringLiteral("import sys, zipfile\n"
-                                          "with zipfile.ZipFile(sys.argv[1], 'w') as archive:\n"
-                                          "    for i in range(70000):\n"
-                                          "        info = zipfile.ZipInfo(f'{i}' if i < 69999 else 'é')\n"
-                                          "        info.create_system = int(sys.argv[2])\n"
-                                          "        archive.writestr(info, b'')\n");
+    const QString script = u"import sys, zipfile\n"
+                           u"with zipfile.ZipFile(sys.argv[1], 'w') as archive:\n"
+                           u"    for i in range(70000):\n"
+                           u"        info = zipfile.ZipInfo(f'{i}' if i < 69999 else 'é')\n"
+                           u"        info.create_system = int(sys.argv[2])\n"
+                           u"        archive.writestr(info, b'')\n"_s;
     for (const int host : {0, 3}) {
-        const fixtures::ToolResult made =
-            fixtures::runRealTool(QStringLiteral("/usr/bin/python3"),
-                                  {QStringLiteral("-c"), script, zip(), QString::number(host)}, sandbox.root());
+        const fixtures::ToolResult made = fixtures::runRealTool(
+            u"/usr/bin/python3"_s, {u"-c"_s, script, zip(), QString::number(host)}, sandbox.root());
         ASSERT_EQ(made.status, 0) << made.output.constData();
         EXPECT_EQ(hasNamesThatUnzipSpoils(zip()), host == 0);
     }
@@ -111,12 +112,12 @@ TEST_F(ZipNamesTest, UnzipSpoilsThemAndSevenZipDoesNot)
     writeRawZip(zip(), ZipHost::dos, foreign);
     const auto filesAfter = [this](const QString& tool, const QStringList& args) {
         static_cast<void>(removeTree(folderAt(sandbox.root()).get(), "out"));
-        EXPECT_EQ(fixtures::runRealTool(QStringLiteral("/usr/bin/") + tool, args, sandbox.root()).status, 0);
-        return sandbox.files(QStringLiteral("out")).contains(QStringLiteral("folder/é中.txt"));
+        EXPECT_EQ(fixtures::runRealTool(u"/usr/bin/"_s + tool, args, sandbox.root()).status, 0);
+        return sandbox.files(u"out"_s).contains(u"folder/é中.txt"_s);
     };
-    const QString out = sandbox.path(QStringLiteral("out"));
-    EXPECT_TRUE(filesAfter(QStringLiteral("7zz"), sevenZipArguments(zip(), out, {})));
-    EXPECT_FALSE(filesAfter(QStringLiteral("unzip"), unzipArguments(zip(), out, {})));
+    const QString out = sandbox.path(u"out"_s);
+    EXPECT_TRUE(filesAfter(u"7zz"_s, sevenZipArguments(zip(), out, {})));
+    EXPECT_FALSE(filesAfter(u"unzip"_s, unzipArguments(zip(), out, {})));
 }
 
 } // namespace

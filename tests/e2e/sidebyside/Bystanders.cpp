@@ -11,6 +11,8 @@
 #include <cstring>
 #include <filesystem>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::e2e {
 
 namespace {
@@ -154,12 +156,12 @@ QString Bystanders::save(std::mt19937& random)
     if (random() % 4 == 0) {
         const QByteArray name = oneOf(names);
         putLink(name, m_beside.toUtf8(), false);
-        return QStringLiteral("the link ") + QString::fromUtf8(name);
+        return u"the link "_s + QString::fromUtf8(name);
     }
     const QByteArray name = oneOf(places) + oneOf(names);
     const mode_t mode = random() % 4 == 0 ? readOnly : usual;
     const bool isSaved = putFile(name, "saved meanwhile, " + number, mode, false);
-    return isSaved ? QString::fromUtf8(name) : QStringLiteral("nothing, as the folder is gone");
+    return isSaved ? QString::fromUtf8(name) : u"nothing, as the folder is gone"_s;
 }
 
 bool Bystanders::putFile(const QByteArray& relative, const QByteArray& contents, mode_t mode, bool isInTheWay)
@@ -204,9 +206,7 @@ QStringList Bystanders::changed(const QString& trash) const
         const bool isAsItWas =
             now == each->entry || (mayBeInTrash(each.key(), *each) && pictureOf(trash).values().contains(each->entry));
         if (!isAsItWas)
-            lines << QStringLiteral("%1/%2 %3")
-                         .arg(m_folder, QString::fromUtf8(each.key()),
-                              now ? QStringLiteral("is another") : QStringLiteral("is gone"));
+            lines << u"%1/%2 %3"_s.arg(m_folder, QString::fromUtf8(each.key()), now ? u"is another"_s : u"is gone"_s);
     }
     return lines;
 }

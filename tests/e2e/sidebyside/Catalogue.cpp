@@ -9,6 +9,8 @@
 #include <QTemporaryDir>
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::e2e {
 
 namespace {
@@ -69,34 +71,34 @@ Offer& Catalogue::addFile(const QString& name, qsizetype size, Habit habit)
 
 void Catalogue::addPlainFiles()
 {
-    addFile(QStringLiteral("Film.2021.1080p.mkv"), 500 * kilobyte);
-    addFile(QStringLiteral("plain.bin"), 300 * kilobyte);
-    addFile(QStringLiteral("plain.bin.sha"), 1);
-    addFile(QStringLiteral("big.iso"), 3000 * kilobyte);
-    addFile(QStringLiteral("Stuff"), 40 * kilobyte);
-    addFile(QStringLiteral("fine.srt"), 60 * kilobyte);
-    addFile(QStringLiteral("hurt.2020.720p.mkv"), 100 * kilobyte);
-    addFile(QStringLiteral("a b (c) {d}.bin"), 90 * kilobyte);
-    addFile(QStringLiteral("Übung Ωmega.1080p.bin"), 90 * kilobyte);
-    addFile(QStringLiteral("-dash.1080p.bin"), 50 * kilobyte);
-    addFile(QStringLiteral("empty.bin"), 0);
-    addFile(QStringLiteral("chunked.bin"), 200 * kilobyte, Habit::withoutLength);
-    addFile(QStringLiteral("whole.bin"), 200 * kilobyte, Habit::withoutRanges);
-    addFile(QStringLiteral("page.bin"), 120 * kilobyte, Habit::pageFirst);
-    addFile(QStringLiteral("dead.bin"), 0, Habit::dead);
-    Offer& one = addFile(QStringLiteral("one"), 150 * kilobyte);
-    one.address = QStringLiteral("/get.php?id=1");
-    one.toldName = QStringLiteral("told one [v2].bin");
-    Offer& two = addFile(QStringLiteral("two"), 150 * kilobyte);
-    two.address = QStringLiteral("/get.php?id=2");
-    two.toldName = QStringLiteral("Told.Two.2021.1080p.mkv");
+    addFile(u"Film.2021.1080p.mkv"_s, 500 * kilobyte);
+    addFile(u"plain.bin"_s, 300 * kilobyte);
+    addFile(u"plain.bin.sha"_s, 1);
+    addFile(u"big.iso"_s, 3000 * kilobyte);
+    addFile(u"Stuff"_s, 40 * kilobyte);
+    addFile(u"fine.srt"_s, 60 * kilobyte);
+    addFile(u"hurt.2020.720p.mkv"_s, 100 * kilobyte);
+    addFile(u"a b (c) {d}.bin"_s, 90 * kilobyte);
+    addFile(u"Übung Ωmega.1080p.bin"_s, 90 * kilobyte);
+    addFile(u"-dash.1080p.bin"_s, 50 * kilobyte);
+    addFile(u"empty.bin"_s, 0);
+    addFile(u"chunked.bin"_s, 200 * kilobyte, Habit::withoutLength);
+    addFile(u"whole.bin"_s, 200 * kilobyte, Habit::withoutRanges);
+    addFile(u"page.bin"_s, 120 * kilobyte, Habit::pageFirst);
+    addFile(u"dead.bin"_s, 0, Habit::dead);
+    Offer& one = addFile(u"one"_s, 150 * kilobyte);
+    one.address = u"/get.php?id=1"_s;
+    one.toldName = u"told one [v2].bin"_s;
+    Offer& two = addFile(u"two"_s, 150 * kilobyte);
+    two.address = u"/get.php?id=2"_s;
+    two.toldName = u"Told.Two.2021.1080p.mkv"_s;
 }
 
 /// Two links of one name: either file is right for either item, but it must be one of them.
 void Catalogue::addTwins()
 {
-    Offer first{.address = QStringLiteral("/a/twin.bin"), .content = next(200 * kilobyte)};
-    Offer second{.address = QStringLiteral("/b/twin.bin"), .content = next(260 * kilobyte)};
+    Offer first{.address = u"/a/twin.bin"_s, .content = next(200 * kilobyte)};
+    Offer second{.address = u"/b/twin.bin"_s, .content = next(260 * kilobyte)};
     first.alsoRight = second.content;
     second.alsoRight = first.content;
     m_offers.push_back(first);
@@ -105,66 +107,59 @@ void Catalogue::addTwins()
 
 void Catalogue::addZips()
 {
-    const QStringList zip{QStringLiteral("a"), QStringLiteral("-tzip"), QStringLiteral("-bd"), QStringLiteral("-mx1")};
+    const QStringList zip{u"a"_s, u"-tzip"_s, u"-bd"_s, u"-mx1"_s};
     // Names of downloads, of parts, of bystanders of every kind, and its own.
     const QStringList names{
-        QStringLiteral("bundle.zip"),
-        QStringLiteral("plain.bin"),
-        QStringLiteral("Film.2021.1080p.mkv"),
-        QStringLiteral("big.iso.download"),
-        QStringLiteral("fine.srt"),
-        QStringLiteral("readme.txt"),
-        QStringLiteral("clash"),
-        QStringLiteral("Album/cover.jpg"),
-        QStringLiteral("Album/01.1080p.flac"),
-        QStringLiteral("Pics/1.jpg"),
-        QStringLiteral("hurt.1080p"),
-        QStringLiteral("Show.S01E01.720p.WEB.mkv"),
+        u"bundle.zip"_s,
+        u"plain.bin"_s,
+        u"Film.2021.1080p.mkv"_s,
+        u"big.iso.download"_s,
+        u"fine.srt"_s,
+        u"readme.txt"_s,
+        u"clash"_s,
+        u"Album/cover.jpg"_s,
+        u"Album/01.1080p.flac"_s,
+        u"Pics/1.jpg"_s,
+        u"hurt.1080p"_s,
+        u"Show.S01E01.720p.WEB.mkv"_s,
     };
-    addArchive({QStringLiteral("bundle.zip"), members(names)}, QStringLiteral("7zz"), zip);
-    addArchive({QStringLiteral("pics[1].zip"), members({QStringLiteral("brackets/1.jpg")})}, QStringLiteral("7zz"),
-               zip);
-    addArchive({QStringLiteral("pics1.zip"), members({QStringLiteral("brackets/2.jpg")})}, QStringLiteral("7zz"), zip);
+    addArchive({u"bundle.zip"_s, members(names)}, u"7zz"_s, zip);
+    addArchive({u"pics[1].zip"_s, members({u"brackets/1.jpg"_s})}, u"7zz"_s, zip);
+    addArchive({u"pics1.zip"_s, members({u"brackets/2.jpg"_s})}, u"7zz"_s, zip);
 }
 
 void Catalogue::addOtherArchives()
 {
-    const QStringList sevenZip{QStringLiteral("a"), QStringLiteral("-bd"), QStringLiteral("-mx1")};
-    addArchive({QStringLiteral("stuff.7z"),
-                members({QStringLiteral("Tunes/01.flac"), QStringLiteral("Album/deep/er/02.1080p.flac"),
-                         QStringLiteral("readme.txt"), QStringLiteral("Film.2021.mkv")})},
-               QStringLiteral("7zz"), sevenZip);
-    const QString password = QStringLiteral("öpen sesame");
-    addArchive({QStringLiteral("locked.7z"), members({QStringLiteral("locked.1080p.mkv")}), password},
-               QStringLiteral("7zz"), sevenZip + QStringList{QStringLiteral("-p") + password});
-    addArchive({QStringLiteral("back.tar.gz"),
-                members({QStringLiteral("Album/03.flac"), QStringLiteral("whole.bin"), QStringLiteral("back.tar.gz")})},
-               QStringLiteral("tar"), {QStringLiteral("-czf")});
-    addLoneRar({QStringLiteral("single.rar"), members({QStringLiteral("fine.part1.rar"), QStringLiteral("single.rar"),
-                                                       QStringLiteral("Album/04.flac")})});
-    addLoneRar({QStringLiteral("Who?.rar"), members({QStringLiteral("who.2020.1080p.mkv")}), QStringLiteral("-dash")});
-    addLoneRar({QStringLiteral("Whom.rar"), members({QStringLiteral("whom.txt")})});
+    const QStringList sevenZip{u"a"_s, u"-bd"_s, u"-mx1"_s};
+    addArchive({u"stuff.7z"_s,
+                members({u"Tunes/01.flac"_s, u"Album/deep/er/02.1080p.flac"_s, u"readme.txt"_s, u"Film.2021.mkv"_s})},
+               u"7zz"_s, sevenZip);
+    const QString password = u"öpen sesame"_s;
+    addArchive({u"locked.7z"_s, members({u"locked.1080p.mkv"_s}), password}, u"7zz"_s,
+               sevenZip + QStringList{u"-p"_s + password});
+    addArchive({u"back.tar.gz"_s, members({u"Album/03.flac"_s, u"whole.bin"_s, u"back.tar.gz"_s})}, u"tar"_s,
+               {u"-czf"_s});
+    addLoneRar({u"single.rar"_s, members({u"fine.part1.rar"_s, u"single.rar"_s, u"Album/04.flac"_s})});
+    addLoneRar({u"Who?.rar"_s, members({u"who.2020.1080p.mkv"_s}), u"-dash"_s});
+    addLoneRar({u"Whom.rar"_s, members({u"whom.txt"_s})});
 }
 
 void Catalogue::addSets()
 {
-    addSet({QStringLiteral("fine"),
-            members({QStringLiteral("fine.mkv"), QStringLiteral("fine.nfo"), QStringLiteral("Subs/fine.srt"),
-                     QStringLiteral("fine.part1.rar"), QStringLiteral("x.1080p.mkv"), QStringLiteral("y.1080p.mkv"),
-                     QStringLiteral("z.1080p.mkv")})},
+    addSet({u"fine"_s, members({u"fine.mkv"_s, u"fine.nfo"_s, u"Subs/fine.srt"_s, u"fine.part1.rar"_s, u"x.1080p.mkv"_s,
+                                u"y.1080p.mkv"_s, u"z.1080p.mkv"_s})},
            volumeBytes);
     // The beginning of its name is a whole other set's.
-    addSet({QStringLiteral("fine2"), {{QStringLiteral("Fine.Two.2021.1080p.mkv"), next(100 * kilobyte)}}}, volumeBytes);
-    const QString password = QStringLiteral("open sesame");
-    addSet({QStringLiteral("secret"), {{QStringLiteral("Secret.1080p.mkv"), next(100 * kilobyte)}}, password},
-           volumeBytes);
+    addSet({u"fine2"_s, {{u"Fine.Two.2021.1080p.mkv"_s, next(100 * kilobyte)}}}, volumeBytes);
+    const QString password = u"open sesame"_s;
+    addSet({u"secret"_s, {{u"Secret.1080p.mkv"_s, next(100 * kilobyte)}}, password}, volumeBytes);
 }
 
 /// One volume comes damaged; the recovery volumes are sound.
 void Catalogue::addHurtSet()
 {
-    const QString name = QStringLiteral("hurt");
-    addSet({name, {{QStringLiteral("Hurt.2021.1080p.mkv"), next(200 * kilobyte)}}}, volumeBytes, 2);
+    const QString name = u"hurt"_s;
+    addSet({name, {{u"Hurt.2021.1080p.mkv"_s, next(200 * kilobyte)}}}, volumeBytes, 2);
     for (Offer& offer : m_offers) {
         if (offer.address != u"/hurt.part2.rar")
             continue;
@@ -178,17 +173,17 @@ void Catalogue::addArchive(const PackedArchive& archive, const QString& tool, co
     const QTemporaryDir contents;
     writeFiles(QDir(contents.path()), archive.members);
     const QString made = m_folder + u'/' + archive.name;
-    const fixtures::ToolResult result = fixtures::runRealTool(
-        QStringLiteral("/usr/bin/") + tool, args + QStringList{made, QStringLiteral(".")}, contents.path());
+    const fixtures::ToolResult result =
+        fixtures::runRealTool(u"/usr/bin/"_s + tool, args + QStringList{made, u"."_s}, contents.path());
     if (result.status != 0)
-        m_faults << archive.name + QStringLiteral(": ") + QString::fromUtf8(result.output);
+        m_faults << archive.name + u": "_s + QString::fromUtf8(result.output);
     offerArchive(archive, contentsOf(made));
 }
 
 void Catalogue::addLoneRar(const PackedArchive& archive)
 {
     RarSet set;
-    set.name = QStringLiteral("lone%1").arg(m_offers.size());
+    set.name = u"lone%1"_s.arg(m_offers.size());
     set.files = archive.members;
     set.password = archive.password;
     const QStringList made = fixtures::makeRarSet(m_folder, set);

@@ -2,13 +2,15 @@
 
 #include <QFile>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::e2e {
 
 namespace {
 
 QString flag()
 {
-    return QStringLiteral("hold");
+    return u"hold"_s;
 }
 
 } // namespace

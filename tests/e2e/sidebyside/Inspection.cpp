@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::e2e {
 
 namespace {
@@ -16,7 +18,7 @@ namespace {
 /// A name that was taken: "name (1).ext", or "name.ext (1)" for a folder.
 QString withoutNumber(QString name)
 {
-    static const QRegularExpression number(QStringLiteral(R"( \(\d+\)(?=\.[^.]*$|$))"));
+    static const QRegularExpression number(uR"( \(\d+\)(?=\.[^.]*$|$))"_s);
     return name.remove(number);
 }
 
@@ -68,9 +70,9 @@ QStringList Inspection::wrongDownloads()
             continue;
         // Only the program's own tidying takes rows out.
         if (m_scene.manner() != Manner::tidy || offer.archive.isEmpty())
-            lines << offer.address + QStringLiteral(" went from the queue");
+            lines << offer.address + u" went from the queue"_s;
         else if (!isInTrash(digestOf(offer.content)) && !isInTrash(digestOf(offer.alsoRight)))
-            lines << offer.address + QStringLiteral(" is not in the Trash");
+            lines << offer.address + u" is not in the Trash"_s;
     }
     lines.removeAll(QString());
     return lines;
@@ -88,8 +90,7 @@ QString Inspection::wrongWith(const DownloadItem& item) const
     const bool maySpend = m_scene.manner() == Manner::tidy && !offer.archive.isEmpty();
     if (!isThere && maySpend && (isInTrash(digestOf(offer.content)) || isInTrash(digestOf(offer.alsoRight))))
         return {};
-    return QStringLiteral("%1 is wrong at %2")
-        .arg(offer.address, item.localPath().value_or(QStringLiteral("no place")));
+    return u"%1 is wrong at %2"_s.arg(offer.address, item.localPath().value_or(u"no place"_s));
 }
 
 QStringList Inspection::lostMembers()
@@ -102,11 +103,11 @@ QStringList Inspection::lostMembers()
             continue;
         const auto isIt = [&](const DiskEntry& entry) { return entry.isFile() && entry.contents == member.key(); };
         const auto found = std::find_if(there.begin(), there.end(), isIt);
-        const QString line = QStringLiteral("%1 of %2").arg(member->path, member->archive->name);
+        const QString line = u"%1 of %2"_s.arg(member->path, member->archive->name);
         if (found == there.end() && !(isContested(member->path) && isInTrash(member.key())))
-            lines << line + QStringLiteral(" is lost");
+            lines << line + u" is lost"_s;
         else if (found != there.end() && !mayBeCalled(found.key(), *member))
-            lines << line + QStringLiteral(" is called ") + QString::fromUtf8(found.key());
+            lines << line + u" is called "_s + QString::fromUtf8(found.key());
     }
     return lines;
 }
@@ -127,7 +128,7 @@ QStringList Inspection::debris()
         for (auto entry = folder->begin(); entry != folder->end(); ++entry) {
             const QString wrong = wrongWith(entry.key(), *entry);
             if (!wrong.isEmpty() && !m_scene.isBystander(folder.key(), entry.key()))
-                lines << QStringLiteral("%1/%2 %3").arg(folder.key(), QString::fromUtf8(entry.key()), wrong);
+                lines << u"%1/%2 %3"_s.arg(folder.key(), QString::fromUtf8(entry.key()), wrong);
         }
     }
     return lines;
@@ -136,18 +137,18 @@ QStringList Inspection::debris()
 QString Inspection::wrongWith(const QByteArray& path, const DiskEntry& entry) const
 {
     const QString name = lastComponent(QString::fromUtf8(path));
-    const QString ending = QStringLiteral(".download");
+    const QString ending = u".download"_s;
     if (path.contains(".vormel-unpack-") && !path.contains(".vormel-unpack-mine"))
-        return QStringLiteral("was left by a run");
+        return u"was left by a run"_s;
     if (!entry.isFile() || m_members.contains(entry.contents))
         return {};
     if (name.endsWith(ending)) {
         const QString row = name.chopped(ending.size());
         const bool isTold = m_scene.namesOfGivenUp().contains(row) || isOfClearedArchive(row);
-        return isTold ? QString() : QStringLiteral("is a part of nobody");
+        return isTold ? QString() : u"is a part of nobody"_s;
     }
     const bool isRight = m_downloads.contains(entry.contents) || name.endsWith(u".bad");
-    return isRight ? QString() : QStringLiteral("is nobody's");
+    return isRight ? QString() : u"is nobody's"_s;
 }
 
 bool Inspection::isOfClearedArchive(const QString& row) const

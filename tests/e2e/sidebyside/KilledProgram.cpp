@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::e2e {
 
 KilledProgram::KilledProgram(Scene& scene, unsigned seed)
@@ -19,12 +21,11 @@ void KilledProgram::runAndKill()
 {
     QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
     // So that its Trash is the scene's.
-    variables.insert(QStringLiteral("XDG_DATA_HOME"), m_scene.profile());
+    variables.insert(u"XDG_DATA_HOME"_s, m_scene.profile());
     QProcess program;
     program.setProcessEnvironment(variables);
     program.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    program.start(QStringLiteral(VORMEL_ENGINE_PROCESS),
-                  {m_scene.profile(), QStringLiteral("0"), QStringLiteral("unpack")});
+    program.start(QStringLiteral(VORMEL_ENGINE_PROCESS), {m_scene.profile(), u"0"_s, u"unpack"_s});
     constexpr unsigned longest = 500;
     const bool waitsForRun = m_random() % 2 == 0;
     const auto isTime = [&] {
@@ -42,10 +43,10 @@ void KilledProgram::runAndKill()
 bool KilledProgram::isUnpacking() const
 {
     const QDir downloads(m_scene.downloads());
-    const QStringList pattern{QStringLiteral(".vormel-unpack-*")};
+    const QStringList pattern{u".vormel-unpack-*"_s};
     const auto has = [&pattern](const QDir& folder) {
         QStringList found = folder.entryList(pattern, QDir::Dirs | QDir::Hidden);
-        found.removeAll(QStringLiteral(".vormel-unpack-mine"));
+        found.removeAll(u".vormel-unpack-mine"_s);
         return !found.isEmpty();
     };
     const QStringList below = downloads.entryList(QDir::Dirs | QDir::NoDotAndDotDot);

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::e2e {
 
 using namespace std::chrono_literals;
@@ -121,15 +123,13 @@ QStringList PatientUser::missing()
     QStringList lines;
     for (const ItemPtr& item : m_scene.manager().items())
         if (!isDone(*item))
-            lines << QStringLiteral("%1 is not complete: %2 %3")
-                         .arg(item->filename(), statusLabel(item->status(), AppLanguage::english),
-                              item->status().message());
+            lines << u"%1 is not complete: %2 %3"_s.arg(
+                item->filename(), statusLabel(item->status(), AppLanguage::english), item->status().message());
     for (const PackedArchive& archive : m_scene.catalogue().archives()) {
         const ItemPtr item = m_scene.itemOf(archive);
         if (!isDone(archive))
-            lines << QStringLiteral("%1 is not unpacked: %2")
-                         .arg(archive.name,
-                              item ? item->extractionStatus().message() : QStringLiteral("not in the queue"));
+            lines << u"%1 is not unpacked: %2"_s.arg(archive.name,
+                                                     item ? item->extractionStatus().message() : u"not in the queue"_s);
     }
     return lines;
 }

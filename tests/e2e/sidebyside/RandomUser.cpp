@@ -2,6 +2,8 @@
 
 #include "fixtures/EventLoop.h"
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::e2e {
 
 using namespace std::chrono_literals;
@@ -77,27 +79,26 @@ void RandomUser::note(const QString& deed)
 
 void RandomUser::note(const QString& deed, const DownloadItem& item)
 {
-    m_journal << QStringLiteral("%1 %2 (%3, %4)")
-                     .arg(deed, item.filename(), statusLabel(item.status(), AppLanguage::english))
+    m_journal << u"%1 %2 (%3, %4)"_s.arg(deed, item.filename(), statusLabel(item.status(), AppLanguage::english))
                      .arg(item.extractionStatus().kind());
 }
 
 void RandomUser::startAll()
 {
-    note(QStringLiteral("start all"));
+    note(u"start all"_s);
     m_scene.manager().commands().startAll();
 }
 
 void RandomUser::pauseAll()
 {
-    note(QStringLiteral("pause all"));
+    note(u"pause all"_s);
     m_scene.manager().commands().pauseAll();
 }
 
 void RandomUser::pauseRow()
 {
     if (const ItemPtr item = anyItem()) {
-        note(QStringLiteral("pause"), *item);
+        note(u"pause"_s, *item);
         m_scene.manager().commands().pauseItems({item});
     }
 }
@@ -105,7 +106,7 @@ void RandomUser::pauseRow()
 void RandomUser::startRow()
 {
     if (const ItemPtr item = anyItem()) {
-        note(QStringLiteral("start"), *item);
+        note(u"start"_s, *item);
         m_scene.manager().commands().startItems({item});
     }
 }
@@ -113,7 +114,7 @@ void RandomUser::startRow()
 void RandomUser::stopRow()
 {
     if (const ItemPtr item = anyItem()) {
-        note(QStringLiteral("stop"), *item);
+        note(u"stop"_s, *item);
         m_scene.manager().commands().stopItems({item});
     }
 }
@@ -123,7 +124,7 @@ void RandomUser::startGroup()
     const std::vector<ItemPtr> group = anyGroup();
     if (group.empty())
         return;
-    note(QStringLiteral("start the group of"), *group.front());
+    note(u"start the group of"_s, *group.front());
     m_scene.manager().commands().startItems(group);
 }
 
@@ -132,7 +133,7 @@ void RandomUser::stopGroup()
     const std::vector<ItemPtr> group = anyGroup();
     if (group.empty())
         return;
-    note(QStringLiteral("stop the group of"), *group.front());
+    note(u"stop the group of"_s, *group.front());
     m_scene.manager().commands().stopItems(group);
 }
 
@@ -142,7 +143,7 @@ void RandomUser::retryRow()
     for (const ItemPtr& item : m_scene.manager().items()) {
         if (item->status() != DownloadStatus::failed)
             continue;
-        note(QStringLiteral("retry"), *item);
+        note(u"retry"_s, *item);
         m_scene.manager().commands().retryItem(*item);
         return;
     }
@@ -151,7 +152,7 @@ void RandomUser::retryRow()
 void RandomUser::redownloadRow()
 {
     if (const ItemPtr item = anyItem()) {
-        note(QStringLiteral("re-download"), *item);
+        note(u"re-download"_s, *item);
         m_scene.manager().commands().redownloadItem(*item);
     }
 }
@@ -159,7 +160,7 @@ void RandomUser::redownloadRow()
 void RandomUser::removeRow()
 {
     if (const ItemPtr item = anyItem()) {
-        note(QStringLiteral("remove"), *item);
+        note(u"remove"_s, *item);
         m_scene.giveUp(*item);
         m_scene.manager().commands().removeItems({item->id()});
     }
@@ -171,7 +172,7 @@ void RandomUser::removeGroup()
     if (groups.empty())
         return;
     const DownloadGroup& group = groups[below(groups.size())];
-    note(QStringLiteral("remove the group of"), *group.items.front());
+    note(u"remove the group of"_s, *group.items.front());
     for (const ItemPtr& item : group.items)
         m_scene.giveUp(*item);
     m_scene.manager().commands().removeGroup(group.id);
@@ -187,7 +188,7 @@ void RandomUser::moveGroup()
         ids << group.id;
     const unsigned from = below(groups.size());
     const unsigned to = below(groups.size() + 1);
-    note(QStringLiteral("move group %1 to %2").arg(from).arg(to));
+    note(u"move group %1 to %2"_s.arg(from).arg(to));
     m_scene.manager().commands().moveGroups({from}, to, ids);
 }
 
@@ -199,33 +200,29 @@ void RandomUser::renameGroup()
     const QStringList& names = groupNames();
     const QString id = groups[below(groups.size())].id;
     const QString name = names[below(static_cast<std::size_t>(names.size()))];
-    note(QStringLiteral("rename the group %1 to \"%2\"").arg(id, name));
+    note(u"rename the group %1 to \"%2\""_s.arg(id, name));
     m_scene.renameGroup(id, name);
 }
 
 const QStringList& RandomUser::groupNames()
 {
     // One of a folder of the user's, one of another set's, and one that several sets may get.
-    static const QStringList names{QString(),
-                                   QStringLiteral("Film: one/two"),
-                                   QStringLiteral("Same name"),
-                                   QStringLiteral("Same name"),
-                                   QStringLiteral("Album"),
-                                   QStringLiteral("fine2")};
+    static const QStringList names{QString(),      u"Film: one/two"_s, u"Same name"_s,
+                                   u"Same name"_s, u"Album"_s,         u"fine2"_s};
     return names;
 }
 
 void RandomUser::resyncRow()
 {
     if (const ItemPtr item = anyItem()) {
-        note(QStringLiteral("resync"), *item);
+        note(u"resync"_s, *item);
         m_scene.manager().commands().resyncItems({item});
     }
 }
 
 void RandomUser::resyncAll()
 {
-    note(QStringLiteral("resync all"));
+    note(u"resync all"_s);
     const std::vector<ItemPtr> all = m_scene.manager().items();
     m_scene.manager().commands().resyncItems(all);
 }
@@ -235,14 +232,14 @@ void RandomUser::verifyGroup()
     const std::vector<ItemPtr> group = anyGroup();
     if (group.empty())
         return;
-    note(QStringLiteral("verify the group of"), *group.front());
+    note(u"verify the group of"_s, *group.front());
     m_scene.manager().commands().verifyGroup(group);
 }
 
 void RandomUser::extractRow()
 {
     if (const ItemPtr item = anyItem()) {
-        note(QStringLiteral("extract"), *item);
+        note(u"extract"_s, *item);
         m_scene.manager().commands().retryExtraction(item->id());
     }
 }
@@ -252,7 +249,7 @@ void RandomUser::stopExtraction()
     for (const ItemPtr& item : m_scene.manager().items()) {
         if (item->extractionStatus() != ExtractionStatus::extracting)
             continue;
-        note(QStringLiteral("stop unpacking"), *item);
+        note(u"stop unpacking"_s, *item);
         m_scene.manager().commands().stopExtraction(item->id());
         return;
     }
@@ -264,11 +261,11 @@ void RandomUser::answerPassword()
     if (!question)
         return;
     const unsigned choice = below(4);
-    note(QStringLiteral("answer %1 for the password of %2").arg(choice).arg(question->archiveName));
+    note(u"answer %1 for the password of %2"_s.arg(choice).arg(question->archiveName));
     if (choice == 0)
         m_scene.manager().questions().cancelExtractionPassword();
     else if (choice == 1)
-        m_scene.manager().questions().submitExtractionPassword(QStringLiteral("-wrong"));
+        m_scene.manager().questions().submitExtractionPassword(u"-wrong"_s);
     else
         m_scene.manager().questions().submitExtractionPassword(
             m_scene.catalogue().archives().value(question->archiveName).password);
@@ -276,13 +273,13 @@ void RandomUser::answerPassword()
 
 void RandomUser::saveFile()
 {
-    note(QStringLiteral("save ") + m_scene.saveSomething(m_random));
+    note(u"save "_s + m_scene.saveSomething(m_random));
 }
 
 void RandomUser::holdTools()
 {
     const bool isHeld = below(2) == 0;
-    note(isHeld ? QStringLiteral("hold the tools") : QStringLiteral("let the tools go"));
+    note(isHeld ? u"hold the tools"_s : u"let the tools go"_s);
     if (isHeld)
         m_scene.tools().hold();
     else
@@ -291,20 +288,20 @@ void RandomUser::holdTools()
 
 void RandomUser::releaseServer()
 {
-    note(QStringLiteral("let the server go on"));
+    note(u"let the server go on"_s);
     m_scene.server().release();
 }
 
 void RandomUser::restart()
 {
-    note(QStringLiteral("quit and start"));
+    note(u"quit and start"_s);
     m_scene.restart(false);
     goOn();
 }
 
 void RandomUser::kill()
 {
-    note(QStringLiteral("kill and start"));
+    note(u"kill and start"_s);
     m_scene.restart(true);
     goOn();
 }

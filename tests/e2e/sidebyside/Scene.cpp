@@ -6,13 +6,15 @@
 #include <QDir>
 #include <QFileInfo>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel::e2e {
 
 namespace {
 
 QString besideOf(const fixtures::Sandbox& sandbox)
 {
-    return sandbox.path(QStringLiteral("Beside"));
+    return sandbox.path(u"Beside"_s);
 }
 
 } // namespace
@@ -135,7 +137,7 @@ QStringList Scene::harm() const
 {
     QStringList lines = m_inDownloads.changed(trash()) + m_inExtraction.changed(trash());
     if (pictureOf(besideOf(m_engine.sandbox)) != m_beside)
-        lines << QStringLiteral("the folder beside is another");
+        lines << u"the folder beside is another"_s;
     return lines;
 }
 

@@ -7,11 +7,13 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 
 namespace {
 
-const QString storeKey = QStringLiteral("vormel_accounts");
+const QString storeKey = u"vormel_accounts"_s;
 
 HostAccount account(SupportedHost host, const QString& username, bool isEnabled = true)
 {
@@ -26,7 +28,7 @@ protected:
 
     fixtures::Sandbox sandbox;
     FileWriter writer;
-    UserDefaults defaults{sandbox.path(QStringLiteral("preferences.json")), writer};
+    UserDefaults defaults{sandbox.path(u"preferences.json"_s), writer};
 };
 
 constexpr const char* oneRecord =
@@ -36,8 +38,8 @@ constexpr const char* oneRecord =
 
 TEST_F(AccountsTest, AreStoredInTheirOrderAndReadAgain)
 {
-    const std::vector list{account(SupportedHost::terabytez, QStringLiteral("one")),
-                           account(SupportedHost::filestore, QStringLiteral("twö"), false)};
+    const std::vector list{account(SupportedHost::terabytez, u"one"_s),
+                           account(SupportedHost::filestore, u"twö"_s, false)};
     {
         Accounts accounts(defaults);
         EXPECT_TRUE(accounts.list().empty());
@@ -65,10 +67,8 @@ TEST_F(AccountsTest, AreWrittenBackAtOnceInTodaysForm)
     store(R"([ {"isEnabled": true, "username": "x", "host": "filestore.example",
                 "id": "{0e3b2e0c-6f0a-4c5b-9d55-0b7a4c1d9a11}", "more": 1} ])");
     const Accounts accounts(defaults);
-    EXPECT_EQ(
-        stored(),
-        QStringLiteral(R"([{"id":"0E3B2E0C-6F0A-4C5B-9D55-0B7A4C1D9A11","host":"filestore.example","username":"x",)"
-                       R"("isEnabled":true}])"));
+    EXPECT_EQ(stored(), uR"([{"id":"0E3B2E0C-6F0A-4C5B-9D55-0B7A4C1D9A11","host":"filestore.example","username":"x",)"
+                        uR"("isEnabled":true}])"_s);
 }
 
 TEST_F(AccountsTest, ThatCannotBeUnderstoodAreNoneAndStayAsTheyAre)
@@ -93,9 +93,8 @@ TEST_F(AccountsTest, ThatCannotBeUnderstoodAreNoneAndStayAsTheyAre)
 TEST_F(AccountsTest, GiveTheFirstEnabledOneOfAHost)
 {
     Accounts accounts(defaults);
-    accounts.set({account(SupportedHost::filestore, QStringLiteral("off"), false),
-                  account(SupportedHost::filestore, QStringLiteral("on")),
-                  account(SupportedHost::filestore, QStringLiteral("later"))});
+    accounts.set({account(SupportedHost::filestore, u"off"_s, false), account(SupportedHost::filestore, u"on"_s),
+                  account(SupportedHost::filestore, u"later"_s)});
     ASSERT_TRUE(accounts.firstEnabled(SupportedHost::filestore));
     EXPECT_EQ(accounts.firstEnabled(SupportedHost::filestore)->username, u"on");
     EXPECT_EQ(accounts.firstEnabled(SupportedHost::terabytez), nullptr);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 using namespace vormel::fixtures;
 
@@ -32,15 +34,15 @@ TEST_P(BeginningAnew, ForgetsWhatWasReached)
 {
     EngineOnScript engine;
     engine.settings().maxConcurrentDownloads.set(0);
-    const ItemPtr item = engine.add(QStringLiteral("http://h/x.bin"));
-    item->setStatus(DownloadStatus::failure(QStringLiteral("gone")));
+    const ItemPtr item = engine.add(u"http://h/x.bin"_s);
+    item->setStatus(DownloadStatus::failure(u"gone"_s));
     item->setTotalBytes(100);
     item->setBytesReceived(50);
     item->setProgress(0.5);
     item->setSpeedBytesPerSec(5);
-    item->setResolvedURL(link(QStringLiteral("http://cdn/x.bin")));
+    item->setResolvedURL(link(u"http://cdn/x.bin"_s));
     item->setResolvedAt(engine.clock.wallNow());
-    item->setExtractionStatus(ExtractionStatus::failure(QStringLiteral("broken")));
+    item->setExtractionStatus(ExtractionStatus::failure(u"broken"_s));
     GetParam().give(engine.manager().commands(), item);
     EXPECT_EQ(item->status(), DownloadStatus::queued);
     EXPECT_EQ(item->bytesReceived(), 0);
@@ -62,7 +64,7 @@ TEST(ClearCompleted, LeavesWhatHasAnyOtherStatus)
     for (const auto status :
          {DownloadStatus::queued, DownloadStatus::resolving, DownloadStatus::expanding, DownloadStatus::downloading,
           DownloadStatus::paused, DownloadStatus::stopped, DownloadStatus::failed, DownloadStatus::completed}) {
-        const ItemPtr item = engine.add(QStringLiteral("http://h/%1").arg(static_cast<int>(status)));
+        const ItemPtr item = engine.add(u"http://h/%1"_s.arg(static_cast<int>(status)));
         item->setStatus(status == DownloadStatus::failed ? DownloadStatus::failure({}) : status);
         if (status != DownloadStatus::completed)
             others.push_back(item);

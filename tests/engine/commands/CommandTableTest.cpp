@@ -1,11 +1,13 @@
-#include "fixtures/EventLoop.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/EventLoop.h"
 
 #include <QFile>
 
 #include <gtest/gtest.h>
 
 #include <array>
+
+using namespace Qt::StringLiterals;
 
 using namespace vormel;
 using namespace vormel::fixtures;
@@ -80,7 +82,7 @@ protected:
     /// An item in that status, with no slot free for another.
     ItemPtr make(Kind kind)
     {
-        const QString link = QStringLiteral("http://h/x%1.bin").arg(static_cast<int>(kind));
+        const QString link = u"http://h/x%1.bin"_s.arg(static_cast<int>(kind));
         ItemPtr item = engine.add(link);
         if (kind == DownloadStatus::downloading) {
             engine.settings().maxConcurrentDownloads.set(100);
@@ -91,8 +93,7 @@ protected:
             engine.http.last().data("abc");
             turnEventLoop();
         } else {
-            item->setStatus(kind == DownloadStatus::failed ? DownloadStatus::failure(QStringLiteral("gone"))
-                                                           : DownloadStatus(kind));
+            item->setStatus(kind == DownloadStatus::failed ? DownloadStatus::failure(u"gone"_s) : DownloadStatus(kind));
         }
         return item;
     }
@@ -110,7 +111,7 @@ TEST_P(CommandTable, DoesWhatIsToldInEachStatus)
         const ItemPtr item = make(allStatuses[i]);
         ASSERT_EQ(item->status(), allStatuses[i]);
         if (GetParam().isFileThere)
-            engine.sandbox.write(QStringLiteral("Downloads/") + item->filename(), "finished");
+            engine.sandbox.write(u"Downloads/"_s + item->filename(), "finished");
         GetParam().give(engine.manager(), {item});
         turnEventLoop();
         EXPECT_EQ(item->status().kind(), GetParam().outcome[i]) << "from status " << i;
@@ -125,11 +126,10 @@ TEST_F(CommandTable, RemovalOfARowTakesOutThatRowInEachStatusAndThePartFileOnlyO
 {
     for (const Kind status : allStatuses) {
         const ItemPtr item = make(status);
-        const ItemPtr other = engine.add(QStringLiteral("http://h/other"));
-        const QString part =
-            engine.sandbox.path(QStringLiteral("Downloads/") + item->filename() + QStringLiteral(".download"));
+        const ItemPtr other = engine.add(u"http://h/other"_s);
+        const QString part = engine.sandbox.path(u"Downloads/"_s + item->filename() + u".download"_s);
         if (status != DownloadStatus::downloading)
-            engine.sandbox.write(QStringLiteral("Downloads/") + item->filename() + QStringLiteral(".download"), "kept");
+            engine.sandbox.write(u"Downloads/"_s + item->filename() + u".download"_s, "kept");
         engine.manager().commands().removeItems({item->id()});
         EXPECT_EQ(engine.manager().items(), Items{other});
         EXPECT_EQ(QFile::exists(part), status != DownloadStatus::downloading) << status;
@@ -139,14 +139,13 @@ TEST_F(CommandTable, RemovalOfARowTakesOutThatRowInEachStatusAndThePartFileOnlyO
 
 TEST_F(CommandTable, RemovalOfAGroupTakesOutEveryMemberInWhateverStatus)
 {
-    const ItemPtr other = engine.add(QStringLiteral("http://h/M.part9.rar"));
+    const ItemPtr other = engine.add(u"http://h/M.part9.rar"_s);
     for (const Kind status : allStatuses) {
-        const auto set = engine.add({QStringLiteral("http://h/m.part1.rar"), QStringLiteral("http://h/m.part2.rar"),
-                                   QStringLiteral("http://h/m.part1.rev")});
+        const auto set = engine.add({u"http://h/m.part1.rar"_s, u"http://h/m.part2.rar"_s, u"http://h/m.part1.rev"_s});
         for (const ItemPtr& item : set)
             item->setStatus(status == DownloadStatus::failed ? DownloadStatus::failure(QString())
                                                              : DownloadStatus(status));
-        engine.manager().commands().removeGroup(QStringLiteral("m"));
+        engine.manager().commands().removeGroup(u"m"_s);
         EXPECT_EQ(engine.manager().items(), Items{other}) << status;
     }
 }

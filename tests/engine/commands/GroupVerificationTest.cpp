@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 using namespace vormel::fixtures;
 
@@ -14,21 +16,21 @@ protected:
     void SetUp() override
     {
         engine.settings().maxConcurrentDownloads.set(0);
-        set = {onDisk(QStringLiteral("a.part1.rar")), onDisk(QStringLiteral("a.part2.rar"))};
+        set = {onDisk(u"a.part1.rar"_s), onDisk(u"a.part2.rar"_s)};
     }
 
     /// What the tool does when it is to test, and when it is to unpack.
     void unrar(const QByteArray& onTest, const QByteArray& onExtract = "exit 0")
     {
-        engine.tools.add(QStringLiteral("unrar"),
-                       "case \"$2\" in *b.part1.rar) echo 'Cannot find volume b.part1.rar'; exit 3;; esac; "
-                       "if [ \"$1\" = t ]; then " +
-                           onTest + "; else " + onExtract + "; fi");
+        engine.tools.add(u"unrar"_s,
+                         "case \"$2\" in *b.part1.rar) echo 'Cannot find volume b.part1.rar'; exit 3;; esac; "
+                         "if [ \"$1\" = t ]; then " +
+                             onTest + "; else " + onExtract + "; fi");
     }
     /// Lets what was tested before take its effect, by testing another set after it.
     [[nodiscard]] bool isSettled()
     {
-        const ItemPtr other = onDisk(QStringLiteral("b.part1.rar"));
+        const ItemPtr other = onDisk(u"b.part1.rar"_s);
         engine.manager().commands().verifyGroup({other});
         return waitUntil([&] { return other->status() == DownloadStatus::queued; });
     }
@@ -44,20 +46,17 @@ protected:
     {
         unrar(waitForGo() + "; echo 'Cannot find volume a.part2.rar'; exit 3");
         engine.manager().commands().verifyGroup(set);
-        EXPECT_TRUE(waitUntil([&] { return !engine.tools.calls(QStringLiteral("unrar")).isEmpty(); }));
+        EXPECT_TRUE(waitUntil([&] { return !engine.tools.calls(u"unrar"_s).isEmpty(); }));
         engine.manager().commands().redownloadItem(*set[1]);
         event();
         go();
         EXPECT_TRUE(isSettled());
         return set[0]->verification().kind;
     }
-    [[nodiscard]] QByteArray noteTheEnd() const
-    {
-        return "touch '" + engine.sandbox.path(QStringLiteral("over")).toUtf8() + "'; ";
-    }
+    [[nodiscard]] QByteArray noteTheEnd() const { return "touch '" + engine.sandbox.path(u"over"_s).toUtf8() + "'; "; }
     [[nodiscard]] bool isOver() const
     {
-        return waitUntil([this] { return engine.sandbox.exists(QStringLiteral("over")); });
+        return waitUntil([this] { return engine.sandbox.exists(u"over"_s); });
     }
 
     std::vector<ItemPtr> set;
@@ -71,7 +70,7 @@ TEST_F(GroupVerificationTest, FetchesTheBadVolumesAgain)
     engine.manager().commands().verifyGroup(set);
     ASSERT_TRUE(waitUntil([&] { return set[1]->status() == DownloadStatus::queued; }));
     EXPECT_FALSE(set[1]->localPath());
-    EXPECT_FALSE(engine.sandbox.exists(QStringLiteral("Downloads/a/a.part2.rar")));
+    EXPECT_FALSE(engine.sandbox.exists(u"Downloads/a/a.part2.rar"_s));
     EXPECT_EQ(set[0]->status(), DownloadStatus::completed);
 }
 
@@ -86,7 +85,7 @@ TEST_F(GroupVerificationTest, FetchesTheTestedVolumeAgainWhenOnlyAHeaderIsBlamed
 TEST_F(GroupVerificationTest, UnpacksTheSetOnceItsBadVolumesAreHereAnew)
 {
     unrar("echo 'Cannot find volume a.part2.rar'; exit 3");
-    set[0]->setExtractionStatus(ExtractionStatus::failure(QStringLiteral("broken")));
+    set[0]->setExtractionStatus(ExtractionStatus::failure(u"broken"_s));
     engine.settings().maxConcurrentDownloads.set(1);
     engine.manager().commands().verifyGroup(set);
     ASSERT_TRUE(waitUntil([&] { return set[1]->status() == DownloadStatus::downloading; }));
@@ -111,7 +110,7 @@ TEST_F(GroupVerificationTest, UnpacksNoSetThatIsUnpackedAlready)
     engine.manager().commands().verifyGroup(set);
     ASSERT_TRUE(isOver());
     ASSERT_TRUE(isSettled());
-    EXPECT_EQ(engine.tools.calls(QStringLiteral("unrar")).size(), 2); // a test of each set
+    EXPECT_EQ(engine.tools.calls(u"unrar"_s).size(), 2); // a test of each set
     EXPECT_EQ(set[0]->extractionStatus(), ExtractionStatus::done);
 }
 
@@ -132,12 +131,12 @@ TEST_F(GroupVerificationTest, LeavesVolumesAloneThatWereRemovedMeanwhile)
 {
     unrar(waitForGo() + "; echo 'Cannot find volume a.part2.rar'; " + noteTheEnd() + "exit 3");
     engine.manager().commands().verifyGroup(set);
-    ASSERT_TRUE(waitUntil([&] { return !engine.tools.calls(QStringLiteral("unrar")).isEmpty(); }));
-    engine.manager().commands().removeGroup(QStringLiteral("a"));
+    ASSERT_TRUE(waitUntil([&] { return !engine.tools.calls(u"unrar"_s).isEmpty(); }));
+    engine.manager().commands().removeGroup(u"a"_s);
     go();
     ASSERT_TRUE(isOver());
     ASSERT_TRUE(isSettled());
-    EXPECT_TRUE(engine.sandbox.exists(QStringLiteral("Downloads/a/a.part2.rar")));
+    EXPECT_TRUE(engine.sandbox.exists(u"Downloads/a/a.part2.rar"_s));
 }
 
 TEST_F(GroupVerificationTest, SaysThatAllIsWellAlsoOfASetThatIsUnpackedAlready)
@@ -156,7 +155,7 @@ TEST_F(GroupVerificationTest, SaysHowManyPartsAreFetchedAgainAlsoWhenTheFirstIsO
 {
     unrar("echo 'Cannot find volume /x/a.part2.rar'; echo 'Cannot find volume /x/a.part7.rar'; exit 3");
     EXPECT_EQ(told(), (VerificationResult{VerificationResult::fetchedAgain, 1}));
-    set = {onDisk(QStringLiteral("c.part1.rar")), onDisk(QStringLiteral("c.part2.rar"))};
+    set = {onDisk(u"c.part1.rar"_s), onDisk(u"c.part2.rar"_s)};
     unrar("echo 'Corrupt header'; echo 'Cannot find volume /x/c.part2.rar'; exit 3");
     EXPECT_EQ(told(), (VerificationResult{VerificationResult::fetchedAgain, 2}));
     EXPECT_EQ(set[0]->status(), DownloadStatus::queued);
@@ -165,7 +164,7 @@ TEST_F(GroupVerificationTest, SaysHowManyPartsAreFetchedAgainAlsoWhenTheFirstIsO
 TEST_F(GroupVerificationTest, NamesWhatIsMissingAndHasNoItem)
 {
     unrar("echo 'Cannot find volume /x/a.part4.rar'; echo 'Cannot find volume /x/a.part3.rar'; exit 3");
-    EXPECT_EQ(told(), (VerificationResult{VerificationResult::damaged, 2, QStringLiteral("a.part3.rar, a.part4.rar")}));
+    EXPECT_EQ(told(), (VerificationResult{VerificationResult::damaged, 2, u"a.part3.rar, a.part4.rar"_s}));
     EXPECT_EQ(set[1]->status(), DownloadStatus::completed);
 }
 
@@ -179,11 +178,10 @@ TEST_F(GroupVerificationTest, SaysThatAPasswordStandsInTheWay)
 TEST_F(GroupVerificationTest, SaysWhyNothingCouldBeTested)
 {
     set[0]->setExtractionStatus(ExtractionStatus::done);
-    EXPECT_EQ(told(),
-              (VerificationResult{VerificationResult::failed, 0,
-                                  QStringLiteral("unrar/rar not found. Install it with: sudo apt install unrar")}));
+    EXPECT_EQ(told(), (VerificationResult{VerificationResult::failed, 0,
+                                          u"unrar/rar not found. Install it with: sudo apt install unrar"_s}));
     unrar("echo 'UNRAR 6.21 freeware'; echo 'Read error in the file x'; exit 2");
-    EXPECT_EQ(told(), (VerificationResult{VerificationResult::failed, 0, QStringLiteral("Read error in the file x")}));
+    EXPECT_EQ(told(), (VerificationResult{VerificationResult::failed, 0, u"Read error in the file x"_s}));
 }
 
 TEST_F(GroupVerificationTest, TestsASetOnceHoweverOftenItIsAskedFor)
@@ -194,26 +192,26 @@ TEST_F(GroupVerificationTest, TestsASetOnceHoweverOftenItIsAskedFor)
     engine.manager().commands().verifyGroup(set);
     go();
     ASSERT_TRUE(waitUntil([&] { return set[0]->verification().kind == VerificationResult::sound; }));
-    EXPECT_EQ(engine.tools.calls(QStringLiteral("unrar")).size(), 1);
+    EXPECT_EQ(engine.tools.calls(u"unrar"_s).size(), 1);
     halt();
     engine.manager().commands().verifyGroup(set);
     EXPECT_EQ(set[0]->verification().kind, VerificationResult::running);
     go();
     ASSERT_TRUE(waitUntil([&] { return set[0]->verification().kind == VerificationResult::sound; }));
-    EXPECT_EQ(engine.tools.calls(QStringLiteral("unrar")).size(), 2);
+    EXPECT_EQ(engine.tools.calls(u"unrar"_s).size(), 2);
 }
 
 TEST_F(GroupVerificationTest, TestsNoSetThatIsBeingUnpackedOrRepaired)
 {
     unrar("exit 3", "exit 3");
-    engine.tools.add(QStringLiteral("rar"), waitForGo());
+    engine.tools.add(u"rar"_s, waitForGo());
     engine.manager().commands().retryExtraction(set[0]->id());
     engine.manager().commands().verifyGroup(set);
     EXPECT_EQ(set[0]->verification().kind, VerificationResult::busy);
     ASSERT_TRUE(waitUntil([&] { return set[0]->extractionStatus() == ExtractionStatus::repairing; }));
     engine.manager().commands().verifyGroup(set);
     EXPECT_EQ(set[0]->verification().kind, VerificationResult::busy);
-    for (const QStringList& call : engine.tools.calls(QStringLiteral("unrar")))
+    for (const QStringList& call : engine.tools.calls(u"unrar"_s))
         EXPECT_EQ(call.front(), u"x");
     engine.manager().commands().stopExtraction(set[0]->id());
 }
@@ -222,23 +220,23 @@ TEST_F(GroupVerificationTest, FetchesNothingOfASetThatWasUnpackedWhileItWasTeste
 {
     unrar(waitForGo() + "; echo 'Cannot find volume /x/a.part2.rar'; " + noteTheEnd() + "exit 3");
     engine.manager().commands().verifyGroup(set);
-    ASSERT_TRUE(waitUntil([&] { return !engine.tools.calls(QStringLiteral("unrar")).isEmpty(); }));
+    ASSERT_TRUE(waitUntil([&] { return !engine.tools.calls(u"unrar"_s).isEmpty(); }));
     set[0]->setExtractionStatus(ExtractionStatus::extracting);
     set[0]->setExtractionStatus(ExtractionStatus::done);
     go();
     ASSERT_TRUE(isOver());
     ASSERT_TRUE(isSettled());
     EXPECT_EQ(set[1]->status(), DownloadStatus::completed);
-    EXPECT_TRUE(engine.sandbox.exists(QStringLiteral("Downloads/a/a.part2.rar")));
+    EXPECT_TRUE(engine.sandbox.exists(u"Downloads/a/a.part2.rar"_s));
     EXPECT_EQ(set[0]->verification(), VerificationResult());
 }
 
 TEST_F(GroupVerificationTest, LeavesFailedArchivesOfOtherSetsAsTheyAre)
 {
     unrar("echo 'Cannot find volume /x/a.part2.rar'; exit 3");
-    const ItemPtr other = onDisk(QStringLiteral("d.part1.rar"));
+    const ItemPtr other = onDisk(u"d.part1.rar"_s);
     for (const ItemPtr& failed : {set[0], other})
-        failed->setExtractionStatus(ExtractionStatus::failure(QStringLiteral("broken")));
+        failed->setExtractionStatus(ExtractionStatus::failure(u"broken"_s));
     EXPECT_EQ(told().kind, VerificationResult::fetchedAgain);
     EXPECT_EQ(set[0]->extractionStatus(), ExtractionStatus::idle);
     EXPECT_EQ(other->extractionStatus(), ExtractionStatus::failed);
@@ -247,15 +245,15 @@ TEST_F(GroupVerificationTest, LeavesFailedArchivesOfOtherSetsAsTheyAre)
 TEST_F(GroupVerificationTest, BlamesNoVolumeThatIsFetchedAgainMeanwhile)
 {
     EXPECT_EQ(toldAfter([] {}), VerificationResult::none);
-    EXPECT_FALSE(engine.sandbox.exists(QStringLiteral("Downloads/a/a.part2.rar")));
+    EXPECT_FALSE(engine.sandbox.exists(u"Downloads/a/a.part2.rar"_s));
 }
 
 TEST_F(GroupVerificationTest, KeepsAVolumeThatHasComeAnewMeanwhile)
 {
     const auto come = [this] {
-        set[1]->setLocalPath(engine.sandbox.write(QStringLiteral("Downloads/a/a.part2.rar"), "fresh"));
+        set[1]->setLocalPath(engine.sandbox.write(u"Downloads/a/a.part2.rar"_s, "fresh"));
         set[1]->setStatus(DownloadStatus::completed);
     };
     EXPECT_EQ(toldAfter(come), VerificationResult::none);
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/a/a.part2.rar")), "fresh");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/a/a.part2.rar"_s), "fresh");
 }

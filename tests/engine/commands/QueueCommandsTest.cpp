@@ -1,23 +1,25 @@
-#include "fixtures/EventLoop.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/EventLoop.h"
 
 #include <QFile>
 
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 using namespace vormel;
 using namespace vormel::fixtures;
 
 namespace {
 
-const QString partFile = QStringLiteral("Downloads/x.rar.download");
+const QString partFile = u"Downloads/x.rar.download"_s;
 
 class QueueCommandsTest : public ::testing::Test
 {
 protected:
     ItemPtr downloading()
     {
-        const ItemPtr item = engine.start(QStringLiteral("http://h/x.rar"));
+        const ItemPtr item = engine.start(u"http://h/x.rar"_s);
         engine.http.last().head(200, {{"Content-Length", "6"}});
         engine.http.last().data("abc");
         turnEventLoop();
@@ -31,7 +33,7 @@ protected:
 
 TEST_F(QueueCommandsTest, StartAllLiftsPausedItemsAndLeavesStoppedOnes)
 {
-    const auto items = engine.add({QStringLiteral("http://h/a"), QStringLiteral("http://h/b")});
+    const auto items = engine.add({u"http://h/a"_s, u"http://h/b"_s});
     items[0]->setStatus(DownloadStatus::stopped);
     engine.manager().commands().startAll();
     turnEventLoop();
@@ -42,8 +44,7 @@ TEST_F(QueueCommandsTest, StartAllLiftsPausedItemsAndLeavesStoppedOnes)
 TEST_F(QueueCommandsTest, PauseAllPausesWhatWaitsAndWhatRuns)
 {
     engine.settings().maxConcurrentDownloads.set(1);
-    const auto items = engine.add({QStringLiteral("http://h/a"), QStringLiteral("http://h/b"),
-                                 QStringLiteral("http://h/c"), QStringLiteral("http://h/d")});
+    const auto items = engine.add({u"http://h/a"_s, u"http://h/b"_s, u"http://h/c"_s, u"http://h/d"_s});
     engine.manager().commands().startAll();
     turnEventLoop();
     items[2]->setStatus(DownloadStatus::resolving);
@@ -87,7 +88,7 @@ TEST_F(QueueCommandsTest, RemovalOfAPausedItemLeavesItsPartFile)
 TEST_F(QueueCommandsTest, RemovalStartsTheNextItem)
 {
     engine.settings().maxConcurrentDownloads.set(1);
-    const auto items = engine.add({QStringLiteral("http://h/a"), QStringLiteral("http://h/b")});
+    const auto items = engine.add({u"http://h/a"_s, u"http://h/b"_s});
     engine.manager().commands().startAll();
     turnEventLoop();
     engine.manager().commands().removeItems({items[0]->id()});
@@ -97,21 +98,21 @@ TEST_F(QueueCommandsTest, RemovalStartsTheNextItem)
 
 TEST_F(QueueCommandsTest, ClearCompletedRemovesFinishedRowsAndNoFile)
 {
-    const auto items = engine.add({QStringLiteral("http://h/m.part1.rar"), QStringLiteral("http://h/m.part2.rar")});
-    const QString file = engine.sandbox.write(QStringLiteral("Downloads/m/m.part1.rar"), "x");
+    const auto items = engine.add({u"http://h/m.part1.rar"_s, u"http://h/m.part2.rar"_s});
+    const QString file = engine.sandbox.write(u"Downloads/m/m.part1.rar"_s, "x");
     items[0]->setStatus(DownloadStatus::completed);
     items[0]->setLocalPath(file);
     engine.manager().commands().clearCompleted();
     ASSERT_EQ(engine.manager().items().size(), 1U);
     EXPECT_EQ(engine.manager().items()[0], items[1]);
-    EXPECT_TRUE(engine.sandbox.exists(QStringLiteral("Downloads/m/m.part1.rar")));
+    EXPECT_TRUE(engine.sandbox.exists(u"Downloads/m/m.part1.rar"_s));
     engine.restart(true);
     EXPECT_EQ(engine.manager().items().size(), 1U);
 }
 
 TEST_F(QueueCommandsTest, ChangesOfARemovedItemReachNobody)
 {
-    const ItemPtr item = engine.add(QStringLiteral("http://h/a"));
+    const ItemPtr item = engine.add(u"http://h/a"_s);
     engine.manager().commands().removeItems({item->id()});
     int changes = 0;
     QObject::connect(&engine.manager(), &DownloadManager::itemChanged, &engine.manager(), [&changes] { ++changes; });
@@ -122,8 +123,7 @@ TEST_F(QueueCommandsTest, ChangesOfARemovedItemReachNobody)
 TEST_F(QueueCommandsTest, StartGoesAheadOfTheOrderOfTheQueue)
 {
     engine.settings().maxConcurrentDownloads.set(1);
-    const auto items =
-        engine.add({QStringLiteral("http://h/a"), QStringLiteral("http://h/b"), QStringLiteral("http://h/c")});
+    const auto items = engine.add({u"http://h/a"_s, u"http://h/b"_s, u"http://h/c"_s});
     items[0]->setStatus(DownloadStatus::queued);
     items[1]->setStatus(DownloadStatus::stopped);
     engine.manager().commands().startItems({items[1], items[2]});
@@ -137,8 +137,7 @@ TEST_F(QueueCommandsTest, StartGoesAheadOfTheOrderOfTheQueue)
 TEST_F(QueueCommandsTest, StartTakesNoMoreThanTheFreeSlots)
 {
     engine.settings().maxConcurrentDownloads.set(2);
-    const auto items = engine.add({QStringLiteral("http://h/a"), QStringLiteral("http://h/b"),
-                                 QStringLiteral("http://h/c"), QStringLiteral("http://h/d")});
+    const auto items = engine.add({u"http://h/a"_s, u"http://h/b"_s, u"http://h/c"_s, u"http://h/d"_s});
     items[0]->setStatus(DownloadStatus::queued);
     engine.manager().processQueue();
     engine.manager().commands().startItems({items[1], items[2], items[3]});
@@ -150,7 +149,7 @@ TEST_F(QueueCommandsTest, StartTakesNoMoreThanTheFreeSlots)
 
 TEST_F(QueueCommandsTest, StartLeavesRecoveryVolumesThatAreNotWanted)
 {
-    const auto items = engine.add({QStringLiteral("http://h/m.part1.rev"), QStringLiteral("http://h/m.part1.rar")});
+    const auto items = engine.add({u"http://h/m.part1.rev"_s, u"http://h/m.part1.rar"_s});
     engine.manager().commands().startItems(items);
     turnEventLoop();
     EXPECT_EQ(items[0]->status(), DownloadStatus::queued);
@@ -159,7 +158,7 @@ TEST_F(QueueCommandsTest, StartLeavesRecoveryVolumesThatAreNotWanted)
 
 TEST_F(QueueCommandsTest, AnItemThatIsStoppedBeforeItsStartRunsStaysStopped)
 {
-    const ItemPtr item = engine.add(QStringLiteral("http://h/a"));
+    const ItemPtr item = engine.add(u"http://h/a"_s);
     engine.manager().commands().startItems({item});
     engine.manager().commands().stopItems({item});
     turnEventLoop();
@@ -170,7 +169,7 @@ TEST_F(QueueCommandsTest, AnItemThatIsStoppedBeforeItsStartRunsStaysStopped)
 TEST_F(QueueCommandsTest, StopGivesTheSlotToTheNextItemAndSurvivesARestart)
 {
     engine.settings().maxConcurrentDownloads.set(1);
-    const auto items = engine.add({QStringLiteral("http://h/a"), QStringLiteral("http://h/b")});
+    const auto items = engine.add({u"http://h/a"_s, u"http://h/b"_s});
     engine.manager().commands().startAll();
     turnEventLoop();
     engine.manager().commands().stopItems({items[0]});
@@ -183,7 +182,7 @@ TEST_F(QueueCommandsTest, StopGivesTheSlotToTheNextItemAndSurvivesARestart)
 TEST_F(QueueCommandsTest, RetryBeginsAgainFromTheFirstByte)
 {
     const ItemPtr item = downloading();
-    engine.manager().commands().interruptItem(*item, DownloadStatus::failure(QStringLiteral("gone")));
+    engine.manager().commands().interruptItem(*item, DownloadStatus::failure(u"gone"_s));
     engine.manager().commands().retryItem(*item);
     turnEventLoop();
     EXPECT_EQ(item->status(), DownloadStatus::downloading);
@@ -193,16 +192,15 @@ TEST_F(QueueCommandsTest, RetryBeginsAgainFromTheFirstByte)
 
 TEST_F(QueueCommandsTest, RedownloadDeletesTheFinishedFileAndFetchesItAgain)
 {
-    const ItemPtr item = engine.add(QStringLiteral("http://h/x.rar"));
-    engine.sandbox.write(QStringLiteral("Downloads/x.rar"), "the user's own");
-    const QString renamed = engine.sandbox.write(QStringLiteral("Downloads/x (1).rar"), "finished");
+    const ItemPtr item = engine.add(u"http://h/x.rar"_s);
+    engine.sandbox.write(u"Downloads/x.rar"_s, "the user's own");
+    const QString renamed = engine.sandbox.write(u"Downloads/x (1).rar"_s, "finished");
     item->setLocalPath(renamed);
     item->setStatus(DownloadStatus::completed);
     item->setExtractionStatus(ExtractionStatus::done);
     engine.manager().commands().redownloadItem(*item);
     turnEventLoop();
-    EXPECT_EQ(engine.sandbox.files(QStringLiteral("Downloads")),
-              (QStringList{QStringLiteral("x.rar"), QStringLiteral("x.rar.download")}));
+    EXPECT_EQ(engine.sandbox.files(u"Downloads"_s), (QStringList{u"x.rar"_s, u"x.rar.download"_s}));
     ASSERT_EQ(item->status(), DownloadStatus::downloading);
     EXPECT_EQ(item->extractionStatus(), ExtractionStatus::idle);
     EXPECT_FALSE(item->localPath());
@@ -210,57 +208,56 @@ TEST_F(QueueCommandsTest, RedownloadDeletesTheFinishedFileAndFetchesItAgain)
     engine.http.last().data("fresh");
     engine.http.last().finish();
     turnEventLoop();
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/x.rar")), "the user's own");
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/x (1).rar")), "fresh");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/x.rar"_s), "the user's own");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/x (1).rar"_s), "fresh");
 }
 
 TEST_F(QueueCommandsTest, RedownloadMovesWhatStandsUnderTheNameToTheTrashWhereTheItemHasNoFile)
 {
-    const ItemPtr item = engine.add(QStringLiteral("http://h/x.rar"));
-    engine.sandbox.write(QStringLiteral("Downloads/x.rar"), "stale");
-    item->setLocalPath(engine.sandbox.path(QStringLiteral("Downloads/gone.rar")));
+    const ItemPtr item = engine.add(u"http://h/x.rar"_s);
+    engine.sandbox.write(u"Downloads/x.rar"_s, "stale");
+    item->setLocalPath(engine.sandbox.path(u"Downloads/gone.rar"_s));
     engine.manager().commands().redownloadItem(*item);
-    EXPECT_FALSE(engine.sandbox.exists(QStringLiteral("Downloads/x.rar")));
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Trash/x.rar")), "stale");
+    EXPECT_FALSE(engine.sandbox.exists(u"Downloads/x.rar"_s));
+    EXPECT_EQ(engine.sandbox.read(u"Trash/x.rar"_s), "stale");
 }
 
 TEST_F(QueueCommandsTest, RedownloadLeavesAnotherItemItsFile)
 {
-    const ItemPtr other = engine.add(QStringLiteral("http://a/x.rar"));
-    other->setLocalPath(engine.sandbox.write(QStringLiteral("Downloads/x.rar"), "other"));
+    const ItemPtr other = engine.add(u"http://a/x.rar"_s);
+    other->setLocalPath(engine.sandbox.write(u"Downloads/x.rar"_s, "other"));
     other->setStatus(DownloadStatus::completed);
-    const ItemPtr item = engine.add(QStringLiteral("http://b/x.rar"));
+    const ItemPtr item = engine.add(u"http://b/x.rar"_s);
     ASSERT_EQ(item->status(), DownloadStatus::paused);
     // With a file of its own, and with none.
-    item->setLocalPath(engine.sandbox.write(QStringLiteral("Downloads/x (1).rar"), "own"));
+    item->setLocalPath(engine.sandbox.write(u"Downloads/x (1).rar"_s, "own"));
     for (int i = 0; i < 2; ++i) {
         engine.manager().commands().redownloadItem(*item);
         turnEventLoop();
-        EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/x.rar")), "other");
+        EXPECT_EQ(engine.sandbox.read(u"Downloads/x.rar"_s), "other");
         EXPECT_EQ(item->status(), DownloadStatus::downloading);
     }
-    EXPECT_FALSE(engine.sandbox.exists(QStringLiteral("Downloads/x (1).rar")));
+    EXPECT_FALSE(engine.sandbox.exists(u"Downloads/x (1).rar"_s));
     // Not even where its folder has two paths.
-    ASSERT_TRUE(QFile::link(engine.sandbox.folders().downloads, engine.sandbox.path(QStringLiteral("way"))));
-    engine.settings().downloadFolderPath.set(engine.sandbox.path(QStringLiteral("way")));
+    ASSERT_TRUE(QFile::link(engine.sandbox.folders().downloads, engine.sandbox.path(u"way"_s)));
+    engine.settings().downloadFolderPath.set(engine.sandbox.path(u"way"_s));
     engine.manager().commands().redownloadItem(*item);
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/x.rar")), "other");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/x.rar"_s), "other");
 }
 
 TEST_F(QueueCommandsTest, RedownloadOfANamelessItemDeletesNoFileNamedDownload)
 {
-    const ItemPtr item = engine.add(QStringLiteral("http://h/"));
-    engine.sandbox.write(QStringLiteral("Downloads/download"), "the user's own");
+    const ItemPtr item = engine.add(u"http://h/"_s);
+    engine.sandbox.write(u"Downloads/download"_s, "the user's own");
     engine.settings().maxConcurrentDownloads.set(0);
     engine.manager().commands().redownloadItem(*item);
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/download")), "the user's own");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/download"_s), "the user's own");
 }
 
 TEST_F(QueueCommandsTest, ClearExtractedTakesOutTheWholeSetOfAnExtractedPart)
 {
-    const auto items = engine.add({QStringLiteral("http://h/m.part1.rar"), QStringLiteral("http://h/m.part2.rar"),
-                                 QStringLiteral("http://h/m.part1.rev"), QStringLiteral("http://h/m.zip"),
-                                 QStringLiteral("http://h/M.part9.rar")});
+    const auto items = engine.add({u"http://h/m.part1.rar"_s, u"http://h/m.part2.rar"_s, u"http://h/m.part1.rev"_s,
+                                   u"http://h/m.zip"_s, u"http://h/M.part9.rar"_s});
     items[0]->setExtractionStatus(ExtractionStatus::done);
     engine.manager().commands().clearExtracted();
     EXPECT_EQ(engine.manager().items(), (std::vector{items[3], items[4]}));
@@ -280,10 +277,9 @@ QStringList names(const DownloadManager& manager)
 
 TEST_F(QueueCommandsTest, MovesWholeGroupsAndPutsHiddenVolumesLast)
 {
-    engine.add({QStringLiteral("http://h/a"), QStringLiteral("http://h/m.part1.rev"),
-              QStringLiteral("http://h/m.part2.rar"), QStringLiteral("http://h/b"),
-              QStringLiteral("http://h/m.part1.rar")});
-    const QStringList ids{QStringLiteral("a"), QStringLiteral("m"), QStringLiteral("b")};
+    engine.add({u"http://h/a"_s, u"http://h/m.part1.rev"_s, u"http://h/m.part2.rar"_s, u"http://h/b"_s,
+                u"http://h/m.part1.rar"_s});
+    const QStringList ids{u"a"_s, u"m"_s, u"b"_s};
     engine.manager().commands().moveGroups({1}, 0, ids);
     EXPECT_EQ(names(engine.manager()).join(u' '), u"m.part1.rar m.part2.rar a b m.part1.rev");
     engine.restart(true);
@@ -292,18 +288,16 @@ TEST_F(QueueCommandsTest, MovesWholeGroupsAndPutsHiddenVolumesLast)
 
 TEST_F(QueueCommandsTest, MovesSeveralGroupsTogetherInFrontOfTheDestination)
 {
-    engine.add({QStringLiteral("http://h/a"), QStringLiteral("http://h/b"), QStringLiteral("http://h/c"),
-              QStringLiteral("http://h/d")});
-    const QStringList ids{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c"), QStringLiteral("d")};
+    engine.add({u"http://h/a"_s, u"http://h/b"_s, u"http://h/c"_s, u"http://h/d"_s});
+    const QStringList ids{u"a"_s, u"b"_s, u"c"_s, u"d"_s};
     engine.manager().commands().moveGroups({0, 2}, 4, ids);
     EXPECT_EQ(names(engine.manager()).join(u' '), u"b d a c");
 }
 
 TEST_F(QueueCommandsTest, TellsGroupsOfOneNameApartByTheirPlaces)
 {
-    const auto items =
-        engine.add({QStringLiteral("http://h/a"), QStringLiteral("http://h/b"), QStringLiteral("http://h/c")});
-    const QString x = QStringLiteral("x");
+    const auto items = engine.add({u"http://h/a"_s, u"http://h/b"_s, u"http://h/c"_s});
+    const QString x = u"x"_s;
     for (const ItemPtr& item : items)
         item->setFilename(x);
     engine.manager().commands().moveGroups({2}, 0, {x, x, x});
@@ -312,7 +306,7 @@ TEST_F(QueueCommandsTest, TellsGroupsOfOneNameApartByTheirPlaces)
 
 TEST_F(QueueCommandsTest, IgnoresAMoveOfGroupsThatAreNotThere)
 {
-    const auto items = engine.add({QStringLiteral("http://h/a"), QStringLiteral("http://h/b")});
-    engine.manager().commands().moveGroups({-1, 5}, 99, {QStringLiteral("a"), QStringLiteral("b")});
+    const auto items = engine.add({u"http://h/a"_s, u"http://h/b"_s});
+    engine.manager().commands().moveGroups({-1, 5}, 99, {u"a"_s, u"b"_s});
     EXPECT_EQ(engine.manager().items(), items);
 }

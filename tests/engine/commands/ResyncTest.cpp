@@ -1,11 +1,13 @@
-#include "fixtures/EventLoop.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/EventLoop.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 using namespace vormel;
 using namespace vormel::fixtures;
@@ -18,7 +20,7 @@ protected:
     void SetUp() override
     {
         engine.settings().maxConcurrentDownloads.set(0);
-        set = engine.add({QStringLiteral("http://h/m.part1.rar"), QStringLiteral("http://h/m.part2.rar")});
+        set = engine.add({u"http://h/m.part1.rar"_s, u"http://h/m.part2.rar"_s});
     }
 
     /// A file of that size where the item's finished file belongs.
@@ -28,10 +30,7 @@ protected:
         ASSERT_TRUE(QFile::resize(path, size));
     }
     [[nodiscard]] bool isThere(const ItemPtr& item) const { return engine.sandbox.exists(placeOf(item)); }
-    [[nodiscard]] static QString placeOf(const ItemPtr& item)
-    {
-        return QStringLiteral("Downloads/m/") + item->filename();
-    }
+    [[nodiscard]] static QString placeOf(const ItemPtr& item) { return u"Downloads/m/"_s + item->filename(); }
 
     EngineOnScript engine;
     std::vector<ItemPtr> set;
@@ -113,7 +112,7 @@ TEST_F(ResyncTest, BelievesAFileWhereItLiesThoughTheFolderIsAnotherNow)
     lay(set[0], 100);
     set[0]->setLocalPath(engine.sandbox.path(placeOf(set[0])));
     set[0]->setStatus(DownloadStatus::completed);
-    engine.settings().downloadFolderPath.set(engine.sandbox.path(QStringLiteral("new")));
+    engine.settings().downloadFolderPath.set(engine.sandbox.path(u"new"_s));
     engine.manager().commands().resyncItems(set);
     EXPECT_EQ(set[0]->status(), DownloadStatus::completed);
     EXPECT_EQ(set[0]->localPath(), engine.sandbox.path(placeOf(set[0])));
@@ -121,7 +120,7 @@ TEST_F(ResyncTest, BelievesAFileWhereItLiesThoughTheFolderIsAnotherNow)
 
 TEST_F(ResyncTest, LooksUnderTheNameOnceTheFileThatWasThereIsGone)
 {
-    set[0]->setLocalPath(engine.sandbox.path(QStringLiteral("gone/m.part1.rar")));
+    set[0]->setLocalPath(engine.sandbox.path(u"gone/m.part1.rar"_s));
     lay(set[0], 100);
     engine.manager().commands().resyncItems({set[0]});
     EXPECT_EQ(set[0]->localPath(), engine.sandbox.path(placeOf(set[0])));
@@ -129,17 +128,17 @@ TEST_F(ResyncTest, LooksUnderTheNameOnceTheFileThatWasThereIsGone)
 
 TEST_F(ResyncTest, NeitherTakesNorDeletesAnotherItemsFile)
 {
-    const ItemPtr other = engine.add(QStringLiteral("http://a/x.bin"));
-    other->setLocalPath(engine.sandbox.write(QStringLiteral("Downloads/x.bin"), "other"));
+    const ItemPtr other = engine.add(u"http://a/x.bin"_s);
+    other->setLocalPath(engine.sandbox.write(u"Downloads/x.bin"_s, "other"));
     other->setStatus(DownloadStatus::completed);
-    const ItemPtr item = engine.add(QStringLiteral("http://b/x.bin"));
-    item->setLocalPath(engine.sandbox.path(QStringLiteral("Downloads/x (1).bin")));
+    const ItemPtr item = engine.add(u"http://b/x.bin"_s);
+    item->setLocalPath(engine.sandbox.path(u"Downloads/x (1).bin"_s));
     item->setStatus(DownloadStatus::completed);
     for (const qint64 total : {0, 100}) {
         item->setTotalBytes(total);
         engine.manager().commands().resyncItems({item});
         EXPECT_EQ(item->status(), DownloadStatus::queued) << total;
-        EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/x.bin")), "other") << total;
+        EXPECT_EQ(engine.sandbox.read(u"Downloads/x.bin"_s), "other") << total;
     }
 }
 
@@ -147,7 +146,7 @@ TEST_F(ResyncTest, DeletesNoVolumeThatAMirrorOfItHasToo)
 {
     lay(set[0], 100);
     set[0]->setLocalPath(engine.sandbox.path(placeOf(set[0])));
-    const ItemPtr mirror = engine.add(QStringLiteral("http://b/m.part1.rar"));
+    const ItemPtr mirror = engine.add(u"http://b/m.part1.rar"_s);
     ASSERT_EQ(mirror->status(), DownloadStatus::completed);
     mirror->setTotalBytes(200);
     engine.manager().commands().resyncItems({mirror});
@@ -159,7 +158,7 @@ TEST_F(ResyncTest, DeletesNoLinkToADiskThatIsNotThereAndNoFolder)
 {
     const QString link = engine.sandbox.path(placeOf(set[0]));
     QDir().mkpath(QFileInfo(link).path());
-    ASSERT_TRUE(QFile::link(engine.sandbox.path(QStringLiteral("disk/m.part1.rar")), link));
+    ASSERT_TRUE(QFile::link(engine.sandbox.path(u"disk/m.part1.rar"_s), link));
     QDir().mkpath(engine.sandbox.path(placeOf(set[1])));
     engine.manager().commands().resyncItems(set);
     EXPECT_TRUE(QFileInfo(link).isSymLink());
@@ -167,7 +166,7 @@ TEST_F(ResyncTest, DeletesNoLinkToADiskThatIsNotThereAndNoFolder)
     for (const ItemPtr& item : set)
         EXPECT_EQ(item->status(), DownloadStatus::queued);
     // Once the disk is back, so is the file.
-    engine.sandbox.write(QStringLiteral("disk/m.part1.rar"), "x");
+    engine.sandbox.write(u"disk/m.part1.rar"_s, "x");
     engine.manager().commands().resyncItems(set);
     EXPECT_EQ(set[0]->status(), DownloadStatus::completed);
     EXPECT_EQ(set[0]->localPath(), link);
@@ -177,19 +176,19 @@ TEST_F(ResyncTest, FetchesAShortFileBehindALinkAgainAndLeavesBothAlone)
 {
     const QString link = engine.sandbox.path(placeOf(set[0]));
     QDir().mkpath(QFileInfo(link).path());
-    ASSERT_TRUE(QFile::link(engine.sandbox.write(QStringLiteral("disk/m.part1.rar"), "x"), link));
+    ASSERT_TRUE(QFile::link(engine.sandbox.write(u"disk/m.part1.rar"_s, "x"), link));
     set[0]->setTotalBytes(2);
     engine.settings().maxConcurrentDownloads.set(1);
     engine.manager().commands().resyncItems({set[0]});
     turnEventLoop();
     EXPECT_EQ(set[0]->status(), DownloadStatus::downloading);
     EXPECT_TRUE(QFileInfo(link).isSymLink());
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("disk/m.part1.rar")), "x");
+    EXPECT_EQ(engine.sandbox.read(u"disk/m.part1.rar"_s), "x");
 }
 
 TEST_F(ResyncTest, PassesOverAnItemWithoutAName)
 {
-    const ItemPtr nameless = engine.add(QStringLiteral("http://h/"));
+    const ItemPtr nameless = engine.add(u"http://h/"_s);
     nameless->setStatus(DownloadStatus::stopped);
     engine.manager().commands().resyncItems({nameless});
     EXPECT_EQ(nameless->status(), DownloadStatus::stopped);
@@ -238,17 +237,17 @@ TEST_F(ResyncTest, MovesWhatOnlyHasTheNameToTheTrashAndDeletesTheItemsOwn)
     engine.manager().commands().resyncItems(set);
     EXPECT_FALSE(isThere(set[0]));
     EXPECT_FALSE(isThere(set[1]));
-    EXPECT_EQ(engine.sandbox.files(QStringLiteral("Trash")), QStringList{QStringLiteral("m.part1.rar")});
+    EXPECT_EQ(engine.sandbox.files(u"Trash"_s), QStringList{u"m.part1.rar"_s});
 }
 
 TEST_F(ResyncTest, TakesNoVolumeOfAnotherSetThatHasTheSameNameOnDisk)
 {
-    const ItemPtr one = engine.add(QStringLiteral("http://h/a%0Ab.part1.rar"));
-    const ItemPtr other = engine.add(QStringLiteral("http://h/a_b.part1.rar"));
+    const ItemPtr one = engine.add(u"http://h/a%0Ab.part1.rar"_s);
+    const ItemPtr other = engine.add(u"http://h/a_b.part1.rar"_s);
     ASSERT_NE(one->filename(), other->filename());
-    one->setLocalPath(engine.sandbox.write(QStringLiteral("Downloads/a_b/a_b.part1.rar"), "of the first"));
+    one->setLocalPath(engine.sandbox.write(u"Downloads/a_b/a_b.part1.rar"_s, "of the first"));
     one->setStatus(DownloadStatus::completed);
     engine.manager().commands().resyncItems({other});
     EXPECT_EQ(other->status(), DownloadStatus::queued);
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/a_b/a_b.part1.rar")), "of the first");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/a_b/a_b.part1.rar"_s), "of the first");
 }

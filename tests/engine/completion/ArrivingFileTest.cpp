@@ -1,18 +1,20 @@
-#include "fixtures/EventLoop.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/EventLoop.h"
 
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 using namespace vormel;
 using namespace vormel::fixtures;
 
 namespace {
 
-const QString url = QStringLiteral("http://h/x.rar");
+const QString url = u"http://h/x.rar"_s;
 
 void lay(const EngineOnScript& engine)
 {
-    engine.sandbox.write(QStringLiteral("Downloads/x.rar"), "archive");
+    engine.sandbox.write(u"Downloads/x.rar"_s, "archive");
 }
 
 /// How an archive comes to be there.

@@ -8,6 +8,8 @@
 
 #include <mutex>
 
+using namespace Qt::StringLiterals;
+
 using namespace std::chrono_literals;
 using namespace vormel;
 using namespace vormel::fixtures;
@@ -21,7 +23,7 @@ public:
     void add(int file)
     {
         const std::lock_guard lock(m_mutex);
-        m_paths << QFile::symLinkTarget(QStringLiteral("/proc/self/fd/%1").arg(file));
+        m_paths << QFile::symLinkTarget(u"/proc/self/fd/%1"_s.arg(file));
     }
     QStringList take()
     {
@@ -107,7 +109,7 @@ TEST_F(FinishedOnDisk, AnItemMayBeRemovedWhileItsFileIsSynced)
     engine.manager().commands().removeItems({item->id()});
     engine.sync.release();
     turnEventLoop();
-    EXPECT_TRUE(engine.sandbox.files(QStringLiteral("Downloads")).isEmpty());
+    EXPECT_TRUE(engine.sandbox.files(u"Downloads"_s).isEmpty());
 }
 
 TEST_F(FinishedOnDisk, TheProgramMayEndWhileAFileIsSynced)
@@ -144,7 +146,7 @@ TEST_F(FinishedOnDisk, BytesThatTheDiskMayHaveLostAreFetchedAgain)
 
 TEST_F(FinishedOnDisk, TheNameOfAFileIsSyncedBeforeTheQueueThatTellsOfIt)
 {
-    const ItemPtr item = engine.start(QStringLiteral("http://h/movie.part1.rar"));
+    const ItemPtr item = engine.start(u"http://h/movie.part1.rar"_s);
     say(200, {{"Content-Length", "3"}});
     send("abc");
     engine.flush();
@@ -153,10 +155,9 @@ TEST_F(FinishedOnDisk, TheNameOfAFileIsSyncedBeforeTheQueueThatTellsOfIt)
     ASSERT_EQ(item->status(), DownloadStatus::completed);
     engine.flush();
     const QStringList synced = syncLog().take();
-    const qsizetype file =
-        synced.indexOf(engine.sandbox.path(QStringLiteral("Downloads/movie/movie.part1.rar.download")));
-    const qsizetype folder = synced.indexOf(engine.sandbox.path(QStringLiteral("Downloads/movie")));
-    const qsizetype queue = synced.indexOf(engine.sandbox.path(QStringLiteral("data/Vormel/download_queue.json.new")));
+    const qsizetype file = synced.indexOf(engine.sandbox.path(u"Downloads/movie/movie.part1.rar.download"_s));
+    const qsizetype folder = synced.indexOf(engine.sandbox.path(u"Downloads/movie"_s));
+    const qsizetype queue = synced.indexOf(engine.sandbox.path(u"data/Vormel/download_queue.json.new"_s));
     EXPECT_GE(file, 0) << qPrintable(synced.join(u'\n'));
     EXPECT_GT(folder, file);
     EXPECT_GT(queue, folder);

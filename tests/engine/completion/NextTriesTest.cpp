@@ -1,8 +1,10 @@
+#include "fixtures/EngineOnScript.h"
 #include "fixtures/EventLoop.h"
 #include "fixtures/FakeResolvers.h"
-#include "fixtures/EngineOnScript.h"
 
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 using namespace std::chrono_literals;
 using namespace vormel;
@@ -16,7 +18,7 @@ class NextTriesTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        item = engine.start(QStringLiteral("http://away/x.bin"));
+        item = engine.start(u"http://away/x.bin"_s);
         lose();
     }
     void lose()
@@ -28,7 +30,7 @@ protected:
     /// Another item that comes down at once.
     void letANeighbourFinish()
     {
-        const ItemPtr neighbour = engine.add(QStringLiteral("http://near/%1").arg(++neighbours));
+        const ItemPtr neighbour = engine.add(u"http://near/%1"_s.arg(++neighbours));
         engine.manager().commands().startItems({neighbour});
         turnEventLoop();
         engine.http.last().head(200, {{"Content-Length", "1"}});
@@ -41,9 +43,8 @@ protected:
     [[nodiscard]] std::ptrdiff_t tries() const
     {
         const auto& all = engine.http.exchanges();
-        return std::count_if(all.begin(), all.end(), [](const auto& exchange) {
-            return exchange->request.url.host() == QStringLiteral("away");
-        });
+        return std::count_if(all.begin(), all.end(),
+                             [](const auto& exchange) { return exchange->request.url.host() == u"away"_s; });
     }
     /// How many failures in a row the item stands from now on.
     int failuresLeft()
@@ -87,7 +88,7 @@ TEST_F(NextTriesTest, OutlivesAHostThatIsAwayForFiftySecondsBesideABusyQueue)
         if (item->status() == DownloadStatus::downloading) {
             const auto& all = engine.http.exchanges();
             std::find_if(all.rbegin(), all.rend(),
-                         [](const auto& exchange) { return exchange->request.url.host() == QStringLiteral("away"); })
+                         [](const auto& exchange) { return exchange->request.url.host() == u"away"_s; })
                 ->get()
                 ->fail(HttpError::Kind::cannotConnect);
             turnEventLoop();
@@ -99,7 +100,7 @@ TEST_F(NextTriesTest, OutlivesAHostThatIsAwayForFiftySecondsBesideABusyQueue)
 TEST_F(NextTriesTest, GivesItsSlotToOthersMeanwhile)
 {
     engine.settings().maxConcurrentDownloads.set(1);
-    const ItemPtr next = engine.add(QStringLiteral("http://near/next"));
+    const ItemPtr next = engine.add(u"http://near/next"_s);
     next->setStatus(DownloadStatus::queued);
     engine.manager().processQueue();
     turnEventLoop();
@@ -116,7 +117,7 @@ TEST_F(NextTriesTest, WaitsToThoughItsFileWasOnlyShortAndOthersGoOnAtOnce)
 {
     engine.clock.advance(2s);
     engine.settings().maxConcurrentDownloads.set(1);
-    const ItemPtr next = engine.add(QStringLiteral("http://near/next"));
+    const ItemPtr next = engine.add(u"http://near/next"_s);
     next->setStatus(DownloadStatus::queued);
     engine.http.last().head(200, {{"Content-Length", "6"}});
     engine.http.last().data("abc");
@@ -200,11 +201,11 @@ protected:
 TEST_P(DeadAddressTest, IsResolvedAnewAndTheFileGoesOnFromTheSameByte)
 {
     engine.manager().accounts().set({account(SupportedHost::filestore)});
-    const ItemPtr item = engine.add(QStringLiteral("https://filestore.example/f/abc"));
-    resolveTo(QStringLiteral("https://cdn.example/none"));
+    const ItemPtr item = engine.add(u"https://filestore.example/f/abc"_s);
+    resolveTo(u"https://cdn.example/none"_s);
     engine.manager().commands().startAll();
     turnEventLoop();
-    resolveTo(QStringLiteral("https://cdn1.example/movie.rar"));
+    resolveTo(u"https://cdn1.example/movie.rar"_s);
     engine.http.last().head(200, {{"Content-Length", "6"}});
     engine.http.last().data("abc");
     engine.http.last().fail(HttpError::Kind::connectionLost);
@@ -216,14 +217,14 @@ TEST_P(DeadAddressTest, IsResolvedAnewAndTheFileGoesOnFromTheSameByte)
     EXPECT_FALSE(item->resolvedURL());
     engine.clock.advance(4s);
     ASSERT_EQ(log->resolves.size(), 3U);
-    resolveTo(QStringLiteral("https://cdn2.example/movie.rar"));
-    EXPECT_EQ(engine.http.last().request.url.host(), QStringLiteral("cdn2.example"));
+    resolveTo(u"https://cdn2.example/movie.rar"_s);
+    EXPECT_EQ(engine.http.last().request.url.host(), u"cdn2.example"_s);
     EXPECT_EQ(engine.http.last().header("Range"), "bytes=3-");
     engine.http.last().head(206, {{"Content-Range", "bytes 3-5/6"}});
     engine.http.last().data("def");
     engine.http.last().finish();
     turnEventLoop();
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/movie.rar")), "abcdef");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/movie.rar"_s), "abcdef");
 }
 
 INSTANTIATE_TEST_SUITE_P(All, DeadAddressTest, ::testing::Values(401, 403, 404, 410));

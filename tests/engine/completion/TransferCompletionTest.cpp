@@ -1,6 +1,6 @@
 #include "engine/transfer/TransferTexts.h"
-#include "fixtures/EventLoop.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/EventLoop.h"
 
 #include <QFile>
 
@@ -8,14 +8,16 @@
 
 #include <cerrno>
 
+using namespace Qt::StringLiterals;
+
 using namespace std::chrono_literals;
 using namespace vormel;
 using namespace vormel::fixtures;
 
 namespace {
 
-const QString rarLink = QStringLiteral("http://h/x.rar");
-const QString partFile = QStringLiteral("Downloads/x.rar.download");
+const QString rarLink = u"http://h/x.rar"_s;
+const QString partFile = u"Downloads/x.rar.download"_s;
 
 class TransferCompletionTest : public ::testing::Test
 {
@@ -40,7 +42,7 @@ protected:
 };
 
 const QString pageText =
-    QStringLiteral("Server returned a web page, not the file — the link may be expired or need a premium account.");
+    u"Server returned a web page, not the file — the link may be expired or need a premium account."_s;
 
 } // namespace
 
@@ -59,8 +61,8 @@ TEST_F(TransferCompletionTest, RecognisesAGeographicBlockInAnyLetterCase)
     const ItemPtr item = engine.start(rarLink);
     failPage("<h1>GeoLocation denied</h1>");
     EXPECT_EQ(item->status(),
-              DownloadStatus::failure(QStringLiteral(
-                  "Download blocked: the server does not allow access from your country (geo-restricted).")));
+              DownloadStatus::failure(
+                  u"Download blocked: the server does not allow access from your country (geo-restricted)."_s));
 }
 
 TEST_F(TransferCompletionTest, RecognisesABlockedCountryAndSpeaksItalian)
@@ -69,8 +71,8 @@ TEST_F(TransferCompletionTest, RecognisesABlockedCountryAndSpeaksItalian)
     const ItemPtr item = engine.start(rarLink);
     failPage("Blocked Country");
     EXPECT_EQ(item->status(),
-              DownloadStatus::failure(QStringLiteral(
-                  "Download bloccato: il server non consente l'accesso dal tuo paese (geo-restriction).")));
+              DownloadStatus::failure(
+                  u"Download bloccato: il server non consente l'accesso dal tuo paese (geo-restriction)."_s));
 }
 
 TEST_F(TransferCompletionTest, TellsAnyOtherPageInItalian)
@@ -78,14 +80,13 @@ TEST_F(TransferCompletionTest, TellsAnyOtherPageInItalian)
     engine.settings().language.set(AppLanguage::italian);
     const ItemPtr item = engine.start(rarLink);
     failPage("\xff\xfe geolocation");
-    EXPECT_EQ(item->status().message(), QStringLiteral("Il server ha restituito una pagina web, non il file — il link "
-                                                       "potrebbe essere scaduto o richiedere un account premium."));
+    EXPECT_EQ(item->status().message(), u"Il server ha restituito una pagina web, non il file — il link "
+                                        u"potrebbe essere scaduto o richiedere un account premium."_s);
 }
 
 TEST_F(TransferCompletionTest, UnderstandsAPageThatIsCutInsideACharacter)
 {
-    EXPECT_TRUE(
-        webPageText("geolocation \xe2\x82", AppLanguage::english).startsWith(QStringLiteral("Download blocked")));
+    EXPECT_TRUE(webPageText("geolocation \xe2\x82", AppLanguage::english).startsWith(u"Download blocked"_s));
 }
 
 TEST_F(TransferCompletionTest, TriesALostConnectionAgainAfterGrowingDelays)
@@ -102,7 +103,7 @@ TEST_F(TransferCompletionTest, TriesALostConnectionAgainAfterGrowingDelays)
         EXPECT_EQ(item->status(), DownloadStatus::downloading);
     }
     loseConnection();
-    EXPECT_EQ(item->status(), DownloadStatus::failure(QStringLiteral("The connection to the server was lost.")));
+    EXPECT_EQ(item->status(), DownloadStatus::failure(u"The connection to the server was lost."_s));
     EXPECT_EQ(requests(), 9U);
 }
 
@@ -128,7 +129,7 @@ TEST_F(TransferCompletionTest, ResumesAfterALostConnection)
     engine.clock.advance(2s);
     EXPECT_EQ(server().header("Range"), "bytes=3-");
     answer(206, {{"Content-Range", "bytes 3-5/6"}}, "def");
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/x.rar")), "abcdef");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/x.rar"_s), "abcdef");
     EXPECT_EQ(item->status(), DownloadStatus::completed);
 }
 
@@ -165,8 +166,7 @@ TEST_F(TransferCompletionTest, TriesAShortFileEightTimesAndThenTellsTheNumbers)
         EXPECT_DOUBLE_EQ(item->progress(), 0.999);
         engine.clock.advance(delay);
     }
-    EXPECT_EQ(item->status(),
-              DownloadStatus::failure(QStringLiteral("Incomplete download (999 bytes of 1,000 bytes) — retry")));
+    EXPECT_EQ(item->status(), DownloadStatus::failure(u"Incomplete download (999 bytes of 1,000 bytes) — retry"_s));
     EXPECT_EQ(requests(), 9U);
     EXPECT_EQ(engine.sandbox.read(partFile).size(), 999);
 }
@@ -176,7 +176,7 @@ TEST_F(TransferCompletionTest, CountsATransferOfUnknownLengthAsComplete)
     const ItemPtr item = engine.start(rarLink);
     answer(200, {}, "whatever came");
     EXPECT_EQ(item->status(), DownloadStatus::completed);
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/x.rar")), "whatever came");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/x.rar"_s), "whatever came");
 }
 
 TEST_F(TransferCompletionTest, NeverCompletesAFileLargerThanToldAndFetchesItNotForEver)
@@ -194,14 +194,13 @@ TEST_F(TransferCompletionTest, NeverCompletesAFileLargerThanToldAndFetchesItNotF
         EXPECT_EQ(item->bytesReceived(), 0);
         engine.clock.advance(10s);
     }
-    EXPECT_EQ(item->status(),
-              DownloadStatus::failure(QStringLiteral("The server sent more than it had announced — retry")));
+    EXPECT_EQ(item->status(), DownloadStatus::failure(u"The server sent more than it had announced — retry"_s));
     EXPECT_EQ(requests(), 2U);
-    EXPECT_TRUE(engine.sandbox.files(QStringLiteral("Downloads")).isEmpty());
+    EXPECT_TRUE(engine.sandbox.files(u"Downloads"_s).isEmpty());
     engine.manager().commands().retryItem(*item);
     turnEventLoop();
     answer(200, {{"Content-Length", "5"}}, "12345");
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/x.rar")), "12345");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/x.rar"_s), "12345");
 }
 
 TEST_F(TransferCompletionTest, KeepsWhatItHadWhenTheRestIsTooLong)
@@ -220,7 +219,7 @@ TEST_F(TransferCompletionTest, KeepsWhatItHadWhenTheRestIsTooLong)
     engine.clock.advance(10s);
     EXPECT_EQ(server().header("Range"), "bytes=4-");
     answer(206, {{"Content-Range", "bytes 4-7/8"}}, "end!");
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/x.rar")), "goodend!");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/x.rar"_s), "goodend!");
 }
 
 TEST_F(TransferCompletionTest, BeginsAPartFileAnewThatIsLongerThanItsSource)
@@ -232,7 +231,7 @@ TEST_F(TransferCompletionTest, BeginsAPartFileAnewThatIsLongerThanItsSource)
     turnEventLoop();
     EXPECT_FALSE(server().header("Range"));
     answer(200, {{"Content-Length", "8"}}, "goodend!");
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/x.rar")), "goodend!");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/x.rar"_s), "goodend!");
 }
 
 TEST_F(TransferCompletionTest, NeverCompletesAnErrorAnswer)
@@ -243,11 +242,11 @@ TEST_F(TransferCompletionTest, NeverCompletesAnErrorAnswer)
         EXPECT_EQ(engine.sandbox.read(partFile), "");
         engine.clock.advance(10s);
     }
-    EXPECT_EQ(item->status(), DownloadStatus::failure(
-                                  QStringLiteral("The server answered with error 404 instead of the file — retry")));
+    EXPECT_EQ(item->status(),
+              DownloadStatus::failure(u"The server answered with error 404 instead of the file — retry"_s));
     EXPECT_EQ(item->totalBytes(), 0);
     EXPECT_EQ(requests(), 9U);
-    EXPECT_FALSE(engine.sandbox.exists(QStringLiteral("Downloads/x.rar")));
+    EXPECT_FALSE(engine.sandbox.exists(u"Downloads/x.rar"_s));
 }
 
 TEST_F(TransferCompletionTest, KeepsTheGoodBytesThroughErrorAnswersOnAResume)
@@ -264,7 +263,7 @@ TEST_F(TransferCompletionTest, KeepsTheGoodBytesThroughErrorAnswersOnAResume)
         engine.clock.advance(10s);
     }
     answer(206, {{"Content-Range", "bytes 4-7/8"}}, "end!");
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/x.rar")), "goodend!");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/x.rar"_s), "goodend!");
     EXPECT_EQ(item->status(), DownloadStatus::completed);
 }
 
@@ -279,53 +278,51 @@ TEST_F(TransferCompletionTest, TellsTheNumbersWhenErrorAnswersLeaveAFileShort)
         answer(503, {{"Content-Type", "text/plain"}}, "try later");
         engine.clock.advance(10s);
     }
-    EXPECT_EQ(item->status(),
-              DownloadStatus::failure(QStringLiteral("Incomplete download (4 bytes of 8 bytes) — retry")));
+    EXPECT_EQ(item->status(), DownloadStatus::failure(u"Incomplete download (4 bytes of 8 bytes) — retry"_s));
 }
 
 TEST_F(TransferCompletionTest, NumbersAFileWhoseNameIsTaken)
 {
     const ItemPtr item = engine.start(rarLink);
-    engine.sandbox.write(QStringLiteral("Downloads/x.rar"), "first");
+    engine.sandbox.write(u"Downloads/x.rar"_s, "first");
     answer(200, {{"Content-Length", "6"}}, "second");
-    EXPECT_EQ(item->localPath(), engine.sandbox.path(QStringLiteral("Downloads/x (1).rar")));
-    EXPECT_EQ(item->filename(), QStringLiteral("x.rar"));
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/x.rar")), "first");
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/x (1).rar")), "second");
+    EXPECT_EQ(item->localPath(), engine.sandbox.path(u"Downloads/x (1).rar"_s));
+    EXPECT_EQ(item->filename(), u"x.rar"_s);
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/x.rar"_s), "first");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/x (1).rar"_s), "second");
 }
 
 TEST_F(TransferCompletionTest, FailsWhenTheFileCannotBeMovedAndKeepsItsBytes)
 {
-    engine.sandbox.write(QStringLiteral("Downloads/set"), "a file where the folder of the set should be");
-    const ItemPtr item = engine.start(QStringLiteral("http://h/get"));
+    engine.sandbox.write(u"Downloads/set"_s, "a file where the folder of the set should be");
+    const ItemPtr item = engine.start(u"http://h/get"_s);
     answer(200, {{"Content-Disposition", "filename=set.part1.rar"}}, "abc");
-    EXPECT_EQ(item->status(),
-              DownloadStatus::failure(QStringLiteral("A file stands where the folder of this download should be.")));
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/get.download")), "abc");
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/set")), "a file where the folder of the set should be");
+    EXPECT_EQ(item->status(), DownloadStatus::failure(u"A file stands where the folder of this download should be."_s));
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/get.download"_s), "abc");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/set"_s), "a file where the folder of the set should be");
 }
 
 TEST_F(TransferCompletionTest, BringsARecoveryVolumeToItsArchive)
 {
     engine.settings().downloadRevFiles.set(true);
-    const ItemPtr rar = engine.add(QStringLiteral("http://h/m.part1.rar"));
-    const QString elsewhere = engine.sandbox.write(QStringLiteral("elsewhere/m.part1.rar"), "rar");
-    engine.sandbox.write(QStringLiteral("elsewhere/m.part1.rev"), "stale");
-    const ItemPtr missing = engine.add(QStringLiteral("http://h/m.part2.rar"));
-    const ItemPtr rev = engine.start(QStringLiteral("http://h/m.part1.rev"));
+    const ItemPtr rar = engine.add(u"http://h/m.part1.rar"_s);
+    const QString elsewhere = engine.sandbox.write(u"elsewhere/m.part1.rar"_s, "rar");
+    engine.sandbox.write(u"elsewhere/m.part1.rev"_s, "stale");
+    const ItemPtr missing = engine.add(u"http://h/m.part2.rar"_s);
+    const ItemPtr rev = engine.start(u"http://h/m.part1.rev"_s);
     rar->setStatus(DownloadStatus::completed);
     rar->setLocalPath(elsewhere);
-    missing->setStatus(DownloadStatus::failure(QStringLiteral("gone")));
+    missing->setStatus(DownloadStatus::failure(u"gone"_s));
     auto& exchange = *std::find_if(engine.http.exchanges().begin(), engine.http.exchanges().end(), [](const auto& e) {
-                          return e->request.url.path().endsWith(QStringLiteral(".rev"));
+                          return e->request.url.path().endsWith(u".rev"_s);
                       })->get();
     exchange.head(200, {{"Content-Length", "5"}});
     exchange.data("fresh");
     exchange.finish();
     turnEventLoop();
-    EXPECT_EQ(rev->localPath(), engine.sandbox.path(QStringLiteral("elsewhere/m.part1.rev")));
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("elsewhere/m.part1.rev")), "fresh");
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Trash/m.part1.rev")), "stale");
+    EXPECT_EQ(rev->localPath(), engine.sandbox.path(u"elsewhere/m.part1.rev"_s));
+    EXPECT_EQ(engine.sandbox.read(u"elsewhere/m.part1.rev"_s), "fresh");
+    EXPECT_EQ(engine.sandbox.read(u"Trash/m.part1.rev"_s), "stale");
     // The arrival starts the archive again, by its first volume.
     EXPECT_FALSE(rar->extractionStatus() == ExtractionStatus::idle);
 }
@@ -342,7 +339,7 @@ TEST_F(TransferCompletionTest, HandsAFinishedFileToTheArchiveStepOnlyIfAsked)
 TEST_F(TransferCompletionTest, StartsTheNextItemWhenOneEnds)
 {
     engine.settings().maxConcurrentDownloads.set(1);
-    const auto items = engine.add({QStringLiteral("http://h/a"), QStringLiteral("http://h/b")});
+    const auto items = engine.add({u"http://h/a"_s, u"http://h/b"_s});
     engine.manager().commands().startAll();
     turnEventLoop();
     EXPECT_EQ(items[1]->status(), DownloadStatus::queued);

@@ -3,6 +3,8 @@
 
 #include <QFile>
 
+using namespace Qt::StringLiterals;
+
 using namespace std::chrono_literals;
 using namespace vormel;
 using namespace vormel::fixtures;
@@ -111,7 +113,7 @@ TEST_F(TriesTest, AreSharedBetweenLostConnectionsAndShortFiles)
 TEST_F(TriesTest, AreCountedForEachItemAlone)
 {
     spendAllTries();
-    const ItemPtr other = engine.start(QStringLiteral("http://h/other.bin"));
+    const ItemPtr other = engine.start(u"http://h/other.bin"_s);
     loseConnection();
     EXPECT_EQ(other->status(), DownloadStatus::queued);
 }
@@ -125,12 +127,12 @@ protected:
     void SetUp() override
     {
         engine.manager().accounts().set({account(SupportedHost::filestore)});
-        item = engine.add(QStringLiteral("https://filestore.example/f/x.rar"));
+        item = engine.add(u"https://filestore.example/f/x.rar"_s);
         log->resolves[0].answer->deliver(ResolverError::unsupportedHost());
         turnEventLoop();
         engine.manager().commands().startAll();
         turnEventLoop();
-        answerWithAddress(log->resolves[1], QStringLiteral("http://cdn/x.rar"), QStringLiteral("x.rar"));
+        answerWithAddress(log->resolves[1], u"http://cdn/x.rar"_s, u"x.rar"_s);
         turnEventLoop();
         ASSERT_EQ(item->status(), DownloadStatus::downloading);
     }
@@ -153,7 +155,7 @@ TEST_F(AddressTest, IsKeptForTheNextTryAfterALostConnection)
 
 TEST_F(AddressTest, IsAskedForAnewByARetry)
 {
-    engine.manager().commands().interruptItem(*item, DownloadStatus::failure(QStringLiteral("gone")));
+    engine.manager().commands().interruptItem(*item, DownloadStatus::failure(u"gone"_s));
     engine.manager().commands().retryItem(*item);
     EXPECT_FALSE(item->resolvedURL());
     turnEventLoop();

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 
 namespace {
@@ -18,36 +20,36 @@ class GroupNamesTest : public ::testing::Test
 protected:
     void store(const QJsonValue& value) { defaults.setObject(key, value); }
 
-    const QString key = QStringLiteral("vormel_group_names");
-    const QString a = QStringLiteral("a");
-    const QString b = QStringLiteral("b");
+    const QString key = u"vormel_group_names"_s;
+    const QString a = u"a"_s;
+    const QString b = u"b"_s;
     fixtures::Sandbox sandbox;
     FileWriter writer;
-    UserDefaults defaults{sandbox.path(QStringLiteral("preferences.json")), writer};
+    UserDefaults defaults{sandbox.path(u"preferences.json"_s), writer};
 };
 
 } // namespace
 
 TEST_F(GroupNamesTest, ReadsTheStoredNames)
 {
-    store(QJsonObject{{a, QStringLiteral("Film")}, {b, QStringLiteral("Song")}});
+    store(QJsonObject{{a, u"Film"_s}, {b, u"Song"_s}});
     EXPECT_EQ(GroupNames(defaults).displayName(a), u"Film");
     EXPECT_EQ(GroupNames(defaults).displayName(b), u"Song");
-    EXPECT_EQ(GroupNames(defaults).displayName(QStringLiteral("c")), u"c");
+    EXPECT_EQ(GroupNames(defaults).displayName(u"c"_s), u"c");
 }
 
 TEST_F(GroupNamesTest, StartsEmptyWhereAnyValueIsNoText)
 {
-    const QJsonValue strangers[] = {1, true, QJsonValue::Null, QJsonArray{QStringLiteral("x")}, QJsonObject{}};
+    const QJsonValue strangers[] = {1, true, QJsonValue::Null, QJsonArray{u"x"_s}, QJsonObject{}};
     for (const QJsonValue& stranger : strangers) {
-        store(QJsonObject{{a, QStringLiteral("Film")}, {b, stranger}});
+        store(QJsonObject{{a, u"Film"_s}, {b, stranger}});
         EXPECT_EQ(GroupNames(defaults).customName(a), u"") << stranger.type();
     }
 }
 
 TEST_F(GroupNamesTest, StartsEmptyWhereTheMapIsNone)
 {
-    for (const QJsonValue& stranger : {QJsonValue(1), QJsonValue(QStringLiteral("a")), QJsonValue(QJsonArray{a})}) {
+    for (const QJsonValue& stranger : {QJsonValue(1), QJsonValue(u"a"_s), QJsonValue(QJsonArray{a})}) {
         store(stranger);
         EXPECT_EQ(GroupNames(defaults).customName(a), u"");
     }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 using namespace vormel::fixtures;
 
@@ -28,7 +30,7 @@ TEST(HiddenVolumes, DependOnTheirStatusTheSettingAndTheirSet)
 {
     EngineOnScript engine;
     engine.settings().maxConcurrentDownloads.set(0);
-    const auto set = engine.add({QStringLiteral("http://h/m.part1.rar"), QStringLiteral("http://h/m.part1.rev")});
+    const auto set = engine.add({u"http://h/m.part1.rar"_s, u"http://h/m.part1.rev"_s});
     const auto isShown = [&](bool isOn, bool isExtracted) {
         engine.settings().downloadRevFiles.set(isOn);
         set[0]->setExtractionStatus(isExtracted ? ExtractionStatus::done : ExtractionStatus::idle);

@@ -1,7 +1,9 @@
-#include "fixtures/EventLoop.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/EventLoop.h"
 
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 using namespace vormel;
 using namespace vormel::fixtures;
@@ -15,7 +17,7 @@ protected:
     {
         QStringList urls;
         for (const QString& name : names)
-            urls << QStringLiteral("http://h/") + name;
+            urls << u"http://h/"_s + name;
         return engine.add(urls);
     }
 
@@ -27,7 +29,7 @@ protected:
             QStringList names;
             for (const ItemPtr& item : group.items)
                 names << item->filename();
-            lines << group.id + QStringLiteral(": ") + names.join(u' ');
+            lines << group.id + u": "_s + names.join(u' ');
         }
         return lines;
     }
@@ -65,7 +67,7 @@ TEST_F(VisibleGroupsTest, TellSetsApartByLetterCase)
 
 TEST_F(VisibleGroupsTest, NeverJoinPlainFilesOfOneName)
 {
-    add(lines({"x.zip", "y.zip"}))[1]->setFilename(QStringLiteral("x.zip"));
+    add(lines({"x.zip", "y.zip"}))[1]->setFilename(u"x.zip"_s);
     EXPECT_EQ(shown(), lines({"x.zip: x.zip", "x.zip: x.zip"}));
 }
 
@@ -121,9 +123,9 @@ TEST_F(VisibleGroupsTest, HideRecoveryVolumesOfAnExtractedSet)
 TEST_F(VisibleGroupsTest, FollowAFileThatGetsAnotherName)
 {
     const auto items = add(lines({"get", "m.part1.rar"}));
-    items[0]->setFilename(QStringLiteral("m.part2.rar"));
+    items[0]->setFilename(u"m.part2.rar"_s);
     EXPECT_EQ(shown(), lines({"m: m.part1.rar m.part2.rar"}));
-    items[1]->setFilename(QStringLiteral("other.zip"));
+    items[1]->setFilename(u"other.zip"_s);
     EXPECT_EQ(shown(), lines({"m: m.part2.rar", "other.zip: other.zip"}));
 }
 
@@ -139,26 +141,26 @@ TEST_F(VisibleGroupsTest, TellTheGroupOfOneItemAsTheWholeListDoes)
 TEST_F(VisibleGroupsTest, CallAGroupByTheNameThatTheUserGaveIt)
 {
     const GroupNames& names = engine.manager().groupNames();
-    EXPECT_EQ(names.displayName(QStringLiteral("m")), u"m");
-    engine.manager().renameGroup(QStringLiteral("m"), QStringLiteral(" \n My Movie\t"));
-    EXPECT_EQ(names.displayName(QStringLiteral("m")), u"My Movie");
+    EXPECT_EQ(names.displayName(u"m"_s), u"m");
+    engine.manager().renameGroup(u"m"_s, u" \n My Movie\t"_s);
+    EXPECT_EQ(names.displayName(u"m"_s), u"My Movie");
     engine.restart();
-    EXPECT_EQ(engine.manager().groupNames().customName(QStringLiteral("m")), u"My Movie");
+    EXPECT_EQ(engine.manager().groupNames().customName(u"m"_s), u"My Movie");
 }
 
 TEST_F(VisibleGroupsTest, LoseTheGivenNameByAnEmptyOneOrTheirOwn)
 {
-    for (const QString& name : {QStringLiteral("  \n"), QStringLiteral("m"), QString()}) {
-        engine.manager().renameGroup(QStringLiteral("m"), QStringLiteral("Other"));
-        engine.manager().renameGroup(QStringLiteral("m"), name);
-        EXPECT_TRUE(engine.manager().groupNames().customName(QStringLiteral("m")).isEmpty());
+    for (const QString& name : {u"  \n"_s, u"m"_s, QString()}) {
+        engine.manager().renameGroup(u"m"_s, u"Other"_s);
+        engine.manager().renameGroup(u"m"_s, name);
+        EXPECT_TRUE(engine.manager().groupNames().customName(u"m"_s).isEmpty());
     }
 }
 
 TEST_F(VisibleGroupsTest, KeepTheirGivenNameThroughTheRemovalOfTheirItems)
 {
     add(lines({"m.part1.rar"}));
-    engine.manager().renameGroup(QStringLiteral("m"), QStringLiteral("Mine"));
-    engine.manager().commands().removeGroup(QStringLiteral("m"));
-    EXPECT_EQ(engine.manager().groupNames().customName(QStringLiteral("m")), u"Mine");
+    engine.manager().renameGroup(u"m"_s, u"Mine"_s);
+    engine.manager().commands().removeGroup(u"m"_s);
+    EXPECT_EQ(engine.manager().groupNames().customName(u"m"_s), u"Mine");
 }

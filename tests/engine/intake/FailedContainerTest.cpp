@@ -1,8 +1,10 @@
+#include "fixtures/EngineOnScript.h"
 #include "fixtures/EventLoop.h"
 #include "fixtures/FakeResolvers.h"
-#include "fixtures/EngineOnScript.h"
 
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 using namespace vormel;
 using namespace vormel::fixtures;
@@ -15,10 +17,10 @@ class FailedContainerTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        engine.add(QStringLiteral("http://h/before"));
-        engine.manager().addURLs({link(QStringLiteral("https://container.example/c/XYZ"))}, QStringLiteral("secret"));
+        engine.add(u"http://h/before"_s);
+        engine.manager().addURLs({link(u"https://container.example/c/XYZ"_s)}, u"secret"_s);
         turnEventLoop();
-        engine.add(QStringLiteral("http://h/behind"));
+        engine.add(u"http://h/behind"_s);
         row = engine.manager().items().at(1);
         answer(ContainerError::noLinksFound());
         ASSERT_EQ(row->status(), DownloadStatus::failed);
@@ -34,7 +36,7 @@ protected:
         turnEventLoop();
         EXPECT_EQ(log->containers.size(), count);
         for (const auto& exchange : engine.http.exchanges())
-            EXPECT_EQ(exchange->request.url.host(), QStringLiteral("h"));
+            EXPECT_EQ(exchange->request.url.host(), u"h"_s);
     }
 
     std::shared_ptr<ServiceLog> log = std::make_shared<ServiceLog>();
@@ -48,14 +50,14 @@ TEST_F(FailedContainerTest, IsReadAgainWithItsPasswordInItsPlace)
 {
     engine.manager().commands().retryItem(*row);
     expectReads(2);
-    EXPECT_EQ(log->containers.back().password, QStringLiteral("secret"));
+    EXPECT_EQ(log->containers.back().password, u"secret"_s);
     EXPECT_EQ(row->status(), DownloadStatus::expanding);
     EXPECT_EQ(engine.manager().items().at(1), row);
     answer(ContainerError::wrongPassword());
     EXPECT_EQ(row->status(), DownloadStatus::failed);
     engine.manager().commands().retryItem(*row);
-    EXPECT_EQ(log->containers.back().password, QStringLiteral("secret"));
-    answer(std::vector{link(QStringLiteral("http://h/1.rar")), link(QStringLiteral("http://h/2.rar"))});
+    EXPECT_EQ(log->containers.back().password, u"secret"_s);
+    answer(std::vector{link(u"http://h/1.rar"_s), link(u"http://h/2.rar"_s)});
     ASSERT_EQ(engine.manager().items().size(), 4U);
     EXPECT_EQ(engine.manager().items().at(3)->filename(), u"2.rar");
 }
@@ -97,7 +99,7 @@ TEST_F(FailedContainerTest, AsksForItsCaptchaWhenThatIsWantedNow)
     engine.manager().commands().retryItem(*row);
     answer(ContainerError::captchaRequired());
     EXPECT_EQ(engine.manager().questions().pendingCaptcha(),
-              (PendingCaptcha{row->id(), row->originalURL(), QStringLiteral("secret")}));
+              (PendingCaptcha{row->id(), row->originalURL(), u"secret"_s}));
     engine.manager().questions().cancelCaptcha();
     engine.manager().commands().retryItem(*row);
     expectReads(3);
@@ -107,6 +109,6 @@ TEST_F(FailedContainerTest, ComesToNothingWhenItsRowIsRemovedMeanwhile)
 {
     engine.manager().commands().retryItem(*row);
     engine.manager().commands().removeItems({row->id()});
-    answer(std::vector{link(QStringLiteral("http://h/1.rar"))});
+    answer(std::vector{link(u"http://h/1.rar"_s)});
     EXPECT_EQ(engine.manager().items().size(), 2U);
 }

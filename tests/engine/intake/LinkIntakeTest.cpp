@@ -1,15 +1,17 @@
+#include "fixtures/EngineOnScript.h"
 #include "fixtures/EventLoop.h"
 #include "fixtures/FakeResolvers.h"
-#include "fixtures/EngineOnScript.h"
 
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 using namespace vormel;
 using namespace vormel::fixtures;
 
 namespace {
 
-const QString containerLink = QStringLiteral("https://container.example/c/XYZ");
+const QString containerLink = u"https://container.example/c/XYZ"_s;
 
 class LinkIntakeTest : public ::testing::Test
 {
@@ -40,64 +42,64 @@ protected:
 
 TEST_F(LinkIntakeTest, AddsPausedItemsUnlessToldToStartThem)
 {
-    EXPECT_EQ(engine.add(QStringLiteral("http://h/a"))->status(), DownloadStatus::paused);
+    EXPECT_EQ(engine.add(u"http://h/a"_s)->status(), DownloadStatus::paused);
     engine.settings().autoStartDownloads.set(true);
-    EXPECT_EQ(engine.add(QStringLiteral("http://h/b"))->status(), DownloadStatus::downloading);
+    EXPECT_EQ(engine.add(u"http://h/b"_s)->status(), DownloadStatus::downloading);
 }
 
 TEST_F(LinkIntakeTest, RefusesALinkThatIsThereInAnyLetterCase)
 {
-    engine.add(QStringLiteral("http://host/path/a.rar"));
-    paste(QStringLiteral("HTTP://HOST/PATH/A.RAR."));
+    engine.add(u"http://host/path/a.rar"_s);
+    paste(u"HTTP://HOST/PATH/A.RAR."_s);
     EXPECT_EQ(engine.manager().items().size(), 1U);
 }
 
 TEST_F(LinkIntakeTest, TakesTwoEqualLinksOfOnePasteOnce)
 {
-    engine.manager().addURLs({link(QStringLiteral("http://h/a")), link(QStringLiteral("http://h/A,"))}, std::nullopt);
+    engine.manager().addURLs({link(u"http://h/a"_s), link(u"http://h/A,"_s)}, std::nullopt);
     ASSERT_EQ(engine.manager().items().size(), 1U);
-    EXPECT_EQ(engine.manager().items()[0]->originalURL().absoluteString(), QStringLiteral("http://h/a"));
+    EXPECT_EQ(engine.manager().items()[0]->originalURL().absoluteString(), u"http://h/a"_s);
 }
 
 TEST_F(LinkIntakeTest, RefusesALinkWhateverTheStatusOfItsItem)
 {
-    engine.add(QStringLiteral("http://h/a"))->setStatus(DownloadStatus::failure(QStringLiteral("x")));
-    paste(QStringLiteral("http://h/a"));
+    engine.add(u"http://h/a"_s)->setStatus(DownloadStatus::failure(u"x"_s));
+    paste(u"http://h/a"_s);
     EXPECT_EQ(engine.manager().items().size(), 1U);
     engine.manager().commands().removeItems({engine.manager().items()[0]->id()});
-    paste(QStringLiteral("http://h/a"));
+    paste(u"http://h/a"_s);
     EXPECT_EQ(engine.manager().items().size(), 1U);
 }
 
 TEST_F(LinkIntakeTest, CompletesALinkWhoseFileIsThere)
 {
-    engine.sandbox.write(QStringLiteral("Downloads/set/set.part1.rar"), "12345");
-    const ItemPtr item = engine.add(QStringLiteral("http://h/set.part1.rar"));
+    engine.sandbox.write(u"Downloads/set/set.part1.rar"_s, "12345");
+    const ItemPtr item = engine.add(u"http://h/set.part1.rar"_s);
     EXPECT_EQ(item->status(), DownloadStatus::completed);
     EXPECT_DOUBLE_EQ(item->progress(), 1.0);
     EXPECT_EQ(item->totalBytes(), 5);
     EXPECT_EQ(item->bytesReceived(), 5);
-    EXPECT_EQ(item->localPath(), engine.sandbox.path(QStringLiteral("Downloads/set/set.part1.rar")));
+    EXPECT_EQ(item->localPath(), engine.sandbox.path(u"Downloads/set/set.part1.rar"_s));
     EXPECT_FALSE(item->extractionStatus() == ExtractionStatus::idle);
 }
 
 TEST_F(LinkIntakeTest, MistakesNoFileNamedDownloadForANamelessItem)
 {
-    engine.sandbox.write(QStringLiteral("Downloads/download"), "x");
-    EXPECT_EQ(engine.add(QStringLiteral("http://h/"))->status(), DownloadStatus::paused);
+    engine.sandbox.write(u"Downloads/download"_s, "x");
+    EXPECT_EQ(engine.add(u"http://h/"_s)->status(), DownloadStatus::paused);
 }
 
 TEST_F(LinkIntakeTest, ShowsAPlaceholderWhileAContainerIsRead)
 {
-    engine.manager().addURLs({link(QStringLiteral("http://h/a")), link(containerLink)}, QStringLiteral("secret"));
+    engine.manager().addURLs({link(u"http://h/a"_s), link(containerLink)}, u"secret"_s);
     turnEventLoop();
     ASSERT_EQ(engine.manager().items().size(), 2U);
     const ItemPtr placeholder = engine.manager().items()[1];
     EXPECT_EQ(placeholder->status(), DownloadStatus::expanding);
-    EXPECT_EQ(placeholder->filename(), QStringLiteral("container.example: XYZ"));
-    EXPECT_EQ(log->containers.at(0).password, QStringLiteral("secret"));
-    answer(0, std::vector{link(QStringLiteral("http://h/1.rar")), link(QStringLiteral("http://h/2.rar"))});
-    EXPECT_EQ(names(), (QStringList{QStringLiteral("a"), QStringLiteral("1.rar"), QStringLiteral("2.rar")}));
+    EXPECT_EQ(placeholder->filename(), u"container.example: XYZ"_s);
+    EXPECT_EQ(log->containers.at(0).password, u"secret"_s);
+    answer(0, std::vector{link(u"http://h/1.rar"_s), link(u"http://h/2.rar"_s)});
+    EXPECT_EQ(names(), (QStringList{u"a"_s, u"1.rar"_s, u"2.rar"_s}));
 }
 
 TEST_F(LinkIntakeTest, RefusesAContainerWhileItIsReadAndReadsItAgainLater)
@@ -105,23 +107,23 @@ TEST_F(LinkIntakeTest, RefusesAContainerWhileItIsReadAndReadsItAgainLater)
     paste(containerLink);
     paste(containerLink);
     EXPECT_EQ(log->containers.size(), 1U);
-    answer(0, std::vector{link(QStringLiteral("http://h/1.rar"))});
+    answer(0, std::vector{link(u"http://h/1.rar"_s)});
     paste(containerLink);
     EXPECT_EQ(log->containers.size(), 2U);
-    answer(1, std::vector{link(QStringLiteral("http://h/1.rar")), link(QStringLiteral("http://h/2.rar"))});
-    EXPECT_EQ(names(), (QStringList{QStringLiteral("1.rar"), QStringLiteral("2.rar")}));
+    answer(1, std::vector{link(u"http://h/1.rar"_s), link(u"http://h/2.rar"_s)});
+    EXPECT_EQ(names(), (QStringList{u"1.rar"_s, u"2.rar"_s}));
 }
 
 TEST_F(LinkIntakeTest, ReadsContainersTogetherWhateverTheLimit)
 {
     engine.settings().maxConcurrentDownloads.set(1);
-    engine.manager().addURLs({link(containerLink), link(QStringLiteral("https://container.example/c/2"))}, std::nullopt);
+    engine.manager().addURLs({link(containerLink), link(u"https://container.example/c/2"_s)}, std::nullopt);
     turnEventLoop();
     EXPECT_EQ(log->containers.size(), 2U);
     // Links are appended as the answers come.
-    answer(1, std::vector{link(QStringLiteral("http://h/second"))});
-    answer(0, std::vector{link(QStringLiteral("http://h/first"))});
-    EXPECT_EQ(names(), (QStringList{QStringLiteral("second"), QStringLiteral("first")}));
+    answer(1, std::vector{link(u"http://h/second"_s)});
+    answer(0, std::vector{link(u"http://h/first"_s)});
+    EXPECT_EQ(names(), (QStringList{u"second"_s, u"first"_s}));
 }
 
 TEST_F(LinkIntakeTest, EndsWithNothingWhenAContainerYieldsNothing)
@@ -137,25 +139,23 @@ TEST_F(LinkIntakeTest, KeepsAFailedContainerWithItsText)
     paste(containerLink);
     answer(0, ContainerError::noLinksFound());
     ASSERT_EQ(engine.manager().items().size(), 1U);
-    EXPECT_EQ(engine.manager().items()[0]->status(),
-              DownloadStatus::failure(QStringLiteral("No links found in the container")));
-    EXPECT_EQ(names(), QStringList{QStringLiteral("container.example: XYZ")});
+    EXPECT_EQ(engine.manager().items()[0]->status(), DownloadStatus::failure(u"No links found in the container"_s));
+    EXPECT_EQ(names(), QStringList{u"container.example: XYZ"_s});
 }
 
 TEST_F(LinkIntakeTest, AsksWhichHostWhenAContainerHasSeveral)
 {
     paste(containerLink);
-    const std::vector<Link> links{link(QStringLiteral("http://other.example/1")),
-                                  link(QStringLiteral("http://www.terabytez.example/1")),
-                                  link(QStringLiteral("http://filestore.example/1"))};
+    const std::vector<Link> links{link(u"http://other.example/1"_s), link(u"http://www.terabytez.example/1"_s),
+                                  link(u"http://filestore.example/1"_s)};
     answer(0, links);
     EXPECT_TRUE(engine.manager().items().empty());
     const auto& question = engine.manager().questions().pendingHostSelection();
     ASSERT_TRUE(question);
     ASSERT_EQ(question->groups.size(), 3U);
-    EXPECT_EQ(question->groups[0].displayName, QStringLiteral("Terabytez"));
-    EXPECT_EQ(question->groups[1].displayName, QStringLiteral("Filestore.example"));
-    EXPECT_EQ(question->groups[2].displayName, QStringLiteral("other.example"));
+    EXPECT_EQ(question->groups[0].displayName, u"Terabytez"_s);
+    EXPECT_EQ(question->groups[1].displayName, u"Filestore.example"_s);
+    EXPECT_EQ(question->groups[2].displayName, u"other.example"_s);
     EXPECT_EQ(question->allURLs, links);
     engine.manager().questions().confirmHostSelection({links[0]});
     EXPECT_EQ(engine.manager().questions().pendingHostSelection(), std::nullopt);
@@ -165,7 +165,7 @@ TEST_F(LinkIntakeTest, AsksWhichHostWhenAContainerHasSeveral)
 TEST_F(LinkIntakeTest, DropsTheLinksWhenTheQuestionIsCancelled)
 {
     paste(containerLink);
-    answer(0, std::vector{link(QStringLiteral("http://a/1")), link(QStringLiteral("http://b/1"))});
+    answer(0, std::vector{link(u"http://a/1"_s), link(u"http://b/1"_s)});
     engine.manager().questions().cancelHostSelection();
     EXPECT_TRUE(engine.manager().items().empty());
     EXPECT_EQ(engine.manager().questions().pendingHostSelection(), std::nullopt);
@@ -173,15 +173,14 @@ TEST_F(LinkIntakeTest, DropsTheLinksWhenTheQuestionIsCancelled)
 
 TEST_F(LinkIntakeTest, AsksForACaptchaAndPutsItsLinksInThePlaceholdersStead)
 {
-    paste(containerLink, QStringLiteral("pw"));
+    paste(containerLink, u"pw"_s);
     answer(0, ContainerError::captchaRequired());
     const ItemPtr placeholder = engine.manager().items().at(0);
     EXPECT_EQ(placeholder->status(), DownloadStatus::expanding);
-    EXPECT_EQ(placeholder->filename(), QStringLiteral("CAPTCHA: container.example"));
+    EXPECT_EQ(placeholder->filename(), u"CAPTCHA: container.example"_s);
     EXPECT_EQ(engine.manager().questions().pendingCaptcha(),
-              (PendingCaptcha{placeholder->id(), link(containerLink), QStringLiteral("pw")}));
-    engine.manager().questions().addCaptchaLinks(
-        {link(QStringLiteral("http://a/1")), link(QStringLiteral("http://b/1"))});
+              (PendingCaptcha{placeholder->id(), link(containerLink), u"pw"_s}));
+    engine.manager().questions().addCaptchaLinks({link(u"http://a/1"_s), link(u"http://b/1"_s)});
     EXPECT_EQ(engine.manager().questions().pendingCaptcha(), std::nullopt);
     EXPECT_EQ(engine.manager().questions().pendingHostSelection(), std::nullopt);
     EXPECT_EQ(engine.manager().items().size(), 2U);
@@ -193,23 +192,25 @@ TEST_F(LinkIntakeTest, FailsThePlaceholderWhenTheCaptchaIsCancelled)
     paste(containerLink);
     answer(0, ContainerError::captchaRequired());
     engine.manager().questions().cancelCaptcha();
-    EXPECT_EQ(engine.manager().items().at(0)->status(), DownloadStatus::failure(QStringLiteral("CAPTCHA cancelled")));
+    EXPECT_EQ(engine.manager().items().at(0)->status(), DownloadStatus::failure(u"CAPTCHA cancelled"_s));
     EXPECT_EQ(engine.manager().questions().pendingCaptcha(), std::nullopt);
     engine.manager().questions().cancelCaptcha();
-    engine.manager().questions().addCaptchaLinks({link(QStringLiteral("http://a/1"))});
+    engine.manager().questions().addCaptchaLinks({link(u"http://a/1"_s)});
     EXPECT_EQ(engine.manager().items().size(), 1U);
 }
 
 TEST_F(LinkIntakeTest, PutsTheCaptchaOfASecondContainerBehindThatOfTheFirst)
 {
-    engine.manager().addURLs({link(containerLink), link(QStringLiteral("https://container.example/c/2"))}, std::nullopt);
+    engine.manager().addURLs({link(containerLink), link(u"https://container.example/c/2"_s)}, std::nullopt);
     turnEventLoop();
     answer(0, ContainerError::captchaRequired());
     answer(1, ContainerError::captchaRequired());
-    const auto asked = [this] { return engine.manager().questions().pendingCaptcha()->containerURL.lastPathComponent(); };
+    const auto asked = [this] {
+        return engine.manager().questions().pendingCaptcha()->containerURL.lastPathComponent();
+    };
     EXPECT_EQ(asked(), link(containerLink).lastPathComponent());
     engine.manager().questions().cancelCaptcha();
-    EXPECT_EQ(asked(), QStringLiteral("2"));
+    EXPECT_EQ(asked(), u"2"_s);
     EXPECT_EQ(engine.manager().items().size(), 2U);
 }
 
@@ -217,7 +218,7 @@ TEST_F(LinkIntakeTest, AddsNothingOfAContainerWhoseRowWasRemovedMeanwhile)
 {
     paste(containerLink);
     engine.manager().commands().removeItems({engine.manager().items().at(0)->id()});
-    answer(0, std::vector{link(QStringLiteral("http://h/1.rar"))});
+    answer(0, std::vector{link(u"http://h/1.rar"_s)});
     EXPECT_TRUE(engine.manager().items().empty());
 }
 
@@ -226,23 +227,23 @@ TEST_F(LinkIntakeTest, AddsContainersAsFilesWhenToldSo)
     engine.manager().addDirectURLs({link(containerLink)});
     turnEventLoop();
     EXPECT_TRUE(log->containers.empty());
-    EXPECT_EQ(names(), QStringList{QStringLiteral("XYZ")});
+    EXPECT_EQ(names(), QStringList{u"XYZ"_s});
 }
 
 TEST_F(LinkIntakeTest, GivesPlaceholdersNoSlotAndNoPlaceInTheFile)
 {
     engine.settings().maxConcurrentDownloads.set(1);
     for (int i = 0; i < 10; ++i)
-        paste(QStringLiteral("https://container.example/c/%1").arg(i));
-    const ItemPtr direct = engine.start(QStringLiteral("http://h/a"));
+        paste(u"https://container.example/c/%1"_s.arg(i));
+    const ItemPtr direct = engine.start(u"http://h/a"_s);
     EXPECT_EQ(direct->status(), DownloadStatus::downloading);
     engine.restart();
-    EXPECT_EQ(names(), QStringList{QStringLiteral("a")});
+    EXPECT_EQ(names(), QStringList{u"a"_s});
 }
 
 TEST_F(LinkIntakeTest, IsSavedBeforeItReturns)
 {
-    engine.manager().addURLs({link(QStringLiteral("http://h/a"))}, std::nullopt);
+    engine.manager().addURLs({link(u"http://h/a"_s)}, std::nullopt);
     engine.restart(true);
-    EXPECT_EQ(names(), QStringList{QStringLiteral("a")});
+    EXPECT_EQ(names(), QStringList{u"a"_s});
 }

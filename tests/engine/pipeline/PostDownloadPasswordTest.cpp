@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 using namespace vormel::fixtures;
 
@@ -15,49 +17,47 @@ class PostDownloadPasswordTest : public ::testing::Test, protected ArchiveStep
 
 TEST_F(PostDownloadPasswordTest, AsksForThePasswordUntilItIsRight)
 {
-    engine.tools.add(QStringLiteral("unrar"), "case \"$*\" in *-pright*) exit 0;; *) exit 11;; esac");
-    const ItemPtr item = onDisk(QStringLiteral("m.part1.rar"));
+    engine.tools.add(u"unrar"_s, "case \"$*\" in *-pright*) exit 0;; *) exit 11;; esac");
+    const ItemPtr item = onDisk(u"m.part1.rar"_s);
     run(item);
     ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
-    EXPECT_EQ(*question(), (PendingExtractionPassword{item->id(), QStringLiteral("m"), false}));
+    EXPECT_EQ(*question(), (PendingExtractionPassword{item->id(), u"m"_s, false}));
     EXPECT_EQ(item->extractionStatus(), ExtractionStatus::idle);
     for (int attempt = 0; attempt < 2; ++attempt) {
-        engine.manager().questions().submitExtractionPassword(QStringLiteral("wrong"));
+        engine.manager().questions().submitExtractionPassword(u"wrong"_s);
         EXPECT_FALSE(question());
         ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
         EXPECT_TRUE(question()->wasWrongPassword);
     }
-    engine.manager().questions().submitExtractionPassword(QStringLiteral("right"));
+    engine.manager().questions().submitExtractionPassword(u"right"_s);
     EXPECT_TRUE(reaches(item, ExtractionStatus::done));
 }
 
 TEST_F(PostDownloadPasswordTest, TakesAnArchiveForDamagedThatTheSameAnswerDoesNotOpenTwice)
 {
-    engine.tools.add(QStringLiteral("7zz"),
-                   "echo 'ERROR: Data Error in encrypted file. Wrong password? : movie.mkv'; exit 2");
-    const ItemPtr item = onDisk(QStringLiteral("x.7z"));
+    engine.tools.add(u"7zz"_s, "echo 'ERROR: Data Error in encrypted file. Wrong password? : movie.mkv'; exit 2");
+    const ItemPtr item = onDisk(u"x.7z"_s);
     run(item);
     for (const char* answer : {"one", "other"}) {
         ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
         engine.manager().questions().submitExtractionPassword(QString::fromLatin1(answer));
     }
     ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
-    engine.manager().questions().submitExtractionPassword(QStringLiteral("one"));
+    engine.manager().questions().submitExtractionPassword(u"one"_s);
     ASSERT_TRUE(reaches(item, ExtractionStatus::failed));
-    EXPECT_TRUE(item->extractionStatus().message().contains(QStringLiteral("Data Error")));
+    EXPECT_TRUE(item->extractionStatus().message().contains(u"Data Error"_s));
     EXPECT_FALSE(question());
 }
 
 TEST_F(PostDownloadPasswordTest, AsksFromTheBeginningWhenADamagedArchiveIsTriedAgain)
 {
-    engine.tools.add(QStringLiteral("7zz"),
-                   "echo 'ERROR: Data Error in encrypted file. Wrong password? : movie.mkv'; exit 2");
-    const ItemPtr item = onDisk(QStringLiteral("x.7z"));
+    engine.tools.add(u"7zz"_s, "echo 'ERROR: Data Error in encrypted file. Wrong password? : movie.mkv'; exit 2");
+    const ItemPtr item = onDisk(u"x.7z"_s);
     for (int round = 0; round < 2; ++round) {
         run(item);
         for (int answer = 0; answer < 2; ++answer) {
             ASSERT_TRUE(waitUntil([&] { return question().has_value(); })) << round << answer;
-            engine.manager().questions().submitExtractionPassword(QStringLiteral("one"));
+            engine.manager().questions().submitExtractionPassword(u"one"_s);
         }
         ASSERT_TRUE(reaches(item, ExtractionStatus::failed));
     }
@@ -65,8 +65,8 @@ TEST_F(PostDownloadPasswordTest, AsksFromTheBeginningWhenADamagedArchiveIsTriedA
 
 TEST_F(PostDownloadPasswordTest, LeavesTheArchiveWhenThePasswordIsNotTold)
 {
-    engine.tools.add(QStringLiteral("unrar"), "exit 11");
-    const ItemPtr item = onDisk(QStringLiteral("x.rar"));
+    engine.tools.add(u"unrar"_s, "exit 11");
+    const ItemPtr item = onDisk(u"x.rar"_s);
     run(item);
     ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
     EXPECT_EQ(question()->archiveName, u"x.rar");
@@ -77,9 +77,9 @@ TEST_F(PostDownloadPasswordTest, LeavesTheArchiveWhenThePasswordIsNotTold)
 
 TEST_F(PostDownloadPasswordTest, AsksForOnePasswordAfterTheOther)
 {
-    engine.tools.add(QStringLiteral("unrar"), "exit 11");
-    const ItemPtr one = onDisk(QStringLiteral("one.rar"));
-    const ItemPtr other = onDisk(QStringLiteral("other.rar"));
+    engine.tools.add(u"unrar"_s, "exit 11");
+    const ItemPtr one = onDisk(u"one.rar"_s);
+    const ItemPtr other = onDisk(u"other.rar"_s);
     run(one);
     ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
     run(other);
@@ -95,8 +95,8 @@ TEST_F(PostDownloadPasswordTest, AsksForOnePasswordAfterTheOther)
 
 TEST_F(PostDownloadPasswordTest, TakesTheQuestionBackWhenTheArchiveIsRemoved)
 {
-    engine.tools.add(QStringLiteral("unrar"), "exit 11");
-    const ItemPtr item = onDisk(QStringLiteral("x.rar"));
+    engine.tools.add(u"unrar"_s, "exit 11");
+    const ItemPtr item = onDisk(u"x.rar"_s);
     run(item);
     ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
     int changes = 0;
@@ -108,15 +108,15 @@ TEST_F(PostDownloadPasswordTest, TakesTheQuestionBackWhenTheArchiveIsRemoved)
 
 TEST_F(PostDownloadPasswordTest, KeepsAnAnswerThatIsGivenWhileTheArchiveIsTriedWithoutIt)
 {
-    engine.tools.add(QStringLiteral("unrar"), "case \"$*\" in *-pX*) exit 0;; esac; " + waitForGo() + "; exit 11");
-    const ItemPtr item = onDisk(QStringLiteral("x.rar"));
+    engine.tools.add(u"unrar"_s, "case \"$*\" in *-pX*) exit 0;; esac; " + waitForGo() + "; exit 11");
+    const ItemPtr item = onDisk(u"x.rar"_s);
     go();
     run(item);
     ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
     halt();
     run(item);
-    ASSERT_TRUE(waitUntil([&] { return engine.tools.calls(QStringLiteral("unrar")).size() == 2; }));
-    engine.manager().questions().submitExtractionPassword(QStringLiteral("X"));
+    ASSERT_TRUE(waitUntil([&] { return engine.tools.calls(u"unrar"_s).size() == 2; }));
+    engine.manager().questions().submitExtractionPassword(u"X"_s);
     go();
     EXPECT_TRUE(reaches(item, ExtractionStatus::done));
     EXPECT_FALSE(question());

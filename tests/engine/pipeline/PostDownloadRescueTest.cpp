@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 using namespace vormel::fixtures;
 
@@ -15,39 +17,38 @@ class PostDownloadRescueTest : public ::testing::Test, protected ArchiveStep
 
 TEST_F(PostDownloadRescueTest, RepairsASetThatDoesNotUnpackAndTriesAgain)
 {
-    const QByteArray mark = engine.sandbox.path(QStringLiteral("repaired")).toUtf8();
-    engine.tools.add(QStringLiteral("unrar"), "test -e '" + mark + "' || exit 3");
-    engine.tools.add(QStringLiteral("rar"), waitForGo() + "; touch '" + mark + "'");
-    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+    const QByteArray mark = engine.sandbox.path(u"repaired"_s).toUtf8();
+    engine.tools.add(u"unrar"_s, "test -e '" + mark + "' || exit 3");
+    engine.tools.add(u"rar"_s, waitForGo() + "; touch '" + mark + "'");
+    const ItemPtr first = onDisk(u"m.part1.rar"_s);
     run(first);
     ASSERT_TRUE(reaches(first, ExtractionStatus::repairing));
     go();
     EXPECT_TRUE(reaches(first, ExtractionStatus::done));
-    EXPECT_EQ(engine.tools.calls(QStringLiteral("rar")),
-              (QList<QStringList>{{QStringLiteral("rc"), QStringLiteral("-y"), *first->localPath()}}));
+    EXPECT_EQ(engine.tools.calls(u"rar"_s), (QList<QStringList>{{u"rc"_s, u"-y"_s, *first->localPath()}}));
 }
 
 TEST_F(PostDownloadRescueTest, RepairsNoSingleArchive)
 {
-    engine.tools.add(QStringLiteral("unrar"), "echo broken; exit 3");
-    engine.tools.add(QStringLiteral("rar"));
-    const ItemPtr item = onDisk(QStringLiteral("x.rar"));
+    engine.tools.add(u"unrar"_s, "echo broken; exit 3");
+    engine.tools.add(u"rar"_s);
+    const ItemPtr item = onDisk(u"x.rar"_s);
     run(item);
     ASSERT_TRUE(reaches(item, ExtractionStatus::failed));
-    EXPECT_TRUE(engine.tools.calls(QStringLiteral("rar")).isEmpty());
+    EXPECT_TRUE(engine.tools.calls(u"rar"_s).isEmpty());
 }
 
 TEST_F(PostDownloadRescueTest, FetchesRecoveryVolumesWhenTheRepairFails)
 {
-    engine.tools.add(QStringLiteral("unrar"), "exit 3");
-    engine.tools.add(QStringLiteral("rar"), "exit 10");
-    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
-    const ItemPtr rev = engine.add(QStringLiteral("http://h/m.part1.rev"));
+    engine.tools.add(u"unrar"_s, "exit 3");
+    engine.tools.add(u"rar"_s, "exit 10");
+    const ItemPtr first = onDisk(u"m.part1.rar"_s);
+    const ItemPtr rev = engine.add(u"http://h/m.part1.rev"_s);
     run(first);
     ASSERT_TRUE(waitUntil([&] { return rev->status() == DownloadStatus::downloading; }));
     EXPECT_EQ(first->extractionStatus(), ExtractionStatus::idle);
     // Its arrival starts the archive again.
-    engine.tools.add(QStringLiteral("rar"));
+    engine.tools.add(u"rar"_s);
     unpackerMakes("movie.mkv");
     engine.http.last().head(200, {{"Content-Length", "1"}});
     engine.http.last().data("x");
@@ -57,10 +58,10 @@ TEST_F(PostDownloadRescueTest, FetchesRecoveryVolumesWhenTheRepairFails)
 
 TEST_F(PostDownloadRescueTest, GoesOnWithoutARecoveryVolumeThatFails)
 {
-    engine.tools.add(QStringLiteral("unrar"), "exit 3");
-    engine.tools.add(QStringLiteral("rar"), "exit 10");
-    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
-    const auto revs = engine.add({QStringLiteral("http://h/m.part1.rev"), QStringLiteral("http://h/m.part2.rev")});
+    engine.tools.add(u"unrar"_s, "exit 3");
+    engine.tools.add(u"rar"_s, "exit 10");
+    const ItemPtr first = onDisk(u"m.part1.rar"_s);
+    const auto revs = engine.add({u"http://h/m.part1.rev"_s, u"http://h/m.part2.rev"_s});
     run(first);
     ASSERT_TRUE(waitUntil([&] { return revs[1]->status() == DownloadStatus::downloading; }));
     unpackerMakes("movie.mkv");
@@ -76,9 +77,9 @@ TEST_F(PostDownloadRescueTest, GoesOnWithoutARecoveryVolumeThatFails)
 
 TEST_F(PostDownloadRescueTest, FailsWithTheLastErrorWhenNothingIsLeftToFetch)
 {
-    engine.tools.add(QStringLiteral("unrar"), "exit 3");
-    engine.tools.add(QStringLiteral("rar"), "echo no volumes; exit 10");
-    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+    engine.tools.add(u"unrar"_s, "exit 3");
+    engine.tools.add(u"rar"_s, "echo no volumes; exit 10");
+    const ItemPtr first = onDisk(u"m.part1.rar"_s);
     run(first);
     ASSERT_TRUE(reaches(first, ExtractionStatus::failed));
     EXPECT_EQ(first->extractionStatus().message().trimmed(), u"Extraction failed (code 10): no volumes");
@@ -86,30 +87,30 @@ TEST_F(PostDownloadRescueTest, FailsWithTheLastErrorWhenNothingIsLeftToFetch)
 
 TEST_F(PostDownloadRescueTest, StopsARepairWhenTheUserWants)
 {
-    engine.tools.add(QStringLiteral("unrar"), "exit 3");
-    engine.tools.add(QStringLiteral("rar"), "exec sleep 600");
-    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
-    const ItemPtr rev = engine.add(QStringLiteral("http://h/m.part1.rev"));
+    engine.tools.add(u"unrar"_s, "exit 3");
+    engine.tools.add(u"rar"_s, "exec sleep 600");
+    const ItemPtr first = onDisk(u"m.part1.rar"_s);
+    const ItemPtr rev = engine.add(u"http://h/m.part1.rev"_s);
     run(first);
-    ASSERT_TRUE(waitUntil([&] { return !engine.tools.calls(QStringLiteral("rar")).isEmpty(); }));
+    ASSERT_TRUE(waitUntil([&] { return !engine.tools.calls(u"rar"_s).isEmpty(); }));
     engine.manager().commands().stopExtraction(first->id());
     ASSERT_TRUE(reaches(first, ExtractionStatus::idle));
     EXPECT_EQ(rev->status(), DownloadStatus::paused); // nothing was let through
-    EXPECT_EQ(engine.sandbox.files(QStringLiteral("Downloads")), QStringList{QStringLiteral("m/m.part1.rar")});
+    EXPECT_EQ(engine.sandbox.files(u"Downloads"_s), QStringList{u"m/m.part1.rar"_s});
 }
 
 TEST_F(PostDownloadRescueTest, IsTriedAgainWhenVolumesCameOnTheirWayDuringTheRun)
 {
     for (const bool isRepairPossible : {true, false}) {
-        engine.tools.add(QStringLiteral("unrar"), waitForGo() + "; exit 3");
-        engine.tools.add(QStringLiteral("rar"), "exit 10");
+        engine.tools.add(u"unrar"_s, waitForGo() + "; exit 3");
+        engine.tools.add(u"rar"_s, "exit 10");
         if (!isRepairPossible)
-            engine.tools.remove(QStringLiteral("rar"));
-        const QString set = isRepairPossible ? QStringLiteral("a") : QStringLiteral("b");
-        const ItemPtr first = onDisk(set + QStringLiteral(".part1.rar"));
-        const ItemPtr rev = engine.add(QStringLiteral("http://h/") + set + QStringLiteral(".part1.rev"));
+            engine.tools.remove(u"rar"_s);
+        const QString set = isRepairPossible ? u"a"_s : u"b"_s;
+        const ItemPtr first = onDisk(set + u".part1.rar"_s);
+        const ItemPtr rev = engine.add(u"http://h/"_s + set + u".part1.rev"_s);
         run(first);
-        ASSERT_TRUE(waitUntil([&] { return !engine.tools.calls(QStringLiteral("unrar")).isEmpty(); }));
+        ASSERT_TRUE(waitUntil([&] { return !engine.tools.calls(u"unrar"_s).isEmpty(); }));
         engine.manager().commands().retryWithRevFiles({first});
         ASSERT_TRUE(waitUntil([&] { return rev->status() == DownloadStatus::downloading; }));
         go();
@@ -125,12 +126,12 @@ TEST_F(PostDownloadRescueTest, IsTriedAgainWhenVolumesCameOnTheirWayDuringTheRun
 
 TEST_F(PostDownloadRescueTest, IsTriedAgainAfterAFailureDuringWhichAPartCame)
 {
-    engine.tools.add(QStringLiteral("unrar"), waitForGo() + "; exit 3");
-    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+    engine.tools.add(u"unrar"_s, waitForGo() + "; exit 3");
+    const ItemPtr first = onDisk(u"m.part1.rar"_s);
     run(first);
-    ASSERT_TRUE(waitUntil([&] { return !engine.tools.calls(QStringLiteral("unrar")).isEmpty(); }));
+    ASSERT_TRUE(waitUntil([&] { return !engine.tools.calls(u"unrar"_s).isEmpty(); }));
     unpackerMakes("movie.mkv");
-    arrive(onDisk(QStringLiteral("m.part2.rar")));
+    arrive(onDisk(u"m.part2.rar"_s));
     go();
     EXPECT_TRUE(reaches(first, ExtractionStatus::done));
 }

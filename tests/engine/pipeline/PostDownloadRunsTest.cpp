@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 using namespace vormel::fixtures;
 
@@ -21,9 +23,9 @@ protected:
     {
         engine.settings().deleteArchiveAfterExtract.set(true);
         unpackerMakes("movie.mkv");
-        const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
-        const ItemPtr second = onDisk(QStringLiteral("m.part2.rar"));
-        engine.sandbox.write(QStringLiteral("Downloads/m/movie.mkv"), "old");
+        const ItemPtr first = onDisk(u"m.part1.rar"_s);
+        const ItemPtr second = onDisk(u"m.part2.rar"_s);
+        engine.sandbox.write(u"Downloads/m/movie.mkv"_s, "old");
         bool isDone = false;
         engine.trash.onMove([&] {
             if (!std::exchange(isDone, true))
@@ -42,11 +44,11 @@ protected:
 TEST_F(PostDownloadRunsTest, SurvivesTheRemovalOfTheSetWhileItIsUnpacked)
 {
     for (const QByteArray end : {"exit 0", "exit 11", "exit 3"}) {
-        engine.tools.add(QStringLiteral("unrar"), waitForGo() + "; " + end);
-        engine.tools.add(QStringLiteral("rar"), "exit 10");
-        const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+        engine.tools.add(u"unrar"_s, waitForGo() + "; " + end);
+        engine.tools.add(u"rar"_s, "exit 10");
+        const ItemPtr first = onDisk(u"m.part1.rar"_s);
         run(first);
-        engine.manager().commands().removeGroup(QStringLiteral("m"));
+        engine.manager().commands().removeGroup(u"m"_s);
         go();
         EXPECT_TRUE(waitUntil([&] { return first->extractionStatus() != ExtractionStatus::extracting; }));
         EXPECT_TRUE(waitUntil([&] { return first->extractionStatus() != ExtractionStatus::repairing; }));
@@ -58,11 +60,11 @@ TEST_F(PostDownloadRunsTest, SurvivesTheRemovalOfTheSetWhileItIsUnpacked)
 
 TEST_F(PostDownloadRunsTest, StartsNoSecondRunBesideOneForTheSameSet)
 {
-    engine.tools.add(QStringLiteral("unrar"), waitForGo());
-    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
-    const ItemPtr second = onDisk(QStringLiteral("m.part2.rar"));
+    engine.tools.add(u"unrar"_s, waitForGo());
+    const ItemPtr first = onDisk(u"m.part1.rar"_s);
+    const ItemPtr second = onDisk(u"m.part2.rar"_s);
     run(first);
-    ASSERT_TRUE(waitUntil([&] { return engine.tools.calls(QStringLiteral("unrar")).size() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return engine.tools.calls(u"unrar"_s).size() == 1; }));
     for (const ItemPtr& item : {first, second}) {
         engine.manager().commands().retryExtraction(item->id());
         item->setExtractionStatus(ExtractionStatus::idle);
@@ -71,20 +73,19 @@ TEST_F(PostDownloadRunsTest, StartsNoSecondRunBesideOneForTheSameSet)
     go();
     ASSERT_TRUE(reaches(first, ExtractionStatus::done));
     turnEventLoop();
-    EXPECT_EQ(engine.tools.calls(QStringLiteral("unrar")).size(), 1);
+    EXPECT_EQ(engine.tools.calls(u"unrar"_s).size(), 1);
 }
 
 TEST_F(PostDownloadRunsTest, StopsARunWhenTheUserWants)
 {
-    engine.tools.add(QStringLiteral("unrar"), "cd \"$6\"; echo half >half; exec sleep 600");
-    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
-    const ItemPtr second = onDisk(QStringLiteral("m.part2.rar"));
+    engine.tools.add(u"unrar"_s, "cd \"$6\"; echo half >half; exec sleep 600");
+    const ItemPtr first = onDisk(u"m.part1.rar"_s);
+    const ItemPtr second = onDisk(u"m.part2.rar"_s);
     run(first);
-    ASSERT_TRUE(waitUntil([&] { return !engine.tools.calls(QStringLiteral("unrar")).isEmpty(); }));
+    ASSERT_TRUE(waitUntil([&] { return !engine.tools.calls(u"unrar"_s).isEmpty(); }));
     engine.manager().commands().stopExtraction(second->id());
     ASSERT_TRUE(reaches(first, ExtractionStatus::idle));
-    EXPECT_EQ(engine.sandbox.files(QStringLiteral("Downloads")),
-              (QStringList{QStringLiteral("m/m.part1.rar"), QStringLiteral("m/m.part2.rar")}));
+    EXPECT_EQ(engine.sandbox.files(u"Downloads"_s), (QStringList{u"m/m.part1.rar"_s, u"m/m.part2.rar"_s}));
     unpackerMakes("movie.mkv");
     run(first);
     EXPECT_TRUE(reaches(first, ExtractionStatus::done));
@@ -92,11 +93,11 @@ TEST_F(PostDownloadRunsTest, StopsARunWhenTheUserWants)
 
 TEST_F(PostDownloadRunsTest, BeginsAnewWhenAVolumeOfARunningArchiveIsFetchedAgain)
 {
-    engine.tools.add(QStringLiteral("unrar"), "exec sleep 600");
-    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
-    const ItemPtr second = onDisk(QStringLiteral("m.part2.rar"));
+    engine.tools.add(u"unrar"_s, "exec sleep 600");
+    const ItemPtr first = onDisk(u"m.part1.rar"_s);
+    const ItemPtr second = onDisk(u"m.part2.rar"_s);
     run(first);
-    ASSERT_TRUE(waitUntil([&] { return !engine.tools.calls(QStringLiteral("unrar")).isEmpty(); }));
+    ASSERT_TRUE(waitUntil([&] { return !engine.tools.calls(u"unrar"_s).isEmpty(); }));
     unpackerMakes("movie.mkv");
     engine.manager().commands().redownloadItem(*second);
     turnEventLoop();
@@ -104,13 +105,13 @@ TEST_F(PostDownloadRunsTest, BeginsAnewWhenAVolumeOfARunningArchiveIsFetchedAgai
     engine.http.last().data("x");
     engine.http.last().finish(); // maybe before the tool has ended
     ASSERT_TRUE(reaches(first, ExtractionStatus::done));
-    EXPECT_EQ(engine.tools.calls(QStringLiteral("unrar")).size(), 2);
-    EXPECT_TRUE(engine.sandbox.exists(QStringLiteral("Downloads/m/movie.mkv")));
+    EXPECT_EQ(engine.tools.calls(u"unrar"_s).size(), 2);
+    EXPECT_TRUE(engine.sandbox.exists(u"Downloads/m/movie.mkv"_s));
 }
 
 TEST_F(PostDownloadRunsTest, WorksOnTwoArchivesAtATimeInTheOrderOfTheQueue)
 {
-    engine.tools.add(QStringLiteral("unrar"), waitForGo());
+    engine.tools.add(u"unrar"_s, waitForGo());
     std::vector<ItemPtr> items;
     for (const char* name : {"a.rar", "b.rar", "c.rar", "d.rar", "e.rar"})
         items.push_back(onDisk(QString::fromLatin1(name)));
@@ -127,7 +128,7 @@ TEST_F(PostDownloadRunsTest, WorksOnTwoArchivesAtATimeInTheOrderOfTheQueue)
         EXPECT_EQ(items[i]->extractionStatus(), ExtractionStatus::extracting);
         EXPECT_EQ(items[i]->awaitsExtractionTurn(), i > 1) << i;
     }
-    ASSERT_TRUE(waitUntil([&] { return engine.tools.calls(QStringLiteral("unrar")).size() == 2; }));
+    ASSERT_TRUE(waitUntil([&] { return engine.tools.calls(u"unrar"_s).size() == 2; }));
     engine.manager().commands().stopExtraction(items[3]->id());
     EXPECT_EQ(items[3]->extractionStatus(), ExtractionStatus::idle);
     EXPECT_FALSE(items[3]->awaitsExtractionTurn());
@@ -136,75 +137,75 @@ TEST_F(PostDownloadRunsTest, WorksOnTwoArchivesAtATimeInTheOrderOfTheQueue)
     go();
     for (const ItemPtr& item : {items[0], items[1], items[2], items[4]})
         ASSERT_TRUE(reaches(item, ExtractionStatus::done));
-    EXPECT_EQ(order, (QStringList{QStringLiteral("c.rar"), QStringLiteral("e.rar")}));
+    EXPECT_EQ(order, (QStringList{u"c.rar"_s, u"e.rar"_s}));
     EXPECT_EQ(items[4]->extractionStartedAt(), engine.clock.wallNow());
-    EXPECT_EQ(engine.tools.calls(QStringLiteral("unrar")).size(), 4);
+    EXPECT_EQ(engine.tools.calls(u"unrar"_s).size(), 4);
 }
 
 TEST_F(PostDownloadRunsTest, TakesNoFolderAwayThatAnotherArchiveIsUnpackedInto)
 {
-    engine.tools.add(QStringLiteral("unrar"), waitForGo() + "; cd \"$6\" && echo x >movie.mkv");
-    engine.tools.add(QStringLiteral("7zz"), "cd \"${3#-o}\" && echo x >Mine");
-    const ItemPtr set = onDisk(QStringLiteral("m.part1.rar"));
-    engine.manager().renameGroup(QStringLiteral("m"), QStringLiteral("Mine"));
+    engine.tools.add(u"unrar"_s, waitForGo() + "; cd \"$6\" && echo x >movie.mkv");
+    engine.tools.add(u"7zz"_s, "cd \"${3#-o}\" && echo x >Mine");
+    const ItemPtr set = onDisk(u"m.part1.rar"_s);
+    engine.manager().renameGroup(u"m"_s, u"Mine"_s);
     run(set);
-    ASSERT_TRUE(waitUntil([&] { return !engine.tools.calls(QStringLiteral("unrar")).isEmpty(); }));
-    const ItemPtr other = onDisk(QStringLiteral("x.7z"));
+    ASSERT_TRUE(waitUntil([&] { return !engine.tools.calls(u"unrar"_s).isEmpty(); }));
+    const ItemPtr other = onDisk(u"x.7z"_s);
     run(other);
     ASSERT_TRUE(reaches(other, ExtractionStatus::done));
     go();
     ASSERT_TRUE(reaches(set, ExtractionStatus::done));
-    EXPECT_TRUE(engine.sandbox.exists(QStringLiteral("Downloads/Mine/Mine.mkv")));
-    EXPECT_TRUE(engine.sandbox.exists(QStringLiteral("Downloads/Mine (1)")));
+    EXPECT_TRUE(engine.sandbox.exists(u"Downloads/Mine/Mine.mkv"_s));
+    EXPECT_TRUE(engine.sandbox.exists(u"Downloads/Mine (1)"_s));
 }
 
 TEST_F(PostDownloadRunsTest, RemovesAtTheNextStartWhatAKilledRunLeft)
 {
     VORMEL_NEEDS_TOOL("cp");
     const QString downloads = engine.sandbox.folders().downloads;
-    const WorkFolder alive = WorkFolder::make(downloads + QStringLiteral("/m"));
-    engine.sandbox.write(QDir(engine.sandbox.root()).relativeFilePath(alive.path()) + QStringLiteral("/half"), "half");
+    const WorkFolder alive = WorkFolder::make(downloads + u"/m"_s);
+    engine.sandbox.write(QDir(engine.sandbox.root()).relativeFilePath(alive.path()) + u"/half"_s, "half");
     // As a kill leaves it: the same, but held by nobody.
-    const QStringList args{QStringLiteral("-a"), downloads + QStringLiteral("/m"), downloads + QStringLiteral("/.n")};
-    ASSERT_EQ(runRealTool(QStringLiteral("/usr/bin/cp"), args, downloads).status, 0);
+    const QStringList args{u"-a"_s, downloads + u"/m"_s, downloads + u"/.n"_s};
+    ASSERT_EQ(runRealTool(u"/usr/bin/cp"_s, args, downloads).status, 0);
     engine.restart(true);
     constexpr auto hidden = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
-    EXPECT_TRUE(waitUntil([&] { return QDir(downloads + QStringLiteral("/.n")).isEmpty(hidden); }));
-    EXPECT_TRUE(QFile::exists(alive.path() + QStringLiteral("/half")));
+    EXPECT_TRUE(waitUntil([&] { return QDir(downloads + u"/.n"_s).isEmpty(hidden); }));
+    EXPECT_TRUE(QFile::exists(alive.path() + u"/half"_s));
 }
 
 TEST_F(PostDownloadRunsTest, LetsTheProgramEndWhileAToolRuns)
 {
-    engine.tools.add(QStringLiteral("unrar"), waitForGo());
-    run(onDisk(QStringLiteral("x.rar")));
-    ASSERT_TRUE(waitUntil([&] { return !engine.tools.calls(QStringLiteral("unrar")).isEmpty(); }));
+    engine.tools.add(u"unrar"_s, waitForGo());
+    run(onDisk(u"x.rar"_s));
+    ASSERT_TRUE(waitUntil([&] { return !engine.tools.calls(u"unrar"_s).isEmpty(); }));
     engine.restart();
     EXPECT_EQ(engine.manager().items().front()->status(), DownloadStatus::completed);
 }
 
 TEST_F(PostDownloadRunsTest, UnpacksAFileOnceThatTwoRowsHave)
 {
-    engine.tools.add(QStringLiteral("7zz"), waitForGo());
-    const ItemPtr one = onDisk(QStringLiteral("x.7z"));
-    const ItemPtr other = engine.add(QStringLiteral("http://mirror/y.7z"));
+    engine.tools.add(u"7zz"_s, waitForGo());
+    const ItemPtr one = onDisk(u"x.7z"_s);
+    const ItemPtr other = engine.add(u"http://mirror/y.7z"_s);
     other->setLocalPath(*one->localPath());
     other->setStatus(DownloadStatus::completed);
     run(one);
-    ASSERT_TRUE(waitUntil([&] { return !engine.tools.calls(QStringLiteral("7zz")).isEmpty(); }));
+    ASSERT_TRUE(waitUntil([&] { return !engine.tools.calls(u"7zz"_s).isEmpty(); }));
     arrive(other);
     EXPECT_EQ(other->extractionStatus(), ExtractionStatus::idle);
     go();
     ASSERT_TRUE(reaches(one, ExtractionStatus::done));
     EXPECT_TRUE(reaches(other, ExtractionStatus::done));
-    EXPECT_EQ(engine.tools.calls(QStringLiteral("7zz")).size(), 1);
+    EXPECT_EQ(engine.tools.calls(u"7zz"_s).size(), 1);
 }
 
 TEST_F(PostDownloadRunsTest, UnpacksForARowThatComesWhenAllIsInItsPlace)
 {
     engine.settings().deleteArchiveAfterExtract.set(true);
-    engine.tools.add(QStringLiteral("7zz"));
-    const ItemPtr one = onDisk(QStringLiteral("x.7z"));
-    const ItemPtr other = engine.add(QStringLiteral("http://mirror/y.7z"));
+    engine.tools.add(u"7zz"_s);
+    const ItemPtr one = onDisk(u"x.7z"_s);
+    const ItemPtr other = engine.add(u"http://mirror/y.7z"_s);
     ExtractionStatus begun = ExtractionStatus::idle;
     engine.trash.onMove([&] {
         const auto ask = [&] {
@@ -224,7 +225,7 @@ TEST_F(PostDownloadRunsTest, UnpacksForARowThatComesWhenAllIsInItsPlace)
 
 TEST_F(PostDownloadRunsTest, DoesNotBeginWhatHasLostItsRowWhileItWaited)
 {
-    engine.tools.add(QStringLiteral("7zz"), waitForGo());
+    engine.tools.add(u"7zz"_s, waitForGo());
     std::vector<ItemPtr> items;
     for (const char* name : {"a.7z", "b.7z", "c.7z", "d.7z"})
         items.push_back(onDisk(QString::fromLatin1(name)));
@@ -233,7 +234,7 @@ TEST_F(PostDownloadRunsTest, DoesNotBeginWhatHasLostItsRowWhileItWaited)
     engine.manager().commands().removeItems({items[2]->id()});
     go();
     ASSERT_TRUE(reaches(items[3], ExtractionStatus::done));
-    EXPECT_EQ(engine.tools.calls(QStringLiteral("7zz")).size(), 3);
+    EXPECT_EQ(engine.tools.calls(u"7zz"_s).size(), 3);
     EXPECT_EQ(items[2]->extractionStatus(), ExtractionStatus::idle);
 }
 
@@ -251,26 +252,25 @@ TEST_F(PostDownloadRunsTest, LeavesTheArchiveAloneThatIsStoppedInTheLastMoment)
         halfPlaced([this](DownloadItem& item) { engine.manager().commands().stopExtraction(item.id()); });
     EXPECT_TRUE(QFile::exists(*first->localPath()));
     EXPECT_TRUE(QFile::exists(*second->localPath()));
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Trash/movie.mkv")), "old");
+    EXPECT_EQ(engine.sandbox.read(u"Trash/movie.mkv"_s), "old");
     run(first);
     ASSERT_TRUE(reaches(first, ExtractionStatus::done));
-    EXPECT_TRUE(waitUntil(
-        [&] { return engine.sandbox.files(QStringLiteral("Downloads")) == QStringList{QStringLiteral("m/movie.mkv")}; }));
+    EXPECT_TRUE(waitUntil([&] { return engine.sandbox.files(u"Downloads"_s) == QStringList{u"m/movie.mkv"_s}; }));
 }
 
 TEST_F(PostDownloadRunsTest, UnpacksASetAgainFromTheRowOfAnyPart)
 {
     unpackerMakes("movie.mkv");
-    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
-    const ItemPtr second = onDisk(QStringLiteral("m.part2.rar"));
+    const ItemPtr first = onDisk(u"m.part1.rar"_s);
+    const ItemPtr second = onDisk(u"m.part2.rar"_s);
     for (const ExtractionStatus& before :
-         {ExtractionStatus::failure(QStringLiteral("broken")), ExtractionStatus(ExtractionStatus::done)}) {
+         {ExtractionStatus::failure(u"broken"_s), ExtractionStatus(ExtractionStatus::done)}) {
         first->setExtractionStatus(before);
-        const qsizetype calls = engine.tools.calls(QStringLiteral("unrar")).size();
+        const qsizetype calls = engine.tools.calls(u"unrar"_s).size();
         // The run before may still be tidying up.
         EXPECT_TRUE(waitUntil([&] {
             run(second);
-            return engine.tools.calls(QStringLiteral("unrar")).size() > calls;
+            return engine.tools.calls(u"unrar"_s).size() > calls;
         }));
         ASSERT_TRUE(reaches(first, ExtractionStatus::done));
     }

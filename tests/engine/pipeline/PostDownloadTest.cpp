@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 using namespace vormel::fixtures;
 
@@ -16,21 +18,21 @@ class PostDownloadTest : public ::testing::Test, protected ArchiveStep
 TEST_F(PostDownloadTest, UnpacksASetWhenItsLastPartHasCome)
 {
     unpackerMakes("movie.mkv");
-    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
-    const ItemPtr last = engine.start(QStringLiteral("http://h/m.part2.rar"));
+    const ItemPtr first = onDisk(u"m.part1.rar"_s);
+    const ItemPtr last = engine.start(u"http://h/m.part2.rar"_s);
     engine.http.last().head(200, {{"Content-Length", "1"}});
     engine.http.last().data("x");
-    EXPECT_TRUE(engine.tools.calls(QStringLiteral("unrar")).isEmpty());
+    EXPECT_TRUE(engine.tools.calls(u"unrar"_s).isEmpty());
     engine.http.last().finish();
     ASSERT_TRUE(reaches(first, ExtractionStatus::done));
     EXPECT_EQ(last->extractionStatus(), ExtractionStatus::idle);
-    EXPECT_TRUE(engine.sandbox.exists(QStringLiteral("Downloads/m/movie.mkv")));
+    EXPECT_TRUE(engine.sandbox.exists(u"Downloads/m/movie.mkv"_s));
 }
 
 TEST_F(PostDownloadTest, TellsWhenTheRunBeganAndHowFarItIs)
 {
-    engine.tools.add(QStringLiteral("unrar"), "printf ' 42%%\\r'; " + waitForGo());
-    const ItemPtr item = onDisk(QStringLiteral("x.rar"));
+    engine.tools.add(u"unrar"_s, "printf ' 42%%\\r'; " + waitForGo());
+    const ItemPtr item = onDisk(u"x.rar"_s);
     run(item);
     EXPECT_EQ(item->extractionStatus(), ExtractionStatus::extracting);
     EXPECT_EQ(item->extractionStartedAt(), engine.clock.wallNow());
@@ -42,8 +44,8 @@ TEST_F(PostDownloadTest, TellsWhenTheRunBeganAndHowFarItIs)
 TEST_F(PostDownloadTest, WaitsForPartsThatAreStillToCome)
 {
     unpackerMakes("movie.mkv");
-    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
-    const ItemPtr second = engine.add(QStringLiteral("http://h/m.part2.rar"));
+    const ItemPtr first = onDisk(u"m.part1.rar"_s);
+    const ItemPtr second = engine.add(u"http://h/m.part2.rar"_s);
     for (const auto status : {DownloadStatus::queued, DownloadStatus::paused, DownloadStatus::stopped}) {
         second->setStatus(status);
         run(first);
@@ -53,24 +55,24 @@ TEST_F(PostDownloadTest, WaitsForPartsThatAreStillToCome)
 
 TEST_F(PostDownloadTest, WaitsForAPartWhoseFileIsBeingFetchedAgain)
 {
-    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
-    onDisk(QStringLiteral("m.part2.rar"))->setStatus(DownloadStatus::queued);
+    const ItemPtr first = onDisk(u"m.part1.rar"_s);
+    onDisk(u"m.part2.rar"_s)->setStatus(DownloadStatus::queued);
     run(first);
     EXPECT_EQ(first->extractionStatus(), ExtractionStatus::idle);
 }
 
 TEST_F(PostDownloadTest, DoesNotWaitForAPartThatHasFailed)
 {
-    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
-    engine.add(QStringLiteral("http://h/m.part2.rar"))->setStatus(DownloadStatus::failure(QStringLiteral("gone")));
+    const ItemPtr first = onDisk(u"m.part1.rar"_s);
+    engine.add(u"http://h/m.part2.rar"_s)->setStatus(DownloadStatus::failure(u"gone"_s));
     run(first);
     EXPECT_FALSE(first->extractionStatus() == ExtractionStatus::idle);
 }
 
 TEST_F(PostDownloadTest, WaitsForNoRecoveryVolumeThatNobodyFetches)
 {
-    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
-    const ItemPtr rev = engine.add(QStringLiteral("http://h/m.part1.rev"));
+    const ItemPtr first = onDisk(u"m.part1.rar"_s);
+    const ItemPtr rev = engine.add(u"http://h/m.part1.rev"_s);
     for (const bool isOn : {false, true}) {
         engine.settings().downloadRevFiles.set(isOn);
         for (const auto status : {DownloadStatus::queued, DownloadStatus::paused, DownloadStatus::stopped}) {
@@ -84,15 +86,15 @@ TEST_F(PostDownloadTest, WaitsForNoRecoveryVolumeThatNobodyFetches)
 
 TEST_F(PostDownloadTest, WaitsForARecoveryVolumeThatIsOnItsWayOrWillBe)
 {
-    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
-    const ItemPtr rev = engine.add(QStringLiteral("http://h/m.part1.rev"));
+    const ItemPtr first = onDisk(u"m.part1.rar"_s);
+    const ItemPtr rev = engine.add(u"http://h/m.part1.rev"_s);
     for (const auto status : {DownloadStatus::resolving, DownloadStatus::downloading}) {
         rev->setStatus(status);
         run(first);
         EXPECT_EQ(first->extractionStatus(), ExtractionStatus::idle) << status;
     }
     engine.settings().downloadRevFiles.set(true);
-    engine.add(QStringLiteral("http://h/m.part2.rar"))->setStatus(DownloadStatus::failure(QStringLiteral("gone")));
+    engine.add(u"http://h/m.part2.rar"_s)->setStatus(DownloadStatus::failure(u"gone"_s));
     for (const auto status : {DownloadStatus::queued, DownloadStatus::paused}) {
         rev->setStatus(status);
         run(first);
@@ -102,7 +104,7 @@ TEST_F(PostDownloadTest, WaitsForARecoveryVolumeThatIsOnItsWayOrWillBe)
 
 TEST_F(PostDownloadTest, NeedsTheFirstVolume)
 {
-    const ItemPtr second = onDisk(QStringLiteral("m.part2.rar"));
+    const ItemPtr second = onDisk(u"m.part2.rar"_s);
     run(second);
     EXPECT_EQ(second->extractionStatus(), ExtractionStatus::idle);
 }
@@ -110,8 +112,8 @@ TEST_F(PostDownloadTest, NeedsTheFirstVolume)
 TEST_F(PostDownloadTest, KeepsSetsApartByLetterCase)
 {
     unpackerMakes("movie.mkv");
-    const ItemPtr first = onDisk(QStringLiteral("movie.part1.rar"));
-    engine.add(QStringLiteral("http://h/Movie.part2.rar"));
+    const ItemPtr first = onDisk(u"movie.part1.rar"_s);
+    engine.add(u"http://h/Movie.part2.rar"_s);
     run(first);
     EXPECT_TRUE(reaches(first, ExtractionStatus::done));
 }
@@ -127,17 +129,17 @@ TEST_F(PostDownloadTest, LeavesFilesAloneThatAreNoArchives)
 
 TEST_F(PostDownloadTest, DoesNotTryAFailedArchiveAgainByItself)
 {
-    const ItemPtr item = onDisk(QStringLiteral("x.rar"));
-    item->setExtractionStatus(ExtractionStatus::failure(QStringLiteral("broken")));
+    const ItemPtr item = onDisk(u"x.rar"_s);
+    item->setExtractionStatus(ExtractionStatus::failure(u"broken"_s));
     arrive(item);
-    EXPECT_EQ(item->extractionStatus(), ExtractionStatus::failure(QStringLiteral("broken")));
+    EXPECT_EQ(item->extractionStatus(), ExtractionStatus::failure(u"broken"_s));
 }
 
 TEST_F(PostDownloadTest, TriesAFailedArchiveAgainForTheUser)
 {
     unpackerMakes("movie.mkv");
-    const ItemPtr item = onDisk(QStringLiteral("x.rar"));
-    item->setExtractionStatus(ExtractionStatus::failure(QStringLiteral("broken")));
+    const ItemPtr item = onDisk(u"x.rar"_s);
+    item->setExtractionStatus(ExtractionStatus::failure(u"broken"_s));
     item->setStatus(DownloadStatus::paused);
     engine.manager().commands().retryExtraction(item->id());
     EXPECT_EQ(item->extractionStatus(), ExtractionStatus::failed);
@@ -148,35 +150,35 @@ TEST_F(PostDownloadTest, TriesAFailedArchiveAgainForTheUser)
 
 TEST_F(PostDownloadTest, RunsOnceForASetHoweverManyPartsAskForIt)
 {
-    engine.tools.add(QStringLiteral("unrar"), waitForGo());
-    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
-    const ItemPtr second = onDisk(QStringLiteral("m.part2.rar"));
+    engine.tools.add(u"unrar"_s, waitForGo());
+    const ItemPtr first = onDisk(u"m.part1.rar"_s);
+    const ItemPtr second = onDisk(u"m.part2.rar"_s);
     arrive(first);
     arrive(second);
     go();
     ASSERT_TRUE(reaches(first, ExtractionStatus::done));
     arrive(second);
     EXPECT_EQ(first->extractionStatus(), ExtractionStatus::done);
-    EXPECT_EQ(engine.tools.calls(QStringLiteral("unrar")).size(), 1);
+    EXPECT_EQ(engine.tools.calls(u"unrar"_s).size(), 1);
 }
 
 TEST_F(PostDownloadTest, FailsWithTheMissingToolsName)
 {
-    const ItemPtr item = onDisk(QStringLiteral("x.rar"));
+    const ItemPtr item = onDisk(u"x.rar"_s);
     run(item);
     ASSERT_TRUE(reaches(item, ExtractionStatus::failed));
-    EXPECT_TRUE(item->extractionStatus().message().startsWith(QStringLiteral("unrar not found. ")));
+    EXPECT_TRUE(item->extractionStatus().message().startsWith(u"unrar not found. "_s));
     EXPECT_EQ(item->status(), DownloadStatus::completed);
 }
 
 TEST_F(PostDownloadTest, SavesWhatBecameOfAnArchiveAtOnce)
 {
-    engine.tools.add(QStringLiteral("unrar"), "exit 3");
-    const ItemPtr bad = onDisk(QStringLiteral("bad.rar"));
+    engine.tools.add(u"unrar"_s, "exit 3");
+    const ItemPtr bad = onDisk(u"bad.rar"_s);
     run(bad);
     ASSERT_TRUE(reaches(bad, ExtractionStatus::failed));
     unpackerMakes("movie.mkv");
-    const ItemPtr good = onDisk(QStringLiteral("good.rar"));
+    const ItemPtr good = onDisk(u"good.rar"_s);
     run(good);
     ASSERT_TRUE(reaches(good, ExtractionStatus::done));
     engine.flush();
@@ -208,8 +210,8 @@ class ToolMishap : public ::testing::TestWithParam<Mishap>, protected ArchiveSte
 
 TEST_P(ToolMishap, EndsInAToldState)
 {
-    engine.tools.add(QStringLiteral("unrar"), GetParam().script);
-    const ItemPtr item = onDisk(QStringLiteral("x.rar"));
+    engine.tools.add(u"unrar"_s, GetParam().script);
+    const ItemPtr item = onDisk(u"x.rar"_s);
     run(item);
     ASSERT_TRUE(reaches(item, ExtractionStatus::failed));
     const QString message = item->extractionStatus().message();
@@ -223,9 +225,9 @@ INSTANTIATE_TEST_SUITE_P(All, ToolMishap, ::testing::ValuesIn(mishaps),
 
 TEST_F(PostDownloadTest, TellsWhyAToolCannotBeStarted)
 {
-    engine.sandbox.write(QStringLiteral("plain"), "no program");
-    engine.tools.addReal(QStringLiteral("unrar"), engine.sandbox.path(QStringLiteral("plain")));
-    const ItemPtr item = onDisk(QStringLiteral("x.rar"));
+    engine.sandbox.write(u"plain"_s, "no program");
+    engine.tools.addReal(u"unrar"_s, engine.sandbox.path(u"plain"_s));
+    const ItemPtr item = onDisk(u"x.rar"_s);
     run(item);
     ASSERT_TRUE(reaches(item, ExtractionStatus::failed));
     EXPECT_EQ(item->extractionStatus().message(), u"Permission denied");

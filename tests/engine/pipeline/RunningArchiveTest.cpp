@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 using namespace vormel::fixtures;
 
@@ -14,8 +16,8 @@ class RunningArchiveTest : public ::testing::Test, protected ArchiveStep
 protected:
     void SetUp() override
     {
-        engine.tools.add(QStringLiteral("unrar"), "printf ' 33%%\\r'; " + waitForGo());
-        set = {onDisk(QStringLiteral("m.part1.rar")), onDisk(QStringLiteral("m.part2.rar"))};
+        engine.tools.add(u"unrar"_s, "printf ' 33%%\\r'; " + waitForGo());
+        set = {onDisk(u"m.part1.rar"_s), onDisk(u"m.part2.rar"_s)};
         run(set[0]);
         ASSERT_TRUE(waitUntil([this] { return set[0]->extractionProgress() == 0.33; }));
     }
@@ -39,5 +41,5 @@ TEST_F(RunningArchiveTest, IsLeftAloneByEveryoneWhoWantsItUnpacked)
     go();
     ASSERT_TRUE(reaches(set[0], ExtractionStatus::done));
     turnEventLoop();
-    EXPECT_EQ(engine.tools.calls(QStringLiteral("unrar")).size(), 1);
+    EXPECT_EQ(engine.tools.calls(u"unrar"_s).size(), 1);
 }

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace std::chrono_literals;
 using namespace vormel;
 using namespace vormel::fixtures;
@@ -16,19 +18,19 @@ class SecondExtractionTest : public ::testing::Test, protected ArchiveStep
 protected:
     void SetUp() override
     {
-        const QByteArray mark = engine.sandbox.path(QStringLiteral("repaired")).toUtf8();
-        engine.tools.add(QStringLiteral("unrar"), "case \"$*\" in *sesame*) ;; *) exit 11;; esac\n"
-                                                "if [ -e '" +
-                                                    mark + "' ]; then printf ' 42%%\\r'; exit 0; fi\n" +
-                                                    "printf ' 13%%\\r'; exit 3");
-        engine.tools.add(QStringLiteral("rar"), waitForGo() + "; touch '" + mark + "'");
-        archive = onDisk(QStringLiteral("m.part1.rar"));
+        const QByteArray mark = engine.sandbox.path(u"repaired"_s).toUtf8();
+        engine.tools.add(u"unrar"_s, "case \"$*\" in *sesame*) ;; *) exit 11;; esac\n"
+                                     "if [ -e '" +
+                                         mark + "' ]; then printf ' 42%%\\r'; exit 0; fi\n" +
+                                         "printf ' 13%%\\r'; exit 3");
+        engine.tools.add(u"rar"_s, waitForGo() + "; touch '" + mark + "'");
+        archive = onDisk(u"m.part1.rar"_s);
         run(archive);
         ASSERT_TRUE(waitUntil([this] { return question().has_value(); }));
     }
     [[nodiscard]] bool unpacks()
     {
-        engine.manager().questions().submitExtractionPassword(QStringLiteral("sesame"));
+        engine.manager().questions().submitExtractionPassword(u"sesame"_s);
         if (!reaches(archive, ExtractionStatus::repairing))
             return false;
         go();
@@ -45,8 +47,8 @@ TEST_F(SecondExtractionTest, TakesThePasswordOfTheFirst)
 {
     EXPECT_TRUE(unpacks());
     EXPECT_FALSE(question());
-    ASSERT_EQ(engine.tools.calls(QStringLiteral("unrar")).size(), 3);
-    EXPECT_EQ(engine.tools.calls(QStringLiteral("unrar"))[2].filter(QStringLiteral("sesame")).size(), 1);
+    ASSERT_EQ(engine.tools.calls(u"unrar"_s).size(), 3);
+    EXPECT_EQ(engine.tools.calls(u"unrar"_s)[2].filter(u"sesame"_s).size(), 1);
 }
 
 TEST_F(SecondExtractionTest, ShowsNoProgress)
@@ -60,7 +62,7 @@ TEST_F(SecondExtractionTest, ShowsNoProgress)
 
 TEST_F(SecondExtractionTest, CountsItsTimeFromTheRepair)
 {
-    engine.manager().questions().submitExtractionPassword(QStringLiteral("sesame"));
+    engine.manager().questions().submitExtractionPassword(u"sesame"_s);
     EXPECT_EQ(archive->extractionStartedAt(), engine.clock.wallNow());
     engine.clock.advance(7s);
     ASSERT_TRUE(reaches(archive, ExtractionStatus::repairing));

@@ -12,6 +12,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 using namespace vormel::fixtures;
 
@@ -26,19 +28,19 @@ protected:
     void makeSet(int recoveryVolumes = 0)
     {
         for (const char* const tool : {"rar", "unrar"})
-            engine.tools.addReal(QString::fromLatin1(tool), QStringLiteral("/usr/bin/") + QString::fromLatin1(tool));
+            engine.tools.addReal(QString::fromLatin1(tool), u"/usr/bin/"_s + QString::fromLatin1(tool));
         RarSet set;
-        set.files = {{QStringLiteral("film.mkv"), contents}};
+        set.files = {{u"film.mkv"_s, contents}};
         set.volumeBytes = 65'000;
         set.recoveryVolumes = recoveryVolumes;
-        volumes = makeRarSet(engine.sandbox.path(QStringLiteral("server")), set);
+        volumes = makeRarSet(engine.sandbox.path(u"server"_s), set);
         ASSERT_EQ(volumes.size(), 3 + recoveryVolumes);
     }
     /// The volume of that number under another set's name.
     [[nodiscard]] QString link(const QString& base, qsizetype number) const
     {
         const QString suffix = QFileInfo(volumes[number]).fileName().mid(3);
-        return QStringLiteral("http://h/") + base + suffix;
+        return u"http://h/"_s + base + suffix;
     }
     /// What the running transfer asks for.
     void deliver(const QByteArray& bytes)
@@ -82,18 +84,18 @@ protected:
     }
 
     QStringList volumes;
-    const QTemporaryDir far{QStringLiteral("/dev/shm/vormel-far-XXXXXX")};
+    const QTemporaryDir far{u"/dev/shm/vormel-far-XXXXXX"_s};
 };
 
 /// Far above what a file system takes as one name.
-const QString longBase = QStringLiteral("電影").repeated(60);
+const QString longBase = u"電影"_s.repeated(60);
 
 #define VORMEL_NEEDS_RAR()                                                                                             \
     VORMEL_NEEDS_TOOL("rar");                                                                                          \
     VORMEL_NEEDS_TOOL("unrar")
 
 #define VORMEL_NEEDS_TWO_FILE_SYSTEMS()                                                                                \
-    if (!far.isValid() || QStorageInfo(far.path()).device() == QStorageInfo(engine.sandbox.root()).device())             \
+    if (!far.isValid() || QStorageInfo(far.path()).device() == QStorageInfo(engine.sandbox.root()).device())           \
     GTEST_SKIP() << "there is only one file system to write to"
 
 } // namespace
@@ -106,7 +108,7 @@ TEST_F(SetOnDiskTest, IsUnpackedUnderANameTooLongForTheDisk)
     ASSERT_TRUE(reaches(items[0], ExtractionStatus::done)) << items[0]->extractionStatus().message().toStdString();
     const QDir folder = QFileInfo(*items[0]->localPath()).dir();
     EXPECT_NE(folder.dirName(), longBase);
-    QFile film(folder.filePath(QStringLiteral("film.mkv")));
+    QFile film(folder.filePath(u"film.mkv"_s));
     ASSERT_TRUE(film.open(QFile::ReadOnly));
     EXPECT_EQ(film.readAll(), contents);
     // The recovery volume is of no more use, and found to be so.
@@ -134,17 +136,17 @@ TEST_F(SetOnDiskTest, FindsItsCustomNameUnderANameTooLongForTheDisk)
 {
     VORMEL_NEEDS_RAR();
     makeSet();
-    engine.manager().renameGroup(longBase, QStringLiteral("My film"));
+    engine.manager().renameGroup(longBase, u"My film"_s);
     const std::vector<ItemPtr> items = fetchSet(longBase);
     ASSERT_TRUE(reaches(items[0], ExtractionStatus::done));
-    EXPECT_TRUE(engine.sandbox.exists(QStringLiteral("Downloads/My film/My film.mkv")));
+    EXPECT_TRUE(engine.sandbox.exists(u"Downloads/My film/My film.mkv"_s));
 }
 
 TEST_F(SetOnDiskTest, IsUnpackedUnderANameThatTheDiskTakesOnlyChanged)
 {
     VORMEL_NEEDS_RAR();
     makeSet();
-    const std::vector<ItemPtr> items = fetchSet(QStringLiteral("a%0Ab"));
+    const std::vector<ItemPtr> items = fetchSet(u"a%0Ab"_s);
     ASSERT_TRUE(reaches(items[0], ExtractionStatus::done));
     EXPECT_EQ(items[0]->filename(), u"a\nb.part1.rar");
 }
@@ -153,28 +155,28 @@ TEST_F(SetOnDiskTest, IsUnpackedWhereItsFirstVolumeLies)
 {
     VORMEL_NEEDS_RAR();
     makeSet();
-    const std::vector<ItemPtr> items{engine.add(link(QStringLiteral("set"), 0)), engine.add(link(QStringLiteral("set"), 1)),
-                                     engine.add(link(QStringLiteral("set"), 2))};
+    const std::vector<ItemPtr> items{engine.add(link(u"set"_s, 0)), engine.add(link(u"set"_s, 1)),
+                                     engine.add(link(u"set"_s, 2))};
     fetchAgain(items[1], 1);
-    engine.settings().downloadFolderPath.set(engine.sandbox.path(QStringLiteral("new")));
+    engine.settings().downloadFolderPath.set(engine.sandbox.path(u"new"_s));
     fetchAgain(items[0], 0);
-    engine.settings().downloadFolderPath.set(engine.sandbox.path(QStringLiteral("newest")));
+    engine.settings().downloadFolderPath.set(engine.sandbox.path(u"newest"_s));
     fetchAgain(items[2], 2);
     ASSERT_TRUE(reaches(items[0], ExtractionStatus::done)) << items[0]->extractionStatus().message().toStdString();
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("new/set/film.mkv")), contents);
+    EXPECT_EQ(engine.sandbox.read(u"new/set/film.mkv"_s), contents);
     for (const ItemPtr& item : items)
-        EXPECT_EQ(QFileInfo(*item->localPath()).path(), engine.sandbox.path(QStringLiteral("new/set")));
-    EXPECT_TRUE(engine.sandbox.files(QStringLiteral("Downloads")).isEmpty());
-    EXPECT_TRUE(engine.sandbox.files(QStringLiteral("newest")).isEmpty());
+        EXPECT_EQ(QFileInfo(*item->localPath()).path(), engine.sandbox.path(u"new/set"_s));
+    EXPECT_TRUE(engine.sandbox.files(u"Downloads"_s).isEmpty());
+    EXPECT_TRUE(engine.sandbox.files(u"newest"_s).isEmpty());
     engine.restart(true);
-    EXPECT_EQ(engine.manager().items().at(1)->localPath(), engine.sandbox.path(QStringLiteral("new/set/set.part2.rar")));
+    EXPECT_EQ(engine.manager().items().at(1)->localPath(), engine.sandbox.path(u"new/set/set.part2.rar"_s));
 }
 
 TEST_F(SetOnDiskTest, BringsTheOneFileOfTwoLinksForBothOfThem)
 {
-    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
-    const QString path = engine.sandbox.write(QStringLiteral("elsewhere/m.part2.rar"), "x");
-    const auto mirrors = engine.add({QStringLiteral("http://a/m.part2.rar"), QStringLiteral("http://b/m.part2.rar")});
+    const ItemPtr first = onDisk(u"m.part1.rar"_s);
+    const QString path = engine.sandbox.write(u"elsewhere/m.part2.rar"_s, "x");
+    const auto mirrors = engine.add({u"http://a/m.part2.rar"_s, u"http://b/m.part2.rar"_s});
     for (const ItemPtr& mirror : mirrors) {
         mirror->setLocalPath(path);
         mirror->setStatus(DownloadStatus::completed);
@@ -182,59 +184,59 @@ TEST_F(SetOnDiskTest, BringsTheOneFileOfTwoLinksForBothOfThem)
     run(first);
     ASSERT_TRUE(reaches(first, ExtractionStatus::failed));
     for (const ItemPtr& mirror : mirrors)
-        EXPECT_EQ(mirror->localPath(), engine.sandbox.path(QStringLiteral("Downloads/m/m.part2.rar")));
+        EXPECT_EQ(mirror->localPath(), engine.sandbox.path(u"Downloads/m/m.part2.rar"_s));
 }
 
 TEST_F(SetOnDiskTest, LeavesAVolumeWhereItIsWhenItsPlaceIsTaken)
 {
-    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
-    const ItemPtr second = engine.add(QStringLiteral("http://h/m.part2.rar"));
-    second->setLocalPath(engine.sandbox.write(QStringLiteral("elsewhere/m.part2.rar"), "ours"));
+    const ItemPtr first = onDisk(u"m.part1.rar"_s);
+    const ItemPtr second = engine.add(u"http://h/m.part2.rar"_s);
+    second->setLocalPath(engine.sandbox.write(u"elsewhere/m.part2.rar"_s, "ours"));
     second->setStatus(DownloadStatus::completed);
-    engine.sandbox.write(QStringLiteral("Downloads/m/m.part2.rar"), "the user's own");
+    engine.sandbox.write(u"Downloads/m/m.part2.rar"_s, "the user's own");
     run(first);
     ASSERT_TRUE(reaches(first, ExtractionStatus::failed));
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/m/m.part2.rar")), "the user's own");
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("elsewhere/m.part2.rar")), "ours");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/m/m.part2.rar"_s), "the user's own");
+    EXPECT_EQ(engine.sandbox.read(u"elsewhere/m.part2.rar"_s), "ours");
 }
 
 TEST_F(SetOnDiskTest, TheFreshRecoveryVolumeTakesThePlaceOfTheOldOneOnAnyFileSystem)
 {
     engine.settings().autoExtract.set(false);
-    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
-    engine.settings().downloadFolderPath.set(engine.sandbox.path(QStringLiteral("new")));
+    const ItemPtr first = onDisk(u"m.part1.rar"_s);
+    engine.settings().downloadFolderPath.set(engine.sandbox.path(u"new"_s));
     for (const bool hasFlags : {true, false}) {
         std::optional<PlainRenames> plain;
         if (!hasFlags)
             plain.emplace();
-        engine.sandbox.write(QStringLiteral("Downloads/m/m.part1.rev"), "old");
-        const ItemPtr rev = engine.add(QStringLiteral("http://h/m.part1.rev"));
+        engine.sandbox.write(u"Downloads/m/m.part1.rev"_s, "old");
+        const ItemPtr rev = engine.add(u"http://h/m.part1.rev"_s);
         engine.manager().commands().retryWithRevFiles({first});
         turnEventLoop();
         deliver("new");
-        EXPECT_EQ(rev->localPath(), engine.sandbox.path(QStringLiteral("Downloads/m/m.part1.rev")));
-        EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/m/m.part1.rev")), "new");
+        EXPECT_EQ(rev->localPath(), engine.sandbox.path(u"Downloads/m/m.part1.rev"_s));
+        EXPECT_EQ(engine.sandbox.read(u"Downloads/m/m.part1.rev"_s), "new");
         engine.manager().commands().removeItems({rev->id()});
     }
-    EXPECT_EQ(engine.sandbox.files(QStringLiteral("Trash")).size(), 2);
-    EXPECT_TRUE(engine.sandbox.files(QStringLiteral("new")).isEmpty());
+    EXPECT_EQ(engine.sandbox.files(u"Trash"_s).size(), 2);
+    EXPECT_TRUE(engine.sandbox.files(u"new"_s).isEmpty());
 }
 
 TEST_F(SetOnDiskTest, KeepsARecoveryVolumeWhoseSuccessorCannotGetThere)
 {
     VORMEL_NEEDS_TWO_FILE_SYSTEMS();
-    QFile old(far.filePath(QStringLiteral("m.part1.rev")));
+    QFile old(far.filePath(u"m.part1.rev"_s));
     ASSERT_TRUE(old.open(QFile::WriteOnly) && old.write("old") == 3);
     old.close();
     engine.settings().autoExtract.set(false);
-    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
-    first->setLocalPath(far.filePath(QStringLiteral("m.part1.rar")));
-    const ItemPtr rev = engine.add(QStringLiteral("http://h/m.part1.rev"));
+    const ItemPtr first = onDisk(u"m.part1.rar"_s);
+    first->setLocalPath(far.filePath(u"m.part1.rar"_s));
+    const ItemPtr rev = engine.add(u"http://h/m.part1.rev"_s);
     engine.manager().commands().retryWithRevFiles({first});
     turnEventLoop();
     deliver("new");
     ASSERT_EQ(rev->status(), DownloadStatus::completed);
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/m/m.part1.rev")), "new");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/m/m.part1.rev"_s), "new");
     EXPECT_TRUE(QFile::exists(old.fileName()));
 }
 
@@ -242,14 +244,14 @@ TEST_F(SetOnDiskTest, FetchesAVolumeAgainWhileItIsBroughtFromAnotherDisk)
 {
     VORMEL_NEEDS_TWO_FILE_SYSTEMS();
     unpackerMakes("film.mkv");
-    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
-    const ItemPtr second = engine.add(QStringLiteral("http://h/m.part2.rar"));
-    QFile old(far.filePath(QStringLiteral("m.part2.rar")));
+    const ItemPtr first = onDisk(u"m.part1.rar"_s);
+    const ItemPtr second = engine.add(u"http://h/m.part2.rar"_s);
+    QFile old(far.filePath(u"m.part2.rar"_s));
     ASSERT_TRUE(old.open(QFile::WriteOnly) && old.resize(qint64{64} << 20));
     second->setLocalPath(old.fileName());
     second->setStatus(DownloadStatus::completed);
     run(first);
-    const QDir set(engine.sandbox.path(QStringLiteral("Downloads/m")));
+    const QDir set(engine.sandbox.path(u"Downloads/m"_s));
     ASSERT_TRUE(
         waitUntil([&] { return set.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size() > 1; }));
     engine.manager().commands().redownloadItem(*second);
@@ -258,7 +260,7 @@ TEST_F(SetOnDiskTest, FetchesAVolumeAgainWhileItIsBroughtFromAnotherDisk)
     deliver("new");
     ASSERT_TRUE(reaches(first, ExtractionStatus::done));
     EXPECT_EQ(set.entryList(QDir::Files | QDir::Hidden),
-              (QStringList{QStringLiteral("film.mkv"), QStringLiteral("m.part1.rar"), QStringLiteral("m.part2.rar")}));
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/m/m.part2.rar")), "new");
+              (QStringList{u"film.mkv"_s, u"m.part1.rar"_s, u"m.part2.rar"_s}));
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/m/m.part2.rar"_s), "new");
     EXPECT_FALSE(QFile::exists(old.fileName()));
 }

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 using namespace vormel::fixtures;
 
@@ -55,11 +57,10 @@ TEST_P(SpentArchive, GoesAsFarAsTheSettingsSay)
     engine.settings().deleteArchiveAfterExtract.set(GetParam().deletes);
     engine.settings().trashSourceFolderAfterExtract.set(GetParam().wholeFolder);
     engine.settings().useCustomExtractionFolder.set(GetParam().elsewhere);
-    engine.settings().extractionFolderPath.set(engine.sandbox.path(QStringLiteral("Extracted")));
+    engine.settings().extractionFolderPath.set(engine.sandbox.path(u"Extracted"_s));
     engine.settings().removeGroupAfterExtract.set(true); // the last step of all, so that its end can be waited for
-    engine.sandbox.write(QStringLiteral("Downloads/m/note.txt"), "the user's own");
-    const std::vector<ItemPtr> items{onDisk(QStringLiteral("m.part1.rar")), onDisk(QStringLiteral("m.part2.rar")),
-                                     onDisk(QStringLiteral("plain.rar"))};
+    engine.sandbox.write(u"Downloads/m/note.txt"_s, "the user's own");
+    const std::vector<ItemPtr> items{onDisk(u"m.part1.rar"_s), onDisk(u"m.part2.rar"_s), onDisk(u"plain.rar"_s)};
     const std::size_t before = engine.manager().items().size();
     run(QLatin1StringView(GetParam().archive) == u"plain.rar" ? items[2] : items[0]);
     ASSERT_TRUE(waitUntil([&] { return engine.manager().items().size() < before; }));

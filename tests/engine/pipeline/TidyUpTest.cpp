@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 using namespace vormel::fixtures;
 
@@ -31,37 +33,37 @@ protected:
 
 TEST_F(TidyUpTest, KeepsTheArchiveUnlessToldOtherwise)
 {
-    finish(onDisk(QStringLiteral("x.rar")));
-    EXPECT_TRUE(becomes(QStringLiteral("Downloads"), list("x.mkv x.rar")));
+    finish(onDisk(u"x.rar"_s));
+    EXPECT_TRUE(becomes(u"Downloads"_s, list("x.mkv x.rar")));
 }
 
 TEST_F(TidyUpTest, MovesASingleArchiveToTheTrash)
 {
     engine.settings().deleteArchiveAfterExtract.set(true);
     engine.settings().trashSourceFolderAfterExtract.set(true);
-    finish(onDisk(QStringLiteral("x.rar")));
-    EXPECT_TRUE(becomes(QStringLiteral("Downloads"), list("x.mkv")));
-    EXPECT_TRUE(becomes(QStringLiteral("Trash"), list("x.rar")));
+    finish(onDisk(u"x.rar"_s));
+    EXPECT_TRUE(becomes(u"Downloads"_s, list("x.mkv")));
+    EXPECT_TRUE(becomes(u"Trash"_s, list("x.rar")));
 }
 
 TEST_F(TidyUpTest, MovesTheVolumesOfASetToTheTrashAndKeepsTheirFolder)
 {
     engine.settings().deleteArchiveAfterExtract.set(true);
-    onDisk(QStringLiteral("m.part2.rar"));
-    onDisk(QStringLiteral("m.part1.rev"));
-    finish(onDisk(QStringLiteral("m.part1.rar")));
-    EXPECT_TRUE(becomes(QStringLiteral("Downloads/m"), list("x.mkv")));
-    EXPECT_TRUE(becomes(QStringLiteral("Trash"), list("m.part1.rar m.part1.rev m.part2.rar")));
+    onDisk(u"m.part2.rar"_s);
+    onDisk(u"m.part1.rev"_s);
+    finish(onDisk(u"m.part1.rar"_s));
+    EXPECT_TRUE(becomes(u"Downloads/m"_s, list("x.mkv")));
+    EXPECT_TRUE(becomes(u"Trash"_s, list("m.part1.rar m.part1.rev m.part2.rar")));
 }
 
 TEST_F(TidyUpTest, LeavesTheVolumesOfOtherSetsInTheFolderAlone)
 {
     engine.settings().deleteArchiveAfterExtract.set(true);
     for (const char* name : {"mm.part1.rar", "M.part1.rar", "m.rar"})
-        engine.sandbox.write(QStringLiteral("Downloads/m/") + QString::fromLatin1(name), "another archive");
-    finish(onDisk(QStringLiteral("m.part1.rar")));
-    EXPECT_TRUE(becomes(QStringLiteral("Trash"), list("m.part1.rar")));
-    EXPECT_TRUE(becomes(QStringLiteral("Downloads/m"), list("M.part1.rar m.rar mm.part1.rar x.mkv")));
+        engine.sandbox.write(u"Downloads/m/"_s + QString::fromLatin1(name), "another archive");
+    finish(onDisk(u"m.part1.rar"_s));
+    EXPECT_TRUE(becomes(u"Trash"_s, list("m.part1.rar")));
+    EXPECT_TRUE(becomes(u"Downloads/m"_s, list("M.part1.rar m.rar mm.part1.rar x.mkv")));
 }
 
 TEST_F(TidyUpTest, MovesTheWholeFolderOfASetToTheTrash)
@@ -69,21 +71,21 @@ TEST_F(TidyUpTest, MovesTheWholeFolderOfASetToTheTrash)
     engine.settings().deleteArchiveAfterExtract.set(true);
     engine.settings().trashSourceFolderAfterExtract.set(true);
     engine.settings().useCustomExtractionFolder.set(true);
-    engine.settings().extractionFolderPath.set(engine.sandbox.path(QStringLiteral("Extracted")));
-    engine.sandbox.write(QStringLiteral("Downloads/m/notes.txt"), "came along");
-    finish(onDisk(QStringLiteral("m.part1.rar")));
-    EXPECT_TRUE(becomes(QStringLiteral("Downloads"), {}));
-    EXPECT_TRUE(becomes(QStringLiteral("Trash"), list("m/m.part1.rar m/notes.txt")));
-    EXPECT_TRUE(becomes(QStringLiteral("Extracted"), list("x.mkv")));
+    engine.settings().extractionFolderPath.set(engine.sandbox.path(u"Extracted"_s));
+    engine.sandbox.write(u"Downloads/m/notes.txt"_s, "came along");
+    finish(onDisk(u"m.part1.rar"_s));
+    EXPECT_TRUE(becomes(u"Downloads"_s, {}));
+    EXPECT_TRUE(becomes(u"Trash"_s, list("m/m.part1.rar m/notes.txt")));
+    EXPECT_TRUE(becomes(u"Extracted"_s, list("x.mkv")));
 }
 
 TEST_F(TidyUpTest, NeverThrowsAwayWhatItHasJustUnpacked)
 {
     engine.settings().deleteArchiveAfterExtract.set(true);
     engine.settings().trashSourceFolderAfterExtract.set(true);
-    finish(onDisk(QStringLiteral("m.part1.rar")));
-    EXPECT_TRUE(becomes(QStringLiteral("Trash"), list("m.part1.rar")));
-    EXPECT_TRUE(becomes(QStringLiteral("Downloads/m"), list("x.mkv")));
+    finish(onDisk(u"m.part1.rar"_s));
+    EXPECT_TRUE(becomes(u"Trash"_s, list("m.part1.rar")));
+    EXPECT_TRUE(becomes(u"Downloads/m"_s, list("x.mkv")));
 }
 
 TEST_F(TidyUpTest, NeverThrowsAwayTheDownloadFolder)
@@ -91,43 +93,43 @@ TEST_F(TidyUpTest, NeverThrowsAwayTheDownloadFolder)
     engine.settings().deleteArchiveAfterExtract.set(true);
     engine.settings().trashSourceFolderAfterExtract.set(true);
     engine.settings().useCustomExtractionFolder.set(true);
-    engine.settings().extractionFolderPath.set(engine.sandbox.path(QStringLiteral("Extracted")));
-    engine.sandbox.write(QStringLiteral("Downloads/other.zip"), "the user's own");
-    finish(onDisk(QStringLiteral(".part1.rar")));
-    EXPECT_TRUE(becomes(QStringLiteral("Trash"), list(".part1.rar")));
-    EXPECT_TRUE(engine.sandbox.exists(QStringLiteral("Downloads/other.zip")));
+    engine.settings().extractionFolderPath.set(engine.sandbox.path(u"Extracted"_s));
+    engine.sandbox.write(u"Downloads/other.zip"_s, "the user's own");
+    finish(onDisk(u".part1.rar"_s));
+    EXPECT_TRUE(becomes(u"Trash"_s, list(".part1.rar")));
+    EXPECT_TRUE(engine.sandbox.exists(u"Downloads/other.zip"_s));
 }
 
 TEST_F(TidyUpTest, TakesRecoveryVolumesOutOfTheQueueAndOffTheDisk)
 {
-    const ItemPtr waiting = engine.add(QStringLiteral("http://h/m.part2.rev"));
-    onDisk(QStringLiteral("m.part1.rev"));
-    const ItemPtr other = onDisk(QStringLiteral("n.part1.rev"));
-    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+    const ItemPtr waiting = engine.add(u"http://h/m.part2.rev"_s);
+    onDisk(u"m.part1.rev"_s);
+    const ItemPtr other = onDisk(u"n.part1.rev"_s);
+    const ItemPtr first = onDisk(u"m.part1.rar"_s);
     finish(first);
     EXPECT_EQ(engine.manager().items(), (std::vector{other, first}));
-    EXPECT_TRUE(becomes(QStringLiteral("Downloads/m"), list("m.part1.rar x.mkv")));
-    EXPECT_TRUE(becomes(QStringLiteral("Trash"), list("m.part1.rev")));
+    EXPECT_TRUE(becomes(u"Downloads/m"_s, list("m.part1.rar x.mkv")));
+    EXPECT_TRUE(becomes(u"Trash"_s, list("m.part1.rev")));
 }
 
 TEST_F(TidyUpTest, TakesAnExtractedSetOutOfTheQueueIfAsked)
 {
     engine.settings().removeGroupAfterExtract.set(true);
-    onDisk(QStringLiteral("m.part2.rar"));
-    const ItemPtr other = onDisk(QStringLiteral("other.mkv"));
-    finish(onDisk(QStringLiteral("m.part1.rar")));
+    onDisk(u"m.part2.rar"_s);
+    const ItemPtr other = onDisk(u"other.mkv"_s);
+    finish(onDisk(u"m.part1.rar"_s));
     EXPECT_TRUE(waitUntil([&] { return engine.manager().items() == std::vector{other}; }));
-    EXPECT_TRUE(engine.sandbox.exists(QStringLiteral("Downloads/m/m.part2.rar")));
+    EXPECT_TRUE(engine.sandbox.exists(u"Downloads/m/m.part2.rar"_s));
 }
 
 TEST_F(TidyUpTest, StaysDoneWhenARecoveryVolumeArrivesLate)
 {
-    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+    const ItemPtr first = onDisk(u"m.part1.rar"_s);
     finish(first);
-    arrive(onDisk(QStringLiteral("m.part1.rev")));
+    arrive(onDisk(u"m.part1.rev"_s));
     arrive(first);
     EXPECT_EQ(first->extractionStatus(), ExtractionStatus::done);
-    EXPECT_EQ(engine.tools.calls(QStringLiteral("unrar")).size(), 1);
+    EXPECT_EQ(engine.tools.calls(u"unrar"_s).size(), 1);
 }
 
 TEST_F(TidyUpTest, CleansTheNamesOfWhatItUnpacked)
@@ -135,83 +137,80 @@ TEST_F(TidyUpTest, CleansTheNamesOfWhatItUnpacked)
     unpackerMakes("Some.Movie.2021.1080p.WEB-DL.x264-GROUP.mkv .hidden.1080p.txt");
     engine.settings().cleanExtractedNames.set(true);
     engine.settings().extractedNamesDotsToSpaces.set(true);
-    engine.sandbox.write(QStringLiteral("Downloads/m/My.Own.1080p.File.txt"), "was there before");
-    finish(onDisk(QStringLiteral("m.part1.rar")));
-    EXPECT_EQ(engine.sandbox.files(QStringLiteral("Downloads/m")),
-              (QStringList{QStringLiteral(".hidden.1080p.txt"), QStringLiteral("My.Own.1080p.File.txt"),
-                           QStringLiteral("Some Movie 2021.mkv"), QStringLiteral("m.part1.rar")}));
+    engine.sandbox.write(u"Downloads/m/My.Own.1080p.File.txt"_s, "was there before");
+    finish(onDisk(u"m.part1.rar"_s));
+    EXPECT_EQ(engine.sandbox.files(u"Downloads/m"_s), (QStringList{u".hidden.1080p.txt"_s, u"My.Own.1080p.File.txt"_s,
+                                                                   u"Some Movie 2021.mkv"_s, u"m.part1.rar"_s}));
 }
 
 TEST_F(TidyUpTest, LeavesNothingOfAFailedRun)
 {
-    engine.tools.add(QStringLiteral("unrar"),
-                   "for destination; do :; done; echo half > \"${destination}Movie.1080p.mkv\"; exit 3");
-    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+    engine.tools.add(u"unrar"_s, "for destination; do :; done; echo half > \"${destination}Movie.1080p.mkv\"; exit 3");
+    const ItemPtr first = onDisk(u"m.part1.rar"_s);
     run(first);
     ASSERT_TRUE(reaches(first, ExtractionStatus::failed));
-    EXPECT_EQ(engine.sandbox.files(QStringLiteral("Downloads")), list("m/m.part1.rar"));
+    EXPECT_EQ(engine.sandbox.files(u"Downloads"_s), list("m/m.part1.rar"));
 }
 
 TEST_F(TidyUpTest, LeavesWhatComesDownMeanwhileItsName)
 {
     engine.settings().cleanExtractedNames.set(true);
-    engine.tools.add(QStringLiteral("unrar"),
-                   waitForGo() + "; for destination; do :; done; echo new > \"${destination}Movie.1080p.mkv\"");
-    const ItemPtr archive = onDisk(QStringLiteral("x.rar"));
+    engine.tools.add(u"unrar"_s,
+                     waitForGo() + "; for destination; do :; done; echo new > \"${destination}Movie.1080p.mkv\"");
+    const ItemPtr archive = onDisk(u"x.rar"_s);
     run(archive);
-    const ItemPtr other = engine.start(QStringLiteral("http://h/Film.2021.1080p.mkv"));
+    const ItemPtr other = engine.start(u"http://h/Film.2021.1080p.mkv"_s);
     engine.http.last().head(200, {{"Content-Length", "4"}});
     engine.http.last().data("ab");
-    engine.sandbox.write(QStringLiteral("Downloads/Notes.1080p.txt"), "saved by the user meanwhile");
+    engine.sandbox.write(u"Downloads/Notes.1080p.txt"_s, "saved by the user meanwhile");
     go();
     ASSERT_TRUE(reaches(archive, ExtractionStatus::done));
     engine.http.last().data("cd");
     engine.http.last().finish();
     EXPECT_TRUE(waitUntil([&] { return other->status() == DownloadStatus::completed; }));
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/Film.2021.1080p.mkv")), "abcd");
-    EXPECT_EQ(engine.sandbox.files(QStringLiteral("Downloads")),
-              list("Film.2021.1080p.mkv Movie.mkv Notes.1080p.txt x.rar"));
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/Film.2021.1080p.mkv"_s), "abcd");
+    EXPECT_EQ(engine.sandbox.files(u"Downloads"_s), list("Film.2021.1080p.mkv Movie.mkv Notes.1080p.txt x.rar"));
 }
 
 TEST_F(TidyUpTest, MovesWhatStandsInTheWayToTheTrash)
 {
-    engine.sandbox.write(QStringLiteral("Downloads/x.mkv"), "the user's own");
-    finish(onDisk(QStringLiteral("x.rar")));
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/x.mkv")), "new\n");
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Trash/x.mkv")), "the user's own");
+    engine.sandbox.write(u"Downloads/x.mkv"_s, "the user's own");
+    finish(onDisk(u"x.rar"_s));
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/x.mkv"_s), "new\n");
+    EXPECT_EQ(engine.sandbox.read(u"Trash/x.mkv"_s), "the user's own");
 }
 
 TEST_F(TidyUpTest, GivesWayToTheFilesOfOtherItemsAndToItsOwnVolumes)
 {
     unpackerMakes("other.mkv coming.bin.download m.part1.rar m.part2.rar");
-    const ItemPtr coming = engine.start(QStringLiteral("http://h/coming.bin"));
+    const ItemPtr coming = engine.start(u"http://h/coming.bin"_s);
     engine.http.last().head(200, {{"Content-Length", "4"}});
     engine.http.last().data("ab");
-    onDisk(QStringLiteral("other.mkv"));
-    onDisk(QStringLiteral("m.part2.rar"));
+    onDisk(u"other.mkv"_s);
+    onDisk(u"m.part2.rar"_s);
     engine.settings().useCustomExtractionFolder.set(true);
     for (const char* folder : {"Downloads", "Downloads/m"}) {
         engine.settings().extractionFolderPath.set(engine.sandbox.path(QString::fromLatin1(folder)));
-        const ItemPtr archive = onDisk(QStringLiteral("m.part1.rar"));
+        const ItemPtr archive = onDisk(u"m.part1.rar"_s);
         finish(archive);
         engine.manager().commands().removeItems({archive->id()});
     }
-    EXPECT_EQ(engine.sandbox.files(QStringLiteral("Trash")), QStringList());
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/other.mkv")), "volume");
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/other (1).mkv")), "new\n");
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/coming.bin.download")), "ab");
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/m/m.part1.rar")), "volume");
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/m/m.part1 (1).rar")), "new\n");
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/m/m.part2.rar")), "volume");
+    EXPECT_EQ(engine.sandbox.files(u"Trash"_s), QStringList());
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/other.mkv"_s), "volume");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/other (1).mkv"_s), "new\n");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/coming.bin.download"_s), "ab");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/m/m.part1.rar"_s), "volume");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/m/m.part1 (1).rar"_s), "new\n");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/m/m.part2.rar"_s), "volume");
     EXPECT_EQ(coming->status(), DownloadStatus::downloading);
 }
 
 TEST_F(TidyUpTest, LeavesTheNamesOfDownloadsFree)
 {
     unpackerMakes("later.bin here.bin.download");
-    const ItemPtr later = engine.add(QStringLiteral("http://h/later.bin"));
-    const ItemPtr here = onDisk(QStringLiteral("here.bin"));
-    finish(onDisk(QStringLiteral("x.rar")));
+    const ItemPtr later = engine.add(u"http://h/later.bin"_s);
+    const ItemPtr here = onDisk(u"here.bin"_s);
+    finish(onDisk(u"x.rar"_s));
     const auto comesDown = [this] {
         turnEventLoop();
         engine.http.last().head(200, {{"Content-Length", "2"}});
@@ -223,31 +222,31 @@ TEST_F(TidyUpTest, LeavesTheNamesOfDownloadsFree)
     comesDown();
     engine.manager().commands().redownloadItem(*here);
     comesDown();
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/later.bin")), "ab");
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/here.bin")), "ab");
-    EXPECT_TRUE(engine.sandbox.exists(QStringLiteral("Downloads/later (1).bin")));
-    EXPECT_TRUE(engine.sandbox.exists(QStringLiteral("Downloads/here (1).bin")));
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/later.bin"_s), "ab");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/here.bin"_s), "ab");
+    EXPECT_TRUE(engine.sandbox.exists(u"Downloads/later (1).bin"_s));
+    EXPECT_TRUE(engine.sandbox.exists(u"Downloads/here (1).bin"_s));
 }
 
 TEST_F(TidyUpTest, ThrowsAwayNoVolumesThatCameOutOfTheArchive)
 {
     unpackerMakes("m.part7.rar");
     engine.settings().deleteArchiveAfterExtract.set(true);
-    finish(onDisk(QStringLiteral("m.part1.rar")));
-    EXPECT_TRUE(becomes(QStringLiteral("Trash"), list("m.part1.rar")));
-    EXPECT_EQ(engine.sandbox.files(QStringLiteral("Downloads/m")), list("m.part7.rar"));
+    finish(onDisk(u"m.part1.rar"_s));
+    EXPECT_TRUE(becomes(u"Trash"_s, list("m.part1.rar")));
+    EXPECT_EQ(engine.sandbox.files(u"Downloads/m"_s), list("m.part7.rar"));
 }
 
 TEST_F(TidyUpTest, ThrowsAwayNoFolderThatTheArchiveUnpackedInto)
 {
-    engine.tools.add(QStringLiteral("unrar"), "for to; do :; done; mkdir \"${to}m\"; echo new > \"${to}m/film.mkv\"");
+    engine.tools.add(u"unrar"_s, "for to; do :; done; mkdir \"${to}m\"; echo new > \"${to}m/film.mkv\"");
     engine.settings().deleteArchiveAfterExtract.set(true);
     engine.settings().trashSourceFolderAfterExtract.set(true);
     engine.settings().useCustomExtractionFolder.set(true);
     engine.settings().extractionFolderPath.set(engine.sandbox.folders().downloads);
-    finish(onDisk(QStringLiteral("m.part1.rar")));
-    EXPECT_TRUE(becomes(QStringLiteral("Trash"), list("m.part1.rar")));
-    EXPECT_EQ(engine.sandbox.files(QStringLiteral("Downloads/m")), list("film.mkv"));
+    finish(onDisk(u"m.part1.rar"_s));
+    EXPECT_TRUE(becomes(u"Trash"_s, list("m.part1.rar")));
+    EXPECT_EQ(engine.sandbox.files(u"Downloads/m"_s), list("film.mkv"));
 }
 
 TEST_F(TidyUpTest, ThrowsAwayNoFolderInWhichFilesOfOtherItemsLie)
@@ -255,108 +254,105 @@ TEST_F(TidyUpTest, ThrowsAwayNoFolderInWhichFilesOfOtherItemsLie)
     engine.settings().deleteArchiveAfterExtract.set(true);
     engine.settings().trashSourceFolderAfterExtract.set(true);
     engine.settings().useCustomExtractionFolder.set(true);
-    engine.settings().extractionFolderPath.set(engine.sandbox.path(QStringLiteral("Extracted")));
-    const ItemPtr other = onDisk(QStringLiteral("other.mkv"));
-    other->setLocalPath(engine.sandbox.write(QStringLiteral("Downloads/m/other.mkv"), "theirs"));
-    finish(onDisk(QStringLiteral("m.part1.rar")));
-    EXPECT_TRUE(becomes(QStringLiteral("Trash"), list("m.part1.rar")));
-    EXPECT_TRUE(engine.sandbox.exists(QStringLiteral("Downloads/m/other.mkv")));
+    engine.settings().extractionFolderPath.set(engine.sandbox.path(u"Extracted"_s));
+    const ItemPtr other = onDisk(u"other.mkv"_s);
+    other->setLocalPath(engine.sandbox.write(u"Downloads/m/other.mkv"_s, "theirs"));
+    finish(onDisk(u"m.part1.rar"_s));
+    EXPECT_TRUE(becomes(u"Trash"_s, list("m.part1.rar")));
+    EXPECT_TRUE(engine.sandbox.exists(u"Downloads/m/other.mkv"_s));
 }
 
 TEST_F(TidyUpTest, ThrowsAwayWhatARepairReplacedWithTheVolumes)
 {
     engine.settings().deleteArchiveAfterExtract.set(true);
-    engine.sandbox.write(QStringLiteral("Downloads/m/m.part2.rar.bad"), "spoilt");
-    engine.sandbox.write(QStringLiteral("Downloads/m/n.part2.rar.bad"), "another set's");
-    finish(onDisk(QStringLiteral("m.part1.rar")));
-    EXPECT_TRUE(becomes(QStringLiteral("Trash"), list("m.part1.rar m.part2.rar.bad")));
-    EXPECT_EQ(engine.sandbox.files(QStringLiteral("Downloads/m")), list("n.part2.rar.bad x.mkv"));
+    engine.sandbox.write(u"Downloads/m/m.part2.rar.bad"_s, "spoilt");
+    engine.sandbox.write(u"Downloads/m/n.part2.rar.bad"_s, "another set's");
+    finish(onDisk(u"m.part1.rar"_s));
+    EXPECT_TRUE(becomes(u"Trash"_s, list("m.part1.rar m.part2.rar.bad")));
+    EXPECT_EQ(engine.sandbox.files(u"Downloads/m"_s), list("n.part2.rar.bad x.mkv"));
 }
 
 TEST_F(TidyUpTest, ThrowsAwayWhatItsOwnRepairMadeToo)
 {
     engine.settings().deleteArchiveAfterExtract.set(true);
-    engine.tools.add(QStringLiteral("unrar"),
-                   "test -e '" + engine.sandbox.path(QStringLiteral("Downloads/m/m.part2.rar")).toUtf8() +
-                       "' || exit 3; for destination; do :; done; echo new > \"${destination}x.mkv\"");
-    engine.tools.add(QStringLiteral("rar"), "echo rebuilt > \"${3%/*}/volume.part2.rar\"");
-    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
-    engine.sandbox.write(QStringLiteral("Downloads/m/m.part1.rar"), "Rar!\x1a\x07 volume");
+    engine.tools.add(u"unrar"_s, "test -e '" + engine.sandbox.path(u"Downloads/m/m.part2.rar"_s).toUtf8() +
+                                     "' || exit 3; for destination; do :; done; echo new > \"${destination}x.mkv\"");
+    engine.tools.add(u"rar"_s, "echo rebuilt > \"${3%/*}/volume.part2.rar\"");
+    const ItemPtr first = onDisk(u"m.part1.rar"_s);
+    engine.sandbox.write(u"Downloads/m/m.part1.rar"_s, "Rar!\x1a\x07 volume");
     finish(first);
-    EXPECT_TRUE(becomes(QStringLiteral("Trash"), list("m.part1.rar m.part2.rar")));
-    EXPECT_EQ(engine.sandbox.files(QStringLiteral("Downloads/m")), list("x.mkv"));
+    EXPECT_TRUE(becomes(u"Trash"_s, list("m.part1.rar m.part2.rar")));
+    EXPECT_EQ(engine.sandbox.files(u"Downloads/m"_s), list("x.mkv"));
 }
 
 TEST_F(TidyUpTest, LeavesTheArchiveOfARowThatWasRemovedMeanwhile)
 {
-    engine.tools.add(QStringLiteral("unrar"),
-                   waitForGo() + "; for destination; do :; done; echo new > \"${destination}x.mkv\"");
+    engine.tools.add(u"unrar"_s, waitForGo() + "; for destination; do :; done; echo new > \"${destination}x.mkv\"");
     engine.settings().deleteArchiveAfterExtract.set(true);
-    const ItemPtr item = onDisk(QStringLiteral("x.rar"));
+    const ItemPtr item = onDisk(u"x.rar"_s);
     run(item);
     engine.manager().commands().removeItems({item->id()});
     go();
     ASSERT_TRUE(reaches(item, ExtractionStatus::done));
     turnEventLoop();
-    EXPECT_EQ(engine.sandbox.files(QStringLiteral("Downloads")), list("x.mkv x.rar"));
-    EXPECT_EQ(engine.sandbox.files(QStringLiteral("Trash")), QStringList());
+    EXPECT_EQ(engine.sandbox.files(u"Downloads"_s), list("x.mkv x.rar"));
+    EXPECT_EQ(engine.sandbox.files(u"Trash"_s), QStringList());
 }
 
 TEST_F(TidyUpTest, GivesTheFolderAndTheOneFileTheUsersName)
 {
     engine.settings().cleanExtractedNames.set(true);
-    engine.manager().renameGroup(QStringLiteral("m"), QStringLiteral("a/b:c"));
-    finish(onDisk(QStringLiteral("m.part1.rar")));
-    EXPECT_TRUE(engine.sandbox.exists(QStringLiteral("Downloads/a-b-c/a-b-c.mkv")));
+    engine.manager().renameGroup(u"m"_s, u"a/b:c"_s);
+    finish(onDisk(u"m.part1.rar"_s));
+    EXPECT_TRUE(engine.sandbox.exists(u"Downloads/a-b-c/a-b-c.mkv"_s));
 }
 
 TEST_F(TidyUpTest, GivesSeveralFilesOnlyTheFoldersName)
 {
     unpackerMakes("x.mkv y.srt");
     engine.settings().useCustomExtractionFolder.set(true);
-    engine.settings().extractionFolderPath.set(engine.sandbox.path(QStringLiteral("Extracted")));
-    engine.manager().renameGroup(QStringLiteral("m"), QStringLiteral("Mine"));
-    finish(onDisk(QStringLiteral("m.part1.rar")));
-    EXPECT_EQ(engine.sandbox.files(QStringLiteral("Extracted")), list("Mine/x.mkv Mine/y.srt"));
+    engine.settings().extractionFolderPath.set(engine.sandbox.path(u"Extracted"_s));
+    engine.manager().renameGroup(u"m"_s, u"Mine"_s);
+    finish(onDisk(u"m.part1.rar"_s));
+    EXPECT_EQ(engine.sandbox.files(u"Extracted"_s), list("Mine/x.mkv Mine/y.srt"));
 }
 
 TEST_F(TidyUpTest, NeverLeavesTheFolderByANameOfTheUsers)
 {
-    engine.manager().renameGroup(QStringLiteral("m"), QStringLiteral(".."));
-    finish(onDisk(QStringLiteral("m.part1.rar")));
-    const QStringList unpacked = engine.sandbox.files().filter(QStringLiteral(".mkv"));
-    EXPECT_EQ(unpacked.filter(QStringLiteral("Downloads/")), unpacked);
+    engine.manager().renameGroup(u"m"_s, u".."_s);
+    finish(onDisk(u"m.part1.rar"_s));
+    const QStringList unpacked = engine.sandbox.files().filter(u".mkv"_s);
+    EXPECT_EQ(unpacked.filter(u"Downloads/"_s), unpacked);
     EXPECT_EQ(unpacked.size(), 1);
 }
 
 TEST_F(TidyUpTest, GivesAPlainFileNoNameOfTheUsers)
 {
-    engine.manager().renameGroup(QStringLiteral("x.rar"), QStringLiteral("Mine"));
-    finish(onDisk(QStringLiteral("x.rar")));
-    EXPECT_TRUE(engine.sandbox.exists(QStringLiteral("Downloads/x.mkv")));
+    engine.manager().renameGroup(u"x.rar"_s, u"Mine"_s);
+    finish(onDisk(u"x.rar"_s));
+    EXPECT_TRUE(engine.sandbox.exists(u"Downloads/x.mkv"_s));
 }
 
 TEST_F(TidyUpTest, LosesNothingWhenTwoSetsHaveOneNameOfTheUsers)
 {
     for (const char* set : {"m", "n"}) {
         const QString name = QString::fromLatin1(set);
-        engine.manager().renameGroup(name, QStringLiteral("Mine"));
+        engine.manager().renameGroup(name, u"Mine"_s);
         unpackerMakes("x.mkv");
-        finish(onDisk(name + QStringLiteral(".part1.rar")));
+        finish(onDisk(name + u".part1.rar"_s));
     }
-    EXPECT_TRUE(engine.sandbox.exists(QStringLiteral("Downloads/Mine/Mine.mkv")));
-    EXPECT_TRUE(engine.sandbox.exists(QStringLiteral("Trash/Mine.mkv")));
+    EXPECT_TRUE(engine.sandbox.exists(u"Downloads/Mine/Mine.mkv"_s));
+    EXPECT_TRUE(engine.sandbox.exists(u"Trash/Mine.mkv"_s));
 }
 
 TEST_F(TidyUpTest, TakesOnlyANameThatTheGroupHasAtTheStart)
 {
-    engine.tools.add(QStringLiteral("unrar"),
-                   waitForGo() + "; for destination; do :; done; echo new > \"${destination}x.mkv\"");
-    engine.manager().renameGroup(QStringLiteral("m"), QStringLiteral("Early"));
-    const ItemPtr first = onDisk(QStringLiteral("m.part1.rar"));
+    engine.tools.add(u"unrar"_s, waitForGo() + "; for destination; do :; done; echo new > \"${destination}x.mkv\"");
+    engine.manager().renameGroup(u"m"_s, u"Early"_s);
+    const ItemPtr first = onDisk(u"m.part1.rar"_s);
     run(first);
-    engine.manager().renameGroup(QStringLiteral("m"), QStringLiteral("Late"));
+    engine.manager().renameGroup(u"m"_s, u"Late"_s);
     go();
     ASSERT_TRUE(reaches(first, ExtractionStatus::done));
-    EXPECT_TRUE(engine.sandbox.exists(QStringLiteral("Downloads/Early/Early.mkv")));
+    EXPECT_TRUE(engine.sandbox.exists(u"Downloads/Early/Early.mkv"_s));
 }

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 using namespace vormel::fixtures;
 
@@ -15,7 +17,7 @@ protected:
     [[nodiscard]] static PendingCaptcha captcha(const QString& url) { return {ItemId::make(), link(url), {}}; }
     [[nodiscard]] static PendingExtractionPassword password(const ItemId& id, bool wasWrong = false)
     {
-        return {id, QStringLiteral("film"), wasWrong};
+        return {id, u"film"_s, wasWrong};
     }
 
     /// How often the signal comes from now on.
@@ -35,8 +37,8 @@ protected:
 
 TEST_F(QuestionsTest, PutsTheCaptchaOfASecondContainerBehindThatOfTheFirst)
 {
-    const PendingCaptcha first = captcha(QStringLiteral("http://c/1"));
-    const PendingCaptcha second = captcha(QStringLiteral("http://c/2"));
+    const PendingCaptcha first = captcha(u"http://c/1"_s);
+    const PendingCaptcha second = captcha(u"http://c/2"_s);
     questions.ask(first);
     questions.ask(second);
     EXPECT_EQ(questions.pendingCaptcha(), first);
@@ -47,8 +49,8 @@ TEST_F(QuestionsTest, PutsTheCaptchaOfASecondContainerBehindThatOfTheFirst)
                          EXPECT_EQ(questions.pendingCaptcha(), second);
                          links = urls;
                      });
-    questions.addCaptchaLinks({link(QStringLiteral("http://h/x"))});
-    EXPECT_EQ(links, std::vector{link(QStringLiteral("http://h/x"))});
+    questions.addCaptchaLinks({link(u"http://h/x"_s)});
+    EXPECT_EQ(links, std::vector{link(u"http://h/x"_s)});
     const auto cancelled = countOf(&Questions::captchaCancelled);
     questions.cancelCaptcha();
     EXPECT_EQ(*cancelled, 1);
@@ -58,8 +60,8 @@ TEST_F(QuestionsTest, PutsTheCaptchaOfASecondContainerBehindThatOfTheFirst)
 
 TEST_F(QuestionsTest, PutsTheHostsOfASecondContainerBehindThoseOfTheFirst)
 {
-    const PendingHostSelection first{{}, {link(QStringLiteral("http://a/1"))}};
-    const PendingHostSelection second{{}, {link(QStringLiteral("http://b/1"))}};
+    const PendingHostSelection first{{}, {link(u"http://a/1"_s)}};
+    const PendingHostSelection second{{}, {link(u"http://b/1"_s)}};
     const auto chosen = countOf(&Questions::hostsChosen);
     questions.ask(first);
     questions.ask(second);
@@ -79,7 +81,7 @@ TEST_F(QuestionsTest, AsksForThePasswordOfAnArchiveOnceAtATime)
     questions.ask(password(id, true));
     EXPECT_EQ(questions.pendingExtractionPassword(), password(id));
     const auto given = countOf(&Questions::extractionPasswordGiven);
-    questions.submitExtractionPassword(QStringLiteral("secret"));
+    questions.submitExtractionPassword(u"secret"_s);
     EXPECT_EQ(*given, 1);
     EXPECT_EQ(questions.pendingExtractionPassword(), std::nullopt);
     EXPECT_EQ(*changes, 2);

@@ -1,5 +1,7 @@
 #include "engine/ScriptedService.h"
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 using namespace vormel::fixtures;
 
@@ -15,7 +17,7 @@ TEST_F(SignIn, HoldsItemsBackUntilTheUserHasSignedIn)
 {
     engine.settings().maxConcurrentDownloads.set(1);
     const ItemPtr item = startFilestore();
-    const ItemPtr direct = engine.add(QStringLiteral("http://h/a.bin"));
+    const ItemPtr direct = engine.add(u"http://h/a.bin"_s);
     direct->setStatus(DownloadStatus::queued);
     answer(1, ResolverError::loginRequired(SupportedHost::filestore));
     EXPECT_EQ(item->status(), DownloadStatus::queued);
@@ -37,7 +39,7 @@ TEST_F(SignIn, FailsTheHeldItemsWhenTheLoginIsCancelled)
     const ItemPtr item = startFilestore();
     answer(1, ResolverError::loginRequired(SupportedHost::filestore));
     engine.manager().questions().cancelLogin();
-    EXPECT_EQ(item->status(), DownloadStatus::failure(QStringLiteral("Authentication failed")));
+    EXPECT_EQ(item->status(), DownloadStatus::failure(u"Authentication failed"_s));
     EXPECT_EQ(engine.manager().questions().pendingLogin(), std::nullopt);
     engine.manager().processQueue();
     turnEventLoop();
@@ -47,8 +49,8 @@ TEST_F(SignIn, FailsTheHeldItemsWhenTheLoginIsCancelled)
 TEST_F(SignIn, HasTheRecoveryVolumesFetchedAMinuteAfterTheLoginOfAPartIsCancelled)
 {
     engine.manager().accounts().set({account(SupportedHost::filestore)});
-    const ItemPtr rev = engine.add(QStringLiteral("http://h/m.part1.rev"));
-    const ItemPtr part = engine.add(QStringLiteral("https://filestore.example/f/m.part1.rar"));
+    const ItemPtr rev = engine.add(u"http://h/m.part1.rev"_s);
+    const ItemPtr part = engine.add(u"https://filestore.example/f/m.part1.rar"_s);
     log->resolves[0].answer->deliver(ResolverError::unsupportedHost());
     turnEventLoop();
     engine.manager().commands().startItems({part});
@@ -65,7 +67,7 @@ TEST_F(SignIn, FailsOnlyWhatStillWaitsWhenTheLoginIsCancelled)
     engine.manager().accounts().set({account(SupportedHost::filestore)});
     QStringList links;
     for (int i = 0; i < 5; ++i)
-        links << QStringLiteral("https://filestore.example/f/%1").arg(i);
+        links << u"https://filestore.example/f/%1"_s.arg(i);
     engine.settings().maxConcurrentDownloads.set(5);
     const auto items = engine.add(links);
     for (std::size_t i = 0; i < 5; ++i)
@@ -75,7 +77,7 @@ TEST_F(SignIn, FailsOnlyWhatStillWaitsWhenTheLoginIsCancelled)
     for (std::size_t i = 5; i < 10; ++i)
         answer(i, ResolverError::loginRequired(SupportedHost::filestore));
     engine.manager().commands().stopItems({items[0]});
-    engine.sandbox.write(QStringLiteral("Downloads/1"), "x");
+    engine.sandbox.write(u"Downloads/1"_s, "x");
     engine.manager().commands().resyncItems({items[1]});
     engine.manager().commands().pauseAll();
     engine.manager().commands().resumeItem(*items[3]);
@@ -92,8 +94,8 @@ TEST_F(SignIn, FailsOnlyWhatStillWaitsWhenTheLoginIsCancelled)
 TEST_F(SignIn, KeepsTheFirstOfTwoLoginQuestions)
 {
     engine.manager().accounts().set({account(SupportedHost::filestore), account(SupportedHost::terabytez)});
-    engine.add({filestoreLink, QStringLiteral("https://terabytez.example/x")});
-    resolveTo(0, QStringLiteral("https://cdn.example/none"));
+    engine.add({filestoreLink, u"https://terabytez.example/x"_s});
+    resolveTo(0, u"https://cdn.example/none"_s);
     engine.manager().commands().startAll();
     turnEventLoop();
     answer(1, ResolverError::loginRequired(SupportedHost::filestore));

@@ -7,13 +7,15 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 using namespace vormel::fixtures;
 
 namespace {
 
-const QString name = QStringLiteral("x.rar");
-const QString usualPart = QStringLiteral("Downloads/x.rar.download");
+const QString name = u"x.rar"_s;
+const QString usualPart = u"Downloads/x.rar.download"_s;
 
 /// What a new start of the program finds on disk.
 class PartFinderTest : public ::testing::Test
@@ -43,7 +45,7 @@ protected:
     }
 
     Sandbox sandbox;
-    PartFinder finder{DownloadPaths(sandbox.path(QStringLiteral("Downloads")))};
+    PartFinder finder{DownloadPaths(sandbox.path(u"Downloads"_s))};
 };
 
 } // namespace
@@ -88,17 +90,17 @@ TEST_F(PartFinderTest, GivesNoFileToTwo)
 TEST_F(PartFinderTest, FindsALostFileInTheItemsFolderByItsMark)
 {
     const ItemPtr owner = item("http://h/x.rar");
-    if (!leavePartOf(*owner, QStringLiteral("Downloads/anything.download")))
+    if (!leavePartOf(*owner, u"Downloads/anything.download"_s))
         GTEST_SKIP() << "this file system keeps no extended attributes";
     const auto found = finder.find(*owner, {});
     ASSERT_TRUE(found);
-    EXPECT_EQ(found->place.path, sandbox.path(QStringLiteral("Downloads/anything.download")));
+    EXPECT_EQ(found->place.path, sandbox.path(u"Downloads/anything.download"_s));
 }
 
 TEST_F(PartFinderTest, FollowsNoLink)
 {
-    const QString precious = sandbox.write(QStringLiteral("precious"), "keep");
-    sandbox.write(QStringLiteral("Downloads/other"), "");
+    const QString precious = sandbox.write(u"precious"_s, "keep");
+    sandbox.write(u"Downloads/other"_s, "");
     ASSERT_TRUE(QFile::link(precious, sandbox.path(usualPart)));
     EXPECT_FALSE(finder.find(*begun("http://h/x.rar"), {}));
     EXPECT_FALSE(finder.find(*begun("http://h/x.rar"), sandbox.path(usualPart)));
@@ -108,10 +110,10 @@ TEST(PartInUse, IsNotOpenedForAnotherItemThoughItIsStillEmpty)
 {
     const Sandbox sandbox;
     const QString usual = sandbox.write(usualPart, "");
-    const DownloadItem item(link(QStringLiteral("http://h/x.rar")), ItemId::make());
+    const DownloadItem item(link(u"http://h/x.rar"_s), ItemId::make());
     const OpenedPart part = openPart(item, usual, {usual});
     ASSERT_TRUE(part.file);
-    EXPECT_EQ(part.file->path(), sandbox.path(QStringLiteral("Downloads/x.rar (1).download")));
+    EXPECT_EQ(part.file->path(), sandbox.path(u"Downloads/x.rar (1).download"_s));
     const OpenedPart free = openPart(item, usual, {});
     ASSERT_TRUE(free.file);
     EXPECT_EQ(free.file->path(), usual);
@@ -120,9 +122,9 @@ TEST(PartInUse, IsNotOpenedForAnotherItemThoughItIsStillEmpty)
 TEST(PartInUse, GetsANumberAlsoWhereTheNameIsAsLongAsNamesMayBe)
 {
     const Sandbox sandbox;
-    const QString usual = sandbox.write(QString(246, u'n') + QStringLiteral(".download"), "somebody's");
-    const DownloadItem item(link(QStringLiteral("http://h/x.rar")), ItemId::make());
+    const QString usual = sandbox.write(QString(246, u'n') + u".download"_s, "somebody's");
+    const DownloadItem item(link(u"http://h/x.rar"_s), ItemId::make());
     const OpenedPart part = openPart(item, usual, {});
     ASSERT_TRUE(part.file);
-    EXPECT_TRUE(part.file->path().endsWith(QStringLiteral("n (1).download")));
+    EXPECT_TRUE(part.file->path().endsWith(u"n (1).download"_s));
 }

@@ -7,6 +7,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace std::chrono_literals;
 using namespace vormel;
 using namespace vormel::fixtures;
@@ -14,8 +16,8 @@ using ::testing::ElementsAre;
 
 namespace {
 
-const QString queueFile = QStringLiteral("data/Vormel/download_queue.json");
-const QString secondPart = QStringLiteral("Downloads/x.rar (1).download");
+const QString queueFile = u"data/Vormel/download_queue.json"_s;
+const QString secondPart = u"Downloads/x.rar (1).download"_s;
 
 /// Whose bytes a part file holds, and who may go on with them.
 class PartOwnership : public OneTransfer
@@ -23,7 +25,7 @@ class PartOwnership : public OneTransfer
 protected:
     void SetUp() override
     {
-        const QString path = engine.sandbox.write(QStringLiteral("Downloads/probe"), "");
+        const QString path = engine.sandbox.write(u"Downloads/probe"_s, "");
         PartFile probe(path, PartFile::Opening::existing);
         probe.setMarks({});
         keepsMarks = probe.isMarked();
@@ -33,7 +35,7 @@ protected:
     /// A part file that another item has left, of a row that was removed since.
     void leaveOrphan(const std::vector<HttpHeader>& headers)
     {
-        const ItemPtr orphan = engine.start(QStringLiteral("http://first/x.rar"));
+        const ItemPtr orphan = engine.start(u"http://first/x.rar"_s);
         say(200, headers);
         send("abc");
         engine.manager().commands().pauseAll();
@@ -103,7 +105,7 @@ TEST_F(PartOwnership, ALinkThatIsAddedAgainGoesOn)
 {
     VORMEL_NEEDS_MARKS;
     leaveOrphan({{"Content-Length", "6"}, {"ETag", "\"one\""}});
-    const ItemPtr item = engine.start(QStringLiteral("http://first/x.rar"));
+    const ItemPtr item = engine.start(u"http://first/x.rar"_s);
     EXPECT_EQ(server().header("Range"), "bytes=3-");
     EXPECT_EQ(item->totalBytes(), 6);
     say(206, {{"Content-Range", "bytes 3-5/6"}, {"ETag", "\"one\""}});
@@ -117,7 +119,7 @@ TEST_F(PartOwnership, ALinkThatIsAddedAgainRefusesAPieceOfAnotherSize)
 {
     VORMEL_NEEDS_MARKS;
     leaveOrphan({{"Content-Length", "6"}});
-    const ItemPtr item = engine.start(QStringLiteral("http://first/x.rar"));
+    const ItemPtr item = engine.start(u"http://first/x.rar"_s);
     say(206, {{"Content-Range", "bytes 3-8/9"}});
     EXPECT_EQ(item->status(), DownloadStatus::queued);
     EXPECT_FALSE(engine.sandbox.exists(finalFile));
@@ -125,7 +127,7 @@ TEST_F(PartOwnership, ALinkThatIsAddedAgainRefusesAPieceOfAnotherSize)
 
 TEST_F(PartOwnership, TwoItemsOfOneNameHaveAPartFileEach)
 {
-    const ItemPtr first = engine.start(QStringLiteral("http://first/x.rar"));
+    const ItemPtr first = engine.start(u"http://first/x.rar"_s);
     say(200, {{"Content-Length", "6"}});
     send("abc");
     engine.manager().commands().pauseItems({first});
@@ -134,7 +136,7 @@ TEST_F(PartOwnership, TwoItemsOfOneNameHaveAPartFileEach)
     turnEventLoop();
     say(200, {{"Content-Length", "6"}});
     send("uvw");
-    EXPECT_THAT(downloads(), ElementsAre(QStringLiteral("x.rar (1).download"), QStringLiteral("x.rar.download")));
+    EXPECT_THAT(downloads(), ElementsAre(u"x.rar (1).download"_s, u"x.rar.download"_s));
     EXPECT_EQ(engine.sandbox.read(partFile), "abc");
     EXPECT_EQ(engine.sandbox.read(secondPart), "uvw");
     engine.restart(true);
@@ -152,31 +154,31 @@ TEST_F(PartOwnership, TwoItemsOfOneNameHaveAPartFileEach)
 
 TEST_F(PartOwnership, APauseKeepsProgressThoughAnOrphanHasTheServersName)
 {
-    engine.sandbox.write(QStringLiteral("Downloads/movie.rar.download"), "somebody else's");
-    engine.start(QStringLiteral("http://h/get"));
+    engine.sandbox.write(u"Downloads/movie.rar.download"_s, "somebody else's");
+    engine.start(u"http://h/get"_s);
     say(200, {{"Content-Length", "6"}, {"Content-Disposition", "attachment; filename=movie.rar"}});
     send("abc");
     engine.manager().commands().pauseAll();
     engine.restart(true);
-    EXPECT_EQ(only().filename(), QStringLiteral("movie.rar"));
+    EXPECT_EQ(only().filename(), u"movie.rar"_s);
     EXPECT_EQ(only().bytesReceived(), 3);
     startAll();
     EXPECT_EQ(server().header("Range"), "bytes=3-");
     say(206, {{"Content-Range", "bytes 3-5/6"}});
     send("def");
     close();
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/movie.rar")), "abcdef");
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/movie.rar.download")), "somebody else's");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/movie.rar"_s), "abcdef");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/movie.rar.download"_s), "somebody else's");
 }
 
 TEST_F(PartOwnership, AKillBeforeTheServersNameIsSavedLosesNothing)
 {
-    engine.start(QStringLiteral("http://h/get"));
+    engine.start(u"http://h/get"_s);
     const QByteArray before = savedQueue();
     say(200, {{"Content-Length", "6"}, {"Content-Disposition", "attachment; filename=movie.part1.rar"}});
     send("abc");
     restartWith(before);
-    EXPECT_EQ(only().filename(), QStringLiteral("get"));
+    EXPECT_EQ(only().filename(), u"get"_s);
     startAll();
     EXPECT_EQ(server().header("Range"), "bytes=3-");
 }
@@ -221,25 +223,24 @@ TEST_F(PartOwnership, TheQueueStoresAPathOnlyWhereNothingElseLeadsToTheFile)
     say(200, {{"Content-Length", "6"}});
     send("abc");
     EXPECT_FALSE(savedQueue().contains("partPath"));
-    engine.settings().downloadFolderPath.set(engine.sandbox.path(QStringLiteral("elsewhere")));
+    engine.settings().downloadFolderPath.set(engine.sandbox.path(u"elsewhere"_s));
     const QByteArray queue = savedQueue();
     EXPECT_TRUE(queue.contains(",\"extractionStatusType\":\"idle\",\"partPath\":\"file:///")) << queue.constData();
-    engine.settings().downloadFolderPath.set(engine.sandbox.path(QStringLiteral("Downloads")));
+    engine.settings().downloadFolderPath.set(engine.sandbox.path(u"Downloads"_s));
     EXPECT_FALSE(savedQueue().contains("partPath"));
 }
 
 TEST_F(PartOwnership, APathInTheQueueThatIsNoPartFilesIsNotBelieved)
 {
-    const QString precious = engine.sandbox.write(QStringLiteral("precious"), "keep");
+    const QString precious = engine.sandbox.write(u"precious"_s, "keep");
     engine.add(rarLink);
-    for (const QString& path :
-         {precious, engine.sandbox.path(QStringLiteral("Downloads/../precious")), QStringLiteral("precious.download")}) {
+    for (const QString& path : {precious, engine.sandbox.path(u"Downloads/../precious"_s), u"precious.download"_s}) {
         QByteArray queue = savedQueue();
         queue.replace("}]", ",\"partPath\":\"file://" + path.toUtf8() + "\"}]");
         restartWith(queue);
         EXPECT_FALSE(only().partPlace()) << qPrintable(path);
     }
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("precious")), "keep");
+    EXPECT_EQ(engine.sandbox.read(u"precious"_s), "keep");
 }
 
 TEST_F(PartOwnership, AStrangersPartIsNotDeletedByARetry)
@@ -248,17 +249,17 @@ TEST_F(PartOwnership, AStrangersPartIsNotDeletedByARetry)
     const ItemPtr item = engine.start(rarLink);
     say(200, {{"Content-Length", "6"}});
     send("uvw");
-    engine.manager().commands().interruptItem(*item, DownloadStatus::failure(QStringLiteral("gone")));
+    engine.manager().commands().interruptItem(*item, DownloadStatus::failure(u"gone"_s));
     engine.settings().maxConcurrentDownloads.set(0);
     engine.manager().commands().retryItem(*item);
-    EXPECT_THAT(downloads(), ElementsAre(QStringLiteral("x.rar.download")));
+    EXPECT_THAT(downloads(), ElementsAre(u"x.rar.download"_s));
     EXPECT_EQ(engine.sandbox.read(partFile), "abc");
 }
 
 TEST_F(PartOwnership, WhatIsNoFileUnderThePartsNameIsLeftAloneAndHoldsNothingUp)
 {
     const QByteArray part = QFile::encodeName(engine.sandbox.path(partFile));
-    const QByteArray precious = QFile::encodeName(engine.sandbox.write(QStringLiteral("precious"), ""));
+    const QByteArray precious = QFile::encodeName(engine.sandbox.write(u"precious"_s, ""));
     const std::vector<std::function<int()>> obstacles{[&] { return ::mkfifo(part.constData(), 0600); },
                                                       [&] { return ::mkdir(part.constData(), 0700); },
                                                       [&] { return ::symlink(precious.constData(), part.constData()); },
@@ -273,7 +274,7 @@ TEST_F(PartOwnership, WhatIsNoFileUnderThePartsNameIsLeftAloneAndHoldsNothingUp)
         EXPECT_TRUE(QFile::remove(engine.sandbox.path(finalFile)));
         engine.manager().commands().removeItems({item->id()});
     }
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("precious")), "");
+    EXPECT_EQ(engine.sandbox.read(u"precious"_s), "");
 }
 
 TEST_F(PartOwnership, ItsOwnFileWithASecondNameIsNotWrittenThrough)
@@ -282,14 +283,14 @@ TEST_F(PartOwnership, ItsOwnFileWithASecondNameIsNotWrittenThrough)
     say(200, {{"Content-Length", "6"}});
     send("abc");
     engine.manager().commands().pauseAll();
-    const QString kept = engine.sandbox.path(QStringLiteral("kept"));
+    const QString kept = engine.sandbox.path(u"kept"_s);
     ASSERT_EQ(::link(QFile::encodeName(engine.sandbox.path(partFile)).constData(), QFile::encodeName(kept).constData()),
               0);
     startAll();
     EXPECT_EQ(server().header("Range"), std::nullopt);
     finish("ABCDEF");
     EXPECT_EQ(engine.sandbox.read(finalFile), "ABCDEF");
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("kept")), "abc");
+    EXPECT_EQ(engine.sandbox.read(u"kept"_s), "abc");
     EXPECT_EQ(item->status(), DownloadStatus::completed);
 }
 
@@ -298,32 +299,32 @@ TEST_F(PartOwnership, AFolderOrPipeUnderTheFilesNameIsNoFinishedFile)
     ASSERT_TRUE(QDir().mkpath(engine.sandbox.path(finalFile)));
     const ItemPtr item = engine.add(rarLink);
     EXPECT_EQ(item->status(), DownloadStatus::paused);
-    const ItemPtr second = engine.add(QStringLiteral("http://h/y.rar"));
-    const QByteArray pipe = QFile::encodeName(engine.sandbox.path(QStringLiteral("Downloads/y.rar")));
+    const ItemPtr second = engine.add(u"http://h/y.rar"_s);
+    const QByteArray pipe = QFile::encodeName(engine.sandbox.path(u"Downloads/y.rar"_s));
     ASSERT_EQ(::mkfifo(pipe.constData(), 0600), 0);
     startAll();
     ASSERT_EQ(engine.http.exchanges().size(), 2U);
     finish("y");
-    EXPECT_EQ(second->localPath(), engine.sandbox.path(QStringLiteral("Downloads/y (1).rar")));
+    EXPECT_EQ(second->localPath(), engine.sandbox.path(u"Downloads/y (1).rar"_s));
     auto& first = *engine.http.exchanges()[0];
     first.head(200, {{"Content-Length", "1"}});
     first.data("x");
     first.finish();
     turnEventLoop();
-    EXPECT_EQ(item->localPath(), engine.sandbox.path(QStringLiteral("Downloads/x (1).rar")));
+    EXPECT_EQ(item->localPath(), engine.sandbox.path(u"Downloads/x (1).rar"_s));
 }
 
 TEST_F(PartOwnership, ANameThatEndsAsPartFilesDoIsNotAnothersPart)
 {
-    engine.start(QStringLiteral("http://first/get"));
+    engine.start(u"http://first/get"_s);
     say(200, {{"Content-Length", "6"}, {"Content-Disposition", "filename=x.rar.download"}});
     send("poison");
     close();
-    EXPECT_THAT(downloads(), ElementsAre(QStringLiteral("x.rar")));
-    const ItemPtr item = engine.start(QStringLiteral("http://h/y.rar.download"));
+    EXPECT_THAT(downloads(), ElementsAre(u"x.rar"_s));
+    const ItemPtr item = engine.start(u"http://h/y.rar.download"_s);
     EXPECT_EQ(server().header("Range"), std::nullopt);
     finish("mine");
-    EXPECT_EQ(item->localPath(), engine.sandbox.path(QStringLiteral("Downloads/y.rar")));
+    EXPECT_EQ(item->localPath(), engine.sandbox.path(u"Downloads/y.rar"_s));
 }
 
 TEST_F(PartOwnership, ADeadLinkLeavesNothingBehind)
@@ -342,7 +343,7 @@ TEST_F(PartOwnership, APauseBeforeTheFirstByteLeavesNothingBehind)
 {
     engine.start(rarLink);
     say(200, {{"Content-Length", "6"}});
-    EXPECT_THAT(downloads(), ElementsAre(QStringLiteral("x.rar.download")));
+    EXPECT_THAT(downloads(), ElementsAre(u"x.rar.download"_s));
     engine.manager().commands().pauseAll();
     EXPECT_TRUE(downloads().isEmpty());
     startAll();

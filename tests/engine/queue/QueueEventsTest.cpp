@@ -5,13 +5,15 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace std::chrono_literals;
 using namespace vormel;
 using namespace vormel::fixtures;
 
 namespace {
 
-const QString queueFile = QStringLiteral("data/Vormel/download_queue.json");
+const QString queueFile = u"data/Vormel/download_queue.json"_s;
 
 void nothing(QueueScene& /*scene*/) {}
 
@@ -29,8 +31,8 @@ struct Event
     std::optional<bool> startsWhatWaits;
 };
 
-const std::vector<Link> oneLink{link(QStringLiteral("http://h/1.bin"))};
-const std::vector<Link> twoHosts{link(QStringLiteral("http://h/1.bin")), link(QStringLiteral("http://i/1.bin"))};
+const std::vector<Link> oneLink{link(u"http://h/1.bin"_s)};
+const std::vector<Link> twoHosts{link(u"http://h/1.bin"_s), link(u"http://i/1.bin"_s)};
 
 const Event transferEvents[] = {
     {"AnAnswerComes",
@@ -59,7 +61,7 @@ const Event transferEvents[] = {
     {"AFileIsThereAlready",
      [](QueueScene& s) {
          s.add();
-         s.layFile(QStringLiteral("x.bin"));
+         s.layFile(u"x.bin"_s);
      },
      [](QueueScene& s) { s.commands().startItems({s.item}); }, yes, yes},
     {"APageCameInstead",
@@ -100,8 +102,8 @@ const Event transferEvents[] = {
      [](QueueScene& s) { s.cutShort(); }, either, yes},
     {"AFileCannotBeMoved",
      [](QueueScene& s) {
-         s.layFile(QStringLiteral("m"));
-         s.add(QStringLiteral("http://h/get"));
+         s.layFile(u"m"_s);
+         s.add(u"http://h/get"_s);
          s.commands().startItems({s.item});
          turnEventLoop();
          s.server().head(200, {{"Content-Disposition", "filename=m.part1.rar"}});
@@ -111,7 +113,7 @@ const Event transferEvents[] = {
     {"AStartFails",
      [](QueueScene& s) {
          s.add();
-         s.engine.settings().downloadFolderPath.set(s.layFile(QStringLiteral("file")));
+         s.engine.settings().downloadFolderPath.set(s.layFile(u"file"_s));
      },
      [](QueueScene& s) { s.commands().startItems({s.item}); }, either, yes},
     {"AResolveFails", [](QueueScene& s) { s.add(premiumLink); },
@@ -124,15 +126,15 @@ const Event transferEvents[] = {
     {"ALoginIsCancelled", [](QueueScene& s) { s.signInFirst(); },
      [](QueueScene& s) { s.engine.manager().questions().cancelLogin(); }, either, no},
     {"ARecoveryVolumeIsFoundByResolving", [](QueueScene& s) { s.resolve(); },
-     [](QueueScene& s) { answerWithAddress(s.log->resolves[1], QStringLiteral("http://h/m.part1.rev")); }, either, yes},
+     [](QueueScene& s) { answerWithAddress(s.log->resolves[1], u"http://h/m.part1.rev"_s); }, either, yes},
     {"ARecoveryVolumeIsHeldBackAfterAll",
      [](QueueScene& s) {
          s.engine.settings().downloadRevFiles.set(true);
-         s.add(QStringLiteral("http://h/m.part1.rar"), DownloadStatus::stopped);
-         s.resolve(QStringLiteral("https://filestore.example/f/m.part1.rev"));
+         s.add(u"http://h/m.part1.rar"_s, DownloadStatus::stopped);
+         s.resolve(u"https://filestore.example/f/m.part1.rev"_s);
          s.engine.settings().downloadRevFiles.set(false);
      },
-     [](QueueScene& s) { answerWithAddress(s.log->resolves[1], QStringLiteral("http://h/opaque")); }, either, yes},
+     [](QueueScene& s) { answerWithAddress(s.log->resolves[1], u"http://h/opaque"_s); }, either, yes},
 };
 
 const Event intakeEvents[] = {
@@ -157,14 +159,11 @@ const Event intakeEvents[] = {
     {"TwoLinksTurnOutToBeOneFile",
      [](QueueScene& s) {
          s.engine.manager().accounts().set({account(SupportedHost::filestore)});
-         s.engine.add({premiumLink, QStringLiteral("https://filestore.example/f/y")});
-         answerWithAddress(s.log->resolves[0], QStringLiteral("http://h/1.bin"), QStringLiteral("1.bin"));
+         s.engine.add({premiumLink, u"https://filestore.example/f/y"_s});
+         answerWithAddress(s.log->resolves[0], u"http://h/1.bin"_s, u"1.bin"_s);
          turnEventLoop();
      },
-     [](QueueScene& s) {
-         answerWithAddress(s.log->resolves[1], QStringLiteral("http://h/2"), QStringLiteral("1.BIN"));
-     },
-     yes, either},
+     [](QueueScene& s) { answerWithAddress(s.log->resolves[1], u"http://h/2"_s, u"1.BIN"_s); }, yes, either},
 };
 
 const Event commandEvents[] = {
@@ -185,22 +184,22 @@ const Event commandEvents[] = {
      [](QueueScene& s) { s.commands().retryItem(*s.item); }, no, yes},
     {"FetchedAgain",
      [](QueueScene& s) {
-         s.layFile(QStringLiteral("x.bin"));
+         s.layFile(u"x.bin"_s);
          s.add();
      },
      [](QueueScene& s) { s.commands().redownloadItem(*s.item); }, yes, yes},
     {"ResyncedWithItsFile",
      [](QueueScene& s) {
          s.add();
-         s.layFile(QStringLiteral("x.bin"));
+         s.layFile(u"x.bin"_s);
      },
      [](QueueScene& s) { s.commands().resyncItems({s.item}); }, yes, yes},
     {"ResyncedWithoutItsFile", [](QueueScene& s) { s.add(directLink, DownloadStatus::completed); },
      [](QueueScene& s) { s.commands().resyncItems({s.item}); }, yes, yes},
     {"Removed", [](QueueScene& s) { s.run(); }, [](QueueScene& s) { s.commands().removeItems({s.item->id()}); }, yes,
      yes},
-    {"RemovedAsAGroup", [](QueueScene& s) { s.add(QStringLiteral("http://h/m.part1.rar")); },
-     [](QueueScene& s) { s.commands().removeGroup(QStringLiteral("m")); }, yes, yes},
+    {"RemovedAsAGroup", [](QueueScene& s) { s.add(u"http://h/m.part1.rar"_s); },
+     [](QueueScene& s) { s.commands().removeGroup(u"m"_s); }, yes, yes},
     {"CompletedOnesCleared", [](QueueScene& s) { s.add(directLink, DownloadStatus::completed); },
      [](QueueScene& s) { s.engine.manager().commands().clearCompleted(); }, yes, no},
     {"ExtractedOnesCleared",
@@ -211,7 +210,7 @@ const Event commandEvents[] = {
      [](QueueScene& s) { s.engine.manager().commands().clearExtracted(); }, yes, either},
     {"Reordered", [](QueueScene& s) { s.add(); },
      [](QueueScene& s) {
-         s.commands().moveGroups({1}, 0, {QStringLiteral("waiting.bin"), QStringLiteral("x.bin")});
+         s.commands().moveGroups({1}, 0, {u"waiting.bin"_s, u"x.bin"_s});
      },
      yes, no},
     {"RecoveryVolumesReleased", [](QueueScene& s) { s.laySetWithRecoveryVolume(); },
@@ -219,7 +218,7 @@ const Event commandEvents[] = {
     {"TheProgramEnds",
      [](QueueScene& s) {
          s.run();
-         s.item->setFilename(QStringLiteral("told.bin"));
+         s.item->setFilename(u"told.bin"_s);
      },
      [](QueueScene& s) { s.engine.manager().shutDown(); }, yes, either},
     {"RecoveryVolumesSwitchedOn", nothing, [](QueueScene& s) { s.engine.settings().downloadRevFiles.set(true); }, no,

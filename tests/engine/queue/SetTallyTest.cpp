@@ -6,6 +6,8 @@
 
 #include <random>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 
 namespace {
@@ -20,7 +22,7 @@ protected:
         for (const ItemPtr& item : table.items()) {
             if (setBaseName(item->filename()) != base)
                 continue;
-            const bool isRar = item->filename().endsWith(QStringLiteral(".rar"));
+            const bool isRar = item->filename().endsWith(u".rar"_s);
             tally.rarParts += isRar ? 1 : 0;
             tally.rarPartsMissing += isRar && item->status() != DownloadStatus::completed ? 1 : 0;
             tally.extracted += item->extractionStatus() == ExtractionStatus::done ? 1 : 0;
@@ -43,9 +45,8 @@ protected:
 
 TEST_F(SetTallyTest, IsRightAfterEveryChange)
 {
-    const QStringList names{QStringLiteral("a.part1.rar"), QStringLiteral("a.part2.rar"), QStringLiteral("a.part1.rev"),
-                            QStringLiteral("b.part1.rar"), QStringLiteral("b.part1.rev"), QStringLiteral("a"),
-                            QStringLiteral("a.rar")};
+    const QStringList names{u"a.part1.rar"_s, u"a.part2.rar"_s, u"a.part1.rev"_s, u"b.part1.rar"_s,
+                            u"b.part1.rev"_s, u"a"_s,           u"a.rar"_s};
     std::minstd_rand random(7);
     const auto pick = [&random](std::size_t count) { return static_cast<qsizetype>(random() % count); };
     for (int step = 0; step < 2000; ++step) {
@@ -70,10 +71,10 @@ TEST_F(SetTallyTest, IsRightAfterEveryChange)
 
 TEST_F(SetTallyTest, TellsWhetherARecoveryVolumeMayStillHelp)
 {
-    const ItemPtr rev = add(QStringLiteral("a.part1.rev"));
+    const ItemPtr rev = add(u"a.part1.rev"_s);
     EXPECT_FALSE(shouldDownloadRev(*rev, table));
-    const ItemPtr one = add(QStringLiteral("a.part1.rar"));
-    const ItemPtr two = add(QStringLiteral("a.part2.RAR"));
+    const ItemPtr one = add(u"a.part1.rar"_s);
+    const ItemPtr two = add(u"a.part2.RAR"_s);
     EXPECT_TRUE(shouldDownloadRev(*rev, table));
     one->setStatus(DownloadStatus::completed);
     EXPECT_TRUE(shouldDownloadRev(*rev, table));
@@ -86,18 +87,18 @@ TEST_F(SetTallyTest, TellsWhetherARecoveryVolumeMayStillHelp)
 
 TEST_F(SetTallyTest, KnowsTheHoldersOfAFileName)
 {
-    const QString name = QStringLiteral("x.bin");
-    const ItemPtr one = add(QStringLiteral("one"));
-    const ItemPtr two = add(QStringLiteral("two"));
+    const QString name = u"x.bin"_s;
+    const ItemPtr one = add(u"one"_s);
+    const ItemPtr two = add(u"two"_s);
     EXPECT_TRUE(table.holdersOf(name).empty());
-    one->setLocalPath(QStringLiteral("/a/x.bin"));
-    two->setLocalPath(QStringLiteral("/b/x.bin"));
+    one->setLocalPath(u"/a/x.bin"_s);
+    two->setLocalPath(u"/b/x.bin"_s);
     EXPECT_EQ(table.holdersOf(name).size(), 2U);
-    one->setLocalPath(QStringLiteral("/a/y.bin"));
+    one->setLocalPath(u"/a/y.bin"_s);
     ASSERT_EQ(table.holdersOf(name).size(), 1U);
     EXPECT_EQ(table.holdersOf(name)[0], two);
     table.remove({two->id()});
     EXPECT_TRUE(table.holdersOf(name).empty());
     one->setLocalPath(std::nullopt);
-    EXPECT_TRUE(table.holdersOf(QStringLiteral("y.bin")).empty());
+    EXPECT_TRUE(table.holdersOf(u"y.bin"_s).empty());
 }

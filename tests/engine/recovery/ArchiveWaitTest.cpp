@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 using namespace std::chrono_literals;
 using namespace vormel;
 using namespace vormel::fixtures;
@@ -18,9 +20,9 @@ protected:
     void SetUp() override
     {
         unpackerMakes("movie.mkv");
-        first = onDisk(QStringLiteral("m.part1.rar"));
-        second = engine.add(QStringLiteral("http://h/m.part2.rar"));
-        rev = engine.add(QStringLiteral("http://h/m.part1.rev"));
+        first = onDisk(u"m.part1.rar"_s);
+        second = engine.add(u"http://h/m.part2.rar"_s);
+        rev = engine.add(u"http://h/m.part1.rev"_s);
     }
     void start(const ItemPtr& item)
     {
@@ -145,7 +147,7 @@ TEST_F(ArchiveWaitTest, GoesOnWhenTheConnectionOfTheLastRecoveryVolumeIsLost)
 TEST_F(ArchiveWaitTest, LeavesAnArchiveAloneWhoseRecoveryVolumesOnlyChangeTheirPlaceInTheQueue)
 {
     // The user did not tell the password, and starts the rest of the queue.
-    second->setLocalPath(engine.sandbox.write(QStringLiteral("Downloads/m/m.part2.rar"), "x"));
+    second->setLocalPath(engine.sandbox.write(u"Downloads/m/m.part2.rar"_s, "x"));
     second->setStatus(DownloadStatus::completed);
     engine.manager().commands().startAll();
     turnEventLoop();
@@ -182,7 +184,7 @@ TEST_F(ArchiveWaitTest, WaitsForAReleasedRecoveryVolumeThatIsPaused)
 
 TEST_F(ArchiveWaitTest, GoesOnWhenTheRowOfTheLastPartIsRemoved)
 {
-    const ItemPtr mirror = engine.add(QStringLiteral("http://mirror/m.part2.rar"));
+    const ItemPtr mirror = engine.add(u"http://mirror/m.part2.rar"_s);
     start(second);
     finish(second);
     EXPECT_EQ(first->extractionStatus(), ExtractionStatus::idle);
@@ -192,7 +194,7 @@ TEST_F(ArchiveWaitTest, GoesOnWhenTheRowOfTheLastPartIsRemoved)
 
 TEST_F(ArchiveWaitTest, IsLeftAloneWhenAFinishedRowIsRemoved)
 {
-    second->setLocalPath(engine.sandbox.write(QStringLiteral("Downloads/m/m.part2.rar"), "x"));
+    second->setLocalPath(engine.sandbox.write(u"Downloads/m/m.part2.rar"_s, "x"));
     second->setStatus(DownloadStatus::completed);
     engine.manager().commands().removeItems({second->id()});
     turnEventLoop();

@@ -1,9 +1,11 @@
-#include "fixtures/EventLoop.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/EventLoop.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+
+using namespace Qt::StringLiterals;
 
 using namespace vormel;
 using namespace vormel::fixtures;
@@ -11,7 +13,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-const DownloadStatus failed = DownloadStatus::failure(QStringLiteral("gone"));
+const DownloadStatus failed = DownloadStatus::failure(u"gone"_s);
 
 class NetworkRecoveryTest : public ::testing::Test
 {
@@ -19,8 +21,7 @@ protected:
     /// A set of two parts and a recovery volume, of which nothing runs.
     void SetUp() override
     {
-        set = engine.add({QStringLiteral("http://h/m.part1.rar"), QStringLiteral("http://h/m.part2.rar"),
-                        QStringLiteral("http://h/m.part1.rev")});
+        set = engine.add({u"http://h/m.part1.rar"_s, u"http://h/m.part2.rar"_s, u"http://h/m.part1.rev"_s});
         part = set[0];
         rev = set[2];
     }
@@ -41,8 +42,8 @@ protected:
     /// Takes no time.
     void failAtItsStart(const ItemPtr& item)
     {
-        engine.sandbox.write(QStringLiteral("blocked"), "a file where the folder should be");
-        engine.settings().downloadFolderPath.set(engine.sandbox.path(QStringLiteral("blocked")));
+        engine.sandbox.write(u"blocked"_s, "a file where the folder should be");
+        engine.settings().downloadFolderPath.set(engine.sandbox.path(u"blocked"_s));
         engine.manager().commands().startItems({item});
         turnEventLoop();
         ASSERT_EQ(item->status(), DownloadStatus::failed);
@@ -147,15 +148,15 @@ TEST_F(NetworkRecoveryTest, StartsNoCountdownWhenRecoveryVolumesAreFetchedAnyway
 
 TEST_F(NetworkRecoveryTest, StartsNoRecoveryForASingleArchive)
 {
-    engine.add(QStringLiteral("http://h/a.rev"));
-    const ItemPtr single = engine.add(QStringLiteral("http://h/a.rar"));
+    engine.add(u"http://h/a.rev"_s);
+    const ItemPtr single = engine.add(u"http://h/a.rar"_s);
     fail(single);
     EXPECT_EQ(single->recoveryCountdown(), std::nullopt);
 }
 
 TEST_F(NetworkRecoveryTest, StartsNoRecoveryForARecoveryVolume)
 {
-    engine.add(QStringLiteral("http://h/m.part2.rev"));
+    engine.add(u"http://h/m.part2.rev"_s);
     engine.manager().commands().retryWithRevFiles({part});
     turnEventLoop();
     fail(rev);
@@ -164,7 +165,7 @@ TEST_F(NetworkRecoveryTest, StartsNoRecoveryForARecoveryVolume)
 
 TEST_F(NetworkRecoveryTest, TellsSetsApartByLetterCase)
 {
-    const ItemPtr other = engine.add(QStringLiteral("http://h/M.part9.rar"));
+    const ItemPtr other = engine.add(u"http://h/M.part9.rar"_s);
     fail(other);
     EXPECT_EQ(other->recoveryCountdown(), std::nullopt);
 }
@@ -264,9 +265,9 @@ TEST_F(NetworkRecoveryTest, QueuesNothingWhenAllPartsAreComplete)
 
 TEST_F(NetworkRecoveryTest, RepairsTheSetsOfTheItemsOnTheUsersWish)
 {
-    const ExtractionStatus broken = ExtractionStatus::failure(QStringLiteral("broken"));
+    const ExtractionStatus broken = ExtractionStatus::failure(u"broken"_s);
     part->setExtractionStatus(broken);
-    const ItemPtr other = engine.add(QStringLiteral("http://h/other.part1.rar"));
+    const ItemPtr other = engine.add(u"http://h/other.part1.rar"_s);
     other->setExtractionStatus(broken);
     engine.manager().commands().retryWithRevFiles({set[0], set[1]});
     turnEventLoop();

@@ -1,9 +1,11 @@
-#include "fixtures/EventLoop.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/EventLoop.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+
+using namespace Qt::StringLiterals;
 
 using namespace vormel;
 using namespace vormel::fixtures;
@@ -11,7 +13,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-const DownloadStatus gone = DownloadStatus::failure(QStringLiteral("gone"));
+const DownloadStatus gone = DownloadStatus::failure(u"gone"_s);
 
 /// A set of which one part has failed long ago and the recovery volumes are not wanted yet.
 class RecoveryCheckTest : public ::testing::Test
@@ -20,13 +22,13 @@ protected:
     void SetUp() override
     {
         engine.settings().autoExtract.set(false);
-        engine.add(QStringLiteral("http://h/m.part1.rar"))->setStatus(gone);
-        rev = engine.add(QStringLiteral("http://h/m.part1.rev"));
+        engine.add(u"http://h/m.part1.rar"_s)->setStatus(gone);
+        rev = engine.add(u"http://h/m.part1.rev"_s);
         rev->setStatus(DownloadStatus::stopped);
     }
     ItemPtr start(const QString& name)
     {
-        const ItemPtr item = engine.add(QStringLiteral("http://h/") + name);
+        const ItemPtr item = engine.add(u"http://h/"_s + name);
         engine.manager().commands().startItems({item});
         turnEventLoop();
         return item;
@@ -71,7 +73,7 @@ protected:
 
 TEST_F(RecoveryCheckTest, ComesAMinuteAfterAPartIsComplete)
 {
-    complete(start(QStringLiteral("m.part2.rar")));
+    complete(start(u"m.part2.rar"_s));
     engine.clock.advance(59'999ms);
     EXPECT_FALSE(areVolumesFetched());
     engine.clock.advance(1ms);
@@ -80,7 +82,7 @@ TEST_F(RecoveryCheckTest, ComesAMinuteAfterAPartIsComplete)
 
 TEST_F(RecoveryCheckTest, ComesAMinuteAfterAPartHasFailedForGood)
 {
-    const ItemPtr part = start(QStringLiteral("m.part2.rar"));
+    const ItemPtr part = start(u"m.part2.rar"_s);
     failForGood(part);
     engine.manager().commands().interruptItem(*part, DownloadStatus::stopped); // which ends the countdown
     engine.clock.advance(59'999ms);
@@ -91,8 +93,8 @@ TEST_F(RecoveryCheckTest, ComesAMinuteAfterAPartHasFailedForGood)
 
 TEST_F(RecoveryCheckTest, ComesAMinuteAfterAPartCouldNotBeStarted)
 {
-    engine.settings().downloadFolderPath.set(engine.sandbox.write(QStringLiteral("file"), "where the folder should be"));
-    const ItemPtr part = start(QStringLiteral("m.part2.rar"));
+    engine.settings().downloadFolderPath.set(engine.sandbox.write(u"file"_s, "where the folder should be"));
+    const ItemPtr part = start(u"m.part2.rar"_s);
     ASSERT_EQ(part->status(), DownloadStatus::failed);
     engine.manager().commands().interruptItem(*part, DownloadStatus::stopped);
     engine.clock.advance(59'999ms);
@@ -103,9 +105,9 @@ TEST_F(RecoveryCheckTest, ComesAMinuteAfterAPartCouldNotBeStarted)
 
 TEST_F(RecoveryCheckTest, IsPutOffForAsLongAsPartsKeepFinishing)
 {
-    complete(start(QStringLiteral("m.part2.rar")));
+    complete(start(u"m.part2.rar"_s));
     engine.clock.advance(40s);
-    complete(start(QStringLiteral("m.part3.rar")));
+    complete(start(u"m.part3.rar"_s));
     engine.clock.advance(59s);
     EXPECT_FALSE(areVolumesFetched());
     engine.clock.advance(1s);
@@ -116,12 +118,12 @@ TEST_F(RecoveryCheckTest, ComesForNothingButParts)
 {
     for (const char* name : {"m.rar", "m.part1.rar.zip", "m.bin"})
         complete(start(QString::fromLatin1(name)));
-    engine.manager().commands().retryWithRevFiles({start(QStringLiteral("m.part7.rev"))});
+    engine.manager().commands().retryWithRevFiles({start(u"m.part7.rev"_s)});
     turnEventLoop();
     rev->setStatus(DownloadStatus::stopped);
     const std::vector<ItemPtr>& items = engine.manager().items();
     complete(items.back());
-    const ItemPtr late = engine.add(QStringLiteral("http://h/m.part8.rev"));
+    const ItemPtr late = engine.add(u"http://h/m.part8.rev"_s);
     late->setStatus(DownloadStatus::stopped);
     engine.clock.advance(120s);
     EXPECT_FALSE(areVolumesFetched());
@@ -130,10 +132,10 @@ TEST_F(RecoveryCheckTest, ComesForNothingButParts)
 
 TEST_F(RecoveryCheckTest, LeavesOtherSetsAlone)
 {
-    const ItemPtr other = engine.add(QStringLiteral("http://h/other.part1.rev"));
+    const ItemPtr other = engine.add(u"http://h/other.part1.rev"_s);
     other->setStatus(DownloadStatus::stopped);
-    engine.add(QStringLiteral("http://h/other.part1.rar"))->setStatus(gone);
-    complete(start(QStringLiteral("m.part2.rar")));
+    engine.add(u"http://h/other.part1.rar"_s)->setStatus(gone);
+    complete(start(u"m.part2.rar"_s));
     engine.clock.advance(60s);
     EXPECT_TRUE(areVolumesFetched());
     EXPECT_EQ(other->status(), DownloadStatus::stopped);
@@ -142,7 +144,7 @@ TEST_F(RecoveryCheckTest, LeavesOtherSetsAlone)
 TEST_F(RecoveryCheckTest, FetchesNothingWhereVolumesAreFetchedAnyway)
 {
     engine.settings().downloadRevFiles.set(true);
-    complete(start(QStringLiteral("m.part2.rar")));
+    complete(start(u"m.part2.rar"_s));
     engine.settings().downloadRevFiles.set(false);
     engine.clock.advance(120s);
     EXPECT_FALSE(areVolumesFetched());
@@ -150,7 +152,7 @@ TEST_F(RecoveryCheckTest, FetchesNothingWhereVolumesAreFetchedAnyway)
 
 TEST_F(RecoveryCheckTest, AShortPartHasNoCountdown)
 {
-    const ItemPtr part = start(QStringLiteral("m.part2.rar"));
+    const ItemPtr part = start(u"m.part2.rar"_s);
     exchangeOf(part).head(200, {{"Content-Length", "6"}});
     exchangeOf(part).data("abc");
     lose(part);
@@ -160,8 +162,7 @@ TEST_F(RecoveryCheckTest, AShortPartHasNoCountdown)
         exchangeOf(part).finish();
         turnEventLoop();
     }
-    EXPECT_EQ(part->status(),
-              DownloadStatus::failure(QStringLiteral("Incomplete download (3 bytes of 6 bytes) — retry")));
+    EXPECT_EQ(part->status(), DownloadStatus::failure(u"Incomplete download (3 bytes of 6 bytes) — retry"_s));
     EXPECT_EQ(part->recoveryCountdown(), std::nullopt);
     engine.clock.advance(10s);
     EXPECT_FALSE(areVolumesFetched());

@@ -1,7 +1,9 @@
-#include "fixtures/EventLoop.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/EventLoop.h"
 
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 using namespace vormel;
 using namespace vormel::fixtures;
@@ -12,8 +14,7 @@ class RevFilesTest : public ::testing::Test
 {
 protected:
     RevFilesTest()
-        : set(engine.add({QStringLiteral("http://h/m.part1.rar"), QStringLiteral("http://h/m.part1.rev"),
-                        QStringLiteral("http://h/m.part2.REV")}))
+        : set(engine.add({u"http://h/m.part1.rar"_s, u"http://h/m.part1.rev"_s, u"http://h/m.part2.REV"_s}))
     {
         engine.settings().maxConcurrentDownloads.set(1);
     }
@@ -59,9 +60,8 @@ TEST_F(RevFilesTest, LetsTheVolumesOfASetThroughOnceByItself)
 
 TEST_F(RevFilesTest, FetchesThemAgainWhenTheUserWantsThough)
 {
-    for (const DownloadStatus& status :
-         {DownloadStatus(DownloadStatus::stopped), DownloadStatus(DownloadStatus::paused),
-          DownloadStatus::failure(QStringLiteral("gone"))}) {
+    for (const DownloadStatus& status : {DownloadStatus(DownloadStatus::stopped),
+                                         DownloadStatus(DownloadStatus::paused), DownloadStatus::failure(u"gone"_s)}) {
         engine.manager().commands().retryWithRevFiles({set[0]});
         set[1]->setStatus(status);
         set[2]->setStatus(DownloadStatus::completed);
@@ -114,5 +114,5 @@ TEST_F(RevFilesTest, KnowsWhetherASetHasVolumesLeftToFetch)
     EXPECT_TRUE(engine.manager().hasPendingRevFiles({set[0]}));
     set[2]->setStatus(DownloadStatus::downloading);
     EXPECT_FALSE(engine.manager().hasPendingRevFiles({set[0]}));
-    EXPECT_FALSE(engine.manager().hasPendingRevFiles({engine.add(QStringLiteral("http://h/alone.zip"))}));
+    EXPECT_FALSE(engine.manager().hasPendingRevFiles({engine.add(u"http://h/alone.zip"_s)}));
 }

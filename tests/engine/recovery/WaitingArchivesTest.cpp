@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 
 namespace {
@@ -45,8 +47,8 @@ class WaitingArchivesTest : public ::testing::Test, protected fixtures::QuietTab
 protected:
     ItemPtr addFirstVolume(const QString& base)
     {
-        const ItemPtr item = add(base + QStringLiteral(".part1.rar"), DownloadStatus::completed);
-        item->setLocalPath(QStringLiteral("/d/") + item->filename());
+        const ItemPtr item = add(base + u".part1.rar"_s, DownloadStatus::completed);
+        item->setLocalPath(u"/d/"_s + item->filename());
         return item;
     }
 
@@ -61,11 +63,11 @@ protected:
 
 TEST_F(WaitingArchivesTest, LooksOnceAtEachSetOfWhichManyRowsGo)
 {
-    const ItemPtr first = addFirstVolume(QStringLiteral("m"));
-    const ItemPtr other = addFirstVolume(QStringLiteral("n"));
+    const ItemPtr first = addFirstVolume(u"m"_s);
+    const ItemPtr other = addFirstVolume(u"n"_s);
     for (int i = 2; i < 50; ++i) {
-        archives.willBeRemoved(*add(QStringLiteral("m.part%1.rar").arg(i)));
-        archives.willBeRemoved(*add(QStringLiteral("n.part%1.rar").arg(i)));
+        archives.willBeRemoved(*add(u"m.part%1.rar"_s.arg(i)));
+        archives.willBeRemoved(*add(u"n.part%1.rar"_s.arg(i)));
     }
     EXPECT_TRUE(postDownload.looks.isEmpty()) << "the rows are still there";
     queue.runLater();
@@ -74,9 +76,9 @@ TEST_F(WaitingArchivesTest, LooksOnceAtEachSetOfWhichManyRowsGo)
 
 TEST_F(WaitingArchivesTest, LooksAgainWhenAnotherRowGoesAfterwards)
 {
-    const ItemPtr first = addFirstVolume(QStringLiteral("m"));
+    const ItemPtr first = addFirstVolume(u"m"_s);
     for (int i = 2; i < 4; ++i) {
-        archives.willBeRemoved(*add(QStringLiteral("m.part%1.rar").arg(i)));
+        archives.willBeRemoved(*add(u"m.part%1.rar"_s.arg(i)));
         queue.runLater();
     }
     EXPECT_EQ(postDownload.looks, (QList<ItemId>{first->id(), first->id()}));
@@ -84,11 +86,11 @@ TEST_F(WaitingArchivesTest, LooksAgainWhenAnotherRowGoesAfterwards)
 
 TEST_F(WaitingArchivesTest, LooksAtNothingForARowThatNobodyWaitedFor)
 {
-    addFirstVolume(QStringLiteral("m"));
-    archives.willBeRemoved(*add(QStringLiteral("m.part2.rar"), DownloadStatus::failed));
-    archives.willBeRemoved(*add(QStringLiteral("m.part3.rar"), DownloadStatus::completed));
-    archives.willBeRemoved(*add(QStringLiteral("m.part1.rev")));
-    archives.willBeRemoved(*add(QStringLiteral("m.zip")));
+    addFirstVolume(u"m"_s);
+    archives.willBeRemoved(*add(u"m.part2.rar"_s, DownloadStatus::failed));
+    archives.willBeRemoved(*add(u"m.part3.rar"_s, DownloadStatus::completed));
+    archives.willBeRemoved(*add(u"m.part1.rev"_s));
+    archives.willBeRemoved(*add(u"m.zip"_s));
     queue.runLater();
     EXPECT_TRUE(postDownload.looks.isEmpty());
 }

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 
 namespace {
@@ -38,22 +40,22 @@ TEST_F(SchedulerTest, TakesQueuedItemsInQueueOrderUpToTheLimit)
 {
     for (const char* name : {"a", "b", "c", "d"})
         add(QLatin1StringView(name), DownloadStatus::queued);
-    EXPECT_EQ(chosen(3), (QStringList{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")}));
+    EXPECT_EQ(chosen(3), (QStringList{u"a"_s, u"b"_s, u"c"_s}));
 }
 
 TEST_F(SchedulerTest, StartsNothingWhileAllSlotsAreTaken)
 {
-    add(QStringLiteral("1"), DownloadStatus::resolving);
-    add(QStringLiteral("2"), DownloadStatus::resolving);
-    add(QStringLiteral("3"), DownloadStatus::downloading);
-    add(QStringLiteral("waiting"), DownloadStatus::queued);
+    add(u"1"_s, DownloadStatus::resolving);
+    add(u"2"_s, DownloadStatus::resolving);
+    add(u"3"_s, DownloadStatus::downloading);
+    add(u"waiting"_s, DownloadStatus::queued);
     EXPECT_TRUE(chosen(3).isEmpty());
     EXPECT_EQ(chosen(4).size(), 1);
 }
 
 TEST_F(SchedulerTest, StartsNothingWithALimitOfZeroOrLess)
 {
-    add(QStringLiteral("waiting"), DownloadStatus::queued);
+    add(u"waiting"_s, DownloadStatus::queued);
     EXPECT_TRUE(chosen(0).isEmpty());
     EXPECT_TRUE(chosen(-5).isEmpty());
     EXPECT_TRUE(chosen(std::numeric_limits<qint64>::min()).isEmpty());
@@ -63,31 +65,31 @@ TEST_F(SchedulerTest, GivesPlaceholdersNoSlot)
 {
     for (int i = 0; i < 10; ++i)
         add(QString::number(i), DownloadStatus::expanding);
-    add(QStringLiteral("direct"), DownloadStatus::queued);
-    EXPECT_EQ(chosen(1), QStringList{QStringLiteral("direct")});
+    add(u"direct"_s, DownloadStatus::queued);
+    EXPECT_EQ(chosen(1), QStringList{u"direct"_s});
 }
 
 TEST_F(SchedulerTest, PassesOverWhatIsHeldBackAndTakesTheNext)
 {
-    const ItemPtr first = add(QStringLiteral("held"), DownloadStatus::queued);
-    add(QStringLiteral("next"), DownloadStatus::queued);
+    const ItemPtr first = add(u"held"_s, DownloadStatus::queued);
+    add(u"next"_s, DownloadStatus::queued);
     rules.held.insert(first->id());
-    EXPECT_EQ(chosen(1), QStringList{QStringLiteral("next")});
+    EXPECT_EQ(chosen(1), QStringList{u"next"_s});
 }
 
 TEST_F(SchedulerTest, PassesOverRecoveryVolumesUnlessAllowed)
 {
-    const ItemPtr rev = add(QStringLiteral("x.part1.REV"), DownloadStatus::queued);
-    add(QStringLiteral("next"), DownloadStatus::queued);
-    EXPECT_EQ(chosen(1), QStringList{QStringLiteral("next")});
+    const ItemPtr rev = add(u"x.part1.REV"_s, DownloadStatus::queued);
+    add(u"next"_s, DownloadStatus::queued);
+    EXPECT_EQ(chosen(1), QStringList{u"next"_s});
     EXPECT_EQ(rev->status(), DownloadStatus::queued);
     rules.revAllowed = true;
-    EXPECT_EQ(chosen(1), QStringList{QStringLiteral("x.part1.REV")});
+    EXPECT_EQ(chosen(1), QStringList{u"x.part1.REV"_s});
 }
 
 TEST_F(SchedulerTest, CountsStartsThatAreUnderWay)
 {
-    add(QStringLiteral("a"), DownloadStatus::queued);
+    add(u"a"_s, DownloadStatus::queued);
     EXPECT_TRUE(chosen(2, 2).isEmpty());
 }
 
@@ -95,21 +97,21 @@ TEST_F(SchedulerTest, IgnoresEveryOtherStatus)
 {
     for (const DownloadStatus::Kind kind : {DownloadStatus::paused, DownloadStatus::stopped, DownloadStatus::completed})
         add(QString::number(kind), kind);
-    add(QStringLiteral("f"), DownloadStatus::failure(QStringLiteral("m")));
+    add(u"f"_s, DownloadStatus::failure(u"m"_s));
     EXPECT_TRUE(chosen(10).isEmpty());
 }
 
 TEST_F(SchedulerTest, SeesChangesOfStatusNameAndOrder)
 {
-    const ItemPtr a = add(QStringLiteral("a"), DownloadStatus::queued);
-    const ItemPtr b = add(QStringLiteral("b"), DownloadStatus::queued);
-    const ItemPtr c = add(QStringLiteral("c"), DownloadStatus::paused);
+    const ItemPtr a = add(u"a"_s, DownloadStatus::queued);
+    const ItemPtr b = add(u"b"_s, DownloadStatus::queued);
+    const ItemPtr c = add(u"c"_s, DownloadStatus::paused);
     table.remove({a->id()});
     EXPECT_EQ(table.find(a->id()), nullptr);
     EXPECT_EQ(table.find(c->id()), c);
     c->setStatus(DownloadStatus::downloading);
     EXPECT_EQ(table.activeCount(), 1);
-    b->setFilename(QStringLiteral("b.rev"));
+    b->setFilename(u"b.rev"_s);
     EXPECT_TRUE(chosen(2).isEmpty());
     c->setSpeedBytesPerSec(5);
     b->setSpeedBytesPerSec(2);

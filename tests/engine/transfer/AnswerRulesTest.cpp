@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 
 namespace {
@@ -16,13 +18,13 @@ struct Row
     qint64 total;
 };
 
-const QString rar = QStringLiteral("x.rar");
+const QString rar = u"x.rar"_s;
 
 HttpResponse responseOf(const Row& row)
 {
     HttpResponse response;
     response.statusCode = row.status;
-    response.url = QUrl(QStringLiteral("http://host/x"));
+    response.url = QUrl(u"http://host/x"_s);
     response.headers = row.headers;
     return response;
 }
@@ -83,14 +85,9 @@ const std::vector<Row>& rows()
         {"Page", 200, {html}, {rar, 0, 0, {}}, AnswerKind::webPage, -1},
         {"PageWithError", 503, {html}, {rar, 0, 0, {}}, AnswerKind::webPage, -1},
         {"PageAsPiece", 206, {html}, {rar, 10, 0, {}}, AnswerKind::webPage, -1},
-        {"PageIsTheFile",
-         200,
-         {html, {"Content-Length", "9"}},
-         {QStringLiteral("x.HTML"), 0, 0, {}},
-         AnswerKind::whole,
-         9},
-        {"PageMayHaveNoExtension", 200, {html}, {QStringLiteral("x"), 0, 0, {}}, AnswerKind::whole, 0},
-        {"TextMayBePage", 200, {html}, {QStringLiteral("x.txt"), 0, 0, {}}, AnswerKind::whole, 0},
+        {"PageIsTheFile", 200, {html, {"Content-Length", "9"}}, {u"x.HTML"_s, 0, 0, {}}, AnswerKind::whole, 9},
+        {"PageMayHaveNoExtension", 200, {html}, {u"x"_s, 0, 0, {}}, AnswerKind::whole, 0},
+        {"TextMayBePage", 200, {html}, {u"x.txt"_s, 0, 0, {}}, AnswerKind::whole, 0},
         {"NotFound", 404, {plain, {"Content-Length", "9"}}, {rar, 0, 0, {}}, AnswerKind::errorAnswer, -1},
         {"UnavailableOnResume", 503, {plain}, {rar, 1000, 2000, {}}, AnswerKind::errorAnswer, -1},
         {"NoContent", 204, {}, {rar, 0, 0, {}}, AnswerKind::errorAnswer, -1},
@@ -165,13 +162,13 @@ const std::vector<Row>& rows()
         {"CodedPieceOfACodedFile",
          206,
          {{"Content-Range", "bytes 10-19/20"}, {"Content-Encoding", "GZip"}},
-         {rar, 10, 20, {{}, {}, {}, QStringLiteral("gzip")}},
+         {rar, 10, 20, {{}, {}, {}, u"gzip"_s}},
          AnswerKind::continuation,
          20},
         {"PlainPieceOfACodedFile",
          206,
          {{"Content-Range", "bytes 10-19/20"}},
-         {rar, 10, 20, {{}, {}, {}, QStringLiteral("gzip")}},
+         {rar, 10, 20, {{}, {}, {}, u"gzip"_s}},
          AnswerKind::foreignRange,
          -1},
         {"PlainPieceThatSaysSo",
@@ -278,7 +275,7 @@ INSTANTIATE_TEST_SUITE_P(
                       Bounds{"RangeOfAFullAnswer", 200, {{"Content-Range", "bytes 0-4/5"}}, {rar, 0, 0, {}}, 5}),
     [](const ::testing::TestParamInfo<Bounds>& row) { return std::string(row.param.name); });
 
-HttpResponse piece(std::vector<HttpHeader> marks, const QString& host = QStringLiteral("host"))
+HttpResponse piece(std::vector<HttpHeader> marks, const QString& host = u"host"_s)
 {
     HttpResponse response;
     response.statusCode = 206;
@@ -335,7 +332,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(SourceMark, ComparesNothingBetweenHosts)
 {
     const SourceMark known = sourceMarkOf(piece({one}));
-    const QString mirror = QStringLiteral("mirror");
+    const QString mirror = u"mirror"_s;
     EXPECT_EQ(judgeAnswer(piece({two}, mirror), {rar, 10, 20, known}).kind, AnswerKind::continuation);
     EXPECT_EQ(known.filledUpFrom(sourceMarkOf(piece({two, saturday}, mirror))), known);
 }
@@ -350,9 +347,8 @@ TEST(SourceMark, LearnsWhatOnlyALaterAnswerTells)
 
 TEST(SourceMark, ReadsWhatEarlierVersionsKept)
 {
-    EXPECT_EQ(SourceMark::fromText(QStringLiteral("host\n\"one\"")), sourceMarkOf(piece({one})));
-    EXPECT_EQ(SourceMark::fromText(QStringLiteral("host\nSat, 21 Nov 2026 01:00:00 GMT")),
-              sourceMarkOf(piece({saturday})));
+    EXPECT_EQ(SourceMark::fromText(u"host\n\"one\""_s), sourceMarkOf(piece({one})));
+    EXPECT_EQ(SourceMark::fromText(u"host\nSat, 21 Nov 2026 01:00:00 GMT"_s), sourceMarkOf(piece({saturday})));
     EXPECT_EQ(SourceMark::fromText(QString()), SourceMark());
 }
 

@@ -5,6 +5,8 @@
 
 #include <cerrno>
 
+using namespace Qt::StringLiterals;
+
 using namespace std::chrono_literals;
 using namespace vormel;
 using namespace vormel::fixtures;
@@ -42,8 +44,8 @@ TEST_F(BegunItem, IsNotCompleteWithAFileOfAnotherSizeThatAppearsUnderItsName)
     say(206, {{"Content-Range", "bytes 3-5/6"}, {"ETag", "\"1\""}});
     send("def");
     close();
-    EXPECT_EQ(item->localPath(), engine.sandbox.path(QStringLiteral("Downloads/x (1).rar")));
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/x (1).rar")), "abcdef");
+    EXPECT_EQ(item->localPath(), engine.sandbox.path(u"Downloads/x (1).rar"_s));
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/x (1).rar"_s), "abcdef");
     EXPECT_EQ(engine.sandbox.read(finalFile), "");
 }
 
@@ -63,18 +65,18 @@ TEST_F(BegunItem, ForgetsAPartFileThatWasEmptyAndIsGone)
     say(404, {});
     close();
     EXPECT_FALSE(dead->partPlace());
-    const ItemPtr pausedSoon = engine.start(QStringLiteral("http://h/y.rar"));
+    const ItemPtr pausedSoon = engine.start(u"http://h/y.rar"_s);
     ASSERT_TRUE(pausedSoon->partPlace());
     engine.manager().commands().pauseAll();
     EXPECT_FALSE(pausedSoon->partPlace());
-    EXPECT_TRUE(engine.sandbox.files(QStringLiteral("Downloads")).isEmpty());
+    EXPECT_TRUE(engine.sandbox.files(u"Downloads"_s).isEmpty());
 }
 
 TEST_F(BegunItem, LeavesAPartFileAloneThatAnotherItemWritesUnderTheNameOfItsOwn)
 {
-    const ItemPtr first = engine.start(QStringLiteral("http://a/x.rar"));
+    const ItemPtr first = engine.start(u"http://a/x.rar"_s);
     engine.manager().commands().pauseAll();
-    const ItemPtr second = engine.add(QStringLiteral("http://b/x.rar"));
+    const ItemPtr second = engine.add(u"http://b/x.rar"_s);
     engine.manager().commands().startItems({second});
     turnEventLoop();
     say(200, {{"Content-Length", "3"}});
@@ -88,7 +90,7 @@ TEST_F(BegunItem, IsFoundAgainAfterAKillWhenTheFolderForDownloadsWasChanged)
 {
     paused();
     engine.flush();
-    engine.settings().downloadFolderPath.set(engine.sandbox.path(QStringLiteral("Other")));
+    engine.settings().downloadFolderPath.set(engine.sandbox.path(u"Other"_s));
     engine.flush();
     engine.restart(true);
     const ItemPtr item = engine.manager().items().front();
@@ -111,6 +113,5 @@ TEST_F(BegunItem, IsBegunAnewOnceAndNotForEverWhereTheDiskLosesWhatWasWritten)
         turnEventLoop();
     }
     ASSERT_EQ(item->status(), DownloadStatus::failed);
-    EXPECT_TRUE(item->status().message().contains(QStringLiteral("disk is full")))
-        << item->status().message().toStdString();
+    EXPECT_TRUE(item->status().message().contains(u"disk is full"_s)) << item->status().message().toStdString();
 }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 
 namespace {
@@ -55,57 +57,55 @@ TEST(ContentRange, IsNotReadHalf)
 
 TEST(ContentDisposition, DecodesTheExtendedName)
 {
-    EXPECT_EQ(nameFrom(QStringLiteral("attachment; filename*=UTF-8''a%20b.rar")), QStringLiteral("a b.rar"));
-    EXPECT_EQ(nameFrom(QStringLiteral("attachment; filename*=UTF-8'en'%E2%82%AC.rar")), std::nullopt);
-    EXPECT_EQ(nameFrom(QStringLiteral("attachment; filename*=UTF-8''%E2%82%AC.rar")), QStringLiteral("€.rar"));
+    EXPECT_EQ(nameFrom(u"attachment; filename*=UTF-8''a%20b.rar"_s), u"a b.rar"_s);
+    EXPECT_EQ(nameFrom(u"attachment; filename*=UTF-8'en'%E2%82%AC.rar"_s), std::nullopt);
+    EXPECT_EQ(nameFrom(u"attachment; filename*=UTF-8''%E2%82%AC.rar"_s), u"€.rar"_s);
 }
 
 TEST(ContentDisposition, LooksForTheExtendedNameInSmallLettersOnly)
 {
-    EXPECT_EQ(nameFrom(QStringLiteral("FILENAME*=UTF-8''a.rar; filename=b.rar")), QStringLiteral("b.rar"));
+    EXPECT_EQ(nameFrom(u"FILENAME*=UTF-8''a.rar; filename=b.rar"_s), u"b.rar"_s);
 }
 
 TEST(ContentDisposition, TakesAnUndecodableExtendedNameAsItStands)
 {
-    EXPECT_EQ(nameFrom(QStringLiteral("filename*=UTF-8''a%ZZ.rar")), QStringLiteral("a%ZZ.rar"));
+    EXPECT_EQ(nameFrom(u"filename*=UTF-8''a%ZZ.rar"_s), u"a%ZZ.rar"_s);
 }
 
 TEST(ContentDisposition, ReadsPlainNamesQuotedOrNotInAnyLetterCase)
 {
-    EXPECT_EQ(nameFrom(QStringLiteral("attachment; filename=\"my file.rar\"")), QStringLiteral("my file.rar"));
-    EXPECT_EQ(nameFrom(QStringLiteral("attachment; FileName = plain.rar ; size=3")), QStringLiteral("plain.rar"));
-    EXPECT_EQ(nameFrom(QStringLiteral("attachment")), std::nullopt);
+    EXPECT_EQ(nameFrom(u"attachment; filename=\"my file.rar\""_s), u"my file.rar"_s);
+    EXPECT_EQ(nameFrom(u"attachment; FileName = plain.rar ; size=3"_s), u"plain.rar"_s);
+    EXPECT_EQ(nameFrom(u"attachment"_s), std::nullopt);
     EXPECT_EQ(nameFrom(QString()), std::nullopt);
 }
 
 TEST(ContentDisposition, CutsANameThatNobodyCouldRead)
 {
-    const QString name =
-        nameFrom(QStringLiteral("filename=\"") + QString(200'000, u'W') + QStringLiteral(".part1.rar\"")).value();
+    const QString name = nameFrom(u"filename=\""_s + QString(200'000, u'W') + u".part1.rar\""_s).value();
     EXPECT_LE(name.size(), 1000);
-    EXPECT_TRUE(name.endsWith(QStringLiteral("W.part1.rar")));
+    EXPECT_TRUE(name.endsWith(u"W.part1.rar"_s));
 }
 
 TEST(ContentDisposition, NeverNamesAnotherFolder)
 {
-    EXPECT_EQ(nameFrom(QStringLiteral("filename=\"../../x.rar\"")), QStringLiteral("x.rar"));
-    EXPECT_EQ(nameFrom(QStringLiteral("filename=\"..\"")), std::nullopt);
-    EXPECT_EQ(nameFrom(QStringLiteral("filename*=UTF-8''..%2F..%2Fetc%2Fpasswd")), QStringLiteral("passwd"));
-    EXPECT_EQ(nameFrom(QStringLiteral("filename=\"/\"")), std::nullopt);
+    EXPECT_EQ(nameFrom(u"filename=\"../../x.rar\""_s), u"x.rar"_s);
+    EXPECT_EQ(nameFrom(u"filename=\"..\""_s), std::nullopt);
+    EXPECT_EQ(nameFrom(u"filename*=UTF-8''..%2F..%2Fetc%2Fpasswd"_s), u"passwd"_s);
+    EXPECT_EQ(nameFrom(u"filename=\"/\""_s), std::nullopt);
 }
 
 TEST(ContentDisposition, AnswersAHostileHeaderInTime)
 {
-    QString header = QStringLiteral("filename*");
-    header +=
-        QString(1000000, u' ') + QStringLiteral("x; ") + QString(1000, u'\'') + QStringLiteral("filename=\"ok.rar\"");
-    EXPECT_EQ(nameFrom(header), QStringLiteral("ok.rar"));
+    QString header = u"filename*"_s;
+    header += QString(1000000, u' ') + u"x; "_s + QString(1000, u'\'') + u"filename=\"ok.rar\""_s;
+    EXPECT_EQ(nameFrom(header), u"ok.rar"_s);
 }
 
 TEST(SanitizedHeaderFilename, TrimsQuotesAndBlanks)
 {
-    EXPECT_EQ(sanitizedHeaderFilename(QStringLiteral(" 'a b.rar' ")), QStringLiteral("a b.rar"));
-    EXPECT_EQ(sanitizedHeaderFilename(QStringLiteral("\"\"")), std::nullopt);
-    EXPECT_EQ(sanitizedHeaderFilename(QStringLiteral("dir/")), QStringLiteral("dir"));
-    EXPECT_EQ(sanitizedHeaderFilename(QStringLiteral(" . ")), std::nullopt);
+    EXPECT_EQ(sanitizedHeaderFilename(u" 'a b.rar' "_s), u"a b.rar"_s);
+    EXPECT_EQ(sanitizedHeaderFilename(u"\"\""_s), std::nullopt);
+    EXPECT_EQ(sanitizedHeaderFilename(u"dir/"_s), u"dir"_s);
+    EXPECT_EQ(sanitizedHeaderFilename(u" . "_s), std::nullopt);
 }

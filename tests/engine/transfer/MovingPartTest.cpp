@@ -6,6 +6,8 @@
 
 #include <gmock/gmock.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 using namespace vormel::fixtures;
 using ::testing::ElementsAre;
@@ -24,10 +26,10 @@ TEST_F(MovingPart, AnItemThatGetsAnotherNameBringsItsBytesAlong)
     say(200, {{"Content-Length", "6"}});
     send("abc");
     engine.manager().commands().pauseAll();
-    item->setFilename(QStringLiteral("movie.part1.rar"));
+    item->setFilename(u"movie.part1.rar"_s);
     startAll();
     EXPECT_EQ(server().header("Range"), "bytes=3-");
-    EXPECT_THAT(downloads(), ElementsAre(QStringLiteral("movie/movie.part1.rar.download")));
+    EXPECT_THAT(downloads(), ElementsAre(u"movie/movie.part1.rar.download"_s));
 }
 
 TEST_F(MovingPart, AnItemBringsItsBytesAlongToAnotherDownloadFolder)
@@ -36,17 +38,17 @@ TEST_F(MovingPart, AnItemBringsItsBytesAlongToAnotherDownloadFolder)
     say(200, {{"Content-Length", "6"}});
     send("abc");
     engine.manager().commands().pauseAll();
-    engine.settings().downloadFolderPath.set(engine.sandbox.path(QStringLiteral("elsewhere")));
+    engine.settings().downloadFolderPath.set(engine.sandbox.path(u"elsewhere"_s));
     engine.restart();
     startAll();
     EXPECT_EQ(server().header("Range"), "bytes=3-");
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("elsewhere/x.rar.download")), "abc");
+    EXPECT_EQ(engine.sandbox.read(u"elsewhere/x.rar.download"_s), "abc");
     EXPECT_TRUE(downloads().isEmpty());
 }
 
 TEST_F(MovingPart, AnItemGoesOnWhereItsBytesLieWhenTheNewFolderIsOnAnotherDisk)
 {
-    const QTemporaryDir far(QStringLiteral("/dev/shm/vormel-far-XXXXXX"));
+    const QTemporaryDir far(u"/dev/shm/vormel-far-XXXXXX"_s);
     if (!far.isValid() || QStorageInfo(far.path()).device() == QStorageInfo(engine.sandbox.root()).device())
         GTEST_SKIP() << "there is only one file system to write to";
     const ItemPtr item = engine.start(rarLink);

@@ -1,7 +1,7 @@
 #include "engine/transfer/PartFile.h"
 
-#include "fixtures/Sandbox.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/Sandbox.h"
 
 #include <QFile>
 
@@ -13,12 +13,14 @@
 #include <cerrno>
 #include <csignal>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 using vormel::fixtures::Sandbox;
 
 namespace {
 
-const QString name = QStringLiteral("x.rar.download");
+const QString name = u"x.rar.download"_s;
 constexpr auto New = PartFile::Opening::fresh;
 constexpr auto Existing = PartFile::Opening::existing;
 
@@ -56,19 +58,19 @@ TEST(PartFile, IsNeitherMadeWhereSomethingStandsNorOpenedWhereNothingDoes)
     EXPECT_FALSE(sandbox.exists(name));
     sandbox.write(name, "somebody's");
     EXPECT_EQ(PartFile(sandbox.path(name), New).error(), EEXIST);
-    EXPECT_EQ(PartFile(sandbox.path(QStringLiteral("gone/x")), New).error(), ENOENT);
+    EXPECT_EQ(PartFile(sandbox.path(u"gone/x"_s), New).error(), ENOENT);
 }
 
 TEST(PartFile, RefusesSymbolicLinksFoldersAndPipes)
 {
     const Sandbox sandbox;
-    const QString target = sandbox.write(QStringLiteral("precious"), "keep");
+    const QString target = sandbox.write(u"precious"_s, "keep");
     ASSERT_TRUE(QFile::link(target, sandbox.path(name)));
     const PartFile link(sandbox.path(name), Existing);
     EXPECT_FALSE(link.isOpen());
     EXPECT_EQ(link.error(), ELOOP);
     EXPECT_FALSE(PartFile(sandbox.root(), Existing).isOpen());
-    const QString pipe = sandbox.path(QStringLiteral("pipe"));
+    const QString pipe = sandbox.path(u"pipe"_s);
     ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
     EXPECT_EQ(PartFile(pipe, Existing).error(), EINVAL) << "and it must not wait for a reader";
 }
@@ -76,17 +78,17 @@ TEST(PartFile, RefusesSymbolicLinksFoldersAndPipes)
 TEST(PartFile, IsNotWrittenThroughASecondName)
 {
     const Sandbox sandbox;
-    const QByteArray precious = QFile::encodeName(sandbox.write(QStringLiteral("precious"), "keep"));
+    const QByteArray precious = QFile::encodeName(sandbox.write(u"precious"_s, "keep"));
     const QByteArray part = QFile::encodeName(sandbox.path(name));
     ASSERT_EQ(::link(precious.constData(), part.constData()), 0);
     EXPECT_EQ(PartFile(sandbox.path(name), Existing).error(), EMLINK);
     ASSERT_EQ(::unlink(part.constData()), 0);
     PartFile file(sandbox.path(name), New);
     ASSERT_TRUE(file.append("abc"));
-    ASSERT_EQ(::link(part.constData(), QFile::encodeName(sandbox.path(QStringLiteral("kept"))).constData()), 0);
+    ASSERT_EQ(::link(part.constData(), QFile::encodeName(sandbox.path(u"kept"_s)).constData()), 0);
     EXPECT_FALSE(file.append("def"));
     EXPECT_EQ(file.error(), EMLINK);
-    EXPECT_EQ(sandbox.read(QStringLiteral("kept")), "abc");
+    EXPECT_EQ(sandbox.read(u"kept"_s), "abc");
 }
 
 TEST(PartFile, TakesNothingMoreOnceItWasShortenedFromOutside)
@@ -143,11 +145,11 @@ TEST(PartFile, KeepsAPrefixWhenTheDiskTakesOnlyAPart)
 TEST(PartFile, RemembersWhoseItIsAndWhatOf)
 {
     const Sandbox sandbox;
-    const DownloadItem item(fixtures::link(QStringLiteral("http://h/x.rar")), ItemId::make());
+    const DownloadItem item(fixtures::link(u"http://h/x.rar"_s), ItemId::make());
     PartMarks marks;
     marks.setOwner(item);
     marks.total = 1000;
-    marks.source = {QStringLiteral("host"), QStringLiteral("\"tag\""), QStringLiteral("Sat"), QStringLiteral("gzip")};
+    marks.source = {u"host"_s, u"\"tag\""_s, u"Sat"_s, u"gzip"_s};
     {
         PartFile file(sandbox.path(name), New);
         file.setMarks(marks);
@@ -160,8 +162,8 @@ TEST(PartFile, RemembersWhoseItIsAndWhatOf)
     EXPECT_EQ(readMarks(sandbox.path(name)), marks);
     EXPECT_TRUE(again.marks().nameOwner(item));
     const DownloadItem sameLink(item.originalURL(), ItemId::make());
-    const DownloadItem sameId(fixtures::link(QStringLiteral("http://other/x.rar")), item.id());
-    const DownloadItem stranger(fixtures::link(QStringLiteral("http://other/x.rar")), ItemId::make());
+    const DownloadItem sameId(fixtures::link(u"http://other/x.rar"_s), item.id());
+    const DownloadItem stranger(fixtures::link(u"http://other/x.rar"_s), ItemId::make());
     EXPECT_TRUE(marks.nameOwner(sameLink));
     EXPECT_TRUE(marks.nameOwner(sameId));
     EXPECT_FALSE(marks.nameOwner(stranger));
@@ -177,18 +179,18 @@ TEST(PartFile, RemembersWhoseItIsAndWhatOf)
 TEST(PartFile, GoesWhereItIsMovedAndLeavesNothingEmptyBehind)
 {
     const Sandbox sandbox;
-    sandbox.write(QStringLiteral("taken"), "somebody's");
+    sandbox.write(u"taken"_s, "somebody's");
     PartFile file(sandbox.path(name), New);
-    EXPECT_EQ(file.moveTo(sandbox.path(QStringLiteral("taken"))), EEXIST);
+    EXPECT_EQ(file.moveTo(sandbox.path(u"taken"_s)), EEXIST);
     EXPECT_EQ(file.path(), sandbox.path(name));
-    ASSERT_EQ(file.moveTo(sandbox.path(QStringLiteral("moved"))), 0);
+    ASSERT_EQ(file.moveTo(sandbox.path(u"moved"_s)), 0);
     ASSERT_TRUE(file.append("abc"));
     EXPECT_TRUE(file.isStillThere());
     file.removeIfEmpty();
-    EXPECT_EQ(sandbox.read(QStringLiteral("moved")), "abc");
+    EXPECT_EQ(sandbox.read(u"moved"_s), "abc");
     ASSERT_TRUE(file.cutBackTo(1));
-    EXPECT_EQ(sandbox.read(QStringLiteral("moved")), "a");
+    EXPECT_EQ(sandbox.read(u"moved"_s), "a");
     ASSERT_TRUE(file.restart());
     file.removeIfEmpty();
-    EXPECT_EQ(sandbox.files(), QStringList(QStringLiteral("taken")));
+    EXPECT_EQ(sandbox.files(), QStringList(u"taken"_s));
 }

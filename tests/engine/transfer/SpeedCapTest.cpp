@@ -1,7 +1,9 @@
-#include "fixtures/EventLoop.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/EventLoop.h"
 
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 using namespace std::chrono_literals;
 using namespace vormel;
@@ -15,7 +17,7 @@ protected:
     ItemPtr startCapped(qint64 kiloBytesPerSecond)
     {
         engine.settings().maxDownloadSpeedKBps.set(kiloBytesPerSecond);
-        const ItemPtr item = engine.start(QStringLiteral("http://h/x.bin"));
+        const ItemPtr item = engine.start(u"http://h/x.bin"_s);
         server().head(200, {{"Content-Length", "100000000"}});
         turnEventLoop();
         return item;
@@ -71,7 +73,7 @@ TEST_F(SpeedCap, IsNoneWhereTheStoredOneIsNoSpeed)
          {qint64{-1}, qint64{-9'100'000'000'000'000}, -(qint64{1} << 54) + 1, (qint64{1} << 54) + 1}) {
         EngineOnScript other;
         other.settings().maxDownloadSpeedKBps.set(none);
-        EXPECT_NO_FATAL_FAILURE(other.start(QStringLiteral("http://h/x.bin")));
+        EXPECT_NO_FATAL_FAILURE(other.start(u"http://h/x.bin"_s));
         other.http.last().head(200, {{"Content-Length", "100000000"}});
         for (int i = 0; i < 4; ++i)
             other.http.last().data(QByteArray(1024 * 1024, 'x'));
@@ -113,7 +115,7 @@ TEST_F(SpeedCap, ResumesNoTaskThatWasCancelledWhileItRested)
 TEST_F(SpeedCap, ChargesAllTransfersToOneBudget)
 {
     engine.settings().maxDownloadSpeedKBps.set(1);
-    engine.add({QStringLiteral("http://h/a"), QStringLiteral("http://h/b")});
+    engine.add({u"http://h/a"_s, u"http://h/b"_s});
     engine.manager().commands().startAll();
     turnEventLoop();
     auto& first = *engine.http.exchanges()[0];

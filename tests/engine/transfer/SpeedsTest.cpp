@@ -1,10 +1,12 @@
+#include "fixtures/EngineOnScript.h"
 #include "fixtures/EventLoop.h"
 #include "fixtures/FakeResolvers.h"
-#include "fixtures/EngineOnScript.h"
 
 #include <QFile>
 
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 using namespace std::chrono_literals;
 using namespace vormel;
@@ -17,7 +19,7 @@ constexpr double shownSpeed = 2000;
 /// A transfer of six bytes, of which three are here.
 struct Running
 {
-    Running() { begin(QStringLiteral("http://h/x.bin"), {}); }
+    Running() { begin(u"http://h/x.bin"_s, {}); }
 
     void begin(const QString& url, const std::vector<HttpHeader>& headers)
     {
@@ -69,15 +71,15 @@ struct End
 
 void blockTheFolderOfASet(Running& transfer)
 {
-    transfer.engine.sandbox.write(QStringLiteral("Downloads/m"), "a file where the folder of the set should be");
-    transfer.begin(QStringLiteral("http://h/get"), {{"Content-Disposition", "filename=m.part1.rar"}});
+    transfer.engine.sandbox.write(u"Downloads/m"_s, "a file where the folder of the set should be");
+    transfer.begin(u"http://h/get"_s, {{"Content-Disposition", "filename=m.part1.rar"}});
     transfer.server().data("def");
 }
 
 void askForALogin(Running& transfer)
 {
     transfer.engine.manager().accounts().set({account(SupportedHost::filestore)});
-    transfer.item = transfer.engine.add(QStringLiteral("https://filestore.example/f/y.bin"));
+    transfer.item = transfer.engine.add(u"https://filestore.example/f/y.bin"_s);
     transfer.log->resolves[0].answer->deliver(ResolverError::unsupportedHost());
     transfer.commands().startItems({transfer.item});
     turnEventLoop();
@@ -146,7 +148,7 @@ class TotalSpeedTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        items = engine.add({QStringLiteral("http://h/a"), QStringLiteral("http://h/b"), QStringLiteral("http://h/c")});
+        items = engine.add({u"http://h/a"_s, u"http://h/b"_s, u"http://h/c"_s});
         engine.manager().commands().startAll();
         turnEventLoop();
         for (const auto& exchange : engine.http.exchanges())
@@ -210,7 +212,7 @@ TEST(StoredSpeedCap, HoldsFromTheStart)
     engine.settings().maxDownloadSpeedKBps.set(1);
     engine.restart();
     EXPECT_EQ(engine.http.blockSize(), 16 * 1024);
-    engine.start(QStringLiteral("http://h/x.bin"));
+    engine.start(u"http://h/x.bin"_s);
     engine.http.last().head(200);
     engine.http.last().data(QByteArray(10240, 'x'));
     turnEventLoop();

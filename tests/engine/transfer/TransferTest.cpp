@@ -3,6 +3,8 @@
 #include <QDir>
 #include <QFile>
 
+using namespace Qt::StringLiterals;
+
 using namespace std::chrono_literals;
 using namespace vormel;
 using namespace vormel::fixtures;
@@ -120,12 +122,12 @@ TEST_F(TransferTest, FinishesWhenTheServerSaysThatNothingIsLeft)
 
 TEST_F(TransferTest, PutsTheMembersOfASetInOneFolder)
 {
-    engine.start(QStringLiteral("http://h/movie.part1.rar"));
-    engine.start(QStringLiteral("http://h/movie.part2.rar"));
-    engine.start(QStringLiteral("http://h/movie.rar"));
-    EXPECT_EQ(engine.sandbox.files(QStringLiteral("Downloads")),
-              (QStringList{QStringLiteral("movie.rar.download"), QStringLiteral("movie/movie.part1.rar.download"),
-                           QStringLiteral("movie/movie.part2.rar.download")}));
+    engine.start(u"http://h/movie.part1.rar"_s);
+    engine.start(u"http://h/movie.part2.rar"_s);
+    engine.start(u"http://h/movie.rar"_s);
+    EXPECT_EQ(engine.sandbox.files(u"Downloads"_s),
+              (QStringList{u"movie.rar.download"_s, u"movie/movie.part1.rar.download"_s,
+                           u"movie/movie.part2.rar.download"_s}));
 }
 
 TEST_F(TransferTest, WritesNoByteOfAPageThatComesInsteadOfTheFile)
@@ -141,12 +143,12 @@ TEST_F(TransferTest, WritesNoByteOfAPageThatComesInsteadOfTheFile)
 
 TEST_F(TransferTest, FetchesAPageThatIsTheFile)
 {
-    const ItemPtr item = engine.start(QStringLiteral("http://h/x.html"));
+    const ItemPtr item = engine.start(u"http://h/x.html"_s);
     say(200, {{"Content-Type", "text/html"}});
     send("<html>yes</html>");
     close();
     EXPECT_EQ(item->status(), DownloadStatus::completed);
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/x.html")), "<html>yes</html>");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/x.html"_s), "<html>yes</html>");
 }
 
 TEST_F(TransferTest, KeepsAtMost8192BytesOfAPage)
@@ -157,29 +159,29 @@ TEST_F(TransferTest, KeepsAtMost8192BytesOfAPage)
     send(QByteArray(8192, ' ') + "geolocation");
     EXPECT_TRUE(server().isOver);
     turnEventLoop();
-    EXPECT_FALSE(item->status().message().contains(QStringLiteral("geo")));
+    EXPECT_FALSE(item->status().message().contains(u"geo"_s));
 }
 
 TEST_F(TransferTest, TakesTheServersNameForADirectLink)
 {
-    const ItemPtr item = engine.start(QStringLiteral("http://h/get?id=1"));
+    const ItemPtr item = engine.start(u"http://h/get?id=1"_s);
     say(200, {{"Content-Length", "3"}, {"Content-Disposition", "attachment; filename=\"movie.part1.rar\""}});
-    EXPECT_EQ(item->filename(), QStringLiteral("movie.part1.rar"));
+    EXPECT_EQ(item->filename(), u"movie.part1.rar"_s);
     send("abc");
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/get.download")), "abc");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/get.download"_s), "abc");
     close();
-    EXPECT_FALSE(engine.sandbox.exists(QStringLiteral("Downloads/get.download")));
-    EXPECT_EQ(item->localPath(), engine.sandbox.path(QStringLiteral("Downloads/movie/movie.part1.rar")));
+    EXPECT_FALSE(engine.sandbox.exists(u"Downloads/get.download"_s));
+    EXPECT_EQ(item->localPath(), engine.sandbox.path(u"Downloads/movie/movie.part1.rar"_s));
 }
 
 TEST_F(TransferTest, FindsItsPartFileAgainUnderTheServersName)
 {
-    const ItemPtr item = engine.start(QStringLiteral("http://h/get?id=1"));
+    const ItemPtr item = engine.start(u"http://h/get?id=1"_s);
     say(200, {{"Content-Length", "6"}, {"Content-Disposition", "attachment; filename=movie.rar"}});
     send("abc");
     engine.restart(true);
     const ItemPtr again = engine.manager().items().at(0);
-    EXPECT_EQ(again->filename(), QStringLiteral("movie.rar"));
+    EXPECT_EQ(again->filename(), u"movie.rar"_s);
     EXPECT_EQ(again->bytesReceived(), 3);
     EXPECT_EQ(again->totalBytes(), 6);
     engine.manager().commands().startAll();
@@ -189,21 +191,21 @@ TEST_F(TransferTest, FindsItsPartFileAgainUnderTheServersName)
 
 TEST_F(TransferTest, LeavesAPartFileAloneThatStandsUnderTheServersName)
 {
-    engine.sandbox.write(QStringLiteral("Downloads/movie.rar.download"), "somebody else's");
-    const ItemPtr item = engine.start(QStringLiteral("http://h/get"));
+    engine.sandbox.write(u"Downloads/movie.rar.download"_s, "somebody else's");
+    const ItemPtr item = engine.start(u"http://h/get"_s);
     say(200, {{"Content-Length", "3"}, {"Content-Disposition", "attachment; filename=movie.rar"}});
     send("abc");
     close();
     EXPECT_EQ(item->status(), DownloadStatus::completed);
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/movie.rar.download")), "somebody else's");
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/movie.rar")), "abc");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/movie.rar.download"_s), "somebody else's");
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/movie.rar"_s), "abc");
 }
 
 TEST_F(TransferTest, IgnoresTheServersNameOnAResume)
 {
     const ItemPtr item = engine.resume(rarLink, "abc");
     say(206, {{"Content-Range", "bytes 3-5/6"}, {"Content-Disposition", "attachment; filename=other.rar"}});
-    EXPECT_EQ(item->filename(), QStringLiteral("x.rar"));
+    EXPECT_EQ(item->filename(), u"x.rar"_s);
 }
 
 TEST_F(TransferTest, TellsTheViewsAtMostTwiceASecond)

@@ -9,6 +9,8 @@
 
 #include <cerrno>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 
 namespace {
@@ -52,10 +54,10 @@ TEST_P(FileErrorText, TellsWhatIsTheCaseInBothLanguages)
 {
     const fixtures::Sandbox sandbox;
     if (GetParam().isFolderThere)
-        sandbox.write(QStringLiteral("Downloads/other.bin"), "x");
+        sandbox.write(u"Downloads/other.bin"_s, "x");
     FileWriter writer;
-    UserDefaults defaults(sandbox.path(QStringLiteral("preferences.json")), writer);
-    AppSettings settings(defaults, sandbox.path(QStringLiteral("Downloads")));
+    UserDefaults defaults(sandbox.path(u"preferences.json"_s), writer);
+    AppSettings settings(defaults, sandbox.path(u"Downloads"_s));
     EXPECT_EQ(fileErrorText(GetParam().systemError, settings).toStdString(), GetParam().english);
     settings.language.set(AppLanguage::italian);
     EXPECT_EQ(fileErrorText(GetParam().systemError, settings).toStdString(), GetParam().italian);

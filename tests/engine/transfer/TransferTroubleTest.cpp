@@ -4,6 +4,8 @@
 #include <QDir>
 #include <QFile>
 
+using namespace Qt::StringLiterals;
+
 using namespace std::chrono_literals;
 using namespace vormel;
 using namespace vormel::fixtures;
@@ -79,10 +81,10 @@ TEST_F(TransferTroubleTest, NoticesAMarkThatOnlyALaterPieceToldAndThatChangesThe
 TEST_F(TransferTroubleTest, AcceptsTheCertificatesOfTheTwoPremiumServicesUnseen)
 {
     engine.start(rarLink);
-    EXPECT_TRUE(server().acceptsAnyCertificateOf(QStringLiteral("cdn7.filestore.example")));
-    EXPECT_TRUE(server().acceptsAnyCertificateOf(QStringLiteral("terabytez.mirror")));
-    EXPECT_FALSE(server().acceptsAnyCertificateOf(QStringLiteral("other.example")));
-    EXPECT_FALSE(server().acceptsAnyCertificateOf(QStringLiteral("terabytez-host.example")));
+    EXPECT_TRUE(server().acceptsAnyCertificateOf(u"cdn7.filestore.example"_s));
+    EXPECT_TRUE(server().acceptsAnyCertificateOf(u"terabytez.mirror"_s));
+    EXPECT_FALSE(server().acceptsAnyCertificateOf(u"other.example"_s));
+    EXPECT_FALSE(server().acceptsAnyCertificateOf(u"terabytez-host.example"_s));
 }
 
 TEST_F(TransferTroubleTest, EndsSoonWhenThePartFileIsRemovedMeanwhile)
@@ -148,32 +150,32 @@ TEST_F(TransferTroubleTest, ResumesFromWhatIsLeftWhenThePartFileIsShortened)
 
 TEST_F(TransferTroubleTest, FailsWhereTheFolderCannotBeMadeAndCompletesOnceItCan)
 {
-    engine.sandbox.write(QStringLiteral("blocked"), "a file where the folder should be");
-    engine.settings().downloadFolderPath.set(engine.sandbox.path(QStringLiteral("blocked")));
+    engine.sandbox.write(u"blocked"_s, "a file where the folder should be");
+    engine.settings().downloadFolderPath.set(engine.sandbox.path(u"blocked"_s));
     const ItemPtr item = engine.start(rarLink);
-    EXPECT_EQ(item->status(), DownloadStatus::failure(QStringLiteral("The download folder is missing.")));
-    ASSERT_TRUE(QFile::remove(engine.sandbox.path(QStringLiteral("blocked"))));
+    EXPECT_EQ(item->status(), DownloadStatus::failure(u"The download folder is missing."_s));
+    ASSERT_TRUE(QFile::remove(engine.sandbox.path(u"blocked"_s)));
     item->setStatus(DownloadStatus::queued);
     engine.manager().processQueue();
     turnEventLoop();
     say(200, {{"Content-Length", "3"}});
     send("abc");
     close();
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("blocked/x.rar")), "abc");
+    EXPECT_EQ(engine.sandbox.read(u"blocked/x.rar"_s), "abc");
 }
 
 TEST_F(TransferTroubleTest, TellsAFileErrorInItalian)
 {
     engine.settings().language.set(AppLanguage::italian);
-    engine.sandbox.write(QStringLiteral("blocked"), "x");
-    engine.settings().downloadFolderPath.set(engine.sandbox.path(QStringLiteral("blocked")));
-    EXPECT_EQ(engine.start(rarLink)->status().message(), QStringLiteral("La cartella dei download non esiste."));
+    engine.sandbox.write(u"blocked"_s, "x");
+    engine.settings().downloadFolderPath.set(engine.sandbox.path(u"blocked"_s));
+    EXPECT_EQ(engine.start(rarLink)->status().message(), u"La cartella dei download non esiste."_s);
 }
 
 TEST_F(TransferTroubleTest, LetsTheSecondOfTwoLinksOfOneNameGoOnWhenTheFirstIsPaused)
 {
-    const ItemPtr first = engine.start(QStringLiteral("http://a/x.rar"));
-    const ItemPtr second = engine.add(QStringLiteral("http://b/x.rar"));
+    const ItemPtr first = engine.start(u"http://a/x.rar"_s);
+    const ItemPtr second = engine.add(u"http://b/x.rar"_s);
     engine.manager().commands().startAll();
     turnEventLoop();
     ASSERT_EQ(second->status(), DownloadStatus::queued);
@@ -185,9 +187,9 @@ TEST_F(TransferTroubleTest, LetsTheSecondOfTwoLinksOfOneNameGoOnWhenTheFirstIsPa
 
 TEST_F(TransferTroubleTest, LetsTheSecondOfTwoLinksOfOneNameWaitForTheFirst)
 {
-    const ItemPtr first = engine.start(QStringLiteral("http://a/x.rar"));
-    const ItemPtr second = engine.add(QStringLiteral("http://b/x.rar"));
-    const ItemPtr third = engine.add(QStringLiteral("http://b/y.rar"));
+    const ItemPtr first = engine.start(u"http://a/x.rar"_s);
+    const ItemPtr second = engine.add(u"http://b/x.rar"_s);
+    const ItemPtr third = engine.add(u"http://b/y.rar"_s);
     engine.manager().commands().startAll();
     turnEventLoop();
     EXPECT_EQ(second->status(), DownloadStatus::queued);
@@ -206,14 +208,14 @@ TEST_F(TransferTroubleTest, LetsTheSecondOfTwoLinksOfOneNameWaitForTheFirst)
     other.finish();
     turnEventLoop();
     EXPECT_EQ(engine.sandbox.read(finalFile), "abc");
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/x (1).rar")), "xyz");
-    EXPECT_EQ(second->localPath(), engine.sandbox.path(QStringLiteral("Downloads/x (1).rar")));
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/x (1).rar"_s), "xyz");
+    EXPECT_EQ(second->localPath(), engine.sandbox.path(u"Downloads/x (1).rar"_s));
 }
 
 TEST_F(TransferTroubleTest, TakesTheSecondLinkToAVolumeForAMirrorOfTheFirst)
 {
-    const ItemPtr first = engine.start(QStringLiteral("http://a/m.part1.rar"));
-    const ItemPtr second = engine.add(QStringLiteral("http://b/m.part1.rar"));
+    const ItemPtr first = engine.start(u"http://a/m.part1.rar"_s);
+    const ItemPtr second = engine.add(u"http://b/m.part1.rar"_s);
     engine.manager().commands().startAll();
     turnEventLoop();
     say(200, {{"Content-Length", "3"}});
@@ -232,7 +234,7 @@ TEST_F(TransferTroubleTest, ClosesItsFilesAndSavesAtTheEnd)
     engine.manager().shutDown();
     server().data("def");
     EXPECT_EQ(engine.sandbox.read(partFile), "abc");
-    EXPECT_TRUE(engine.sandbox.read(QStringLiteral("data/Vormel/download_queue.json")).contains("x.rar"));
+    EXPECT_TRUE(engine.sandbox.read(u"data/Vormel/download_queue.json"_s).contains("x.rar"));
 }
 
 TEST_F(TransferTroubleTest, DropsABlockThatArrivesAfterAPause)
@@ -262,18 +264,18 @@ class HostileHeader : public OneTransfer, public ::testing::WithParamInterface<H
 TEST_P(HostileHeader, EndsAsAFileInTheDownloadFolder)
 {
     engine.settings().autoExtract.set(false);
-    engine.sandbox.write(QStringLiteral("precious"), "keep");
-    const ItemPtr item = engine.start(QStringLiteral("http://h/get"));
+    engine.sandbox.write(u"precious"_s, "keep");
+    const ItemPtr item = engine.start(u"http://h/get"_s);
     say(200, {{"Content-Length", "3"}, {"Content-Disposition", GetParam().header}});
     send("abc");
     close();
     ASSERT_EQ(item->status(), DownloadStatus::completed);
-    const QString relative = QDir(engine.sandbox.path(QStringLiteral("Downloads"))).relativeFilePath(*item->localPath());
-    EXPECT_FALSE(relative.startsWith(QStringLiteral("../"))) << qPrintable(relative);
+    const QString relative = QDir(engine.sandbox.path(u"Downloads"_s)).relativeFilePath(*item->localPath());
+    EXPECT_FALSE(relative.startsWith(u"../"_s)) << qPrintable(relative);
     EXPECT_LE(relative.count(u'/'), 1);
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("Downloads/") + relative), "abc");
-    EXPECT_EQ(engine.sandbox.read(QStringLiteral("precious")), "keep");
-    EXPECT_EQ(engine.sandbox.files(QStringLiteral("Downloads")).size(), 1);
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/"_s + relative), "abc");
+    EXPECT_EQ(engine.sandbox.read(u"precious"_s), "keep");
+    EXPECT_EQ(engine.sandbox.files(u"Downloads"_s).size(), 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -296,14 +298,14 @@ class HostileLink : public OneTransfer, public ::testing::WithParamInterface<con
 TEST_P(HostileLink, EndsAsAFileInTheDownloadFolder)
 {
     engine.settings().autoExtract.set(false);
-    const ItemPtr item = engine.start(QStringLiteral("http://h") + QLatin1StringView(GetParam()));
+    const ItemPtr item = engine.start(u"http://h"_s + QLatin1StringView(GetParam()));
     say(200, {{"Content-Length", "3"}});
     send("abc");
     close();
     ASSERT_EQ(item->status(), DownloadStatus::completed);
     const QStringList files = engine.sandbox.files();
-    EXPECT_EQ(files.filter(QStringLiteral("Downloads/")).size(), 1);
-    const QStringList own{QStringLiteral("Downloads/"), QStringLiteral("data/"), QStringLiteral("config/")};
+    EXPECT_EQ(files.filter(u"Downloads/"_s).size(), 1);
+    const QStringList own{u"Downloads/"_s, u"data/"_s, u"config/"_s};
     for (const QString& file : files)
         EXPECT_TRUE(own.contains(file.left(file.indexOf(u'/') + 1))) << qPrintable(file);
 }

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -31,15 +33,15 @@ TEST_F(SharedEventualTest, AllWhoWaitGetTheResultInTheirOrder)
     await("b");
     EXPECT_TRUE(log.isEmpty());
     EXPECT_FALSE(result.isThere());
-    result.deliver(QStringLiteral("x"));
+    result.deliver(u"x"_s);
     await("c");
     EXPECT_EQ(log.join(u','), u"a x,b x,c x");
 }
 
 TEST_F(SharedEventualTest, OnlyTheFirstResultCounts)
 {
-    result.deliver(QStringLiteral("x"));
-    result.deliver(QStringLiteral("y"));
+    result.deliver(u"x"_s);
+    result.deliver(u"y"_s);
     await("a");
     EXPECT_EQ(log.join(u','), u"a x");
 }
@@ -54,8 +56,8 @@ TEST_F(SharedEventualTest, AWaiterMayLetGoOfTheLastCopy)
         last.reset();
     };
     spawn(letGo(own, log));
-    spawn(note(*own, QStringLiteral("b"), log));
-    own->deliver(QStringLiteral("x"));
+    spawn(note(*own, u"b"_s, log));
+    own->deliver(u"x"_s);
     EXPECT_EQ(own, nullptr);
     EXPECT_EQ(log.join(u','), u"x,b x");
 }

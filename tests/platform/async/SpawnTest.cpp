@@ -8,6 +8,8 @@
 
 #include <stdexcept>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -34,7 +36,7 @@ private:
     }
     static void take(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text)
     {
-        caught().append(type == QtCriticalMsg ? text : QStringLiteral("not critical: ") + text);
+        caught().append(type == QtCriticalMsg ? text : u"not critical: "_s + text);
     }
 
     QtMessageHandler m_previous;
@@ -64,7 +66,7 @@ TEST(Spawn, AnExceptionThatLeavesTheTaskIsLogged)
     EventualSource<int> source(0);
     source.deliver(1);
     spawn(throwAfter(source.eventual()));
-    EXPECT_EQ(LogCatcher::lines(), QStringList(QStringLiteral("A background task ended with: the reason")));
+    EXPECT_EQ(LogCatcher::lines(), QStringList(u"A background task ended with: the reason"_s));
 }
 
 TEST(Spawn, AnExceptionAfterASuspensionIsLoggedAndDoesNotReachTheOneWhoWokeTheTask)
@@ -81,7 +83,7 @@ TEST(Spawn, WhateverElseIsThrownIsLoggedToo)
 {
     const LogCatcher log;
     EXPECT_NO_THROW(spawn(throwNumber()));
-    EXPECT_EQ(LogCatcher::lines(), QStringList(QStringLiteral("A background task ended with an unknown exception")));
+    EXPECT_EQ(LogCatcher::lines(), QStringList(u"A background task ended with an unknown exception"_s));
 }
 
 TEST(Spawn, TheTaskRunsToItsEndWithoutAnOwner)

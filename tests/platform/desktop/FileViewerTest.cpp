@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -31,20 +33,18 @@ class FileViewerTest : public ::testing::Test
 protected:
     FileViewerTest()
     {
-        const QByteArray opened = sandbox.path(QStringLiteral("opened")).toUtf8();
-        const QString tool =
-            sandbox.write(QStringLiteral("bin/xdg-open"), "#!/bin/sh\nprintf %s \"$1\" > '" + opened + ".new'\nmv '" +
-                                                              opened + ".new' '" + opened + "'\n");
+        const QByteArray opened = sandbox.path(u"opened"_s).toUtf8();
+        const QString tool = sandbox.write(u"bin/xdg-open"_s, "#!/bin/sh\nprintf %s \"$1\" > '" + opened +
+                                                                  ".new'\nmv '" + opened + ".new' '" + opened + "'\n");
         QFile::setPermissions(tool, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        m_daemon.start(QStringLiteral("dbus-daemon"),
-                       {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address")});
-        qputenv("PATH", sandbox.path(QStringLiteral("bin")).toUtf8() + ':' + m_pathBefore);
+        m_daemon.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address"_s});
+        qputenv("PATH", sandbox.path(u"bin"_s).toUtf8() + ':' + m_pathBefore);
     }
     ~FileViewerTest() override
     {
         qputenv("PATH", m_pathBefore);
-        QDBusConnection::disconnectFromBus(QStringLiteral("viewer"));
-        QDBusConnection::disconnectFromBus(QStringLiteral("manager"));
+        QDBusConnection::disconnectFromBus(u"viewer"_s);
+        QDBusConnection::disconnectFromBus(u"manager"_s);
         m_daemon.terminate();
         m_daemon.waitForFinished();
     }
@@ -63,7 +63,7 @@ protected:
     {
         return QDBusConnection::connectToBus(m_address, QString::fromLatin1(name));
     }
-    QString opened() const { return QString::fromUtf8(sandbox.read(QStringLiteral("opened"))); }
+    QString opened() const { return QString::fromUtf8(sandbox.read(u"opened"_s)); }
 
     fixtures::Sandbox sandbox;
 
@@ -77,31 +77,31 @@ TEST_F(FileViewerTest, AsksTheFileManagerToChooseTheFile)
 {
     FileManager manager;
     QDBusConnection service = bus("manager");
-    ASSERT_TRUE(service.registerService(QStringLiteral("org.freedesktop.FileManager1")));
-    ASSERT_TRUE(service.registerObject(QStringLiteral("/org/freedesktop/FileManager1"), &manager,
-                                       QDBusConnection::ExportScriptableSlots));
+    ASSERT_TRUE(service.registerService(u"org.freedesktop.FileManager1"_s));
+    ASSERT_TRUE(
+        service.registerObject(u"/org/freedesktop/FileManager1"_s, &manager, QDBusConnection::ExportScriptableSlots));
     DesktopFileViewer viewer(bus("viewer"));
-    viewer.show(QStringLiteral("/srv/a folder/x #1.bin"));
+    viewer.show(u"/srv/a folder/x #1.bin"_s);
     ASSERT_TRUE(fixtures::waitUntil([&manager] { return !manager.shown.isEmpty(); }));
-    EXPECT_EQ(manager.shown, QStringList{QStringLiteral("file:///srv/a%20folder/x%20%231.bin")});
-    EXPECT_FALSE(sandbox.exists(QStringLiteral("opened")));
+    EXPECT_EQ(manager.shown, QStringList{u"file:///srv/a%20folder/x%20%231.bin"_s});
+    EXPECT_FALSE(sandbox.exists(u"opened"_s));
 }
 
 TEST_F(FileViewerTest, OpensTheFolderWhereNoFileManagerAnswers)
 {
-    const QString file = sandbox.write(QStringLiteral("a folder/-x #1.bin"), "x");
+    const QString file = sandbox.write(u"a folder/-x #1.bin"_s, "x");
     DesktopFileViewer viewer(bus("viewer"));
     viewer.show(file);
-    ASSERT_TRUE(fixtures::waitUntil([this] { return sandbox.exists(QStringLiteral("opened")); }));
+    ASSERT_TRUE(fixtures::waitUntil([this] { return sandbox.exists(u"opened"_s); }));
     EXPECT_EQ(opened(), QFileInfo(file).absolutePath());
 }
 
 TEST_F(FileViewerTest, OpensTheFolderWhereThereIsNoBus)
 {
-    DesktopFileViewer viewer(QDBusConnection(QStringLiteral("a bus that nobody made")));
-    viewer.show(sandbox.path(QStringLiteral("gone/x.bin")));
-    ASSERT_TRUE(fixtures::waitUntil([this] { return sandbox.exists(QStringLiteral("opened")); }));
-    EXPECT_EQ(opened(), sandbox.path(QStringLiteral("gone")));
+    DesktopFileViewer viewer(QDBusConnection(u"a bus that nobody made"_s));
+    viewer.show(sandbox.path(u"gone/x.bin"_s));
+    ASSERT_TRUE(fixtures::waitUntil([this] { return sandbox.exists(u"opened"_s); }));
+    EXPECT_EQ(opened(), sandbox.path(u"gone"_s));
 }
 
 } // namespace

@@ -4,12 +4,14 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
 TEST(Folders, OfAProfileLieApartBelowItsRoot)
 {
-    const Folders folders = Folders::below(QStringLiteral("/profile"));
+    const Folders folders = Folders::below(u"/profile"_s);
     const QSet<QString> all = {folders.downloads, folders.applicationSupport, folders.configuration, folders.runtime};
     EXPECT_EQ(all.size(), 4);
     for (const QString& folder : all) {

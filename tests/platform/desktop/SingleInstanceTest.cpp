@@ -5,17 +5,19 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 using namespace vormel::fixtures;
 
 TEST(SingleInstance, LetsTheSecondAskTheFirstToShow)
 {
     const Sandbox sandbox;
-    const SingleInstance first(sandbox.path(QStringLiteral("run")));
+    const SingleInstance first(sandbox.path(u"run"_s));
     ASSERT_TRUE(first.isFirst());
     int asked = 0;
     QObject::connect(&first, &SingleInstance::showRequested, &first, [&asked] { ++asked; });
-    const SingleInstance second(sandbox.path(QStringLiteral("run")));
+    const SingleInstance second(sandbox.path(u"run"_s));
     EXPECT_FALSE(second.isFirst());
     EXPECT_TRUE(second.askFirstToShow());
     EXPECT_TRUE(waitUntil([&asked] { return asked == 1; }));
@@ -34,7 +36,7 @@ TEST(SingleInstance, GivesTheLockFreeWithItsEnd)
 
 TEST(SingleInstance, StartsWithoutAUsableFolder)
 {
-    const SingleInstance instance(QStringLiteral("/proc/nowhere"));
+    const SingleInstance instance(u"/proc/nowhere"_s);
     EXPECT_TRUE(instance.isFirst());
     EXPECT_FALSE(instance.askFirstToShow());
 }

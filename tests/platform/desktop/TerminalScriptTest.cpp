@@ -9,6 +9,8 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -25,55 +27,54 @@ protected:
     std::optional<QString> write(const QString& command) { return writeTerminalScript(folder, command); }
 
     fixtures::Sandbox sandbox;
-    QString folder = sandbox.path(QStringLiteral("run/Vormel"));
-    QString script = folder + QStringLiteral("/vormel_install.command");
+    QString folder = sandbox.path(u"run/Vormel"_s);
+    QString script = folder + u"/vormel_install.command"_s;
 };
 
 TEST_F(TerminalScriptTest, HoldsTheCommandAndNothingElse)
 {
-    EXPECT_EQ(write(QStringLiteral("brew install però")), script);
-    EXPECT_EQ(sandbox.read(QStringLiteral("run/Vormel/vormel_install.command")), "#!/bin/bash\nbrew install però\n");
+    EXPECT_EQ(write(u"brew install però"_s), script);
+    EXPECT_EQ(sandbox.read(u"run/Vormel/vormel_install.command"_s), "#!/bin/bash\nbrew install però\n");
 }
 
 TEST_F(TerminalScriptTest, EverybodyMayRunItButOnlyTheUserGetsThere)
 {
-    write(QStringLiteral("true"));
+    write(u"true"_s);
     EXPECT_EQ(modeOf(script), 0755U);
     EXPECT_EQ(modeOf(folder), 0700U);
 }
 
 TEST_F(TerminalScriptTest, AnOpenFolderIsClosed)
 {
-    sandbox.write(QStringLiteral("run/Vormel/other"), {});
+    sandbox.write(u"run/Vormel/other"_s, {});
     ASSERT_EQ(::chmod(QFile::encodeName(folder).constData(), 0777), 0);
-    write(QStringLiteral("true"));
+    write(u"true"_s);
     EXPECT_EQ(modeOf(folder), 0700U);
 }
 
 TEST_F(TerminalScriptTest, ASecondOneReplacesTheFirst)
 {
-    write(QStringLiteral("brew install rar and much more than that"));
-    EXPECT_EQ(write(QStringLiteral("brew install sevenzip")), script);
-    EXPECT_EQ(sandbox.read(QStringLiteral("run/Vormel/vormel_install.command")),
-              "#!/bin/bash\nbrew install sevenzip\n");
-    EXPECT_EQ(sandbox.files(), QStringList{QStringLiteral("run/Vormel/vormel_install.command")});
+    write(u"brew install rar and much more than that"_s);
+    EXPECT_EQ(write(u"brew install sevenzip"_s), script);
+    EXPECT_EQ(sandbox.read(u"run/Vormel/vormel_install.command"_s), "#!/bin/bash\nbrew install sevenzip\n");
+    EXPECT_EQ(sandbox.files(), QStringList{u"run/Vormel/vormel_install.command"_s});
     EXPECT_EQ(modeOf(script), 0755U);
 }
 
 TEST_F(TerminalScriptTest, ALinkOfThatNameIsReplacedAndNotFollowed)
 {
-    const QString victim = sandbox.write(QStringLiteral("victim"), "mine");
+    const QString victim = sandbox.write(u"victim"_s, "mine");
     ASSERT_TRUE(QDir().mkpath(folder));
     ASSERT_TRUE(QFile::link(victim, script));
-    EXPECT_EQ(write(QStringLiteral("true")), script);
-    EXPECT_EQ(sandbox.read(QStringLiteral("victim")), "mine");
+    EXPECT_EQ(write(u"true"_s), script);
+    EXPECT_EQ(sandbox.read(u"victim"_s), "mine");
     EXPECT_FALSE(QFileInfo(script).isSymLink());
 }
 
 TEST_F(TerminalScriptTest, AFailedWriteGivesNothing)
 {
-    sandbox.write(QStringLiteral("run"), "a file where the folder should be");
-    EXPECT_EQ(write(QStringLiteral("true")), std::nullopt);
+    sandbox.write(u"run"_s, "a file where the folder should be");
+    EXPECT_EQ(write(u"true"_s), std::nullopt);
 }
 
 } // namespace

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -13,11 +15,11 @@ class TerminalTest : public ::testing::Test
 protected:
     std::optional<TerminalCall> call(const char* preferred = "")
     {
-        return terminalCall(QStringLiteral("/run/it"), QString::fromLatin1(preferred), {programs.folder()});
+        return terminalCall(u"/run/it"_s, QString::fromLatin1(preferred), {programs.folder()});
     }
     void install(const char* name) { programs.add(QString::fromLatin1(name)); }
     [[nodiscard]] QString pathOf(const char* name) const { return programs.folder() + QString::fromLatin1(name); }
-    [[nodiscard]] QString folder() const { return sandbox.path(QStringLiteral("run")); }
+    [[nodiscard]] QString folder() const { return sandbox.path(u"run"_s); }
 
     fixtures::FakeTools programs;
     fixtures::Sandbox sandbox;
@@ -59,8 +61,8 @@ TEST_F(TerminalTest, EachTakesTheCommandInItsOwnWay)
     };
     for (const auto& [name, separator] : separators) {
         install(name);
-        const QStringList expected{QString::fromLatin1(separator), QStringLiteral("/bin/bash"),
-                                   QStringLiteral("--init-file"), QStringLiteral("/run/it"), QStringLiteral("-i")};
+        const QStringList expected{QString::fromLatin1(separator), u"/bin/bash"_s, u"--init-file"_s, u"/run/it"_s,
+                                   u"-i"_s};
         EXPECT_EQ(call(name)->arguments, expected) << name;
     }
 }
@@ -68,32 +70,30 @@ TEST_F(TerminalTest, EachTakesTheCommandInItsOwnWay)
 TEST_F(TerminalTest, StartsTheProgramWithTheScript)
 {
     install("xterm");
-    DesktopTerminal(folder(), {}, {programs.folder()}).run(QStringLiteral("sudo apt install 7zip"));
-    ASSERT_TRUE(fixtures::waitUntil([this] { return !programs.calls(QStringLiteral("xterm")).isEmpty(); }));
-    EXPECT_EQ(programs.calls(QStringLiteral("xterm")).first().at(3),
-              folder() + QStringLiteral("/vormel_install.command"));
-    EXPECT_EQ(sandbox.read(QStringLiteral("run/vormel_install.command")), "#!/bin/bash\nsudo apt install 7zip\n");
+    DesktopTerminal(folder(), {}, {programs.folder()}).run(u"sudo apt install 7zip"_s);
+    ASSERT_TRUE(fixtures::waitUntil([this] { return !programs.calls(u"xterm"_s).isEmpty(); }));
+    EXPECT_EQ(programs.calls(u"xterm"_s).first().at(3), folder() + u"/vormel_install.command"_s);
+    EXPECT_EQ(sandbox.read(u"run/vormel_install.command"_s), "#!/bin/bash\nsudo apt install 7zip\n");
 }
 
 TEST_F(TerminalTest, RunsTheCommandAndStaysOpenWithAPrompt)
 {
     // Does with its arguments what a terminal does; what is typed then comes from the pipe.
-    const QByteArray result = sandbox.path(QStringLiteral("result")).toUtf8();
-    programs.add(QStringLiteral("xterm"), "shift; echo 'echo still here >> " + result + "; exit' | \"$@\" 2>/dev/null");
-    DesktopTerminal(folder(), {}, {programs.folder()})
-        .run(QStringLiteral("echo installed >> ") + QString::fromUtf8(result));
-    ASSERT_TRUE(fixtures::waitUntil([this] { return sandbox.read(QStringLiteral("result")).contains("still here"); }));
-    EXPECT_EQ(sandbox.read(QStringLiteral("result")), "installed\nstill here\n");
+    const QByteArray result = sandbox.path(u"result"_s).toUtf8();
+    programs.add(u"xterm"_s, "shift; echo 'echo still here >> " + result + "; exit' | \"$@\" 2>/dev/null");
+    DesktopTerminal(folder(), {}, {programs.folder()}).run(u"echo installed >> "_s + QString::fromUtf8(result));
+    ASSERT_TRUE(fixtures::waitUntil([this] { return sandbox.read(u"result"_s).contains("still here"); }));
+    EXPECT_EQ(sandbox.read(u"result"_s), "installed\nstill here\n");
 }
 
 TEST_F(TerminalTest, FailsInSilenceWithoutATerminalOrAFolder)
 {
-    DesktopTerminal(folder(), {}, {programs.folder()}).run(QStringLiteral("true"));
-    EXPECT_TRUE(sandbox.exists(QStringLiteral("run/vormel_install.command")));
+    DesktopTerminal(folder(), {}, {programs.folder()}).run(u"true"_s);
+    EXPECT_TRUE(sandbox.exists(u"run/vormel_install.command"_s));
     install("xterm");
-    sandbox.write(QStringLiteral("file"), {});
-    DesktopTerminal(sandbox.path(QStringLiteral("file/run")), {}, {programs.folder()}).run(QStringLiteral("true"));
-    EXPECT_TRUE(programs.calls(QStringLiteral("xterm")).isEmpty());
+    sandbox.write(u"file"_s, {});
+    DesktopTerminal(sandbox.path(u"file/run"_s), {}, {programs.folder()}).run(u"true"_s);
+    EXPECT_TRUE(programs.calls(u"xterm"_s).isEmpty());
 }
 
 } // namespace

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -17,20 +19,19 @@ class UrlOpenerTest : public ::testing::Test
 protected:
     UrlOpenerTest()
     {
-        const QByteArray opened = sandbox.path(QStringLiteral("opened")).toUtf8();
-        const QString tool =
-            sandbox.write(QStringLiteral("bin/xdg-open"), "#!/bin/sh\nprintf %s \"$*\" > '" + opened + ".new'\nmv '" +
-                                                              opened + ".new' '" + opened + "'\n");
+        const QByteArray opened = sandbox.path(u"opened"_s).toUtf8();
+        const QString tool = sandbox.write(u"bin/xdg-open"_s, "#!/bin/sh\nprintf %s \"$*\" > '" + opened +
+                                                                  ".new'\nmv '" + opened + ".new' '" + opened + "'\n");
         QFile::setPermissions(tool, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        qputenv("PATH", sandbox.path(QStringLiteral("bin")).toUtf8() + ':' + m_pathBefore);
+        qputenv("PATH", sandbox.path(u"bin"_s).toUtf8() + ':' + m_pathBefore);
     }
     ~UrlOpenerTest() override { qputenv("PATH", m_pathBefore); }
 
     QString open(const QUrl& url)
     {
         DesktopUrlOpener().open(url);
-        EXPECT_TRUE(fixtures::waitUntil([this] { return sandbox.exists(QStringLiteral("opened")); }));
-        return QString::fromUtf8(sandbox.read(QStringLiteral("opened")));
+        EXPECT_TRUE(fixtures::waitUntil([this] { return sandbox.exists(u"opened"_s); }));
+        return QString::fromUtf8(sandbox.read(u"opened"_s));
     }
 
     fixtures::Sandbox sandbox;
@@ -41,13 +42,13 @@ private:
 
 TEST_F(UrlOpenerTest, HandsOnTheAddressOfAPageAsItIsWritten)
 {
-    const QString address = QStringLiteral("https://h.example/a%20b?x=%26&y=1#c");
+    const QString address = u"https://h.example/a%20b?x=%26&y=1#c"_s;
     EXPECT_EQ(open(QUrl(address)), address);
 }
 
 TEST_F(UrlOpenerTest, HandsOnTheFolderOfALocalAddress)
 {
-    EXPECT_EQ(open(QUrl::fromLocalFile(QStringLiteral("/srv/a folder #1"))), u"/srv/a folder #1");
+    EXPECT_EQ(open(QUrl::fromLocalFile(u"/srv/a folder #1"_s)), u"/srv/a folder #1");
 }
 
 } // namespace

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -43,7 +45,7 @@ qint64 residentBytes()
 #if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
     return 0; // the sanitizers' own memory would hide the program's
 #else
-    QFile file(QStringLiteral("/proc/self/statm"));
+    QFile file(u"/proc/self/statm"_s);
     EXPECT_TRUE(file.open(QIODevice::ReadOnly));
     return file.readAll().split(' ').at(1).toLongLong() * 4096;
 #endif

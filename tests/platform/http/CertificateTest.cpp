@@ -5,6 +5,8 @@
 #include <thread>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -76,15 +78,15 @@ TEST_F(CertificateTest, OfAnExceptedHostGoesUnexamined)
     for (const sites::TlsIdentity& identity :
          {certificates().wrongName(), certificates().expired(), certificates().selfSigned()}) {
         const auto secure = serverWith(identity);
-        EXPECT_EQ(fetch(secure->url("/f"), {QStringLiteral("127.0.0.1")}).body, "secret");
-        expectError(fetch(secure->url("/f"), {QStringLiteral("other.example")}), Kind::certificateUntrusted);
+        EXPECT_EQ(fetch(secure->url("/f"), {u"127.0.0.1"_s}).body, "secret");
+        expectError(fetch(secure->url("/f"), {u"other.example"_s}), Kind::certificateUntrusted);
     }
 }
 
 TEST_F(CertificateTest, IsExaminedAnewAfterATransferThatDidNot)
 {
     const auto secure = serverWith(certificates().selfSigned());
-    EXPECT_EQ(fetch(secure->url("/f"), {QStringLiteral("127.0.0.1")}).body, "secret");
+    EXPECT_EQ(fetch(secure->url("/f"), {u"127.0.0.1"_s}).body, "secret");
     expectError(fetch(secure->url("/f")), Kind::certificateUntrusted);
 }
 
@@ -95,18 +97,18 @@ TEST_F(CertificateTest, IsDecidedAboutForEachHop)
     first->serve("/from", {.answers = {Answer::redirect(302, bad->url("localhost", "/f"))}});
 
     Recorder recorder;
-    recorder.trustedHosts = {QStringLiteral("127.0.0.1")};
+    recorder.trustedHosts = {u"127.0.0.1"_s};
     expectError(run(*trusting, requestFor(first->url("/from")), recorder), Kind::certificateUntrusted);
-    EXPECT_EQ(recorder.askedHosts(), (std::vector{QStringLiteral("127.0.0.1"), QStringLiteral("localhost")}));
+    EXPECT_EQ(recorder.askedHosts(), (std::vector{u"127.0.0.1"_s, u"localhost"_s}));
     EXPECT_TRUE(bad->requests().empty());
 
-    EXPECT_EQ(fetch(first->url("/from"), {QStringLiteral("127.0.0.1"), QStringLiteral("localhost")}).body, "secret");
+    EXPECT_EQ(fetch(first->url("/from"), {u"127.0.0.1"_s, u"localhost"_s}).body, "secret");
 }
 
 TEST_F(CertificateTest, ExceptionsAreAskedForInSmallLetters)
 {
     const auto secure = serverWith(certificates().selfSigned());
-    EXPECT_EQ(fetch(secure->url("LocalHost", "/f"), {QStringLiteral("localhost")}).body, "secret");
+    EXPECT_EQ(fetch(secure->url("LocalHost", "/f"), {u"localhost"_s}).body, "secret");
 }
 
 /// Greets whoever connects, once, in plain text.

@@ -8,6 +8,8 @@
 #include <mutex>
 #include <netdb.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// The name server that answers no question about one host until the test lets it, or has forgotten to.
@@ -86,8 +88,7 @@ protected:
     [[nodiscard]] std::unique_ptr<HttpTask> ask(HttpClient& by)
     {
         auto task = by.makeTask(
-            requestFor(QStringLiteral("http://%1/x").arg(QLatin1StringView(SilentNameServer::host)).toStdString()),
-            recorder);
+            requestFor(u"http://%1/x"_s.arg(QLatin1StringView(SilentNameServer::host)).toStdString()), recorder);
         task->resume();
         EXPECT_TRUE(silentNameServer().waitForQuestion());
         return task;

@@ -4,6 +4,8 @@
 
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -46,11 +48,11 @@ Step lengths(const std::vector<QByteArray>& values)
 
 TEST(HeadReader, AHeadHasAStatusAndFields)
 {
-    HeadReader reader{QUrl(QStringLiteral("http://h/x"))};
+    HeadReader reader{QUrl(u"http://h/x"_s)};
     ASSERT_EQ(read(reader, {"HTTP/1.1 206 Partial Content\r\n", "ETag:\t\"a\" \r\n", "X : 1\n", "\r\n"}),
               Step::complete);
     EXPECT_EQ(reader.response().statusCode, 206);
-    EXPECT_EQ(reader.response().url, QUrl(QStringLiteral("http://h/x")));
+    EXPECT_EQ(reader.response().url, QUrl(u"http://h/x"_s));
     EXPECT_EQ(reader.response().header("etag"), "\"a\"");
     EXPECT_EQ(reader.response().header("x"), "1");
 }

@@ -4,6 +4,8 @@
 
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -178,8 +180,8 @@ HttpResponse answerFrom(const char* url, const char* location)
 
 TEST(RedirectTarget, TakesTheFragmentAlongUnlessItBringsItsOwn)
 {
-    EXPECT_EQ(redirectTarget(answerFrom("http://a/x#old", "/y")), QUrl(QStringLiteral("http://a/y#old")));
-    EXPECT_EQ(redirectTarget(answerFrom("http://a/x#old", "/y#new")), QUrl(QStringLiteral("http://a/y#new")));
+    EXPECT_EQ(redirectTarget(answerFrom("http://a/x#old", "/y")), QUrl(u"http://a/y#old"_s));
+    EXPECT_EQ(redirectTarget(answerFrom("http://a/x#old", "/y#new")), QUrl(u"http://a/y#new"_s));
 }
 
 TEST(RedirectTarget, KeepsTheEncodingOfItsPath)

@@ -13,6 +13,8 @@
 #include <algorithm>
 #include <csignal>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -26,7 +28,7 @@ QCoro::Task<> keepEnd(ChildProcesses& processes, QString path, QStringList args,
 class ChildProcessTest : public ::testing::Test
 {
 protected:
-    ChildEnd shell(const QString& script) { return run(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), script}); }
+    ChildEnd shell(const QString& script) { return run(u"/bin/sh"_s, {u"-c"_s, script}); }
 
     ChildEnd run(const QString& path, const QStringList& args)
     {
@@ -39,11 +41,11 @@ protected:
     /// Starts a shell that writes its number to a file, and gives that number.
     pid_t startWritingNumber(const QString& script, std::optional<ChildEnd>& end)
     {
-        const QString path = sandbox.path(QStringLiteral("pid"));
-        const QString line = QStringLiteral("%1 echo $! $$ >'%2.new'; mv '%2.new' '%2'; sleep 600").arg(script, path);
-        spawn(keepEnd(*owned, QStringLiteral("/bin/sh"), {QStringLiteral("-c"), line}, end));
+        const QString path = sandbox.path(u"pid"_s);
+        const QString line = u"%1 echo $! $$ >'%2.new'; mv '%2.new' '%2'; sleep 600"_s.arg(script, path);
+        spawn(keepEnd(*owned, u"/bin/sh"_s, {u"-c"_s, line}, end));
         EXPECT_TRUE(waitUntil([&] { return QFile::exists(path); }));
-        return sandbox.read(QStringLiteral("pid")).trimmed().split(' ').front().toInt();
+        return sandbox.read(u"pid"_s).trimmed().split(' ').front().toInt();
     }
 
     fixtures::Sandbox sandbox;
@@ -53,7 +55,7 @@ protected:
 
 TEST_F(ChildProcessTest, OutputAndErrorsStayInTheOrderInWhichTheyWereWritten)
 {
-    const ChildEnd end = shell(QStringLiteral("echo one; echo two >&2; echo three"));
+    const ChildEnd end = shell(u"echo one; echo two >&2; echo three"_s);
     EXPECT_EQ(end.launchError, std::nullopt);
     EXPECT_EQ(end.status, 0);
     EXPECT_EQ(end.output, "one\ntwo\nthree\n");
@@ -61,41 +63,39 @@ TEST_F(ChildProcessTest, OutputAndErrorsStayInTheOrderInWhichTheyWereWritten)
 
 TEST_F(ChildProcessTest, ArgumentsReachTheProgramAsTheyAre)
 {
-    const ChildEnd end = run(QStringLiteral("/usr/bin/printf"),
-                             {QStringLiteral("[%s]"), QStringLiteral("a b\"'$x"), QString(), QStringLiteral("-o;ls")});
+    const ChildEnd end = run(u"/usr/bin/printf"_s, {u"[%s]"_s, u"a b\"'$x"_s, QString(), u"-o;ls"_s});
     EXPECT_EQ(end.output, "[a b\"'$x][][-o;ls]");
 }
 
 TEST_F(ChildProcessTest, TheExitCodeIsTheStatus)
 {
-    EXPECT_EQ(shell(QStringLiteral("exit 11")).status, 11);
+    EXPECT_EQ(shell(u"exit 11"_s).status, 11);
 }
 
 TEST_F(ChildProcessTest, ASignalIsNotTakenForAnExitCode)
 {
-    EXPECT_EQ(shell(QStringLiteral("kill -SEGV $$")).status, 128 + SIGSEGV);
-    EXPECT_EQ(shell(QStringLiteral("kill -TERM $$")).status, 128 + SIGTERM);
+    EXPECT_EQ(shell(u"kill -SEGV $$"_s).status, 128 + SIGSEGV);
+    EXPECT_EQ(shell(u"kill -TERM $$"_s).status, 128 + SIGTERM);
 }
 
 TEST_F(ChildProcessTest, AMissingProgramIsToldInTheSystemsWords)
 {
-    EXPECT_EQ(run(QStringLiteral("/no/such/tool"), {}).launchError, QStringLiteral("No such file or directory"));
+    EXPECT_EQ(run(u"/no/such/tool"_s, {}).launchError, u"No such file or directory"_s);
 }
 
 TEST_F(ChildProcessTest, AFileThatMayNotBeExecutedIsToldInTheSystemsWords)
 {
-    EXPECT_EQ(run(sandbox.write(QStringLiteral("tool"), "x"), {}).launchError, QStringLiteral("Permission denied"));
+    EXPECT_EQ(run(sandbox.write(u"tool"_s, "x"), {}).launchError, u"Permission denied"_s);
 }
 
 TEST_F(ChildProcessTest, AProgramThatAsksReadsTheEndAtOnce)
 {
-    EXPECT_EQ(shell(QStringLiteral("read answer || echo nothing")).output, "nothing\n");
+    EXPECT_EQ(shell(u"read answer || echo nothing"_s).output, "nothing\n");
 }
 
 TEST_F(ChildProcessTest, AProgramHasNoTerminalAndASessionOfItsOwn)
 {
-    const ChildEnd end =
-        shell(QStringLiteral("(: </dev/tty) 2>/dev/null || echo none; cut -d' ' -f1,5,6 /proc/$$/stat"));
+    const ChildEnd end = shell(u"(: </dev/tty) 2>/dev/null || echo none; cut -d' ' -f1,5,6 /proc/$$/stat"_s);
     const QList<QByteArray> lines = end.output.split('\n');
     ASSERT_GE(lines.size(), 2);
     EXPECT_EQ(lines[0], "none");
@@ -114,8 +114,7 @@ TEST_F(ChildProcessTest, SignalsThatThisProgramHoldsBackReachTheOther)
     ASSERT_EQ(::pthread_sigmask(SIG_BLOCK, &held, &before), 0);
     // Asked without a shell, as that would undo it too.
     const auto oldPipe = ::signal(SIGPIPE, SIG_IGN);
-    const ChildEnd end = run(QStringLiteral("/usr/bin/grep"), {QStringLiteral("-E"), QStringLiteral("Sig(Blk|Ign)"),
-                                                               QStringLiteral("/proc/self/status")});
+    const ChildEnd end = run(u"/usr/bin/grep"_s, {u"-E"_s, u"Sig(Blk|Ign)"_s, u"/proc/self/status"_s});
     ::signal(SIGPIPE, oldPipe);
     ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
     EXPECT_EQ(end.output, "SigBlk:\t0000000000000000\nSigIgn:\t0000000000000000\n");
@@ -124,9 +123,9 @@ TEST_F(ChildProcessTest, SignalsThatThisProgramHoldsBackReachTheOther)
 TEST_F(ChildProcessTest, TheProgramIsKilledWhenThisOneDies)
 {
     VORMEL_NEEDS_TOOL("python3");
-    const QString askForSignal = QStringLiteral("import ctypes; told = ctypes.c_int(); "
-                                                "ctypes.CDLL(None).prctl(2, ctypes.byref(told)); print(told.value)");
-    const ChildEnd end = run(QStringLiteral("/usr/bin/python3"), {QStringLiteral("-c"), askForSignal});
+    const QString askForSignal = u"import ctypes; told = ctypes.c_int(); "
+                                 u"ctypes.CDLL(None).prctl(2, ctypes.byref(told)); print(told.value)"_s;
+    const ChildEnd end = run(u"/usr/bin/python3"_s, {u"-c"_s, askForSignal});
     EXPECT_EQ(end.output.trimmed().toInt(), SIGKILL);
 }
 
@@ -134,9 +133,8 @@ TEST_F(ChildProcessTest, AllOutputIsThereBeforeTheResult)
 {
     QByteArray pieces;
     std::optional<ChildEnd> end;
-    const Eventual<ChildEnd> eventual =
-        processes.run(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), QStringLiteral("seq 100000; exit 3")},
-                      [&](const QByteArray& piece) { pieces += piece; });
+    const Eventual<ChildEnd> eventual = processes.run(u"/bin/sh"_s, {u"-c"_s, u"seq 100000; exit 3"_s},
+                                                      [&](const QByteArray& piece) { pieces += piece; });
     spawn([](Eventual<ChildEnd> awaited, std::optional<ChildEnd>& result) -> QCoro::Task<> {
         result = co_await awaited;
     }(eventual, end));
@@ -151,8 +149,7 @@ TEST_F(ChildProcessTest, AHundredMegabytesOfOutputCostNeitherMemoryNorALongTurn)
     std::optional<ChildEnd> end;
     qsizetype largestPiece = 0;
     const Eventual<ChildEnd> eventual =
-        processes.run(QStringLiteral("/usr/bin/head"),
-                      {QStringLiteral("-c"), QStringLiteral("100000000"), QStringLiteral("/dev/zero")},
+        processes.run(u"/usr/bin/head"_s, {u"-c"_s, u"100000000"_s, u"/dev/zero"_s},
                       [&](const QByteArray& piece) { largestPiece = std::max(largestPiece, piece.size()); });
     spawn([](Eventual<ChildEnd> awaited, std::optional<ChildEnd>& result) -> QCoro::Task<> {
         result = co_await awaited;
@@ -167,7 +164,7 @@ TEST_F(ChildProcessTest, AGrandchildThatKeepsThePipeHoldsNobodyUp)
 {
     QElapsedTimer watch;
     watch.start();
-    const ChildEnd end = shell(QStringLiteral("sleep 60 & echo $!"));
+    const ChildEnd end = shell(u"sleep 60 & echo $!"_s);
     EXPECT_LT(watch.elapsed(), 15'000);
     const int sleeper = end.output.trimmed().toInt();
     ASSERT_GT(sleeper, 0);
@@ -177,13 +174,13 @@ TEST_F(ChildProcessTest, AGrandchildThatKeepsThePipeHoldsNobodyUp)
 TEST_F(ChildProcessTest, TheEndOfTheOwnerKillsTheWholeGroupAndLetsTheWaiterGoOn)
 {
     std::optional<ChildEnd> end;
-    const pid_t grandchild = startWritingNumber(QStringLiteral("sleep 600 &"), end);
+    const pid_t grandchild = startWritingNumber(u"sleep 600 &"_s, end);
     ASSERT_GT(grandchild, 0);
     ASSERT_EQ(::kill(grandchild, 0), 0);
     owned.reset();
     ASSERT_TRUE(end);
     EXPECT_TRUE(end->launchError);
-    const QString stat = QStringLiteral("/proc/%1/stat").arg(grandchild);
+    const QString stat = u"/proc/%1/stat"_s.arg(grandchild);
     const auto isGone = [&] {
         QFile file(stat);
         return !file.open(QFile::ReadOnly) || file.readAll().contains(") Z ");
@@ -194,19 +191,19 @@ TEST_F(ChildProcessTest, TheEndOfTheOwnerKillsTheWholeGroupAndLetsTheWaiterGoOn)
 QCoro::Task<> keepStoppedEnd(ChildProcesses& processes, QString script, std::stop_token stop,
                              std::optional<ChildEnd>& end)
 {
-    const QStringList args{QStringLiteral("-c"), script};
-    end = co_await processes.run(QStringLiteral("/bin/sh"), args, {}, stop);
+    const QStringList args{u"-c"_s, script};
+    end = co_await processes.run(u"/bin/sh"_s, args, {}, stop);
 }
 
 TEST_F(ChildProcessTest, AStopKillsTheWholeGroup)
 {
-    const QString path = sandbox.path(QStringLiteral("pid"));
+    const QString path = sandbox.path(u"pid"_s);
     std::optional<ChildEnd> end;
     std::stop_source stop;
-    const QString script = QStringLiteral("sleep 600 & echo $! >'%1.new'; mv '%1.new' '%1'; sleep 600").arg(path);
+    const QString script = u"sleep 600 & echo $! >'%1.new'; mv '%1.new' '%1'; sleep 600"_s.arg(path);
     spawn(keepStoppedEnd(processes, script, stop.get_token(), end));
     ASSERT_TRUE(waitUntil([&] { return QFile::exists(path); }));
-    const pid_t grandchild = sandbox.read(QStringLiteral("pid")).trimmed().toInt();
+    const pid_t grandchild = sandbox.read(u"pid"_s).trimmed().toInt();
     stop.request_stop();
     ASSERT_TRUE(waitUntil([&] { return end.has_value(); }));
     EXPECT_EQ(end->status, 128 + SIGKILL);
@@ -218,19 +215,17 @@ TEST_F(ChildProcessTest, AStopBeforeTheStartStartsNothing)
     std::optional<ChildEnd> end;
     std::stop_source stop;
     stop.request_stop();
-    spawn(keepStoppedEnd(processes, QStringLiteral("touch '%1'").arg(sandbox.path(QStringLiteral("ran"))),
-                         stop.get_token(), end));
+    spawn(keepStoppedEnd(processes, u"touch '%1'"_s.arg(sandbox.path(u"ran"_s)), stop.get_token(), end));
     ASSERT_TRUE(end.has_value());
     EXPECT_TRUE(end->launchError.has_value());
-    EXPECT_FALSE(sandbox.exists(QStringLiteral("ran")));
+    EXPECT_FALSE(sandbox.exists(u"ran"_s));
 }
 
 TEST_F(ChildProcessTest, TheOwnerMayGoWhileOutputIsHandedOn)
 {
     std::optional<ChildEnd> end;
     const Eventual<ChildEnd> eventual =
-        owned->run(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), QStringLiteral("echo x; sleep 600")},
-                   [&](const QByteArray&) { owned.reset(); });
+        owned->run(u"/bin/sh"_s, {u"-c"_s, u"echo x; sleep 600"_s}, [&](const QByteArray&) { owned.reset(); });
     spawn([](Eventual<ChildEnd> awaited, std::optional<ChildEnd>& result) -> QCoro::Task<> {
         result = co_await awaited;
     }(eventual, end));
@@ -243,11 +238,10 @@ TEST_F(ChildProcessTest, TwoProgramsRunSideBySide)
 {
     std::optional<ChildEnd> first;
     std::optional<ChildEnd> second;
-    const QString fifo = sandbox.path(QStringLiteral("fifo"));
-    ASSERT_EQ(shell(QStringLiteral("mkfifo '%1'").arg(fifo)).status, 0);
-    spawn(keepEnd(processes, QStringLiteral("/bin/cat"), {fifo}, first));
-    spawn(keepEnd(processes, QStringLiteral("/bin/sh"),
-                  {QStringLiteral("-c"), QStringLiteral("echo hi >'%1'").arg(fifo)}, second));
+    const QString fifo = sandbox.path(u"fifo"_s);
+    ASSERT_EQ(shell(u"mkfifo '%1'"_s.arg(fifo)).status, 0);
+    spawn(keepEnd(processes, u"/bin/cat"_s, {fifo}, first));
+    spawn(keepEnd(processes, u"/bin/sh"_s, {u"-c"_s, u"echo hi >'%1'"_s.arg(fifo)}, second));
     ASSERT_TRUE(waitUntil([&] { return first && second; }));
     EXPECT_EQ(first->output, "hi\n");
 }
@@ -256,13 +250,13 @@ TEST_F(ChildProcessTest, ProgramsGetTheEnvironmentThatIsGivenForThem)
 {
     const auto answer = [this](ChildProcesses& of) {
         std::optional<ChildEnd> end;
-        spawn(keepEnd(of, QStringLiteral("/bin/sh"), {QStringLiteral("-c"), QStringLiteral("echo $ONE-$TWO")}, end));
+        spawn(keepEnd(of, u"/bin/sh"_s, {u"-c"_s, u"echo $ONE-$TWO"_s}, end));
         EXPECT_TRUE(waitUntil([&] { return end.has_value(); }));
         return end.value_or(ChildEnd()).output.trimmed();
     };
     qputenv("ONE", "ours");
     QProcessEnvironment given;
-    given.insert(QStringLiteral("TWO"), QStringLiteral("theirs"));
+    given.insert(u"TWO"_s, u"theirs"_s);
     ChildProcesses inOther(given);
     EXPECT_EQ(answer(processes), "ours-");
     EXPECT_EQ(answer(inOther), "-theirs");

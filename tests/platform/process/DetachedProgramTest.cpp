@@ -7,6 +7,8 @@
 
 #include <csignal>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -33,13 +35,11 @@ TEST(DetachedProgram, GetsItsArgumentsAndNoneOfOurBlockedSignals)
 {
     const fixtures::Sandbox sandbox;
     const BlockedSignals blocked;
-    const QString out = sandbox.path(QStringLiteral("out"));
-    startDetached(QStringLiteral("/bin/sh"),
-                  {QStringLiteral("-c"),
-                   QStringLiteral("grep SigBlk /proc/self/status > \"$1.new\"; mv \"$1.new\" \"$1\""),
-                   QStringLiteral("sh"), out});
-    ASSERT_TRUE(fixtures::waitUntil([&sandbox] { return sandbox.exists(QStringLiteral("out")); }));
-    EXPECT_EQ(sandbox.read(QStringLiteral("out")).simplified(), "SigBlk: 0000000000000000");
+    const QString out = sandbox.path(u"out"_s);
+    startDetached(u"/bin/sh"_s,
+                  {u"-c"_s, u"grep SigBlk /proc/self/status > \"$1.new\"; mv \"$1.new\" \"$1\""_s, u"sh"_s, out});
+    ASSERT_TRUE(fixtures::waitUntil([&sandbox] { return sandbox.exists(u"out"_s); }));
+    EXPECT_EQ(sandbox.read(u"out"_s).simplified(), "SigBlk: 0000000000000000");
 }
 
 } // namespace

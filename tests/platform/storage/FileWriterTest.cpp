@@ -11,6 +11,8 @@
 #include <memory>
 #include <thread>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -45,11 +47,11 @@ TEST(FileWriter, WhatIsPostedIsOnDiskAfterAFlush)
 {
     const Sandbox sandbox;
     FileWriter writer;
-    writer.post(sandbox.path(QStringLiteral("a")), content("1"));
-    writer.post(sandbox.path(QStringLiteral("b")), content("2"));
+    writer.post(sandbox.path(u"a"_s), content("1"));
+    writer.post(sandbox.path(u"b"_s), content("2"));
     writer.flush();
-    EXPECT_EQ(sandbox.read(QStringLiteral("a")), "1");
-    EXPECT_EQ(sandbox.read(QStringLiteral("b")), "2");
+    EXPECT_EQ(sandbox.read(u"a"_s), "1");
+    EXPECT_EQ(sandbox.read(u"b"_s), "2");
     EXPECT_EQ(sandbox.files().size(), 2);
 }
 
@@ -64,26 +66,26 @@ TEST(FileWriter, TheFolderIsMadeWithItsParents)
 {
     const Sandbox sandbox;
     FileWriter writer;
-    writer.post(sandbox.path(QStringLiteral("x/y/z/f")), content("1"));
+    writer.post(sandbox.path(u"x/y/z/f"_s), content("1"));
     writer.flush();
-    EXPECT_EQ(sandbox.read(QStringLiteral("x/y/z/f")), "1");
+    EXPECT_EQ(sandbox.read(u"x/y/z/f"_s), "1");
 }
 
 TEST(FileWriter, OfSeveralPostsForOnePathOnlyTheLastIsMadeAndWritten)
 {
     const Sandbox sandbox;
     FileWriter writer;
-    BusyWriter busy(writer, sandbox.path(QStringLiteral("busy")));
+    BusyWriter busy(writer, sandbox.path(u"busy"_s));
     std::atomic<int> made = 0;
     for (int i = 0; i < 10; ++i) {
-        writer.post(sandbox.path(QStringLiteral("f")), [i, &made] {
+        writer.post(sandbox.path(u"f"_s), [i, &made] {
             ++made;
             return QByteArray::number(i);
         });
     }
     busy.release();
     writer.flush();
-    EXPECT_EQ(sandbox.read(QStringLiteral("f")), "9");
+    EXPECT_EQ(sandbox.read(u"f"_s), "9");
     EXPECT_EQ(made, 1);
 }
 
@@ -91,23 +93,23 @@ TEST(FileWriter, APostDuringTheWriteOfItsPathIsWrittenAfterwards)
 {
     const Sandbox sandbox;
     FileWriter writer;
-    BusyWriter busy(writer, sandbox.path(QStringLiteral("f")));
-    writer.post(sandbox.path(QStringLiteral("f")), content("later"));
+    BusyWriter busy(writer, sandbox.path(u"f"_s));
+    writer.post(sandbox.path(u"f"_s), content("later"));
     busy.release();
     writer.flush();
-    EXPECT_EQ(sandbox.read(QStringLiteral("f")), "later");
+    EXPECT_EQ(sandbox.read(u"f"_s), "later");
 }
 
 TEST(FileWriter, AFlushWaitsForTheWriteThatIsUnderWay)
 {
     const Sandbox sandbox;
     FileWriter writer;
-    BusyWriter busy(writer, sandbox.path(QStringLiteral("f")));
+    BusyWriter busy(writer, sandbox.path(u"f"_s));
     std::promise<void> begun;
     auto flushed = std::async(std::launch::async, [&] {
         begun.set_value();
         writer.flush();
-        return sandbox.read(QStringLiteral("f"));
+        return sandbox.read(u"f"_s);
     });
     begun.get_future().wait();
     EXPECT_EQ(flushed.wait_for(std::chrono::milliseconds(20)), std::future_status::timeout);
@@ -120,25 +122,25 @@ TEST(FileWriter, TheDestructorWritesWhatIsStillWaiting)
     const Sandbox sandbox;
     {
         FileWriter writer;
-        BusyWriter busy(writer, sandbox.path(QStringLiteral("busy")));
-        writer.post(sandbox.path(QStringLiteral("a")), content("1"));
-        writer.post(sandbox.path(QStringLiteral("b")), content("2"));
+        BusyWriter busy(writer, sandbox.path(u"busy"_s));
+        writer.post(sandbox.path(u"a"_s), content("1"));
+        writer.post(sandbox.path(u"b"_s), content("2"));
         busy.release();
     }
-    EXPECT_EQ(sandbox.files(), (QStringList{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("busy")}));
-    EXPECT_EQ(sandbox.read(QStringLiteral("b")), "2");
+    EXPECT_EQ(sandbox.files(), (QStringList{u"a"_s, u"b"_s, u"busy"_s}));
+    EXPECT_EQ(sandbox.read(u"b"_s), "2");
 }
 
 TEST(FileWriter, AWriteThatFailsHoldsUpNoOther)
 {
     const Sandbox sandbox;
-    const QString noFolder = sandbox.write(QStringLiteral("file"), "x");
+    const QString noFolder = sandbox.write(u"file"_s, "x");
     FileWriter writer;
-    writer.post(noFolder + QStringLiteral("/f"), content("1"));
-    writer.post(sandbox.path(QStringLiteral("z")), content("2"));
+    writer.post(noFolder + u"/f"_s, content("1"));
+    writer.post(sandbox.path(u"z"_s), content("2"));
     writer.flush();
-    EXPECT_EQ(sandbox.read(QStringLiteral("z")), "2");
-    EXPECT_EQ(sandbox.read(QStringLiteral("file")), "x");
+    EXPECT_EQ(sandbox.read(u"z"_s), "2");
+    EXPECT_EQ(sandbox.read(u"file"_s), "x");
 }
 
 TEST(FileWriter, PostsOfManyThreadsAllArrive)

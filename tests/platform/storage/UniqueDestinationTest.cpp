@@ -6,31 +6,32 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 using namespace vormel::fixtures;
 
 TEST(UniqueDestination, CountsUpAndKeepsAFullStopWithoutAnExtension)
 {
     const Sandbox sandbox;
-    EXPECT_EQ(uniqueDestination(sandbox.path(QStringLiteral("x"))), sandbox.path(QStringLiteral("x")));
-    sandbox.write(QStringLiteral("x"), "");
-    EXPECT_EQ(uniqueDestination(sandbox.path(QStringLiteral("x"))), sandbox.path(QStringLiteral("x (1).")));
-    sandbox.write(QStringLiteral("a.b.c"), "");
-    sandbox.write(QStringLiteral("a.b (1).c"), "");
-    EXPECT_EQ(uniqueDestination(sandbox.path(QStringLiteral("a.b.c"))), sandbox.path(QStringLiteral("a.b (2).c")));
+    EXPECT_EQ(uniqueDestination(sandbox.path(u"x"_s)), sandbox.path(u"x"_s));
+    sandbox.write(u"x"_s, "");
+    EXPECT_EQ(uniqueDestination(sandbox.path(u"x"_s)), sandbox.path(u"x (1)."_s));
+    sandbox.write(u"a.b.c"_s, "");
+    sandbox.write(u"a.b (1).c"_s, "");
+    EXPECT_EQ(uniqueDestination(sandbox.path(u"a.b.c"_s)), sandbox.path(u"a.b (2).c"_s));
 }
 
 TEST(UniqueDestination, TakesALinkToNowhereForATakenName)
 {
     const Sandbox sandbox;
-    ASSERT_TRUE(QFile::link(sandbox.path(QStringLiteral("nowhere")), sandbox.path(QStringLiteral("x.rar"))));
-    EXPECT_EQ(uniqueDestination(sandbox.path(QStringLiteral("x.rar"))), sandbox.path(QStringLiteral("x (1).rar")));
+    ASSERT_TRUE(QFile::link(sandbox.path(u"nowhere"_s), sandbox.path(u"x.rar"_s)));
+    EXPECT_EQ(uniqueDestination(sandbox.path(u"x.rar"_s)), sandbox.path(u"x (1).rar"_s));
 }
 
 TEST(UniqueDestination, SurvivesPercentSignsAndPlaceholdersInNames)
 {
     const Sandbox sandbox;
-    sandbox.write(QStringLiteral("%1 %2.%3"), "");
-    EXPECT_EQ(uniqueDestination(sandbox.path(QStringLiteral("%1 %2.%3"))),
-              sandbox.path(QStringLiteral("%1 %2 (1).%3")));
+    sandbox.write(u"%1 %2.%3"_s, "");
+    EXPECT_EQ(uniqueDestination(sandbox.path(u"%1 %2.%3"_s)), sandbox.path(u"%1 %2 (1).%3"_s));
 }

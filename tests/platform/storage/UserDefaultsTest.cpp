@@ -14,12 +14,14 @@
 #include <limits>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
-const QString fileName = QStringLiteral("configuration/preferences.json");
-const QString keptName = QStringLiteral("configuration/preferences.json.unreadable");
-const QString key = QStringLiteral("key");
+const QString fileName = u"configuration/preferences.json"_s;
+const QString keptName = u"configuration/preferences.json.unreadable"_s;
+const QString key = u"key"_s;
 
 class UserDefaultsTest : public testing::Test
 {
@@ -53,11 +55,11 @@ TEST_F(UserDefaultsTest, WithoutAFileEveryKeyIsMissingAndNothingIsWritten)
 TEST_F(UserDefaultsTest, AMissingKeyIsNotTheSameAsFalseOrZeroOrEmpty)
 {
     const UserDefaults defaults = openWith(R"({"f": false, "z": 0, "e": "", "n": null})");
-    EXPECT_EQ(defaults.objectForKey(QStringLiteral("f")), QJsonValue(false));
-    EXPECT_EQ(defaults.objectForKey(QStringLiteral("z")), QJsonValue(0));
-    EXPECT_EQ(defaults.stringForKey(QStringLiteral("e")), QString());
-    EXPECT_EQ(defaults.objectForKey(QStringLiteral("n")), std::nullopt);
-    EXPECT_EQ(defaults.objectForKey(QStringLiteral("F")), std::nullopt);
+    EXPECT_EQ(defaults.objectForKey(u"f"_s), QJsonValue(false));
+    EXPECT_EQ(defaults.objectForKey(u"z"_s), QJsonValue(0));
+    EXPECT_EQ(defaults.stringForKey(u"e"_s), QString());
+    EXPECT_EQ(defaults.objectForKey(u"n"_s), std::nullopt);
+    EXPECT_EQ(defaults.objectForKey(u"F"_s), std::nullopt);
 }
 
 TEST_F(UserDefaultsTest, WhatCountsAsTrue)
@@ -80,15 +82,15 @@ TEST_F(UserDefaultsTest, OnlyATextIsReadAsAText)
 TEST_F(UserDefaultsTest, ValuesAreOnDiskRightAfterAFlushInTheirTypes)
 {
     UserDefaults defaults = open();
-    defaults.setBool(QStringLiteral("b"), true);
-    defaults.setInteger(QStringLiteral("i"), 1);
-    defaults.setObject(QStringLiteral("s"), QStringLiteral("1"));
-    defaults.setObject(QStringLiteral("a"), QJsonArray{1, QStringLiteral("x")});
+    defaults.setBool(u"b"_s, true);
+    defaults.setInteger(u"i"_s, 1);
+    defaults.setObject(u"s"_s, u"1"_s);
+    defaults.setObject(u"a"_s, QJsonArray{1, u"x"_s});
     const QJsonObject stored = onDisk();
-    EXPECT_TRUE(stored.value(QStringLiteral("b")).isBool());
-    EXPECT_TRUE(stored.value(QStringLiteral("i")).isDouble());
-    EXPECT_TRUE(stored.value(QStringLiteral("s")).isString());
-    EXPECT_EQ(stored.value(QStringLiteral("a")).toArray().size(), 2);
+    EXPECT_TRUE(stored.value(u"b"_s).isBool());
+    EXPECT_TRUE(stored.value(u"i"_s).isDouble());
+    EXPECT_TRUE(stored.value(u"s"_s).isString());
+    EXPECT_EQ(stored.value(u"a"_s).toArray().size(), 2);
 }
 
 TEST_F(UserDefaultsTest, ASetTakesEffectAtOnceAndOutlivesTheProcess)
@@ -119,8 +121,7 @@ TEST_F(UserDefaultsTest, KeysItDoesNotKnowAreKept)
 {
     UserDefaults defaults = openWith(R"({"other": {"deep": [1]}})");
     defaults.setBool(key, true);
-    EXPECT_EQ(onDisk().value(QStringLiteral("other")).toObject().value(QStringLiteral("deep")).toArray(),
-              QJsonArray{1});
+    EXPECT_EQ(onDisk().value(u"other"_s).toObject().value(u"deep"_s).toArray(), QJsonArray{1});
 }
 
 TEST_F(UserDefaultsTest, AFileThatCannotBeUnderstoodCountsAsEmptyAndIsKeptBeside)

@@ -20,6 +20,8 @@
 #include <csignal>
 #include <random>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -35,18 +37,18 @@ mode_t modeOf(const QString& path)
 TEST(WholeFile, AFileIsMadeForItsOwnerOnly)
 {
     const Sandbox sandbox;
-    ASSERT_TRUE(replaceWholeFile(sandbox.path(QStringLiteral("caffè")), "content"));
-    EXPECT_EQ(sandbox.read(QStringLiteral("caffè")), "content");
-    EXPECT_EQ(modeOf(sandbox.path(QStringLiteral("caffè"))), mode_t{0600});
+    ASSERT_TRUE(replaceWholeFile(sandbox.path(u"caffè"_s), "content"));
+    EXPECT_EQ(sandbox.read(u"caffè"_s), "content");
+    EXPECT_EQ(modeOf(sandbox.path(u"caffè"_s)), mode_t{0600});
 }
 
 TEST(WholeFile, AnOldFileIsReplacedWholeWithItsMode)
 {
     const Sandbox sandbox;
-    const QString path = sandbox.write(QStringLiteral("f"), "a much longer old content");
+    const QString path = sandbox.write(u"f"_s, "a much longer old content");
     ASSERT_TRUE(QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther));
     ASSERT_TRUE(replaceWholeFile(path, "new"));
-    EXPECT_EQ(sandbox.read(QStringLiteral("f")), "new");
+    EXPECT_EQ(sandbox.read(u"f"_s), "new");
     EXPECT_EQ(modeOf(path), mode_t{0600});
     ASSERT_TRUE(replaceWholeFile(path, ""));
     EXPECT_EQ(QFileInfo(path).size(), 0);
@@ -55,74 +57,73 @@ TEST(WholeFile, AnOldFileIsReplacedWholeWithItsMode)
 TEST(WholeFile, NothingIsLeftBesideIt)
 {
     const Sandbox sandbox;
-    ASSERT_TRUE(replaceWholeFile(sandbox.path(QStringLiteral("f")), "1"));
-    ASSERT_TRUE(replaceWholeFile(sandbox.path(QStringLiteral("f")), "2"));
-    EXPECT_EQ(sandbox.files(), QStringList(QStringLiteral("f")));
+    ASSERT_TRUE(replaceWholeFile(sandbox.path(u"f"_s), "1"));
+    ASSERT_TRUE(replaceWholeFile(sandbox.path(u"f"_s), "2"));
+    EXPECT_EQ(sandbox.files(), QStringList(u"f"_s));
 }
 
 TEST(WholeFile, ASymbolicLinkIsReplacedAndNotFollowed)
 {
     const Sandbox sandbox;
-    const QString target = sandbox.write(QStringLiteral("target"), "precious");
-    const QString path = sandbox.path(QStringLiteral("f"));
+    const QString target = sandbox.write(u"target"_s, "precious");
+    const QString path = sandbox.path(u"f"_s);
     ASSERT_TRUE(QFile::link(target, path));
     ASSERT_TRUE(replaceWholeFile(path, "new"));
-    EXPECT_EQ(sandbox.read(QStringLiteral("target")), "precious");
+    EXPECT_EQ(sandbox.read(u"target"_s), "precious");
     EXPECT_FALSE(QFileInfo(path).isSymLink());
-    EXPECT_EQ(sandbox.read(QStringLiteral("f")), "new");
+    EXPECT_EQ(sandbox.read(u"f"_s), "new");
 }
 
 TEST(WholeFile, ASymbolicLinkInThePlaceOfItsFreshFileIsNotFollowed)
 {
     const Sandbox sandbox;
-    const QString target = sandbox.write(QStringLiteral("target"), "precious");
-    ASSERT_TRUE(QFile::link(target, sandbox.path(QStringLiteral("f.new"))));
-    static_cast<void>(replaceWholeFile(sandbox.path(QStringLiteral("f")), "new"));
-    EXPECT_EQ(sandbox.read(QStringLiteral("target")), "precious");
-    EXPECT_TRUE(replaceWholeFile(sandbox.path(QStringLiteral("f")), "new"))
-        << "one such link must not block saving for ever";
+    const QString target = sandbox.write(u"target"_s, "precious");
+    ASSERT_TRUE(QFile::link(target, sandbox.path(u"f.new"_s)));
+    static_cast<void>(replaceWholeFile(sandbox.path(u"f"_s), "new"));
+    EXPECT_EQ(sandbox.read(u"target"_s), "precious");
+    EXPECT_TRUE(replaceWholeFile(sandbox.path(u"f"_s), "new")) << "one such link must not block saving for ever";
 }
 
 TEST(WholeFile, WhatAKillLeftBesideItIsUsedAgain)
 {
     const Sandbox sandbox;
-    const QString left = sandbox.write(QStringLiteral("f.new"), "half of something that is longer");
+    const QString left = sandbox.write(u"f.new"_s, "half of something that is longer");
     ASSERT_TRUE(QFile::setPermissions(left, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther));
-    ASSERT_TRUE(replaceWholeFile(sandbox.path(QStringLiteral("f")), "new"));
-    EXPECT_EQ(sandbox.read(QStringLiteral("f")), "new");
-    EXPECT_EQ(modeOf(sandbox.path(QStringLiteral("f"))), mode_t{0600});
-    EXPECT_EQ(sandbox.files(), QStringList(QStringLiteral("f")));
+    ASSERT_TRUE(replaceWholeFile(sandbox.path(u"f"_s), "new"));
+    EXPECT_EQ(sandbox.read(u"f"_s), "new");
+    EXPECT_EQ(modeOf(sandbox.path(u"f"_s)), mode_t{0600});
+    EXPECT_EQ(sandbox.files(), QStringList(u"f"_s));
 }
 
 TEST(WholeFile, APipeOrFolderInThePlaceOfItsFreshFileHoldsNothingUp)
 {
     const Sandbox sandbox;
-    const QString path = sandbox.write(QStringLiteral("f"), "old");
-    ASSERT_EQ(::mkfifo(QFile::encodeName(path + QStringLiteral(".new")).constData(), 0600), 0);
+    const QString path = sandbox.write(u"f"_s, "old");
+    ASSERT_EQ(::mkfifo(QFile::encodeName(path + u".new"_s).constData(), 0600), 0);
     ASSERT_TRUE(replaceWholeFile(path, "first"));
-    EXPECT_EQ(sandbox.read(QStringLiteral("f")), "first");
-    ASSERT_TRUE(QDir().mkpath(path + QStringLiteral(".new/inside")));
+    EXPECT_EQ(sandbox.read(u"f"_s), "first");
+    ASSERT_TRUE(QDir().mkpath(path + u".new/inside"_s));
     ASSERT_TRUE(replaceWholeFile(path, "second"));
-    EXPECT_EQ(sandbox.read(QStringLiteral("f")), "second");
-    EXPECT_EQ(sandbox.files(), QStringList(QStringLiteral("f")));
+    EXPECT_EQ(sandbox.read(u"f"_s), "second");
+    EXPECT_EQ(sandbox.files(), QStringList(u"f"_s));
 }
 
 TEST(WholeFile, ASecondNameOfItsFreshFileIsNotWrittenThrough)
 {
     const Sandbox sandbox;
-    const QByteArray precious = QFile::encodeName(sandbox.write(QStringLiteral("target"), "precious"));
-    ASSERT_EQ(::link(precious.constData(), QFile::encodeName(sandbox.path(QStringLiteral("f.new"))).constData()), 0);
-    ASSERT_TRUE(replaceWholeFile(sandbox.path(QStringLiteral("f")), "new"));
-    EXPECT_EQ(sandbox.read(QStringLiteral("target")), "precious");
+    const QByteArray precious = QFile::encodeName(sandbox.write(u"target"_s, "precious"));
+    ASSERT_EQ(::link(precious.constData(), QFile::encodeName(sandbox.path(u"f.new"_s)).constData()), 0);
+    ASSERT_TRUE(replaceWholeFile(sandbox.path(u"f"_s), "new"));
+    EXPECT_EQ(sandbox.read(u"target"_s), "precious");
 }
 
 TEST(WholeFile, AFailureLeavesTheOldFileAndNothingElse)
 {
     const Sandbox sandbox;
-    EXPECT_FALSE(replaceWholeFile(sandbox.path(QStringLiteral("missing/f")), "new"));
-    ASSERT_TRUE(QDir().mkpath(sandbox.path(QStringLiteral("folder/inside"))));
-    EXPECT_FALSE(replaceWholeFile(sandbox.path(QStringLiteral("folder")), "new"));
-    EXPECT_TRUE(QFileInfo(sandbox.path(QStringLiteral("folder/inside"))).isDir());
+    EXPECT_FALSE(replaceWholeFile(sandbox.path(u"missing/f"_s), "new"));
+    ASSERT_TRUE(QDir().mkpath(sandbox.path(u"folder/inside"_s)));
+    EXPECT_FALSE(replaceWholeFile(sandbox.path(u"folder"_s), "new"));
+    EXPECT_TRUE(QFileInfo(sandbox.path(u"folder/inside"_s)).isDir());
     EXPECT_TRUE(sandbox.files().isEmpty());
 }
 
@@ -153,13 +154,13 @@ private:
 TEST(WholeFile, AWriteThatIsCutLeavesTheOldFileAndNothingElse)
 {
     const Sandbox sandbox;
-    const QString path = sandbox.write(QStringLiteral("f"), "old");
+    const QString path = sandbox.write(u"f"_s, "old");
     {
         const TinyFiles limit(4096);
         EXPECT_FALSE(replaceWholeFile(path, QByteArray(10'000, 'x')));
     }
-    EXPECT_EQ(sandbox.read(QStringLiteral("f")), "old");
-    EXPECT_EQ(sandbox.files(), QStringList(QStringLiteral("f")));
+    EXPECT_EQ(sandbox.read(u"f"_s), "old");
+    EXPECT_EQ(sandbox.files(), QStringList(u"f"_s));
 }
 
 /// A JSON document that a cut at any place would spoil; each version has another size.
@@ -196,7 +197,7 @@ pid_t startWriter(const QString& path)
 TEST(WholeFile, AKillInTheMiddleOfWritingNeverLeavesACutFile)
 {
     const Sandbox sandbox;
-    const QString path = sandbox.path(QStringLiteral("f"));
+    const QString path = sandbox.path(u"f"_s);
     std::mt19937 random(20260101);
     std::uniform_int_distribution<useconds_t> moments(0, 8000);
     for (int kill = 0; kill < 50; ++kill) {
@@ -207,7 +208,7 @@ TEST(WholeFile, AKillInTheMiddleOfWritingNeverLeavesACutFile)
         int status = 0;
         ASSERT_EQ(::waitpid(child, &status, 0), child);
         ASSERT_TRUE(WIFSIGNALED(status)) << "the writer ended by itself";
-        const QJsonDocument found = QJsonDocument::fromJson(sandbox.read(QStringLiteral("f")));
+        const QJsonDocument found = QJsonDocument::fromJson(sandbox.read(u"f"_s));
         ASSERT_TRUE(found.isArray()) << "cut at kill " << kill;
         const int version = found.array().first().toInt(-1);
         EXPECT_EQ(found.toJson(), document(version));
@@ -215,24 +216,24 @@ TEST(WholeFile, AKillInTheMiddleOfWritingNeverLeavesACutFile)
             EXPECT_TRUE(file == u"f" || file == u"f.new") << file.toStdString();
     }
     ASSERT_TRUE(replaceWholeFile(path, "after"));
-    EXPECT_EQ(sandbox.files(), QStringList(QStringLiteral("f")));
+    EXPECT_EQ(sandbox.files(), QStringList(u"f"_s));
 }
 
 TEST(WholeFile, AFileUpToTheLimitIsReadWhole)
 {
     const Sandbox sandbox;
-    const QString path = sandbox.write(QStringLiteral("f"), "12345");
+    const QString path = sandbox.write(u"f"_s, "12345");
     EXPECT_EQ(readWholeFile(path, 5), QByteArray("12345"));
     EXPECT_EQ(readWholeFile(path, 4), std::nullopt);
-    EXPECT_EQ(readWholeFile(sandbox.write(QStringLiteral("empty"), ""), 0), QByteArray());
+    EXPECT_EQ(readWholeFile(sandbox.write(u"empty"_s, ""), 0), QByteArray());
 }
 
 TEST(WholeFile, WhatIsMissingOrNoFileIsNotRead)
 {
     const Sandbox sandbox;
-    EXPECT_EQ(readWholeFile(sandbox.path(QStringLiteral("missing")), 100), std::nullopt);
+    EXPECT_EQ(readWholeFile(sandbox.path(u"missing"_s), 100), std::nullopt);
     EXPECT_EQ(readWholeFile(sandbox.root(), 100'000), std::nullopt);
-    const QString fifo = sandbox.path(QStringLiteral("fifo"));
+    const QString fifo = sandbox.path(u"fifo"_s);
     ASSERT_EQ(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
     EXPECT_EQ(readWholeFile(fifo, 100), std::nullopt) << "and it must not block";
 }
@@ -241,12 +242,12 @@ TEST(WholeFile, UnreadableFilesAreAllKeptBeside)
 {
     const Sandbox sandbox;
     for (const QByteArray broken : {"first", "second", "third"})
-        EXPECT_TRUE(keepUnreadableFile(sandbox.write(QStringLiteral("f"), broken)));
-    EXPECT_EQ(sandbox.read(QStringLiteral("f.unreadable")), "first");
-    EXPECT_EQ(sandbox.read(QStringLiteral("f.unreadable.2")), "second");
-    EXPECT_EQ(sandbox.read(QStringLiteral("f.unreadable.3")), "third");
+        EXPECT_TRUE(keepUnreadableFile(sandbox.write(u"f"_s, broken)));
+    EXPECT_EQ(sandbox.read(u"f.unreadable"_s), "first");
+    EXPECT_EQ(sandbox.read(u"f.unreadable.2"_s), "second");
+    EXPECT_EQ(sandbox.read(u"f.unreadable.3"_s), "third");
     EXPECT_EQ(sandbox.files().size(), 3);
-    EXPECT_FALSE(keepUnreadableFile(sandbox.path(QStringLiteral("f"))));
+    EXPECT_FALSE(keepUnreadableFile(sandbox.path(u"f"_s)));
 }
 
 } // namespace

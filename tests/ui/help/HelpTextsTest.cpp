@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -136,7 +138,7 @@ const Row rows[] = {
 
 std::string withService(const char* text)
 {
-    return QString::fromUtf8(text).replace(QStringLiteral("%1"), filestoreDomain).toStdString();
+    return QString::fromUtf8(text).replace(u"%1"_s, filestoreDomain).toStdString();
 }
 
 class HelpTexts : public ::testing::TestWithParam<Row>

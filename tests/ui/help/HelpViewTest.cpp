@@ -1,8 +1,8 @@
 #include "ui/help/HelpView.h"
 
 #include "config/Services.h"
-#include "fixtures/EventLoop.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/EventLoop.h"
 #include "kit/PlatformTexts.h"
 #include "ui/Part.h"
 #include "ui/help/HelpFeatureRow.h"
@@ -13,6 +13,8 @@
 #include <QTest>
 
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 namespace vormel {
 namespace {
@@ -46,14 +48,14 @@ protected:
 TEST_F(HelpViewTest, NamesTheProgramAndItsVersion)
 {
     EXPECT_EQ(text("helpName"), u"Vormel");
-    EXPECT_EQ(text("helpVersion"), QStringLiteral("v") + QString(programVersion));
+    EXPECT_EQ(text("helpVersion"), u"v"_s + QString(programVersion));
     EXPECT_EQ(text("helpKind"), platformText(PlatformText::kindOfProgram, english));
     EXPECT_EQ(text("helpRequirement"), platformText(PlatformText::requirement, english));
 }
 
 TEST_F(HelpViewTest, TellsWhatItIsFor)
 {
-    EXPECT_TRUE(text("helpDescription").contains(QString(filestoreDomain) + QStringLiteral(" and Terabytez.")));
+    EXPECT_TRUE(text("helpDescription").contains(QString(filestoreDomain) + u" and Terabytez."_s));
     EXPECT_FALSE(text("helpDescription").contains(u'%'));
 }
 
@@ -61,11 +63,9 @@ TEST_F(HelpViewTest, ListsTwelveFeatures)
 {
     EXPECT_EQ(
         inRows("featureTitle"),
-        (QStringList{QStringLiteral("Add links"), QStringLiteral("Click'N'Load from browser"),
-                     QStringLiteral("Rearrange the queue"), QStringLiteral("Premium accounts"),
-                     QStringLiteral("Multi-part RAR"), QStringLiteral("CRC Verify"), QStringLiteral(".rev repair"),
-                     QStringLiteral("Auto-extract"), QStringLiteral("Auto-rename extracted files"),
-                     QStringLiteral("Auto-resume"), QStringLiteral("Speed limit"), QStringLiteral("External tools")}));
+        (QStringList{u"Add links"_s, u"Click'N'Load from browser"_s, u"Rearrange the queue"_s, u"Premium accounts"_s,
+                     u"Multi-part RAR"_s, u"CRC Verify"_s, u".rev repair"_s, u"Auto-extract"_s,
+                     u"Auto-rename extracted files"_s, u"Auto-resume"_s, u"Speed limit"_s, u"External tools"_s}));
 }
 
 TEST_F(HelpViewTest, AnOpenOneFollowsTheLanguage)
@@ -75,12 +75,10 @@ TEST_F(HelpViewTest, AnOpenOneFollowsTheLanguage)
     EXPECT_EQ(text("helpKind"), platformText(PlatformText::kindOfProgram, italian));
     EXPECT_TRUE(text("helpDescription").startsWith(u"Vormel è un download manager"));
     EXPECT_EQ(inRows("featureTitle"),
-              (QStringList{QStringLiteral("Aggiunta link"), QStringLiteral("Click'N'Load dal browser"),
-                           QStringLiteral("Riordina la coda"), QStringLiteral("Account premium"),
-                           QStringLiteral("RAR multi-parte"), QStringLiteral("Verifica CRC"),
-                           QStringLiteral("Riparazione .rev"), QStringLiteral("Estrazione automatica"),
-                           QStringLiteral("Rinomina automatica file estratti"), QStringLiteral("Ripresa automatica"),
-                           QStringLiteral("Limite di velocità"), QStringLiteral("Strumenti esterni")}));
+              (QStringList{u"Aggiunta link"_s, u"Click'N'Load dal browser"_s, u"Riordina la coda"_s,
+                           u"Account premium"_s, u"RAR multi-parte"_s, u"Verifica CRC"_s, u"Riparazione .rev"_s,
+                           u"Estrazione automatica"_s, u"Rinomina automatica file estratti"_s, u"Ripresa automatica"_s,
+                           u"Limite di velocità"_s, u"Strumenti esterni"_s}));
     engine.settings().language.set(english);
     EXPECT_EQ(text("helpFeatures"), u"Features");
 }
@@ -99,13 +97,13 @@ TEST_F(HelpViewTest, EveryFeatureHasItsOwnIconAndDetail)
         EXPECT_EQ(details.size(), 12);
     }
     EXPECT_EQ(helpFeatures(english).at(3).detail,
-              QStringLiteral("Add your ") + QString(filestoreDomain) +
-                  QStringLiteral(" and Terabytez credentials in the Accounts tab to unlock full speed and exclusive "
-                                 "content."));
+              u"Add your "_s + QString(filestoreDomain) +
+                  u" and Terabytez credentials in the Accounts tab to unlock full speed and exclusive "
+                  u"content."_s);
     EXPECT_EQ(helpFeatures(italian).at(3).detail,
-              QStringLiteral("Aggiungi le credenziali di ") + QString(filestoreDomain) +
-                  QStringLiteral(" e Terabytez nella scheda Account per sbloccare la velocità massima e i contenuti "
-                                 "esclusivi."));
+              u"Aggiungi le credenziali di "_s + QString(filestoreDomain) +
+                  u" e Terabytez nella scheda Account per sbloccare la velocità massima e i contenuti "
+                  u"esclusivi."_s);
 }
 
 TEST_F(HelpViewTest, KeysScrollIt)

@@ -1,7 +1,7 @@
 #include "ui/help/HelpWindowController.h"
 
-#include "fixtures/EventLoop.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/EventLoop.h"
 #include "kit/GlyphIcon.h"
 #include "ui/Part.h"
 #include "ui/help/HelpView.h"

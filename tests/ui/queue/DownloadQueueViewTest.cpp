@@ -1,8 +1,8 @@
 #include "ui/queue/DownloadQueueView.h"
 
 #include "config/Services.h"
-#include "fixtures/EventLoop.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/EventLoop.h"
 #include "ui/FakeDesktop.h"
 #include "ui/Part.h"
 #include "ui/queue/list/QueueView.h"
@@ -19,6 +19,8 @@
 #include <QToolButton>
 
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 namespace vormel {
 namespace {
@@ -122,8 +124,8 @@ TEST_F(DownloadQueueViewTest, NoCommandIsEverDisabled)
 
 TEST_F(DownloadQueueViewTest, TheCommandsReachTheQueue)
 {
-    const ItemPtr item = engine.add(QStringLiteral("https://h.example/a.zip"));
-    const ItemPtr done = engine.add(QStringLiteral("https://h.example/b.zip"));
+    const ItemPtr item = engine.add(u"https://h.example/a.zip"_s);
+    const ItemPtr done = engine.add(u"https://h.example/b.zip"_s);
     done->setStatus(DownloadStatus::completed);
     click("startAll");
     EXPECT_NE(item->status().kind(), DownloadStatus::paused);
@@ -131,7 +133,7 @@ TEST_F(DownloadQueueViewTest, TheCommandsReachTheQueue)
     click("pauseAll");
     EXPECT_EQ(item->status().kind(), DownloadStatus::paused);
     click("clearCompleted");
-    EXPECT_EQ(queue(), QStringList{QStringLiteral("https://h.example/a.zip")});
+    EXPECT_EQ(queue(), QStringList{u"https://h.example/a.zip"_s});
 }
 
 TEST_F(DownloadQueueViewTest, ButtonsLoseTheirTextsFromTheLastWhereTheseHaveNoRoom)
@@ -171,9 +173,8 @@ TEST_F(DownloadQueueViewTest, ControlNOpensOneSheet)
 TEST_F(DownloadQueueViewTest, WhatTheSheetGivesEntersTheQueue)
 {
     page.showAddURLs();
-    Q_EMIT page.findChild<AddURLView*>()->added({fixtures::link(QStringLiteral("https://h.example/a.zip"))},
-                                                std::nullopt);
-    EXPECT_EQ(queue(), QStringList{QStringLiteral("https://h.example/a.zip")});
+    Q_EMIT page.findChild<AddURLView*>()->added({fixtures::link(u"https://h.example/a.zip"_s)}, std::nullopt);
+    EXPECT_EQ(queue(), QStringList{u"https://h.example/a.zip"_s});
 }
 
 TEST_F(DownloadQueueViewTest, SaysSoWhileNothingIsVisible)
@@ -184,9 +185,9 @@ TEST_F(DownloadQueueViewTest, SaysSoWhileNothingIsVisible)
     engine.settings().language.set(AppLanguage::italian);
     EXPECT_EQ(part<QLabel>("emptyTitle").text(), u"Nessun download");
     EXPECT_EQ(part<QLabel>("emptyText").text(), u"Premi + per aggiungere URL, o trascina i link qui.");
-    engine.add(QStringLiteral("https://h.example/a.rev"));
+    engine.add(u"https://h.example/a.rev"_s);
     EXPECT_TRUE(part("queueEmptyState").isVisible());
-    const ItemPtr item = engine.add(QStringLiteral("https://h.example/a.zip"));
+    const ItemPtr item = engine.add(u"https://h.example/a.zip"_s);
     EXPECT_FALSE(part("queueEmptyState").isVisible());
     EXPECT_TRUE(part("queueView").isVisible());
     engine.manager().commands().removeItems({item->id()});
@@ -196,13 +197,12 @@ TEST_F(DownloadQueueViewTest, SaysSoWhileNothingIsVisible)
 TEST_F(DownloadQueueViewTest, DroppedTextAddsItsHttpLinks)
 {
     QMimeData data;
-    data.setText(QStringLiteral("see\nhttps://H.example/a.zip\n ftp://h.example/b\nhttp://h.example/c.zip"));
+    data.setText(u"see\nhttps://H.example/a.zip\n ftp://h.example/b\nhttp://h.example/c.zip"_s);
     EXPECT_TRUE(enter(data));
     EXPECT_TRUE(part("dropOverlay").isVisible());
     EXPECT_TRUE(drop(data));
     EXPECT_FALSE(part("dropOverlay").isVisible());
-    EXPECT_EQ(queue(),
-              (QStringList{QStringLiteral("https://H.example/a.zip"), QStringLiteral("http://h.example/c.zip")}));
+    EXPECT_EQ(queue(), (QStringList{u"https://H.example/a.zip"_s, u"http://h.example/c.zip"_s}));
 }
 
 TEST_F(DownloadQueueViewTest, NoDropIsEverAMove)
@@ -220,7 +220,7 @@ TEST_F(DownloadQueueViewTest, NoDropIsEverAMove)
     qsizetype added = 0;
     for (const auto& [possible, taken] : proposals) {
         QMimeData data;
-        data.setText(QStringLiteral("https://h.example/%1.zip").arg(added));
+        data.setText(u"https://h.example/%1.zip"_s.arg(added));
         EXPECT_EQ(answers(possible, data), QList<Qt::DropAction>(3, taken)) << possible.toInt();
         added += taken == Qt::IgnoreAction ? 0 : 1;
         EXPECT_EQ(queue().size(), added) << possible.toInt();
@@ -231,17 +231,17 @@ TEST_F(DownloadQueueViewTest, NoDropIsEverAMove)
 TEST_F(DownloadQueueViewTest, DroppedAddressesAddTheirHttpLinksOnce)
 {
     QMimeData data;
-    data.setUrls({QUrl(QStringLiteral("file:///etc/passwd")), QUrl(QStringLiteral("https://h.example/a%20b.zip"))});
-    data.setText(QStringLiteral("https://h.example/title-of-the-page"));
+    data.setUrls({QUrl(u"file:///etc/passwd"_s), QUrl(u"https://h.example/a%20b.zip"_s)});
+    data.setText(u"https://h.example/title-of-the-page"_s);
     EXPECT_TRUE(enter(data)); // without it no drop is delivered
     EXPECT_TRUE(drop(data));
-    EXPECT_EQ(queue(), QStringList{QStringLiteral("https://h.example/a%20b.zip")});
+    EXPECT_EQ(queue(), QStringList{u"https://h.example/a%20b.zip"_s});
 }
 
 TEST_F(DownloadQueueViewTest, ADropWithoutLinksAddsNothingAndSaysNothing)
 {
     QMimeData data;
-    data.setUrls({QUrl(QStringLiteral("file:///etc/passwd"))});
+    data.setUrls({QUrl(u"file:///etc/passwd"_s)});
     EXPECT_TRUE(enter(data));
     EXPECT_TRUE(drop(data));
     EXPECT_FALSE(part("dropOverlay").isVisible());
@@ -272,9 +272,9 @@ TEST_F(DownloadQueueViewTest, TheMugOpensTheDonationPage)
 
 TEST_F(DownloadQueueViewTest, TheOverlayLiesOverTheWholePageAndGoesWithTheDrag)
 {
-    engine.add(QStringLiteral("https://h.example/a.zip"));
+    engine.add(u"https://h.example/a.zip"_s);
     QMimeData data;
-    data.setText(QStringLiteral("https://h.example/b.zip"));
+    data.setText(u"https://h.example/b.zip"_s);
     enter(data);
     EXPECT_EQ(part("dropOverlay").geometry(), page.rect());
     EXPECT_EQ(page.children().last(), &part("dropOverlay"));
@@ -291,7 +291,7 @@ TEST_F(DownloadQueueViewTest, TheCapHasItsRowsAndWritesTheSetting)
     auto& combo = part<QComboBox>("speedCap");
     QStringList rows;
     for (int i = 0; i < combo.count(); ++i)
-        rows << QStringLiteral("%1=%2").arg(combo.itemText(i)).arg(combo.itemData(i).toLongLong());
+        rows << u"%1=%2"_s.arg(combo.itemText(i)).arg(combo.itemData(i).toLongLong());
     EXPECT_EQ(rows.join(u'|'),
               u"Unlimited=0|512 KB/s=512|1 MB/s=1024|2 MB/s=2048|5 MB/s=5120|10 MB/s=10240|20 MB/s=20480|"
               u"50 MB/s=51200");
@@ -332,7 +332,7 @@ TEST_F(DownloadQueueViewTest, TheReadOutShowsTheSpeedOfAllTransfers)
 {
     EXPECT_EQ(part<QLabel>("totalSpeed").text(), u"");
     EXPECT_GE(part("totalSpeed").minimumWidth(), 64);
-    const ItemPtr item = engine.start(QStringLiteral("https://h.example/a.zip"));
+    const ItemPtr item = engine.start(u"https://h.example/a.zip"_s);
     engine.http.last().head(200, {{"Content-Length", "100000000"}});
     for (int i = 0; i < 8; ++i) {
         engine.http.last().data(QByteArray(1024 * 1024, 'x'));
@@ -369,7 +369,7 @@ TEST_F(DownloadQueueViewTest, TheReadOutIsEmptyWhileNothingIsDownloading)
 
 TEST_F(DownloadQueueViewTest, TabGoesThroughTheToolBarFromLeftToRightAndThenToTheList)
 {
-    engine.add(QStringLiteral("https://h.example/a.zip"));
+    engine.add(u"https://h.example/a.zip"_s);
     part("addURLs").setFocus();
     QStringList order;
     for (int i = 0; i < 8; ++i) {
@@ -381,16 +381,15 @@ TEST_F(DownloadQueueViewTest, TabGoesThroughTheToolBarFromLeftToRightAndThenToTh
 
 TEST_F(DownloadQueueViewTest, ClearExtractedReachesTheQueue)
 {
-    const auto items =
-        engine.add({QStringLiteral("https://h.example/a.part1.rar"), QStringLiteral("https://h.example/b.zip")});
+    const auto items = engine.add({u"https://h.example/a.part1.rar"_s, u"https://h.example/b.zip"_s});
     items[0]->setExtractionStatus(ExtractionStatus::done);
     click("clearExtracted");
-    EXPECT_EQ(queue(), QStringList{QStringLiteral("https://h.example/b.zip")});
+    EXPECT_EQ(queue(), QStringList{u"https://h.example/b.zip"_s});
 }
 
 TEST_F(DownloadQueueViewTest, TheListIsNamedAndItsRowsSpeak)
 {
-    engine.add(QStringLiteral("https://h.example/a.zip"));
+    engine.add(u"https://h.example/a.zip"_s);
     auto& list = part<QueueView>("queueView");
     EXPECT_EQ(list.accessibleName(), u"Downloads");
     EXPECT_EQ(list.model()->index(0, 0).data(Qt::AccessibleTextRole).toString(), u"a.zip, Paused, h.example");

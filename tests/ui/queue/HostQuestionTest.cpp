@@ -15,6 +15,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -29,11 +31,11 @@ protected:
     HostQuestionTest() { page.show(); }
     void openContainer()
     {
-        engine.manager().addURLs({link(QStringLiteral("https://container.example/c/1"))}, std::nullopt);
+        engine.manager().addURLs({link(u"https://container.example/c/1"_s)}, std::nullopt);
         turnEventLoop();
-        const std::variant<std::vector<Link>, ContainerError> links = std::vector{
-            link(QStringLiteral("http://other.example/1")), link(QStringLiteral("http://terabytez.example/1")),
-            link(QStringLiteral("http://terabytez.example/2"))};
+        const std::variant<std::vector<Link>, ContainerError> links =
+            std::vector{link(u"http://other.example/1"_s), link(u"http://terabytez.example/1"_s),
+                        link(u"http://terabytez.example/2"_s)};
         log->containers.back().answer->deliver(links);
         turnEventLoop();
     }
@@ -90,8 +92,7 @@ TEST_F(HostQuestionTest, AddsTheLinksOfTheChosenHost)
 {
     openContainer();
     click("host0");
-    EXPECT_EQ(queue(), (QStringList{QStringLiteral("http://terabytez.example/1"),
-                                    QStringLiteral("http://terabytez.example/2")}));
+    EXPECT_EQ(queue(), (QStringList{u"http://terabytez.example/1"_s, u"http://terabytez.example/2"_s}));
     EXPECT_EQ(engine.manager().questions().pendingHostSelection(), std::nullopt);
     EXPECT_EQ(sheet(), nullptr);
 }
@@ -123,14 +124,14 @@ TEST_F(HostQuestionTest, CancellingOrClosingLeavesNothingInTheQueue)
 
 TEST_F(HostQuestionTest, LetsThePasswordOfAnArchiveBeTypedToItsEnd)
 {
-    engine.tools.add(QStringLiteral("unrar"), "exit 11");
-    const ItemPtr archive = engine.add(QStringLiteral("http://h/x.rar"));
-    archive->setLocalPath(engine.sandbox.write(QStringLiteral("Downloads/x.rar"), "x"));
+    engine.tools.add(u"unrar"_s, "exit 11");
+    const ItemPtr archive = engine.add(u"http://h/x.rar"_s);
+    archive->setLocalPath(engine.sandbox.write(u"Downloads/x.rar"_s, "x"));
     archive->setStatus(DownloadStatus::completed);
     engine.manager().commands().retryExtraction(archive->id());
     const auto passwordSheet = [this] { return page.findChild<ArchivePasswordSheetView*>(); };
     ASSERT_TRUE(waitUntil([&] { return passwordSheet() != nullptr; }));
-    fixtures::partOf<QLineEdit>(*passwordSheet(), "archivePassword").setText(QStringLiteral("half"));
+    fixtures::partOf<QLineEdit>(*passwordSheet(), "archivePassword").setText(u"half"_s);
     openContainer();
     ASSERT_NE(passwordSheet(), nullptr);
     EXPECT_EQ(fixtures::partOf<QLineEdit>(*passwordSheet(), "archivePassword").text(), u"half");

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -38,7 +40,7 @@ TEST(MissingToolsBanner, StandsBelowTheListUntilTheToolsAreThere)
 {
     fixtures::EngineOnScript engine;
     fixtures::FakeDesktop desktop(engine);
-    engine.tools.add(QStringLiteral("7za"));
+    engine.tools.add(u"7za"_s);
     desktop.tools.look();
     DownloadQueueView page(desktop.ports());
     page.resize(700, 400);
@@ -51,7 +53,7 @@ TEST(MissingToolsBanner, StandsBelowTheListUntilTheToolsAreThere)
     EXPECT_TRUE(text.text().startsWith(u"unrar not installed"));
     engine.settings().language.set(italian);
     EXPECT_TRUE(text.text().startsWith(u"unrar non installato"));
-    engine.tools.add(QStringLiteral("unrar"));
+    engine.tools.add(u"unrar"_s);
     desktop.tools.look();
     EXPECT_FALSE(banner.isVisible());
 }

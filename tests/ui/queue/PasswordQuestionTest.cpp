@@ -11,6 +11,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -21,7 +23,7 @@ class PasswordQuestionTest : public ::testing::Test, protected fixtures::Archive
 protected:
     PasswordQuestionTest()
     {
-        engine.tools.add(QStringLiteral("unrar"), "case \"$*\" in *-pright*) exit 0;; *) exit 11;; esac");
+        engine.tools.add(u"unrar"_s, "case \"$*\" in *-pright*) exit 0;; *) exit 11;; esac");
         page.show();
     }
     ArchivePasswordSheetView* sheet()
@@ -58,15 +60,15 @@ protected:
 
 TEST_F(PasswordQuestionTest, AsksAgainWithAFreshFormUntilThePasswordIsRight)
 {
-    const ItemPtr item = onDisk(QStringLiteral("m.part1.rar"));
+    const ItemPtr item = onDisk(u"m.part1.rar"_s);
     ArchivePasswordSheetView& first = askFor(item);
     EXPECT_EQ(first.windowModality(), Qt::WindowModal);
     EXPECT_EQ(title(first), u"Archive Password Required");
-    answer(first, QStringLiteral("wrong"));
+    answer(first, u"wrong"_s);
     for (int attempt = 0; attempt < 2; ++attempt) { // the second question equals the first
         ASSERT_TRUE(waitUntil([this] { return sheet() != nullptr; }));
         EXPECT_EQ(title(*sheet()), u"Wrong Password");
-        answer(*sheet(), attempt == 0 ? QStringLiteral("wrong") : QStringLiteral("right"));
+        answer(*sheet(), attempt == 0 ? u"wrong"_s : u"right"_s);
     }
     EXPECT_TRUE(reaches(item, ExtractionStatus::done));
     EXPECT_EQ(sheet(), nullptr);
@@ -74,7 +76,7 @@ TEST_F(PasswordQuestionTest, AsksAgainWithAFreshFormUntilThePasswordIsRight)
 
 TEST_F(PasswordQuestionTest, ClosingTheSheetLeavesTheArchive)
 {
-    const ItemPtr item = onDisk(QStringLiteral("x.rar"));
+    const ItemPtr item = onDisk(u"x.rar"_s);
     askFor(item).close();
     EXPECT_FALSE(question());
     EXPECT_EQ(sheet(), nullptr);
@@ -83,8 +85,8 @@ TEST_F(PasswordQuestionTest, ClosingTheSheetLeavesTheArchive)
 
 TEST_F(PasswordQuestionTest, TheNextArchiveIsAskedForWhenTheFirstIsAnswered)
 {
-    const ItemPtr one = onDisk(QStringLiteral("one.rar"));
-    const ItemPtr other = onDisk(QStringLiteral("other.rar"));
+    const ItemPtr one = onDisk(u"one.rar"_s);
+    const ItemPtr other = onDisk(u"other.rar"_s);
     ArchivePasswordSheetView& first = askFor(one);
     run(other);
     ASSERT_TRUE(waitUntil([&] { return other->extractionStatus() == ExtractionStatus::idle; }));
@@ -96,8 +98,8 @@ TEST_F(PasswordQuestionTest, TheNextArchiveIsAskedForWhenTheFirstIsAnswered)
 
 TEST_F(PasswordQuestionTest, TheSheetGoesWhenItsQuestionIsTakenBack)
 {
-    const ItemPtr item = onDisk(QStringLiteral("x.rar"));
-    const ItemPtr other = onDisk(QStringLiteral("y.rar"));
+    const ItemPtr item = onDisk(u"x.rar"_s);
+    const ItemPtr other = onDisk(u"y.rar"_s);
     askFor(item);
     run(other);
     ASSERT_TRUE(waitUntil([&] { return other->extractionStatus() == ExtractionStatus::idle; }));
@@ -109,7 +111,7 @@ TEST_F(PasswordQuestionTest, TheSheetGoesWhenItsQuestionIsTakenBack)
 
 TEST_F(PasswordQuestionTest, APageThatIsBuiltLaterAsksToo)
 {
-    askFor(onDisk(QStringLiteral("x.rar")));
+    askFor(onDisk(u"x.rar"_s));
     DownloadQueueView late(desktop.ports());
     fixtures::turnEventLoop();
     EXPECT_EQ(late.findChild<ArchivePasswordSheetView*>(), nullptr); // not before it is on the screen

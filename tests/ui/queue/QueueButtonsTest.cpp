@@ -12,6 +12,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -89,11 +91,11 @@ TEST_F(QueueButtonsTest, ASecondQuickClickDoesNotHitWhatCameUnderThePointer)
 TEST_F(QueueButtonsTest, AFailedArchiveStepHasItsOwnRetry)
 {
     items[2]->setStatus(DownloadStatus::completed);
-    items[2]->setLocalPath(engine.sandbox.write(QStringLiteral("Downloads/b.zip"), "x"));
-    items[2]->setExtractionStatus(ExtractionStatus::failure(QStringLiteral("no volume")));
+    items[2]->setLocalPath(engine.sandbox.write(u"Downloads/b.zip"_s, "x"));
+    items[2]->setExtractionStatus(ExtractionStatus::failure(u"no volume"_s));
     turnEventLoop();
     click(placeOf(rowLayout(plain()).buttons, RowButton::retryExtraction));
-    EXPECT_NE(items[2]->extractionStatus(), ExtractionStatus::failure(QStringLiteral("no volume")));
+    EXPECT_NE(items[2]->extractionStatus(), ExtractionStatus::failure(u"no volume"_s));
 }
 
 TEST_F(QueueButtonsTest, TheButtonUnderThePointerIsSeen)
@@ -133,7 +135,7 @@ TEST_F(QueueButtonsTest, ADoubleClickOnTheTitleAsksForAName)
     ASSERT_NE(popover(), nullptr);
     auto& draft = fixtures::partOf<QLineEdit>(*popover(), "draftName");
     EXPECT_EQ(draft.text(), u"a");
-    draft.setText(QStringLiteral("My film"));
+    draft.setText(u"My film"_s);
     QTest::keyClick(&draft, Qt::Key_Return);
     EXPECT_EQ(header().data(QueueModel::nameRole).toString(), u"My film");
 }
@@ -238,8 +240,8 @@ TEST_F(QueueButtonsTest, AltAndArrowsMoveTheSelectedGroup)
 
 TEST_F(QueueButtonsTest, EverythingHasItsPlaceInTheSmallestWindow)
 {
-    items[0]->setFilename(QStringLiteral("Long.name.").repeated(20) + QStringLiteral(".part1.rar"));
-    items[1]->setFilename(QStringLiteral("Long.name.").repeated(20) + QStringLiteral(".part2.rar"));
+    items[0]->setFilename(u"Long.name."_s.repeated(20) + u".part1.rar"_s);
+    items[1]->setFilename(u"Long.name."_s.repeated(20) + u".part2.rar"_s);
     items[0]->setStatus(DownloadStatus::completed);
     items[1]->setStatus(DownloadStatus::downloading);
     engine.settings().language.set(AppLanguage::italian);
@@ -253,8 +255,7 @@ TEST_F(QueueButtonsTest, EverythingHasItsPlaceInTheSmallestWindow)
     for (const QRect& rect : layout.shown())
         EXPECT_TRUE(view.viewport()->rect().contains(rect));
     const RowLayout row = rowLayout(member(1));
-    EXPECT_GE(row.status.width(),
-              QFontMetrics(RowMetrics(view.font()).captionFont).horizontalAdvance(QStringLiteral("Download")));
+    EXPECT_GE(row.status.width(), QFontMetrics(RowMetrics(view.font()).captionFont).horizontalAdvance(u"Download"_s));
     EXPECT_LT(row.status.right(), row.buttons.front().rect.left());
 }
 

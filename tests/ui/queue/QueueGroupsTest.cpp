@@ -1,11 +1,13 @@
-#include "fixtures/EventLoop.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/EventLoop.h"
 #include "ui/queue/tree/QueueModel.h"
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>
 
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 namespace vormel {
 namespace {
@@ -14,7 +16,7 @@ using fixtures::turnEventLoop;
 
 QString url(const QString& name)
 {
-    return QStringLiteral("https://h.example/") + name;
+    return u"https://h.example/"_s + name;
 }
 
 class QueueGroupsTest : public ::testing::Test
@@ -51,8 +53,7 @@ protected:
 
 TEST_F(QueueGroupsTest, PartsFormOneGroupInTheOrderOfTheirNumbers)
 {
-    engine.add({url(QStringLiteral("Movie.part10.rar")), url(QStringLiteral("Movie.part1.rar")),
-                  url(QStringLiteral("Movie.PART2.RAR")), url(QStringLiteral("Movie.rar"))});
+    engine.add({url(u"Movie.part10.rar"_s), url(u"Movie.part1.rar"_s), url(u"Movie.PART2.RAR"_s), url(u"Movie.rar"_s)});
     EXPECT_EQ(shown(), u"Movie[Movie.part1.rar Movie.PART2.RAR Movie.part10.rar] Movie.rar");
     EXPECT_EQ(resets.count(), 0);
 }
@@ -79,38 +80,36 @@ TEST_F(QueueGroupsTest, ALaterPartJoinsItsGroupWhereItStands)
 
 TEST_F(QueueGroupsTest, ANameThatIsFoundOutMakesTwoRowsOneHeader)
 {
-    const auto items =
-        engine.add({url(QStringLiteral("one")), url(QStringLiteral("between.zip")), url(QStringLiteral("two"))});
-    items[2]->setFilename(QStringLiteral("a.part2.rar"));
+    const auto items = engine.add({url(u"one"_s), url(u"between.zip"_s), url(u"two"_s)});
+    items[2]->setFilename(u"a.part2.rar"_s);
     turnEventLoop();
     EXPECT_EQ(shown(), u"one between.zip a.part2.rar");
-    items[0]->setFilename(QStringLiteral("a.part1.rar"));
+    items[0]->setFilename(u"a.part1.rar"_s);
     turnEventLoop();
     EXPECT_EQ(shown(), u"a[a.part1.rar a.part2.rar] between.zip");
-    items[0]->setFilename(QStringLiteral("c.part1.rar"));
+    items[0]->setFilename(u"c.part1.rar"_s);
     turnEventLoop();
     EXPECT_EQ(shown(), u"c.part1.rar between.zip a.part2.rar");
 }
 
 TEST_F(QueueGroupsTest, NamesThatAreFoundOutInOneTurnAreFollowedTogether)
 {
-    const auto items =
-        engine.add({url(QStringLiteral("one")), url(QStringLiteral("two")), url(QStringLiteral("three"))});
+    const auto items = engine.add({url(u"one"_s), url(u"two"_s), url(u"three"_s)});
     for (std::size_t i = 0; i < 3; ++i)
-        items[i]->setFilename(QStringLiteral("a.part%1.rar").arg(i + 1));
+        items[i]->setFilename(u"a.part%1.rar"_s.arg(i + 1));
     turnEventLoop();
     EXPECT_EQ(shown(), u"a[a.part1.rar a.part2.rar a.part3.rar]");
-    EXPECT_EQ(model.headerOf(QStringLiteral("a")), model.index(0, 0));
+    EXPECT_EQ(model.headerOf(u"a"_s), model.index(0, 0));
 }
 
 TEST_F(QueueGroupsTest, ManyNewNamesOfPlainFilesAreNoNewRows)
 {
     QStringList urls;
     for (int i = 0; i < 50; ++i)
-        urls << url(QStringLiteral("f%1").arg(i));
+        urls << url(u"f%1"_s.arg(i));
     const auto items = engine.add(urls);
     for (const ItemPtr& item : items)
-        item->setFilename(item->filename() + QStringLiteral(".zip"));
+        item->setFilename(item->filename() + u".zip"_s);
     turnEventLoop();
     EXPECT_EQ(resets.count(), 0);
     EXPECT_TRUE(shown().startsWith(u"f0.zip f1.zip "));
@@ -118,8 +117,8 @@ TEST_F(QueueGroupsTest, ManyNewNamesOfPlainFilesAreNoNewRows)
 
 TEST_F(QueueGroupsTest, AGroupThatLosesAllButOneIsAPlainRow)
 {
-    const auto items = engine.add({url(QStringLiteral("a.part1.rar")), url(QStringLiteral("a.part2.rar")),
-                                     url(QStringLiteral("a.part3.rar")), url(QStringLiteral("z.zip"))});
+    const auto items =
+        engine.add({url(u"a.part1.rar"_s), url(u"a.part2.rar"_s), url(u"a.part3.rar"_s), url(u"z.zip"_s)});
     engine.manager().commands().removeItems({items[1]->id()});
     EXPECT_EQ(shown(), u"a[a.part1.rar a.part3.rar] z.zip");
     engine.manager().commands().removeItems({items[0]->id()});
@@ -145,8 +144,7 @@ TEST_F(QueueGroupsTest, AHiddenRecoveryVolumeAppearsWhenItDownloadsAndGoesAgain)
 
 TEST_F(QueueGroupsTest, TheStateOfOneVolumeMayHideAnother)
 {
-    const auto items = engine.add(
-        {url(QStringLiteral("a.part1.rar")), url(QStringLiteral("a.part2.rar")), url(QStringLiteral("a.part1.rev"))});
+    const auto items = engine.add({url(u"a.part1.rar"_s), url(u"a.part2.rar"_s), url(u"a.part1.rev"_s)});
     engine.settings().downloadRevFiles.set(true);
     EXPECT_EQ(shown(), u"a[a.part1.rar a.part1.rev a.part2.rar]"); // volume and part 1 in the order of the queue
     items[0]->setStatus(DownloadStatus::completed);
@@ -214,7 +212,7 @@ TEST_F(QueueGroupsTest, ANewNameShowsAtOnce)
     add("a.part1.rar");
     add("a.part2.rar");
     changes.clear();
-    engine.manager().renameGroup(QStringLiteral("a"), QStringLiteral("My film"));
+    engine.manager().renameGroup(u"a"_s, u"My film"_s);
     EXPECT_EQ(header(0).title, u"My film");
     EXPECT_EQ(changes.count(), 1);
     EXPECT_EQ(model.index(0, 0, model.index(0, 0)).data(QueueModel::nameRole).toString(), u"a.part1.rar");
@@ -224,7 +222,7 @@ TEST_F(QueueGroupsTest, FollowsManyStepsByReadingAllAnew)
 {
     QStringList urls;
     for (int i = 0; i < 60; ++i)
-        urls << url(QStringLiteral("s%1.part%2.rar").arg(i / 3).arg(i % 3 + 1));
+        urls << url(u"s%1.part%2.rar"_s.arg(i / 3).arg(i % 3 + 1));
     const auto items = engine.add(urls);
     EXPECT_EQ(model.rowCount(), 20);
     QSet<ItemId> firsts;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "fixtures/EventLoop.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/EventLoop.h"
 #include "ui/FakeDesktop.h"
 #include "ui/queue/list/QueueView.h"
 #include "ui/queue/tree/QueueModel.h"
@@ -28,7 +28,7 @@ struct SetAndFile
     EngineOnScript engine;
     std::vector<ItemPtr> items =
         engine.add({QStringLiteral("https://h.example/a.part1.rar"), QStringLiteral("https://h.example/a.part2.rar"),
-                      QStringLiteral("https://h.example/b.zip")});
+                    QStringLiteral("https://h.example/b.zip")});
     FakeDesktop desktop{engine};
     QueueModel model{engine.manager(), engine.clock};
     QueueView view{model, RowCommands(desktop.ports())};

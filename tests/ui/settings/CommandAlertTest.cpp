@@ -4,6 +4,8 @@
 
 #include <QPushButton>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -29,7 +31,7 @@ protected:
 
 TEST(CommandQuestion, IsShortForAnOrdinaryCommand)
 {
-    const QString command = QStringLiteral("brew install rar");
+    const QString command = u"brew install rar"_s;
     EXPECT_EQ(commandQuestion(command, english, Desktop::finder),
               u"This will run:\n\nbrew install rar\n\nmacOS may ask for your password.");
     EXPECT_EQ(commandQuestion(command, italian, Desktop::finder),
@@ -42,18 +44,15 @@ TEST(CommandQuestion, IsShortForAnOrdinaryCommand)
 
 TEST(CommandQuestion, IsLongForTheInstallerOfAPackageManager)
 {
-    const QString command = QStringLiteral("curl https://brew.example/Homebrew/install/HEAD/install.sh");
+    const QString command = u"curl https://brew.example/Homebrew/install/HEAD/install.sh"_s;
     EXPECT_EQ(commandQuestion(command, english, Desktop::finder),
-              QStringLiteral("This will run:\n\n") + command +
-                  QStringLiteral(
-                      "\n\nNote: the Homebrew installer will also install Xcode Command Line Tools (~1.5 GB) if not "
-                      "already present. macOS will ask for your password."));
-    EXPECT_EQ(
-        commandQuestion(command, italian, Desktop::finder),
-        QStringLiteral("Verrà eseguito:\n\n") + command +
-            QStringLiteral(
-                "\n\nNota: il programma di installazione di Homebrew installerà anche gli Xcode Command Line Tools "
-                "(~1.5 GB) se non già presenti. macOS chiederà la password."));
+              u"This will run:\n\n"_s + command +
+                  u"\n\nNote: the Homebrew installer will also install Xcode Command Line Tools (~1.5 GB) if not "
+                  u"already present. macOS will ask for your password."_s);
+    EXPECT_EQ(commandQuestion(command, italian, Desktop::finder),
+              u"Verrà eseguito:\n\n"_s + command +
+                  u"\n\nNota: il programma di installazione di Homebrew installerà anche gli Xcode Command Line Tools "
+                  u"(~1.5 GB) se non già presenti. macOS chiederà la password."_s);
     EXPECT_TRUE(commandQuestion(command, english, Desktop::freedesktop).contains(u"git and a compiler"));
     EXPECT_TRUE(commandQuestion(command, italian, Desktop::freedesktop).contains(u"git e un compilatore"));
 }
@@ -62,7 +61,7 @@ TEST_F(CommandAlertTest, AsksInTheLanguageOfTheSettings)
 {
     CommandAlert& alert = ask();
     EXPECT_EQ(alert.text(), u"Open Terminal?");
-    EXPECT_EQ(alert.informativeText(), commandQuestion(QStringLiteral("sudo apt install 7zip"), english));
+    EXPECT_EQ(alert.informativeText(), commandQuestion(u"sudo apt install 7zip"_s, english));
     EXPECT_EQ(fixtures::partOf<QPushButton>(alert, "runCommand").text(), u"Open Terminal");
     EXPECT_EQ(fixtures::partOf<QPushButton>(alert, "cancelCommand").text(), u"Cancel");
     EXPECT_EQ(alert.windowModality(), Qt::WindowModal);
@@ -77,10 +76,10 @@ TEST_F(CommandAlertTest, AsksInTheLanguageOfTheSettings)
 TEST_F(CommandAlertTest, AgreeingRunsTheCommandInATerminal)
 {
     CommandAlert& alert = ask("installRar");
-    EXPECT_EQ(page.pendingCommand(), QStringLiteral("sudo apt install rar unrar"));
+    EXPECT_EQ(page.pendingCommand(), u"sudo apt install rar unrar"_s);
     EXPECT_TRUE(desktop.terminal.commands.isEmpty());
     answer(alert, "runCommand");
-    EXPECT_EQ(desktop.terminal.commands, QStringList{QStringLiteral("sudo apt install rar unrar")});
+    EXPECT_EQ(desktop.terminal.commands, QStringList{u"sudo apt install rar unrar"_s});
     EXPECT_EQ(page.pendingCommand(), std::nullopt);
     EXPECT_FALSE(isAsking());
 }
@@ -101,7 +100,7 @@ TEST_F(CommandAlertTest, EscapeCancelsAndReturnAgrees)
     EXPECT_EQ(page.pendingCommand(), std::nullopt);
     QTest::keyClick(&ask(), Qt::Key_Return);
     fixtures::turnEventLoop();
-    EXPECT_EQ(desktop.terminal.commands, QStringList{QStringLiteral("sudo apt install 7zip")});
+    EXPECT_EQ(desktop.terminal.commands, QStringList{u"sudo apt install 7zip"_s});
 }
 
 } // namespace

@@ -8,6 +8,8 @@
 #include <QFileDialog>
 #include <QToolButton>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -42,15 +44,15 @@ TEST_F(FolderRowTest, SpeaksBothLanguages)
 
 TEST_F(FolderRowTest, ShowsTheFolderOfTheSetting)
 {
-    settings().downloadFolderPath.set(QStringLiteral("/srv/new"));
+    settings().downloadFolderPath.set(u"/srv/new"_s);
     EXPECT_EQ(partOfRow<QLabel>("path").text(), u"/srv/new");
-    settings().downloadFolderPath.set(QDir::homePath() + QStringLiteral("/new"));
+    settings().downloadFolderPath.set(QDir::homePath() + u"/new"_s);
     EXPECT_EQ(partOfRow<QLabel>("path").text(), u"~/new");
 }
 
 TEST_F(FolderRowTest, ALongPathIsCutInTheMiddleAndWholeInTheToolTip)
 {
-    const QString path = QStringLiteral("/srv/") + QStringLiteral("long/").repeated(60) + QStringLiteral("end");
+    const QString path = u"/srv/"_s + u"long/"_s.repeated(60) + u"end"_s;
     settings().downloadFolderPath.set(path);
     fixtures::turnEventLoop();
     const QString shown = partOfRow<QLabel>("path").text();
@@ -82,9 +84,9 @@ TEST_F(FolderRowTest, AnOpenPickerFollowsTheLanguage)
 
 TEST_F(FolderRowTest, WhatIsPickedBecomesTheSetting)
 {
-    const QString picked = engine.sandbox.path(QStringLiteral("picked"));
+    const QString picked = engine.sandbox.path(u"picked"_s);
     ASSERT_TRUE(QDir().mkpath(picked));
-    settings().extractionFolderPath.set(QStringLiteral("/srv/other"));
+    settings().extractionFolderPath.set(u"/srv/other"_s);
     QFileDialog& dialog = choose(row());
     Q_EMIT dialog.fileSelected(picked);
     EXPECT_EQ(settings().downloadFolderPath.value(), picked);
@@ -93,24 +95,24 @@ TEST_F(FolderRowTest, WhatIsPickedBecomesTheSetting)
 
 TEST_F(FolderRowTest, CancellingThePickerChangesNothing)
 {
-    settings().downloadFolderPath.set(QStringLiteral("/srv/new"));
+    settings().downloadFolderPath.set(u"/srv/new"_s);
     choose(row()).reject();
     EXPECT_EQ(settings().downloadFolderPath.value(), u"/srv/new");
 }
 
 TEST_F(FolderRowTest, ResetGoesToTheUsersDownloads)
 {
-    settings().downloadFolderPath.set(QStringLiteral("/srv/new"));
+    settings().downloadFolderPath.set(u"/srv/new"_s);
     partOfRow("resetFolder").click();
     EXPECT_EQ(settings().downloadFolderPath.value(), engine.sandbox.folders().downloads);
 }
 
 TEST_F(FolderRowTest, TheFolderButtonOpensTheFolder)
 {
-    settings().downloadFolderPath.set(QStringLiteral("/srv/a b"));
+    settings().downloadFolderPath.set(u"/srv/a b"_s);
     EXPECT_TRUE(partOfRow<QToolButton>("openFolder").autoRaise());
     partOfRow("openFolder").click();
-    EXPECT_EQ(desktop.opener.opened, QList<QUrl>{QUrl::fromLocalFile(QStringLiteral("/srv/a b"))});
+    EXPECT_EQ(desktop.opener.opened, QList<QUrl>{QUrl::fromLocalFile(u"/srv/a b"_s)});
 }
 
 } // namespace

@@ -6,6 +6,8 @@
 
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -51,7 +53,7 @@ TEST_F(InstallSectionTest, OffersEachMissingTool)
     install("unrar");
     EXPECT_FALSE(isShown("installRar"));
     EXPECT_TRUE(isShown("installSevenZip"));
-    engine.tools.remove(QStringLiteral("unrar"));
+    engine.tools.remove(u"unrar"_s);
     install("7za");
     EXPECT_TRUE(isShown("installRar"));
     EXPECT_FALSE(isShown("installSevenZip"));
@@ -121,8 +123,7 @@ TEST_F(InstallSectionTest, InstallingAPackageManagerIsOfferedOnlyWithAnAddress)
 {
     desktop.managers.manager = std::nullopt;
     InstallSection without(desktop.ports(), {}, nullptr);
-    InstallSection with(desktop.ports(), QStringLiteral("https://brew.example/Homebrew/install/HEAD/install.sh"),
-                        nullptr);
+    InstallSection with(desktop.ports(), u"https://brew.example/Homebrew/install/HEAD/install.sh"_s, nullptr);
     without.show();
     with.show();
     EXPECT_FALSE(fixtures::partOf<QWidget>(without, "installManager").isVisible());

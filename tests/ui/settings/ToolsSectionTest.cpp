@@ -3,6 +3,8 @@
 
 #include <QGroupBox>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -19,9 +21,8 @@ protected:
                 const auto& label = fixtures::partOf<QLabel>(*row, name);
                 texts << (label.isVisible() ? label.text() : QString());
             }
-            texts << (fixtures::partOf<QWidget>(*row, "toolThere").isVisible() ? QStringLiteral("there") : QString());
-            texts << (fixtures::partOf<QWidget>(*row, "toolMissing").isVisible() ? QStringLiteral("missing")
-                                                                                 : QString());
+            texts << (fixtures::partOf<QWidget>(*row, "toolThere").isVisible() ? u"there"_s : QString());
+            texts << (fixtures::partOf<QWidget>(*row, "toolMissing").isVisible() ? u"missing"_s : QString());
             all << texts.join(u'|');
         }
         return all;
@@ -37,12 +38,12 @@ protected:
 TEST_F(ToolsSectionTest, ListsTheToolsInTheirOrder)
 {
     EXPECT_EQ(part<QGroupBox>("toolsSection").title(), u"Available Tools");
-    EXPECT_EQ(rows(), (QStringList{QStringLiteral("unzip|ZIP|built-in|Available|there|"),
-                                   QStringLiteral("tar|TAR, TAR.GZ, TAR.BZ2, TAR.XZ|built-in|Available|there|"),
-                                   QStringLiteral("unrar|RAR, multi-part RAR||Not installed||missing"),
-                                   QStringLiteral("rar|Rebuild missing volumes from .rev files||Not "
-                                                  "installed||missing"),
-                                   QStringLiteral("7z / 7zz|7-Zip||Not installed||missing")}));
+    EXPECT_EQ(rows(), (QStringList{u"unzip|ZIP|built-in|Available|there|"_s,
+                                   u"tar|TAR, TAR.GZ, TAR.BZ2, TAR.XZ|built-in|Available|there|"_s,
+                                   u"unrar|RAR, multi-part RAR||Not installed||missing"_s,
+                                   u"rar|Rebuild missing volumes from .rev files||Not "
+                                   u"installed||missing"_s,
+                                   u"7z / 7zz|7-Zip||Not installed||missing"_s}));
 }
 
 TEST_F(ToolsSectionTest, SpeaksItalian)
@@ -50,11 +51,11 @@ TEST_F(ToolsSectionTest, SpeaksItalian)
     install("rar");
     useItalian();
     EXPECT_EQ(part<QGroupBox>("toolsSection").title(), u"Strumenti disponibili");
-    EXPECT_EQ(rows(), (QStringList{QStringLiteral("unzip|ZIP|integrato|Disponibile|there|"),
-                                   QStringLiteral("tar|TAR, TAR.GZ, TAR.BZ2, TAR.XZ|integrato|Disponibile|there|"),
-                                   QStringLiteral("unrar|RAR, RAR multi-parte||Non installato||missing"),
-                                   QStringLiteral("rar|Ricostruisci volumi mancanti dai file .rev||Disponibile|there|"),
-                                   QStringLiteral("7z / 7zz|7-Zip||Non installato||missing")}));
+    EXPECT_EQ(rows(), (QStringList{u"unzip|ZIP|integrato|Disponibile|there|"_s,
+                                   u"tar|TAR, TAR.GZ, TAR.BZ2, TAR.XZ|integrato|Disponibile|there|"_s,
+                                   u"unrar|RAR, RAR multi-parte||Non installato||missing"_s,
+                                   u"rar|Ricostruisci volumi mancanti dai file .rev||Disponibile|there|"_s,
+                                   u"7z / 7zz|7-Zip||Non installato||missing"_s}));
 }
 
 TEST_F(ToolsSectionTest, AToolTurnsUpWhenItIsInstalled)
@@ -62,7 +63,7 @@ TEST_F(ToolsSectionTest, AToolTurnsUpWhenItIsInstalled)
     install("unrar");
     EXPECT_EQ(rows().at(2), u"unrar|RAR, multi-part RAR||Available|there|");
     EXPECT_EQ(rows().at(3), u"rar|Rebuild missing volumes from .rev files||Not installed||missing");
-    engine.tools.remove(QStringLiteral("unrar"));
+    engine.tools.remove(u"unrar"_s);
     desktop.tools.look();
     EXPECT_EQ(rows().at(2), u"unrar|RAR, multi-part RAR||Not installed||missing");
 }
@@ -70,7 +71,7 @@ TEST_F(ToolsSectionTest, AToolTurnsUpWhenItIsInstalled)
 TEST_F(ToolsSectionTest, UnzipIsAvailableOnlyWhereItIs)
 {
     EXPECT_EQ(rows().front(), u"unzip|ZIP|built-in|Available|there|");
-    engine.tools.remove(QStringLiteral("unzip"));
+    engine.tools.remove(u"unzip"_s);
     desktop.tools.look();
     EXPECT_EQ(rows().front(), u"unzip|ZIP||Not installed||missing");
     useItalian();
@@ -92,7 +93,7 @@ TEST_F(ToolsSectionTest, AnyNameOfSevenZipWillDo)
 TEST_F(ToolsSectionTest, LooksAgainWhenThePageIsShown)
 {
     page.hide();
-    engine.tools.add(QStringLiteral("rar"));
+    engine.tools.add(u"rar"_s);
     page.show();
     EXPECT_EQ(rows().at(3), u"rar|Rebuild missing volumes from .rev files||Available|there|");
 }

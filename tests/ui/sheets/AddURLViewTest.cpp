@@ -1,8 +1,8 @@
 #include "ui/sheets/AddURLView.h"
 
-#include "fixtures/FakeResolvers.h"
-#include "fixtures/EventLoop.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/EventLoop.h"
+#include "fixtures/FakeResolvers.h"
 #include "ui/Part.h"
 
 #include <QClipboard>
@@ -17,12 +17,14 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
-const QString oneHost = QStringLiteral("https://a.example/1\nhttps://www.a.example/2");
+const QString oneHost = u"https://a.example/1\nhttps://www.a.example/2"_s;
 const QString twoHosts =
-    QStringLiteral("https://b.example/1\nhttps://container.example/c\nhttps://a.example/2\nhttps://b.example/3");
+    u"https://b.example/1\nhttps://container.example/c\nhttps://a.example/2\nhttps://b.example/3"_s;
 
 class AddURLViewTest : public ::testing::Test
 {
@@ -69,8 +71,7 @@ protected:
 
 TEST_F(AddURLViewTest, TakesTheLinksOfTheClipboardAndIsReadyToType)
 {
-    QGuiApplication::clipboard()->setText(
-        QStringLiteral("see\n https://a.example/1 \nftp://b.example/2\nhttp://c.example/3"));
+    QGuiApplication::clipboard()->setText(u"see\n https://a.example/1 \nftp://b.example/2\nhttp://c.example/3"_s);
     open();
     EXPECT_EQ(part<QPlainTextEdit>("linkEditor").toPlainText(), u"https://a.example/1\nhttp://c.example/3");
     EXPECT_EQ(sheet.focusWidget(), &part<QPlainTextEdit>("linkEditor"));
@@ -78,8 +79,8 @@ TEST_F(AddURLViewTest, TakesTheLinksOfTheClipboardAndIsReadyToType)
 
 TEST_F(AddURLViewTest, ShowsTheBeginningOfLongLinksOfTheClipboardAndIsReadyAtTheirEnd)
 {
-    const QString link = QStringLiteral("https://a.example/") + QStringLiteral("long-").repeated(200);
-    QGuiApplication::clipboard()->setText(link + QStringLiteral("1\n") + link + QStringLiteral("2"));
+    const QString link = u"https://a.example/"_s + u"long-"_s.repeated(200);
+    QGuiApplication::clipboard()->setText(link + u"1\n"_s + link + u"2"_s);
     open();
     fixtures::turnEventLoop();
     const auto& editor = part<QPlainTextEdit>("linkEditor");
@@ -90,31 +91,31 @@ TEST_F(AddURLViewTest, ShowsTheBeginningOfLongLinksOfTheClipboardAndIsReadyAtThe
 
 TEST_F(AddURLViewTest, KeepsTextThatIsThere)
 {
-    QGuiApplication::clipboard()->setText(QStringLiteral("https://clip.example/1"));
-    part<QPlainTextEdit>("linkEditor").setPlainText(QStringLiteral("https://typed.example/1"));
+    QGuiApplication::clipboard()->setText(u"https://clip.example/1"_s);
+    part<QPlainTextEdit>("linkEditor").setPlainText(u"https://typed.example/1"_s);
     open();
     EXPECT_EQ(part<QPlainTextEdit>("linkEditor").toPlainText(), u"https://typed.example/1");
 }
 
 TEST_F(AddURLViewTest, CountsInBothLanguages)
 {
-    open(QStringLiteral("https://a.example/1"));
+    open(u"https://a.example/1"_s);
     EXPECT_EQ(text("directCountText"), u"1 direct link");
     EXPECT_FALSE(isShown("containerCount"));
-    part<QPlainTextEdit>("linkEditor").setPlainText(twoHosts + QStringLiteral("\nhttps://container.example/d"));
+    part<QPlainTextEdit>("linkEditor").setPlainText(twoHosts + u"\nhttps://container.example/d"_s);
     EXPECT_EQ(text("directCountText"), u"3 direct links");
     EXPECT_EQ(text("containerCountText"), u"2 containers");
     engine.settings().language.set(AppLanguage::italian);
     EXPECT_EQ(text("directCountText"), u"3 link direttoi");
     EXPECT_EQ(text("containerCountText"), u"2 container");
-    part<QPlainTextEdit>("linkEditor").setPlainText(QStringLiteral("https://a.example/1\nhttps://container.example/c"));
+    part<QPlainTextEdit>("linkEditor").setPlainText(u"https://a.example/1\nhttps://container.example/c"_s);
     EXPECT_EQ(text("directCountText"), u"1 link diretto");
     EXPECT_EQ(text("containerCountText"), u"1 container");
 }
 
 TEST_F(AddURLViewTest, ShowsNoCountAndOffersNothingWithoutLinks)
 {
-    open(QStringLiteral("hello"));
+    open(u"hello"_s);
     EXPECT_FALSE(isShown("directCount"));
     EXPECT_FALSE(isShown("containerCount"));
     EXPECT_FALSE(button("add").isEnabled());
@@ -126,7 +127,7 @@ TEST_F(AddURLViewTest, AsksForAPasswordOnlyForContainers)
 {
     open(oneHost);
     EXPECT_FALSE(isShown("passwordBlock"));
-    part<QPlainTextEdit>("linkEditor").setPlainText(QStringLiteral("https://container.example/c"));
+    part<QPlainTextEdit>("linkEditor").setPlainText(u"https://container.example/c"_s);
     EXPECT_TRUE(isShown("passwordBlock"));
     EXPECT_EQ(part<QLineEdit>("containerPassword").echoMode(), QLineEdit::Password);
 }
@@ -142,11 +143,11 @@ TEST_F(AddURLViewTest, AddsTheLinksOfOneHostAtOnce)
 
 TEST_F(AddURLViewTest, HandsOverThePassword)
 {
-    open(QStringLiteral("https://container.example/c"));
-    QTest::keyClicks(&part<QLineEdit>("containerPassword"), QStringLiteral("secret"));
+    open(u"https://container.example/c"_s);
+    QTest::keyClicks(&part<QLineEdit>("containerPassword"), u"secret"_s);
     QTest::keyClick(&part<QLineEdit>("containerPassword"), Qt::Key_Return);
     EXPECT_EQ(additions, 1);
-    EXPECT_EQ(password, QStringLiteral("secret"));
+    EXPECT_EQ(password, u"secret"_s);
 }
 
 TEST_F(AddURLViewTest, ControlReturnInTheEditorAdds)
@@ -191,12 +192,12 @@ TEST_F(AddURLViewTest, AsksWhichOfSeveralHostsIsMeant)
 TEST_F(AddURLViewTest, AChosenHostComesWithAllContainers)
 {
     open(twoHosts);
-    part<QLineEdit>("containerPassword").setText(QStringLiteral("pw"));
+    part<QLineEdit>("containerPassword").setText(u"pw"_s);
     click("add");
     click("host1");
-    EXPECT_EQ(added, (QStringList{QStringLiteral("https://container.example/c"), QStringLiteral("https://b.example/1"),
-                                  QStringLiteral("https://b.example/3")}));
-    EXPECT_EQ(password, QStringLiteral("pw"));
+    EXPECT_EQ(added,
+              (QStringList{u"https://container.example/c"_s, u"https://b.example/1"_s, u"https://b.example/3"_s}));
+    EXPECT_EQ(password, u"pw"_s);
     EXPECT_FALSE(isOpen());
 }
 
@@ -229,15 +230,14 @@ TEST_F(AddURLViewTest, TheFirstHostHasTheFocusAndReturnTakesIt)
     click("add");
     EXPECT_EQ(sheet.focusWidget(), &button("host0"));
     QTest::keyClick(&button("host0"), Qt::Key_Return);
-    EXPECT_EQ(added,
-              (QStringList{QStringLiteral("https://container.example/c"), QStringLiteral("https://a.example/2")}));
+    EXPECT_EQ(added, (QStringList{u"https://container.example/c"_s, u"https://a.example/2"_s}));
 }
 
 TEST_F(AddURLViewTest, ManyHostsScroll)
 {
     QStringList lines;
     for (int i = 0; i < 30; ++i)
-        lines << QStringLiteral("https://host%1.example/x").arg(i);
+        lines << u"https://host%1.example/x"_s.arg(i);
     open(lines.join(u'\n'));
     click("add");
     fixtures::turnEventLoop();
@@ -248,7 +248,7 @@ TEST_F(AddURLViewTest, ManyHostsScroll)
 
 TEST_F(AddURLViewTest, SpeaksBothLanguages)
 {
-    open(QStringLiteral("https://container.example/c"));
+    open(u"https://container.example/c"_s);
     EXPECT_EQ(text("addTitle"), u"Add URLs");
     EXPECT_EQ(text("addPrompt"), u"Paste one or more links, one per line:");
     EXPECT_EQ(text("passwordLabelText"), u"Container password (optional)");
@@ -265,7 +265,7 @@ TEST_F(AddURLViewTest, SpeaksBothLanguages)
 
 TEST_F(AddURLViewTest, TabGoesThroughEverything)
 {
-    open(QStringLiteral("https://container.example/c"));
+    open(u"https://container.example/c"_s);
     QStringList order;
     for (int i = 0; i < 4; ++i) {
         order << sheet.focusWidget()->objectName();

@@ -10,13 +10,15 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
 class ArchivePasswordSheetTest : public ::testing::Test
 {
 protected:
-    void open(bool wasWrong = false, const QString& name = QStringLiteral("a.part1.rar"))
+    void open(bool wasWrong = false, const QString& name = u"a.part1.rar"_s)
     {
         const PendingExtractionPassword pending{ItemId::make(), name, wasWrong};
         sheet = std::make_unique<ArchivePasswordSheetView>(pending, engine.settings(), nullptr);
@@ -76,13 +78,13 @@ TEST_F(ArchivePasswordSheetTest, TheFieldHidesWhatIsTypedAndHasTheFocus)
 TEST_F(ArchivePasswordSheetTest, ReturnAndExtractGiveThePasswordAsTyped)
 {
     open();
-    QTest::keyClicks(&field(), QStringLiteral("  "));
+    QTest::keyClicks(&field(), u"  "_s);
     QTest::keyClick(&field(), Qt::Key_Return);
     ASSERT_EQ(confirmed->count(), 1);
     EXPECT_EQ(confirmed->at(0).at(0).toString(), u"  ");
     EXPECT_FALSE(sheet->isVisible());
     open();
-    QTest::keyClicks(&field(), QStringLiteral(" s3cret"));
+    QTest::keyClicks(&field(), u" s3cret"_s);
     QTest::mouseClick(&part<QPushButton>("extract"), Qt::LeftButton);
     ASSERT_EQ(confirmed->count(), 1);
     EXPECT_EQ(confirmed->at(0).at(0).toString(), u" s3cret");
@@ -114,7 +116,7 @@ TEST_F(ArchivePasswordSheetTest, EveryOtherWayOutIsCancel)
 
 TEST_F(ArchivePasswordSheetTest, ALongNameIsCutInTheMiddle)
 {
-    open(false, QStringLiteral("Long.name.").repeated(20) + QStringLiteral("end.rar"));
+    open(false, u"Long.name."_s.repeated(20) + u"end.rar"_s);
     const QString shown = part<QLabel>("archiveName").text();
     EXPECT_TRUE(shown.startsWith(u"Long.name."));
     EXPECT_TRUE(shown.endsWith(u"end.rar"));

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -41,7 +43,7 @@ protected:
 TEST_F(LinkEditorTest, TakesACopyOfWhatAnotherProgramProposesToMove)
 {
     QMimeData data;
-    data.setText(QStringLiteral("https://h.example/a.zip"));
+    data.setText(u"https://h.example/a.zip"_s);
     const std::pair<Qt::DropActions, Qt::DropAction> proposals[] = {
         {Qt::CopyAction | Qt::MoveAction, Qt::CopyAction},
         {Qt::CopyAction, Qt::CopyAction},

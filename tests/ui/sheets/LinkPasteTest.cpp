@@ -1,9 +1,11 @@
 #include "ui/sheets/LinkPaste.h"
 
-#include "fixtures/FakeResolvers.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/FakeResolvers.h"
 
 #include <gmock/gmock.h>
+
+using namespace Qt::StringLiterals;
 
 namespace vormel {
 namespace {
@@ -26,8 +28,7 @@ TEST(LinkPaste, KeepsHttpLinksInOrderAndDropsTheRest)
 {
     const LinkPaste links =
         paste(u"  https://b.example/1 \r\n\nhello world\nftp://x.example/2\nHTTP://a.example/3\n/path\n");
-    EXPECT_THAT(links.validURLs(),
-                ElementsAre(link(QStringLiteral("https://b.example/1")), link(QStringLiteral("HTTP://a.example/3"))));
+    EXPECT_THAT(links.validURLs(), ElementsAre(link(u"https://b.example/1"_s), link(u"HTTP://a.example/3"_s)));
 }
 
 TEST(LinkPaste, KeepsDuplicates)
@@ -38,9 +39,8 @@ TEST(LinkPaste, KeepsDuplicates)
 TEST(LinkPaste, TellsContainersFromDirectLinks)
 {
     const LinkPaste links = paste(u"https://a.example/1\nhttps://container.example/2\nhttps://c.example/3");
-    EXPECT_THAT(links.containerURLs(), ElementsAre(link(QStringLiteral("https://container.example/2"))));
-    EXPECT_THAT(links.directURLs(),
-                ElementsAre(link(QStringLiteral("https://a.example/1")), link(QStringLiteral("https://c.example/3"))));
+    EXPECT_THAT(links.containerURLs(), ElementsAre(link(u"https://container.example/2"_s)));
+    EXPECT_THAT(links.directURLs(), ElementsAre(link(u"https://a.example/1"_s), link(u"https://c.example/3"_s)));
 }
 
 TEST(LinkPaste, GroupsDirectLinksByPlainHostKnownHostsFirst)
@@ -52,8 +52,8 @@ TEST(LinkPaste, GroupsDirectLinksByPlainHostKnownHostsFirst)
     for (const auto& group : groups)
         names << group.displayName;
     EXPECT_EQ(names.join(u' '), u"terabytez.example filestore.example alpha.example zeta.example");
-    EXPECT_THAT(groups.back().urls, ElementsAre(link(QStringLiteral("https://www.Zeta.example/1")),
-                                                link(QStringLiteral("https://zeta.example/3"))));
+    EXPECT_THAT(groups.back().urls,
+                ElementsAre(link(u"https://www.Zeta.example/1"_s), link(u"https://zeta.example/3"_s)));
 }
 
 TEST(LinkPaste, NothingIsNothing)

@@ -1,7 +1,7 @@
 #include "ui/shell/Sidebar.h"
 
-#include "fixtures/EventLoop.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/EventLoop.h"
 
 #include <QSignalSpy>
 #include <QTest>

@@ -10,6 +10,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -30,7 +32,7 @@ bool mayMove(const QStyleOptionViewItem& option)
 
 QString extractionKey(const QString& barKey)
 {
-    return barKey + QStringLiteral("-extraction");
+    return barKey + u"-extraction"_s;
 }
 
 } // namespace

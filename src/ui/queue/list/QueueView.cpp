@@ -14,6 +14,8 @@
 #include <QScrollBar>
 #include <QTimerEvent>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 QueueView::QueueView(QueueModel& model, const RowCommands& commands, QWidget* parent)
@@ -36,7 +38,7 @@ QueueView::~QueueView() = default;
 
 void QueueView::setUp()
 {
-    setObjectName(QStringLiteral("queueView"));
+    setObjectName(u"queueView"_s);
     setSelectionMode(SingleSelection);
     setVerticalScrollMode(ScrollPerPixel);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

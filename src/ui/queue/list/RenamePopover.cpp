@@ -9,6 +9,8 @@
 #include <QRegularExpression>
 #include <QScreen>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 RenamePopover::RenamePopover(const QString& name, AppLanguage language, QWidget* parent)
@@ -21,7 +23,7 @@ RenamePopover::RenamePopover(const QString& name, AppLanguage language, QWidget*
     , m_cancel(new SheetButton(this))
     , m_save(new SheetButton(this))
 {
-    setObjectName(QStringLiteral("renamePopover"));
+    setObjectName(u"renamePopover"_s);
     setAttribute(Qt::WA_DeleteOnClose);
     setFrameStyle(QFrame::StyledPanel);
     setUpParts();
@@ -38,16 +40,16 @@ RenamePopover::RenamePopover(const QString& name, AppLanguage language, QWidget*
 
 void RenamePopover::setUpParts()
 {
-    m_title->setObjectName(QStringLiteral("renameTitle"));
-    m_note->setObjectName(QStringLiteral("renameNote"));
+    m_title->setObjectName(u"renameTitle"_s);
+    m_note->setObjectName(u"renameNote"_s);
     m_note->setWordWrap(true);
-    m_draftName->setObjectName(QStringLiteral("draftName"));
+    m_draftName->setObjectName(u"draftName"_s);
     m_draftName->setTextMargins(4, 3, 4, 3);
     m_draftName->selectAll();
-    m_removeTags->setObjectName(QStringLiteral("removeTailTags"));
-    m_dotsToSpaces->setObjectName(QStringLiteral("dotsToSpaces"));
-    m_cancel->setObjectName(QStringLiteral("cancelRename"));
-    m_save->setObjectName(QStringLiteral("saveName"));
+    m_removeTags->setObjectName(u"removeTailTags"_s);
+    m_dotsToSpaces->setObjectName(u"dotsToSpaces"_s);
+    m_cancel->setObjectName(u"cancelRename"_s);
+    m_save->setObjectName(u"saveName"_s);
     m_save->setDefault(true);
     m_save->setEnabled(!m_draftName->text().trimmed().isEmpty());
 }
@@ -119,9 +121,9 @@ void RenamePopover::removeTailTags()
 
 void RenamePopover::turnDotsToSpaces()
 {
-    static const QRegularExpression blanks(QStringLiteral(" {2,}"));
+    static const QRegularExpression blanks(u" {2,}"_s);
     QString name = m_draftName->text().replace(u'.', u' ');
-    m_draftName->setText(name.replace(blanks, QStringLiteral(" ")).trimmed());
+    m_draftName->setText(name.replace(blanks, u" "_s).trimmed());
 }
 
 void RenamePopover::save()

@@ -7,6 +7,8 @@
 
 #include <QMenu>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 RowMenus::RowMenus(QueueView& view, const RowCommands& commands)
@@ -27,7 +29,7 @@ void RowMenus::openBelow(const QModelIndex& index)
 void RowMenus::openAt(const QModelIndex& index, QPoint globalPoint)
 {
     auto* menu = new QMenu(&m_view);
-    menu->setObjectName(QStringLiteral("rowMenu"));
+    menu->setObjectName(u"rowMenu"_s);
     menu->setAccessibleName(index.data(QueueModel::nameRole).toString());
     menu->setAttribute(Qt::WA_DeleteOnClose);
     fill(*menu, index);
@@ -56,9 +58,8 @@ void RowMenus::rename(const QModelIndex& header)
         return;
     m_view.scrollTo(header);
     auto* popover = new RenamePopover(header.data(QueueModel::nameRole).toString(), model.language(), &m_view);
-    QObject::connect(
-        popover, &RenamePopover::saved, &m_view,
-        [this, id = model.group(header).id](const QString& name) { m_commands.renameGroup(id, name); });
+    QObject::connect(popover, &RenamePopover::saved, &m_view,
+                     [this, id = model.group(header).id](const QString& name) { m_commands.renameGroup(id, name); });
     popover->openBelow(*m_view.viewport(), m_view.visualRect(header));
 }
 

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -93,10 +95,7 @@ QString GroupTally::text(AppLanguage language) const
     case Summary::error:
         return pair(language, u"Error", u"Errore");
     case Summary::downloading:
-        return QStringLiteral("%1%2/%3)")
-            .arg(pair(language, u"Downloading (", u"Download ("))
-            .arg(downloading)
-            .arg(items);
+        return u"%1%2/%3)"_s.arg(pair(language, u"Downloading (", u"Download (")).arg(downloading).arg(items);
     case Summary::stopped:
         return pair(language, u"Stopped", u"Fermato");
     case Summary::paused:

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -64,7 +66,7 @@ QString summaryLine(const HeaderContent& content)
 {
     QStringList parts{content.summaryText, content.partsText, content.sizeText};
     parts.removeAll(QString());
-    return parts.join(QStringLiteral("  "));
+    return parts.join(u"  "_s);
 }
 
 QString accessibleText(const HeaderContent& content)
@@ -72,7 +74,7 @@ QString accessibleText(const HeaderContent& content)
     QStringList parts{content.title, content.summaryText, content.partsText.mid(separator.size()),
                       content.sizeText.mid(separator.size()), content.extractionText.mid(separator.size())};
     parts.removeAll(QString());
-    return parts.join(QStringLiteral(", "));
+    return parts.join(u", "_s);
 }
 
 } // namespace vormel

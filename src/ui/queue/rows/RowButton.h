@@ -1,8 +1,8 @@
 #pragma once
 
-#include "ui/queue/rows/GroupTally.h"
 #include "kit/Glyph.h"
 #include "kit/Theme.h"
+#include "ui/queue/rows/GroupTally.h"
 
 #include <vector>
 

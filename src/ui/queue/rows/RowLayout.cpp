@@ -3,6 +3,8 @@
 #include <QFontMetrics>
 #include <QStyle>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -25,7 +27,7 @@ int captionWidth(const RowMetrics& metrics, const QString& text)
 int elapsedWidth(const RowMetrics& metrics, const QString& text)
 {
     const QFontMetrics digits(metrics.digitsFont);
-    return qMax(digits.horizontalAdvance(text), digits.horizontalAdvance(QStringLiteral("00:00"))) + 1;
+    return qMax(digits.horizontalAdvance(text), digits.horizontalAdvance(u"00:00"_s)) + 1;
 }
 
 } // namespace
@@ -90,7 +92,7 @@ void RowLayout::placeExtraction(const RowMetrics& metrics, const RowContent& con
         return;
     }
     if (content.extractionProgress) {
-        extractionText = takeEnd(line, captionWidth(metrics, QStringLiteral("100%")));
+        extractionText = takeEnd(line, captionWidth(metrics, u"100%"_s));
     } else {
         if (!content.elapsedText.isEmpty())
             elapsed = takeEnd(line, elapsedWidth(metrics, content.elapsedText));

@@ -4,6 +4,8 @@
 
 #include <QFontMetrics>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 RowMetrics::RowMetrics(const QFont& font)
@@ -22,11 +24,11 @@ RowMetrics::RowMetrics(const QFont& font)
     iconSize = qMax(18, nameHeight);
     smallIconSize = captionHeight;
     barHeight = qMax(4, captionHeight / 4);
-    byteWidth = qMax(usualByteWidth, caption.horizontalAdvance(QStringLiteral("999.99 MB / 999.99 GB")));
+    byteWidth = qMax(usualByteWidth, caption.horizontalAdvance(u"999.99 MB / 999.99 GB"_s));
     groupByteWidth = qMax(usualGroupByteWidth, byteWidth);
     buttonSize = qMax(24, nameHeight + 6);
     buttonGlyphSize = qMax(16, captionHeight);
-    speedWidth = qMax(usualSpeedWidth, caption.horizontalAdvance(QStringLiteral("999.99 MB/s")));
+    speedWidth = qMax(usualSpeedWidth, caption.horizontalAdvance(u"999.99 MB/s"_s));
 }
 
 int RowMetrics::firstHeight() const

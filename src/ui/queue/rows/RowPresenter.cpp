@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
@@ -51,7 +53,7 @@ QString recoveryText(const DownloadItem& item, AppLanguage language)
     if (!item.recoveryCountdown())
         return {};
     return pair(language, u"Recovery starts in ", u"Recupero tra ") + QString::number(*item.recoveryCountdown()) +
-           QStringLiteral("s…");
+           u"s…"_s;
 }
 
 QString extractionText(const DownloadItem& item, AppLanguage language)
@@ -119,7 +121,7 @@ QString elapsedText(const DownloadItem& item, WallTime now)
         return {};
     const auto passed = std::chrono::duration_cast<seconds>(now - *item.extractionStartedAt());
     const qint64 whole = std::max(passed, seconds(0)).count();
-    return QStringLiteral("%1:%2").arg(whole / 60).arg(whole % 60, 2, 10, QChar(u'0'));
+    return u"%1:%2"_s.arg(whole / 60).arg(whole % 60, 2, 10, QChar(u'0'));
 }
 
 std::optional<RowButton> archiveCommand(const DownloadItem& item)
@@ -172,7 +174,7 @@ QString accessibleText(const RowContent& content)
         parts << content.byteText << content.speedText;
     parts << content.extractionText << content.verificationText << content.host;
     parts.removeAll(QString());
-    return parts.join(QStringLiteral(", "));
+    return parts.join(u", "_s);
 }
 
 QString rowToolTip(const RowContent& content)
@@ -185,8 +187,7 @@ QString rowToolTip(const RowContent& content)
     if (content.lines.testFlag(RowLine::verification))
         lines << content.verificationText;
     // Names come from outside; as rich text they could be anything.
-    return QStringLiteral("<p>") + lines.join(u'\n').toHtmlEscaped().replace(u'\n', QStringLiteral("<br>")) +
-           QStringLiteral("</p>");
+    return u"<p>"_s + lines.join(u'\n').toHtmlEscaped().replace(u'\n', u"<br>"_s) + u"</p>"_s;
 }
 
 } // namespace vormel

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -23,7 +25,7 @@ protected:
     void addBelow(int row, int count)
     {
         for (int below = 0; below < count; ++below)
-            model.item(row)->appendRow(new QStandardItem(QStringLiteral("%1.%2").arg(row).arg(below)));
+            model.item(row)->appendRow(new QStandardItem(u"%1.%2"_s.arg(row).arg(below)));
     }
     QModelIndex top(int row) const { return model.index(row, 0); }
     /// As it is numbered; the way back must lead to the same place.
@@ -71,7 +73,7 @@ TEST_F(RowOrderTest, FollowsRowsThatComeAndGo)
     EXPECT_EQ(read(order), u"1 2 3 3.0 3.1 3.2 4");
     model.removeRow(1, top(2));
     EXPECT_EQ(read(order), u"1 2 3 3.0 3.2 4");
-    model.appendRow(new QStandardItem(QStringLiteral("5")));
+    model.appendRow(new QStandardItem(u"5"_s));
     EXPECT_EQ(read(order), u"1 2 3 3.0 3.2 4 5");
     model.clear();
     EXPECT_EQ(order.count(), 0);

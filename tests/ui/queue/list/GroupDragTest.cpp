@@ -1,7 +1,7 @@
 #include "ui/queue/list/GroupDrag.h"
 
-#include "fixtures/EventLoop.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/EventLoop.h"
 #include "ui/FakeDesktop.h"
 #include "ui/queue/list/QueueView.h"
 #include "ui/queue/rows/RowMetrics.h"
@@ -11,6 +11,8 @@
 #include <QTest>
 
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 namespace vormel {
 namespace {
@@ -23,10 +25,9 @@ class GroupDragTest : public ::testing::Test
 protected:
     GroupDragTest()
     {
-        QStringList urls{QStringLiteral("https://h.example/s.part1.rar"),
-                         QStringLiteral("https://h.example/s.part2.rar")};
+        QStringList urls{u"https://h.example/s.part1.rar"_s, u"https://h.example/s.part2.rar"_s};
         for (int i = 0; i < 20; ++i)
-            urls << QStringLiteral("https://h.example/f%1.bin").arg(i);
+            urls << u"https://h.example/f%1.bin"_s.arg(i);
         engine.add(urls);
         view.resize(600, 420);
         view.show();
@@ -52,7 +53,7 @@ protected:
     QString order(int count = 4)
     {
         QStringList ids = model.groupIds().mid(0, count);
-        return ids.replaceInStrings(QStringLiteral(".bin"), QString()).join(u' ');
+        return ids.replaceInStrings(u".bin"_s, QString()).join(u' ');
     }
 
     fixtures::EngineOnScript engine;
@@ -136,7 +137,7 @@ TEST_F(GroupDragTest, AFileThatLeavesTheQueueUnderWayIsNotDropped)
 {
     press(left(rect(3)));
     moveTo(left(rect(1)));
-    engine.manager().commands().removeGroup(QStringLiteral("f2.bin"));
+    engine.manager().commands().removeGroup(u"f2.bin"_s);
     drop(left(rect(0)));
     EXPECT_EQ(order(), u"s f0 f1 f3");
 }

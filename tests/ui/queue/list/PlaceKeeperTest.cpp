@@ -1,5 +1,5 @@
-#include "fixtures/EventLoop.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/EventLoop.h"
 #include "ui/FakeDesktop.h"
 #include "ui/queue/list/QueueView.h"
 #include "ui/queue/tree/QueueModel.h"
@@ -8,6 +8,8 @@
 #include <QTest>
 
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 namespace vormel {
 namespace {
@@ -22,7 +24,7 @@ protected:
     {
         QStringList urls;
         for (int i = 0; i < 60; ++i)
-            urls << QStringLiteral("https://h.example/s%1.part%2.rar").arg(i / 3).arg(i % 3 + 1);
+            urls << u"https://h.example/s%1.part%2.rar"_s.arg(i / 3).arg(i % 3 + 1);
         items = engine.add(urls);
         view.resize(600, 400);
         view.show();
@@ -71,7 +73,7 @@ TEST_F(PlaceKeeperTest, AGroupThatFellApartIsOpenAgainWhenItComesBack)
     view.expand(header("s0"));
     remove({0, 1});
     EXPECT_FALSE(header("s0").isValid());
-    engine.add(QStringLiteral("https://h.example/s0.part9.rar"));
+    engine.add(u"https://h.example/s0.part9.rar"_s);
     turnEventLoop();
     EXPECT_TRUE(view.isExpanded(header("s0")));
 }
@@ -115,9 +117,9 @@ TEST_F(PlaceKeeperTest, TheOnlyOneLeftOfAnOpenGroupStaysSelected)
 
 TEST_F(PlaceKeeperTest, OfASelectedFileThatJoinsAClosedGroupTheHeaderIsCurrentAndNotSelected)
 {
-    const ItemPtr file = engine.add(QStringLiteral("https://h.example/nameless"));
+    const ItemPtr file = engine.add(u"https://h.example/nameless"_s);
     select(model.indexOf(file->id()));
-    file->setFilename(QStringLiteral("s0.part4.rar"));
+    file->setFilename(u"s0.part4.rar"_s);
     turnEventLoop();
     EXPECT_EQ(view.currentIndex(), header("s0"));
     EXPECT_FALSE(view.selectedRow().isValid());
@@ -127,9 +129,9 @@ TEST_F(PlaceKeeperTest, OfASelectedFileThatJoinsAClosedGroupTheHeaderIsCurrentAn
 TEST_F(PlaceKeeperTest, ASelectedFileThatJoinsAnOpenGroupStaysSelected)
 {
     view.expand(header("s0"));
-    const ItemPtr file = engine.add(QStringLiteral("https://h.example/nameless"));
+    const ItemPtr file = engine.add(u"https://h.example/nameless"_s);
     select(model.indexOf(file->id()));
-    file->setFilename(QStringLiteral("s0.part4.rar"));
+    file->setFilename(u"s0.part4.rar"_s);
     turnEventLoop();
     EXPECT_EQ(view.currentIndex(), model.indexOf(file->id()));
     EXPECT_EQ(view.currentIndex().parent(), header("s0"));

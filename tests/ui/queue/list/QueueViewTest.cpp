@@ -1,7 +1,7 @@
 #include "ui/queue/list/QueueView.h"
 
-#include "fixtures/EventLoop.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/EventLoop.h"
 #include "ui/FakeDesktop.h"
 #include "ui/queue/list/QueueDelegate.h"
 #include "ui/queue/tree/QueueModel.h"
@@ -12,6 +12,8 @@
 #include <QTest>
 
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 namespace vormel {
 namespace {
@@ -71,7 +73,7 @@ protected:
     {
         QStringList urls;
         for (int i = 0; i < 200; ++i)
-            urls << QStringLiteral("https://host.example/file%1.zip").arg(i);
+            urls << u"https://host.example/file%1.zip"_s.arg(i);
         items = engine.add(urls);
         view.resize(600, 400);
         view.show();

@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -52,14 +54,14 @@ TEST_F(RenamePopoverTest, SpeaksBothLanguages)
                            part<QPushButton>("saveName").text()}
             .join(u'|');
     };
-    open(QStringLiteral("a"));
+    open(u"a"_s);
     EXPECT_EQ(texts(), u"Rename group|Remove tail tags|Dots → spaces|Cancel|Save");
     EXPECT_EQ(part<QLabel>("renameNote").text(),
               u"Used as the folder and extracted file name. The extension (.mkv/.mp4) is kept automatically.");
     EXPECT_EQ(part<QPushButton>("removeTailTags").toolTip(),
               u"Trim release info (resolution, codec, source, group…) from the end");
     closeAll();
-    open(QStringLiteral("a"), AppLanguage::italian);
+    open(u"a"_s, AppLanguage::italian);
     EXPECT_EQ(texts(), u"Rinomina gruppo|Rimuovi tag finali|Punti → spazi|Annulla|Salva");
     EXPECT_EQ(part<QLabel>("renameNote").text(),
               u"Usato come nome della cartella e del file estratto. L'estensione (.mkv/.mp4) è mantenuta "
@@ -70,9 +72,9 @@ TEST_F(RenamePopoverTest, SpeaksBothLanguages)
 
 TEST_F(RenamePopoverTest, SavesWhatWasTypedAndCloses)
 {
-    QSignalSpy saved(&open(QStringLiteral("movie")), &RenamePopover::saved);
+    QSignalSpy saved(&open(u"movie"_s), &RenamePopover::saved);
     EXPECT_EQ(draft(), u"movie");
-    QTest::keyClicks(&part<QLineEdit>("draftName"), QStringLiteral(" My film ")); // the old name is chosen
+    QTest::keyClicks(&part<QLineEdit>("draftName"), u" My film "_s); // the old name is chosen
     click("saveName");
     ASSERT_EQ(saved.count(), 1);
     EXPECT_EQ(saved[0][0].toString(), u" My film ");
@@ -81,23 +83,23 @@ TEST_F(RenamePopoverTest, SavesWhatWasTypedAndCloses)
 
 TEST_F(RenamePopoverTest, BlanksCannotBeSaved)
 {
-    QSignalSpy saved(&open(QStringLiteral("movie")), &RenamePopover::saved);
-    part<QLineEdit>("draftName").setText(QStringLiteral(" \t "));
+    QSignalSpy saved(&open(u"movie"_s), &RenamePopover::saved);
+    part<QLineEdit>("draftName").setText(u" \t "_s);
     EXPECT_FALSE(part<QPushButton>("saveName").isEnabled());
     QTest::keyClick(&part<QLineEdit>("draftName"), Qt::Key_Return);
     EXPECT_EQ(saved.count(), 0);
-    part<QLineEdit>("draftName").setText(QStringLiteral(" x"));
+    part<QLineEdit>("draftName").setText(u" x"_s);
     EXPECT_TRUE(part<QPushButton>("saveName").isEnabled());
 }
 
 TEST_F(RenamePopoverTest, CancelAndEscapeSaveNothing)
 {
-    QSignalSpy first(&open(QStringLiteral("movie")), &RenamePopover::saved);
+    QSignalSpy first(&open(u"movie"_s), &RenamePopover::saved);
     click("cancelRename");
     EXPECT_FALSE(isOpen());
     EXPECT_EQ(first.count(), 0);
     closeAll();
-    QSignalSpy second(&open(QStringLiteral("movie")), &RenamePopover::saved);
+    QSignalSpy second(&open(u"movie"_s), &RenamePopover::saved);
     QTest::keyClick(&part<QLineEdit>("draftName"), Qt::Key_Escape);
     EXPECT_FALSE(isOpen());
     EXPECT_EQ(second.count(), 0);
@@ -129,7 +131,7 @@ TEST_F(RenamePopoverTest, RemovesTheTagsOfTheReleaseLetterByLetter)
 
 TEST_F(RenamePopoverTest, TurnsDotsToSingleBlanks)
 {
-    open(QStringLiteral(".Some...Film. 2024."));
+    open(u".Some...Film. 2024."_s);
     click("dotsToSpaces");
     EXPECT_EQ(draft(), u"Some Film 2024");
 }

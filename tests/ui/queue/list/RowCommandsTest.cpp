@@ -1,10 +1,12 @@
 #include "ui/queue/list/RowCommands.h"
 
-#include "fixtures/EventLoop.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/EventLoop.h"
 #include "ui/FakeDesktop.h"
 
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 namespace vormel {
 namespace {
@@ -17,7 +19,7 @@ class RowCommandsTest : public ::testing::Test
 protected:
     ItemPtr add(const char* name, DownloadStatus::Kind status)
     {
-        const ItemPtr item = engine.add(QStringLiteral("https://h.example/") + QString::fromLatin1(name));
+        const ItemPtr item = engine.add(u"https://h.example/"_s + QString::fromLatin1(name));
         item->setStatus(status);
         turnEventLoop();
         return item;
@@ -72,11 +74,11 @@ TEST_F(RowCommandsTest, RetryQueuesAFailedItemAgain)
 TEST_F(RowCommandsTest, ResyncBelievesTheDisk)
 {
     const ItemPtr item = add("a.zip", S::completed);
-    item->setLocalPath(engine.sandbox.path(QStringLiteral("gone.zip")));
+    item->setLocalPath(engine.sandbox.path(u"gone.zip"_s));
     commands.run(RowButton::redownload, item);
     EXPECT_NE(item->status().kind(), S::completed);
     item->setStatus(S::paused);
-    engine.sandbox.write(QStringLiteral("Downloads/a.zip"), "x");
+    engine.sandbox.write(u"Downloads/a.zip"_s, "x");
     commands.run(RowButton::resync, item);
     turnEventLoop();
     EXPECT_EQ(item->status().kind(), S::completed);
@@ -94,9 +96,9 @@ TEST_F(RowCommandsTest, ShowsTheFileOfAnItemThatHasOne)
     const ItemPtr item = add("a.zip", S::completed);
     commands.run(RowButton::showInViewer, item);
     EXPECT_TRUE(desktop.viewer.shown.isEmpty());
-    item->setLocalPath(QStringLiteral("/srv/a.zip"));
+    item->setLocalPath(u"/srv/a.zip"_s);
     commands.run(RowButton::showInViewer, item);
-    EXPECT_EQ(desktop.viewer.shown, QStringList{QStringLiteral("/srv/a.zip")});
+    EXPECT_EQ(desktop.viewer.shown, QStringList{u"/srv/a.zip"_s});
 }
 
 TEST_F(RowCommandsTest, VerifyOfAGroupTestsItsFirstVolumeAndFetchesABadOneAgain)
@@ -105,13 +107,13 @@ TEST_F(RowCommandsTest, VerifyOfAGroupTestsItsFirstVolumeAndFetchesABadOneAgain)
     const DownloadGroup group = addSet(S::completed);
     for (std::size_t i : {0U, 1U}) {
         const QString name = group.items[i]->filename();
-        group.items[i]->setLocalPath(engine.sandbox.write(QStringLiteral("Downloads/a/") + name, "x"));
+        group.items[i]->setLocalPath(engine.sandbox.write(u"Downloads/a/"_s + name, "x"));
     }
-    engine.tools.add(QStringLiteral("unrar"), "echo 'Cannot find volume a.part2.rar'; exit 3");
+    engine.tools.add(u"unrar"_s, "echo 'Cannot find volume a.part2.rar'; exit 3");
     commands.run(RowButton::verifyGroup, group);
     EXPECT_TRUE(fixtures::waitUntil([&group] { return group.items[1]->status() != S::completed; }));
     EXPECT_EQ(group.items[0]->status().kind(), S::completed);
-    const QList<QStringList> calls = engine.tools.calls(QStringLiteral("unrar"));
+    const QList<QStringList> calls = engine.tools.calls(u"unrar"_s);
     ASSERT_EQ(calls.size(), 1);
     EXPECT_EQ(calls.front().front(), u"t");
     EXPECT_EQ(calls.front().back(), *group.items[0]->localPath());
@@ -121,12 +123,12 @@ TEST_F(RowCommandsTest, StopExtractingEndsTheToolOfTheRowOrOfTheGroup)
 {
     const DownloadGroup group = addSet(S::completed);
     for (const ItemPtr& item : group.items)
-        item->setLocalPath(engine.sandbox.write(QStringLiteral("Downloads/a/") + item->filename(), "x"));
-    engine.tools.add(QStringLiteral("unrar"), "exec sleep 600");
+        item->setLocalPath(engine.sandbox.write(u"Downloads/a/"_s + item->filename(), "x"));
+    engine.tools.add(u"unrar"_s, "exec sleep 600");
     const auto begin = [&] {
-        const qsizetype calls = engine.tools.calls(QStringLiteral("unrar")).size();
+        const qsizetype calls = engine.tools.calls(u"unrar"_s).size();
         engine.manager().commands().retryExtraction(group.items[0]->id());
-        EXPECT_TRUE(fixtures::waitUntil([&] { return engine.tools.calls(QStringLiteral("unrar")).size() > calls; }));
+        EXPECT_TRUE(fixtures::waitUntil([&] { return engine.tools.calls(u"unrar"_s).size() > calls; }));
         EXPECT_EQ(group.items[0]->extractionStatus(), ExtractionStatus::extracting);
     };
     const auto isStopped = [&group] { return group.items[0]->extractionStatus() == ExtractionStatus::idle; };
@@ -141,8 +143,8 @@ TEST_F(RowCommandsTest, StopExtractingEndsTheToolOfTheRowOrOfTheGroup)
 TEST_F(RowCommandsTest, VerifyOfAGroupWithoutItsFirstVolumeSaysAndDoesNothing)
 {
     const DownloadGroup group = addSet(S::completed);
-    group.items[1]->setLocalPath(engine.sandbox.write(QStringLiteral("Downloads/a/a.part2.rar"), "x"));
-    engine.tools.add(QStringLiteral("unrar"));
+    group.items[1]->setLocalPath(engine.sandbox.write(u"Downloads/a/a.part2.rar"_s, "x"));
+    engine.tools.add(u"unrar"_s);
     commands.run(RowButton::verifyGroup, group);
     for (const ItemPtr& item : group.items)
         EXPECT_EQ(item->verification().kind, VerificationResult::none);
@@ -152,10 +154,10 @@ TEST_F(RowCommandsTest, VerifyOfAGroupWithoutItsFirstVolumeSaysAndDoesNothing)
 TEST_F(RowCommandsTest, ResyncOfAGroupIsForAllItsItems)
 {
     const DownloadGroup group = addSet(S::paused);
-    engine.sandbox.write(QStringLiteral("Downloads/a/a.part1.rar"), "x");
+    engine.sandbox.write(u"Downloads/a/a.part1.rar"_s, "x");
     group.items[0]->setTotalBytes(1);
     group.items[1]->setStatus(S::completed);
-    group.items[1]->setLocalPath(engine.sandbox.path(QStringLiteral("Downloads/a/a.part2.rar"))); // gone
+    group.items[1]->setLocalPath(engine.sandbox.path(u"Downloads/a/a.part2.rar"_s)); // gone
     commands.run(RowButton::resyncGroup, group);
     EXPECT_TRUE(fixtures::waitUntil(
         [&group] { return group.items[0]->status() == S::completed && group.items[1]->status() != S::completed; }));
@@ -232,7 +234,7 @@ TEST_F(RowCommandsTest, GroupsMoveByOnePlaceAndStopAtTheEnds)
             all += item->filename().left(1);
         return all;
     };
-    const QStringList ids{QStringLiteral("a.zip"), QStringLiteral("b.zip"), QStringLiteral("c.zip")};
+    const QStringList ids{u"a.zip"_s, u"b.zip"_s, u"c.zip"_s};
     commands.moveGroup(ids, 0, -1);
     commands.moveGroup(ids, 2, 4);
     EXPECT_EQ(names(), u"abc");
@@ -244,11 +246,11 @@ TEST_F(RowCommandsTest, GroupsMoveByOnePlaceAndStopAtTheEnds)
 
 TEST_F(RowCommandsTest, AnEmptyNameBringsTheOwnOneBack)
 {
-    EXPECT_FALSE(commands.hasCustomName(QStringLiteral("a")));
-    commands.renameGroup(QStringLiteral("a"), QStringLiteral("My film"));
-    EXPECT_TRUE(commands.hasCustomName(QStringLiteral("a")));
-    commands.renameGroup(QStringLiteral("a"), {});
-    EXPECT_FALSE(commands.hasCustomName(QStringLiteral("a")));
+    EXPECT_FALSE(commands.hasCustomName(u"a"_s));
+    commands.renameGroup(u"a"_s, u"My film"_s);
+    EXPECT_TRUE(commands.hasCustomName(u"a"_s));
+    commands.renameGroup(u"a"_s, {});
+    EXPECT_FALSE(commands.hasCustomName(u"a"_s));
 }
 
 } // namespace

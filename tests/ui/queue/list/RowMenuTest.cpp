@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -19,7 +21,7 @@ protected:
     {
         view.setCurrentIndex(index);
         QTest::keyClick(&view, Qt::Key_F10, Qt::ShiftModifier);
-        return view.findChild<QMenu*>(QStringLiteral("rowMenu"));
+        return view.findChild<QMenu*>(u"rowMenu"_s);
     }
     void choose(const QModelIndex& index, const QString& text)
     {
@@ -49,7 +51,7 @@ TEST_F(RowMenuTest, HasTheCommandsOfTheRow)
               u"Resume|Stop — stays out of the queue until you start it|Resync with disk — complete if present, "
               u"re-queue if missing|Move Up|Move Down|Remove from list (deletes partial file)");
     items[2]->setStatus(DownloadStatus::completed);
-    items[2]->setExtractionStatus(ExtractionStatus::failure(QStringLiteral("x")));
+    items[2]->setExtractionStatus(ExtractionStatus::failure(u"x"_s));
     turnEventLoop();
     EXPECT_EQ(menuTexts(plain()).front(), u"Retry");
 }
@@ -61,8 +63,8 @@ TEST_F(RowMenuTest, OfAHeaderRenamesAndOffersToResetOnlyAfterThat)
     EXPECT_TRUE(before.contains(u"Rename group…"));
     EXPECT_FALSE(before.contains(u"Reset name"));
     EXPECT_EQ(before.back(), u"Remove group from list (deletes partial files)");
-    engine.manager().renameGroup(QStringLiteral("a"), QStringLiteral("My film"));
-    choose(header(), QStringLiteral("Reset name"));
+    engine.manager().renameGroup(u"a"_s, u"My film"_s);
+    choose(header(), u"Reset name"_s);
     EXPECT_EQ(header().data(QueueModel::nameRole).toString(), u"a");
     engine.settings().language.set(AppLanguage::italian);
     EXPECT_TRUE(menuTexts(header()).contains(u"Rinomina gruppo…"));
@@ -83,20 +85,20 @@ TEST_F(RowMenuTest, MovesAGroupAndNotBeyondTheEnds)
     EXPECT_TRUE(isEnabled(header(), u"Move Down"));
     EXPECT_TRUE(isEnabled(plain(), u"Move Up"));
     EXPECT_FALSE(isEnabled(plain(), u"Move Down"));
-    choose(plain(), QStringLiteral("Move Up"));
+    choose(plain(), u"Move Up"_s);
     EXPECT_EQ(engine.manager().items().front(), items[2]);
 }
 
 TEST_F(RowMenuTest, OffersToExtractAFinishedArchiveThatNothingWasDoneWith)
 {
     EXPECT_FALSE(menuTexts(plain()).contains(u"Extract"));
-    items[2]->setLocalPath(engine.sandbox.write(QStringLiteral("b.zip"), "x"));
+    items[2]->setLocalPath(engine.sandbox.write(u"b.zip"_s, "x"));
     items[2]->setStatus(DownloadStatus::completed);
     turnEventLoop();
     EXPECT_EQ(menuTexts(plain()).front(), u"Extract");
-    engine.tools.add(QStringLiteral("unzip"), "exit 9");
-    engine.tools.add(QStringLiteral("ditto"), "exit 9");
-    choose(plain(), QStringLiteral("Extract"));
+    engine.tools.add(u"unzip"_s, "exit 9");
+    engine.tools.add(u"ditto"_s, "exit 9");
+    choose(plain(), u"Extract"_s);
     EXPECT_TRUE(
         fixtures::waitUntil([this] { return items[2]->extractionStatus().kind() == ExtractionStatus::failed; }));
     turnEventLoop();
@@ -122,13 +124,13 @@ TEST_F(RowMenuTest, OfAWholeGroupOffersToExtractIt)
 {
     for (int part : {0, 1}) {
         items[static_cast<std::size_t>(part)]->setLocalPath(
-            engine.sandbox.write(QStringLiteral("a/a.part%1.rar").arg(part + 1), "x"));
+            engine.sandbox.write(u"a/a.part%1.rar"_s.arg(part + 1), "x"));
         EXPECT_FALSE(menuTexts(header()).contains(u"Extract"));
         items[static_cast<std::size_t>(part)]->setStatus(DownloadStatus::completed);
         turnEventLoop();
     }
-    engine.tools.add(QStringLiteral("unrar"), "exit 3");
-    choose(header(), QStringLiteral("Extract"));
+    engine.tools.add(u"unrar"_s, "exit 3");
+    choose(header(), u"Extract"_s);
     EXPECT_TRUE(
         fixtures::waitUntil([this] { return items[0]->extractionStatus().kind() == ExtractionStatus::failed; }));
 }
@@ -136,7 +138,7 @@ TEST_F(RowMenuTest, OfAWholeGroupOffersToExtractIt)
 TEST_F(RowMenuTest, RunsTheCommandOnItsRowAlsoWhenThatHasMoved)
 {
     QMenu* const menu = openMenu(plain());
-    engine.manager().commands().removeGroup(QStringLiteral("a"));
+    engine.manager().commands().removeGroup(u"a"_s);
     menu->actions().at(1)->trigger();
     EXPECT_EQ(items[2]->status().kind(), DownloadStatus::stopped);
 }
@@ -146,7 +148,7 @@ TEST_F(RowMenuTest, ARightClickOpensTheMenuOfTheRowBeneath)
     const QPoint point = view.visualRect(member(0)).center();
     QContextMenuEvent event(QContextMenuEvent::Mouse, point, view.viewport()->mapToGlobal(point));
     QApplication::sendEvent(view.viewport(), &event);
-    EXPECT_NE(view.findChild<QMenu*>(QStringLiteral("rowMenu")), nullptr);
+    EXPECT_NE(view.findChild<QMenu*>(u"rowMenu"_s), nullptr);
     EXPECT_EQ(view.currentIndex(), member(0));
 }
 

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -14,7 +16,7 @@ class BarGlidesTest : public ::testing::Test
 protected:
     double draw(double target) { return glides.value(bar, target, 400ms); }
 
-    const QString bar = QStringLiteral("a bar");
+    const QString bar = u"a bar"_s;
     fixtures::ManualClock clock;
     BarGlides glides{clock};
 };

@@ -4,6 +4,8 @@
 
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 using namespace vormel;
 
 namespace {
@@ -12,11 +14,10 @@ using Kinds = std::vector<DownloadStatus::Kind>;
 
 DownloadGroup groupOf(const Kinds& kinds)
 {
-    DownloadGroup group{QStringLiteral("m"), {}};
+    DownloadGroup group{u"m"_s, {}};
     for (const DownloadStatus::Kind kind : kinds) {
-        group.items.push_back(
-            std::make_shared<DownloadItem>(*Link::parse(QStringLiteral("http://h/x")), ItemId::make()));
-        group.items.back()->setStatus(kind == DownloadStatus::failed ? DownloadStatus::failure(QStringLiteral("gone"))
+        group.items.push_back(std::make_shared<DownloadItem>(*Link::parse(u"http://h/x"_s), ItemId::make()));
+        group.items.back()->setStatus(kind == DownloadStatus::failed ? DownloadStatus::failure(u"gone"_s)
                                                                      : DownloadStatus(kind));
     }
     return group;

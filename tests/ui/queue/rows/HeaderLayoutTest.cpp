@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -17,8 +19,8 @@ HeaderContent fullHeader(const QString& title, RowLines lines)
     content.lines = lines;
     content.buttons = {RowButton::pauseGroup,  RowButton::stopGroup,   RowButton::repairGroup,
                        RowButton::verifyGroup, RowButton::resyncGroup, RowButton::removeGroup};
-    content.summaryText = QStringLiteral("Completed");
-    content.extractionText = QStringLiteral("·  Extraction failed: ") + title;
+    content.summaryText = u"Completed"_s;
+    content.extractionText = u"·  Extraction failed: "_s + title;
     return content;
 }
 
@@ -29,7 +31,7 @@ TEST(HeaderLayout, NothingOverlapsOrLeavesTheHeaderAtAnyWidthFontAndDirection)
         for (const RowLines lines : {RowLines(), RowLines(RowLine::progress)}) {
             for (int width = 340; width <= 1400; width += 53) {
                 const QRect row(3, 50, width, metrics.height(lines));
-                const HeaderContent content = fullHeader(QStringLiteral("Long.name.").repeated(30), lines);
+                const HeaderContent content = fullHeader(u"Long.name."_s.repeated(30), lines);
                 for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
                     const std::vector<QRect> rects = HeaderLayout(metrics, content, row, direction).shown();
                     for (std::size_t i = 0; i < rects.size(); ++i) {
@@ -47,7 +49,7 @@ TEST(HeaderLayout, WhatBecameOfTheArchiveStandsBehindTheSummary)
 {
     const RowMetrics metrics(QApplication::font());
     const QRect row(0, 0, 700, metrics.height({}));
-    HeaderContent content = fullHeader(QStringLiteral("a"), {});
+    HeaderContent content = fullHeader(u"a"_s, {});
     const HeaderLayout layout(metrics, content, row, Qt::LeftToRight);
     EXPECT_EQ(layout.extraction.top(), layout.summary.top());
     EXPECT_GT(layout.extraction.left(), layout.summary.right());
@@ -60,7 +62,7 @@ TEST(HeaderLayout, TheTitleIsNoWiderThanItsText)
 {
     const RowMetrics metrics(QApplication::font());
     const QRect row(0, 0, 700, metrics.height({}));
-    const HeaderLayout layout(metrics, fullHeader(QStringLiteral("a"), {}), row, Qt::LeftToRight);
+    const HeaderLayout layout(metrics, fullHeader(u"a"_s, {}), row, Qt::LeftToRight);
     EXPECT_LE(layout.title.width(), QFontMetrics(metrics.nameFont).horizontalAdvance(u'a') + 1);
 }
 
@@ -68,7 +70,7 @@ TEST(HeaderLayout, FiguresHaveTheirColumnsAtTheEnd)
 {
     const RowMetrics metrics(QApplication::font());
     const QRect row(0, 0, 800, metrics.height(RowLine::progress));
-    const HeaderLayout layout(metrics, fullHeader(QStringLiteral("a"), RowLine::progress), row, Qt::LeftToRight);
+    const HeaderLayout layout(metrics, fullHeader(u"a"_s, RowLine::progress), row, Qt::LeftToRight);
     EXPECT_GE(layout.bytes.width(), 160);
     EXPECT_GE(layout.speed.width(), 80);
     EXPECT_EQ(layout.speed.right() + 1, 800 - RowMetrics::marginX);

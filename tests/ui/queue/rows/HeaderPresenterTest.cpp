@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -15,8 +17,7 @@ class HeaderPresenter : public ::testing::Test
 protected:
     DownloadItem& add(const DownloadStatus& status)
     {
-        group.items.push_back(
-            std::make_shared<DownloadItem>(fixtures::link(QStringLiteral("https://h.example/x")), ItemId::make()));
+        group.items.push_back(std::make_shared<DownloadItem>(fixtures::link(u"https://h.example/x"_s), ItemId::make()));
         group.items.back()->setStatus(status);
         return *group.items.back();
     }
@@ -36,7 +37,7 @@ protected:
         return whole;
     }
 
-    DownloadGroup group{QStringLiteral("movie"), {}};
+    DownloadGroup group{u"movie"_s, {}};
 };
 
 TEST_F(HeaderPresenter, TellsStatePartsAndSize)
@@ -66,7 +67,7 @@ TEST_F(HeaderPresenter, TellsWhatBecomesOfTheArchive)
     EXPECT_EQ(extraction().extractionText, u"·  Extracted");
     EXPECT_EQ(extraction(italian).extractionText, u"·  Estratto");
     EXPECT_EQ(accessibleText(extraction()), u"Completed, 2 parts, Extracted");
-    first.setExtractionStatus(ExtractionStatus::failure(QStringLiteral("No space")));
+    first.setExtractionStatus(ExtractionStatus::failure(u"No space"_s));
     EXPECT_EQ(extraction().extractionText, u"·  Extraction failed: No space");
     EXPECT_EQ(extraction().extraction, ExtractionStatus::failed);
 }
@@ -80,7 +81,7 @@ TEST_F(HeaderPresenter, LeavesTheSizeOutWhileNoneIsKnown)
 
 TEST_F(HeaderPresenter, AFailureOutweighsATransfer)
 {
-    add(DownloadStatus::failure(QStringLiteral("x")));
+    add(DownloadStatus::failure(u"x"_s));
     add(DownloadStatus::downloading);
     EXPECT_EQ(content().summaryText, u"Error");
     EXPECT_EQ(content().summary, GroupTally::Summary::error);
@@ -88,7 +89,7 @@ TEST_F(HeaderPresenter, AFailureOutweighsATransfer)
 
 TEST_F(HeaderPresenter, HasAProgressLineWhileSomethingRunsWaitsOrIsStopped)
 {
-    const DownloadStatus failed = DownloadStatus::failure(QStringLiteral("x"));
+    const DownloadStatus failed = DownloadStatus::failure(u"x"_s);
     using S = DownloadStatus;
     EXPECT_TRUE(hasProgressLine({S::downloading, S::queued}));
     EXPECT_TRUE(hasProgressLine({S::paused, S::completed}));
@@ -120,7 +121,7 @@ TEST_F(HeaderPresenter, SpeaksItsWholeHeader)
     add(DownloadStatus::paused).setTotalBytes(1024);
     add(DownloadStatus::paused);
     HeaderContent header = content();
-    header.title = QStringLiteral("My ·  film");
+    header.title = u"My ·  film"_s;
     EXPECT_EQ(accessibleText(header), u"My ·  film, Paused, 2 parts, 1 KB");
 }
 

@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -31,10 +33,9 @@ TEST(RowButton, EveryStatusHasItsButtonsAndEndsWithRemove)
 
 std::vector<RowButton> buttonsOf(const Kinds& kinds, bool hasPendingRevFiles = false)
 {
-    DownloadGroup group{QStringLiteral("movie"), {}};
+    DownloadGroup group{u"movie"_s, {}};
     for (const auto kind : kinds) {
-        group.items.push_back(
-            std::make_shared<DownloadItem>(fixtures::link(QStringLiteral("https://h.example/x")), ItemId::make()));
+        group.items.push_back(std::make_shared<DownloadItem>(fixtures::link(u"https://h.example/x"_s), ItemId::make()));
         group.items.back()->setStatus(kind);
     }
     return groupButtons(GroupTally(group), hasPendingRevFiles);

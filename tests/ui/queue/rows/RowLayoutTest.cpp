@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -14,17 +16,17 @@ QList<RowContent> contents()
 {
     QList<RowContent> all;
     for (RowLines::Int lines = 0; lines < 32; ++lines) {
-        for (const QString& name : {QStringLiteral("a"), QStringLiteral("Long.name.").repeated(30)}) {
-            for (const QString& status : {QStringLiteral("Paused"), QStringLiteral("Error: it broke ").repeated(20)}) {
+        for (const QString& name : {u"a"_s, u"Long.name."_s.repeated(30)}) {
+            for (const QString& status : {u"Paused"_s, u"Error: it broke "_s.repeated(20)}) {
                 for (const bool hasBar : {false, true}) {
                     RowContent content;
                     content.lines = RowLines::fromInt(lines);
                     content.name = name;
                     content.statusText = status;
                     content.hasExtractionBar = hasBar;
-                    content.extractionText = QStringLiteral("Verifica / estrazione…");
-                    content.elapsedText = QStringLiteral("12:34");
-                    content.retryText = QStringLiteral("Riprova");
+                    content.extractionText = u"Verifica / estrazione…"_s;
+                    content.elapsedText = u"12:34"_s;
+                    content.retryText = u"Riprova"_s;
                     content.isMember = lines % 2 == 1;
                     content.buttons = itemButtons(lines % 3 == 0 ? DownloadStatus::paused : DownloadStatus::stopped);
                     all << content;
@@ -89,8 +91,8 @@ TEST(RowLayout, AShortNameLeavesItsRoomToTheStatus)
 {
     const RowMetrics metrics(QApplication::font());
     RowContent content;
-    content.name = QStringLiteral("a.zip");
-    content.statusText = QStringLiteral("Error: it broke ").repeated(20);
+    content.name = u"a.zip"_s;
+    content.statusText = u"Error: it broke "_s.repeated(20);
     const RowLayout layout(metrics, content, QRect(0, 0, 600, metrics.height({})), Qt::LeftToRight);
     EXPECT_GT(layout.status.width(), 440);
     EXPECT_GE(layout.name.width(), QFontMetrics(metrics.nameFont).horizontalAdvance(content.name));
@@ -100,8 +102,8 @@ TEST(RowLayout, ALongNameKeepsAGoodHalfOfTheLine)
 {
     const RowMetrics metrics(QApplication::font());
     RowContent content;
-    content.name = QStringLiteral("Long.name.").repeated(30);
-    content.statusText = QStringLiteral("Error: it broke ").repeated(20);
+    content.name = u"Long.name."_s.repeated(30);
+    content.statusText = u"Error: it broke "_s.repeated(20);
     const RowLayout layout(metrics, content, QRect(0, 0, 600, metrics.height({})), Qt::LeftToRight);
     EXPECT_GT(layout.name.width(), layout.status.width());
 }

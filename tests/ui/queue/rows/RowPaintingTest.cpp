@@ -5,6 +5,8 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -69,13 +71,13 @@ const Case cases[] = {
     {"completed", [](DownloadItem& item) { item.setStatus(S::completed); },
      "**film.rar**/text|Completed/secondary|Host.example/tertiary",
      "**film.rar**/text|Completato/secondary|Host.example/tertiary", COMPLETED},
-    {"failed", [](DownloadItem& item) { item.setStatus(S::failure(QStringLiteral("no such file"))); },
+    {"failed", [](DownloadItem& item) { item.setStatus(S::failure(u"no such file"_s)); },
      "**film.rar**/text|Error: no such file/red|Host.example/tertiary",
      "**film.rar**/text|Errore: no such file/red|Host.example/tertiary",
      "exclamationmark.circle.fill/red arrow.clockwise/secondary xmark/secondary"},
     {"failedAndSoonRecovered",
      [](DownloadItem& item) {
-         item.setStatus(S::failure(QStringLiteral("x")));
+         item.setStatus(S::failure(u"x"_s));
          item.setRecoveryCountdown(7);
      },
      "**film.rar**/text|Error: x/red|Recovery starts in 7s…/orange|Host.example/tertiary",
@@ -138,7 +140,7 @@ const Case cases[] = {
     {"notVerified",
      [](DownloadItem& item) {
          item.setStatus(S::completed);
-         item.setVerification({VerificationResult::failed, 0, QStringLiteral("no tool")});
+         item.setVerification({VerificationResult::failed, 0, u"no tool"_s});
      },
      "**film.rar**/text|Completed/secondary|Verification failed: no tool/red|Host.example/tertiary",
      "**film.rar**/text|Completato/secondary|Verifica fallita: no tool/red|Host.example/tertiary",
@@ -146,7 +148,7 @@ const Case cases[] = {
     {"extracted", [](DownloadItem& item) { extract(item, E::done, 3); },
      "**film.rar**/text|Completed/secondary|Extracted/green|Host.example/tertiary",
      "**film.rar**/text|Completato/secondary|Estratto/green|Host.example/tertiary", COMPLETED " archivebox.fill/green"},
-    {"notExtracted", [](DownloadItem& item) { extract(item, E::failure(QStringLiteral("no volume")), 3); },
+    {"notExtracted", [](DownloadItem& item) { extract(item, E::failure(u"no volume"_s), 3); },
      "**film.rar**/text|Completed/secondary|Extraction failed: no volume/red|Retry/text|Host.example/tertiary",
      "**film.rar**/text|Completato/secondary|Estrazione fallita: no volume/red|Riprova/text|Host.example/tertiary",
      COMPLETED " exclamationmark.triangle.fill/red arrow.clockwise/text"},
@@ -161,7 +163,7 @@ protected:
         return {rowContent(item, language, now), look};
     }
 
-    DownloadItem item{fixtures::link(QStringLiteral("https://Host.example/film.rar")), ItemId::make()};
+    DownloadItem item{fixtures::link(u"https://Host.example/film.rar"_s), ItemId::make()};
 };
 
 TEST_P(RowPainting, ShowsItsTextsInTheirColours)
@@ -192,7 +194,7 @@ TEST_P(RowPainting, ASelectedRowHasOneColourForAll)
 
 TEST_P(RowPainting, WhatHasNoRoomIsElidedAndNothingIsCutOff)
 {
-    item.setFilename(QStringLiteral("The.beginning.").repeated(20) + QStringLiteral("the.end.rar"));
+    item.setFilename(u"The.beginning."_s.repeated(20) + u"the.end.rar"_s);
     PaintedRow::Look look;
     look.width = 520;
     const PaintedRow row = painted(AppLanguage::italian, look);
@@ -216,19 +218,19 @@ protected:
         return PaintedRow(rowContent(item, AppLanguage::english, now), {width, false, {}, false}).texts();
     }
 
-    DownloadItem item{fixtures::link(QStringLiteral("https://Host.example/film.rar")), ItemId::make()};
+    DownloadItem item{fixtures::link(u"https://Host.example/film.rar"_s), ItemId::make()};
 };
 
 TEST_F(OneRowPainting, ALongErrorIsElidedAtItsEnd)
 {
-    item.setStatus(S::failure(QStringLiteral("The server said no. ").repeated(20)));
+    item.setStatus(S::failure(u"The server said no. "_s.repeated(20)));
     const QString status = texts(700).at(1);
     EXPECT_TRUE(status.startsWith(u"Error: The server said no.") && status.endsWith(u"…/red")) << qPrintable(status);
 }
 
 TEST_F(OneRowPainting, AFailedArchiveStepTakesTwoLinesAndNoMore)
 {
-    extract(item, E::failure(QStringLiteral("The volume is broken. ").repeated(20)), 3);
+    extract(item, E::failure(u"The volume is broken. "_s.repeated(20)), 3);
     const QStringList all = texts(700);
     ASSERT_EQ(all.size(), 6); // name, status, two lines, the button, the host
     EXPECT_TRUE(all.at(2).startsWith(u"Extraction failed: The volume") && !all.at(2).contains(u'…'));
@@ -237,8 +239,8 @@ TEST_F(OneRowPainting, AFailedArchiveStepTakesTwoLinesAndNoMore)
 
 TEST_F(OneRowPainting, AHostThatFitsNowhereIsElided)
 {
-    const QString host = QStringLiteral("very-long-host-name.").repeated(20) + QStringLiteral("example");
-    const DownloadItem far(fixtures::link(QStringLiteral("https://") + host + QStringLiteral("/x")), ItemId::make());
+    const QString host = u"very-long-host-name."_s.repeated(20) + u"example"_s;
+    const DownloadItem far(fixtures::link(u"https://"_s + host + u"/x"_s), ItemId::make());
     const PaintedRow row(rowContent(far, AppLanguage::english, now), {600, false, {}, false});
     EXPECT_TRUE(row.texts().back().startsWith(u"very-long") && row.texts().back().endsWith(u"…/tertiary"));
 }
@@ -317,8 +319,8 @@ protected:
     {
         for (const S::Kind kind : GetParam().items) {
             group.items.push_back(
-                std::make_shared<DownloadItem>(fixtures::link(QStringLiteral("https://h.example/x")), ItemId::make()));
-            group.items.back()->setStatus(kind == S::failed ? S::failure(QStringLiteral("x")) : DownloadStatus(kind));
+                std::make_shared<DownloadItem>(fixtures::link(u"https://h.example/x"_s), ItemId::make()));
+            group.items.back()->setStatus(kind == S::failed ? S::failure(u"x"_s) : DownloadStatus(kind));
             group.items.back()->setTotalBytes(4 * mebibyte);
             group.items.back()->setBytesReceived(mebibyte);
         }
@@ -335,7 +337,7 @@ protected:
         return {content, look};
     }
 
-    DownloadGroup group{QStringLiteral("film"), {}};
+    DownloadGroup group{u"film"_s, {}};
 };
 
 TEST_P(HeaderPainting, ShowsItsTextsInTheirColours)
@@ -360,7 +362,7 @@ TEST_P(HeaderPainting, FillsItsBar)
 
 TEST_P(HeaderPainting, ALongTitleIsElidedInItsMiddle)
 {
-    group.id = QStringLiteral("The.beginning.").repeated(20) + QStringLiteral("the.end");
+    group.id = u"The.beginning."_s.repeated(20) + u"the.end"_s;
     PaintedRow::Look look;
     look.width = 520;
     const QString title = painted(AppLanguage::english, look).texts().front();
@@ -374,7 +376,7 @@ TEST_P(HeaderPainting, TellsWhatBecameOfTheArchiveInItsColour)
         {E::extracting, "·  Checking / extracting…/secondary"},
         {E::repairing, "·  Repairing with .rev…/orange"},
         {E::done, "·  Extracted/green"},
-        {E::failure(QStringLiteral("broken")), "·  Extraction failed: broken/red"}};
+        {E::failure(u"broken"_s), "·  Extraction failed: broken/red"}};
     for (const auto& [status, text] : ends) {
         group.items.front()->setExtractionStatus(status);
         EXPECT_EQ(painted(AppLanguage::english).texts().at(2).toStdString(), text);

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
@@ -15,7 +17,7 @@ constexpr WallTime now{std::chrono::hours(100)};
 class RowPresenter : public ::testing::Test
 {
 protected:
-    DownloadItem item{link(QStringLiteral("https://Host.example/file.rar")), ItemId::make()};
+    DownloadItem item{link(u"https://Host.example/file.rar"_s), ItemId::make()};
 };
 
 TEST_F(RowPresenter, ShowsTheTotalOnlyWhenItIsKnown)
@@ -68,7 +70,7 @@ TEST_F(RowPresenter, TellsHowTheArchiveStepEnded)
     item.setExtractionStatus(ExtractionStatus::done);
     EXPECT_EQ(extractionText(item, english), u"Extracted");
     EXPECT_EQ(extractionText(item, italian), u"Estratto");
-    item.setExtractionStatus(ExtractionStatus::failure(QStringLiteral("no volume")));
+    item.setExtractionStatus(ExtractionStatus::failure(u"no volume"_s));
     EXPECT_EQ(extractionText(item, english), u"Extraction failed: no volume");
     EXPECT_EQ(extractionText(item, italian), u"Estrazione fallita: no volume");
 }
@@ -106,7 +108,7 @@ TEST_F(RowPresenter, MovesWhileItWaitsWithoutAnEnd)
 
 TEST_F(RowPresenter, AFailedArchiveStepHasRoomForTwoLinesAndARetry)
 {
-    item.setExtractionStatus(ExtractionStatus::failure(QStringLiteral("x")));
+    item.setExtractionStatus(ExtractionStatus::failure(u"x"_s));
     EXPECT_EQ(rowLines(item), RowLines(RowLine::failure));
     EXPECT_EQ(rowContent(item, english, now).retryText, u"Retry");
     EXPECT_EQ(rowContent(item, italian, now).retryText, u"Riprova");
@@ -129,7 +131,7 @@ TEST_F(RowPresenter, SpeaksTheWholeRow)
 
 TEST_F(RowPresenter, ToolTipHasTheWholeFailureAndNoMarkupFromOutside)
 {
-    const QString message = QStringLiteral("<b>long</b> ").repeated(20);
+    const QString message = u"<b>long</b> "_s.repeated(20);
     item.setStatus(DownloadStatus::failure(message));
     EXPECT_TRUE(rowToolTip(rowContent(item, english, now)).contains(message.toHtmlEscaped()));
     EXPECT_FALSE(rowToolTip(rowContent(item, english, now)).contains(u"<b>"));
@@ -144,30 +146,28 @@ TEST_F(RowPresenter, TellsWhatAVerificationCameTo)
         QString inEnglish;
         QString inItalian;
     };
-    const QString detail = QStringLiteral("a.part3.rar");
+    const QString detail = u"a.part3.rar"_s;
     const QList<Told> all{
-        {{VerificationResult::running}, QStringLiteral("Verifying…"), QStringLiteral("Verifica in corso…")},
+        {{VerificationResult::running}, u"Verifying…"_s, u"Verifica in corso…"_s},
         {{VerificationResult::sound},
-         QStringLiteral("Verified — all parts are sound"),
-         QStringLiteral("Verificato — tutte le parti sono integre")},
+         u"Verified — all parts are sound"_s,
+         u"Verificato — tutte le parti sono integre"_s},
         {{VerificationResult::fetchedAgain, 1},
-         QStringLiteral("Verified — 1 damaged or missing part is downloaded again"),
-         QStringLiteral("Verificato — 1 parte danneggiata o mancante viene riscaricata")},
+         u"Verified — 1 damaged or missing part is downloaded again"_s,
+         u"Verificato — 1 parte danneggiata o mancante viene riscaricata"_s},
         {{VerificationResult::fetchedAgain, 3},
-         QStringLiteral("Verified — 3 damaged or missing parts are downloaded again"),
-         QStringLiteral("Verificato — 3 parti danneggiate o mancanti vengono riscaricate")},
+         u"Verified — 3 damaged or missing parts are downloaded again"_s,
+         u"Verificato — 3 parti danneggiate o mancanti vengono riscaricate"_s},
         {{VerificationResult::damaged, 1, detail},
-         QStringLiteral("Verified — damaged or missing, and not in the list: a.part3.rar"),
-         QStringLiteral("Verificato — danneggiate o mancanti, e non nella lista: a.part3.rar")},
+         u"Verified — damaged or missing, and not in the list: a.part3.rar"_s,
+         u"Verificato — danneggiate o mancanti, e non nella lista: a.part3.rar"_s},
         {{VerificationResult::passwordNeeded},
-         QStringLiteral("Not verified — the archive needs a password"),
-         QStringLiteral("Non verificato — l'archivio richiede una password")},
+         u"Not verified — the archive needs a password"_s,
+         u"Non verificato — l'archivio richiede una password"_s},
         {{VerificationResult::busy},
-         QStringLiteral("Not verified — the archive is being extracted"),
-         QStringLiteral("Non verificato — l'archivio è in estrazione")},
-        {{VerificationResult::failed, 0, QStringLiteral("code 9")},
-         QStringLiteral("Verification failed: code 9"),
-         QStringLiteral("Verifica fallita: code 9")},
+         u"Not verified — the archive is being extracted"_s,
+         u"Non verificato — l'archivio è in estrazione"_s},
+        {{VerificationResult::failed, 0, u"code 9"_s}, u"Verification failed: code 9"_s, u"Verifica fallita: code 9"_s},
     };
     EXPECT_FALSE(rowLines(item).testFlag(RowLine::verification));
     EXPECT_EQ(rowContent(item, english, now).verificationText, u"");

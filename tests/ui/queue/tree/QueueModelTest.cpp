@@ -1,23 +1,25 @@
 #include "ui/queue/tree/QueueModel.h"
 
-#include "fixtures/EventLoop.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/EventLoop.h"
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 namespace {
 
 using fixtures::turnEventLoop;
 
-QStringList links(int count, const QString& ending = QStringLiteral("zip"))
+QStringList links(int count, const QString& ending = u"zip"_s)
 {
     QStringList urls;
     for (int i = 0; i < count; ++i)
-        urls << QStringLiteral("https://host.example/file%1.%2").arg(i).arg(ending);
+        urls << u"https://host.example/file%1.%2"_s.arg(i).arg(ending);
     return urls;
 }
 
@@ -44,10 +46,9 @@ protected:
 TEST_F(QueueModelTest, FollowsTheQueueInItsOrder)
 {
     const auto items = engine.add(links(4));
-    EXPECT_EQ(names(), (QStringList{QStringLiteral("file0.zip"), QStringLiteral("file1.zip"),
-                                    QStringLiteral("file2.zip"), QStringLiteral("file3.zip")}));
+    EXPECT_EQ(names(), (QStringList{u"file0.zip"_s, u"file1.zip"_s, u"file2.zip"_s, u"file3.zip"_s}));
     engine.manager().commands().removeItems({items[0]->id(), items[2]->id()});
-    EXPECT_EQ(names(), (QStringList{QStringLiteral("file1.zip"), QStringLiteral("file3.zip")}));
+    EXPECT_EQ(names(), (QStringList{u"file1.zip"_s, u"file3.zip"_s}));
     EXPECT_EQ(model.indexOf(items[3]->id()).row(), 1);
     EXPECT_FALSE(model.indexOf(items[0]->id()).isValid());
 }
@@ -134,14 +135,13 @@ TEST_F(QueueModelTest, AnItemThatGoesWhileItsChangeWaitsIsForgotten)
 TEST_F(QueueModelTest, HidesRecoveryVolumesThatAreNeitherComingNorThere)
 {
     const auto items =
-        engine.add({QStringLiteral("https://h.example/a.rar"), QStringLiteral("https://h.example/a.ReV"),
-                      QStringLiteral("https://h.example/b.rar")});
-    EXPECT_EQ(names(), (QStringList{QStringLiteral("a.rar"), QStringLiteral("b.rar")}));
+        engine.add({u"https://h.example/a.rar"_s, u"https://h.example/a.ReV"_s, u"https://h.example/b.rar"_s});
+    EXPECT_EQ(names(), (QStringList{u"a.rar"_s, u"b.rar"_s}));
     items[1]->setStatus(DownloadStatus::downloading);
     turnEventLoop();
-    EXPECT_EQ(names(), (QStringList{QStringLiteral("a.rar"), QStringLiteral("a.ReV"), QStringLiteral("b.rar")}));
+    EXPECT_EQ(names(), (QStringList{u"a.rar"_s, u"a.ReV"_s, u"b.rar"_s}));
     EXPECT_EQ(model.indexOf(items[2]->id()).row(), 2);
-    items[1]->setStatus(DownloadStatus::failure(QStringLiteral("x")));
+    items[1]->setStatus(DownloadStatus::failure(u"x"_s));
     turnEventLoop();
     EXPECT_EQ(model.rowCount(), 2);
     items[1]->setStatus(DownloadStatus::completed);
@@ -151,7 +151,7 @@ TEST_F(QueueModelTest, HidesRecoveryVolumesThatAreNeitherComingNorThere)
 
 TEST_F(QueueModelTest, ShowsRecoveryVolumesWhenTheyAreWanted)
 {
-    engine.add({QStringLiteral("https://h.example/a.part1.rar"), QStringLiteral("https://h.example/a.part1.rev")});
+    engine.add({u"https://h.example/a.part1.rar"_s, u"https://h.example/a.part1.rev"_s});
     EXPECT_EQ(model.rowCount(model.index(0, 0)), 0);
     engine.settings().downloadRevFiles.set(true);
     EXPECT_EQ(model.rowCount(model.index(0, 0)), 2);
@@ -161,7 +161,7 @@ TEST_F(QueueModelTest, ShowsRecoveryVolumesWhenTheyAreWanted)
 
 TEST_F(QueueModelTest, ManyRowsMayComeToSightAtOnce)
 {
-    const auto items = engine.add(links(40, QStringLiteral("rev")));
+    const auto items = engine.add(links(40, u"rev"_s));
     for (const ItemPtr& item : items)
         item->setStatus(DownloadStatus::downloading);
     turnEventLoop();

@@ -1,5 +1,5 @@
-#include "fixtures/EventLoop.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/EventLoop.h"
 #include "ui/queue/tree/QueueModel.h"
 
 #include <QAbstractItemModelTester>
@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 
 #include <random>
+
+using namespace Qt::StringLiterals;
 
 namespace vormel {
 namespace {
@@ -37,7 +39,7 @@ protected:
     {
         std::vector<Link> links;
         for (std::size_t i = 0; i <= below(3); ++i)
-            links.push_back(fixtures::link(QStringLiteral("http://h/%1/").arg(++m_lastLink) + anyName()));
+            links.push_back(fixtures::link(u"http://h/%1/"_s.arg(++m_lastLink) + anyName()));
         engine.manager().addDirectURLs(links);
     }
     void rename()
