@@ -143,11 +143,20 @@ QString Inspection::wrongWith(const QByteArray& path, const DiskEntry& entry) co
         return {};
     if (name.endsWith(ending)) {
         const QString row = name.chopped(ending.size());
-        const bool isTold = m_scene.namesOfGivenUp().contains(row) || isOfClearedArchive(row);
+        const bool isTold = m_scene.namesOfGivenUp().contains(row) || isOfWaitingRow(row) || isOfClearedArchive(row);
         return isTold ? QString() : QStringLiteral("is a part of nobody");
     }
     const bool isRight = m_downloads.contains(entry.contents) || name.endsWith(u".bad");
     return isRight ? QString() : QStringLiteral("is nobody's");
+}
+
+/// As recovery volumes of which no more was needed, or whose set was given up.
+bool Inspection::isOfWaitingRow(const QString& row) const
+{
+    const std::vector<ItemPtr>& items = m_scene.manager().items();
+    return std::any_of(items.begin(), items.end(), [&row](const ItemPtr& item) {
+        return item->filename() == row && !(item->status() == DownloadStatus::completed);
+    });
 }
 
 bool Inspection::isOfClearedArchive(const QString& row) const

@@ -29,6 +29,7 @@ private:
     [[nodiscard]] static QString broughtAs(const QString& member);
     [[nodiscard]] bool mayBeCalled(const QByteArray& path, const Member& member) const;
     [[nodiscard]] QString wrongWith(const QByteArray& path, const DiskEntry& entry) const;
+    [[nodiscard]] bool isOfWaitingRow(const QString& row) const;
     /// The rows of unpacked archives go by themselves; of one that was to be fetched anew the part file stays.
     [[nodiscard]] bool isOfClearedArchive(const QString& row) const;
     [[nodiscard]] QString wrongWith(const DownloadItem& item) const;
