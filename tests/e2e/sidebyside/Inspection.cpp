@@ -49,6 +49,11 @@ QString Inspection::broughtAs(const QString& member)
     return isAtTop ? cleanedName(member, true, false) : member;
 }
 
+bool Inspection::isContested(const Member& member) const
+{
+    return m_bringers.value(broughtAs(member.path)) > 1 || m_scene.isRenamed(*member.archive);
+}
+
 bool Inspection::isInTrash(const QByteArray& digest) const
 {
     return std::any_of(m_trash.begin(), m_trash.end(),
@@ -103,7 +108,7 @@ QStringList Inspection::lostMembers()
         const auto isIt = [&](const DiskEntry& entry) { return entry.isFile() && entry.contents == member.key(); };
         const auto found = std::find_if(there.begin(), there.end(), isIt);
         const QString line = QStringLiteral("%1 of %2").arg(member->path, member->archive->name);
-        if (found == there.end() && !(isContested(member->path) && isInTrash(member.key())))
+        if (found == there.end() && !(isContested(*member) && isInTrash(member.key())))
             lines << line + QStringLiteral(" is lost");
         else if (found != there.end() && !mayBeCalled(found.key(), *member))
             lines << line + QStringLiteral(" is called ") + QString::fromUtf8(found.key());
