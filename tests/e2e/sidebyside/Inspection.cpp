@@ -51,6 +51,11 @@ QString Inspection::broughtAs(const QString& member)
     return isAtTop ? cleanedName(member, true, false) : member;
 }
 
+bool Inspection::isContested(const Member& member) const
+{
+    return m_bringers.value(broughtAs(member.path)) > 1 || m_scene.isRenamed(*member.archive);
+}
+
 bool Inspection::isInTrash(const QByteArray& digest) const
 {
     return std::any_of(m_trash.begin(), m_trash.end(),
@@ -104,7 +109,7 @@ QStringList Inspection::lostMembers()
         const auto isIt = [&](const DiskEntry& entry) { return entry.isFile() && entry.contents == member.key(); };
         const auto found = std::find_if(there.begin(), there.end(), isIt);
         const QString line = u"%1 of %2"_s.arg(member->path, member->archive->name);
-        if (found == there.end() && !(isContested(member->path) && isInTrash(member.key())))
+        if (found == there.end() && !(isContested(*member) && isInTrash(member.key())))
             lines << line + u" is lost"_s;
         else if (found != there.end() && !mayBeCalled(found.key(), *member))
             lines << line + u" is called "_s + QString::fromUtf8(found.key());
@@ -144,11 +149,20 @@ QString Inspection::wrongWith(const QByteArray& path, const DiskEntry& entry) co
         return {};
     if (name.endsWith(ending)) {
         const QString row = name.chopped(ending.size());
-        const bool isTold = m_scene.namesOfGivenUp().contains(row) || isOfClearedArchive(row);
+        const bool isTold = m_scene.namesOfGivenUp().contains(row) || isOfWaitingRow(row) || isOfClearedArchive(row);
         return isTold ? QString() : u"is a part of nobody"_s;
     }
     const bool isRight = m_downloads.contains(entry.contents) || name.endsWith(u".bad");
     return isRight ? QString() : u"is nobody's"_s;
+}
+
+/// As recovery volumes of which no more was needed, or whose set was given up.
+bool Inspection::isOfWaitingRow(const QString& row) const
+{
+    const std::vector<ItemPtr>& items = m_scene.manager().items();
+    return std::any_of(items.begin(), items.end(), [&row](const ItemPtr& item) {
+        return item->filename() == row && !(item->status() == DownloadStatus::completed);
+    });
 }
 
 bool Inspection::isOfClearedArchive(const QString& row) const

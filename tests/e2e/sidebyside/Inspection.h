@@ -25,10 +25,12 @@ private:
     };
     void learnMembers();
     [[nodiscard]] bool isInTrash(const QByteArray& digest) const;
-    [[nodiscard]] bool isContested(const QString& member) const { return m_bringers.value(broughtAs(member)) > 1; }
+    /// Another archive may bring the same name, of itself or by a name that the user gave to both.
+    [[nodiscard]] bool isContested(const Member& member) const;
     [[nodiscard]] static QString broughtAs(const QString& member);
     [[nodiscard]] bool mayBeCalled(const QByteArray& path, const Member& member) const;
     [[nodiscard]] QString wrongWith(const QByteArray& path, const DiskEntry& entry) const;
+    [[nodiscard]] bool isOfWaitingRow(const QString& row) const;
     /// The rows of unpacked archives go by themselves; of one that was to be fetched anew the part file stays.
     [[nodiscard]] bool isOfClearedArchive(const QString& row) const;
     [[nodiscard]] QString wrongWith(const DownloadItem& item) const;

@@ -1,6 +1,7 @@
 #include "e2e/sidebyside/RandomUser.h"
 
 #include "fixtures/EventLoop.h"
+#include "model/SetName.h"
 
 using namespace Qt::StringLiterals;
 
@@ -173,8 +174,10 @@ void RandomUser::removeGroup()
         return;
     const DownloadGroup& group = groups[below(groups.size())];
     note(u"remove the group of"_s, *group.items.front());
-    for (const ItemPtr& item : group.items)
-        m_scene.giveUp(*item);
+    // With what is hidden of it, and with every plain file of that name.
+    for (const ItemPtr& item : m_scene.manager().items())
+        if (setBaseName(item->filename()) == group.id)
+            m_scene.giveUp(*item);
     m_scene.manager().commands().removeGroup(group.id);
 }
 

@@ -119,6 +119,7 @@ void Scene::giveUp(const DownloadItem& item)
 void Scene::renameGroup(const QString& id, const QString& name)
 {
     manager().renameGroup(id, name);
+    m_renamedGroups.insert(id);
     m_customNames.insert(QString(name).replace(u'/', u'-').replace(u':', u'-'));
 }
 

@@ -53,6 +53,8 @@ public:
     void renameGroup(const QString& id, const QString& name);
     /// The names that groups were given, as files can have them.
     [[nodiscard]] const QSet<QString>& customNames() const { return m_customNames; }
+    /// Was its group ever given a name?
+    [[nodiscard]] bool isRenamed(const PackedArchive& archive) const { return m_renamedGroups.contains(archive.name); }
     /// How often anything has changed in the queue.
     [[nodiscard]] int changes() const { return m_changes; }
 
@@ -87,6 +89,7 @@ private:
     QSet<QString> m_givenUp; ///< addresses of offers, names of archives
     QSet<QString> m_namesOfGivenUp;
     QSet<QString> m_customNames;
+    QSet<QString> m_renamedGroups; ///< their ids
     int m_changes = 0;
 };
 
