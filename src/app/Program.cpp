@@ -24,10 +24,23 @@ Program::Program(const Folders& folders, const CurlHttpClient::Options& network,
     , m_launchPing(m_http, m_defaults, {services.telemetry, ownVersion(), QSysInfo::prettyProductName()})
     , m_updater(m_http, m_defaults, m_clock, QUrl(services.updateFeed), Version::parse(ownVersion()).value())
     , m_terminal(folders.runtime, qEnvironmentVariable("TERMINAL"))
-    , m_manager(Platform{m_clock, m_http, m_fileWriter, m_fileSync, m_defaults, m_trash, folders},
-                DownloadManager::Collaborators{m_resolvers, m_extractor})
+    , m_manager(platform(folders), DownloadManager::Collaborators{m_resolvers, m_extractor})
 {
     m_launchPing.start();
+}
+
+Platform Program::platform(const Folders& folders)
+{
+    return {.clock = m_clock,
+            .http = m_http,
+            .cookies = *m_http.sharedCookies(),
+            .secrets = m_secrets,
+            .web = m_web,
+            .fileWriter = m_fileWriter,
+            .fileSync = m_fileSync,
+            .defaults = m_defaults,
+            .trash = m_trash,
+            .folders = folders};
 }
 
 ViewPorts Program::viewPorts()

@@ -5,16 +5,20 @@
 #include "archive/tools/ArchiveExtractor.h"
 #include "archive/tools/ToolWatch.h"
 #include "engine/DownloadManager.h"
+#include "platform/Platform.h"
 #include "platform/clock/SystemClock.h"
 #include "platform/desktop/FileViewer.h"
 #include "platform/desktop/PackageManager.h"
 #include "platform/desktop/Terminal.h"
 #include "platform/desktop/UrlOpener.h"
+#include "platform/http/CookieStore.h"
 #include "platform/http/CurlHttpClient.h"
+#include "platform/secrets/NoSecrets.h"
 #include "platform/storage/FileSync.h"
 #include "platform/storage/FileWriter.h"
 #include "platform/storage/Trash.h"
 #include "platform/storage/UserDefaults.h"
+#include "platform/web/WebBrowser.h"
 #include "resolvers/ResolverTables.h"
 #include "ui/ViewPorts.h"
 
@@ -44,9 +48,13 @@ public:
     [[nodiscard]] UrlOpener& urlOpener() { return m_urlOpener; }
 
 private:
+    [[nodiscard]] Platform platform(const Folders& folders);
+
     QString m_downloadsFolder;
     SystemClock m_clock;
     CurlHttpClient m_http;
+    NoSecrets m_secrets;
+    NoWebBrowser m_web;
     FileWriter m_fileWriter;
     FileSyncThread m_fileSync;
     UserDefaults m_defaults;

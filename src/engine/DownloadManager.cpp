@@ -16,7 +16,7 @@ DownloadManager::DownloadManager(const Platform& platform, const Collaborators& 
     , m_platform(platform)
     , m_settings(platform.defaults, platform.folders.downloads)
     , m_table(*this)
-    , m_accounts(platform.defaults)
+    , m_accounts(platform.defaults, platform.secrets)
     , m_queueFile(platform.folders.applicationSupport + u"/download_queue.json"_s, platform.fileWriter)
     , m_groupNames(platform.defaults)
     , m_revFiles(m_table, m_settings, *this)

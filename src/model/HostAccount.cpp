@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 const HostAccount* firstEnabledAccount(const std::vector<HostAccount>& accounts, SupportedHost host)
@@ -10,6 +12,11 @@ const HostAccount* firstEnabledAccount(const std::vector<HostAccount>& accounts,
         return account.host == host && account.isEnabled;
     });
     return found == accounts.end() ? nullptr : &*found;
+}
+
+QString keychainAccountKey(const HostAccount& account)
+{
+    return u"vormel_%1_%2"_s.arg(rawValue(account.host), account.username);
 }
 
 } // namespace vormel

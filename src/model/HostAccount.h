@@ -23,4 +23,7 @@ struct HostAccount
 /// The account that the host's links are resolved with: its first enabled one. Null without one; points into the list.
 [[nodiscard]] const HostAccount* firstEnabledAccount(const std::vector<HostAccount>& accounts, SupportedHost host);
 
+/// The key that its password is kept under.
+[[nodiscard]] QString keychainAccountKey(const HostAccount& account);
+
 } // namespace vormel

@@ -5,11 +5,14 @@
 namespace vormel {
 
 class Clock;
+class CookieStore;
 class FileSync;
 class FileWriter;
 class HttpClient;
+class SecretStore;
 class Trash;
 class UserDefaults;
+class WebBrowser;
 
 /// Everything that the program takes from the machine, handed down from where it is put together. Whatever is named
 /// here outlives all that uses it.
@@ -17,6 +20,9 @@ struct Platform
 {
     Clock& clock;
     HttpClient& http;
+    CookieStore& cookies; ///< of all requests that name no other
+    SecretStore& secrets;
+    WebBrowser& web;
     FileWriter& fileWriter;
     FileSync& fileSync;
     UserDefaults& defaults;

@@ -1,6 +1,7 @@
 #include "engine/accounts/Accounts.h"
 
 #include "engine/accounts/AccountRecords.h"
+#include "platform/secrets/SecretStore.h"
 #include "platform/storage/UserDefaults.h"
 
 using namespace Qt::StringLiterals;
@@ -13,8 +14,9 @@ const QString accountsKey = u"vormel_accounts"_s;
 
 } // namespace
 
-Accounts::Accounts(UserDefaults& store)
+Accounts::Accounts(UserDefaults& store, SecretStore& secrets)
     : m_store(store)
+    , m_secrets(secrets)
 {
     loadAccounts();
 }
@@ -29,6 +31,21 @@ void Accounts::set(std::vector<HostAccount> list)
     m_list = std::move(list);
     saveAccounts();
     Q_EMIT changed();
+}
+
+QCoro::Task<> Accounts::savePassword(const HostAccount& account, QString password)
+{
+    return m_secrets.save(keychainAccountKey(account), std::move(password));
+}
+
+QCoro::Task<QString> Accounts::loadPassword(const HostAccount& account)
+{
+    return m_secrets.load(keychainAccountKey(account));
+}
+
+QCoro::Task<> Accounts::deletePassword(const HostAccount& account)
+{
+    return m_secrets.remove(keychainAccountKey(account));
 }
 
 void Accounts::loadAccounts()

@@ -2,21 +2,24 @@
 
 #include "model/HostAccount.h"
 
+#include <QCoroTask>
 #include <QObject>
 
 namespace vormel {
 
+class SecretStore;
 class UserDefaults;
 
-/// The user's logins at the premium hosts, as they are stored in the preferences. UI thread only.
+/// The user's logins at the premium hosts: the list is stored in the preferences, each password apart from it. UI
+/// thread only.
 class Accounts final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Reads the stored list. One that cannot be understood counts as empty and stays as it is until the next save. The
-    /// store must outlive this.
-    explicit Accounts(UserDefaults& store);
+    /// Reads the stored list. One that cannot be understood counts as empty and stays as it is until the next save.
+    /// Both stores must outlive this, and whatever it is still asked for.
+    Accounts(UserDefaults& store, SecretStore& secrets);
 
     [[nodiscard]] const std::vector<HostAccount>& list() const { return m_list; }
     /// The account that the host's links are resolved with. Null without one; points into the list.
@@ -24,6 +27,12 @@ public:
 
     /// Takes another list and stores it.
     void set(std::vector<HostAccount> list);
+
+    // By host and user name, not by the record's identity: two records of one login share their password.
+    [[nodiscard]] QCoro::Task<> savePassword(const HostAccount& account, QString password);
+    /// Empty where there is none.
+    [[nodiscard]] QCoro::Task<QString> loadPassword(const HostAccount& account);
+    [[nodiscard]] QCoro::Task<> deletePassword(const HostAccount& account);
 
 Q_SIGNALS:
     void changed();
@@ -33,6 +42,7 @@ private:
     void saveAccounts();
 
     UserDefaults& m_store;
+    SecretStore& m_secrets;
     std::vector<HostAccount> m_list;
 };
 

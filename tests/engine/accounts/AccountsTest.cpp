@@ -1,9 +1,12 @@
 #include "engine/accounts/Accounts.h"
 
 #include "engine/accounts/AccountRecords.h"
+#include "fixtures/FakeSecrets.h"
 #include "fixtures/Sandbox.h"
 #include "platform/storage/FileWriter.h"
 #include "platform/storage/UserDefaults.h"
+
+#include <qcoro/qcorotask.h>
 
 #include <gtest/gtest.h>
 
@@ -29,6 +32,7 @@ protected:
     fixtures::Sandbox sandbox;
     FileWriter writer;
     UserDefaults defaults{sandbox.path(u"preferences.json"_s), writer};
+    fixtures::FakeSecrets secrets;
 };
 
 constexpr const char* oneRecord =
@@ -41,20 +45,20 @@ TEST_F(AccountsTest, AreStoredInTheirOrderAndReadAgain)
     const std::vector list{account(SupportedHost::terabytez, u"one"_s),
                            account(SupportedHost::filestore, u"twö"_s, false)};
     {
-        Accounts accounts(defaults);
+        Accounts accounts(defaults, secrets);
         EXPECT_TRUE(accounts.list().empty());
         int changes = 0;
         QObject::connect(&accounts, &Accounts::changed, [&changes] { ++changes; });
         accounts.set(list);
         EXPECT_EQ(changes, 1);
     }
-    EXPECT_EQ(Accounts(defaults).list(), list);
+    EXPECT_EQ(Accounts(defaults, secrets).list(), list);
 }
 
 TEST_F(AccountsTest, HaveFourKeysInARecord)
 {
     store(oneRecord);
-    const Accounts accounts(defaults);
+    const Accounts accounts(defaults, secrets);
     ASSERT_EQ(accounts.list().size(), 1U);
     EXPECT_EQ(accounts.list().front().host, SupportedHost::terabytez);
     EXPECT_EQ(accounts.list().front().username, u"a \"b\"");
@@ -66,7 +70,7 @@ TEST_F(AccountsTest, AreWrittenBackAtOnceInTodaysForm)
 {
     store(R"([ {"isEnabled": true, "username": "x", "host": "filestore.example",
                 "id": "{0e3b2e0c-6f0a-4c5b-9d55-0b7a4c1d9a11}", "more": 1} ])");
-    const Accounts accounts(defaults);
+    const Accounts accounts(defaults, secrets);
     EXPECT_EQ(stored(), uR"([{"id":"0E3B2E0C-6F0A-4C5B-9D55-0B7A4C1D9A11","host":"filestore.example","username":"x",)"
                         uR"("isEnabled":true}])"_s);
 }
@@ -83,19 +87,51 @@ TEST_F(AccountsTest, ThatCannotBeUnderstoodAreNoneAndStayAsTheyAre)
           "[{" + id + ',' + host + ",\"username\":\"x\",\"isEnabled\":1}]",
           "[{" + id + ',' + host + ',' + rest + "},{}]"}) {
         store(json.constData());
-        EXPECT_TRUE(Accounts(defaults).list().empty()) << json.constData();
+        EXPECT_TRUE(Accounts(defaults, secrets).list().empty()) << json.constData();
         EXPECT_EQ(stored(), QString::fromUtf8(json));
     }
     defaults.setObject(storeKey, 7);
-    EXPECT_TRUE(Accounts(defaults).list().empty());
+    EXPECT_TRUE(Accounts(defaults, secrets).list().empty());
 }
 
 TEST_F(AccountsTest, GiveTheFirstEnabledOneOfAHost)
 {
-    Accounts accounts(defaults);
+    Accounts accounts(defaults, secrets);
     accounts.set({account(SupportedHost::filestore, u"off"_s, false), account(SupportedHost::filestore, u"on"_s),
                   account(SupportedHost::filestore, u"later"_s)});
     ASSERT_TRUE(accounts.firstEnabled(SupportedHost::filestore));
     EXPECT_EQ(accounts.firstEnabled(SupportedHost::filestore)->username, u"on");
     EXPECT_EQ(accounts.firstEnabled(SupportedHost::terabytez), nullptr);
+}
+
+TEST_F(AccountsTest, OfOneHostAndUserNameShareTheirPassword)
+{
+    Accounts accounts(defaults, secrets);
+    const HostAccount one = account(SupportedHost::terabytez, u"a %1 b"_s);
+    const HostAccount twin = account(SupportedHost::terabytez, u"a %1 b"_s, false);
+    QCoro::waitFor(accounts.savePassword(one, u"first"_s));
+    QCoro::waitFor(accounts.savePassword(twin, u"second"_s));
+    EXPECT_EQ(secrets.kept, (QHash<QString, QString>{{u"vormel_terabytez-host.example_a %1 b"_s, u"second"_s}}));
+    EXPECT_EQ(QCoro::waitFor(accounts.loadPassword(one)), u"second");
+}
+
+TEST_F(AccountsTest, KeepPasswordsOfOtherHostsAndUserNamesApart)
+{
+    Accounts accounts(defaults, secrets);
+    const HostAccount one = account(SupportedHost::filestore, u"me"_s);
+    const HostAccount other = account(SupportedHost::terabytez, u"me"_s);
+    QCoro::waitFor(accounts.savePassword(one, u"first"_s));
+    QCoro::waitFor(accounts.savePassword(other, u"second"_s));
+    QCoro::waitFor(accounts.deletePassword(one));
+    EXPECT_EQ(QCoro::waitFor(accounts.loadPassword(one)), u"");
+    EXPECT_EQ(QCoro::waitFor(accounts.loadPassword(other)), u"second");
+}
+
+TEST_F(AccountsTest, PutNoPasswordIntoThePreferences)
+{
+    Accounts accounts(defaults, secrets);
+    const HostAccount one = account(SupportedHost::filestore, u"me"_s);
+    accounts.set({one});
+    QCoro::waitFor(accounts.savePassword(one, u"canary"_s));
+    EXPECT_FALSE(stored().contains(u"canary"));
 }
