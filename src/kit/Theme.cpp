@@ -67,6 +67,7 @@ QColor Theme::accent() const
                        readableContrast + spare);
 }
 
+// NOLINTNEXTLINE(readability-function-size): a table
 QColor Theme::color(Tint tint) const
 {
     const auto status = [this](const StatusColor& color) {

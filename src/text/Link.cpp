@@ -115,28 +115,32 @@ std::optional<Link> Link::split(QString text)
     if (view.mid(at).startsWith(u"//")) {
         at += 2;
         const qsizetype end = firstOf(view, u"/?#", at);
-        const qsizetype user = view.mid(at, end - at).lastIndexOf(u'@');
-        qsizetype start = at + user + 1;
-        const QStringView hostAndPort = view.mid(start, end - start);
-        const bool isBracketed = hostAndPort.startsWith(u'[');
-        const qsizetype bracket = isBracketed ? hostAndPort.indexOf(u']') : 0;
-        // Brackets hold an IPv6 address, which cannot do without a colon.
-        if (isBracketed && !hostAndPort.first(std::max<qsizetype>(bracket, 0)).contains(u':'))
+        if (!link.takeHost(at, end))
             return std::nullopt;
-        const qsizetype portColon = hostAndPort.indexOf(u':', bracket);
-        if (portColon >= 0 && !isUsablePort(hostAndPort.mid(portColon + 1)))
-            return std::nullopt;
-        qsizetype length = portColon < 0 ? hostAndPort.size() : portColon;
-        if (isBracketed) {
-            ++start;
-            length = bracket - 1;
-        }
-        link.m_host = {static_cast<qint32>(start), static_cast<qint32>(length)};
         at = end;
     }
     const qsizetype pathEnd = firstOf(view, u"?#", at);
     link.m_path = {static_cast<qint32>(at), static_cast<qint32>(pathEnd - at)};
     return link;
+}
+
+bool Link::takeHost(qsizetype at, qsizetype end)
+{
+    const QStringView authority = QStringView{m_text}.mid(at, end - at);
+    const qsizetype user = authority.lastIndexOf(u'@') + 1;
+    const QStringView hostAndPort = authority.mid(user);
+    const bool isBracketed = hostAndPort.startsWith(u'[');
+    const qsizetype bracket = isBracketed ? hostAndPort.indexOf(u']') : 0;
+    // Brackets hold an IPv6 address, which cannot do without a colon.
+    if (isBracketed && !hostAndPort.first(std::max<qsizetype>(bracket, 0)).contains(u':'))
+        return false;
+    const qsizetype portColon = hostAndPort.indexOf(u':', bracket);
+    if (portColon >= 0 && !isUsablePort(hostAndPort.mid(portColon + 1)))
+        return false;
+    const qsizetype start = isBracketed ? 1 : 0;
+    const qsizetype hostEnd = isBracketed ? bracket : portColon < 0 ? hostAndPort.size() : portColon;
+    m_host = {static_cast<qint32>(at + user + start), static_cast<qint32>(hostEnd - start)};
+    return true;
 }
 
 QString Link::scheme() const

@@ -48,6 +48,8 @@ private:
     };
 
     [[nodiscard]] static std::optional<Link> split(QString text);
+    /// Takes the host out of what stands between these places. False for one that cannot be.
+    [[nodiscard]] bool takeHost(qsizetype at, qsizetype end);
     [[nodiscard]] QStringView piece(Span span) const { return QStringView{m_text}.mid(span.start, span.length); }
 
     QString m_text;

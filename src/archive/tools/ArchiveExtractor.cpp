@@ -62,6 +62,11 @@ QString failureText(const ExtractionError& error)
     return u" FAILED (code "_s + QString::number(error.exitCode()) + u"):\n"_s + error.output();
 }
 
+ExtractionError reasonOf(const ExtractionError& error, const UnpackingTool& tool, bool isPasswordGiven)
+{
+    return tool.tellsOfPassword ? classifyToolError(error, isPasswordGiven) : error;
+}
+
 /// On a thread that may take its time: what a tool left of a failed run goes, and what it made is looked over.
 std::shared_ptr<WorkFolder> settled(std::shared_ptr<WorkFolder> folder, ArchiveFormat format, bool isFailed)
 {
@@ -125,6 +130,27 @@ QCoro::Task<std::shared_ptr<WorkFolder>> ArchiveExtractor::makeWorkFolder(const 
     return m_background.run(make);
 }
 
+QCoro::Task<std::shared_ptr<PlainPaths>> ArchiveExtractor::makePlainPaths(const QString& archive,
+                                                                          const QString& destination, Recovery recovery)
+{
+    const auto link = [archive, destination, recovery] {
+        return std::make_shared<PlainPaths>(archive, destination, recovery);
+    };
+    return m_background.run(link);
+}
+
+QCoro::Task<std::shared_ptr<WorkFolder>> ArchiveExtractor::settle(std::shared_ptr<WorkFolder> folder,
+                                                                  std::shared_ptr<PlainPaths> paths,
+                                                                  ArchiveFormat format, bool isFailed)
+{
+    // The last references must end over there.
+    auto work = [unsettled = std::move(folder), links = std::move(paths), format, isFailed]() mutable {
+        links.reset();
+        return settled(std::move(unsettled), format, isFailed);
+    };
+    return m_background.run(std::move(work));
+}
+
 QCoro::Task<std::shared_ptr<WorkFolder>> ArchiveExtractor::unpack(Attempt attempt, QString destination)
 {
     const Lifetime::Watch watch = m_lifetime.watch();
@@ -134,10 +160,7 @@ QCoro::Task<std::shared_ptr<WorkFolder>> ArchiveExtractor::unpack(Attempt attemp
     const UnpackingTool& tool = attempt.tool;
     // Our own repair works in a folder of its own, and leaves nothing half made.
     const Recovery recovery = canRepair() ? Recovery::keptAway : Recovery::leftBeside;
-    const auto link = [archive = attempt.archive, to = folder->path(), recovery] {
-        return std::make_shared<PlainPaths>(archive, to, recovery);
-    };
-    std::shared_ptr<PlainPaths> paths = co_await m_background.run(link);
+    std::shared_ptr<PlainPaths> paths = co_await makePlainPaths(attempt.archive, folder->path(), recovery);
     if (watch.isOver())
         throw ToolStopped();
     const QStringList args = tool.arguments(paths->archive(), paths->destination());
@@ -147,21 +170,15 @@ QCoro::Task<std::shared_ptr<WorkFolder>> ArchiveExtractor::unpack(Attempt attemp
         co_await m_tools.run(tool.path, args, progress, attempt.stop);
     } catch (const ExtractionError& error) {
         if (!isMereWarning(error))
-            failure = std::make_exception_ptr(tool.tellsOfPassword ? classifyToolError(error, attempt.isPasswordGiven)
-                                                                   : error);
+            failure = std::make_exception_ptr(reasonOf(error, tool, attempt.isPasswordGiven));
     } catch (const ArchiveError&) {
         failure = std::current_exception();
     }
     if (watch.isOver()) // with it the threads are gone
         std::rethrow_exception(failure ? failure : std::make_exception_ptr(ToolStopped()));
-    const bool isFailed = failure != nullptr;
-    // The last reference must end over there.
-    auto settle = [unsettled = std::move(folder), links = std::move(paths), format = attempt.format,
-                   isFailed]() mutable {
-        links.reset();
-        return settled(std::move(unsettled), format, isFailed);
-    };
-    folder = co_await m_background.run(std::move(settle));
+    QCoro::Task<std::shared_ptr<WorkFolder>> settling =
+        settle(std::move(folder), std::move(paths), attempt.format, failure != nullptr);
+    folder = co_await settling;
     if (failure)
         std::rethrow_exception(failure);
     co_return folder;
@@ -170,8 +187,7 @@ QCoro::Task<std::shared_ptr<WorkFolder>> ArchiveExtractor::unpack(Attempt attemp
 QCoro::Task<VolumeTest> ArchiveExtractor::verify(QString archive)
 {
     const Lifetime::Watch watch = m_lifetime.watch();
-    const auto link = [archive] { return std::make_shared<PlainPaths>(archive, QString(), Recovery::keptAway); };
-    std::shared_ptr<PlainPaths> paths = co_await m_background.run(link);
+    std::shared_ptr<PlainPaths> paths = co_await makePlainPaths(archive, QString(), Recovery::keptAway);
     if (watch.isOver())
         throw ToolStopped();
     const VolumeTest test = co_await testVolumes(m_tools, paths, m_trace);

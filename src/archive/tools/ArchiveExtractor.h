@@ -19,7 +19,9 @@
 
 namespace vormel {
 
+class PlainPaths;
 class WorkFolder;
+enum class Recovery;
 
 /// Unpacks, tests and repairs archives with the tools of the machine. UI thread only; what takes long happens in the
 /// tools and on threads of its own. Paths are absolute. Everything throws ArchiveError and its kinds.
@@ -65,6 +67,11 @@ private:
     };
 
     [[nodiscard]] QCoro::Task<std::shared_ptr<WorkFolder>> makeWorkFolder(const QString& destination);
+    [[nodiscard]] QCoro::Task<std::shared_ptr<PlainPaths>>
+    makePlainPaths(const QString& archive, const QString& destination, Recovery recovery);
+    /// Lets go of what a tool was shown, and looks over what it made.
+    [[nodiscard]] QCoro::Task<std::shared_ptr<WorkFolder>>
+    settle(std::shared_ptr<WorkFolder> folder, std::shared_ptr<PlainPaths> paths, ArchiveFormat format, bool isFailed);
     [[nodiscard]] QCoro::Task<std::shared_ptr<WorkFolder>> unpack(Attempt attempt, QString destination);
     /// How a tool that rebuilds volumes has ended.
     struct Rebuilding

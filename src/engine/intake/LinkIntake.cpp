@@ -173,13 +173,18 @@ QCoro::Task<> LinkIntake::readContainer(ItemPtr placeholder, std::optional<QStri
     }
     if (password)
         m_passwords.insert(placeholder->id(), *password);
-    if (!wantsCaptcha) {
+    if (wantsCaptcha)
+        askForCaptcha(*placeholder, password);
+    else
         placeholder->setStatus(DownloadStatus::failure(failure));
-        co_return;
-    }
-    placeholder->setStatus(DownloadStatus::expanding);
-    placeholder->setFilename(captchaLabel(url));
-    m_ports.questions.ask(PendingCaptcha{placeholder->id(), url, password});
+}
+
+void LinkIntake::askForCaptcha(DownloadItem& placeholder, const std::optional<QString>& password)
+{
+    const Link url = placeholder.originalURL();
+    placeholder.setStatus(DownloadStatus::expanding);
+    placeholder.setFilename(captchaLabel(url));
+    m_ports.questions.ask(PendingCaptcha{placeholder.id(), url, password});
 }
 
 void LinkIntake::containerOpened(const ItemPtr& placeholder, const std::vector<Link>& urls)

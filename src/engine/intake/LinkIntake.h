@@ -61,6 +61,7 @@ private:
     void expandContainer(const Link& url, const std::optional<QString>& password);
     QCoro::Task<> readContainer(ItemPtr placeholder, std::optional<QString> password);
     void containerOpened(const ItemPtr& placeholder, const std::vector<Link>& urls);
+    void askForCaptcha(DownloadItem& placeholder, const std::optional<QString>& password);
 
     Ports m_ports;
     Lifetime m_lifetime;

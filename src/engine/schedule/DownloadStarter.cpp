@@ -73,18 +73,21 @@ QCoro::Task<> DownloadStarter::startDownload(ItemPtr item)
         // Whoever took the item away has put the queue right already.
     } catch (const ResolverError& error) {
         m_attempts.erase(item->id());
-        if (error.kind() == ResolverError::Kind::loginRequired) {
-            item->setStatus(DownloadStatus::queued);
-            item->setSpeedBytesPerSec(0);
-            m_ports.questions.awaitLogin(item->id(), error.host());
-            m_ports.queue.processQueue();
-        } else {
-            startFailed(*item, error.errorDescription());
-        }
+        resolveFailed(*item, error);
     } catch (const std::exception& error) {
         m_attempts.erase(item->id());
         startFailed(*item, QString::fromUtf8(error.what()));
     }
+}
+
+void DownloadStarter::resolveFailed(DownloadItem& item, const ResolverError& error)
+{
+    if (error.kind() != ResolverError::Kind::loginRequired)
+        return startFailed(item, error.errorDescription());
+    item.setStatus(DownloadStatus::queued);
+    item.setSpeedBytesPerSec(0);
+    m_ports.questions.awaitLogin(item.id(), error.host());
+    m_ports.queue.processQueue();
 }
 
 QCoro::Task<Link> DownloadStarter::downloadAddress(ItemPtr item, quint64 attempt)

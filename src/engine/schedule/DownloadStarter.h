@@ -17,6 +17,7 @@ class NetworkRecovery;
 class PartFile;
 class PostDownload;
 class Questions;
+class ResolverError;
 class ResolverTables;
 class RevFiles;
 class TransferSession;
@@ -55,6 +56,7 @@ private:
     void beginTransfer(DownloadItem& item, const Link& address);
     /// What is in the part file is what the item has.
     void takeOver(DownloadItem& item, PartFile& file, const QString& usualPath);
+    void resolveFailed(DownloadItem& item, const ResolverError& error);
     void startFailed(DownloadItem& item, const QString& message);
 
     Ports m_ports;

@@ -53,12 +53,8 @@ HttpReceiver::HeadVerdict Transfer::responseReceived(const HttpResponse& respons
     }
     const JudgedAnswer answer = judgeAnswer(response, asked);
     switch (answer.kind) {
-    case AnswerKind::webPage: {
-        const std::lock_guard lock(m_ioLock);
-        m_isHtmlError = true;
-        m_fileHandle.reset();
-        return HeadVerdict::allow;
-    }
+    case AnswerKind::webPage:
+        return readPast();
     case AnswerKind::errorAnswer:
         return refuse(TransferEnd::Reason::errorAnswer);
     case AnswerKind::foreignRange:
@@ -75,6 +71,15 @@ HttpReceiver::HeadVerdict Transfer::responseReceived(const HttpResponse& respons
     if (takeFile(response, answer) == HeadVerdict::cancel)
         return HeadVerdict::cancel;
     m_listener.headArrived(*this, {answer.kind == AnswerKind::whole, answer.total, m_end.suggestedName});
+    return HeadVerdict::allow;
+}
+
+/// Nothing of a page is kept, but its end is waited for.
+HttpReceiver::HeadVerdict Transfer::readPast()
+{
+    const std::lock_guard lock(m_ioLock);
+    m_isHtmlError = true;
+    m_fileHandle.reset();
     return HeadVerdict::allow;
 }
 

@@ -73,6 +73,7 @@ public:
     void completed(const std::optional<HttpError>& error) override;
 
 private:
+    [[nodiscard]] HttpReceiver::HeadVerdict readPast();
     [[nodiscard]] AskedFor askedFor() const;
     [[nodiscard]] HeadVerdict takeFile(const HttpResponse& response, const JudgedAnswer& answer);
     void mark(const HttpResponse& response, const JudgedAnswer& answer);

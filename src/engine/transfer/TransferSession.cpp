@@ -33,7 +33,7 @@ TransferSession::TransferSession(HttpClient& client, FileSync& fileSync, Clock& 
     , m_fileSync(fileSync)
     , m_clock(clock)
     , m_owner(owner)
-    , globalThrottle(clock.steadyNow())
+    , m_globalThrottle(clock.steadyNow())
 {}
 
 TransferSession::~TransferSession()

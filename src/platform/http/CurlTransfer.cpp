@@ -17,6 +17,7 @@ constexpr auto largestHead = qsizetype{256} * 1024;
 constexpr auto largestThrownAway = qsizetype{64} * 1024;
 constexpr auto receiveBuffer = 512L * 1024;
 
+// NOLINTNEXTLINE(readability-function-size): a table
 HttpError::Kind kindOf(CURLcode code)
 {
     switch (code) {

@@ -5,8 +5,8 @@
 
 namespace vormel {
 
-/// The user's passwords, each under a key. UI thread only, which never waits for them: a locked keyring may ask the user
-/// first. A password that cannot be had is an empty text, never an error.
+/// The user's passwords, each under a key. UI thread only, which never waits for them: a locked keyring may ask the
+/// user first. A password that cannot be had is an empty text, never an error.
 class SecretStore
 {
 public:
