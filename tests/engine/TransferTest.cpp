@@ -87,6 +87,7 @@ TEST_F(TransferTest, TakesTheOffsetFromTheDiskAndNothingElse)
 
 TEST_F(TransferTest, CompletesWithoutARequestWhenTheFileIsThere)
 {
+    shop.settings().autoExtract.set(true);
     const ItemPtr item = shop.add(rarLink);
     shop.sandbox.write(finalFile, "already");
     shop.manager().startAll();
