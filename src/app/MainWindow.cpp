@@ -28,11 +28,11 @@ MainWindow::MainWindow(const ViewPorts& ports, Updater& updater)
     , m_queue(new DownloadQueueView(m_ports, m_pages))
     , m_help(new HelpWindowController(settings(), *this))
 {
-    constexpr QSize smallest(700, 450);
+    constexpr QSize minSize(700, 450);
     constexpr QSize usual(980, 640);
     setObjectName(u"mainWindow"_s);
     setWindowIcon(programIcon());
-    setMinimumSize(smallest);
+    setMinimumSize(minSize);
     resize(usual);
     new QtTranslation(settings(), this); // the window owns it
     layOut();

@@ -8,9 +8,9 @@ namespace vormel {
 namespace {
 
 /// ".part", a number of eleven digits and ".rar".
-constexpr qsizetype longestUsualSuffix = 20;
+constexpr qsizetype maxUsualSuffix = 20;
 /// As much as fits into a name with such a suffix and ".download" behind it.
-constexpr qsizetype longestBaseBytes = 225;
+constexpr qsizetype maxBaseBytes = 225;
 
 /// The name of a file on disk. What must be cut off the name of a volume is cut off what its set has in common: the
 /// same for all of them, or they would not find each other.
@@ -18,10 +18,10 @@ QString diskName(const QString& filename)
 {
     const QString base = isSetMember(filename) ? setBaseName(filename) : QString();
     const QString suffix = filename.mid(base.size());
-    if (base.isEmpty() || suffix.size() > longestUsualSuffix || !filename.startsWith(base))
+    if (base.isEmpty() || suffix.size() > maxUsualSuffix || !filename.startsWith(base))
         return safeFileName(filename);
-    return base.toUtf8().size() > longestBaseBytes ? safeFileName(base, longestBaseBytes) + suffix
-                                                   : safeFileName(filename, longestBaseBytes + longestUsualSuffix);
+    return base.toUtf8().size() > maxBaseBytes ? safeFileName(base, maxBaseBytes) + suffix
+                                                   : safeFileName(filename, maxBaseBytes + maxUsualSuffix);
 }
 
 } // namespace

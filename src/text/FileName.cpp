@@ -12,7 +12,7 @@ namespace {
 constexpr qsizetype keptTail = 40;
 
 /// Names beyond this fill no row of any list.
-constexpr qsizetype longestReadable = 1000;
+constexpr qsizetype maxReadable = 1000;
 /// What is kept of their end: enough for every extension and the number of a volume.
 constexpr qsizetype readableTail = 200;
 
@@ -38,16 +38,16 @@ QString cutToBytes(QString text, qsizetype bytes)
     return text;
 }
 
-QString shortened(const QString& name, qsizetype mostBytes)
+QString shortened(const QString& name, qsizetype maxBytes)
 {
-    constexpr qsizetype mostBytesPerUnit = 3;
-    if (name.size() * mostBytesPerUnit <= mostBytes || name.toUtf8().size() <= mostBytes)
+    constexpr qsizetype maxBytesPerUnit = 3;
+    if (name.size() * maxBytesPerUnit <= maxBytes || name.toUtf8().size() <= maxBytes)
         return name;
     qsizetype cut = std::max<qsizetype>(name.size() - keptTail, 0);
     if (name[cut].isLowSurrogate())
         ++cut;
     const QString tail = name.mid(cut);
-    return cutToBytes(name.left(cut), mostBytes - tail.toUtf8().size()) + tail;
+    return cutToBytes(name.left(cut), maxBytes - tail.toUtf8().size()) + tail;
 }
 
 QString withoutPartEnding(QString name)
@@ -86,7 +86,7 @@ QString lastComponent(QStringView path)
     return path.mid(path.lastIndexOf(u'/') + 1).toString();
 }
 
-QString safeFileName(const QString& name, qsizetype mostBytes)
+QString safeFileName(const QString& name, qsizetype maxBytes)
 {
     QString safe = name;
     if (std::any_of(name.begin(), name.end(), isHarmful))
@@ -97,17 +97,17 @@ QString safeFileName(const QString& name, qsizetype mostBytes)
     safe = withoutPartEnding(std::move(safe));
     if (safe.isEmpty() || safe == u"." || safe == u"..")
         return u"_"_s;
-    return shortened(safe, mostBytes);
+    return shortened(safe, maxBytes);
 }
 
 QString readableName(const QString& name)
 {
-    if (name.size() <= longestReadable)
+    if (name.size() <= maxReadable)
         return name;
     qsizetype tail = name.size() - readableTail;
     if (name[tail].isLowSurrogate())
         ++tail;
-    qsizetype head = longestReadable - readableTail;
+    qsizetype head = maxReadable - readableTail;
     if (name[head - 1].isHighSurrogate())
         --head;
     return name.left(head) + name.mid(tail);

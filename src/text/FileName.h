@@ -14,7 +14,7 @@ namespace vormel {
 /// The name that a file gets where its own is taken: "name (1).ext".
 [[nodiscard]] QString numberedFileName(const QString& name, int number);
 /// File systems allow 255 bytes; this leaves room for ".download" and for " (12345)".
-inline constexpr qsizetype longestNameBytes = 235;
+inline constexpr qsizetype maxNameBytes = 235;
 
 /// The text behind the last "/"; slashes at the end do not count.
 [[nodiscard]] QString lastComponent(QStringView path);
@@ -23,7 +23,7 @@ inline constexpr qsizetype longestNameBytes = 235;
 /// control character, neither "." nor "..", not empty, without ".download" at its end, which marks unfinished files
 /// alone, and short enough in UTF-8 that this ending and a number may still be added. A name that is safe already comes
 /// back as it is. Every name on its way to the disk goes through here.
-[[nodiscard]] QString safeFileName(const QString& name, qsizetype mostBytes = longestNameBytes);
+[[nodiscard]] QString safeFileName(const QString& name, qsizetype maxBytes = maxNameBytes);
 
 /// A name of any length cut to what somebody may still want to read. It keeps its end, and safeFileName() makes the
 /// same of it.

@@ -10,7 +10,7 @@ namespace vormel {
 
 namespace {
 
-constexpr qsizetype longestLink = 65536;
+constexpr qsizetype maxLinkLength = 65536;
 
 bool isAsciiLetter(QChar c)
 {
@@ -93,7 +93,7 @@ std::optional<Link> Link::parse(QStringView text)
 {
     text = text.trimmed();
     const qsizetype colon = text.indexOf(u':');
-    if (colon < 1 || text.size() > longestLink || !isSchemeText(text.left(colon)))
+    if (colon < 1 || text.size() > maxLinkLength || !isSchemeText(text.left(colon)))
         return std::nullopt;
     const bool hasAuthority = text.mid(colon + 1).startsWith(u"//");
     const qsizetype authorityEnd = hasAuthority ? firstOf(text, u"/?#", colon + 3) : colon + 1;

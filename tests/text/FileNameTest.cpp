@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 namespace vormel {
 namespace {
 
-constexpr qsizetype longestNameBytes = 235;
+constexpr qsizetype maxNameBytes = 235;
 
 TEST(FileName, ThePathExtensionStandsBehindTheLastFullStop)
 {
@@ -100,7 +100,7 @@ TEST(SafeFileName, ALongNameIsCutAndKeepsItsExtension)
 TEST(SafeFileName, AnExtensionTooLongToBeOneIsCutLikeTheRest)
 {
     const QString name = u"a."_s + QString(300, u'x');
-    EXPECT_EQ(safeFileName(name), name.left(longestNameBytes));
+    EXPECT_EQ(safeFileName(name), name.left(maxNameBytes));
 }
 
 TEST(SafeFileName, ALongNameIsMeasuredInBytesAndCutBetweenCharacters)
@@ -108,8 +108,8 @@ TEST(SafeFileName, ALongNameIsMeasuredInBytesAndCutBetweenCharacters)
     for (const QString& character : {u"è"_s, u"日"_s, u"🍺"_s}) {
         const QString safe = safeFileName(u"x"_s + character.repeated(300) + u".zip"_s);
         const qsizetype bytes = safe.toUtf8().size();
-        EXPECT_LE(bytes, longestNameBytes);
-        EXPECT_GT(bytes, longestNameBytes - 4) << "more was cut than needed";
+        EXPECT_LE(bytes, maxNameBytes);
+        EXPECT_GT(bytes, maxNameBytes - 4) << "more was cut than needed";
         EXPECT_TRUE(safe.endsWith(character + u".zip"_s)) << safe.toStdString();
         EXPECT_TRUE(safe.isValidUtf16());
     }
@@ -138,7 +138,7 @@ TEST(SafeFileName, WhatItMadeSafeStaysAsItIs)
                                         QString(300, QChar(0xD83C))};
     for (const QString& name : names) {
         const QString once = safeFileName(name);
-        EXPECT_LE(once.toUtf8().size(), longestNameBytes);
+        EXPECT_LE(once.toUtf8().size(), maxNameBytes);
         EXPECT_EQ(safeFileName(once), once) << once.toStdString();
     }
 }
@@ -148,7 +148,7 @@ TEST(SafeFileName, AHugeNameIsCutAtOnce)
     QElapsedTimer timer;
     timer.start();
     for (const QChar c : {QChar(u'x'), QChar(u'日'), QChar(u'/'), QChar(0xD83C)})
-        EXPECT_LE(safeFileName(QString(1'000'000, c)).toUtf8().size(), longestNameBytes);
+        EXPECT_LE(safeFileName(QString(1'000'000, c)).toUtf8().size(), maxNameBytes);
     EXPECT_LT(timer.elapsed(), 1500);
 }
 

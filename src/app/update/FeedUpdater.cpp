@@ -13,7 +13,7 @@ namespace {
 using std::chrono::seconds;
 
 constexpr seconds interval = std::chrono::hours(24);
-constexpr qint64 largestFeed = qint64{1024} * 1024;
+constexpr qint64 maxFeedSize = qint64{1024} * 1024;
 constexpr int ok = 200;
 const QString lastCheckKey = u"lastUpdateCheck"_s; // seconds since 1970
 
@@ -91,7 +91,7 @@ QCoro::Task<> FeedUpdater::check(Reason reason)
     request.url = m_feed;
     request.protocol = HttpRequest::Protocol::newest;
     FetchOptions options;
-    options.largestBody = largestFeed;
+    options.maxBodySize = maxFeedSize;
     options.followsRedirect = [](const HttpResponse&, const QUrl& target) { return isSecure(target); };
     const Lifetime::Watch watch = m_lifetime.watch();
     const FetchResult result = co_await fetch(m_client, std::move(request), std::move(options));

@@ -78,8 +78,8 @@ std::optional<Version> Version::parse(const QString& text)
     QStringView rest = version.m_text;
     if (rest.startsWith(u'v', Qt::CaseInsensitive))
         rest = rest.sliced(1);
-    constexpr qsizetype longest = 64; // it comes from outside and is shown
-    if (rest.isEmpty() || rest.size() > longest || !isDigit(rest.front()))
+    constexpr qsizetype maxLength = 64; // it comes from outside and is shown
+    if (rest.isEmpty() || rest.size() > maxLength || !isDigit(rest.front()))
         return std::nullopt;
     std::optional<std::vector<quint32>> numbers = takeNumbers(rest);
     if (!numbers)

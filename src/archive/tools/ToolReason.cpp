@@ -112,8 +112,8 @@ bool containsAny(const QString& text, std::initializer_list<QStringView> phrases
 /// As much as anybody reads.
 void keepIn(QStringList& lines, const QString& line)
 {
-    constexpr qsizetype mostLines = 40;
-    if (lines.size() < mostLines && !lines.contains(line))
+    constexpr qsizetype maxLines = 40;
+    if (lines.size() < maxLines && !lines.contains(line))
         lines << line;
 }
 

@@ -32,10 +32,10 @@ std::vector<LinkJudge::Link> LinkJudge::leadingOut()
 LinkJudge::End LinkJudge::follow(Judged& link, int depth)
 {
     // No system follows more links than that for one path.
-    constexpr int mostLinks = 40;
+    constexpr int maxLinks = 40;
     if (link.state == State::inside)
         return link.end;
-    if (link.state != State::open || depth > mostLinks)
+    if (link.state != State::open || depth > maxLinks)
         return std::nullopt;
     link.state = State::inWork;
     const End end = walk(link, depth);

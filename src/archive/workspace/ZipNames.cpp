@@ -30,10 +30,10 @@ QByteArray readAt(QFile& file, qint64 offset, qint64 size)
 QByteArray directoryOf(QFile& file)
 {
     // It would be read whole.
-    constexpr auto largest = quint64{256} * 1024 * 1024;
-    constexpr qint64 longestComment = 0xffff;
-    const qint64 tailStart = std::max<qint64>(0, file.size() - endSize - longestComment);
-    const QByteArray tail = readAt(file, tailStart, endSize + longestComment);
+    constexpr auto maxSize = quint64{256} * 1024 * 1024;
+    constexpr qint64 maxComment = 0xffff;
+    const qint64 tailStart = std::max<qint64>(0, file.size() - endSize - maxComment);
+    const QByteArray tail = readAt(file, tailStart, endSize + maxComment);
     const qint64 end = tail.lastIndexOf("PK\5\6", tail.size() - endSize);
     if (tail.size() < endSize || end < 0)
         return {};
@@ -45,7 +45,7 @@ QByteArray directoryOf(QFile& file)
         directoryEnd -= locatorSize + end64Size;
         size = numberAt<quint64>(end64, 40);
     }
-    return size <= largest ? readAt(file, directoryEnd - static_cast<qint64>(size), static_cast<qint64>(size))
+    return size <= maxSize ? readAt(file, directoryEnd - static_cast<qint64>(size), static_cast<qint64>(size))
                            : QByteArray();
 }
 

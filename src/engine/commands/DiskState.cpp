@@ -9,8 +9,8 @@ namespace vormel {
 
 namespace {
 
-constexpr qint64 smallestTellingVolume = 10'000'000;
-constexpr qint64 smallestShare = 10;
+constexpr qint64 minTellingVolume = 10'000'000;
+constexpr qint64 minShare = 10;
 
 } // namespace
 
@@ -43,8 +43,8 @@ bool DiskState::isWhole(const DownloadItem& item) const
         return false;
     if (item.totalBytes() >= 1)
         return size >= item.totalBytes();
-    return !isRarName(item.filename()) || m_largestVolume <= smallestTellingVolume ||
-           size >= m_largestVolume / smallestShare;
+    return !isRarName(item.filename()) || m_largestVolume <= minTellingVolume ||
+           size >= m_largestVolume / minShare;
 }
 
 } // namespace vormel

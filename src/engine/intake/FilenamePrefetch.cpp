@@ -11,7 +11,7 @@ namespace vormel {
 
 namespace {
 
-constexpr int mostLookUps = 5;
+constexpr int maxLookUps = 5;
 
 bool isWaiting(const DownloadItem& item)
 {
@@ -61,7 +61,7 @@ void FilenamePrefetch::prefetchFilenames()
 
 void FilenamePrefetch::advance(const std::shared_ptr<Run>& run)
 {
-    while (!run->isCancelled && run->next < run->candidates.size() && m_lookUps < mostLookUps) {
+    while (!run->isCancelled && run->next < run->candidates.size() && m_lookUps < maxLookUps) {
         const ItemPtr item = m_table.find(run->candidates[run->next++]);
         const HostAccount* const account = item ? accountFor(*item) : nullptr;
         if (!account)

@@ -16,7 +16,7 @@ namespace {
 
 constexpr QStringView ending = u".download";
 /// In a folder with more part files than this, lost ones are not looked for.
-constexpr qsizetype mostSearched = 1000;
+constexpr qsizetype maxSearched = 1000;
 
 QSet<QString> partNamesIn(const QString& folder)
 {
@@ -59,7 +59,7 @@ const PartFinder::Listing& PartFinder::listingOf(const QString& folder)
     if (known != m_listings.constEnd())
         return *known;
     Listing listing{partNamesIn(folder), {}};
-    if (listing.names.size() <= mostSearched) {
+    if (listing.names.size() <= maxSearched) {
         for (const QString& name : listing.names) {
             const QString path = folder + u'/' + name;
             listing.pathsByItem.insert(readMarks(path).item, path);

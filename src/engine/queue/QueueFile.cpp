@@ -10,7 +10,7 @@ namespace vormel {
 
 namespace {
 
-constexpr qint64 largestFile = qint64{64} * 1024 * 1024;
+constexpr qint64 maxFileSize = qint64{64} * 1024 * 1024;
 
 constexpr ItemFields storedFields = ItemField::resolvedUrl | ItemField::filename | ItemField::status |
                                     ItemField::progress | ItemField::bytesReceived | ItemField::totalBytes |
@@ -67,7 +67,7 @@ std::vector<ItemPtr> QueueFile::restore(const DownloadPaths& paths)
 {
     if (!QFileInfo::exists(m_path))
         return {};
-    std::optional<QByteArray> bytes = readWholeFile(m_path, largestFile);
+    std::optional<QByteArray> bytes = readWholeFile(m_path, maxFileSize);
     std::optional<std::vector<ItemPtr>> items = bytes ? decodeQueue(std::move(*bytes), paths) : std::nullopt;
     if (!items) {
         m_mayWrite = keepUnreadableFile(m_path);

@@ -66,9 +66,9 @@ double storedDate(WallTime time)
 
 std::optional<WallTime> dateFrom(double stored)
 {
-    constexpr double farthest = 9e9;
+    constexpr double maxSeconds = 9e9;
     const std::chrono::duration<double> sinceEpoch(stored + referenceDate);
-    if (std::abs(sinceEpoch.count()) > farthest)
+    if (std::abs(sinceEpoch.count()) > maxSeconds)
         return std::nullopt;
     return WallTime(std::chrono::duration_cast<WallTime::duration>(sinceEpoch));
 }
@@ -80,8 +80,8 @@ QString storedPath(const QString& path)
 
 std::optional<QString> pathFrom(const std::optional<QString>& stored)
 {
-    constexpr qsizetype longest = qsizetype{3} * PATH_MAX;
-    if (!stored || stored->size() > longest || !stored->startsWith(u"file://"))
+    constexpr qsizetype maxLength = qsizetype{3} * PATH_MAX;
+    if (!stored || stored->size() > maxLength || !stored->startsWith(u"file://"))
         return std::nullopt;
     QStringView rest = QStringView{*stored}.mid(7);
     rest = rest.mid(std::max<qsizetype>(rest.indexOf(u'/'), 0));

@@ -27,6 +27,6 @@ private:
 };
 
 /// A wait of this many seconds or less is not carried out.
-inline constexpr double leastPause = 0.05;
+inline constexpr double minPause = 0.05;
 
 } // namespace vormel

@@ -15,7 +15,7 @@ namespace vormel {
 
 namespace {
 
-constexpr int mostNames = 1000;
+constexpr int maxNames = 1000;
 
 /// The usual path, then those with a number, as long as names of disks allow.
 QString candidate(const QString& usualPath, int number)
@@ -54,7 +54,7 @@ std::unique_ptr<PartFile> ownFileAt(const QString& path, const DownloadItem& ite
 std::unique_ptr<PartFile> brought(std::unique_ptr<PartFile> file, const QString& usualPath)
 {
     const bool isInItsFolder = QFileInfo(file->path()).path() == QFileInfo(usualPath).path();
-    for (int number = 0; number < mostNames; ++number) {
+    for (int number = 0; number < maxNames; ++number) {
         const int error = file->moveTo(candidate(usualPath, number));
         if (error == 0 || error == EXDEV || isInItsFolder)
             return file;
@@ -66,7 +66,7 @@ std::unique_ptr<PartFile> brought(std::unique_ptr<PartFile> file, const QString&
 
 OpenedPart openAmongCandidates(const DownloadItem& item, const QString& usualPath, const QSet<QString>& inUse)
 {
-    for (int number = 0; number < mostNames; ++number) {
+    for (int number = 0; number < maxNames; ++number) {
         const QString path = candidate(usualPath, number);
         if (inUse.contains(path))
             continue;

@@ -10,8 +10,8 @@ constexpr QStringView weakPrefix = u"W/";
 
 QString markIn(const HttpResponse& response, QByteArrayView name)
 {
-    constexpr qsizetype longest = 256;
-    return lenientText(response.header(name).value_or(QByteArray()).left(longest));
+    constexpr qsizetype maxLength = 256;
+    return lenientText(response.header(name).value_or(QByteArray()).left(maxLength));
 }
 
 QStringView opaque(QStringView etag)

@@ -12,7 +12,7 @@ namespace vormel {
 namespace {
 
 /// The beginning of a page is enough to tell what it is about.
-constexpr qsizetype largestPage = 8192;
+constexpr qsizetype maxPageSize = 8192;
 
 } // namespace
 
@@ -130,8 +130,8 @@ HttpReceiver::HeadVerdict Transfer::refuse(TransferEnd::Reason reason)
 
 HttpReceiver::DataVerdict Transfer::takePage(QByteArrayView block)
 {
-    m_end.page.append(block.first(std::min(block.size(), largestPage - m_end.page.size())));
-    return m_end.page.size() < largestPage ? DataVerdict::proceed : DataVerdict::cancel;
+    m_end.page.append(block.first(std::min(block.size(), maxPageSize - m_end.page.size())));
+    return m_end.page.size() < maxPageSize ? DataVerdict::proceed : DataVerdict::cancel;
 }
 
 HttpReceiver::DataVerdict Transfer::dataReceived(QByteArrayView block)

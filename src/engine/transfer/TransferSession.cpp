@@ -11,10 +11,10 @@ namespace {
 /// A capped stream is cut finer, so that it flows instead of coming in gulps.
 qsizetype blockSizeFor(qint64 limit)
 {
-    constexpr auto largest = qint64{256} * 1024;
-    constexpr auto smallest = qint64{16} * 1024;
+    constexpr auto maxBlock = qint64{256} * 1024;
+    constexpr auto minBlock = qint64{16} * 1024;
     constexpr qint64 blocksPerSecond = 32;
-    return limit < 1 ? largest : std::clamp(limit / blocksPerSecond, smallest, largest);
+    return limit < 1 ? maxBlock : std::clamp(limit / blocksPerSecond, minBlock, maxBlock);
 }
 
 HttpRequest requestFor(const Link& address, qint64 offset)
@@ -149,7 +149,7 @@ bool TransferSession::mustRest(const Transfer& transfer, qint64 bytes)
     if (limit < 1)
         return false;
     const double wait = m_globalThrottle.consume(bytes, limit, m_clock.steadyNow());
-    if (wait <= leastPause)
+    if (wait <= minPause)
         return false;
     post(transfer, [this, wait](const ItemId& id) {
         Running& running = m_activeTasks.at(id);

@@ -63,8 +63,8 @@ QString missingText(int systemError, const AppSettings& settings)
 /// The page is only its beginning and may end inside a character.
 QString pageText(QByteArrayView page)
 {
-    constexpr int longestTail = 3;
-    for (int cut = 0; cut <= longestTail && cut <= page.size(); ++cut) {
+    constexpr int maxTail = 3;
+    for (int cut = 0; cut <= maxTail && cut <= page.size(); ++cut) {
         if (const std::optional<QString> text = strictUtf8(page.chopped(cut)))
             return *text;
     }

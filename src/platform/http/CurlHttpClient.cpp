@@ -98,7 +98,7 @@ std::unique_ptr<HttpTask> CurlHttpClient::makeTask(HttpRequest request, HttpRece
 
 void CurlHttpClient::setBlockSize(qsizetype bytes)
 {
-    m_settings->blockSize = std::clamp<qsizetype>(bytes, 1, CurlSettings::largestBlock);
+    m_settings->blockSize = std::clamp<qsizetype>(bytes, 1, CurlSettings::maxBlockSize);
 }
 
 const std::shared_ptr<CookieStore>& CurlHttpClient::sharedCookies() const

@@ -9,7 +9,7 @@ namespace {
 using namespace std::chrono_literals;
 
 /// How long gathered bytes may wait for more while other transfers keep the network busy.
-constexpr auto longestGathering = 100ms;
+constexpr auto maxGathering = 100ms;
 /// How often time-outs are looked at.
 constexpr auto overdueCheck = 250ms;
 constexpr auto idleWait = 60s;
@@ -161,7 +161,7 @@ void CurlLoop::flushOrWait()
     curl_multi_poll(m_multi.get(), nullptr, 0, 0, &ready);
     const SteadyTime now = m_clock.steadyNow();
     for (CurlTransfer* transfer : gathering) {
-        if (ready > 0 && now - transfer->gatheredSince() < longestGathering)
+        if (ready > 0 && now - transfer->gatheredSince() < maxGathering)
             continue;
         transfer->flush();
         // A silent server would not give libcurl the occasion to ask again.

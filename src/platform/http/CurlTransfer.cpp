@@ -10,11 +10,11 @@ namespace vormel {
 
 namespace {
 
-constexpr int mostHops = 20;
+constexpr int maxHops = 20;
 /// Heads and trailers together; beyond that a server means harm.
-constexpr auto largestHead = qsizetype{256} * 1024;
+constexpr auto maxHeadSize = qsizetype{256} * 1024;
 /// Reading the rest of a small redirect page keeps the connection; a large one is not worth it.
-constexpr auto largestThrownAway = qsizetype{64} * 1024;
+constexpr auto maxThrownAway = qsizetype{64} * 1024;
 constexpr auto receiveBuffer = 512L * 1024;
 
 // NOLINTNEXTLINE(readability-function-size): a table
@@ -233,7 +233,7 @@ bool CurlTransfer::takeHeaderLine(QByteArrayView line)
 {
     m_lastHeardAt = m_clock.steadyNow();
     m_headBytes += line.size();
-    if (m_headBytes > largestHead) {
+    if (m_headBytes > maxHeadSize) {
         flush(); // what came before the trailers was good
         refuse(HttpError::Kind::badServerResponse, u"endless headers"_s);
         return false;
@@ -278,7 +278,7 @@ size_t CurlTransfer::takeBody(QByteArrayView bytes)
     const auto taken = static_cast<size_t>(bytes.size());
     if (m_stage == Stage::redirect) {
         m_thrownAway += bytes.size();
-        return m_thrownAway > largestThrownAway ? 0 : taken;
+        return m_thrownAway > maxThrownAway ? 0 : taken;
     }
     if (m_stage != Stage::body)
         return 0;
@@ -290,7 +290,7 @@ size_t CurlTransfer::takeBody(QByteArrayView bytes)
     m_lastHeardAt = m_clock.steadyNow();
     if (m_gathered.empty())
         m_gatheredSince = m_lastHeardAt;
-    m_gathered.reserve(static_cast<size_t>(CurlSettings::largestBlock) + CURL_MAX_WRITE_SIZE);
+    m_gathered.reserve(static_cast<size_t>(CurlSettings::maxBlockSize) + CURL_MAX_WRITE_SIZE);
     m_gathered.insert(m_gathered.end(), bytes.begin(), bytes.end());
     handOn(blockSize);
     return m_stage == Stage::body ? taken : 0;
@@ -365,7 +365,7 @@ CurlTransfer::HopEnd CurlTransfer::hopEnded(CURLcode code)
     if (code == CURLE_ABORTED_BY_CALLBACK && m_wantsNewConnection)
         return HopEnd::next;
     if (m_stage == Stage::redirect) {
-        if (++m_hops <= mostHops) {
+        if (++m_hops <= maxHops) {
             m_request = requestForHop(std::move(m_request), m_head.response(), m_target);
             return HopEnd::next;
         }

@@ -19,12 +19,12 @@ namespace vormel {
 /// What every transfer of one client has in common. Constant once the client stands, except the block size.
 struct CurlSettings
 {
-    static constexpr auto largestBlock = qsizetype{256} * 1024;
+    static constexpr auto maxBlockSize = qsizetype{256} * 1024;
 
     QByteArray userAgent;
     QByteArray extraCaFile;
     std::vector<QByteArray> connectTo;
-    std::atomic<qsizetype> blockSize{largestBlock};
+    std::atomic<qsizetype> blockSize{maxBlockSize};
 };
 
 /// One request with all its hops, as the client's thread sees it. libcurl points into it, so it never moves. Everything

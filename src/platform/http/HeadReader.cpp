@@ -61,10 +61,10 @@ HeadReader::Step HeadReader::take(QByteArrayView line)
 
 HeadReader::Step HeadReader::takeStatusLine(QByteArrayView line)
 {
-    constexpr int leastStatus = 100;
+    constexpr int minStatus = 100;
     m_response.headers.clear();
     m_response.statusCode = statusOf(line);
-    if (m_response.statusCode < leastStatus)
+    if (m_response.statusCode < minStatus)
         return complain(u"a status line that is none"_s);
     m_isInHead = true;
     m_isFoldable = false;

@@ -42,7 +42,7 @@ public:
 
     DataVerdict dataReceived(QByteArrayView block) override
     {
-        const qint64 room = m_options.largestBody - m_result.body.size();
+        const qint64 room = m_options.maxBodySize - m_result.body.size();
         m_result.body.append(block.first(std::min<qint64>(room, block.size())));
         m_result.isBodyCut = block.size() > room;
         return m_result.isBodyCut ? DataVerdict::cancel : DataVerdict::proceed;

@@ -19,7 +19,7 @@ struct FetchResult
 
 struct FetchOptions
 {
-    qint64 largestBody = qint64{8} * 1024 * 1024;
+    qint64 maxBodySize = qint64{8} * 1024 * 1024;
     /// Looks at the head before a byte of the body is taken; false ends the fetch there, without an error. On the
     /// client's thread; it must own all that it uses.
     std::function<bool(const HttpResponse&)> wantsBody;

@@ -28,7 +28,7 @@ void OutputLines::end()
 
 void OutputLines::keep(const QByteArray& piece, qsizetype from, qsizetype size)
 {
-    m_line.append(piece.constData() + from, std::min(size, longest - m_line.size()));
+    m_line.append(piece.constData() + from, std::min(size, maxLength - m_line.size()));
 }
 
 } // namespace vormel

@@ -12,7 +12,7 @@ class OutputLines
 {
 public:
     /// Bytes of a line that are passed on; the rest of a longer one is left out.
-    static constexpr qsizetype longest = qsizetype{16} * 1024;
+    static constexpr qsizetype maxLength = qsizetype{16} * 1024;
 
     /// The receiver gets each line without its end, in the call that completes it.
     explicit OutputLines(std::function<void(const QByteArray&)> receiver);

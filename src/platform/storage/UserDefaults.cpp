@@ -10,7 +10,7 @@ namespace vormel {
 
 namespace {
 
-constexpr qint64 largestFile = qint64{16} * 1024 * 1024;
+constexpr qint64 maxFileSize = qint64{16} * 1024 * 1024;
 
 } // namespace
 
@@ -25,7 +25,7 @@ void UserDefaults::load()
 {
     if (!QFileInfo::exists(m_path))
         return;
-    const std::optional<QByteArray> bytes = readWholeFile(m_path, largestFile);
+    const std::optional<QByteArray> bytes = readWholeFile(m_path, maxFileSize);
     const QJsonDocument document = bytes ? QJsonDocument::fromJson(*bytes) : QJsonDocument();
     if (document.isObject())
         m_values = document.object();

@@ -46,8 +46,8 @@ struct FreshFile
 /// An empty file beside the target that nobody else has open or can reach by another name.
 FreshFile makeFreshFile(const QByteArray& target)
 {
-    constexpr int mostNames = 100;
-    for (int number = 0; number < mostNames; ++number) {
+    constexpr int maxNames = 100;
+    for (int number = 0; number < maxNames; ++number) {
         QByteArray path = target + ".new" + (number == 0 ? QByteArray() : QByteArray::number(number));
         // What a kill left goes, and so does a link or a pipe that was put there; a folder does not.
         ::unlink(path.constData());
@@ -100,10 +100,10 @@ std::optional<QByteArray> readWholeFile(const QString& path, qint64 limit)
 
 bool keepUnreadableFile(const QString& path)
 {
-    constexpr int mostKept = 1000;
+    constexpr int maxKept = 1000;
     const QString kept = path + u".unreadable"_s;
     int error = moveWithoutReplacing(path, kept);
-    for (int number = 2; error == EEXIST && number <= mostKept; ++number)
+    for (int number = 2; error == EEXIST && number <= maxKept; ++number)
         error = moveWithoutReplacing(path, kept + u'.' + QString::number(number));
     return error == 0;
 }

@@ -15,7 +15,7 @@ namespace vormel {
 namespace {
 
 constexpr QSize firstSize(500, 640);
-constexpr QSize leastSize(420, 400);
+constexpr QSize minSize(420, 400);
 
 } // namespace
 
@@ -51,7 +51,7 @@ QWidget* HelpWindowController::makeWindow() const
     window->setAttribute(Qt::WA_QuitOnClose, false); // the main window decides that
     window->setWindowTitle(u"Vormel"_s);
     window->setWindowIcon(programIcon());
-    window->setMinimumSize(leastSize);
+    window->setMinimumSize(minSize);
     auto* column = new QVBoxLayout(window);
     column->setContentsMargins(0, 0, 0, 0);
     auto* view = new HelpView(m_settings, window);

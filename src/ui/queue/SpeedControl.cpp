@@ -34,7 +34,7 @@ constexpr std::array<Cap, 7> caps{{{u"512 KB/s", 512},
                                    {u"50 MB/s", 51200}}};
 
 /// What is slower is a trickle that would only flicker.
-constexpr double smallestShown = 100.0;
+constexpr double minShown = 100.0;
 
 } // namespace
 
@@ -82,12 +82,12 @@ void SpeedControl::noteStatus(const ItemId& id)
 
 void SpeedControl::layOut()
 {
-    constexpr int smallestReadOut = 64;
+    constexpr int minReadOutWidth = 64;
     constexpr int iconSize = 18;
     m_speed->setObjectName(u"totalSpeed"_s);
     m_speed->setAlignment(Qt::AlignTrailing | Qt::AlignVCenter);
     // Wide enough for the longest figure, so that the controls beside it stand still.
-    m_speed->setMinimumWidth(qMax(smallestReadOut, m_speed->fontMetrics().horizontalAdvance(u"999.99 MB/s"_s)));
+    m_speed->setMinimumWidth(qMax(minReadOutWidth, m_speed->fontMetrics().horizontalAdvance(u"999.99 MB/s"_s)));
     m_cap->setObjectName(u"speedCap"_s);
     m_cap->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     auto* row = new QHBoxLayout(this);
@@ -112,7 +112,7 @@ void SpeedControl::bindTexts(const AppSettings& settings)
 void SpeedControl::showSpeed()
 {
     const double speed = m_manager.totalSpeedBytesPerSec();
-    m_speed->setText(m_downloading.isEmpty() || !(speed > smallestShown) ? QString() : speedText(speed));
+    m_speed->setText(m_downloading.isEmpty() || !(speed > minShown) ? QString() : speedText(speed));
 }
 
 void SpeedControl::fillCaps()

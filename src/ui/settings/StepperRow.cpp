@@ -24,7 +24,7 @@ StepperRow::StepperRow(AppSettings& settings, Setting<qint64> AppSettings::*sett
 {
     constexpr int air = 20; // for the figures
     m_stepper->setObjectName(name);
-    m_stepper->setRange(range.least, range.most);
+    m_stepper->setRange(range.min, range.max);
     m_stepper->setAlignment(Qt::AlignCenter);
     m_stepper->setFixedWidth(m_stepper->sizeHint().width() + air);
     m_text->setObjectName(name + u"Label"_s);

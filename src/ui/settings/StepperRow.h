@@ -18,8 +18,8 @@ class StepperRow final : public QWidget
 public:
     struct Range
     {
-        int least;
-        int most;
+        int min;
+        int max;
     };
 
     StepperRow(AppSettings& settings, Setting<qint64> AppSettings::*setting, const QString& name, const TextPair& label,

@@ -20,13 +20,13 @@ AddURLView::AddURLView(AppSettings& settings, const ResolverTables& resolvers, Q
     , m_chooser(new HostChooser(settings, {}, this))
     , m_pages(new QStackedLayout(this))
 {
-    constexpr QSize smallest(420, 300);
+    constexpr QSize minSize(420, 300);
     constexpr QSize usual(520, 360);
     setObjectName(u"addURLView"_s);
     setWindowModality(Qt::WindowModal);
     m_pages->addWidget(m_form);
     m_pages->addWidget(m_chooser);
-    setMinimumSize(smallest);
+    setMinimumSize(minSize);
     resize(usual);
     const auto* escape = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Escape), this);
     connect(escape, &QShortcut::activated, this, &AddURLView::reject);

@@ -19,9 +19,9 @@ bool copyFromOthers(QDropEvent& event)
 LinkEditor::LinkEditor(QWidget* parent)
     : QPlainTextEdit(parent)
 {
-    constexpr int smallest = 100;
+    constexpr int minHeight = 100;
     constexpr int margin = 8;
-    setMinimumHeight(smallest);
+    setMinimumHeight(minHeight);
     document()->setDocumentMargin(margin);
     setTabChangesFocus(true);
     setLineWrapMode(NoWrap);

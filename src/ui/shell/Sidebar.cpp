@@ -14,7 +14,7 @@ Sidebar::Sidebar(const AppSettings& settings, QWidget* parent)
     constexpr int margin = 8;
     setObjectName(u"sidebar"_s);
     setItemDelegate(new SidebarDelegate(this));
-    setMinimumWidth(smallestWidth);
+    setMinimumWidth(minWidth);
     setFrameShape(NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setViewportMargins(margin, margin, margin, margin);

@@ -14,7 +14,7 @@ class Sidebar final : public QListWidget
     Q_OBJECT
 
 public:
-    static constexpr int smallestWidth = 150;
+    static constexpr int minWidth = 150;
     static constexpr int idealWidth = 180;
 
     explicit Sidebar(const AppSettings& settings, QWidget* parent = nullptr);

@@ -60,7 +60,7 @@ TEST_F(HttpFetchTest, APageThatIsTooLargeIsCutWhereItsRoomEnds)
 {
     server.serve("/f", {.content = PatternContent(1, qint64{1} << 30)});
     FetchOptions options;
-    options.largestBody = 100'000;
+    options.maxBodySize = 100'000;
     const FetchResult result = fetched(request("/f"), options);
     EXPECT_FALSE(result.error);
     EXPECT_TRUE(result.isBodyCut);
@@ -73,7 +73,7 @@ TEST_F(HttpFetchTest, APageThatJustFitsIsNotCut)
 {
     server.serve("/p", {.content = "12345"});
     FetchOptions options;
-    options.largestBody = 5;
+    options.maxBodySize = 5;
     const FetchResult result = fetched(request("/p"), options);
     EXPECT_EQ(result.body, "12345");
     EXPECT_FALSE(result.isBodyCut);

@@ -43,9 +43,9 @@ TEST(OutputLines, ALineComesWhenItIsCompleteAndNotLater)
 
 TEST(OutputLines, AnEndlessLineIsCutAndTheNextOneIsWhole)
 {
-    const QByteArray endless(3 * OutputLines::longest, 'x');
+    const QByteArray endless(3 * OutputLines::maxLength, 'x');
     for (const qsizetype size : {qsizetype{1000}, endless.size() * 2})
-        EXPECT_EQ(linesOf(endless + "\nnext\n", size), (QList<QByteArray>{endless.left(OutputLines::longest), "next"}))
+        EXPECT_EQ(linesOf(endless + "\nnext\n", size), (QList<QByteArray>{endless.left(OutputLines::maxLength), "next"}))
             << size;
 }
 

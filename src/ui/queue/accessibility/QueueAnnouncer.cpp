@@ -105,10 +105,10 @@ void QueueAnnouncer::tellOpenOrClosed(const QModelIndex& header)
 
 void QueueAnnouncer::tellNew(const QModelIndex& parent, int first, int last)
 {
-    constexpr int most = 16; // who hears of so many reads the list anew
+    constexpr int maxReads = 16; // who hears of so many reads the list anew
     if (!QAccessible::isActive() || (parent.isValid() && !m_view.isExpanded(parent)))
         return;
-    for (int row = first; row <= qMin(last, first + most - 1); ++row)
+    for (int row = first; row <= qMin(last, first + maxReads - 1); ++row)
         tell(m_rows.row(m_view.queue().index(row, 0, parent)), QAccessible::ObjectCreated);
 }
 

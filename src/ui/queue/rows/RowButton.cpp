@@ -126,11 +126,11 @@ std::vector<RowButton> itemButtons(DownloadStatus::Kind status)
 
 std::vector<RowButton> groupButtons(const GroupTally& tally, bool hasPendingRevFiles)
 {
-    constexpr qsizetype fewestToVerify = 2;
+    constexpr qsizetype minToVerify = 2;
     std::vector<RowButton> buttons = stateButtons(tally);
     if (hasPendingRevFiles)
         buttons.push_back(RowButton::repairGroup);
-    if (tally.items >= fewestToVerify && tally.completed > 0)
+    if (tally.items >= minToVerify && tally.completed > 0)
         buttons.push_back(RowButton::verifyGroup);
     buttons.push_back(RowButton::resyncGroup);
     buttons.push_back(RowButton::removeGroup);

@@ -43,8 +43,8 @@ QRect takeEnd(QRect& line, int width)
 
 FigurePlaces placeFigures(const RowMetrics& metrics, QRect line, int byteWidth)
 {
-    constexpr int smallestBar = 24;
-    const int room = qMax(0, line.width() - smallestBar - 2 * RowMetrics::gapX);
+    constexpr int minBarWidth = 24;
+    const int room = qMax(0, line.width() - minBarWidth - 2 * RowMetrics::gapX);
     const int wanted = byteWidth + metrics.speedWidth;
     const int speedWidth = room < wanted ? room * metrics.speedWidth / wanted : metrics.speedWidth;
     FigurePlaces places;

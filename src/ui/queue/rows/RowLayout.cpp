@@ -67,11 +67,11 @@ RowLayout::RowLayout(const RowMetrics& metrics, const RowContent& content, const
 void RowLayout::placeFirstLine(const RowMetrics& metrics, const RowContent& content, QRect line)
 {
     // The name may have what buttons and status leave, and never less than a good half of the rest of the line.
-    constexpr double smallestShareOfName = 0.55;
+    constexpr double minShareOfName = 0.55;
     buttons = placeButtons(content.buttons, metrics, line);
     const int available = qMax(0, line.width() - RowMetrics::gapX);
     const int nameWanted = QFontMetrics(metrics.nameFont).horizontalAdvance(content.name) + 1;
-    const int nameKept = qMin(nameWanted, static_cast<int>(available * smallestShareOfName));
+    const int nameKept = qMin(nameWanted, static_cast<int>(available * minShareOfName));
     status = takeEnd(line, qMin(captionWidth(metrics, content.statusText), available - nameKept));
     name = centred(line, metrics.nameHeight);
 }

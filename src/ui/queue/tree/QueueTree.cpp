@@ -9,7 +9,7 @@ namespace vormel {
 namespace {
 
 /// Beyond so many separate steps views are faster when they read everything again.
-constexpr std::size_t mostSteps = 16;
+constexpr std::size_t maxSteps = 16;
 
 using Change = GroupChanges::Change;
 
@@ -134,7 +134,7 @@ void QueueTree::follow(std::vector<Change> changes)
     if (changes.empty())
         return;
     Q_EMIT structureAboutToChange();
-    if (stepCount(changes) > mostSteps || !apply(changes))
+    if (stepCount(changes) > maxSteps || !apply(changes))
         reset();
     Q_EMIT structureChanged();
 }
