@@ -15,7 +15,6 @@ class GlyphLabel final : public QWidget
 public:
     GlyphLabel(Glyph glyph, Tint tint, int size, QWidget* parent = nullptr);
 
-    [[nodiscard]] Glyph glyph() const { return m_glyph; }
     [[nodiscard]] QSize sizeHint() const override { return {m_size, m_size}; }
 
 protected:

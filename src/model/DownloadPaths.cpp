@@ -21,7 +21,7 @@ QString diskName(const QString& filename)
     if (base.isEmpty() || suffix.size() > maxUsualSuffix || !filename.startsWith(base))
         return safeFileName(filename);
     return base.toUtf8().size() > maxBaseBytes ? safeFileName(base, maxBaseBytes) + suffix
-                                                   : safeFileName(filename, maxBaseBytes + maxUsualSuffix);
+                                               : safeFileName(filename, maxBaseBytes + maxUsualSuffix);
 }
 
 } // namespace

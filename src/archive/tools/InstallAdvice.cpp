@@ -37,7 +37,7 @@ const Packages& packagesOf(PackageManager manager)
     return allPackages.at(static_cast<std::size_t>(manager));
 }
 
-/// What the told name of the tool is followed by.
+/// The command that stands in an error behind the name of the missing tool.
 QString errorsCommand(const QString& tool, PackageManager manager)
 {
     const Packages& packages = packagesOf(manager);

@@ -43,8 +43,7 @@ bool DiskState::isWhole(const DownloadItem& item) const
         return false;
     if (item.totalBytes() >= 1)
         return size >= item.totalBytes();
-    return !isRarName(item.filename()) || m_largestVolume <= minTellingVolume ||
-           size >= m_largestVolume / minShare;
+    return !isRarName(item.filename()) || m_largestVolume <= minTellingVolume || size >= m_largestVolume / minShare;
 }
 
 } // namespace vormel

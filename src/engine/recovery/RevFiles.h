@@ -19,7 +19,7 @@ public:
     /// The recovery volumes of a set, in queue order.
     [[nodiscard]] std::vector<ItemPtr> revItems(const QString& base) const;
 
-    /// Was the item let through by name, whatever the settings and its set say?
+    /// Has somebody asked for this very volume, whatever the settings and its set say?
     [[nodiscard]] bool isAllowed(const ItemId& id) const { return m_revAllowlist.contains(id); }
     /// May this recovery volume be fetched now?
     [[nodiscard]] bool mayFetch(const DownloadItem& item) const;

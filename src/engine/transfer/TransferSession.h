@@ -68,7 +68,8 @@ private:
         std::unique_ptr<Transfer> transfer;
         QString partPath;
         QString finalPath;
-        std::unique_ptr<HttpTask> task; ///< behind the transfer, as it calls it; none if nothing is to be fetched
+        std::unique_ptr<HttpTask>
+            task; ///< goes before the transfer that it reports to; none if nothing is to be fetched
         Timer rest;
     };
 

@@ -19,7 +19,7 @@ class QueueToolBar;
 class QueueView;
 
 /// The page of the queue: commands, list or empty state, a banner for missing tools, drops of links, and its sheets.
-/// What the ports name must outlive it.
+/// The ports outlive it.
 class DownloadQueueView final : public QWidget
 {
     Q_OBJECT

@@ -12,7 +12,7 @@ class DownloadManager;
 struct ViewPorts;
 
 /// The commands for the whole queue, the speed control and the donation. Shows texts beside the icons of the commands
-/// where there is room for them. What the ports name must outlive it.
+/// where there is room for them. The ports outlive it.
 class QueueToolBar final : public QWidget
 {
     Q_OBJECT

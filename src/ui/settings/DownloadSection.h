@@ -5,7 +5,7 @@
 
 namespace vormel {
 
-/// How many files are downloaded at once, which, and where to. What the ports name must outlive it.
+/// How many files are downloaded at once, which, and where to. The ports outlive it.
 class DownloadSection final : public Card
 {
     Q_OBJECT

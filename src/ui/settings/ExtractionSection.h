@@ -9,7 +9,7 @@ class FolderRow;
 class ToggleRow;
 
 /// What becomes of archives when they are complete. What depends on a setting that is off is hidden and keeps its
-/// value. What the ports name must outlive it.
+/// value. The ports outlive it.
 class ExtractionSection final : public Card
 {
     Q_OBJECT

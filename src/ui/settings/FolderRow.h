@@ -14,7 +14,7 @@ class PathLabel;
 class StyledLabel;
 
 /// A row that shows the folder of one setting and lets it be chosen, reset to the user's Downloads folder, and opened.
-/// Follows the setting and the language. What the ports name must outlive it.
+/// Follows the setting and the language. The ports outlive it.
 class FolderRow final : public QWidget
 {
     Q_OBJECT

@@ -8,7 +8,7 @@ namespace vormel {
 class BrewInstallRow;
 class ManagerWarning;
 
-/// Helps to install what is missing of package manager and tools; hidden while nothing is. What the ports name must
+/// Helps to install what is missing of package manager and tools; hidden while nothing is. The ports
 /// outlive it.
 class InstallSection final : public Card
 {

@@ -11,7 +11,7 @@ namespace vormel {
 class InstallSection;
 
 /// The page of the settings: a scrolling column of sections. Each control writes its setting at once and follows it
-/// when it is set elsewhere. What the ports name must outlive it.
+/// when it is set elsewhere. The ports outlive it.
 class SettingsView final : public QScrollArea
 {
     Q_OBJECT

@@ -45,7 +45,8 @@ TEST(OutputLines, AnEndlessLineIsCutAndTheNextOneIsWhole)
 {
     const QByteArray endless(3 * OutputLines::maxLength, 'x');
     for (const qsizetype size : {qsizetype{1000}, endless.size() * 2})
-        EXPECT_EQ(linesOf(endless + "\nnext\n", size), (QList<QByteArray>{endless.left(OutputLines::maxLength), "next"}))
+        EXPECT_EQ(linesOf(endless + "\nnext\n", size),
+                  (QList<QByteArray>{endless.left(OutputLines::maxLength), "next"}))
             << size;
 }
 

@@ -105,10 +105,10 @@ void QueueAnnouncer::tellOpenOrClosed(const QModelIndex& header)
 
 void QueueAnnouncer::tellNew(const QModelIndex& parent, int first, int last)
 {
-    constexpr int maxReads = 16; // who hears of so many reads the list anew
+    constexpr int maxTold = 16; // assistive technology that is told of so many new rows reads the whole list anew
     if (!QAccessible::isActive() || (parent.isValid() && !m_view.isExpanded(parent)))
         return;
-    for (int row = first; row <= qMin(last, first + maxReads - 1); ++row)
+    for (int row = first; row <= qMin(last, first + maxTold - 1); ++row)
         tell(m_rows.row(m_view.queue().index(row, 0, parent)), QAccessible::ObjectCreated);
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "ui/queue/list/RowCommands.h"
-#include "ui/queue/rows/RowGrid.h"
 #include "ui/queue/rows/RowHit.h"
+#include "ui/queue/rows/RowPlaces.h"
 
 #include <QBasicTimer>
 #include <QTreeView>

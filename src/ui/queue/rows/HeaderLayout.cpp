@@ -21,7 +21,7 @@ HeaderLayout::HeaderLayout(const RowMetrics& metrics, const HeaderContent& conte
     buttons = placeButtons(content.buttons, metrics, first);
     title = centred(first, metrics.nameHeight);
     title.setWidth(qMin(title.width(), QFontMetrics(metrics.nameFont).horizontalAdvance(content.title) + 1));
-    LineFeed lines(column.adjusted(0, firstHeight, 0, 0), metrics.captionHeight);
+    LineCursor lines(column.adjusted(0, firstHeight, 0, 0), metrics.captionHeight);
     placeSummary(metrics, content, lines.next());
     if (content.lines.testFlag(RowLine::progress)) {
         const FigurePlaces places = placeFigures(metrics, lines.next(), metrics.groupByteWidth);

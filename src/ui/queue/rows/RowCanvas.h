@@ -1,7 +1,7 @@
 #pragma once
 
 #include "kit/Theme.h"
-#include "ui/queue/rows/RowGrid.h"
+#include "ui/queue/rows/RowPlaces.h"
 
 #include <QStyleOptionViewItem>
 

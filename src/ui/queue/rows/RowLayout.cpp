@@ -42,7 +42,7 @@ RowLayout::RowLayout(const RowMetrics& metrics, const RowContent& content, const
     const int textLeft = icon.right() + 1 + RowMetrics::gapX;
     const QRect column(textLeft, inner.top(), qMax(0, inner.right() + 1 - textLeft), inner.height());
     placeFirstLine(metrics, content, QRect(column.left(), column.top(), column.width(), firstHeight));
-    LineFeed lines(column.adjusted(0, firstHeight, 0, 0), metrics.captionHeight);
+    LineCursor lines(column.adjusted(0, firstHeight, 0, 0), metrics.captionHeight);
     if (content.lines.testFlag(RowLine::recovery)) {
         recovery = lines.next();
         recoveryIcon = takeSmallIcon(recovery, metrics, recovery.height());

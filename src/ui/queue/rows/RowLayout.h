@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/queue/rows/RowGrid.h"
+#include "ui/queue/rows/RowPlaces.h"
 
 namespace vormel {
 

@@ -6,7 +6,7 @@
 
 namespace vormel {
 
-/// The measures that all rows share, taken from a font. Making one is dear, asking it is cheap.
+/// The measures that all rows share, taken from a font. Make one for each font and keep it: making it measures texts.
 class RowMetrics
 {
 public:

@@ -1,4 +1,4 @@
-#include "ui/queue/rows/RowGrid.h"
+#include "ui/queue/rows/RowPlaces.h"
 
 namespace vormel {
 
@@ -54,7 +54,7 @@ FigurePlaces placeFigures(const RowMetrics& metrics, QRect line, int byteWidth)
     return places;
 }
 
-QRect LineFeed::next(int height)
+QRect LineCursor::next(int height)
 {
     const QRect line(m_column.left(), m_column.top() + RowMetrics::gapY, m_column.width(), height);
     m_column.setTop(line.top() + height);

@@ -35,10 +35,10 @@ struct FigurePlaces
 [[nodiscard]] FigurePlaces placeFigures(const RowMetrics& metrics, QRect line, int byteWidth);
 
 /// Hands out the lines below the first one from the top down.
-class LineFeed
+class LineCursor
 {
 public:
-    LineFeed(const QRect& column, int lineHeight)
+    LineCursor(const QRect& column, int lineHeight)
         : m_column(column)
         , m_lineHeight(lineHeight)
     {}
