@@ -3,6 +3,7 @@ include_guard(GLOBAL)
 
 set(VORMEL_SANITIZE "" CACHE STRING "Sanitizers to build with, as the compiler names them (address,undefined or thread)")
 option(VORMEL_PRECOMPILED_HEADERS "Compile what most files include once for each target" ON)
+option(VORMEL_JOINED "Compile the files of a floor several at once: a first build takes a third, any later one longer" OFF)
 option(VORMEL_ASSERTIONS "Check library and Qt assertions also in optimised builds" OFF)
 
 find_program(VORMEL_CCACHE ccache)
@@ -33,6 +34,11 @@ if(VORMEL_SANITIZE)
     target_link_options(vormel_rules INTERFACE -fsanitize=${VORMEL_SANITIZE})
 endif()
 
+if(VORMEL_JOINED)
+    # A local name may be another file's.
+    target_compile_options(vormel_rules INTERFACE -Wno-shadow)
+endif()
+
 find_program(VORMEL_MOLD mold)
 if(VORMEL_MOLD)
     target_link_options(vormel_rules INTERFACE -fuse-ld=mold)
@@ -59,5 +65,6 @@ function(vormel_floor name)
     add_library(vormel_${name} STATIC ${sources})
     target_include_directories(vormel_${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
     target_link_libraries(vormel_${name} PUBLIC vormel_rules ${FLOOR_DEPENDS})
+    set_target_properties(vormel_${name} PROPERTIES UNITY_BUILD ${VORMEL_JOINED} UNITY_BUILD_BATCH_SIZE 10)
     vormel_precompile(vormel_${name} ${FLOOR_PRECOMPILE})
 endfunction()

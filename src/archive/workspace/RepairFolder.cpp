@@ -21,7 +21,7 @@ namespace vormel {
 namespace {
 
 /// Tools take some characters of a name for patterns; none of these is one.
-const QString plainBase = u"volume"_s;
+const QString volumeBase = u"volume"_s;
 
 bool looksLikeRar(const QString& path)
 {
@@ -63,7 +63,7 @@ RepairFolder::FileState RepairFolder::stateOf(const QString& path)
 
 void RepairFolder::link(const QStringList& volumes)
 {
-    const QString plainPath = m_folder.path() + u'/' + plainBase;
+    const QString plainPath = m_folder.path() + u'/' + volumeBase;
     QStringList links;
     for (const QString& volume : volumes) {
         const QString link = plainPath + volume.mid(m_setPath.size());
@@ -85,7 +85,7 @@ QStringList RepairFolder::adopt()
     const QDir folder(m_folder.path());
     for (const QFileInfo& made : folder.entryInfoList(QDir::Files | QDir::NoSymLinks | QDir::Hidden, QDir::Name)) {
         if (isSetMember(made.fileName()) && made.size() > 0)
-            changed << putIntoPlace(made.filePath(), m_setPath + made.fileName().mid(plainBase.size()));
+            changed << putIntoPlace(made.filePath(), m_setPath + made.fileName().mid(volumeBase.size()));
     }
     return changed;
 }

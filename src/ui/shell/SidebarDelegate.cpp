@@ -10,7 +10,7 @@ namespace vormel {
 
 namespace {
 
-constexpr int iconSize = 18;
+constexpr int pageIconSize = 18;
 constexpr int padding = 10;
 constexpr double corner = 6;
 
@@ -38,8 +38,8 @@ void SidebarDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
     const Theme theme(item.palette);
     const bool isSelected = item.state.testFlag(QStyle::State_Selected);
     const QRect inner = item.rect.adjusted(padding, 0, -padding, 0);
-    QRect icon(inner.left(), inner.top() + (inner.height() - iconSize) / 2, iconSize, iconSize);
-    QRect text = inner.adjusted(iconSize + padding, 0, 0, 0);
+    QRect icon(inner.left(), inner.top() + (inner.height() - pageIconSize) / 2, pageIconSize, pageIconSize);
+    QRect text = inner.adjusted(pageIconSize + padding, 0, 0, 0);
     icon = QStyle::visualRect(item.direction, item.rect, icon);
     text = QStyle::visualRect(item.direction, item.rect, text);
     painter->save();
@@ -56,7 +56,7 @@ void SidebarDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
 QSize SidebarDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& /*index*/) const
 {
     constexpr int around = 14;
-    return {0, qMax(iconSize, option.fontMetrics.height()) + around};
+    return {0, qMax(pageIconSize, option.fontMetrics.height()) + around};
 }
 
 } // namespace vormel
