@@ -12,9 +12,9 @@ using namespace Qt::StringLiterals;
 
 namespace vormel {
 
-MainMenu::MainMenu(const Parts& parts, QObject* parent)
+MainMenu::MainMenu(const Ports& ports, QObject* parent)
     : QObject(parent)
-    , m_parts(parts)
+    , m_ports(ports)
     , m_program(addMenu(u"vormelMenu"_s))
     , m_queue(addMenu(u"queueMenu"_s))
     , m_selection(addMenu(u"selectionMenu"_s))
@@ -31,14 +31,14 @@ MainMenu::MainMenu(const Parts& parts, QObject* parent)
 
 QMenu* MainMenu::addMenu(const QString& name)
 {
-    QMenu* const menu = m_parts.bar.addMenu(QString());
+    QMenu* const menu = m_ports.bar.addMenu(QString());
     menu->setObjectName(name);
     return menu;
 }
 
 void MainMenu::fillProgramMenu()
 {
-    auto* check = new CheckForUpdatesView(m_parts.updates, this);
+    auto* check = new CheckForUpdatesView(m_ports.updates, this);
     check->setObjectName(u"checkForUpdates"_s);
     m_program->addAction(check);
     m_program->addSeparator();
@@ -50,7 +50,7 @@ void MainMenu::fillProgramMenu()
 void MainMenu::fillQueueMenu()
 {
     constexpr int lastOfFirstBlock = 2; // adding, starting and pausing; the others clear
-    const QList<QAction*> commands = m_parts.queue.queueActions();
+    const QList<QAction*> commands = m_ports.queue.queueActions();
     m_queue->addActions(commands);
     m_queue->insertSeparator(commands.at(lastOfFirstBlock + 1));
     connect(commands.front(), &QAction::triggered, this, &MainMenu::addRequested);
@@ -59,9 +59,9 @@ void MainMenu::fillQueueMenu()
 void MainMenu::fillSelectionMenu()
 {
     m_selection->clear();
-    m_parts.queue.fillSelectionMenu(*m_selection);
+    m_ports.queue.fillSelectionMenu(*m_selection);
     if (m_selection->isEmpty())
-        m_selection->addAction(pair(m_parts.settings.language.value(), u"No Selection", u"Nessuna selezione"))
+        m_selection->addAction(pair(m_ports.settings.language.value(), u"No Selection", u"Nessuna selezione"))
             ->setEnabled(false);
 }
 
@@ -85,7 +85,7 @@ void MainMenu::fillHelpMenu()
 
 void MainMenu::bindTexts()
 {
-    const AppSettings& settings = m_parts.settings;
+    const AppSettings& settings = m_ports.settings;
     m_program->setTitle(u"&Vormel"_s);
     bindText(m_queue, &QMenu::setTitle, settings, {u"&Queue", u"&Coda"});
     bindText(m_selection, &QMenu::setTitle, settings, {u"&Selection", u"&Selezione"});
@@ -95,7 +95,7 @@ void MainMenu::bindTexts()
     followLanguage(this, settings, [this] {
         for (const Page page : allPages)
             m_pageActions.at(static_cast<std::size_t>(page))
-                ->setText(pageLabel(page, m_parts.settings.language.value()));
+                ->setText(pageLabel(page, m_ports.settings.language.value()));
     });
 }
 

@@ -24,14 +24,14 @@ class MainMenu final : public QObject
 
 public:
     /// All outlive it.
-    struct Parts
+    struct Ports
     {
         QMenuBar& bar;
         DownloadQueueView& queue;
         const CheckForUpdatesViewModel& updates;
         const AppSettings& settings;
     };
-    MainMenu(const Parts& parts, QObject* parent);
+    MainMenu(const Ports& ports, QObject* parent);
 
 Q_SIGNALS:
     void pageRequested(vormel::Page page);
@@ -47,7 +47,7 @@ private:
     void fillHelpMenu();
     void bindTexts();
 
-    Parts m_parts;
+    Ports m_ports;
     QMenu* m_program;
     QMenu* m_queue;
     QMenu* m_selection; ///< made anew each time it is opened

@@ -24,7 +24,7 @@ Program::Program(const Folders& folders, const CurlHttpClient::Options& network,
     , m_launchPing(m_http, m_defaults, {services.telemetry, ownVersion(), QSysInfo::prettyProductName()})
     , m_updater(m_http, m_defaults, m_clock, QUrl(services.updateFeed), Version::parse(ownVersion()).value())
     , m_terminal(folders.runtime, qEnvironmentVariable("TERMINAL"))
-    , m_manager(platform(folders), DownloadManager::Collaborators{m_resolvers, m_extractor})
+    , m_manager(platform(folders), DownloadManager::Ports{m_resolvers, m_extractor})
 {
     m_launchPing.start();
 }

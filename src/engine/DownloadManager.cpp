@@ -11,8 +11,8 @@ using namespace Qt::StringLiterals;
 
 namespace vormel {
 
-DownloadManager::DownloadManager(const Platform& platform, const Collaborators& collaborators)
-    : m_resolvers(collaborators.resolvers)
+DownloadManager::DownloadManager(const Platform& platform, const Ports& ports)
+    : m_resolvers(ports.resolvers)
     , m_platform(platform)
     , m_settings(platform.defaults, platform.folders.downloads)
     , m_table(*this)
@@ -22,7 +22,7 @@ DownloadManager::DownloadManager(const Platform& platform, const Collaborators& 
     , m_revFiles(m_table, m_settings, *this)
     , m_recovery(m_table, m_settings, platform.clock, m_revFiles)
     , m_archiveQueue({m_table, m_settings, m_groupNames, m_revFiles, m_questions, m_commands, *this})
-    , m_pipeline({m_settings, platform.clock, collaborators.extractor, platform.trash, m_archiveQueue})
+    , m_pipeline({m_settings, platform.clock, ports.extractor, platform.trash, m_archiveQueue})
     , m_waitingArchives(m_table, m_settings, m_revFiles, m_pipeline, *this)
     , m_reports({m_table, m_settings, m_session, m_completion, *this, [this] { Q_EMIT totalSpeedChanged(); }})
     , m_session(platform.http, platform.fileSync, platform.clock, m_reports)
@@ -34,7 +34,7 @@ DownloadManager::DownloadManager(const Platform& platform, const Collaborators& 
     , m_intake({m_table, m_settings, m_resolvers, m_pipeline, m_questions, m_prefetch, *this})
     , m_commands({m_table, m_settings, m_session, m_starter, m_completion, m_recovery, m_pipeline, m_intake,
                   platform.trash, m_passes, m_verification, *this})
-    , m_verification(m_table, collaborators.extractor, m_commands, m_pipeline)
+    , m_verification(m_table, ports.extractor, m_commands, m_pipeline)
 {
     applySpeedLimit();
     restoreQueue();

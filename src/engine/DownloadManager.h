@@ -35,13 +35,13 @@ class DownloadManager final : public QObject, private ItemTable::Listener, priva
 
 public:
     /// What the queue calls on beside the machine. All outlive the manager.
-    struct Collaborators
+    struct Ports
     {
         const ResolverTables& resolvers;
         ArchiveExtractor& extractor;
     };
 
-    DownloadManager(const Platform& platform, const Collaborators& collaborators);
+    DownloadManager(const Platform& platform, const Ports& ports);
     ~DownloadManager() override;
 
     [[nodiscard]] AppSettings& settings() { return m_settings; }
