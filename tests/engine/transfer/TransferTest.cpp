@@ -89,16 +89,10 @@ TEST_F(TransferTest, TakesTheOffsetFromTheDiskAndNothingElse)
 
 TEST_F(TransferTest, CompletesWithoutARequestWhenTheFileIsThere)
 {
-<<<<<<< HEAD:tests/engine/transfer/TransferTest.cpp
-    const ItemPtr item = engine.add(rarLink);
-    engine.sandbox.write(finalFile, "already");
-    engine.manager().commands().startAll();
-=======
     engine.settings().autoExtract.set(true);
     const ItemPtr item = engine.add(rarLink);
     engine.sandbox.write(finalFile, "already");
-    engine.manager().startAll();
->>>>>>> main:tests/engine/TransferTest.cpp
+    engine.manager().commands().startAll();
     turnEventLoop();
     EXPECT_EQ(item->status(), DownloadStatus::completed);
     EXPECT_TRUE(engine.http.exchanges().empty());
