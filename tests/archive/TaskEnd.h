@@ -23,7 +23,7 @@ struct TaskEnd
     QString output;
     /// The description as damage of a wrong password that may be some.
     std::optional<QString> damage;
-    /// Of any ArchiveError.
+    /// Of any error.
     std::optional<QString> description;
     bool isLaunchError = false;
 
@@ -41,7 +41,7 @@ inline QCoro::Task<> keepTaskEnd(QCoro::Task<> task, TaskEnd& end)
         if (const std::optional<ExtractionError> damage = error.asDamage())
             end.damage = damage->errorDescription();
         end.description = error.errorDescription();
-    } catch (const ArchiveError& error) {
+    } catch (const DescribedError& error) {
         end.isLaunchError = dynamic_cast<const ToolLaunchError*>(&error) != nullptr;
         end.description = error.errorDescription();
     }

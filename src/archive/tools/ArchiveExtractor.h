@@ -24,7 +24,7 @@ class WorkFolder;
 enum class Recovery;
 
 /// Unpacks, tests and repairs archives with the tools of the machine. UI thread only; what takes long happens in the
-/// tools and on threads of its own. Paths are absolute. Everything throws ArchiveError and its kinds.
+/// tools and on threads of its own. Paths are absolute. Everything throws kinds of DescribedError.
 class ArchiveExtractor
 {
 public:
