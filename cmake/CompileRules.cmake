@@ -35,8 +35,8 @@ if(VORMEL_SANITIZE)
 endif()
 
 if(VORMEL_JOINED)
-    # A local name may be another file's.
-    target_compile_options(vormel_rules INTERFACE -Wno-shadow)
+    # A local name may be another file's, and what has no linkage is seen in a file that is included.
+    target_compile_options(vormel_rules INTERFACE -Wno-shadow -Wno-subobject-linkage)
 endif()
 
 find_program(VORMEL_MOLD mold)

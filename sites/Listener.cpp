@@ -13,7 +13,7 @@ namespace vormel::sites {
 
 namespace {
 
-void require(bool done, const char* step)
+void requireDone(bool done, const char* step)
 {
     if (!done)
         throw std::system_error(errno, std::generic_category(), step);
@@ -29,17 +29,17 @@ sockaddr* generic(sockaddr_in& address)
 Listener::Listener(std::uint16_t port)
     : m_socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0))
 {
-    require(m_socket.isOpen(), "socket");
+    requireDone(m_socket.isOpen(), "socket");
     const int on = 1;
-    require(setsockopt(m_socket.get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on) == 0, "SO_REUSEADDR");
+    requireDone(setsockopt(m_socket.get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on) == 0, "SO_REUSEADDR");
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    require(bind(m_socket.get(), generic(address), sizeof address) == 0, "bind");
-    require(listen(m_socket.get(), SOMAXCONN) == 0, "listen");
+    requireDone(bind(m_socket.get(), generic(address), sizeof address) == 0, "bind");
+    requireDone(listen(m_socket.get(), SOMAXCONN) == 0, "listen");
     socklen_t length = sizeof address;
-    require(getsockname(m_socket.get(), generic(address), &length) == 0, "getsockname");
+    requireDone(getsockname(m_socket.get(), generic(address), &length) == 0, "getsockname");
     m_port = ntohs(address.sin_port);
 }
 

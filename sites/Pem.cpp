@@ -15,7 +15,7 @@ struct BioDeleter
 };
 using BioHandle = std::unique_ptr<BIO, BioDeleter>;
 
-void require(bool done, const char* failure)
+void requirePem(bool done, const char* failure)
 {
     if (!done)
         throw std::runtime_error(failure);
@@ -24,14 +24,14 @@ void require(bool done, const char* failure)
 BioHandle readerOf(const std::string& text)
 {
     BioHandle bio(BIO_new_mem_buf(text.data(), static_cast<int>(text.size())));
-    require(bio != nullptr, "no memory buffer for a PEM");
+    requirePem(bio != nullptr, "no memory buffer for a PEM");
     return bio;
 }
 
 std::string textOf(BIO& bio)
 {
     std::string text(BIO_ctrl_pending(&bio), '\0');
-    require(BIO_read(&bio, text.data(), static_cast<int>(text.size())) > 0, "an empty PEM was written");
+    requirePem(BIO_read(&bio, text.data(), static_cast<int>(text.size())) > 0, "an empty PEM was written");
     return text;
 }
 
@@ -40,28 +40,28 @@ std::string textOf(BIO& bio)
 CertificateHandle certificateFromPem(const std::string& pem)
 {
     CertificateHandle certificate(PEM_read_bio_X509(readerOf(pem).get(), nullptr, nullptr, nullptr));
-    require(certificate != nullptr, "not a certificate in PEM");
+    requirePem(certificate != nullptr, "not a certificate in PEM");
     return certificate;
 }
 
 KeyHandle keyFromPem(const std::string& pem)
 {
     KeyHandle key(PEM_read_bio_PrivateKey(readerOf(pem).get(), nullptr, nullptr, nullptr));
-    require(key != nullptr, "not a private key in PEM");
+    requirePem(key != nullptr, "not a private key in PEM");
     return key;
 }
 
 std::string toPem(X509& certificate)
 {
     const BioHandle bio(BIO_new(BIO_s_mem()));
-    require(bio && PEM_write_bio_X509(bio.get(), &certificate) == 1, "cannot write a certificate as PEM");
+    requirePem(bio && PEM_write_bio_X509(bio.get(), &certificate) == 1, "cannot write a certificate as PEM");
     return textOf(*bio);
 }
 
 std::string toPem(EVP_PKEY& key)
 {
     const BioHandle bio(BIO_new(BIO_s_mem()));
-    require(bio && PEM_write_bio_PrivateKey(bio.get(), &key, nullptr, nullptr, 0, nullptr, nullptr) == 1,
+    requirePem(bio && PEM_write_bio_PrivateKey(bio.get(), &key, nullptr, nullptr, 0, nullptr, nullptr) == 1,
             "cannot write a key as PEM");
     return textOf(*bio);
 }

@@ -17,7 +17,7 @@ namespace {
 
 constexpr long daySeconds = 24L * 60 * 60;
 
-void require(bool done, const char* step)
+void requireStep(bool done, const char* step)
 {
     if (!done)
         throw std::runtime_error(std::string("making a certificate failed: ") + step);
@@ -26,7 +26,7 @@ void require(bool done, const char* step)
 KeyHandle makeKey()
 {
     KeyHandle key(EVP_PKEY_Q_keygen(nullptr, nullptr, "EC", "P-256"));
-    require(key != nullptr, "key");
+    requireStep(key != nullptr, "key");
     return key;
 }
 
@@ -40,23 +40,23 @@ void addExtension(X509& certificate, X509& issuer, int kind, const std::string& 
     X509V3_set_ctx(&context, &issuer, &certificate, nullptr, nullptr, 0);
     const std::unique_ptr<X509_EXTENSION, ExtensionDeleter> extension(
         X509V3_EXT_conf_nid(nullptr, &context, kind, value.c_str()));
-    require(extension && X509_add_ext(&certificate, extension.get(), -1) == 1, "extension");
+    requireStep(extension && X509_add_ext(&certificate, extension.get(), -1) == 1, "extension");
 }
 
 void setSerial(X509& certificate)
 {
     std::array<unsigned char, 8> random{};
-    require(RAND_bytes(random.data(), static_cast<int>(random.size())) == 1, "random number");
+    requireStep(RAND_bytes(random.data(), static_cast<int>(random.size())) == 1, "random number");
     std::uint64_t serial = 0;
     for (const auto byte : random)
         serial = (serial << 8) | byte;
-    require(ASN1_INTEGER_set_uint64(X509_get_serialNumber(&certificate), serial >> 1) == 1, "serial number");
+    requireStep(ASN1_INTEGER_set_uint64(X509_get_serialNumber(&certificate), serial >> 1) == 1, "serial number");
 }
 
 void setSubject(X509& certificate, const std::string& commonName)
 {
     const std::vector<unsigned char> bytes(commonName.begin(), commonName.end());
-    require(X509_NAME_add_entry_by_NID(X509_get_subject_name(&certificate), NID_commonName, MBSTRING_UTF8, bytes.data(),
+    requireStep(X509_NAME_add_entry_by_NID(X509_get_subject_name(&certificate), NID_commonName, MBSTRING_UTF8, bytes.data(),
                                        static_cast<int>(bytes.size()), -1, 0) == 1,
             "subject");
 }
@@ -65,19 +65,19 @@ void setSubject(X509& certificate, const std::string& commonName)
 CertificateHandle makeUnsigned(EVP_PKEY& key, const std::string& commonName, long days)
 {
     CertificateHandle certificate(X509_new());
-    require(certificate && X509_set_version(certificate.get(), X509_VERSION_3) == 1, "version");
+    requireStep(certificate && X509_set_version(certificate.get(), X509_VERSION_3) == 1, "version");
     setSerial(*certificate);
     setSubject(*certificate, commonName);
-    require(X509_gmtime_adj(X509_getm_notBefore(certificate.get()), -30 * daySeconds), "begin");
-    require(X509_gmtime_adj(X509_getm_notAfter(certificate.get()), days * daySeconds), "end");
-    require(X509_set_pubkey(certificate.get(), &key) == 1, "public key");
+    requireStep(X509_gmtime_adj(X509_getm_notBefore(certificate.get()), -30 * daySeconds), "begin");
+    requireStep(X509_gmtime_adj(X509_getm_notAfter(certificate.get()), days * daySeconds), "end");
+    requireStep(X509_set_pubkey(certificate.get(), &key) == 1, "public key");
     return certificate;
 }
 
 void signBy(X509& certificate, X509& issuer, EVP_PKEY& issuerKey)
 {
-    require(X509_set_issuer_name(&certificate, X509_get_subject_name(&issuer)) == 1, "issuer");
-    require(X509_sign(&certificate, &issuerKey, EVP_sha256()) > 0, "signature");
+    requireStep(X509_set_issuer_name(&certificate, X509_get_subject_name(&issuer)) == 1, "issuer");
+    requireStep(X509_sign(&certificate, &issuerKey, EVP_sha256()) > 0, "signature");
 }
 
 std::string alternativeNames(const TestCertificates::Names& names)
