@@ -62,7 +62,7 @@ std::string toPem(EVP_PKEY& key)
 {
     const BioHandle bio(BIO_new(BIO_s_mem()));
     requirePem(bio && PEM_write_bio_PrivateKey(bio.get(), &key, nullptr, nullptr, 0, nullptr, nullptr) == 1,
-            "cannot write a key as PEM");
+               "cannot write a key as PEM");
     return textOf(*bio);
 }
 

@@ -56,9 +56,9 @@ void setSerial(X509& certificate)
 void setSubject(X509& certificate, const std::string& commonName)
 {
     const std::vector<unsigned char> bytes(commonName.begin(), commonName.end());
-    requireStep(X509_NAME_add_entry_by_NID(X509_get_subject_name(&certificate), NID_commonName, MBSTRING_UTF8, bytes.data(),
-                                       static_cast<int>(bytes.size()), -1, 0) == 1,
-            "subject");
+    requireStep(X509_NAME_add_entry_by_NID(X509_get_subject_name(&certificate), NID_commonName, MBSTRING_UTF8,
+                                           bytes.data(), static_cast<int>(bytes.size()), -1, 0) == 1,
+                "subject");
 }
 
 // All but issuer, extensions and signature; valid from a month ago until the given number of days from now.

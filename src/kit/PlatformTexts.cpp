@@ -9,8 +9,8 @@ namespace {
 struct Row
 {
     PlatformText text = PlatformText::showInViewer;
-    TextPair finder;
-    TextPair freedesktop;
+    TextPair finder = {};
+    TextPair freedesktop = {};
 };
 
 /// In the order of PlatformText.

@@ -57,7 +57,8 @@ std::optional<std::vector<HostAccount>> decodeAccounts(const QByteArray& json)
     if (!document.isArray())
         return std::nullopt;
     std::vector<HostAccount> accounts;
-    for (const QJsonValue& record : document.array()) {
+    const QJsonArray records = document.array();
+    for (const auto& record : records) {
         const std::optional<HostAccount> account = accountFrom(record.toObject());
         if (!account)
             return std::nullopt;

@@ -167,13 +167,11 @@ QCoro::Task<> LinkIntake::readContainer(ItemPtr placeholder, std::optional<QStri
     // The user may have removed the row meanwhile, and with it the wish for its links.
     if (lifetime.isOver() || !m_ports.table.find(placeholder->id()))
         co_return;
-    if (links) {
-        containerOpened(placeholder, *links);
-        co_return;
-    }
-    if (password)
+    if (password && !links)
         m_passwords.insert(placeholder->id(), *password);
-    if (wantsCaptcha)
+    if (links)
+        containerOpened(placeholder, *links);
+    else if (wantsCaptcha)
         askForCaptcha(*placeholder, password);
     else
         placeholder->setStatus(DownloadStatus::failure(failure));
