@@ -13,6 +13,12 @@ BoundedRegex::Outcome outcomeOf(const QRegularExpressionMatch& match)
     return match.isValid() ? BoundedRegex::Outcome::none : BoundedRegex::Outcome::error;
 }
 
+/// Of the one that begins there; two for one beyond the first 65,536.
+qsizetype lengthOfCharacter(const QString& text, qsizetype at)
+{
+    return at + 1 < text.size() && text[at].isHighSurrogate() ? 2 : 1;
+}
+
 } // namespace
 
 BoundedRegex::BoundedRegex(const QString& pattern, QRegularExpression::PatternOptions options)
@@ -26,11 +32,17 @@ BoundedRegex::BoundedRegex(const QString& pattern, QRegularExpression::PatternOp
 
 BoundedRegex::Result BoundedRegex::search(const QString& text, qsizetype from) const
 {
+    return search(text, from, QRegularExpression::NoMatchOption);
+}
+
+BoundedRegex::Result BoundedRegex::search(const QString& text, qsizetype from,
+                                          QRegularExpression::MatchOptions options) const
+{
     Result result;
-    result.match = m_fast.match(text, from);
+    result.match = m_fast.match(text, from, QRegularExpression::NormalMatch, options);
     result.outcome = outcomeOf(result.match);
     if (result.outcome == Outcome::error) {
-        result.match = m_careful.match(text, from);
+        result.match = m_careful.match(text, from, QRegularExpression::NormalMatch, options);
         result.outcome = outcomeOf(result.match);
     }
     return result;
@@ -39,15 +51,19 @@ BoundedRegex::Result BoundedRegex::search(const QString& text, qsizetype from) c
 std::vector<QRegularExpressionMatch> BoundedRegex::all(const QString& text) const
 {
     std::vector<QRegularExpressionMatch> matches;
+    // The first search has found all of the text to be sound; to look again each time would cost its length squared.
+    QRegularExpression::MatchOptions options = QRegularExpression::NoMatchOption;
     for (qsizetype from = 0; from <= text.size();) {
-        const Result found = search(text, from);
+        const Result found = search(text, from, options);
+        options = QRegularExpression::DontCheckSubjectStringMatchOption;
         if (found.outcome == Outcome::error)
             return {};
         if (!found)
             break;
         matches.push_back(found.match);
+        const qsizetype end = found.match.capturedEnd();
         // An empty match must not be found for ever.
-        from = found.match.capturedEnd() + (found.match.capturedLength() == 0 ? 1 : 0);
+        from = end + (found.match.capturedLength() == 0 ? lengthOfCharacter(text, end) : 0);
     }
     return matches;
 }

@@ -45,6 +45,8 @@ public:
     [[nodiscard]] QString removedFrom(const QString& text) const;
 
 private:
+    [[nodiscard]] Result search(const QString& text, qsizetype from, QRegularExpression::MatchOptions options) const;
+
     QRegularExpression m_fast;
     QRegularExpression m_careful;
 };

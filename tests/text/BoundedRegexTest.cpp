@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <ctime>
+
 using namespace Qt::StringLiterals;
 
 namespace vormel {
@@ -96,6 +99,35 @@ TEST(BoundedRegex, HalfAListIsNone)
 {
     const BoundedRegex regex(u"x|y(?:a|a)*$"_s);
     EXPECT_TRUE(regex.all(u"x y"_s + QString(40, u'a') + u"b x"_s).empty());
+}
+
+TEST(BoundedRegex, AnEmptyMatchBetweenHalvesOfACharacterIsNone)
+{
+    EXPECT_EQ(BoundedRegex(u"b*"_s).all(u"a\U0001F37Aa"_s).size(), 4U);
+}
+
+TEST(BoundedRegex, AllMatchesOfATextThatIsNoTextAreNone)
+{
+    const QString broken = u"a a "_s + QChar(0xD83C) + u" a"_s;
+    EXPECT_TRUE(BoundedRegex(u"a"_s).all(broken).empty());
+}
+
+TEST(BoundedRegex, AllMatchesTakeTimeInProportionToTheText)
+{
+    const BoundedRegex regex(u"href=\\w"_s);
+    const auto time = [&regex](qsizetype links) {
+        const QString page = u"<a href=x> and what follows it </a>"_s.repeated(links);
+        double least = 1e9;
+        for (int i = 0; i < 3; ++i) {
+            const std::clock_t start = std::clock();
+            EXPECT_EQ(regex.all(page).size(), static_cast<std::size_t>(links));
+            least = std::min(least, static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
+        }
+        return least;
+    };
+    constexpr double leastMeasured = 0.0005;
+    constexpr double growth = 16;
+    EXPECT_LT(time(16'000), 4 * growth * std::max(time(1000), leastMeasured));
 }
 
 } // namespace
