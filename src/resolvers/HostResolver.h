@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/HostAccount.h"
+#include "model/PremiumAccountInfo.h"
 #include "text/Link.h"
 
 #include <QCoroTask>
@@ -32,6 +33,9 @@ public:
     /// The file's name: the last path component of the download address if that has a full stop, else the name that
     /// came with it.
     [[nodiscard]] virtual QCoro::Task<std::optional<QString>> fetchFilename(Link url, HostAccount account) const;
+
+    /// Signs in anew with the account, and tells of its plan.
+    [[nodiscard]] virtual QCoro::Task<PremiumAccountInfo> checkAccount(HostAccount account) const = 0;
 };
 
 } // namespace vormel
