@@ -23,12 +23,23 @@ using namespace Qt::StringLiterals;
 
 namespace vormel {
 
+namespace {
+
+/// Assistive technology may ask for the list as soon as it is there, and keeps what it gets.
+QueueView* makeList(QueueModel& model, const ViewPorts& ports, QWidget* parent)
+{
+    installQueueAccessibility();
+    return new QueueView(model, RowCommands(ports), parent);
+}
+
+} // namespace
+
 DownloadQueueView::DownloadQueueView(const ViewPorts& ports, QWidget* parent)
     : QWidget(parent)
     , m_manager(ports.manager)
     , m_model(new QueueModel(ports.manager, ports.clock, this))
     , m_toolBar(new QueueToolBar(ports, this))
-    , m_list(new QueueView(*m_model, RowCommands(ports), this))
+    , m_list(makeList(*m_model, ports, this))
     , m_empty(new EmptyState(Glyph::arrowDownCircle, this))
     , m_pages(new QStackedLayout)
     , m_overlay(new DropOverlay(this))
@@ -36,7 +47,6 @@ DownloadQueueView::DownloadQueueView(const ViewPorts& ports, QWidget* parent)
 {
     setObjectName(u"downloadQueueView"_s);
     setAcceptDrops(true);
-    installQueueAccessibility();
     layOut(ports);
     for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
         connect(m_model, signal, this, &DownloadQueueView::showListOrEmptyState);

@@ -7,10 +7,15 @@ namespace {
 
 using fixtures::turnEventLoop;
 
-class AccessibleQueueTest : public ::testing::Test, protected fixtures::SetAndFile
+/// Before the list is there, as in the program.
+struct QueueAccessibility
+{
+    QueueAccessibility() { installQueueAccessibility(); }
+};
+
+class AccessibleQueueTest : public ::testing::Test, QueueAccessibility, protected fixtures::SetAndFile
 {
 protected:
-    AccessibleQueueTest() { installQueueAccessibility(); }
     QAccessibleInterface& list() { return *QAccessible::queryAccessibleInterface(&view); }
     QAccessibleInterface& row(int place) { return *list().child(place); }
 };
