@@ -29,6 +29,7 @@ endif()
 if(VORMEL_SANITIZE)
     target_compile_options(vormel_rules INTERFACE
         -fsanitize=${VORMEL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all
+        -g1 # their reports want lines, and no more
         # The sanitizers hide facts from the optimiser's null analysis, which then warns of what cannot be.
         -Wno-null-dereference -Wno-maybe-uninitialized)
     target_link_options(vormel_rules INTERFACE -fsanitize=${VORMEL_SANITIZE})
