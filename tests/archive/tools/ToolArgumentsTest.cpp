@@ -47,5 +47,24 @@ TEST(ToolArguments, TarIsGivenBackslashesAsItReadsThem)
               list({"/a\\n/x.tar", "-C", "/o\\\\n\\\\"}));
 }
 
+TEST(ToolArguments, AnEmptyPasswordIsNone)
+{
+    for (const Password& none : {Password(QString()), Password(QString::fromUtf8(""))}) {
+        EXPECT_EQ(unzipArguments(archive, out, none), unzipArguments(archive, out, {}));
+        EXPECT_EQ(rarArguments(archive, out, none), rarArguments(archive, out, {}));
+        EXPECT_EQ(sevenZipArguments(archive, out, none), sevenZipArguments(archive, out, {}));
+    }
+}
+
+TEST(ToolArguments, APasswordIsPassedOnAsItIs)
+{
+    for (const char* password : {" ", "a\"b", "a'b", "$HOME", "*", "\\", "\n", "\xc3\xa9\xe6\xbc\xa2"}) {
+        const QString given = QString::fromUtf8(password);
+        EXPECT_EQ(unzipArguments(archive, out, given)[1], given);
+        EXPECT_EQ(rarArguments(archive, out, given)[3].mid(2), given);
+        EXPECT_EQ(sevenZipArguments(archive, out, given).back().mid(2), given);
+    }
+}
+
 } // namespace
 } // namespace vormel
