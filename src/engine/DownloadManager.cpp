@@ -176,6 +176,8 @@ void DownloadManager::statusChanged(DownloadItem& item)
         m_completion.endWait(item.id());
         m_questions.forgetLogin(item.id());
     }
+    if (item.status() != DownloadStatus::expanding)
+        m_intake.stopReading(item.id());
     if (item.status() == DownloadStatus::failed)
         m_waitingArchives.failed(item);
     if (item.status() == DownloadStatus::completed)

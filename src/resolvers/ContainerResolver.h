@@ -5,11 +5,13 @@
 #include <QCoroTask>
 
 #include <optional>
+#include <stop_token>
 #include <vector>
 
 namespace vormel {
 
-/// Reads the link containers of one service. Stateless. UI thread; resolveContainer may throw ContainerError.
+/// Reads the link containers of one service. Stateless. UI thread; resolveContainer may throw ContainerError; stopped, it
+/// ends its requests at once.
 class ContainerResolver
 {
 public:
@@ -21,8 +23,8 @@ public:
     /// The service's label.
     [[nodiscard]] virtual QString name() const = 0;
     [[nodiscard]] virtual bool canHandle(const Link& url) const = 0;
-    [[nodiscard]] virtual QCoro::Task<std::vector<Link>> resolveContainer(Link url,
-                                                                          std::optional<QString> password) const = 0;
+    [[nodiscard]] virtual QCoro::Task<std::vector<Link>> resolveContainer(Link url, std::optional<QString> password,
+                                                                          std::stop_token stop) const = 0;
 };
 
 } // namespace vormel

@@ -7,6 +7,7 @@
 #include <QCoroTask>
 
 #include <optional>
+#include <stop_token>
 
 namespace vormel {
 
@@ -18,7 +19,8 @@ struct ResolvedDownload
 };
 
 /// Turns file pages of one premium host into download addresses. Stateless. To be called on the UI thread, where the
-/// results come back too; every operation may throw ResolverError.
+/// results come back too; every operation may throw ResolverError. One that is stopped ends its requests at once, and
+/// throws whatever it likes.
 class HostResolver
 {
 public:
@@ -28,14 +30,16 @@ public:
     virtual ~HostResolver() = default;
 
     [[nodiscard]] virtual SupportedHost supportedHost() const = 0;
-    [[nodiscard]] virtual QCoro::Task<ResolvedDownload> resolveDownload(Link url, HostAccount account) const = 0;
+    [[nodiscard]] virtual QCoro::Task<ResolvedDownload> resolveDownload(Link url, HostAccount account,
+                                                                        std::stop_token stop) const = 0;
 
     /// The file's name: the last path component of the download address if that has a full stop, else the name that
     /// came with it.
-    [[nodiscard]] virtual QCoro::Task<std::optional<QString>> fetchFilename(Link url, HostAccount account) const;
+    [[nodiscard]] virtual QCoro::Task<std::optional<QString>> fetchFilename(Link url, HostAccount account,
+                                                                            std::stop_token stop) const;
 
     /// Signs in anew with the account, and tells of its plan.
-    [[nodiscard]] virtual QCoro::Task<PremiumAccountInfo> checkAccount(HostAccount account) const = 0;
+    [[nodiscard]] virtual QCoro::Task<PremiumAccountInfo> checkAccount(HostAccount account, std::stop_token stop) const = 0;
 };
 
 } // namespace vormel

@@ -25,7 +25,7 @@ struct Fetched
 QCoro::Task<> fetch(const HostResolver& resolver, Fetched& fetched)
 {
     try {
-        fetched.name = co_await resolver.fetchFilename(link(u"http://filestore.example/abc"_s), {});
+        fetched.name = co_await resolver.fetchFilename(link(u"http://filestore.example/abc"_s), {}, {});
     } catch (const ResolverError& error) {
         fetched.error = error.kind();
     }

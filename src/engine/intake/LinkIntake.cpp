@@ -40,6 +40,12 @@ LinkIntake::LinkIntake(const Ports& ports)
     : m_ports(ports)
 {}
 
+LinkIntake::~LinkIntake()
+{
+    for (auto& [id, reading] : m_readings)
+        reading.request_stop();
+}
+
 std::vector<Link> LinkIntake::filterNewURLs(const std::vector<Link>& urls) const
 {
     QSet<QString> known;
@@ -138,10 +144,18 @@ bool LinkIntake::readAgain(const DownloadItem& item)
     return true;
 }
 
+void LinkIntake::stopReading(const ItemId& id)
+{
+    if (auto reading = m_readings.extract(id))
+        reading.mapped().request_stop();
+}
+
 void LinkIntake::forget(const QSet<ItemId>& ids)
 {
-    for (const ItemId& id : ids)
+    for (const ItemId& id : ids) {
+        stopReading(id);
         m_passwords.remove(id);
+    }
 }
 
 QCoro::Task<> LinkIntake::readContainer(ItemPtr placeholder, std::optional<QString> password)
@@ -153,20 +167,24 @@ QCoro::Task<> LinkIntake::readContainer(ItemPtr placeholder, std::optional<QStri
         co_return;
     }
     const Lifetime::Watch lifetime = m_lifetime.watch();
+    stopReading(placeholder->id());
+    const std::stop_source reading;
+    m_readings.emplace(placeholder->id(), reading);
     std::optional<std::vector<Link>> links;
     QString failure;
     bool wantsCaptcha = false;
     try {
-        links = co_await resolver->resolveContainer(url, password);
+        links = co_await resolver->resolveContainer(url, password, reading.get_token());
     } catch (const ContainerError& error) {
         wantsCaptcha = error.kind() == ContainerError::Kind::captchaRequired;
         failure = error.errorDescription();
     } catch (const std::exception& error) {
         failure = QString::fromUtf8(error.what());
     }
-    // The user may have removed the row meanwhile, and with it the wish for its links.
-    if (lifetime.isOver() || !m_ports.table.find(placeholder->id()))
+    // The user may have stopped or removed the row meanwhile, and with it the wish for its links.
+    if (lifetime.isOver() || reading.stop_requested())
         co_return;
+    m_readings.erase(placeholder->id());
     if (password && !links)
         m_passwords.insert(placeholder->id(), *password);
     if (links)

@@ -8,6 +8,8 @@
 #include <QCoroTask>
 #include <QHash>
 
+#include <stop_token>
+
 namespace vormel {
 
 class AppSettings;
@@ -34,6 +36,9 @@ public:
 
     /// All ports must outlive this.
     explicit LinkIntake(const Ports& ports);
+    LinkIntake(const LinkIntake&) = delete;
+    LinkIntake& operator=(const LinkIntake&) = delete;
+    ~LinkIntake();
 
     /// Adds files as items and opens containers, with the password if there is one.
     void addURLs(const std::vector<Link>& urls, const std::optional<QString>& containerPassword);
@@ -48,6 +53,8 @@ public:
     /// Reads the container of such a row once more, with the password that came with it, while the row keeps its place.
     /// False for any other item.
     bool readAgain(const DownloadItem& item);
+    /// Nobody waits for the container of that row any more: what is still asked for it ends.
+    void stopReading(const ItemId& id);
     /// The rows are gone.
     void forget(const QSet<ItemId>& ids);
 
@@ -66,6 +73,7 @@ private:
     Ports m_ports;
     Lifetime m_lifetime;
     QHash<ItemId, QString> m_passwords; ///< of the containers that could not be read
+    std::unordered_map<ItemId, std::stop_source> m_readings;
 };
 
 } // namespace vormel

@@ -51,14 +51,21 @@ DownloadStarter::DownloadStarter(const Ports& ports)
     : m_ports(ports)
 {}
 
+DownloadStarter::~DownloadStarter()
+{
+    for (auto& [id, attempt] : m_attempts)
+        attempt.request_stop();
+}
+
 QCoro::Task<> DownloadStarter::startDownload(ItemPtr item)
 {
     if (m_ports.revFiles.isHeldBack(*item)) {
         item->setStatus(DownloadStatus::queued);
         co_return;
     }
-    const quint64 attempt = ++m_lastAttempt;
-    m_attempts[item->id()] = attempt;
+    abandon(item->id());
+    const Attempt attempt;
+    m_attempts.emplace(item->id(), attempt);
     item->setStatus(DownloadStatus::resolving);
     try {
         const Link address = co_await downloadAddress(item, attempt);
@@ -90,7 +97,7 @@ void DownloadStarter::resolveFailed(DownloadItem& item, const ResolverError& err
     m_ports.queue.processQueue();
 }
 
-QCoro::Task<Link> DownloadStarter::downloadAddress(ItemPtr item, quint64 attempt)
+QCoro::Task<Link> DownloadStarter::downloadAddress(ItemPtr item, Attempt attempt)
 {
     const HostResolver* const resolver = m_ports.resolvers.hostResolverForURL(item->originalURL());
     if (!resolver)
@@ -104,7 +111,7 @@ QCoro::Task<Link> DownloadStarter::downloadAddress(ItemPtr item, quint64 attempt
     std::exception_ptr failure;
     std::optional<ResolvedDownload> found;
     try {
-        found = co_await resolver->resolveDownload(item->originalURL(), *account);
+        found = co_await resolver->resolveDownload(item->originalURL(), *account, attempt.get_token());
     } catch (...) {
         failure = std::current_exception();
     }
@@ -118,13 +125,13 @@ QCoro::Task<Link> DownloadStarter::downloadAddress(ItemPtr item, quint64 attempt
 
 void DownloadStarter::abandon(const ItemId& id)
 {
-    m_attempts.erase(id);
+    if (auto attempt = m_attempts.extract(id))
+        attempt.mapped().request_stop();
 }
 
-bool DownloadStarter::isCurrent(const ItemPtr& item, quint64 attempt) const
+bool DownloadStarter::isCurrent(const ItemPtr& item, const Attempt& attempt) const
 {
-    const auto latest = m_attempts.find(item->id());
-    return latest != m_attempts.end() && latest->second == attempt && m_ports.table.find(item->id()) == item &&
+    return !attempt.stop_requested() && m_ports.table.find(item->id()) == item &&
            item->status() == DownloadStatus::resolving;
 }
 

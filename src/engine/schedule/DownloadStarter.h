@@ -8,6 +8,7 @@
 #include <QCoroTask>
 
 #include <chrono>
+#include <stop_token>
 
 namespace vormel {
 
@@ -42,17 +43,23 @@ public:
         QueueTurn& queue;
     };
     explicit DownloadStarter(const Ports& ports);
+    DownloadStarter(const DownloadStarter&) = delete;
+    DownloadStarter& operator=(const DownloadStarter&) = delete;
+    ~DownloadStarter();
 
     /// Never throws; every failure ends in the item's status.
     QCoro::Task<> startDownload(ItemPtr item);
 
-    /// A start of the item that is still resolving comes to nothing.
+    /// A start of the item that is still resolving comes to nothing, and asks nobody any more.
     void abandon(const ItemId& id);
 
 private:
+    /// One try to start an item; stopped once it comes to nothing.
+    using Attempt = std::stop_source;
+
     /// The address to download from. May throw ResolverError.
-    [[nodiscard]] QCoro::Task<Link> downloadAddress(ItemPtr item, quint64 attempt);
-    [[nodiscard]] bool isCurrent(const ItemPtr& item, quint64 attempt) const;
+    [[nodiscard]] QCoro::Task<Link> downloadAddress(ItemPtr item, Attempt attempt);
+    [[nodiscard]] bool isCurrent(const ItemPtr& item, const Attempt& attempt) const;
     void beginTransfer(DownloadItem& item, const Link& address);
     /// What is in the part file is what the item has.
     void takeOver(DownloadItem& item, PartFile& file, const QString& usualPath);
@@ -62,8 +69,7 @@ private:
     Ports m_ports;
     Lifetime m_lifetime;
     /// The latest attempt of each item that is being started.
-    std::unordered_map<ItemId, quint64> m_attempts;
-    quint64 m_lastAttempt = 0;
+    std::unordered_map<ItemId, Attempt> m_attempts;
 };
 
 /// How long a resolved address is good for.

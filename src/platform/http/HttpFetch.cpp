@@ -13,20 +13,26 @@ class Fetch final : public QObject, public HttpReceiver
 public:
     explicit Fetch(FetchOptions options)
         : m_options(std::move(options))
-        , m_source(FetchResult{HttpError{HttpError::Kind::cancelled, 0, {}}, {}, {}, false, {}})
+        , m_source(cancelled())
     {}
 
     Eventual<FetchResult> start(HttpClient& client, HttpRequest request)
     {
-        m_task = client.makeTask(std::move(request), *this);
-        m_task->resume();
-        return m_source.eventual();
+        Eventual<FetchResult> result = m_source.eventual();
+        m_stop.emplace(m_options.stop, [this] { stop(); });
+        if (!m_options.stop.stop_requested()) {
+            m_task = client.makeTask(std::move(request), *this);
+            m_task->resume();
+        }
+        return result;
     }
 
     RedirectVerdict redirected(const HttpResponse& response, const QUrl& target) override
     {
-        if (m_options.followsRedirect && !m_options.followsRedirect(response, target))
+        if (m_options.followsRedirect && !m_options.followsRedirect(response, target)) {
+            m_result.refused = target;
             return RedirectVerdict::refuse;
+        }
         m_result.redirects.push_back(target);
         return RedirectVerdict::follow;
     }
@@ -52,13 +58,35 @@ public:
     {
         if (!m_result.isBodyCut)
             m_result.error = error;
+        deliverLater();
+    }
+
+private:
+    [[nodiscard]] static FetchResult cancelled()
+    {
+        FetchResult result;
+        result.error = HttpError{HttpError::Kind::cancelled, 0, {}};
+        return result;
+    }
+
+    /// The client calls no more once its task is gone. An end that it has told already may be on its way: whatever comes
+    /// after the first delivery is dropped.
+    void stop()
+    {
+        m_task.reset();
+        m_result = cancelled();
+        deliverLater();
+    }
+
+    void deliverLater()
+    {
         QMetaObject::invokeMethod(
             this, [this] { deliver(); }, Qt::QueuedConnection);
     }
 
-private:
     void deliver()
     {
+        m_stop.reset();
         m_task.reset();
         deleteLater();
         m_source.deliver(std::move(m_result));
@@ -68,6 +96,7 @@ private:
     EventualSource<FetchResult> m_source;
     FetchResult m_result;
     std::unique_ptr<HttpTask> m_task;
+    std::optional<std::stop_callback<std::function<void()>>> m_stop;
 };
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "platform/http/HttpClient.h"
 
 #include <functional>
+#include <stop_token>
 
 namespace vormel {
 
@@ -15,6 +16,7 @@ struct FetchResult
     QByteArray body;
     bool isBodyCut = false;      ///< the page was larger than asked for, or was not wanted beyond its head
     std::vector<QUrl> redirects; ///< each address that was followed to, in order
+    std::optional<QUrl> refused; ///< where it was not followed to; the answer is that redirect
 };
 
 struct FetchOptions
@@ -25,6 +27,8 @@ struct FetchOptions
     std::function<bool(const HttpResponse&)> wantsBody;
     /// As above, for each redirect; a refused one becomes the answer.
     std::function<bool(const HttpResponse&, const QUrl& target)> followsRedirect;
+    /// Ends the fetch as cancelled, at once and on the UI thread; its result comes a turn later.
+    std::stop_token stop;
 };
 
 /// Fetches a whole page, or only its head, into memory. To be called and awaited on the UI thread; the client must

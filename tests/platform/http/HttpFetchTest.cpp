@@ -95,6 +95,51 @@ TEST_F(HttpFetchTest, TheWayIsRememberedAndMayBeRefused)
     EXPECT_EQ(part.response.statusCode, 302);
     EXPECT_EQ(part.response.url, urlOf(server.url("/b")));
     EXPECT_EQ(part.redirects, std::vector{urlOf(server.url("/b"))});
+    EXPECT_EQ(part.refused, urlOf(server.url("/c")));
+    EXPECT_EQ(all.refused, std::nullopt);
+}
+
+TEST_F(HttpFetchTest, AFetchThatIsStoppedEndsAsCancelledAndLeavesItsServer)
+{
+    server.serve("/f", {.content = PatternContent(1, qint64{1} << 30)});
+    std::stop_source stop;
+    FetchOptions options;
+    options.maxBodySize = qint64{1} << 30;
+    options.stop = stop.get_token();
+    std::optional<FetchResult> result;
+    spawn(store(fetch(client, request("/f"), options), result));
+    ASSERT_TRUE(fixtures::waitUntil([this] { return server.bodyBytesSent() > 0; }));
+    stop.request_stop();
+    EXPECT_FALSE(result) << "the result came inside the call";
+    ASSERT_TRUE(fixtures::waitUntil([&result] { return result.has_value(); }));
+    ASSERT_TRUE(result->error);
+    EXPECT_EQ(result->error->kind, Kind::cancelled);
+    EXPECT_TRUE(fixtures::waitUntil([this] { return server.openConnections() == 0; }));
+}
+
+TEST_F(HttpFetchTest, AFetchThatWasStoppedBeforeAsksNobody)
+{
+    server.serve("/p", {.content = "x"});
+    std::stop_source stop;
+    stop.request_stop();
+    FetchOptions options;
+    options.stop = stop.get_token();
+    const FetchResult result = fetched(request("/p"), options);
+    ASSERT_TRUE(result.error);
+    EXPECT_EQ(result.error->kind, Kind::cancelled);
+    EXPECT_TRUE(server.requests().empty());
+}
+
+TEST_F(HttpFetchTest, AStopThatComesAfterTheEndChangesNothing)
+{
+    server.serve("/p", {.content = "x"});
+    std::stop_source stop;
+    FetchOptions options;
+    options.stop = stop.get_token();
+    const FetchResult result = fetched(request("/p"), options);
+    stop.request_stop();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(result.body, "x");
 }
 
 TEST_F(HttpFetchTest, AnErrorComesWithWhatArrivedBeforeIt)
