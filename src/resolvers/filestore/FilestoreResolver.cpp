@@ -43,7 +43,7 @@ FilestoreResolver::FilestoreResolver(const Ports& ports, const HostProfile& prof
 
 QString FilestoreResolver::pageUrl(QStringView path) const
 {
-    return u"https://"_s + m_domain + path;
+    return u"https://%1%2"_s.arg(m_domain, path);
 }
 
 QCoro::Task<QString> FilestoreResolver::loadPassword(HostAccount account) const
