@@ -114,7 +114,7 @@ TEST_F(HttpFetchTest, AFetchThatIsStoppedEndsAsCancelledAndLeavesItsServer)
     ASSERT_TRUE(fixtures::waitUntil([&result] { return result.has_value(); }));
     ASSERT_TRUE(result->error);
     EXPECT_EQ(result->error->kind, Kind::cancelled);
-    EXPECT_TRUE(fixtures::waitUntil([this] { return server.openConnections() == 0; }));
+    EXPECT_TRUE(fixtures::waitUntil([this] { return server.connectionsOpen() == 0; }));
 }
 
 TEST_F(HttpFetchTest, AFetchThatWasStoppedBeforeAsksNobody)
