@@ -48,24 +48,40 @@ BoundedRegex::Result BoundedRegex::search(const QString& text, qsizetype from,
     return result;
 }
 
-std::vector<QRegularExpressionMatch> BoundedRegex::all(const QString& text) const
+bool BoundedRegex::visitAll(const QString& text, const Visitor& visit) const
 {
-    std::vector<QRegularExpressionMatch> matches;
     // The first search has found all of the text to be sound; to look again each time would cost its length squared.
     QRegularExpression::MatchOptions options = QRegularExpression::NoMatchOption;
     for (qsizetype from = 0; from <= text.size();) {
         const Result found = search(text, from, options);
         options = QRegularExpression::DontCheckSubjectStringMatchOption;
         if (found.outcome == Outcome::error)
-            return {};
+            return false;
         if (!found)
             break;
-        matches.push_back(found.match);
+        visit(found.match);
         const qsizetype end = found.match.capturedEnd();
         // An empty match must not be found for ever.
         from = end + (found.match.capturedLength() == 0 ? lengthOfCharacter(text, end) : 0);
     }
-    return matches;
+    return true;
+}
+
+std::vector<QRegularExpressionMatch> BoundedRegex::all(const QString& text) const
+{
+    std::vector<QRegularExpressionMatch> matches;
+    const bool isWhole = visitAll(text, [&](const QRegularExpressionMatch& match) { matches.push_back(match); });
+    return isWhole ? matches : std::vector<QRegularExpressionMatch>();
+}
+
+std::vector<QStringView> BoundedRegex::captures(const QString& text, int group) const
+{
+    std::vector<QStringView> captured;
+    const bool isWhole = visitAll(text, [&](const QRegularExpressionMatch& match) {
+        const qsizetype start = match.capturedStart(group);
+        captured.push_back(start < 0 ? QStringView() : QStringView(text).sliced(start, match.capturedLength(group)));
+    });
+    return isWhole ? captured : std::vector<QStringView>();
 }
 
 QString BoundedRegex::removedFrom(const QString& text) const

@@ -3,6 +3,7 @@
 #include <QRegularExpression>
 #include <QString>
 
+#include <functional>
 #include <vector>
 
 namespace vormel {
@@ -41,10 +42,18 @@ public:
     /// a whole one.
     [[nodiscard]] std::vector<QRegularExpressionMatch> all(const QString& text) const;
 
+    /// What that group, or for 0 the whole pattern, holds in each of all matches; they look into the text, which must
+    /// outlive them. A long list of matches costs far more memory than this.
+    [[nodiscard]] std::vector<QStringView> captures(const QString& text, int group) const;
+
     /// The text with the first match, if there is one, taken out.
     [[nodiscard]] QString removedFrom(const QString& text) const;
 
 private:
+    using Visitor = std::function<void(const QRegularExpressionMatch&)>;
+
+    /// False if the engine ran into a limit on the way.
+    [[nodiscard]] bool visitAll(const QString& text, const Visitor& visit) const;
     [[nodiscard]] Result search(const QString& text, qsizetype from, QRegularExpression::MatchOptions options) const;
 
     QRegularExpression m_fast;

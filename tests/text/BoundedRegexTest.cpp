@@ -95,10 +95,21 @@ TEST(BoundedRegex, EmptyMatchesComeToAnEnd)
     EXPECT_EQ(BoundedRegex(QString()).all(QString()).size(), 1U);
 }
 
+TEST(BoundedRegex, WhatAGroupHoldsIsFoundInAllMatches)
+{
+    const BoundedRegex regex(u"(?:(\\w)|-)="_s);
+    const QString text = u"a=1 -=2 c=3"_s;
+    EXPECT_EQ(regex.captures(text, 0), (std::vector<QStringView>{u"a=", u"-=", u"c="}));
+    EXPECT_EQ(regex.captures(text, 1), (std::vector<QStringView>{u"a", {}, u"c"}));
+    EXPECT_TRUE(regex.captures(u"abc"_s, 1).empty());
+}
+
 TEST(BoundedRegex, HalfAListIsNone)
 {
     const BoundedRegex regex(u"x|y(?:a|a)*$"_s);
-    EXPECT_TRUE(regex.all(u"x y"_s + QString(40, u'a') + u"b x"_s).empty());
+    const QString text = u"x y"_s + QString(40, u'a') + u"b x"_s;
+    EXPECT_TRUE(regex.all(text).empty());
+    EXPECT_TRUE(regex.captures(text, 0).empty());
 }
 
 TEST(BoundedRegex, AnEmptyMatchBetweenHalvesOfACharacterIsNone)
