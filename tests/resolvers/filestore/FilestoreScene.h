@@ -88,7 +88,7 @@ private:
     {
         CurlHttpClient::Options options;
         options.extraCaFile =
-            QString::fromStdString(certificates.writeAuthority(sandbox.path(QString()).toStdString()).string());
+            QString::fromStdString(certificates.writeAuthority(sandbox.root().toStdString()).string());
         for (const auto& [from, to] : site.connectTo())
             options.connectTo.insert(QByteArray::fromStdString(from), QByteArray::fromStdString(to));
         return options;
