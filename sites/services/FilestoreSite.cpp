@@ -102,10 +102,14 @@ std::string FilestoreSite::addFile(const std::string& name, Shape shape, Content
 {
     const std::string id = "f" + std::to_string(++m_lastFile);
     const File file{name, shape, content};
-    serve("/" + id, [this, id, file](const Request& request) { return filePage(request, id, file); }, content);
-    serve("/dl/" + id, [this, id, file](const Request&) {
-        return file.shape == Shape::linkServedHere ? Answer::file() : Answer::redirect(found, fileUrl(id, file));
-    }, content);
+    serve(
+        "/" + id, [this, id, file](const Request& request) { return filePage(request, id, file); }, content);
+    serve(
+        "/dl/" + id,
+        [this, id, file](const Request&) {
+            return file.shape == Shape::linkServedHere ? Answer::file() : Answer::redirect(found, fileUrl(id, file));
+        },
+        content);
     Resource stored;
     stored.content = std::move(content);
     stored.etag = '"' + id + '"';

@@ -20,15 +20,15 @@ public:
     // How a file's page leads to its file.
     enum class Shape
     {
-        linkToFile,      // a link to the file server
-        linkOnSite,      // a link on the site that redirects there
-        linkServedHere,  // a link on the site that answers with the bytes
-        oneForm,         // a form whose answer redirects there
-        twoForms,        // a form whose answer is another form
-        formThenLink,    // a form whose answer has the link
-        formServedHere,  // a form that is answered with the bytes
-        redirectToFile,  // the page itself redirects there
-        nothing,         // no link and no form
+        linkToFile,     // a link to the file server
+        linkOnSite,     // a link on the site that redirects there
+        linkServedHere, // a link on the site that answers with the bytes
+        oneForm,        // a form whose answer redirects there
+        twoForms,       // a form whose answer is another form
+        formThenLink,   // a form whose answer has the link
+        formServedHere, // a form that is answered with the bytes
+        redirectToFile, // the page itself redirects there
+        nothing,        // no link and no form
     };
 
     explicit FilestoreSite(const TestCertificates& certificates, std::string domain = "filestore.example");
@@ -80,7 +80,8 @@ private:
     mutable std::mutex m_mutex; // guards all up to the servers
     std::map<std::string, std::string> m_passwords;
     std::set<std::string> m_sessions;
-    std::string m_accountPage = "<p>Plan: Premium</p><p>Valid until 31/12/2035</p><p>Traffic left: 10.5 GB of 50 GB</p>";
+    std::string m_accountPage =
+        "<p>Plan: Premium</p><p>Valid until 31/12/2035</p><p>Traffic left: 10.5 GB of 50 GB</p>";
     std::string m_refusal = "Incorrect password";
     std::optional<Answer> m_trouble;
     std::chrono::milliseconds m_delay{0};

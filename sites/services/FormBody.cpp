@@ -13,9 +13,9 @@ std::string percentDecoded(std::string_view text)
     std::string decoded;
     for (std::size_t at = 0; at < text.size(); ++at) {
         unsigned char byte = 0;
-        const bool isCoded = text[at] == '%' && at + 2 < text.size() &&
-                             std::from_chars(text.data() + at + 1, text.data() + at + 3, byte, hexadecimal).ptr ==
-                                 text.data() + at + 3;
+        const bool isCoded =
+            text[at] == '%' && at + 2 < text.size() &&
+            std::from_chars(text.data() + at + 1, text.data() + at + 3, byte, hexadecimal).ptr == text.data() + at + 3;
         decoded += isCoded ? static_cast<char>(byte) : text[at];
         at += isCoded ? 2 : 0;
     }

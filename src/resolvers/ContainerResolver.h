@@ -10,8 +10,8 @@
 
 namespace vormel {
 
-/// Reads the link containers of one service. Stateless. UI thread; resolveContainer may throw ContainerError; stopped, it
-/// ends its requests at once.
+/// Reads the link containers of one service. Stateless. UI thread; resolveContainer may throw ContainerError; stopped,
+/// it ends its requests at once.
 class ContainerResolver
 {
 public:

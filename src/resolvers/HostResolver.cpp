@@ -3,7 +3,7 @@
 namespace vormel {
 
 QCoro::Task<std::optional<QString>> HostResolver::fetchFilename(Link url, HostAccount account,
-                                                                  std::stop_token stop) const
+                                                                std::stop_token stop) const
 {
     ResolvedDownload found = co_await resolveDownload(std::move(url), std::move(account), std::move(stop));
     QString name = found.url.lastPathComponent();

@@ -39,7 +39,8 @@ public:
                                                                             std::stop_token stop) const;
 
     /// Signs in anew with the account, and tells of its plan.
-    [[nodiscard]] virtual QCoro::Task<PremiumAccountInfo> checkAccount(HostAccount account, std::stop_token stop) const = 0;
+    [[nodiscard]] virtual QCoro::Task<PremiumAccountInfo> checkAccount(HostAccount account,
+                                                                       std::stop_token stop) const = 0;
 };
 
 } // namespace vormel

@@ -9,7 +9,8 @@ namespace {
 QByteArray line(const sites::Request& request)
 {
     QByteArray text = QByteArray::fromStdString(request.method + ' ' + request.target);
-    if (request.header("User-Agent") != std::string(fullBrowserUA.data(), static_cast<std::size_t>(fullBrowserUA.size())))
+    if (request.header("User-Agent") !=
+        std::string(fullBrowserUA.data(), static_cast<std::size_t>(fullBrowserUA.size())))
         text += " | User-Agent: " + QByteArray::fromStdString(request.header("User-Agent").value_or("none"));
     for (const char* const name : {"Referer", "Cookie", "Content-Type"}) {
         if (const std::optional<std::string> value = request.header(name))

@@ -92,9 +92,8 @@ QCoro::Task<> FilenamePrefetch::lookUp(std::shared_ptr<Run> run, ItemPtr item, H
     std::optional<QString> name;
     bool isTold = true;
     try {
-        name =
-            co_await m_resolvers.hostResolverForURL(item->originalURL())->fetchFilename(
-                item->originalURL(), account, {});
+        name = co_await m_resolvers.hostResolverForURL(item->originalURL())
+                   ->fetchFilename(item->originalURL(), account, {});
     } catch (const ResolverError& error) {
         isTold = false;
         if (error.kind() == ResolverError::Kind::linkNotFound)

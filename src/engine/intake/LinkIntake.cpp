@@ -135,6 +135,9 @@ bool LinkIntake::isFailedContainer(const DownloadItem& item) const
 bool LinkIntake::readAgain(const DownloadItem& item)
 {
     const ItemPtr placeholder = m_ports.table.find(item.id());
+    // What is being read, or waits for its CAPTCHA, is no file either.
+    if (placeholder && item.status() == DownloadStatus::expanding)
+        return true;
     if (!placeholder || !isFailedContainer(item))
         return false;
     placeholder->setStatus(DownloadStatus::expanding);

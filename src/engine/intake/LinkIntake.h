@@ -51,7 +51,7 @@ public:
     /// Is this the row of a container that could not be read? Its link leads to a page, never to a file.
     [[nodiscard]] bool isFailedContainer(const DownloadItem& item) const;
     /// Reads the container of such a row once more, with the password that came with it, while the row keeps its place.
-    /// False for any other item.
+    /// One that is being read is left to it. False for any other item.
     bool readAgain(const DownloadItem& item);
     /// Nobody waits for the container of that row any more: what is still asked for it ends.
     void stopReading(const ItemId& id);

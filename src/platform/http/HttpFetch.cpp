@@ -69,8 +69,8 @@ private:
         return result;
     }
 
-    /// The client calls no more once its task is gone. An end that it has told already may be on its way: whatever comes
-    /// after the first delivery is dropped.
+    /// The client calls no more once its task is gone. An end that it has told already may be on its way: whatever
+    /// comes after the first delivery is dropped.
     void stop()
     {
         m_task.reset();

@@ -68,8 +68,7 @@ QCoro::Task<QString> CryptResolver::openPage(const PageSession& session, Link ur
     co_return html;
 }
 
-QCoro::Task<std::vector<Link>> CryptResolver::extractContainerLinks(QString html, Link url,
-                                                                    QLatin1StringView userAgent,
+QCoro::Task<std::vector<Link>> CryptResolver::extractContainerLinks(QString html, Link url, QLatin1StringView userAgent,
                                                                     std::stop_token stop) const
 {
     const auto read = [html, url, &scan = m_site.hrefs, knownFileHosts = m_ports.knownFileHosts] {

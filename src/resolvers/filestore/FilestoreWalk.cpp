@@ -88,8 +88,8 @@ QCoro::Task<std::optional<Link>> FilestoreWalk::probed(Link link) const
 
 QCoro::Task<std::optional<Link>> FilestoreWalk::posted(DownloadForm form)
 {
-    const PageAnswer answer = co_await m_session.post(form.action, encodeFormFields(form.fields),
-                                                      m_page.absoluteString(), maxAnswerSize);
+    const PageAnswer answer =
+        co_await m_session.post(form.action, encodeFormFields(form.fields), m_page.absoluteString(), maxAnswerSize);
     if (answer.refused)
         co_return answer.refused;
     if (answer.error)

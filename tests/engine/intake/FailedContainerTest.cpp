@@ -112,3 +112,33 @@ TEST_F(FailedContainerTest, ComesToNothingWhenItsRowIsRemovedMeanwhile)
     answer(std::vector{link(u"http://h/1.rar"_s)});
     EXPECT_EQ(engine.manager().items().size(), 2U);
 }
+
+TEST_F(FailedContainerTest, AsksNobodyAnyMoreWhenItsRowIsRemoved)
+{
+    engine.manager().commands().retryItem(*row);
+    const std::stop_token stop = log->containers.back().stop;
+    EXPECT_FALSE(stop.stop_requested());
+    engine.manager().commands().removeItems({row->id()});
+    EXPECT_TRUE(stop.stop_requested());
+}
+
+TEST_F(FailedContainerTest, IsNotReadTwiceAtOnceNorFetchedWhenItIsRetriedWhileItIsRead)
+{
+    engine.manager().commands().retryItem(*row);
+    for (const auto& retry : {&QueueCommands::retryItem, &QueueCommands::redownloadItem}) {
+        (engine.manager().commands().*retry)(*row);
+        expectReads(2);
+        EXPECT_EQ(row->status(), DownloadStatus::expanding);
+    }
+    EXPECT_FALSE(log->containers.back().stop.stop_requested());
+    answer(std::vector{link(u"http://h/1.rar"_s)});
+    EXPECT_EQ(engine.manager().items().back()->filename(), u"1.rar");
+}
+
+TEST_F(FailedContainerTest, AsksNobodyAnyMoreOnceTheProgramEnds)
+{
+    engine.manager().commands().retryItem(*row);
+    const std::stop_token stop = log->containers.back().stop;
+    engine.restart();
+    EXPECT_TRUE(stop.stop_requested());
+}

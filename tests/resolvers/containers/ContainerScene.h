@@ -77,8 +77,8 @@ protected:
     Background background;
     std::unique_ptr<CurlHttpClient> client = std::make_unique<CurlHttpClient>(clock, options());
     ContainerPorts ports{*client, background,
-                         std::make_shared<const QStringList>(QStringList{
-                             QStringLiteral("filestore.example"), QStringLiteral("rapidgator.net")})};
+                         std::make_shared<const QStringList>(
+                             QStringList{QStringLiteral("filestore.example"), QStringLiteral("rapidgator.net")})};
     FileCryptResolver fileCrypt{ports, {QStringLiteral("filecrypt.example"), QStringLiteral("filecrypt-safe.example")}};
     LFileCryptResolver lfileCrypt{ports, {QStringLiteral("lfile.example")}};
     KeeplinksResolver keeplinks{
@@ -88,7 +88,8 @@ private:
     [[nodiscard]] CurlHttpClient::Options options()
     {
         CurlHttpClient::Options options;
-        options.extraCaFile = QString::fromStdString(certificates.writeAuthority(sandbox.root().toStdString()).string());
+        options.extraCaFile =
+            QString::fromStdString(certificates.writeAuthority(sandbox.root().toStdString()).string());
         for (const sites::ContainerSite* site : {&cryptSite, &otherCryptSite, &keeplinksSite}) {
             for (const auto& [from, to] : site->connectTo())
                 options.connectTo.insert(QByteArray::fromStdString(from), QByteArray::fromStdString(to));

@@ -83,10 +83,10 @@ TEST_F(ContainerWalkTest, CallsComeFirstThenFollowedLinksThenThoseInSight)
     const std::string target = "http://www.filestore.example/go1/file";
     cryptSite.addGoLink("one", brokenRedirect(target));
     cryptSite.addGoLink("two", Answer::redirect(302, target + "2"));
-    const std::string url =
-        cryptSite.add({.body = oneLink + "<a href='/go/one'></a><a href='/go/two'></a>" +
-                               sites::clickNLoadCall("http://rapidgator.net/file/cnl\r\nhttp://unknown.example/a/b\r\n" +
-                                                     std::string("https://rapidgator.net/file/1\n"))});
+    const std::string url = cryptSite.add(
+        {.body = oneLink + "<a href='/go/one'></a><a href='/go/two'></a>" +
+                 sites::clickNLoadCall("http://rapidgator.net/file/cnl\r\nhttp://unknown.example/a/b\r\n" +
+                                       std::string("https://rapidgator.net/file/1\n"))});
     EXPECT_EQ(read(fileCrypt, url)->urls(),
               (QStringList{u"https://rapidgator.net/file/cnl"_s, u"https://rapidgator.net/file/1"_s,
                            u"https://www.filestore.example/go1/file"_s}));
@@ -99,13 +99,14 @@ TEST_F(ContainerWalkTest, AllLinksAreFollowedAtTheSameTimeAndCountAsTheyEnd)
     std::string body;
     for (const std::string word : {"a", "b", "c"}) {
         cryptSite.addGoLink(word, brokenRedirect("https://rapidgator.net/file/" + word)
-                                      .delayedBy(std::chrono::milliseconds(word == "a" ? 400 : word == "b" ? 200 : 0)));
+                                      .delayedBy(std::chrono::milliseconds(word == "a"   ? 400
+                                                                           : word == "b" ? 200
+                                                                                         : 0)));
         body += "<a href='/go/" + word + "'>";
     }
     const ReadingPtr reading = read(fileCrypt, cryptSite.add({.body = body}));
-    EXPECT_EQ(reading->urls(),
-              (QStringList{u"https://rapidgator.net/file/c"_s, u"https://rapidgator.net/file/b"_s,
-                           u"https://rapidgator.net/file/a"_s}));
+    EXPECT_EQ(reading->urls(), (QStringList{u"https://rapidgator.net/file/c"_s, u"https://rapidgator.net/file/b"_s,
+                                            u"https://rapidgator.net/file/a"_s}));
 }
 
 TEST_F(ContainerWalkTest, AFollowedLinkThatFailsCostsNothingElse)
@@ -180,12 +181,13 @@ TEST_F(KeeplinksWalkTest, OneRefreshIsFollowedAndNoSecond)
 TEST_F(KeeplinksWalkTest, APasswordIsPostedAndTheAnswersRefreshFollowed)
 {
     keeplinksSite.server().serve("/next", {.answers = {Answer::page(200, oneLink)}});
-    const std::string url = keeplinksSite.add({.body = refresh("/next"), .password = "x", .refusal = "Invalid password"});
+    const std::string url =
+        keeplinksSite.add({.body = refresh("/next"), .password = "x", .refusal = "Invalid password"});
     EXPECT_EQ(read(keeplinks, url, u"x"_s)->urls(), QStringList{u"http://rapidgator.net/file/1"_s});
     EXPECT_EQ(asked(),
               (QByteArrayList{"GET /Container/C1.html | Referer: https://www.keeplinks.example/",
-                              "POST /Container/C1.html | Referer: https://keeplinks.example/Container/C1.html" + formPost +
-                                  "x",
+                              "POST /Container/C1.html | Referer: https://keeplinks.example/Container/C1.html" +
+                                  formPost + "x",
                               "GET /next"}));
     expectError(read(keeplinks, url, u"y"_s), Kind::wrongPassword);
     expectError(read(keeplinks, url), Kind::wrongPassword);

@@ -62,10 +62,7 @@ const std::vector<Way>& ways()
          "the.film.part1.rar",
          {probe("/f1/the.film.part1.rar")}},
         {"LinkOnSite", Shape::linkOnSite, {page("/f1"), probe("/dl/f1")}, atFiles},
-        {"LinkServedHere",
-         Shape::linkServedHere,
-         {page("/f1"), probe("/dl/f1")},
-         "https://filestore.example/dl/f1"},
+        {"LinkServedHere", Shape::linkServedHere, {page("/f1"), probe("/dl/f1")}, "https://filestore.example/dl/f1"},
         {"OneForm",
          Shape::oneForm,
          {page("/f1"), post("/f1", "op=download2&id=f1&fname=the.film.part1.rar&method_premium=1")},
@@ -93,8 +90,8 @@ class FilestoreWays : public FilestoreScene, public testing::WithParamInterface<
 
 TEST_P(FilestoreWays, IsAskedForInThisOrderAndWithNothingElse)
 {
-    const WalkPtr walk = resolve(
-        site.addFile("the.film.part1.rar", GetParam().shape, sites::PatternContent(1, std::int64_t{64} << 20)));
+    const WalkPtr walk =
+        resolve(site.addFile("the.film.part1.rar", GetParam().shape, sites::PatternContent(1, std::int64_t{64} << 20)));
     ASSERT_TRUE(walk->found);
     EXPECT_EQ(walk->url(), QString::fromLatin1(GetParam().url));
     EXPECT_EQ(walk->found->filename.value_or(QString()), QString::fromLatin1(GetParam().filename));
@@ -237,7 +234,8 @@ TEST_F(FilestoreResolverTest, ALinkToAnotherSiteIsTakenAsItIs)
 TEST_F(FilestoreResolverTest, ANetworkErrorIsTheEndAndLeavesNothing)
 {
     const std::string url = add();
-    site.pages().serve("/f1", {.content = "<p>cut", .contentType = "text/html", .answers = {Answer::file().closeAfter(2)}});
+    site.pages().serve("/f1",
+                       {.content = "<p>cut", .contentType = "text/html", .answers = {Answer::file().closeAfter(2)}});
     const WalkPtr walk = resolve(url);
     expectError(walk, Kind::networkError);
     EXPECT_EQ(walk->error->errorDescription(), u"Network error: The connection to the server was lost.");
@@ -247,7 +245,8 @@ TEST_F(FilestoreResolverTest, ANetworkErrorIsTheEndAndLeavesNothing)
 TEST_F(FilestoreResolverTest, APageThatIsTooLargeIsANetworkError)
 {
     const std::string url = add();
-    site.pages().serve("/f1", {.content = sites::PatternContent(1, std::int64_t{50} << 20), .contentType = "text/html"});
+    site.pages().serve("/f1",
+                       {.content = sites::PatternContent(1, std::int64_t{50} << 20), .contentType = "text/html"});
     const WalkPtr walk = resolve(url);
     expectError(walk, Kind::networkError);
     EXPECT_EQ(walk->error->errorDescription(), u"Network error: The page is too large to be read.");
@@ -312,7 +311,8 @@ TEST_F(FilestoreResolverTest, AStoppedWalkLeavesItsSiteAndTheLoginToOthers)
 TEST_F(FilestoreResolverTest, AStopEndsTheRequestUnderWay)
 {
     const std::string url = add();
-    site.pages().serve("/f1", {.content = "<p>", .contentType = "text/html", .answers = {Answer::file().stallAfter(2)}});
+    site.pages().serve("/f1",
+                       {.content = "<p>", .contentType = "text/html", .answers = {Answer::file().stallAfter(2)}});
     const WalkPtr walk = start(QString::fromStdString(url));
     ASSERT_TRUE(fixtures::waitUntil([this] { return site.pages().waitForStalled(1, {}); }));
     walk->stop.request_stop();
