@@ -28,6 +28,8 @@ const HostAccount* Accounts::firstEnabled(SupportedHost host) const
 
 void Accounts::set(std::vector<HostAccount> list)
 {
+    if (std::exchange(m_isStoredUnreadable, false))
+        keepUnreadable();
     m_list = std::move(list);
     saveAccounts();
     Q_EMIT changed();
@@ -52,11 +54,22 @@ void Accounts::loadAccounts()
 {
     const std::optional<QString> stored = m_store.stringForKey(accountsKey);
     std::optional<std::vector<HostAccount>> list = stored ? decodeAccounts(stored->toUtf8()) : std::nullopt;
-    if (!list)
+    if (!list) {
+        m_isStoredUnreadable = m_store.objectForKey(accountsKey).has_value();
         return;
+    }
     m_list = std::move(*list);
     // In today's form, whatever wrote it.
     saveAccounts();
+}
+
+void Accounts::keepUnreadable()
+{
+    const QString beside = accountsKey + u".unreadable"_s;
+    QString free = beside;
+    for (int number = 2; m_store.objectForKey(free); ++number)
+        free = beside + u'.' + QString::number(number);
+    m_store.setObject(free, *m_store.objectForKey(accountsKey));
 }
 
 void Accounts::saveAccounts()

@@ -17,7 +17,8 @@ class Accounts final : public QObject
     Q_OBJECT
 
 public:
-    /// Reads the stored list. One that cannot be understood counts as empty and stays as it is until the next save.
+    /// Reads the stored list. One that cannot be understood counts as empty and stays as it is until the user changes
+    /// the list; then it is kept beside.
     /// Both stores must outlive this, and whatever it is still asked for.
     Accounts(UserDefaults& store, SecretStore& secrets);
 
@@ -40,10 +41,12 @@ Q_SIGNALS:
 private:
     void loadAccounts();
     void saveAccounts();
+    void keepUnreadable();
 
     UserDefaults& m_store;
     SecretStore& m_secrets;
     std::vector<HostAccount> m_list;
+    bool m_isStoredUnreadable = false;
 };
 
 } // namespace vormel

@@ -94,6 +94,25 @@ TEST_F(AccountsTest, ThatCannotBeUnderstoodAreNoneAndStayAsTheyAre)
     EXPECT_TRUE(Accounts(defaults, secrets).list().empty());
 }
 
+TEST_F(AccountsTest, ThatCannotBeUnderstoodAreKeptBesideOnceTheUserChangesTheList)
+{
+    const QString beside = storeKey + u".unreadable"_s;
+    const auto change = [this] { Accounts(defaults, secrets).set({account(SupportedHost::filestore, u"x"_s)}); };
+    store(oneRecord);
+    change();
+    EXPECT_EQ(defaults.objectForKey(beside), std::nullopt);
+    store("[1]");
+    change();
+    EXPECT_EQ(defaults.stringForKey(beside), u"[1]");
+    EXPECT_EQ(Accounts(defaults, secrets).list().size(), 1U);
+    change();
+    defaults.setObject(storeKey, 7);
+    change();
+    EXPECT_EQ(defaults.stringForKey(beside), u"[1]");
+    EXPECT_EQ(defaults.objectForKey(beside + u".2"_s), QJsonValue(7));
+    EXPECT_EQ(defaults.objectForKey(beside + u".3"_s), std::nullopt);
+}
+
 TEST_F(AccountsTest, GiveTheFirstEnabledOneOfAHost)
 {
     Accounts accounts(defaults, secrets);
