@@ -8,6 +8,7 @@
 #include "platform/desktop/SingleInstance.h"
 #include "platform/desktop/TerminationSignals.h"
 #include "platform/desktop/Utf8Locale.h"
+#include "platform/process/OpenFileLimit.h"
 
 #include <QApplication>
 
@@ -85,6 +86,7 @@ int main(int argc, char** argv)
 {
     vormel::TerminationSignals signalsOfTheSystem; // before any thread is started
     vormel::ensureUtf8Locale();
+    vormel::raiseOpenFileLimit();
     const QString token = activationToken();
     const QApplication application(argc, argv);
     QApplication::setStyle(new vormel::ReadableStyle); // the application takes it over
