@@ -14,7 +14,7 @@ using vormel::sites::PatternContent;
 
 namespace {
 
-constexpr qint64 fileSize = 700000;
+constexpr qint64 servedSize = 700000;
 constexpr qint64 partSize = 300000;
 const QString partFile = u"Downloads/file.bin.download"_s;
 
@@ -43,7 +43,7 @@ const std::vector<Behaviour>& behaviours()
         {"HonoursRange", Answer::file(), same, same, same, same},
         {"IgnoresRange", Answer::wholeFile(), same, same, same, same},
         {"WrongTotal", Answer::file().withTotal(5), same, same, same, failed},
-        {"TotalTooLarge", Answer::file().withTotal(fileSize * 2), same, same, same, failed},
+        {"TotalTooLarge", Answer::file().withTotal(servedSize * 2), same, same, same, failed},
         {"UnknownTotal", Answer::file().withUnknownTotal(), same, same, same, same},
         {"NoContentRange", Answer::file().withoutContentRange(), same, same, same, same},
         {"PieceTooLate", Answer::file().shiftedBy(100), same, same, same, failed},
@@ -52,7 +52,7 @@ const std::vector<Behaviour>& behaviours()
         {"NotFoundText", Answer::page(404, "not here", "text/plain"), same, failed, same, failed},
         {"UnavailableText", Answer::page(503, "later", "text/plain"), same, failed, same, failed},
         {"UnavailableEmpty", Answer::empty(503), same, failed, same, failed},
-        {"ErrorBodyLargerThanTheFile", Answer::page(500, PatternContent(9, fileSize * 2), "application/octet-stream"),
+        {"ErrorBodyLargerThanTheFile", Answer::page(500, PatternContent(9, servedSize * 2), "application/octet-stream"),
          same, failed, same, failed},
         {"Forbidden", Answer::empty(403), same, failed, same, failed},
         {"NoContent", Answer::empty(204), same, failed, same, failed},
@@ -137,10 +137,10 @@ protected:
             answers.push_back(Answer::file());
         server.serve("/file.bin", {.content = source, .answers = answers});
         server.serve("/copy.bin", {.content = source});
-        server.serve("/other.bin", {.content = PatternContent(2, fileSize)});
+        server.serve("/other.bin", {.content = PatternContent(2, servedSize)});
     }
 
-    PatternContent source{1, fileSize};
+    PatternContent source{1, servedSize};
     FileServer server;
     EngineOnNetwork engine;
 };
@@ -163,7 +163,7 @@ TEST_P(MisbehavingServer, NeverSpoilsAFile)
     ASSERT_TRUE(engine.runToEnd(item)) << "status " << item->status().kind();
     ASSERT_TRUE(engine.runToEnd(other));
 
-    const QByteArray whole = bytesOf(source, fileSize);
+    const QByteArray whole = bytesOf(source, servedSize);
     const QByteArray final = engine.sandbox.read(u"Downloads/file.bin"_s);
     const QByteArray part = engine.sandbox.read(partFile);
     switch (expected(GetParam())) {
@@ -183,7 +183,7 @@ TEST_P(MisbehavingServer, NeverSpoilsAFile)
         break;
     }
     EXPECT_EQ(other->status(), DownloadStatus::completed);
-    EXPECT_TRUE(engine.sandbox.read(u"Downloads/other.bin"_s) == bytesOf(PatternContent(2, fileSize), fileSize));
+    EXPECT_TRUE(engine.sandbox.read(u"Downloads/other.bin"_s) == bytesOf(PatternContent(2, servedSize), servedSize));
 }
 
 INSTANTIATE_TEST_SUITE_P(Behaviours, MisbehavingServer, ::testing::ValuesIn(cases()), caseName);

@@ -1,12 +1,14 @@
 #include "kit/PlatformTexts.h"
 
+#include "fixtures/Languages.h"
+
 #include <gtest/gtest.h>
 
 namespace vormel {
 namespace {
 
-constexpr AppLanguage english = AppLanguage::english;
-constexpr AppLanguage italian = AppLanguage::italian;
+using fixtures::english;
+using fixtures::italian;
 
 TEST(PlatformTexts, OnlyTheToldPlatformIsNamedThere)
 {

@@ -16,15 +16,15 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-struct Row
+struct ProseRow
 {
     const char* text;
     const char* dates; ///< in local time, parted by commas
 };
 
-void expectDates(const std::vector<Row>& rows)
+void expectDates(const std::vector<ProseRow>& rows)
 {
-    for (const Row& row : rows) {
+    for (const ProseRow& row : rows) {
         QStringList dates;
         for (const ProseDate& date : datesIn(QString::fromUtf8(row.text)))
             dates << date.moment.toString(u"yyyy-MM-dd HH:mm:ss"_s);

@@ -1,5 +1,6 @@
 #include "archive/pipeline/ReadyArchive.h"
 
+#include "fixtures/Statuses.h"
 #include "model/SetName.h"
 
 #include <gtest/gtest.h>
@@ -9,14 +10,7 @@ using namespace Qt::StringLiterals;
 namespace vormel {
 namespace {
 
-constexpr auto queued = DownloadStatus::queued;
-constexpr auto resolving = DownloadStatus::resolving;
-constexpr auto expanding = DownloadStatus::expanding;
-constexpr auto downloading = DownloadStatus::downloading;
-constexpr auto paused = DownloadStatus::paused;
-constexpr auto stopped = DownloadStatus::stopped;
-constexpr auto completed = DownloadStatus::completed;
-constexpr auto failed = DownloadStatus::failed;
+using namespace fixtures::statuses;
 
 /// One item of the queue. Without a path its file is not on the disk.
 struct Member

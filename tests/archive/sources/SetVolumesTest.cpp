@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 namespace vormel {
 namespace {
 
-struct Row
+struct VolumeRow
 {
     const char* name;
     const char16_t* archive;
@@ -20,7 +20,7 @@ struct Row
     bool isSource;
 };
 
-class SetVolumes : public ::testing::TestWithParam<Row>
+class SetVolumes : public ::testing::TestWithParam<VolumeRow>
 {
 protected:
     /// Does it tell the file, once, by its whole path?
@@ -32,7 +32,7 @@ protected:
     fixtures::Sandbox sandbox;
 };
 
-const Row rows[] = {
+const VolumeRow volumeRows[] = {
     {"itself", u"a.part1.rar", u"a.part1.rar", true, true},
     {"anotherPart", u"a.part1.rar", u"a.part2.rar", true, true},
     {"aPartInAnotherLetterCase", u"a.part1.rar", u"a.PART3.RAR", true, true},
@@ -74,7 +74,7 @@ TEST_P(SetVolumes, AreThoseOfTheSetAlone)
     EXPECT_EQ(tells(sourcesOf(archive)), GetParam().isSource);
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, SetVolumes, ::testing::ValuesIn(rows),
+INSTANTIATE_TEST_SUITE_P(Rows, SetVolumes, ::testing::ValuesIn(volumeRows),
                          [](const auto& row) { return std::string(row.param.name); });
 
 TEST(SetVolumesOnDisk, AreOfTheArchivesOwnFolder)

@@ -30,7 +30,7 @@ constexpr Kind s = DownloadStatus::stopped;
 constexpr Kind c = DownloadStatus::completed;
 constexpr Kind f = DownloadStatus::failed;
 
-struct Command
+struct TableCommand
 {
     const char* name;
     void (*give)(DownloadManager& manager, const Items& items);
@@ -47,7 +47,7 @@ void moveToTheFront(DownloadManager& manager, const Items& items)
     manager.commands().moveGroups({ids.indexOf(items[0]->filename())}, 0, ids);
 }
 
-const Command commandTable[] = {
+const TableCommand commandTable[] = {
     {"Pause", [](DownloadManager& m, const Items& i) { m.commands().pauseItems(i); }, false, {q, r, e, p, p, s, c, f}},
     {"PauseAll", [](DownloadManager& m, const Items&) { m.commands().pauseAll(); }, false, {p, r, e, p, p, s, c, f}},
     {"Stop", [](DownloadManager& m, const Items& i) { m.commands().stopItems(i); }, false, {s, s, e, s, s, s, c, f}},
@@ -76,7 +76,7 @@ const Command commandTable[] = {
     {"Reorder", moveToTheFront, false, {q, r, e, d, p, s, c, f}},
 };
 
-class CommandTable : public ::testing::TestWithParam<Command>
+class CommandTable : public ::testing::TestWithParam<TableCommand>
 {
 protected:
     /// An item in that status, with no slot free for another.

@@ -12,7 +12,7 @@ using namespace vormel::fixtures;
 
 namespace {
 
-const QString partFile = u"Downloads/x.rar.download"_s;
+const QString partOfRar = u"Downloads/x.rar.download"_s;
 
 class QueueCommandsTest : public ::testing::Test
 {
@@ -62,7 +62,7 @@ TEST_F(QueueCommandsTest, PauseKeepsThePartFileAndStartAllGoesOnFromIt)
 {
     downloading();
     engine.manager().commands().pauseAll();
-    EXPECT_EQ(engine.sandbox.read(partFile), "abc");
+    EXPECT_EQ(engine.sandbox.read(partOfRar), "abc");
     engine.manager().commands().startAll();
     turnEventLoop();
     EXPECT_EQ(engine.http.last().header("Range"), "bytes=3-");
@@ -72,7 +72,7 @@ TEST_F(QueueCommandsTest, RemovalOfARunningItemDeletesItsPartFile)
 {
     const ItemPtr item = downloading();
     engine.manager().commands().removeItems({item->id()});
-    EXPECT_FALSE(engine.sandbox.exists(partFile));
+    EXPECT_FALSE(engine.sandbox.exists(partOfRar));
     EXPECT_TRUE(engine.http.last().isDropped);
     EXPECT_TRUE(engine.manager().items().empty());
 }
@@ -82,7 +82,7 @@ TEST_F(QueueCommandsTest, RemovalOfAPausedItemLeavesItsPartFile)
     const ItemPtr item = downloading();
     engine.manager().commands().pauseAll();
     engine.manager().commands().removeItems({item->id()});
-    EXPECT_TRUE(engine.sandbox.exists(partFile));
+    EXPECT_TRUE(engine.sandbox.exists(partOfRar));
 }
 
 TEST_F(QueueCommandsTest, RemovalStartsTheNextItem)

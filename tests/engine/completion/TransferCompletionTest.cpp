@@ -1,3 +1,4 @@
+#include "engine/OneTransfer.h"
 #include "engine/transfer/TransferTexts.h"
 #include "fixtures/EngineOnScript.h"
 #include "fixtures/EventLoop.h"
@@ -15,9 +16,6 @@ using namespace vormel;
 using namespace vormel::fixtures;
 
 namespace {
-
-const QString rarLink = u"http://h/x.rar"_s;
-const QString partFile = u"Downloads/x.rar.download"_s;
 
 class TransferCompletionTest : public ::testing::Test
 {

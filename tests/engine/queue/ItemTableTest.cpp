@@ -12,17 +12,17 @@ namespace {
 constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
 
 /// A rank for each of the items a, b, c and so on; `none` for those that get no number.
-struct Row
+struct TableRow
 {
     const char* name;
     std::vector<std::size_t> ranks;
     const char16_t* order;
 };
 
-class TableOrder : public ::testing::TestWithParam<Row>, protected fixtures::QuietTable
+class TableOrder : public ::testing::TestWithParam<TableRow>, protected fixtures::QuietTable
 {};
 
-const Row rows[] = {
+const TableRow tableRows[] = {
     {"asItStands", {0, 1, 2, 3}, u"abcd"},
     {"reversed", {3, 2, 1, 0}, u"dcba"},
     {"ranksNeedNotFollowEachOther", {70, 5, 900, 6}, u"bdac"},
@@ -63,7 +63,7 @@ TEST_P(TableOrder, FollowsTheRanks)
     EXPECT_EQ(order, QString::fromUtf16(GetParam().order));
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, TableOrder, ::testing::ValuesIn(rows),
+INSTANTIATE_TEST_SUITE_P(Rows, TableOrder, ::testing::ValuesIn(tableRows),
                          [](const auto& row) { return std::string(row.param.name); });
 
 TEST_F(ItemTableTest, KeepsItsRowsBesideItsItems)

@@ -1,4 +1,5 @@
 #include "engine/OneTransfer.h"
+#include "engine/SavedQueue.h"
 
 #include <QDir>
 #include <QFile>
@@ -16,7 +17,6 @@ using ::testing::ElementsAre;
 
 namespace {
 
-const QString queueFile = u"data/Vormel/download_queue.json"_s;
 const QString secondPart = u"Downloads/x.rar (1).download"_s;
 
 /// Whose bytes a part file holds, and who may go on with them.

@@ -1,4 +1,5 @@
 #include "engine/QueueScene.h"
+#include "engine/SavedQueue.h"
 #include "engine/queue/QueueRecords.h"
 
 #include <QFile>
@@ -12,8 +13,6 @@ using namespace vormel;
 using namespace vormel::fixtures;
 
 namespace {
-
-const QString queueFile = u"data/Vormel/download_queue.json"_s;
 
 void nothing(QueueScene& /*scene*/) {}
 

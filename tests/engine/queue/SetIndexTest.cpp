@@ -1,5 +1,7 @@
 #include "engine/queue/SetIndex.h"
 
+#include "fixtures/Statuses.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -51,10 +53,7 @@ protected:
     }};
 };
 
-constexpr auto queued = DownloadStatus::queued;
-constexpr auto completed = DownloadStatus::completed;
-constexpr auto idle = ExtractionStatus::idle;
-constexpr auto done = ExtractionStatus::done;
+using namespace fixtures::statuses;
 
 struct ShareRow
 {

@@ -13,7 +13,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-const DownloadStatus failed = DownloadStatus::failure(u"gone"_s);
+const DownloadStatus gone = DownloadStatus::failure(u"gone"_s);
 
 class NetworkRecoveryTest : public ::testing::Test
 {
@@ -216,7 +216,7 @@ TEST_F(NetworkRecoveryTest, ChecksTheSetAMinuteAfterAPartHasFailed)
     fail(part);
     part->setStatus(DownloadStatus::stopped);
     engine.clock.advance(2s);
-    part->setStatus(failed);
+    part->setStatus(gone);
     engine.clock.advance(57s);
     EXPECT_FALSE(isRevFetched());
     engine.clock.advance(1s);
@@ -227,7 +227,7 @@ TEST_F(NetworkRecoveryTest, ChecksTheSetAlsoWhenAnotherPartIsPaused)
 {
     fail(part);
     engine.manager().commands().retryItem(*part);
-    engine.manager().commands().interruptItem(*part, failed);
+    engine.manager().commands().interruptItem(*part, gone);
     ASSERT_EQ(set[1]->status(), DownloadStatus::paused);
     engine.clock.advance(60s);
     EXPECT_TRUE(isRevFetched());
@@ -239,7 +239,7 @@ TEST_F(NetworkRecoveryTest, HoldsTheCheckBackWhileAPartIsAtWork)
         fail(part);
         part->setStatus(DownloadStatus::stopped);
         engine.clock.advance(2s);
-        part->setStatus(failed);
+        part->setStatus(gone);
         set[1]->setStatus(status);
         engine.clock.advance(70s);
         EXPECT_EQ(rev->status(), DownloadStatus::paused) << status;

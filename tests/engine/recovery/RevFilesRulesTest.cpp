@@ -1,6 +1,7 @@
 #include "engine/QuietTable.h"
 #include "engine/recovery/RevFiles.h"
 #include "fixtures/Sandbox.h"
+#include "fixtures/Statuses.h"
 #include "model/AppSettings.h"
 #include "platform/storage/FileWriter.h"
 
@@ -282,10 +283,7 @@ struct Volumes
 class RevVolumes : public RevFilesRules, public ::testing::WithParamInterface<Volumes>
 {};
 
-constexpr Kind queued = DownloadStatus::queued;
-constexpr Kind completed = DownloadStatus::completed;
-constexpr Kind downloading = DownloadStatus::downloading;
-constexpr Kind failed = DownloadStatus::failed;
+using namespace fixtures::statuses;
 
 const Volumes volumes[] = {
     {"none", {}, false, false},

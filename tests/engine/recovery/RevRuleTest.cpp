@@ -1,6 +1,7 @@
 #include "engine/recovery/RevRule.h"
 
 #include "engine/QuietTable.h"
+#include "fixtures/Statuses.h"
 
 #include <gtest/gtest.h>
 
@@ -9,19 +10,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr auto queued = DownloadStatus::queued;
-constexpr auto resolving = DownloadStatus::resolving;
-constexpr auto expanding = DownloadStatus::expanding;
-constexpr auto downloading = DownloadStatus::downloading;
-constexpr auto paused = DownloadStatus::paused;
-constexpr auto stopped = DownloadStatus::stopped;
-constexpr auto completed = DownloadStatus::completed;
-constexpr auto failed = DownloadStatus::failed;
-
-constexpr auto idle = ExtractionStatus::idle;
-constexpr auto extracting = ExtractionStatus::extracting;
-constexpr auto repairing = ExtractionStatus::repairing;
-constexpr auto done = ExtractionStatus::done;
+using namespace fixtures::statuses;
 
 struct Member
 {

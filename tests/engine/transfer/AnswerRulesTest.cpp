@@ -8,7 +8,7 @@ using namespace vormel;
 
 namespace {
 
-struct Row
+struct AnswerRow
 {
     const char* name;
     int status;
@@ -20,7 +20,7 @@ struct Row
 
 const QString rar = u"x.rar"_s;
 
-HttpResponse responseOf(const Row& row)
+HttpResponse responseOf(const AnswerRow& row)
 {
     HttpResponse response;
     response.statusCode = row.status;
@@ -29,11 +29,11 @@ HttpResponse responseOf(const Row& row)
     return response;
 }
 
-const std::vector<Row>& rows()
+const std::vector<AnswerRow>& answerRows()
 {
     const HttpHeader html{"Content-Type", "Text/HTML; charset=utf-8"};
     const HttpHeader plain{"Content-Type", "text/plain"};
-    static const std::vector<Row> all{
+    static const std::vector<AnswerRow> all{
         {"FreshWhole", 200, {{"Content-Length", "5"}}, {rar, 0, 0, {}}, AnswerKind::whole, 5},
         {"FreshWithoutLength", 200, {}, {rar, 0, 0, {}}, AnswerKind::whole, 0},
         {"RangeIgnored", 200, {{"Content-Length", "2000"}}, {rar, 1000, 2000, {}}, AnswerKind::whole, 2000},
@@ -230,7 +230,7 @@ const std::vector<Row>& rows()
     return all;
 }
 
-class AnswerRules : public ::testing::TestWithParam<Row>
+class AnswerRules : public ::testing::TestWithParam<AnswerRow>
 {};
 
 TEST_P(AnswerRules, JudgesTheHead)
@@ -240,8 +240,8 @@ TEST_P(AnswerRules, JudgesTheHead)
     EXPECT_EQ(answer.total, GetParam().total);
 }
 
-INSTANTIATE_TEST_SUITE_P(Answers, AnswerRules, ::testing::ValuesIn(rows()),
-                         [](const ::testing::TestParamInfo<Row>& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(Answers, AnswerRules, ::testing::ValuesIn(answerRows()),
+                         [](const ::testing::TestParamInfo<AnswerRow>& row) { return std::string(row.param.name); });
 
 struct Bounds
 {

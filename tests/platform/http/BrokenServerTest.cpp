@@ -14,9 +14,6 @@ using namespace std::chrono_literals;
 using sites::Answer;
 using sites::PatternContent;
 
-constexpr qint64 kib = 1024;
-constexpr qint64 mib = 1024 * kib;
-
 /// What the client makes of servers that break the rules.
 class BrokenServerTest : public LoopbackTest
 {

@@ -11,6 +11,9 @@
 
 namespace vormel {
 
+inline constexpr qint64 kib = 1024;
+inline constexpr qint64 mib = 1024 * kib;
+
 inline void PrintTo(HttpError::Kind kind, std::ostream* out)
 {
     *out << "HttpError::Kind " << static_cast<int>(kind);

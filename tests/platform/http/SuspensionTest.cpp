@@ -8,9 +8,6 @@ namespace {
 
 using sites::PatternContent;
 
-constexpr qint64 kib = 1024;
-constexpr qint64 mib = 1024 * kib;
-
 class SuspensionTest : public LoopbackTest
 {};
 

@@ -1,5 +1,6 @@
 #include "config/Services.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/Languages.h"
 #include "kit/PlatformTexts.h"
 #include "ui/Part.h"
 #include "ui/help/HelpFeatures.h"
@@ -14,8 +15,8 @@ using namespace Qt::StringLiterals;
 namespace vormel {
 namespace {
 
-constexpr AppLanguage english = AppLanguage::english;
-constexpr AppLanguage italian = AppLanguage::italian;
+using fixtures::english;
+using fixtures::italian;
 
 struct Wording
 {

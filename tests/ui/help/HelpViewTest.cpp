@@ -3,6 +3,7 @@
 #include "config/Services.h"
 #include "fixtures/EngineOnScript.h"
 #include "fixtures/EventLoop.h"
+#include "fixtures/Languages.h"
 #include "kit/PlatformTexts.h"
 #include "ui/Part.h"
 #include "ui/help/HelpFeatureRow.h"
@@ -19,8 +20,8 @@ using namespace Qt::StringLiterals;
 namespace vormel {
 namespace {
 
-constexpr AppLanguage english = AppLanguage::english;
-constexpr AppLanguage italian = AppLanguage::italian;
+using fixtures::english;
+using fixtures::italian;
 
 class HelpViewTest : public ::testing::Test
 {

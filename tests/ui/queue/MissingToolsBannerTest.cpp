@@ -1,6 +1,7 @@
 #include "ui/queue/MissingToolsBanner.h"
 
 #include "fixtures/EventLoop.h"
+#include "fixtures/Languages.h"
 #include "ui/FakeDesktop.h"
 #include "ui/Part.h"
 #include "ui/queue/DownloadQueueView.h"
@@ -14,8 +15,8 @@ using namespace Qt::StringLiterals;
 namespace vormel {
 namespace {
 
-constexpr auto english = AppLanguage::english;
-constexpr auto italian = AppLanguage::italian;
+using fixtures::english;
+using fixtures::italian;
 
 TEST(MissingToolsBanner, NamesWhatIsMissingInBothLanguages)
 {

@@ -1,5 +1,6 @@
 #include "ui/settings/CommandAlert.h"
 
+#include "fixtures/Languages.h"
 #include "ui/settings/SettingsPage.h"
 
 #include <QPushButton>
@@ -9,8 +10,8 @@ using namespace Qt::StringLiterals;
 namespace vormel {
 namespace {
 
-constexpr AppLanguage english = AppLanguage::english;
-constexpr AppLanguage italian = AppLanguage::italian;
+using fixtures::english;
+using fixtures::italian;
 
 class CommandAlertTest : public fixtures::SettingsPage
 {

@@ -1,5 +1,6 @@
 #include "ui/settings/InstallSection.h"
 
+#include "fixtures/Languages.h"
 #include "kit/PlatformTexts.h"
 #include "ui/settings/BrewInstallRow.h"
 #include "ui/settings/SettingsPage.h"
@@ -11,8 +12,8 @@ using namespace Qt::StringLiterals;
 namespace vormel {
 namespace {
 
-constexpr AppLanguage english = AppLanguage::english;
-constexpr AppLanguage italian = AppLanguage::italian;
+using fixtures::english;
+using fixtures::italian;
 
 class InstallSectionTest : public fixtures::SettingsPage
 {

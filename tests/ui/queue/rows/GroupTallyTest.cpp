@@ -1,5 +1,7 @@
 #include "ui/queue/rows/GroupTally.h"
 
+#include "fixtures/Statuses.h"
+
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -32,14 +34,7 @@ struct Case
     bool isStopped;
 };
 
-constexpr auto queued = DownloadStatus::queued;
-constexpr auto resolving = DownloadStatus::resolving;
-constexpr auto expanding = DownloadStatus::expanding;
-constexpr auto downloading = DownloadStatus::downloading;
-constexpr auto paused = DownloadStatus::paused;
-constexpr auto stopped = DownloadStatus::stopped;
-constexpr auto completed = DownloadStatus::completed;
-constexpr auto failed = DownloadStatus::failed;
+using namespace fixtures::statuses;
 
 class GroupSummary : public ::testing::TestWithParam<Case>
 {};

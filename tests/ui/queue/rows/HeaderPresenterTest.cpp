@@ -1,6 +1,7 @@
 #include "ui/queue/rows/HeaderPresenter.h"
 
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/Languages.h"
 
 #include <gtest/gtest.h>
 
@@ -9,8 +10,8 @@ using namespace Qt::StringLiterals;
 namespace vormel {
 namespace {
 
-constexpr auto english = AppLanguage::english;
-constexpr auto italian = AppLanguage::italian;
+using fixtures::english;
+using fixtures::italian;
 
 class HeaderPresenter : public ::testing::Test
 {

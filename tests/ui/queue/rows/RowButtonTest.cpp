@@ -1,6 +1,7 @@
 #include "ui/queue/rows/RowButton.h"
 
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/Languages.h"
 #include "kit/PlatformTexts.h"
 
 #include <gmock/gmock.h>
@@ -11,11 +12,11 @@ using namespace Qt::StringLiterals;
 namespace vormel {
 namespace {
 
+using fixtures::english;
+using fixtures::italian;
 using ::testing::ElementsAre;
 using ::testing::IsSupersetOf;
 using ::testing::Not;
-constexpr auto english = AppLanguage::english;
-constexpr auto italian = AppLanguage::italian;
 using Kinds = std::vector<DownloadStatus::Kind>;
 
 TEST(RowButton, EveryStatusHasItsButtonsAndEndsWithRemove)

@@ -1,6 +1,7 @@
 #include "ui/queue/rows/RowPresenter.h"
 
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/Languages.h"
 
 #include <gtest/gtest.h>
 
@@ -9,10 +10,10 @@ using namespace Qt::StringLiterals;
 namespace vormel {
 namespace {
 
+using fixtures::english;
+using fixtures::italian;
 using fixtures::link;
-constexpr auto english = AppLanguage::english;
-constexpr auto italian = AppLanguage::italian;
-constexpr WallTime now{std::chrono::hours(100)};
+constexpr WallTime presentTime{std::chrono::hours(100)};
 
 class RowPresenter : public ::testing::Test
 {
@@ -55,11 +56,11 @@ TEST_F(RowPresenter, TellsHowFarTheArchiveStepIs)
     item.setExtractionStatus(ExtractionStatus::extracting);
     EXPECT_EQ(extractionText(item, english), u"Checking / extracting…");
     EXPECT_EQ(extractionText(item, italian), u"Verifica / estrazione…");
-    EXPECT_EQ(rowContent(item, english, now).extractionProgress, std::nullopt);
+    EXPECT_EQ(rowContent(item, english, presentTime).extractionProgress, std::nullopt);
     item.setExtractionProgress(0.426);
     EXPECT_EQ(extractionText(item, english), u"43%");
-    EXPECT_EQ(rowContent(item, english, now).extractionProgress, 0.426);
-    EXPECT_TRUE(rowContent(item, english, now).hasExtractionBar);
+    EXPECT_EQ(rowContent(item, english, presentTime).extractionProgress, 0.426);
+    EXPECT_TRUE(rowContent(item, english, presentTime).hasExtractionBar);
 }
 
 TEST_F(RowPresenter, TellsHowTheArchiveStepEnded)
@@ -79,16 +80,16 @@ TEST_F(RowPresenter, CountsTheTimeOfAStepWithoutAnEnd)
 {
     using std::chrono::seconds;
     item.setExtractionStatus(ExtractionStatus::repairing);
-    EXPECT_EQ(elapsedText(item, now), u"");
-    item.setExtractionStartedAt(now - seconds(7));
-    EXPECT_EQ(elapsedText(item, now), u"0:07");
-    EXPECT_EQ(elapsedText(item, now + seconds(125)), u"2:12");
-    EXPECT_EQ(elapsedText(item, now + seconds(6000)), u"100:07");
-    EXPECT_EQ(elapsedText(item, now - seconds(60)), u"0:00");
-    EXPECT_EQ(rowContent(item, english, now).elapsedText, u"0:07");
+    EXPECT_EQ(elapsedText(item, presentTime), u"");
+    item.setExtractionStartedAt(presentTime - seconds(7));
+    EXPECT_EQ(elapsedText(item, presentTime), u"0:07");
+    EXPECT_EQ(elapsedText(item, presentTime + seconds(125)), u"2:12");
+    EXPECT_EQ(elapsedText(item, presentTime + seconds(6000)), u"100:07");
+    EXPECT_EQ(elapsedText(item, presentTime - seconds(60)), u"0:00");
+    EXPECT_EQ(rowContent(item, english, presentTime).elapsedText, u"0:07");
     item.setExtractionStatus(ExtractionStatus::extracting);
     item.setExtractionProgress(0.5);
-    EXPECT_EQ(rowContent(item, english, now).elapsedText, u"");
+    EXPECT_EQ(rowContent(item, english, presentTime).elapsedText, u"");
 }
 
 TEST_F(RowPresenter, MovesWhileItWaitsWithoutAnEnd)
@@ -110,15 +111,15 @@ TEST_F(RowPresenter, AFailedArchiveStepHasRoomForTwoLinesAndARetry)
 {
     item.setExtractionStatus(ExtractionStatus::failure(u"x"_s));
     EXPECT_EQ(rowLines(item), RowLines(RowLine::failure));
-    EXPECT_EQ(rowContent(item, english, now).retryText, u"Retry");
-    EXPECT_EQ(rowContent(item, italian, now).retryText, u"Riprova");
+    EXPECT_EQ(rowContent(item, english, presentTime).retryText, u"Retry");
+    EXPECT_EQ(rowContent(item, italian, presentTime).retryText, u"Riprova");
 }
 
 TEST_F(RowPresenter, StatusTextFollowsTheLanguage)
 {
     item.setStatus(DownloadStatus::paused);
-    EXPECT_EQ(rowContent(item, english, now).statusText, u"Paused");
-    EXPECT_EQ(rowContent(item, italian, now).statusText, u"In pausa");
+    EXPECT_EQ(rowContent(item, english, presentTime).statusText, u"Paused");
+    EXPECT_EQ(rowContent(item, italian, presentTime).statusText, u"In pausa");
 }
 
 TEST_F(RowPresenter, SpeaksTheWholeRow)
@@ -126,16 +127,17 @@ TEST_F(RowPresenter, SpeaksTheWholeRow)
     item.setStatus(DownloadStatus::downloading);
     item.setBytesReceived(2048);
     item.setSpeedBytesPerSec(1024);
-    EXPECT_EQ(accessibleText(rowContent(item, english, now)), u"file.rar, Downloading, 2 KB, 1 KB/s, Host.example");
+    EXPECT_EQ(accessibleText(rowContent(item, english, presentTime)),
+              u"file.rar, Downloading, 2 KB, 1 KB/s, Host.example");
 }
 
 TEST_F(RowPresenter, ToolTipHasTheWholeFailureAndNoMarkupFromOutside)
 {
     const QString message = u"<b>long</b> "_s.repeated(20);
     item.setStatus(DownloadStatus::failure(message));
-    EXPECT_TRUE(rowToolTip(rowContent(item, english, now)).contains(message.toHtmlEscaped()));
-    EXPECT_FALSE(rowToolTip(rowContent(item, english, now)).contains(u"<b>"));
-    EXPECT_TRUE(accessibleText(rowContent(item, english, now)).contains(message));
+    EXPECT_TRUE(rowToolTip(rowContent(item, english, presentTime)).contains(message.toHtmlEscaped()));
+    EXPECT_FALSE(rowToolTip(rowContent(item, english, presentTime)).contains(u"<b>"));
+    EXPECT_TRUE(accessibleText(rowContent(item, english, presentTime)).contains(message));
 }
 
 TEST_F(RowPresenter, TellsWhatAVerificationCameTo)
@@ -170,14 +172,14 @@ TEST_F(RowPresenter, TellsWhatAVerificationCameTo)
         {{VerificationResult::failed, 0, u"code 9"_s}, u"Verification failed: code 9"_s, u"Verifica fallita: code 9"_s},
     };
     EXPECT_FALSE(rowLines(item).testFlag(RowLine::verification));
-    EXPECT_EQ(rowContent(item, english, now).verificationText, u"");
+    EXPECT_EQ(rowContent(item, english, presentTime).verificationText, u"");
     for (const Told& told : all) {
         item.setVerification(told.result);
-        const RowContent content = rowContent(item, english, now);
+        const RowContent content = rowContent(item, english, presentTime);
         EXPECT_TRUE(content.lines.testFlag(RowLine::verification));
         EXPECT_EQ(content.verification, told.result.kind);
         EXPECT_EQ(content.verificationText, told.inEnglish);
-        EXPECT_EQ(rowContent(item, italian, now).verificationText, told.inItalian);
+        EXPECT_EQ(rowContent(item, italian, presentTime).verificationText, told.inItalian);
         EXPECT_TRUE(accessibleText(content).contains(told.inEnglish));
         EXPECT_TRUE(rowToolTip(content).contains(told.inEnglish.toHtmlEscaped()));
     }
