@@ -4,7 +4,7 @@ include_guard(GLOBAL)
 set(VORMEL_FILESTORE_DOMAIN "filestore.example" CACHE STRING "Web domain of the Filestore service")
 set(VORMEL_FILESTORE_DISPLAY_NAME "Filestore.example" CACHE STRING "Label shown for the Filestore service")
 set(VORMEL_TERABYTEZ_DOMAIN "terabytez.example" CACHE STRING "Web domain of the Terabytez service")
-set(VORMEL_TERABYTEZ_HOST_KEY "terabytez-host.example" CACHE STRING "Stored key of the Terabytez service")
+set(VORMEL_TERABYTEZ_HOST_KEY "files.terabytez.example" CACHE STRING "Stored key of the Terabytez service")
 set(VORMEL_TERABYTEZ_DISPLAY_NAME "Terabytez" CACHE STRING "Label shown for the Terabytez service")
 set(VORMEL_OTHER_FILE_HOST_DOMAINS
     "rapidgator.net;turbobit.net;uploaded.net;1fichier.com;katfile.com;nitroflare.com;mega.nz;ddownload.com;mixdrop.co;filespace.com"

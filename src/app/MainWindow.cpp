@@ -6,6 +6,7 @@
 #include "kit/BoundText.h"
 #include "kit/GlyphIcon.h"
 #include "kit/QtTranslation.h"
+#include "resolvers/ResolverTables.h"
 #include "ui/accounts/AccountsView.h"
 #include "ui/help/HelpWindowController.h"
 #include "ui/queue/DownloadQueueView.h"
@@ -26,7 +27,8 @@ MainWindow::MainWindow(const ViewPorts& ports, Updater& updater)
     , m_sidebar(new Sidebar(settings(), this))
     , m_pages(new QStackedWidget(this))
     , m_queue(new DownloadQueueView(m_ports, m_pages))
-    , m_help(new HelpWindowController(settings(), *this))
+    , m_help(new HelpWindowController(
+          settings(), m_ports.manager.resolvers().profiles().of(SupportedHost::filestore).domain, *this))
 {
     constexpr QSize minSize(700, 450);
     constexpr QSize usual(980, 640);

@@ -17,12 +17,14 @@ QString ownVersion()
 
 } // namespace
 
-Program::Program(const Folders& folders, const CurlHttpClient::Options& network, const Services& services)
+Program::Program(const Folders& folders, const CurlHttpClient::Options& network, const Reports& reports)
     : m_downloadsFolder(folders.downloads)
+    , m_services(readServicesFile(folders.configuration + u"/services.json"_s, Services::builtIn()))
     , m_http(m_clock, network)
     , m_defaults(folders.configuration + u"/preferences.json"_s, m_fileWriter)
-    , m_launchPing(m_http, m_defaults, {services.telemetry, ownVersion(), QSysInfo::prettyProductName()})
-    , m_updater(m_http, m_defaults, m_clock, QUrl(services.updateFeed), Version::parse(ownVersion()).value())
+    , m_launchPing(m_http, m_defaults, {reports.telemetry, ownVersion(), QSysInfo::prettyProductName()})
+    , m_updater(m_http, m_defaults, m_clock, QUrl(reports.updateFeed), Version::parse(ownVersion()).value())
+    , m_resolvers(HostProfiles(m_services.services), {}, {})
     , m_terminal(folders.runtime, qEnvironmentVariable("TERMINAL"))
     , m_manager(platform(folders), DownloadManager::Ports{m_resolvers, m_extractor})
 {

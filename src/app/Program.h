@@ -5,6 +5,7 @@
 #include "archive/tools/ArchiveExtractor.h"
 #include "archive/tools/ToolWatch.h"
 #include "engine/DownloadManager.h"
+#include "model/ServicesFile.h"
 #include "platform/Platform.h"
 #include "platform/clock/SystemClock.h"
 #include "platform/desktop/FileViewer.h"
@@ -30,19 +31,21 @@ class Program
 {
 public:
     /// Where the program reports to of itself; an empty address means that it does not.
-    struct Services
+    struct Reports
     {
         QString updateFeed;
         QString telemetry;
     };
 
-    /// Reads preferences and queue from the folders; the first start of an installation is counted on the way.
-    explicit Program(const Folders& folders, const CurlHttpClient::Options& network = {},
-                     const Services& services = {});
+    /// Reads services, preferences and queue from the folders; the first start of an installation is counted on the
+    /// way.
+    explicit Program(const Folders& folders, const CurlHttpClient::Options& network = {}, const Reports& reports = {});
 
     [[nodiscard]] DownloadManager& manager() { return m_manager; }
     /// What the window works with; lives as long as the program.
     [[nodiscard]] ViewPorts viewPorts();
+    /// Why the file of services in the configuration folder is not taken, if it is there and not taken.
+    [[nodiscard]] const std::optional<ServicesProblem>& servicesProblem() const { return m_services.problem; }
     [[nodiscard]] UserDefaults& defaults() { return m_defaults; }
     [[nodiscard]] FeedUpdater& updater() { return m_updater; }
     [[nodiscard]] UrlOpener& urlOpener() { return m_urlOpener; }
@@ -51,6 +54,7 @@ private:
     [[nodiscard]] Platform platform(const Folders& folders);
 
     QString m_downloadsFolder;
+    ServicesReading m_services;
     SystemClock m_clock;
     CurlHttpClient m_http;
     NoSecrets m_secrets;

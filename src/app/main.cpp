@@ -1,6 +1,7 @@
 #include "app/DesktopActivation.h"
 #include "app/MainWindow.h"
 #include "app/Program.h"
+#include "app/ServicesAlert.h"
 #include "app/WindowPlace.h"
 #include "app/update/UpdateNotice.h"
 #include "config/Services.h"
@@ -50,7 +51,7 @@ bool showRunning(const vormel::SingleInstance& instance, const QString& token)
            instance.askFirstToShow();
 }
 
-vormel::Program::Services services()
+vormel::Program::Reports reports()
 {
     return {QString(vormel::updateFeedUrl), QString(vormel::telemetryUrl)};
 }
@@ -61,7 +62,7 @@ int run(const vormel::SingleInstance& instance, vormel::TerminationSignals& sign
 {
     vormel::CurlHttpClient::Options network;
     network.userAgent = "Vormel/" + QByteArray(vormel::programVersion.data());
-    vormel::Program program(folders, network, services());
+    vormel::Program program(folders, network, reports());
     vormel::MainWindow window(program.viewPorts(), program.updater());
     const vormel::WindowPlace windowPlace(window, window.splitter(), program.defaults());
     const vormel::UpdateNotice updateNotice(program.updater(), program.manager().settings(), program.urlOpener(),
@@ -72,6 +73,7 @@ int run(const vormel::SingleInstance& instance, vormel::TerminationSignals& sign
     QObject::connect(qApp, &QApplication::aboutToQuit, &window, [&program] { program.manager().shutDown(); });
     signalsOfTheSystem.listen();
     window.show();
+    vormel::tellOfServices(program.servicesProblem(), program.manager().settings(), window);
 
     // The bus can wait until the window is there.
     const vormel::DesktopActivation activation(QDBusConnection::sessionBus());

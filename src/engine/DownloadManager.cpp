@@ -4,6 +4,7 @@
 #include "model/DownloadPaths.h"
 #include "platform/storage/FileWriter.h"
 #include "resolvers/ResolverError.h"
+#include "resolvers/ResolverTables.h"
 
 #include <QFileInfo>
 
@@ -16,7 +17,7 @@ DownloadManager::DownloadManager(const Platform& platform, const Ports& ports)
     , m_platform(platform)
     , m_settings(platform.defaults, platform.folders.downloads)
     , m_table(*this)
-    , m_accounts(platform.defaults, platform.secrets)
+    , m_accounts(platform.defaults, platform.secrets, m_resolvers.profiles())
     , m_queueFile(platform.folders.applicationSupport + u"/download_queue.json"_s, platform.fileWriter)
     , m_groupNames(platform.defaults)
     , m_revFiles(m_table, m_settings, *this)
@@ -25,7 +26,7 @@ DownloadManager::DownloadManager(const Platform& platform, const Ports& ports)
     , m_pipeline({m_settings, platform.clock, ports.extractor, platform.trash, m_archiveQueue})
     , m_waitingArchives(m_table, m_settings, m_revFiles, m_pipeline, *this)
     , m_reports({m_table, m_settings, m_session, m_completion, *this, [this] { Q_EMIT totalSpeedChanged(); }})
-    , m_session(platform.http, platform.fileSync, platform.clock, m_reports)
+    , m_session(platform.http, platform.fileSync, platform.clock, m_resolvers.profiles(), m_reports)
     , m_completion(m_table, m_settings, platform.clock, platform.trash, m_pipeline, m_recovery, *this)
     , m_starter({m_table, m_settings, platform.clock, m_resolvers, m_session, m_pipeline, m_recovery, m_revFiles,
                  m_questions, m_accounts, *this})

@@ -14,9 +14,9 @@ const HostAccount* firstEnabledAccount(const std::vector<HostAccount>& accounts,
     return found == accounts.end() ? nullptr : &*found;
 }
 
-QString keychainAccountKey(const HostAccount& account)
+QString keychainAccountKey(const HostAccount& account, const HostProfiles& profiles)
 {
-    return u"vormel_%1_%2"_s.arg(rawValue(account.host), account.username);
+    return u"vormel_%1_%2"_s.arg(profiles.rawValue(account.host), account.username);
 }
 
 } // namespace vormel

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/HostProfile.h"
+#include "model/HostProfiles.h"
 
 #include <QString>
 #include <QUuid>
@@ -24,6 +24,6 @@ struct HostAccount
 [[nodiscard]] const HostAccount* firstEnabledAccount(const std::vector<HostAccount>& accounts, SupportedHost host);
 
 /// The key that its password is kept under.
-[[nodiscard]] QString keychainAccountKey(const HostAccount& account);
+[[nodiscard]] QString keychainAccountKey(const HostAccount& account, const HostProfiles& profiles);
 
 } // namespace vormel

@@ -1,7 +1,5 @@
 #include "model/HostGroups.h"
 
-#include "model/HostProfile.h"
-
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -11,13 +9,14 @@ namespace vormel {
 namespace {
 
 /// Null for a host or name that is none of the premium hosts'.
-const HostProfile* profileNamedIn(QStringView name)
+const HostProfile* profileNamedIn(QStringView name, const HostProfiles& profiles)
 {
-    const std::span<const HostProfile> profiles = hostProfiles();
-    const auto found = std::find_if(profiles.begin(), profiles.end(), [name](const HostProfile& profile) {
-        return name.contains(profile.groupFragment, Qt::CaseInsensitive);
+    const std::span<const HostProfile> all = profiles.inRankOrder();
+    const auto found = std::find_if(all.begin(), all.end(), [name](const HostProfile& profile) {
+        return name.contains(profile.groupFragment, Qt::CaseInsensitive) ||
+               name.contains(profile.domain, Qt::CaseInsensitive) || name == profile.label;
     });
-    return found == profiles.end() ? nullptr : &*found;
+    return found == all.end() ? nullptr : &*found;
 }
 
 } // namespace
@@ -32,40 +31,41 @@ QString plainHost(const Link& url)
     return host;
 }
 
-QString hostGroupLabel(const Link& url)
+QString hostGroupLabel(const Link& url, const HostProfiles& profiles)
 {
     QString host = plainHost(url);
-    const HostProfile* const profile = profileNamedIn(host);
+    const HostProfile* const profile = profileNamedIn(host, profiles);
     return profile ? profile->label : host;
 }
 
-int hostSortRank(QStringView name)
+int hostSortRank(QStringView name, const HostProfiles& profiles)
 {
-    const HostProfile* const profile = profileNamedIn(name);
-    return profile ? profile->rank : static_cast<int>(hostProfiles().size());
+    const HostProfile* const profile = profileNamedIn(name, profiles);
+    return profile ? profile->rank : static_cast<int>(profiles.inRankOrder().size());
 }
 
-void sortHostGroups(std::vector<PendingHostSelection::HostGroup>& groups)
+void sortHostGroups(std::vector<PendingHostSelection::HostGroup>& groups, const HostProfiles& profiles)
 {
-    std::stable_sort(groups.begin(), groups.end(), [](const auto& a, const auto& b) {
-        const int rankA = hostSortRank(a.displayName);
-        const int rankB = hostSortRank(b.displayName);
+    std::stable_sort(groups.begin(), groups.end(), [&profiles](const auto& a, const auto& b) {
+        const int rankA = hostSortRank(a.displayName, profiles);
+        const int rankB = hostSortRank(b.displayName, profiles);
         return rankA != rankB ? rankA < rankB : a.displayName < b.displayName;
     });
 }
 
-std::vector<PendingHostSelection::HostGroup> groupURLsByHost(const std::vector<Link>& urls)
+std::vector<PendingHostSelection::HostGroup> groupURLsByHost(const std::vector<Link>& urls,
+                                                             const HostProfiles& profiles)
 {
     std::vector<PendingHostSelection::HostGroup> groups;
     for (const Link& url : urls) {
-        const QString label = hostGroupLabel(url);
+        const QString label = hostGroupLabel(url, profiles);
         auto group =
             std::find_if(groups.begin(), groups.end(), [&label](const auto& g) { return g.displayName == label; });
         if (group == groups.end())
             group = groups.insert(groups.end(), {label, {}});
         group->urls.push_back(url);
     }
-    sortHostGroups(groups);
+    sortHostGroups(groups, profiles);
     return groups;
 }
 

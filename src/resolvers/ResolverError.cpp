@@ -15,9 +15,9 @@ ResolverError ResolverError::noAccountConfigured(const QString& hostDisplayName)
     return {Kind::noAccountConfigured, u"No account configured for "_s + hostDisplayName};
 }
 
-ResolverError ResolverError::loginRequired(SupportedHost host)
+ResolverError ResolverError::loginRequired(const HostProfile& profile)
 {
-    return {Kind::loginRequired, u"Sign in to "_s + displayName(host) + u" required"_s, host};
+    return {Kind::loginRequired, u"Sign in to "_s + profile.label + u" required"_s, profile.host};
 }
 
 ResolverError ResolverError::networkError(const QString& description)

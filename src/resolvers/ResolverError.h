@@ -20,7 +20,7 @@ public:
     };
 
     [[nodiscard]] static ResolverError noAccountConfigured(const QString& hostDisplayName);
-    [[nodiscard]] static ResolverError loginRequired(SupportedHost host);
+    [[nodiscard]] static ResolverError loginRequired(const HostProfile& profile);
     [[nodiscard]] static ResolverError networkError(const QString& description);
     [[nodiscard]] static ResolverError authenticationFailed();
     [[nodiscard]] static ResolverError linkNotFound();

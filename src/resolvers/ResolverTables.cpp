@@ -2,9 +2,10 @@
 
 namespace vormel {
 
-ResolverTables::ResolverTables(std::vector<std::unique_ptr<HostResolver>> hosts,
+ResolverTables::ResolverTables(HostProfiles profiles, std::vector<std::unique_ptr<HostResolver>> hosts,
                                std::vector<std::unique_ptr<ContainerResolver>> containers)
-    : m_hosts(std::move(hosts))
+    : m_profiles(std::move(profiles))
+    , m_hosts(std::move(hosts))
     , m_containers(std::move(containers))
 {}
 
@@ -20,7 +21,7 @@ const ContainerResolver* ResolverTables::containerResolverForURL(const Link& url
 const HostResolver* ResolverTables::hostResolverForURL(const Link& url) const
 {
     for (const auto& resolver : m_hosts) {
-        if (isLinkOf(profileOf(resolver->supportedHost()), url))
+        if (isLinkOf(m_profiles.of(resolver->supportedHost()), url))
             return resolver.get();
     }
     return nullptr;

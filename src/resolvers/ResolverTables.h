@@ -12,16 +12,19 @@ namespace vormel {
 class ResolverTables
 {
 public:
+    /// The built-in profiles and no resolvers.
     ResolverTables() = default;
-    ResolverTables(std::vector<std::unique_ptr<HostResolver>> hosts,
+    ResolverTables(HostProfiles profiles, std::vector<std::unique_ptr<HostResolver>> hosts,
                    std::vector<std::unique_ptr<ContainerResolver>> containers);
 
+    [[nodiscard]] const HostProfiles& profiles() const { return m_profiles; }
     /// The first container service that claims the link; null if none does.
     [[nodiscard]] const ContainerResolver* containerResolverForURL(const Link& url) const;
     /// The premium host that the link belongs to; null for a direct link.
     [[nodiscard]] const HostResolver* hostResolverForURL(const Link& url) const;
 
 private:
+    HostProfiles m_profiles;
     std::vector<std::unique_ptr<HostResolver>> m_hosts;
     std::vector<std::unique_ptr<ContainerResolver>> m_containers;
 };

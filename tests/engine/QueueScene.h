@@ -66,7 +66,7 @@ struct QueueScene
     void signInFirst()
     {
         resolve();
-        log->resolves[1].answer->deliver(ResolverError::loginRequired(SupportedHost::filestore));
+        log->resolves[1].answer->deliver(fixtures::loginRequired(SupportedHost::filestore));
         turnEventLoop();
     }
     void openContainer()

@@ -12,20 +12,13 @@ HostAccount account(SupportedHost host, const QString& username, bool isEnabled 
     return {QUuid::createUuid(), host, username, isEnabled};
 }
 
-TEST(HostAccount, AHostIsStoredUnderOneNameAndShownUnderAnother)
+TEST(HostAccount, ItsPasswordIsKeptByHostAndUserNameAndSurvivesAMoveOfTheService)
 {
-    EXPECT_EQ(rawValue(SupportedHost::filestore), u"filestore.example");
-    EXPECT_EQ(displayName(SupportedHost::filestore), u"Filestore.example");
-    EXPECT_EQ(rawValue(SupportedHost::terabytez), u"terabytez-host.example");
-    EXPECT_EQ(displayName(SupportedHost::terabytez), u"Terabytez");
-}
-
-TEST(HostAccount, OnlyTheExactStoredNameGivesAHost)
-{
-    EXPECT_EQ(supportedHostFromRawValue(u"filestore.example"), SupportedHost::filestore);
-    EXPECT_EQ(supportedHostFromRawValue(u"terabytez-host.example"), SupportedHost::terabytez);
-    for (const QStringView value : {u"", u"Filestore.example", u"terabytez.example", u"Terabytez", u"other"})
-        EXPECT_EQ(supportedHostFromRawValue(value), std::nullopt) << value.toString().toStdString();
+    const HostAccount mine = account(SupportedHost::filestore, u"a %1 b"_s);
+    EXPECT_EQ(keychainAccountKey(mine, HostProfiles()), u"vormel_filestore.example_a %1 b");
+    Services moved = Services::builtIn();
+    moved.filestoreDomain = u"boxes.test"_s;
+    EXPECT_EQ(keychainAccountKey(mine, HostProfiles(moved)), u"vormel_filestore.example_a %1 b");
 }
 
 TEST(HostAccount, TheFirstEnabledAccountOfTheHostIsUsed)

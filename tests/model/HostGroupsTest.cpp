@@ -1,6 +1,5 @@
 #include "model/HostGroups.h"
 
-#include "config/Services.h"
 #include "fixtures/EngineOnScript.h"
 
 #include <gtest/gtest.h>
@@ -14,7 +13,7 @@ namespace {
 
 std::string labelOf(const char* url)
 {
-    return hostGroupLabel(fixtures::link(QString::fromUtf8(url))).toStdString();
+    return hostGroupLabel(fixtures::link(QString::fromUtf8(url)), HostProfiles()).toStdString();
 }
 
 TEST(HostGroups, AHostIsLabelledInSmallLettersWithoutWww)
@@ -39,7 +38,7 @@ TEST(HostGroups, ALinkWithoutAHostIsUnknown)
 TEST(HostGroups, PremiumHostsAreLabelledByTheirDisplayName)
 {
     EXPECT_EQ(labelOf("http://www.terabytez.other/x"), "Terabytez");
-    EXPECT_EQ(labelOf("http://TERABYTEZ-host.example/x"), "Terabytez");
+    EXPECT_EQ(labelOf("http://TERABYTEZ-mirror.example/x"), "Terabytez");
     EXPECT_EQ(labelOf("http://my-filestore.other/x"), "Filestore.example");
     EXPECT_EQ(labelOf("http://other.example/terabytez/filestore"), "other.example");
     EXPECT_EQ(labelOf("http://filestore.terabytez.example/x"), "Terabytez");
@@ -52,11 +51,11 @@ TEST(HostGroups, PlainHostKeepsThePremiumHostsOwnName)
 
 TEST(HostGroups, RanksTerabytezThenFilestoreThenTheOthers)
 {
-    EXPECT_EQ(hostSortRank(u"Terabytez"), 0);
-    EXPECT_EQ(hostSortRank(u"my TERABYTEZ"), 0);
-    EXPECT_EQ(hostSortRank(u"Filestore.example"), 1);
-    EXPECT_EQ(hostSortRank(u"rapidgator.net"), 2);
-    EXPECT_EQ(hostSortRank(u""), 2);
+    EXPECT_EQ(hostSortRank(u"Terabytez", HostProfiles()), 0);
+    EXPECT_EQ(hostSortRank(u"my TERABYTEZ", HostProfiles()), 0);
+    EXPECT_EQ(hostSortRank(u"Filestore.example", HostProfiles()), 1);
+    EXPECT_EQ(hostSortRank(u"rapidgator.net", HostProfiles()), 2);
+    EXPECT_EQ(hostSortRank(u"", HostProfiles()), 2);
 }
 
 TEST(HostGroups, LinksAreGroupedInTheirOrderAndGroupsSortedByRankThenName)
@@ -69,8 +68,8 @@ TEST(HostGroups, LinksAreGroupedInTheirOrderAndGroupsSortedByRankThenName)
                                                                    {u"Filestore.example"_s, {urls[1]}},
                                                                    {u"b.example"_s, {urls[2]}},
                                                                    {u"z.example"_s, {urls[0], urls[3]}}};
-    EXPECT_EQ(groupURLsByHost(urls), expected);
-    EXPECT_TRUE(groupURLsByHost({}).empty());
+    EXPECT_EQ(groupURLsByHost(urls, HostProfiles()), expected);
+    EXPECT_TRUE(groupURLsByHost({}, HostProfiles()).empty());
 }
 
 TEST(HostGroups, NamesOfOneRankAreSortedLetterByLetter)
@@ -78,19 +77,31 @@ TEST(HostGroups, NamesOfOneRankAreSortedLetterByLetter)
     std::vector<PendingHostSelection::HostGroup> groups;
     for (const char* name : {"b", "a10", "B", "a9", "filestore", "Terabytez 2", "Filestore"})
         groups.push_back({QString::fromLatin1(name), {}});
-    sortHostGroups(groups);
+    sortHostGroups(groups, HostProfiles());
     std::vector<std::string> names;
     for (const auto& group : groups)
         names.push_back(group.displayName.toStdString());
     EXPECT_EQ(names, (std::vector<std::string>{"Terabytez 2", "Filestore", "filestore", "B", "a10", "a9", "b"}));
 }
 
-TEST(KnownFileHosts, AreThePremiumOnesThenTenOthers)
+TEST(HostGroups, AServiceThatMovedStandsUnderItsLabelAndRankByWordAndByDomain)
 {
-    ASSERT_EQ(knownFileHostDomains.size(), 13U);
-    EXPECT_EQ(knownFileHostDomains[0], QLatin1StringView("filestore.example"));
-    EXPECT_EQ(knownFileHostDomains[1], QLatin1StringView("terabytez.example"));
-    EXPECT_EQ(knownFileHostDomains[2], QLatin1StringView("terabytez-host.example"));
+    Services services = Services::builtIn();
+    services.filestoreDomain = u"boxes.test"_s;
+    services.filestoreDisplayName = u"Boxes"_s;
+    services.terabytezDomain = u"terra.test"_s;
+    services.terabytezDisplayName = u"The Other"_s;
+    const HostProfiles profiles(services);
+    const auto label = [&profiles](const char* url) {
+        return hostGroupLabel(fixtures::link(QString::fromUtf8(url)), profiles).toStdString();
+    };
+    EXPECT_EQ(label("http://dl.Boxes.test/x"), "Boxes");
+    EXPECT_EQ(label("http://filestore.example/x"), "Boxes");
+    EXPECT_EQ(label("http://www.terra.test/x"), "The Other");
+    EXPECT_EQ(label("http://terabytez.example/x"), "The Other");
+    EXPECT_EQ(hostSortRank(u"The Other", profiles), 0);
+    EXPECT_EQ(hostSortRank(u"Boxes", profiles), 1);
+    EXPECT_EQ(hostSortRank(u"Others", profiles), 2);
 }
 
 } // namespace

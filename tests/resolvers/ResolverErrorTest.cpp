@@ -1,5 +1,7 @@
 #include "resolvers/ResolverError.h"
 
+#include "fixtures/FakeResolvers.h"
+
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -25,7 +27,7 @@ void expectTexts(const std::vector<Row>& rows)
 TEST(ResolverError, EachReasonHasItsMessage)
 {
     const ResolverError noAccount = ResolverError::noAccountConfigured(u"Terabytez"_s);
-    const ResolverError login = ResolverError::loginRequired(SupportedHost::terabytez);
+    const ResolverError login = fixtures::loginRequired(SupportedHost::terabytez);
     const ResolverError network = ResolverError::networkError(u"no route to host"_s);
     const ResolverError refused = ResolverError::authenticationFailed();
     const ResolverError missing = ResolverError::linkNotFound();
@@ -42,7 +44,7 @@ TEST(ResolverError, EachReasonCanBeToldFromTheOthers)
 {
     using Kind = ResolverError::Kind;
     EXPECT_EQ(ResolverError::noAccountConfigured({}).kind(), Kind::noAccountConfigured);
-    EXPECT_EQ(ResolverError::loginRequired(SupportedHost::filestore).kind(), Kind::loginRequired);
+    EXPECT_EQ(fixtures::loginRequired(SupportedHost::filestore).kind(), Kind::loginRequired);
     EXPECT_EQ(ResolverError::networkError({}).kind(), Kind::networkError);
     EXPECT_EQ(ResolverError::authenticationFailed().kind(), Kind::authenticationFailed);
     EXPECT_EQ(ResolverError::linkNotFound().kind(), Kind::linkNotFound);
@@ -51,10 +53,10 @@ TEST(ResolverError, EachReasonCanBeToldFromTheOthers)
 
 TEST(ResolverError, ARequiredLoginNamesItsHostByItsLabel)
 {
-    const ResolverError error = ResolverError::loginRequired(SupportedHost::filestore);
+    const ResolverError error = fixtures::loginRequired(SupportedHost::filestore);
     EXPECT_EQ(error.host(), SupportedHost::filestore);
     EXPECT_EQ(error.errorDescription(), u"Sign in to Filestore.example required");
-    EXPECT_EQ(ResolverError::loginRequired(SupportedHost::terabytez).host(), SupportedHost::terabytez);
+    EXPECT_EQ(fixtures::loginRequired(SupportedHost::terabytez).host(), SupportedHost::terabytez);
 }
 
 TEST(ResolverError, TheMessageOutlivesACatchByTheCommonBase)

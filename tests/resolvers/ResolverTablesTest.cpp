@@ -47,7 +47,19 @@ TEST(ResolverTables, AHostOfBothNamesResolvesAtTheFirstButIsGroupedAsTerabytez)
 {
     const QString both = u"http://terabytez.filestore.example/x"_s;
     EXPECT_EQ(hostFor(both), SupportedHost::filestore);
-    EXPECT_EQ(hostGroupLabel(link(both)), u"Terabytez");
+    EXPECT_EQ(hostGroupLabel(link(both), HostProfiles()), u"Terabytez");
+}
+
+TEST(ResolverTables, ALinkOfTheDomainThatAServiceMovedToIsResolvedThere)
+{
+    Services services = Services::builtIn();
+    services.filestoreDomain = u"boxes.test"_s;
+    const ResolverTables all =
+        fixtures::fakeServices(std::make_shared<fixtures::ServiceLog>(), {}, HostProfiles(services));
+    const HostResolver* const resolver = all.hostResolverForURL(link(u"http://dl.boxes.test/x"_s));
+    ASSERT_NE(resolver, nullptr);
+    EXPECT_EQ(resolver->supportedHost(), SupportedHost::filestore);
+    EXPECT_EQ(all.hostResolverForURL(link(u"http://filestore.example/x"_s)), nullptr);
 }
 
 TEST(ResolverTables, TheFirstContainerServiceThatClaimsALinkGetsIt)

@@ -145,7 +145,7 @@ TEST_P(AccessibleNamesTest, ThePopoverForANameIsNamedThroughout)
 
 TEST_P(AccessibleNamesTest, TheHelpIsNamedThroughout)
 {
-    HelpView help(engine.settings());
+    HelpView help(engine.settings(), u"filestore.example"_s);
     show(help);
     expectNamesOf(focusable(help)); // it may have nothing but texts
 }

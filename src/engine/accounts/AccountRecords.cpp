@@ -20,11 +20,11 @@ void writeText(Writer& writer, const char* key, const QString& text)
     writer.String(utf8.constData(), static_cast<rapidjson::SizeType>(utf8.size()));
 }
 
-std::optional<HostAccount> accountFrom(const QJsonObject& record)
+std::optional<HostAccount> accountFrom(const QJsonObject& record, const HostProfiles& profiles)
 {
     const QJsonValue username = record.value(u"username");
     const QJsonValue isEnabled = record.value(u"isEnabled");
-    const std::optional<SupportedHost> host = supportedHostFromRawValue(record.value(u"host").toString());
+    const std::optional<SupportedHost> host = profiles.hostOfKey(record.value(u"host").toString());
     const QUuid id = QUuid::fromString(record.value(u"id").toString());
     if (id.isNull() || !host || !username.isString() || !isEnabled.isBool())
         return std::nullopt;
@@ -33,7 +33,7 @@ std::optional<HostAccount> accountFrom(const QJsonObject& record)
 
 } // namespace
 
-QByteArray encodeAccounts(const std::vector<HostAccount>& accounts)
+QByteArray encodeAccounts(const std::vector<HostAccount>& accounts, const HostProfiles& profiles)
 {
     rapidjson::StringBuffer buffer;
     Writer writer(buffer);
@@ -41,7 +41,7 @@ QByteArray encodeAccounts(const std::vector<HostAccount>& accounts)
     for (const HostAccount& account : accounts) {
         writer.StartObject();
         writeText(writer, "id", account.id.toString(QUuid::WithoutBraces).toUpper());
-        writeText(writer, "host", rawValue(account.host));
+        writeText(writer, "host", profiles.rawValue(account.host));
         writeText(writer, "username", account.username);
         writer.Key("isEnabled");
         writer.Bool(account.isEnabled);
@@ -51,7 +51,7 @@ QByteArray encodeAccounts(const std::vector<HostAccount>& accounts)
     return {buffer.GetString(), static_cast<qsizetype>(buffer.GetSize())};
 }
 
-std::optional<std::vector<HostAccount>> decodeAccounts(const QByteArray& json)
+std::optional<std::vector<HostAccount>> decodeAccounts(const QByteArray& json, const HostProfiles& profiles)
 {
     const QJsonDocument document = QJsonDocument::fromJson(json);
     if (!document.isArray())
@@ -59,7 +59,7 @@ std::optional<std::vector<HostAccount>> decodeAccounts(const QByteArray& json)
     std::vector<HostAccount> accounts;
     const QJsonArray records = document.array();
     for (const auto& record : records) {
-        const std::optional<HostAccount> account = accountFrom(record.toObject());
+        const std::optional<HostAccount> account = accountFrom(record.toObject(), profiles);
         if (!account)
             return std::nullopt;
         accounts.push_back(*account);

@@ -14,9 +14,10 @@ const QString accountsKey = u"vormel_accounts"_s;
 
 } // namespace
 
-Accounts::Accounts(UserDefaults& store, SecretStore& secrets)
+Accounts::Accounts(UserDefaults& store, SecretStore& secrets, const HostProfiles& profiles)
     : m_store(store)
     , m_secrets(secrets)
+    , m_profiles(profiles)
 {
     loadAccounts();
 }
@@ -37,23 +38,23 @@ void Accounts::set(std::vector<HostAccount> list)
 
 QCoro::Task<> Accounts::savePassword(const HostAccount& account, QString password)
 {
-    return m_secrets.save(keychainAccountKey(account), std::move(password));
+    return m_secrets.save(keychainAccountKey(account, m_profiles), std::move(password));
 }
 
 QCoro::Task<QString> Accounts::loadPassword(const HostAccount& account)
 {
-    return m_secrets.load(keychainAccountKey(account));
+    return m_secrets.load(keychainAccountKey(account, m_profiles));
 }
 
 QCoro::Task<> Accounts::deletePassword(const HostAccount& account)
 {
-    return m_secrets.remove(keychainAccountKey(account));
+    return m_secrets.remove(keychainAccountKey(account, m_profiles));
 }
 
 void Accounts::loadAccounts()
 {
     const std::optional<QString> stored = m_store.stringForKey(accountsKey);
-    std::optional<std::vector<HostAccount>> list = stored ? decodeAccounts(stored->toUtf8()) : std::nullopt;
+    std::optional<std::vector<HostAccount>> list = stored ? decodeAccounts(stored->toUtf8(), m_profiles) : std::nullopt;
     if (!list) {
         m_isStoredUnreadable = m_store.objectForKey(accountsKey).has_value();
         return;
@@ -74,7 +75,7 @@ void Accounts::keepUnreadable()
 
 void Accounts::saveAccounts()
 {
-    m_store.setObject(accountsKey, QString::fromUtf8(encodeAccounts(m_list)));
+    m_store.setObject(accountsKey, QString::fromUtf8(encodeAccounts(m_list, m_profiles)));
 }
 
 } // namespace vormel

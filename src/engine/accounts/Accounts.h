@@ -18,9 +18,8 @@ class Accounts final : public QObject
 
 public:
     /// Reads the stored list. One that cannot be understood counts as empty and stays as it is until the user changes
-    /// the list; then it is kept beside.
-    /// Both stores must outlive this, and whatever it is still asked for.
-    Accounts(UserDefaults& store, SecretStore& secrets);
+    /// the list; then it is kept beside. All must outlive this, and whatever it is still asked for.
+    Accounts(UserDefaults& store, SecretStore& secrets, const HostProfiles& profiles);
 
     [[nodiscard]] const std::vector<HostAccount>& list() const { return m_list; }
     /// The account that the host's links are resolved with. Null without one; points into the list.
@@ -45,6 +44,7 @@ private:
 
     UserDefaults& m_store;
     SecretStore& m_secrets;
+    const HostProfiles& m_profiles;
     std::vector<HostAccount> m_list;
     bool m_isStoredUnreadable = false;
 };

@@ -78,7 +78,7 @@ void FilenamePrefetch::advance(const std::shared_ptr<Run>& run)
 const HostAccount* FilenamePrefetch::accountFor(const DownloadItem& item) const
 {
     const Link& url = item.originalURL();
-    if (!isWaiting(item) || !mayLookUpNames(url))
+    if (!isWaiting(item) || !m_resolvers.profiles().mayLookUpNames(url))
         return nullptr;
     if (!m_settings.downloadRevFiles.value() && isRevName(url.lastPathComponent()))
         return nullptr;

@@ -209,7 +209,7 @@ void LinkIntake::askForCaptcha(DownloadItem& placeholder, const std::optional<QS
 void LinkIntake::containerOpened(const ItemPtr& placeholder, const std::vector<Link>& urls)
 {
     m_ports.table.remove({placeholder->id()});
-    std::vector<PendingHostSelection::HostGroup> groups = groupURLsByHost(urls);
+    std::vector<PendingHostSelection::HostGroup> groups = groupURLsByHost(urls, m_ports.resolvers.profiles());
     if (groups.size() < 2)
         addDirectURLs(urls);
     else

@@ -104,7 +104,7 @@ QCoro::Task<Link> DownloadStarter::downloadAddress(ItemPtr item, Attempt attempt
         co_return item->originalURL();
     const HostAccount* const account = m_ports.accounts.firstEnabled(resolver->supportedHost());
     if (!account)
-        throw ResolverError::noAccountConfigured(displayName(resolver->supportedHost()));
+        throw ResolverError::noAccountConfigured(m_ports.resolvers.profiles().displayName(resolver->supportedHost()));
     if (isFresh(*item, m_ports.clock.wallNow()))
         co_return *item->resolvedURL();
     const Lifetime::Watch lifetime = m_lifetime.watch();

@@ -2,7 +2,7 @@
 
 #include "engine/transfer/AnswerRules.h"
 #include "engine/transfer/ContentHeaders.h"
-#include "model/HostProfile.h"
+#include "model/HostProfiles.h"
 #include "text/PercentCoding.h"
 
 #include <cerrno>
@@ -17,12 +17,13 @@ constexpr qsizetype maxPageSize = 8192;
 } // namespace
 
 Transfer::Transfer(TransferOrder order, quint64 serial, std::unique_ptr<PartFile> file, std::mutex& ioLock,
-                   const Clock& clock, Listener& listener)
+                   const Clock& clock, const HostProfiles& profiles, Listener& listener)
     : m_order(std::move(order))
     , m_serial(serial)
     , m_offset(file->size())
     , m_ioLock(ioLock)
     , m_clock(clock)
+    , m_profiles(profiles)
     , m_listener(listener)
     , m_fileHandle(std::move(file))
     , m_speedTracker(clock.steadyNow())
@@ -38,7 +39,7 @@ bool Transfer::closeFile()
 
 bool Transfer::acceptsAnyCertificateOf(const QString& host) const
 {
-    return isTlsTrustedHost(host);
+    return m_profiles.isTlsTrustedHost(host);
 }
 
 HttpReceiver::HeadVerdict Transfer::responseReceived(const HttpResponse& response)

@@ -12,6 +12,8 @@
 
 namespace vormel {
 
+class HostProfiles;
+
 /// What is to be fetched, and where to.
 struct TransferOrder
 {
@@ -50,9 +52,10 @@ public:
         ~Listener() = default;
     };
 
-    /// Lock, clock and listener must outlive the transfer. `serial` tells this attempt from others of the same item.
+    /// Lock, clock, profiles and listener must outlive the transfer. `serial` tells this attempt from others of the
+    /// same item.
     Transfer(TransferOrder order, quint64 serial, std::unique_ptr<PartFile> file, std::mutex& ioLock,
-             const Clock& clock, Listener& listener);
+             const Clock& clock, const HostProfiles& profiles, Listener& listener);
 
     [[nodiscard]] const TransferOrder& order() const { return m_order; }
     [[nodiscard]] quint64 serial() const { return m_serial; }
@@ -87,6 +90,7 @@ private:
     const qint64 m_offset;
     std::mutex& m_ioLock;
     const Clock& m_clock;
+    const HostProfiles& m_profiles;
     Listener& m_listener;
 
     // Under the lock:

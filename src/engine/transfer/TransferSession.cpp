@@ -28,10 +28,12 @@ HttpRequest requestFor(const Link& address, qint64 offset)
 
 } // namespace
 
-TransferSession::TransferSession(HttpClient& client, FileSync& fileSync, Clock& clock, Owner& owner)
+TransferSession::TransferSession(HttpClient& client, FileSync& fileSync, Clock& clock, const HostProfiles& profiles,
+                                 Owner& owner)
     : m_client(client)
     , m_fileSync(fileSync)
     , m_clock(clock)
+    , m_profiles(profiles)
     , m_owner(owner)
     , m_globalThrottle(clock.steadyNow())
 {}
@@ -50,8 +52,8 @@ void TransferSession::start(TransferOrder order, std::unique_ptr<PartFile> file)
     running.partPath = file->path();
     running.finalPath = order.finalPath;
     Transfer::Listener& listener = *this;
-    running.transfer =
-        std::make_unique<Transfer>(std::move(order), ++m_lastSerial, std::move(file), m_ioLock, m_clock, listener);
+    running.transfer = std::make_unique<Transfer>(std::move(order), ++m_lastSerial, std::move(file), m_ioLock, m_clock,
+                                                  m_profiles, listener);
     Transfer& transfer = *running.transfer;
     if (!transfer.isWhole())
         running.task = m_client.makeTask(std::move(request), transfer);

@@ -34,7 +34,7 @@ public:
     };
 
     /// All must outlive the session.
-    TransferSession(HttpClient& client, FileSync& fileSync, Clock& clock, Owner& owner);
+    TransferSession(HttpClient& client, FileSync& fileSync, Clock& clock, const HostProfiles& profiles, Owner& owner);
     TransferSession(const TransferSession&) = delete;
     TransferSession& operator=(const TransferSession&) = delete;
     ~TransferSession();
@@ -88,6 +88,7 @@ private:
     HttpClient& m_client;
     FileSync& m_fileSync;
     Clock& m_clock;
+    const HostProfiles& m_profiles;
     Owner& m_owner;
     QObject m_uiThread;
     std::mutex m_ioLock;

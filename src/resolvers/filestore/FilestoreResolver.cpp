@@ -34,10 +34,10 @@ void expectAnswer(const PageAnswer& page)
 
 } // namespace
 
-FilestoreResolver::FilestoreResolver(const Ports& ports, const HostProfile& profile)
+FilestoreResolver::FilestoreResolver(const Ports& ports, const HostProfiles& profiles)
     : m_ports(ports)
-    , m_domain(profile.linkFragment)
-    , m_displayName(profile.label)
+    , m_profiles(profiles)
+    , m_domain(profiles.of(SupportedHost::filestore).domain)
     , m_loginURLString(pageUrl(u"/login"))
 {}
 
@@ -48,7 +48,7 @@ QString FilestoreResolver::pageUrl(QStringView path) const
 
 QCoro::Task<QString> FilestoreResolver::loadPassword(HostAccount account) const
 {
-    return m_ports.secrets.load(keychainAccountKey(account));
+    return m_ports.secrets.load(keychainAccountKey(account, m_profiles));
 }
 
 QCoro::Task<ResolvedDownload> FilestoreResolver::resolveDownload(Link url, HostAccount account,
@@ -57,7 +57,7 @@ QCoro::Task<ResolvedDownload> FilestoreResolver::resolveDownload(Link url, HostA
     const QString password = co_await loadPassword(account);
     const Login login{account.username, password};
     if (login.username.isEmpty() || login.password.isEmpty())
-        throw ResolverError::noAccountConfigured(m_displayName);
+        throw ResolverError::noAccountConfigured(m_profiles.displayName(SupportedHost::filestore));
     if (!hasPathBehindRoot(url))
         throw ResolverError::linkNotFound();
     for (int number = 1;; ++number) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/HostProfiles.h"
 #include "platform/clock/Clock.h"
 #include "resolvers/HostResolver.h"
 #include "resolvers/filestore/FilestoreLoginCache.h"
@@ -26,7 +27,7 @@ public:
         FilestoreLoginCache& logins;
     };
 
-    FilestoreResolver(const Ports& ports, const HostProfile& profile);
+    FilestoreResolver(const Ports& ports, const HostProfiles& profiles);
 
     [[nodiscard]] SupportedHost supportedHost() const override { return SupportedHost::filestore; }
     [[nodiscard]] QCoro::Task<ResolvedDownload> resolveDownload(Link url, HostAccount account,
@@ -51,9 +52,9 @@ private:
     void copyFilestoreCookies(const PageSession& session) const;
 
     Ports m_ports;
+    HostProfiles m_profiles;
     QLatin1StringView m_browserUA = fullBrowserUA;
     QString m_domain;
-    QString m_displayName;
     QString m_loginURLString;
 };
 

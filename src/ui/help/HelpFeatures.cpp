@@ -1,6 +1,5 @@
 #include "ui/help/HelpFeatures.h"
 
-#include "config/Services.h"
 #include "kit/PlatformTexts.h"
 
 namespace vormel {
@@ -35,7 +34,7 @@ HelpFeature queue(AppLanguage language)
                  u"Trascina gli elementi su o giù per cambiare l'ordine di download in qualsiasi momento.")};
 }
 
-HelpFeature accounts(AppLanguage language)
+HelpFeature accounts(AppLanguage language, const QString& filestore)
 {
     return {Glyph::personKeyFill, Tint::purple, pair(language, u"Premium accounts", u"Account premium"),
             pair(language,
@@ -43,7 +42,7 @@ HelpFeature accounts(AppLanguage language)
                  u"content.",
                  u"Aggiungi le credenziali di %1 e Terabytez nella scheda Account per sbloccare la velocità massima e "
                  u"i contenuti esclusivi.")
-                .arg(filestoreDomain)};
+                .arg(filestore)};
 }
 
 HelpFeature volumes(AppLanguage language)
@@ -123,9 +122,9 @@ HelpFeature tools(AppLanguage language)
 
 } // namespace
 
-QList<HelpFeature> helpFeatures(AppLanguage language)
+QList<HelpFeature> helpFeatures(AppLanguage language, const QString& filestore)
 {
-    return {links(language),   clickAndLoad(language), queue(language),      accounts(language),
+    return {links(language),   clickAndLoad(language), queue(language),      accounts(language, filestore),
             volumes(language), verification(language), repair(language),     extraction(language),
             names(language),   resuming(language),     speedLimit(language), tools(language)};
 }

@@ -17,7 +17,7 @@ struct HelpFeature
     QString detail;
 };
 
-/// All that the help window tells about, in its order.
-[[nodiscard]] QList<HelpFeature> helpFeatures(AppLanguage language);
+/// All that the help window tells about, in its order; with the domain of Filestore.
+[[nodiscard]] QList<HelpFeature> helpFeatures(AppLanguage language, const QString& filestore);
 
 } // namespace vormel

@@ -16,9 +16,10 @@ using namespace Qt::StringLiterals;
 
 namespace vormel {
 
-HelpView::HelpView(const AppSettings& settings, QWidget* parent)
+HelpView::HelpView(const AppSettings& settings, QString filestore, QWidget* parent)
     : QScrollArea(parent)
     , m_settings(settings)
+    , m_filestore(std::move(filestore))
     , m_name(new StyledLabel(StyledLabel::Style::title, Tint::text, this))
     , m_version(new StyledLabel(StyledLabel::Style::body, Tint::secondary, this))
     , m_kind(new StyledLabel(StyledLabel::Style::body, Tint::secondary, this))
@@ -105,7 +106,7 @@ QWidget* HelpView::makeFeatures(QWidget* parent)
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(spacing);
     column->addWidget(m_heading);
-    const QList<HelpFeature> all = helpFeatures(m_settings.language.value());
+    const QList<HelpFeature> all = helpFeatures(m_settings.language.value(), m_filestore);
     for (const HelpFeature& feature : all) {
         m_features << new HelpFeatureRow(feature, features);
         column->addWidget(m_features.last());
@@ -129,11 +130,11 @@ void HelpView::showTexts()
 {
     const AppLanguage language = m_settings.language.value();
     m_kind->setText(platformText(PlatformText::kindOfProgram, language));
-    m_description->setText(platformText(PlatformText::description, language).arg(filestoreDomain));
+    m_description->setText(platformText(PlatformText::description, language).arg(m_filestore));
     m_heading->setText(pair(language, u"Features", u"Funzionalità"));
     m_requirement->setText(platformText(PlatformText::requirement, language));
     setAccessibleName(m_name->text() + u" — "_s + m_kind->text());
-    const QList<HelpFeature> all = helpFeatures(language);
+    const QList<HelpFeature> all = helpFeatures(language, m_filestore);
     for (qsizetype i = 0; i < all.size(); ++i)
         m_features.at(i)->setTexts(all.at(i));
 }

@@ -11,13 +11,14 @@ class AppSettings;
 class HelpFeatureRow;
 class StyledLabel;
 
-/// Tells on one scrolling page what the program does; in the language of the settings, which must outlive it.
+/// Tells on one scrolling page what the program does, also for users of Filestore, whose domain it is given; in the
+/// language of the settings, which must outlive it.
 class HelpView final : public QScrollArea
 {
     Q_OBJECT
 
 public:
-    explicit HelpView(const AppSettings& settings, QWidget* parent = nullptr);
+    HelpView(const AppSettings& settings, QString filestore, QWidget* parent = nullptr);
 
 private:
     void nameParts();
@@ -28,6 +29,7 @@ private:
     void showTexts();
 
     const AppSettings& m_settings;
+    QString m_filestore;
     StyledLabel* m_name;
     StyledLabel* m_version;
     StyledLabel* m_kind;

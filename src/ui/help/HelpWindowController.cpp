@@ -19,9 +19,10 @@ constexpr QSize minSize(420, 400);
 
 } // namespace
 
-HelpWindowController::HelpWindowController(const AppSettings& settings, QWidget& owner)
+HelpWindowController::HelpWindowController(const AppSettings& settings, QString filestore, QWidget& owner)
     : QObject(&owner)
     , m_settings(settings)
+    , m_filestore(std::move(filestore))
     , m_owner(owner)
 {}
 
@@ -54,7 +55,7 @@ QWidget* HelpWindowController::makeWindow() const
     window->setMinimumSize(minSize);
     auto* column = new QVBoxLayout(window);
     column->setContentsMargins(0, 0, 0, 0);
-    auto* view = new HelpView(m_settings, window);
+    auto* view = new HelpView(m_settings, m_filestore, window);
     column->addWidget(view);
     view->setFocus();
     const QList<QKeySequence> closing{Qt::Key_Escape, Qt::CTRL | Qt::Key_W};

@@ -14,8 +14,9 @@ class HelpWindowController final : public QObject
     Q_OBJECT
 
 public:
-    /// The settings must outlive it. The window is centred on the screen of its owner.
-    HelpWindowController(const AppSettings& settings, QWidget& owner);
+    /// The settings must outlive it. The window is centred on the screen of its owner, and speaks of Filestore by its
+    /// domain.
+    HelpWindowController(const AppSettings& settings, QString filestore, QWidget& owner);
     ~HelpWindowController() override;
 
     /// Brings the window forward, and makes it first if it is not open.
@@ -25,6 +26,7 @@ private:
     [[nodiscard]] QWidget* makeWindow() const;
 
     const AppSettings& m_settings;
+    QString m_filestore;
     QWidget& m_owner;
     QPointer<QWidget> m_window; ///< null while closed
 };

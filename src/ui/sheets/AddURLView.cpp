@@ -1,6 +1,7 @@
 #include "ui/sheets/AddURLView.h"
 
 #include "kit/BoundText.h"
+#include "resolvers/ResolverTables.h"
 #include "ui/sheets/HostChooser.h"
 #include "ui/sheets/LinkForm.h"
 
@@ -16,6 +17,7 @@ namespace vormel {
 AddURLView::AddURLView(AppSettings& settings, const ResolverTables& resolvers, QWidget* parent)
     : QDialog(parent)
     , m_settings(settings)
+    , m_profiles(resolvers.profiles())
     , m_form(new LinkForm(settings, resolvers, this))
     , m_chooser(new HostChooser(settings, {}, this))
     , m_pages(new QStackedLayout(this))
@@ -85,7 +87,7 @@ void AddURLView::showChooser()
 
 void AddURLView::addOrAsk()
 {
-    m_groups = m_form->links().hostGroups();
+    m_groups = m_form->links().hostGroups(m_profiles);
     if (m_groups.size() < 2)
         addAll();
     else

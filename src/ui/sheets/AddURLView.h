@@ -12,6 +12,7 @@ namespace vormel {
 
 class AppSettings;
 class HostChooser;
+class HostProfiles;
 class LinkForm;
 
 /// The sheet for adding links. Where the direct links lie on several hosts it asks which one is meant before it is
@@ -43,6 +44,7 @@ private:
     void showChooser();
 
     AppSettings& m_settings;
+    const HostProfiles& m_profiles;
     LinkForm* m_form;
     HostChooser* m_chooser;
     QStackedLayout* m_pages;

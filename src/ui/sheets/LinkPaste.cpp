@@ -15,7 +15,7 @@ LinkPaste::LinkPaste(QStringView text, const ResolverTables& resolvers)
         (resolvers.containerResolverForURL(link) ? m_containers : m_direct).push_back(link);
 }
 
-std::vector<PendingHostSelection::HostGroup> LinkPaste::hostGroups() const
+std::vector<PendingHostSelection::HostGroup> LinkPaste::hostGroups(const HostProfiles& profiles) const
 {
     std::vector<PendingHostSelection::HostGroup> groups;
     QHash<QString, std::size_t> places;
@@ -29,7 +29,7 @@ std::vector<PendingHostSelection::HostGroup> LinkPaste::hostGroups() const
             groups[*place].urls.push_back(link);
         }
     }
-    sortHostGroups(groups);
+    sortHostGroups(groups, profiles);
     return groups;
 }
 

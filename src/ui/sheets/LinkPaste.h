@@ -6,6 +6,7 @@
 
 namespace vormel {
 
+class HostProfiles;
 class ResolverTables;
 
 /// What a pasted text amounts to. A value without state behind it.
@@ -21,7 +22,7 @@ public:
     [[nodiscard]] const std::vector<Link>& directURLs() const { return m_direct; }
 
     /// The direct links by their host, the best known hosts first.
-    [[nodiscard]] std::vector<PendingHostSelection::HostGroup> hostGroups() const;
+    [[nodiscard]] std::vector<PendingHostSelection::HostGroup> hostGroups(const HostProfiles& profiles) const;
 
 private:
     std::vector<Link> m_valid;

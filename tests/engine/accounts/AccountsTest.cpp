@@ -33,10 +33,11 @@ protected:
     FileWriter writer;
     UserDefaults defaults{sandbox.path(u"preferences.json"_s), writer};
     fixtures::FakeSecrets secrets;
+    HostProfiles profiles;
 };
 
 constexpr const char* oneRecord =
-    R"([{"id":"0E3B2E0C-6F0A-4C5B-9D55-0B7A4C1D9A11","host":"terabytez-host.example","username":"a \"b\"","isEnabled":false}])";
+    R"([{"id":"0E3B2E0C-6F0A-4C5B-9D55-0B7A4C1D9A11","host":"files.terabytez.example","username":"a \"b\"","isEnabled":false}])";
 
 } // namespace
 
@@ -45,32 +46,32 @@ TEST_F(AccountsTest, AreStoredInTheirOrderAndReadAgain)
     const std::vector list{account(SupportedHost::terabytez, u"one"_s),
                            account(SupportedHost::filestore, u"twö"_s, false)};
     {
-        Accounts accounts(defaults, secrets);
+        Accounts accounts(defaults, secrets, profiles);
         EXPECT_TRUE(accounts.list().empty());
         int changes = 0;
         QObject::connect(&accounts, &Accounts::changed, [&changes] { ++changes; });
         accounts.set(list);
         EXPECT_EQ(changes, 1);
     }
-    EXPECT_EQ(Accounts(defaults, secrets).list(), list);
+    EXPECT_EQ(Accounts(defaults, secrets, profiles).list(), list);
 }
 
 TEST_F(AccountsTest, HaveFourKeysInARecord)
 {
     store(oneRecord);
-    const Accounts accounts(defaults, secrets);
+    const Accounts accounts(defaults, secrets, profiles);
     ASSERT_EQ(accounts.list().size(), 1U);
     EXPECT_EQ(accounts.list().front().host, SupportedHost::terabytez);
     EXPECT_EQ(accounts.list().front().username, u"a \"b\"");
     EXPECT_FALSE(accounts.list().front().isEnabled);
-    EXPECT_EQ(encodeAccounts(accounts.list()), oneRecord);
+    EXPECT_EQ(encodeAccounts(accounts.list(), profiles), oneRecord);
 }
 
 TEST_F(AccountsTest, AreWrittenBackAtOnceInTodaysForm)
 {
     store(R"([ {"isEnabled": true, "username": "x", "host": "filestore.example",
                 "id": "{0e3b2e0c-6f0a-4c5b-9d55-0b7a4c1d9a11}", "more": 1} ])");
-    const Accounts accounts(defaults, secrets);
+    const Accounts accounts(defaults, secrets, profiles);
     EXPECT_EQ(stored(), uR"([{"id":"0E3B2E0C-6F0A-4C5B-9D55-0B7A4C1D9A11","host":"filestore.example","username":"x",)"
                         uR"("isEnabled":true}])"_s);
 }
@@ -87,24 +88,24 @@ TEST_F(AccountsTest, ThatCannotBeUnderstoodAreNoneAndStayAsTheyAre)
           "[{" + id + ',' + host + ",\"username\":\"x\",\"isEnabled\":1}]",
           "[{" + id + ',' + host + ',' + rest + "},{}]"}) {
         store(json.constData());
-        EXPECT_TRUE(Accounts(defaults, secrets).list().empty()) << json.constData();
+        EXPECT_TRUE(Accounts(defaults, secrets, profiles).list().empty()) << json.constData();
         EXPECT_EQ(stored(), QString::fromUtf8(json));
     }
     defaults.setObject(storeKey, 7);
-    EXPECT_TRUE(Accounts(defaults, secrets).list().empty());
+    EXPECT_TRUE(Accounts(defaults, secrets, profiles).list().empty());
 }
 
 TEST_F(AccountsTest, ThatCannotBeUnderstoodAreKeptBesideOnceTheUserChangesTheList)
 {
     const QString beside = storeKey + u".unreadable"_s;
-    const auto change = [this] { Accounts(defaults, secrets).set({account(SupportedHost::filestore, u"x"_s)}); };
+    const auto change = [this] { Accounts(defaults, secrets, profiles).set({account(SupportedHost::filestore, u"x"_s)}); };
     store(oneRecord);
     change();
     EXPECT_EQ(defaults.objectForKey(beside), std::nullopt);
     store("[1]");
     change();
     EXPECT_EQ(defaults.stringForKey(beside), u"[1]");
-    EXPECT_EQ(Accounts(defaults, secrets).list().size(), 1U);
+    EXPECT_EQ(Accounts(defaults, secrets, profiles).list().size(), 1U);
     change();
     defaults.setObject(storeKey, 7);
     change();
@@ -115,7 +116,7 @@ TEST_F(AccountsTest, ThatCannotBeUnderstoodAreKeptBesideOnceTheUserChangesTheLis
 
 TEST_F(AccountsTest, GiveTheFirstEnabledOneOfAHost)
 {
-    Accounts accounts(defaults, secrets);
+    Accounts accounts(defaults, secrets, profiles);
     accounts.set({account(SupportedHost::filestore, u"off"_s, false), account(SupportedHost::filestore, u"on"_s),
                   account(SupportedHost::filestore, u"later"_s)});
     ASSERT_TRUE(accounts.firstEnabled(SupportedHost::filestore));
@@ -125,18 +126,18 @@ TEST_F(AccountsTest, GiveTheFirstEnabledOneOfAHost)
 
 TEST_F(AccountsTest, OfOneHostAndUserNameShareTheirPassword)
 {
-    Accounts accounts(defaults, secrets);
+    Accounts accounts(defaults, secrets, profiles);
     const HostAccount one = account(SupportedHost::terabytez, u"a %1 b"_s);
     const HostAccount twin = account(SupportedHost::terabytez, u"a %1 b"_s, false);
     QCoro::waitFor(accounts.savePassword(one, u"first"_s));
     QCoro::waitFor(accounts.savePassword(twin, u"second"_s));
-    EXPECT_EQ(secrets.kept, (QHash<QString, QString>{{u"vormel_terabytez-host.example_a %1 b"_s, u"second"_s}}));
+    EXPECT_EQ(secrets.kept, (QHash<QString, QString>{{u"vormel_files.terabytez.example_a %1 b"_s, u"second"_s}}));
     EXPECT_EQ(QCoro::waitFor(accounts.loadPassword(one)), u"second");
 }
 
 TEST_F(AccountsTest, KeepPasswordsOfOtherHostsAndUserNamesApart)
 {
-    Accounts accounts(defaults, secrets);
+    Accounts accounts(defaults, secrets, profiles);
     const HostAccount one = account(SupportedHost::filestore, u"me"_s);
     const HostAccount other = account(SupportedHost::terabytez, u"me"_s);
     QCoro::waitFor(accounts.savePassword(one, u"first"_s));
@@ -148,9 +149,26 @@ TEST_F(AccountsTest, KeepPasswordsOfOtherHostsAndUserNamesApart)
 
 TEST_F(AccountsTest, PutNoPasswordIntoThePreferences)
 {
-    Accounts accounts(defaults, secrets);
+    Accounts accounts(defaults, secrets, profiles);
     const HostAccount one = account(SupportedHost::filestore, u"me"_s);
     accounts.set({one});
     QCoro::waitFor(accounts.savePassword(one, u"canary"_s));
     EXPECT_FALSE(stored().contains(u"canary"));
+}
+
+TEST_F(AccountsTest, SurviveAMoveOfTheServiceWithTheirPasswords)
+{
+    const std::vector list{account(SupportedHost::filestore, u"me"_s), account(SupportedHost::terabytez, u"you"_s)};
+    {
+        Accounts accounts(defaults, secrets, profiles);
+        accounts.set(list);
+        QCoro::waitFor(accounts.savePassword(list.front(), u"first"_s));
+    }
+    Services services = Services::builtIn();
+    services.filestoreDomain = u"boxes.test"_s;
+    services.terabytezDomain = u"terra.test"_s;
+    const HostProfiles moved(services);
+    Accounts accounts(defaults, secrets, moved);
+    EXPECT_EQ(accounts.list(), list);
+    EXPECT_EQ(QCoro::waitFor(accounts.loadPassword(list.front())), u"first");
 }

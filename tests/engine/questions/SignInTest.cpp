@@ -19,7 +19,7 @@ TEST_F(SignIn, HoldsItemsBackUntilTheUserHasSignedIn)
     const ItemPtr item = startFilestore();
     const ItemPtr direct = engine.add(u"http://h/a.bin"_s);
     direct->setStatus(DownloadStatus::queued);
-    answer(1, ResolverError::loginRequired(SupportedHost::filestore));
+    answer(1, loginRequired(SupportedHost::filestore));
     EXPECT_EQ(item->status(), DownloadStatus::queued);
     EXPECT_EQ(engine.manager().questions().pendingLogin(), SupportedHost::filestore);
     EXPECT_EQ(direct->status(), DownloadStatus::downloading);
@@ -37,7 +37,7 @@ TEST_F(SignIn, HoldsItemsBackUntilTheUserHasSignedIn)
 TEST_F(SignIn, FailsTheHeldItemsWhenTheLoginIsCancelled)
 {
     const ItemPtr item = startFilestore();
-    answer(1, ResolverError::loginRequired(SupportedHost::filestore));
+    answer(1, loginRequired(SupportedHost::filestore));
     engine.manager().questions().cancelLogin();
     EXPECT_EQ(item->status(), DownloadStatus::failure(u"Authentication failed"_s));
     EXPECT_EQ(engine.manager().questions().pendingLogin(), std::nullopt);
@@ -55,7 +55,7 @@ TEST_F(SignIn, HasTheRecoveryVolumesFetchedAMinuteAfterTheLoginOfAPartIsCancelle
     turnEventLoop();
     engine.manager().commands().startItems({part});
     turnEventLoop();
-    answer(1, ResolverError::loginRequired(SupportedHost::filestore));
+    answer(1, loginRequired(SupportedHost::filestore));
     engine.manager().questions().cancelLogin();
     ASSERT_EQ(part->status().kind(), DownloadStatus::failed);
     engine.clock.advance(std::chrono::minutes(1));
@@ -75,7 +75,7 @@ TEST_F(SignIn, FailsOnlyWhatStillWaitsWhenTheLoginIsCancelled)
     engine.manager().commands().startAll();
     turnEventLoop();
     for (std::size_t i = 5; i < 10; ++i)
-        answer(i, ResolverError::loginRequired(SupportedHost::filestore));
+        answer(i, loginRequired(SupportedHost::filestore));
     engine.manager().commands().stopItems({items[0]});
     engine.sandbox.write(u"Downloads/1"_s, "x");
     engine.manager().commands().resyncItems({items[1]});
@@ -98,7 +98,7 @@ TEST_F(SignIn, KeepsTheFirstOfTwoLoginQuestions)
     resolveTo(0, u"https://cdn.example/none"_s);
     engine.manager().commands().startAll();
     turnEventLoop();
-    answer(1, ResolverError::loginRequired(SupportedHost::filestore));
-    answer(2, ResolverError::loginRequired(SupportedHost::terabytez));
+    answer(1, loginRequired(SupportedHost::filestore));
+    answer(2, loginRequired(SupportedHost::terabytez));
     EXPECT_EQ(engine.manager().questions().pendingLogin(), SupportedHost::filestore);
 }

@@ -114,7 +114,7 @@ const End ends[] = {
     {"ARetry", nothing, [](Running& t) { t.commands().retryItem(*t.item); }, DownloadStatus::downloading},
     {"ARedownload", nothing, [](Running& t) { t.commands().redownloadItem(*t.item); }, DownloadStatus::downloading},
     {"ALoginThatIsNeeded", askForALogin,
-     [](Running& t) { t.log->resolves[1].answer->deliver(ResolverError::loginRequired(SupportedHost::filestore)); },
+     [](Running& t) { t.log->resolves[1].answer->deliver(loginRequired(SupportedHost::filestore)); },
      DownloadStatus::queued},
 };
 

@@ -124,7 +124,7 @@ TEST_F(FilestoreResolverTest, WithoutPasswordOrNameNobodyIsAsked)
     expectError(walk, Kind::noAccountConfigured);
     EXPECT_EQ(walk->error->errorDescription(), u"No account configured for Filestore.example");
     ann.username.clear();
-    secrets.kept.insert(keychainAccountKey(ann), u"s3cret"_s);
+    secrets.kept.insert(keychainAccountKey(ann, profiles), u"s3cret"_s);
     expectError(resolve(url), Kind::noAccountConfigured);
     EXPECT_THAT(asked(), IsEmpty());
 }
@@ -139,7 +139,7 @@ TEST_F(FilestoreResolverTest, AnAddressWithoutAPathLeadsNowhere)
 TEST_F(FilestoreResolverTest, ARefusedLoginIsTheEndThoughItsStatusIsGood)
 {
     const std::string url = add();
-    secrets.kept.insert(keychainAccountKey(ann), u"wrong"_s);
+    secrets.kept.insert(keychainAccountKey(ann, profiles), u"wrong"_s);
     for (const char* const refusal :
          {"Wrong Login", "invalid login", "Incorrect password!", "wrong password", "Invalid credentials",
           "login error 5", "invalid email", "Wrong email", "incorrect email"}) {
@@ -160,7 +160,7 @@ TEST_F(FilestoreResolverTest, ALoginThatCannotBeAskedForIsAFailedLogin)
 TEST_F(FilestoreResolverTest, APasswordGoesOutAsItIsWhereAQueryAllowsIt)
 {
     site.addAccount("ann", "a&b");
-    secrets.kept.insert(keychainAccountKey(ann), u"a+b/c=d&e è%"_s);
+    secrets.kept.insert(keychainAccountKey(ann, profiles), u"a+b/c=d&e è%"_s);
     expectError(resolve(add()), Kind::authenticationFailed);
     EXPECT_THAT(asked().at(1).toStdString(), HasSubstr("&password=a+b/c=d&e%20%C3%A8%25&redirect=/"));
 }

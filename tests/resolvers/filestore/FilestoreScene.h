@@ -39,7 +39,7 @@ protected:
     FilestoreScene()
     {
         site.addAccount("ann", "s3cret");
-        secrets.kept.insert(keychainAccountKey(ann), QStringLiteral("s3cret"));
+        secrets.kept.insert(keychainAccountKey(ann, profiles), QStringLiteral("s3cret"));
     }
     ~FilestoreScene() override
     {
@@ -71,6 +71,7 @@ protected:
     [[nodiscard]] QByteArrayList asked() const { return fixtures::transcript(site.requests()); }
     [[nodiscard]] QByteArrayList keptCookies() const { return client->sharedCookies()->cookies(); }
 
+    HostProfiles profiles;
     sites::TestCertificates certificates;
     sites::FilestoreSite site{certificates};
     fixtures::Sandbox sandbox;
@@ -80,7 +81,7 @@ protected:
     std::unique_ptr<CurlHttpClient> client = std::make_unique<CurlHttpClient>(clock, options());
     FilestoreLoginCache logins{clock};
     FilestoreResolver resolver{{*client, *client->sharedCookies(), secrets, clock, background, logins},
-                               profileOf(SupportedHost::filestore)};
+                               profiles};
     HostAccount ann = fixtures::account(SupportedHost::filestore, QStringLiteral("ann"));
 
 private:

@@ -149,7 +149,7 @@ TEST_P(HelpTexts, AreAsTheyShouldBeInBothLanguages)
 {
     for (const auto& [language, wording] :
          {std::pair(english, GetParam().english), std::pair(italian, GetParam().italian)}) {
-        const HelpFeature feature = helpFeatures(language).at(GetParam().place);
+        const HelpFeature feature = helpFeatures(language, filestoreDomain).at(GetParam().place);
         EXPECT_EQ(feature.title.toStdString(), wording.title);
         EXPECT_EQ(feature.detail.toStdString(), withService(wording.detail));
     }
@@ -157,7 +157,7 @@ TEST_P(HelpTexts, AreAsTheyShouldBeInBothLanguages)
 
 TEST_P(HelpTexts, HaveTheirIconInItsColour)
 {
-    const HelpFeature feature = helpFeatures(english).at(GetParam().place);
+    const HelpFeature feature = helpFeatures(english, filestoreDomain).at(GetParam().place);
     EXPECT_EQ(glyphPath(feature.icon).toStdString(), std::string(":/kit/icons/") + GetParam().icon + ".svg");
     EXPECT_EQ(feature.color, GetParam().color);
 }
@@ -193,7 +193,7 @@ TEST_P(HelpPageTexts, AreAsTheyShouldBeInBothLanguages)
     if (thisDesktop != Desktop::freedesktop)
         GTEST_SKIP() << "these are the texts of another desktop";
     fixtures::EngineOnScript engine;
-    const HelpView view(engine.settings());
+    const HelpView view(engine.settings(), filestoreDomain);
     const auto& label = fixtures::partOf<QLabel>(view, GetParam().name);
     EXPECT_EQ(label.text().toStdString(), withService(GetParam().english));
     engine.settings().language.set(italian);

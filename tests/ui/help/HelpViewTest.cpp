@@ -43,7 +43,7 @@ protected:
     }
 
     fixtures::EngineOnScript engine;
-    HelpView view{engine.settings()};
+    HelpView view{engine.settings(), filestoreDomain};
 };
 
 TEST_F(HelpViewTest, NamesTheProgramAndItsVersion)
@@ -89,7 +89,7 @@ TEST_F(HelpViewTest, EveryFeatureHasItsOwnIconAndDetail)
     for (const AppLanguage language : allLanguages) {
         QSet<Glyph> icons;
         QSet<QString> details;
-        for (const HelpFeature& feature : helpFeatures(language)) {
+        for (const HelpFeature& feature : helpFeatures(language, filestoreDomain)) {
             icons << feature.icon;
             details << feature.detail;
             EXPECT_FALSE(feature.detail.contains(u"%1")) << qPrintable(feature.title);
@@ -97,11 +97,11 @@ TEST_F(HelpViewTest, EveryFeatureHasItsOwnIconAndDetail)
         EXPECT_EQ(icons.size(), 12);
         EXPECT_EQ(details.size(), 12);
     }
-    EXPECT_EQ(helpFeatures(english).at(3).detail,
+    EXPECT_EQ(helpFeatures(english, filestoreDomain).at(3).detail,
               u"Add your "_s + QString(filestoreDomain) +
                   u" and Terabytez credentials in the Accounts tab to unlock full speed and exclusive "
                   u"content."_s);
-    EXPECT_EQ(helpFeatures(italian).at(3).detail,
+    EXPECT_EQ(helpFeatures(italian, filestoreDomain).at(3).detail,
               u"Aggiungi le credenziali di "_s + QString(filestoreDomain) +
                   u" e Terabytez nella scheda Account per sbloccare la velocità massima e i contenuti "
                   u"esclusivi."_s);

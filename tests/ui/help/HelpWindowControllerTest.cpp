@@ -37,7 +37,8 @@ protected:
 
     fixtures::EngineOnScript engine;
     QWidget owner;
-    HelpWindowController* help = new HelpWindowController(engine.settings(), owner); // the owner's
+    HelpWindowController* help =
+        new HelpWindowController(engine.settings(), u"filestore.example"_s, owner); // the owner's
 };
 
 TEST_F(HelpWindowControllerTest, ShowsAWindowOfItsOwn)

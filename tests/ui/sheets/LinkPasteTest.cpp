@@ -47,7 +47,7 @@ TEST(LinkPaste, GroupsDirectLinksByPlainHostKnownHostsFirst)
 {
     const auto groups = paste(u"https://www.Zeta.example/1\nhttps://alpha.example/2\nhttps://zeta.example/3\n"
                               u"https://filestore.example/4\nhttps://terabytez.example/5\nhttps://container.example/6")
-                            .hostGroups();
+                            .hostGroups(tables().profiles());
     QStringList names;
     for (const auto& group : groups)
         names << group.displayName;
@@ -59,7 +59,7 @@ TEST(LinkPaste, GroupsDirectLinksByPlainHostKnownHostsFirst)
 TEST(LinkPaste, NothingIsNothing)
 {
     EXPECT_TRUE(paste(u"").validURLs().empty());
-    EXPECT_TRUE(paste(u"").hostGroups().empty());
+    EXPECT_TRUE(paste(u"").hostGroups(tables().profiles()).empty());
 }
 
 } // namespace
