@@ -98,7 +98,9 @@ TEST_F(AccountsTest, ThatCannotBeUnderstoodAreNoneAndStayAsTheyAre)
 TEST_F(AccountsTest, ThatCannotBeUnderstoodAreKeptBesideOnceTheUserChangesTheList)
 {
     const QString beside = storeKey + u".unreadable"_s;
-    const auto change = [this] { Accounts(defaults, secrets, profiles).set({account(SupportedHost::filestore, u"x"_s)}); };
+    const auto change = [this] {
+        Accounts(defaults, secrets, profiles).set({account(SupportedHost::filestore, u"x"_s)});
+    };
     store(oneRecord);
     change();
     EXPECT_EQ(defaults.objectForKey(beside), std::nullopt);

@@ -1,7 +1,6 @@
 #include "platform/process/OpenFileLimit.h"
 
 #include <gtest/gtest.h>
-
 #include <sys/resource.h>
 
 #include <algorithm>

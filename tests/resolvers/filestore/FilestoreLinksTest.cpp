@@ -1,6 +1,6 @@
 #include "resolvers/filestore/FilestoreLinks.h"
 
-#include "model/HostProfile.h"
+#include "model/HostProfiles.h"
 
 #include <gtest/gtest.h>
 
@@ -39,7 +39,7 @@ void expectLinks(const std::vector<LinkRow>& rows)
 
 TEST(FilestoreLinks, TheBuiltInDomainIsThatOfTheProfile)
 {
-    const QString builtIn = profileOf(SupportedHost::filestore).linkFragment;
+    const QString builtIn = HostProfiles().of(SupportedHost::filestore).domain;
     const QString address = u"https://s1."_s + builtIn + u"/dl/x"_s;
     const std::optional<Link> link = extractDirectLink(u"href=\""_s + address + u'"', filePage(), builtIn);
     ASSERT_TRUE(link);

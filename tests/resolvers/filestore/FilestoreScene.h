@@ -80,8 +80,7 @@ protected:
     Background background;
     std::unique_ptr<CurlHttpClient> client = std::make_unique<CurlHttpClient>(clock, options());
     FilestoreLoginCache logins{clock};
-    FilestoreResolver resolver{{*client, *client->sharedCookies(), secrets, clock, background, logins},
-                               profiles};
+    FilestoreResolver resolver{{*client, *client->sharedCookies(), secrets, clock, background, logins}, profiles};
     HostAccount ann = fixtures::account(SupportedHost::filestore, QStringLiteral("ann"));
 
 private:
