@@ -1,6 +1,7 @@
 #include "app/Program.h"
 
 #include "config/Services.h"
+#include "resolvers/ServiceResolvers.h"
 
 #include <QSysInfo>
 
@@ -24,7 +25,8 @@ Program::Program(const Folders& folders, const CurlHttpClient::Options& network,
     , m_defaults(folders.configuration + u"/preferences.json"_s, m_fileWriter)
     , m_launchPing(m_http, m_defaults, {reports.telemetry, ownVersion(), QSysInfo::prettyProductName()})
     , m_updater(m_http, m_defaults, m_clock, QUrl(reports.updateFeed), Version::parse(ownVersion()).value())
-    , m_resolvers(HostProfiles(m_services.services), {}, {})
+    , m_resolvers(serviceResolvers(
+          m_services.services, {m_http, *m_http.sharedCookies(), m_secrets, m_clock, m_pageReading, m_filestoreLogins}))
     , m_terminal(folders.runtime, qEnvironmentVariable("TERMINAL"))
     , m_manager(platform(folders), DownloadManager::Ports{m_resolvers, m_extractor})
 {

@@ -7,6 +7,7 @@
 #include "engine/DownloadManager.h"
 #include "model/ServicesFile.h"
 #include "platform/Platform.h"
+#include "platform/async/Background.h"
 #include "platform/clock/SystemClock.h"
 #include "platform/desktop/FileViewer.h"
 #include "platform/desktop/PackageManager.h"
@@ -21,6 +22,7 @@
 #include "platform/storage/UserDefaults.h"
 #include "platform/web/WebBrowser.h"
 #include "resolvers/ResolverTables.h"
+#include "resolvers/filestore/FilestoreLoginCache.h"
 #include "ui/ViewPorts.h"
 
 namespace vormel {
@@ -64,6 +66,8 @@ private:
     UserDefaults m_defaults;
     LaunchPing m_launchPing;
     FeedUpdater m_updater;
+    Background m_pageReading;
+    FilestoreLoginCache m_filestoreLogins{m_clock};
     ResolverTables m_resolvers;
     DesktopTrash m_trash;
     DesktopFileViewer m_fileViewer;

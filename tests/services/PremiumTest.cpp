@@ -113,8 +113,8 @@ TEST_F(PremiumTest, AContainerBecomesTheFilesBehindItAndTellsNobodyAnything)
     std::string lines;
     for (int i = 0; i < 3; ++i)
         lines += newFile(FilestoreSite::Shape::twoForms).toStdString() + "\r\n";
-    const std::string url = containers.add(
-        {.body = sites::clickNLoadCall(lines), .password = containerPassword.toStdString()});
+    const std::string url =
+        containers.add({.body = sites::clickNLoadCall(lines), .password = containerPassword.toStdString()});
     engine.manager().addURLs({*Link::parse(QString::fromStdString(url))}, containerPassword);
     ASSERT_TRUE(waitUntil([this] { return engine.manager().items().size() == 3; }));
     runAll();
@@ -124,7 +124,8 @@ TEST_F(PremiumTest, AContainerBecomesTheFilesBehindItAndTellsNobodyAnything)
     const auto holds = [](const std::string& text, const QString& secret) {
         const QByteArray plain = secret.toUtf8();
         const QByteArray coded = QUrl::toPercentEncoding(secret);
-        return text.find(plain.toStdString()) != std::string::npos || text.find(coded.toStdString()) != std::string::npos;
+        return text.find(plain.toStdString()) != std::string::npos ||
+               text.find(coded.toStdString()) != std::string::npos;
     };
     EXPECT_TRUE(holds(textOf(site.requests()), password)) << "or this search finds nothing";
     EXPECT_TRUE(holds(textOf(containers.requests()), containerPassword));
