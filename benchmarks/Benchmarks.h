@@ -19,6 +19,8 @@ void benchScroll(Report& report);
 void benchExtract(Report& report);
 /// From process start to the first painted frame, and memory at rest.
 void benchWindow(Report& report);
+/// What reading hostile pages of services costs, and how that grows with the page.
+void benchPages(Report& report);
 /// How well each speed cap of the menu is kept by three transfers.
 void benchCap(Report& report);
 

@@ -16,15 +16,16 @@ int main(int argc, char** argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
     using namespace vormel::bench;
-    const std::array<std::pair<const char*, void (*)(Report&)>, 9> benchmarks{{{"window", benchWindow},
-                                                                               {"queue", benchQueue},
-                                                                               {"groups", benchGroups},
-                                                                               {"scroll", benchScroll},
-                                                                               {"extract", benchExtract},
-                                                                               {"small", benchSmallFiles},
-                                                                               {"transfer", benchTransfer},
-                                                                               {"tls", benchTransferTls},
-                                                                               {"cap", benchCap}}};
+    const std::array<std::pair<const char*, void (*)(Report&)>, 10> benchmarks{{{"window", benchWindow},
+                                                                                {"queue", benchQueue},
+                                                                                {"groups", benchGroups},
+                                                                                {"scroll", benchScroll},
+                                                                                {"pages", benchPages},
+                                                                                {"extract", benchExtract},
+                                                                                {"small", benchSmallFiles},
+                                                                                {"transfer", benchTransfer},
+                                                                                {"tls", benchTransferTls},
+                                                                                {"cap", benchCap}}};
     const QStringList wanted = QApplication::arguments().mid(1);
     Report report(u"build/bench/results.json"_s);
     for (const auto& [name, run] : benchmarks) {
