@@ -114,16 +114,16 @@ std::optional<ServicesProblem> sameValue(const Named& a, const Named& b, const S
 std::optional<ServicesProblem> wrongRootAmong(const Services& services, const ServicesLines& lines)
 {
     const QString host = services.keeplinksRootUrl.section(u'/', 2, 2);
-    const bool isAtHome = std::any_of(
-        services.keeplinksDomains.begin(), services.keeplinksDomains.end(),
-        [&host](const QString& domain) { return host == domain || host.endsWith(u'.' + domain); });
+    const bool isAtHome =
+        std::any_of(services.keeplinksDomains.begin(), services.keeplinksDomains.end(),
+                    [&host](const QString& domain) { return host == domain || host.endsWith(u'.' + domain); });
     if (isAtHome)
         return std::nullopt;
     const QString rootKey = u"keeplinksRootUrl"_s;
     const QString domainsKey = u"keeplinksDomains"_s;
     const bool isTold = lines.contains(rootKey);
-    return ServicesProblem{Reason::foreignRoot, lineOf(lines, isTold ? rootKey : domainsKey),
-                           isTold ? rootKey : domainsKey, {}};
+    return ServicesProblem{
+        Reason::foreignRoot, lineOf(lines, isTold ? rootKey : domainsKey), isTold ? rootKey : domainsKey, {}};
 }
 
 } // namespace
@@ -135,7 +135,8 @@ std::optional<ServicesProblem> clashAmong(const Services& services, const Servic
         return ServicesProblem{Reason::noTerabytezWord, lineOf(lines, hostKey), hostKey, {}};
     if (auto problem = clashOfClaims(Claims(services, lines).all()))
         return problem;
-    if (auto problem = sameValue({u"filestoreKey"_s, services.filestoreKey}, {hostKey, services.terabytezHostKey}, lines))
+    if (auto problem =
+            sameValue({u"filestoreKey"_s, services.filestoreKey}, {hostKey, services.terabytezHostKey}, lines))
         return problem;
     if (auto problem = sameValue({u"filestoreDisplayName"_s, services.filestoreDisplayName},
                                  {u"terabytezDisplayName"_s, services.terabytezDisplayName}, lines))

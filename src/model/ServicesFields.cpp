@@ -60,9 +60,8 @@ bool isNumeric(QStringView label)
 bool isLocal(QStringView domain)
 {
     const auto localNames = {u"localhost"_s, u"local"_s, u"localdomain"_s};
-    return std::any_of(localNames.begin(), localNames.end(), [domain](const QString& name) {
-        return domain == name || domain.endsWith(u'.' + name);
-    });
+    return std::any_of(localNames.begin(), localNames.end(),
+                       [domain](const QString& name) { return domain == name || domain.endsWith(u'.' + name); });
 }
 
 std::optional<Reason> wrongDomain(const QString& text)
@@ -85,7 +84,8 @@ std::optional<Reason> wrongName(const QString& text)
 {
     constexpr qsizetype longest = 100;
     const bool isPlain = std::all_of(text.begin(), text.end(), [](QChar c) { return c.isPrint() || c.isSurrogate(); });
-    return isPlain && !text.trimmed().isEmpty() && text.size() <= longest ? std::nullopt : std::optional(Reason::noName);
+    return isPlain && !text.trimmed().isEmpty() && text.size() <= longest ? std::nullopt
+                                                                          : std::optional(Reason::noName);
 }
 
 std::optional<Reason> wrongRoot(const QString& text)
@@ -105,8 +105,8 @@ std::span<const ServicesField> servicesFields()
 
 const ServicesField* servicesField(QStringView key)
 {
-    const auto* const found =
-        std::find_if(allFields.begin(), allFields.end(), [key](const ServicesField& field) { return field.key == key; });
+    const auto* const found = std::find_if(allFields.begin(), allFields.end(),
+                                           [key](const ServicesField& field) { return field.key == key; });
     return found == allFields.end() ? nullptr : &*found;
 }
 

@@ -96,8 +96,8 @@ std::variant<std::vector<ServicesEntry>, ServicesProblem> parseServicesJson(cons
     // The parser takes a NUL for the end.
     if (const qsizetype nul = bytes.indexOf('\0'); nul >= 0)
         return ServicesProblem{Reason::notJson, lineAt(bytes, static_cast<std::size_t>(nul)), {}, {}};
-    constexpr unsigned flags = rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag |
-                               rapidjson::kParseNumbersAsStringsFlag;
+    constexpr unsigned flags =
+        rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag | rapidjson::kParseNumbersAsStringsFlag;
     rapidjson::MemoryStream stream(bytes.constData(), static_cast<std::size_t>(bytes.size()));
     EntryGatherer gatherer(bytes, stream);
     rapidjson::Reader reader;

@@ -24,8 +24,8 @@ struct ServicesEntry
     std::vector<Value> values; ///< one where it is no list
 };
 
-/// The entries in the order of the file, each where it stands; also of keys that nobody knows. Anything but an object of
-/// texts and lists of texts is a problem, and nothing of it is read any further.
+/// The entries in the order of the file, each where it stands; also of keys that nobody knows. Anything but an object
+/// of texts and lists of texts is a problem, and nothing of it is read any further.
 [[nodiscard]] std::variant<std::vector<ServicesEntry>, ServicesProblem> parseServicesJson(const QByteArray& bytes);
 
 } // namespace vormel

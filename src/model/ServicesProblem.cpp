@@ -19,7 +19,8 @@ TextPair formReason(Reason reason)
     case Reason::notJson:
         return {u"This is not JSON in UTF-8.", u"Questo non è JSON in UTF-8."};
     case Reason::notObject:
-        return {u"The file must be one object in braces.", u"Il file deve essere un solo oggetto tra parentesi graffe."};
+        return {u"The file must be one object in braces.",
+                u"Il file deve essere un solo oggetto tra parentesi graffe."};
     case Reason::unknownKey:
         return {u"There is no such key.", u"Questa chiave non esiste."};
     case Reason::repeatedKey:

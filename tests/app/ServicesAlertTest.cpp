@@ -57,8 +57,9 @@ TEST_F(ServicesAlertTest, SpeaksItalian)
     settings.language.set(AppLanguage::italian);
     tellOfServices(problem, settings, window);
     EXPECT_EQ(alert()->text(), u"Impossibile usare il file dei servizi");
-    EXPECT_EQ(alert()->informativeText(), u"<p>services.json, riga 3, &lt;b&gt;domain&lt;/b&gt;: Questa chiave non esiste."
-                                          u"</p><p>Finché non è corretto, Vormel usa gli indirizzi propri.</p>");
+    EXPECT_EQ(alert()->informativeText(),
+              u"<p>services.json, riga 3, &lt;b&gt;domain&lt;/b&gt;: Questa chiave non esiste."
+              u"</p><p>Finché non è corretto, Vormel usa gli indirizzi propri.</p>");
 }
 
 TEST_F(ServicesAlertTest, GoesWithItsButton)

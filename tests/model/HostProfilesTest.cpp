@@ -63,9 +63,7 @@ TEST(HostProfiles, OnlyTheExactStoredNameGivesAHost)
 
 TEST(HostProfiles, NamesOfTerabytezAreNotLookedUp)
 {
-    const auto mayLookUp = [](const char* url) {
-        return HostProfiles().mayLookUpNames(link(QString::fromUtf8(url)));
-    };
+    const auto mayLookUp = [](const char* url) { return HostProfiles().mayLookUpNames(link(QString::fromUtf8(url))); };
     EXPECT_TRUE(mayLookUp("http://filestore.example/x"));
     EXPECT_TRUE(mayLookUp("http://h/terabytez.example"));
     EXPECT_FALSE(mayLookUp("http://www.TeraBytez.other/x"));

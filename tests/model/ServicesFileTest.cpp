@@ -148,11 +148,13 @@ INSTANTIATE_TEST_SUITE_P(Texts, BadServicesFile, ::testing::ValuesIn(badTexts), 
 const BadFile badNeighbours[] = {
     {"NoTerabytezInItsKey", "{\n\"terabytezHostKey\": \"terabytez-host.test\"}", Reason::noTerabytezWord, 2,
      "terabytezHostKey"},
-    {"ContainerInAnother", "{\"keeplinksRootUrl\": \"https://kl.test/\",\n\"fileCryptDomains\": [\"fc.test\",\n\"k.test\"],"
-                           "\n\"keeplinksDomains\": [\"kl.test\",\n\"xk.test\"]}",
+    {"ContainerInAnother",
+     "{\"keeplinksRootUrl\": \"https://kl.test/\",\n\"fileCryptDomains\": [\"fc.test\",\n\"k.test\"],"
+     "\n\"keeplinksDomains\": [\"kl.test\",\n\"xk.test\"]}",
      Reason::clash, 5, "keeplinksDomains", "k.test"},
-    {"TheEarlierMayBeTheLarger", "{\"lfileCryptDomains\": [\"a.test\", \"b.test\", \"g.test\", \"xfc.test\"],\n"
-                                 "\"fileCryptDomains\": [\"fc.test\", \"d.example\"]}",
+    {"TheEarlierMayBeTheLarger",
+     "{\"lfileCryptDomains\": [\"a.test\", \"b.test\", \"g.test\", \"xfc.test\"],\n"
+     "\"fileCryptDomains\": [\"fc.test\", \"d.example\"]}",
      Reason::clash, 2, "fileCryptDomains", "xfc.test"},
     {"ContainerInItsTwin", "{\"fileCryptDomains\": [\"fc.test\",\n\"my-fc.test\"]}", Reason::clash, 2,
      "fileCryptDomains", "fc.test"},
@@ -172,7 +174,8 @@ const BadFile badNeighbours[] = {
      Reason::clash, 2, "filestoreDomain", "my-boxes.test"},
     {"FilestoreInAnotherHost", "{\n\"filestoreDomain\": \"gator.net\"}", Reason::clash, 2, "filestoreDomain",
      "rapidgator.net"},
-    {"OtherHostTwice", R"({"otherFileHostDomains": ["a.test", "b.test", "c.test", "d.test", "e.test", "f.test", "g.test",
+    {"OtherHostTwice",
+     R"({"otherFileHostDomains": ["a.test", "b.test", "c.test", "d.test", "e.test", "f.test", "g.test",
         "h.test", "i.test",
         "a.test"]})",
      Reason::repeatedValue, 3, "otherFileHostDomains", "a.test"},
@@ -324,8 +327,9 @@ TEST(ServicesFile, ThatIsNoFileOrTooLargeIsAProblem)
 TEST(ServicesProblem, NamesThePlaceAndTheReasonInBothLanguages)
 {
     const ServicesProblem problem{Reason::clash, 5, u"keeplinksDomains"_s, u"k.test"_s};
-    EXPECT_EQ(problem.text(AppLanguage::english), u"services.json, line 5, keeplinksDomains: Its links could not be told "
-                                                  u"from those of “k.test”.");
+    EXPECT_EQ(problem.text(AppLanguage::english),
+              u"services.json, line 5, keeplinksDomains: Its links could not be told "
+              u"from those of “k.test”.");
     EXPECT_EQ(problem.text(AppLanguage::italian), u"services.json, riga 5, keeplinksDomains: I suoi link non si "
                                                   u"distinguerebbero da quelli di «k.test».");
     EXPECT_EQ((ServicesProblem{Reason::tooLarge, 0, {}, {}}).text(AppLanguage::english),
