@@ -2,6 +2,7 @@
 
 #include "text/LinkReference.h"
 #include "text/QuotedValues.h"
+#include "text/SmallLetters.h"
 
 #include <QHash>
 
@@ -115,7 +116,7 @@ std::optional<DownloadForm> findDownloadForm(const QString& html, const Link& ba
         at = form->end;
         FormFields fields = parseHiddenInputs(form->body);
         const QString* const operation = fieldValue(fields, u"op");
-        if (operation && operation->toLower().contains("download"_L1))
+        if (operation && withSmallLetters(*operation).contains("download"_L1))
             return formOf(*form, std::move(fields), baseUrl);
         if (!fallback && (fieldValue(fields, u"id") || fieldValue(fields, u"rand")))
             fallback = formOf(*form, std::move(fields), baseUrl);
@@ -139,7 +140,7 @@ void applyPremiumFields(FormFields& fields)
                            std::any_of(fields.begin(), fields.end(),
                                        [&premium](const auto& field) { return field.first.startsWith(premium); });
     const QString* const operation = fieldValue(fields, u"op");
-    if (!hasChoice && (!operation || operation->toLower() != "download1"_L1))
+    if (!hasChoice && (!operation || withSmallLetters(*operation) != "download1"_L1))
         return;
     if (!hasChoice)
         setField(fields, u"op"_s, u"download2"_s);

@@ -2,6 +2,7 @@
 
 #include "resolvers/filestore/FilestoreForms.h"
 #include "text/PercentCoding.h"
+#include "text/SmallLetters.h"
 
 #include <algorithm>
 #include <array>
@@ -34,7 +35,7 @@ bool tellsRefusedLogin(const QString& html)
     constexpr std::array<QLatin1StringView, 9> refusals{
         "wrong login"_L1, "invalid login"_L1, "incorrect password"_L1, "wrong password"_L1, "invalid credentials"_L1,
         "login error"_L1, "invalid email"_L1, "wrong email"_L1,        "incorrect email"_L1};
-    const QString smallHtml = html.toLower();
+    const QString smallHtml = withSmallLetters(html);
     return std::any_of(refusals.begin(), refusals.end(),
                        [&smallHtml](QLatin1StringView refusal) { return smallHtml.contains(refusal); });
 }

@@ -1,7 +1,7 @@
 #include "resolvers/filestore/FilestoreNames.h"
 
 #include "resolvers/filestore/FilestoreWord.h"
-#include "text/BoundedRegex.h"
+#include "text/SmallLetters.h"
 
 #include <algorithm>
 #include <optional>
@@ -11,9 +11,6 @@ using namespace Qt::StringLiterals;
 namespace vormel {
 
 namespace {
-
-constexpr auto blanksAndLetters =
-    QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption;
 
 /// What <h1[^>]*>([^<]+)</h1> matches first.
 QStringView firstHeading(QStringView html)
@@ -47,13 +44,68 @@ QStringView firstTitle(QStringView html)
     return {};
 }
 
+bool isBlank(QChar c)
+{
+    return c.isSpace();
+}
+
+bool isDigit(QChar c)
+{
+    return c.isDigit();
+}
+
+QStringView withoutEnd(QStringView text, bool (*isOfTheEnd)(QChar))
+{
+    while (!text.isEmpty() && isOfTheEnd(text.back()))
+        text.chop(1);
+    return text;
+}
+
+/// Without what ^Download\s+ matches.
+QStringView withoutCommand(QStringView text)
+{
+    constexpr QStringView command = u"Download";
+    if (!text.startsWith(command, Qt::CaseInsensitive))
+        return text;
+    const QStringView rest = text.mid(command.size());
+    const auto name = std::find_if_not(rest.begin(), rest.end(), isBlank);
+    return name == rest.begin() ? text : rest.mid(name - rest.begin());
+}
+
+/// The words at the end of a name that tell of a volume.
+struct VolumeWords
+{
+    qsizetype start = 0; ///< of the blanks before them
+    QStringView number;
+    QStringView ending;
+};
+
+/// What \s+part(\d+)\s+(rar|rev)$ matches. Read from the end, as nothing before can change it.
+std::optional<VolumeWords> volumeWords(QStringView name)
+{
+    // A line break at the very end does not count.
+    const QStringView line = name.endsWith(u'\n') ? name.chopped(1) : name;
+    const QStringView ending = line.mid(std::max<qsizetype>(0, line.size() - 3));
+    if (ending.compare(u"rar", Qt::CaseInsensitive) != 0 && ending.compare(u"rev", Qt::CaseInsensitive) != 0)
+        return std::nullopt;
+    const QStringView number = withoutEnd(line.chopped(ending.size()), isBlank);
+    const QStringView word = withoutEnd(number, isDigit);
+    if (number.size() == line.size() - ending.size() || word.size() == number.size() ||
+        !word.endsWith(u"part", Qt::CaseInsensitive))
+        return std::nullopt;
+    const qsizetype start = withoutEnd(word.chopped(4), isBlank).size();
+    if (start == word.size() - 4)
+        return std::nullopt;
+    return VolumeWords{start, number.mid(word.size()), ending};
+}
+
 } // namespace
 
 QString extractTitleName(const QString& html)
 {
     for (const QStringView found : {firstHeading(html), firstTitle(html)}) {
         const QString text = found.trimmed().toString();
-        if (!text.isEmpty() && !text.toLower().contains(filestoreWord))
+        if (!text.isEmpty() && !withSmallLetters(text).contains(filestoreWord))
             return normalizeTitleName(text);
     }
     return {};
@@ -61,15 +113,16 @@ QString extractTitleName(const QString& html)
 
 QString normalizeTitleName(const QString& text)
 {
-    static const BoundedRegex command(uR"(^Download\s+)"_s, blanksAndLetters);
-    // From the first of several blanks only: a long row of them would else be read anew from each.
-    static const BoundedRegex volume(uR"((?<!\s)\s+part(\d+)\s+(rar|rev)$)"_s, blanksAndLetters);
-    QString name = command.removedFrom(text);
-    if (const BoundedRegex::Result found = volume.search(name)) {
-        const QString ending = u".part"_s + found.match.captured(1) + u'.' + found.match.captured(2).toLower();
-        name.replace(found.match.capturedStart(), found.match.capturedLength(), ending);
-    }
-    return name;
+    const QStringView name = withoutCommand(text);
+    const std::optional<VolumeWords> volume = volumeWords(name);
+    if (!volume)
+        return name.toString();
+    QString normalized = name.first(volume->start).toString();
+    normalized += u".part"_s;
+    normalized += volume->number;
+    normalized += u'.' + withSmallLetters(volume->ending.toString());
+    normalized += name.mid(volume->ending.end() - name.begin());
+    return normalized;
 }
 
 } // namespace vormel
