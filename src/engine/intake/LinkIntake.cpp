@@ -127,16 +127,21 @@ void LinkIntake::expandContainer(const Link& url, const std::optional<QString>& 
     spawn(readContainer(placeholder, password));
 }
 
+bool LinkIntake::isContainer(const DownloadItem& item) const
+{
+    return m_ports.resolvers.containerResolverForURL(item.originalURL()) != nullptr;
+}
+
 bool LinkIntake::isFailedContainer(const DownloadItem& item) const
 {
-    return item.status() == DownloadStatus::failed && m_ports.resolvers.containerResolverForURL(item.originalURL());
+    return item.status() == DownloadStatus::failed && isContainer(item);
 }
 
 bool LinkIntake::readAgain(const DownloadItem& item)
 {
     const ItemPtr placeholder = m_ports.table.find(item.id());
     // What is being read, or waits for its CAPTCHA, is no file either.
-    if (placeholder && item.status() == DownloadStatus::expanding)
+    if (item.status() == DownloadStatus::expanding && isContainer(item))
         return true;
     if (!placeholder || !isFailedContainer(item))
         return false;

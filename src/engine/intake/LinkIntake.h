@@ -62,6 +62,7 @@ public:
     [[nodiscard]] std::vector<Link> filterNewURLs(const std::vector<Link>& urls) const;
 
 private:
+    [[nodiscard]] bool isContainer(const DownloadItem& item) const;
     void addItems(const std::vector<Link>& urls);
     void settle();
     void markCompletedIfPresent(DownloadItem& item);
