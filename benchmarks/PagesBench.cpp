@@ -1,5 +1,4 @@
 #include "Benchmarks.h"
-
 #include "Measure.h"
 #include "model/PremiumAccountInfo.h"
 #include "resolvers/containers/ContainerForm.h"

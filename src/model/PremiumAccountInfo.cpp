@@ -3,6 +3,7 @@
 #include "text/BoundedRegex.h"
 #include "text/ByteCount.h"
 #include "text/ProseDates.h"
+#include "text/SmallLetters.h"
 
 #include <algorithm>
 #include <array>
@@ -81,7 +82,7 @@ QString parsePlan(const QString& html)
 {
     constexpr std::array<std::pair<QLatin1StringView, QLatin1StringView>, 4> plans{
         {{"premium"_L1, "Premium"_L1}, {"gold"_L1, "Gold"_L1}, {"vip"_L1, "VIP"_L1}, {"pro"_L1, "Pro"_L1}}};
-    const QString smallHtml = html.toLower();
+    const QString smallHtml = withSmallLetters(html);
     for (const auto& [word, plan] : plans) {
         if (smallHtml.contains(word))
             return plan;
@@ -92,7 +93,7 @@ QString parsePlan(const QString& html)
 std::optional<QDateTime> parseExpiry(const QString& html, const QStringList& keywords, WallTime now)
 {
     const qint64 nowMs = std::chrono::floor<std::chrono::milliseconds>(now.time_since_epoch()).count();
-    const QString smallHtml = html.toLower();
+    const QString smallHtml = withSmallLetters(html);
     for (const QString& keyword : keywords) {
         const std::optional<QString> excerpt = excerptAround(keyword, html, smallHtml, expiryReach);
         for (const ProseDate& date : excerpt ? datesIn(*excerpt) : std::vector<ProseDate>()) {
@@ -105,7 +106,7 @@ std::optional<QDateTime> parseExpiry(const QString& html, const QStringList& key
 
 PremiumTraffic parseTraffic(const QString& html)
 {
-    const QString smallHtml = html.toLower();
+    const QString smallHtml = withSmallLetters(html);
     for (const QString& keyword : {u"traffic"_s, u"bandwidth"_s, u"download limit"_s}) {
         const std::optional<QString> excerpt = excerptAround(keyword, html, smallHtml, trafficReach);
         const std::vector<qint64> sizes = excerpt ? parseSizes(*excerpt) : std::vector<qint64>();

@@ -1,6 +1,7 @@
 #include "resolvers/containers/ContainerPage.h"
 
 #include "text/BoundedRegex.h"
+#include "text/SmallLetters.h"
 
 #include <algorithm>
 #include <array>
@@ -12,7 +13,7 @@ namespace vormel {
 bool containsCaptcha(const QString& html)
 {
     constexpr std::array<QStringView, 4> signs{u"h-captcha", u"hcaptcha", u"g-recaptcha", u"data-sitekey"};
-    const QString page = html.toLower();
+    const QString page = withSmallLetters(html);
     return std::any_of(signs.begin(), signs.end(), [&page](QStringView sign) { return page.contains(sign); });
 }
 
