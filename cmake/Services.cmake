@@ -5,6 +5,10 @@ set(VORMEL_FILESTORE_DOMAIN "filestore.example" CACHE STRING "Web domain of the 
 set(VORMEL_FILESTORE_DISPLAY_NAME "Filestore.example" CACHE STRING "Label shown for the Filestore service")
 set(VORMEL_TERABYTEZ_DOMAIN "terabytez.example" CACHE STRING "Web domain of the Terabytez service")
 set(VORMEL_TERABYTEZ_HOST_KEY "files.terabytez.example" CACHE STRING "Stored key of the Terabytez service")
+if(NOT VORMEL_TERABYTEZ_HOST_KEY MATCHES "terabytez[.]")
+    message(FATAL_ERROR "VORMEL_TERABYTEZ_HOST_KEY must have \"terabytez.\" in it, or its links would not be known for "
+        "Terabytez'. A build folder may still have an older default: -U VORMEL_TERABYTEZ_HOST_KEY forgets it.")
+endif()
 set(VORMEL_TERABYTEZ_DISPLAY_NAME "Terabytez" CACHE STRING "Label shown for the Terabytez service")
 set(VORMEL_OTHER_FILE_HOST_DOMAINS
     "rapidgator.net;turbobit.net;uploaded.net;1fichier.com;katfile.com;nitroflare.com;mega.nz;ddownload.com;mixdrop.co;filespace.com"

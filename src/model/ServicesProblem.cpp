@@ -1,7 +1,5 @@
 #include "model/ServicesProblem.h"
 
-#include "text/FileName.h"
-
 using namespace Qt::StringLiterals;
 
 namespace vormel {
@@ -73,11 +71,12 @@ TextPair valueReason(Reason reason)
 
 QString ServicesProblem::text(AppLanguage language) const
 {
+    constexpr qsizetype longestKey = 40; // an unknown one may be of any length
     QString place = u"services.json"_s;
     if (line > 0)
         place += pair(language, u", line ", u", riga ") + QString::number(line);
     if (!key.isEmpty())
-        place += u", "_s + readableName(key);
+        place += u", "_s + key.left(longestKey).simplified();
     return place + u": "_s + valueReason(reason).in(language).replace(u"%1"_s, detail);
 }
 

@@ -34,12 +34,14 @@ bool comesTrue(const std::function<bool()>& condition)
     });
 }
 
-RunningProgram::RunningProgram(const QStringList& files)
+RunningProgram::RunningProgram(const QStringList& files, const QByteArray& services)
 {
     atspi_init();
     // The program asks for the bus of assistive technology once, so it has to be there before.
     static_cast<void>(Accessible::desktop().children());
     writeQueue(files);
+    if (!services.isEmpty())
+        m_sandbox.write(u"config/Vormel/services.json"_s, services);
     start(m_process);
 }
 

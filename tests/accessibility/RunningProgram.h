@@ -13,8 +13,9 @@ namespace vormel::fixtures {
 class RunningProgram
 {
 public:
-    /// Named by the files to be loaded; nothing of them is ever asked for.
-    explicit RunningProgram(const QStringList& files);
+    /// Named by the files to be loaded; nothing of them is ever asked for. With a file of services, unless that is
+    /// empty.
+    explicit RunningProgram(const QStringList& files, const QByteArray& services = {});
     RunningProgram(const RunningProgram&) = delete;
     RunningProgram& operator=(const RunningProgram&) = delete;
     ~RunningProgram();

@@ -159,6 +159,19 @@ TEST_F(ScreenReaderTest, LinksAreAddedThroughTheSheet)
     EXPECT_TRUE(comesTrue([this] { return program.row(u"new.zip, "_s).isThere(); }));
 }
 
+TEST(BadServicesTest, AreToldOnceTheWindowIsThereAndBlockNothing)
+{
+    RunningProgram program({u"b.zip"_s}, "{\n\"filestoreDomain\": \"boxes\"}");
+    ASSERT_TRUE(program.isUp());
+    const auto told = [&program] {
+        return program.application().find(ATSPI_ROLE_LABEL, u"services.json, line 2, filestoreDomain: "_s);
+    };
+    ASSERT_TRUE(comesTrue([&told] { return told().isThere(); }));
+    EXPECT_TRUE(program.row(u"b.zip, "_s).isThere());
+    ASSERT_TRUE(told().parent().find(ATSPI_ROLE_PUSH_BUTTON, u"OK"_s).act(u"Press"_s));
+    EXPECT_TRUE(comesTrue([&told] { return !told().isThere(); }));
+}
+
 TEST(LongQueueTest, AScreenReaderNeedsNotWaitForTenThousandRows)
 {
     constexpr int count = 10'000;

@@ -126,7 +126,8 @@ const BadFile badTexts[] = {
     {"RepeatedKey", "{\"filestoreDomain\": \"a.test\",\n\"filestoreDomain\": \"a.test\"}", Reason::repeatedKey, 2,
      "filestoreDomain"},
     {"NumberForAText", "{\n\"filestoreDomain\": 7\n}", Reason::wrongType, 2, "filestoreDomain"},
-    {"HugeNumber", "{\"filestoreDomain\": 1e99999}", Reason::wrongType, 1, "filestoreDomain"},
+    {"LargeNumber", "{\"filestoreDomain\": 1e300}", Reason::wrongType, 1, "filestoreDomain"},
+    {"NumberThatIsNone", "{\"filestoreDomain\": 1e99999}", Reason::notJson, 1, ""},
     {"NullForAText", "{\"filestoreDomain\": null}", Reason::wrongType, 1, "filestoreDomain"},
     {"ListForAText", "{\"filestoreDomain\": [\"boxes.test\"]}", Reason::wrongType, 1, "filestoreDomain"},
     {"TextForAList", "{\"fileCryptDomains\": \"a.test\"}", Reason::wrongType, 1, "fileCryptDomains"},
@@ -268,7 +269,7 @@ const BadValue badValues[] = {
 };
 
 INSTANTIATE_TEST_SUITE_P(Values, BadServicesValue, ::testing::ValuesIn(badValues),
-                         [](const auto& info) { return info.param.name; });
+                         [](const auto& row) { return row.param.name; });
 
 TEST(ServicesFile, AnyCutOfAGoodFileIsAProblemAndNoCrash)
 {
@@ -338,8 +339,9 @@ TEST(ServicesProblem, NamesThePlaceAndTheReasonInBothLanguages)
 
 TEST(ServicesProblem, CutsAKeyToWhatCanBeRead)
 {
-    const ServicesProblem problem{Reason::unknownKey, 1, QString(60000, u'k'), {}};
-    EXPECT_LT(problem.text(AppLanguage::english).size(), 400);
+    const ServicesProblem problem{Reason::unknownKey, 1, u"a\n\nb"_s + QString(60000, u'k'), {}};
+    EXPECT_LT(problem.text(AppLanguage::english).size(), 100);
+    EXPECT_FALSE(problem.text(AppLanguage::english).contains(u'\n'));
 }
 
 TEST(ServicesProblem, EachReasonHasAPairOfTextsOfItsOwn)
