@@ -6,7 +6,6 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QElapsedTimer>
-#include <QTimer>
 
 #include <algorithm>
 #include <array>
@@ -20,16 +19,7 @@ namespace {
 
 constexpr std::array<qint64, 6> caps{512, 1024, 2048, 5120, 10240, 20480};
 constexpr int transfers = 3;
-constexpr double seconds = 15;
-
-void wait(double time)
-{
-    QElapsedTimer timer;
-    timer.start();
-    QTimer tick;
-    tick.start(10);
-    turnUntil([&timer, time] { return static_cast<double>(timer.elapsed()) >= time * 1000; });
-}
+constexpr std::chrono::seconds measured{15};
 
 qint64 bytesOnDisk(const QString& folder)
 {
@@ -53,11 +43,11 @@ double errorOf(qint64 cap, const sites::FileServer& server)
     program.manager().addURLs(links, std::nullopt);
     program.manager().commands().startAll();
     // The first second may run at up to twice the cap; what is promised is the mean from then on.
-    wait(2);
+    turnFor(std::chrono::seconds(2));
     QElapsedTimer timer;
     timer.start();
     const qint64 before = bytesOnDisk(program.downloads());
-    wait(seconds);
+    turnFor(measured);
     const double elapsed = static_cast<double>(timer.nsecsElapsed()) / 1e9;
     const double rate = static_cast<double>(bytesOnDisk(program.downloads()) - before) / elapsed;
     program.manager().commands().pauseAll();

@@ -66,6 +66,8 @@ void furnish(const Folders& folders)
 Cost ours(DownloadManager& manager)
 {
     const ItemPtr first = manager.items().front();
+    // The last run is tidied up behind its end; until then no other one begins.
+    turnFor(std::chrono::milliseconds(200));
     return costOf([&manager, &first] {
         manager.commands().retryExtraction(first->id());
         turnUntil([&first] {

@@ -6,6 +6,7 @@
 #include <QEventLoop>
 #include <QProcess>
 #include <QTextStream>
+#include <QTimer>
 
 #include <sys/resource.h>
 #include <unistd.h>
@@ -92,6 +93,15 @@ void turnUntil(const std::function<bool()>& condition)
             giveUp(u"a condition was not reached within five minutes"_s);
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents);
     }
+}
+
+void turnFor(std::chrono::milliseconds time)
+{
+    QElapsedTimer timer;
+    timer.start();
+    QTimer tick; // or nothing would turn it
+    tick.start(10);
+    turnUntil([&timer, time] { return timer.hasExpired(time.count()); });
 }
 
 void giveUp(const QString& why)

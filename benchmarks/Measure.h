@@ -3,6 +3,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
 #include <functional>
 #include <vector>
 
@@ -33,6 +34,9 @@ void settleDisk();
 
 /// Turns the event loop until the condition holds. Ends the benchmark if that takes minutes.
 void turnUntil(const std::function<bool()>& condition);
+
+/// Turns the event loop for so long.
+void turnFor(std::chrono::milliseconds time);
 
 [[noreturn]] void giveUp(const QString& why);
 

@@ -104,6 +104,21 @@ protected:
         QDir(sandbox.path(u"dest"_s)).removeRecursively();
     }
 
+    /// Archives whose members would come to lie outside of the folder they are unpacked into.
+    [[nodiscard]] QList<QList<Member>> attacks() const
+    {
+        const QString up = u"../outside"_s;
+        return {
+            {file(u"../escaped"_s)},
+            {file(u"a/b/../../../escaped"_s)},
+            {file(outside() + u"/escaped"_s)},
+            {link(u"l"_s, up), file(u"l/escaped"_s)},
+            {link(u"l"_s, outside()), file(u"l/escaped"_s)},
+            {link(u"l"_s, up + u"/escaped"_s), file(u"l"_s)},
+            {link(u"s"_s, u"."_s), link(u"l"_s, u"s/../outside"_s), file(u"l/escaped"_s)},
+        };
+    }
+
     fixtures::Sandbox sandbox;
 };
 
@@ -111,20 +126,12 @@ TEST_F(HostileArchiveTest, NoTarWritesOutside)
 {
     VORMEL_NEEDS_TOOL("tar");
     VORMEL_NEEDS_TOOL("python3");
-    const QString up = u"../outside"_s;
-    const QList<QList<Member>> attacks{
-        {file(u"../escaped"_s)},
-        {file(u"a/b/../../../escaped"_s)},
-        {file(outside() + u"/escaped"_s)},
-        {link(u"l"_s, up), file(u"l/escaped"_s)},
-        {link(u"l"_s, outside()), file(u"l/escaped"_s)},
-        {link(u"l"_s, up + u"/escaped"_s), file(u"l"_s)},
-        {link(u"s"_s, u"."_s), link(u"l"_s, u"s/../outside"_s), file(u"l/escaped"_s)},
-        {hardLink(u"h"_s, up + u"/secret"_s), file(u"h"_s)},
+    const QList<QList<Member>> hardLinkAttacks{
+        {hardLink(u"h"_s, u"../outside/secret"_s), file(u"h"_s)},
         {hardLink(u"h"_s, outside() + u"/secret"_s), file(u"h"_s)},
-        {link(u"l"_s, up), hardLink(u"h"_s, u"l/secret"_s), file(u"h"_s)},
+        {link(u"l"_s, u"../outside"_s), hardLink(u"h"_s, u"l/secret"_s), file(u"h"_s)},
     };
-    for (const QList<Member>& attack : attacks)
+    for (const QList<Member>& attack : attacks() + hardLinkAttacks)
         unpack({make(u"a.tar"_s, attack)});
 }
 
@@ -135,17 +142,7 @@ TEST_F(HostileArchiveTest, NoZipWritesOutsideWithAnyTool)
     VORMEL_NEEDS_TOOL("7za");
     VORMEL_NEEDS_TOOL("7zz");
     VORMEL_NEEDS_TOOL("python3");
-    const QString up = u"../outside"_s;
-    const QList<QList<Member>> attacks{
-        {file(u"../escaped"_s)},
-        {file(u"a/b/../../../escaped"_s)},
-        {file(outside() + u"/escaped"_s)},
-        {link(u"l"_s, up), file(u"l/escaped"_s)},
-        {link(u"l"_s, outside()), file(u"l/escaped"_s)},
-        {link(u"l"_s, up + u"/escaped"_s), file(u"l"_s)},
-        {link(u"s"_s, u"."_s), link(u"l"_s, u"s/../outside"_s), file(u"l/escaped"_s)},
-    };
-    for (const QList<Member>& attack : attacks)
+    for (const QList<Member>& attack : attacks())
         for (const char* tool : {"unzip", "7z", "7za", "7zz"})
             unpack({make(u"a.zip"_s, attack)}, QString::fromUtf8(tool));
 }
