@@ -1,7 +1,7 @@
 #include "app/Program.h"
 
 #include "config/Services.h"
-#include "resolvers/ServiceResolvers.h"
+#include "resolvers/services/ServiceResolvers.h"
 
 #include <QSysInfo>
 

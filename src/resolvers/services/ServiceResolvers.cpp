@@ -1,4 +1,4 @@
-#include "resolvers/ServiceResolvers.h"
+#include "resolvers/services/ServiceResolvers.h"
 
 #include "model/Services.h"
 #include "resolvers/containers/CryptResolver.h"
