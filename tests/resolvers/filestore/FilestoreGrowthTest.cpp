@@ -207,7 +207,7 @@ public:
     [[nodiscard]] bool areFine() const
     {
         constexpr double leastMeasured = 2;
-        constexpr double growth = 12;
+        constexpr double growth = 25; // what goes over a page anew takes a hundred times as long
         return (m_small < 50 || !isOptimised) && m_large <= growth * std::max(m_small, leastMeasured);
     }
 
