@@ -15,7 +15,7 @@ endforeach()
 
 if(header_sources)
     add_library(vormel_headers_alone OBJECT ${header_sources})
-    target_link_libraries(vormel_headers_alone PRIVATE ${header_floors})
+    target_link_libraries(vormel_headers_alone PRIVATE ${header_floors} PkgConfig::LIBSECRET)
     target_compile_options(vormel_headers_alone PRIVATE -O0 -g0 -Wno-null-dereference)
     set_target_properties(vormel_headers_alone PROPERTIES AUTOMOC OFF AUTORCC OFF)
     if(VORMEL_SANITIZE)
