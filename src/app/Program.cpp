@@ -45,8 +45,8 @@ Platform Program::platform(const Folders& folders)
 
 ViewPorts Program::viewPorts()
 {
-    return {m_manager,   m_clock,           m_fileViewer, m_urlOpener,
-            m_toolWatch, m_packageManagers, m_terminal,   m_downloadsFolder};
+    return {m_manager,         m_clock,    m_fileViewer, m_urlOpener,      m_toolWatch,
+            m_packageManagers, m_terminal, m_signIn,     m_downloadsFolder};
 }
 
 } // namespace vormel

@@ -5,6 +5,7 @@
 #include "archive/tools/ArchiveExtractor.h"
 #include "archive/tools/ToolWatch.h"
 #include "engine/DownloadManager.h"
+#include "kit/SignInSheet.h"
 #include "platform/Platform.h"
 #include "platform/clock/SystemClock.h"
 #include "platform/desktop/FileViewer.h"
@@ -66,6 +67,7 @@ private:
     DesktopUrlOpener m_urlOpener;
     DesktopPackageManagers m_packageManagers;
     DesktopTerminal m_terminal;
+    NoSignInSheet m_signIn;
     ToolRunner m_tools;
     ToolWatch m_toolWatch{m_tools};
     ArchiveExtractor m_extractor{m_tools};

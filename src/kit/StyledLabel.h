@@ -17,6 +17,7 @@ public:
         body,
         headline,
         caption,
+        boldCaption,
         digits, ///< a caption whose figures stand still while they change
         title,
     };

@@ -14,6 +14,7 @@ std::span<const HostProfile> hostProfiles()
         HostProfile{.host = SupportedHost::terabytez,
                     .key = terabytezHostKey,
                     .label = terabytezDisplayName,
+                    .domain = terabytezDomain,
                     .linkFragment = "terabytez."_L1,
                     .groupFragment = "terabytez"_L1,
                     // Cut behind its first dot, so that mirrors under other top-level domains pass.
@@ -23,6 +24,7 @@ std::span<const HostProfile> hostProfiles()
         HostProfile{.host = SupportedHost::filestore,
                     .key = filestoreDomain,
                     .label = filestoreDisplayName,
+                    .domain = filestoreDomain,
                     .linkFragment = filestoreDomain,
                     .groupFragment = "filestore"_L1,
                     .certificateFragment = filestoreDomain,

@@ -23,6 +23,7 @@ struct HostProfile
     SupportedHost host = SupportedHost::filestore;
     QLatin1StringView key;                 ///< what is stored
     QLatin1StringView label;               ///< what is shown
+    QLatin1StringView domain;              ///< of its web site
     QLatin1StringView linkFragment;        ///< the host of its links has this in it
     QLatin1StringView groupFragment;       ///< a host with this in it stands under the label in a choice of hosts
     QLatin1StringView certificateFragment; ///< a host with this in it may have any certificate

@@ -1,14 +1,17 @@
 #pragma once
 
 #include <QCoroTask>
+#include <QObject>
 #include <QString>
 
 namespace vormel {
 
 /// The user's passwords, each under a key. UI thread only, which never waits for them: a locked keyring may ask the
 /// user first. A password that cannot be had is an empty text, never an error.
-class SecretStore
+class SecretStore : public QObject
 {
+    Q_OBJECT
+
 public:
     /// Where passwords are kept on this machine.
     enum class Place
@@ -18,16 +21,15 @@ public:
         nowhere, ///< every password is forgotten at once
     };
 
-    SecretStore() = default;
-    SecretStore(const SecretStore&) = delete;
-    SecretStore& operator=(const SecretStore&) = delete;
-    virtual ~SecretStore() = default;
-
+    /// May change, as keyrings come and go.
     [[nodiscard]] virtual Place place() const = 0;
     /// Takes the place of what was kept under the key.
     [[nodiscard]] virtual QCoro::Task<> save(QString key, QString secret) = 0;
     [[nodiscard]] virtual QCoro::Task<QString> load(QString key) = 0;
     [[nodiscard]] virtual QCoro::Task<> remove(QString key) = 0;
+
+Q_SIGNALS:
+    void placeChanged();
 };
 
 } // namespace vormel
