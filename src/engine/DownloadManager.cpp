@@ -4,6 +4,7 @@
 #include "model/DownloadPaths.h"
 #include "platform/storage/FileWriter.h"
 #include "resolvers/ResolverError.h"
+#include "resolvers/ResolverTables.h"
 
 #include <QFileInfo>
 

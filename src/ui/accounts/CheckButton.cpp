@@ -8,6 +8,8 @@
 #include <QStyleOptionButton>
 #include <QTimerEvent>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {

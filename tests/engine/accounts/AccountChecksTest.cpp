@@ -10,8 +10,6 @@ using namespace Qt::StringLiterals;
 namespace vormel {
 namespace {
 
-using fixtures::account;
-
 QCoro::Task<QString> planOrError(DownloadManager& manager, HostAccount account, std::stop_token stop)
 {
     try {
@@ -26,7 +24,7 @@ TEST(AccountChecks, AskTheResolverOfTheAccountsHost)
 {
     const auto log = std::make_shared<fixtures::ServiceLog>();
     fixtures::EngineOnScript engine(fixtures::fakeServices(log));
-    const HostAccount asked = account(SupportedHost::terabytez);
+    const HostAccount asked = fixtures::account(SupportedHost::terabytez);
     std::stop_source stop;
     QCoro::Task<QString> plan = planOrError(engine.manager(), asked, stop.get_token());
     ASSERT_EQ(log->checks.size(), 1U);
@@ -41,7 +39,7 @@ TEST(AccountChecks, FailAsTheResolverDoes)
 {
     const auto log = std::make_shared<fixtures::ServiceLog>();
     fixtures::EngineOnScript engine(fixtures::fakeServices(log));
-    QCoro::Task<QString> plan = planOrError(engine.manager(), account(SupportedHost::filestore), {});
+    QCoro::Task<QString> plan = planOrError(engine.manager(), fixtures::account(SupportedHost::filestore), {});
     log->checks.at(0).answer->deliver(ResolverError::authenticationFailed());
     EXPECT_EQ(QCoro::waitFor(std::move(plan)), u"Authentication failed");
 }
@@ -49,7 +47,7 @@ TEST(AccountChecks, FailAsTheResolverDoes)
 TEST(AccountChecks, FailWhereTheHostHasNoResolver)
 {
     fixtures::EngineOnScript engine;
-    EXPECT_EQ(QCoro::waitFor(planOrError(engine.manager(), account(SupportedHost::filestore), {})),
+    EXPECT_EQ(QCoro::waitFor(planOrError(engine.manager(), fixtures::account(SupportedHost::filestore), {})),
               u"Unsupported host");
 }
 

@@ -4,6 +4,7 @@
 #include "fixtures/EventLoop.h"
 #include "fixtures/FakeResolvers.h"
 #include "ui/FakeDesktop.h"
+#include "ui/accounts/Plans.h"
 
 #include <QSignalSpy>
 
@@ -14,7 +15,7 @@ using namespace Qt::StringLiterals;
 namespace vormel {
 namespace {
 
-const PremiumAccountInfo gold{u"Gold"_s, {}, {}, {}};
+using fixtures::goldPlan;
 
 class AccountCheckTest : public ::testing::Test
 {
@@ -42,9 +43,9 @@ TEST_F(AccountCheckTest, TellsOfItsBeginAndItsEnd)
 {
     EXPECT_EQ(status(), AccountTestStatus::testing);
     EXPECT_EQ(changed.count(), 1);
-    answer(gold);
+    answer(goldPlan());
     EXPECT_EQ(status(), AccountTestStatus::success);
-    EXPECT_EQ(check->state().premiumInfo(), gold);
+    EXPECT_EQ(check->state().premiumInfo(), goldPlan());
     EXPECT_EQ(changed.count(), 2);
 }
 
@@ -53,7 +54,7 @@ TEST_F(AccountCheckTest, RunsOnceAtATime)
     check->run();
     EXPECT_EQ(log->checks.size(), 1U);
     EXPECT_EQ(changed.count(), 1);
-    answer(gold);
+    answer(goldPlan());
     check->run();
     EXPECT_EQ(log->checks.size(), 2U);
 }
@@ -91,9 +92,9 @@ TEST_F(AccountCheckTest, LetsTheUserSignInWhereTheHostWantsABrowser)
 TEST_F(AccountCheckTest, EndsAsTheSignInDoes)
 {
     wantSignIn();
-    desktop.signIn.calls.at(0).answer->deliver({true, gold});
+    desktop.signIn.calls.at(0).answer->deliver({true, goldPlan()});
     EXPECT_EQ(status(), AccountTestStatus::success);
-    EXPECT_EQ(check->state().premiumInfo(), gold);
+    EXPECT_EQ(check->state().premiumInfo(), goldPlan());
     check->run();
     wantSignIn();
     desktop.signIn.calls.at(1).answer->deliver({true, std::nullopt});
@@ -111,7 +112,7 @@ TEST_F(AccountCheckTest, EndsAsCancelledWhereThereIsNoBrowser)
     alone.run();
     wantSignIn();
     EXPECT_EQ(alone.state().testStatus().message(AppLanguage::italian), u"Accesso annullato");
-    answer(gold);
+    answer(goldPlan());
 }
 
 TEST_F(AccountCheckTest, WaitsForALockedKeyringBeforeItAsksToSignIn)
@@ -129,7 +130,7 @@ TEST_F(AccountCheckTest, IsStoppedByItsEnd)
     EXPECT_FALSE(log->checks[0].stop.stop_requested());
     check.reset();
     EXPECT_TRUE(log->checks[0].stop.stop_requested());
-    answer(gold); // into the void
+    answer(goldPlan()); // into the void
 }
 
 TEST_F(AccountCheckTest, StopsTheSignInByItsEnd)
@@ -137,7 +138,7 @@ TEST_F(AccountCheckTest, StopsTheSignInByItsEnd)
     wantSignIn();
     check.reset();
     EXPECT_TRUE(desktop.signIn.calls.at(0).stop.stop_requested());
-    desktop.signIn.calls[0].answer->deliver({true, gold});
+    desktop.signIn.calls[0].answer->deliver({true, goldPlan()});
 }
 
 TEST_F(AccountCheckTest, OpensNoSheetOnceItHasGone)

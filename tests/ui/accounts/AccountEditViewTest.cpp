@@ -186,6 +186,7 @@ TEST_F(AccountEditViewTest, NeverOverwritesWhatWasTypedMeanwhile)
     open(stored(u"s3cret"_s));
     QTest::keyClicks(&password(), u"n"_s);
     QTest::keyClick(&password(), Qt::Key_Backspace);
+    QTest::keyClick(&username(), Qt::Key_End);
     QTest::keyClicks(&username(), u"-b"_s);
     engine.secrets.unlock();
     EXPECT_EQ(password().text(), u""); // the user wants another one

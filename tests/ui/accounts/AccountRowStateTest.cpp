@@ -1,5 +1,7 @@
 #include "ui/accounts/AccountRowState.h"
 
+#include "ui/accounts/Plans.h"
+
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -7,13 +9,13 @@ using namespace Qt::StringLiterals;
 namespace vormel {
 namespace {
 
-const PremiumAccountInfo gold{u"Gold"_s, {}, {}, {}};
+using fixtures::goldPlan;
 
 AccountRowState checked()
 {
     AccountRowState state;
     state.checkBegan();
-    state.checkSucceeded(gold);
+    state.checkSucceeded(goldPlan());
     return state;
 }
 
@@ -44,7 +46,7 @@ TEST(AccountRowState, KeepsWhatASuccessfulCheckTold)
 {
     const AccountRowState state = checked();
     EXPECT_EQ(state.testStatus(), AccountTestStatus::success);
-    EXPECT_EQ(state.premiumInfo(), gold);
+    EXPECT_EQ(state.premiumInfo(), goldPlan());
 }
 
 TEST(AccountRowState, ForgetsTheLastResultWhenACheckBegins)
@@ -75,9 +77,9 @@ TEST(AccountRowState, StaysTestingWhileTheUserSignsIn)
 TEST(AccountRowState, TakesWhatASignInTold)
 {
     AccountRowState state = signingIn();
-    state.signInEnded({true, gold});
+    state.signInEnded({true, goldPlan()});
     EXPECT_EQ(state.testStatus(), AccountTestStatus::success);
-    EXPECT_EQ(state.premiumInfo(), gold);
+    EXPECT_EQ(state.premiumInfo(), goldPlan());
     EXPECT_FALSE(state.isSigningIn());
 }
 
@@ -95,7 +97,7 @@ TEST(AccountRowState, AsksForAnotherCheckAfterASignInThatToldNothing)
 TEST(AccountRowState, FailsWhenTheSignInIsCancelled)
 {
     AccountRowState state = signingIn();
-    state.signInEnded({false, gold});
+    state.signInEnded({false, goldPlan()});
     EXPECT_EQ(state.testStatus().kind(), AccountTestStatus::failed);
     EXPECT_EQ(messages(state), u"Sign-in cancelled|Accesso annullato");
     EXPECT_EQ(state.premiumInfo(), std::nullopt);

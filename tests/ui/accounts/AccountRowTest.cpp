@@ -3,6 +3,7 @@
 #include "fixtures/Contrast.h"
 #include "kit/Theme.h"
 #include "ui/accounts/AccountsPage.h"
+#include "ui/accounts/Plans.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -13,8 +14,7 @@ using namespace Qt::StringLiterals;
 namespace vormel {
 namespace {
 
-constexpr qint64 gibibyte = 1024LL * 1024 * 1024;
-const PremiumAccountInfo gold{u"Gold"_s, {}, gibibyte, {}};
+using fixtures::goldPlan;
 
 class AccountRowTest : public fixtures::AccountsPage
 {
@@ -107,7 +107,7 @@ TEST_F(AccountRowTest, ASuccessShowsThePlanBeneathTheNames)
 {
     add(u"anna"_s);
     click(0, "checkAccount");
-    answer(0, gold);
+    answer(0, goldPlan());
     EXPECT_EQ(button(0), u"Refresh");
     EXPECT_EQ(dot(), Theme(QApplication::palette()).color(Tint::green));
     EXPECT_EQ(text(0, "premiumPlan"), u"Gold");
@@ -137,14 +137,14 @@ TEST_F(AccountRowTest, AnotherCheckForgetsWhatTheLastOneTold)
 {
     add(u"anna"_s);
     click(0, "checkAccount");
-    answer(0, gold);
+    answer(0, goldPlan());
     click(0, "checkAccount");
     EXPECT_FALSE(isShown("premiumBlock"));
     EXPECT_EQ(button(0), u"Checking...");
     answer(1, ResolverError::authenticationFailed());
     click(0, "checkAccount");
     EXPECT_FALSE(isShown("checkMessage"));
-    answer(2, gold);
+    answer(2, goldPlan());
     EXPECT_TRUE(isShown("premiumBlock"));
 }
 
@@ -152,7 +152,7 @@ TEST_F(AccountRowTest, ADisabledAccountCanStillBeChecked)
 {
     add(u"anna"_s, SupportedHost::filestore, false);
     click(0, "checkAccount");
-    answer(0, gold);
+    answer(0, goldPlan());
     EXPECT_EQ(kind(), AccountTestStatus::success);
 }
 
@@ -202,7 +202,7 @@ TEST_F(AccountRowTest, TellsAssistiveTechnologyHowTheCheckStands)
     EXPECT_EQ(name("checkAccount"), u"filestore.example, anna: Retry");
     EXPECT_EQ(told(), u"Disabled, Authentication failed");
     click(0, "checkAccount");
-    answer(1, gold);
+    answer(1, goldPlan());
     EXPECT_EQ(told(), u"Disabled, Gold, · 1 GB traffic");
     EXPECT_EQ(row(0).accessibleDescription(), told());
 }
@@ -214,7 +214,7 @@ TEST_F(AccountRowTest, KeepsTheFocusOnTheButtonThroughACheck)
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     EXPECT_EQ(button(0), u"Checking...");
     EXPECT_TRUE(part(0, "checkAccount").hasFocus());
-    answer(0, gold);
+    answer(0, goldPlan());
     EXPECT_TRUE(part(0, "checkAccount").hasFocus());
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
     EXPECT_EQ(log->checks.size(), 2U);

@@ -1,4 +1,5 @@
 #include "ui/accounts/AccountsPage.h"
+#include "ui/accounts/Plans.h"
 
 #include <QLineEdit>
 #include <QScrollArea>
@@ -7,8 +8,6 @@ using namespace Qt::StringLiterals;
 
 namespace vormel {
 namespace {
-
-constexpr qint64 gibibyte = 1024LL * 1024 * 1024;
 
 /// As wide as the page is in the smallest window, with a row in each state and all that a row can show.
 class AccountsFitTest : public fixtures::AccountsPage, public ::testing::WithParamInterface<AppLanguage>
@@ -23,8 +22,8 @@ protected:
         for (int place : {1, 2, 3})
             click(place, "checkAccount");
         const QDateTime end(QDate(2026, 9, 30), QTime(12, 0));
-        answer(1, PremiumAccountInfo{u"Premium"_s, end, 1023 * gibibyte, 1023 * gibibyte});
-        answer(2, ResolverError::networkError(u"The server's certificate is not trusted."_s));
+        answer(0, PremiumAccountInfo{u"Premium"_s, end, 1023 * fixtures::gibibyte, 1023 * fixtures::gibibyte});
+        answer(1, ResolverError::networkError(u"The server's certificate is not trusted."_s));
         engine.secrets.moveTo(SecretStore::Place::ownFile);
         fixtures::turnEventLoop();
     }

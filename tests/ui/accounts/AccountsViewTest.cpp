@@ -1,6 +1,7 @@
 #include "ui/accounts/AccountsView.h"
 
 #include "ui/accounts/AccountsPage.h"
+#include "ui/accounts/Plans.h"
 
 #include <QApplication>
 #include <QLineEdit>
@@ -12,7 +13,7 @@ using namespace Qt::StringLiterals;
 namespace vormel {
 namespace {
 
-const PremiumAccountInfo gold{u"Gold"_s, {}, {}, {}};
+using fixtures::goldPlan;
 
 class AccountsViewTest : public fixtures::AccountsPage
 {
@@ -155,8 +156,8 @@ TEST_F(AccountsViewTest, AnEditedAccountStartsOverAlsoIfOnlyItsPasswordIsAnother
     engine.secrets.kept.insert(keychainAccountKey(anna), u"first"_s);
     for (int place : {0, 1})
         click(place, "checkAccount");
-    answer(0, gold);
-    answer(1, gold);
+    answer(0, goldPlan());
+    answer(1, goldPlan());
     click(0, "editAccount");
     clickInSheet("saveAccount");
     EXPECT_EQ(row(0).state().testStatus(), AccountTestStatus::idle);
@@ -172,7 +173,7 @@ TEST_F(AccountsViewTest, EditingStopsACheckThatIsUnderWay)
     EXPECT_FALSE(log->checks[0].stop.stop_requested());
     clickInSheet("saveAccount");
     EXPECT_TRUE(log->checks[0].stop.stop_requested());
-    answer(0, gold);
+    answer(0, goldPlan());
     EXPECT_EQ(row(0).state().testStatus(), AccountTestStatus::idle);
 }
 
@@ -180,7 +181,7 @@ TEST_F(AccountsViewTest, ACancelledFormChangesNothing)
 {
     add(u"anna"_s);
     click(0, "checkAccount");
-    answer(0, gold);
+    answer(0, goldPlan());
     click(0, "editAccount");
     type("accountUsername", u"anne"_s);
     clickInSheet("cancelAccount");
@@ -206,7 +207,7 @@ TEST_F(AccountsViewTest, DeletingAnAccountDuringItsCheckLeavesTheOtherRowsAlone)
         add(name);
     for (int place : {0, 1, 2})
         click(place, "checkAccount");
-    answer(2, gold);
+    answer(2, goldPlan());
     click(1, "deleteAccount");
     EXPECT_TRUE(log->checks[1].stop.stop_requested());
     EXPECT_FALSE(log->checks[0].stop.stop_requested());
@@ -214,7 +215,7 @@ TEST_F(AccountsViewTest, DeletingAnAccountDuringItsCheckLeavesTheOtherRowsAlone)
     EXPECT_EQ(names().join(u' '), u"one three");
     EXPECT_EQ(row(0).state().testStatus(), AccountTestStatus::testing);
     EXPECT_EQ(row(1).state().testStatus(), AccountTestStatus::success);
-    answer(0, gold);
+    answer(0, goldPlan());
     EXPECT_EQ(row(0).state().testStatus(), AccountTestStatus::success);
 }
 
@@ -239,7 +240,7 @@ TEST_F(AccountsViewTest, ChecksStopWhenThePageGoes)
     ASSERT_EQ(log->checks.size(), 1U);
     delete another;
     EXPECT_TRUE(log->checks[0].stop.stop_requested());
-    answer(0, gold);
+    answer(0, goldPlan());
 }
 
 TEST_F(AccountsViewTest, NeverWaitsForALockedKeyring)

@@ -5,6 +5,7 @@
 #include "kit/TagLabel.h"
 #include "kit/Theme.h"
 #include "ui/Part.h"
+#include "ui/accounts/Plans.h"
 
 #include <QLabel>
 
@@ -15,8 +16,9 @@ using namespace Qt::StringLiterals;
 namespace vormel {
 namespace {
 
-constexpr qint64 gibibyte = 1024LL * 1024 * 1024;
-const QLocale english(QLocale::English, QLocale::UnitedStates);
+using fixtures::gibibyte;
+
+const QLocale usEnglish(QLocale::English, QLocale::UnitedStates);
 
 QDateTime lastOf2026()
 {
@@ -43,8 +45,8 @@ TEST(PremiumDetails, TellWhatIsKnownAndNothingElse)
          u"Expires Dec 31, 2026 · 1 GB traffico"_s},
     };
     for (const Details& row : rows) {
-        EXPECT_EQ(premiumDetails(row.info, AppLanguage::english, english), row.english);
-        EXPECT_EQ(premiumDetails(row.info, AppLanguage::italian, english), row.italian);
+        EXPECT_EQ(premiumDetails(row.info, AppLanguage::english, usEnglish), row.english);
+        EXPECT_EQ(premiumDetails(row.info, AppLanguage::italian, usEnglish), row.italian);
     }
 }
 
