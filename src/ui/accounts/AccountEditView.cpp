@@ -85,6 +85,7 @@ void AccountEditView::layOut()
     toggle->addWidget(m_enabled);
     m_enabledLabel->setBuddy(m_enabled);
     auto* buttons = new QHBoxLayout;
+    buttons->setSpacing(8);
     buttons->addStretch();
     buttons->addWidget(m_cancel);
     buttons->addWidget(m_save);

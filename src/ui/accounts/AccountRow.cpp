@@ -10,6 +10,7 @@
 #include "ui/accounts/PremiumBlock.h"
 #include "ui/accounts/StatusDot.h"
 
+#include <QBoxLayout>
 #include <QGridLayout>
 #include <QKeyEvent>
 #include <QToolButton>
@@ -17,23 +18,6 @@
 using namespace Qt::StringLiterals;
 
 namespace vormel {
-
-namespace {
-
-/// What stands beside each other, in this order.
-enum Column
-{
-    dotColumn,
-    nameColumn,
-    tagColumn,
-    messageColumn,
-    checkColumn,
-    editColumn,
-    removeColumn,
-    columnCount,
-};
-
-} // namespace
 
 AccountRow::AccountRow(const ViewPorts& ports, HostAccount account, QString hostLabel, QWidget* parent)
     : QWidget(parent)
@@ -50,7 +34,8 @@ AccountRow::AccountRow(const ViewPorts& ports, HostAccount account, QString host
     , m_checkButton(new CheckButton(this))
     , m_edit(new SheetButton(this))
     , m_remove(new QToolButton(this))
-    , m_grid(new QGridLayout(this))
+    , m_line(new QHBoxLayout)
+    , m_below(new QHBoxLayout)
 {
     nameParts();
     m_host->setWhole(m_hostLabel);
@@ -99,30 +84,37 @@ void AccountRow::layOut()
     names->addWidget(m_host);
     names->addWidget(m_username);
     m_disabled->setVisible(!m_account.isEnabled);
-    m_grid->setContentsMargins(0, 0, Card::endOfRow, 0);
-    m_grid->setHorizontalSpacing(spacing);
-    m_grid->setVerticalSpacing(4);
-    m_grid->setColumnStretch(nameColumn, 1);
-    m_grid->addWidget(m_dot, 0, dotColumn, Qt::AlignVCenter);
-    m_grid->addLayout(names, 0, nameColumn);
-    m_grid->addWidget(m_disabled, 0, tagColumn, Qt::AlignVCenter);
-    m_grid->addWidget(m_checkButton, 0, checkColumn, Qt::AlignVCenter);
-    m_grid->addWidget(m_edit, 0, editColumn, Qt::AlignVCenter);
-    m_grid->addWidget(m_remove, 0, removeColumn, Qt::AlignVCenter);
-    m_grid->addWidget(m_premium, 1, nameColumn, 1, columnCount - nameColumn);
-    placeMessage(true);
+    m_line->setSpacing(spacing);
+    m_line->addLayout(names, 1);
+    for (const Control each : allControls)
+        m_line->addWidget(control(each));
+    m_below->setSpacing(spacing);
+    m_below->addWidget(m_premium, 1);
+    auto* grid = new QGridLayout(this);
+    grid->setContentsMargins(0, 0, Card::endOfRow, 0);
+    grid->setHorizontalSpacing(spacing);
+    grid->setVerticalSpacing(4);
+    grid->addWidget(m_dot, 0, 0, Qt::AlignVCenter);
+    grid->addLayout(m_line, 0, 1);
+    grid->addLayout(m_below, 1, 1);
+    grid->setColumnStretch(1, 1);
+    moveNotes(true);
 }
 
-/// Beside its button; where there is too little room for that, below the names.
-void AccountRow::placeMessage(bool isBeside)
+/// What is told of the account stands before the controls; where there is too little room for that, below the names.
+void AccountRow::moveNotes(bool areBeside)
 {
-    m_isMessageBeside = isBeside;
-    m_grid->removeWidget(m_message);
-    m_message->setAlignment((isBeside ? Qt::AlignTrailing : Qt::AlignLeading) | Qt::AlignVCenter);
-    if (isBeside)
-        m_grid->addWidget(m_message, 0, messageColumn);
-    else
-        m_grid->addWidget(m_message, 1, nameColumn, 1, columnCount - nameColumn);
+    constexpr int behindNames = 1;
+    m_areNotesBeside = areBeside;
+    for (QBoxLayout* const line : {m_line, m_below}) {
+        line->removeWidget(m_disabled);
+        line->removeWidget(m_message);
+    }
+    QBoxLayout* const line = areBeside ? m_line : m_below;
+    const int place = areBeside ? behindNames : 0;
+    line->insertWidget(place, m_disabled, 0, Qt::AlignVCenter);
+    line->insertWidget(place + 1, m_message, areBeside ? 0 : 1);
+    m_message->setAlignment((areBeside ? Qt::AlignTrailing : Qt::AlignLeading) | Qt::AlignVCenter);
 }
 
 QWidget* AccountRow::control(Control control) const
@@ -217,9 +209,9 @@ void AccountRow::resizeEvent(QResizeEvent* event)
 {
     constexpr int roomy = 560;
     QWidget::resizeEvent(event);
-    const bool isBeside = width() >= roomy;
-    if (isBeside != m_isMessageBeside)
-        placeMessage(isBeside);
+    const bool areBeside = width() >= roomy;
+    if (areBeside != m_areNotesBeside)
+        moveNotes(areBeside);
 }
 
 /// A plan may have ended since.

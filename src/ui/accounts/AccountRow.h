@@ -7,7 +7,7 @@
 
 #include <array>
 
-class QGridLayout;
+class QBoxLayout;
 class QToolButton;
 
 namespace vormel {
@@ -57,7 +57,7 @@ private:
     void nameParts();
     void setUpButtons();
     void layOut();
-    void placeMessage(bool isBeside);
+    void moveNotes(bool areBeside);
     void showTexts();
     void showState();
     [[nodiscard]] QString stateInWords() const;
@@ -76,8 +76,9 @@ private:
     CheckButton* m_checkButton;
     SheetButton* m_edit;
     QToolButton* m_remove;
-    QGridLayout* m_grid;
-    bool m_isMessageBeside = true;
+    QBoxLayout* m_line;  ///< of the names and the controls
+    QBoxLayout* m_below; ///< what is told of the account
+    bool m_areNotesBeside = true;
 };
 
 } // namespace vormel

@@ -44,8 +44,10 @@ CheckLook checkLook(AccountTestStatus::Kind kind)
 CheckButton::CheckButton(QWidget* parent)
     : SheetButton(parent)
 {
+    constexpr int iconSize = 14; // no higher than the buttons beside it
     setObjectName(u"checkAccount"_s);
     setAutoDefault(true); // Return does what Space does
+    setIconSize(QSize(iconSize, iconSize));
     connect(this, &QPushButton::clicked, this, [this] {
         if (!isTesting())
             Q_EMIT checkRequested();

@@ -19,10 +19,10 @@ QString passwordPlaceText(SecretStore::Place place, AppLanguage language)
         return {};
     case SecretStore::Place::ownFile:
         return pair(language, u"No keyring answers, so passwords are kept in a file that only you can read.",
-                    u"Nessun portachiavi risponde: le password sono conservate in un file che solo tu puoi leggere.");
+                    u"Nessun portachiavi risponde: le password sono in un file che solo tu puoi leggere.");
     case SecretStore::Place::nowhere:
-        return pair(language, u"No keyring answers, and there is no other place for passwords: none is kept.",
-                    u"Nessun portachiavi risponde e non c’è altro posto per le password: nessuna viene conservata.");
+        return pair(language, u"No keyring answers, so passwords are not kept.",
+                    u"Nessun portachiavi risponde: le password non vengono conservate.");
     }
     Q_UNREACHABLE();
 }
