@@ -100,7 +100,7 @@ QWidget* MainWindow::makePage(Page page)
     case Page::downloads: // is there from the beginning, as the menus need it
         return m_queue;
     case Page::accounts:
-        return new AccountsView(settings(), m_pages);
+        return new AccountsView(m_ports, m_pages);
     case Page::settings:
         return new SettingsView(m_ports, m_pages);
     }

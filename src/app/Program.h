@@ -5,6 +5,7 @@
 #include "archive/tools/ArchiveExtractor.h"
 #include "archive/tools/ToolWatch.h"
 #include "engine/DownloadManager.h"
+#include "kit/SignInSheet.h"
 #include "model/ServicesFile.h"
 #include "platform/Platform.h"
 #include "platform/async/Background.h"
@@ -15,7 +16,9 @@
 #include "platform/desktop/UrlOpener.h"
 #include "platform/http/CookieStore.h"
 #include "platform/http/CurlHttpClient.h"
-#include "platform/secrets/NoSecrets.h"
+#include "platform/secrets/FallbackSecrets.h"
+#include "platform/secrets/FileSecrets.h"
+#include "platform/secrets/KeyringSecrets.h"
 #include "platform/storage/FileSync.h"
 #include "platform/storage/FileWriter.h"
 #include "platform/storage/Trash.h"
@@ -32,16 +35,17 @@ namespace vormel {
 class Program
 {
 public:
-    /// Where the program reports to of itself; an empty address means that it does not.
-    struct Reports
+    /// Whom the program talks to of itself; an empty address means nobody.
+    struct Contacts
     {
         QString updateFeed;
         QString telemetry;
+        QString sessionBus; ///< with the desktop's keyring
     };
 
     /// Reads services, preferences and queue from the folders; the first start of an installation is counted on the
     /// way.
-    explicit Program(const Folders& folders, const CurlHttpClient::Options& network = {}, const Reports& reports = {});
+    explicit Program(const Folders& folders, const CurlHttpClient::Options& network = {}, const Contacts& contacts = {});
 
     [[nodiscard]] DownloadManager& manager() { return m_manager; }
     /// What the window works with; lives as long as the program.
@@ -53,15 +57,18 @@ public:
     [[nodiscard]] UrlOpener& urlOpener() { return m_urlOpener; }
 
 private:
+    void forgetLogin(const HostAccount& account);
     [[nodiscard]] Platform platform(const Folders& folders);
 
     QString m_downloadsFolder;
     ServicesReading m_services;
     SystemClock m_clock;
     CurlHttpClient m_http;
-    NoSecrets m_secrets;
     NoWebBrowser m_web;
     FileWriter m_fileWriter;
+    KeyringSecrets m_keyring;
+    FileSecrets m_secretsFile;
+    FallbackSecrets m_secrets{m_keyring, m_secretsFile};
     FileSyncThread m_fileSync;
     UserDefaults m_defaults;
     LaunchPing m_launchPing;
@@ -74,6 +81,7 @@ private:
     DesktopUrlOpener m_urlOpener;
     DesktopPackageManagers m_packageManagers;
     DesktopTerminal m_terminal;
+    NoSignInSheet m_signIn;
     ToolRunner m_tools;
     ToolWatch m_toolWatch{m_tools};
     ArchiveExtractor m_extractor{m_tools};

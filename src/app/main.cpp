@@ -51,9 +51,9 @@ bool showRunning(const vormel::SingleInstance& instance, const QString& token)
            instance.askFirstToShow();
 }
 
-vormel::Program::Reports reports()
+vormel::Program::Contacts contacts()
 {
-    return {QString(vormel::updateFeedUrl), QString(vormel::telemetryUrl)};
+    return {QString(vormel::updateFeedUrl), QString(vormel::telemetryUrl), qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS")};
 }
 
 /// The whole life of the program that holds the lock.
@@ -62,7 +62,7 @@ int run(const vormel::SingleInstance& instance, vormel::TerminationSignals& sign
 {
     vormel::CurlHttpClient::Options network;
     network.userAgent = "Vormel/" + QByteArray(vormel::programVersion.data());
-    vormel::Program program(folders, network, reports());
+    vormel::Program program(folders, network, contacts());
     vormel::MainWindow window(program.viewPorts(), program.updater());
     const vormel::WindowPlace windowPlace(window, window.splitter(), program.defaults());
     const vormel::UpdateNotice updateNotice(program.updater(), program.manager().settings(), program.urlOpener(),

@@ -95,6 +95,14 @@ void DownloadManager::applySpeedLimit()
     m_session.setLimit(cap > 0 && cap < std::numeric_limits<qint64>::max() / unit ? cap * unit : 0);
 }
 
+QCoro::Task<PremiumAccountInfo> DownloadManager::checkAccount(HostAccount account, std::stop_token stop) const
+{
+    const HostResolver* const resolver = m_resolvers.hostResolver(account.host);
+    if (!resolver)
+        throw ResolverError::unsupportedHost();
+    co_return co_await resolver->checkAccount(account, stop);
+}
+
 void DownloadManager::addURLs(const std::vector<Link>& urls, const std::optional<QString>& containerPassword)
 {
     m_intake.addURLs(urls, containerPassword);

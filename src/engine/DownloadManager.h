@@ -21,9 +21,13 @@
 #include "engine/schedule/QueuePasses.h"
 #include "engine/transfer/TransferSession.h"
 #include "model/AppSettings.h"
+#include "model/PremiumAccountInfo.h"
 #include "platform/Platform.h"
 
+#include <QCoroTask>
 #include <QObject>
+
+#include <stop_token>
 
 namespace vormel {
 
@@ -62,6 +66,8 @@ public:
     [[nodiscard]] double totalSpeedBytesPerSec() const { return m_reports.totalSpeedBytesPerSec(); }
     [[nodiscard]] const QString& queueFileURL() const { return m_queueFile.queueFileURL(); }
     [[nodiscard]] Accounts& accounts() { return m_accounts; }
+    /// Has the account's host tell of its plan. Throws ResolverError; one that is stopped throws soon after.
+    [[nodiscard]] QCoro::Task<PremiumAccountInfo> checkAccount(HostAccount account, std::stop_token stop) const;
 
     void addURLs(const std::vector<Link>& urls, const std::optional<QString>& containerPassword);
     void addDirectURLs(const std::vector<Link>& urls);

@@ -21,21 +21,33 @@ constexpr qreal radius = 9;
 
 } // namespace
 
-Card::Card(const AppSettings& settings, const QString& name, const TextPair& heading, QWidget* parent)
+Card::Card(const QString& name, QWidget* parent)
     : QGroupBox(parent)
     , m_rows(new QVBoxLayout(this))
 {
     setObjectName(name);
-    bindText(this, &Card::setTitle, settings, heading);
-    bindText(this, &Card::setAccessibleName, settings, heading);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     m_rows->setSpacing(rowGap);
+    makeRoomForHeading();
+}
+
+Card::Card(const AppSettings& settings, const QString& name, const TextPair& heading, QWidget* parent)
+    : Card(name, parent)
+{
+    bindText(this, &Card::setTitle, settings, heading);
+    bindText(this, &Card::setAccessibleName, settings, heading);
     makeRoomForHeading();
 }
 
 void Card::addRow(QWidget* row)
 {
     m_rows->addWidget(row);
+}
+
+void Card::insertRow(int place, QWidget* row)
+{
+    m_rows->removeWidget(row);
+    m_rows->insertWidget(place, row);
 }
 
 QFont Card::headingFont() const
@@ -45,7 +57,7 @@ QFont Card::headingFont() const
 
 void Card::makeRoomForHeading()
 {
-    const int heading = QFontMetrics(headingFont()).height() + headingGap;
+    const int heading = title().isEmpty() ? 0 : QFontMetrics(headingFont()).height() + headingGap;
     m_rows->setContentsMargins(inset, heading + rowEdge, inset - endOfRow, rowEdge);
 }
 

@@ -10,8 +10,8 @@ namespace vormel {
 
 class AppSettings;
 
-/// A group of a page: a heading, and under it a card with one row below the other, hairlines between those that are
-/// shown. The heading follows the language of the settings, which must outlive it.
+/// A group of a page: perhaps a heading, and under it a card with one row below the other, hairlines between those that
+/// are shown. The heading follows the language of the settings, which must outlive it.
 class Card : public QGroupBox
 {
     Q_OBJECT
@@ -21,8 +21,12 @@ public:
     static constexpr int endOfRow = 3;
 
     Card(const AppSettings& settings, const QString& name, const TextPair& heading, QWidget* parent);
+    /// Without a heading.
+    Card(const QString& name, QWidget* parent);
 
     void addRow(QWidget* row);
+    /// In front of the row that has this place by then; the last one if none has. Also moves a row of this card.
+    void insertRow(int place, QWidget* row);
 
 protected:
     bool event(QEvent* event) override;

@@ -20,7 +20,7 @@ namespace vormel {
 namespace {
 
 /// In the order of Glyph.
-constexpr std::array<QLatin1StringView, 48> fileNames{
+constexpr std::array<QLatin1StringView, 49> fileNames{
     QLatin1StringView("plus"),
     QLatin1StringView("xmark"),
     QLatin1StringView("play.fill"),
@@ -68,6 +68,7 @@ constexpr std::array<QLatin1StringView, 48> fileNames{
     QLatin1StringView("speedometer"),
     QLatin1StringView("terminal.fill"),
     QLatin1StringView("desktopcomputer"),
+    QLatin1StringView("arrow.clockwise.circle.fill"),
     QLatin1StringView("vormel"),
 };
 static_assert(fileNames.size() == static_cast<std::size_t>(Glyph::program) + 1);

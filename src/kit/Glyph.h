@@ -56,6 +56,7 @@ enum class Glyph
     speedometer,
     terminalFill,
     desktopcomputer,
+    arrowClockwiseCircleFill,
     program,
 };
 

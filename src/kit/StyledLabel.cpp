@@ -19,6 +19,8 @@ QFont styled(const QFont& font, StyledLabel::Style style)
         return headlineFont(font);
     case StyledLabel::Style::caption:
         return captionFont(font);
+    case StyledLabel::Style::boldCaption:
+        return boldCaptionFont(font);
     case StyledLabel::Style::digits:
         return digitsFont(captionFont(font));
     case StyledLabel::Style::title:

@@ -7,7 +7,7 @@
 namespace vormel {
 
 /// A label in one of the theme's colours and one of the text styles. Both are read again when palette or font change.
-class StyledLabel final : public QLabel
+class StyledLabel : public QLabel
 {
     Q_OBJECT
 
@@ -17,6 +17,7 @@ public:
         body,
         headline,
         caption,
+        boldCaption,
         digits, ///< a caption whose figures stand still while they change
         title,
     };

@@ -27,6 +27,13 @@ QFont captionFont(const QFont& font)
     return scaledFont(font, 0.9);
 }
 
+QFont boldCaptionFont(const QFont& font)
+{
+    QFont bold = captionFont(font);
+    bold.setBold(true);
+    return bold;
+}
+
 QFont digitsFont(const QFont& font)
 {
     const QFontMetrics metrics(font);

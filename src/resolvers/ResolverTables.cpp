@@ -27,4 +27,13 @@ const HostResolver* ResolverTables::hostResolverForURL(const Link& url) const
     return nullptr;
 }
 
+const HostResolver* ResolverTables::hostResolver(SupportedHost host) const
+{
+    for (const auto& resolver : m_hosts) {
+        if (resolver->supportedHost() == host)
+            return resolver.get();
+    }
+    return nullptr;
+}
+
 } // namespace vormel

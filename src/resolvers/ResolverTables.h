@@ -22,6 +22,8 @@ public:
     [[nodiscard]] const ContainerResolver* containerResolverForURL(const Link& url) const;
     /// The premium host that the link belongs to; null for a direct link.
     [[nodiscard]] const HostResolver* hostResolverForURL(const Link& url) const;
+    /// That of the host itself; null where there is none.
+    [[nodiscard]] const HostResolver* hostResolver(SupportedHost host) const;
 
 private:
     HostProfiles m_profiles;

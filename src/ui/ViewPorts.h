@@ -8,6 +8,7 @@ class Clock;
 class DownloadManager;
 class FileViewer;
 class PackageManagers;
+class SignInSheet;
 class Terminal;
 class ToolWatch;
 class UrlOpener;
@@ -22,6 +23,7 @@ struct ViewPorts
     ToolWatch& tools;
     PackageManagers& packageManagers;
     Terminal& terminal;
+    SignInSheet& signIn;
     QString downloadsFolder; ///< the user's, whatever the settings say
 };
 

@@ -2,6 +2,7 @@
 
 #include "fixtures/EngineOnScript.h"
 #include "fixtures/EventLoop.h"
+#include "fixtures/FakeResolvers.h"
 #include "fixtures/QtTranslated.h"
 #include "fixtures/RealTools.h"
 #include "ui/FakeDesktop.h"
@@ -154,6 +155,7 @@ TEST_F(MainWindowTest, HasItsSmallestSizeAndSidebarWidths)
 TEST_F(MainWindowTest, EverythingFitsAtTheSmallestSize)
 {
     engine.add(u"https://h.example/a.zip"_s);
+    engine.manager().accounts().set({fixtures::account(SupportedHost::terabytez, u"a.long.name@mail.example"_s)});
     for (const AppLanguage language : allLanguages) {
         engine.settings().language.set(language);
         for (const Page page : allPages) {

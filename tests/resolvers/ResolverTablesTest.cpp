@@ -62,6 +62,14 @@ TEST(ResolverTables, ALinkOfTheDomainThatAServiceMovedToIsResolvedThere)
     EXPECT_EQ(all.hostResolverForURL(link(u"http://filestore.example/x"_s)), nullptr);
 }
 
+TEST(ResolverTables, APremiumHostHasItsResolver)
+{
+    const ResolverTables all = tables();
+    for (const SupportedHost host : {SupportedHost::filestore, SupportedHost::terabytez})
+        EXPECT_EQ(all.hostResolver(host)->supportedHost(), host);
+    EXPECT_EQ(ResolverTables().hostResolver(SupportedHost::filestore), nullptr);
+}
+
 TEST(ResolverTables, TheFirstContainerServiceThatClaimsALinkGetsIt)
 {
     const ResolverTables all = tables({u"/a/"_s, u"/b/"_s, u"http"_s});

@@ -1,5 +1,6 @@
 #include "screenshots/Scenes.h"
 
+#include "screenshots/AccountScenes.h"
 #include "screenshots/QueueScenes.h"
 #include "ui/help/HelpView.h"
 #include "ui/settings/SettingsView.h"
@@ -72,7 +73,6 @@ std::vector<Scene> allScenes()
     const std::vector<Scene> others{
         {"sheet-password", [](Stage& stage) { password(stage, false); }},
         {"sheet-password-wrong", [](Stage& stage) { password(stage, true); }},
-        {"accounts-empty", [](Stage& stage) { stage.window.showPage(Page::accounts); }},
         {"settings-top", [](Stage& stage) { settings(stage, 0); }},
         {"settings-middle",
          [](Stage& stage) {
@@ -87,7 +87,8 @@ std::vector<Scene> allScenes()
         {"help-top", [](Stage& stage) { help(stage, 0); }},
         {"help-bottom", [](Stage& stage) { help(stage, 1); }},
     };
-    scenes.insert(scenes.end(), others.begin(), others.end());
+    for (const std::vector<Scene>& more : {accountScenes(), others})
+        scenes.insert(scenes.end(), more.begin(), more.end());
     return scenes;
 }
 

@@ -1,9 +1,11 @@
 #include "app/MainWindow.h"
 #include "fixtures/EngineOnScript.h"
 #include "fixtures/EventLoop.h"
+#include "fixtures/FakeResolvers.h"
 #include "ui/FakeDesktop.h"
 #include "ui/FakeUpdater.h"
 #include "ui/Focusable.h"
+#include "ui/accounts/AccountEditView.h"
 #include "ui/help/HelpView.h"
 #include "ui/queue/list/RenamePopover.h"
 #include "ui/sheets/AddURLView.h"
@@ -78,6 +80,8 @@ protected:
         engine.settings().language.set(GetParam());
         engine.add(
             {u"https://h.example/a.part1.rar"_s, u"https://h.example/a.part2.rar"_s, u"https://h.example/b.zip"_s});
+        engine.manager().accounts().set({fixtures::account(SupportedHost::filestore, u"anna"_s),
+                                         fixtures::account(SupportedHost::terabytez, u"bert"_s)});
         show(window);
     }
     static void show(QWidget& widget)
@@ -136,6 +140,15 @@ TEST_P(AccessibleNamesTest, TheQuestionForHostsIsNamedThroughout)
     pending.groups.push_back({u"One"_s, {fixtures::link(u"https://one.example/a"_s)}});
     pending.groups.push_back({u"Two"_s, {fixtures::link(u"https://two.example/a"_s)}});
     expectAllOf(*new HostSelectionSheetView(pending, engine.settings(), &window));
+}
+
+TEST_P(AccessibleNamesTest, TheFormOfAnAccountIsNamedThroughout)
+{
+    auto* sheet = new AccountEditView(engine.settings(), hostLabels(), &window);
+    const HostAccount anna = fixtures::account(SupportedHost::filestore, u"anna"_s);
+    engine.secrets.kept.insert(keychainAccountKey(anna, HostProfiles()), u"s3cret"_s);
+    sheet->edit(anna, engine.manager().accounts());
+    expectAllOf(*sheet);
 }
 
 TEST_P(AccessibleNamesTest, ThePopoverForANameIsNamedThroughout)

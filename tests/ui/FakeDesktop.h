@@ -2,6 +2,8 @@
 
 #include "archive/tools/ToolWatch.h"
 #include "fixtures/EngineOnScript.h"
+#include "kit/SignInSheet.h"
+#include "platform/async/Eventual.h"
 #include "platform/desktop/FileViewer.h"
 #include "platform/desktop/PackageManager.h"
 #include "platform/desktop/Terminal.h"
@@ -49,6 +51,28 @@ public:
     QStringList commands;
 };
 
+/// Keeps the sign-ins that it is asked for open until the test answers them.
+class FakeSignIn final : public SignInSheet
+{
+public:
+    struct Call
+    {
+        SignInRequest request;
+        std::stop_token stop;
+        std::shared_ptr<EventualSource<SignInAnswer>> answer;
+    };
+
+    [[nodiscard]] QCoro::Task<SignInAnswer> open(SignInRequest request, std::stop_token stop) override
+    {
+        const auto answer = std::make_shared<EventualSource<SignInAnswer>>(SignInAnswer());
+        calls.push_back({request, stop, answer});
+        Eventual<SignInAnswer> eventual = answer->eventual();
+        co_return co_await eventual;
+    }
+
+    std::vector<Call> calls;
+};
+
 /// Everything that pages work with, around the engine's engine and its folder of tools. The engine must outlive it.
 struct FakeDesktop
 {
@@ -58,14 +82,9 @@ struct FakeDesktop
 
     [[nodiscard]] ViewPorts ports()
     {
-        return {engine.manager(),
-                engine.clock,
-                viewer,
-                opener,
-                tools,
-                managers,
-                terminal,
-                engine.sandbox.folders().downloads};
+        return {engine.manager(), engine.clock, viewer,
+                opener,           tools,        managers,
+                terminal,         signIn,       engine.sandbox.folders().downloads};
     }
 
     EngineOnScript& engine;
@@ -73,6 +92,7 @@ struct FakeDesktop
     FakeOpener opener;
     FakePackageManagers managers;
     FakeTerminal terminal;
+    FakeSignIn signIn;
     ToolRunner runner{engine.tools.folders()};
     ToolWatch tools{runner};
 };

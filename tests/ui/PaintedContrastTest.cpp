@@ -2,6 +2,7 @@
 #include "fixtures/Contrast.h"
 #include "fixtures/EngineOnScript.h"
 #include "fixtures/EventLoop.h"
+#include "fixtures/FakeResolvers.h"
 #include "fixtures/Palettes.h"
 #include "kit/ReadableStyle.h"
 #include "kit/Theme.h"
@@ -9,6 +10,7 @@
 #include "ui/FakeUpdater.h"
 #include "ui/Focusable.h"
 #include "ui/Part.h"
+#include "ui/accounts/AccountEditView.h"
 #include "ui/queue/list/QueueView.h"
 #include "ui/queue/list/RenamePopover.h"
 #include "ui/sheets/AddURLView.h"
@@ -82,6 +84,7 @@ protected:
         QApplication::setPalette(fixtures::allPalettes().at(GetParam()));
         engine.add(
             {u"https://h.example/a.part1.rar"_s, u"https://h.example/a.part2.rar"_s, u"https://h.example/b.zip"_s});
+        engine.manager().accounts().set({fixtures::account(SupportedHost::filestore, u"anna"_s)});
         show(window);
     }
     ~PaintedContrastTest() override { QApplication::setPalette(QPalette()); }
@@ -153,6 +156,11 @@ TEST_P(PaintedContrastTest, TheSheetForLinksShowsWhereTheFocusIs)
 TEST_P(PaintedContrastTest, TheQuestionForAPasswordShowsWhereTheFocusIs)
 {
     expectFocusShowsOnAllOf(*new ArchivePasswordSheetView({}, engine.settings(), &window));
+}
+
+TEST_P(PaintedContrastTest, TheFormOfAnAccountShowsWhereTheFocusIs)
+{
+    expectFocusShowsOnAllOf(*new AccountEditView(engine.settings(), hostLabels(), &window));
 }
 
 TEST_P(PaintedContrastTest, TheQuestionForHostsShowsWhereTheFocusIs)

@@ -1,8 +1,9 @@
 #include "engine/accounts/Accounts.h"
 
 #include "engine/accounts/AccountRecords.h"
-#include "platform/secrets/SecretStore.h"
 #include "platform/storage/UserDefaults.h"
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -12,6 +13,12 @@ namespace {
 
 const QString accountsKey = u"vormel_accounts"_s;
 
+/// Such accounts share their password.
+bool isSameLogin(const HostAccount& one, const HostAccount& other)
+{
+    return one.host == other.host && one.username == other.username;
+}
+
 } // namespace
 
 Accounts::Accounts(UserDefaults& store, SecretStore& secrets, const HostProfiles& profiles)
@@ -19,6 +26,7 @@ Accounts::Accounts(UserDefaults& store, SecretStore& secrets, const HostProfiles
     , m_secrets(secrets)
     , m_profiles(profiles)
 {
+    connect(&secrets, &SecretStore::placeChanged, this, &Accounts::passwordPlaceChanged);
     loadAccounts();
 }
 
@@ -36,9 +44,54 @@ void Accounts::set(std::vector<HostAccount> list)
     Q_EMIT changed();
 }
 
-QCoro::Task<> Accounts::savePassword(const HostAccount& account, QString password)
+std::vector<HostAccount>::iterator Accounts::find(const QUuid& id)
 {
-    return m_secrets.save(keychainAccountKey(account, m_profiles), std::move(password));
+    return std::find_if(m_list.begin(), m_list.end(), [&id](const HostAccount& account) { return account.id == id; });
+}
+
+QCoro::Task<> Accounts::put(HostAccount account, QString password)
+{
+    const Lifetime::Watch lifetime = m_lifetime.watch();
+    std::optional<HostAccount> former;
+    if (const auto known = find(account.id); known != m_list.end())
+        former = std::exchange(*known, account);
+    else
+        m_list.push_back(account);
+    set(m_list);
+    const bool hasOtherLogin = former && !isSameLogin(*former, account);
+    if (hasOtherLogin)
+        Q_EMIT credentialsChanged(*former);
+    co_await savePassword(account, password);
+    if (hasOtherLogin && !lifetime.isOver())
+        co_await dropPassword(*former);
+}
+
+QCoro::Task<> Accounts::remove(QUuid id)
+{
+    const auto known = find(id);
+    if (known == m_list.end())
+        co_return;
+    const HostAccount gone = *known;
+    m_list.erase(known);
+    set(m_list);
+    Q_EMIT credentialsChanged(gone);
+    co_await dropPassword(gone);
+}
+
+QCoro::Task<> Accounts::dropPassword(HostAccount former)
+{
+    const bool isShared = std::any_of(m_list.begin(), m_list.end(),
+                                      [&former](const HostAccount& account) { return isSameLogin(account, former); });
+    if (!isShared)
+        co_await deletePassword(former);
+}
+
+QCoro::Task<> Accounts::savePassword(HostAccount account, QString password)
+{
+    const Lifetime::Watch lifetime = m_lifetime.watch();
+    co_await m_secrets.save(keychainAccountKey(account, m_profiles), password);
+    if (!lifetime.isOver())
+        Q_EMIT credentialsChanged(account); // a login that began meanwhile has the old password
 }
 
 QCoro::Task<QString> Accounts::loadPassword(const HostAccount& account)

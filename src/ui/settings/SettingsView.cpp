@@ -3,7 +3,6 @@
 #include "archive/tools/ToolWatch.h"
 #include "config/Services.h"
 #include "engine/DownloadManager.h"
-#include "kit/FocusInSight.h"
 #include "platform/desktop/Terminal.h"
 #include "ui/settings/CommandAlert.h"
 #include "ui/settings/DownloadSection.h"
@@ -14,69 +13,47 @@
 #include "ui/settings/ToolsSection.h"
 
 #include <QEvent>
-#include <QHBoxLayout>
 
 using namespace Qt::StringLiterals;
 
 namespace vormel {
 
+namespace {
+
+constexpr int widest = 640; // longer lines are hard to follow
+
+} // namespace
+
 SettingsView::SettingsView(const ViewPorts& ports, QWidget* parent)
-    : QScrollArea(parent)
+    : ScrollPage(widest, parent)
     , m_ports(ports)
 {
     setObjectName(u"settingsView"_s);
-    setFrameShape(QFrame::NoFrame);
-    setWidgetResizable(true);
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // everything wraps
-    setFocusPolicy(Qt::NoFocus);
-    layOut();
-    keepFocusInSight(*this);
+    addSections();
     connect(m_install, &InstallSection::asked, this, &SettingsView::ask);
 }
 
-QList<QWidget*> SettingsView::makeSections(QWidget* parent)
+void SettingsView::addSections()
 {
     AppSettings& settings = m_ports.manager.settings();
-    m_install = new InstallSection(m_ports, QString(brewInstallerUrl), parent);
-    return {new SupportSection(settings, m_ports.urlOpener, parent),
-            new LanguageSection(settings, parent),
-            new DownloadSection(m_ports, parent),
-            new ExtractionSection(m_ports, parent),
-            new ToolsSection(settings, m_ports.tools, parent),
-            m_install};
-}
-
-void SettingsView::layOut()
-{
-    constexpr int widest = 640; // longer lines are hard to follow
-    constexpr int margin = 20;
-    auto* page = new QWidget(this);
-    auto* column = new QWidget(page);
-    column->setMaximumWidth(widest);
-    auto* rows = new QVBoxLayout(column);
-    rows->setContentsMargins(0, margin, 0, margin);
-    rows->setSpacing(margin);
-    const QList<QWidget*> sections = makeSections(column);
-    for (QWidget* section : sections)
-        rows->addWidget(section);
-    rows->addStretch();
-    auto* centred = new QHBoxLayout(page);
-    centred->setContentsMargins(margin, 0, margin, 0);
-    centred->addWidget(column);
-    setWidget(page);
-    page->setAutoFillBackground(false);
-    viewport()->setAutoFillBackground(false);
+    addPart(new SupportSection(settings, m_ports.urlOpener, column()));
+    addPart(new LanguageSection(settings, column()));
+    addPart(new DownloadSection(m_ports, column()));
+    addPart(new ExtractionSection(m_ports, column()));
+    addPart(new ToolsSection(settings, m_ports.tools, column()));
+    m_install = new InstallSection(m_ports, QString(brewInstallerUrl), column());
+    addPart(m_install);
 }
 
 void SettingsView::showEvent(QShowEvent* event)
 {
-    QScrollArea::showEvent(event);
+    ScrollPage::showEvent(event);
     lookAgain();
 }
 
 void SettingsView::changeEvent(QEvent* event)
 {
-    QScrollArea::changeEvent(event);
+    ScrollPage::changeEvent(event);
     if (event->type() == QEvent::ActivationChange && isActiveWindow())
         lookAgain(); // the user comes back from a terminal, perhaps
 }

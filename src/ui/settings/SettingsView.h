@@ -1,8 +1,7 @@
 #pragma once
 
+#include "kit/ScrollPage.h"
 #include "ui/ViewPorts.h"
-
-#include <QScrollArea>
 
 #include <optional>
 
@@ -12,7 +11,7 @@ class InstallSection;
 
 /// The page of the settings: a scrolling column of sections. Each control writes its setting at once and follows it
 /// when it is set elsewhere. The ports outlive it.
-class SettingsView final : public QScrollArea
+class SettingsView final : public ScrollPage
 {
     Q_OBJECT
 
@@ -27,8 +26,7 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    [[nodiscard]] QList<QWidget*> makeSections(QWidget* parent);
-    void layOut();
+    void addSections();
     void lookAgain();
     void ask(const QString& command);
     void answer(bool run);

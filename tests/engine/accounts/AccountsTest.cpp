@@ -3,6 +3,7 @@
 #include "engine/accounts/AccountRecords.h"
 #include "fixtures/FakeSecrets.h"
 #include "fixtures/Sandbox.h"
+#include "platform/async/Spawn.h"
 #include "platform/storage/FileWriter.h"
 #include "platform/storage/UserDefaults.h"
 
@@ -27,6 +28,15 @@ class AccountsTest : public ::testing::Test
 {
 protected:
     void store(const char* json) { defaults.setObject(storeKey, QString::fromUtf8(json)); }
+    static QString keyOf(const HostAccount& account) { return keychainAccountKey(account, HostProfiles()); }
+    /// The user names of those whose logins are to be forgotten from here on.
+    static std::shared_ptr<QStringList> forgotten(Accounts& accounts)
+    {
+        auto names = std::make_shared<QStringList>();
+        QObject::connect(&accounts, &Accounts::credentialsChanged,
+                         [names](const HostAccount& account) { *names << account.username; });
+        return names;
+    }
     [[nodiscard]] QString stored() const { return defaults.stringForKey(storeKey).value_or(QString()); }
 
     fixtures::Sandbox sandbox;
@@ -173,4 +183,120 @@ TEST_F(AccountsTest, SurviveAMoveOfTheServiceWithTheirPasswords)
     Accounts accounts(defaults, secrets, moved);
     EXPECT_EQ(accounts.list(), list);
     EXPECT_EQ(QCoro::waitFor(accounts.loadPassword(list.front())), u"first");
+}
+
+TEST_F(AccountsTest, ThatAreNewComeLastWithTheirPassword)
+{
+    Accounts accounts(defaults, secrets, profiles);
+    const HostAccount one = account(SupportedHost::terabytez, u"one"_s);
+    const HostAccount two = account(SupportedHost::filestore, u"two"_s, false);
+    QCoro::waitFor(accounts.put(one, u"first"_s));
+    QCoro::waitFor(accounts.put(two, u"second"_s));
+    EXPECT_EQ(accounts.list(), (std::vector{one, two}));
+    EXPECT_EQ(secrets.kept, (QHash<QString, QString>{{keyOf(one), u"first"_s}, {keyOf(two), u"second"_s}}));
+    EXPECT_EQ(Accounts(defaults, secrets, profiles).list(), accounts.list());
+}
+
+TEST_F(AccountsTest, ThatAreEditedKeepTheirPlaceAndLeaveNoPasswordUnderTheFormerLogin)
+{
+    Accounts accounts(defaults, secrets, profiles);
+    HostAccount one = account(SupportedHost::filestore, u"one"_s);
+    const HostAccount two = account(SupportedHost::filestore, u"two"_s);
+    QCoro::waitFor(accounts.put(one, u"first"_s));
+    QCoro::waitFor(accounts.put(two, u"second"_s));
+    one.username = u"uno"_s;
+    QCoro::waitFor(accounts.put(one, u"third"_s));
+    EXPECT_EQ(accounts.list(), (std::vector{one, two}));
+    EXPECT_EQ(secrets.kept, (QHash<QString, QString>{{keyOf(one), u"third"_s}, {keyOf(two), u"second"_s}}));
+    one.host = SupportedHost::terabytez;
+    QCoro::waitFor(accounts.put(one, u"fourth"_s));
+    EXPECT_EQ(secrets.kept, (QHash<QString, QString>{{keyOf(one), u"fourth"_s}, {keyOf(two), u"second"_s}}));
+}
+
+TEST_F(AccountsTest, ThatGoTakeTheirPasswordWithThem)
+{
+    Accounts accounts(defaults, secrets, profiles);
+    const HostAccount one = account(SupportedHost::filestore, u"one"_s);
+    const HostAccount two = account(SupportedHost::filestore, u"two"_s);
+    QCoro::waitFor(accounts.put(one, u"first"_s));
+    QCoro::waitFor(accounts.put(two, u"second"_s));
+    QCoro::waitFor(accounts.remove(one.id));
+    QCoro::waitFor(accounts.remove(QUuid::createUuid()));
+    EXPECT_EQ(accounts.list(), std::vector{two});
+    EXPECT_EQ(secrets.kept, (QHash<QString, QString>{{keyOf(two), u"second"_s}}));
+    EXPECT_EQ(Accounts(defaults, secrets, profiles).list(), std::vector{two});
+}
+
+TEST_F(AccountsTest, ThatGoOrGetAnotherNameLeaveThePasswordToTheOthersOfTheirLogin)
+{
+    Accounts accounts(defaults, secrets, profiles);
+    HostAccount one = account(SupportedHost::filestore, u"me"_s);
+    const HostAccount twin = account(SupportedHost::filestore, u"me"_s);
+    const HostAccount third = account(SupportedHost::filestore, u"me"_s);
+    const QString key = keyOf(one);
+    for (const HostAccount& each : {one, twin, third})
+        QCoro::waitFor(accounts.put(each, u"shared"_s));
+    one.username = u"other"_s;
+    QCoro::waitFor(accounts.put(one, u"own"_s));
+    EXPECT_EQ(secrets.kept.value(key), u"shared");
+    QCoro::waitFor(accounts.remove(twin.id));
+    EXPECT_EQ(secrets.kept.value(key), u"shared");
+    QCoro::waitFor(accounts.remove(third.id));
+    EXPECT_FALSE(secrets.kept.contains(key));
+}
+
+TEST_F(AccountsTest, SayWhoseLoginMustBeForgotten)
+{
+    Accounts accounts(defaults, secrets, profiles);
+    const auto names = forgotten(accounts);
+    HostAccount one = account(SupportedHost::filestore, u"one"_s);
+    secrets.lock();
+    spawn(accounts.put(one, u"first"_s));
+    EXPECT_TRUE(names->isEmpty()); // the old password is still there
+    secrets.unlock();
+    EXPECT_EQ(names->join(u' '), u"one");
+    one.username = u"uno"_s;
+    QCoro::waitFor(accounts.put(one, u"first"_s));
+    EXPECT_EQ(names->join(u' '), u"one one uno");
+    secrets.lock();
+    spawn(accounts.remove(one.id));
+    EXPECT_EQ(names->join(u' '), u"one one uno uno");
+}
+
+TEST_F(AccountsTest, ChangeWithoutWaitingForALockedKeyring)
+{
+    Accounts accounts(defaults, secrets, profiles);
+    const HostAccount one = account(SupportedHost::filestore, u"one"_s);
+    secrets.lock();
+    spawn(accounts.put(one, u"first"_s));
+    EXPECT_EQ(accounts.list(), std::vector{one});
+    spawn(accounts.remove(one.id));
+    EXPECT_TRUE(accounts.list().empty());
+    secrets.unlock();
+    EXPECT_TRUE(secrets.kept.isEmpty());
+}
+
+TEST_F(AccountsTest, MayBeGoneBeforeALockedKeyringAnswers)
+{
+    const HostAccount one = account(SupportedHost::filestore, u"one"_s);
+    const HostAccount renamed{one.id, one.host, u"uno"_s, true};
+    {
+        Accounts accounts(defaults, secrets, profiles);
+        QCoro::waitFor(accounts.put(one, u"first"_s));
+        secrets.lock();
+        spawn(accounts.put(renamed, u"second"_s));
+    }
+    secrets.unlock();
+    EXPECT_EQ(secrets.kept.value(keyOf(renamed)), u"second");
+}
+
+TEST_F(AccountsTest, SayWhenTheirPasswordsGetAnotherPlace)
+{
+    const Accounts accounts(defaults, secrets, profiles);
+    int changes = 0;
+    QObject::connect(&accounts, &Accounts::passwordPlaceChanged, [&changes] { ++changes; });
+    EXPECT_EQ(accounts.passwordPlace(), SecretStore::Place::keyring);
+    secrets.moveTo(SecretStore::Place::ownFile);
+    EXPECT_EQ(accounts.passwordPlace(), SecretStore::Place::ownFile);
+    EXPECT_EQ(changes, 1);
 }

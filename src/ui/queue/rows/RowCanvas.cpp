@@ -1,6 +1,7 @@
 #include "ui/queue/rows/RowCanvas.h"
 
 #include "kit/FocusRing.h"
+#include "kit/SpinnerArc.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -148,12 +149,7 @@ void RowCanvas::glyph(Glyph glyph, Tint tint, const QRect& rect) const
 
 void RowCanvas::spinner(const QRect& rect, Motion motion) const
 {
-    constexpr int unitsPerDegree = 16; // Qt's arcs count in sixteenths
-    const QRectF ring = QRectF(rect).adjusted(2, 2, -2, -2);
-    QPen pen(color(Tint::secondary), 2, Qt::SolidLine, Qt::RoundCap);
-    m_painter.setBrush(Qt::NoBrush);
-    m_painter.setPen(pen);
-    m_painter.drawArc(ring, (90 - motion.spin) * unitsPerDegree, -270 * unitsPerDegree);
+    drawSpinner(m_painter, rect, color(Tint::secondary), motion.spin);
 }
 
 void RowCanvas::plate(const QRect& rect, bool isPressed) const
