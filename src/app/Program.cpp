@@ -32,9 +32,8 @@ Program::Program(const Folders& folders, const CurlHttpClient::Options& network,
     , m_terminal(folders.runtime, qEnvironmentVariable("TERMINAL"))
     , m_manager(platform(folders), DownloadManager::Ports{m_resolvers, m_extractor})
 {
-    QObject::connect(
-        &m_manager.accounts(), &Accounts::credentialsChanged, &m_manager,
-        [this](const HostAccount& account) { forgetLogin(account); });
+    QObject::connect(&m_manager.accounts(), &Accounts::credentialsChanged, &m_manager,
+                     [this](const HostAccount& account) { forgetLogin(account); });
     m_launchPing.start();
 }
 
