@@ -40,8 +40,9 @@ public:
     {
         constexpr qint64 size = 64 * 1024;
         const int number = ++m_files;
-        const std::string url = m_site.addFile("film." + std::to_string(number) + ".mkv", sites::FilestoreSite::Shape::oneForm,
-                                               sites::PatternContent(static_cast<std::uint64_t>(number), size));
+        const std::string url =
+            m_site.addFile("film." + std::to_string(number) + ".mkv", sites::FilestoreSite::Shape::oneForm,
+                           sites::PatternContent(static_cast<std::uint64_t>(number), size));
         return *Link::parse(QString::fromStdString(url));
     }
     [[nodiscard]] Link containerOf(int links)
@@ -65,7 +66,7 @@ public:
     }
 
 private:
-        [[nodiscard]] Link container(const std::string& body)
+    [[nodiscard]] Link container(const std::string& body)
     {
         return *Link::parse(QString::fromStdString(m_containers.add({.body = body})));
     }
@@ -103,8 +104,8 @@ private:
 
 void signIn(DownloadManager& manager)
 {
-    QCoro::waitFor(manager.accounts().put(
-        {QUuid::createUuid(), SupportedHost::filestore, u"ann"_s, true}, u"secret"_s));
+    QCoro::waitFor(
+        manager.accounts().put({QUuid::createUuid(), SupportedHost::filestore, u"ann"_s, true}, u"secret"_s));
 }
 
 /// No file is there before, nor anything that was learnt about it.

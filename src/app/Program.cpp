@@ -40,7 +40,7 @@ Program::Program(const Folders& folders, const CurlHttpClient::Options& network,
 void Program::forgetLogin(const HostAccount& account)
 {
     if (account.host == SupportedHost::filestore)
-        m_filestoreLogins.invalidateUser(account.username);
+        m_filestoreLogins.credentialsChanged(account.username);
 }
 
 Platform Program::platform(const Folders& folders)

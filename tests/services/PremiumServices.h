@@ -4,6 +4,7 @@
 #include "platform/http/CurlHttpClient.h"
 #include "sites/services/ContainerSite.h"
 #include "sites/services/FilestoreSite.h"
+#include "text/Link.h"
 
 namespace vormel::fixtures {
 

@@ -58,8 +58,8 @@ TEST_F(ProgramOnServices, KeepsPasswordsInAFileThatIsTheUsersAlone)
     ASSERT_EQ(withPassword.size(), 1);
     const QFileInfo file(sandbox.path(withPassword.front()));
     EXPECT_TRUE(file.filePath().endsWith(secretsFile)) << file.filePath().toStdString();
-    const QFile::Permissions others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup | QFile::ReadOther |
-                                      QFile::WriteOther | QFile::ExeOther;
+    const QFile::Permissions others =
+        QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup | QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
     EXPECT_EQ(file.permissions() & others, QFile::Permissions());
     EXPECT_EQ(QFileInfo(file.path()).permissions() & others, QFile::Permissions());
 }
