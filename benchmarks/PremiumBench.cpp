@@ -52,15 +52,15 @@ public:
             lines += "https://filestore.example/film." + std::to_string(i) + ".mkv\r\n";
         return container(sites::clickNLoadCall(lines));
     }
-    /// Each of its links is a page of the service that redirects to the host.
+    /// Each of its links is a page of the service whose redirect to the host breaks off.
     [[nodiscard]] Link containerOfPages(int links)
     {
         std::string body;
         for (int i = 0; i < links; ++i) {
-            const std::string word = "word" + std::to_string(i);
-            m_containers.addGoLink(
-                word, sites::Answer::redirect(302, "https://filestore.example/film." + std::to_string(i) + ".mkv"));
-            body += "<a onclick=\"open('/go/" + word + "')\">";
+            const std::string target = "https://filestore.example/film." + std::to_string(i) + ".mkv";
+            const sites::Answer answer =
+                sites::Answer::page(302, "See there").withHeader("Location", target).closeAfter(1);
+            body += "<a href='" + m_containers.addGoLink("word" + std::to_string(i), answer) + "'>";
         }
         return container(body);
     }
@@ -126,7 +126,7 @@ Cost firstBytes(Services& services)
             return std::ranges::all_of(manager.items(), [](const ItemPtr& item) {
                 if (item->status() == DownloadStatus::failed)
                     giveUp(item->status().message());
-                return item->bytesReceived() > 0;
+                return item->bytesReceived() > 0 || item->status() == DownloadStatus::completed;
             });
         });
     });
@@ -139,7 +139,12 @@ Cost rowsOf(const Services& services, const Link& container, std::size_t links)
     auto* const list = program.window().findChild<QueueView*>();
     return costOf([&] {
         program.manager().addURLs({container}, std::nullopt);
-        turnUntil([&] { return program.manager().items().size() == links; });
+        turnUntil([&] {
+            const std::vector<ItemPtr>& items = program.manager().items();
+            if (!items.empty() && items.front()->status() == DownloadStatus::failed)
+                giveUp(items.front()->status().message());
+            return items.size() == links;
+        });
         list->viewport()->repaint();
     });
 }
