@@ -21,6 +21,8 @@ void benchExtract(Report& report);
 void benchWindow(Report& report);
 /// What reading hostile pages of services costs, and how that grows with the page.
 void benchPages(Report& report);
+/// From Start to the bytes of a premium host, and from a container's link to the rows of its files.
+void benchPremium(Report& report);
 /// How well each speed cap of the menu is kept by three transfers.
 void benchCap(Report& report);
 

@@ -32,16 +32,15 @@ Program::Program(const Folders& folders, const CurlHttpClient::Options& network,
     , m_terminal(folders.runtime, qEnvironmentVariable("TERMINAL"))
     , m_manager(platform(folders), DownloadManager::Ports{m_resolvers, m_extractor})
 {
-    QObject::connect(
-        &m_manager.accounts(), &Accounts::credentialsChanged, &m_manager,
-        [this](const HostAccount& account) { forgetLogin(account); });
+    QObject::connect(&m_manager.accounts(), &Accounts::credentialsChanged, &m_manager,
+                     [this](const HostAccount& account) { forgetLogin(account); });
     m_launchPing.start();
 }
 
 void Program::forgetLogin(const HostAccount& account)
 {
     if (account.host == SupportedHost::filestore)
-        m_filestoreLogins.invalidateUser(account.username);
+        m_filestoreLogins.credentialsChanged(account.username);
 }
 
 Platform Program::platform(const Folders& folders)

@@ -45,7 +45,8 @@ public:
 
     /// Reads services, preferences and queue from the folders; the first start of an installation is counted on the
     /// way.
-    explicit Program(const Folders& folders, const CurlHttpClient::Options& network = {}, const Contacts& contacts = {});
+    explicit Program(const Folders& folders, const CurlHttpClient::Options& network = {},
+                     const Contacts& contacts = {});
 
     [[nodiscard]] DownloadManager& manager() { return m_manager; }
     /// What the window works with; lives as long as the program.

@@ -53,7 +53,8 @@ bool showRunning(const vormel::SingleInstance& instance, const QString& token)
 
 vormel::Program::Contacts contacts()
 {
-    return {QString(vormel::updateFeedUrl), QString(vormel::telemetryUrl), qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS")};
+    return {QString(vormel::updateFeedUrl), QString(vormel::telemetryUrl),
+            qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS")};
 }
 
 /// The whole life of the program that holds the lock.

@@ -63,7 +63,7 @@ void states(Stage& stage)
     show(stage, all);
     check(stage, all[0], premium(stage, 112));
     check(stage, all[2], premium(stage, -3));
-    check(stage, all[3], ResolverError::loginRequired(SupportedHost::terabytez));
+    check(stage, all[3], fixtures::loginRequired(SupportedHost::terabytez));
     stage.desktop.signIn.calls.back().answer->deliver({});
     check(stage, all[4], ResolverError::networkError(u"The server did not answer in time."_s));
     check(stage, all[5]);

@@ -1,11 +1,8 @@
+#include "PremiumServices.h"
 #include "fixtures/EngineOnNetwork.h"
 #include "fixtures/EventLoop.h"
 #include "fixtures/FakeResolvers.h"
-#include "sites/services/ClickNLoadCall.h"
-#include "sites/services/ContainerSite.h"
-#include "sites/services/FilestoreSite.h"
-
-#include <QDirIterator>
+#include "fixtures/FakeTools.h"
 
 #include <gmock/gmock.h>
 
@@ -18,34 +15,25 @@ using sites::PatternContent;
 
 namespace {
 
-const QString password = u"canary of the account"_s;
-const QString containerPassword = u"canary of the container"_s;
-
-/// A user with an account at Filestore, the service and a container service.
+/// A user with an account at Filestore, the service and a container service. The tools give up on everything.
 class PremiumTest : public ::testing::Test
 {
 protected:
     PremiumTest()
     {
-        site.addAccount("ann", password.toStdString());
-        const HostAccount ann = account(SupportedHost::filestore, u"ann"_s);
+        const HostAccount ann = account(SupportedHost::filestore, services.username);
         engine.manager().accounts().set({ann});
-        engine.secrets.kept.insert(keychainAccountKey(ann, HostProfiles()), password);
+        engine.secrets.kept.insert(keychainAccountKey(ann, HostProfiles()), services.password);
         engine.manager().settings().autoExtract.set(false);
+        for (const QString& tool : {u"unrar"_s, u"rar"_s, u"7zz"_s, u"7z"_s})
+            tools.add(tool, "echo \"$@\"; exit 3");
     }
 
-    /// A link to a new file of the site.
-    QString newFile(FilestoreSite::Shape shape = FilestoreSite::Shape::oneForm)
-    {
-        const int number = ++m_files;
-        return QString::fromStdString(site.addFile("film.part" + std::to_string(number) + ".rar", shape,
-                                                   PatternContent(static_cast<std::uint64_t>(number), fileSize)));
-    }
     void expectWhole(int number) const
     {
         const QByteArray bytes = engine.sandbox.read(u"Downloads/film/film.part%1.rar"_s.arg(number));
-        EXPECT_EQ(bytes.size(), fileSize) << number;
-        const PatternContent content(static_cast<std::uint64_t>(number), bytes.size());
+        EXPECT_EQ(bytes.size(), PremiumServices::fileSize) << number;
+        const PatternContent content = PremiumServices::contentOf(number);
         EXPECT_FALSE(content.firstMismatch(0, std::span(bytes.constData(), static_cast<std::size_t>(bytes.size()))));
     }
     void runAll()
@@ -57,29 +45,9 @@ protected:
         }
     }
 
-    static constexpr qint64 fileSize = 300'000;
-    sites::TestCertificates certificates;
-    FilestoreSite site{certificates};
-    sites::ContainerSite containers{certificates, "filecrypt.example"};
-    sites::FileServer stranger{{.tls = certificates.valid({"cdn.example"})}};
-    Sandbox authority;
-    EngineOnNetwork engine{network()};
-
-private:
-    CurlHttpClient::Options network()
-    {
-        CurlHttpClient::Options options;
-        options.extraCaFile =
-            QString::fromStdString(certificates.writeAuthority(authority.root().toStdString()).string());
-        auto connectTo = site.connectTo();
-        connectTo.merge(containers.connectTo());
-        connectTo["cdn.example:443"] = "127.0.0.1:" + std::to_string(stranger.port());
-        for (const auto& [from, to] : connectTo)
-            options.connectTo.insert(QByteArray::fromStdString(from), QByteArray::fromStdString(to));
-        return options;
-    }
-
-    int m_files = 0;
+    PremiumServices services;
+    FakeTools tools;
+    EngineOnNetwork engine{services.network(), tools.folders()};
 };
 
 std::string textOf(const std::vector<sites::Request>& requests)
@@ -99,61 +67,62 @@ TEST_F(PremiumTest, ThirtyFilesComeWholeOverOneLogin)
 {
     std::vector<Link> links;
     for (int i = 0; i < 30; ++i)
-        links.push_back(*Link::parse(newFile()));
+        links.push_back(services.newFile());
     engine.manager().settings().maxConcurrentDownloads.set(30);
     engine.manager().addURLs(links, std::nullopt);
     runAll();
     for (int number = 1; number <= 30; ++number)
         expectWhole(number);
-    EXPECT_EQ(site.logins(), 1);
+    EXPECT_EQ(services.site.logins(), 1);
 }
 
 TEST_F(PremiumTest, AContainerBecomesTheFilesBehindItAndTellsNobodyAnything)
 {
-    std::string lines;
-    for (int i = 0; i < 3; ++i)
-        lines += newFile(FilestoreSite::Shape::twoForms).toStdString() + "\r\n";
-    const std::string url =
-        containers.add({.body = sites::clickNLoadCall(lines), .password = containerPassword.toStdString()});
-    engine.manager().addURLs({*Link::parse(QString::fromStdString(url))}, containerPassword);
+    const QString password = services.password;
+    const QString containerPassword = services.containerPassword;
+    ::testing::internal::CaptureStderr();
+    engine.manager().settings().autoExtract.set(true);
+    engine.manager().addURLs({services.newContainer(3)}, containerPassword);
     ASSERT_TRUE(waitUntil([this] { return engine.manager().items().size() == 3; }));
     runAll();
     for (int number = 1; number <= 3; ++number)
         expectWhole(number);
+    ASSERT_TRUE(
+        waitUntil([this] { return engine.manager().items().front()->extractionStatus() == ExtractionStatus::failed; }));
 
-    const auto holds = [](const std::string& text, const QString& secret) {
-        const QByteArray plain = secret.toUtf8();
-        const QByteArray coded = QUrl::toPercentEncoding(secret);
-        return text.find(plain.toStdString()) != std::string::npos ||
-               text.find(coded.toStdString()) != std::string::npos;
+    const auto holds = [](const std::string& text, const QString& canary) {
+        return text.find(canary.toStdString()) != std::string::npos;
     };
-    EXPECT_TRUE(holds(textOf(site.requests()), password)) << "or this search finds nothing";
-    EXPECT_TRUE(holds(textOf(containers.requests()), containerPassword));
-    EXPECT_FALSE(holds(textOf(site.requests()), containerPassword));
-    EXPECT_FALSE(holds(textOf(site.fileRequests()), containerPassword));
-    EXPECT_FALSE(holds(textOf(site.fileRequests()), password));
-    EXPECT_FALSE(holds(textOf(containers.requests()), password));
-    engine.manager().shutDown();
-    for (QDirIterator file(engine.sandbox.root(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-         file.hasNext();) {
-        QFile opened(file.next());
-        ASSERT_TRUE(opened.open(QIODevice::ReadOnly));
-        const std::string text = opened.readAll().toStdString();
-        EXPECT_FALSE(holds(text, password)) << opened.fileName().toStdString();
-        EXPECT_FALSE(holds(text, containerPassword)) << opened.fileName().toStdString();
+    EXPECT_TRUE(holds(textOf(services.site.requests()), password)) << "or this search finds nothing";
+    EXPECT_TRUE(holds(textOf(services.containers.requests()), containerPassword));
+    EXPECT_FALSE(holds(textOf(services.site.requests()), containerPassword));
+    EXPECT_FALSE(holds(textOf(services.containers.requests()), password));
+    std::string told = textOf(services.site.fileRequests());
+    for (const QString& tool : {u"unrar"_s, u"7zz"_s}) {
+        for (const QStringList& call : tools.calls(tool))
+            told += call.join(u' ').toStdString() + '\n';
     }
+    EXPECT_THAT(told, ::testing::HasSubstr("film.part1.rar"));
+    engine.manager().shutDown();
+    for (const QString& file : engine.sandbox.files())
+        told += engine.sandbox.read(file).toStdString();
+    for (const ItemPtr& item : engine.manager().items())
+        told += (item->status().message() + item->extractionStatus().message()).toStdString();
+    told += ::testing::internal::GetCapturedStderr();
+    EXPECT_FALSE(holds(told, password));
+    EXPECT_FALSE(holds(told, containerPassword));
 }
 
 TEST_F(PremiumTest, CookiesOfTheServiceReachNobodyElse)
 {
-    const QString url = newFile();
-    stranger.serve("/film.part1.rar", {.content = PatternContent(1, fileSize)});
-    site.pages().serve("/f1", {.answers = {sites::Answer::redirect(302, "https://cdn.example/film.part1.rar")
-                                               .withCookie("stray=1; Domain=cdn.example")}});
-    engine.add(url);
+    const Link url = services.newFile();
+    services.stranger.serve("/film.part1.rar", {.content = PremiumServices::contentOf(1)});
+    services.site.pages().serve("/f1", {.answers = {sites::Answer::redirect(302, "https://cdn.example/film.part1.rar")
+                                                        .withCookie("stray=1; Domain=cdn.example")}});
+    engine.add(url.absoluteString());
     runAll();
     expectWhole(1);
-    for (const sites::Request& request : stranger.requests()) {
+    for (const sites::Request& request : services.stranger.requests()) {
         EXPECT_FALSE(request.header("Cookie"));
         EXPECT_FALSE(request.header("Referer"));
     }
@@ -161,12 +130,12 @@ TEST_F(PremiumTest, CookiesOfTheServiceReachNobodyElse)
 
 TEST_F(PremiumTest, AStoppedItemLeavesTheSiteWithinASecond)
 {
-    const QString url = newFile();
-    site.pages().serve("/f1", {.answers = {sites::Answer::page(200, "x").stallBeforeHead()}});
-    const ItemPtr item = engine.add(url);
+    const Link url = services.newFile();
+    services.site.pages().serve("/f1", {.answers = {sites::Answer::page(200, "x").stallBeforeHead()}});
+    const ItemPtr item = engine.add(url.absoluteString());
     engine.manager().commands().startAll();
-    ASSERT_TRUE(waitUntil([this] { return site.pages().waitForStalled(2, {}); })) << "one looks up the name";
+    ASSERT_TRUE(waitUntil([this] { return services.site.pages().waitForStalled(2, {}); })) << "one looks up the name";
     engine.manager().commands().stopItems({item});
-    EXPECT_TRUE(waitUntil([this] { return !site.pages().waitForStalled(2, {}); }, std::chrono::seconds(1)));
+    EXPECT_TRUE(waitUntil([this] { return !services.site.pages().waitForStalled(2, {}); }, std::chrono::seconds(1)));
     EXPECT_EQ(item->status(), DownloadStatus::stopped);
 }

@@ -144,7 +144,7 @@ TEST_P(AccessibleNamesTest, TheQuestionForHostsIsNamedThroughout)
 
 TEST_P(AccessibleNamesTest, TheFormOfAnAccountIsNamedThroughout)
 {
-    auto* sheet = new AccountEditView(engine.settings(), hostLabels(), &window);
+    auto* sheet = new AccountEditView(engine.settings(), hostLabels(HostProfiles()), &window);
     const HostAccount anna = fixtures::account(SupportedHost::filestore, u"anna"_s);
     engine.secrets.kept.insert(keychainAccountKey(anna, HostProfiles()), u"s3cret"_s);
     sheet->edit(anna, engine.manager().accounts());

@@ -160,7 +160,7 @@ TEST_P(PaintedContrastTest, TheQuestionForAPasswordShowsWhereTheFocusIs)
 
 TEST_P(PaintedContrastTest, TheFormOfAnAccountShowsWhereTheFocusIs)
 {
-    expectFocusShowsOnAllOf(*new AccountEditView(engine.settings(), hostLabels(), &window));
+    expectFocusShowsOnAllOf(*new AccountEditView(engine.settings(), hostLabels(HostProfiles()), &window));
 }
 
 TEST_P(PaintedContrastTest, TheQuestionForHostsShowsWhereTheFocusIs)

@@ -105,13 +105,20 @@ void FilestoreLoginCache::leave(const QString& username, const LoginTaskPtr& tas
 
 void FilestoreLoginCache::invalidateUser(const QString& username)
 {
+    if (const LoginTaskPtr task = forgetUser(username))
+        task->stop.request_stop();
+}
+
+FilestoreLoginCache::LoginTaskPtr FilestoreLoginCache::forgetUser(const QString& username)
+{
     m_cache.erase(username);
-    const auto running = m_loginTask.find(username);
-    if (running == m_loginTask.end())
-        return;
-    const LoginTaskPtr task = running->second;
-    m_loginTask.erase(running);
-    task->stop.request_stop();
+    auto running = m_loginTask.extract(username);
+    return running ? running.mapped() : nullptr;
+}
+
+void FilestoreLoginCache::credentialsChanged(const QString& username)
+{
+    (void)forgetUser(username);
 }
 
 void FilestoreLoginCache::invalidateLogin(const QString& username, quint64 login)

@@ -45,6 +45,8 @@ public:
 
     /// Forgets the user's login, and stops one that is under way: all who wait for it fail.
     void invalidateUser(const QString& username);
+    /// Whoever asks from now on logs in anew. Those who wait for a login under way get that one: it may well be good.
+    void credentialsChanged(const QString& username);
     /// Forgets a login that has turned out to be no good. One that has begun since stays.
     void invalidateLogin(const QString& username, quint64 login);
 
@@ -72,6 +74,7 @@ private:
     [[nodiscard]] const Session* freshSession(const QString& username) const;
     [[nodiscard]] bool isCurrent(const QString& username, const LoginTaskPtr& task) const;
     [[nodiscard]] QCoro::Task<> run(QString username, LoginTaskPtr task, Login login);
+    LoginTaskPtr forgetUser(const QString& username);
     void loginEnded(const QString& username, const LoginTaskPtr& task, const Outcome& outcome);
     void leave(const QString& username, const LoginTaskPtr& task, const Waiter& waiter);
 

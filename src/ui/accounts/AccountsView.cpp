@@ -7,6 +7,7 @@
 #include "kit/ScrollPage.h"
 #include "kit/Separator.h"
 #include "platform/async/Spawn.h"
+#include "resolvers/ResolverTables.h"
 #include "ui/accounts/AccountEditView.h"
 #include "ui/accounts/AccountList.h"
 #include "ui/accounts/PasswordPlaceNote.h"

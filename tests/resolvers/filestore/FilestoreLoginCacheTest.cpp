@@ -168,6 +168,30 @@ TEST_F(FilestoreLoginCacheTest, ToForgetALoginUnderWayFailsAllWhoWaitForIt)
     EXPECT_EQ(ask()->cookies(), QByteArrayList{"b"});
 }
 
+TEST_F(FilestoreLoginCacheTest, WhoAsksAfterAChangeOfThePasswordLogsInAnewAndTheOthersKeepTheirLogin)
+{
+    const auto early = ask();
+    cache->credentialsChanged(u"ann"_s);
+    const auto late = ask();
+    ASSERT_EQ(logins.size(), 2U);
+    EXPECT_FALSE(logins[0].stop.stop_requested());
+    logins[1].succeed({"new"});
+    logins[0].succeed({"old"});
+    EXPECT_EQ(early->cookies(), QByteArrayList{"old"});
+    EXPECT_EQ(late->cookies(), QByteArrayList{"new"});
+    EXPECT_EQ(ask()->cookies(), QByteArrayList{"new"});
+    cache->credentialsChanged(u"ann"_s);
+    EXPECT_TRUE(ask()->isWaiting());
+}
+
+TEST_F(FilestoreLoginCacheTest, AnOldPasswordsLoginEndsWithTheLastWhoWaitsForIt)
+{
+    const auto early = ask();
+    cache->credentialsChanged(u"ann"_s);
+    early->stop.request_stop();
+    EXPECT_TRUE(logins[0].stop.stop_requested());
+}
+
 TEST_F(FilestoreLoginCacheTest, OnlyTheLoginThatWasNoGoodIsForgotten)
 {
     const auto first = ask();

@@ -27,7 +27,7 @@ protected:
     {
         log->checks.back().answer->deliver(result);
     }
-    void wantSignIn() const { answer(ResolverError::loginRequired(SupportedHost::terabytez)); }
+    void wantSignIn() const { answer(fixtures::loginRequired(SupportedHost::terabytez)); }
 
     std::shared_ptr<fixtures::ServiceLog> log = std::make_shared<fixtures::ServiceLog>();
     fixtures::EngineOnScript engine{fixtures::fakeServices(log)};

@@ -223,7 +223,7 @@ TEST_F(AccountsViewTest, ACancelledSignInLeavesARedDotAndSaysSo)
 {
     add(u"anna"_s, SupportedHost::terabytez);
     click(0, "checkAccount");
-    answer(0, ResolverError::loginRequired(SupportedHost::terabytez));
+    answer(0, fixtures::loginRequired(SupportedHost::terabytez));
     EXPECT_EQ(button(0), u"Checking...");
     desktop.signIn.calls.at(0).answer->deliver({});
     EXPECT_EQ(text(0, "checkMessage"), u"Sign-in cancelled");
