@@ -22,8 +22,8 @@ DemoSets plannedSets()
                        .password = u"garden"_s},
             .premium = {.name = u"Harbour.Lights.2025.1080p.BluRay.x264-DEMO"_s,
                         .cleanName = u"Harbour Lights 2025.mkv"_s,
-                        .film = sites::PatternContent(203, 28 * mebibyte),
-                        .volumeBytes = 5 * mebibyte,
+                        .film = sites::PatternContent(203, 40 * mebibyte),
+                        .volumeBytes = 8 * mebibyte,
                         .recoveryVolumes = 2,
                         .spoilt = 3}};
 }

@@ -22,7 +22,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr qint64 slowKBps = qint64{6} * 1024; // until the set was seen on its way
+constexpr qint64 slowKBps = qint64{5} * 1024; // until the set was seen on its way
 constexpr qint64 fastKBps = qint64{50} * 1024;
 
 QList<HostButton*> offeredHosts(const QWidget& window)
@@ -43,8 +43,23 @@ PremiumChapter::PremiumChapter(const Stage& stage, MainWindow& window, const Fil
 
 std::vector<Step> PremiumChapter::steps()
 {
-    return {enterAccount(), saveAccount(), checkAccount(), pasteContainer(), openContainer(),
-            chooseHost(),   start(),       finish(),       clear()};
+    return {openAccounts(),  enterAccount(), saveAccount(), checkAccount(), pasteContainer(), enterPassword(),
+            openContainer(), chooseHost(),   start(),       finish(),       clear()};
+}
+
+Step PremiumChapter::openAccounts()
+{
+    const auto open = [this] {
+        m_window.showPage(Page::accounts);
+        press(partInSight<QToolButton>(m_window, u"addAccount"_s));
+    };
+    const auto missing = [this] {
+        return unless(partInSight<QWidget>(m_window, u"accountEditView"_s), u"there is no sheet"_s);
+    };
+    return {.title = u"Opening the page of the accounts, and its sheet"_s,
+            .begin = open,
+            .goal = u"open: the sheet for a new account"_s,
+            .missing = missing};
 }
 
 Step PremiumChapter::enterAccount()
@@ -53,7 +68,7 @@ Step PremiumChapter::enterAccount()
         const auto* const save = partInSight<QPushButton>(m_window, u"saveAccount"_s);
         return unless(save && save->isEnabled(), u"there is nothing to be saved"_s);
     };
-    return {.title = u"Opening the page of the accounts and entering one"_s,
+    return {.title = u"Typing user name and password"_s,
             .begin = [this] { fillInAccount(); },
             .goal = u"entered: the account can be saved"_s,
             .missing = missing,
@@ -87,13 +102,23 @@ Step PremiumChapter::pasteContainer()
 {
     const auto missing = [this] {
         const bool isKnown = partInSight<QWidget>(m_window, u"containerCount"_s) != nullptr;
-        const auto* const password = partInSight<QLineEdit>(m_window, u"containerPassword"_s);
-        return unless(isKnown && password && password->text() == PremiumSites::containerPassword,
-                      u"the sheet knows of no container with a password"_s);
+        return unless(isKnown, u"the sheet knows of no container"_s);
     };
-    return {.title = u"Pasting the link of a container, and typing its password"_s,
-            .begin = [this] { fillInContainer(); },
+    return {.title = u"Pasting the link of a container into the sheet for links"_s,
+            .begin = [this] { pasteLink(); },
             .goal = u"pasted: the sheet knows that it is a container"_s,
+            .missing = missing};
+}
+
+Step PremiumChapter::enterPassword()
+{
+    const auto field = [this] { return partInSight<QLineEdit>(m_window, u"containerPassword"_s); };
+    const auto missing = [field] {
+        return unless(field() && field()->text() == PremiumSites::containerPassword, u"it is not there"_s);
+    };
+    return {.title = u"Typing the container's password"_s,
+            .begin = [field] { type(field(), PremiumSites::containerPassword); },
+            .goal = u"typed: the password is in its field"_s,
             .missing = missing,
             .screenshot = u"16-container.png"_s};
 }
@@ -129,6 +154,7 @@ Step PremiumChapter::start()
             .begin = begin,
             .goal = u"downloading: several volumes at once"_s,
             .missing = [this] { return m_film.missingUnderWay(); },
+            .settling = 1500ms, // the cap lets the first second's bytes through at once
             .screenshot = u"18-premium-downloading.png"_s};
 }
 
@@ -164,15 +190,13 @@ Step PremiumChapter::clear()
 
 void PremiumChapter::fillInAccount()
 {
-    m_window.showPage(Page::accounts);
-    press(partInSight<QToolButton>(m_window, u"addAccount"_s));
     type(partInSight<QComboBox>(m_window, u"accountHost"_s), m_sites.hostDomain());
     type(partInSight<QLineEdit>(m_window, u"accountUsername"_s), PremiumSites::username);
     type(partInSight<QLineEdit>(m_window, u"accountPassword"_s), PremiumSites::password);
 }
 
 /// The sheet takes the link from the clipboard.
-void PremiumChapter::fillInContainer()
+void PremiumChapter::pasteLink()
 {
     m_itemsBefore = m_stage.manager.items().size();
     m_stage.manager.settings().cleanExtractedNames.set(true);
@@ -180,7 +204,6 @@ void PremiumChapter::fillInContainer()
     QGuiApplication::clipboard()->setText(m_sites.containerLink());
     m_window.showPage(Page::downloads);
     press(partInSight<QToolButton>(m_window, u"addURLs"_s));
-    type(partInSight<QLineEdit>(m_window, u"containerPassword"_s), PremiumSites::containerPassword);
 }
 
 void PremiumChapter::choose(const QString& host) const

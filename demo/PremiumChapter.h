@@ -28,10 +28,12 @@ public:
     [[nodiscard]] QString progress() const { return m_film.progress(); }
 
 private:
+    [[nodiscard]] Step openAccounts();
     [[nodiscard]] Step enterAccount();
     [[nodiscard]] Step saveAccount();
     [[nodiscard]] Step checkAccount();
     [[nodiscard]] Step pasteContainer();
+    [[nodiscard]] Step enterPassword();
     [[nodiscard]] Step openContainer();
     [[nodiscard]] Step chooseHost();
     [[nodiscard]] Step start();
@@ -39,7 +41,7 @@ private:
     [[nodiscard]] Step clear();
 
     void fillInAccount();
-    void fillInContainer();
+    void pasteLink();
     void choose(const QString& host) const;
     void pressStartAll(qint64 capKBps);
     [[nodiscard]] QString missingPlan() const;

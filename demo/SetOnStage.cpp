@@ -60,8 +60,12 @@ int SetOnStage::count(DownloadStatus::Kind status) const
 double SetOnStage::share() const
 {
     qint64 received = 0;
-    for (const ItemPtr& item : items())
-        received += isRevName(item->filename()) ? 0 : item->bytesReceived();
+    for (const ItemPtr& item : items()) {
+        // The end of a transfer leaves the bytes of its last tick.
+        const bool isWhole = item->status() == DownloadStatus::completed;
+        if (!isRevName(item->filename()))
+            received += isWhole ? item->totalBytes() : item->bytesReceived();
+    }
     return static_cast<double>(received) / static_cast<double>(m_set.film.size());
 }
 
