@@ -131,7 +131,10 @@ void Questions::forget(const QSet<ItemId>& ids)
 {
     for (const ItemId& id : ids)
         m_signIns.forget(id);
-    if (std::erase_if(m_passwords, [&ids](const auto& asked) { return ids.contains(asked.itemID); }) > 0)
+    const std::size_t gone =
+        std::erase_if(m_passwords, [&ids](const auto& asked) { return ids.contains(asked.itemID); }) +
+        std::erase_if(m_captchas, [&ids](const auto& asked) { return ids.contains(asked.placeholderID); });
+    if (gone > 0)
         Q_EMIT changed();
 }
 

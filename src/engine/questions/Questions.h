@@ -42,7 +42,7 @@ public:
     /// The item waits for no sign-in any more.
     void forgetLogin(const ItemId& id) { m_signIns.forget(id); }
 
-    /// The rows are gone, and with them the questions of their archives and their sign-ins.
+    /// The rows are gone, and with them the questions of their archives and containers and their sign-ins.
     void forget(const QSet<ItemId>& ids);
 
 Q_SIGNALS:

@@ -89,14 +89,14 @@ void AccountRow::layOut()
     for (const Control each : allControls)
         m_line->addWidget(control(each));
     m_below->setSpacing(spacing);
-    m_below->addWidget(m_premium, 1);
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, Card::endOfRow, 0);
     grid->setHorizontalSpacing(spacing);
     grid->setVerticalSpacing(4);
     grid->addWidget(m_dot, 0, 0, Qt::AlignVCenter);
     grid->addLayout(m_line, 0, 1);
-    grid->addLayout(m_below, 1, 1);
+    grid->addWidget(m_premium, 1, 1);
+    grid->addLayout(m_below, 2, 1);
     grid->setColumnStretch(1, 1);
     moveNotes(true);
 }
@@ -112,7 +112,7 @@ void AccountRow::moveNotes(bool areBeside)
     }
     QBoxLayout* const line = areBeside ? m_line : m_below;
     const int place = areBeside ? behindNames : 0;
-    line->insertWidget(place, m_disabled, 0, Qt::AlignVCenter);
+    line->insertWidget(place, m_disabled, 0, Qt::AlignLeading | Qt::AlignVCenter);
     line->insertWidget(place + 1, m_message, areBeside ? 0 : 1);
     m_message->setAlignment((areBeside ? Qt::AlignTrailing : Qt::AlignLeading) | Qt::AlignVCenter);
 }

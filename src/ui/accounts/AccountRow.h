@@ -77,7 +77,7 @@ private:
     SheetButton* m_edit;
     QToolButton* m_remove;
     QBoxLayout* m_line;  ///< of the names and the controls
-    QBoxLayout* m_below; ///< what is told of the account
+    QBoxLayout* m_below; ///< of the notes in a narrow row
     bool m_areNotesBeside = true;
 };
 

@@ -8,10 +8,10 @@
 #include "kit/Separator.h"
 #include "platform/async/Spawn.h"
 #include "resolvers/ResolverTables.h"
+#include "ui/accounts/AccessibleAccounts.h"
 #include "ui/accounts/AccountEditView.h"
 #include "ui/accounts/AccountList.h"
 #include "ui/accounts/PasswordPlaceNote.h"
-#include "ui/accounts/accessibility/AccessibleAccounts.h"
 
 #include <QHBoxLayout>
 #include <QStackedLayout>

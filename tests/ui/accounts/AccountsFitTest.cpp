@@ -71,6 +71,9 @@ TEST_P(AccountsFitTest, WhatHasNoRoomBesideTheControlsIsBelowTheNames)
     };
     for (const char* note : {"accountDisabled", "checkMessage"})
         EXPECT_GT(place(note).top(), place("accountUsername").bottom()) << note;
+    // Also of one that nothing else is told of.
+    EXPECT_EQ(part(0, "accountDisabled").mapTo(&row(0), QPoint()).x(),
+              part(0, "accountUsername").mapTo(&row(0), QPoint()).x());
     page.resize(800, 420);
     fixtures::turnEventLoop();
     for (const char* note : {"accountDisabled", "checkMessage"}) {

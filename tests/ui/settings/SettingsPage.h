@@ -22,6 +22,7 @@ protected:
         desktop.managers.manager = PackageManager::apt;
         page.resize(620, 450);
         page.show();
+        turnEventLoop(); // lays out what scrolls
     }
     [[nodiscard]] AppSettings& settings() { return engine.settings(); }
     void useItalian() { settings().language.set(AppLanguage::italian); }

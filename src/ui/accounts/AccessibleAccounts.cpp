@@ -1,4 +1,4 @@
-#include "ui/accounts/accessibility/AccessibleAccounts.h"
+#include "ui/accounts/AccessibleAccounts.h"
 
 #include "ui/accounts/AccountList.h"
 
