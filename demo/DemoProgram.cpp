@@ -5,6 +5,7 @@
 #include "demo/DemoScript.h"
 #include "demo/DiskEvidence.h"
 #include "demo/DownloadsChapter.h"
+#include "demo/PremiumChapter.h"
 #include "demo/SetsChapter.h"
 #include "text/ByteCount.h"
 
@@ -37,8 +38,8 @@ void print(const QString& line)
 class Show
 {
 public:
-    Show(const Folders& folders, const DemoSites& sites)
-        : m_program(folders, sites.network())
+    Show(const Folders& folders, const CurlHttpClient::Options& network)
+        : m_program(folders, network)
         , m_window(m_program.viewPorts(), m_program.updater())
     {
         QObject::connect(qApp, &QApplication::aboutToQuit, &m_window, [this] { m_program.manager().shutDown(); });
@@ -60,6 +61,16 @@ void closeAndEnd(MainWindow& window)
     QTimer::singleShot(timeToClose, qApp, [] { QApplication::exit(EXIT_FAILURE); });
 }
 
+/// The chapter's steps come last, and while they are played it tells how far things are.
+template <typename Chapter>
+void append(std::vector<Step>& steps, Chapter& chapter)
+{
+    for (Step& step : chapter.steps()) {
+        step.progress = [&chapter] { return chapter.progress(); };
+        steps.push_back(std::move(step));
+    }
+}
+
 } // namespace
 
 DemoProgram::DemoProgram(const Places& places)
@@ -75,7 +86,7 @@ int DemoProgram::present()
     introduce();
     if (!objection.isEmpty())
         print(u"There are no sets of archives to be seen: %1."_s.arg(objection));
-    Show show(m_folders, m_sites);
+    Show show(m_folders, network());
     show.manager().settings().maxDownloadSpeedKBps.set(capToWatchKBps);
     show.manager().addURLs(linksToWatch(), std::nullopt);
     QTimer::singleShot(timeToReadTheList, &show.window(), [&show] { show.manager().commands().startAll(); });
@@ -111,10 +122,11 @@ QString DemoProgram::packSets()
     if (!missing.isEmpty())
         return u"not installed: "_s + missing.join(u", "_s);
     DemoSets sets = plannedSets();
-    if (!pack(sets.spoilt, m_places.home) || !pack(sets.secret, m_places.home))
+    if (!pack(sets, m_places.home))
         return u"rar did not make them"_s;
     m_sites.serve(sets.spoilt);
     m_sites.serve(sets.secret);
+    m_premium.emplace(sets.premium, m_places.home);
     m_sets = std::move(sets);
     return {};
 }
@@ -131,17 +143,18 @@ void DemoProgram::prepareSets(bool mustPlayAll)
 
 void DemoProgram::play(const QString& output)
 {
-    Show show(m_folders, m_sites);
-    const Stage stage{show.manager(), m_sites, m_folders, m_places.trash};
+    Show show(m_folders, network());
+    const Stage stage{show.manager(), m_sites, m_folders, m_places.home, m_places.trash};
+    std::vector<Step> steps;
     DownloadsChapter downloads(stage);
-    std::vector<Step> steps = downloads.steps();
+    append(steps, downloads);
     std::optional<SetsChapter> sets;
+    std::optional<PremiumChapter> premium;
     if (m_sets) {
-        sets.emplace(stage, show.window(), *m_sets);
-        std::ranges::move(sets->steps(), std::back_inserter(steps));
+        append(steps, sets.emplace(stage, show.window(), *m_sets));
+        append(steps, premium.emplace(stage, show.window(), m_sets->premium, *m_premium));
     }
-    const auto progress = [&] { return sets && sets->hasBegun() ? sets->progress() : downloads.progress(); };
-    DemoScript script(std::move(steps), {show.window(), m_report, output, progress});
+    DemoScript script(std::move(steps), {show.window(), m_report, output});
     bool isPlayedToEnd = false;
     QObject::connect(&script, &DemoScript::ended, &show.window(), [&] {
         isPlayedToEnd = true;
@@ -159,17 +172,18 @@ void DemoProgram::play(const QString& output)
 void DemoProgram::checkNewStart()
 {
     m_report.say(u"Starting the program anew"_s);
-    Program program(m_folders, m_sites.network());
+    Program program(m_folders, network());
     const std::size_t restored = program.manager().items().size();
     m_report.check(u"a new start finds the whole queue again"_s,
                    restored == m_sites.samples().size() ? QString() : u"%1 items"_s.arg(restored));
+    const std::size_t accounts = program.manager().accounts().list().size();
+    if (m_premium)
+        m_report.check(u"and the account"_s, unless(accounts == 1, u"%1 accounts"_s.arg(accounts)));
 }
 
 bool DemoProgram::hasRoom() const
 {
-    const DemoSets sets = plannedSets();
-    const qint64 needed = m_sites.bytesToCome() + m_sites.spareFile().content.size() + sets.spoilt.bytesToCome() +
-                          sets.secret.bytesToCome();
+    const qint64 needed = m_sites.bytesToCome() + m_sites.spareFile().content.size() + demo::bytesToCome(plannedSets());
     const qint64 available = std::max<qint64>(QStorageInfo(m_places.home).bytesAvailable(), 0); // -1 for no folder
     if (available >= needed)
         return true;
@@ -178,15 +192,35 @@ bool DemoProgram::hasRoom() const
     return false;
 }
 
+CurlHttpClient::Options DemoProgram::network() const
+{
+    CurlHttpClient::Options options = m_sites.network();
+    if (m_premium)
+        m_premium->joinIn(options);
+    return options;
+}
+
 void DemoProgram::introduce() const
 {
     print(u"Vormel with its queue filled: a large file whose connection is cut once in the middle, smaller ones,\n"
           u"a link that fails, a set of archives that has to be repaired, and one whose password is \"%3\".\n"
           u"The speed is capped so that there is time to watch.\n"
-          u"Every address leads to the demo's own server on 127.0.0.1. To add a download yourself, press\n"
+          u"Every address leads to the demo's own servers on 127.0.0.1. To add a download yourself, press\n"
           u"Add URLs, paste %1 and press Start All.\n"
           u"The files lie in %2 until the window is closed, which ends the demo."_s.arg(
               m_sites.spareFile().link().absoluteString(), m_folders.downloads, plannedSets().secret.password));
+    if (m_premium)
+        introducePremium();
+}
+
+void DemoProgram::introducePremium() const
+{
+    print(u"There is a premium host, too. On the page Accounts, press Add Account, choose %1, enter\n"
+          u"%2 with the password %3, press Save, and then Check in its row. Then add the container\n"
+          u"%4 with the password %5\n"
+          u"and choose %6: its film has a damaged volume, which is rebuilt."_s.arg(
+              m_premium->hostDomain(), PremiumSites::username, PremiumSites::password, m_premium->containerLink(),
+              PremiumSites::containerPassword, m_premium->hostName()));
 }
 
 } // namespace vormel::demo

@@ -2,6 +2,7 @@
 
 #include "demo/DemoSets.h"
 #include "demo/DemoSites.h"
+#include "demo/PremiumSites.h"
 #include "demo/Report.h"
 #include "platform/desktop/Folders.h"
 
@@ -29,7 +30,9 @@ public:
 
 private:
     [[nodiscard]] bool hasRoom() const;
+    [[nodiscard]] CurlHttpClient::Options network() const;
     void introduce() const;
+    void introducePremium() const;
     [[nodiscard]] std::vector<Link> linksToWatch() const;
     [[nodiscard]] QString packSets();
     void prepareSets(bool mustPlayAll);
@@ -39,7 +42,8 @@ private:
     Places m_places;
     Folders m_folders;
     DemoSites m_sites;
-    std::optional<DemoSets> m_sets; ///< once they are packed
+    std::optional<DemoSets> m_sets;        ///< once they are packed
+    std::optional<PremiumSites> m_premium; ///< likewise
     Report m_report;
 };
 

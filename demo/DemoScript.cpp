@@ -83,9 +83,9 @@ void DemoScript::waitOn(const QString& missing)
 {
     const Step& step = m_steps[m_current];
     m_sinceReached.invalidate();
-    if (isOver(m_sinceProgress, progressInterval)) {
+    if (step.progress && isOver(m_sinceProgress, progressInterval)) {
         m_sinceProgress.start();
-        m_surroundings.report.say(u"          "_s + m_surroundings.progress());
+        m_surroundings.report.say(u"          "_s + step.progress());
     }
     if (!isOver(m_sinceBegin, step.limit))
         return;

@@ -38,6 +38,7 @@ struct Step
     std::vector<Check> checks{};
     QString screenshot{}; ///< name of a PNG file; may be empty
     std::chrono::milliseconds limit = std::chrono::seconds(60);
+    std::function<QString()> progress{}; ///< said about once a second while the goal is waited for; may be empty
 };
 
 /// Plays steps one after the other without ever blocking the window. A goal that is not reached in time ends it; a
@@ -51,8 +52,7 @@ public:
     {
         QWidget& window;
         Report& report;
-        QString output;                    ///< folder of the screenshots
-        std::function<QString()> progress; ///< said about once a second while a goal is waited for
+        QString output; ///< folder of the screenshots
     };
 
     DemoScript(std::vector<Step> steps, Surroundings surroundings);

@@ -19,7 +19,23 @@ DemoSets plannedSets()
                        .cleanName = u"Surprise Party 2026.mkv"_s,
                        .film = sites::PatternContent(202, 60 * mebibyte),
                        .volumeBytes = 25 * mebibyte,
-                       .password = u"garden"_s}};
+                       .password = u"garden"_s},
+            .premium = {.name = u"Harbour.Lights.2025.1080p.BluRay.x264-DEMO"_s,
+                        .cleanName = u"Harbour Lights 2025.mkv"_s,
+                        .film = sites::PatternContent(203, 40 * mebibyte),
+                        .volumeBytes = 8 * mebibyte,
+                        .recoveryVolumes = 2,
+                        .spoilt = 3}};
+}
+
+qint64 bytesToCome(const DemoSets& sets)
+{
+    return sets.spoilt.bytesToCome() + sets.secret.bytesToCome() + sets.premium.bytesToCome();
+}
+
+bool pack(DemoSets& sets, const QString& folder)
+{
+    return pack(sets.spoilt, folder) && pack(sets.secret, folder) && pack(sets.premium, folder);
 }
 
 } // namespace vormel::demo

@@ -23,6 +23,16 @@ QString objectionToRecord(const QJsonObject& record, const Sample& sample)
     return isRight ? QString() : u"%1 is \"%2\""_s.arg(sample.name, status);
 }
 
+bool holds(const QString& path, const QByteArray& text)
+{
+    const QFileInfo info(path);
+    if (!info.isFile() || info.size() == 0)
+        return false;
+    QFile file(path);
+    const uchar* const bytes = file.open(QIODevice::ReadOnly) ? file.map(0, file.size()) : nullptr;
+    return !bytes || QByteArrayView(bytes, file.size()).contains(text);
+}
+
 } // namespace
 
 QString objectionToFile(const QString& path, const sites::PatternContent& source)
@@ -69,6 +79,17 @@ QStringList filesBelow(const QString& folder)
     while (walk.hasNext())
         files.append(QDir(folder).relativeFilePath(walk.next()));
     files.sort();
+    return files;
+}
+
+QStringList filesWith(const QString& folder, const QString& text)
+{
+    QStringList files;
+    const QByteArray sought = text.toUtf8();
+    for (const QString& file : filesBelow(folder)) {
+        if (holds(QDir(folder).filePath(file), sought))
+            files.append(file);
+    }
     return files;
 }
 

@@ -18,4 +18,7 @@ namespace vormel::demo {
 /// All files below the folder, however deep and whether hidden or not, as sorted relative paths.
 [[nodiscard]] QStringList filesBelow(const QString& folder);
 
+/// Those of them that hold the text, or that cannot be looked into.
+[[nodiscard]] QStringList filesWith(const QString& folder, const QString& text);
+
 } // namespace vormel::demo

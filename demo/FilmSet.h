@@ -24,7 +24,7 @@ struct FilmSet
         [[nodiscard]] std::string path() const { return '/' + name.toStdString(); }
     };
 
-    QString host;
+    QString host{};    ///< empty for one whose links only a container tells
     QString name;      ///< what all volumes are called, and the film in them
     QString cleanName; ///< what the film is to be called in the end
     sites::PatternContent film;

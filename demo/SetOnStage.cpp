@@ -13,9 +13,10 @@ using namespace Qt::StringLiterals;
 
 namespace vormel::demo {
 
-SetOnStage::SetOnStage(const Stage& stage, FilmSet set)
+SetOnStage::SetOnStage(const Stage& stage, FilmSet set, RecoveryCount recoveryVolumesAskedFor)
     : m_stage(stage)
     , m_set(std::move(set))
+    , m_recoveryVolumesAskedFor(std::move(recoveryVolumesAskedFor))
 {
     QObject::connect(&m_stage.manager, &DownloadManager::itemChanged, &m_hearing,
                      [this](const ItemId& id, ItemField field) {
@@ -30,7 +31,7 @@ void SetOnStage::note(const ItemPtr& item)
         return;
     m_history.push_back(item->extractionStatus());
     if (item->extractionStatus() == ExtractionStatus::repairing && timesIn(ExtractionStatus::repairing) == 1)
-        m_askedForTooEarly = m_stage.sites.recoveryVolumesAskedFor(m_set);
+        m_askedForTooEarly = m_recoveryVolumesAskedFor();
 }
 
 std::vector<ItemPtr> SetOnStage::items() const
@@ -59,9 +60,22 @@ int SetOnStage::count(DownloadStatus::Kind status) const
 double SetOnStage::share() const
 {
     qint64 received = 0;
-    for (const ItemPtr& item : items())
-        received += isRevName(item->filename()) ? 0 : item->bytesReceived();
+    for (const ItemPtr& item : items()) {
+        // The end of a transfer leaves the bytes of its last tick.
+        const bool isWhole = item->status() == DownloadStatus::completed;
+        if (!isRevName(item->filename()))
+            received += isWhole ? item->totalBytes() : item->bytesReceived();
+    }
     return static_cast<double>(received) / static_cast<double>(m_set.film.size());
+}
+
+QString SetOnStage::progress() const
+{
+    constexpr double hundred = 100;
+    return u"%1 volumes of %2 completed, %3 at work, %4 % of the bytes"_s.arg(count(DownloadStatus::completed))
+        .arg(m_set.volumes.size())
+        .arg(count(DownloadStatus::downloading))
+        .arg(static_cast<int>(share() * hundred));
 }
 
 int SetOnStage::timesIn(ExtractionStatus::Kind status) const
@@ -85,6 +99,20 @@ QString SetOnStage::objectionToGroup() const
         return u"there is no group of that name"_s;
     return unless(group->items.size() == visible && items().size() == m_set.volumes.size(),
                   u"%1 of %2 volumes in sight"_s.arg(group->items.size()).arg(items().size()));
+}
+
+QString SetOnStage::missingUnderWay() const
+{
+    constexpr double shareToShow = 0.1;
+    const int atWork = count(DownloadStatus::downloading);
+    if (atWork < 2)
+        return u"%1 downloading instead of several"_s.arg(atWork);
+    return unless(share() >= shareToShow, u"only a share of %1 is here"_s.arg(share()));
+}
+
+QString SetOnStage::objectionToRecovery() const
+{
+    return unless(m_askedForTooEarly == 0, u"%1 were asked for"_s.arg(m_askedForTooEarly));
 }
 
 QString SetOnStage::missingEnd() const

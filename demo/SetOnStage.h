@@ -5,6 +5,8 @@
 
 #include <QObject>
 
+#include <functional>
+
 namespace vormel::demo {
 
 /// One set in the running program, from the first link in the queue to the film on the disk. Remembers through what its
@@ -12,22 +14,26 @@ namespace vormel::demo {
 class SetOnStage
 {
 public:
-    SetOnStage(const Stage& stage, FilmSet set);
+    /// How many of its recovery volumes its server was asked for so far.
+    using RecoveryCount = std::function<std::size_t()>;
+
+    SetOnStage(const Stage& stage, FilmSet set, RecoveryCount recoveryVolumesAskedFor);
 
     [[nodiscard]] const FilmSet& set() const { return m_set; }
     /// Members in the queue, recovery volumes included.
     [[nodiscard]] std::vector<ItemPtr> items() const;
     [[nodiscard]] int countRecoveryVolumes() const;
-    [[nodiscard]] int count(DownloadStatus::Kind status) const;
-    /// Of the bytes of the volumes, recovery volumes left out.
-    [[nodiscard]] double share() const;
+    /// How far it is, in one line.
+    [[nodiscard]] QString progress() const;
     /// How often the archive went into that state so far.
     [[nodiscard]] int timesIn(ExtractionStatus::Kind status) const;
-    /// How many recovery volumes the server had been asked for when the archive first was to be repaired.
-    [[nodiscard]] std::size_t askedForTooEarly() const { return m_askedForTooEarly; }
 
     // What speaks against a claim; nothing where it holds.
     [[nodiscard]] QString objectionToGroup() const;
+    /// Several volumes come at once, and enough is here to be seen.
+    [[nodiscard]] QString missingUnderWay() const;
+    /// No recovery volume as long as all seemed well.
+    [[nodiscard]] QString objectionToRecovery() const;
     /// Unpacked, and whatever was of use on the way is gone.
     [[nodiscard]] QString missingEnd() const;
     [[nodiscard]] QString objectionToFilm() const;
@@ -36,14 +42,18 @@ public:
     [[nodiscard]] QString objectionToTrash() const;
 
 private:
+    [[nodiscard]] int count(DownloadStatus::Kind status) const;
+    /// Of the bytes of the volumes, recovery volumes left out.
+    [[nodiscard]] double share() const;
     [[nodiscard]] QString folder() const;
     void note(const ItemPtr& item);
 
     Stage m_stage;
     FilmSet m_set;
+    RecoveryCount m_recoveryVolumesAskedFor;
     std::vector<ExtractionStatus> m_history;
-    std::size_t m_askedForTooEarly = 0;
-    QObject m_hearing; ///< the connections to the manager end with it
+    std::size_t m_askedForTooEarly = 0; ///< by the time when the archive first was to be repaired
+    QObject m_hearing;                  ///< the connections to the manager end with it
 };
 
 } // namespace vormel::demo

@@ -1,9 +1,5 @@
 #include "demo/SetsChapter.h"
 
-#include "demo/DiskEvidence.h"
-
-#include <QTreeView>
-
 using namespace Qt::StringLiterals;
 
 namespace vormel::demo {
@@ -14,15 +10,15 @@ using namespace std::chrono_literals;
 
 constexpr qint64 slowKBps = qint64{6} * 1024; // until the set was seen on its way
 constexpr qint64 fastKBps = qint64{50} * 1024;
-constexpr double shareToShow = 0.1;
 
 } // namespace
 
 SetsChapter::SetsChapter(const Stage& stage, const QWidget& window, const DemoSets& sets)
     : m_stage(stage)
-    , m_list(window.findChild<QTreeView*>(u"queueView"_s))
-    , m_spoilt(stage, sets.spoilt)
-    , m_secret(stage, sets.secret)
+    , m_list(window)
+    , m_spoilt(stage, sets.spoilt,
+               [&sites = stage.sites, &set = sets.spoilt] { return sites.recoveryVolumesAskedFor(set); })
+    , m_secret(stage, sets.secret, [] { return std::size_t{0}; })
 {}
 
 std::vector<Step> SetsChapter::steps()
@@ -50,18 +46,17 @@ Step SetsChapter::start()
     return {.title = u"Starting the set, slowly"_s,
             .begin = [this] { startAll(slowKBps); },
             .goal = u"downloading: several volumes at once"_s,
-            .missing = [this] { return missingUnderWay(); },
+            .missing = [this] { return m_spoilt.missingUnderWay(); },
             .screenshot = u"5-set-downloading.png"_s};
 }
 
 Step SetsChapter::open()
 {
     const auto missing = [this] {
-        const bool isOpen = m_list && m_list->isExpanded(header(m_spoilt.set()));
-        return isOpen ? missingUnderWay() : u"the group is not open"_s;
+        return m_list.isOpen(m_spoilt.set()) ? m_spoilt.missingUnderWay() : u"the group is not open"_s;
     };
     return {.title = u"Opening its group in the list"_s,
-            .begin = [this] { setOpen(m_spoilt.set(), true); },
+            .begin = [this] { m_list.setOpen(m_spoilt.set(), true); },
             .goal = u"open, and still downloading"_s,
             .missing = missing,
             .screenshot = u"6-set-open.png"_s};
@@ -69,9 +64,6 @@ Step SetsChapter::open()
 
 Step SetsChapter::fail()
 {
-    const auto askedLate = [this] {
-        return unless(m_spoilt.askedForTooEarly() == 0, u"%1 were asked for"_s.arg(m_spoilt.askedForTooEarly()));
-    };
     const auto missing = [this] {
         return unless(m_spoilt.timesIn(ExtractionStatus::repairing) > 0, u"no repair was begun"_s);
     };
@@ -80,7 +72,8 @@ Step SetsChapter::fail()
             .goal = u"failing: the archive cannot be unpacked and is to be repaired"_s,
             .missing = missing,
             .settling = 0ms,
-            .checks = {{u"no recovery volume was asked for as long as all seemed well"_s, askedLate}},
+            .checks = {{u"no recovery volume was asked for as long as all seemed well"_s,
+                        [this] { return m_spoilt.objectionToRecovery(); }}},
             .screenshot = u"7-set-failing.png"_s};
 }
 
@@ -121,7 +114,7 @@ Step SetsChapter::finish()
 Step SetsChapter::askPassword()
 {
     const auto begin = [this] {
-        setOpen(m_spoilt.set(), false);
+        m_list.setOpen(m_spoilt.set(), false);
         add(m_secret.set());
         startAll(fastKBps);
     };
@@ -149,7 +142,7 @@ Step SetsChapter::extract()
         return unless(runs > 2, u"the archive is not being unpacked"_s);
     };
     const auto begin = [this] {
-        setOpen(m_secret.set(), true);
+        m_list.setOpen(m_secret.set(), true);
         m_stage.manager.questions().submitExtractionPassword(m_secret.set().password);
     };
     return {.title = u"Answering with the right password"_s,
@@ -185,48 +178,19 @@ Step SetsChapter::clear()
 
 QString SetsChapter::progress() const
 {
-    constexpr double hundred = 100;
-    const SetOnStage& current = m_secret.items().empty() ? m_spoilt : m_secret;
-    return u"%1 volumes of %2 completed, %3 at work, %4 % of the bytes"_s.arg(current.count(DownloadStatus::completed))
-        .arg(current.set().volumes.size())
-        .arg(current.count(DownloadStatus::downloading))
-        .arg(static_cast<int>(current.share() * hundred));
+    return m_secret.items().empty() ? m_spoilt.progress() : m_secret.progress();
 }
 
 void SetsChapter::add(const FilmSet& set)
 {
     m_stage.manager.addURLs(set.links(), std::nullopt);
-    setOpen(set, false);
+    m_list.setOpen(set, false);
 }
 
 void SetsChapter::startAll(qint64 capKBps)
 {
     m_stage.manager.settings().maxDownloadSpeedKBps.set(capKBps);
     m_stage.manager.commands().startAll();
-}
-
-QModelIndex SetsChapter::header(const FilmSet& set) const
-{
-    const QAbstractItemModel& model = *m_list->model();
-    const QModelIndexList found = model.match(model.index(0, 0), Qt::DisplayRole, set.name, 1, Qt::MatchExactly);
-    return found.isEmpty() ? QModelIndex() : found.first();
-}
-
-/// In sight in either case.
-void SetsChapter::setOpen(const FilmSet& set, bool isOpen)
-{
-    if (!m_list)
-        return;
-    m_list->setExpanded(header(set), isOpen);
-    m_list->scrollTo(header(set), isOpen ? QAbstractItemView::PositionAtTop : QAbstractItemView::EnsureVisible);
-}
-
-QString SetsChapter::missingUnderWay() const
-{
-    const int atWork = m_spoilt.count(DownloadStatus::downloading);
-    if (atWork < 2)
-        return u"%1 downloading instead of several"_s.arg(atWork);
-    return unless(m_spoilt.share() >= shareToShow, u"only a share of %1 is here"_s.arg(m_spoilt.share()));
 }
 
 QString SetsChapter::missingQuestion(bool afterWrongPassword) const

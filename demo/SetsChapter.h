@@ -2,10 +2,9 @@
 
 #include "demo/DemoScript.h"
 #include "demo/DemoSets.h"
+#include "demo/QueueOnScreen.h"
 #include "demo/SetOnStage.h"
 #include "demo/Stage.h"
-
-class QTreeView;
 
 namespace vormel::demo {
 
@@ -14,11 +13,10 @@ namespace vormel::demo {
 class SetsChapter
 {
 public:
-    /// The window must outlive the chapter.
+    /// Window and sets must outlive the chapter.
     SetsChapter(const Stage& stage, const QWidget& window, const DemoSets& sets);
 
     [[nodiscard]] std::vector<Step> steps();
-    [[nodiscard]] bool hasBegun() const { return m_itemsBefore > 0; }
     /// How far things are, in one line.
     [[nodiscard]] QString progress() const;
 
@@ -37,13 +35,10 @@ private:
 
     void add(const FilmSet& set);
     void startAll(qint64 capKBps);
-    [[nodiscard]] QModelIndex header(const FilmSet& set) const;
-    void setOpen(const FilmSet& set, bool isOpen);
-    [[nodiscard]] QString missingUnderWay() const;
     [[nodiscard]] QString missingQuestion(bool afterWrongPassword) const;
 
     Stage m_stage;
-    QTreeView* m_list;
+    QueueOnScreen m_list;
     SetOnStage m_spoilt;
     SetOnStage m_secret;
     std::size_t m_itemsBefore = 0;

@@ -12,6 +12,7 @@ struct Stage
     DownloadManager& manager;
     const DemoSites& sites;
     const Folders& folders;
+    QString home;  ///< all that is written lies below it
     QString trash; ///< where thrown-away files go
 };
 

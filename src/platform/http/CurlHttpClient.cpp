@@ -17,9 +17,18 @@ void setUpLibrary()
     Q_ASSERT(done == CURLE_OK);
 }
 
-QByteArray connectToEntry(const QByteArray& from, const QByteArray& to)
+/// libcurl takes the first entry that fits, so the one for all stands behind those for one.
+std::vector<QByteArray> connectToEntries(const QHash<QByteArray, QByteArray>& places)
 {
-    return (from == "*" ? QByteArray(":") : from) + ':' + to;
+    const QByteArray everywhere = "*";
+    std::vector<QByteArray> entries;
+    for (const auto& [from, to] : places.asKeyValueRange()) {
+        if (from != everywhere)
+            entries.push_back(from + ':' + to);
+    }
+    if (const auto all = places.constFind(everywhere); all != places.cend())
+        entries.push_back("::" + *all);
+    return entries;
 }
 
 std::shared_ptr<CurlSettings> settingsFrom(const CurlHttpClient::Options& options)
@@ -27,8 +36,7 @@ std::shared_ptr<CurlSettings> settingsFrom(const CurlHttpClient::Options& option
     auto settings = std::make_shared<CurlSettings>();
     settings->userAgent = options.userAgent;
     settings->extraCaFile = QFile::encodeName(options.extraCaFile);
-    for (const auto& [from, to] : options.connectTo.asKeyValueRange())
-        settings->connectTo.push_back(connectToEntry(from, to));
+    settings->connectTo = connectToEntries(options.connectTo);
     return settings;
 }
 

@@ -20,7 +20,8 @@ public:
     {
         QByteArray userAgent = "Vormel";
         QString extraCaFile; ///< PEM, trusted beside the system's own
-        /// "host:port" to "host:port": where connections really go. "*" as the first stands for every host and port.
+        /// "host:port" to "host:port": where connections really go. "*" as the first stands for every host and port
+        /// that has no entry of its own.
         QHash<QByteArray, QByteArray> connectTo;
     };
 

@@ -293,6 +293,27 @@ TEST_F(CurlHttpClientTest, ConnectionsGoWhereTheyAreToldTo)
     EXPECT_EQ(server.requests("/f").at(1).header("Host"), "other.example:8080");
 }
 
+TEST_F(CurlHttpClientTest, APlaceForOneHostGoesBeforeThatForAll)
+{
+    constexpr int hosts = 16; // or the order in which they are kept might be right by chance
+    const auto hostOf = [](int number) { return "host" + std::to_string(number) + ".example"; };
+    sites::FileServer rest;
+    server.serve("/f", {.content = "own"});
+    rest.serve("/f", {.content = "rest"});
+    CurlHttpClient::Options options;
+    options.connectTo = {{"*", "127.0.0.1:" + QByteArray::number(rest.port())}};
+    for (int number = 0; number < hosts; ++number)
+        options.connectTo.insert(QByteArray::fromStdString(hostOf(number) + ":80"),
+                                 "127.0.0.1:" + QByteArray::number(server.port()));
+    CurlHttpClient mapped(clock, options);
+    for (int number = 0; number < hosts; ++number) {
+        Recorder recorder;
+        EXPECT_EQ(run(mapped, requestFor("http://" + hostOf(number) + "/f"), recorder).body, "own") << number;
+    }
+    Recorder recorder;
+    EXPECT_EQ(run(mapped, requestFor("http://another.example/f"), recorder).body, "rest");
+}
+
 TEST_F(CurlHttpClientTest, OnlyWebAddressesAreFetched)
 {
     for (const char* url : {"ftp://127.0.0.1/f", "file:///etc/hostname", "http:///f", "gopher://127.0.0.1/", "f", ""}) {
