@@ -1,10 +1,9 @@
 #include "resolvers/containers/ContainerForm.h"
 
 #include "resolvers/containers/TagPieces.h"
+#include "text/FormFields.h"
 
 #include <QHash>
-
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -37,13 +36,7 @@ FormFields parseFileCryptHiddenInputs(const QString& html)
 QByteArray containerPasswordBody(const QString& html, const QString& password)
 {
     FormFields fields = parseFileCryptHiddenInputs(html);
-    const QString name = u"password"_s;
-    const auto field =
-        std::find_if(fields.begin(), fields.end(), [&name](const auto& known) { return known.first == name; });
-    if (field == fields.end())
-        fields.emplace_back(name, password);
-    else
-        field->second = password;
+    setField(fields, u"password"_s, password);
     return encodeFormFields(fields);
 }
 
