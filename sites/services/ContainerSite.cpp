@@ -1,12 +1,12 @@
 #include "sites/services/ContainerSite.h"
 
 #include "sites/services/FormBody.h"
+#include "sites/services/Statuses.h"
 
 namespace vormel::sites {
 
 namespace {
 
-constexpr int ok = 200;
 const std::string challenge = "<div class=\"h-captcha\" data-sitekey=\"k\"></div>";
 
 std::string page(const std::string& body)

@@ -1,13 +1,12 @@
 #include "sites/services/FilestoreSite.h"
 
 #include "sites/services/FormBody.h"
+#include "sites/services/Statuses.h"
 
 namespace vormel::sites {
 
 namespace {
 
-constexpr int ok = 200;
-constexpr int found = 302;
 const std::string sessionCookie = "xfss";
 
 std::string page(const std::string& title, const std::string& body)
