@@ -13,7 +13,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-const DownloadStatus gone = DownloadStatus::failure(u"gone"_s);
+const DownloadStatus lost = DownloadStatus::failure(u"lost"_s);
 
 /// A set of which one part has failed long ago and the recovery volumes are not wanted yet.
 class RecoveryCheckTest : public ::testing::Test
@@ -22,7 +22,7 @@ protected:
     void SetUp() override
     {
         engine.settings().autoExtract.set(false);
-        engine.add(u"http://h/m.part1.rar"_s)->setStatus(gone);
+        engine.add(u"http://h/m.part1.rar"_s)->setStatus(lost);
         rev = engine.add(u"http://h/m.part1.rev"_s);
         rev->setStatus(DownloadStatus::stopped);
     }
@@ -134,7 +134,7 @@ TEST_F(RecoveryCheckTest, LeavesOtherSetsAlone)
 {
     const ItemPtr other = engine.add(u"http://h/other.part1.rev"_s);
     other->setStatus(DownloadStatus::stopped);
-    engine.add(u"http://h/other.part1.rar"_s)->setStatus(gone);
+    engine.add(u"http://h/other.part1.rar"_s)->setStatus(lost);
     complete(start(u"m.part2.rar"_s));
     engine.clock.advance(60s);
     EXPECT_TRUE(areVolumesFetched());

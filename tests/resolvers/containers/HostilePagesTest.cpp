@@ -1,6 +1,7 @@
 #include "HostilePages.h"
 
 #include "LinkTexts.h"
+#include "resolvers/ParseTimes.h"
 #include "resolvers/containers/ClickNLoad.h"
 #include "resolvers/containers/ContainerForm.h"
 #include "resolvers/containers/ContainerLinks.h"
@@ -9,21 +10,10 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <ctime>
-#include <limits>
-
 using namespace Qt::StringLiterals;
 
 namespace vormel::tests {
 namespace {
-
-/// Sanitizers make everything slower, each part by another measure.
-#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
-constexpr bool isOptimised = false;
-#else
-constexpr bool isOptimised = true;
-#endif
 
 const QStringList& allHosts()
 {
@@ -60,38 +50,15 @@ const Parser parsers[] = {
 };
 
 class ContainerParser : public testing::TestWithParam<Parser>
-{
-protected:
-    /// Processor time, so that other programs do not count.
-    static double secondsFor(const QString& page)
-    {
-        const std::clock_t start = std::clock();
-        GetParam().run(page);
-        return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
-    }
-};
+{};
 
 TEST_P(ContainerParser, TakesTimeInProportionToTheMostHostilePage)
 {
-    constexpr qsizetype size = isOptimised ? 100 * 1024 : 10 * 1024;
-    constexpr double growth = 25;           // what goes over a page anew takes a hundred times as long
-    constexpr double leastMeasured = 0.005; // below it, what else the machine does counts for more
-    constexpr double most = 0.05;
-    constexpr int tries = 12; // a machine that is busy takes longer at times
+    constexpr qsizetype share = isOptimised ? 1 : 10;
     for (const HostilePage& hostile : hostilePages()) {
-        const QString small = hostile.ofSize(size);
-        const QString large = hostile.ofSize(10 * size);
-        double least = std::numeric_limits<double>::max();
-        double leastOfLarge = least;
-        const auto isFine = [&] {
-            return leastOfLarge <= growth * std::max(least, leastMeasured) && (least < most || !isOptimised);
-        };
-        for (int run = 0; run == 0 || (run < tries && !isFine()); ++run) {
-            least = std::min(least, secondsFor(small));
-            leastOfLarge = std::min(leastOfLarge, secondsFor(large));
-        }
-        EXPECT_TRUE(isFine()) << hostile.name << ": " << 1000 * least << " ms, and " << 1000 * leastOfLarge
-                              << " ms for ten times as much";
+        const ParseTimes times(GetParam().run, hostile.ofSize(ParseTimes::usualSize / share),
+                               hostile.ofSize(ParseTimes::tenfoldSize / share));
+        EXPECT_TRUE(times.areFine()) << hostile.name << ": " << times.shown();
     }
 }
 

@@ -1,3 +1,4 @@
+#include "resolvers/ParseTimes.h"
 #include "resolvers/filestore/FilestoreForms.h"
 #include "resolvers/filestore/FilestoreLinks.h"
 #include "resolvers/filestore/FilestoreLogin.h"
@@ -5,38 +6,24 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <ctime>
 #include <functional>
-#include <limits>
-#include <string>
 #include <vector>
 
 using namespace Qt::StringLiterals;
 
-namespace vormel {
+namespace vormel::tests {
 namespace {
 
-/// Sanitizers make everything slower, each part by another measure.
-#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
-constexpr bool isOptimised = false;
-#else
-constexpr bool isOptimised = true;
-#endif
-
-constexpr qsizetype hundredKilobytes = 100 * 1024;
-constexpr qsizetype oneMegabyte = 10 * hundredKilobytes;
-
 /// A page of that size at least; two of them differ in size alone.
-using HostilePage = std::function<QString(qsizetype)>;
+using PageOfSize = std::function<QString(qsizetype)>;
 
-HostilePage repeating(const QString& piece, const QString& begin = {}, const QString& end = {})
+PageOfSize repeating(const QString& piece, const QString& begin = {}, const QString& end = {})
 {
     return [=](qsizetype size) { return begin + piece.repeated(size / piece.size() + 1) + end; };
 }
 
 /// Half of the one, and then half of the other.
-HostilePage halves(const QString& first, const QString& second)
+PageOfSize halves(const QString& first, const QString& second)
 {
     return [=](qsizetype size) {
         return first.repeated(size / 2 / first.size()) + second.repeated(size / 2 / second.size());
@@ -44,7 +31,7 @@ HostilePage halves(const QString& first, const QString& second)
 }
 
 /// The piece with another number each time.
-HostilePage numbered(const QString& piece)
+PageOfSize numbered(const QString& piece)
 {
     return [=](qsizetype size) {
         QString page;
@@ -54,7 +41,7 @@ HostilePage numbered(const QString& piece)
     };
 }
 
-std::vector<HostilePage> linkPages()
+std::vector<PageOfSize> linkPages()
 {
     const QString domain = u"filestore.example"_s;
     return {
@@ -83,7 +70,7 @@ std::vector<HostilePage> linkPages()
     };
 }
 
-std::vector<HostilePage> namePages()
+std::vector<PageOfSize> namePages()
 {
     return {
         repeating(u"<h1"_s),
@@ -107,7 +94,7 @@ std::vector<HostilePage> namePages()
     };
 }
 
-std::vector<HostilePage> formPages()
+std::vector<PageOfSize> formPages()
 {
     return {
         numbered(u"<input type='hidden' name='n%1' value='v'>"_s),
@@ -140,7 +127,7 @@ std::vector<HostilePage> formPages()
     };
 }
 
-std::vector<HostilePage> otherPages()
+std::vector<PageOfSize> otherPages()
 {
     return {
         repeating(QString(QChar(0))),
@@ -158,14 +145,14 @@ std::vector<HostilePage> otherPages()
     };
 }
 
-struct Parser
+struct FilestoreParser
 {
     const char* name;
     std::function<void(const QString&)> parse;
 };
 
 /// The hidden inputs are read by each that makes a form of them.
-std::vector<Parser> parsers()
+std::vector<FilestoreParser> parsers()
 {
     static const Link page = *Link::parse(u"https://filestore.example/abc/file.html");
     return {
@@ -184,62 +171,14 @@ std::vector<Parser> parsers()
     };
 }
 
-/// Ten copies of a page side by side. To read them meets the same memory and the same busy machine as one page that is
-/// ten times as long.
-std::vector<QString> tenOf(const QString& page)
+void expectNearlyLinearTime(const std::vector<PageOfSize>& pages)
 {
-    std::vector<QString> copies;
-    for (int i = 0; i < 10; ++i)
-        copies.emplace_back(page.constData(), page.size());
-    return copies;
-}
-
-/// The least times of a parser so far, in milliseconds of the processor.
-class Times
-{
-public:
-    void measure(const Parser& parser, const std::vector<QString>& smallPages, const QString& largePage)
-    {
-        m_small = std::min(m_small, timeOf(parser, smallPages) / static_cast<double>(smallPages.size()));
-        m_large = std::min(m_large, timeOf(parser, {largePage}));
-    }
-
-    [[nodiscard]] bool areFine() const
-    {
-        constexpr double leastMeasured = 2;
-        constexpr double growth = 25; // what goes over a page anew takes a hundred times as long
-        return (m_small < 50 || !isOptimised) && m_large <= growth * std::max(m_small, leastMeasured);
-    }
-
-    [[nodiscard]] std::string shown() const
-    {
-        return std::to_string(m_small) + " ms, and " + std::to_string(m_large) + " ms for ten times as much";
-    }
-
-private:
-    static double timeOf(const Parser& parser, const std::vector<QString>& pages)
-    {
-        const std::clock_t start = std::clock();
-        for (const QString& page : pages)
-            parser.parse(page);
-        return static_cast<double>(std::clock() - start) * 1000 / CLOCKS_PER_SEC;
-    }
-
-    double m_small = std::numeric_limits<double>::max();
-    double m_large = std::numeric_limits<double>::max();
-};
-
-void expectNearlyLinearTime(const std::vector<HostilePage>& pages)
-{
-    for (const HostilePage& page : pages) {
-        const std::vector<QString> small = tenOf(page(hundredKilobytes));
-        const QString large = page(oneMegabyte);
-        for (const Parser& parser : parsers()) {
-            Times times;
-            // A busy machine takes longer at times.
-            for (int run = 0; run < 20 && !times.areFine(); ++run)
-                times.measure(parser, small, large);
-            EXPECT_TRUE(times.areFine()) << parser.name << " on " << small.front().left(60).toStdString() << ": "
+    for (const PageOfSize& page : pages) {
+        const QString usual = page(ParseTimes::usualSize);
+        const QString tenfold = page(ParseTimes::tenfoldSize);
+        for (const FilestoreParser& parser : parsers()) {
+            const ParseTimes times(parser.parse, usual, tenfold);
+            EXPECT_TRUE(times.areFine()) << parser.name << " on " << usual.left(60).toStdString() << ": "
                                          << times.shown();
         }
     }
@@ -266,4 +205,4 @@ TEST(FilestoreGrowth, PagesOfNoSenseTakeTimeInProportionToTheirLength)
 }
 
 } // namespace
-} // namespace vormel
+} // namespace vormel::tests
