@@ -64,9 +64,9 @@ public:
 
     [[nodiscard]] QCoro::Task<SignInAnswer> open(SignInRequest request, std::stop_token stop) override
     {
-        const auto answer = std::make_shared<EventualSource<SignInAnswer>>(SignInAnswer());
-        calls.push_back({request, stop, answer});
+        auto answer = std::make_shared<EventualSource<SignInAnswer>>(SignInAnswer());
         Eventual<SignInAnswer> eventual = answer->eventual();
+        calls.push_back({request, stop, std::move(answer)}); // its end is an answer, too
         co_return co_await eventual;
     }
 

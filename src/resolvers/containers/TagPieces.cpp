@@ -11,34 +11,35 @@ bool isQuote(QChar letter)
     return letter == u'"' || letter == u'\'';
 }
 
-/// Answers what can be reached from a place without leaving the tag.
+/// Answers what can be reached without leaving the tag, from places that are asked for in the order of the page.
 class TagReach
 {
 public:
-    explicit TagReach(QStringView page)
-        : m_pageEnd(page.size())
-    {
-        for (qsizetype at = 0; at < page.size(); ++at) {
-            if (page[at] == u'>')
-                m_tagEnds.push_back(at);
-        }
-    }
+    /// Both must outlive this.
+    TagReach(QStringView page, const TagPieces& pieces)
+        : m_page(page)
+        , m_pieces(pieces)
+    {}
 
     /// The last piece that one or more characters, none of them ">", lead to; null if there is none.
-    [[nodiscard]] const TagPiece* last(const TagPieces& pieces, qsizetype from) const
+    [[nodiscard]] const TagPiece* last(qsizetype from)
     {
-        const auto tagEnd = std::lower_bound(m_tagEnds.begin(), m_tagEnds.end(), from);
-        const qsizetype limit = tagEnd == m_tagEnds.end() ? m_pageEnd : *tagEnd;
-        const auto behind = std::lower_bound(pieces.begin(), pieces.end(), limit,
-                                             [](const TagPiece& piece, qsizetype at) { return piece.start < at; });
-        if (behind == pieces.begin() || (behind - 1)->start <= from)
+        if (m_tagEnd < from) {
+            const qsizetype end = m_page.indexOf(u'>', from);
+            m_tagEnd = end < 0 ? m_page.size() : end;
+        }
+        while (m_behind < m_pieces.size() && m_pieces[m_behind].start < m_tagEnd)
+            ++m_behind;
+        if (m_behind == 0 || m_pieces[m_behind - 1].start <= from)
             return nullptr;
-        return &*(behind - 1);
+        return &m_pieces[m_behind - 1];
     }
 
 private:
-    qsizetype m_pageEnd;
-    std::vector<qsizetype> m_tagEnds;
+    QStringView m_page;
+    const TagPieces& m_pieces;
+    qsizetype m_tagEnd = -1;
+    std::size_t m_behind = 0; ///< how many pieces begin before the tag's end
 };
 
 } // namespace
@@ -80,19 +81,21 @@ TagPieces quotedAttributes(QStringView page, QStringView attribute)
 
 std::vector<TagPieces> piecesOfOneTag(QStringView page, std::vector<TagPieces> kinds)
 {
-    const TagReach reach(page);
     for (std::size_t kind = kinds.size() - 1; kind-- > 0;) {
-        const TagPieces& next = kinds[kind + 1];
-        std::erase_if(kinds[kind], [&](const TagPiece& piece) { return reach.last(next, piece.end) == nullptr; });
+        TagReach reach(page, kinds[kind + 1]);
+        std::erase_if(kinds[kind], [&reach](const TagPiece& piece) { return reach.last(piece.end) == nullptr; });
     }
+    std::vector<TagReach> reaches;
+    for (std::size_t kind = 1; kind < kinds.size(); ++kind)
+        reaches.emplace_back(page, kinds[kind]);
     std::vector<TagPieces> matches;
     qsizetype end = 0;
     for (const TagPiece& first : kinds.front()) {
         if (first.start < end)
             continue;
         TagPieces match{first};
-        for (std::size_t kind = 1; kind < kinds.size(); ++kind)
-            match.push_back(*reach.last(kinds[kind], match.back().end));
+        for (TagReach& reach : reaches)
+            match.push_back(*reach.last(match.back().end));
         end = match.back().end;
         matches.push_back(std::move(match));
     }

@@ -13,6 +13,9 @@
 #include <gmock/gmock.h>
 
 #include <optional>
+#if defined(__SANITIZE_ADDRESS__)
+#include <sanitizer/lsan_interface.h>
+#endif
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -249,6 +252,10 @@ TEST_F(LockedKeyringTest, SavesWhenTheUserUnlocks)
 
 TEST_F(LockedKeyringTest, EndsWhatIsUnderWayWithItself)
 {
+#if defined(__SANITIZE_ADDRESS__)
+    // GLib lets go of an open prompt's subscriptions in a context that nobody turns any more: 72 bytes at the end.
+    const __lsan::ScopedDisabler tolerance;
+#endif
     const fixtures::Call<QString> password = load(store->secrets);
     const fixtures::Call<bool> saved = save(store->secrets, u"new"_s);
     waitForPrompt();
