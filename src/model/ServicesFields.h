@@ -21,9 +21,9 @@ struct ServicesField
     };
 
     QLatin1StringView key;
-    Form form;
-    bool isList;
-    std::span<QString> (*values)(Services& services); ///< where it goes; as many as a list must have
+    Form form = Form::name;
+    bool isList = false;
+    std::span<QString> (*values)(Services& services) = nullptr; ///< where it goes; as many as a list must have
 };
 
 [[nodiscard]] std::span<const ServicesField> servicesFields();

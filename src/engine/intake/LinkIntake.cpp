@@ -34,6 +34,29 @@ QString captchaLabel(const Link& url)
     return u"CAPTCHA: "_s + (url.host().isEmpty() ? url.lastPathComponent() : url.host().toString());
 }
 
+/// What came of reading a container.
+struct Contents
+{
+    std::optional<std::vector<Link>> links;
+    QString failure; ///< without links
+    bool wantsCaptcha = false;
+};
+
+QCoro::Task<Contents> contentsOf(const ContainerResolver& resolver, Link url, std::optional<QString> password,
+                                 std::stop_token stop)
+{
+    Contents contents;
+    try {
+        contents.links = co_await resolver.resolveContainer(url, password, stop);
+    } catch (const ContainerError& error) {
+        contents.wantsCaptcha = error.kind() == ContainerError::Kind::captchaRequired;
+        contents.failure = error.errorDescription();
+    } catch (const std::exception& error) {
+        contents.failure = QString::fromUtf8(error.what());
+    }
+    co_return contents;
+}
+
 } // namespace
 
 LinkIntake::LinkIntake(const Ports& ports)
@@ -178,29 +201,19 @@ QCoro::Task<> LinkIntake::readContainer(ItemPtr placeholder, std::optional<QStri
     stopReading(placeholder->id());
     const std::stop_source reading;
     m_readings.emplace(placeholder->id(), reading);
-    std::optional<std::vector<Link>> links;
-    QString failure;
-    bool wantsCaptcha = false;
-    try {
-        links = co_await resolver->resolveContainer(url, password, reading.get_token());
-    } catch (const ContainerError& error) {
-        wantsCaptcha = error.kind() == ContainerError::Kind::captchaRequired;
-        failure = error.errorDescription();
-    } catch (const std::exception& error) {
-        failure = QString::fromUtf8(error.what());
-    }
+    const Contents contents = co_await contentsOf(*resolver, url, password, reading.get_token());
     // The user may have stopped or removed the row meanwhile, and with it the wish for its links.
     if (lifetime.isOver() || reading.stop_requested())
         co_return;
     m_readings.erase(placeholder->id());
-    if (password && !links)
+    if (password && !contents.links)
         m_passwords.insert(placeholder->id(), *password);
-    if (links)
-        containerOpened(placeholder, *links);
-    else if (wantsCaptcha)
+    if (contents.links)
+        containerOpened(placeholder, *contents.links);
+    else if (contents.wantsCaptcha)
         askForCaptcha(*placeholder, password);
     else
-        placeholder->setStatus(DownloadStatus::failure(failure));
+        placeholder->setStatus(DownloadStatus::failure(contents.failure));
 }
 
 void LinkIntake::askForCaptcha(DownloadItem& placeholder, const std::optional<QString>& password)

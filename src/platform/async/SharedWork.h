@@ -22,7 +22,7 @@ public:
     {
         if (m_underWay)
             return *m_underWay;
-        const SharedEventual<T> result;
+        SharedEventual<T> result;
         m_underWay = result;
         spawn(finish(begin(), result));
         return result;

@@ -18,7 +18,7 @@ constexpr int attempts = 2;
 KeyringSecrets::KeyringSecrets(Clock& clock, const QString& busAddress)
     : m_clock(clock)
     , m_glib(std::make_unique<GlibContext>())
-    , m_service(std::make_unique<KeyringService>(*m_glib, busAddress, [this] {
+    , m_service(std::make_unique<KeyringService>(*m_glib, clock, busAddress, [this] {
         // Later, as this is said in the middle of GLib's work.
         QMetaObject::invokeMethod(
             this, [this] { Q_EMIT placeChanged(); }, Qt::QueuedConnection);

@@ -14,6 +14,7 @@ constexpr const char* serviceName = "org.freedesktop.secrets";
 constexpr const char* busName = "org.freedesktop.DBus";
 constexpr const char* busPath = "/org/freedesktop/DBus";
 constexpr int usualPatience = -1;
+constexpr std::chrono::seconds busPatience{10};
 
 /// Is the service among the names that the bus can start?
 bool namesService(GVariant* reply)
@@ -26,8 +27,10 @@ bool namesService(GVariant* reply)
 
 } // namespace
 
-KeyringService::KeyringService(GlibContext& glib, const QString& busAddress, std::function<void()> changed)
+KeyringService::KeyringService(GlibContext& glib, Clock& clock, const QString& busAddress,
+                               std::function<void()> changed)
     : m_glib(glib)
+    , m_clock(clock)
     , m_busAddress(busAddress.toUtf8())
     , m_changed(std::move(changed))
 {
@@ -82,6 +85,7 @@ QCoro::Task<bool> KeyringService::connect()
 QCoro::Task<> KeyringService::reachBus()
 {
     GlibCalls calls(m_glib);
+    const Timer limit = m_clock.after(busPatience, [&calls] { calls.giveUp(); });
     const GlibCalls::Start start = [this](GCancellable* cancellable, GAsyncReadyCallback callback, gpointer data) {
         constexpr int flags =
             G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT | G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION;

@@ -2,6 +2,7 @@
 
 #include "platform/async/GlibContext.h"
 #include "platform/async/SharedWork.h"
+#include "platform/clock/Clock.h"
 
 #include <QByteArray>
 #include <QString>
@@ -19,10 +20,10 @@ class KeyringService
 public:
     using Session = std::shared_ptr<SecretService>;
 
-    /// Looks at once whether there is a service, and starts none. An empty address is a machine without a bus.
-    /// `changed` is told in the middle of GLib's work whenever isThere() is another. All calls must have ended before
-    /// this does.
-    KeyringService(GlibContext& glib, const QString& busAddress, std::function<void()> changed);
+    /// Looks at once whether there is a service, and starts none. A bus that says nothing for a while is none. An empty
+    /// address is a machine without a bus. `changed` is told in the middle of GLib's work whenever isThere() is
+    /// another. All calls must have ended before this does.
+    KeyringService(GlibContext& glib, Clock& clock, const QString& busAddress, std::function<void()> changed);
     KeyringService(const KeyringService&) = delete;
     KeyringService& operator=(const KeyringService&) = delete;
     ~KeyringService();
@@ -49,6 +50,7 @@ private:
     void setThere(bool isThere);
 
     GlibContext& m_glib;
+    Clock& m_clock;
     QByteArray m_busAddress;
     std::function<void()> m_changed;
     std::shared_ptr<GDBusConnection> m_connection;

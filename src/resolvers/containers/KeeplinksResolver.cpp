@@ -52,7 +52,7 @@ QCoro::Task<QString> KeeplinksResolver::openPage(const PageSession& session, Lin
     co_return html;
 }
 
-QCoro::Task<std::vector<Link>> KeeplinksResolver::linksOf(QString html) const
+QCoro::Task<std::vector<Link>> KeeplinksResolver::linksOf(const QString& html) const
 {
     const auto read = [html, knownFileHosts = m_ports.knownFileHosts] {
         return extractKeeplinksHrefs(html, *knownFileHosts);

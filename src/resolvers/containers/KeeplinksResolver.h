@@ -26,7 +26,7 @@ public:
 private:
     [[nodiscard]] QCoro::Task<QString> openPage(const PageSession& session, Link url,
                                                 std::optional<QString> password) const;
-    [[nodiscard]] QCoro::Task<std::vector<Link>> linksOf(QString html) const;
+    [[nodiscard]] QCoro::Task<std::vector<Link>> linksOf(const QString& html) const;
 
     ContainerPorts m_ports;
     Site m_site;

@@ -96,7 +96,7 @@ std::optional<Link> extractDirectLink(const QString& html, const Link& pageUrl, 
 {
     for (const LinkKind& kind : linkKinds(domain)) {
         const std::optional<QStringView> value = firstOfKind(html, kind);
-        const std::optional<Link> link = value ? httpTarget(pageUrl, *value) : std::nullopt;
+        std::optional<Link> link = value ? httpTarget(pageUrl, *value) : std::nullopt;
         if (link && withoutFragment(*link) != withoutFragment(pageUrl))
             return link;
     }

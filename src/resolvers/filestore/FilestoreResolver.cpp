@@ -46,7 +46,7 @@ QString FilestoreResolver::pageUrl(QStringView path) const
     return u"https://%1%2"_s.arg(m_domain, path);
 }
 
-QCoro::Task<QString> FilestoreResolver::loadPassword(HostAccount account) const
+QCoro::Task<QString> FilestoreResolver::loadPassword(const HostAccount& account) const
 {
     return m_ports.secrets.load(keychainAccountKey(account, m_profiles));
 }

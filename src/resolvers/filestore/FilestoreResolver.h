@@ -43,7 +43,7 @@ private:
     };
 
     [[nodiscard]] QString pageUrl(QStringView path) const;
-    [[nodiscard]] QCoro::Task<QString> loadPassword(HostAccount account) const;
+    [[nodiscard]] QCoro::Task<QString> loadPassword(const HostAccount& account) const;
     /// Throws ResolverError.
     [[nodiscard]] QCoro::Task<> performLogin(const PageSession& session, Login login) const;
     [[nodiscard]] QCoro::Task<FilestoreLoginCache::Session> session(Login login, std::stop_token stop) const;

@@ -48,12 +48,12 @@ PageSession::PageSession(HttpClient& http, QLatin1StringView userAgent, std::sto
     , m_cookies(std::make_shared<CookieStore>())
 {}
 
-QCoro::Task<PageAnswer> PageSession::get(Link url, std::optional<QString> referer) const
+QCoro::Task<PageAnswer> PageSession::get(const Link& url, const std::optional<QString>& referer) const
 {
     return ask(requestFor(url, referer), {});
 }
 
-QCoro::Task<PageAnswer> PageSession::probe(Link url, std::optional<QString> referer) const
+QCoro::Task<PageAnswer> PageSession::probe(const Link& url, const std::optional<QString>& referer) const
 {
     Wanted wanted;
     wanted.mayBeCut = true;
@@ -61,7 +61,7 @@ QCoro::Task<PageAnswer> PageSession::probe(Link url, std::optional<QString> refe
     return ask(requestFor(url, referer), std::move(wanted));
 }
 
-QCoro::Task<PageAnswer> PageSession::post(Link url, QByteArray form, std::optional<QString> referer,
+QCoro::Task<PageAnswer> PageSession::post(const Link& url, QByteArray form, const std::optional<QString>& referer,
                                           std::optional<qint64> maxSize) const
 {
     HttpRequest request = requestFor(url, referer);

@@ -43,12 +43,12 @@ public:
     PageSession(HttpClient& http, QLatin1StringView userAgent, std::stop_token stop, RedirectRule mayFollow = {});
 
     /// A page of at most 8 MiB; a larger one is an error.
-    [[nodiscard]] QCoro::Task<PageAnswer> get(Link url, std::optional<QString> referer) const;
+    [[nodiscard]] QCoro::Task<PageAnswer> get(const Link& url, const std::optional<QString>& referer) const;
     /// As get(), of the answer's head only.
-    [[nodiscard]] QCoro::Task<PageAnswer> probe(Link url, std::optional<QString> referer) const;
+    [[nodiscard]] QCoro::Task<PageAnswer> probe(const Link& url, const std::optional<QString>& referer) const;
     /// Posts a form. With a size, no more than so much of the page that answers is read, and nothing of what is no
     /// page.
-    [[nodiscard]] QCoro::Task<PageAnswer> post(Link url, QByteArray form, std::optional<QString> referer,
+    [[nodiscard]] QCoro::Task<PageAnswer> post(const Link& url, QByteArray form, const std::optional<QString>& referer,
                                                std::optional<qint64> maxSize = {}) const;
 
     /// One line for each cookie, as CookieStore has them.

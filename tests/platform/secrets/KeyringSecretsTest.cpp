@@ -7,10 +7,13 @@
 #include "fixtures/ManualClock.h"
 #include "fixtures/RealTools.h"
 #include "platform/secrets/KeyringItems.h"
+#include "platform/storage/FileDescriptor.h"
 
 #include <QCoreApplication>
 
 #include <gmock/gmock.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 
 #include <optional>
 #if defined(__SANITIZE_ADDRESS__)
@@ -35,6 +38,20 @@ fixtures::Call<QString> load(KeyringSecrets& secrets, const QString& which = key
 fixtures::Call<bool> save(KeyringSecrets& secrets, const QString& secret)
 {
     return fixtures::Call<bool>(fixtures::endOf(secrets.save(key, secret)));
+}
+
+/// Whoever connects to it hears nothing.
+FileDescriptor silentSocket(const QString& path)
+{
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    qstrncpy(address.sun_path, path.toUtf8().constData(), sizeof(address.sun_path));
+    FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    const void* const generic = &address;
+    if (::bind(socket.get(), static_cast<const sockaddr*>(generic), sizeof(address)) != 0 ||
+        ::listen(socket.get(), 1) != 0)
+        socket.close();
+    return socket;
 }
 
 /// A bus without a keyring. Whatever is started on it ends with the test.
@@ -106,6 +123,23 @@ protected:
 
     std::optional<fixtures::Prompter> user;
 };
+
+TEST_F(KeyringSecretsTest, WaitsForABusThatSaysNothingOnlyForAWhile)
+{
+    const QString path = sandbox.path(u"bus"_s);
+    const FileDescriptor silent = silentSocket(path);
+    ASSERT_TRUE(silent.isOpen());
+    Store store(clock, u"unix:path="_s + path);
+    const fixtures::Call<QString> password = load(store.secrets);
+    clock.advance(9s);
+    fixtures::turnEventLoop();
+    EXPECT_EQ(store.secrets.place(), Place::keyring);
+    clock.advance(1s);
+    fixtures::turnEventLoop();
+    clock.advance(10s); // it is asked once more
+    EXPECT_EQ(password.end(), u"");
+    EXPECT_EQ(store.secrets.place(), Place::nowhere);
+}
 
 TEST_F(UnlockedKeyringTest, GivesBackWhatWasSaved)
 {
