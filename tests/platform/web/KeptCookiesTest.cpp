@@ -163,6 +163,17 @@ TEST_F(KeptCookiesTest, SigningOutAtTheStartForgetsWhatWasNeverRestored)
     EXPECT_TRUE(browser.jar.isEmpty());
 }
 
+TEST_F(KeptCookiesTest, SigningOutWithoutABrowserForgetsWhatIsStored)
+{
+    NoWebBrowser none;
+    makeKeptOf(none);
+    secrets.kept[cookiesKey] = QString::fromUtf8(sessionLine);
+    EXPECT_TRUE(*forget());
+    EXPECT_FALSE(secrets.kept.contains(cookiesKey));
+    EXPECT_TRUE(transfers.cookies().isEmpty());
+    endKept();
+}
+
 TEST_F(KeptCookiesTest, SigningOutDuringASaveHasTheLastWord)
 {
     EXPECT_TRUE(*restore());
