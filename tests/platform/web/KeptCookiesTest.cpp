@@ -23,10 +23,11 @@ class KeptCookiesTest : public testing::Test
 protected:
     KeptCookiesTest() { makeKept(); }
 
-    void makeKept()
+    void makeKept() { makeKeptOf(browser); }
+    void makeKeptOf(WebBrowser& which)
     {
         m_kept =
-            std::make_unique<KeptCookies>(KeptCookies::Ports{browser, secrets, transfers},
+            std::make_unique<KeptCookies>(KeptCookies::Ports{which, secrets, transfers},
                                           [](const QByteArray& domain) { return domain.endsWith("files.example"); });
     }
     void endKept() { m_kept.reset(); }
