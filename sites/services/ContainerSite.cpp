@@ -1,17 +1,43 @@
 #include "sites/services/ContainerSite.h"
 
 #include "sites/services/FormBody.h"
+#include "sites/services/Html.h"
 #include "sites/services/Statuses.h"
 
 namespace vormel::sites {
 
 namespace {
 
+const std::string visitCookie = "visit";
+const std::string visitToken = "v-3";
+
 const std::string challenge = "<div class=\"h-captcha\" data-sitekey=\"k\"></div>";
 
 std::string page(const std::string& body)
 {
-    return "<html><head><title>Folder</title></head><body>" + body + "</body></html>";
+    return htmlPage("Folder", body);
+}
+
+std::string solvedCookie(const std::string& id)
+{
+    return "solved_" + id;
+}
+
+// The click leaves a cookie that the container's own page wants.
+std::string challengeOf(const std::string& id)
+{
+    return challenge + "<button type=\"button\" id=\"challenge\" onclick=\"document.cookie='" + solvedCookie(id) +
+           "=1; path=/; secure';location.reload()\">I am no robot</button>";
+}
+
+std::string cookieOfRequest(const Request& request, const std::string& name)
+{
+    return cookieValue(request.header("Cookie").value_or(""), name);
+}
+
+Answer openPage(const std::string& body)
+{
+    return Answer::page(ok, page(body)).withCookie(visitCookie + "=" + visitToken + "; Path=/; Secure; HttpOnly");
 }
 
 } // namespace
@@ -21,30 +47,31 @@ ContainerSite::ContainerSite(const TestCertificates& certificates, std::string d
     , m_server({.tls = certificates.valid({m_domain})})
 {}
 
-Answer ContainerSite::answerOf(const Container& container, const Request& request)
+Answer ContainerSite::answerOf(const Container& container, const std::string& id, const Request& request)
 {
-    if (request.method != "POST" && container.hasCaptcha)
-        return Answer::page(ok, page(challenge));
+    const bool isSolved = !cookieOfRequest(request, solvedCookie(id)).empty();
+    if (request.method != "POST" && container.hasCaptcha && !isSolved)
+        return Answer::page(ok, page(challengeOf(id)));
     if (container.password.empty())
-        return Answer::page(ok, page(container.body));
+        return openPage(container.body);
     if (request.method != "POST") {
-        return Answer::page(ok, page("<form method=\"post\"><input type=\"hidden\" name=\"token\" value=\"a b\">"
+        return Answer::page(ok, page("<form method=\"post\">" + hiddenField("token", "a b") +
                                      "<input type=\"password\" name=\"password\"></form>"));
     }
     const auto fields = formFields(request.body);
-    const bool isRight = fields.contains("password") && fields.at("password") == container.password &&
-                         fields.contains("token") && fields.at("token") == "a b";
+    const bool isRight = fieldValue(fields, "password") == container.password && fieldValue(fields, "token") == "a b";
     if (!isRight)
         return Answer::page(ok, page(container.refusal));
-    return Answer::page(ok, page(container.asksAnew ? challenge : container.body));
+    return container.asksAnew && !isSolved ? Answer::page(ok, page(challengeOf(id))) : openPage(container.body);
 }
 
 std::string ContainerSite::add(Container container)
 {
-    const std::string path = "/Container/C" + std::to_string(++m_lastContainer) + ".html";
+    const std::string id = "C" + std::to_string(++m_last);
+    const std::string path = "/Container/" + id + ".html";
     Resource resource;
-    resource.respond = [container = std::move(container)](const Request& request) {
-        return answerOf(container, request);
+    resource.respond = [container = std::move(container), id](const Request& request) {
+        return answerOf(container, id, request);
     };
     m_server.serve(path, std::move(resource));
     return "https://" + m_domain + path;
@@ -54,6 +81,31 @@ std::string ContainerSite::addGoLink(const std::string& word, const Answer& answ
 {
     m_server.serve("/go/" + word, {.answers = {answer}});
     return "https://" + m_domain + "/go/" + word;
+}
+
+std::string ContainerSite::addTextList(const std::string& lines)
+{
+    const std::string path = "/DLC/L" + std::to_string(++m_last) + ".txt";
+    serveToVisitors(path, Answer::page(ok, lines, "text/plain"));
+    return "https://" + m_domain + path;
+}
+
+std::string ContainerSite::addLinkPage(LinkPage kind, const std::string& target)
+{
+    std::string path = "/Link/P" + std::to_string(++m_last) + ".html";
+    serveToVisitors(path, linkPageAnswer(kind, target));
+    return path;
+}
+
+void ContainerSite::serveToVisitors(const std::string& path, const Answer& answer)
+{
+    Resource resource;
+    resource.respond = [answer](const Request& request) {
+        return cookieOfRequest(request, visitCookie) == visitToken
+                   ? answer
+                   : Answer::page(forbidden, page("<p>Solve the challenge first</p>"));
+    };
+    m_server.serve(path, std::move(resource));
 }
 
 std::map<std::string, std::string> ContainerSite::connectTo() const

@@ -2,16 +2,17 @@
 
 #include "sites/FileServer.h"
 #include "sites/TestCertificates.h"
+#include "sites/services/LinkPage.h"
 
+#include <atomic>
 #include <map>
-#include <mutex>
-#include <optional>
 #include <string>
 #include <vector>
 
 namespace vormel::sites {
 
-// A link container service over https: pages with links, some behind a password. Any thread.
+// A link container service over https: pages with links, some behind a password or a CAPTCHA. An open page gives a
+// cookie, and without that cookie there is nothing of what it leads to on the site. Any thread.
 class ContainerSite
 {
 public:
@@ -20,7 +21,7 @@ public:
     {
         std::string body;          // of the open page
         std::string password = {}; // asked for by a form unless empty
-        bool hasCaptcha = false;   // on the page that is shown first
+        bool hasCaptcha = false;   // on the page that is shown first, until its button "challenge" is clicked
         bool asksAnew = false;     // a CAPTCHA behind the password, too
         std::string refusal = "<p>Wrong password</p>";
     };
@@ -31,16 +32,21 @@ public:
     std::string add(Container container);
     // A page of the site that leads to a file; its address.
     std::string addGoLink(const std::string& word, const Answer& answer);
+    // A text file of the site with these lines; its address.
+    std::string addTextList(const std::string& lines);
+    // A page of the site for one link, which leads to the target in its way; the path of its address.
+    std::string addLinkPage(LinkPage kind, const std::string& target = {});
 
     [[nodiscard]] std::map<std::string, std::string> connectTo() const;
     [[nodiscard]] std::vector<Request> requests() const { return m_server.requests(); }
     [[nodiscard]] FileServer& server() { return m_server; }
 
 private:
-    [[nodiscard]] static Answer answerOf(const Container& container, const Request& request);
+    [[nodiscard]] static Answer answerOf(const Container& container, const std::string& id, const Request& request);
+    void serveToVisitors(const std::string& path, const Answer& answer);
 
     std::string m_domain;
-    int m_lastContainer = 0;
+    std::atomic<int> m_last = 0; // container, list or page
     FileServer m_server;
 };
 

@@ -1,6 +1,7 @@
 #include "sites/services/FilestoreSite.h"
 
 #include "sites/services/FormBody.h"
+#include "sites/services/Html.h"
 #include "sites/services/Statuses.h"
 
 namespace vormel::sites {
@@ -11,17 +12,7 @@ const std::string sessionCookie = "xfss";
 
 std::string page(const std::string& title, const std::string& body)
 {
-    return "<html><head><title>" + title + " | Filestore</title></head><body>" + body + "</body></html>";
-}
-
-std::string hidden(const std::string& name, const std::string& value)
-{
-    return "<input type=\"hidden\" name=\"" + name + "\" value=\"" + value + "\">";
-}
-
-std::string form(const std::string& action, const std::string& fields)
-{
-    return "<form method=\"POST\" action=\"" + action + "\">" + fields + "</form>";
+    return htmlPage(title + " | Filestore", body);
 }
 
 } // namespace
@@ -34,12 +25,6 @@ FilestoreSite::FilestoreSite(const TestCertificates& certificates, std::string d
     serve("/", [](const Request&) { return Answer::page(ok, page("Welcome", "<a href=\"/login\">Sign in</a>")); });
     serve("/login", [this](const Request& request) { return loginPage(request); });
     serve("/account", [this](const Request& request) { return accountPage(request); });
-}
-
-void FilestoreSite::addAccount(const std::string& username, const std::string& password)
-{
-    const std::lock_guard guard(m_mutex);
-    m_passwords[username] = password;
 }
 
 void FilestoreSite::setAccountPage(std::string html)
@@ -64,18 +49,6 @@ void FilestoreSite::setTrouble(std::optional<Answer> trouble)
 {
     const std::lock_guard guard(m_mutex);
     m_trouble = std::move(trouble);
-}
-
-void FilestoreSite::logEverybodyOut()
-{
-    const std::lock_guard guard(m_mutex);
-    m_sessions.clear();
-}
-
-int FilestoreSite::logins() const
-{
-    const std::lock_guard guard(m_mutex);
-    return m_logins;
 }
 
 std::map<std::string, std::string> FilestoreSite::connectTo() const
@@ -113,40 +86,33 @@ std::string FilestoreSite::addFile(const std::string& name, Shape shape, Content
     stored.content = std::move(content);
     stored.etag = '"' + id + '"';
     stored.respond = [this](const Request& request) {
-        const std::lock_guard guard(m_mutex);
-        return isLoggedIn(request) ? Answer::file() : Answer::page(403, page("Forbidden", "Sign in first"));
+        return isLoggedIn(request) ? Answer::file() : Answer::page(forbidden, page("Forbidden", "Sign in first"));
     };
     m_files.serve("/" + id + "/" + name, std::move(stored));
     return "https://" + m_domain + "/" + id;
 }
 
-bool FilestoreSite::isLoggedIn(const Request& request)
+bool FilestoreSite::isLoggedIn(const Request& request) const
 {
-    return m_sessions.contains(cookieValue(request.header("Cookie").value_or(""), sessionCookie));
+    return m_members.isSession(cookieValue(request.header("Cookie").value_or(""), sessionCookie));
 }
 
 Answer FilestoreSite::loginPage(const Request& request)
 {
     const std::string token = "t-5";
     if (request.method != "POST") {
-        const std::string fields = hidden("op", "login") + hidden("token", token) + hidden("rand", "") +
+        const std::string fields = hiddenField("op", "login") + hiddenField("token", token) + hiddenField("rand", "") +
                                    "<input name=\"login\"><input type=\"password\" name=\"password\">";
-        return Answer::page(ok, page("Sign in", form("/login", fields)));
+        return Answer::page(ok, page("Sign in", postForm("/login", fields)));
     }
     const auto fields = formFields(request.body);
-    const auto value = [&fields](const std::string& name) {
-        const auto field = fields.find(name);
-        return field == fields.end() ? std::string() : field->second;
-    };
-    const auto account = m_passwords.find(value("login"));
-    const bool isRight = account != m_passwords.end() && account->second == value("password") &&
-                         value("token") == token && value("redirect") == "/";
-    if (!isRight)
+    const bool isWhole = fieldValue(fields, "token") == token && fieldValue(fields, "redirect") == "/";
+    const auto session =
+        isWhole ? m_members.signIn(fieldValue(fields, "login"), fieldValue(fields, "password")) : std::nullopt;
+    if (!session)
         return Answer::page(ok, page("Sign in", "<b class=\"err\">" + m_refusal + "</b>"));
-    const std::string session = "s" + std::to_string(++m_logins);
-    m_sessions.insert(session);
     return Answer::redirect(found, "/")
-        .withCookie(sessionCookie + "=" + session + "; Domain=" + m_domain + "; Path=/; Secure; HttpOnly");
+        .withCookie(sessionCookie + "=" + *session + "; Domain=" + m_domain + "; Path=/; Secure; HttpOnly");
 }
 
 Answer FilestoreSite::accountPage(const Request& request)
@@ -163,7 +129,7 @@ std::string FilestoreSite::fileUrl(const std::string& id, const File& file) cons
 
 std::string FilestoreSite::pageText(const std::string& id, const File& file) const
 {
-    const std::string first = hidden("op", "download1") + hidden("id", id) + hidden("fname", file.name);
+    const std::string first = hiddenField("op", "download1") + hiddenField("id", id) + hiddenField("fname", file.name);
     switch (file.shape) {
     case Shape::linkToFile:
         return "<a href=\"" + fileUrl(id, file) + "\">Download</a>";
@@ -173,9 +139,9 @@ std::string FilestoreSite::pageText(const std::string& id, const File& file) con
     case Shape::oneForm:
     case Shape::formThenLink:
     case Shape::formServedHere:
-        return form("", first);
+        return postForm("", first);
     case Shape::twoForms:
-        return form("", first + hidden("method_free", "Free"));
+        return postForm("", first + hiddenField("method_free", "Free"));
     case Shape::redirectToFile:
     case Shape::nothing:
         break;
@@ -207,7 +173,8 @@ Answer FilestoreSite::formAnswer(const Request& request, const std::string& id, 
         return Answer::page(ok, page(file.name, "<a href=\"" + fileUrl(id, file) + "\">Here</a>"));
     case Shape::twoForms:
         if (fields.at("op") == "download1")
-            return Answer::page(ok, page(file.name, form("", hidden("op", "download2") + hidden("id", id))));
+            return Answer::page(ok,
+                                page(file.name, postForm("", hiddenField("op", "download2") + hiddenField("id", id))));
         break;
     default:
         break;

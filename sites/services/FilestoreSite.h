@@ -2,11 +2,11 @@
 
 #include "sites/FileServer.h"
 #include "sites/TestCertificates.h"
+#include "sites/services/Members.h"
 
 #include <map>
-#include <memory>
 #include <mutex>
-#include <set>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -33,7 +33,7 @@ public:
 
     explicit FilestoreSite(const TestCertificates& certificates, std::string domain = "filestore.example");
 
-    void addAccount(const std::string& username, const std::string& password);
+    void addAccount(const std::string& username, const std::string& password) { m_members.add(username, password); }
     // What the account page shows; its body.
     void setAccountPage(std::string html);
     // The text that refuses a wrong login, at status 200.
@@ -42,7 +42,7 @@ public:
     std::string addFile(const std::string& name, Shape shape, Content content);
 
     // All sessions end.
-    void logEverybodyOut();
+    void logEverybodyOut() { m_members.signEverybodyOut(); }
     // Each answer of pages comes so much later.
     void setDelay(std::chrono::milliseconds delay);
     // Every page is answered so, until nothing is given.
@@ -55,7 +55,7 @@ public:
     // Of the pages, in the order they came in.
     [[nodiscard]] std::vector<Request> requests() const { return m_pages.requests(); }
     [[nodiscard]] std::vector<Request> fileRequests() const { return m_files.requests(); }
-    [[nodiscard]] int logins() const;
+    [[nodiscard]] int logins() const { return m_members.signIns(); }
     [[nodiscard]] FileServer& pages() { return m_pages; }
     [[nodiscard]] FileServer& files() { return m_files; }
 
@@ -73,19 +73,17 @@ private:
     [[nodiscard]] Answer formAnswer(const Request& request, const std::string& id, const File& file);
     [[nodiscard]] std::string pageText(const std::string& id, const File& file) const;
     [[nodiscard]] std::string fileUrl(const std::string& id, const File& file) const;
-    [[nodiscard]] bool isLoggedIn(const Request& request);
+    [[nodiscard]] bool isLoggedIn(const Request& request) const;
     void serve(const std::string& path, std::function<Answer(const Request&)> respond, Content content = {});
 
     std::string m_domain;
-    mutable std::mutex m_mutex; // guards all up to the servers
-    std::map<std::string, std::string> m_passwords;
-    std::set<std::string> m_sessions;
+    Members m_members;
+    std::mutex m_mutex; // guards all up to the servers
     std::string m_accountPage =
         "<p>Plan: Premium</p><p>Valid until 31/12/2035</p><p>Traffic left: 10.5 GB of 50 GB</p>";
     std::string m_refusal = "Incorrect password";
     std::optional<Answer> m_trouble;
     std::chrono::milliseconds m_delay{0};
-    int m_logins = 0;
     int m_lastFile = 0;
     FileServer m_pages;
     FileServer m_files;

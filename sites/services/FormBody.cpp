@@ -7,7 +7,7 @@ namespace vormel::sites {
 
 namespace {
 
-std::string percentDecoded(std::string_view text)
+std::string formDecoded(std::string_view text)
 {
     constexpr int hexadecimal = 16;
     std::string decoded;
@@ -16,7 +16,8 @@ std::string percentDecoded(std::string_view text)
         const bool isCoded =
             text[at] == '%' && at + 2 < text.size() &&
             std::from_chars(text.data() + at + 1, text.data() + at + 3, byte, hexadecimal).ptr == text.data() + at + 3;
-        decoded += isCoded ? static_cast<char>(byte) : text[at];
+        const char plain = text[at] == '+' ? ' ' : text[at];
+        decoded += isCoded ? static_cast<char>(byte) : plain;
         at += isCoded ? 2 : 0;
     }
     return decoded;
@@ -32,9 +33,15 @@ std::map<std::string, std::string> formFields(std::string_view body)
         body.remove_prefix(std::min(pair.size() + 1, body.size()));
         const std::size_t equals = pair.find('=');
         if (equals != std::string_view::npos)
-            fields[percentDecoded(pair.substr(0, equals))] = percentDecoded(pair.substr(equals + 1));
+            fields[formDecoded(pair.substr(0, equals))] = formDecoded(pair.substr(equals + 1));
     }
     return fields;
+}
+
+std::string fieldValue(const std::map<std::string, std::string>& fields, const std::string& name)
+{
+    const auto field = fields.find(name);
+    return field == fields.end() ? std::string() : field->second;
 }
 
 std::string cookieValue(std::string_view cookieHeader, std::string_view name)

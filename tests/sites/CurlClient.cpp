@@ -66,6 +66,18 @@ void CurlClient::resolveLocally(const std::string& host, int port)
     curl_easy_setopt(m_handle.get(), CURLOPT_RESOLVE, m_resolved.get());
 }
 
+void CurlClient::keepCookies()
+{
+    curl_easy_setopt(m_handle.get(), CURLOPT_COOKIEFILE, "");
+}
+
+void CurlClient::connectTo(const std::map<std::string, std::string>& places)
+{
+    for (const auto& [name, address] : places)
+        m_places.reset(curl_slist_append(m_places.release(), (name + ":" + address).c_str()));
+    curl_easy_setopt(m_handle.get(), CURLOPT_CONNECT_TO, m_places.get());
+}
+
 Fetched CurlClient::fetch(const std::string& url)
 {
     Fetched fetched;
@@ -76,9 +88,11 @@ Fetched CurlClient::fetch(const std::string& url)
     curl_easy_setopt(handle, CURLOPT_RANGE, m_range.empty() ? nullptr : m_range.c_str());
     if (!m_authority.empty())
         curl_easy_setopt(handle, CURLOPT_CAINFO, m_authority.c_str());
-    if (m_post) {
-        curl_easy_setopt(handle, CURLOPT_POSTFIELDSIZE, static_cast<long>(m_post->size()));
-        curl_easy_setopt(handle, CURLOPT_POSTFIELDS, m_post->c_str());
+    const auto post = std::exchange(m_post, std::nullopt);
+    curl_easy_setopt(handle, CURLOPT_HTTPGET, 1L);
+    if (post) {
+        curl_easy_setopt(handle, CURLOPT_POSTFIELDSIZE, static_cast<long>(post->size()));
+        curl_easy_setopt(handle, CURLOPT_POSTFIELDS, post->c_str());
     }
     fetched.code = curl_easy_perform(handle);
     curl_easy_getinfo(handle, CURLINFO_RESPONSE_CODE, &fetched.status);

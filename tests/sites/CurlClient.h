@@ -5,6 +5,7 @@
 #include <curl/curl.h>
 
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -36,7 +37,12 @@ public:
     // "first-last" as libcurl likes it; empty for none.
     void setRange(std::string range) { m_range = std::move(range); }
     void setHeader(const std::string& line);
+    // The next fetch sends this body.
     void post(std::string body) { m_post = std::move(body); }
+    // Keeps cookies from fetch to fetch.
+    void keepCookies();
+    // Connects to "127.0.0.1:port" for "name:port", as stand-ins tell.
+    void connectTo(const std::map<std::string, std::string>& places);
     // Has a host name at this port mean 127.0.0.1.
     void resolveLocally(const std::string& host, int port);
     [[nodiscard]] Fetched fetch(const std::string& url);
@@ -51,6 +57,7 @@ private:
     std::unique_ptr<CURL, Deleter> m_handle;
     std::unique_ptr<curl_slist, Deleter> m_headers;
     std::unique_ptr<curl_slist, Deleter> m_resolved;
+    std::unique_ptr<curl_slist, Deleter> m_places;
     std::filesystem::path m_authority;
     std::string m_range;
     std::optional<std::string> m_post;
