@@ -15,8 +15,8 @@ namespace {
 
 void certutil(std::vector<std::string> arguments)
 {
-    arguments.insert(arguments.begin(), "certutil");
-    std::vector<char*> pointers;
+    std::string name = "certutil";
+    std::vector<char*> pointers{name.data()};
     for (std::string& argument : arguments)
         pointers.push_back(argument.data());
     pointers.push_back(nullptr);

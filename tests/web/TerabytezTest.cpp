@@ -1,4 +1,5 @@
 #include "ProgramOnWeb.h"
+#include "WebWorld.h"
 
 #include <algorithm>
 
@@ -22,7 +23,7 @@ protected:
     void expectFilesAskedForByTransfersAlone()
     {
         for (const sites::Request& request : services.terabytez.fileRequests()) {
-            EXPECT_EQ(request.method(), "GET");
+            EXPECT_EQ(request.method, "GET");
             EXPECT_EQ(request.header("User-Agent").value_or("").find("Chrome"), std::string::npos);
         }
     }
@@ -82,13 +83,14 @@ TEST_F(TerabytezOnWeb, ATransferGoesOnAfterANewStartWithoutAnotherWalk)
     const ItemPtr before = add(url);
     ASSERT_NE(waitFor(signInSheet), nullptr);
     signIn();
-    ASSERT_TRUE(waitUntil([&] { return before->downloadedBytes() > 500'000; }));
-    manager().commands().pause(before->id());
+    ASSERT_TRUE(waitUntil([&] { return before->bytesReceived() > 500'000; }));
+    manager().commands().pauseItems({before});
+    ASSERT_EQ(before->status(), DownloadStatus::paused);
     quit();
     start();
     manager().settings().speedLimitKBps.set(0);
     const ItemPtr after = manager().items().front();
-    manager().commands().start(after->id());
+    manager().commands().startItems({after});
     expectWhole(after, 1, size);
     EXPECT_EQ(services.terabytez.formsSentTo(pageOf(url)), 1);
     const std::vector<sites::Request> asked = services.terabytez.fileRequests();
@@ -106,16 +108,17 @@ TEST_F(TerabytezOnWeb, RemovingTheItemAtWorkLetsTheNextOneGoOn)
     ASSERT_TRUE(waitForStatus(slow, DownloadStatus::resolving));
     const ItemPtr next = add(services.newFile());
     ASSERT_TRUE(waitUntil([&] { return services.terabytez.formsSentTo(pageOf(slow->url())) == 1; }));
-    manager().commands().remove(slow->id());
+    manager().commands().removeItems({slow->id()});
     expectWhole(next, 3);
 }
 
 TEST_F(TerabytezOnWeb, AWrongCertificateEndsTheItemAndNothingIsAskedFor)
 {
-    webWorld().switchboard.lead(stranger.connectTo());
+    const sites::FileServer impostor{{.tls = webWorld().certificates.valid({"elsewhere.example"})}};
+    webWorld().switchboard.lead({{"terabytez.example:443", "127.0.0.1:" + std::to_string(impostor.port())}});
     const ItemPtr item = add(services.newFile());
     EXPECT_TRUE(waitForStatus(item, DownloadStatus::failed));
-    EXPECT_TRUE(services.terabytez.requests().empty());
+    EXPECT_TRUE(impostor.requests().empty());
 }
 
 TEST_P(TerabytezShapes, LeadToTheFile)
