@@ -3,6 +3,7 @@
 #include "platform/async/Spawn.h"
 #include "platform/http/CookieStore.h"
 #include "platform/secrets/SecretStore.h"
+#include "platform/web/CookieLine.h"
 
 #include <algorithm>
 
@@ -13,17 +14,6 @@ namespace vormel {
 namespace {
 
 const QString secretKey = u"vormel_web_cookies"_s;
-
-/// Empty where the line is no cookie's.
-QByteArray domainOf(const QByteArray& line)
-{
-    const QByteArrayList fields = line.split('\t');
-    if (fields.size() != 7)
-        return {};
-    QByteArray domain = fields.front();
-    const QByteArray forHttpAlone = "#HttpOnly_";
-    return domain.startsWith(forHttpAlone) ? domain.mid(forHttpAlone.size()) : domain;
-}
 
 } // namespace
 
@@ -103,8 +93,8 @@ QByteArrayList KeptCookies::keptOf(const QByteArrayList& cookies) const
 {
     QByteArrayList kept;
     for (const QByteArray& line : cookies) {
-        const QByteArray domain = domainOf(line);
-        if (!domain.isEmpty() && m_isKept(domain))
+        const std::optional<CookieLine> cookie = CookieLine::parse(line);
+        if (cookie && m_isKept(cookie->domain))
             kept.append(line);
     }
     std::sort(kept.begin(), kept.end());
