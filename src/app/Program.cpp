@@ -18,10 +18,12 @@ QString ownVersion()
 
 } // namespace
 
-Program::Program(const Folders& folders, const CurlHttpClient::Options& network, const Contacts& contacts)
+Program::Program(const Folders& folders, const CurlHttpClient::Options& network, const Contacts& contacts,
+                 const QString& webPlugin)
     : m_downloadsFolder(folders.downloads)
     , m_services(readServicesFile(folders.configuration + u"/services.json"_s, Services::builtIn()))
     , m_http(m_clock, network)
+    , m_web({webPlugin, folders.applicationSupport + u"/web"_s}, m_clock)
     , m_keyring(m_clock, contacts.sessionBus)
     , m_secretsFile(folders.applicationSupport + u"/secrets/passwords.json"_s, m_fileWriter)
     , m_defaults(folders.configuration + u"/preferences.json"_s, m_fileWriter)

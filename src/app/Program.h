@@ -23,7 +23,7 @@
 #include "platform/storage/FileWriter.h"
 #include "platform/storage/Trash.h"
 #include "platform/storage/UserDefaults.h"
-#include "platform/web/WebBrowser.h"
+#include "platform/web/PluginBrowser.h"
 #include "resolvers/ResolverTables.h"
 #include "resolvers/filestore/FilestoreLoginCache.h"
 #include "ui/ViewPorts.h"
@@ -44,9 +44,9 @@ public:
     };
 
     /// Reads services, preferences and queue from the folders; the first start of an installation is counted on the
-    /// way.
-    explicit Program(const Folders& folders, const CurlHttpClient::Options& network = {},
-                     const Contacts& contacts = {});
+    /// way. The plugin is the file with the engine of the pages, and need not be there.
+    explicit Program(const Folders& folders, const CurlHttpClient::Options& network = {}, const Contacts& contacts = {},
+                     const QString& webPlugin = {});
 
     [[nodiscard]] DownloadManager& manager() { return m_manager; }
     /// What the window works with; lives as long as the program.
@@ -65,7 +65,7 @@ private:
     ServicesReading m_services;
     SystemClock m_clock;
     CurlHttpClient m_http;
-    NoWebBrowser m_web;
+    PluginBrowser m_web;
     FileWriter m_fileWriter;
     KeyringSecrets m_keyring;
     FileSecrets m_secretsFile;
