@@ -45,7 +45,7 @@ protected:
         EXPECT_TRUE(waitUntilGone(captchaSheet));
         QStringList urls;
         for (const ItemPtr& item : manager().items())
-            urls << item->url().absoluteString();
+            urls << item->originalURL().absoluteString();
         return urls;
     }
 };
@@ -62,7 +62,8 @@ QString text(const std::string& url)
 
 TEST_F(CaptchaOnWeb, TheLinksComeFromThePagesOwnCall)
 {
-    addContainer(sites::clickNLoadCall(onFirstHost + "\r\n") + sites::anchorTo(services.containers.addTextList(onSecondHost)));
+    addContainer(sites::clickNLoadCall(onFirstHost + "\r\n") +
+                 sites::anchorTo(services.containers.addTextList(onSecondHost)));
     solveAndExtract();
     EXPECT_EQ(added(), QStringList{text(onFirstHost)});
 }
