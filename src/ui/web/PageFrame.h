@@ -18,7 +18,8 @@ class HostLine;
 class WebBrowser;
 
 /// One page of the embedded engine, below a line that says whose it is. Where there is no engine it says so instead,
-/// and goes on by itself once there is one. What the page wants a window for is loaded in its place; files are refused.
+/// and goes on by itself once there is one. What the page wants a window for is loaded in its place, or not at all; files
+/// are refused.
 class PageFrame final : public QWidget, private WebPage::Judge
 {
     Q_OBJECT
@@ -32,6 +33,7 @@ public:
         std::function<QCoro::Task<>()> restoreCookies;
         Clock& clock;
         const AppSettings& settings;
+        bool loadsWindows = true; ///< else the page stays where it is when it wants a window
     };
 
     PageFrame(Ports ports, QWidget* parent);
