@@ -16,6 +16,7 @@ namespace vormel {
 
 class HostLine;
 class WebBrowser;
+struct ViewPorts;
 
 /// One page of the embedded engine, below a line that says whose it is. Where there is no engine it says so instead,
 /// and goes on by itself once there is one. What the page wants a window for is loaded in its place, or not at all; files
@@ -36,6 +37,7 @@ public:
         bool loadsWindows = true; ///< else the page stays where it is when it wants a window
     };
 
+    /// The page is made in a later turn of the event loop.
     PageFrame(Ports ports, QWidget* parent);
     ~PageFrame() override;
 
@@ -78,5 +80,8 @@ private:
     Timer m_nextLook;
     Lifetime m_lifetime;
 };
+
+/// What a page of the browser needs of what the pages of the window work with.
+[[nodiscard]] PageFrame::Ports pagePorts(const ViewPorts& ports);
 
 } // namespace vormel
