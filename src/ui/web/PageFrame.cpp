@@ -110,7 +110,7 @@ void PageFrame::setZoom(double factor)
 
 void PageFrame::windowWanted(const Link& url)
 {
-    if (url.isHttp())
+    if (m_ports.loadsWindows && url.isHttp())
         load(url);
 }
 

@@ -19,7 +19,8 @@ class WebBrowser;
 struct ViewPorts;
 
 /// One page of the embedded engine, below a line that says whose it is. Where there is no engine it says so instead,
-/// and goes on by itself once there is one. What the page wants a window for is loaded in its place; files are refused.
+/// and goes on by itself once there is one. What the page wants a window for is loaded in its place, or not at all; files
+/// are refused.
 class PageFrame final : public QWidget, private WebPage::Judge
 {
     Q_OBJECT
@@ -33,6 +34,7 @@ public:
         std::function<QCoro::Task<>()> restoreCookies;
         Clock& clock;
         const AppSettings& settings;
+        bool loadsWindows = true; ///< else the page stays where it is when it wants a window
     };
 
     /// The page is made in a later turn of the event loop.
