@@ -89,9 +89,9 @@ void TerabytezSite::setTrouble(std::optional<Answer> trouble)
 std::map<std::string, std::string> TerabytezSite::connectTo() const
 {
     const auto here = [](const FileServer& server) { return "127.0.0.1:" + std::to_string(server.port()); };
-    return {{m_domain + ":443", here(m_pages)},           {"www." + m_domain + ":443", here(m_pages)},
-            {m_domain + ":80", here(m_plainPages)},       {"www." + m_domain + ":80", here(m_plainPages)},
-            {fileServerName() + ":443", here(m_files)},   {"files." + m_domain + ":443", here(m_files)}};
+    return {{m_domain + ":443", here(m_pages)},         {"www." + m_domain + ":443", here(m_pages)},
+            {m_domain + ":80", here(m_plainPages)},     {"www." + m_domain + ":80", here(m_plainPages)},
+            {fileServerName() + ":443", here(m_files)}, {"files." + m_domain + ":443", here(m_files)}};
 }
 
 void TerabytezSite::serve(const std::string& path, Respond respond, Content content)
@@ -158,9 +158,9 @@ std::string TerabytezSite::loginForm() const
 {
     const std::string fields = hiddenField("op", "login") + hiddenField("redirect", "") + "<input name=\"login\">" +
                                "<input type=\"password\" name=\"password\">";
-    const std::string challenge =
-        hiddenField("human", "") + "<button type=\"button\" id=\"challenge\" onclick=\"this.form.human.value='" +
-        humanToken + "';this.textContent='Thank you'\">I am no robot</button>";
+    const std::string challenge = hiddenField("human", "") +
+                                  "<button type=\"button\" id=\"challenge\" onclick=\"this.form.human.value='" +
+                                  humanToken + "';this.textContent='Thank you'\">I am no robot</button>";
     return postForm("/login", fields + (m_hasChallenge ? challenge : "") + "<button id=\"submit-login\">Login</button>",
                     "FL");
 }
@@ -229,7 +229,8 @@ Answer TerabytezSite::filePage(const Request& request, const File& file) const
     const std::string heading = "<h1>" + file.name + "</h1>";
     const bool hasCountedDown = request.target.ends_with("?ready");
     if (file.shape == Shape::countdownBeforeForm && !hasCountedDown)
-        return Answer::page(ok, terabytezPage(file.name, heading + countdown(m_countdown, "location.search = 'ready'")));
+        return Answer::page(ok,
+                            terabytezPage(file.name, heading + countdown(m_countdown, "location.search = 'ready'")));
     // Without "op" a browser's form gets it from whoever sends it.
     const std::string op = file.shape == Shape::twoForms ? "" : hiddenField("op", "download2");
     return Answer::page(ok, terabytezPage(file.name, heading + downloadForm(op + hiddenField("id", file.id))));

@@ -24,19 +24,19 @@ public:
     // Where a script leads there, its text does not hold the address in one piece unless that is said.
     enum class Shape
     {
-        redirect,             // the form's answer redirects to the numbered file server
-        redirectToFilesHost,  // to the file server by a name without a number
-        redirectOnSite,       // to an address of the site, which answers with an attachment
-        attachment,           // the form is answered with an attachment
-        script,               // by a page whose script goes there at once
-        countdown,            // by a page whose script counts down and goes there; it holds the address in one piece
-        countdownBeforeForm,  // the page itself counts down, then goes to the page with the form
-        link,                 // by a page with a link
-        newWindow,            // by a page whose script opens a window
-        twoForms,             // by a page with one more form, whose answer redirects
-        pageRedirects,        // the page itself redirects
-        nothing,              // the form is answered by a page with nothing on it
-        missing,              // 404
+        redirect,            // the form's answer redirects to the numbered file server
+        redirectToFilesHost, // to the file server by a name without a number
+        redirectOnSite,      // to an address of the site, which answers with an attachment
+        attachment,          // the form is answered with an attachment
+        script,              // by a page whose script goes there at once
+        countdown,           // by a page whose script counts down and goes there; it holds the address in one piece
+        countdownBeforeForm, // the page itself counts down, then goes to the page with the form
+        link,                // by a page with a link
+        newWindow,           // by a page whose script opens a window
+        twoForms,            // by a page with one more form, whose answer redirects
+        pageRedirects,       // the page itself redirects
+        nothing,             // the form is answered by a page with nothing on it
+        missing,             // 404
     };
     static constexpr std::chrono::seconds untilBrowserEnds{0};
     struct SessionCookie

@@ -61,10 +61,11 @@ TEST_F(TerabytezSiteTest, SignsInWithItsFormAlone)
 
     const Fetched answer = signIn();
     EXPECT_EQ(answer.status, 302);
-    EXPECT_THAT(answer.header("Set-Cookie").value_or(""), AllOf(HasSubstr("; Secure; HttpOnly"), HasSubstr("Max-Age=2592000"),
-                                                    HasSubstr("Domain=terabytez.example")));
-    EXPECT_THAT(fetch("/").body, AllOf(HasSubstr("/logout"), HasSubstr("<a href=\"/account/\""),
-                                       Not(HasSubstr("name=\"password\""))));
+    EXPECT_THAT(
+        answer.header("Set-Cookie").value_or(""),
+        AllOf(HasSubstr("; Secure; HttpOnly"), HasSubstr("Max-Age=2592000"), HasSubstr("Domain=terabytez.example")));
+    EXPECT_THAT(fetch("/").body,
+                AllOf(HasSubstr("/logout"), HasSubstr("<a href=\"/account/\""), Not(HasSubstr("name=\"password\""))));
     EXPECT_EQ(m_site.signIns(), 1);
 }
 
@@ -86,6 +87,8 @@ TEST_F(TerabytezSiteTest, ShowsTheAccountToMembersUntilTheySignOut)
     EXPECT_THAT(fetch("/logout").header("Set-Cookie").value_or(""), HasSubstr("Max-Age=-1"));
     EXPECT_EQ(fetch("/account/").header("Location"), "/login");
     EXPECT_EQ(m_site.requests().back().header("Cookie"), std::nullopt) << "the client has dropped it";
+    m_client.setHeader("Cookie: xfst=s1");
+    EXPECT_EQ(fetch("/account/").header("Location"), "/login") << "and it is worth nothing any more";
 }
 
 TEST_F(TerabytezSiteTest, GivesAFileToWhoeverHasTheCookie)
