@@ -13,6 +13,13 @@ GlyphLabel::GlyphLabel(Glyph glyph, Tint tint, int size, QWidget* parent)
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
+void GlyphLabel::setLook(Glyph glyph, Tint tint)
+{
+    m_glyph = glyph;
+    m_tint = tint;
+    update();
+}
+
 void GlyphLabel::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter(this);

@@ -15,6 +15,8 @@ class GlyphLabel final : public QWidget
 public:
     GlyphLabel(Glyph glyph, Tint tint, int size, QWidget* parent = nullptr);
 
+    void setLook(Glyph glyph, Tint tint);
+
     [[nodiscard]] QSize sizeHint() const override { return {m_size, m_size}; }
 
 protected:

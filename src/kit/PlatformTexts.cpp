@@ -14,7 +14,7 @@ struct Row
 };
 
 /// In the order of PlatformText.
-constexpr std::array<Row, 10> rows{{
+constexpr std::array<Row, 11> rows{{
     {PlatformText::showInViewer,
      {u"Show in Finder", u"Mostra nel Finder"},
      {u"Show in File Manager", u"Mostra nel gestore file"}},
@@ -58,6 +58,9 @@ constexpr std::array<Row, 10> rows{{
      {u"Requires macOS 12.4 Monterey or later.", u"Richiede macOS 12.4 Monterey o versioni successive."},
      {u"Requires Debian 12 or later, or a Linux system as recent.",
       u"Richiede Debian 12 o versioni successive, o un sistema Linux altrettanto recente."}},
+    {PlatformText::webEngineCommand,
+     {u"brew install qt", u"brew install qt"},
+     {u"sudo apt install libqt6webenginewidgets6", u"sudo apt install libqt6webenginewidgets6"}},
     {PlatformText::externalTools,
      {u"RAR extraction and .rev repair require unrar/rar; 7-Zip archives require 7zz. Both are installed via Homebrew. "
       u"Go to Settings → Available Tools to check status and install with one click.",

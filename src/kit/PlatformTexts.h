@@ -29,8 +29,9 @@ enum class PlatformText
     installerNote,           ///< before the installer of a package manager runs
     passwordNote,            ///< before any other command runs
     kindOfProgram,
-    description, ///< "%1" stands for the first of the services
-    requirement, ///< the system that the program needs
+    description,      ///< "%1" stands for the first of the services
+    requirement,      ///< the system that the program needs
+    webEngineCommand, ///< installs what shows pages
     externalTools,
 };
 

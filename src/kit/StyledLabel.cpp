@@ -40,6 +40,12 @@ StyledLabel::StyledLabel(Style style, Tint tint, QWidget* parent)
     restyle();
 }
 
+void StyledLabel::setTint(Tint tint)
+{
+    m_tint = tint;
+    restyle();
+}
+
 void StyledLabel::restyle()
 {
     const QScopedValueRollback guard(m_isRestyling, true);

@@ -24,6 +24,8 @@ public:
 
     explicit StyledLabel(Style style, Tint tint = Tint::text, QWidget* parent = nullptr);
 
+    void setTint(Tint tint);
+
 protected:
     bool event(QEvent* event) override;
 

@@ -1,6 +1,19 @@
 #include "platform/http/CookieStore.h"
 
+#include <QDateTime>
+
 namespace vormel {
+
+namespace {
+
+/// The library itself lists what is over until it has something to send.
+bool isOver(const QByteArray& line)
+{
+    const qint64 expiry = line.split('\t').value(4).toLongLong();
+    return expiry != 0 && expiry < QDateTime::currentSecsSinceEpoch();
+}
+
+} // namespace
 
 CookieStore::CookieStore()
     : m_share(curl_share_init())
@@ -33,14 +46,27 @@ QByteArrayList CookieStore::cookies() const
     curl_easy_getinfo(m_handle.get(), CURLINFO_COOKIELIST, &list);
     const std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)> owner(list, &curl_slist_free_all);
     QByteArrayList lines;
-    for (const curl_slist* entry = list; entry; entry = entry->next)
-        lines.append(entry->data);
+    for (const curl_slist* entry = list; entry; entry = entry->next) {
+        const QByteArray line = entry->data;
+        if (!isOver(line))
+            lines.append(line);
+    }
     return lines;
 }
 
 void CookieStore::add(const QByteArray& cookie)
 {
     command(cookie);
+}
+
+void CookieStore::remove(const QByteArray& line)
+{
+    QByteArrayList fields = line.split('\t');
+    if (fields.size() < 7)
+        return;
+    // One that is long over takes the place of what has its name, and goes at once.
+    fields[4] = "1";
+    command(fields.join('\t'));
 }
 
 void CookieStore::clear()

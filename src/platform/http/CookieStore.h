@@ -24,6 +24,8 @@ public:
     [[nodiscard]] QByteArrayList cookies() const;
     /// Takes such a line, or a whole "Set-Cookie: ..." header.
     void add(const QByteArray& cookie);
+    /// Takes away the cookie that the line names by domain, path and name.
+    void remove(const QByteArray& line);
     void clear();
 
     /// Makes a handle of the HTTP library use this store; the store must outlive that use.

@@ -3,6 +3,7 @@
 #include "resolvers/containers/CnlCipher.h"
 #include "text/BoundedRegex.h"
 #include "text/Hex.h"
+#include "text/Newline.h"
 #include "text/PercentCoding.h"
 
 #include <algorithm>
@@ -12,11 +13,6 @@ using namespace Qt::StringLiterals;
 namespace vormel {
 
 namespace {
-
-bool isNewline(QChar letter)
-{
-    return (letter >= u'\n' && letter <= u'\r') || letter == u'\u0085' || letter == u'\u2028' || letter == u'\u2029';
-}
 
 bool isTrimmed(QChar letter)
 {

@@ -2,8 +2,8 @@
 
 #include "platform/async/Background.h"
 #include "resolvers/ResolverError.h"
+#include "resolvers/containers/ContainerFiles.h"
 #include "resolvers/containers/ContainerPage.h"
-#include "resolvers/containers/GoLinks.h"
 #include "resolvers/containers/KnownHosts.h"
 
 namespace vormel {
@@ -40,7 +40,7 @@ QCoro::Task<std::vector<Link>> CryptResolver::resolveContainer(Link url, std::op
 {
     const PageSession session(m_ports.http, fullBrowserUA, stop);
     const QString html = co_await openPage(session, url, password);
-    std::vector<Link> links = co_await extractContainerLinks(html, url, fullBrowserUA, stop);
+    std::vector<Link> links = co_await extractContainerLinks(m_ports, m_site.hrefs, html, url, fullBrowserUA, stop);
     if (links.empty())
         throw ContainerError::noLinksFound();
     co_return links;
@@ -66,18 +66,6 @@ QCoro::Task<QString> CryptResolver::openPage(const PageSession& session, Link ur
     if (then.otherPassword)
         throw ContainerError::wrongPassword();
     co_return html;
-}
-
-QCoro::Task<std::vector<Link>> CryptResolver::extractContainerLinks(QString html, Link url, QLatin1StringView userAgent,
-                                                                    std::stop_token stop) const
-{
-    const auto read = [html, url, &scan = m_site.hrefs, knownFileHosts = m_ports.knownFileHosts] {
-        return readPageLinks(html, url, scan, *knownFileHosts);
-    };
-    const PageLinks page = co_await m_ports.background.run(read);
-    const std::vector<Link> followed = co_await followGoLinks(m_ports, page.go, url, userAgent, stop);
-    const auto join = [page, followed] { return joinedLinks(page, followed); };
-    co_return co_await m_ports.background.run(join);
 }
 
 } // namespace vormel

@@ -16,10 +16,6 @@ public:
     [[nodiscard]] QCoro::Task<std::vector<Link>> resolveContainer(Link url, std::optional<QString> password,
                                                                   std::stop_token stop) const override;
 
-    /// The files of a page that is open, which the browser of that name reads.
-    [[nodiscard]] QCoro::Task<std::vector<Link>>
-    extractContainerLinks(QString html, Link url, QLatin1StringView userAgent, std::stop_token stop) const;
-
 protected:
     /// All in which these services differ.
     struct Site

@@ -105,5 +105,25 @@ TEST_F(CookieStoreTest, AStoreMayBeUsedWhileTransfersUseIt)
     EXPECT_EQ(client.sharedCookies()->cookies().size(), 2);
 }
 
+TEST_F(CookieStoreTest, ACookieThatIsTakenAwayIsSentNoMore)
+{
+    const QByteArray kept = "127.0.0.1\tFALSE\t/\tFALSE\t0\tkept\t1";
+    const QByteArray gone = "#HttpOnly_127.0.0.1\tFALSE\t/\tFALSE\t4102444800\tgone\t1";
+    client.sharedCookies()->add(kept);
+    client.sharedCookies()->add(gone);
+    client.sharedCookies()->remove(gone);
+    EXPECT_EQ(client.sharedCookies()->cookies(), QByteArrayList{kept});
+    EXPECT_FALSE(run(request("/page")).error);
+    EXPECT_EQ(cookieSeen(), "kept=1");
+}
+
+TEST_F(CookieStoreTest, TakingAwayWhatIsNoCookieDoesNothing)
+{
+    const QByteArray kept = "127.0.0.1\tFALSE\t/\tFALSE\t0\tkept\t1";
+    client.sharedCookies()->add(kept);
+    client.sharedCookies()->remove("ALL");
+    EXPECT_EQ(client.sharedCookies()->cookies(), QByteArrayList{kept});
+}
+
 } // namespace
 } // namespace vormel
