@@ -143,7 +143,7 @@ TEST_F(TerabytezSiteTest, AnswersTheFormInTheWayOfTheFile)
     const std::string onSite = answerTo(Shape::redirectOnSite).header("Location").value_or("");
     EXPECT_EQ(onSite, "https://terabytez.example/get/t2");
     EXPECT_EQ(fetch(onSite).header("Content-Disposition"), "attachment; filename=\"film.rar\"");
-    const Fetched attachment = answerTo(Shape::attachment);
+    const Fetched attachment = answerTo(Shape::attachmentHere);
     EXPECT_EQ(attachment.body, m_film);
     EXPECT_EQ(attachment.header("Content-Disposition"), "attachment; filename=\"film.rar\"");
     EXPECT_THAT(answerTo(Shape::script).body,
@@ -154,6 +154,19 @@ TEST_F(TerabytezSiteTest, AnswersTheFormInTheWayOfTheFile)
     EXPECT_THAT(answerTo(Shape::nothing).body, AllOf(Not(HasSubstr("href")), Not(HasSubstr("<form"))));
     EXPECT_EQ(answerTo(Shape::missing).status, 404);
     EXPECT_TRUE(m_site.fileRequests().empty());
+}
+
+TEST_F(TerabytezSiteTest, GivesAnAttachmentToAFormAndToWhoeverAsksAgain)
+{
+    signIn();
+    const std::string page = newFile(Shape::attachment);
+    EXPECT_THAT(fetch(page).body, HasSubstr("action=\"/get/t1\""));
+    EXPECT_EQ(post("/get/t1", "op=download2&id=t1").body, m_film);
+    EXPECT_EQ(fetch("/get/t1").header("Content-Disposition"), "attachment; filename=\"film.rar\"");
+    EXPECT_EQ(m_site.formsSentTo(page), 1);
+    EXPECT_EQ(m_site.formsSentTo("/t1/film.rar.html"), 1);
+    m_site.signEverybodyOut();
+    EXPECT_EQ(post("/get/t1", "op=download2&id=t1").status, 403);
 }
 
 TEST_F(TerabytezSiteTest, MayAskForAFormTwice)
