@@ -74,8 +74,8 @@ StrangePages::StrangePages(const TestCertificates& certificates, std::string dom
         serve(strange.kind, Answer::page(ok, strangePage(strange.script)));
     serve(Kind::redirectToFile, Answer::redirect(found, "file:///etc/passwd"));
     serve(Kind::redirectsForEver, Answer::redirect(found, pathOf(Kind::redirectsForEver)));
-    serve(Kind::loginQuestion, Answer::page(unauthorized, htmlPage("Who?", ""))
-                                   .withHeader("WWW-Authenticate", "Basic realm=\"strange\""));
+    serve(Kind::loginQuestion,
+          Answer::page(unauthorized, htmlPage("Who?", "")).withHeader("WWW-Authenticate", "Basic realm=\"strange\""));
     serve(Kind::silence, Answer::page(ok, "").stallBeforeHead());
     m_server.serve("/worker.js", {.answers = {Answer::page(ok, worker, "text/javascript")}});
     m_server.serve("/ping", {.content = "pong", .contentType = "text/plain"});

@@ -14,23 +14,23 @@ class StrangePages
 public:
     enum class Kind
     {
-        endlessScript,     // a script that never ends, run when the page is shown
-        allocation,        // memory without end
-        alerts,            // dialogs without end: alert, confirm, prompt
-        prints,            // asks to print without end
-        windows,           // opens windows without end
-        permissions,       // asks for camera, microphone, position, notifications, clipboard, the screen
-        sound,             // plays a tone
-        leavingQuestion,   // asks whether it may be left
-        toFile,            // its script goes to a file: address
-        toChrome,          // to a chrome: address
-        toScheme,          // to an address of a scheme of its own
-        redirectToFile,    // redirects to a file: address
-        redirectsForEver,  // redirects to itself
-        serviceWorker,     // installs a worker that asks for ping() again and again
-        loginQuestion,     // 401 with a question for name and password
-        downloads,         // starts downloads without end
-        silence,           // an answer that does not come
+        endlessScript,      // a script that never ends, run when the page is shown
+        allocation,         // memory without end
+        alerts,             // dialogs without end: alert, confirm, prompt
+        prints,             // asks to print without end
+        windows,            // opens windows without end
+        permissions,        // asks for camera, microphone, position, notifications, clipboard, the screen
+        sound,              // plays a tone
+        leavingQuestion,    // asks whether it may be left
+        toFile,             // its script goes to a file: address
+        toChrome,           // to a chrome: address
+        toScheme,           // to an address of a scheme of its own
+        redirectToFile,     // redirects to a file: address
+        redirectsForEver,   // redirects to itself
+        serviceWorker,      // installs a worker that asks for ping() again and again
+        loginQuestion,      // 401 with a question for name and password
+        downloads,          // starts downloads without end
+        silence,            // an answer that does not come
         expiredCertificate, // the last three are https only, on servers of their own
         wrongCertificate,   // of another name
         unknownCertificate, // signed by itself

@@ -24,14 +24,20 @@ std::string sessionOf(const Request& request)
     return cookieValue(request.header("Cookie").value_or(""), terabytezCookie);
 }
 
-std::string downloadForm(const std::string& fields)
+std::string downloadForm(const std::string& fields, const std::string& action = {})
 {
-    return postForm("", fields + "<button>Create download link</button>", "F1");
+    return postForm(action, fields + "<button>Create download link</button>", "F1");
 }
 
 std::string pathOfAddress(const std::string& address)
 {
-    return address.substr(address.find('/', address.find("://") + 3));
+    return address.starts_with('/') ? address : address.substr(address.find('/', address.find("://") + 3));
+}
+
+// Where the site itself has the file of this number.
+std::string pathOnSite(const std::string& id)
+{
+    return "/get/" + id;
 }
 
 } // namespace
@@ -89,9 +95,9 @@ void TerabytezSite::setTrouble(std::optional<Answer> trouble)
 std::map<std::string, std::string> TerabytezSite::connectTo() const
 {
     const auto here = [](const FileServer& server) { return "127.0.0.1:" + std::to_string(server.port()); };
-    return {{m_domain + ":443", here(m_pages)},           {"www." + m_domain + ":443", here(m_pages)},
-            {m_domain + ":80", here(m_plainPages)},       {"www." + m_domain + ":80", here(m_plainPages)},
-            {fileServerName() + ":443", here(m_files)},   {"files." + m_domain + ":443", here(m_files)}};
+    return {{m_domain + ":443", here(m_pages)},         {"www." + m_domain + ":443", here(m_pages)},
+            {m_domain + ":80", here(m_plainPages)},     {"www." + m_domain + ":80", here(m_plainPages)},
+            {fileServerName() + ":443", here(m_files)}, {"files." + m_domain + ":443", here(m_files)}};
 }
 
 void TerabytezSite::serve(const std::string& path, Respond respond, Content content)
@@ -116,36 +122,37 @@ std::string TerabytezSite::addFile(const std::string& name, Shape shape, Content
     const std::string path = "/" + file.id + "/" + name + ".html";
     serve(
         path, [this, file](const Request& request) { return filePage(request, file); }, content);
-    Resource stored;
-    stored.content = content;
-    stored.etag = '"' + file.id + '"';
-    stored.respond = [this](const Request& request) { return fileFor(request); };
-    const std::string storedPath = pathOfAddress(addressOf(file));
-    if (shape == Shape::redirectOnSite) {
-        stored.headers = {{"Content-Disposition", "attachment; filename=\"" + name + '"'}};
-        m_pages.serve(storedPath, std::move(stored));
-    } else {
-        m_files.serve(storedPath, std::move(stored));
-    }
+    storeFile(file, std::move(content));
     return "https://" + m_domain + path;
+}
+
+void TerabytezSite::storeFile(const File& file, Content content)
+{
+    const bool isOnSite = file.shape == Shape::redirectOnSite || file.shape == Shape::attachment;
+    Resource stored;
+    stored.content = std::move(content);
+    stored.etag = '"' + file.id + '"';
+    stored.respond = [this, file, isOnSite](const Request& request) {
+        if (!isSignedIn(request))
+            return Answer::page(forbidden, terabytezPage("Forbidden", "<p>Sign in first</p>"));
+        return isOnSite ? attachment(file) : Answer::file();
+    };
+    (isOnSite ? m_pages : m_files).serve(pathOfAddress(addressOf(file)), std::move(stored));
 }
 
 int TerabytezSite::formsSentTo(const std::string& page) const
 {
-    const std::vector<Request> requests = m_pages.requests(pathOfAddress(page));
-    return static_cast<int>(std::count_if(requests.begin(), requests.end(),
-                                          [](const Request& request) { return request.method == "POST"; }));
+    const std::string path = pathOfAddress(page);
+    const std::string other = pathOnSite(path.substr(1, path.find('/', 1) - 1));
+    const std::vector<Request> requests = m_pages.requests();
+    return static_cast<int>(std::count_if(requests.begin(), requests.end(), [&](const Request& request) {
+        return request.method == "POST" && (request.path() == path || request.path() == other);
+    }));
 }
 
 bool TerabytezSite::isSignedIn(const Request& request) const
 {
     return m_members.isSession(sessionOf(request));
-}
-
-Answer TerabytezSite::fileFor(const Request& request) const
-{
-    return isSignedIn(request) ? Answer::file()
-                               : Answer::page(forbidden, terabytezPage("Forbidden", "<p>Sign in first</p>"));
 }
 
 Answer TerabytezSite::rootPage(const Request& request) const
@@ -158,9 +165,9 @@ std::string TerabytezSite::loginForm() const
 {
     const std::string fields = hiddenField("op", "login") + hiddenField("redirect", "") + "<input name=\"login\">" +
                                "<input type=\"password\" name=\"password\">";
-    const std::string challenge =
-        hiddenField("human", "") + "<button type=\"button\" id=\"challenge\" onclick=\"this.form.human.value='" +
-        humanToken + "';this.textContent='Thank you'\">I am no robot</button>";
+    const std::string challenge = hiddenField("human", "") +
+                                  "<button type=\"button\" id=\"challenge\" onclick=\"this.form.human.value='" +
+                                  humanToken + "';this.textContent='Thank you'\">I am no robot</button>";
     return postForm("/login", fields + (m_hasChallenge ? challenge : "") + "<button id=\"submit-login\">Login</button>",
                     "FL");
 }
@@ -208,7 +215,8 @@ std::string TerabytezSite::addressOf(const File& file) const
 {
     switch (file.shape) {
     case Shape::redirectOnSite:
-        return "https://" + m_domain + "/get/" + file.id;
+    case Shape::attachment:
+        return "https://" + m_domain + pathOnSite(file.id);
     case Shape::redirectToFilesHost:
         return "https://files." + m_domain + "/" + file.id + "/" + file.name;
     default:
@@ -229,10 +237,12 @@ Answer TerabytezSite::filePage(const Request& request, const File& file) const
     const std::string heading = "<h1>" + file.name + "</h1>";
     const bool hasCountedDown = request.target.ends_with("?ready");
     if (file.shape == Shape::countdownBeforeForm && !hasCountedDown)
-        return Answer::page(ok, terabytezPage(file.name, heading + countdown(m_countdown, "location.search = 'ready'")));
+        return Answer::page(ok,
+                            terabytezPage(file.name, heading + countdown(m_countdown, "location.search = 'ready'")));
     // Without "op" a browser's form gets it from whoever sends it.
     const std::string op = file.shape == Shape::twoForms ? "" : hiddenField("op", "download2");
-    return Answer::page(ok, terabytezPage(file.name, heading + downloadForm(op + hiddenField("id", file.id))));
+    const std::string action = file.shape == Shape::attachment ? pathOnSite(file.id) : "";
+    return Answer::page(ok, terabytezPage(file.name, heading + downloadForm(op + hiddenField("id", file.id), action)));
 }
 
 Answer TerabytezSite::formAnswer(const Request& request, const File& file) const
@@ -246,8 +256,8 @@ Answer TerabytezSite::formAnswer(const Request& request, const File& file) const
     case Shape::redirectOnSite:
     case Shape::countdownBeforeForm:
         return Answer::redirect(found, addressOf(file));
-    case Shape::attachment:
-        return Answer::file().withDisposition("attachment; filename=\"" + file.name + '"');
+    case Shape::attachmentHere:
+        return attachment(file);
     case Shape::twoForms:
         if (fields.contains("second"))
             return Answer::redirect(found, addressOf(file));
@@ -256,6 +266,11 @@ Answer TerabytezSite::formAnswer(const Request& request, const File& file) const
         break;
     }
     return Answer::page(ok, terabytezPage(file.name, formAnswerText(file)));
+}
+
+Answer TerabytezSite::attachment(const File& file) const
+{
+    return Answer::file().withDisposition("attachment; filename=\"" + file.name + '"');
 }
 
 std::string TerabytezSite::formAnswerText(const File& file) const

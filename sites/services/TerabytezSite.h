@@ -24,19 +24,20 @@ public:
     // Where a script leads there, its text does not hold the address in one piece unless that is said.
     enum class Shape
     {
-        redirect,             // the form's answer redirects to the numbered file server
-        redirectToFilesHost,  // to the file server by a name without a number
-        redirectOnSite,       // to an address of the site, which answers with an attachment
-        attachment,           // the form is answered with an attachment
-        script,               // by a page whose script goes there at once
-        countdown,            // by a page whose script counts down and goes there; it holds the address in one piece
-        countdownBeforeForm,  // the page itself counts down, then goes to the page with the form
-        link,                 // by a page with a link
-        newWindow,            // by a page whose script opens a window
-        twoForms,             // by a page with one more form, whose answer redirects
-        pageRedirects,        // the page itself redirects
-        nothing,              // the form is answered by a page with nothing on it
-        missing,              // 404
+        redirect,            // the form's answer redirects to the numbered file server
+        redirectToFilesHost, // to the file server by a name without a number
+        redirectOnSite,      // to an address of the site, which answers with an attachment
+        attachment,          // the form is answered with an attachment, at an address that gives it by GET, too
+        attachmentHere,      // the same at the page's own address, which by GET gives the page
+        script,              // by a page whose script goes there at once
+        countdown,           // by a page whose script counts down and goes there; it holds the address in one piece
+        countdownBeforeForm, // the page itself counts down, then goes to the page with the form
+        link,                // by a page with a link
+        newWindow,           // by a page whose script opens a window
+        twoForms,            // by a page with one more form, whose answer redirects
+        pageRedirects,       // the page itself redirects
+        nothing,             // the form is answered by a page with nothing on it
+        missing,             // 404
     };
     static constexpr std::chrono::seconds untilBrowserEnds{0};
     struct SessionCookie
@@ -73,7 +74,7 @@ public:
     // Of the pages, in the order they came in.
     [[nodiscard]] std::vector<Request> requests() const { return m_pages.requests(); }
     [[nodiscard]] std::vector<Request> fileRequests() const { return m_files.requests(); }
-    // How often the form on this page was sent.
+    // How often the form on this page was sent; the page by its address or its path.
     [[nodiscard]] int formsSentTo(const std::string& page) const;
     [[nodiscard]] int signIns() const { return m_members.signIns(); }
     [[nodiscard]] FileServer& pages() { return m_pages; }
@@ -94,13 +95,13 @@ private:
     [[nodiscard]] Answer accountPage(const Request& request) const;
     [[nodiscard]] Answer filePage(const Request& request, const File& file) const;
     [[nodiscard]] Answer formAnswer(const Request& request, const File& file) const;
+    [[nodiscard]] Answer attachment(const File& file) const;
     [[nodiscard]] std::string formAnswerText(const File& file) const;
     [[nodiscard]] std::string loginForm() const;
     [[nodiscard]] std::string cookieOf(const std::string& session, std::chrono::seconds lifetime) const;
     [[nodiscard]] std::string addressOf(const File& file) const;
     [[nodiscard]] bool isSignedIn(const Request& request) const;
-    // Of what is there for members alone.
-    [[nodiscard]] Answer fileFor(const Request& request) const;
+    void storeFile(const File& file, Content content);
     void serve(const std::string& path, Respond respond, Content content = {});
 
     std::string m_domain;

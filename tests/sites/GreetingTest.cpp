@@ -1,7 +1,6 @@
 #include "sites/Greeting.h"
 
 #include <gtest/gtest.h>
-
 #include <openssl/ssl.h>
 
 #include <algorithm>

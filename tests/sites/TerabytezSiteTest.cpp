@@ -61,10 +61,11 @@ TEST_F(TerabytezSiteTest, SignsInWithItsFormAlone)
 
     const Fetched answer = signIn();
     EXPECT_EQ(answer.status, 302);
-    EXPECT_THAT(answer.header("Set-Cookie").value_or(""), AllOf(HasSubstr("; Secure; HttpOnly"), HasSubstr("Max-Age=2592000"),
-                                                    HasSubstr("Domain=terabytez.example")));
-    EXPECT_THAT(fetch("/").body, AllOf(HasSubstr("/logout"), HasSubstr("<a href=\"/account/\""),
-                                       Not(HasSubstr("name=\"password\""))));
+    EXPECT_THAT(
+        answer.header("Set-Cookie").value_or(""),
+        AllOf(HasSubstr("; Secure; HttpOnly"), HasSubstr("Max-Age=2592000"), HasSubstr("Domain=terabytez.example")));
+    EXPECT_THAT(fetch("/").body,
+                AllOf(HasSubstr("/logout"), HasSubstr("<a href=\"/account/\""), Not(HasSubstr("name=\"password\""))));
     EXPECT_EQ(m_site.signIns(), 1);
 }
 
@@ -86,6 +87,8 @@ TEST_F(TerabytezSiteTest, ShowsTheAccountToMembersUntilTheySignOut)
     EXPECT_THAT(fetch("/logout").header("Set-Cookie").value_or(""), HasSubstr("Max-Age=-1"));
     EXPECT_EQ(fetch("/account/").header("Location"), "/login");
     EXPECT_EQ(m_site.requests().back().header("Cookie"), std::nullopt) << "the client has dropped it";
+    m_client.setHeader("Cookie: xfst=s1");
+    EXPECT_EQ(fetch("/account/").header("Location"), "/login") << "and it is worth nothing any more";
 }
 
 TEST_F(TerabytezSiteTest, GivesAFileToWhoeverHasTheCookie)
@@ -140,7 +143,7 @@ TEST_F(TerabytezSiteTest, AnswersTheFormInTheWayOfTheFile)
     const std::string onSite = answerTo(Shape::redirectOnSite).header("Location").value_or("");
     EXPECT_EQ(onSite, "https://terabytez.example/get/t2");
     EXPECT_EQ(fetch(onSite).header("Content-Disposition"), "attachment; filename=\"film.rar\"");
-    const Fetched attachment = answerTo(Shape::attachment);
+    const Fetched attachment = answerTo(Shape::attachmentHere);
     EXPECT_EQ(attachment.body, m_film);
     EXPECT_EQ(attachment.header("Content-Disposition"), "attachment; filename=\"film.rar\"");
     EXPECT_THAT(answerTo(Shape::script).body,
@@ -151,6 +154,19 @@ TEST_F(TerabytezSiteTest, AnswersTheFormInTheWayOfTheFile)
     EXPECT_THAT(answerTo(Shape::nothing).body, AllOf(Not(HasSubstr("href")), Not(HasSubstr("<form"))));
     EXPECT_EQ(answerTo(Shape::missing).status, 404);
     EXPECT_TRUE(m_site.fileRequests().empty());
+}
+
+TEST_F(TerabytezSiteTest, GivesAnAttachmentToAFormAndToWhoeverAsksAgain)
+{
+    signIn();
+    const std::string page = newFile(Shape::attachment);
+    EXPECT_THAT(fetch(page).body, HasSubstr("action=\"/get/t1\""));
+    EXPECT_EQ(post("/get/t1", "op=download2&id=t1").body, m_film);
+    EXPECT_EQ(fetch("/get/t1").header("Content-Disposition"), "attachment; filename=\"film.rar\"");
+    EXPECT_EQ(m_site.formsSentTo(page), 1);
+    EXPECT_EQ(m_site.formsSentTo("/t1/film.rar.html"), 1);
+    m_site.signEverybodyOut();
+    EXPECT_EQ(post("/get/t1", "op=download2&id=t1").status, 403);
 }
 
 TEST_F(TerabytezSiteTest, MayAskForAFormTwice)
