@@ -78,7 +78,7 @@ TEST_F(TerabytezOnWeb, ASignInHoldsAfterANewStart)
 TEST_F(TerabytezOnWeb, ATransferGoesOnAfterANewStartWithoutAnotherWalk)
 {
     constexpr qint64 size = 6'000'000;
-    manager().settings().speedLimitKBps.set(1000);
+    manager().settings().maxDownloadSpeedKBps.set(1000);
     const Link url = services.newFile(Shape::redirect, size);
     const ItemPtr before = add(url);
     ASSERT_NE(waitFor(signInSheet), nullptr);
@@ -88,7 +88,7 @@ TEST_F(TerabytezOnWeb, ATransferGoesOnAfterANewStartWithoutAnotherWalk)
     ASSERT_EQ(before->status(), DownloadStatus::paused);
     quit();
     start();
-    manager().settings().speedLimitKBps.set(0);
+    manager().settings().maxDownloadSpeedKBps.set(0);
     const ItemPtr after = manager().items().front();
     manager().commands().startItems({after});
     expectWhole(after, 1, size);
