@@ -19,8 +19,8 @@ class WebBrowser;
 struct ViewPorts;
 
 /// One page of the embedded engine, below a line that says whose it is. Where there is no engine it says so instead,
-/// and goes on by itself once there is one. What the page wants a window for is loaded in its place, or not at all; files
-/// are refused.
+/// and goes on by itself once there is one. What the page wants a window for is loaded in its place, or not at all;
+/// files are refused.
 class PageFrame final : public QWidget, private WebPage::Judge
 {
     Q_OBJECT

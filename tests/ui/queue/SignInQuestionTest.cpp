@@ -191,8 +191,8 @@ TEST_F(SignInQuestionTest, FillsInNothingWithoutAnAccount)
     ask();
     press("cancelSignIn");
     engine.manager().accounts().set({off});
-    EXPECT_TRUE(engine.manager().questions().awaitLogin(ItemId::make(), SupportedHost::terabytez,
-                                                        engine.clock.steadyNow()));
+    EXPECT_TRUE(
+        engine.manager().questions().awaitLogin(ItemId::make(), SupportedHost::terabytez, engine.clock.steadyNow()));
     turnEventLoop();
     ASSERT_EQ(sheets().size(), 1);
     EXPECT_EQ(filled(), u"document.documentElement.innerHTML");

@@ -82,8 +82,8 @@ TEST_F(TerabytezSignInTest, FillsInWhatIsStoredAndThenReadsThePage)
     begin({u"an'na"_s, u"s3\\cret"_s});
     EXPECT_EQ(fills(), 0); // nothing is shown yet
     show(loginPage);
-    EXPECT_EQ(page->scripts, (QStringList{fillScript({u"an'na"_s, u"s3\\cret"_s}),
-                                          u"document.documentElement.innerHTML"_s}));
+    EXPECT_EQ(page->scripts,
+              (QStringList{fillScript({u"an'na"_s, u"s3\\cret"_s}), u"document.documentElement.innerHTML"_s}));
     EXPECT_FALSE(signIn->isLoggedIn());
     show(loginPage);
     EXPECT_EQ(fills(), 2);
