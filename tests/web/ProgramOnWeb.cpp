@@ -69,9 +69,6 @@ bool ProgramOnWeb::waitUntilGone(const QString& name)
 QVariant ProgramOnWeb::inPage(const QString& script)
 {
     const auto* const frame = inSight<PageFrame>(u"pageFrame"_s);
-    if (getenv("DBG")) { qWarning() << "frame" << bool(frame) << (frame && frame->page()) << script; if (frame && frame->page()) qWarning() << frame->page()->url().has_value() << QCoro::waitFor(frame->page()->run(u"document.documentElement.outerHTML"_s)).toString().left(300);
-      for (auto& item : manager().items()) qWarning() << item->status().kind() << item->status().message() << item->filename(); 
-      for (auto* w : QApplication::topLevelWidgets()) qWarning() << w << w->isVisible(); }
     return frame && frame->page() ? QCoro::waitFor(frame->page()->run(script)) : QVariant();
 }
 
