@@ -1,4 +1,5 @@
 #include "resolvers/terabytez/TerabytezAccountPage.h"
+
 #include "resolvers/terabytez/TerabytezSite.h"
 
 #include <gtest/gtest.h>
@@ -76,6 +77,13 @@ TEST(TerabytezAccountPage, AnyOtherPageTellsNothing)
 {
     EXPECT_EQ(account(u"Gold account, valid until 31 December 2026, traffic 5 GB"_s), std::nullopt);
     EXPECT_EQ(account({}), std::nullopt);
+}
+
+TEST(TerabytezAccountPage, WhereAPlanMustBeToldAnyOtherPagesIsUnknown)
+{
+    EXPECT_EQ(terabytezAccountOrUnknown(u"Gold, traffic 5 GB"_s, newYear()),
+              (PremiumAccountInfo{u"Unknown"_s, {}, {}, {}}));
+    EXPECT_EQ(terabytezAccountOrUnknown(u"my affiliate, gold"_s, newYear()).plan, u"Gold");
 }
 
 TEST(TerabytezAccountPage, WhatThePageDoesNotTellStaysEmpty)
