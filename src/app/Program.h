@@ -23,6 +23,7 @@
 #include "platform/storage/FileWriter.h"
 #include "platform/storage/Trash.h"
 #include "platform/storage/UserDefaults.h"
+#include "platform/web/KeptCookies.h"
 #include "platform/web/WebBrowser.h"
 #include "resolvers/ResolverTables.h"
 #include "resolvers/filestore/FilestoreLoginCache.h"
@@ -76,6 +77,7 @@ private:
     FeedUpdater m_updater;
     Background m_pageReading;
     FilestoreLoginCache m_filestoreLogins{m_clock};
+    KeptCookies m_keptCookies;
     ResolverTables m_resolvers;
     DesktopTrash m_trash;
     DesktopFileViewer m_fileViewer;
