@@ -24,8 +24,8 @@ bool hasFileEnding(const QString& address)
 /// For texts of pages, whose blanks are any that Unicode knows.
 BoundedRegex anyBlanksIgnoringCase(const QString& pattern)
 {
-    return BoundedRegex(pattern, QRegularExpression::CaseInsensitiveOption |
-                                     QRegularExpression::UseUnicodePropertiesOption);
+    return BoundedRegex(pattern,
+                        QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption);
 }
 
 std::optional<Link> firstDownload(const std::vector<QStringView>& addresses, const TerabytezSite& site)

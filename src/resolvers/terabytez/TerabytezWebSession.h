@@ -71,7 +71,7 @@ private:
     std::stop_token m_stop;
     std::optional<Wait> m_navCont; ///< the latest wait for a navigation, which may be over
     std::optional<Wait> m_pause;   ///< the latest wait for time
-    int m_pendingNavCount = 0; ///< navigations that ended while nobody waited
+    int m_pendingNavCount = 0;     ///< navigations that ended while nobody waited
     std::optional<Link> m_capturedDownloadURL;
     std::unique_ptr<WebPage> m_page;
     std::stop_callback<std::function<void()>> m_onStop;

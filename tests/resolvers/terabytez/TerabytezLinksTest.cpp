@@ -24,10 +24,9 @@ std::string fileOn(const QString& html, const TerabytezSite& site = usualSite)
 
 TEST(TerabytezLinks, WhatIsBelowDIsAFileAtAnyHostOfTheService)
 {
-    for (const QString& url :
-         {u"https://terabytez.example/d/abc"_s, u"https://www.terabytez.example/x/d/abc"_s,
-          u"http://fs.my-terabytez.test/d/"_s, u"https://TeraBytez.Example/d/abc"_s, u"https://terabytez.cc/d/a.html"_s,
-          u"https://terabytez.example/%64/abc"_s})
+    for (const QString& url : {u"https://terabytez.example/d/abc"_s, u"https://www.terabytez.example/x/d/abc"_s,
+                               u"http://fs.my-terabytez.test/d/"_s, u"https://TeraBytez.Example/d/abc"_s,
+                               u"https://terabytez.cc/d/a.html"_s, u"https://terabytez.example/%64/abc"_s})
         EXPECT_TRUE(isFile(url)) << url.toStdString();
     for (const QString& url : {u"https://other.example/d/abc"_s, u"https://terabytez.example/D/abc"_s,
                                u"https://terabytez.example/d"_s, u"https://terabytez.example/ad/x"_s,
@@ -48,9 +47,9 @@ TEST(TerabytezLinks, ANumberedFileServerOfAnybodyHasFiles)
 
 TEST(TerabytezLinks, AFilesEndingTellsAFileWhereTheServiceHasNoPages)
 {
-    for (const QString& ending : {u"zip"_s, u"rar"_s, u"r00"_s, u"r123"_s, u"7z"_s,  u"mkv"_s, u"mp4"_s, u"avi"_s,
-                                  u"mov"_s, u"wmv"_s, u"flv"_s, u"m4v"_s,  u"pdf"_s, u"iso"_s, u"tar"_s, u"gz"_s,
-                                  u"bz2"_s, u"xz"_s,  u"exe"_s, u"dmg"_s,  u"RAR"_s}) {
+    for (const QString& ending :
+         {u"zip"_s, u"rar"_s, u"r00"_s, u"r123"_s, u"7z"_s, u"mkv"_s, u"mp4"_s, u"avi"_s, u"mov"_s, u"wmv"_s, u"flv"_s,
+          u"m4v"_s, u"pdf"_s, u"iso"_s, u"tar"_s,  u"gz"_s, u"bz2"_s, u"xz"_s,  u"exe"_s, u"dmg"_s, u"RAR"_s}) {
         const QString file = u"https://%1/x."_s + ending;
         EXPECT_TRUE(isFile(file.arg(u"files.terabytez.example"_s))) << ending.toStdString();
         EXPECT_TRUE(isFile(file.arg(u"terabytez.cc"_s) + u"?token=1"_s)) << ending.toStdString();

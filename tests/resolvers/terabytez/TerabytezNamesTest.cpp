@@ -21,8 +21,8 @@ TEST(TerabytezNames, TheNameIsWhatEndsAsAFileDoes)
 
 TEST(TerabytezNames, NineEndingsAreKnown)
 {
-    for (const QString& ending : {u"zip"_s, u"rar"_s, u"r00"_s, u"r100"_s, u"7z"_s, u"mkv"_s, u"mp4"_s, u"avi"_s,
-                                  u"iso"_s, u"part12.rar"_s})
+    for (const QString& ending :
+         {u"zip"_s, u"rar"_s, u"r00"_s, u"r100"_s, u"7z"_s, u"mkv"_s, u"mp4"_s, u"avi"_s, u"iso"_s, u"part12.rar"_s})
         EXPECT_EQ(nameIn(u"x."_s + ending), "x." + ending.toStdString());
     for (const QString& heading : {u"x.pdf"_s, u"x.r1"_s, u"x"_s, u"zip"_s, u".zip"_s, u"a:.zip"_s})
         EXPECT_EQ(nameIn(heading), "-") << heading.toStdString();

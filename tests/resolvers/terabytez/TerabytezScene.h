@@ -13,7 +13,11 @@
 #include "resolvers/terabytez/TerabytezResolver.h"
 #include "resolvers/terabytez/TerabytezScripts.h"
 
+#include <QThread>
+
 #include <gtest/gtest.h>
+
+#include <future>
 
 namespace vormel {
 
@@ -41,15 +45,40 @@ protected:
     };
     using WalkPtr = std::shared_ptr<Walk>;
 
-    /// What every page shows, and what happens on it.
+    /// Keeps all threads busy that read pages, for as long as it lives.
+    class HeldReading
+    {
+    public:
+        explicit HeldReading(Background& background)
+        {
+            for (int thread = 0; thread < QThread::idealThreadCount(); ++thread)
+                spawn(hold(background, m_released));
+        }
+        HeldReading(const HeldReading&) = delete;
+        HeldReading& operator=(const HeldReading&) = delete;
+        ~HeldReading() { m_release.set_value(); }
+
+    private:
+        static QCoro::Task<> hold(Background& background, std::shared_future<void> release)
+        {
+            const auto wait = [release] { release.wait(); };
+            co_await background.run(wait);
+        }
+        std::promise<void> m_release;
+        std::shared_future<void> m_released = m_release.get_future().share();
+    };
+
+    /// What every page shows, and what happens on it. To be set before a walk begins, as reading may take no time.
     struct Shown
     {
         bool hasForm = false;
+        QVariant isSubmitted = true;
         QString heading;
         QString html;
         std::function<void(Page&)> onLoad;
         std::function<void(Page&)> onSubmit;
         std::function<void(Page&)> onOpenAccount;
+        std::function<void(Page&)> onRead;
     };
 
     TerabytezScene()
@@ -120,13 +149,22 @@ private:
                 return shown.hasForm;
             if (script == terabytezScripts::heading())
                 return shown.heading;
-            if (script == terabytezScripts::html())
+            if (script == terabytezScripts::html()) {
+                happen(shown.onRead, page);
                 return shown.html;
-            const bool isSubmit = script == terabytezScripts::submitForm();
-            if (const auto& happens = isSubmit ? shown.onSubmit : shown.onOpenAccount)
-                happens(page);
+            }
+            if (script == terabytezScripts::submitForm()) {
+                happen(shown.onSubmit, page);
+                return shown.isSubmitted;
+            }
+            happen(shown.onOpenAccount, page);
             return true;
         };
+    }
+    static void happen(std::function<void(Page&)> what, Page& page)
+    {
+        if (what)
+            what(page);
     }
     static QCoro::Task<> resolving(const TerabytezResolver& resolver, Link url, WalkPtr walk)
     {
