@@ -1,5 +1,4 @@
 #include "ProgramOnWeb.h"
-#include "WebWorld.h"
 
 #include <algorithm>
 
@@ -111,15 +110,6 @@ TEST_F(TerabytezOnWeb, RemovingTheItemAtWorkLetsTheNextOneGoOn)
     ASSERT_TRUE(waitUntil([&] { return services.terabytez.formsSentTo(pageOf(slow->originalURL())) == 1; }));
     manager().commands().removeItems({slow->id()});
     expectWhole(next, 3);
-}
-
-TEST_F(TerabytezOnWeb, AWrongCertificateEndsTheItemAndNothingIsAskedFor)
-{
-    const sites::FileServer impostor{{.tls = webWorld().certificates.valid({"elsewhere.example"})}};
-    webWorld().switchboard.lead({{"terabytez.example:443", "127.0.0.1:" + std::to_string(impostor.port())}});
-    const ItemPtr item = add(services.newFile());
-    EXPECT_TRUE(waitForStatus(item, DownloadStatus::failed));
-    EXPECT_TRUE(impostor.requests().empty());
 }
 
 TEST_P(TerabytezShapes, LeadToTheFile)
