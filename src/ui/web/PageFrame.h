@@ -48,7 +48,7 @@ public:
     void setZoom(double factor);
 
 Q_SIGNALS:
-    /// There is a page, and nothing has been loaded yet.
+    /// There is a page now, which loads what was asked for so far.
     void pageReady();
     /// As the page tells its judge. The frame may be deleted later, but not in here.
     void navigationOver(vormel::WebPage::End end);

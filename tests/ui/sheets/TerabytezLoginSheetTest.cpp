@@ -1,5 +1,6 @@
 #include "fixtures/EventLoop.h"
 #include "kit/Spinner.h"
+#include "kit/Theme.h"
 #include "ui/Part.h"
 #include "ui/sheets/SignInSheetPorts.h"
 #include "ui/sheets/signin/SignInMark.h"
