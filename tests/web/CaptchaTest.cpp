@@ -152,3 +152,28 @@ TEST_F(CaptchaOnWeb, ASecondContainerWaitsBehindTheFirst)
     solveAndExtract();
     EXPECT_THAT(added(), ElementsAre(onFirstHost, onSecondHost));
 }
+
+TEST_F(CaptchaOnWeb, HundredsOfPagesAreReadWhileDownloadsGoOn)
+{
+    constexpr int count = 200;
+    std::string body;
+    std::vector<std::string> targets;
+    for (int i = 0; i < count; ++i) {
+        targets.push_back("https://rapidgator.net/file/" + std::to_string(i) + "/film.rar");
+        body += sites::anchorTo(services.containers.addLinkPage(LinkPage::redirect, targets.back()));
+    }
+    manager().settings().maxDownloadSpeedKBps.set(100);
+    const ItemPtr download = add(services.newDirectFile(4'000'000));
+    manager().commands().startItems({download});
+    addContainer(body);
+    solve();
+    const qint64 before = download->bytesReceived();
+    press(u"extractLinks"_s);
+    EXPECT_TRUE(waitUntil([&] { return !inSight<QWidget>(captchaSheet); }, std::chrono::seconds(60)));
+    EXPECT_GT(download->bytesReceived(), before);
+    EXPECT_EQ(download->status(), DownloadStatus::downloading);
+    std::vector<std::string> urls = added();
+    ASSERT_EQ(urls.size(), targets.size() + 1);
+    urls.erase(urls.begin());
+    EXPECT_EQ(urls, targets);
+}
