@@ -66,7 +66,8 @@ TEST_F(CookieTest, OfOneHostAreNotSentToItsSubdomains)
 TEST_F(CookieTest, OfASiteAreToldWithAllThatTheyAre)
 {
     const qint64 expiry = QDateTime::currentSecsSinceEpoch() + 100'000;
-    const std::string date = QDateTime::fromSecsSinceEpoch(expiry, Qt::UTC).toString(u"ddd, dd MMM yyyy HH:mm:ss 'GMT'"_s).toStdString();
+    const std::string date =
+        QDateTime::fromSecsSinceEpoch(expiry, Qt::UTC).toString(u"ddd, dd MMM yyyy HH:mm:ss 'GMT'"_s).toStdString();
     server.serve("/login", {.answers = {Answer::page(200, "in")
                                             .withCookie("sid=1; HttpOnly; Path=/")
                                             .withCookie("lang=en; Domain=jar.example; Path=/login; Expires=" + date)}});
@@ -74,7 +75,8 @@ TEST_F(CookieTest, OfASiteAreToldWithAllThatTheyAre)
     EXPECT_EQ(load(urlOf("/login")), End::loaded);
     EXPECT_TRUE(fixtures::waitUntil([&] { return cookies().size() == 2; }));
     EXPECT_THAT(cookies(), UnorderedElementsAre("#HttpOnly_jar.example\tFALSE\t/\tFALSE\t0\tsid\t1",
-                                                ".jar.example\tTRUE\t/login\tFALSE\t" + QByteArray::number(expiry) + "\tlang\ten"));
+                                                ".jar.example\tTRUE\t/login\tFALSE\t" + QByteArray::number(expiry) +
+                                                    "\tlang\ten"));
     EXPECT_GE(changes.size(), 1);
 }
 
@@ -85,7 +87,8 @@ TEST_F(CookieTest, ChangeAndGoAsTheSiteSays)
                                         Answer::page(200, "out").withCookie("sid=; Path=/; Max-Age=0")}});
     EXPECT_EQ(load(urlOf("/login")), End::loaded);
     EXPECT_EQ(load(urlOf("/login")), End::loaded);
-    EXPECT_TRUE(fixtures::waitUntil([&] { return cookies() == QByteArrayList{"jar.example\tFALSE\t/\tFALSE\t0\tsid\t2"}; }));
+    EXPECT_TRUE(
+        fixtures::waitUntil([&] { return cookies() == QByteArrayList{"jar.example\tFALSE\t/\tFALSE\t0\tsid\t2"}; }));
     EXPECT_EQ(load(urlOf("/login")), End::loaded);
     EXPECT_TRUE(fixtures::waitUntil([&] { return cookies().isEmpty(); }));
 }
@@ -104,8 +107,8 @@ TEST_F(CookieTest, ThatAreRemovedAreSentNoMore)
 
 TEST_F(CookieTest, ThatAreNoneAreDropped)
 {
-    for (const char* line : {"", "jar.example", "jar.example\tFALSE\t/\tFALSE\t0\ta\tx;Domain=example", "Set-Cookie: a=b",
-                             "jar.example\tFALSE\t/\tFALSE\t100\told\t1"})
+    for (const char* line : {"", "jar.example", "jar.example\tFALSE\t/\tFALSE\t0\ta\tx;Domain=example",
+                             "Set-Cookie: a=b", "jar.example\tFALSE\t/\tFALSE\t100\told\t1"})
         browser.addCookie(line);
     EXPECT_THAT(cookies(), IsEmpty());
     EXPECT_EQ(load(urlOf("/page")), End::loaded);

@@ -120,7 +120,8 @@ TEST_F(FileTest, ThatAPageMakesItselfIsNeverWritten)
     EXPECT_THAT(judge.asked, ElementsAre("/page"));
     EXPECT_THAT(judge.shown, ElementsAre("/page"));
     for (const QString& file : world().home().files())
-        EXPECT_TRUE(file.startsWith(u"profile/"_s) || file.startsWith(u"slow-profile/"_s) || file.startsWith(u".pki/"_s))
+        EXPECT_TRUE(file.startsWith(u"profile/"_s) || file.startsWith(u"slow-profile/"_s) ||
+                    file.startsWith(u".pki/"_s))
             << file.toStdString();
     EXPECT_FALSE(world().home().exists(u"profile/.bashrc"_s));
 }

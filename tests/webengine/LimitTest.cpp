@@ -54,7 +54,8 @@ TEST_F(LimitTest, AScriptWithoutEndGivesNothingAfterTenSeconds)
 {
     servePage("/page", "<p>page");
     EXPECT_EQ(open("/page"), End::loaded);
-    QMetaObject::invokeMethod(qApp, [this] { clock.advance(10s); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        qApp, [this] { clock.advance(10s); }, Qt::QueuedConnection);
     EXPECT_EQ(answer(u"for (;;);"_s), QVariant());
 }
 

@@ -27,8 +27,8 @@ protected:
     [[nodiscard]] QString fateOf(const QString& promise)
     {
         tell(u"window.fate = ''; (async () => { try { const x = await (%1);"
-             " fate = typeof x === 'string' ? x : 'granted'; } catch (e) { fate = e.name || 'code ' + e.code; } })()"_s.arg(
-                 promise));
+             " fate = typeof x === 'string' ? x : 'granted'; } catch (e) { fate = e.name || 'code ' + e.code; } })()"_s
+                 .arg(promise));
         QString fate;
         static_cast<void>(fixtures::waitUntil(
             [&] {
@@ -78,7 +78,8 @@ TEST_F(RefusalTest, ALoginIsAskedForOnce)
 
 TEST_F(RefusalTest, NoFilesAreChosen)
 {
-    EXPECT_EQ(answer(u"const f = document.createElement('input'); f.type = 'file'; f.click(); f.files.length"_s), QVariant(0));
+    EXPECT_EQ(answer(u"const f = document.createElement('input'); f.type = 'file'; f.click(); f.files.length"_s),
+              QVariant(0));
     linger(std::chrono::milliseconds(100));
 }
 

@@ -85,7 +85,8 @@ TEST_F(RendererTest, ThatDiesBeforeTheAnswerIsNotFollowedByItsPage)
 TEST_F(RendererTest, ThatDiesAnswersTheScriptsThatRun)
 {
     EXPECT_EQ(open("/page"), End::loaded);
-    QMetaObject::invokeMethod(qApp, [this] { kill(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        qApp, [this] { kill(); }, Qt::QueuedConnection);
     EXPECT_EQ(answer(u"for (;;);"_s), QVariant());
 }
 

@@ -43,14 +43,17 @@ TEST_F(ScriptTest, IsNotBentByThePage)
     EXPECT_EQ(answer(u"'text'"_s), QVariant(u"text"_s));
     EXPECT_EQ(answer(u"typeof mine"_s), QVariant(u"undefined"_s));
     EXPECT_EQ(answer(u"window.ours = 1"_s), QVariant(1));
-    tell(u"const s = document.createElement('script'); s.textContent = 'document.title = typeof ours'; document.body.append(s)"_s);
+    tell(
+        u"const s = document.createElement('script'); s.textContent = 'document.title = typeof ours'; document.body.append(s)"_s);
     EXPECT_EQ(answer(u"document.title"_s), QVariant(u"undefined"_s));
 }
 
 TEST_F(ScriptTest, RunsWhateverThePagesPolicyIs)
 {
-    serveAnswer("/page", Answer::page(200, "<p>page").withHeader("Content-Security-Policy",
-                         "default-src 'none'; script-src 'none'; require-trusted-types-for 'script'; sandbox"));
+    serveAnswer("/page",
+                Answer::page(200, "<p>page")
+                    .withHeader("Content-Security-Policy",
+                                "default-src 'none'; script-src 'none'; require-trusted-types-for 'script'; sandbox"));
     ASSERT_EQ(open("/page"), End::loaded);
     EXPECT_EQ(answer(u"document.body.textContent"_s), QVariant(u"page"_s));
 }
