@@ -42,7 +42,7 @@ QCoro::Task<> TerabytezWebSession::pause(std::chrono::nanoseconds time)
 QCoro::Task<> TerabytezWebSession::over(Wait wait, std::chrono::nanoseconds longest) const
 {
     const Timer timer = m_ports.clock.after(longest, [wait] { wait.deliver(true); });
-    co_await wait;
+    static_cast<void>(co_await wait);
     expectGoingOn();
 }
 
