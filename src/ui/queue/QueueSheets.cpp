@@ -16,14 +16,13 @@ namespace vormel {
 namespace {
 
 /// Nothing is filled in where the host has no account that is used.
-QCoro::Task<> fillIn(QPointer<TerabytezLoginSheetView> sheet, Accounts& accounts, // NOLINT(*-reference-coroutine-*)
-                     SupportedHost host)
+QCoro::Task<> fillIn(QPointer<TerabytezLoginSheetView> sheet, QPointer<Accounts> accounts, SupportedHost host)
 {
-    const HostAccount* const found = accounts.firstEnabled(host);
+    const HostAccount* const found = accounts->firstEnabled(host);
     if (!found)
         co_return;
     const HostAccount account = *found;
-    const QString password = co_await accounts.loadPassword(account);
+    const QString password = co_await accounts->loadPassword(account);
     if (sheet)
         sheet->setCredentials({account.username, password});
 }
@@ -170,7 +169,7 @@ void QueueSheets::ask(SupportedHost host)
     auto* sheet = new TerabytezLoginSheetView({pagePorts(m_ports), site}, &m_page);
     connect(sheet, &TerabytezLoginSheetView::loggedIn, &m_manager.questions(), &Questions::loginSucceeded);
     openQuestion(sheet, [this] { m_manager.questions().cancelLogin(); });
-    spawn(fillIn(sheet, m_manager.accounts(), host));
+    spawn(fillIn(sheet, &m_manager.accounts(), host));
 }
 
 } // namespace vormel
