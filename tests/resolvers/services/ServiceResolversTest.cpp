@@ -29,8 +29,8 @@ protected:
     Background background;
     FilestoreLoginCache logins{clock};
     KeptCookies kept{{web, secrets, cookies}, [](const QByteArray&) { return true; }};
-    ResolverTables tables = serviceResolvers(Services::builtIn(),
-                                             {http, cookies, secrets, clock, background, logins, web, kept});
+    ResolverTables tables =
+        serviceResolvers(Services::builtIn(), {http, cookies, secrets, clock, background, logins, web, kept});
 };
 
 TEST_F(ServiceResolversTest, EachPremiumHostHasItsOwn)

@@ -52,9 +52,14 @@ TEST_F(TerabytezAccountWalkTest, GoesFromTheFirstPageToTheAccountAndTellsItsPlan
 {
     shown.html = signedInPage;
     accountOpens();
+    std::vector<Link> loads;
+    shown.onLoad = [&loads](Page& page) {
+        loads = page.loads;
+        page.arrivesAt(u"https://terabytez.example/"_s);
+    };
     const WalkPtr walk = check();
-    EXPECT_EQ(page().loads, std::vector<Link>{fixtures::link(u"https://terabytez.example/"_s)});
     ASSERT_TRUE(ends(walk));
+    EXPECT_EQ(loads, std::vector<Link>{fixtures::link(u"https://terabytez.example/"_s)});
     ASSERT_TRUE(walk->account);
     EXPECT_EQ(*walk->account, (PremiumAccountInfo{u"Gold"_s, {}, 5'000'000'000, {}}));
     EXPECT_THAT(browser.pages, IsEmpty());

@@ -8,29 +8,14 @@ namespace vormel {
 namespace {
 
 using namespace std::chrono_literals;
-using testing::Contains;
 using testing::IsEmpty;
-using testing::Not;
 
-const QString filePage = u"https://terabytez.example/f1"_s;
 const QString fileAddress = u"https://dl7.any.example/x/film.rar"_s;
 const QByteArray loginCookie = ".terabytez.example\tTRUE\t/\tTRUE\t0\txfss\tabc";
 
 class TerabytezFileWalkTest : public TerabytezScene
 {
 protected:
-    /// The page is loaded at once, at its own address.
-    void loadsAtOnce()
-    {
-        shown.onLoad = [](Page& page) { page.arrivesAt(filePage); };
-    }
-    /// Its file has the name that its heading tells.
-    void loadsWithForm()
-    {
-        loadsAtOnce();
-        shown.hasForm = true;
-        shown.heading = u"Download: film.rar (2 GB)"_s;
-    }
     void expectFound(const WalkPtr& walk, const std::string& name = "film.rar", const QString& url = fileAddress)
     {
         ASSERT_TRUE(ends(walk));
@@ -179,7 +164,7 @@ TEST_F(TerabytezFileWalkTest, ANavigationThatEndsWhileNobodyWaitsLetsTheNextWait
 
 TEST_F(TerabytezFileWalkTest, EachNavigationLetsOneWaitPass)
 {
-    shown.onLoad = [](Page& page) {
+    shown.onLoad = [this](Page& page) {
         page.arrivesAt(filePage);
         page.ends();
         page.ends();
@@ -325,8 +310,8 @@ TEST_F(TerabytezFileWalkTest, AFormThatIsGoneWhenItIsSubmittedIsNotWaitedFor)
 TEST_F(TerabytezFileWalkTest, OnlyTrueItselfSaysThatThereIsAForm)
 {
     for (const QVariant& answer : {QVariant(1), QVariant(u"true"_s), QVariant(), QVariant(false)}) {
-        browser.onPage = [answer](Page& page) {
-            page.onLoad = [&page](const Link&) { page.arrivesAt(filePage); };
+        browser.onPage = [this, answer](Page& page) {
+            page.onLoad = [this, &page](const Link&) { page.arrivesAt(filePage); };
             page.onScript = [answer](const QString&) { return std::optional(answer); };
         };
         const WalkPtr walk = start();
@@ -356,50 +341,6 @@ TEST_F(TerabytezFileWalkTest, AWalkThatFindsNothingHandsNothingOn)
     expectError(start(), Kind::loginRequired);
     EXPECT_THAT(transfers.cookies(), IsEmpty());
 }
-
-/// Where a walk is stopped.
-enum class Moment
-{
-    load,
-    formWait,
-    script,
-    reading,
-    post,
-};
-
-class TerabytezFileWalkStop : public TerabytezFileWalkTest, public testing::WithParamInterface<Moment>
-{};
-
-TEST_P(TerabytezFileWalkStop, EndsThePageAtOnceAndTellsNothing)
-{
-    browser.jar = {loginCookie};
-    shown.html = fileAddress;
-    if (GetParam() == Moment::post || GetParam() == Moment::reading)
-        loadsWithForm();
-    else if (GetParam() != Moment::load)
-        loadsAtOnce();
-    if (GetParam() == Moment::script)
-        browser.onPage = [](Page& page) { page.onLoad = [&page](const Link&) { page.arrivesAt(filePage); }; };
-    if (GetParam() == Moment::reading)
-        shown.onSubmit = [](Page& page) { page.ends(); };
-    std::optional<HeldReading> held;
-    if (GetParam() == Moment::reading)
-        held.emplace(background);
-    const WalkPtr walk = start();
-    ASSERT_TRUE(GetParam() != Moment::post || comes([this] { return timesRun(terabytezScripts::submitForm()) == 1; }));
-    ASSERT_FALSE(walk->isOver);
-    walk->stop.request_stop();
-    EXPECT_THAT(browser.pages, IsEmpty());
-    held.reset();
-    ASSERT_TRUE(ends(walk));
-    EXPECT_FALSE(walk->found || walk->error);
-    EXPECT_EQ(clock.pendingTimers(), 0);
-    EXPECT_THAT(transfers.cookies(), IsEmpty());
-}
-
-INSTANTIATE_TEST_SUITE_P(Moments, TerabytezFileWalkStop,
-                         testing::Values(Moment::load, Moment::formWait, Moment::script, Moment::reading,
-                                         Moment::post));
 
 } // namespace
 } // namespace vormel

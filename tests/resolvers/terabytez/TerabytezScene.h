@@ -95,7 +95,20 @@ protected:
         }));
     }
 
-    WalkPtr start(const QString& url = QStringLiteral("https://terabytez.example/f1"))
+    /// The file's page comes at once.
+    void loadsAtOnce()
+    {
+        shown.onLoad = [this](Page& page) { page.arrivesAt(filePage); };
+    }
+    /// Its file has the name that its heading tells.
+    void loadsWithForm()
+    {
+        loadsAtOnce();
+        shown.hasForm = true;
+        shown.heading = QStringLiteral("Download: film.rar (2 GB)");
+    }
+    WalkPtr start() { return start(filePage); }
+    WalkPtr start(const QString& url)
     {
         const WalkPtr walk = newWalk();
         spawn(resolving(resolver, fixtures::link(url), walk));
@@ -122,6 +135,7 @@ protected:
     [[nodiscard]] qsizetype timesRun(const QString& script) const { return page().scripts.count(script); }
     [[nodiscard]] static QString formQuestion() { return terabytezScripts::hasElement(QStringLiteral("form")); }
 
+    const QString filePage = QStringLiteral("https://terabytez.example/f1");
     Shown shown;
     fixtures::ScriptedBrowser browser;
     fixtures::FakeSecrets secrets;
