@@ -93,8 +93,8 @@ void AccountRow::layOut()
     m_disabled->setVisible(!m_account.isEnabled);
     m_line->setSpacing(spacing);
     m_line->addLayout(names, 1);
-    for (const Control each : allControls)
-        m_line->addWidget(control(each));
+    for (QWidget* const each : {control(Control::check), control(Control::edit), control(Control::remove)})
+        m_line->addWidget(each);
     m_below->setSpacing(spacing);
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, Card::endOfRow, 0);
@@ -108,19 +108,23 @@ void AccountRow::layOut()
     moveNotes(true);
 }
 
-/// What is told of the account stands before the controls; where there is too little room for that, below the names.
+/// What is told of the account stands before the controls; where there is too little room for that, below the names. So
+/// does the control that not all rows have.
 void AccountRow::moveNotes(bool areBeside)
 {
     constexpr int behindNames = 1;
+    constexpr int behindCheck = 4;
     m_areNotesBeside = areBeside;
     for (QBoxLayout* const line : {m_line, m_below}) {
         line->removeWidget(m_disabled);
         line->removeWidget(m_message);
+        line->removeWidget(m_signOut);
     }
     QBoxLayout* const line = areBeside ? m_line : m_below;
     const int place = areBeside ? behindNames : 0;
     line->insertWidget(place, m_disabled, 0, Qt::AlignLeading | Qt::AlignVCenter);
     line->insertWidget(place + 1, m_message, areBeside ? 0 : 1);
+    line->insertWidget(areBeside ? behindCheck : place + 2, m_signOut, 0, Qt::AlignTrailing | Qt::AlignVCenter);
     m_message->setAlignment((areBeside ? Qt::AlignTrailing : Qt::AlignLeading) | Qt::AlignVCenter);
 }
 
@@ -226,7 +230,8 @@ void AccountRow::resizeEvent(QResizeEvent* event)
 {
     constexpr int roomy = 560;
     QWidget::resizeEvent(event);
-    const bool areBeside = width() >= roomy;
+    const int taken = m_signOut->isHidden() ? 0 : m_signOut->sizeHint().width();
+    const bool areBeside = width() >= roomy + taken;
     if (areBeside != m_areNotesBeside)
         moveNotes(areBeside);
 }
