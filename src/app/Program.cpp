@@ -18,19 +18,27 @@ QString ownVersion()
 
 } // namespace
 
-Program::Program(const Folders& folders, const CurlHttpClient::Options& network, const Contacts& contacts)
+Program::Program(const Folders& folders, const CurlHttpClient::Options& network, const Contacts& contacts,
+                 const QString& webPlugin)
     : m_downloadsFolder(folders.downloads)
     , m_services(readServicesFile(folders.configuration + u"/services.json"_s, Services::builtIn()))
     , m_http(m_clock, network)
+    , m_web({webPlugin, folders.applicationSupport + u"/web"_s}, m_clock)
     , m_keyring(m_clock, contacts.sessionBus)
     , m_secretsFile(folders.applicationSupport + u"/secrets/passwords.json"_s, m_fileWriter)
     , m_defaults(folders.configuration + u"/preferences.json"_s, m_fileWriter)
     , m_launchPing(m_http, m_defaults, {contacts.telemetry, ownVersion(), QSysInfo::prettyProductName()})
     , m_updater(m_http, m_defaults, m_clock, QUrl(contacts.updateFeed), Version::parse(ownVersion()).value())
+    , m_keptCookies({m_web, m_secrets, *m_http.sharedCookies()},
+                    [ownDomain = m_services.services.terabytezDomain.toUtf8()](const QByteArray& domain) {
+                        return domain.contains("terabytez") || domain.contains(ownDomain);
+                    })
     , m_resolvers(serviceResolvers(
           m_services.services, {m_http, *m_http.sharedCookies(), m_secrets, m_clock, m_pageReading, m_filestoreLogins}))
     , m_terminal(folders.runtime, qEnvironmentVariable("TERMINAL"))
     , m_manager(platform(folders), DownloadManager::Ports{m_resolvers, m_extractor})
+    , m_signIn({{m_web, [this] { return m_keptCookies.restore(); }, m_clock, m_manager.settings()},
+                {m_resolvers.profiles().of(SupportedHost::terabytez).domain}})
 {
     QObject::connect(&m_manager.accounts(), &Accounts::credentialsChanged, &m_manager,
                      [this](const HostAccount& account) { forgetLogin(account); });
@@ -59,8 +67,8 @@ Platform Program::platform(const Folders& folders)
 
 ViewPorts Program::viewPorts()
 {
-    return {m_manager,         m_clock,    m_fileViewer, m_urlOpener,      m_toolWatch,
-            m_packageManagers, m_terminal, m_signIn,     m_downloadsFolder};
+    return {m_manager,  m_clock,  m_fileViewer, m_urlOpener,   m_toolWatch,      m_packageManagers,
+            m_terminal, m_signIn, m_web,        m_keptCookies, m_downloadsFolder};
 }
 
 } // namespace vormel

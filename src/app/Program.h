@@ -5,7 +5,6 @@
 #include "archive/tools/ArchiveExtractor.h"
 #include "archive/tools/ToolWatch.h"
 #include "engine/DownloadManager.h"
-#include "kit/SignInSheet.h"
 #include "model/ServicesFile.h"
 #include "platform/Platform.h"
 #include "platform/async/Background.h"
@@ -23,10 +22,12 @@
 #include "platform/storage/FileWriter.h"
 #include "platform/storage/Trash.h"
 #include "platform/storage/UserDefaults.h"
-#include "platform/web/WebBrowser.h"
+#include "platform/web/KeptCookies.h"
+#include "platform/web/PluginBrowser.h"
 #include "resolvers/ResolverTables.h"
 #include "resolvers/filestore/FilestoreLoginCache.h"
 #include "ui/ViewPorts.h"
+#include "ui/sheets/signin/PageSignInSheet.h"
 
 namespace vormel {
 
@@ -44,9 +45,9 @@ public:
     };
 
     /// Reads services, preferences and queue from the folders; the first start of an installation is counted on the
-    /// way.
-    explicit Program(const Folders& folders, const CurlHttpClient::Options& network = {},
-                     const Contacts& contacts = {});
+    /// way. The plugin is the file with the engine of the pages, and need not be there.
+    explicit Program(const Folders& folders, const CurlHttpClient::Options& network = {}, const Contacts& contacts = {},
+                     const QString& webPlugin = {});
 
     [[nodiscard]] DownloadManager& manager() { return m_manager; }
     /// What the window works with; lives as long as the program.
@@ -65,7 +66,7 @@ private:
     ServicesReading m_services;
     SystemClock m_clock;
     CurlHttpClient m_http;
-    NoWebBrowser m_web;
+    PluginBrowser m_web;
     FileWriter m_fileWriter;
     KeyringSecrets m_keyring;
     FileSecrets m_secretsFile;
@@ -76,17 +77,18 @@ private:
     FeedUpdater m_updater;
     Background m_pageReading;
     FilestoreLoginCache m_filestoreLogins{m_clock};
+    KeptCookies m_keptCookies;
     ResolverTables m_resolvers;
     DesktopTrash m_trash;
     DesktopFileViewer m_fileViewer;
     DesktopUrlOpener m_urlOpener;
     DesktopPackageManagers m_packageManagers;
     DesktopTerminal m_terminal;
-    NoSignInSheet m_signIn;
     ToolRunner m_tools;
     ToolWatch m_toolWatch{m_tools};
     ArchiveExtractor m_extractor{m_tools};
     DownloadManager m_manager;
+    PageSignInSheet m_signIn;
 };
 
 } // namespace vormel

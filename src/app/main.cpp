@@ -12,6 +12,8 @@
 #include "platform/process/OpenFileLimit.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFileInfo>
 
 using namespace Qt::StringLiterals;
 
@@ -57,13 +59,21 @@ vormel::Program::Contacts contacts()
             qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS")};
 }
 
+/// The engine of the pages lies beside the program where that was built, and elsewhere where it is installed.
+QString webPlugin()
+{
+    const QDir programs(QApplication::applicationDirPath());
+    const QString built = programs.filePath(u"../webengine/vormel-web.so"_s);
+    return QDir::cleanPath(QFileInfo::exists(built) ? built : programs.filePath(QStringLiteral(VORMEL_WEB_PLUGIN)));
+}
+
 /// The whole life of the program that holds the lock.
 int run(const vormel::SingleInstance& instance, vormel::TerminationSignals& signalsOfTheSystem,
         const vormel::Folders& folders)
 {
     vormel::CurlHttpClient::Options network;
     network.userAgent = "Vormel/" + QByteArray(vormel::programVersion.data());
-    vormel::Program program(folders, network, contacts());
+    vormel::Program program(folders, network, contacts(), webPlugin());
     vormel::MainWindow window(program.viewPorts(), program.updater());
     const vormel::WindowPlace windowPlace(window, window.splitter(), program.defaults());
     const vormel::UpdateNotice updateNotice(program.updater(), program.manager().settings(), program.urlOpener(),

@@ -24,6 +24,7 @@ struct HostProfile
     QString certificateFragment; ///< a host with this in it may have any certificate
     int rank = 0;                ///< its place in a choice of hosts
     bool looksUpNames = false;   ///< else names come from its web session alone
+    bool signsInInBrowser = false;
 };
 
 [[nodiscard]] bool isLinkOf(const HostProfile& profile, const Link& url);

@@ -25,7 +25,8 @@ HostProfile terabytez(const Services& services)
             .groupFragment = u"terabytez"_s,
             .certificateFragment = mirrorFragment(services.terabytezDomain),
             .rank = 0,
-            .looksUpNames = false};
+            .looksUpNames = false,
+            .signsInInBrowser = true};
 }
 
 HostProfile filestore(const Services& services)
@@ -38,7 +39,8 @@ HostProfile filestore(const Services& services)
             .groupFragment = u"filestore"_s,
             .certificateFragment = services.filestoreDomain,
             .rank = 1,
-            .looksUpNames = true};
+            .looksUpNames = true,
+            .signsInInBrowser = false};
 }
 
 } // namespace

@@ -7,23 +7,27 @@ namespace vormel {
 class Clock;
 class DownloadManager;
 class FileViewer;
+class KeptCookies;
 class PackageManagers;
 class SignInSheet;
 class Terminal;
 class ToolWatch;
 class UrlOpener;
+class WebBrowser;
 
 /// What the pages work with. All outlive them.
 struct ViewPorts
 {
     DownloadManager& manager;
-    const Clock& clock;
+    Clock& clock;
     FileViewer& fileViewer;
     UrlOpener& urlOpener;
     ToolWatch& tools;
     PackageManagers& packageManagers;
     Terminal& terminal;
     SignInSheet& signIn;
+    WebBrowser& web;
+    KeptCookies& keptCookies;
     QString downloadsFolder; ///< the user's, whatever the settings say
 };
 

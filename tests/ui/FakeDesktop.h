@@ -2,12 +2,14 @@
 
 #include "archive/tools/ToolWatch.h"
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/ScriptedBrowser.h"
 #include "kit/SignInSheet.h"
 #include "platform/async/Eventual.h"
 #include "platform/desktop/FileViewer.h"
 #include "platform/desktop/PackageManager.h"
 #include "platform/desktop/Terminal.h"
 #include "platform/desktop/UrlOpener.h"
+#include "platform/web/KeptCookies.h"
 #include "ui/ViewPorts.h"
 
 #include <QStringList>
@@ -82,9 +84,17 @@ struct FakeDesktop
 
     [[nodiscard]] ViewPorts ports()
     {
-        return {engine.manager(), engine.clock, viewer,
-                opener,           tools,        managers,
-                terminal,         signIn,       engine.sandbox.folders().downloads};
+        return {engine.manager(),
+                engine.clock,
+                viewer,
+                opener,
+                tools,
+                managers,
+                terminal,
+                signIn,
+                web,
+                keptCookies,
+                engine.sandbox.folders().downloads};
     }
 
     EngineOnScript& engine;
@@ -93,6 +103,9 @@ struct FakeDesktop
     FakePackageManagers managers;
     FakeTerminal terminal;
     FakeSignIn signIn;
+    ScriptedBrowser web;
+    KeptCookies keptCookies{{web, engine.secrets, engine.cookies},
+                            [](const QByteArray& domain) { return domain.contains("terabytez"); }};
     ToolRunner runner{engine.tools.folders()};
     ToolWatch tools{runner};
 };

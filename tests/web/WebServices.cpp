@@ -40,8 +40,7 @@ CurlHttpClient::Options WebServices::network() const
 Link WebServices::newFile(sites::TerabytezSite::Shape shape, qint64 size)
 {
     const int number = ++m_files;
-    const std::string url =
-        terabytez.addFile("film" + std::to_string(number) + ".rar", shape, contentOf(number, size));
+    const std::string url = terabytez.addFile("film" + std::to_string(number) + ".rar", shape, contentOf(number, size));
     return Link::parse(QString::fromStdString(url)).value();
 }
 
@@ -55,7 +54,7 @@ Link WebServices::newFilestoreFile()
 
 sites::PatternContent WebServices::contentOf(int number, qint64 size)
 {
-    return {static_cast<std::uint64_t>(number), static_cast<std::uint64_t>(size)};
+    return {static_cast<std::uint64_t>(number), size};
 }
 
 } // namespace vormel::fixtures

@@ -2,6 +2,7 @@
 
 #include "fixtures/Sandbox.h"
 #include "platform/http/CurlHttpClient.h"
+#include "sites/Switchboard.h"
 #include "sites/services/ContainerSite.h"
 #include "sites/services/FilestoreSite.h"
 #include "sites/services/TerabytezSite.h"

@@ -46,10 +46,13 @@ void Questions::ask(PendingExtractionPassword question)
     Q_EMIT changed();
 }
 
-void Questions::awaitLogin(const ItemId& id, SupportedHost host)
+bool Questions::awaitLogin(const ItemId& id, SupportedHost host, SteadyTime triedAt)
 {
-    if (m_signIns.await(id, host))
+    if (m_signIns.wasInVain(host, triedAt, m_clock.steadyNow()))
+        return false;
+    if (!m_signIns.hasSignedInSince(host, triedAt) && m_signIns.await(id, host))
         Q_EMIT changed();
+    return true;
 }
 
 std::optional<PendingCaptcha> Questions::pendingCaptcha() const
@@ -116,6 +119,7 @@ void Questions::cancelExtractionPassword()
 
 void Questions::loginSucceeded()
 {
+    m_signIns.signedIn(m_clock.steadyNow());
     m_signIns.answered();
     Q_EMIT changed();
     Q_EMIT signedIn();

@@ -16,12 +16,19 @@ class Questions final : public QObject
     Q_OBJECT
 
 public:
+    /// The clock must outlive this.
+    explicit Questions(const Clock& clock)
+        : m_clock(clock)
+    {}
+
     void ask(PendingCaptcha question);
     void ask(PendingHostSelection question);
     /// Nothing more happens for an item that is asked about already.
     void ask(PendingExtractionPassword question);
-    /// The queued item waits until the user has signed in to its host.
-    void awaitLogin(const ItemId& id, SupportedHost host);
+    /// The queued item, whose try began then, waits until the user has signed in to its host; or for nothing, if that
+    /// was done meanwhile. False if the user has signed in less than a minute ago and the host asks all the same: then
+    /// nobody is asked again.
+    [[nodiscard]] bool awaitLogin(const ItemId& id, SupportedHost host, SteadyTime triedAt);
 
     [[nodiscard]] std::optional<PendingCaptcha> pendingCaptcha() const;
     void addCaptchaLinks(const std::vector<Link>& urls);
@@ -57,6 +64,7 @@ Q_SIGNALS:
     void signInCancelled(const QSet<vormel::ItemId>& waiting);
 
 private:
+    const Clock& m_clock;
     std::deque<PendingCaptcha> m_captchas;
     std::deque<PendingHostSelection> m_hostSelections;
     std::deque<PendingExtractionPassword> m_passwords;

@@ -65,6 +65,7 @@ QCoro::Task<> DownloadStarter::startDownload(ItemPtr item)
     }
     abandon(item->id());
     const Attempt attempt;
+    const SteadyTime beganAt = m_ports.clock.steadyNow();
     m_attempts.emplace(item->id(), attempt);
     item->setStatus(DownloadStatus::resolving);
     try {
@@ -80,20 +81,24 @@ QCoro::Task<> DownloadStarter::startDownload(ItemPtr item)
         // Whoever took the item away has put the queue right already.
     } catch (const ResolverError& error) {
         m_attempts.erase(item->id());
-        resolveFailed(*item, error);
+        resolveFailed(*item, error, beganAt);
     } catch (const std::exception& error) {
         m_attempts.erase(item->id());
         startFailed(*item, QString::fromUtf8(error.what()));
     }
 }
 
-void DownloadStarter::resolveFailed(DownloadItem& item, const ResolverError& error)
+void DownloadStarter::resolveFailed(DownloadItem& item, const ResolverError& error, SteadyTime beganAt)
 {
     if (error.kind() != ResolverError::Kind::loginRequired)
         return startFailed(item, error.errorDescription());
     item.setStatus(DownloadStatus::queued);
     item.setSpeedBytesPerSec(0);
-    m_ports.questions.awaitLogin(item.id(), error.host());
+    if (!m_ports.questions.awaitLogin(item.id(), error.host(), beganAt)) {
+        // No countdown to the next try, which would lead to the same sign-in again and again.
+        item.setStatus(DownloadStatus::failure(error.errorDescription()));
+        m_ports.recovery.scheduleRecoveryCheck(item);
+    }
     m_ports.queue.processQueue();
 }
 

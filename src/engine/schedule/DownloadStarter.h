@@ -63,7 +63,7 @@ private:
     void beginTransfer(DownloadItem& item, const Link& address);
     /// What is in the part file is what the item has.
     void takeOver(DownloadItem& item, PartFile& file, const QString& usualPath);
-    void resolveFailed(DownloadItem& item, const ResolverError& error);
+    void resolveFailed(DownloadItem& item, const ResolverError& error, SteadyTime beganAt);
     void startFailed(DownloadItem& item, const QString& message);
 
     Ports m_ports;

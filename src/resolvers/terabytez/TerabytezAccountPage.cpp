@@ -11,7 +11,8 @@ namespace vormel {
 
 bool isTerabytezAccountPage(const QString& html)
 {
-    constexpr std::array<QLatin1StringView, 3> markers{"premium account expire"_L1, "my affiliate"_L1, "my username"_L1};
+    constexpr std::array<QLatin1StringView, 3> markers{"premium account expire"_L1, "my affiliate"_L1,
+                                                       "my username"_L1};
     const QString smallHtml = withSmallLetters(html);
     return std::any_of(markers.begin(), markers.end(),
                        [&smallHtml](QLatin1StringView marker) { return smallHtml.contains(marker); });
@@ -33,8 +34,7 @@ std::optional<PremiumAccountInfo> parseTerabytezAccount(const QString& html, Wal
         return std::nullopt;
     const PremiumTraffic traffic = parseTraffic(html);
     return PremiumAccountInfo{
-        parsePlan(html),
-        parseExpiry(html, {u"expir"_s, u"premium until"_s, u"valid until"_s, u"account type"_s}, now),
+        parsePlan(html), parseExpiry(html, {u"expir"_s, u"premium until"_s, u"valid until"_s, u"account type"_s}, now),
         traffic.remainingBytes, traffic.totalBytes};
 }
 

@@ -13,8 +13,10 @@ AccountCheck::AccountCheck(const Ports& ports, HostAccount account, QWidget* par
     , m_parent(parent)
 {}
 
+/// Who goes on because of the stop changes nothing that anybody looks at any more.
 AccountCheck::~AccountCheck()
 {
+    blockSignals(true);
     m_stop.request_stop();
 }
 
@@ -25,6 +27,14 @@ void AccountCheck::run()
     m_state.checkBegan();
     Q_EMIT changed();
     spawn(check(m_stop.get_token(), m_lifetime.watch()));
+}
+
+void AccountCheck::forget()
+{
+    if (m_state.testStatus() == AccountTestStatus::testing)
+        return;
+    m_state = AccountRowState();
+    Q_EMIT changed();
 }
 
 QCoro::Task<> AccountCheck::check(std::stop_token stop, Lifetime::Watch lifetime)

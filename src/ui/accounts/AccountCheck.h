@@ -32,6 +32,8 @@ public:
     [[nodiscard]] const AccountRowState& state() const { return m_state; }
     /// Nothing while one is under way.
     void run();
+    /// The account is signed out, so what a check told holds no more. One that is under way goes on.
+    void forget();
 
 Q_SIGNALS:
     void changed();

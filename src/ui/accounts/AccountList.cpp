@@ -53,6 +53,14 @@ void AccountList::startOver(const QUuid& id)
     m_rows.erase(m_rows.begin() + place);
 }
 
+void AccountList::signedOut(SupportedHost host)
+{
+    for (AccountRow* const row : m_rows) {
+        if (row->account().host == host)
+            row->signedOut();
+    }
+}
+
 AccountRow* AccountList::takeRow(const HostAccount& account)
 {
     const auto found = std::find_if(m_rows.begin(), m_rows.end(),
@@ -67,6 +75,7 @@ AccountRow* AccountList::takeRow(const HostAccount& account)
 AccountRow* AccountList::makeRow(const HostAccount& account)
 {
     auto* row = new AccountRow(m_ports, account, labelOf(account.host), this);
+    connect(row, &AccountRow::signOutRequested, this, [this, account] { Q_EMIT signOutRequested(account.host); });
     connect(row, &AccountRow::editRequested, this, [this, account] { Q_EMIT editRequested(account); });
     connect(row, &AccountRow::deleteRequested, this, [this, account] { Q_EMIT deleteRequested(account); });
     connect(row, &AccountRow::stepped, this, [this, id = account.id](int rows, AccountRow::Control control) {
@@ -95,7 +104,7 @@ QWidget* AccountList::focusRow(int place, AccountRow::Control control)
         return nullptr;
     AccountRow* const row = m_rows.at(std::min(static_cast<std::size_t>(place), m_rows.size() - 1));
     row->show(); // the layout would do so later, and what is hidden gets no focus
-    row->control(control)->setFocus();
+    row->focusOn(control);
     return row;
 }
 

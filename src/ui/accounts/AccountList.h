@@ -18,6 +18,8 @@ public:
     void setAccounts(const std::vector<HostAccount>& accounts);
     /// The row is made anew when the accounts are set next, even if its account is the same.
     void startOver(const QUuid& id);
+    /// What the checks of its accounts told holds no more.
+    void signedOut(SupportedHost host);
     /// Gives a control of the row at that place the focus, or the last row's where there are not so many. The row; null
     /// if there is none.
     QWidget* focusRow(int place, AccountRow::Control control);
@@ -25,6 +27,7 @@ public:
     [[nodiscard]] int placeOf(const QUuid& id) const;
 
 Q_SIGNALS:
+    void signOutRequested(vormel::SupportedHost host);
     void editRequested(const vormel::HostAccount& account);
     void deleteRequested(const vormel::HostAccount& account);
 

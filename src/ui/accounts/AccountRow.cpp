@@ -6,6 +6,7 @@
 #include "kit/ElidedLabel.h"
 #include "kit/GlyphIcon.h"
 #include "kit/TagLabel.h"
+#include "resolvers/ResolverTables.h"
 #include "ui/accounts/CheckButton.h"
 #include "ui/accounts/PremiumBlock.h"
 #include "ui/accounts/StatusDot.h"
@@ -32,6 +33,7 @@ AccountRow::AccountRow(const ViewPorts& ports, HostAccount account, QString host
     , m_disabled(new TagLabel(Tint::orange, this))
     , m_message(new StyledLabel(StyledLabel::Style::caption, Tint::red, this))
     , m_checkButton(new CheckButton(this))
+    , m_signOut(new SheetButton(this))
     , m_edit(new SheetButton(this))
     , m_remove(new QToolButton(this))
     , m_line(new QHBoxLayout)
@@ -56,6 +58,7 @@ void AccountRow::nameParts()
     m_premium->setObjectName(u"premiumBlock"_s);
     m_disabled->setObjectName(u"accountDisabled"_s);
     m_message->setObjectName(u"checkMessage"_s);
+    m_signOut->setObjectName(u"signOutAccount"_s);
     m_edit->setObjectName(u"editAccount"_s);
     m_remove->setObjectName(u"deleteAccount"_s);
 }
@@ -64,14 +67,18 @@ void AccountRow::setUpButtons()
 {
     constexpr int air = 10;
     m_checkButton->setAir(air);
-    m_edit->setAir(air);
-    m_edit->setAutoDefault(true); // Return does what Space does
+    for (SheetButton* const button : {m_signOut, m_edit}) {
+        button->setAir(air);
+        button->setAutoDefault(true); // Return does what Space does
+    }
+    m_signOut->setVisible(m_ports.manager.resolvers().profiles().of(m_account.host).signsInInBrowser);
     m_remove->setIcon(glyphIcon(Glyph::trash, Tint::red));
     m_remove->setAutoRaise(true);
     m_remove->setFocusPolicy(Qt::StrongFocus);
     for (const Control each : allControls)
         control(each)->installEventFilter(this);
     connect(m_checkButton, &CheckButton::checkRequested, m_check, &AccountCheck::run);
+    connect(m_signOut, &QPushButton::clicked, this, &AccountRow::signOutRequested);
     connect(m_edit, &QPushButton::clicked, this, &AccountRow::editRequested);
     connect(m_remove, &QToolButton::clicked, this, &AccountRow::deleteRequested);
 }
@@ -122,12 +129,20 @@ QWidget* AccountRow::control(Control control) const
     switch (control) {
     case Control::check:
         return m_checkButton;
+    case Control::signOut:
+        return m_signOut;
     case Control::edit:
         return m_edit;
     case Control::remove:
         return m_remove;
     }
     Q_UNREACHABLE();
+}
+
+void AccountRow::focusOn(Control control)
+{
+    const bool isThere = control != Control::signOut || !m_signOut->isHidden();
+    this->control(isThere ? control : Control::edit)->setFocus();
 }
 
 void AccountRow::showTexts()
@@ -137,6 +152,8 @@ void AccountRow::showTexts()
     const auto named = [&name](const QString& action) { return name + u": "_s + action; };
     setAccessibleName(name);
     m_disabled->setText(pair(language, u"Disabled", u"Disabilitato"));
+    m_signOut->setText(pair(language, u"Sign out", u"Esci"));
+    m_signOut->setAccessibleName(named(m_signOut->text()));
     m_edit->setText(pair(language, u"Edit", u"Modifica"));
     m_edit->setAccessibleName(named(m_edit->text()));
     m_remove->setToolTip(pair(language, u"Delete", u"Elimina"));

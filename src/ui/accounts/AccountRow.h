@@ -31,18 +31,25 @@ public:
     enum class Control
     {
         check,
+        signOut,
         edit,
         remove,
     };
-    static constexpr std::array<Control, 3> allControls{Control::check, Control::edit, Control::remove};
+    static constexpr std::array<Control, 4> allControls{Control::check, Control::signOut, Control::edit,
+                                                        Control::remove};
 
     AccountRow(const ViewPorts& ports, HostAccount account, QString hostLabel, QWidget* parent);
 
     [[nodiscard]] const HostAccount& account() const { return m_account; }
     [[nodiscard]] const AccountRowState& state() const { return m_check->state(); }
     [[nodiscard]] QWidget* control(Control control) const;
+    /// Gives it the focus, or the one after it where the row has not that.
+    void focusOn(Control control);
+    /// Nobody is signed in to its host any more.
+    void signedOut() { m_check->forget(); }
 
 Q_SIGNALS:
+    void signOutRequested();
     void editRequested();
     void deleteRequested();
     /// The keyboard wants the same control in a row so many further down.
@@ -74,6 +81,7 @@ private:
     TagLabel* m_disabled;
     StyledLabel* m_message;
     CheckButton* m_checkButton;
+    SheetButton* m_signOut; ///< only where the host signs in in the browser
     SheetButton* m_edit;
     QToolButton* m_remove;
     QBoxLayout* m_line;  ///< of the names and the controls

@@ -7,6 +7,7 @@
 #include "kit/ScrollPage.h"
 #include "kit/Separator.h"
 #include "platform/async/Spawn.h"
+#include "platform/web/KeptCookies.h"
 #include "resolvers/ResolverTables.h"
 #include "ui/accounts/AccessibleAccounts.h"
 #include "ui/accounts/AccountEditView.h"
@@ -49,6 +50,7 @@ AccountsView::AccountsView(const ViewPorts& ports, QWidget* parent)
     layOut();
     bindTexts();
     connect(m_add, &QToolButton::clicked, this, &AccountsView::add);
+    connect(m_list, &AccountList::signOutRequested, this, &AccountsView::signOut);
     connect(m_list, &AccountList::editRequested, this, &AccountsView::edit);
     connect(m_list, &AccountList::deleteRequested, this, &AccountsView::remove);
     connect(&ports.manager.accounts(), &Accounts::changed, this, &AccountsView::showAccounts);
@@ -139,6 +141,12 @@ void AccountsView::save(const HostAccount& account, const QString& password)
     spawn(m_ports.manager.accounts().put(account, password)); // the list changes at once
     scrollTo(
         m_list->focusRow(m_list->placeOf(account.id), isNew ? AccountRow::Control::check : AccountRow::Control::edit));
+}
+
+void AccountsView::signOut(SupportedHost host)
+{
+    spawn(m_ports.keptCookies.forget());
+    m_list->signedOut(host);
 }
 
 /// The focus goes on to the next account, and not to a button that would delete it.

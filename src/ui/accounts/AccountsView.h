@@ -35,6 +35,7 @@ private:
     void add();
     void edit(const HostAccount& account);
     void save(const HostAccount& account, const QString& password);
+    void signOut(SupportedHost host);
     void remove(const HostAccount& account);
     void scrollTo(QWidget* row);
 

@@ -43,7 +43,7 @@ DownloadQueueView::DownloadQueueView(const ViewPorts& ports, QWidget* parent)
     , m_empty(new EmptyState(Glyph::arrowDownCircle, this))
     , m_pages(new QStackedLayout)
     , m_overlay(new DropOverlay(this))
-    , m_sheets(new QueueSheets(ports.manager, *this))
+    , m_sheets(new QueueSheets(ports, *this))
 {
     setObjectName(u"downloadQueueView"_s);
     setAcceptDrops(true);

@@ -1,21 +1,42 @@
 #include "ui/queue/QueueSheets.h"
 
 #include "engine/DownloadManager.h"
+#include "platform/async/Spawn.h"
+#include "resolvers/ResolverTables.h"
 #include "ui/sheets/AddURLView.h"
 #include "ui/sheets/ArchivePasswordSheetView.h"
 #include "ui/sheets/HostSelectionSheetView.h"
+#include "ui/sheets/signin/TerabytezLoginSheetView.h"
 
 #include <QEvent>
 
 namespace vormel {
 
-QueueSheets::QueueSheets(DownloadManager& manager, QWidget& page)
+namespace {
+
+/// Nothing is filled in where the host has no account that is used.
+QCoro::Task<> fillIn(QPointer<TerabytezLoginSheetView> sheet, Accounts& accounts, // NOLINT(*-reference-coroutine-*)
+                     SupportedHost host)
+{
+    const HostAccount* const found = accounts.firstEnabled(host);
+    if (!found)
+        co_return;
+    const HostAccount account = *found;
+    const QString password = co_await accounts.loadPassword(account);
+    if (sheet)
+        sheet->setCredentials({account.username, password});
+}
+
+} // namespace
+
+QueueSheets::QueueSheets(const ViewPorts& ports, QWidget& page)
     : QObject(&page)
-    , m_manager(manager)
+    , m_ports(ports)
+    , m_manager(ports.manager)
     , m_page(page)
 {
     page.installEventFilter(this);
-    connect(&manager, &DownloadManager::changed, this, &QueueSheets::follow);
+    connect(&m_manager, &DownloadManager::changed, this, &QueueSheets::follow);
 }
 
 bool QueueSheets::eventFilter(QObject* watched, QEvent* event)
@@ -31,6 +52,8 @@ bool QueueSheets::isStillAsked(const Question& question) const
         return m_manager.questions().pendingHostSelection() == *hosts;
     if (const auto* const password = std::get_if<PendingExtractionPassword>(&question))
         return m_manager.questions().pendingExtractionPassword() == *password;
+    if (const auto* const host = std::get_if<SupportedHost>(&question))
+        return m_manager.questions().pendingLogin() == *host;
     return false;
 }
 
@@ -40,6 +63,8 @@ QueueSheets::Question QueueSheets::pending() const
         return *m_manager.questions().pendingHostSelection();
     if (const std::optional<PendingExtractionPassword> question = m_manager.questions().pendingExtractionPassword())
         return *question;
+    if (m_manager.questions().pendingLogin())
+        return *m_manager.questions().pendingLogin();
     return {};
 }
 
@@ -113,6 +138,16 @@ void QueueSheets::ask(const PendingExtractionPassword& question)
     auto* sheet = new ArchivePasswordSheetView(question, m_manager.settings(), &m_page);
     connect(sheet, &ArchivePasswordSheetView::confirmed, &m_manager.questions(), &Questions::submitExtractionPassword);
     openQuestion(sheet, [this] { m_manager.questions().cancelExtractionPassword(); });
+}
+
+/// Whether the account could be read is of no matter to the items that wait.
+void QueueSheets::ask(SupportedHost host)
+{
+    const TerabytezSite site{m_manager.resolvers().profiles().of(host).domain};
+    auto* sheet = new TerabytezLoginSheetView({pagePorts(m_ports), site}, &m_page);
+    connect(sheet, &TerabytezLoginSheetView::loggedIn, &m_manager.questions(), &Questions::loginSucceeded);
+    openQuestion(sheet, [this] { m_manager.questions().cancelLogin(); });
+    spawn(fillIn(sheet, m_manager.accounts(), host));
 }
 
 } // namespace vormel

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "model/HostAccount.h"
 #include "model/PendingQuestions.h"
+#include "ui/ViewPorts.h"
 
 #include <QObject>
 #include <QPointer>
@@ -13,17 +15,15 @@ class QWidget;
 
 namespace vormel {
 
-class DownloadManager;
-
 /// The sheets of the queue page, one at a time: the one for adding links, and those by which the queue asks something.
 /// A question waits until the page is on the screen and no other sheet is open, and its sheet goes when the question is
-/// taken back. The page is their parent; the manager must outlive this.
+/// taken back. The page is their parent; the ports must outlive this.
 class QueueSheets final : public QObject
 {
     Q_OBJECT
 
 public:
-    QueueSheets(DownloadManager& manager, QWidget& page);
+    QueueSheets(const ViewPorts& ports, QWidget& page);
 
     /// Opens the sheet for adding links, unless any is open.
     void showAddURLs();
@@ -32,7 +32,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    using Question = std::variant<std::monostate, PendingHostSelection, PendingExtractionPassword>;
+    using Question = std::variant<std::monostate, PendingHostSelection, PendingExtractionPassword, SupportedHost>;
 
     /// A sheet that is being answered gives way to no other question.
     [[nodiscard]] bool isStillAsked(const Question& question) const;
@@ -44,8 +44,10 @@ private:
     void dismiss();
     void ask(const PendingHostSelection& question);
     void ask(const PendingExtractionPassword& question);
+    void ask(SupportedHost host);
     void ask(std::monostate /*nothing*/) const {}
 
+    ViewPorts m_ports;
     DownloadManager& m_manager;
     QWidget& m_page;
     QPointer<QDialog> m_sheet;

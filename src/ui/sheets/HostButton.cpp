@@ -2,21 +2,13 @@
 
 #include "kit/GlyphLabel.h"
 #include "kit/StyledLabel.h"
+#include "ui/sheets/FileCount.h"
 
 #include <QHBoxLayout>
 
 using namespace Qt::StringLiterals;
 
 namespace vormel {
-
-namespace {
-
-QString fileCountText(std::size_t count)
-{
-    return u"%1 file%2"_s.arg(count).arg(count == 1 ? QString() : u"s"_s);
-}
-
-} // namespace
 
 HostButton::HostButton(const PendingHostSelection::HostGroup& group, QWidget* parent)
     : QPushButton(parent)

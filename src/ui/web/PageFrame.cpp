@@ -1,8 +1,11 @@
 #include "ui/web/PageFrame.h"
 
+#include "engine/DownloadManager.h"
 #include "kit/Separator.h"
 #include "platform/async/Spawn.h"
+#include "platform/web/KeptCookies.h"
 #include "platform/web/WebBrowser.h"
+#include "ui/ViewPorts.h"
 #include "ui/web/HostLine.h"
 
 #include <QStackedLayout>
@@ -23,7 +26,8 @@ PageFrame::PageFrame(Ports ports, QWidget* parent)
     setObjectName(u"pageFrame"_s);
     layOut();
     connect(m_note, &PageNote::reloadRequested, this, &PageFrame::reload);
-    look();
+    // Whoever makes the frame has yet to listen.
+    QMetaObject::invokeMethod(this, &PageFrame::look, Qt::QueuedConnection);
 }
 
 PageFrame::~PageFrame() = default;
@@ -75,6 +79,7 @@ void PageFrame::takeIn()
     if (QWidget* const view = m_page->widget()) {
         m_views->addWidget(view);
         setTabOrder(m_host, view);
+        setFocusProxy(view);
         m_view = view;
     }
     showPage();
@@ -105,7 +110,7 @@ void PageFrame::setZoom(double factor)
 
 void PageFrame::windowWanted(const Link& url)
 {
-    if (url.isHttp())
+    if (m_ports.loadsWindows && url.isHttp())
         load(url);
 }
 
@@ -131,6 +136,12 @@ void PageFrame::showNote(PageNote::Reason reason)
 {
     m_note->say(reason);
     m_views->setCurrentWidget(m_note);
+}
+
+PageFrame::Ports pagePorts(const ViewPorts& ports)
+{
+    const auto restore = [&kept = ports.keptCookies] { return kept.restore(); };
+    return {ports.web, restore, ports.clock, ports.manager.settings()};
 }
 
 } // namespace vormel

@@ -16,9 +16,11 @@ namespace vormel {
 
 class HostLine;
 class WebBrowser;
+struct ViewPorts;
 
 /// One page of the embedded engine, below a line that says whose it is. Where there is no engine it says so instead,
-/// and goes on by itself once there is one. What the page wants a window for is loaded in its place; files are refused.
+/// and goes on by itself once there is one. What the page wants a window for is loaded in its place, or not at all; files
+/// are refused.
 class PageFrame final : public QWidget, private WebPage::Judge
 {
     Q_OBJECT
@@ -32,8 +34,10 @@ public:
         std::function<QCoro::Task<>()> restoreCookies;
         Clock& clock;
         const AppSettings& settings;
+        bool loadsWindows = true; ///< else the page stays where it is when it wants a window
     };
 
+    /// The page is made in a later turn of the event loop.
     PageFrame(Ports ports, QWidget* parent);
     ~PageFrame() override;
 
@@ -76,5 +80,8 @@ private:
     Timer m_nextLook;
     Lifetime m_lifetime;
 };
+
+/// What a page of the browser needs of what the pages of the window work with.
+[[nodiscard]] PageFrame::Ports pagePorts(const ViewPorts& ports);
 
 } // namespace vormel

@@ -29,7 +29,8 @@ protected:
         return count;
     }
 
-    Questions questions;
+    fixtures::ManualClock clock;
+    Questions questions{clock};
     std::shared_ptr<int> changes = countOf(&Questions::changed);
 };
 
@@ -117,8 +118,8 @@ TEST_F(QuestionsTest, TellWhoWaitedForACancelledSignIn)
 {
     const ItemId first = ItemId::make();
     const ItemId second = ItemId::make();
-    questions.awaitLogin(first, SupportedHost::filestore);
-    questions.awaitLogin(second, SupportedHost::terabytez);
+    EXPECT_TRUE(questions.awaitLogin(first, SupportedHost::filestore, clock.steadyNow()));
+    EXPECT_TRUE(questions.awaitLogin(second, SupportedHost::terabytez, clock.steadyNow()));
     EXPECT_EQ(questions.pendingLogin(), SupportedHost::filestore);
     EXPECT_EQ(*changes, 1);
     questions.forgetLogin(second);

@@ -102,3 +102,86 @@ TEST_F(SignIn, KeepsTheFirstOfTwoLoginQuestions)
     answer(2, loginRequired(SupportedHost::terabytez));
     EXPECT_EQ(engine.manager().questions().pendingLogin(), SupportedHost::filestore);
 }
+
+TEST_F(SignIn, EndsAnItemWhoseHostAsksAgainRightAfterIt)
+{
+    const ItemPtr item = startFilestore();
+    answer(1, loginRequired(SupportedHost::filestore));
+    engine.manager().questions().loginSucceeded();
+    turnEventLoop();
+    ASSERT_EQ(log->resolves.size(), 3U);
+    engine.clock.advance(std::chrono::minutes(1));
+    answer(2, loginRequired(SupportedHost::filestore));
+    EXPECT_EQ(item->status(), DownloadStatus::failure(loginRequired(SupportedHost::filestore).errorDescription()));
+    EXPECT_EQ(engine.manager().questions().pendingLogin(), std::nullopt);
+    engine.clock.advance(std::chrono::minutes(10));
+    EXPECT_EQ(log->resolves.size(), 3U); // and does not try for ever either
+}
+
+TEST_F(SignIn, IsAskedForAgainAfterAMinute)
+{
+    const ItemPtr item = startFilestore();
+    answer(1, loginRequired(SupportedHost::filestore));
+    engine.manager().questions().loginSucceeded();
+    turnEventLoop();
+    engine.clock.advance(std::chrono::minutes(1) + std::chrono::nanoseconds(1));
+    answer(2, loginRequired(SupportedHost::filestore));
+    EXPECT_EQ(item->status(), DownloadStatus::queued);
+    EXPECT_EQ(engine.manager().questions().pendingLogin(), SupportedHost::filestore);
+}
+
+TEST_F(SignIn, OpensNothingForNewcomersRightAfterIt)
+{
+    startFilestore();
+    answer(1, loginRequired(SupportedHost::filestore));
+    engine.manager().questions().loginSucceeded();
+    turnEventLoop();
+    resolveTo(2, u"https://cdn.example/none"_s);
+    const ItemPtr newcomer = engine.add(u"https://filestore.example/f/new"_s);
+    answer(3, ResolverError::linkNotFound()); // its name
+    engine.manager().commands().startItems({newcomer});
+    turnEventLoop();
+    answer(4, loginRequired(SupportedHost::filestore));
+    EXPECT_EQ(newcomer->status().kind(), DownloadStatus::failed);
+    EXPECT_EQ(engine.manager().questions().pendingLogin(), std::nullopt);
+}
+
+TEST_F(SignIn, AtOneHostSaysNothingOfAnother)
+{
+    engine.manager().accounts().set({account(SupportedHost::filestore), account(SupportedHost::terabytez)});
+    engine.add({filestoreLink, u"https://terabytez.example/x"_s});
+    resolveTo(0, u"https://cdn.example/none"_s);
+    engine.manager().commands().startAll();
+    turnEventLoop();
+    answer(1, loginRequired(SupportedHost::filestore));
+    answer(2, loginRequired(SupportedHost::terabytez));
+    engine.manager().questions().loginSucceeded();
+    turnEventLoop();
+    ASSERT_EQ(log->resolves.size(), 5U);
+    answer(4, loginRequired(SupportedHost::terabytez));
+    EXPECT_EQ(engine.manager().questions().pendingLogin(), SupportedHost::terabytez);
+    answer(3, loginRequired(SupportedHost::filestore));
+    EXPECT_EQ(engine.manager().items()[0]->status().kind(), DownloadStatus::failed);
+}
+
+TEST_F(SignIn, GivesATryThatBeganBeforeItAnother)
+{
+    engine.settings().maxConcurrentDownloads.set(2);
+    engine.manager().accounts().set({account(SupportedHost::filestore)});
+    const auto items = engine.add({filestoreLink, u"https://filestore.example/f/other"_s});
+    answer(0, ResolverError::linkNotFound()); // the names
+    answer(1, ResolverError::linkNotFound());
+    engine.manager().commands().startAll();
+    turnEventLoop();
+    answer(2, loginRequired(SupportedHost::filestore));
+    engine.clock.advance(std::chrono::seconds(5));
+    engine.manager().questions().loginSucceeded();
+    turnEventLoop();
+    const std::size_t before = log->resolves.size();
+    answer(3, loginRequired(SupportedHost::filestore)); // of a page that was loaded before
+    EXPECT_EQ(items[1]->status(), DownloadStatus::resolving);
+    EXPECT_EQ(log->resolves.size(), before + 1);
+    EXPECT_EQ(engine.manager().questions().pendingLogin(), std::nullopt);
+    answer(before, loginRequired(SupportedHost::filestore));
+    EXPECT_EQ(items[1]->status().kind(), DownloadStatus::failed);
+}

@@ -1,4 +1,5 @@
 #include "resolvers/terabytez/TerabytezAccountPage.h"
+
 #include "resolvers/terabytez/TerabytezSite.h"
 
 #include <gtest/gtest.h>

@@ -5,6 +5,8 @@
 #include "fixtures/FakeResolvers.h"
 #include "ui/FakeDesktop.h"
 #include "ui/accounts/Plans.h"
+#include "ui/sheets/SignInSheetPorts.h"
+#include "ui/sheets/signin/PageSignInSheet.h"
 
 #include <QSignalSpy>
 
@@ -139,6 +141,22 @@ TEST_F(AccountCheckTest, StopsTheSignInByItsEnd)
     check.reset();
     EXPECT_TRUE(desktop.signIn.calls.at(0).stop.stop_requested());
     desktop.signIn.calls[0].answer->deliver({true, goldPlan()});
+}
+
+TEST_F(AccountCheckTest, TakesItsSheetWithItAndTellsNobodyOfThat)
+{
+    PageSignInSheet sheets(fixtures::signInPorts(desktop));
+    auto alone = std::make_unique<AccountCheck>(AccountCheck::Ports{engine.manager(), sheets}, account, &parent);
+    alone->run();
+    wantSignIn();
+    fixtures::turnEventLoop();
+    ASSERT_EQ(desktop.web.pages.size(), 1U);
+    const QSignalSpy told(alone.get(), &AccountCheck::changed);
+    alone.reset();
+    fixtures::turnEventLoop();
+    EXPECT_TRUE(desktop.web.pages.empty());
+    EXPECT_EQ(told.count(), 0);
+    answer(goldPlan());
 }
 
 TEST_F(AccountCheckTest, OpensNoSheetOnceItHasGone)

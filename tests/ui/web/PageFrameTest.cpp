@@ -1,5 +1,6 @@
 #include "ui/web/PageFrame.h"
 
+#include "fixtures/EventLoop.h"
 #include "fixtures/ScriptedBrowser.h"
 #include "kit/Theme.h"
 #include "ui/FakeDesktop.h"
@@ -39,6 +40,7 @@ protected:
         ready = std::make_unique<QSignalSpy>(frame.get(), &PageFrame::pageReady);
         frame->resize(500, 300);
         frame->show();
+        fixtures::turnEventLoop();
     }
     QCoro::Task<> restore()
     {
@@ -153,9 +155,8 @@ TEST_F(PageFrameTest, TellsOfEachEndWhenItKnowsWhereThePageIs)
 {
     make();
     QStringList hosts;
-    QObject::connect(frame.get(), &PageFrame::navigationOver, frame.get(), [&](WebPage::End end) {
-        hosts << (end == WebPage::End::loaded ? host() : u"failed"_s);
-    });
+    QObject::connect(frame.get(), &PageFrame::navigationOver, frame.get(),
+                     [&](WebPage::End end) { hosts << (end == WebPage::End::loaded ? host() : u"failed"_s); });
     page().arrivesAt(u"https://site.example/"_s);
     page().ends(WebPage::End::failed);
     EXPECT_EQ(hosts, (QStringList{u"Verified connection to site.example"_s, u"failed"_s}));
