@@ -45,9 +45,15 @@ add_custom_command(OUTPUT "${package_files}/changelog.gz"
 add_custom_target(vormel_package_files ALL
     DEPENDS "${package_files}/vormel.1.gz" "${package_files}/it/vormel.1.gz" "${package_files}/changelog.gz")
 add_dependencies(vormel vormel_package_files)
+if(TARGET vormel_web_plugin)
+    add_dependencies(vormel vormel_web_plugin)
+endif()
 
 include(GNUInstallDirs)
 set(icons "${CMAKE_INSTALL_DATADIR}/icons/hicolor")
+if(TARGET vormel_web_plugin)
+    install(TARGETS vormel_web_plugin LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/vormel")
+endif()
 install(FILES "${package_source}/org.vormel.Vormel.desktop" DESTINATION "${CMAKE_INSTALL_DATADIR}/applications")
 install(FILES "${package_files}/org.vormel.Vormel.metainfo.xml" DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo")
 install(FILES src/kit/icons/vormel.svg DESTINATION "${icons}/scalable/apps" RENAME org.vormel.Vormel.svg)
@@ -78,10 +84,15 @@ Archives that came in many parts are tested, repaired from their recovery
 volumes and unpacked, each kind by a tool of its own: RAR by unrar, ZIP by
 unzip, 7z by 7zip. Rebuilding a damaged RAR set takes rar.")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# What the plugin of the web engine needs is recommended: everything else works without.
+set(CPACK_PROJECT_CONFIG_FILE "${package_source}/cpack.cmake")
 # Loaded at run time, so that no symbol of the program tells of them: the window system's plugin, the
 # Italian of Qt's own dialogs and menus, and what opens links.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-qpa-plugins, qt6-translations-l10n, xdg-utils")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
     "default-dbus-session-bus | dbus-session-bus, 7zip | p7zip-full, unrar, unzip, bzip2, xz-utils, qt6-wayland")
+if(TARGET vormel_web_plugin)
+    string(APPEND CPACK_DEBIAN_PACKAGE_RECOMMENDS ", libqt6webenginewidgets6")
+endif()
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS rar)
 include(CPack)

@@ -29,12 +29,11 @@ Program::Program(const Folders& folders, const CurlHttpClient::Options& network,
     , m_defaults(folders.configuration + u"/preferences.json"_s, m_fileWriter)
     , m_launchPing(m_http, m_defaults, {contacts.telemetry, ownVersion(), QSysInfo::prettyProductName()})
     , m_updater(m_http, m_defaults, m_clock, QUrl(contacts.updateFeed), Version::parse(ownVersion()).value())
-    , m_keptCookies({m_web, m_secrets, *m_http.sharedCookies()},
-                    [ownDomain = m_services.services.terabytezDomain.toUtf8()](const QByteArray& domain) {
-                        return domain.contains("terabytez") || domain.contains(ownDomain);
-                    })
-    , m_resolvers(serviceResolvers(
-          m_services.services, {m_http, *m_http.sharedCookies(), m_secrets, m_clock, m_pageReading, m_filestoreLogins}))
+    , m_keptCookies(
+          {m_web, m_secrets, *m_http.sharedCookies()},
+          [services = m_services.services](const QByteArray& domain) { return isSignInCookie(services, domain); })
+    , m_resolvers(serviceResolvers(m_services.services, {m_http, *m_http.sharedCookies(), m_secrets, m_clock,
+                                                         m_pageReading, m_filestoreLogins, m_web, m_keptCookies}))
     , m_terminal(folders.runtime, qEnvironmentVariable("TERMINAL"))
     , m_manager(platform(folders), DownloadManager::Ports{m_resolvers, m_extractor})
     , m_signIn({{m_web, [this] { return m_keptCookies.restore(); }, m_clock, m_manager.settings()},
@@ -67,8 +66,18 @@ Platform Program::platform(const Folders& folders)
 
 ViewPorts Program::viewPorts()
 {
-    return {m_manager,  m_clock,  m_fileViewer, m_urlOpener,   m_toolWatch,      m_packageManagers,
-            m_terminal, m_signIn, m_web,        m_keptCookies, m_downloadsFolder};
+    return {m_manager,
+            m_clock,
+            m_fileViewer,
+            m_urlOpener,
+            m_toolWatch,
+            m_packageManagers,
+            m_terminal,
+            m_signIn,
+            m_web,
+            m_keptCookies,
+            {m_http, m_pageReading, m_clock, m_web, m_services.services},
+            m_downloadsFolder};
 }
 
 } // namespace vormel

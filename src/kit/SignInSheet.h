@@ -42,14 +42,4 @@ public:
     [[nodiscard]] virtual QCoro::Task<SignInAnswer> open(SignInRequest request, std::stop_token stop) = 0;
 };
 
-/// Where there is no browser to sign in with.
-class NoSignInSheet final : public SignInSheet
-{
-public:
-    [[nodiscard]] QCoro::Task<SignInAnswer> open(SignInRequest /*request*/, std::stop_token /*stop*/) override
-    {
-        co_return SignInAnswer();
-    }
-};
-
 } // namespace vormel

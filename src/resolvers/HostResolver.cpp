@@ -12,4 +12,9 @@ QCoro::Task<std::optional<QString>> HostResolver::fetchFilename(Link url, HostAc
     co_return std::move(found.filename);
 }
 
+QCoro::Task<> HostResolver::prepareTransfer(std::stop_token /*stop*/) const
+{
+    co_return;
+}
+
 } // namespace vormel

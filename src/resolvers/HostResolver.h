@@ -41,6 +41,10 @@ public:
     /// Signs in anew with the account, and tells of its plan.
     [[nodiscard]] virtual QCoro::Task<PremiumAccountInfo> checkAccount(HostAccount account,
                                                                        std::stop_token stop) const = 0;
+
+    /// What a transfer needs that is not in its address: to be awaited before one begins for an address that was
+    /// resolved earlier. Nothing, unless a host wants something.
+    [[nodiscard]] virtual QCoro::Task<> prepareTransfer(std::stop_token stop) const;
 };
 
 } // namespace vormel

@@ -164,6 +164,11 @@ QStringView Link::encodedPath() const
     return piece(m_path);
 }
 
+QString Link::path() const
+{
+    return percentDecoded(encodedPath()).value_or(encodedPath().toString());
+}
+
 Link Link::withEncodedPath(QStringView path) const
 {
     const QStringView view{m_text};
@@ -173,12 +178,12 @@ Link Link::withEncodedPath(QStringView path) const
 
 QString Link::lastPathComponent() const
 {
-    const QString path = percentDecoded(encodedPath()).value_or(encodedPath().toString());
-    qsizetype end = path.size();
-    while (end > 0 && path[end - 1] == u'/')
+    const QString whole = path();
+    qsizetype end = whole.size();
+    while (end > 0 && whole[end - 1] == u'/')
         --end;
-    const qsizetype slash = end == 0 ? -1 : path.lastIndexOf(u'/', end - 1);
-    return path.mid(slash + 1, end - slash - 1);
+    const qsizetype slash = end == 0 ? -1 : whole.lastIndexOf(u'/', end - 1);
+    return whole.mid(slash + 1, end - slash - 1);
 }
 
 QUrl Link::toUrl() const

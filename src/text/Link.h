@@ -30,6 +30,8 @@ public:
 
     /// As it stands, still percent-encoded.
     [[nodiscard]] QStringView encodedPath() const;
+    /// Percent-decoded, or as it stands where that cannot be.
+    [[nodiscard]] QString path() const;
     [[nodiscard]] Link withEncodedPath(QStringView path) const;
 
     /// The last non-empty segment of the percent-decoded path; empty for a root or missing path.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "resolvers/captcha/CaptchaPorts.h"
+
 #include <QString>
 
 namespace vormel {
@@ -28,6 +30,7 @@ struct ViewPorts
     SignInSheet& signIn;
     WebBrowser& web;
     KeptCookies& keptCookies;
+    CaptchaPorts captcha;
     QString downloadsFolder; ///< the user's, whatever the settings say
 };
 

@@ -69,8 +69,8 @@ void EngineBrowser::setAttributes()
     for (const auto attribute :
          {Settings::AllowRunningInsecureContent, Settings::AllowWindowActivationFromJavaScript,
           Settings::AutoLoadIconsForPage, Settings::DnsPrefetchEnabled, Settings::FocusOnNavigationEnabled,
-          Settings::FullScreenSupportEnabled, Settings::HyperlinkAuditingEnabled, Settings::JavascriptCanAccessClipboard,
-          Settings::JavascriptCanPaste, Settings::LocalContentCanAccessFileUrls,
+          Settings::FullScreenSupportEnabled, Settings::HyperlinkAuditingEnabled,
+          Settings::JavascriptCanAccessClipboard, Settings::JavascriptCanPaste, Settings::LocalContentCanAccessFileUrls,
           Settings::LocalContentCanAccessRemoteUrls, Settings::NavigateOnDropEnabled, Settings::PdfViewerEnabled,
           Settings::PluginsEnabled, Settings::ScreenCaptureEnabled})
         settings.setAttribute(attribute, false);

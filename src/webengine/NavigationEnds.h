@@ -31,7 +31,8 @@ public:
     /// Both outlive this.
     NavigationEnds(Clock& clock, Owner& owner);
 
-    /// One begins that has nothing of what went before. If it takes the place of another, that one has no end of its own.
+    /// One begins that has nothing of what went before. If it takes the place of another, that one has no end of its
+    /// own.
     void begin();
     /// One is under way; perhaps that was known.
     void started();

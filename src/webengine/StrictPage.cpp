@@ -9,6 +9,8 @@
 #include <QWebEngineQuotaRequest>
 #include <QWebEngineRegisterProtocolHandlerRequest>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace vormel {
@@ -78,7 +80,9 @@ QWebEngineView& StrictPage::view()
 void StrictPage::takeFile(const QUrl& url)
 {
     const bool isMainFrame = !m_inFrames.contains(asRequested(url));
-    if (m_owner)
+    // The engine tells of what it was not let to ask for as well.
+    const bool isRefused = url == std::exchange(m_refused, {});
+    if (m_owner && !isRefused)
         m_owner->fileCame(url, isMainFrame);
 }
 
@@ -146,8 +150,10 @@ void StrictPage::Requests::interceptRequest(QWebEngineUrlRequestInfo& request)
     if (request.resourceType() != QWebEngineUrlRequestInfo::ResourceTypeMainFrame || url == m_page.m_asked)
         return;
     // What was not asked for as a page is what a link is to download.
-    if (!m_page.m_owner || !m_page.m_owner->mayDownload(url))
-        request.block(true);
+    if (m_page.m_owner && m_page.m_owner->mayDownload(url))
+        return;
+    m_page.m_refused = url;
+    request.block(true);
 }
 
 } // namespace vormel

@@ -76,6 +76,7 @@ private:
     Owner* m_owner;
     Requests m_requests{*this};
     QUrl m_asked;
+    QUrl m_refused;         ///< a file
     QList<QUrl> m_inFrames; ///< those asked for in frames, since the page of the main frame came
     QPointer<QWebEngineView> m_view;
 };

@@ -138,6 +138,14 @@ TEST(FloorRule, KeepsArchiveAndResolversApart)
     EXPECT_NE(floorVerdict("resolvers/A.cpp", "archive/B.h"), "");
 }
 
+TEST(FloorRule, LetsNobodyKnowThePluginOfTheWebEngine)
+{
+    EXPECT_EQ(floorVerdict("webengine/A.cpp", "platform/web/B.h"), "");
+    EXPECT_NE(floorVerdict("webengine/A.cpp", "model/B.h"), "");
+    EXPECT_NE(floorVerdict("app/A.cpp", "webengine/B.h"), "");
+    EXPECT_NE(floorVerdict("platform/A.cpp", "webengine/B.h"), "");
+}
+
 TEST(FloorRule, KeepsTheKitFreeOfTheEngine)
 {
     EXPECT_EQ(floorVerdict("kit/A.cpp", "model/B.h"), "");

@@ -1,6 +1,6 @@
 # Compiles every header of the floors on its own, so that none leans on what another file included before it. Each is
 # included twice: the second time must add nothing.
-foreach(floor text platform model archive resolvers engine kit ui web app)
+foreach(floor text platform webengine model archive resolvers engine kit ui web app)
     if(NOT TARGET vormel_${floor})
         continue() # A floor that is no library offers its headers to nobody.
     endif()

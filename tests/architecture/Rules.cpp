@@ -17,6 +17,7 @@ namespace fs = std::filesystem;
 const std::map<std::string, std::vector<std::string>> allowedBelow{
     {"text", {}},
     {"platform", {"text/"}},
+    {"webengine", {"text/", "platform/"}},
     {"model", {"text/", "platform/"}},
     {"archive", {"text/", "platform/", "model/"}},
     {"resolvers", {"text/", "platform/", "model/"}},

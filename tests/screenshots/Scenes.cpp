@@ -2,6 +2,7 @@
 
 #include "screenshots/AccountScenes.h"
 #include "screenshots/QueueScenes.h"
+#include "screenshots/SignInScenes.h"
 #include "ui/help/HelpView.h"
 #include "ui/settings/SettingsView.h"
 #include "ui/sheets/ArchivePasswordSheetView.h"
@@ -87,7 +88,7 @@ std::vector<Scene> allScenes()
         {"help-top", [](Stage& stage) { help(stage, 0); }},
         {"help-bottom", [](Stage& stage) { help(stage, 1); }},
     };
-    for (const std::vector<Scene>& more : {accountScenes(), others})
+    for (const std::vector<Scene>& more : {accountScenes(), signInScenes(), others})
         scenes.insert(scenes.end(), more.begin(), more.end());
     return scenes;
 }

@@ -56,6 +56,13 @@ TEST(Link, IsHttpInAnyLetterCaseAndInNoOtherScheme)
     EXPECT_FALSE(Link().isHttp());
 }
 
+TEST(Link, TellsItsPathDecodedWhereThatCanBe)
+{
+    EXPECT_EQ(linkOf(u"https://a.example/%64/caf%C3%A9?q=%41"_s).path(), u"/d/café");
+    EXPECT_EQ(linkOf(u"https://a.example/%e8/%64"_s).path(), u"/%e8/%64");
+    EXPECT_EQ(linkOf(u"https://a.example"_s).path(), u"");
+}
+
 TEST(Link, TellsTheHostWithoutUserPortAndBrackets)
 {
     const std::vector<Pair> rows = {{u"http://a.example", "a.example"},

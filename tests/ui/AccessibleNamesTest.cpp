@@ -11,6 +11,7 @@
 #include "ui/sheets/AddURLView.h"
 #include "ui/sheets/ArchivePasswordSheetView.h"
 #include "ui/sheets/HostSelectionSheetView.h"
+#include "ui/sheets/captcha/CaptchaSheetView.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
@@ -140,6 +141,13 @@ TEST_P(AccessibleNamesTest, TheQuestionForHostsIsNamedThroughout)
     pending.groups.push_back({u"One"_s, {fixtures::link(u"https://one.example/a"_s)}});
     pending.groups.push_back({u"Two"_s, {fixtures::link(u"https://two.example/a"_s)}});
     expectAllOf(*new HostSelectionSheetView(pending, engine.settings(), &window));
+}
+
+TEST_P(AccessibleNamesTest, TheSheetForACaptchaIsNamedThroughout)
+{
+    const ViewPorts ports = desktop.ports();
+    const Link container = fixtures::link(u"https://container.example/c/1"_s);
+    expectAllOf(*new CaptchaSheetView({pagePorts(ports), ports.captcha}, container, {}, &window));
 }
 
 TEST_P(AccessibleNamesTest, TheFormOfAnAccountIsNamedThroughout)

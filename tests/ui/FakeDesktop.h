@@ -4,6 +4,8 @@
 #include "fixtures/EngineOnScript.h"
 #include "fixtures/ScriptedBrowser.h"
 #include "kit/SignInSheet.h"
+#include "model/Services.h"
+#include "platform/async/Background.h"
 #include "platform/async/Eventual.h"
 #include "platform/desktop/FileViewer.h"
 #include "platform/desktop/PackageManager.h"
@@ -94,6 +96,7 @@ struct FakeDesktop
                 signIn,
                 web,
                 keptCookies,
+                {engine.http, background, engine.clock, web, services},
                 engine.sandbox.folders().downloads};
     }
 
@@ -106,6 +109,8 @@ struct FakeDesktop
     ScriptedBrowser web;
     KeptCookies keptCookies{{web, engine.secrets, engine.cookies},
                             [](const QByteArray& domain) { return domain.contains("terabytez"); }};
+    Services services = Services::builtIn();
+    Background background;
     ToolRunner runner{engine.tools.folders()};
     ToolWatch tools{runner};
 };

@@ -44,12 +44,12 @@ Link WebServices::newFile(sites::TerabytezSite::Shape shape, qint64 size)
     return Link::parse(QString::fromStdString(url)).value();
 }
 
-Link WebServices::newFilestoreFile()
+Link WebServices::newDirectFile(qint64 size)
 {
     const int number = ++m_files;
-    const std::string url = filestore.addFile("film" + std::to_string(number) + ".rar",
-                                              sites::FilestoreSite::Shape::oneForm, contentOf(number));
-    return Link::parse(QString::fromStdString(url)).value();
+    const std::string path = "/film" + std::to_string(number) + ".rar";
+    stranger.serve(path, {.content = contentOf(number, size)});
+    return Link::parse(QString::fromStdString(stranger.url(path))).value();
 }
 
 sites::PatternContent WebServices::contentOf(int number, qint64 size)

@@ -29,13 +29,14 @@ public:
     /// A link to the page of a new file at Terabytez: film1.rar, film2.rar and so on.
     [[nodiscard]] Link newFile(sites::TerabytezSite::Shape shape = sites::TerabytezSite::Shape::redirect,
                                qint64 size = fileSize);
-    /// A link to a new file at Filestore.
-    [[nodiscard]] Link newFilestoreFile();
+    /// A link to a new file of a server that wants nothing of anybody.
+    [[nodiscard]] Link newDirectFile(qint64 size);
     [[nodiscard]] static sites::PatternContent contentOf(int number, qint64 size = fileSize);
 
     sites::TerabytezSite terabytez;
     sites::FilestoreSite filestore;
     sites::ContainerSite containers;
+    sites::FileServer stranger;
 
 private:
     [[nodiscard]] sites::Switchboard::Places places() const;

@@ -2,11 +2,7 @@
 
 #include "platform/async/Spawn.h"
 
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
-
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -25,22 +21,6 @@ QCoro::Task<> keepAnswer(WebPage& page, QString script, std::shared_ptr<std::opt
     QCoro::Task<QVariant> run = page.run(script);
     QVariant value = co_await run;
     *answer = value;
-}
-
-int parentOf(int pid)
-{
-    QFile file(u"/proc/%1/stat"_s.arg(pid));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    const QByteArray all = file.readAll();
-    return all.mid(all.lastIndexOf(')') + 2).split(' ').value(1).toInt();
-}
-
-bool isOurs(int pid)
-{
-    while (pid > 1 && pid != ::getpid())
-        pid = parentOf(pid);
-    return pid == ::getpid();
 }
 
 } // namespace
@@ -93,6 +73,16 @@ void EngineTest::serveFile(const std::string& path)
                         .answers = {sites::Answer::file().withDisposition("attachment; filename=\"../../file.zip\"")}});
 }
 
+bool EngineTest::isAsked(const std::string& path) const
+{
+    return fixtures::waitUntil([&] { return requests(path) > 0; });
+}
+
+bool EngineTest::stalls() const
+{
+    return fixtures::waitUntil([&] { return server.waitForStalled(1, std::chrono::milliseconds(0)); });
+}
+
 std::optional<WebPage::End> EngineTest::nextEnd()
 {
     if (!fixtures::waitUntil([this] { return judge.ends.size() > m_endsSeen; }, std::chrono::seconds(10)))
@@ -130,18 +120,6 @@ void EngineTest::linger(std::chrono::milliseconds time)
     QElapsedTimer timer;
     timer.start();
     static_cast<void>(fixtures::waitUntil([&] { return timer.elapsed() >= time.count(); }));
-}
-
-std::set<int> renderers()
-{
-    std::set<int> found;
-    for (const QString& name : QDir(u"/proc"_s).entryList(QDir::Dirs)) {
-        QFile file(u"/proc/%1/cmdline"_s.arg(name));
-        const bool isRead = name.toInt() > 0 && file.open(QIODevice::ReadOnly);
-        if (isRead && file.readAll().contains("--type=renderer") && isOurs(name.toInt()))
-            found.insert(name.toInt());
-    }
-    return found;
 }
 
 } // namespace vormel

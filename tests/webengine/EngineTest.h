@@ -41,11 +41,22 @@ protected:
     [[nodiscard]] static Link link(const std::string& text) { return *Link::parse(QString::fromStdString(text)); }
     [[nodiscard]] static std::unique_ptr<WebPage> pageOf(WebBrowser& browser, WebPage::Judge& judge);
 
-    void servePage(const std::string& path, const std::string& html) { serveAnswer(path, sites::Answer::page(200, html)); }
-    void serveAnswer(const std::string& path, const sites::Answer& answer) { server.serve(path, {.answers = {answer}}); }
+    void servePage(const std::string& path, const std::string& html)
+    {
+        serveAnswer(path, sites::Answer::page(200, html));
+    }
+    void serveAnswer(const std::string& path, const sites::Answer& answer)
+    {
+        server.serve(path, {.answers = {answer}});
+    }
     void serveFile(const std::string& path);
     /// How often the server was asked for the path.
     [[nodiscard]] std::size_t requests(const std::string& path) const { return server.requests(path).size(); }
+
+    /// Waits for that.
+    [[nodiscard]] bool isAsked(const std::string& path) const;
+    /// Waits until the server holds an answer back.
+    [[nodiscard]] bool stalls() const;
 
     /// Waits for one more end than there were; nothing if none came.
     std::optional<End> nextEnd();
@@ -56,7 +67,10 @@ protected:
     [[nodiscard]] std::optional<QVariant> answer(const QString& script);
     /// Runs a script without waiting.
     void tell(const QString& script);
-    [[nodiscard]] QString text() { return answer(QStringLiteral("document.body.textContent")).value_or(QVariant()).toString(); }
+    [[nodiscard]] QString text()
+    {
+        return answer(QStringLiteral("document.body.textContent")).value_or(QVariant()).toString();
+    }
     [[nodiscard]] std::string shownUrl() const;
     /// Lets the engine go on for a while, where nothing must happen.
     static void linger(std::chrono::milliseconds time = std::chrono::milliseconds(400));
@@ -68,8 +82,5 @@ protected:
 private:
     std::size_t m_endsSeen = 0;
 };
-
-/// The process ids of all renderers of this program.
-[[nodiscard]] std::set<int> renderers();
 
 } // namespace vormel

@@ -23,7 +23,9 @@ EngineWorld::EngineWorld()
     qputenv("TMPDIR", m_home.path(u"tmp"_s).toUtf8());
     for (const char* variable : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME"})
         qunsetenv(variable);
-    qputenv("QTWEBENGINE_CHROMIUM_FLAGS", "--host-resolver-rules=\"MAP *.example 127.0.0.1\"");
+    // A page that takes all it can get is not to take it from this machine.
+    qputenv("QTWEBENGINE_CHROMIUM_FLAGS",
+            "--host-resolver-rules=\"MAP *.example 127.0.0.1\" --js-flags=--max-old-space-size=100");
     // It cannot work there.
     if (::geteuid() == 0)
         qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");

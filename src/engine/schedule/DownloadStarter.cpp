@@ -110,13 +110,15 @@ QCoro::Task<Link> DownloadStarter::downloadAddress(ItemPtr item, Attempt attempt
     const HostAccount* const account = m_ports.accounts.firstEnabled(resolver->supportedHost());
     if (!account)
         throw ResolverError::noAccountConfigured(m_ports.resolvers.profiles().displayName(resolver->supportedHost()));
-    if (isFresh(*item, m_ports.clock.wallNow()))
-        co_return *item->resolvedURL();
+    const std::optional<Link> known = isFresh(*item, m_ports.clock.wallNow()) ? item->resolvedURL() : std::nullopt;
     const Lifetime::Watch lifetime = m_lifetime.watch();
     std::exception_ptr failure;
     std::optional<ResolvedDownload> found;
     try {
-        found = co_await resolver->resolveDownload(item->originalURL(), *account, attempt.get_token());
+        if (known)
+            co_await resolver->prepareTransfer(attempt.get_token());
+        else
+            found = co_await resolver->resolveDownload(item->originalURL(), *account, attempt.get_token());
     } catch (...) {
         failure = std::current_exception();
     }
@@ -124,6 +126,8 @@ QCoro::Task<Link> DownloadStarter::downloadAddress(ItemPtr item, Attempt attempt
         throw StartAbandoned();
     if (failure)
         std::rethrow_exception(failure);
+    if (known)
+        co_return *known;
     applyResolved(*item, *found, m_ports.clock.wallNow());
     co_return found->url;
 }

@@ -8,7 +8,7 @@ namespace vormel {
 /// What is to become of the links that were found.
 struct CaptchaChoice
 {
-    std::vector<Link> urls; ///< to be added; all links where the user has to choose
+    std::vector<Link> urls;                              ///< to be added; all links where the user has to choose
     std::vector<PendingHostSelection::HostGroup> groups; ///< to choose from; none where nothing has to be chosen
 };
 

@@ -4,6 +4,7 @@
 #include "model/PendingQuestions.h"
 #include "resolvers/captcha/CaptchaChoice.h"
 #include "resolvers/captcha/CaptchaPage.h"
+#include "resolvers/captcha/CaptchaPorts.h"
 
 #include <QCoroTask>
 #include <QObject>
@@ -14,24 +15,9 @@
 
 namespace vormel {
 
-class Background;
-class Clock;
-class HttpClient;
 class LinkPageResolver;
 class LinkTargets;
-class WebBrowser;
 class WebPage;
-struct Services;
-
-/// What links are read with out of a page whose CAPTCHA is solved. All outlive that.
-struct CaptchaPorts
-{
-    HttpClient& http;
-    Background& background; ///< where pages are read
-    Clock& clock;
-    WebBrowser& browser;
-    const Services& services;
-};
 
 /// Reads the links of a container out of the page in which the user has solved its CAPTCHA, and knows how far that has
 /// come. Its end ends what is under way. UI thread only.

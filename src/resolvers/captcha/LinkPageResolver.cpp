@@ -95,7 +95,8 @@ void LinkPageResolver::finishOnce(const std::optional<Link>& result)
     m_isDone = true;
     m_watchdog.cancel();
     m_page.reset();
-    QMetaObject::invokeMethod(&m_later, [this, result] { m_resolved.deliver(result); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        &m_later, [this, result] { m_resolved.deliver(result); }, Qt::QueuedConnection);
 }
 
 } // namespace vormel

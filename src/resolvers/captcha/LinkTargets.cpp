@@ -14,11 +14,10 @@ namespace {
 BoundedRegex hrefOfHosts(const Services& services)
 {
     constexpr std::size_t megaPlace = 6;
-    const QString pattern =
-        uR"(href=["'](https?://(?:)"_s + QRegularExpression::escape(services.filestoreDomain) +
-        u"|terabytez|rapidgator|turbobit|uploaded|1fichier|katfile|nitroflare|"_s +
-        QRegularExpression::escape(services.otherFileHostDomains.at(megaPlace)) +
-        uR"(|ddownload|mixdrop|filespace)[^"']+)["'])"_s;
+    const QString pattern = uR"(href=["'](https?://(?:)"_s + QRegularExpression::escape(services.filestoreDomain) +
+                            u"|terabytez|rapidgator|turbobit|uploaded|1fichier|katfile|nitroflare|"_s +
+                            QRegularExpression::escape(services.otherFileHostDomains.at(megaPlace)) +
+                            uR"(|ddownload|mixdrop|filespace)[^"']+)["'])"_s;
     return BoundedRegex::ignoringCase(pattern);
 }
 

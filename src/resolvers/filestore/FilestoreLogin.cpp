@@ -1,7 +1,6 @@
 #include "resolvers/filestore/FilestoreLogin.h"
 
 #include "resolvers/filestore/FilestoreForms.h"
-#include "text/PercentCoding.h"
 #include "text/SmallLetters.h"
 
 #include <algorithm>
@@ -10,15 +9,6 @@
 using namespace Qt::StringLiterals;
 
 namespace vormel {
-
-namespace {
-
-QString decodedPath(const Link& url)
-{
-    return percentDecoded(url.encodedPath()).value_or(url.encodedPath().toString());
-}
-
-} // namespace
 
 FormFields loginFields(const QString& loginPage, const QString& username, const QString& password)
 {
@@ -42,14 +32,14 @@ bool tellsRefusedLogin(const QString& html)
 
 bool isLoginAddress(const Link& finalUrl)
 {
-    return decodedPath(finalUrl).contains("login"_L1);
+    return finalUrl.path().contains("login"_L1);
 }
 
 bool isLoggedOutAddress(const Link& finalUrl)
 {
     if (finalUrl.isEmpty())
         return false;
-    const QString path = decodedPath(finalUrl);
+    const QString path = finalUrl.path();
     // Who asks for no path asks for the root.
     return path.isEmpty() || path == "/"_L1 || isLoginAddress(finalUrl);
 }

@@ -4,6 +4,7 @@
 #include "resolvers/containers/CryptResolver.h"
 #include "resolvers/containers/KeeplinksResolver.h"
 #include "resolvers/filestore/FilestoreResolver.h"
+#include "resolvers/terabytez/TerabytezResolver.h"
 
 namespace vormel {
 
@@ -17,6 +18,11 @@ QStringList listOf(const std::array<QString, count>& domains)
 
 } // namespace
 
+bool isSignInCookie(const Services& services, const QByteArray& domain)
+{
+    return TerabytezSite{services.terabytezDomain}.owns(QString::fromUtf8(domain));
+}
+
 ResolverTables serviceResolvers(const Services& services, const ServicePorts& ports)
 {
     const HostProfiles profiles(services);
@@ -24,6 +30,9 @@ ResolverTables serviceResolvers(const Services& services, const ServicePorts& po
     hosts.push_back(std::make_unique<FilestoreResolver>(
         FilestoreResolver::Ports{ports.http, ports.sharedCookies, ports.secrets, ports.clock, ports.background,
                                  ports.filestoreLogins},
+        profiles));
+    hosts.push_back(std::make_unique<TerabytezResolver>(
+        TerabytezResolver::Ports{ports.web, ports.keptCookies, ports.sharedCookies, ports.clock, ports.background},
         profiles));
 
     const ContainerPorts reading{ports.http, ports.background,

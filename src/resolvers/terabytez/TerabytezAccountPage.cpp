@@ -38,4 +38,9 @@ std::optional<PremiumAccountInfo> parseTerabytezAccount(const QString& html, Wal
         traffic.remainingBytes, traffic.totalBytes};
 }
 
+PremiumAccountInfo terabytezAccountOrUnknown(const QString& html, WallTime now)
+{
+    return parseTerabytezAccount(html, now).value_or(PremiumAccountInfo{u"Unknown"_s, {}, {}, {}});
+}
+
 } // namespace vormel

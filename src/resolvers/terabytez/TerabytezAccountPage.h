@@ -19,4 +19,7 @@ namespace vormel {
 /// Nothing where this is not the account's own page.
 [[nodiscard]] std::optional<PremiumAccountInfo> parseTerabytezAccount(const QString& html, WallTime now);
 
+/// As above, with the plan "Unknown" for any other page.
+[[nodiscard]] PremiumAccountInfo terabytezAccountOrUnknown(const QString& html, WallTime now);
+
 } // namespace vormel

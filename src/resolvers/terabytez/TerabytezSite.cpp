@@ -13,6 +13,11 @@ Link pageOf(const TerabytezSite& site, QStringView path)
 
 } // namespace
 
+bool TerabytezSite::owns(QStringView host) const
+{
+    return host.contains("terabytez"_L1) || host.contains(domain);
+}
+
 Link TerabytezSite::rootUrl() const
 {
     return pageOf(*this, u"/");

@@ -4,10 +4,14 @@
 
 namespace vormel {
 
-/// Where the pages of Terabytez are. A value; any thread.
+/// Where Terabytez is. A value; any thread.
 struct TerabytezSite
 {
     QString domain; ///< may be configured anew at start
+
+    /// Is this host, in small letters, or this domain of a cookie the service's? It is by the word for the service or
+    /// by the configured domain, which need not have that word in it.
+    [[nodiscard]] bool owns(QStringView host) const;
 
     [[nodiscard]] Link rootUrl() const;
     [[nodiscard]] Link loginUrl() const;

@@ -6,6 +6,7 @@
 #include "ui/sheets/AddURLView.h"
 #include "ui/sheets/ArchivePasswordSheetView.h"
 #include "ui/sheets/HostSelectionSheetView.h"
+#include "ui/sheets/captcha/CaptchaSheetView.h"
 #include "ui/sheets/signin/TerabytezLoginSheetView.h"
 
 #include <QEvent>
@@ -15,16 +16,25 @@ namespace vormel {
 namespace {
 
 /// Nothing is filled in where the host has no account that is used.
-QCoro::Task<> fillIn(QPointer<TerabytezLoginSheetView> sheet, Accounts& accounts, // NOLINT(*-reference-coroutine-*)
-                     SupportedHost host)
+QCoro::Task<> fillIn(QPointer<TerabytezLoginSheetView> sheet, QPointer<Accounts> accounts, SupportedHost host)
 {
-    const HostAccount* const found = accounts.firstEnabled(host);
+    const HostAccount* const found = accounts->firstEnabled(host);
     if (!found)
         co_return;
     const HostAccount account = *found;
-    const QString password = co_await accounts.loadPassword(account);
+    const QString password = co_await accounts->loadPassword(account);
     if (sheet)
         sheet->setCredentials({account.username, password});
+}
+
+std::vector<SupportedHost> hostsWithAccount(const Accounts& accounts)
+{
+    std::vector<SupportedHost> hosts;
+    for (const HostAccount& account : accounts.list()) {
+        if (account.isEnabled)
+            hosts.push_back(account.host);
+    }
+    return hosts;
 }
 
 } // namespace
@@ -48,6 +58,8 @@ bool QueueSheets::eventFilter(QObject* watched, QEvent* event)
 
 bool QueueSheets::isStillAsked(const Question& question) const
 {
+    if (const auto* const captcha = std::get_if<PendingCaptcha>(&question))
+        return m_manager.questions().pendingCaptcha() == *captcha;
     if (const auto* const hosts = std::get_if<PendingHostSelection>(&question))
         return m_manager.questions().pendingHostSelection() == *hosts;
     if (const auto* const password = std::get_if<PendingExtractionPassword>(&question))
@@ -59,12 +71,14 @@ bool QueueSheets::isStillAsked(const Question& question) const
 
 QueueSheets::Question QueueSheets::pending() const
 {
+    if (const std::optional<PendingCaptcha> question = m_manager.questions().pendingCaptcha())
+        return *question;
+    if (m_manager.questions().pendingLogin())
+        return *m_manager.questions().pendingLogin();
     if (m_manager.questions().pendingHostSelection())
         return *m_manager.questions().pendingHostSelection();
     if (const std::optional<PendingExtractionPassword> question = m_manager.questions().pendingExtractionPassword())
         return *question;
-    if (m_manager.questions().pendingLogin())
-        return *m_manager.questions().pendingLogin();
     return {};
 }
 
@@ -126,6 +140,14 @@ void QueueSheets::openQuestion(QDialog* sheet, const std::function<void()>& canc
     open(sheet);
 }
 
+void QueueSheets::ask(const PendingCaptcha& question)
+{
+    auto* sheet = new CaptchaSheetView({pagePorts(m_ports), m_ports.captcha}, question.containerURL,
+                                       hostsWithAccount(m_manager.accounts()), &m_page);
+    connect(sheet, &CaptchaSheetView::linksExtracted, &m_manager.questions(), &Questions::addCaptchaLinks);
+    openQuestion(sheet, [this] { m_manager.questions().cancelCaptcha(); });
+}
+
 void QueueSheets::ask(const PendingHostSelection& question)
 {
     auto* sheet = new HostSelectionSheetView(question, m_manager.settings(), &m_page);
@@ -147,7 +169,7 @@ void QueueSheets::ask(SupportedHost host)
     auto* sheet = new TerabytezLoginSheetView({pagePorts(m_ports), site}, &m_page);
     connect(sheet, &TerabytezLoginSheetView::loggedIn, &m_manager.questions(), &Questions::loginSucceeded);
     openQuestion(sheet, [this] { m_manager.questions().cancelLogin(); });
-    spawn(fillIn(sheet, m_manager.accounts(), host));
+    spawn(fillIn(sheet, &m_manager.accounts(), host));
 }
 
 } // namespace vormel

@@ -32,7 +32,8 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    using Question = std::variant<std::monostate, PendingHostSelection, PendingExtractionPassword, SupportedHost>;
+    using Question =
+        std::variant<std::monostate, PendingCaptcha, SupportedHost, PendingHostSelection, PendingExtractionPassword>;
 
     /// A sheet that is being answered gives way to no other question.
     [[nodiscard]] bool isStillAsked(const Question& question) const;
@@ -42,6 +43,7 @@ private:
     void openQuestion(QDialog* sheet, const std::function<void()>& cancel);
     void release();
     void dismiss();
+    void ask(const PendingCaptcha& question);
     void ask(const PendingHostSelection& question);
     void ask(const PendingExtractionPassword& question);
     void ask(SupportedHost host);

@@ -83,9 +83,9 @@ void PageFrame::takeIn()
         m_view = view;
     }
     showPage();
-    Q_EMIT pageReady();
     if (m_address)
         m_page->load(*m_address);
+    Q_EMIT pageReady();
 }
 
 void PageFrame::load(const Link& url)

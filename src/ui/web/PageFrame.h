@@ -19,8 +19,8 @@ class WebBrowser;
 struct ViewPorts;
 
 /// One page of the embedded engine, below a line that says whose it is. Where there is no engine it says so instead,
-/// and goes on by itself once there is one. What the page wants a window for is loaded in its place, or not at all; files
-/// are refused.
+/// and goes on by itself once there is one. What the page wants a window for is loaded in its place, or not at all;
+/// files are refused.
 class PageFrame final : public QWidget, private WebPage::Judge
 {
     Q_OBJECT
@@ -48,7 +48,7 @@ public:
     void setZoom(double factor);
 
 Q_SIGNALS:
-    /// There is a page, and nothing has been loaded yet.
+    /// There is a page now, which loads what was asked for so far.
     void pageReady();
     /// As the page tells its judge. The frame may be deleted later, but not in here.
     void navigationOver(vormel::WebPage::End end);

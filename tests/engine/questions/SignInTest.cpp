@@ -34,6 +34,15 @@ TEST_F(SignIn, HoldsItemsBackUntilTheUserHasSignedIn)
     EXPECT_EQ(item->status(), DownloadStatus::resolving);
 }
 
+TEST_F(SignIn, IsNotAskedForByAnItemThatWasStoppedBeforeItTurnedOutToBeMissing)
+{
+    const ItemPtr item = startFilestore();
+    engine.manager().commands().interruptItem(*item, DownloadStatus::stopped);
+    answer(1, loginRequired(SupportedHost::filestore));
+    EXPECT_EQ(item->status(), DownloadStatus::stopped);
+    EXPECT_EQ(engine.manager().questions().pendingLogin(), std::nullopt);
+}
+
 TEST_F(SignIn, FailsTheHeldItemsWhenTheLoginIsCancelled)
 {
     const ItemPtr item = startFilestore();

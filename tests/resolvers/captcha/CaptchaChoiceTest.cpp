@@ -11,9 +11,10 @@ namespace {
 
 const std::vector<Link>& linksOfThreeHosts()
 {
-    static const std::vector<Link> links{linkOf(u"https://rapidgator.net/1"_s), linkOf(u"https://www.Terabytez.example/2"_s),
-                                         linkOf(u"https://filestore.example/3"_s), linkOf(u"https://terabytez.other/4"_s),
-                                         linkOf(u"https://RapidGator.net/5"_s)};
+    static const std::vector<Link> links{linkOf(u"https://rapidgator.net/1"_s),
+                                         linkOf(u"https://www.Terabytez.example/2"_s),
+                                         linkOf(u"https://filestore.example/3"_s),
+                                         linkOf(u"https://terabytez.other/4"_s), linkOf(u"https://RapidGator.net/5"_s)};
     return links;
 }
 

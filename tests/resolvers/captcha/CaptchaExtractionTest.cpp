@@ -60,9 +60,9 @@ protected:
     }
     void make(const std::vector<SupportedHost>& accountHosts)
     {
-        extraction = std::make_unique<CaptchaExtraction>(CaptchaPorts{http, *background, clock, browser, services},
-                                                         linkOf(u"https://box.example/Container/1.html"_s),
-                                                         accountHosts);
+        extraction =
+            std::make_unique<CaptchaExtraction>(CaptchaPorts{http, *background, clock, browser, services},
+                                                linkOf(u"https://box.example/Container/1.html"_s), accountHosts);
         QObject::connect(extraction.get(), &CaptchaExtraction::linksExtracted,
                          [this](const std::vector<Link>& urls) { results.push_back(textOf(urls)); });
         QObject::connect(extraction.get(), &CaptchaExtraction::changed, [this] { ++changes; });
@@ -107,8 +107,7 @@ protected:
     static void leadTo(ScriptedPage& hidden, const QString& url) { EXPECT_FALSE(hidden.asks(url)); }
     [[nodiscard]] std::string error() const { return extraction->errorMessage().value_or(u"none"_s).toStdString(); }
 
-    static constexpr const char* noLinks =
-        "No links found — make sure the file list is visible, then try again";
+    static constexpr const char* noLinks = "No links found — make sure the file list is visible, then try again";
 
     fixtures::ManualClock clock;
     fixtures::ScriptedHttpClient http;
@@ -175,8 +174,7 @@ TEST_F(CaptchaExtractionTest, ThenTheTextListIsAskedFor)
     ASSERT_TRUE(asks(1));
     EXPECT_EQ(http.last().request.url, QUrl(u"https://box.example/l.txt"_s));
     EXPECT_EQ(http.last().request.method, "GET");
-    EXPECT_EQ(http.last().header("User-Agent"),
-              "Mozilla/5.0 (Macintosh; Intel Mac OS X 10_15_7) AppleWebKit/605.1.15");
+    EXPECT_EQ(http.last().header("User-Agent"), "Mozilla/5.0 (Macintosh; Intel Mac OS X 10_15_7) AppleWebKit/605.1.15");
     answer("https://text.example/1\thttps://text.example/2");
     ASSERT_TRUE(ends());
     EXPECT_EQ(results, std::vector<std::string>{"https://text.example/1\nhttps://text.example/2"});
@@ -191,8 +189,7 @@ TEST_F(CaptchaExtractionTest, TheTextListGetsTheCookiesOfItsAddressAndNoOthers)
     extract();
     ASSERT_TRUE(asks(1));
     ASSERT_NE(http.last().request.cookies, nullptr); // not those of the transfers
-    EXPECT_EQ(http.last().request.cookies->cookies(),
-              QByteArrayList{"box.example\tFALSE\t/\tTRUE\t0\tsolved\tyes"});
+    EXPECT_EQ(http.last().request.cookies->cookies(), QByteArrayList{"box.example\tFALSE\t/\tTRUE\t0\tsolved\tyes"});
 }
 
 TEST_F(CaptchaExtractionTest, ATextListThatFailsOrIsEmptyLeavesTheLinkPages)
@@ -290,9 +287,7 @@ TEST_F(CaptchaExtractionTest, LinkPagesThatLeadNowhereTakeFifteenSecondsEach)
 
 TEST_F(CaptchaExtractionTest, TwoHundredLinkPagesAreAllFollowed)
 {
-    onOpened = [this](ScriptedPage& hidden) {
-        leadTo(hidden, u"https://rapidgator.net/file/%1"_s.arg(opened.size()));
-    };
+    onOpened = [this](ScriptedPage& hidden) { leadTo(hidden, u"https://rapidgator.net/file/%1"_s.arg(opened.size())); };
     putLinkPages(200);
     extract();
     ASSERT_TRUE(ends());

@@ -85,8 +85,9 @@ TEST(LinkList, StandsBetweenSpacesTabsAndEndsOfLines)
 
 TEST(LinkList, PassesOverWhatIsNoWebLinkWithAHost)
 {
-    EXPECT_EQ(textOf(parseLinkList(u"words ftp://a.example/1 http:///2 mailto:a@b.c //a.example/3 https://a.example/4"_s)),
-              "https://a.example/4");
+    EXPECT_EQ(
+        textOf(parseLinkList(u"words ftp://a.example/1 http:///2 mailto:a@b.c //a.example/3 https://a.example/4"_s)),
+        "https://a.example/4");
     EXPECT_TRUE(parseLinkList({}).empty());
 }
 

@@ -43,8 +43,9 @@ TEST(LinkTargets, ARefreshLeadsThere)
 
 TEST(LinkTargets, AScriptLeadsThere)
 {
-    for (const char* script : {"location='http://rapidgator.net/f/1'", "window.Location.HREF \n= \"https://rapidgator.net/f/1\"",
-                               "mylocation=\"https://rapidgator.net/f/1'"})
+    for (const char* script :
+         {"location='http://rapidgator.net/f/1'", "window.Location.HREF \n= \"https://rapidgator.net/f/1\"",
+          "mylocation=\"https://rapidgator.net/f/1'"})
         EXPECT_EQ(targetOf(QString::fromLatin1(script)), "https://rapidgator.net/f/1") << script;
     for (const char* script : {"location.replace('https://rapidgator.net/f/1')", "location=rapidgator.net/f/1",
                                "location='ftp://rapidgator.net/f/1'", "location='https://rapidgator.net/f/1"})
@@ -53,9 +54,9 @@ TEST(LinkTargets, AScriptLeadsThere)
 
 TEST(LinkTargets, ALinkLeadsThere)
 {
-    for (const char* host : {"file.store.example", "terabytez.example", "rapidgator.net", "turbobit.net",
-                             "uploaded.net", "1fichier.com", "katfile.com", "nitroflare.com", "mega.nz",
-                             "ddownload.com", "mixdrop.co", "filespace.com"}) {
+    for (const char* host :
+         {"file.store.example", "terabytez.example", "rapidgator.net", "turbobit.net", "uploaded.net", "1fichier.com",
+          "katfile.com", "nitroflare.com", "mega.nz", "ddownload.com", "mixdrop.co", "filespace.com"}) {
         const std::string address = std::string("https://") + host + "/f/1";
         EXPECT_EQ(targetOf(QString::fromStdString("<a HREF='" + address + "\">")), address);
         EXPECT_EQ(targetOf(QString::fromStdString("<a href='http" + address.substr(5) + "'>")), address);

@@ -79,6 +79,13 @@ TEST(TerabytezAccountPage, AnyOtherPageTellsNothing)
     EXPECT_EQ(account({}), std::nullopt);
 }
 
+TEST(TerabytezAccountPage, WhereAPlanMustBeToldAnyOtherPagesIsUnknown)
+{
+    EXPECT_EQ(terabytezAccountOrUnknown(u"Gold, traffic 5 GB"_s, newYear()),
+              (PremiumAccountInfo{u"Unknown"_s, {}, {}, {}}));
+    EXPECT_EQ(terabytezAccountOrUnknown(u"my affiliate, gold"_s, newYear()).plan, u"Gold");
+}
+
 TEST(TerabytezAccountPage, WhatThePageDoesNotTellStaysEmpty)
 {
     EXPECT_EQ(account(u"my affiliate"_s), (PremiumAccountInfo{u"Free"_s, {}, {}, {}}));

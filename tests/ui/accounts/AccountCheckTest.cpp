@@ -107,16 +107,6 @@ TEST_F(AccountCheckTest, EndsAsTheSignInDoes)
     EXPECT_EQ(message(), u"Sign-in cancelled");
 }
 
-TEST_F(AccountCheckTest, EndsAsCancelledWhereThereIsNoBrowser)
-{
-    NoSignInSheet none;
-    AccountCheck alone({engine.manager(), none}, account, &parent);
-    alone.run();
-    wantSignIn();
-    EXPECT_EQ(alone.state().testStatus().message(AppLanguage::italian), u"Accesso annullato");
-    answer(goldPlan());
-}
-
 TEST_F(AccountCheckTest, WaitsForALockedKeyringBeforeItAsksToSignIn)
 {
     engine.secrets.lock();

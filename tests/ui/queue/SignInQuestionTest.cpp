@@ -18,15 +18,13 @@ namespace {
 using fixtures::account;
 using fixtures::turnEventLoop;
 
-const QString signInLink = u"https://terabytez.example/x/a.rar"_s;
-
 class SignInQuestionTest : public ::testing::Test
 {
 protected:
     SignInQuestionTest()
     {
-        desktop.web.onPage = [](fixtures::ScriptedPage& page) {
-            page.onScript = [](const QString& /*script*/) -> std::optional<QVariant> { return u"my username"_s; };
+        desktop.web.onPage = [](fixtures::ScriptedPage& made) {
+            made.onScript = [](const QString& /*script*/) -> std::optional<QVariant> { return u"my username"_s; };
         };
         engine.manager().accounts().set({off, anna, account(SupportedHost::terabytez, u"bert"_s)});
         engine.secrets.kept.insert(keychainAccountKey(anna, HostProfiles()), u"s3cret"_s);
@@ -35,7 +33,7 @@ protected:
     /// Starts an item, and has its host want a sign-in.
     ItemPtr ask()
     {
-        const ItemPtr item = engine.add(signInLink);
+        const ItemPtr item = engine.add(u"https://terabytez.example/x/%1.bin"_s.arg(engine.manager().items().size()));
         engine.manager().commands().startItems({item});
         turnEventLoop();
         wantSignIn();
@@ -85,7 +83,7 @@ TEST_F(SignInQuestionTest, LetsAllItemsGoOnThatWaited)
     engine.settings().maxConcurrentDownloads.set(2);
     const ItemPtr one = ask();
     const ItemPtr other = ask();
-    filled();
+    shown().arrivesAt(u"https://terabytez.example/account/"_s);
     press("signInDone");
     EXPECT_TRUE(sheets().isEmpty());
     EXPECT_EQ(engine.manager().questions().pendingLogin(), std::nullopt);
@@ -166,9 +164,9 @@ TEST_F(SignInQuestionTest, FillsInWhatALockedKeyringGivesLater)
 {
     ask();
     press("cancelSignIn");
-    desktop.web.onPage = [](fixtures::ScriptedPage& shown) {
-        shown.shownUrl = fixtures::link(u"https://terabytez.example/login"_s);
-        shown.onScript = [](const QString& /*script*/) -> std::optional<QVariant> { return QVariant(); };
+    desktop.web.onPage = [](fixtures::ScriptedPage& made) {
+        made.shownUrl = fixtures::link(u"https://terabytez.example/login"_s);
+        made.onScript = [](const QString& /*script*/) -> std::optional<QVariant> { return QVariant(); };
     };
     engine.secrets.lock();
     ask();
@@ -191,8 +189,8 @@ TEST_F(SignInQuestionTest, FillsInNothingWithoutAnAccount)
     ask();
     press("cancelSignIn");
     engine.manager().accounts().set({off});
-    EXPECT_TRUE(engine.manager().questions().awaitLogin(ItemId::make(), SupportedHost::terabytez,
-                                                        engine.clock.steadyNow()));
+    EXPECT_TRUE(
+        engine.manager().questions().awaitLogin(ItemId::make(), SupportedHost::terabytez, engine.clock.steadyNow()));
     turnEventLoop();
     ASSERT_EQ(sheets().size(), 1);
     EXPECT_EQ(filled(), u"document.documentElement.innerHTML");

@@ -1,5 +1,6 @@
 #include "fixtures/EventLoop.h"
 #include "kit/Spinner.h"
+#include "kit/Theme.h"
 #include "ui/Part.h"
 #include "ui/sheets/SignInSheetPorts.h"
 #include "ui/sheets/signin/SignInMark.h"
@@ -36,7 +37,8 @@ protected:
     {
         sheet = new TerabytezLoginSheetView(fixtures::signInPorts(desktop), &window);
         sheet->setAttribute(Qt::WA_DeleteOnClose);
-        QObject::connect(sheet, &TerabytezLoginSheetView::loggedIn, [this](const auto& /*info*/) { ends << u"done"_s; });
+        QObject::connect(sheet, &TerabytezLoginSheetView::loggedIn,
+                         [this](const auto& /*info*/) { ends << u"done"_s; });
         QObject::connect(sheet, &QDialog::rejected, [this] { ends << u"cancelled"_s; });
         sheet->setCredentials({u"anna"_s, u"s3cret"_s});
         sheet->open();
@@ -196,8 +198,8 @@ TEST_F(TerabytezLoginSheetTest, LetsTheKeyboardGoThroughThePageToTheButtonsAndBa
     open();
     show(u"logout"_s);
     part("hostLine").setFocus();
-    for (QWidget* const next : {static_cast<QWidget*>(field), &part("cancelSignIn"), &part("signInDone"),
-                                &part("hostLine")}) {
+    for (QWidget* const next :
+         {static_cast<QWidget*>(field), &part("cancelSignIn"), &part("signInDone"), &part("hostLine")}) {
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
         EXPECT_EQ(QApplication::focusWidget(), next) << qPrintable(next->objectName());
     }

@@ -14,7 +14,17 @@ const QString accountPage = u"<b>My Username</b> <a href=/logout>Logout</a> Prem
 const QString loginPage = u"<form><input name=\"login\"><input name=\"password\"></form>"_s;
 const QString loginUrl = u"https://terabytez.example/login"_s;
 
-class TerabytezSignInTest : public ::testing::Test, private WebPage::Judge
+/// Lets everything pass.
+class NoJudge final : public WebPage::Judge
+{
+public:
+    [[nodiscard]] bool mayAsk(const WebPage::Request& /*request*/) override { return true; }
+    [[nodiscard]] bool mayShow(const WebPage::Response& /*response*/) override { return true; }
+    void windowWanted(const Link& /*url*/) override {}
+    void navigationEnded(WebPage::End /*end*/) override {}
+};
+
+class TerabytezSignInTest : public ::testing::Test
 {
 protected:
     TerabytezSignInTest()
@@ -52,19 +62,14 @@ protected:
     [[nodiscard]] qsizetype readings() const { return page->scripts.size() - fills(); }
 
     fixtures::ManualClock clock;
+    NoJudge judge;
     std::optional<QVariant> html = loginPage;
     std::unique_ptr<fixtures::ScriptedPage> page =
-        std::make_unique<fixtures::ScriptedPage>(*this, [](fixtures::ScriptedPage* /*gone*/) {});
+        std::make_unique<fixtures::ScriptedPage>(judge, [](fixtures::ScriptedPage* /*gone*/) {});
     std::unique_ptr<TerabytezSignIn> signIn =
         std::make_unique<TerabytezSignIn>(TerabytezSite{u"terabytez.example"_s}, clock, nullptr);
     QStringList loads;
     std::vector<std::optional<PremiumAccountInfo>> ends;
-
-private:
-    [[nodiscard]] bool mayAsk(const WebPage::Request& /*request*/) override { return true; }
-    [[nodiscard]] bool mayShow(const WebPage::Response& /*response*/) override { return true; }
-    void windowWanted(const Link& /*url*/) override {}
-    void navigationEnded(WebPage::End /*end*/) override {}
 };
 
 TEST_F(TerabytezSignInTest, BeginsAtTheFormWhenThereIsAPage)
@@ -82,8 +87,8 @@ TEST_F(TerabytezSignInTest, FillsInWhatIsStoredAndThenReadsThePage)
     begin({u"an'na"_s, u"s3\\cret"_s});
     EXPECT_EQ(fills(), 0); // nothing is shown yet
     show(loginPage);
-    EXPECT_EQ(page->scripts, (QStringList{fillScript({u"an'na"_s, u"s3\\cret"_s}),
-                                          u"document.documentElement.innerHTML"_s}));
+    EXPECT_EQ(page->scripts,
+              (QStringList{fillScript({u"an'na"_s, u"s3\\cret"_s}), u"document.documentElement.innerHTML"_s}));
     EXPECT_FALSE(signIn->isLoggedIn());
     show(loginPage);
     EXPECT_EQ(fills(), 2);

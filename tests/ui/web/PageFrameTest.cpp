@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -291,8 +292,12 @@ TEST_F(PageFrameTest, LetsTheKeyboardGoFromTheHostToThePage)
 {
     make();
     view->setFocusPolicy(Qt::StrongFocus);
-    partOf<HostLine>(*frame, "hostLine").setFocus();
-    EXPECT_EQ(partOf<HostLine>(*frame, "hostLine").nextInFocusChain(), view);
+    frame->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(frame.get()));
+    auto& line = partOf<HostLine>(*frame, "hostLine");
+    line.setFocus();
+    QTest::keyClick(&line, Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), view);
 }
 
 } // namespace

@@ -81,8 +81,8 @@ void CaptchaHostChooser::connectParts()
 void CaptchaHostChooser::offer(const HostGroupModel::Groups& groups)
 {
     m_model->setGroups(groups);
-    m_text->setText(u"Links are available on %1 servers. Select the one you have a premium account for."_s.arg(
-        groups.size()));
+    m_text->setText(
+        u"Links are available on %1 servers. Select the one you have a premium account for."_s.arg(groups.size()));
     m_hosts->setCurrentIndex(m_model->index(0));
     m_hosts->setFocus();
 }

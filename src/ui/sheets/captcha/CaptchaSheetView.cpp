@@ -60,8 +60,7 @@ void CaptchaSheetView::setUpParts()
     m_notice->setObjectName(u"captchaNotice"_s);
     m_notice->setTextFormat(Qt::RichText);
     m_notice->setWordWrap(true);
-    m_notice->setText(
-        u"Solve the CAPTCHA below, wait for the file list to appear, then press <b>Extract Links</b>."_s);
+    m_notice->setText(u"Solve the CAPTCHA below, wait for the file list to appear, then press <b>Extract Links</b>."_s);
     m_spinner->setObjectName(u"captchaSpinner"_s);
     m_progress->setObjectName(u"captchaProgress"_s);
     m_error->setObjectName(u"captchaError"_s);

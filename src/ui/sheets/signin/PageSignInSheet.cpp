@@ -17,7 +17,9 @@ QCoro::Task<SignInAnswer> PageSignInSheet::open(SignInRequest request, std::stop
     auto answer = std::make_shared<EventualSource<SignInAnswer>>(SignInAnswer());
     Eventual<SignInAnswer> eventual = answer->eventual();
     QObject::connect(sheet, &TerabytezLoginSheetView::loggedIn, sheet,
-                     [answer](const std::optional<PremiumAccountInfo>& info) { answer->deliver({true, info}); });
+                     [answer](const std::optional<PremiumAccountInfo>& info) {
+                         answer->deliver({true, info});
+                     });
     QObject::connect(sheet, &QDialog::rejected, sheet, [answer] { answer->deliver({}); });
     answer.reset();
     const auto close = [sheet] {
