@@ -23,6 +23,8 @@ void benchWindow(Report& report);
 void benchPages(Report& report);
 /// From Start to the bytes of a premium host, and from a container's link to the rows of its files.
 void benchPremium(Report& report);
+/// From a link to the address of its file by a hidden page, and what memory the engine of the pages takes and keeps.
+void benchWalk(Report& report);
 /// How well each speed cap of the menu is kept by three transfers.
 void benchCap(Report& report);
 

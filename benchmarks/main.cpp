@@ -16,12 +16,13 @@ int main(int argc, char** argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
     using namespace vormel::bench;
-    const std::array<std::pair<const char*, void (*)(Report&)>, 11> benchmarks{{{"window", benchWindow},
+    const std::array<std::pair<const char*, void (*)(Report&)>, 12> benchmarks{{{"window", benchWindow},
                                                                                 {"queue", benchQueue},
                                                                                 {"groups", benchGroups},
                                                                                 {"scroll", benchScroll},
                                                                                 {"pages", benchPages},
                                                                                 {"premium", benchPremium},
+                                                                                {"walk", benchWalk},
                                                                                 {"extract", benchExtract},
                                                                                 {"small", benchSmallFiles},
                                                                                 {"transfer", benchTransfer},

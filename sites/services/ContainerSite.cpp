@@ -8,8 +8,8 @@ namespace vormel::sites {
 
 namespace {
 
-const std::string visitCookie = "visit";
-const std::string visitToken = "v-3";
+const std::string solverCookie = "solver";
+const std::string solverToken = "v-3";
 
 const std::string challenge = "<div class=\"h-captcha\" data-sitekey=\"k\"></div>";
 
@@ -35,9 +35,10 @@ std::string cookieOfRequest(const Request& request, const std::string& name)
     return cookieValue(request.header("Cookie").value_or(""), name);
 }
 
-Answer openPage(const std::string& body)
+Answer openPage(const std::string& body, bool toSolver)
 {
-    return Answer::page(ok, page(body)).withCookie(visitCookie + "=" + visitToken + "; Path=/; Secure; HttpOnly");
+    const Answer answer = Answer::page(ok, page(body));
+    return toSolver ? answer.withCookie(solverCookie + "=" + solverToken + "; Path=/; Secure; HttpOnly") : answer;
 }
 
 } // namespace
@@ -53,7 +54,7 @@ Answer ContainerSite::answerOf(const Container& container, const std::string& id
     if (request.method != "POST" && container.hasCaptcha && !isSolved)
         return Answer::page(ok, page(challengeOf(id)));
     if (container.password.empty())
-        return openPage(container.body);
+        return openPage(container.body, isSolved);
     if (request.method != "POST") {
         return Answer::page(ok, page("<form method=\"post\">" + hiddenField("token", "a b") +
                                      "<input type=\"password\" name=\"password\"></form>"));
@@ -62,7 +63,8 @@ Answer ContainerSite::answerOf(const Container& container, const std::string& id
     const bool isRight = fieldValue(fields, "password") == container.password && fieldValue(fields, "token") == "a b";
     if (!isRight)
         return Answer::page(ok, page(container.refusal));
-    return container.asksAnew && !isSolved ? Answer::page(ok, page(challengeOf(id))) : openPage(container.body);
+    return container.asksAnew && !isSolved ? Answer::page(ok, page(challengeOf(id)))
+                                           : openPage(container.body, isSolved);
 }
 
 std::string ContainerSite::add(Container container)
@@ -86,22 +88,22 @@ std::string ContainerSite::addGoLink(const std::string& word, const Answer& answ
 std::string ContainerSite::addTextList(const std::string& lines)
 {
     const std::string path = "/DLC/L" + std::to_string(++m_last) + ".txt";
-    serveToVisitors(path, Answer::page(ok, lines, "text/plain"));
+    serveToSolvers(path, Answer::page(ok, lines, "text/plain"));
     return "https://" + m_domain + path;
 }
 
 std::string ContainerSite::addLinkPage(LinkPage kind, const std::string& target)
 {
     std::string path = "/Link/P" + std::to_string(++m_last) + ".html";
-    serveToVisitors(path, linkPageAnswer(kind, target));
+    serveToSolvers(path, linkPageAnswer(kind, target));
     return path;
 }
 
-void ContainerSite::serveToVisitors(const std::string& path, const Answer& answer)
+void ContainerSite::serveToSolvers(const std::string& path, const Answer& answer)
 {
     Resource resource;
     resource.respond = [answer](const Request& request) {
-        return cookieOfRequest(request, visitCookie) == visitToken
+        return cookieOfRequest(request, solverCookie) == solverToken
                    ? answer
                    : Answer::page(forbidden, page("<p>Solve the challenge first</p>"));
     };

@@ -11,8 +11,8 @@
 
 namespace vormel::sites {
 
-// A link container service over https: pages with links, some behind a password or a CAPTCHA. An open page gives a
-// cookie, and without that cookie there is nothing of what it leads to on the site. Any thread.
+// A link container service over https: pages with links, some behind a password or a CAPTCHA. Whoever has
+// solved one gets a cookie, and without that cookie there are no text lists and no pages for links. Any thread.
 class ContainerSite
 {
 public:
@@ -43,7 +43,7 @@ public:
 
 private:
     [[nodiscard]] static Answer answerOf(const Container& container, const std::string& id, const Request& request);
-    void serveToVisitors(const std::string& path, const Answer& answer);
+    void serveToSolvers(const std::string& path, const Answer& answer);
 
     std::string m_domain;
     std::atomic<int> m_last = 0; // container, list or page

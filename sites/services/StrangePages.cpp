@@ -20,8 +20,8 @@ struct StrangeScript
 // What the pages do as soon as they are shown.
 constexpr std::array strangeScripts{
     StrangeScript{Kind::endlessScript, "onload = () => { for (;;) {} }"},
-    StrangeScript{Kind::allocation, "onload = () => setInterval(() => { for (let i = 0; i < 16; ++i) "
-                                    "hoard.push(new Array(1 << 20).fill(Math.random())) }, 1); const hoard = []"},
+    StrangeScript{Kind::allocation, "onload = () => { const hoard = []; for (;;) "
+                                    "hoard.push(new Array(1 << 20).fill(Math.random())) }"},
     StrangeScript{Kind::alerts, "onload = () => { for (;;) { alert('a'); confirm('b'); prompt('c') } }"},
     StrangeScript{Kind::prints, "onload = () => setInterval(() => print(), 1)"},
     StrangeScript{Kind::windows, "onload = () => setInterval(() => open('/login-question'), 1)"},

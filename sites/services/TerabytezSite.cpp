@@ -6,6 +6,7 @@
 #include "sites/services/Statuses.h"
 
 #include <algorithm>
+#include <stdexcept>
 
 namespace vormel::sites {
 
@@ -54,6 +55,14 @@ TerabytezSite::TerabytezSite(const TestCertificates& certificates, std::string d
     serve("/logout", [this](const Request& request) { return signOut(request); });
     for (const char* path : {"/account", "/account/"})
         serve(path, [this](const Request& request) { return accountPage(request); });
+}
+
+std::string TerabytezSite::signIn(const std::string& username, const std::string& password)
+{
+    const auto session = m_members.signIn(username, password);
+    if (!session)
+        throw std::invalid_argument("not a member: " + username);
+    return terabytezCookie + "=" + *session;
 }
 
 void TerabytezSite::setSessionCookie(SessionCookie cookie)

@@ -5,6 +5,8 @@
 
 #include <gmock/gmock.h>
 
+#include <stdexcept>
+
 namespace vormel::sites {
 namespace {
 
@@ -109,6 +111,13 @@ TEST_F(TerabytezSiteTest, GivesAFileToWhoeverHasTheCookie)
     EXPECT_EQ(m_site.fileRequests().back().header("User-Agent"), "stranger");
     m_site.signEverybodyOut();
     EXPECT_EQ(fetch(address).status, 403);
+}
+
+TEST_F(TerabytezSiteTest, SignsAMemberInWithoutTheForm)
+{
+    m_client.setHeader("Cookie: " + m_site.signIn("ann", "se cret"));
+    EXPECT_THAT(fetch("/").body, HasSubstr("/logout"));
+    EXPECT_THROW(m_site.signIn("ann", "other"), std::invalid_argument);
 }
 
 TEST_F(TerabytezSiteTest, KeepsACookieOfItsHostAloneFromTheFileServer)

@@ -1,0 +1,76 @@
+#include "ProcessTree.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <algorithm>
+#include <map>
+
+using namespace Qt::StringLiterals;
+
+namespace vormel::bench {
+
+namespace {
+
+std::optional<QByteArray> textOf(qint64 process, QLatin1StringView name)
+{
+    QFile file(u"/proc/%1/"_s.arg(process) + name);
+    return file.open(QIODevice::ReadOnly) ? std::optional(file.readAll()) : std::nullopt;
+}
+
+/// Behind the program's name, which is in parentheses and may have blanks, come the state and the parent.
+qint64 parentOf(qint64 process)
+{
+    const QByteArray stat = textOf(process, "stat"_L1).value_or(QByteArray());
+    return stat.mid(stat.lastIndexOf(')') + 2).split(' ').value(1).toLongLong();
+}
+
+std::optional<double> pssKibibytes(qint64 process)
+{
+    const std::optional<QByteArray> memory = textOf(process, "smaps_rollup"_L1);
+    if (!memory)
+        return std::nullopt;
+    for (const QByteArray& line : memory->split('\n')) {
+        if (line.startsWith("Pss:"))
+            return line.mid(4).trimmed().split(' ').first().toDouble();
+    }
+    return 0; // ended, and not yet taken note of
+}
+
+} // namespace
+
+ProcessTree::ProcessTree(qint64 root)
+    : m_processes{root}
+{
+    std::multimap<qint64, qint64> children;
+    for (const QString& name : QDir(u"/proc"_s).entryList(QDir::Dirs)) {
+        if (const qint64 process = name.toLongLong(); process > 0)
+            children.emplace(parentOf(process), process);
+    }
+    for (std::size_t next = 0; next < m_processes.size(); ++next) {
+        const auto [begin, end] = children.equal_range(m_processes[next]);
+        std::for_each(begin, end, [this](const auto& child) { m_processes.push_back(child.second); });
+    }
+}
+
+std::optional<double> ProcessTree::pssMebibytes() const
+{
+    constexpr double kibibytes = 1024;
+    double sum = 0;
+    for (const qint64 process : m_processes) {
+        const std::optional<double> pss = pssKibibytes(process);
+        if (!pss && QFile::exists(u"/proc/%1"_s.arg(process)))
+            return std::nullopt;
+        sum += pss.value_or(0);
+    }
+    return sum / kibibytes;
+}
+
+int ProcessTree::renderers() const
+{
+    return static_cast<int>(std::count_if(m_processes.begin(), m_processes.end(), [](qint64 process) {
+        return textOf(process, "cmdline"_L1).value_or(QByteArray()).contains("--type=renderer");
+    }));
+}
+
+} // namespace vormel::bench
