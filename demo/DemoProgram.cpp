@@ -2,11 +2,12 @@
 
 #include "app/MainWindow.h"
 #include "app/Program.h"
-#include "demo/DemoScript.h"
 #include "demo/DiskEvidence.h"
 #include "demo/DownloadsChapter.h"
 #include "demo/PremiumChapter.h"
 #include "demo/SetsChapter.h"
+#include "demo/WebChapter.h"
+#include "platform/web/WebBrowser.h"
 #include "text/ByteCount.h"
 
 #include <QApplication>
@@ -39,7 +40,7 @@ class Show
 {
 public:
     Show(const Folders& folders, const CurlHttpClient::Options& network)
-        : m_program(folders, network)
+        : m_program(folders, network, Program::Contacts(), QStringLiteral(VORMEL_WEB_PLUGIN))
         , m_window(m_program.viewPorts(), m_program.updater())
     {
         QObject::connect(qApp, &QApplication::aboutToQuit, &m_window, [this] { m_program.manager().shutDown(); });
@@ -48,6 +49,7 @@ public:
 
     [[nodiscard]] DownloadManager& manager() { return m_program.manager(); }
     [[nodiscard]] MainWindow& window() { return m_window; }
+    [[nodiscard]] WebBrowser& browser() { return m_program.viewPorts().web; }
 
 private:
     Program m_program;
@@ -73,10 +75,14 @@ void append(std::vector<Step>& steps, Chapter& chapter)
 
 } // namespace
 
-DemoProgram::DemoProgram(const Places& places)
+DemoProgram::DemoProgram(const Places& places, BrowserWorld& world)
     : m_places(places)
     , m_folders(Folders::below(places.home))
-{}
+    , m_world(world)
+    , m_services(world.certificates())
+{
+    m_world.lead(m_services.places());
+}
 
 int DemoProgram::present()
 {
@@ -87,6 +93,8 @@ int DemoProgram::present()
     if (!objection.isEmpty())
         print(u"There are no sets of archives to be seen: %1."_s.arg(objection));
     Show show(m_folders, network());
+    if (m_web && objectionToPages(show.browser()).isEmpty())
+        introduceWeb();
     show.manager().settings().maxDownloadSpeedKBps.set(capToWatchKBps);
     show.manager().addURLs(linksToWatch(), std::nullopt);
     QTimer::singleShot(timeToReadTheList, &show.window(), [&show] { show.manager().commands().startAll(); });
@@ -109,7 +117,7 @@ int DemoProgram::perform(const QString& output, bool mustPlayAll)
         return EXIT_FAILURE;
     m_report.say(u"Playing with servers on 127.0.0.1 in %1; screenshots go to %2"_s.arg(m_places.home, output));
     prepareSets(mustPlayAll);
-    play(output);
+    play(output, mustPlayAll);
     if (m_report.allHeld())
         checkNewStart();
     return m_report.conclude();
@@ -126,7 +134,8 @@ QString DemoProgram::packSets()
         return u"rar did not make them"_s;
     m_sites.serve(sets.spoilt);
     m_sites.serve(sets.secret);
-    m_premium.emplace(sets.premium, m_places.home);
+    m_premium.emplace(sets.premium, m_services);
+    m_web.emplace(sets.shared, m_services);
     m_sets = std::move(sets);
     return {};
 }
@@ -141,44 +150,77 @@ void DemoProgram::prepareSets(bool mustPlayAll)
         m_report.check(u"rar has made the sets of archives"_s, objection);
 }
 
-void DemoProgram::play(const QString& output)
+QString DemoProgram::objectionToPages(const WebBrowser& browser) const
+{
+    if (!m_world.objection().isEmpty())
+        return m_world.objection();
+    const std::optional<WebBrowser::Absence> absence = browser.absence();
+    if (!absence)
+        return {};
+    return *absence == WebBrowser::Absence::notInstalled ? u"the browser engine is not installed"_s
+                                                         : u"the browser engine does not start"_s;
+}
+
+void DemoProgram::preparePages(const WebBrowser& browser, bool mustPlayAll)
+{
+    if (!m_web)
+        return;
+    const QString objection = objectionToPages(browser);
+    m_hasPages = objection.isEmpty();
+    if (!objection.isEmpty() && !mustPlayAll)
+        m_report.say(u"LEFT OUT: everything about pages in the window; "_s + objection);
+    else
+        m_report.check(u"pages can be shown in the window"_s, objection);
+}
+
+void DemoProgram::play(const QString& output, bool mustPlayAll)
 {
     Show show(m_folders, network());
+    preparePages(show.browser(), mustPlayAll);
     const Stage stage{show.manager(), m_sites, m_folders, m_places.home, m_places.trash};
     std::vector<Step> steps;
     DownloadsChapter downloads(stage);
     append(steps, downloads);
     std::optional<SetsChapter> sets;
     std::optional<PremiumChapter> premium;
+    std::optional<WebChapter> web;
     if (m_sets) {
         append(steps, sets.emplace(stage, show.window(), *m_sets));
         append(steps, premium.emplace(stage, show.window(), m_sets->premium, *m_premium));
     }
-    DemoScript script(std::move(steps), {show.window(), m_report, output});
+    if (m_hasPages)
+        append(steps, web.emplace(stage, WebChapter::Surroundings{show.window(), *m_web, m_world}, m_sets->shared));
+    playScript(show.window(), std::move(steps), output);
+    m_report.check(u"the queue file lists all items after that"_s,
+                   objectionToStoredQueue(show.manager().queueFileURL(), m_sites.samples()));
+}
+
+void DemoProgram::playScript(MainWindow& window, std::vector<Step> steps, const QString& output)
+{
+    DemoScript script(std::move(steps), {window, m_report, output});
     bool isPlayedToEnd = false;
-    QObject::connect(&script, &DemoScript::ended, &show.window(), [&] {
+    QObject::connect(&script, &DemoScript::ended, &window, [&] {
         isPlayedToEnd = true;
         m_report.say(u"Closing the window"_s);
-        closeAndEnd(show.window());
+        closeAndEnd(window);
     });
     script.start();
     const int code = QApplication::exec();
     m_report.check(u"the window was closed at the end and the program ended with it in order"_s,
                    isPlayedToEnd && code == EXIT_SUCCESS ? QString() : u"it did not"_s);
-    m_report.check(u"the queue file lists all items after that"_s,
-                   objectionToStoredQueue(show.manager().queueFileURL(), m_sites.samples()));
 }
 
 void DemoProgram::checkNewStart()
 {
     m_report.say(u"Starting the program anew"_s);
-    Program program(m_folders, network());
+    Program program(m_folders, network(), Program::Contacts(), QStringLiteral(VORMEL_WEB_PLUGIN));
     const std::size_t restored = program.manager().items().size();
     m_report.check(u"a new start finds the whole queue again"_s,
                    restored == m_sites.samples().size() ? QString() : u"%1 items"_s.arg(restored));
     const std::size_t accounts = program.manager().accounts().list().size();
+    const std::size_t entered = m_hasPages ? 2 : 1;
     if (m_premium)
-        m_report.check(u"and the account"_s, unless(accounts == 1, u"%1 accounts"_s.arg(accounts)));
+        m_report.check(u"and the accounts"_s, unless(accounts == entered, u"%1 of %2"_s.arg(accounts).arg(entered)));
 }
 
 bool DemoProgram::hasRoom() const
@@ -195,8 +237,8 @@ bool DemoProgram::hasRoom() const
 CurlHttpClient::Options DemoProgram::network() const
 {
     CurlHttpClient::Options options = m_sites.network();
-    if (m_premium)
-        m_premium->joinIn(options);
+    options.extraCaFile = m_world.authority();
+    m_services.joinIn(options);
     return options;
 }
 
@@ -221,6 +263,15 @@ void DemoProgram::introducePremium() const
           u"and choose %6: its film has a damaged volume, which is rebuilt."_s.arg(
               m_premium->hostDomain(), PremiumSites::username, PremiumSites::password, m_premium->containerLink(),
               PremiumSites::containerPassword, m_premium->hostName()));
+}
+
+void DemoProgram::introduceWeb() const
+{
+    print(u"And there are pages in the window: enter an account for %1, too, %2 with the password\n"
+          u"%3, and add the container %4.\n"
+          u"Click on its CAPTCHA, then on Extract Links, and press Start All. The sign-in that opens is\n"
+          u"filled in; click on Login, then on Done."_s.arg(m_web->hostDomain(), WebSites::username, WebSites::password,
+                                                            m_web->containerLink()));
 }
 
 } // namespace vormel::demo

@@ -25,17 +25,23 @@ DemoSets plannedSets()
                         .film = sites::PatternContent(203, 40 * mebibyte),
                         .volumeBytes = 8 * mebibyte,
                         .recoveryVolumes = 2,
-                        .spoilt = 3}};
+                        .spoilt = 3},
+            .shared = {.name = u"Northern.Ferry.2026.1080p.WEB-DL.x265-DEMO"_s,
+                       .cleanName = u"Northern Ferry 2026.mkv"_s,
+                       .film = sites::PatternContent(204, 20 * mebibyte),
+                       .volumeBytes = 8 * mebibyte}};
 }
 
 qint64 bytesToCome(const DemoSets& sets)
 {
-    return sets.spoilt.bytesToCome() + sets.secret.bytesToCome() + sets.premium.bytesToCome();
+    return sets.spoilt.bytesToCome() + sets.secret.bytesToCome() + sets.premium.bytesToCome() +
+           sets.shared.bytesToCome();
 }
 
 bool pack(DemoSets& sets, const QString& folder)
 {
-    return pack(sets.spoilt, folder) && pack(sets.secret, folder) && pack(sets.premium, folder);
+    return pack(sets.spoilt, folder) && pack(sets.secret, folder) && pack(sets.premium, folder) &&
+           pack(sets.shared, folder);
 }
 
 } // namespace vormel::demo

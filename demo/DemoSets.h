@@ -10,6 +10,7 @@ struct DemoSets
     FilmSet spoilt;  ///< one volume is of no use, and there are recovery volumes
     FilmSet secret;  ///< with a password
     FilmSet premium; ///< at hosts for which one needs an account; one volume is damaged there
+    FilmSet shared;  ///< some volumes at one of these hosts, the rest at the other
 };
 
 /// As they are meant to be, without their volumes.

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QKeyEvent>
+#include <QMouseEvent>
 
 namespace vormel::demo {
 
@@ -22,6 +23,21 @@ void press(QAbstractButton* button)
 {
     if (button)
         button->click();
+}
+
+void click(QWidget* part, const QPoint& place)
+{
+    QWidget* const shown = part->childAt(place);
+    QWidget* const target = shown ? shown : part;
+    const QPointF point = target->mapFrom(part, place);
+    const QPointF onScreen = part->mapToGlobal(place);
+    const auto send = [&](QEvent::Type type, Qt::MouseButton button, Qt::MouseButtons held) {
+        QMouseEvent event(type, point, onScreen, button, held, Qt::NoModifier);
+        QCoreApplication::sendEvent(target, &event);
+    };
+    send(QEvent::MouseMove, Qt::NoButton, Qt::NoButton);
+    send(QEvent::MouseButtonPress, Qt::LeftButton, Qt::LeftButton);
+    send(QEvent::MouseButtonRelease, Qt::LeftButton, Qt::NoButton);
 }
 
 } // namespace vormel::demo

@@ -23,4 +23,7 @@ void type(QWidget* into, const QString& text);
 /// Does nothing without a button, and nothing to one that is greyed out.
 void press(QAbstractButton* button);
 
+/// With the mouse, at a place of the part, on whatever shows there.
+void click(QWidget* part, const QPoint& place);
+
 } // namespace vormel::demo

@@ -3,12 +3,10 @@
 #include "app/MainWindow.h"
 #include "demo/DiskEvidence.h"
 #include "demo/Hands.h"
+#include "demo/LinkSheet.h"
 #include "ui/sheets/HostButton.h"
 
-#include <QClipboard>
-#include <QComboBox>
 #include <QDir>
-#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -37,6 +35,7 @@ PremiumChapter::PremiumChapter(const Stage& stage, MainWindow& window, const Fil
     : m_stage(stage)
     , m_window(window)
     , m_sites(sites)
+    , m_accounts(window)
     , m_list(window)
     , m_film(stage, film, [&sites] { return sites.recoveryVolumesAskedFor(); })
 {}
@@ -49,42 +48,30 @@ std::vector<Step> PremiumChapter::steps()
 
 Step PremiumChapter::openAccounts()
 {
-    const auto open = [this] {
-        m_window.showPage(Page::accounts);
-        press(partInSight<QToolButton>(m_window, u"addAccount"_s));
-    };
-    const auto missing = [this] {
-        return unless(partInSight<QWidget>(m_window, u"accountEditView"_s), u"there is no sheet"_s);
-    };
     return {.title = u"Opening the page of the accounts, and its sheet"_s,
-            .begin = open,
+            .begin = [this] { m_accounts.openSheet(); },
             .goal = u"open: the sheet for a new account"_s,
-            .missing = missing};
+            .missing = [this] { return m_accounts.missingSheet(); }};
 }
 
 Step PremiumChapter::enterAccount()
 {
-    const auto missing = [this] {
-        const auto* const save = partInSight<QPushButton>(m_window, u"saveAccount"_s);
-        return unless(save && save->isEnabled(), u"there is nothing to be saved"_s);
+    const auto fillIn = [this] {
+        m_accounts.fillIn({m_sites.hostDomain(), PremiumSites::username, PremiumSites::password});
     };
     return {.title = u"Typing user name and password"_s,
-            .begin = [this] { fillInAccount(); },
+            .begin = fillIn,
             .goal = u"entered: the account can be saved"_s,
-            .missing = missing,
+            .missing = [this] { return m_accounts.missingEntry(); },
             .screenshot = u"14-account.png"_s};
 }
 
 Step PremiumChapter::saveAccount()
 {
-    const auto missing = [this] {
-        const bool isShown = partInSight<QWidget>(m_window, u"accountRow"_s) != nullptr;
-        return unless(isShown && !partInSight<QWidget>(m_window, u"accountEditView"_s), u"it is not in the list"_s);
-    };
     return {.title = u"Saving the account"_s,
-            .begin = [this] { press(partInSight<QPushButton>(m_window, u"saveAccount"_s)); },
+            .begin = [this] { m_accounts.save(); },
             .goal = u"saved: the page lists the account"_s,
-            .missing = missing,
+            .missing = [this] { return m_accounts.missingAccounts(1); },
             .checks = {{u"nobody has signed in with it yet"_s, [this] { return objectionToLogins(0); }}}};
 }
 
@@ -188,22 +175,12 @@ Step PremiumChapter::clear()
                         [this] { return objectionToContainerPassword(); }}}};
 }
 
-void PremiumChapter::fillInAccount()
-{
-    type(partInSight<QComboBox>(m_window, u"accountHost"_s), m_sites.hostDomain());
-    type(partInSight<QLineEdit>(m_window, u"accountUsername"_s), PremiumSites::username);
-    type(partInSight<QLineEdit>(m_window, u"accountPassword"_s), PremiumSites::password);
-}
-
-/// The sheet takes the link from the clipboard.
 void PremiumChapter::pasteLink()
 {
     m_itemsBefore = m_stage.manager.items().size();
     m_stage.manager.settings().cleanExtractedNames.set(true);
     m_stage.manager.settings().extractedNamesDotsToSpaces.set(true);
-    QGuiApplication::clipboard()->setText(m_sites.containerLink());
-    m_window.showPage(Page::downloads);
-    press(partInSight<QToolButton>(m_window, u"addURLs"_s));
+    openLinkSheet(m_window, m_sites.containerLink());
 }
 
 void PremiumChapter::choose(const QString& host) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "demo/AccountsOnScreen.h"
 #include "demo/DemoScript.h"
 #include "demo/PremiumSites.h"
 #include "demo/QueueOnScreen.h"
@@ -40,7 +41,6 @@ private:
     [[nodiscard]] Step finish();
     [[nodiscard]] Step clear();
 
-    void fillInAccount();
     void pasteLink();
     void choose(const QString& host) const;
     void pressStartAll(qint64 capKBps);
@@ -56,6 +56,7 @@ private:
     Stage m_stage;
     MainWindow& m_window;
     const PremiumSites& m_sites;
+    AccountsOnScreen m_accounts;
     QueueOnScreen m_list;
     SetOnStage m_film;
     std::size_t m_itemsBefore = 0;

@@ -20,16 +20,13 @@ std::string damaged(std::string bytes)
 
 } // namespace
 
-PremiumSites::PremiumSites(const FilmSet& film, const QString& folder)
-    : m_authority(QString::fromStdString(m_certificates.writeAuthority(folder.toStdString()).string()))
-    , m_host(m_certificates, m_services.filestoreDomain.toStdString())
-    , m_otherHost({.tls = m_certificates.valid({m_services.terabytezDomain.toStdString()})})
-    , m_containers(m_certificates, m_services.fileCryptDomains.front().toStdString())
+PremiumSites::PremiumSites(const FilmSet& film, PremiumServices& services)
+    : m_services(services)
 {
-    m_host.addAccount(username.data(), password.data());
+    services.filestore.addAccount(username.data(), password.data());
     const std::string links = linksAtHost(film) + linksAtOtherHost(film);
     m_containerLink = QString::fromStdString(
-        m_containers.add({.body = sites::clickNLoadCall(links), .password = containerPassword.data()}));
+        services.containers.add({.body = sites::clickNLoadCall(links), .password = containerPassword.data()}));
 }
 
 std::string PremiumSites::linksAtHost(const FilmSet& film)
@@ -39,7 +36,7 @@ std::string PremiumSites::linksAtHost(const FilmSet& film)
         const FilmSet::Volume& volume = film.volumes[place];
         const std::string bytes = film.spoilt == place ? damaged(volume.bytes) : volume.bytes;
         const std::string page =
-            m_host.addFile(volume.name.toStdString(), sites::FilestoreSite::Shape::twoForms, bytes);
+            m_services.filestore.addFile(volume.name.toStdString(), sites::FilestoreSite::Shape::twoForms, bytes);
         if (volume.isRecovery)
             m_recoveryPaths.push_back(page.substr(page.rfind('/')) + volume.path());
         links += page + "\r\n";
@@ -47,27 +44,25 @@ std::string PremiumSites::linksAtHost(const FilmSet& film)
     return links;
 }
 
-std::string PremiumSites::linksAtOtherHost(const FilmSet& film) const
+std::string PremiumSites::linksAtOtherHost(const FilmSet& film)
 {
     std::string links;
-    for (const FilmSet::Volume& volume : film.volumes)
-        links += "https://" + m_services.terabytezDomain.toStdString() + volume.path() + "\r\n";
+    for (const FilmSet::Volume& volume : film.volumes) {
+        links += m_services.terabytez.addFile(volume.name.toStdString(), sites::TerabytezSite::Shape::redirect,
+                                              volume.bytes) +
+                 "\r\n";
+    }
     return links;
 }
 
-void PremiumSites::joinIn(CurlHttpClient::Options& network) const
+int PremiumSites::connectionsToOtherHost() const
 {
-    network.extraCaFile = m_authority;
-    std::map<std::string, std::string> places = m_host.connectTo();
-    places.merge(m_containers.connectTo());
-    places[m_services.terabytezDomain.toStdString() + ":443"] = "127.0.0.1:" + std::to_string(m_otherHost.port());
-    for (const auto& [from, to] : places)
-        network.connectTo.insert(QByteArray::fromStdString(from), QByteArray::fromStdString(to));
+    return m_services.terabytez.pages().connectionsAccepted() + m_services.terabytez.files().connectionsAccepted();
 }
 
 std::size_t PremiumSites::recoveryVolumesAskedFor() const
 {
-    const std::vector<sites::Request> requests = m_host.fileRequests();
+    const std::vector<sites::Request> requests = m_services.filestore.fileRequests();
     return static_cast<std::size_t>(
         std::count_if(m_recoveryPaths.begin(), m_recoveryPaths.end(), [&requests](const std::string& path) {
             return std::any_of(requests.begin(), requests.end(),

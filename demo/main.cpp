@@ -1,4 +1,5 @@
 #include "config/Services.h"
+#include "demo/BrowserWorld.h"
 #include "demo/DemoProgram.h"
 #include "platform/desktop/TerminationSignals.h"
 
@@ -73,12 +74,13 @@ int main(int argc, char** argv)
     const QTemporaryDir home(QDir::temp().filePath(u"vormel-demo-XXXXXX"_s));
     liveIn(home.path());
     vormel::TerminationSignals signalsOfTheSystem; // before any thread is started
+    vormel::demo::BrowserWorld world(home.path());
     const QApplication application(argc, argv);
     nameProgram();
     QObject::connect(&signalsOfTheSystem, &vormel::TerminationSignals::terminationRequested, &application,
                      &QApplication::quit);
     signalsOfTheSystem.listen();
     const Wishes wishes = readCommandLine();
-    vormel::demo::DemoProgram demo({home.path(), home.filePath(u"Trash/files"_s)});
+    vormel::demo::DemoProgram demo({home.path(), home.filePath(u"Trash/files"_s)}, world);
     return wishes.isUnattended ? perform(demo, wishes.output) : demo.present();
 }
