@@ -171,8 +171,9 @@ void benchWalk(Report& report)
         report.note(u"Walks through pages are left out: this build has no engine for them."_s);
         return;
     }
-    report.note(u"Hidden walks through the pages of a premium host over https on this machine, median of %1 starts:"_s
-                    .arg(starts));
+    report.note(
+        u"Hidden walks through the pages of a premium host over https on this machine, median of %1 starts:"_s.arg(
+            starts));
     try {
         WalkWorld world;
         measureTimes(report, world);
