@@ -17,11 +17,6 @@ namespace vormel {
 
 namespace {
 
-bool isHttp(const QUrl& url)
-{
-    return url.scheme() == u"http" || url.scheme() == u"https";
-}
-
 /// Requests have no fragment.
 QUrl asRequested(const QUrl& url)
 {
@@ -38,7 +33,7 @@ StrictPage::StrictPage(QWebEngineProfile& profile, QObject& parent, Owner& owner
     setAudioMuted(true);
     refuseWhatItAsksFor();
     connect(this, &QWebEnginePage::newWindowRequested, this, [this](const QWebEngineNewWindowRequest& request) {
-        if (m_owner && isHttp(request.requestedUrl()))
+        if (m_owner)
             m_owner->windowWanted(request.requestedUrl());
     });
     connect(this, &QWebEnginePage::urlChanged, this, [this] { m_inFrames.clear(); });

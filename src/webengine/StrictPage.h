@@ -27,7 +27,7 @@ public:
         [[nodiscard]] virtual bool mayNavigate(const QUrl& url, bool isMainFrame) = 0;
         /// A link that says itself that it leads to a file.
         [[nodiscard]] virtual bool mayDownload(const QUrl& url) = 0;
-        /// Only for addresses of http and https.
+        /// None is opened.
         virtual void windowWanted(const QUrl& url) = 0;
         /// Which the engine does not fetch.
         virtual void fileCame(const QUrl& url, bool isMainFrame) = 0;
