@@ -71,8 +71,8 @@ void failed(Stage& stage)
 std::vector<Scene> signInScenes()
 {
     return {
-        {"sheet-sign-in", found},          {"sheet-sign-in-unprotected", unprotectedPage},
-        {"sheet-sign-in-focus", focus},  {"sheet-sign-in-missing", missing},
+        {"sheet-sign-in", found},         {"sheet-sign-in-unprotected", unprotectedPage},
+        {"sheet-sign-in-focus", focus},   {"sheet-sign-in-missing", missing},
         {"sheet-sign-in-failed", failed},
     };
 }
