@@ -38,6 +38,7 @@ AccountRow::AccountRow(const ViewPorts& ports, HostAccount account, QString host
     , m_remove(new QToolButton(this))
     , m_line(new QHBoxLayout)
     , m_below(new QHBoxLayout)
+    , m_lowest(new QHBoxLayout)
 {
     nameParts();
     m_host->setWhole(m_hostLabel);
@@ -104,6 +105,7 @@ void AccountRow::layOut()
     grid->addLayout(m_line, 0, 1);
     grid->addWidget(m_premium, 1, 1);
     grid->addLayout(m_below, 2, 1);
+    grid->addLayout(m_lowest, 3, 1);
     grid->setColumnStretch(1, 1);
     moveNotes(true);
 }
@@ -115,7 +117,7 @@ void AccountRow::moveNotes(bool areBeside)
     constexpr int behindNames = 1;
     constexpr int behindCheck = 4;
     m_areNotesBeside = areBeside;
-    for (QBoxLayout* const line : {m_line, m_below}) {
+    for (QBoxLayout* const line : {m_line, m_below, m_lowest}) {
         line->removeWidget(m_disabled);
         line->removeWidget(m_message);
         line->removeWidget(m_signOut);
@@ -124,7 +126,10 @@ void AccountRow::moveNotes(bool areBeside)
     const int place = areBeside ? behindNames : 0;
     line->insertWidget(place, m_disabled, 0, Qt::AlignLeading | Qt::AlignVCenter);
     line->insertWidget(place + 1, m_message, areBeside ? 0 : 1);
-    line->insertWidget(areBeside ? behindCheck : place + 2, m_signOut, 0, Qt::AlignTrailing | Qt::AlignVCenter);
+    if (areBeside)
+        m_line->insertWidget(behindCheck, m_signOut);
+    else
+        m_lowest->addWidget(m_signOut, 0, Qt::AlignTrailing);
     m_message->setAlignment((areBeside ? Qt::AlignTrailing : Qt::AlignLeading) | Qt::AlignVCenter);
 }
 

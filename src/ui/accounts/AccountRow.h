@@ -84,8 +84,9 @@ private:
     SheetButton* m_signOut; ///< only where the host signs in in the browser
     SheetButton* m_edit;
     QToolButton* m_remove;
-    QBoxLayout* m_line;  ///< of the names and the controls
-    QBoxLayout* m_below; ///< of the notes in a narrow row
+    QBoxLayout* m_line;   ///< of the names and the controls
+    QBoxLayout* m_below;  ///< of the notes in a narrow row
+    QBoxLayout* m_lowest; ///< of the control that not all rows have, there
     bool m_areNotesBeside = true;
 };
 
