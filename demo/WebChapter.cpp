@@ -19,6 +19,7 @@ using namespace std::chrono_literals;
 
 constexpr qint64 slowKBps = 1024; // until the sign-in is made and the set was seen on its way
 constexpr qint64 fastKBps = qint64{50} * 1024;
+constexpr auto drawingTime = 1s; // what a page holds is known before it is seen
 
 // As the program calls the sheets.
 const QString captchaSheet = u"captchaSheet"_s;
@@ -88,7 +89,7 @@ Step WebChapter::openContainer()
             .begin = [this] { press(partInSight<QPushButton>(m_surroundings.window, u"add"_s)); },
             .goal = u"asked: a sheet shows the container's own page with its CAPTCHA"_s,
             .missing = missing,
-            .settling = 1s, // the line above the page looks once a second
+            .settling = drawingTime,
             .screenshot = u"20-captcha.png"_s};
 }
 
@@ -99,7 +100,7 @@ Step WebChapter::solve()
             .begin = [this] { m_page.click(u"#challenge"_s); },
             .goal = u"solved: the page lists the files"_s,
             .missing = [this, isSolved] { return missingPage(captchaSheet, isSolved); },
-            .settling = 1s,
+            .settling = drawingTime,
             .screenshot = u"21-captcha-solved.png"_s};
 }
 
@@ -126,7 +127,7 @@ Step WebChapter::start()
         .begin = [this] { startAll(); },
         .goal = u"asked: a sheet shows the host's own sign-in, filled in with what is stored"_s,
         .missing = [this, isFilledIn] { return missingPage(signInSheet, isFilledIn); },
-        .settling = 1s,
+        .settling = drawingTime,
         .checks = {{u"nothing was submitted by itself"_s, [this] { return objectionToSignIns(0); }},
                    {u"the volumes of this host wait, and none has failed"_s, [this] { return objectionToWaiting(); }}},
         .screenshot = u"22-sign-in.png"_s};
@@ -149,7 +150,7 @@ Step WebChapter::openAccountPage()
             .begin = [this] { m_page.click(u"a[href*=account]"_s); },
             .goal = u"open: the page tells of the account"_s,
             .missing = [this, isShown] { return missingPage(signInSheet, isShown); },
-            .settling = 1s,
+            .settling = drawingTime,
             .screenshot = u"23-signed-in.png"_s};
 }
 

@@ -1,6 +1,7 @@
 #include "config/Services.h"
 #include "demo/BrowserWorld.h"
 #include "demo/DemoProgram.h"
+#include "kit/ReadableStyle.h"
 #include "platform/desktop/TerminationSignals.h"
 
 #include <QApplication>
@@ -76,6 +77,7 @@ int main(int argc, char** argv)
     vormel::TerminationSignals signalsOfTheSystem; // before any thread is started
     vormel::demo::BrowserWorld world(home.path());
     const QApplication application(argc, argv);
+    QApplication::setStyle(new vormel::ReadableStyle); // as the program does
     nameProgram();
     QObject::connect(&signalsOfTheSystem, &vormel::TerminationSignals::terminationRequested, &application,
                      &QApplication::quit);
