@@ -49,5 +49,25 @@ INSTANTIATE_TEST_SUITE_P(Moments, TerabytezFileWalkStop,
                          testing::Values(Moment::load, Moment::formWait, Moment::script, Moment::reading,
                                          Moment::post));
 
+class TerabytezStoppedWalk : public TerabytezScene
+{};
+
+TEST_F(TerabytezStoppedWalk, AFileThatIsReadOffThePageWhenTheWalkIsStoppedIsNotTold)
+{
+    std::optional<HeldReading> held;
+    browser.jar = {".terabytez.example\tTRUE\t/\tTRUE\t0\txfss\tabc"};
+    loadsWithForm();
+    shown.html = u"https://dl7.any.example/x/film.rar"_s;
+    shown.onSubmit = [](Page& page) { page.ends(); };
+    shown.onRead = [this, &held](Page&) { held.emplace(background); };
+    const WalkPtr walk = start();
+    ASSERT_TRUE(comes([&held] { return held.has_value(); }));
+    walk->stop.request_stop();
+    held.reset();
+    ASSERT_TRUE(ends(walk));
+    EXPECT_FALSE(walk->found || walk->error);
+    EXPECT_TRUE(transfers.cookies().isEmpty());
+}
+
 } // namespace
 } // namespace vormel
