@@ -25,6 +25,7 @@ HostLine::HostLine(const AppSettings& settings, QWidget* parent)
 {
     setObjectName(u"hostLine"_s);
     m_text->setObjectName(u"pageHost"_s);
+    setFocusPolicy(Qt::TabFocus);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(6, 4, 6, 4);
     row->setSpacing(6);
@@ -54,7 +55,7 @@ void HostLine::showTexts()
     constexpr TextPair unverified{u"Connection not verified: %1", u"Connessione non verificata: %1"};
     const TextPair& text = m_isVerified ? verified : unverified;
     const QString words = m_shownHost.isEmpty() ? QString() : text.in(m_settings.language.value()).arg(m_shownHost);
-    setFocusPolicy(words.isEmpty() ? Qt::NoFocus : Qt::TabFocus);
+    setEnabled(!words.isEmpty()); // or it would take the focus all the same
     m_lock->setVisible(!words.isEmpty());
     m_lock->setLook(m_isVerified ? Glyph::lockFill : Glyph::exclamationmarkTriangleFill,
                     m_isVerified ? Tint::green : Tint::orange);

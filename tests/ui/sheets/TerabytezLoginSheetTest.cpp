@@ -205,6 +205,14 @@ TEST_F(TerabytezLoginSheetTest, LetsTheKeyboardGoThroughThePageToTheButtonsAndBa
     }
 }
 
+TEST_F(TerabytezLoginSheetTest, PassesOverTheLineOfTheHostWhileItSaysNothing)
+{
+    open();
+    part("signInDone").setFocus();
+    QTest::keyClick(&part("signInDone"), Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), field);
+}
+
 TEST_F(TerabytezLoginSheetTest, BeginsInThePage)
 {
     open();
