@@ -8,9 +8,10 @@ namespace vormel {
 
 TEST(Identity, IsThatOfAnOrdinaryBrowserOfTheEnginesVersion)
 {
-    EXPECT_EQ(ordinaryUserAgent(u"Mozilla/5.0 (X11; Linux x86_64) AppleWebKit/537.36 (KHTML, like Gecko) QtWebEngine/6.4.2 "
-                                "Chrome/102.0.5005.177 Safari/537.36"_s),
-              u"Mozilla/5.0 (X11; Linux x86_64) AppleWebKit/537.36 (KHTML, like Gecko) Chrome/102.0.0.0 Safari/537.36"_s);
+    EXPECT_EQ(
+        ordinaryUserAgent(u"Mozilla/5.0 (X11; Linux x86_64) AppleWebKit/537.36 (KHTML, like Gecko) QtWebEngine/6.4.2 "
+                          "Chrome/102.0.5005.177 Safari/537.36"_s),
+        u"Mozilla/5.0 (X11; Linux x86_64) AppleWebKit/537.36 (KHTML, like Gecko) Chrome/102.0.0.0 Safari/537.36"_s);
 }
 
 TEST(Identity, PrefersLanguagesInTheirOrder)

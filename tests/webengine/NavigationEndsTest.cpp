@@ -1,6 +1,7 @@
+#include "webengine/NavigationEnds.h"
+
 #include "fixtures/EventLoop.h"
 #include "fixtures/ManualClock.h"
-#include "webengine/NavigationEnds.h"
 
 #include <gmock/gmock.h>
 

@@ -15,7 +15,8 @@ protected:
     PluginTest() { servePage("/page", "<p>page"); }
 
     SystemClock clock;
-    PluginBrowser browser{{.plugin = QStringLiteral(VORMEL_WEB_PLUGIN), .profile = world().home().path(u"plugin"_s)}, clock};
+    PluginBrowser browser{{.plugin = QStringLiteral(VORMEL_WEB_PLUGIN), .profile = world().home().path(u"plugin"_s)},
+                          clock};
 };
 
 TEST_F(PluginTest, GivesPagesOfTheRealEngineWithTheCookiesThatCameBefore)
@@ -37,7 +38,8 @@ TEST_F(PluginTest, LeavesNothingBehindOutsideOfItsFolder)
     page.reset();
     for (const QString& file : world().home().files()) {
         const QString top = file.section(u'/', 0, 0);
-        EXPECT_TRUE((QStringList{u".pki"_s, u"plugin"_s, u"profile"_s, u"slow-profile"_s}.contains(top))) << file.toStdString();
+        EXPECT_TRUE((QStringList{u".pki"_s, u"plugin"_s, u"profile"_s, u"slow-profile"_s}.contains(top)))
+            << file.toStdString();
     }
     EXPECT_FALSE(QFileInfo::exists(world().home().path(u".local/share/vormel_webengine_tests/QtWebEngine"_s)));
     EXPECT_TRUE(world().home().exists(u"plugin/user_prefs.json"_s));

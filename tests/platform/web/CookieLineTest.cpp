@@ -6,7 +6,8 @@ using namespace vormel;
 
 TEST(CookieLine, HasEachFieldOfItsText)
 {
-    const CookieLine cookie = CookieLine::parse("#HttpOnly_.site.example\tTRUE\t/in\tTRUE\t1700000000\tname\tval ue=").value();
+    const CookieLine cookie =
+        CookieLine::parse("#HttpOnly_.site.example\tTRUE\t/in\tTRUE\t1700000000\tname\tval ue=").value();
     EXPECT_EQ(cookie, (CookieLine{.domain = ".site.example",
                                   .path = "/in",
                                   .isSecure = true,
@@ -20,16 +21,18 @@ TEST(CookieLine, HasEachFieldOfItsText)
 
 TEST(CookieLine, OfOneHostHasNoFullStop)
 {
-    EXPECT_EQ(CookieLine::parse(".site.example\tFALSE\t/\tFALSE\t0\tn\t")->text(), "site.example\tFALSE\t/\tFALSE\t0\tn\t");
-    EXPECT_EQ(CookieLine::parse("site.example\tTRUE\t/\tFALSE\t0\tn\t")->text(), ".site.example\tTRUE\t/\tFALSE\t0\tn\t");
+    EXPECT_EQ(CookieLine::parse(".site.example\tFALSE\t/\tFALSE\t0\tn\t")->text(),
+              "site.example\tFALSE\t/\tFALSE\t0\tn\t");
+    EXPECT_EQ(CookieLine::parse("site.example\tTRUE\t/\tFALSE\t0\tn\t")->text(),
+              ".site.example\tTRUE\t/\tFALSE\t0\tn\t");
 }
 
 TEST(CookieLine, IsNotReadFromAnythingElse)
 {
-    for (const char* line :
-         {"", "Set-Cookie: a=b", "site.example\tFALSE\t/\tFALSE\t0\tname", "site.example\tFALSE\t/\tFALSE\t0\tname\tv\tw",
-          "\tFALSE\t/\tFALSE\t0\tname\tv", ".\tTRUE\t/\tFALSE\t0\tname\tv", "site.example\tFALSE\tpath\tFALSE\t0\tname\tv",
-          "site.example\tFALSE\t/\tFALSE\tsoon\tname\tv", "site.example\tFALSE\t/\tFALSE\t0\t\tv"})
+    for (const char* line : {"", "Set-Cookie: a=b", "site.example\tFALSE\t/\tFALSE\t0\tname",
+                             "site.example\tFALSE\t/\tFALSE\t0\tname\tv\tw", "\tFALSE\t/\tFALSE\t0\tname\tv",
+                             ".\tTRUE\t/\tFALSE\t0\tname\tv", "site.example\tFALSE\tpath\tFALSE\t0\tname\tv",
+                             "site.example\tFALSE\t/\tFALSE\tsoon\tname\tv", "site.example\tFALSE\t/\tFALSE\t0\t\tv"})
         EXPECT_FALSE(CookieLine::parse(line)) << line;
 }
 

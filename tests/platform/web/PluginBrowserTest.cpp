@@ -1,7 +1,8 @@
+#include "platform/web/PluginBrowser.h"
+
 #include "fixtures/ManualClock.h"
 #include "fixtures/Sandbox.h"
 #include "fixtures/ScriptedBrowser.h"
-#include "platform/web/PluginBrowser.h"
 
 #include <QDir>
 #include <QFile>
