@@ -2,6 +2,7 @@
 
 #include "webengine/EnginePage.h"
 #include "webengine/Identity.h"
+#include "webengine/StrictPage.h"
 
 #include <QDir>
 #include <QLocale>
@@ -35,12 +36,9 @@ EngineBrowser::EngineBrowser(const QString& folder, Clock& clock)
 {
     setUp(folder);
     setAttributes();
-    connect(&m_profile, &QWebEngineProfile::downloadRequested, this, [](QWebEngineDownloadRequest* download) {
-        const QUrl url = download->url();
-        auto* const page = static_cast<StrictPage*>(download->page()); // there are no others
+    connect(&m_profile, &QWebEngineProfile::downloadRequested, this, [this](QWebEngineDownloadRequest* download) {
         download->cancel();
-        if (page)
-            page->takeFile(url);
+        takeFile(download->url());
     });
 }
 
@@ -77,6 +75,15 @@ void EngineBrowser::setAttributes()
     settings.setAttribute(Settings::PlaybackRequiresUserGesture, true);
     settings.setAttribute(Settings::WebRTCPublicInterfacesOnly, true);
     settings.setUnknownUrlSchemePolicy(Settings::DisallowUnknownUrlSchemes);
+}
+
+void EngineBrowser::takeFile(const QUrl& url)
+{
+    // The engine knows whose it is, but asking it is a crash if that page has gone.
+    for (QObject* const page : m_pages.children()) {
+        if (static_cast<StrictPage*>(page)->takeFile(url)) // there are no other children
+            return;
+    }
 }
 
 std::unique_ptr<WebPage> EngineBrowser::makePage(WebPage::Judge& judge)

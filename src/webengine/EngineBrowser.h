@@ -25,6 +25,7 @@ public:
 private:
     void setUp(const QString& folder);
     void setAttributes();
+    void takeFile(const QUrl& url);
 
     Clock& m_clock;
     RequestFilter m_filter;

@@ -17,6 +17,15 @@ namespace vormel {
 
 namespace {
 
+/// Of endless pages only the newest.
+void note(QList<QUrl>& addresses, const QUrl& url)
+{
+    constexpr qsizetype most = 100;
+    if (addresses.size() == most)
+        addresses.removeFirst();
+    addresses.append(url);
+}
+
 /// Requests have no fragment.
 QUrl asRequested(const QUrl& url)
 {
@@ -36,7 +45,10 @@ StrictPage::StrictPage(QWebEngineProfile& profile, QObject& parent, Owner& owner
         if (m_owner)
             m_owner->windowWanted(request.requestedUrl());
     });
-    connect(this, &QWebEnginePage::urlChanged, this, [this] { m_inFrames.clear(); });
+    connect(this, &QWebEnginePage::urlChanged, this, [this] {
+        m_asked.clear();
+        m_inFrames.clear();
+    });
 }
 
 StrictPage::~StrictPage()
@@ -72,13 +84,17 @@ QWebEngineView& StrictPage::view()
     return *m_view;
 }
 
-void StrictPage::takeFile(const QUrl& url)
+bool StrictPage::takeFile(const QUrl& url)
 {
-    const bool isMainFrame = !m_inFrames.contains(asRequested(url));
-    // The engine tells of what it was not let to ask for as well.
-    const bool isRefused = url == std::exchange(m_refused, {});
-    if (m_owner && !isRefused)
+    const QUrl request = asRequested(url);
+    const bool isMainFrame = request == m_asked || m_links.removeOne(request);
+    if (!isMainFrame && !m_inFrames.removeOne(request))
+        return false;
+    if (isMainFrame)
+        m_asked.clear();
+    if (m_owner)
         m_owner->fileCame(url, isMainFrame);
+    return true;
 }
 
 void StrictPage::abandon()
@@ -97,19 +113,12 @@ bool StrictPage::acceptNavigationRequest(const QUrl& url, NavigationType /*type*
     const bool isEmptyFrame = !isMainFrame && url.scheme() == u"about";
     if (!m_owner || isEmptyFrame)
         return isEmptyFrame;
-    if (isMainFrame)
-        m_asked = asRequested(url);
-    else
-        noteFrame(asRequested(url));
-    return m_owner->mayNavigate(url, isMainFrame) && m_owner;
-}
-
-void StrictPage::noteFrame(const QUrl& url)
-{
-    constexpr qsizetype mostFrames = 100;
-    if (m_inFrames.size() == mostFrames)
-        m_inFrames.removeFirst();
-    m_inFrames.append(url);
+    const bool isAllowed = m_owner->mayNavigate(url, isMainFrame) && m_owner;
+    if (isAllowed && isMainFrame)
+        m_announced = asRequested(url);
+    else if (isAllowed)
+        note(m_inFrames, asRequested(url));
+    return isAllowed;
 }
 
 QStringList StrictPage::chooseFiles(FileSelectionMode /*mode*/, const QStringList& /*oldFiles*/,
@@ -141,14 +150,17 @@ StrictPage::Requests::Requests(StrictPage& page)
 
 void StrictPage::Requests::interceptRequest(QWebEngineUrlRequestInfo& request)
 {
+    if (request.resourceType() != QWebEngineUrlRequestInfo::ResourceTypeMainFrame)
+        return;
     const QUrl url = request.requestUrl();
-    if (request.resourceType() != QWebEngineUrlRequestInfo::ResourceTypeMainFrame || url == m_page.m_asked)
-        return;
-    // What was not asked for as a page is what a link is to download.
-    if (m_page.m_owner && m_page.m_owner->mayDownload(url))
-        return;
-    m_page.m_refused = url;
-    request.block(true);
+    const bool isAnnounced = url == std::exchange(m_page.m_announced, {});
+    // What was not announced as a page is what a link is to download.
+    if (isAnnounced)
+        m_page.m_asked = url;
+    else if (m_page.m_owner && m_page.m_owner->mayDownload(url))
+        note(m_page.m_links, url);
+    else
+        request.block(true);
 }
 
 } // namespace vormel

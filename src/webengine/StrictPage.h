@@ -42,10 +42,10 @@ public:
     /// Made at the first call.
     [[nodiscard]] QWebEngineView& view();
     [[nodiscard]] bool hasView() const { return m_view; }
-    /// The newest address that was asked for in the main frame, without a fragment.
+    /// What is asked for in the main frame, without a fragment; empty once it is there.
     [[nodiscard]] const QUrl& asked() const { return m_asked; }
-    /// The browser tells of every file that the engine would fetch.
-    void takeFile(const QUrl& url);
+    /// The browser tells of every file that the engine would fetch. False if it is none of this page's.
+    bool takeFile(const QUrl& url);
     /// Nobody is asked any more, and the page goes in a later turn of the event loop.
     void abandon();
 
@@ -71,12 +71,12 @@ private:
     };
 
     void refuseWhatItAsksFor();
-    void noteFrame(const QUrl& url);
 
     Owner* m_owner;
     Requests m_requests{*this};
+    QUrl m_announced; ///< for the main frame, before it is asked for
     QUrl m_asked;
-    QUrl m_refused;         ///< a file
+    QList<QUrl> m_links;    ///< asked for by links to files
     QList<QUrl> m_inFrames; ///< those asked for in frames, since the page of the main frame came
     QPointer<QWebEngineView> m_view;
 };

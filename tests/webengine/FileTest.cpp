@@ -80,6 +80,60 @@ TEST_F(FileTest, BehindALinkThatDownloadsIsToldOnceItMayBeAskedFor)
     EXPECT_EQ(judge.ends.size(), 2U);
 }
 
+TEST_F(FileTest, BehindALinkIsJudgedAtEachRedirect)
+{
+    servePage("/page", R"(<a id=link download href="/moved">x</a>)");
+    serveAnswer("/moved", Answer::redirect(302, "/file"));
+    EXPECT_EQ(open("/page"), End::loaded);
+    judge.onAsk = [](const auto& request) { return request.url.lastPathComponent() != u"file"; };
+    tell(u"document.getElementById('link').click()"_s);
+    EXPECT_EQ(nextEnd(), End::failed);
+    EXPECT_THAT(judge.asked, ElementsAre("/page", "/moved", "/file"));
+    linger();
+    // The engine has asked already when it lets the redirect be judged; it reads nothing.
+    EXPECT_THAT(judge.shown, ElementsAre("/page"));
+    EXPECT_EQ(judge.ends.size(), 2U);
+}
+
+TEST_F(FileTest, IsJudgedBehindALinkAlsoAfterItWasRefusedAsAPage)
+{
+    EXPECT_EQ(open("/page"), End::loaded);
+    judge.onAsk = [](const auto&) { return false; };
+    tell(formOfFile);
+    EXPECT_EQ(nextEnd(), End::failed);
+    tell(u"document.getElementById('link').click()"_s);
+    EXPECT_EQ(nextEnd(), End::failed);
+    EXPECT_THAT(judge.asked, ElementsAre("/page", "/file", "/file"));
+    EXPECT_EQ(requests("/file"), 0U);
+}
+
+TEST_F(FileTest, ThatComesWhenItsPageIsGoneIsNobodys)
+{
+    server.serve("/late",
+                 {.content = "late", .answers = {Answer::file().withDisposition("attachment").stallBeforeHead()}});
+    servePage("/page", R"(<a id=link download href="/late">x</a>)");
+    EXPECT_EQ(open("/page"), End::loaded);
+    tell(u"document.getElementById('link').click()"_s);
+    ASSERT_TRUE(stalls());
+    page.reset();
+    linger(std::chrono::milliseconds(100));
+    server.release();
+    linger();
+    EXPECT_EQ(judge.ends.size(), 1U);
+    EXPECT_THAT(judge.shown, ElementsAre("/page"));
+}
+
+TEST_F(FileTest, WhosePageGoesAtTheStopBeforeItIsNobodys)
+{
+    for (int round = 0; round < 20; ++round) {
+        const auto another = pageOf(world().browser(), judge);
+        another->load(link(server.url("/file")));
+        ASSERT_TRUE(isAsked("/file"));
+        linger(std::chrono::milliseconds(round));
+    }
+    linger();
+}
+
 TEST_F(FileTest, InAFrameIsToldAsSuchAndEndsNothing)
 {
     servePage("/frames", R"(<iframe src="/redirected"></iframe>)");
