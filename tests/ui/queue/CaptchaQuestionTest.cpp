@@ -51,10 +51,7 @@ protected:
         }
         return nullptr;
     }
-    void click(const char* name)
-    {
-        QTest::mouseClick(&fixtures::partOf<QPushButton>(*sheet(), name), Qt::LeftButton);
-    }
+    void click(const char* name) { QTest::mouseClick(&fixtures::partOf<QPushButton>(*sheet(), name), Qt::LeftButton); }
     [[nodiscard]] bool isSolved()
     {
         return waitUntil([this] { return !engine.manager().questions().pendingCaptcha(); });
