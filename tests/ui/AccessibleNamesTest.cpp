@@ -147,7 +147,11 @@ TEST_P(AccessibleNamesTest, TheSheetForACaptchaIsNamedThroughout)
 {
     const ViewPorts ports = desktop.ports();
     const Link container = fixtures::link(u"https://container.example/c/1"_s);
-    expectAllOf(*new CaptchaSheetView({pagePorts(ports), ports.captcha}, container, {}, &window));
+    auto* sheet = new CaptchaSheetView({pagePorts(ports), ports.captcha}, container, {}, &window);
+    expectAllOf(*sheet);
+    desktop.web.pages.front()->arrivesAt(container.absoluteString());
+    expectAllOf(*sheet);
+    EXPECT_EQ(focusable(*sheet).size(), 3); // the line that says whose page it is, and the buttons
 }
 
 TEST_P(AccessibleNamesTest, TheFormOfAnAccountIsNamedThroughout)

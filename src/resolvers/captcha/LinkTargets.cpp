@@ -43,11 +43,12 @@ std::optional<Link> LinkTargets::scanPageForTarget(const QString& html) const
 {
     static const BoundedRegex script =
         BoundedRegex::ignoringCase(uR"((?:location(?:\.href)?)\s*=\s*["'](https?://[^"']+)["'])"_s);
-    if (const auto target = targetIn(metaRefreshAddress(html).value_or(QString())))
-        return target;
-    if (const auto target = targetIn(firstCapture(script, html)))
-        return target;
-    return targetIn(firstCapture(m_href, html));
+    std::optional<Link> target = targetIn(metaRefreshAddress(html).value_or(QString()));
+    if (!target)
+        target = targetIn(firstCapture(script, html));
+    if (!target)
+        target = targetIn(firstCapture(m_href, html));
+    return target;
 }
 
 std::optional<Link> LinkTargets::targetIn(QStringView address) const

@@ -5,6 +5,7 @@
 #include "kit/FocusRing.h"
 #include "kit/GlyphLabel.h"
 
+#include <QAccessibleWidget>
 #include <QHBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -14,6 +15,14 @@ namespace vormel {
 namespace {
 
 constexpr int lockSize = 16;
+
+void installHostLineAccessibility()
+{
+    QAccessible::installFactory([](const QString& /*className*/, QObject* object) -> QAccessibleInterface* {
+        auto* const line = qobject_cast<HostLine*>(object);
+        return line ? new QAccessibleWidget(line, QAccessible::StaticText) : nullptr;
+    });
+}
 
 } // namespace
 
@@ -25,7 +34,7 @@ HostLine::HostLine(const AppSettings& settings, QWidget* parent)
 {
     setObjectName(u"hostLine"_s);
     m_text->setObjectName(u"pageHost"_s);
-    setFocusPolicy(Qt::TabFocus);
+    installHostLineAccessibility();
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(6, 4, 6, 4);
     row->setSpacing(6);
@@ -62,6 +71,7 @@ void HostLine::showTexts()
     m_text->setTint(m_isVerified ? Tint::text : Tint::orange);
     m_text->setWhole(words);
     setAccessibleName(words);
+    setFocusPolicy(words.isEmpty() ? Qt::NoFocus : Qt::TabFocus); // there is nothing to be read there
 }
 
 void HostLine::paintEvent(QPaintEvent* /*event*/)

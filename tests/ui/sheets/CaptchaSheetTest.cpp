@@ -48,8 +48,7 @@ protected:
     void open(const std::vector<SupportedHost>& accountHosts = {})
     {
         const CaptchaSheetView::Ports ports{
-            {browser, []() -> QCoro::Task<> { co_return; }, engine.clock, engine.settings()},
-            {engine.http, background, engine.clock, browser, services}};
+            {browser, []() -> QCoro::Task<> { co_return; }, engine.clock, engine.settings()}, reading};
         sheet = std::make_unique<CaptchaSheetView>(ports, link(u"https://box.example/Container/1.html"_s), accountHosts,
                                                    nullptr);
         QObject::connect(sheet.get(), &CaptchaSheetView::linksExtracted, [this](const std::vector<Link>& urls) {
@@ -88,6 +87,7 @@ protected:
     fixtures::ScriptedBrowser browser;
     Services services = Services::builtIn();
     Background background;
+    CaptchaPorts reading{engine.http, background, engine.clock, browser, services};
     QJsonObject content;
     QPointer<QLabel> view;
     std::vector<std::vector<Link>> extracted;

@@ -24,7 +24,7 @@ public:
     struct Ports
     {
         PageFrame::Ports page;
-        CaptchaPorts reading;
+        const CaptchaPorts& reading;
     };
 
     CaptchaSheetView(const Ports& ports, const Link& containerURL, std::vector<SupportedHost> accountHosts,
