@@ -40,7 +40,7 @@ QCoro::Task<> KeptCookies::restore()
         spawn(load(m_lifetime.watch()));
     }
     const SharedEventual<bool> restored = *m_restored;
-    co_await restored;
+    static_cast<void>(co_await restored);
 }
 
 QCoro::Task<> KeptCookies::load(Lifetime::Watch lifetime)
