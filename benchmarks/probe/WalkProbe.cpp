@@ -7,9 +7,9 @@
 #include <QSocketNotifier>
 #include <QTextStream>
 
-#include <optional>
-
 #include <unistd.h>
+
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -70,8 +70,8 @@ int runProbe(const QStringList& arguments)
     Program program(Folders::below(arguments.at(1)), network, Program::Contacts(), arguments.at(2));
     program.viewPorts().web.addCookie(arguments.at(5).toUtf8());
     program.manager().settings().autoStartDownloads.set(true);
-    QCoro::waitFor(program.manager().accounts().put({QUuid::createUuid(), SupportedHost::terabytez, u"ann"_s, true},
-                                                    u"secret"_s));
+    QCoro::waitFor(
+        program.manager().accounts().put({QUuid::createUuid(), SupportedHost::terabytez, u"ann"_s, true}, u"secret"_s));
     MainWindow window(program.viewPorts(), program.updater());
     window.show();
     const Walks walks(program.manager());
