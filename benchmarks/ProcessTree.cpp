@@ -18,11 +18,25 @@ std::optional<QByteArray> textOf(qint64 process, QLatin1StringView name)
     return file.open(QIODevice::ReadOnly) ? std::optional(file.readAll()) : std::nullopt;
 }
 
-/// Behind the program's name, which is in parentheses and may have blanks, come the state and the parent.
-qint64 parentOf(qint64 process)
+/// Of /proc/N/stat; behind the program's name, which is in parentheses and may have blanks, come the state and these.
+enum class StatField
+{
+    parent = 1,
+    threads = 17,
+};
+
+qint64 numberOf(qint64 process, StatField field)
 {
     const QByteArray stat = textOf(process, "stat"_L1).value_or(QByteArray());
-    return stat.mid(stat.lastIndexOf(')') + 2).split(' ').value(1).toLongLong();
+    return stat.mid(stat.lastIndexOf(')') + 2).split(' ').value(static_cast<int>(field)).toLongLong();
+}
+
+/// Many are forked off a zygote and keep its command line. The zygote itself has one thread, or it could not fork.
+bool isRenderer(qint64 process)
+{
+    const QByteArray command = textOf(process, "cmdline"_L1).value_or(QByteArray());
+    return command.contains("--type=renderer") ||
+           (command.contains("--type=zygote") && numberOf(process, StatField::threads) > 1);
 }
 
 std::optional<double> pssKibibytes(qint64 process)
@@ -45,7 +59,7 @@ ProcessTree::ProcessTree(qint64 root)
     std::multimap<qint64, qint64> children;
     for (const QString& name : QDir(u"/proc"_s).entryList(QDir::Dirs)) {
         if (const qint64 process = name.toLongLong(); process > 0)
-            children.emplace(parentOf(process), process);
+            children.emplace(numberOf(process, StatField::parent), process);
     }
     for (std::size_t next = 0; next < m_processes.size(); ++next) {
         const auto [begin, end] = children.equal_range(m_processes[next]);
@@ -68,9 +82,7 @@ std::optional<double> ProcessTree::pssMebibytes() const
 
 int ProcessTree::renderers() const
 {
-    return static_cast<int>(std::count_if(m_processes.begin(), m_processes.end(), [](qint64 process) {
-        return textOf(process, "cmdline"_L1).value_or(QByteArray()).contains("--type=renderer");
-    }));
+    return static_cast<int>(std::count_if(m_processes.begin(), m_processes.end(), &isRenderer));
 }
 
 } // namespace vormel::bench
