@@ -34,6 +34,7 @@ HostLine::HostLine(const AppSettings& settings, QWidget* parent)
 {
     setObjectName(u"hostLine"_s);
     m_text->setObjectName(u"pageHost"_s);
+    setFocusPolicy(Qt::TabFocus);
     installHostLineAccessibility();
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(6, 4, 6, 4);
@@ -71,7 +72,6 @@ void HostLine::showTexts()
     m_text->setTint(m_isVerified ? Tint::text : Tint::orange);
     m_text->setWhole(words);
     setAccessibleName(words);
-    setFocusPolicy(words.isEmpty() ? Qt::NoFocus : Qt::TabFocus); // there is nothing to be read there
 }
 
 void HostLine::paintEvent(QPaintEvent* /*event*/)
