@@ -1,6 +1,7 @@
 #include "screenshots/Scenes.h"
 
 #include "screenshots/AccountScenes.h"
+#include "screenshots/CaptchaScenes.h"
 #include "screenshots/QueueScenes.h"
 #include "screenshots/SignInScenes.h"
 #include "ui/help/HelpView.h"
@@ -88,7 +89,7 @@ std::vector<Scene> allScenes()
         {"help-top", [](Stage& stage) { help(stage, 0); }},
         {"help-bottom", [](Stage& stage) { help(stage, 1); }},
     };
-    for (const std::vector<Scene>& more : {accountScenes(), signInScenes(), others})
+    for (const std::vector<Scene>& more : {accountScenes(), captchaScenes(), signInScenes(), others})
         scenes.insert(scenes.end(), more.begin(), more.end());
     return scenes;
 }

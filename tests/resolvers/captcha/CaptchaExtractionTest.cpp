@@ -314,6 +314,16 @@ TEST_F(CaptchaExtractionTest, CancellingEndsTheLinkPagesAndAddsNothing)
     EXPECT_EQ(browser.pages.size(), 1U);
 }
 
+TEST_F(CaptchaExtractionTest, CancellingClosesTheHiddenPageAtOnce)
+{
+    putLinkPages(2);
+    extract();
+    ASSERT_TRUE(isAt({1, 2}));
+    extraction->cancel();
+    EXPECT_EQ(browser.pages.size(), 1U);
+    EXPECT_EQ(clock.pendingTimers(), 0);
+}
+
 TEST_F(CaptchaExtractionTest, CancellingEndsTheRequestForTheTextList)
 {
     putLinkPages(1);

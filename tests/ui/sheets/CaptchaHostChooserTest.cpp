@@ -21,7 +21,7 @@ namespace {
 using fixtures::link;
 using fixtures::partOf;
 
-PendingHostSelection::HostGroup groupOf(const QString& host, std::size_t files)
+PendingHostSelection::HostGroup offeredHost(const QString& host, std::size_t files)
 {
     return {host, std::vector<Link>(files, link(u"https://%1/f"_s.arg(host)))};
 }
@@ -33,7 +33,7 @@ protected:
     {
         chooser.resize(700, 450);
         chooser.show();
-        chooser.offer({groupOf(u"terabytez.example"_s, 2), groupOf(u"a.example"_s, 1)});
+        chooser.offer({offeredHost(u"terabytez.example"_s, 2), offeredHost(u"a.example"_s, 1)});
         chooser.activateWindow();
         EXPECT_TRUE(QTest::qWaitForWindowActive(&chooser));
     }
@@ -97,7 +97,7 @@ TEST_F(CaptchaHostChooserTest, ManyHostsNeedNoWidgetEach)
 {
     HostGroupModel::Groups groups;
     for (int i = 0; i < 20'000; ++i)
-        groups.push_back(groupOf(u"host%1.example"_s.arg(i), 1));
+        groups.push_back(offeredHost(u"host%1.example"_s.arg(i), 1));
     const qsizetype before = chooser.findChildren<QWidget*>().size();
     chooser.offer(groups);
     fixtures::turnEventLoop();
@@ -110,14 +110,14 @@ TEST_F(CaptchaHostChooserTest, ManyHostsNeedNoWidgetEach)
 
 TEST_F(CaptchaHostChooserTest, AHostIsNeverTakenForMarkup)
 {
-    chooser.offer({groupOf(u"a.example"_s, 1), {u"<b>x</b>"_s, {}}});
+    chooser.offer({offeredHost(u"a.example"_s, 1), {u"<b>x</b>"_s, {}}});
     EXPECT_EQ(shown(1, Qt::ToolTipRole), u"&lt;b&gt;x&lt;/b&gt;");
 }
 
 TEST_F(CaptchaHostChooserTest, ItsModelKeepsTheRulesOfModels)
 {
     const QAbstractItemModelTester tester(hosts().model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
-    chooser.offer({groupOf(u"a.example"_s, 1), groupOf(u"b.example"_s, 1), groupOf(u"c.example"_s, 1)});
+    chooser.offer({offeredHost(u"a.example"_s, 1), offeredHost(u"b.example"_s, 1), offeredHost(u"c.example"_s, 1)});
     EXPECT_EQ(hosts().model()->rowCount(), 3);
 }
 
