@@ -94,11 +94,8 @@ void DownloadStarter::resolveFailed(DownloadItem& item, const ResolverError& err
         return startFailed(item, error.errorDescription());
     item.setStatus(DownloadStatus::queued);
     item.setSpeedBytesPerSec(0);
-    if (!m_ports.questions.awaitLogin(item.id(), error.host(), beganAt)) {
-        // No countdown to the next try, which would lead to the same sign-in again and again.
-        item.setStatus(DownloadStatus::failure(error.errorDescription()));
-        m_ports.recovery.scheduleRecoveryCheck(item);
-    }
+    if (!m_ports.questions.awaitLogin(item.id(), error.host(), beganAt))
+        return startFailed(item, error.errorDescription());
     m_ports.queue.processQueue();
 }
 

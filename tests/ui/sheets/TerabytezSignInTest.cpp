@@ -264,6 +264,7 @@ TEST_F(TerabytezSignInTest, ComesToNothingWhenItGoesWhileThePageIsRead)
     signIn.reset();
     page.reset(); // answers all that was asked
     EXPECT_TRUE(ends.empty());
+    EXPECT_EQ(clock.pendingTimers(), 0);
 }
 
 } // namespace
