@@ -40,8 +40,8 @@ WebChapter::WebChapter(const Stage& stage, const Surroundings& surroundings, con
 
 std::vector<Step> WebChapter::steps()
 {
-    return {openAccounts(), enterAccount(), saveAccount(),     pasteContainer(), openContainer(), solve(), extract(),
-            start(),        signIn(),       openAccountPage(), leaveSheet(),     finish(),        clear()};
+    return {openAccounts(), enterAccount(), saveAccount(),     pasteContainer(), openContainer(), solve(),  extract(),
+            start(),        signIn(),       openAccountPage(), leaveSheet(),     open(),          finish(), clear()};
 }
 
 Step WebChapter::openAccounts()
@@ -161,16 +161,22 @@ Step WebChapter::leaveSheet()
     const auto missing = [this] {
         if (isInSight(signInSheet))
             return u"the sheet is open"_s;
-        const QString objection = m_film.objectionToGroup();
-        return objection.isEmpty() ? m_film.missingUnderWay() : objection;
-    };
-    const auto begin = [this] {
-        press(partInSight<QPushButton>(m_surroundings.window, u"signInDone"_s));
-        m_list.setOpen(m_film.set(), true);
+        return m_film.objectionToGroup();
     };
     return {.title = u"Pressing Done"_s,
-            .begin = begin,
-            .goal = u"downloading: all volumes are one group, several come at once"_s,
+            .begin = [this] { press(partInSight<QPushButton>(m_surroundings.window, u"signInDone"_s)); },
+            .goal = u"gone: the sheet; all volumes are one group"_s,
+            .missing = missing};
+}
+
+Step WebChapter::open()
+{
+    const auto missing = [this] {
+        return m_list.isOpen(m_film.set()) ? m_film.missingUnderWay() : u"the group is not open"_s;
+    };
+    return {.title = u"Opening its group in the list"_s,
+            .begin = [this] { m_list.setOpen(m_film.set(), true); },
+            .goal = u"downloading: several volumes at once"_s,
             .missing = missing,
             .screenshot = u"24-both-hosts.png"_s};
 }

@@ -49,6 +49,7 @@ private:
     [[nodiscard]] Step signIn();
     [[nodiscard]] Step openAccountPage();
     [[nodiscard]] Step leaveSheet();
+    [[nodiscard]] Step open();
     [[nodiscard]] Step finish();
     [[nodiscard]] Step clear();
 
