@@ -8,7 +8,6 @@ namespace vormel {
 
 namespace {
 
-constexpr std::chrono::seconds longestLoad{20};
 constexpr std::chrono::seconds betweenPasses{1};
 constexpr std::chrono::milliseconds betweenPolls{500};
 constexpr int passes = 3;
@@ -36,12 +35,12 @@ QCoro::Task<std::optional<QString>> TerabytezAccountWalk::run()
 
 QCoro::Task<std::optional<QString>> TerabytezAccountWalk::pass()
 {
-    co_await m_session.loadURL(m_site.rootUrl(), longestLoad);
+    co_await m_session.loadURL(m_site.rootUrl(), TerabytezWebSession::longestLoad);
     const bool mayOpenAccount = co_await isSignedIn();
     if (!mayOpenAccount)
         co_return std::nullopt;
     co_await m_session.eval(terabytezScripts::openAccount(m_site));
-    co_await m_session.waitForNextNavigation(longestLoad);
+    co_await m_session.waitForNextNavigation(TerabytezWebSession::longestLoad);
     co_return co_await accountPage();
 }
 

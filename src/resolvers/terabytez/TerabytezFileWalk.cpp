@@ -11,7 +11,6 @@ namespace vormel {
 
 namespace {
 
-constexpr std::chrono::seconds longestLoad{20};
 constexpr int waitSteps = 4;
 constexpr int formPasses = 2;
 
@@ -35,7 +34,7 @@ TerabytezFileWalk::TerabytezFileWalk(TerabytezWebSession& session, Background& b
 
 QCoro::Task<TerabytezResolveResult> TerabytezFileWalk::run(Link url)
 {
-    co_await m_session.loadURL(url, longestLoad);
+    co_await m_session.loadURL(url, TerabytezWebSession::longestLoad);
     co_await waitForFormOrDownload(waitSteps);
     if (const std::optional<Link> file = m_session.capturedDownloadURL())
         co_return found(*file, std::nullopt);
@@ -63,7 +62,7 @@ QCoro::Task<> TerabytezFileWalk::waitForFormOrDownload(int steps)
     for (int step = 0; step < steps; ++step) {
         if (m_session.capturedDownloadURL() || isAtLogin() || co_await hasForm())
             co_return;
-        co_await m_session.waitForNextNavigation(longestLoad);
+        co_await m_session.waitForNextNavigation(TerabytezWebSession::longestLoad);
     }
 }
 
@@ -75,7 +74,7 @@ QCoro::Task<bool> TerabytezFileWalk::submitDownloadForm()
     const QVariant isSubmitted = co_await m_session.eval(terabytezScripts::submitForm());
     if (!isTrue(isSubmitted))
         co_return false;
-    co_await m_session.waitForNextNavigation(longestLoad);
+    co_await m_session.waitForNextNavigation(TerabytezWebSession::longestLoad);
     co_return true;
 }
 

@@ -21,6 +21,9 @@ class CookieStore;
 class TerabytezWebSession final : private WebPage::Judge
 {
 public:
+    /// How long a walk waits for any page.
+    static constexpr std::chrono::seconds longestLoad{20};
+
     /// All must outlive this.
     struct Ports
     {
