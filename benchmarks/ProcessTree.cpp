@@ -39,6 +39,15 @@ bool isRenderer(qint64 process)
            (command.contains("--type=zygote") && numberOf(process, StatField::threads) > 1);
 }
 
+using Children = std::multimap<qint64, qint64>; ///< by parent
+
+void collect(qint64 process, const Children& children, std::vector<qint64>& found)
+{
+    found.push_back(process);
+    const auto [begin, end] = children.equal_range(process);
+    std::for_each(begin, end, [&](const auto& child) { collect(child.second, children, found); });
+}
+
 std::optional<double> pssKibibytes(qint64 process)
 {
     const std::optional<QByteArray> memory = textOf(process, "smaps_rollup"_L1);
@@ -54,17 +63,13 @@ std::optional<double> pssKibibytes(qint64 process)
 } // namespace
 
 ProcessTree::ProcessTree(qint64 root)
-    : m_processes{root}
 {
-    std::multimap<qint64, qint64> children;
+    Children children;
     for (const QString& name : QDir(u"/proc"_s).entryList(QDir::Dirs)) {
         if (const qint64 process = name.toLongLong(); process > 0)
             children.emplace(numberOf(process, StatField::parent), process);
     }
-    for (std::size_t next = 0; next < m_processes.size(); ++next) {
-        const auto [begin, end] = children.equal_range(m_processes[next]);
-        std::for_each(begin, end, [this](const auto& child) { m_processes.push_back(child.second); });
-    }
+    collect(root, children, m_processes);
 }
 
 std::optional<double> ProcessTree::pssMebibytes() const

@@ -42,7 +42,7 @@ public:
     [[nodiscard]] sites::TerabytezSite& site() { return m_site; }
     [[nodiscard]] QString newFile(Shape shape)
     {
-        constexpr qint64 size = 64 * 1024;
+        constexpr qint64 size = qint64{64} * 1024;
         const int number = ++m_files;
         return QString::fromStdString(m_site.addFile("film." + std::to_string(number) + ".mkv", shape,
                                                      sites::PatternContent(static_cast<std::uint64_t>(number), size)));
@@ -51,7 +51,7 @@ public:
     [[nodiscard]] QStringList newProgram()
     {
         const QByteArray cookie = QByteArray::fromStdString(m_site.signIn("ann", "secret")).replace('=', '\t');
-        const QByteArray expiry = QByteArray::number(QDateTime::currentSecsSinceEpoch() + 24 * 60 * 60);
+        const QByteArray expiry = QByteArray::number(QDateTime::currentDateTime().addDays(1).toSecsSinceEpoch());
         return {m_folder.filePath(u"profile%1"_s.arg(++m_programs)), QStringLiteral(VORMEL_WEB_PLUGIN), m_authority,
                 u"127.0.0.1:%1"_s.arg(m_switchboard.port()),
                 QString::fromUtf8("#HttpOnly_.terabytez.example\tTRUE\t/\tTRUE\t" + expiry + '\t' + cookie)};
@@ -122,6 +122,7 @@ private:
 double medianOf(const std::vector<double>& times)
 {
     std::vector<Cost> costs;
+    costs.reserve(times.size());
     for (const double time : times)
         costs.push_back({time, 0});
     return median(costs).wall;

@@ -9,7 +9,7 @@ namespace vormel::sites {
 
 namespace {
 
-constexpr std::size_t limit = 64 * 1024;
+constexpr std::size_t limit = std::size_t{64} * 1024;
 
 // The fields of a message, one after the other. Reading past the end gives zeros and nothing.
 class Fields

@@ -17,7 +17,7 @@ namespace vormel::sites {
 
 namespace {
 
-constexpr std::size_t blockBytes = 64 * 1024;
+constexpr std::size_t blockBytes = std::size_t{64} * 1024;
 
 ssize_t receive(int socket, std::array<char, blockBytes>& block)
 {
@@ -55,7 +55,7 @@ void cut(int socket)
 void breakOff(int socket)
 {
     const sockaddr nobody{.sa_family = AF_UNSPEC, .sa_data = {}};
-    ::connect(socket, &nobody, sizeof nobody);
+    static_cast<void>(::connect(socket, &nobody, sizeof nobody));
 }
 
 } // namespace
