@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 namespace vormel {
 namespace {
 
-struct Row
+struct RunsRow
 {
     const char* name;
     std::vector<int> numbers;
@@ -17,10 +17,10 @@ struct Row
     const char16_t* fromTheBack;
 };
 
-class Runs : public ::testing::TestWithParam<Row>
+class Runs : public ::testing::TestWithParam<RunsRow>
 {};
 
-const Row rows[] = {
+const RunsRow rows[] = {
     {"none", {}, u"", u""},
     {"one", {3}, u"3-3", u"3-3"},
     {"fromZero", {0, 1}, u"0-1", u"0-1"},
