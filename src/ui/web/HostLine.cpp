@@ -24,8 +24,8 @@ HostLine::HostLine(const AppSettings& settings, QWidget* parent)
     , m_text(new ElidedLabel(StyledLabel::Style::body, Tint::text, this))
 {
     setObjectName(u"hostLine"_s);
-    m_text->setObjectName(u"pageHost"_s);
     setFocusPolicy(Qt::TabFocus);
+    m_text->setObjectName(u"pageHost"_s);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(6, 4, 6, 4);
     row->setSpacing(6);
@@ -55,6 +55,7 @@ void HostLine::showTexts()
     constexpr TextPair unverified{u"Connection not verified: %1", u"Connessione non verificata: %1"};
     const TextPair& text = m_isVerified ? verified : unverified;
     const QString words = m_shownHost.isEmpty() ? QString() : text.in(m_settings.language.value()).arg(m_shownHost);
+    setEnabled(!words.isEmpty()); // the keyboard has nothing to do on an empty one
     m_lock->setVisible(!words.isEmpty());
     m_lock->setLook(m_isVerified ? Glyph::lockFill : Glyph::exclamationmarkTriangleFill,
                     m_isVerified ? Tint::green : Tint::orange);
