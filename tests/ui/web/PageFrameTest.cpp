@@ -296,6 +296,9 @@ TEST_F(PageFrameTest, LetsTheKeyboardGoFromTheHostToThePage)
     ASSERT_TRUE(QTest::qWaitForWindowActive(frame.get()));
     auto& line = partOf<HostLine>(*frame, "hostLine");
     line.setFocus();
+    EXPECT_FALSE(line.hasFocus()); // it is empty
+    page().arrivesAt(u"https://site.example/"_s);
+    line.setFocus();
     QTest::keyClick(&line, Qt::Key_Tab);
     EXPECT_EQ(QApplication::focusWidget(), view);
 }
