@@ -33,6 +33,7 @@ HostLine::HostLine(const AppSettings& settings, QWidget* parent)
     , m_text(new ElidedLabel(StyledLabel::Style::body, Tint::text, this))
 {
     setObjectName(u"hostLine"_s);
+    m_text->setObjectName(u"pageHost"_s);
     setFocusPolicy(Qt::TabFocus);
     installHostLineAccessibility();
     auto* row = new QHBoxLayout(this);
