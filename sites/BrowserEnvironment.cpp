@@ -32,6 +32,16 @@ void certutil(std::vector<std::string> arguments)
 
 } // namespace
 
+void trustAuthority(const std::filesystem::path& home, const TestCertificates& certificates)
+{
+    const std::filesystem::path trusted = home / ".pki" / "nssdb";
+    std::filesystem::create_directories(trusted);
+    const std::string database = "sql:" + trusted.string();
+    certutil({"-d", database, "-N", "--empty-password"});
+    certutil(
+        {"-d", database, "-A", "-t", "C,,", "-n", "authority", "-i", certificates.writeAuthority(trusted).string()});
+}
+
 std::map<std::string, std::string> browserEnvironment(const std::filesystem::path& folder,
                                                       const TestCertificates& certificates,
                                                       const Switchboard& switchboard)

@@ -1,7 +1,8 @@
 #include "EngineWorld.h"
 
+#include "sites/BrowserEnvironment.h"
+
 #include <QDir>
-#include <QProcess>
 
 #include <unistd.h>
 
@@ -29,22 +30,7 @@ EngineWorld::EngineWorld()
     // It cannot work there.
     if (::geteuid() == 0)
         qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
-    trustOurAuthority();
-}
-
-void EngineWorld::trustOurAuthority() const
-{
-    const QString folder = m_home.path(u".pki/nssdb"_s);
-    QDir().mkpath(folder);
-    const auto authority = m_certificates.writeAuthority(folder.toStdString());
-    const QString database = u"sql:"_s + folder;
-    const auto run = [](const QStringList& arguments) {
-        if (QProcess::execute(QStringLiteral(VORMEL_CERTUTIL), arguments) != 0)
-            qFatal("certutil failed");
-    };
-    run({u"-d"_s, database, u"-N"_s, u"--empty-password"_s});
-    run({u"-d"_s, database, u"-A"_s, u"-t"_s, u"C,,"_s, u"-n"_s, u"ours"_s, u"-i"_s,
-         QString::fromStdString(authority.string())});
+    sites::trustAuthority(m_home.root().toStdString(), m_certificates);
 }
 
 void EngineWorld::TearDown()

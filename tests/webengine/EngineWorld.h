@@ -30,7 +30,6 @@ public:
     [[nodiscard]] const fixtures::Sandbox& home() const { return m_home; }
 
 private:
-    void trustOurAuthority() const;
     [[nodiscard]] EngineBrowser& made(std::unique_ptr<EngineBrowser>& browser, const QString& folder,
                                       Clock& clock) const;
 

@@ -1,128 +1,13 @@
-#include "resolvers/captcha/CaptchaExtraction.h"
-
-#include "fixtures/EventLoop.h"
-#include "fixtures/ManualClock.h"
-#include "fixtures/ScriptedBrowser.h"
-#include "fixtures/ScriptedHttpClient.h"
-#include "model/Services.h"
-#include "platform/async/Background.h"
-#include "platform/http/CookieStore.h"
 #include "resolvers/captcha/BusyThreads.h"
-#include "resolvers/containers/CnlPages.h"
-#include "resolvers/containers/LinkTexts.h"
-
-#include <QJsonDocument>
-#include <QJsonObject>
-
-#include <gtest/gtest.h>
+#include "resolvers/captcha/CaptchaExtractionScene.h"
 
 using namespace Qt::StringLiterals;
 
 namespace vormel::tests {
-namespace {
 
 using fixtures::ScriptedPage;
 using fixtures::turnEventLoop;
 using fixtures::waitUntil;
-
-/// Lets a page go where it likes, as the one of a sheet does.
-class EasyJudge final : public WebPage::Judge
-{
-public:
-    bool mayAsk(const WebPage::Request& /*request*/) override { return true; }
-    bool mayShow(const WebPage::Response& /*response*/) override { return true; }
-    void windowWanted(const Link& /*url*/) override {}
-    void navigationEnded(WebPage::End /*end*/) override {}
-};
-
-/// A container's page is open and its CAPTCHA solved.
-class CaptchaExtractionTest : public testing::Test
-{
-protected:
-    CaptchaExtractionTest()
-    {
-        open().onScript = [this](const QString&) { return told(); };
-        browser.onPage = [this](ScriptedPage& hidden) {
-            hidden.onLoad = [this, &hidden](const Link& url) {
-                opened << url.absoluteString();
-                if (onOpened)
-                    onOpened(hidden);
-            };
-        };
-        make({});
-    }
-    ~CaptchaExtractionTest() override
-    {
-        extraction.reset();
-        page.reset();
-        background.reset();
-        turnEventLoop();
-    }
-    void make(const std::vector<SupportedHost>& accountHosts)
-    {
-        extraction =
-            std::make_unique<CaptchaExtraction>(CaptchaPorts{http, *background, clock, browser, services},
-                                                linkOf(u"https://box.example/Container/1.html"_s), accountHosts);
-        QObject::connect(extraction.get(), &CaptchaExtraction::linksExtracted,
-                         [this](const std::vector<Link>& urls) { results.push_back(textOf(urls)); });
-        QObject::connect(extraction.get(), &CaptchaExtraction::changed, [this] { ++changes; });
-    }
-    ScriptedPage& open()
-    {
-        page = browser.makePage(judge);
-        return *browser.pages.back();
-    }
-    [[nodiscard]] std::optional<QVariant> told() const
-    {
-        return QVariant(QString::fromUtf8(QJsonDocument(content).toJson()));
-    }
-    void put(const QString& key, const QString& text) { content[key] = text; }
-    void extract() { extraction->extract(page.get()); }
-    [[nodiscard]] bool ends() const
-    {
-        return waitUntil([this] { return !extraction->isExtracting(); });
-    }
-    [[nodiscard]] bool asks(std::size_t requests) const
-    {
-        return waitUntil([this, requests] { return http.exchanges().size() >= requests; });
-    }
-    void answer(const QByteArray& body)
-    {
-        http.last().head(200);
-        http.last().data(body);
-        http.last().finish();
-    }
-    /// The container has so many pages with one link each.
-    void putLinkPages(int count)
-    {
-        QString html;
-        for (int i = 1; i <= count; ++i)
-            html += u"<a href=\"/Link/%1.html\">"_s.arg(i);
-        put(u"html"_s, html);
-    }
-    [[nodiscard]] bool isAt(CaptchaExtraction::Progress progress) const
-    {
-        return waitUntil([this, progress] { return extraction->extractProgress() == progress; });
-    }
-    static void leadTo(ScriptedPage& hidden, const QString& url) { EXPECT_FALSE(hidden.asks(url)); }
-    [[nodiscard]] std::string error() const { return extraction->errorMessage().value_or(u"none"_s).toStdString(); }
-
-    static constexpr const char* noLinks = "No links found — make sure the file list is visible, then try again";
-
-    fixtures::ManualClock clock;
-    fixtures::ScriptedHttpClient http;
-    fixtures::ScriptedBrowser browser;
-    Services services = Services::builtIn();
-    EasyJudge judge;
-    std::unique_ptr<Background> background = std::make_unique<Background>();
-    std::unique_ptr<WebPage> page;
-    QJsonObject content;
-    QStringList opened; ///< by hidden pages
-    std::function<void(ScriptedPage&)> onOpened;
-    std::vector<std::string> results;
-    int changes = 0;
-    std::unique_ptr<CaptchaExtraction> extraction;
-};
 
 TEST_F(CaptchaExtractionTest, WithoutAPageNothingHappens)
 {
@@ -297,123 +182,6 @@ TEST_F(CaptchaExtractionTest, TwoHundredLinkPagesAreAllFollowed)
     EXPECT_EQ(clock.pendingTimers(), 0);
 }
 
-TEST_F(CaptchaExtractionTest, CancellingEndsTheLinkPagesAndAddsNothing)
-{
-    putLinkPages(3);
-    extract();
-    ASSERT_TRUE(isAt({1, 3}));
-    leadTo(*browser.pages.back(), u"https://rapidgator.net/file/1"_s);
-    extraction->cancel(); // what was found is not told yet
-    EXPECT_FALSE(extraction->isExtracting());
-    EXPECT_EQ(extraction->extractProgress(), std::nullopt);
-    turnEventLoop();
-    clock.advance(std::chrono::seconds(60));
-    EXPECT_TRUE(results.empty());
-    EXPECT_EQ(error(), "none");
-    EXPECT_EQ(opened.size(), 1);
-    EXPECT_EQ(browser.pages.size(), 1U);
-}
-
-TEST_F(CaptchaExtractionTest, CancellingClosesTheHiddenPageAtOnce)
-{
-    putLinkPages(2);
-    extract();
-    ASSERT_TRUE(isAt({1, 2}));
-    extraction->cancel();
-    EXPECT_EQ(browser.pages.size(), 1U);
-    EXPECT_EQ(clock.pendingTimers(), 0);
-}
-
-TEST_F(CaptchaExtractionTest, CancellingEndsTheRequestForTheTextList)
-{
-    putLinkPages(1);
-    put(u"txtHref"_s, u"https://box.example/l.txt"_s);
-    extract();
-    ASSERT_TRUE(asks(1));
-    extraction->cancel();
-    EXPECT_TRUE(waitUntil([this] { return http.last().isDropped; }));
-    turnEventLoop();
-    EXPECT_TRUE(opened.isEmpty());
-    EXPECT_TRUE(results.empty());
-    EXPECT_EQ(error(), "none");
-}
-
-TEST_F(CaptchaExtractionTest, CancellingWhileThePageIsReadAddsNothing)
-{
-    put(u"cnlUrls"_s, u"https://field.example/1"_s);
-    auto busy = std::make_unique<BusyThreads>(*background);
-    extract();
-    extraction->cancel();
-    busy.reset();
-    background.reset();
-    turnEventLoop();
-    EXPECT_TRUE(results.empty());
-    EXPECT_FALSE(extraction->isExtracting());
-}
-
-TEST_F(CaptchaExtractionTest, WhoCancelsWhenHeHearsOfAPageOpensNone)
-{
-    QObject::connect(extraction.get(), &CaptchaExtraction::changed, [this] {
-        if (extraction->extractProgress())
-            extraction->cancel();
-    });
-    putLinkPages(3);
-    extract();
-    ASSERT_TRUE(ends());
-    turnEventLoop();
-    EXPECT_TRUE(opened.isEmpty());
-}
-
-TEST_F(CaptchaExtractionTest, ACancelledReadingDoesNotDisturbTheNext)
-{
-    putLinkPages(1);
-    extract();
-    ASSERT_TRUE(isAt({1, 1}));
-    extraction->cancel();
-    put(u"cnlUrls"_s, u"https://field.example/1"_s);
-    extract();
-    clock.advance(std::chrono::seconds(15));
-    ASSERT_TRUE(ends());
-    EXPECT_EQ(results, std::vector<std::string>{"https://field.example/1"});
-}
-
-TEST_F(CaptchaExtractionTest, ItsEndEndsTheWork)
-{
-    putLinkPages(2);
-    extract();
-    ASSERT_TRUE(isAt({1, 2}));
-    extraction.reset();
-    EXPECT_EQ(browser.pages.size(), 1U);
-    EXPECT_EQ(clock.pendingTimers(), 0);
-    clock.advance(std::chrono::seconds(60));
-    EXPECT_EQ(opened.size(), 1);
-    EXPECT_TRUE(results.empty());
-}
-
-TEST_F(CaptchaExtractionTest, ItsEndLeavesTheReadingOfAPage)
-{
-    put(u"html"_s, u"<a href=\"/go/one\">"_s);
-    auto busy = std::make_unique<BusyThreads>(*background);
-    extract();
-    extraction.reset();
-    busy.reset();
-    background.reset();
-    turnEventLoop();
-    EXPECT_TRUE(results.empty());
-    EXPECT_TRUE(http.exchanges().empty());
-}
-
-TEST_F(CaptchaExtractionTest, ItsEndEndsTheFollowingOfTheContainersLinks)
-{
-    put(u"html"_s, u"<a href=\"/go/one\">"_s);
-    extract();
-    ASSERT_TRUE(asks(1));
-    extraction.reset();
-    EXPECT_TRUE(waitUntil([this] { return http.last().isDropped; }));
-    turnEventLoop();
-    EXPECT_TRUE(results.empty());
-}
-
 TEST_F(CaptchaExtractionTest, LinksOfHostsWithAnAccountNeedNoChoice)
 {
     make({SupportedHost::terabytez});
@@ -439,5 +207,4 @@ TEST_F(CaptchaExtractionTest, LinksOfSeveralHostsWaitForTheChoice)
                                         "https://a.example/1\nhttps://terabytez.example/2\nhttps://a.example/3"}));
 }
 
-} // namespace
 } // namespace vormel::tests
