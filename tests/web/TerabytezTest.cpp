@@ -112,6 +112,35 @@ TEST_F(TerabytezOnWeb, RemovingTheItemAtWorkLetsTheNextOneGoOn)
     expectWhole(next, 3);
 }
 
+TEST_F(TerabytezOnWeb, ASheetStaysUsableWhenTheSiteShowsAChallenge)
+{
+    services.terabytez.setChallenge(true);
+    const ItemPtr item = add(services.newFile());
+    ASSERT_TRUE(waitInPage(u"!!document.querySelector('#challenge')"_s));
+    static_cast<void>(inPage(u"document.querySelector('#challenge').click()"_s));
+    signIn();
+    expectWhole(item, 1);
+}
+
+TEST_F(TerabytezOnWeb, TheCheckOfAnAccountSignsInAndSigningOutEndsThat)
+{
+    window().showPage(Page::accounts);
+    press(u"checkAccount"_s);
+    ASSERT_NE(waitFor(signInSheet), nullptr);
+    signIn();
+    EXPECT_NE(waitFor(u"premiumPlan"_s), nullptr);
+    window().showPage(Page::downloads);
+    expectWhole(add(services.newFile()), 1);
+
+    window().showPage(Page::accounts);
+    press(u"signOutAccount"_s);
+    EXPECT_TRUE(waitUntilGone(u"premiumPlan"_s));
+    window().showPage(Page::downloads);
+    static_cast<void>(add(services.newFile()));
+    EXPECT_NE(waitFor(signInSheet), nullptr) << "the session is still there";
+    EXPECT_EQ(services.terabytez.signIns(), 1);
+}
+
 TEST_P(TerabytezShapes, LeadToTheFile)
 {
     services.terabytez.setCountdown(std::chrono::milliseconds(300));

@@ -4,9 +4,12 @@
 #include "sites/BrowserEnvironment.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -23,6 +26,9 @@ int main(int argc, char** argv)
 {
     vormel::ensureUtf8Locale();
     const QTemporaryDir folder;
+    // The engine writes into a profile for a moment longer than a test lasts; what it leaves goes with this folder.
+    QDir(folder.path()).mkdir(u"tmp"_s);
+    qputenv("TMPDIR", folder.filePath(u"tmp"_s).toUtf8());
     vormel::fixtures::WebWorld world;
     worldOfThisProcess = &world;
     vormel::sites::setEnvironment(
