@@ -9,6 +9,7 @@
 #include "resolvers/ResolverTables.h"
 #include "ui/accounts/AccountsView.h"
 #include "ui/help/HelpWindowController.h"
+#include "ui/notices/NoticeBar.h"
 #include "ui/queue/DownloadQueueView.h"
 #include "ui/settings/SettingsView.h"
 #include "ui/shell/Sidebar.h"
@@ -16,6 +17,7 @@
 #include <QMenuBar>
 #include <QSplitter>
 #include <QStackedWidget>
+#include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
 
@@ -55,7 +57,13 @@ void MainWindow::layOut()
     m_splitter->setChildrenCollapsible(false);
     m_splitter->setHandleWidth(1);
     m_splitter->addWidget(m_sidebar);
-    m_splitter->addWidget(m_pages);
+    auto* const side = new QWidget(m_splitter);
+    auto* column = new QVBoxLayout(side);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(m_pages, 1);
+    column->addWidget(new NoticeBar(m_ports.notices, settings(), side));
+    m_splitter->addWidget(side);
     m_splitter->handle(1)->setBackgroundRole(QPalette::Midlight);
     m_splitter->handle(1)->setAutoFillBackground(true); // a hairline in every style
     m_splitter->setStretchFactor(0, 0);

@@ -66,17 +66,10 @@ Platform Program::platform(const Folders& folders)
 
 ViewPorts Program::viewPorts()
 {
-    return {m_manager,
-            m_clock,
-            m_fileViewer,
-            m_urlOpener,
-            m_toolWatch,
-            m_packageManagers,
-            m_terminal,
-            m_signIn,
-            m_web,
-            m_keptCookies,
-            {m_http, m_pageReading, m_clock, m_web, m_services.services},
+    return {m_manager,        m_clock,     m_fileViewer,
+            m_urlOpener,      m_toolWatch, m_packageManagers,
+            m_terminal,       m_signIn,    m_web,
+            m_keptCookies,    m_notices,   {m_http, m_pageReading, m_clock, m_web, m_services.services},
             m_downloadsFolder};
 }
 

@@ -27,6 +27,7 @@
 #include "resolvers/ResolverTables.h"
 #include "resolvers/filestore/FilestoreLoginCache.h"
 #include "ui/ViewPorts.h"
+#include "ui/notices/Notices.h"
 #include "ui/sheets/signin/PageSignInSheet.h"
 
 namespace vormel {
@@ -89,6 +90,7 @@ private:
     ArchiveExtractor m_extractor{m_tools};
     DownloadManager m_manager;
     PageSignInSheet m_signIn;
+    Notices m_notices{m_clock};
 };
 
 } // namespace vormel

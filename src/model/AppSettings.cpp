@@ -111,6 +111,10 @@ AppSettings::AppSettings(UserDefaults& store, const QString& downloadsFolder)
     , useCustomExtractionFolder(*this, u"useCustomExtractionFolder"_s, false, StartRead::plain)
     , extractionFolderPath(*this, u"extractionFolderPath"_s, downloadsFolder)
     , language(*this, u"appLanguage"_s, AppLanguage::english)
+    , notifyWhenDone(*this, u"notifyWhenDone"_s, true)
+    , keepAwake(*this, u"keepAwake"_s, true)
+    , showLauncherProgress(*this, u"showLauncherProgress"_s, true)
+    , watchClipboard(*this, u"watchClipboard"_s, false, StartRead::plain)
 {}
 
 std::optional<QString> AppSettings::effectiveExtractionFolder() const

@@ -66,6 +66,10 @@ public:
     Setting<bool> useCustomExtractionFolder;
     Setting<QString> extractionFolderPath;
     Setting<AppLanguage> language;
+    Setting<bool> notifyWhenDone;       ///< a word from the desktop when a set or file has ended behind another window
+    Setting<bool> keepAwake;            ///< no sleep while bytes move or a tool runs
+    Setting<bool> showLauncherProgress; ///< how far the queue is, on the launcher
+    Setting<bool> watchClipboard;       ///< offer links that are copied elsewhere
 
     /// Where the files of the queue lie.
     [[nodiscard]] DownloadPaths paths() const { return DownloadPaths(downloadFolderPath.value()); }

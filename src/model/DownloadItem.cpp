@@ -35,6 +35,7 @@ void DownloadItem::setStatus(DownloadStatus status)
     if (m_status == status)
         return;
     setVerification({});
+    setWait({});
     set(m_status, std::move(status), ItemField::status);
 }
 

@@ -2,6 +2,7 @@
 
 #include "model/DownloadStatus.h"
 #include "model/ItemId.h"
+#include "model/ItemWait.h"
 #include "model/VerificationResult.h"
 #include "platform/clock/Clock.h"
 #include "text/Link.h"
@@ -34,6 +35,7 @@ enum class ItemField : quint32
     extractionTurn = 1U << 13,
     verification = 1U << 14,
     partPlace = 1U << 15,
+    wait = 1U << 16,
 };
 Q_DECLARE_FLAGS(ItemFields, ItemField)
 Q_DECLARE_OPERATORS_FOR_FLAGS(ItemFields)
@@ -90,6 +92,8 @@ public:
     [[nodiscard]] bool awaitsExtractionTurn() const { return m_awaitsExtractionTurn; }
     /// Gone with the next change of either status.
     [[nodiscard]] const VerificationResult& verification() const { return m_verification; }
+    /// Gone with the next change of the status.
+    [[nodiscard]] const ItemWait& wait() const { return m_wait; }
 
     void setResolvedURL(std::optional<Link> url) { set(m_resolvedURL, std::move(url), ItemField::resolvedUrl); }
     void setFilename(QString name) { set(m_filename, std::move(name), ItemField::filename); }
@@ -120,6 +124,7 @@ public:
     void setAwaitsExtractionTurn(bool awaits) { set(m_awaitsExtractionTurn, awaits, ItemField::extractionTurn); }
     void setWantedAnew(bool isWanted) { m_isWantedAnew = isWanted; }
     void setVerification(VerificationResult result) { set(m_verification, std::move(result), ItemField::verification); }
+    void setWait(ItemWait wait) { set(m_wait, std::move(wait), ItemField::wait); }
     /// For the queue file, which stores the text it once showed.
     void restoreHostName(QString name) { m_hostName = std::move(name); }
 
@@ -168,6 +173,7 @@ private:
     bool m_isNameTold = false;
     bool m_isWantedAnew = false;
     VerificationResult m_verification;
+    ItemWait m_wait;
     ItemWatcher* m_watcher = nullptr;
 };
 

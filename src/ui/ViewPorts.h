@@ -10,6 +10,7 @@ class Clock;
 class DownloadManager;
 class FileViewer;
 class KeptCookies;
+class Notices;
 class PackageManagers;
 class SignInSheet;
 class Terminal;
@@ -30,6 +31,7 @@ struct ViewPorts
     SignInSheet& signIn;
     WebBrowser& web;
     KeptCookies& keptCookies;
+    Notices& notices; ///< to the user, below the pages
     CaptchaPorts captcha;
     QString downloadsFolder; ///< the user's, whatever the settings say
 };

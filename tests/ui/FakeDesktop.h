@@ -13,6 +13,7 @@
 #include "platform/desktop/UrlOpener.h"
 #include "platform/web/KeptCookies.h"
 #include "ui/ViewPorts.h"
+#include "ui/notices/Notices.h"
 
 #include <QStringList>
 #include <QUrl>
@@ -96,6 +97,7 @@ struct FakeDesktop
                 signIn,
                 web,
                 keptCookies,
+                notices,
                 {engine.http, background, engine.clock, web, services},
                 engine.sandbox.folders().downloads};
     }
@@ -109,6 +111,7 @@ struct FakeDesktop
     ScriptedBrowser web;
     KeptCookies keptCookies{{web, engine.secrets, engine.cookies},
                             [](const QByteArray& domain) { return domain.contains("terabytez"); }};
+    Notices notices{engine.clock};
     Services services = Services::builtIn();
     Background background;
     ToolRunner runner{engine.tools.folders()};

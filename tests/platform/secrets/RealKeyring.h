@@ -1,6 +1,6 @@
 #pragma once
 
-#include "PrivateBus.h"
+#include "fixtures/PrivateBus.h"
 
 #include <QByteArray>
 #include <QMap>

@@ -1,0 +1,99 @@
+#include "ui/notices/NoticeBar.h"
+
+#include "fixtures/EngineOnScript.h"
+#include "ui/FakeDesktop.h"
+#include "ui/Part.h"
+
+#include <QPushButton>
+#include <QTest>
+#include <QToolButton>
+
+#include <gmock/gmock.h>
+
+using namespace Qt::StringLiterals;
+
+namespace vormel {
+
+namespace {
+
+struct NoticeBarTest : testing::Test
+{
+    fixtures::EngineOnScript engine;
+    fixtures::FakeDesktop desktop{engine};
+    AppSettings& settings = engine.manager().settings();
+    NoticeBar bar{desktop.notices, settings};
+    int undone = 0;
+
+    void show(const QString& key, bool canClose = true)
+    {
+        Notice notice;
+        notice.key = key;
+        notice.text = [](AppLanguage language) { return pair(language, u"<b>Removed</b>", u"<b>Tolto</b>"); };
+        notice.actions = {{{u"Undo", u"Annulla"}, [this] { ++undone; }}};
+        notice.canClose = canClose;
+        desktop.notices.show(notice);
+    }
+
+    [[nodiscard]] QWidget* line(const QString& key) const { return bar.findChild<QWidget*>(u"notice-"_s + key); }
+};
+
+TEST_F(NoticeBarTest, IsThereOnlyWhileThereAreNotices)
+{
+    EXPECT_TRUE(bar.isHidden());
+    show(u"a"_s);
+    EXPECT_FALSE(bar.isHidden());
+    show(u"b"_s);
+    desktop.notices.takeBack(u"a"_s);
+    EXPECT_FALSE(bar.isHidden());
+    desktop.notices.takeBack(u"b"_s);
+    EXPECT_TRUE(bar.isHidden());
+}
+
+TEST_F(NoticeBarTest, TellsPlainTextInTheLanguageOfTheSettings)
+{
+    show(u"a"_s);
+    const auto* text = line(u"a"_s)->findChild<QLabel*>(u"noticeText"_s);
+    EXPECT_EQ(text->text(), u"<b>Removed</b>"_s);
+    EXPECT_EQ(text->textFormat(), Qt::PlainText);
+    settings.language.set(AppLanguage::italian);
+    EXPECT_EQ(text->text(), u"<b>Tolto</b>"_s);
+    EXPECT_EQ(line(u"a"_s)->accessibleName(), u"<b>Tolto</b>"_s);
+    EXPECT_EQ(line(u"a"_s)->findChild<QPushButton*>()->text(), u"Annulla"_s);
+}
+
+TEST_F(NoticeBarTest, AnActionIsDoneOnceByKeyOrMouse)
+{
+    show(u"a"_s);
+    auto* button = line(u"a"_s)->findChild<QPushButton*>(u"noticeAction0"_s);
+    QTest::keyClick(button, Qt::Key_Space);
+    EXPECT_EQ(undone, 1);
+    EXPECT_FALSE(desktop.notices.find(u"a"_s));
+    EXPECT_TRUE(bar.isHidden());
+}
+
+TEST_F(NoticeBarTest, TheCrossPutsItAwayWithoutTheAction)
+{
+    show(u"a"_s);
+    line(u"a"_s)->findChild<QToolButton*>(u"closeNotice"_s)->click();
+    EXPECT_FALSE(desktop.notices.find(u"a"_s));
+    EXPECT_EQ(undone, 0);
+}
+
+TEST_F(NoticeBarTest, OneThatMayNotBeClosedHasNoCross)
+{
+    show(u"a"_s, false);
+    EXPECT_FALSE(line(u"a"_s)->findChild<QToolButton*>(u"closeNotice"_s));
+}
+
+TEST_F(NoticeBarTest, AnotherLineStaysWhileOneComesAndGoes)
+{
+    show(u"a"_s);
+    const QWidget* const first = line(u"a"_s);
+    show(u"b"_s);
+    desktop.notices.takeBack(u"b"_s);
+    EXPECT_EQ(line(u"a"_s), first);
+}
+
+} // namespace
+
+} // namespace vormel
