@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <array>
+#include <ctime>
 
 using namespace Qt::StringLiterals;
 
@@ -89,6 +90,18 @@ void benchFrames(Report& report, QueueView& list)
                8);
 }
 
+int rowsTouched(const QueueView& list, const QRegion& painted)
+{
+    int touched = 0;
+    for (int row = 0; row < list.model()->rowCount(); ++row) {
+        const QRect place = list.visualRect(list.model()->index(row, 0));
+        if (place.top() > list.viewport()->height())
+            break;
+        touched += painted.intersects(place) ? 1 : 0;
+    }
+    return touched;
+}
+
 /// Lets some of the rows in sight get on, as a tick of the transfers would, and counts the rows that are painted for
 /// it.
 void benchTick(Report& report, QueueView& list, const std::vector<ItemPtr>& items)
@@ -98,21 +111,41 @@ void benchTick(Report& report, QueueView& list, const std::vector<ItemPtr>& item
     for (const std::size_t row : running)
         items.at(row)->setStatus(DownloadStatus::downloading);
     rest();
-    PaintWatch watch(list.viewport());
+    const PaintWatch watch(list.viewport());
     for (const std::size_t row : running) {
         items.at(row)->setBytesReceived(items.at(row)->bytesReceived() + 1000000);
         items.at(row)->setSpeedBytesPerSec(2000000);
     }
     rest();
-    int repainted = 0;
-    for (int row = 0; row < list.model()->rowCount(); ++row) {
-        const QRect place = list.visualRect(list.model()->index(row, 0));
-        if (place.top() > list.viewport()->height())
-            break;
-        repainted += watch.painted.intersects(place) ? 1 : 0;
-    }
     report.add(u"tick_changed_rows"_s, static_cast<double>(running.size()));
-    report.add(u"tick_repaint_rows"_s, repainted, static_cast<double>(running.size()));
+    report.add(u"tick_repaint_rows"_s, rowsTouched(list, watch.painted), static_cast<double>(running.size()));
+}
+
+double ownProcessorMilliseconds()
+{
+    return static_cast<double>(std::clock()) * 1000 / CLOCKS_PER_SEC;
+}
+
+/// Has every item count down to its next try, and tells what a second of that costs while some of them are in sight.
+void benchCountdown(Report& report, QueueView& list, const std::vector<ItemPtr>& items)
+{
+    constexpr std::chrono::minutes away(30);
+    constexpr int seconds = 5;
+    list.scrollToTop();
+    const SteadyTime due = std::chrono::steady_clock::now() + away;
+    for (const ItemPtr& item : items) {
+        item->setStatus(DownloadStatus::queued);
+        item->setWait({.kind = ItemWait::nextTry, .due = due});
+    }
+    rest();
+    const PaintWatch watch(list.viewport());
+    const double before = ownProcessorMilliseconds();
+    QElapsedTimer timer;
+    timer.start();
+    while (timer.elapsed() < seconds * 1000)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents);
+    report.add(u"queue10k_countdown_cpu_ms_per_s"_s, (ownProcessorMilliseconds() - before) / seconds, 10);
+    report.add(u"countdown_repaint_rows"_s, rowsTouched(list, watch.painted));
 }
 
 } // namespace
@@ -128,6 +161,7 @@ void benchScroll(Report& report)
     rest();
     benchFrames(report, *list);
     benchTick(report, *list, program.manager().items());
+    benchCountdown(report, *list, program.manager().items());
 }
 
 } // namespace vormel::bench
