@@ -3,6 +3,7 @@
 #include "app/Program.h"
 #include "app/ServicesAlert.h"
 #include "app/WindowPlace.h"
+#include "app/attention/DesktopAttention.h"
 #include "app/update/UpdateNotice.h"
 #include "config/Services.h"
 #include "kit/ReadableStyle.h"
@@ -59,6 +60,12 @@ vormel::Program::Contacts contacts()
             qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS")};
 }
 
+/// Where the bus of the whole machine is found, if nobody says otherwise.
+QString systemBus()
+{
+    return qEnvironmentVariable("DBUS_SYSTEM_BUS_ADDRESS", u"unix:path=/var/run/dbus/system_bus_socket"_s);
+}
+
 /// The engine of the pages lies beside the program where that was built, and elsewhere where it is installed.
 QString webPlugin()
 {
@@ -89,6 +96,10 @@ int run(const vormel::SingleInstance& instance, vormel::TerminationSignals& sign
     // The bus can wait until the window is there.
     const vormel::DesktopActivation activation(QDBusConnection::sessionBus());
     QObject::connect(&activation, &vormel::DesktopActivation::showRequested, &window,
+                     [&window](const QString& token) { comeForward(window, token); });
+    const vormel::DesktopAttention attention(program.viewPorts(), {QDBusConnection::sessionBus(), systemBus()},
+                                             [] { return QApplication::applicationState() == Qt::ApplicationActive; });
+    QObject::connect(&attention, &vormel::DesktopAttention::showRequested, &window,
                      [&window](const QString& token) { comeForward(window, token); });
     return QApplication::exec();
 }

@@ -5,6 +5,7 @@
 #include "engine/DownloadManager.h"
 #include "platform/desktop/Terminal.h"
 #include "ui/settings/CommandAlert.h"
+#include "ui/settings/DesktopSection.h"
 #include "ui/settings/DownloadSection.h"
 #include "ui/settings/ExtractionSection.h"
 #include "ui/settings/InstallSection.h"
@@ -43,6 +44,7 @@ void SettingsView::addSections()
     addPart(new ToolsSection(settings, m_ports.tools, column()));
     m_install = new InstallSection(m_ports, QString(brewInstallerUrl), column());
     addPart(m_install);
+    addPart(new DesktopSection(settings, column()));
 }
 
 void SettingsView::showEvent(QShowEvent* event)

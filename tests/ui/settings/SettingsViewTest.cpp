@@ -24,9 +24,9 @@ protected:
 
 TEST_F(SettingsViewTest, HasItsSectionsInOrder)
 {
-    EXPECT_EQ(page.findChildren<QGroupBox*>().size(), 6);
-    const char* const order[] = {"supportSection",    "languageSection", "downloadSection",
-                                 "extractionSection", "toolsSection",    "installSection"};
+    EXPECT_EQ(page.findChildren<QGroupBox*>().size(), 7);
+    const char* const order[] = {"supportSection", "languageSection", "downloadSection", "extractionSection",
+                                 "toolsSection",   "installSection",  "desktopSection"};
     int last = -1;
     for (const char* name : order) {
         const int y = part(name).mapTo(page.widget(), QPoint()).y();
@@ -65,7 +65,7 @@ TEST_F(SettingsViewTest, TheTabKeyGoesDownThePage)
         QTest::keyClick(focused, Qt::Key_Tab);
     } while (page.focusWidget() != &part("buyBeer") && stops < 50);
     // One for both languages, three for a folder.
-    EXPECT_EQ(stops, 16);
+    EXPECT_EQ(stops, 20);
 }
 
 TEST_F(SettingsViewTest, NothingIsCutOffInANarrowWindow)

@@ -1,0 +1,171 @@
+#include "platform/desktop/SleepInhibitor.h"
+
+#include "fixtures/DesktopBus.h"
+#include "fixtures/DesktopServices.h"
+#include "fixtures/EventLoop.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace vormel {
+namespace {
+
+using fixtures::Manner;
+using fixtures::waitUntil;
+
+class SleepInhibitorTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        requireBus(session);
+        if (!IsSkipped())
+            login = std::make_unique<fixtures::LoginManager>(system.services());
+    }
+    void hold()
+    {
+        inhibitor->hold(u"why"_s);
+        ASSERT_TRUE(waitUntil([this] { return login->isInhibited(); }));
+    }
+    void settle()
+    {
+        // What is on its way to us comes through the thread of the buses.
+        fixtures::turnEventLoop();
+        (void)waitUntil([] { return false; }, std::chrono::milliseconds(20));
+    }
+
+    fixtures::DesktopBus session;
+    fixtures::DesktopBus system;
+    std::unique_ptr<fixtures::LoginManager> login;
+    std::unique_ptr<DesktopSleepInhibitor> inhibitor =
+        std::make_unique<DesktopSleepInhibitor>(system.address(), session.program());
+};
+
+TEST_F(SleepInhibitorTest, SleepAloneIsHeldOffAndGivenBack)
+{
+    hold();
+    EXPECT_EQ(login->asked, QList<QStringList>({{u"sleep"_s, u"Vormel"_s, u"why"_s, u"block"_s}}));
+    inhibitor->release();
+    EXPECT_TRUE(waitUntil([this] { return !login->isInhibited(); }));
+}
+
+TEST_F(SleepInhibitorTest, ItIsAskedForOnceWhileItIsHeldAndAnewAfterwards)
+{
+    hold();
+    inhibitor->hold(u"why"_s);
+    settle();
+    EXPECT_EQ(login->asked.size(), 1);
+    inhibitor->release();
+    ASSERT_TRUE(waitUntil([this] { return !login->isInhibited(); }));
+    hold();
+    EXPECT_EQ(login->asked.size(), 2);
+}
+
+TEST_F(SleepInhibitorTest, TheEndGivesItBack)
+{
+    hold();
+    inhibitor.reset();
+    EXPECT_TRUE(waitUntil([this] { return !login->isInhibited(); }));
+}
+
+TEST_F(SleepInhibitorTest, WhatIsNotWantedAnyMoreWhenItComesGoesBack)
+{
+    login->manner = Manner::isSilent;
+    inhibitor->hold(u"why"_s);
+    ASSERT_TRUE(waitUntil([this] { return login->asked.size() == 1; }));
+    inhibitor->release();
+    login->answerLate();
+    EXPECT_TRUE(login->isInhibited());
+    EXPECT_TRUE(waitUntil([this] { return !login->isInhibited(); }));
+}
+
+TEST_F(SleepInhibitorTest, WhatIsWantedAgainBeforeItComesIsKept)
+{
+    login->manner = Manner::isSilent;
+    inhibitor->hold(u"why"_s);
+    ASSERT_TRUE(waitUntil([this] { return login->asked.size() == 1; }));
+    inhibitor->release();
+    inhibitor->hold(u"why"_s);
+    login->answerLate();
+    settle();
+    EXPECT_TRUE(login->isInhibited());
+    EXPECT_EQ(login->asked.size(), 1);
+}
+
+TEST_F(SleepInhibitorTest, AnAnswerAfterTheEndGoesBack)
+{
+    login->manner = Manner::isSilent;
+    inhibitor->hold(u"why"_s);
+    ASSERT_TRUE(waitUntil([this] { return login->asked.size() == 1; }));
+    inhibitor.reset();
+    login->answerLate();
+    EXPECT_TRUE(waitUntil([this] { return !login->isInhibited(); }));
+}
+
+TEST_F(SleepInhibitorTest, WhereTheLoginManagerRefusesPowerManagementIsAsked)
+{
+    login->manner = Manner::refuses;
+    fixtures::PowerManager power(session.services());
+    inhibitor->hold(u"why"_s);
+    ASSERT_TRUE(waitUntil([&power] { return power.held.size() == 1; }));
+    EXPECT_EQ(power.reasons, QStringList{u"why"_s});
+    settle();
+    inhibitor->release();
+    EXPECT_TRUE(waitUntil([&power] { return power.held.isEmpty(); }));
+}
+
+TEST_F(SleepInhibitorTest, WhereThereIsNoLoginManagerPowerManagementIsAsked)
+{
+    login.reset();
+    fixtures::PowerManager power(session.services());
+    inhibitor->hold(u"why"_s);
+    ASSERT_TRUE(waitUntil([&power] { return power.held.size() == 1; }));
+    settle();
+    inhibitor.reset();
+    EXPECT_TRUE(waitUntil([&power] { return power.held.isEmpty(); }));
+}
+
+TEST_F(SleepInhibitorTest, WhereThereIsNoSystemBusPowerManagementIsAsked)
+{
+    inhibitor = std::make_unique<DesktopSleepInhibitor>(u"unix:path=/nowhere/bus"_s, session.program());
+    fixtures::PowerManager power(session.services());
+    inhibitor->hold(u"why"_s);
+    EXPECT_TRUE(waitUntil([&power] { return power.held.size() == 1; }));
+}
+
+TEST_F(SleepInhibitorTest, WhereNobodyIsItIsTriedAnewTheNextTime)
+{
+    login.reset();
+    inhibitor->hold(u"why"_s);
+    settle();
+    inhibitor->release();
+    login = std::make_unique<fixtures::LoginManager>(system.services());
+    ASSERT_TRUE(waitUntil([this] {
+        inhibitor->hold(u"why"_s);
+        return login->isInhibited();
+    }));
+}
+
+TEST_F(SleepInhibitorTest, ABusThatEndsMeanwhileTakesNobodyWithIt)
+{
+    hold();
+    login.reset();
+    system.end();
+    settle();
+    inhibitor->release();
+    inhibitor->hold(u"why"_s);
+    settle();
+    inhibitor->release();
+}
+
+TEST(SleepInhibitorWithoutABusTest, NothingHappens)
+{
+    DesktopSleepInhibitor inhibitor(QString(), QDBusConnection(u"a bus that nobody made"_s));
+    inhibitor.hold(u"why"_s);
+    inhibitor.release();
+    fixtures::turnEventLoop();
+}
+
+} // namespace
+} // namespace vormel
