@@ -95,6 +95,61 @@ void errors(Stage& stage)
     list(stage).expand(row(stage, 2));
 }
 
+/// What the server or the disk says in everyday life, short and long.
+void usualErrors(Stage& stage)
+{
+    const auto text = [&stage](QStringView english, QStringView italian) {
+        return DownloadStatus::failure(pair(stage.engine.settings().language.value(), english, italian));
+    };
+    const auto items =
+        stage.add({u"A.Very.Long.Documentary.About.The.History.Of.Cartography.S01E04.2160p.mkv"_s,
+                   u"holiday-photos-2024.zip"_s, u"lecture-08.mp4"_s, u"ספר-ישן-מאוד.pdf"_s, u"dataset-v3.tar.xz"_s});
+    items[0]->setStatus(
+        text(u"Server returned a web page, not the file — the link may be expired or need a premium account.",
+             u"Il server ha restituito una pagina web, non il file — il link potrebbe essere scaduto o richiedere un "
+             u"account premium."));
+    items[1]->setStatus(text(u"The disk is full.", u"Il disco è pieno."));
+    items[1]->setTotalBytes(812 * mebibyte);
+    items[1]->setBytesReceived(410 * mebibyte);
+    items[2]->setStatus(text(u"Download blocked: the server does not allow access from your country (geo-restricted).",
+                             u"Download bloccato: il server non consente l'accesso dal tuo paese (geo-restrizione)."));
+    items[3]->setStatus(text(u"The server answered with error 503 instead of the file — retry",
+                             u"Il server ha risposto con l'errore 503 invece del file — riprova"));
+    items[4]->setStatus(DownloadStatus::failure(
+        u"https://files.example/d/0123456789abcdef0123456789abcdef0123456789abcdef0123456789abcdef/dataset: timed out"_s));
+    list(stage).setCurrentIndex(row(stage, 2));
+}
+
+/// Every reason to wait, and how far what stands still is.
+void waits(Stage& stage)
+{
+    using std::chrono::seconds;
+    const SteadyTime now = stage.engine.clock.steadyNow();
+    auto items = stage.add({u"holiday-photos-2024.zip"_s, u"Lecture 07 - Rivers.mp4"_s, u"manual.pdf"_s,
+                            u"A.Very.Long.Documentary.About.The.History.Of.Cartography.And.The.People."
+                            u"Who.Drew.The.Maps.S01E04.German.DL.2160p.WEB.h265-ATLAS.mkv"_s,
+                            u"dataset-v3.tar.xz"_s, u"old-records.zip"_s, u"song.flac"_s});
+    items.push_back(stage.engine.add(u"https://download-17.a-host-with-quite-a-long-name.example/atlas.iso"_s));
+    const auto wait = [](const ItemPtr& item, ItemWait reason, qint64 received, qint64 total) {
+        item->setStatus(DownloadStatus::queued);
+        item->setBytesReceived(received);
+        item->setTotalBytes(total);
+        item->setWait(std::move(reason));
+    };
+    wait(items[0], {ItemWait::nextTry, now + seconds(12)}, 305 * mebibyte, 812 * mebibyte);
+    wait(items[1], {ItemWait::serverRest, now + seconds(310)}, 0, 1433 * mebibyte);
+    wait(items[2], {ItemWait::sameName}, 0, 0);
+    wait(items[3], {ItemWait::signIn, {}, u"Terabytez"_s}, 1200 * mebibyte, 9216 * mebibyte);
+    wait(items[7], {ItemWait::serverRest, now + seconds(595)}, 1229 * mebibyte, 4096 * mebibyte);
+    items[4]->setStatus(DownloadStatus::paused);
+    items[4]->setTotalBytes(4096 * mebibyte);
+    items[4]->setBytesReceived(1229 * mebibyte);
+    items[5]->setStatus(DownloadStatus::stopped);
+    items[5]->setBytesReceived(77 * mebibyte);
+    finish(*items[6], 31 * mebibyte);
+    list(stage).setCurrentIndex(row(stage, 1));
+}
+
 void recovery(Stage& stage)
 {
     const auto set = stage.add(volumes(u"Northern.Lights.S02E05.720p.WEB-AURORA"_s, 4));
@@ -216,6 +271,8 @@ std::vector<Scene> queueScenes()
              list(stage).expand(row(stage, 0));
          }},
         {"queue-errors", errors},
+        {"queue-errors-usual", usualErrors},
+        {"queue-waits", waits},
         {"queue-recovery", recovery},
         {"queue-extraction", extraction},
         {"queue-menu-extraction", extractionMenu},

@@ -95,6 +95,7 @@ void QueueDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
         return;
     }
     auto content = index.data(QueueModel::contentRole).value<RowContent>();
+    m_countdowns.note(index.data(QueueModel::idRole).value<ItemId>(), content.staysUntil);
     glide(content, index, mayMove(option));
     const RowLayout layout(measures, content, option.rect, option.direction);
     canvas.background(layout.icon.left());

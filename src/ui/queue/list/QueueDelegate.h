@@ -2,6 +2,7 @@
 
 #include "ui/queue/rows/BarGlides.h"
 #include "ui/queue/rows/RowCanvas.h"
+#include "ui/queue/rows/RowCountdowns.h"
 #include "ui/queue/rows/RowHit.h"
 
 #include <QAbstractItemDelegate>
@@ -34,6 +35,8 @@ public:
     /// Is a bar of the row, as it was painted last, on its way to its value?
     [[nodiscard]] bool isGliding(const QModelIndex& index) const;
     void forgetUnseenBars() { m_glides.forgetUnseen(); }
+    /// Of the rows as they were painted last.
+    [[nodiscard]] RowCountdowns& countdowns() { return m_countdowns; }
 
     void setMotion(Motion motion) { m_motion = motion; }
     [[nodiscard]] Motion motion() const { return m_motion; }
@@ -50,6 +53,7 @@ private:
     const QueueModel& m_model;
     mutable std::optional<RowMetrics> m_metrics; ///< of the font that was asked for last
     mutable BarGlides m_glides;                  ///< moves on with each painting
+    mutable RowCountdowns m_countdowns;
     Motion m_motion;
     QPersistentModelIndex m_hotIndex;
     HotButton m_hot;

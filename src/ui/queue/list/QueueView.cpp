@@ -8,7 +8,9 @@
 #include "ui/queue/rows/HeaderPresenter.h"
 #include "ui/queue/tree/QueueModel.h"
 
+#include <QClipboard>
 #include <QContextMenuEvent>
+#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
@@ -143,6 +145,7 @@ void QueueView::paintEvent(QPaintEvent* event)
         QPainter painter(viewport());
         m_drag->paint(painter);
     }
+    awaitCountdown();
     if (isMoving() || movingRows().isEmpty())
         return;
     const bool mayTurn = style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
@@ -169,6 +172,31 @@ void QueueView::stepMotion()
     m_delegate->setMotion({(m_delegate->motion().spin + stepDegrees) % 360});
     for (const QModelIndex& index : moving)
         update(index);
+}
+
+/// Wakes up when the first countdown in sight shows another second, and never in between.
+void QueueView::awaitCountdown()
+{
+    const std::optional<SteadyTime> next = m_delegate->countdowns().next();
+    if (next && m_countTimer.isPending() && m_countsAt == *next)
+        return;
+    m_countTimer.cancel();
+    if (!next)
+        return;
+    m_countsAt = *next;
+    m_countTimer = m_model.clock().after(*next - m_model.clock().steadyNow(), [this] { stepCountdowns(); });
+}
+
+void QueueView::stepCountdowns()
+{
+    const SteadyTime now = m_model.clock().steadyNow();
+    RowCountdowns& countdowns = m_delegate->countdowns();
+    for (const QModelIndex& row : rowsInSight()) {
+        if (countdowns.isOver(row.data(QueueModel::idRole).value<ItemId>(), now))
+            update(row);
+    }
+    countdowns.forgetOver(now);
+    awaitCountdown();
 }
 
 std::vector<ButtonPlace> QueueView::buttonsOf(const QModelIndex& index) const
@@ -300,6 +328,12 @@ void QueueView::run(const QModelIndex& index, RowButton button)
         m_commands.run(button, m_model.group(index));
 }
 
+void QueueView::copy(const QModelIndex& index)
+{
+    if (index.isValid())
+        QGuiApplication::clipboard()->setText(index.data(QueueModel::copyRole).toString());
+}
+
 void QueueView::removeRow(const QModelIndex& index)
 {
     run(index, m_model.isHeader(index) ? RowButton::removeGroup : RowButton::remove);
@@ -323,6 +357,8 @@ void QueueView::keyPressEvent(QKeyEvent* event)
         m_drag->cancel();
     else if (event->key() == Qt::Key_Delete)
         removeRow(selectedRow());
+    else if (event->matches(QKeySequence::Copy))
+        copy(selectedRow());
     else if (event->key() == Qt::Key_F2)
         m_menus->rename(current);
     else if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier)

@@ -27,7 +27,7 @@ public:
     QueueView(QueueModel& model, const RowCommands& commands, QWidget* parent = nullptr);
     ~QueueView() override;
 
-    /// Does something in sight turn or count?
+    /// Does something in sight move, or show how long it has been going on?
     [[nodiscard]] bool isMoving() const { return m_moveTimer.isActive(); }
     [[nodiscard]] const QueueModel& queue() const { return m_model; }
     /// Invalid while there is none. The current row, from which keys go on, need not be selected.
@@ -65,10 +65,13 @@ private:
     [[nodiscard]] QList<QModelIndex> rowsInSight() const;
     [[nodiscard]] QList<QModelIndex> movingRows() const;
     void stepMotion();
+    void awaitCountdown();
+    void stepCountdowns();
     void point(const QModelIndex& index, const RowHit& hit, bool isPressed);
     void pressRow(QMouseEvent* event);
     void selectPressed(const QModelIndex& index);
     void removeRow(const QModelIndex& index);
+    static void copy(const QModelIndex& index);
 
     QueueModel& m_model;
     RowCommands m_commands;
@@ -77,6 +80,8 @@ private:
     std::unique_ptr<RowMenus> m_menus;
     std::unique_ptr<PlaceKeeper> m_place;
     QBasicTimer m_moveTimer;
+    Timer m_countTimer;
+    SteadyTime m_countsAt;              ///< when that one is due
     QPersistentModelIndex m_pointedRow; ///< whose button the pointer is on
     std::optional<RowButton> m_pointed;
     bool m_isPressed = false; ///< the mouse went down on that button and is not up yet

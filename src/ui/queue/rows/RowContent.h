@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/clock/Clock.h"
 #include "ui/queue/rows/RowButton.h"
 
 #include <QFlags>
@@ -16,6 +17,8 @@ enum class RowLine : quint8
     extraction = 1U << 2,
     failure = 1U << 3, ///< of the archive step, which may take two lines to tell; stands in place of `extraction`
     verification = 1U << 4,
+    error = 1U << 5,     ///< what the download failed of, right below the name
+    longError = 1U << 6, ///< a second line for an `error` that may not do with one
 };
 Q_DECLARE_FLAGS(RowLines, RowLine)
 Q_DECLARE_OPERATORS_FOR_FLAGS(RowLines)
@@ -43,6 +46,9 @@ struct RowContent
     VerificationResult::Kind verification = VerificationResult::none;
     QString verificationText;
     QString host;
+    QString waitText;                     ///< why it does not start
+    QString figuresText;                  ///< how big it is, and how much of it is there
+    std::optional<SteadyTime> staysUntil; ///< then its texts are others without any change, as something counts
 
     friend bool operator==(const RowContent&, const RowContent&) = default;
 };

@@ -23,6 +23,12 @@ int captionWidth(const RowMetrics& metrics, const QString& text)
     return QFontMetrics(metrics.captionFont).horizontalAdvance(text) + 1;
 }
 
+/// Nothing for a text that is not there.
+int shownWidth(const RowMetrics& metrics, const QString& text)
+{
+    return text.isEmpty() ? 0 : captionWidth(metrics, text);
+}
+
 /// Does not change with each minute.
 int elapsedWidth(const RowMetrics& metrics, const QString& text)
 {
@@ -43,6 +49,8 @@ RowLayout::RowLayout(const RowMetrics& metrics, const RowContent& content, const
     const QRect column(textLeft, inner.top(), qMax(0, inner.right() + 1 - textLeft), inner.height());
     placeFirstLine(metrics, content, QRect(column.left(), column.top(), column.width(), firstHeight));
     LineCursor lines(column.adjusted(0, firstHeight, 0, 0), metrics.captionHeight);
+    if (content.lines.testFlag(RowLine::error))
+        error = lines.next(metrics.errorHeight(content.lines));
     if (content.lines.testFlag(RowLine::recovery)) {
         recovery = lines.next();
         recoveryIcon = takeSmallIcon(recovery, metrics, recovery.height());
@@ -57,7 +65,7 @@ RowLayout::RowLayout(const RowMetrics& metrics, const RowContent& content, const
         verification = lines.next();
         verificationIcon = takeSmallIcon(verification, metrics, verification.height());
     }
-    host = lines.next();
+    placeCaptions(metrics, content, lines.next());
     for (QRect* rect : all()) {
         if (!rect->isEmpty())
             *rect = QStyle::visualRect(direction, row, *rect);
@@ -69,6 +77,10 @@ void RowLayout::placeFirstLine(const RowMetrics& metrics, const RowContent& cont
     // The name may have what buttons and status leave, and never less than a good half of the rest of the line.
     constexpr double minShareOfName = 0.55;
     buttons = placeButtons(content.buttons, metrics, line);
+    if (content.lines.testFlag(RowLine::error)) {
+        name = centred(line, metrics.nameHeight);
+        return;
+    }
     const int available = qMax(0, line.width() - RowMetrics::gapX);
     const int nameWanted = QFontMetrics(metrics.nameFont).horizontalAdvance(content.name) + 1;
     const int nameKept = qMin(nameWanted, static_cast<int>(available * minShareOfName));
@@ -113,12 +125,30 @@ void RowLayout::placeFailure(const RowMetrics& metrics, const RowContent& conten
     extractionText = line;
 }
 
+/// Host, wait and figures, one behind the other. The wait is not cut as long as it alone has room, and half a figure
+/// would be a wrong one, so figures are there as a whole or not at all. The host takes what they leave.
+void RowLayout::placeCaptions(const RowMetrics& metrics, const RowContent& content, const QRect& line)
+{
+    const int waitWidth = qMin(shownWidth(metrics, content.waitText), line.width());
+    int room = line.width() - waitWidth - (waitWidth > 0 ? metrics.dotWidth : 0);
+    int figuresWidth = shownWidth(metrics, content.figuresText);
+    if (figuresWidth + metrics.dotWidth > room)
+        figuresWidth = 0;
+    room -= figuresWidth > 0 ? figuresWidth + metrics.dotWidth : 0;
+    const int hostWanted = shownWidth(metrics, content.host);
+    const bool isHostWorthIt = room >= qMin(hostWanted, captionWidth(metrics, u"mmmm…"_s));
+    CaptionCursor captions(line, metrics.dotWidth);
+    host = captions.next(isHostWorthIt ? qMin(hostWanted, room) : 0, nullptr);
+    wait = captions.next(waitWidth, &waitDot);
+    figures = captions.next(figuresWidth, &figuresDot);
+}
+
 std::vector<QRect*> RowLayout::all()
 {
     std::vector<QRect*> rects{
-        &icon,  &name,           &status,        &recoveryIcon,   &recovery, &progressBar,      &bytes,
-        &speed, &extractionIcon, &extractionBar, &extractionText, &elapsed,  &verificationIcon, &verification,
-        &host};
+        &icon,         &name,  &status,         &error,         &recoveryIcon,   &recovery, &progressBar,
+        &bytes,        &speed, &extractionIcon, &extractionBar, &extractionText, &elapsed,  &verificationIcon,
+        &verification, &host,  &waitDot,        &wait,          &figuresDot,     &figures};
     for (ButtonPlace& button : buttons)
         rects.push_back(&button.rect);
     return rects;

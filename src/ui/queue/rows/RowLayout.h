@@ -13,8 +13,9 @@ public:
 
     QRect icon;
     QRect name;
-    QRect status;
+    QRect status;                     ///< not shown beside an error, which says as much
     std::vector<ButtonPlace> buttons; ///< the one of a failed archive step included
+    QRect error;
     QRect recoveryIcon;
     QRect recovery;
     QRect progressBar;
@@ -27,6 +28,10 @@ public:
     QRect verificationIcon;
     QRect verification;
     QRect host;
+    QRect waitDot; ///< between the wait and what stands in front of it
+    QRect wait;
+    QRect figuresDot;
+    QRect figures;
 
     /// All that are shown.
     [[nodiscard]] std::vector<QRect> shown() const;
@@ -37,6 +42,7 @@ private:
     void placeProgress(const RowMetrics& metrics, const QRect& line);
     void placeExtraction(const RowMetrics& metrics, const RowContent& content, QRect line);
     void placeFailure(const RowMetrics& metrics, const RowContent& content, QRect line);
+    void placeCaptions(const RowMetrics& metrics, const RowContent& content, const QRect& line);
 };
 
 } // namespace vormel

@@ -18,6 +18,7 @@ RowMetrics::RowMetrics(const QFont& font)
     constexpr int usualByteWidth = 140;
     constexpr int usualSpeedWidth = 80;
     constexpr int usualGroupByteWidth = 160;
+    constexpr int airOfDot = 6;
     const QFontMetrics caption(captionFont);
     nameHeight = QFontMetrics(nameFont).height();
     captionHeight = caption.height();
@@ -26,6 +27,7 @@ RowMetrics::RowMetrics(const QFont& font)
     barHeight = qMax(4, captionHeight / 4);
     byteWidth = qMax(usualByteWidth, caption.horizontalAdvance(u"999.99 MB / 999.99 GB"_s));
     groupByteWidth = qMax(usualGroupByteWidth, byteWidth);
+    dotWidth = caption.horizontalAdvance(u'·') + 2 * airOfDot;
     buttonSize = qMax(24, nameHeight + 6);
     buttonGlyphSize = qMax(16, captionHeight);
     speedWidth = qMax(usualSpeedWidth, caption.horizontalAdvance(u"999.99 MB/s"_s));
@@ -41,6 +43,11 @@ int RowMetrics::failureHeight() const
     return 2 * captionHeight + 2;
 }
 
+int RowMetrics::errorHeight(RowLines lines) const
+{
+    return lines.testFlag(RowLine::longError) ? failureHeight() : captionHeight;
+}
+
 int RowMetrics::height(RowLines lines) const
 {
     const int oneLine = gapY + captionHeight;
@@ -49,6 +56,8 @@ int RowMetrics::height(RowLines lines) const
         if (lines.testFlag(line))
             height += oneLine;
     }
+    if (lines.testFlag(RowLine::error))
+        height += gapY + errorHeight(lines);
     if (lines.testFlag(RowLine::failure))
         height += gapY + failureHeight();
     return height;

@@ -14,8 +14,9 @@ public:
 
     /// How high a row with these further lines is.
     [[nodiscard]] int height(RowLines lines) const;
-    [[nodiscard]] int firstHeight() const;   ///< of the first line
-    [[nodiscard]] int failureHeight() const; ///< of the failure of an archive step
+    [[nodiscard]] int firstHeight() const;               ///< of the first line
+    [[nodiscard]] int failureHeight() const;             ///< of the failure of an archive step
+    [[nodiscard]] int errorHeight(RowLines lines) const; ///< of what the download failed of
 
     QFont baseFont;
     QFont nameFont;
@@ -29,6 +30,7 @@ public:
     int byteWidth;
     int speedWidth;
     int groupByteWidth;
+    int dotWidth;        ///< of the dot between captions, with its air
     int buttonSize;      ///< what can be hit
     int buttonGlyphSize; ///< what is seen
 

@@ -72,6 +72,25 @@ void paintVerification(const RowCanvas& canvas, const RowMetrics& metrics, const
     canvas.text(layout.verification, content.verificationText, metrics.captionFont, tint, Qt::ElideRight, leading);
 }
 
+void paintError(const RowCanvas& canvas, const RowMetrics& metrics, const RowContent& content, const RowLayout& layout)
+{
+    if (content.lines.testFlag(RowLine::longError))
+        canvas.twoLines(layout.error, content.statusText, Tint::red);
+    else
+        canvas.text(layout.error, content.statusText, metrics.captionFont, Tint::red, Qt::ElideRight, leading);
+}
+
+void paintCaptions(const RowCanvas& canvas, const RowMetrics& metrics, const RowContent& content,
+                   const RowLayout& layout)
+{
+    const QFont& caption = metrics.captionFont;
+    canvas.text(layout.host, content.host, caption, Tint::tertiary, Qt::ElideRight, leading);
+    for (const QRect& dot : {layout.waitDot, layout.figuresDot})
+        canvas.text(dot, QStringLiteral("·"), caption, Tint::tertiary, Qt::ElideNone, Qt::AlignCenter);
+    canvas.text(layout.wait, content.waitText, caption, Tint::secondary, Qt::ElideRight, leading);
+    canvas.text(layout.figures, content.figuresText, caption, Tint::secondary, Qt::ElideRight, leading);
+}
+
 } // namespace
 
 Tint extractionTint(ExtractionStatus::Kind extraction)
@@ -119,9 +138,9 @@ void paintRow(const RowCanvas& canvas, const RowMetrics& metrics, const RowConte
     else
         canvas.glyph(icon.glyph, icon.tint, layout.icon);
     canvas.text(layout.name, content.name, metrics.nameFont, Tint::text, Qt::ElideMiddle, leading);
-    const Tint statusTint = content.status == DownloadStatus::failed ? Tint::red : Tint::secondary;
-    canvas.text(layout.status, content.statusText, caption, statusTint, Qt::ElideRight, trailing);
+    canvas.text(layout.status, content.statusText, caption, Tint::secondary, Qt::ElideRight, trailing);
     canvas.buttons(layout.buttons, hot);
+    paintError(canvas, metrics, content, layout);
     canvas.glyph(Glyph::bandageFill, Tint::orange, layout.recoveryIcon);
     canvas.text(layout.recovery, content.recoveryText, caption, Tint::orange, Qt::ElideRight, leading);
     canvas.bar(layout.progressBar, content.progress, Tint::blue);
@@ -131,7 +150,7 @@ void paintRow(const RowCanvas& canvas, const RowMetrics& metrics, const RowConte
     if (content.lines.testFlag(RowLine::failure))
         canvas.borderedButton(layout.buttons.back(), content.retryText, hot);
     paintVerification(canvas, metrics, content, layout);
-    canvas.text(layout.host, content.host, caption, Tint::tertiary, Qt::ElideRight, leading);
+    paintCaptions(canvas, metrics, content, layout);
 }
 
 } // namespace vormel

@@ -61,4 +61,20 @@ QRect LineCursor::next(int height)
     return line;
 }
 
+QRect CaptionCursor::next(int width, QRect* dot)
+{
+    if (width <= 0)
+        return {};
+    if (dot && m_left > m_line.left())
+        *dot = take(m_dotWidth);
+    return take(width);
+}
+
+QRect CaptionCursor::take(int width)
+{
+    const QRect place(m_left, m_line.top(), width, m_line.height());
+    m_left += width;
+    return place;
+}
+
 } // namespace vormel

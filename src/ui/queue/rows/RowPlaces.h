@@ -51,4 +51,25 @@ private:
     int m_lineHeight;
 };
 
+/// Hands out the places of captions on one line from its start, with dots between them.
+class CaptionCursor
+{
+public:
+    CaptionCursor(const QRect& line, int dotWidth)
+        : m_line(line)
+        , m_dotWidth(dotWidth)
+        , m_left(line.left())
+    {}
+
+    /// Sets the place of the dot, if something stands in front of it. Without a width there is neither.
+    [[nodiscard]] QRect next(int width, QRect* dot);
+
+private:
+    [[nodiscard]] QRect take(int width);
+
+    QRect m_line;
+    int m_dotWidth;
+    int m_left;
+};
+
 } // namespace vormel

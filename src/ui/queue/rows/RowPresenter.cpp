@@ -2,6 +2,7 @@
 
 #include "archive/sources/ArchiveFormat.h"
 #include "text/ByteCount.h"
+#include "ui/queue/rows/RowCaptions.h"
 
 #include <QStringList>
 
@@ -38,12 +39,16 @@ double fraction(double value)
 
 RowLines rowLines(const DownloadItem& item)
 {
+    constexpr qsizetype shortMessage = 40; // has room on one line of the narrowest window, in large fonts, too
     RowLines lines;
     lines.setFlag(RowLine::recovery, item.recoveryCountdown().has_value());
     lines.setFlag(RowLine::progress, item.status() == DownloadStatus::downloading);
     const bool isFailed = item.extractionStatus() == ExtractionStatus::failed;
     lines.setFlag(RowLine::extraction, !isFailed && item.extractionStatus() != ExtractionStatus::idle);
     lines.setFlag(RowLine::failure, isFailed);
+    const bool hasError = item.status() == DownloadStatus::failed;
+    lines.setFlag(RowLine::error, hasError);
+    lines.setFlag(RowLine::longError, hasError && item.status().message().size() > shortMessage);
     lines.setFlag(RowLine::verification, item.verification().kind != VerificationResult::none);
     return lines;
 }
@@ -139,7 +144,7 @@ bool isMoving(const DownloadItem& item)
     return item.status() == DownloadStatus::resolving || hasEndlessBar(item);
 }
 
-RowContent rowContent(const DownloadItem& item, AppLanguage language, WallTime now)
+RowContent rowContent(const DownloadItem& item, AppLanguage language, Moment now)
 {
     RowContent content;
     content.lines = rowLines(item);
@@ -156,7 +161,7 @@ RowContent rowContent(const DownloadItem& item, AppLanguage language, WallTime n
     if (hasProgress(item))
         content.extractionProgress = fraction(item.extractionProgress());
     if (hasEndlessBar(item) && !item.awaitsExtractionTurn())
-        content.elapsedText = elapsedText(item, now);
+        content.elapsedText = elapsedText(item, now.wall);
     if (content.lines.testFlag(RowLine::failure))
         content.retryText = buttonText(RowButton::retryExtraction, language);
     content.archiveCommand = archiveCommand(item);
@@ -164,6 +169,9 @@ RowContent rowContent(const DownloadItem& item, AppLanguage language, WallTime n
     content.verification = item.verification().kind;
     content.verificationText = verificationText(item.verification(), language);
     content.host = item.hostName();
+    content.waitText = waitText(item.wait(), language, now.steady);
+    content.figuresText = figuresText(item, language);
+    content.staysUntil = waitTextChangesAt(item.wait(), now.steady);
     return content;
 }
 
@@ -172,9 +180,20 @@ QString accessibleText(const RowContent& content)
     QStringList parts{content.name, content.statusText, content.recoveryText};
     if (content.lines.testFlag(RowLine::progress))
         parts << content.byteText << content.speedText;
-    parts << content.extractionText << content.verificationText << content.host;
+    parts << content.extractionText << content.verificationText << content.host << content.waitText
+          << content.figuresText;
     parts.removeAll(QString());
     return parts.join(u", "_s);
+}
+
+QString copiedText(const DownloadItem& item, AppLanguage language)
+{
+    QStringList lines{item.filename()};
+    if (item.status() == DownloadStatus::failed)
+        lines << statusLabel(item.status(), language);
+    if (item.extractionStatus() == ExtractionStatus::failed)
+        lines << extractionWords(item, language);
+    return lines.size() > 1 ? lines.join(u'\n') : item.originalURL().absoluteString();
 }
 
 QString rowToolTip(const RowContent& content)
@@ -186,6 +205,9 @@ QString rowToolTip(const RowContent& content)
         lines << content.extractionText;
     if (content.lines.testFlag(RowLine::verification))
         lines << content.verificationText;
+    QStringList captions{content.host, content.figuresText}; // a countdown would stand still here
+    captions.removeAll(QString());
+    lines << captions.join(u" · "_s);
     // Names come from outside; as rich text they could be anything.
     return u"<p>"_s + lines.join(u'\n').toHtmlEscaped().replace(u'\n', u"<br>"_s) + u"</p>"_s;
 }

@@ -9,8 +9,16 @@ namespace vormel {
 /// Which lines the item's row has. Cheap: no text is made.
 [[nodiscard]] RowLines rowLines(const DownloadItem& item);
 
+/// A moment on both clocks: the wall's tells how long something has been going on, the steady one what is left of a
+/// wait.
+struct Moment
+{
+    WallTime wall = {};
+    SteadyTime steady = {};
+};
+
 /// The whole row in a language at that moment.
-[[nodiscard]] RowContent rowContent(const DownloadItem& item, AppLanguage language, WallTime now);
+[[nodiscard]] RowContent rowContent(const DownloadItem& item, AppLanguage language, Moment now);
 
 [[nodiscard]] QString recoveryText(const DownloadItem& item, AppLanguage language);
 [[nodiscard]] QString extractionText(const DownloadItem& item, AppLanguage language);
@@ -31,6 +39,9 @@ namespace vormel {
 
 /// The row as one sentence, for assistive technology.
 [[nodiscard]] QString accessibleText(const RowContent& content);
+
+/// What is copied of the row: its name and what failed of it, or else its link.
+[[nodiscard]] QString copiedText(const DownloadItem& item, AppLanguage language);
 
 /// What a pointer resting on the row tells: the full texts of what may be elided.
 [[nodiscard]] QString rowToolTip(const RowContent& content);

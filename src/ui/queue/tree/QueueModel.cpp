@@ -10,7 +10,7 @@
 
 namespace vormel {
 
-QueueModel::QueueModel(DownloadManager& manager, const Clock& clock, QObject* parent)
+QueueModel::QueueModel(DownloadManager& manager, Clock& clock, QObject* parent)
     : QueueTree(manager, parent)
     , m_manager(manager)
     , m_clock(clock)
@@ -53,6 +53,8 @@ QVariant QueueModel::rowData(const DownloadItem& item, const QModelIndex& index,
         return static_cast<int>(item.status().kind());
     case hostRole:
         return item.hostName();
+    case copyRole:
+        return copiedText(item, language());
     case headerRole:
     case Qt::DecorationRole:
     case Qt::FontRole:
@@ -61,7 +63,7 @@ QVariant QueueModel::rowData(const DownloadItem& item, const QModelIndex& index,
     default:
         break;
     }
-    RowContent content = rowContent(item, language(), m_clock.wallNow());
+    RowContent content = rowContent(item, language(), {m_clock.wallNow(), m_clock.steadyNow()});
     content.isMember = index.internalPointer() != nullptr;
     return contentValue(content, role);
 }
@@ -99,6 +101,7 @@ QVariant QueueModel::groupData(const QueueEntry& entry, int role) const
         return QVariant::fromValue(ItemId());
     case Qt::DisplayRole:
     case nameRole:
+    case copyRole:
         return m_manager.groupNames().displayName(entry.group.id);
     case headerRole:
         return QVariant::fromValue(header(entry));

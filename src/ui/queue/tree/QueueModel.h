@@ -31,12 +31,13 @@ public:
         speedTextRole,
         recoveryTextRole,
         extractionTextRole,
+        copyRole, ///< what the user copies of a row or header
     };
 
-    QueueModel(DownloadManager& manager, const Clock& clock, QObject* parent = nullptr);
+    QueueModel(DownloadManager& manager, Clock& clock, QObject* parent = nullptr);
 
     [[nodiscard]] AppLanguage language() const { return m_manager.settings().language.value(); }
-    [[nodiscard]] const Clock& clock() const { return m_clock; }
+    [[nodiscard]] Clock& clock() const { return m_clock; }
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
 
 private:
@@ -59,7 +60,7 @@ private:
     [[nodiscard]] static RowLines toldLines(const QueueEntry& entry, const QModelIndex& index);
 
     DownloadManager& m_manager;
-    const Clock& m_clock;
+    Clock& m_clock;
     QHash<ItemId, ItemFields> m_changed; ///< since the views were told last
 };
 

@@ -6,6 +6,8 @@
 #include "ui/queue/list/QueueDelegate.h"
 #include "ui/queue/tree/QueueModel.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QPaintEvent>
 #include <QProxyStyle>
 #include <QScrollBar>
@@ -14,6 +16,7 @@
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace vormel {
 namespace {
@@ -63,6 +66,18 @@ public:
     {
         constexpr int duration = 200;
         return hint == SH_Widget_Animation_Duration ? duration : QProxyStyle::styleHint(hint, option, widget, data);
+    }
+};
+
+/// One that lets nothing move.
+class StillStyle final : public QProxyStyle
+{
+public:
+    explicit StillStyle(QObject* parent) { setParent(parent); }
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* data) const override
+    {
+        return hint == SH_Widget_Animation_Duration ? 0 : QProxyStyle::styleHint(hint, option, widget, data);
     }
 };
 
@@ -197,6 +212,114 @@ TEST_F(QueueViewTest, TheIndicatorTurnsOnlyWhileARowInSightWaits)
     EXPECT_TRUE(view.isMoving());
     items[0]->setStatus(DownloadStatus::stopped);
     EXPECT_TRUE(fixtures::waitUntil([this] { return !view.isMoving(); }));
+}
+
+TEST_F(QueueViewTest, ACountdownRepaintsTheRowsWhoseSecondIsOverAndNoOther)
+{
+    const SteadyTime begin = engine.clock.steadyNow();
+    items[1]->setWait({ItemWait::nextTry, begin + 30s});
+    items[2]->setWait({ItemWait::nextTry, begin + 30s + 400ms});
+    items[3]->setWait({ItemWait::sameName});
+    turnEventLoop();
+    view.viewport()->repaint();
+    PaintWatch watch(view.viewport());
+    model.rowsMade = 0;
+    engine.clock.advance(400ms); // the second row's edge
+    EXPECT_EQ(watch.painted, QRegion(rowRect(2)));
+    watch.painted = {};
+    engine.clock.advance(599ms);
+    EXPECT_TRUE(watch.painted.isEmpty());
+    engine.clock.advance(1ms);
+    EXPECT_EQ(watch.painted, QRegion(rowRect(1)));
+    EXPECT_EQ(model.rowsMade, 2);
+}
+
+TEST_F(QueueViewTest, ACountdownOfManyRowsCostsOnlyThoseInSight)
+{
+    for (const ItemPtr& item : items)
+        item->setWait({ItemWait::serverRest, engine.clock.steadyNow() + 10min});
+    turnEventLoop();
+    view.viewport()->repaint();
+    const int timers = engine.clock.pendingTimers();
+    model.rowsMade = 0;
+    engine.clock.advance(1s);
+    EXPECT_GT(model.rowsMade, 3);
+    EXPECT_LT(model.rowsMade, 20);
+    EXPECT_EQ(engine.clock.pendingTimers(), timers);
+}
+
+TEST_F(QueueViewTest, ACountdownEndsWithItsTime)
+{
+    const int timers = engine.clock.pendingTimers();
+    items[1]->setWait({ItemWait::nextTry, engine.clock.steadyNow() + 2s});
+    turnEventLoop();
+    view.viewport()->repaint();
+    EXPECT_GT(engine.clock.pendingTimers(), timers);
+    engine.clock.advance(2s);
+    EXPECT_EQ(engine.clock.pendingTimers(), timers);
+    EXPECT_TRUE(model.index(1, 0).data(Qt::AccessibleTextRole).toString().contains(u"trying again soon"));
+}
+
+TEST_F(QueueViewTest, ACountdownThatIsScrolledAwayOrHiddenWakesNobodyAfterItsSecond)
+{
+    const int timers = engine.clock.pendingTimers();
+    items[1]->setWait({ItemWait::nextTry, engine.clock.steadyNow() + 30s});
+    turnEventLoop();
+    view.viewport()->repaint();
+    view.scrollToBottom();
+    view.viewport()->repaint();
+    PaintWatch watch(view.viewport());
+    engine.clock.advance(1s);
+    EXPECT_TRUE(watch.painted.isEmpty());
+    EXPECT_EQ(engine.clock.pendingTimers(), timers);
+    view.scrollToTop();
+    view.viewport()->repaint();
+    EXPECT_GT(engine.clock.pendingTimers(), timers);
+    view.hide();
+    engine.clock.advance(1s);
+    EXPECT_EQ(engine.clock.pendingTimers(), timers);
+}
+
+TEST_F(QueueViewTest, ACountdownGoesOnWhenItsRowMovesOrIsRemoved)
+{
+    items[2]->setWait({ItemWait::nextTry, engine.clock.steadyNow() + 30s});
+    turnEventLoop();
+    view.viewport()->repaint();
+    engine.manager().commands().removeItems({items[1]->id()});
+    turnEventLoop();
+    PaintWatch watch(view.viewport());
+    engine.clock.advance(1s);
+    EXPECT_EQ(watch.painted, QRegion(rowRect(1)));
+    engine.manager().commands().removeItems({items[2]->id()});
+    turnEventLoop();
+    watch.painted = {};
+    engine.clock.advance(1s);
+    EXPECT_TRUE(watch.painted.isEmpty());
+}
+
+TEST_F(QueueViewTest, ACountdownGoesOnWhereNothingMayMove)
+{
+    view.setStyle(new StillStyle(&view)); // the view owns it
+    items[1]->setWait({ItemWait::nextTry, engine.clock.steadyNow() + 30s});
+    turnEventLoop();
+    view.repaint();
+    PaintWatch watch(view.viewport());
+    engine.clock.advance(1s);
+    EXPECT_EQ(watch.painted, QRegion(rowRect(1)));
+    EXPECT_FALSE(view.isMoving());
+}
+
+TEST_F(QueueViewTest, CopiesTheSelectedRow)
+{
+    QGuiApplication::clipboard()->setText(u"before"_s);
+    QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"before"); // none is selected
+    view.setCurrentIndex(model.index(3, 0));
+    QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"https://host.example/file3.zip");
+    items[3]->setStatus(DownloadStatus::failure(u"gone"_s));
+    QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"file3.zip\nError: gone");
 }
 
 } // namespace

@@ -12,23 +12,39 @@ using namespace Qt::StringLiterals;
 namespace vormel {
 namespace {
 
+/// The first five in every combination, with no error, a short one and a long one.
+QList<RowLines> setsOfLines()
+{
+    QList<RowLines> all;
+    for (RowLines::Int others = 0; others < 32; ++others) {
+        for (const RowLines error : {RowLines(), RowLines(RowLine::error), RowLine::error | RowLine::longError})
+            all << (RowLines::fromInt(others) | error);
+    }
+    return all;
+}
+
 QList<RowContent> contents()
 {
     QList<RowContent> all;
-    for (RowLines::Int lines = 0; lines < 32; ++lines) {
+    for (const RowLines& lines : setsOfLines()) {
         for (const QString& name : {u"a"_s, u"Long.name."_s.repeated(30)}) {
             for (const QString& status : {u"Paused"_s, u"Error: it broke "_s.repeated(20)}) {
                 for (const bool hasBar : {false, true}) {
                     RowContent content;
-                    content.lines = RowLines::fromInt(lines);
+                    content.lines = lines;
                     content.name = name;
                     content.statusText = status;
                     content.hasExtractionBar = hasBar;
                     content.extractionText = u"Verifica / estrazione…"_s;
                     content.elapsedText = u"12:34"_s;
                     content.retryText = u"Riprova"_s;
-                    content.isMember = lines % 2 == 1;
-                    content.buttons = itemButtons(lines % 3 == 0 ? DownloadStatus::paused : DownloadStatus::stopped);
+                    content.isMember = lines.testFlag(RowLine::recovery);
+                    content.host = hasBar ? u"files.example"_s : u"a-host-of-some-length."_s.repeated(9);
+                    content.waitText =
+                        lines.testFlag(RowLine::progress) ? QString() : u"Connection lost, trying again in 12 s"_s;
+                    content.figuresText = lines.testFlag(RowLine::extraction) ? QString() : u"1.23 GB of 4.56 GB"_s;
+                    content.buttons = itemButtons(lines.testFlag(RowLine::failure) ? DownloadStatus::paused
+                                                                                   : DownloadStatus::stopped);
                     all << content;
                 }
             }
@@ -53,7 +69,7 @@ TEST(RowLayout, NothingOverlapsOrLeavesTheRowAtAnyWidthFontAndDirection)
     for (const double scale : {0.8, 1.0, 1.5, 2.0}) {
         const RowMetrics metrics(scaledFont(QApplication::font(), scale));
         for (const RowContent& content : contents()) {
-            for (int width = 300; width <= 2000; width += 85) {
+            for (int width = 300; width <= 2000; width += 170) {
                 const QRect row(3, 50, width, metrics.height(content.lines));
                 expectSound(RowLayout(metrics, content, row, Qt::LeftToRight), row);
                 expectSound(RowLayout(metrics, content, row, Qt::RightToLeft), row);
@@ -96,6 +112,120 @@ TEST(RowLayout, AShortNameLeavesItsRoomToTheStatus)
     const RowLayout layout(metrics, content, QRect(0, 0, 600, metrics.height({})), Qt::LeftToRight);
     EXPECT_GT(layout.status.width(), 440);
     EXPECT_GE(layout.name.width(), QFontMetrics(metrics.nameFont).horizontalAdvance(content.name));
+}
+
+TEST(RowLayout, AnErrorHasTheWholeWidthAndLeavesTheFirstLineToTheName)
+{
+    const RowMetrics metrics(QApplication::font());
+    RowContent content;
+    content.name = u"Long.name."_s.repeated(30);
+    content.statusText = u"Error: it broke "_s.repeated(20);
+    content.lines = RowLine::error | RowLine::longError;
+    const RowLayout layout(metrics, content, QRect(0, 0, 600, metrics.height(content.lines)), Qt::LeftToRight);
+    EXPECT_TRUE(layout.status.isEmpty());
+    EXPECT_EQ(layout.name.right() + 1, 600 - RowMetrics::marginX);
+    EXPECT_EQ(layout.error.left(), layout.name.left());
+    EXPECT_EQ(layout.error.right(), layout.name.right());
+    EXPECT_GT(layout.error.top(), layout.name.bottom());
+    EXPECT_GE(layout.error.height(), 2 * QFontMetrics(metrics.captionFont).height());
+}
+
+TEST(RowLayout, AShortErrorHasOneLine)
+{
+    const RowMetrics metrics(QApplication::font());
+    RowContent content;
+    content.lines = RowLine::error;
+    const RowLayout layout(metrics, content, QRect(0, 0, 600, metrics.height(content.lines)), Qt::LeftToRight);
+    EXPECT_EQ(layout.error.height(), QFontMetrics(metrics.captionFont).height());
+}
+
+/// The row of an item of a host with a long name, at that width.
+class CaptionLayout : public ::testing::Test
+{
+protected:
+    CaptionLayout()
+    {
+        content.host = u"files.a-host-with-quite-a-long-name.example"_s;
+        content.waitText = u"Connection lost, trying again in 12 s"_s;
+        content.figuresText = u"1.2 GB of 4 GB"_s;
+    }
+    int widthOf(const QString& text) const { return QFontMetrics(metrics.captionFont).horizontalAdvance(text); }
+    RowLayout layout(int width, Qt::LayoutDirection direction = Qt::LeftToRight) const
+    {
+        return {metrics, content, QRect(0, 0, width, metrics.height({})), direction};
+    }
+    /// That much room beside the icon.
+    RowLayout layoutWithRoom(int room) const
+    {
+        const int around = 1000 - layout(1000).name.left() - RowMetrics::marginX;
+        return layout(1000 - around + room);
+    }
+
+    const RowMetrics metrics{QApplication::font()};
+    RowContent content;
+};
+
+TEST_F(CaptionLayout, StandOneBehindTheOtherWithDotsBetweenThem)
+{
+    const RowLayout wide = layout(1200);
+    EXPECT_EQ(wide.host.left(), wide.name.left());
+    EXPECT_GE(wide.host.width(), widthOf(content.host));
+    EXPECT_EQ(wide.waitDot.left(), wide.host.right() + 1);
+    EXPECT_EQ(wide.wait.left(), wide.waitDot.right() + 1);
+    EXPECT_EQ(wide.figuresDot.left(), wide.wait.right() + 1);
+    EXPECT_EQ(wide.figures.left(), wide.figuresDot.right() + 1);
+    EXPECT_EQ(wide.waitDot.width(), metrics.dotWidth);
+}
+
+TEST_F(CaptionLayout, StandTheOtherWayRoundFromRightToLeft)
+{
+    const RowLayout mirrored = layout(1200, Qt::RightToLeft);
+    EXPECT_GT(mirrored.host.left(), mirrored.wait.right());
+    EXPECT_GT(mirrored.wait.left(), mirrored.figures.right());
+}
+
+TEST_F(CaptionLayout, TheHostIsCutFirst)
+{
+    const int both = widthOf(content.waitText) + widthOf(content.figuresText) + 2 + 2 * metrics.dotWidth;
+    const RowLayout narrow = layoutWithRoom(both + 100);
+    EXPECT_EQ(narrow.host.width(), 100);
+    EXPECT_GE(narrow.wait.width(), widthOf(content.waitText));
+    EXPECT_GE(narrow.figures.width(), widthOf(content.figuresText));
+}
+
+TEST_F(CaptionLayout, ThenItGoesAndItsDotWithIt)
+{
+    const int both = widthOf(content.waitText) + widthOf(content.figuresText) + 2 + 2 * metrics.dotWidth;
+    const RowLayout narrow = layoutWithRoom(both + 5);
+    EXPECT_TRUE(narrow.host.isEmpty());
+    EXPECT_TRUE(narrow.waitDot.isEmpty());
+    EXPECT_EQ(narrow.wait.left(), narrow.name.left());
+    EXPECT_GE(narrow.figures.width(), widthOf(content.figuresText));
+}
+
+TEST_F(CaptionLayout, ThenTheFiguresGoAndTheWaitStaysWhole)
+{
+    const RowLayout narrow = layoutWithRoom(widthOf(content.waitText) + 10);
+    EXPECT_TRUE(narrow.figures.isEmpty());
+    EXPECT_TRUE(narrow.figuresDot.isEmpty());
+    EXPECT_GE(narrow.wait.width(), widthOf(content.waitText));
+}
+
+TEST_F(CaptionLayout, WithoutAWaitTheFiguresFollowTheHost)
+{
+    content.waitText.clear();
+    const RowLayout wide = layout(1200);
+    EXPECT_TRUE(wide.wait.isEmpty());
+    EXPECT_TRUE(wide.waitDot.isEmpty());
+    EXPECT_EQ(wide.figures.left(), wide.host.right() + 1 + metrics.dotWidth);
+}
+
+TEST_F(CaptionLayout, AHostAloneHasTheWholeLine)
+{
+    content.waitText.clear();
+    content.figuresText.clear();
+    content.host = u"files.a-host."_s.repeated(40);
+    EXPECT_EQ(layout(600).host.right() + 1, 600 - RowMetrics::marginX);
 }
 
 TEST(RowLayout, ALongNameKeepsAGoodHalfOfTheLine)

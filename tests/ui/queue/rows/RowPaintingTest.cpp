@@ -14,7 +14,7 @@ using fixtures::PaintedRow;
 using S = DownloadStatus;
 using E = ExtractionStatus;
 
-constexpr WallTime now{std::chrono::hours(100)};
+constexpr Moment now{WallTime(std::chrono::hours(100)), SteadyTime(std::chrono::hours(50))};
 constexpr qint64 mebibyte = 1024 * 1024;
 
 struct Case
@@ -42,7 +42,7 @@ void extract(DownloadItem& item, const ExtractionStatus& status, int secondsAgo,
     item.setExtractionStatus(status);
     item.setExtractionProgress(progress);
     if (secondsAgo >= 0)
-        item.setExtractionStartedAt(now - std::chrono::seconds(secondsAgo));
+        item.setExtractionStartedAt(now.wall - std::chrono::seconds(secondsAgo));
 }
 
 #define COMPLETED "checkmark.circle.fill/green folder/secondary arrow.down.circle/secondary xmark/secondary"
@@ -83,6 +83,33 @@ const Case cases[] = {
      "**film.rar**/text|Error: x/red|Recovery starts in 7s…/orange|Host.example/tertiary",
      "**film.rar**/text|Errore: x/red|Recupero tra 7s…/orange|Host.example/tertiary",
      "exclamationmark.circle.fill/red arrow.clockwise/secondary xmark/secondary bandage.fill/orange"},
+    {"pausedHalfWay",
+     [](DownloadItem& item) {
+         download(item, mebibyte, 4 * mebibyte, 0);
+         item.setStatus(S::paused);
+     },
+     "**film.rar**/text|Paused/secondary|Host.example/tertiary|·/tertiary|1 MB of 4 MB/secondary",
+     "**film.rar**/text|In pausa/secondary|Host.example/tertiary|·/tertiary|1 MB di 4 MB/secondary",
+     "pause.circle.fill/orange play.fill/secondary stop.fill/secondary arrow.triangle.2.circlepath/secondary "
+     "xmark/secondary"},
+    {"finished",
+     [](DownloadItem& item) {
+         download(item, 4 * mebibyte, 4 * mebibyte, 0);
+         item.setStatus(S::completed);
+     },
+     "**film.rar**/text|Completed/secondary|Host.example/tertiary|·/tertiary|4 MB/secondary",
+     "**film.rar**/text|Completato/secondary|Host.example/tertiary|·/tertiary|4 MB/secondary", COMPLETED},
+    {"queuedToBeTriedAgain",
+     [](DownloadItem& item) {
+         download(item, mebibyte, 4 * mebibyte, 0);
+         item.setStatus(S::queued);
+         item.setWait({ItemWait::nextTry, now.steady + std::chrono::seconds(12)});
+     },
+     "**film.rar**/text|Queued/secondary|Host.example/tertiary|·/tertiary|"
+     "Connection lost, trying again in 12 s/secondary|·/tertiary|1 MB of 4 MB/secondary",
+     "**film.rar**/text|In coda/secondary|Host.example/tertiary|·/tertiary|"
+     "Connessione persa, nuovo tentativo tra 12 s/secondary|·/tertiary|1 MB di 4 MB/secondary",
+     "clock/secondary stop.fill/secondary arrow.triangle.2.circlepath/secondary xmark/secondary"},
     {"downloading", [](DownloadItem& item) { download(item, mebibyte, 4 * mebibyte, 2 * 1024 * 1024); },
      "**film.rar**/text|Downloading/secondary|1 MB / 4 MB/secondary|2 MB/s/secondary|Host.example/tertiary",
      "**film.rar**/text|Download/secondary|1 MB / 4 MB/secondary|2 MB/s/secondary|Host.example/tertiary",
@@ -221,11 +248,36 @@ protected:
     DownloadItem item{fixtures::link(u"https://Host.example/film.rar"_s), ItemId::make()};
 };
 
-TEST_F(OneRowPainting, ALongErrorIsElidedAtItsEnd)
+TEST_F(OneRowPainting, ALongErrorTakesTwoLinesAndNoMore)
 {
     item.setStatus(S::failure(u"The server said no. "_s.repeated(20)));
-    const QString status = texts(700).at(1);
-    EXPECT_TRUE(status.startsWith(u"Error: The server said no.") && status.endsWith(u"…/red")) << qPrintable(status);
+    const QStringList all = texts(700);
+    ASSERT_EQ(all.size(), 4); // name, two lines, the host
+    EXPECT_TRUE(all.at(1).startsWith(u"Error: The server said no.") && !all.at(1).contains(u'…'))
+        << qPrintable(all.at(1));
+    EXPECT_TRUE(all.at(2).endsWith(u"…/red")) << qPrintable(all.at(2));
+}
+
+TEST_F(OneRowPainting, ALongWordIsBrokenWhereverTheLineEnds)
+{
+    item.setStatus(S::failure(u"word"_s.repeated(32)));
+    const QString both = texts(700).mid(1, 2).join(QString()).remove(u"/red"_s);
+    EXPECT_EQ(both, u"Error: "_s + u"word"_s.repeated(32));
+}
+
+TEST_F(OneRowPainting, AnErrorOfManyLinesIsReadAsOne)
+{
+    item.setStatus(S::failure(u"The page said:\n\nno, and that it will never say anything else"_s));
+    EXPECT_EQ(texts(900).at(1), u"Error: The page said: no, and that it will never say anything else/red");
+}
+
+TEST_F(OneRowPainting, ANameAndAnErrorNeverElideEachOther)
+{
+    item.setFilename(u"A.name.of.some.length.that.needs.all.of.its.line.rar"_s);
+    item.setStatus(S::failure(u"The server answered with error 503 instead of the file — retry"_s));
+    const QStringList all = texts(700);
+    EXPECT_EQ(all.at(0), u"**A.name.of.some.length.that.needs.all.of.its.line.rar**/text");
+    EXPECT_EQ(all.at(1), u"Error: The server answered with error 503 instead of the file — retry/red");
 }
 
 TEST_F(OneRowPainting, AFailedArchiveStepTakesTwoLinesAndNoMore)

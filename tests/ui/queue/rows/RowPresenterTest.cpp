@@ -14,6 +14,8 @@ using fixtures::english;
 using fixtures::italian;
 using fixtures::link;
 constexpr WallTime presentTime{std::chrono::hours(100)};
+constexpr SteadyTime steadyTime{std::chrono::hours(50)};
+constexpr Moment present{presentTime, steadyTime};
 
 class RowPresenter : public ::testing::Test
 {
@@ -56,11 +58,11 @@ TEST_F(RowPresenter, TellsHowFarTheArchiveStepIs)
     item.setExtractionStatus(ExtractionStatus::extracting);
     EXPECT_EQ(extractionText(item, english), u"Checking / extracting…");
     EXPECT_EQ(extractionText(item, italian), u"Verifica / estrazione…");
-    EXPECT_EQ(rowContent(item, english, presentTime).extractionProgress, std::nullopt);
+    EXPECT_EQ(rowContent(item, english, present).extractionProgress, std::nullopt);
     item.setExtractionProgress(0.426);
     EXPECT_EQ(extractionText(item, english), u"43%");
-    EXPECT_EQ(rowContent(item, english, presentTime).extractionProgress, 0.426);
-    EXPECT_TRUE(rowContent(item, english, presentTime).hasExtractionBar);
+    EXPECT_EQ(rowContent(item, english, present).extractionProgress, 0.426);
+    EXPECT_TRUE(rowContent(item, english, present).hasExtractionBar);
 }
 
 TEST_F(RowPresenter, TellsHowTheArchiveStepEnded)
@@ -86,10 +88,10 @@ TEST_F(RowPresenter, CountsTheTimeOfAStepWithoutAnEnd)
     EXPECT_EQ(elapsedText(item, presentTime + seconds(125)), u"2:12");
     EXPECT_EQ(elapsedText(item, presentTime + seconds(6000)), u"100:07");
     EXPECT_EQ(elapsedText(item, presentTime - seconds(60)), u"0:00");
-    EXPECT_EQ(rowContent(item, english, presentTime).elapsedText, u"0:07");
+    EXPECT_EQ(rowContent(item, english, present).elapsedText, u"0:07");
     item.setExtractionStatus(ExtractionStatus::extracting);
     item.setExtractionProgress(0.5);
-    EXPECT_EQ(rowContent(item, english, presentTime).elapsedText, u"");
+    EXPECT_EQ(rowContent(item, english, present).elapsedText, u"");
 }
 
 TEST_F(RowPresenter, MovesWhileItWaitsWithoutAnEnd)
@@ -111,15 +113,15 @@ TEST_F(RowPresenter, AFailedArchiveStepHasRoomForTwoLinesAndARetry)
 {
     item.setExtractionStatus(ExtractionStatus::failure(u"x"_s));
     EXPECT_EQ(rowLines(item), RowLines(RowLine::failure));
-    EXPECT_EQ(rowContent(item, english, presentTime).retryText, u"Retry");
-    EXPECT_EQ(rowContent(item, italian, presentTime).retryText, u"Riprova");
+    EXPECT_EQ(rowContent(item, english, present).retryText, u"Retry");
+    EXPECT_EQ(rowContent(item, italian, present).retryText, u"Riprova");
 }
 
 TEST_F(RowPresenter, StatusTextFollowsTheLanguage)
 {
     item.setStatus(DownloadStatus::paused);
-    EXPECT_EQ(rowContent(item, english, presentTime).statusText, u"Paused");
-    EXPECT_EQ(rowContent(item, italian, presentTime).statusText, u"In pausa");
+    EXPECT_EQ(rowContent(item, english, present).statusText, u"Paused");
+    EXPECT_EQ(rowContent(item, italian, present).statusText, u"In pausa");
 }
 
 TEST_F(RowPresenter, SpeaksTheWholeRow)
@@ -127,17 +129,61 @@ TEST_F(RowPresenter, SpeaksTheWholeRow)
     item.setStatus(DownloadStatus::downloading);
     item.setBytesReceived(2048);
     item.setSpeedBytesPerSec(1024);
-    EXPECT_EQ(accessibleText(rowContent(item, english, presentTime)),
-              u"file.rar, Downloading, 2 KB, 1 KB/s, Host.example");
+    EXPECT_EQ(accessibleText(rowContent(item, english, present)), u"file.rar, Downloading, 2 KB, 1 KB/s, Host.example");
+}
+
+TEST_F(RowPresenter, SpeaksOfSizeAndWaitBehindTheHost)
+{
+    item.setBytesReceived(1024);
+    item.setTotalBytes(4096);
+    item.setWait({ItemWait::nextTry, steadyTime + std::chrono::seconds(12)});
+    EXPECT_EQ(accessibleText(rowContent(item, english, present)),
+              u"file.rar, Queued, Host.example, Connection lost, trying again in 12 s, 1 KB of 4 KB");
+}
+
+TEST_F(RowPresenter, TellsUntilWhenItsTextsStay)
+{
+    EXPECT_EQ(rowContent(item, english, present).staysUntil, std::nullopt);
+    item.setWait({ItemWait::nextTry, steadyTime + std::chrono::milliseconds(11500)});
+    EXPECT_EQ(rowContent(item, english, present).staysUntil, steadyTime + std::chrono::milliseconds(500));
+}
+
+TEST_F(RowPresenter, AnErrorHasOneLineAndALongOneHasTwo)
+{
+    item.setStatus(DownloadStatus::failure(u"x"_s.repeated(40)));
+    EXPECT_EQ(rowLines(item), RowLines(RowLine::error));
+    item.setStatus(DownloadStatus::failure(u"x"_s.repeated(41)));
+    EXPECT_EQ(rowLines(item), RowLine::error | RowLine::longError);
+    item.setStatus(DownloadStatus::paused);
+    EXPECT_EQ(rowLines(item), RowLines());
+}
+
+TEST_F(RowPresenter, CopiesTheNameWithWhatFailedOfItOrElseTheLink)
+{
+    EXPECT_EQ(copiedText(item, english), u"https://Host.example/file.rar");
+    item.setStatus(DownloadStatus::failure(u"no such file"_s));
+    EXPECT_EQ(copiedText(item, english), u"file.rar\nError: no such file");
+    EXPECT_EQ(copiedText(item, italian), u"file.rar\nErrore: no such file");
+    item.setStatus(DownloadStatus::completed);
+    item.setExtractionStatus(ExtractionStatus::failure(u"no volume"_s));
+    EXPECT_EQ(copiedText(item, english), u"file.rar\nExtraction failed: no volume");
+    EXPECT_EQ(copiedText(item, italian), u"file.rar\nEstrazione fallita: no volume");
+}
+
+TEST_F(RowPresenter, ToolTipHasTheHostAndTheSizeThatMayBeElidedAndNoCountdown)
+{
+    item.setTotalBytes(4096);
+    item.setWait({ItemWait::nextTry, steadyTime + std::chrono::seconds(12)});
+    EXPECT_EQ(rowToolTip(rowContent(item, english, present)), u"<p>file.rar<br>Host.example · 4 KB</p>");
 }
 
 TEST_F(RowPresenter, ToolTipHasTheWholeFailureAndNoMarkupFromOutside)
 {
     const QString message = u"<b>long</b> "_s.repeated(20);
     item.setStatus(DownloadStatus::failure(message));
-    EXPECT_TRUE(rowToolTip(rowContent(item, english, presentTime)).contains(message.toHtmlEscaped()));
-    EXPECT_FALSE(rowToolTip(rowContent(item, english, presentTime)).contains(u"<b>"));
-    EXPECT_TRUE(accessibleText(rowContent(item, english, presentTime)).contains(message));
+    EXPECT_TRUE(rowToolTip(rowContent(item, english, present)).contains(message.toHtmlEscaped()));
+    EXPECT_FALSE(rowToolTip(rowContent(item, english, present)).contains(u"<b>"));
+    EXPECT_TRUE(accessibleText(rowContent(item, english, present)).contains(message));
 }
 
 TEST_F(RowPresenter, TellsWhatAVerificationCameTo)
@@ -172,14 +218,14 @@ TEST_F(RowPresenter, TellsWhatAVerificationCameTo)
         {{VerificationResult::failed, 0, u"code 9"_s}, u"Verification failed: code 9"_s, u"Verifica fallita: code 9"_s},
     };
     EXPECT_FALSE(rowLines(item).testFlag(RowLine::verification));
-    EXPECT_EQ(rowContent(item, english, presentTime).verificationText, u"");
+    EXPECT_EQ(rowContent(item, english, present).verificationText, u"");
     for (const Told& told : all) {
         item.setVerification(told.result);
-        const RowContent content = rowContent(item, english, presentTime);
+        const RowContent content = rowContent(item, english, present);
         EXPECT_TRUE(content.lines.testFlag(RowLine::verification));
         EXPECT_EQ(content.verification, told.result.kind);
         EXPECT_EQ(content.verificationText, told.inEnglish);
-        EXPECT_EQ(rowContent(item, italian, presentTime).verificationText, told.inItalian);
+        EXPECT_EQ(rowContent(item, italian, present).verificationText, told.inItalian);
         EXPECT_TRUE(accessibleText(content).contains(told.inEnglish));
         EXPECT_TRUE(rowToolTip(content).contains(told.inEnglish.toHtmlEscaped()));
     }

@@ -188,6 +188,26 @@ TEST_F(QueueModelTest, RolesGiveFinishedValues)
     EXPECT_TRUE(text(Qt::AccessibleTextRole).startsWith(u"file0.zip, Downloading"));
 }
 
+TEST_F(QueueModelTest, CopiesTheNameOfAGroupAndTheLinkOfARow)
+{
+    engine.add({u"https://h.example/film.part1.rar"_s, u"https://h.example/film.part2.rar"_s});
+    EXPECT_EQ(text(QueueModel::copyRole), u"film");
+    const QModelIndex member = model.index(1, 0, model.index(0, 0));
+    EXPECT_EQ(member.data(QueueModel::copyRole).toString(), u"https://h.example/film.part2.rar");
+}
+
+TEST_F(QueueModelTest, TellsOfAWait)
+{
+    const auto items = engine.add(links(3));
+    changes.clear();
+    items[1]->setWait({ItemWait::sameName});
+    turnEventLoop();
+    ASSERT_EQ(changes.count(), 1);
+    EXPECT_EQ(changes[0][0].toModelIndex().row(), 1);
+    EXPECT_TRUE(model.index(1, 0).data(Qt::AccessibleTextRole).toString().contains(u"Waits for another link"));
+    EXPECT_FALSE(changes[0][2].value<QList<int>>().contains(Qt::SizeHintRole));
+}
+
 TEST_F(QueueModelTest, ChangesItsTextsWithTheLanguage)
 {
     engine.add(links(3));

@@ -1,0 +1,32 @@
+#include "ui/queue/rows/RowCountdowns.h"
+
+#include <algorithm>
+
+namespace vormel {
+
+void RowCountdowns::note(const ItemId& row, std::optional<SteadyTime> staysUntil)
+{
+    if (staysUntil)
+        m_staysUntil.insert(row, *staysUntil);
+    else
+        m_staysUntil.remove(row);
+}
+
+std::optional<SteadyTime> RowCountdowns::next() const
+{
+    const auto first = std::min_element(m_staysUntil.begin(), m_staysUntil.end());
+    return first == m_staysUntil.end() ? std::nullopt : std::optional(*first);
+}
+
+bool RowCountdowns::isOver(const ItemId& row, SteadyTime now) const
+{
+    const auto found = m_staysUntil.find(row);
+    return found != m_staysUntil.end() && *found <= now;
+}
+
+void RowCountdowns::forgetOver(SteadyTime now)
+{
+    m_staysUntil.removeIf([now](const auto& row) { return row.value() <= now; });
+}
+
+} // namespace vormel
