@@ -18,9 +18,8 @@ QPalette::ColorGroup colorGroup(const QStyleOptionViewItem& option)
 }
 
 /// The text as at most two lines of that width, the second one elided.
-QString brokenInTwo(const QString& message, const QFont& font, int width)
+QString brokenInTwo(const QString& text, const QFont& font, int width)
 {
-    const QString text = message.simplified(); // what others wrote may have lines of its own
     QTextLayout layout(text, font);
     QTextOption anywhere;
     anywhere.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere); // links and paths are long words
