@@ -82,11 +82,15 @@ TEST(RowLayout, TextLinesAreHighEnoughForTheirFonts)
 {
     const RowMetrics metrics(scaledFont(QApplication::font(), 2));
     RowContent content;
-    content.lines = RowLine::progress | RowLine::recovery | RowLine::extraction | RowLine::verification;
+    content.host = u"files.example"_s;
+    content.waitText = u"Waits"_s;
+    content.figuresText = u"4 GB"_s;
+    content.lines =
+        RowLine::error | RowLine::progress | RowLine::recovery | RowLine::extraction | RowLine::verification;
     const RowLayout layout(metrics, content, QRect(0, 0, 700, metrics.height(content.lines)), Qt::LeftToRight);
     EXPECT_GE(layout.name.height(), QFontMetrics(metrics.nameFont).height());
-    for (const QRect& rect :
-         {layout.recovery, layout.bytes, layout.speed, layout.extractionText, layout.verification, layout.host})
+    for (const QRect& rect : {layout.recovery, layout.bytes, layout.speed, layout.extractionText, layout.verification,
+                              layout.host, layout.error, layout.figures})
         EXPECT_GE(rect.height(), QFontMetrics(metrics.captionFont).height());
 }
 
