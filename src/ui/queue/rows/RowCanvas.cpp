@@ -17,23 +17,35 @@ QPalette::ColorGroup colorGroup(const QStyleOptionViewItem& option)
     return option.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
 }
 
-/// The text as at most two lines of that width, the second one elided.
-QString brokenInTwo(const QString& message, const QFont& font, int width)
+/// How much of the text goes onto a first line of that width: whole words, unless these would leave most of it empty,
+/// as links and paths do.
+qsizetype firstLineOf(const QString& text, const QFont& font, int width)
 {
-    const QString text = message.simplified(); // what others wrote may have lines of its own
-    QTextLayout layout(text, font);
-    QTextOption anywhere;
-    anywhere.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere); // links and paths are long words
-    layout.setTextOption(anywhere);
-    layout.beginLayout();
-    QTextLine first = layout.createLine();
-    first.setLineWidth(width);
-    layout.endLayout();
-    if (first.textLength() >= text.size())
+    qsizetype length = 0;
+    for (const QTextOption::WrapMode mode : {QTextOption::WordWrap, QTextOption::WrapAnywhere}) {
+        QTextLayout layout(text, font);
+        QTextOption option;
+        option.setWrapMode(mode);
+        layout.setTextOption(option);
+        layout.beginLayout();
+        QTextLine line = layout.createLine();
+        line.setLineWidth(width);
+        layout.endLayout();
+        length = line.textLength();
+        if (length >= text.size() || line.naturalTextWidth() > width / 2.0)
+            break;
+    }
+    return length;
+}
+
+/// The text as at most two lines of that width, the second one elided.
+QString brokenInTwo(const QString& text, const QFont& font, int width)
+{
+    const qsizetype first = firstLineOf(text, font, width);
+    if (first >= text.size())
         return text;
-    const QString rest = text.mid(first.textLength());
-    return text.left(first.textLength()).trimmed() + QChar::LineSeparator +
-           QFontMetrics(font).elidedText(rest.simplified(), Qt::ElideRight, width);
+    return text.left(first).trimmed() + QChar::LineSeparator +
+           QFontMetrics(font).elidedText(text.mid(first).simplified(), Qt::ElideRight, width);
 }
 
 } // namespace

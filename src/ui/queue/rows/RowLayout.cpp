@@ -29,6 +29,12 @@ int shownWidth(const RowMetrics& metrics, const QString& text)
     return text.isEmpty() ? 0 : captionWidth(metrics, text);
 }
 
+/// Of what can be seen of it in that room.
+int elidedWidth(const RowMetrics& metrics, const QString& text, int room)
+{
+    return qMin(room, shownWidth(metrics, QFontMetrics(metrics.captionFont).elidedText(text, Qt::ElideRight, room)));
+}
+
 /// Does not change with each minute.
 int elapsedWidth(const RowMetrics& metrics, const QString& text)
 {
@@ -135,10 +141,9 @@ void RowLayout::placeCaptions(const RowMetrics& metrics, const RowContent& conte
     if (figuresWidth + metrics.dotWidth > room)
         figuresWidth = 0;
     room -= figuresWidth > 0 ? figuresWidth + metrics.dotWidth : 0;
-    const int hostWanted = shownWidth(metrics, content.host);
-    const bool isHostWorthIt = room >= qMin(hostWanted, captionWidth(metrics, u"mmmm…"_s));
+    const bool isHostWorthIt = room >= qMin(shownWidth(metrics, content.host), captionWidth(metrics, u"mmmm…"_s));
     CaptionCursor captions(line, metrics.dotWidth);
-    host = captions.next(isHostWorthIt ? qMin(hostWanted, room) : 0, nullptr);
+    host = captions.next(isHostWorthIt ? elidedWidth(metrics, content.host, room) : 0, nullptr);
     wait = captions.next(waitWidth, &waitDot);
     figures = captions.next(figuresWidth, &figuresDot);
 }

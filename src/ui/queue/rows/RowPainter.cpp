@@ -74,20 +74,22 @@ void paintVerification(const RowCanvas& canvas, const RowMetrics& metrics, const
 
 void paintError(const RowCanvas& canvas, const RowMetrics& metrics, const RowContent& content, const RowLayout& layout)
 {
+    const QString words = content.statusText.simplified(); // what others wrote may have lines of its own
     if (content.lines.testFlag(RowLine::longError))
-        canvas.twoLines(layout.error, content.statusText, Tint::red);
+        canvas.twoLines(layout.error, words, Tint::red);
     else
-        canvas.text(layout.error, content.statusText, metrics.captionFont, Tint::red, Qt::ElideRight, leading);
+        canvas.text(layout.error, words, metrics.captionFont, Tint::red, Qt::ElideRight, leading);
 }
 
 void paintCaptions(const RowCanvas& canvas, const RowMetrics& metrics, const RowContent& content,
                    const RowLayout& layout)
 {
     const QFont& caption = metrics.captionFont;
+    const QString dot(u'·');
     canvas.text(layout.host, content.host, caption, Tint::tertiary, Qt::ElideRight, leading);
-    for (const QRect& dot : {layout.waitDot, layout.figuresDot})
-        canvas.text(dot, QStringLiteral("·"), caption, Tint::tertiary, Qt::ElideNone, Qt::AlignCenter);
+    canvas.text(layout.waitDot, dot, caption, Tint::tertiary, Qt::ElideNone, Qt::AlignCenter);
     canvas.text(layout.wait, content.waitText, caption, Tint::secondary, Qt::ElideRight, leading);
+    canvas.text(layout.figuresDot, dot, caption, Tint::tertiary, Qt::ElideNone, Qt::AlignCenter);
     canvas.text(layout.figures, content.figuresText, caption, Tint::secondary, Qt::ElideRight, leading);
 }
 

@@ -39,7 +39,7 @@ double fraction(double value)
 
 RowLines rowLines(const DownloadItem& item)
 {
-    constexpr qsizetype shortMessage = 40; // has room on one line of the narrowest window, in large fonts, too
+    constexpr qsizetype shortMessage = 60; // has room on one line of the narrowest window
     RowLines lines;
     lines.setFlag(RowLine::recovery, item.recoveryCountdown().has_value());
     lines.setFlag(RowLine::progress, item.status() == DownloadStatus::downloading);

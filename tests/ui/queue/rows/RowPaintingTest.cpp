@@ -267,8 +267,10 @@ TEST_F(OneRowPainting, ALongWordIsBrokenWhereverTheLineEnds)
 
 TEST_F(OneRowPainting, AnErrorOfManyLinesIsReadAsOne)
 {
-    item.setStatus(S::failure(u"The page said:\n\nno, and that it will never say anything else"_s));
-    EXPECT_EQ(texts(900).at(1), u"Error: The page said: no, and that it will never say anything else/red");
+    item.setStatus(S::failure(u"The page said:\n\nno"_s));
+    EXPECT_EQ(texts(900).at(1), u"Error: The page said: no/red");
+    item.setStatus(S::failure(u"The page said:\n\nno, and that it will never say anything else to anybody"_s));
+    EXPECT_EQ(texts(900).at(1), u"Error: The page said: no, and that it will never say anything else to anybody/red");
 }
 
 TEST_F(OneRowPainting, ANameAndAnErrorNeverElideEachOther)
