@@ -32,6 +32,9 @@ namespace vormel {
 /// The row as one sentence, for assistive technology.
 [[nodiscard]] QString accessibleText(const RowContent& content);
 
+/// The lines as a tool tip that shows them as they are.
+[[nodiscard]] QString plainToolTip(const QStringList& lines);
+
 /// What a pointer resting on the row tells: the full texts of what may be elided.
 [[nodiscard]] QString rowToolTip(const RowContent& content);
 
