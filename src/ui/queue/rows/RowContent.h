@@ -16,6 +16,7 @@ enum class RowLine : quint8
     extraction = 1U << 2,
     failure = 1U << 3, ///< of the archive step, which may take two lines to tell; stands in place of `extraction`
     verification = 1U << 4,
+    lack = 1U << 7, ///< of a group
 };
 Q_DECLARE_FLAGS(RowLines, RowLine)
 Q_DECLARE_OPERATORS_FOR_FLAGS(RowLines)
@@ -50,7 +51,7 @@ struct RowContent
 /// Everything the header of a group shows, finished.
 struct HeaderContent
 {
-    RowLines lines; ///< progress or nothing
+    RowLines lines; ///< progress, lack, both or nothing
     GroupTally::Summary summary = GroupTally::Summary::queued;
     QString title;
     std::vector<RowButton> buttons;
@@ -64,6 +65,9 @@ struct HeaderContent
     QString extractionText;
     VerificationResult::Kind verification = VerificationResult::none; ///< stands in place of `extraction`
     std::optional<RowButton> archiveCommand;
+    QString lackText;
+    QString lackDetail;        ///< which parts these are
+    bool canBeRebuilt = false; ///< what is lacking
 
     friend bool operator==(const HeaderContent&, const HeaderContent&) = default;
 };
