@@ -66,6 +66,9 @@ private:
     [[nodiscard]] QList<QModelIndex> movingRows() const;
     void stepMotion();
     void point(const QModelIndex& index, const RowHit& hit, bool isPressed);
+    void pointNowhere();
+    void followPointer();
+    void notePointer(QPoint point);
     void pressRow(QMouseEvent* event);
     void selectPressed(const QModelIndex& index);
     void removeRow(const QModelIndex& index);
@@ -77,7 +80,8 @@ private:
     std::unique_ptr<RowMenus> m_menus;
     std::unique_ptr<PlaceKeeper> m_place;
     QBasicTimer m_moveTimer;
-    QPersistentModelIndex m_pointedRow; ///< whose button the pointer is on
+    std::optional<QPoint> m_pointer;    ///< where it is, while it is above the rows
+    QPersistentModelIndex m_pointedRow; ///< that it is on
     std::optional<RowButton> m_pointed;
     bool m_isPressed = false; ///< the mouse went down on that button and is not up yet
 };
