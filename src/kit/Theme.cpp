@@ -13,7 +13,7 @@ struct StatusColor
 };
 
 constexpr StatusColor blue{0xff1667c9, 0xff5eaeff};
-constexpr StatusColor orange{0xffb25500, 0xffffb14a};
+constexpr StatusColor orange{0xffa85000, 0xffffb14a};
 constexpr StatusColor green{0xff1c7a3a, 0xff55d17a};
 constexpr StatusColor red{0xffc4281f, 0xffff7d73};
 constexpr StatusColor cyan{0xff0d7f9f, 0xff4fc9ea};
@@ -116,6 +116,8 @@ QColor Theme::color(Tint tint) const
         return towardsBase(0.90);
     case Tint::track:
         return towardsBase(0.84);
+    case Tint::hover:
+        return towardsBase(0.96);
     }
     Q_UNREACHABLE();
 }

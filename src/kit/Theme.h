@@ -29,6 +29,7 @@ enum class Tint
     beer,     ///< the mug's, the same on light and dark
     hairline, ///< between rows
     track,    ///< the empty part of a bar
+    hover,    ///< the ground of a row under the pointer
 };
 
 /// All colours of the program, read from a palette; the status colours have one form for light and one for dark

@@ -2,6 +2,9 @@
 
 #include <QString>
 
+#include <optional>
+#include <vector>
+
 namespace vormel {
 
 /// What came of the user's wish to have a set of volumes tested. It is shown beside the item of the first volume, until
@@ -23,6 +26,8 @@ struct VerificationResult
     Kind kind = none;
     int volumes = 0;
     QString detail = {};
+    std::vector<qint64> parts = {};  ///< the numbers of those on their way anew, ascending, each once
+    std::optional<int> percent = {}; ///< of a running test, where the tool tells
 
     friend bool operator==(const VerificationResult&, const VerificationResult&) = default;
 };

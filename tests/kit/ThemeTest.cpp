@@ -17,15 +17,18 @@ using fixtures::visible;
 /// Everything that the program paints upon.
 enum class Ground
 {
-    base,      ///< rows, cards, the help, empty pages
-    window,    ///< tool bar, sidebar, sheets
-    button,    ///< the buttons for hosts
-    hairline,  ///< a row of the sidebar under the pointer, the picker of the language
-    hot,       ///< a button of a row under the pointer
-    pressed,   ///< the same while the mouse is down
-    banner,    ///< of the missing tools
-    track,     ///< the empty part of a bar
-    highlight, ///< what is chosen
+    base,     ///< rows, cards, the help, empty pages
+    window,   ///< tool bar, sidebar, sheets
+    button,   ///< the buttons for hosts
+    hairline, ///< a row of the sidebar under the pointer, the picker of the language
+    hot,      ///< a button of a row under the pointer
+    pressed,  ///< the same while the mouse is down
+    rowUnderPointer,
+    buttonUnderPointer,  ///< in that row
+    pressedUnderPointer, ///< the same while the mouse is down
+    banner,              ///< of the missing tools
+    track,               ///< the empty part of a bar
+    highlight,           ///< what is chosen
     highlightHot,
     highlightPressed,
     highlightTrack, ///< of a bar in a chosen row
@@ -50,6 +53,12 @@ QColor groundColor(const QPalette& palette, Ground ground)
         return under(base, theme.color(Tint::text), 0.10);
     case Ground::pressed:
         return under(base, theme.color(Tint::text), 0.20);
+    case Ground::rowUnderPointer:
+        return theme.color(Tint::hover);
+    case Ground::buttonUnderPointer:
+        return under(theme.color(Tint::hover), theme.color(Tint::text), 0.10);
+    case Ground::pressedUnderPointer:
+        return under(theme.color(Tint::hover), theme.color(Tint::text), 0.20);
     case Ground::banner:
         return under(base, theme.color(Tint::orange), 0.12);
     case Ground::track:
@@ -80,23 +89,29 @@ class ContrastOnEveryGround : public ::testing::TestWithParam<Use>
 using G = Ground;
 
 const Use uses[] = {
-    {"texts", Tint::text, readable, {G::base, G::window, G::button, G::hairline, G::banner}},
-    {"secondaryTexts", Tint::secondary, readable, {G::base, G::window, G::button}},
-    {"tertiaryTexts", Tint::tertiary, readable, {G::base, G::window}},
-    {"textsOfFailures", Tint::red, readable, {G::base, G::window}},
-    {"textsOfRecovery", Tint::orange, readable, {G::base}},
-    {"textsOfSuccess", Tint::green, readable, {G::base}},
+    {"texts", Tint::text, readable, {G::base, G::window, G::button, G::hairline, G::banner, G::rowUnderPointer}},
+    {"secondaryTexts", Tint::secondary, readable, {G::base, G::window, G::button, G::rowUnderPointer}},
+    {"tertiaryTexts", Tint::tertiary, readable, {G::base, G::window, G::rowUnderPointer}},
+    {"textsOfFailures", Tint::red, readable, {G::base, G::window, G::rowUnderPointer}},
+    {"textsOfRecovery", Tint::orange, readable, {G::base, G::rowUnderPointer}},
+    {"textsOfSuccess", Tint::green, readable, {G::base, G::rowUnderPointer}},
     {"textsOnHighlights", Tint::highlightedText, readable, {G::highlight}},
     {"textsOfDrops", Tint::accent, readable, {G::base, G::window}},
-    {"ringsOfTheFocus", Tint::accent, visible, {G::base, G::window, G::button, G::hairline}},
+    {"ringsOfTheFocus", Tint::accent, visible, {G::base, G::window, G::button, G::hairline, G::rowUnderPointer}},
     {"ringsOnHighlights", Tint::highlightedText, visible, {G::highlight}},
-    {"plainIcons", Tint::text, visible, {G::window, G::button, G::hot, G::pressed}},
-    {"quietIcons", Tint::secondary, visible, {G::base, G::window, G::hairline}},
-    {"triangles", Tint::tertiary, visible, {G::base, G::hairline}},
-    {"iconsOfTransfers", Tint::blue, visible, {G::base, G::window, G::button}},
-    {"iconsOfPauses", Tint::orange, visible, {G::base, G::window, G::banner, G::hot, G::pressed}},
+    {"plainIcons", Tint::text, visible, {G::window, G::button, G::hot, G::pressed, G::pressedUnderPointer}},
+    {"quietIcons", Tint::secondary, visible, {G::base, G::window, G::hairline, G::rowUnderPointer}},
+    {"triangles", Tint::tertiary, visible, {G::base, G::hairline, G::rowUnderPointer}},
+    {"iconsOfTransfers", Tint::blue, visible, {G::base, G::window, G::button, G::rowUnderPointer}},
+    {"iconsOfPauses",
+     Tint::orange,
+     visible,
+     {G::base, G::window, G::banner, G::hot, G::pressed, G::buttonUnderPointer, G::pressedUnderPointer}},
     {"iconsOfSuccess", Tint::green, visible, {G::base}},
-    {"iconsOfRemoval", Tint::red, visible, {G::base, G::hot, G::pressed}},
+    {"iconsOfRemoval",
+     Tint::red,
+     visible,
+     {G::base, G::hot, G::pressed, G::buttonUnderPointer, G::pressedUnderPointer}},
     {"iconsOnHighlights", Tint::highlightedText, visible, {G::highlight, G::highlightHot, G::highlightPressed}},
     {"mug", Tint::beer, visible, {G::base, G::window, G::button}},
     {"bars", Tint::blue, visible, {G::track}},
@@ -138,6 +153,17 @@ TEST(Theme, WhatIsChosenStandsOutFromTheRest)
     for (const QPalette& palette : fixtures::allPalettes()) {
         for (const auto role : {QPalette::Base, QPalette::Window})
             EXPECT_GE(contrastOf(Theme(palette).color(Tint::highlight), palette.color(role)), visible);
+    }
+}
+
+TEST(Theme, ARowUnderThePointerIsMarkedAndDoesNotLookChosen)
+{
+    for (const QPalette& palette : fixtures::allPalettes()) {
+        const Theme theme(palette);
+        const QColor marked = theme.color(Tint::hover);
+        EXPECT_GE(contrastOf(marked, palette.color(QPalette::Base)), 1.05);
+        EXPECT_LE(contrastOf(marked, palette.color(QPalette::Base)), 1.25);
+        EXPECT_GE(contrastOf(marked, theme.color(Tint::highlight)), 2);
     }
 }
 

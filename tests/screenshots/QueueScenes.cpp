@@ -179,9 +179,62 @@ void extraction(Stage& stage)
     items[5]->setExtractionStartedAt(stage.engine.clock.wallNow() - std::chrono::seconds(8));
     items[6]->setExtractionStatus(ExtractionStatus::extracting);
     items[6]->setAwaitsExtractionTurn(true);
-    items[7]->setVerification({VerificationResult::fetchedAgain, 2});
+    items[7]->setVerification({VerificationResult::fetchedAgain, 2, {}, {3, 7}});
     stage.settle();
     list(stage).expand(row(stage, 1));
+}
+
+/// Sets that lack parts: some that can be rebuilt, some that cannot, and one of which the first part has failed.
+void lacks(Stage& stage)
+{
+    const QString names[] = {u"Northern.Lights.S02E05"_s, u"Rivers.of.Europe"_s, u"field-recordings"_s, u"atlas"_s};
+    for (const QString& base : names) {
+        for (const ItemPtr& item : stage.add(volumes(base, 9)))
+            finish(*item, 95 * mebibyte);
+    }
+    const std::vector<ItemPtr> items = stage.engine.manager().items();
+    const DownloadStatus failed = DownloadStatus::failure(u"The connection was lost"_s);
+    items[2]->setStatus(failed);
+    for (std::size_t i : {9U + 2, 9U + 6})
+        items[i]->setStatus(failed);
+    items[27]->setStatus(failed);
+    stage.engine.manager().commands().removeItems({items[18 + 3]->id(), items[18 + 4]->id()});
+    stage.add({names[0] + u".part1.rev"_s, names[0] + u".part2.rev"_s, names[1] + u".part1.rev"_s,
+               names[3] + u".part1.rev"_s});
+    for (const ItemPtr& item : stage.engine.manager().items()) {
+        if (item->filename().endsWith(u".rev"))
+            item->setStatus(DownloadStatus::queued);
+    }
+}
+
+void verification(Stage& stage)
+{
+    const QString names[] = {u"running"_s, u"sound"_s, u"damaged"_s};
+    for (const QString& base : names) {
+        for (const ItemPtr& item : stage.add(volumes(base, 7)))
+            finish(*item, 95 * mebibyte);
+    }
+    const std::vector<ItemPtr>& items = stage.engine.manager().items();
+    items[0]->setVerification({VerificationResult::running, 0, {}, {}, 42});
+    items[7]->setExtractionStatus(ExtractionStatus::done);
+    items[7]->setVerification({VerificationResult::sound});
+    for (std::size_t i : {14U + 2, 14U + 6})
+        items[i]->setStatus(DownloadStatus::queued);
+    items[14]->setVerification({VerificationResult::fetchedAgain, 2, {}, {3, 7}});
+    stage.settle();
+    list(stage).expand(row(stage, 0));
+}
+
+/// The pointer on the stop button of a row.
+void pointer(Stage& stage)
+{
+    fill(stage);
+    stage.settle();
+    const QRect place = list(stage).visualRect(row(stage, 1));
+    const QPoint point(place.right() - 60, place.top() + 20);
+    QMouseEvent move(QEvent::MouseMove, point, list(stage).viewport()->mapToGlobal(point), Qt::NoButton, Qt::NoButton,
+                     {});
+    QCoreApplication::sendEvent(list(stage).viewport(), &move);
 }
 
 void extractionMenu(Stage& stage)
@@ -274,6 +327,9 @@ std::vector<Scene> queueScenes()
         {"queue-errors-usual", usualErrors},
         {"queue-waits", waits},
         {"queue-recovery", recovery},
+        {"queue-lacks", lacks},
+        {"queue-verification", verification},
+        {"queue-pointer", pointer},
         {"queue-extraction", extraction},
         {"queue-menu-extraction", extractionMenu},
         {"queue-banner", banner},

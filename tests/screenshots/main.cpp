@@ -27,10 +27,12 @@ std::vector<Look> allLooks()
 {
     constexpr QSize usual(980, 640);
     constexpr QSize smallest(700, 450);
+    constexpr QSize widest(2560, 900);
     return {
         {u"light"_s, fixtures::lightPalette(), AppLanguage::english, usual},
         {u"dark"_s, fixtures::darkPalette(), AppLanguage::english, usual},
         {u"italian"_s, fixtures::lightPalette(), AppLanguage::italian, usual},
+        {u"wide"_s, fixtures::lightPalette(), AppLanguage::english, widest},
         {u"smallest"_s, fixtures::darkPalette(), AppLanguage::italian, smallest},
     };
 }

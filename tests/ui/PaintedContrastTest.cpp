@@ -184,6 +184,21 @@ TEST_P(PaintedContrastTest, TheTextsOfASelectedRowCanBeReadOnIt)
     EXPECT_GE(contrastOf(mostFrequent(row), list().palette().color(QPalette::HighlightedText)), readable);
 }
 
+TEST_P(PaintedContrastTest, TheTextsOfARowUnderThePointerCanBeReadOnIt)
+{
+    const QModelIndex index = list().model()->index(1, 0);
+    const QRect place = list().visualRect(index);
+    QMouseEvent move(QEvent::MouseMove, place.center(), list().viewport()->mapToGlobal(place.center()), Qt::NoButton,
+                     Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(list().viewport(), &move);
+    turnEventLoop();
+    const QColor ground = mostFrequent(picture(*list().viewport(), place));
+    EXPECT_NE(ground, list().palette().color(QPalette::Base));
+    const Theme theme(list().palette());
+    for (const Tint tint : {Tint::text, Tint::secondary, Tint::tertiary, Tint::orange, Tint::green, Tint::red})
+        EXPECT_GE(contrastOf(ground, theme.color(tint)), readable) << static_cast<int>(tint);
+}
+
 TEST_P(PaintedContrastTest, TheChosenPageCanBeReadInTheSidebar)
 {
     auto& sidebar = partOf<QListWidget>(window, "sidebar");

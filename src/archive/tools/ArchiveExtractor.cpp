@@ -184,13 +184,13 @@ QCoro::Task<std::shared_ptr<WorkFolder>> ArchiveExtractor::unpack(Attempt attemp
     co_return folder;
 }
 
-QCoro::Task<VolumeTest> ArchiveExtractor::verify(QString archive)
+QCoro::Task<VolumeTest> ArchiveExtractor::verify(QString archive, Progress onProgress)
 {
     const Lifetime::Watch watch = m_lifetime.watch();
     std::shared_ptr<PlainPaths> paths = co_await makePlainPaths(archive, QString(), Recovery::keptAway);
     if (watch.isOver())
         throw ToolStopped();
-    const VolumeTest test = co_await testVolumes(m_tools, paths, m_trace);
+    const VolumeTest test = co_await testVolumes(m_tools, paths, onProgress, m_trace);
     auto unlink = [links = std::move(paths)]() mutable { links.reset(); };
     if (!watch.isOver())
         co_await m_background.run(std::move(unlink));

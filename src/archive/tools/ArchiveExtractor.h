@@ -41,8 +41,8 @@ public:
     [[nodiscard]] QCoro::Task<std::shared_ptr<WorkFolder>>
     extract(QString archive, QString destination, Password password, Progress onProgress, std::stop_token stop = {});
 
-    /// Tests a set of RAR volumes by its first one.
-    QCoro::Task<VolumeTest> verify(QString archive);
+    /// Tests a set of RAR volumes by its first one. onProgress may be empty.
+    QCoro::Task<VolumeTest> verify(QString archive, Progress onProgress = {});
 
     /// Rebuilds missing and damaged volumes of a set out of its recovery volumes, by its first volume. Gives the paths
     /// of what was rebuilt and of what that replaced. Whatever the tool says, what it rebuilt is kept, unless it was

@@ -42,7 +42,7 @@ VolumeTest failedTest(const ExtractionError& failure, const BadVolumes& blame, c
 } // namespace
 
 QCoro::Task<VolumeTest> testVolumes(ToolRunner& tools, std::shared_ptr<const PlainPaths> paths,
-                                    std::function<void(const QString&)> trace)
+                                    std::function<void(double)> onProgress, std::function<void(const QString&)> trace)
 {
     const std::optional<QString> tool = rarTool(tools);
     if (!tool)
@@ -53,7 +53,7 @@ QCoro::Task<VolumeTest> testVolumes(ToolRunner& tools, std::shared_ptr<const Pla
     const std::function<void(const QByteArray&)> onLine = [blame](const QByteArray& line) { blame->readLine(line); };
     std::optional<ExtractionError> failure;
     try {
-        co_await tools.run(*tool, args, {}, {}, onLine);
+        co_await tools.run(*tool, args, onProgress, {}, onLine);
     } catch (const ExtractionError& error) {
         failure = error;
     }

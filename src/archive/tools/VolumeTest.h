@@ -28,9 +28,11 @@ struct VolumeTest
     QString reason;         ///< in the tool's words, of a failed test
 };
 
-/// Tests a set by its first volume with unrar or rar. The trace gets the lines of the developer's log. Throws
-/// ExtractionError::toolNotFound and ToolLaunchError. The tools outlive the test.
+/// Tests a set by its first volume with unrar or rar. onProgress, which may be empty, gets fractions from 0 to 1. The
+/// trace gets the lines of the developer's log. Throws ExtractionError::toolNotFound and ToolLaunchError. The tools
+/// outlive the test.
 [[nodiscard]] QCoro::Task<VolumeTest> testVolumes(ToolRunner& tools, std::shared_ptr<const PlainPaths> paths,
+                                                  std::function<void(double)> onProgress,
                                                   std::function<void(const QString&)> trace);
 
 } // namespace vormel

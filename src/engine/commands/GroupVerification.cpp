@@ -36,6 +36,24 @@ VerificationResult resultOf(const VolumeTest& tested)
     return {VerificationResult::sound};
 }
 
+/// Unless something else has become of the test meanwhile.
+void tellProgress(DownloadItem& first, double share)
+{
+    VerificationResult result = first.verification();
+    if (result.kind != VerificationResult::running)
+        return;
+    result.percent = qRound(share * 100);
+    first.setVerification(std::move(result));
+}
+
+/// Ascending, each once.
+std::vector<qint64> distinct(std::vector<qint64> numbers)
+{
+    std::sort(numbers.begin(), numbers.end());
+    numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
+    return numbers;
+}
+
 } // namespace
 
 GroupVerification::GroupVerification(const ItemTable& table, ArchiveExtractor& extractor, QueueCommands& commands,
@@ -76,7 +94,7 @@ QCoro::Task<> GroupVerification::verify(RunPtr run)
     const Lifetime::Watch lifetime = m_lifetime.watch();
     m_running.push_back(run);
     run->first->setVerification({VerificationResult::running});
-    const VolumeTest tested = co_await test(run->archive);
+    const VolumeTest tested = co_await test(run);
     if (lifetime.isOver())
         co_return;
     std::erase(m_running, run);
@@ -91,11 +109,15 @@ QCoro::Task<> GroupVerification::verify(RunPtr run)
     extract(*run);
 }
 
-QCoro::Task<VolumeTest> GroupVerification::test(QString archive)
+QCoro::Task<VolumeTest> GroupVerification::test(RunPtr run)
 {
+    const ArchiveExtractor::Progress onProgress = [first = std::weak_ptr(run->first)](double share) {
+        if (const ItemPtr item = first.lock())
+            tellProgress(*item, share);
+    };
     VolumeTest tested;
     try {
-        tested = co_await m_extractor.verify(archive);
+        tested = co_await m_extractor.verify(run->archive, onProgress);
     } catch (const std::exception& error) {
         // Without a tool that can test, the extraction will tell.
         tested = {VolumeTest::Outcome::failed, {}, QString::fromUtf8(error.what())};
@@ -122,20 +144,23 @@ void GroupVerification::extract(const Run& run)
 
 void GroupVerification::fetchAgain(const Run& run, const QStringList& bad)
 {
-    int fetched = 0;
+    std::vector<qint64> fetched;
     for (const ItemPtr& item : itemsLeft(run)) {
         // What failed with the bad volumes may be tried again when they are here anew.
         if (item->extractionStatus() == ExtractionStatus::failed)
             item->setExtractionStatus(ExtractionStatus::idle);
-        if (!bad.contains(nameOnDisk(*item), Qt::CaseInsensitive))
+        const QString name = nameOnDisk(*item);
+        if (!bad.contains(name, Qt::CaseInsensitive))
             continue;
         m_commands.redownloadItem(*item);
-        ++fetched;
+        fetched.push_back(partNumber(name));
     }
     // Last, as the changes above have taken the word away.
     VerificationResult result{VerificationResult::damaged, static_cast<int>(bad.size()), bad.join(u", "_s)};
-    if (fetched > 0)
-        result = {VerificationResult::fetchedAgain, fetched};
+    if (!fetched.empty()) {
+        const auto count = static_cast<int>(fetched.size());
+        result = {VerificationResult::fetchedAgain, count, {}, distinct(std::move(fetched))};
+    }
     run.first->setVerification(result);
 }
 

@@ -40,7 +40,7 @@ private:
     using RunPtr = std::shared_ptr<const Run>;
 
     QCoro::Task<> verify(RunPtr run);
-    [[nodiscard]] QCoro::Task<VolumeTest> test(QString archive);
+    [[nodiscard]] QCoro::Task<VolumeTest> test(RunPtr run);
     /// Without those that were removed meanwhile.
     [[nodiscard]] std::vector<ItemPtr> itemsLeft(const Run& run) const;
     void fetchAgain(const Run& run, const QStringList& bad);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/groups/GroupLack.h"
 #include "model/DownloadItem.h"
 
 #include <vector>
@@ -12,6 +13,7 @@ struct DownloadGroup
 {
     QString id;                 ///< the base name of a set; the file name of a plain file, which changes with it
     std::vector<ItemPtr> items; ///< never empty
+    GroupLack lack = {};        ///< of the whole set, hidden members included
 
     friend bool operator==(const DownloadGroup&, const DownloadGroup&) = default;
 };

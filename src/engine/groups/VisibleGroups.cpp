@@ -32,7 +32,11 @@ std::optional<DownloadGroup> visibleSet(const QString& base, const ItemTable& ta
         if (item->filename() != base && isVisible(*item, table, downloadRevFiles))
             members.push_back(item);
     }
-    return members.empty() ? std::nullopt : std::optional(groupOf(base, members));
+    if (members.empty())
+        return std::nullopt;
+    DownloadGroup group = groupOf(base, members);
+    group.lack = lackOf(table.itemsOfSet(base));
+    return group;
 }
 
 } // namespace

@@ -53,7 +53,8 @@ protected:
     std::pair<VolumeTest, TaskEnd> verify(const QString& name)
     {
         VolumeTest result;
-        const TaskEnd end = runToEnd(keep(extractor.verify(archive(name)), result));
+        const TaskEnd end = runToEnd(
+            keep(extractor.verify(archive(name), [this](double fraction) { fractions.push_back(fraction); }), result));
         return {result, end};
     }
 
@@ -304,6 +305,14 @@ TEST_F(ArchiveExtractorTest, ASoundSetHasNoBadVolumes)
     EXPECT_EQ(test.badVolumes, QStringList());
     EXPECT_EQ(calls("unrar"), (QList<QStringList>{{u"t"_s, archive(u"a.part1.rar"_s)}}));
     EXPECT_EQ(trace, QStringList{u"[Verify] a.part1.rar OK"_s});
+}
+
+TEST_F(ArchiveExtractorTest, ATestTellsHowFarItIs)
+{
+    add("unrar", "printf 'Testing     film.mkv      '; printf '\\b\\b\\b\\b 12%'");
+    EXPECT_TRUE(verify(u"a.part1.rar"_s).second.isSuccess());
+    ASSERT_FALSE(fractions.empty());
+    EXPECT_EQ(fractions.back(), 0.12);
 }
 
 TEST_F(ArchiveExtractorTest, AFailedTestNamesTheBadVolumes)

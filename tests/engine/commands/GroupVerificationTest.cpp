@@ -151,14 +151,47 @@ TEST_F(GroupVerificationTest, SaysThatAllIsWellAlsoOfASetThatIsUnpackedAlready)
     EXPECT_EQ(set[1]->verification(), VerificationResult());
 }
 
-TEST_F(GroupVerificationTest, SaysHowManyPartsAreFetchedAgainAlsoWhenTheFirstIsOneOfThem)
+TEST_F(GroupVerificationTest, SaysWhichPartsAreFetchedAgainAlsoWhenTheFirstIsOneOfThem)
 {
     unrar("echo 'Cannot find volume /x/a.part2.rar'; echo 'Cannot find volume /x/a.part7.rar'; exit 3");
-    EXPECT_EQ(told(), (VerificationResult{VerificationResult::fetchedAgain, 1}));
+    EXPECT_EQ(told(), (VerificationResult{VerificationResult::fetchedAgain, 1, {}, {2}}));
     set = {onDisk(u"c.part1.rar"_s), onDisk(u"c.part2.rar"_s)};
     unrar("echo 'Corrupt header'; echo 'Cannot find volume /x/c.part2.rar'; exit 3");
-    EXPECT_EQ(told(), (VerificationResult{VerificationResult::fetchedAgain, 2}));
+    EXPECT_EQ(told(), (VerificationResult{VerificationResult::fetchedAgain, 2, {}, {1, 2}}));
     EXPECT_EQ(set[0]->status(), DownloadStatus::queued);
+}
+
+TEST_F(GroupVerificationTest, CountsAPartOnceThatTwoLinksHaveBrought)
+{
+    set.push_back(onDisk(u"a.part2.rar"_s));
+    unrar("echo 'Cannot find volume /x/a.part2.rar'; exit 3");
+    EXPECT_EQ(told(), (VerificationResult{VerificationResult::fetchedAgain, 2, {}, {2}}));
+}
+
+TEST_F(GroupVerificationTest, SaysHowFarTheTestIs)
+{
+    unrar("printf '...   \\b\\b\\b\\b 42%'; " + waitForGo() + "; exit 0");
+    set[0]->setExtractionStatus(ExtractionStatus::done);
+    engine.manager().commands().verifyGroup(set);
+    EXPECT_FALSE(set[0]->verification().percent);
+    EXPECT_TRUE(waitUntil([&] { return set[0]->verification().percent == 42; }));
+    EXPECT_EQ(set[0]->verification().kind, VerificationResult::running);
+    go();
+    ASSERT_TRUE(waitUntil([&] { return set[0]->verification().kind != VerificationResult::running; }));
+    EXPECT_EQ(set[0]->verification(), VerificationResult{VerificationResult::sound});
+}
+
+TEST_F(GroupVerificationTest, SaysNothingOfATestWhoseSetHasChangedMeanwhile)
+{
+    unrar(waitForGo() + "; printf ' 42%'; " + noteTheEnd() + "exit 0");
+    engine.manager().commands().verifyGroup(set);
+    ASSERT_TRUE(waitUntil([&] { return !engine.tools.calls(u"unrar"_s).isEmpty(); }));
+    engine.manager().commands().redownloadItem(*set[1]);
+    ASSERT_EQ(set[0]->verification().kind, VerificationResult::none);
+    go();
+    ASSERT_TRUE(isOver());
+    ASSERT_TRUE(isSettled());
+    EXPECT_EQ(set[0]->verification(), VerificationResult());
 }
 
 TEST_F(GroupVerificationTest, NamesWhatIsMissingAndHasNoItem)

@@ -207,6 +207,72 @@ TEST_F(QueueGroupsTest, AHeaderGrowsByItsProgressLine)
               RowLines(RowLine::progress).toInt());
 }
 
+TEST_F(QueueGroupsTest, AHeaderTellsWhatItsSetLacks)
+{
+    const ItemPtr first = add("a.part1.rar");
+    const ItemPtr second = add("a.part2.rar");
+    first->setStatus(DownloadStatus::queued);
+    second->setStatus(DownloadStatus::queued);
+    turnEventLoop();
+    EXPECT_EQ(header(0).lackText, u"");
+    changes.clear();
+    second->setStatus(DownloadStatus::failure(u"gone"_s));
+    turnEventLoop();
+    EXPECT_EQ(header(0).lackText, u"Part 2 of 2 failed; nothing can rebuild it");
+    EXPECT_TRUE(changes[0][2].value<QList<int>>().contains(Qt::SizeHintRole));
+    EXPECT_TRUE(model.index(0, 0).data(Qt::AccessibleTextRole).toString().contains(header(0).lackText));
+    EXPECT_TRUE(model.index(0, 0).data(Qt::ToolTipRole).toString().contains(header(0).lackText));
+    second->setStatus(DownloadStatus::queued);
+    turnEventLoop();
+    EXPECT_EQ(header(0).lackText, u"");
+    EXPECT_EQ(model.index(0, 0).data(QueueModel::linesRole).value<RowLines::Int>(), 0);
+    EXPECT_EQ(model.index(0, 0).data(Qt::ToolTipRole).toString(), u"");
+}
+
+TEST_F(QueueGroupsTest, APartThatComesOrGoesChangesWhatItsSetLacks)
+{
+    const auto items = engine.add({url(u"a.part1.rar"_s), url(u"a.part2.rar"_s), url(u"a.part4.rar"_s)});
+    EXPECT_EQ(header(0).lackText, u"1 part missing, nothing can rebuild it");
+    engine.manager().commands().removeItems({items[1]->id()});
+    EXPECT_EQ(header(0).lackText, u"2 parts missing, nothing can rebuild them");
+    EXPECT_EQ(model.index(0, 0).data(QueueModel::linesRole).value<RowLines::Int>(), RowLines(header(0).lines).toInt());
+    engine.add({url(u"a.part3.rar"_s), url(u"a.part2.rar"_s)});
+    EXPECT_EQ(header(0).lackText, u"");
+    EXPECT_EQ(model.index(0, 0).data(QueueModel::linesRole).value<RowLines::Int>(), RowLines(header(0).lines).toInt());
+}
+
+TEST_F(QueueGroupsTest, HiddenRecoveryVolumesCountWhenTheyComeFailAndGo)
+{
+    engine.add({url(u"a.part1.rar"_s), url(u"a.part3.rar"_s), url(u"b.part1.rar"_s), url(u"b.part2.rar"_s)});
+    const ItemPtr volume = add("a.part1.rev");
+    EXPECT_EQ(shown(), u"a[a.part1.rar a.part3.rar] b[b.part1.rar b.part2.rar]");
+    EXPECT_EQ(header(0).lackText, u"1 part missing, 1 recovery volume can rebuild it");
+    turnEventLoop();
+    changes.clear();
+    volume->setStatus(DownloadStatus::failure(u"gone"_s));
+    turnEventLoop();
+    EXPECT_EQ(header(0).lackText, u"1 part missing, nothing can rebuild it");
+    EXPECT_EQ(changes.count(), 1);
+    volume->setStatus(DownloadStatus::queued);
+    turnEventLoop();
+    changes.clear();
+    engine.manager().commands().removeItems({volume->id()});
+    EXPECT_EQ(header(0).lackText, u"1 part missing, nothing can rebuild it");
+    EXPECT_GE(changes.count(), 1);
+    EXPECT_EQ(resets.count(), 0);
+}
+
+TEST_F(QueueGroupsTest, AHiddenVolumeThatTurnsOutToBeAnotherSetsCountsThere)
+{
+    engine.add({url(u"a.part1.rar"_s), url(u"a.part3.rar"_s), url(u"b.part1.rar"_s), url(u"b.part3.rar"_s)});
+    const ItemPtr volume = add("a.part1.rev");
+    turnEventLoop();
+    volume->setFilename(u"b.part1.rev"_s);
+    turnEventLoop();
+    EXPECT_EQ(header(0).lackText, u"1 part missing, nothing can rebuild it");
+    EXPECT_EQ(header(1).lackText, u"1 part missing, 1 recovery volume can rebuild it");
+}
+
 TEST_F(QueueGroupsTest, ANewNameShowsAtOnce)
 {
     add("a.part1.rar");

@@ -1,6 +1,7 @@
 #include "ui/queue/list/GroupDrag.h"
 
 #include "kit/Theme.h"
+#include "ui/queue/list/DragPicture.h"
 
 #include <QApplication>
 #include <QPainter>
@@ -49,13 +50,29 @@ bool GroupDrag::move(QPoint point)
 void GroupDrag::begin()
 {
     constexpr int scrollMilliseconds = 16;
-    const QRect row = m_view.visualRect(m_group);
-    if (row.isEmpty())
-        return;
-    m_picture = m_view.viewport()->grab(row.intersected(m_view.viewport()->rect()));
-    m_grip = QPoint(0, qBound(0, m_pressed->y() - row.top(), row.height()));
+    if (!m_group.isValid())
+        return; // it has left the queue
+    m_picture = dragPicture(m_group.data().toString(), m_view.model()->hasChildren(m_group), m_view);
     m_view.viewport()->setCursor(Qt::ClosedHandCursor);
     m_scrolling.start(scrollMilliseconds, this);
+}
+
+bool GroupDrag::isDragged(const QModelIndex& row) const
+{
+    return isDragging() && m_group.isValid() && groupOf(row) == m_group;
+}
+
+/// Behind the pointer, or in front of it where that has no room.
+QRect GroupDrag::pictureRect() const
+{
+    constexpr QPoint away(14, 12);
+    const QRect area = m_view.viewport()->rect();
+    QRect rect(m_point + away, m_picture.deviceIndependentSize().toSize());
+    if (m_view.isRightToLeft() || rect.right() > area.right())
+        rect.moveRight(m_point.x() - away.x());
+    rect.moveLeft(qBound(0, rect.left(), qMax(0, area.width() - rect.width())));
+    rect.moveTop(qBound(0, rect.top(), qMax(0, area.height() - rect.height())));
+    return rect;
 }
 
 void GroupDrag::end()
@@ -116,7 +133,6 @@ int GroupDrag::lineY() const
 
 void GroupDrag::paint(QPainter& painter) const
 {
-    constexpr double opacity = 0.85;
     constexpr int margin = 8;
     constexpr int radius = 3;
     if (!isDragging() || !m_group.isValid())
@@ -124,21 +140,16 @@ void GroupDrag::paint(QPainter& painter) const
     const QRect area = m_view.viewport()->rect();
     painter.setRenderHint(QPainter::Antialiasing);
     const Theme theme(m_view.palette());
-    const QPoint corner(0, m_point.y() - m_grip.y());
-    painter.setOpacity(opacity);
-    painter.drawPixmap(corner, m_picture);
-    painter.setPen(QPen(theme.color(Tint::track), 1));
-    painter.drawRect(QRect(corner, m_picture.deviceIndependentSize().toSize()).adjusted(0, 0, -1, -1));
-    painter.setOpacity(1);
     const int y = std::clamp(lineY(), radius + 1, area.height() - radius - 1);
     const QColor ground = m_view.palette().color(QPalette::Base);
     painter.setBrush(ground);
-    // With a rim, as the picture may have the same colour.
+    // With a rim, as what it lies on may have the same colour.
     for (const auto& [color, width] : {std::pair(ground, 5), std::pair(theme.color(Tint::accent), 2)}) {
         painter.setPen(QPen(color, width, Qt::SolidLine, Qt::RoundCap));
         painter.drawLine(margin + 2 * radius, y, area.width() - margin, y);
         painter.drawEllipse(QPoint(margin + radius, y), radius, radius);
     }
+    painter.drawPixmap(pictureRect().topLeft(), m_picture);
 }
 
 /// How far the list goes with each step while the pointer is near an edge, faster the further out it is.

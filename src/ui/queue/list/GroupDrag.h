@@ -12,8 +12,8 @@ class QTreeView;
 
 namespace vormel {
 
-/// Drags a group of the list with the mouse: a picture of its row follows the pointer, a line shows where it would
-/// land, and the list scrolls near its edges. The view passes its mouse events on. The view must outlive it.
+/// Drags a group of the list with the mouse: a small picture of it goes beside the pointer, a line shows where
+/// it would land, and the list scrolls near its edges. The view passes its mouse events on. The view must outlive it.
 class GroupDrag final : public QObject
 {
     Q_OBJECT
@@ -29,6 +29,10 @@ public:
     void cancel();
 
     [[nodiscard]] bool isDragging() const { return !m_picture.isNull(); }
+    /// Is this row among those that are being dragged?
+    [[nodiscard]] bool isDragged(const QModelIndex& row) const;
+    /// Where the picture is in the viewport.
+    [[nodiscard]] QRect pictureRect() const;
     /// In front of which group it would land; their number for the end of the list.
     [[nodiscard]] int destination() const;
     /// On top of the rows.
@@ -50,7 +54,6 @@ private:
 
     QTreeView& m_view;
     std::optional<QPoint> m_pressed; ///< while the mouse is down on a row
-    QPoint m_grip;                   ///< of the pointer in the picture
     QPoint m_point;
     QPersistentModelIndex m_group;
     QPixmap m_picture;

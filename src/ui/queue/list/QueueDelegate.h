@@ -40,7 +40,7 @@ public:
 
     void setMotion(Motion motion) { m_motion = motion; }
     [[nodiscard]] Motion motion() const { return m_motion; }
-    /// The one row that the pointer is on a button of, and what it does there.
+    /// The one row that the pointer is on, and what it does to a button there.
     void setHot(const QModelIndex& index, HotButton hot);
 
 private:

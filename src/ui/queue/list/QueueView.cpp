@@ -111,11 +111,15 @@ void QueueView::dataChanged(const QModelIndex& first, const QModelIndex& last, c
 
 void QueueView::drawRow(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
 {
+    constexpr double draggedOpacity = 0.35;
     // QTreeView would draw the style's panel and branches beneath.
     QStyleOptionViewItem row = option;
     row.state.setFlag(QStyle::State_Selected, selectionModel()->isSelected(index));
     row.state.setFlag(QStyle::State_HasFocus, hasFocus() && index == currentIndex());
+    row.state.setFlag(QStyle::State_MouseOver, index == m_pointedRow);
+    painter->setOpacity(m_drag->isDragged(index) ? draggedOpacity : 1);
     m_delegate->paint(painter, row, index);
+    painter->setOpacity(1);
 }
 
 void QueueView::scrollTo(const QModelIndex& index, ScrollHint hint)
@@ -140,6 +144,7 @@ void QueueView::paintEvent(QPaintEvent* event)
 {
     constexpr int stepMilliseconds = 40;
     constexpr int secondMilliseconds = 1000; // what counts goes on where nothing may turn
+    followPointer();
     QTreeView::paintEvent(event);
     if (m_drag->isDragging()) {
         QPainter painter(viewport());
@@ -218,18 +223,38 @@ RowHit QueueView::hitAt(QPoint point) const
     return m_delegate->hitTest(option, index, point);
 }
 
-/// Shows the pointer on a button, or on none.
+/// Shows the pointer on a row and one of its buttons, or on none.
 void QueueView::point(const QModelIndex& index, const RowHit& hit, bool isPressed)
 {
     const std::optional<RowButton> button = hit.isButton() ? std::optional(hit.button) : std::nullopt;
     if (m_pointedRow == index && m_pointed == button && m_isPressed == isPressed)
         return;
     update(m_pointedRow);
-    m_pointedRow = button ? index : QModelIndex();
+    m_pointedRow = index;
     m_pointed = button;
     m_isPressed = isPressed;
     m_delegate->setHot(m_pointedRow, {button, isPressed});
     update(m_pointedRow);
+}
+
+void QueueView::pointNowhere()
+{
+    point({}, {}, false);
+}
+
+void QueueView::notePointer(QPoint point)
+{
+    m_pointer = viewport()->rect().contains(point) ? std::optional(point) : std::nullopt;
+}
+
+/// Rows also come below a pointer that rests: the list scrolls, and rows come, go and grow.
+void QueueView::followPointer()
+{
+    if (!m_pointer || m_isPressed || m_drag->isDragging())
+        return;
+    const QModelIndex index = indexAt(*m_pointer);
+    if (index != m_pointedRow)
+        point(index, hitAt(*m_pointer), false);
 }
 
 void QueueView::mousePressEvent(QMouseEvent* event)
@@ -264,10 +289,12 @@ void QueueView::pressRow(QMouseEvent* event)
 
 void QueueView::mouseMoveEvent(QMouseEvent* event)
 {
+    notePointer(event->pos());
     if (m_isPressed)
         return; // the button keeps the mouse until it is up
     if (event->buttons().testFlag(Qt::LeftButton)) {
-        m_drag->move(event->pos()); // QTreeView would select what the pointer passes
+        if (m_drag->move(event->pos())) // QTreeView would select what the pointer passes
+            pointNowhere();
         return;
     }
     point(indexAt(event->pos()), hitAt(event->pos()), false);
@@ -305,8 +332,11 @@ void QueueView::mouseDoubleClickEvent(QMouseEvent* event)
 
 bool QueueView::viewportEvent(QEvent* event)
 {
-    if (event->type() == QEvent::Leave && !m_isPressed)
-        point({}, {}, false);
+    if (event->type() == QEvent::Leave) {
+        m_pointer.reset();
+        if (!m_isPressed)
+            pointNowhere();
+    }
     return QTreeView::viewportEvent(event);
 }
 

@@ -68,6 +68,9 @@ private:
     void awaitCountdown();
     void stepCountdowns();
     void point(const QModelIndex& index, const RowHit& hit, bool isPressed);
+    void pointNowhere();
+    void followPointer();
+    void notePointer(QPoint point);
     void pressRow(QMouseEvent* event);
     void selectPressed(const QModelIndex& index);
     void removeRow(const QModelIndex& index);
@@ -82,7 +85,8 @@ private:
     QBasicTimer m_moveTimer;
     Timer m_countTimer;
     SteadyTime m_countsAt;              ///< when that one is due
-    QPersistentModelIndex m_pointedRow; ///< whose button the pointer is on
+    std::optional<QPoint> m_pointer;    ///< where it is, while it is above the rows
+    QPersistentModelIndex m_pointedRow; ///< that it is on
     std::optional<RowButton> m_pointed;
     bool m_isPressed = false; ///< the mouse went down on that button and is not up yet
 };

@@ -29,6 +29,8 @@ HeaderLayout::HeaderLayout(const RowMetrics& metrics, const HeaderContent& conte
         bytes = places.bytes;
         speed = places.speed;
     }
+    if (content.lines.testFlag(RowLine::lack))
+        placeLack(metrics, lines.next());
     for (QRect* rect : all()) {
         if (!rect->isEmpty())
             *rect = QStyle::visualRect(direction, row, *rect);
@@ -46,9 +48,18 @@ void HeaderLayout::placeSummary(const RowMetrics& metrics, const HeaderContent& 
     extraction = line.adjusted(summary.width() + gap, 0, 0, 0);
 }
 
+void HeaderLayout::placeLack(const RowMetrics& metrics, const QRect& line)
+{
+    constexpr int gap = 6;
+    const int size = metrics.smallIconSize;
+    lackIcon = centred(QRect(line.left(), line.top(), size, line.height()), size);
+    lack = line.adjusted(size + gap, 0, 0, 0);
+}
+
 std::vector<QRect*> HeaderLayout::all()
 {
-    std::vector<QRect*> rects{&disclosure, &icon, &title, &summary, &extraction, &progressBar, &bytes, &speed};
+    std::vector<QRect*> rects{&disclosure,  &icon,  &title, &summary,  &extraction,
+                              &progressBar, &bytes, &speed, &lackIcon, &lack};
     for (ButtonPlace& button : buttons)
         rects.push_back(&button.rect);
     return rects;

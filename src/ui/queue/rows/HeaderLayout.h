@@ -20,11 +20,14 @@ public:
     QRect progressBar;
     QRect bytes;
     QRect speed;
+    QRect lackIcon;
+    QRect lack;
 
     /// All that are shown.
     [[nodiscard]] std::vector<QRect> shown() const;
 
 private:
+    void placeLack(const RowMetrics& metrics, const QRect& line);
     void placeSummary(const RowMetrics& metrics, const HeaderContent& content, const QRect& line);
     [[nodiscard]] std::vector<QRect*> all();
 };

@@ -1,6 +1,7 @@
 #include "ui/queue/rows/HeaderPresenter.h"
 
 #include "text/ByteCount.h"
+#include "ui/queue/rows/LackText.h"
 #include "ui/queue/rows/RowPresenter.h"
 
 #include <QStringList>
@@ -17,10 +18,11 @@ constexpr QStringView separator = u"·  ";
 
 } // namespace
 
-RowLines headerLines(const GroupTally& tally)
+RowLines headerLines(const GroupTally& tally, const GroupLack& lack)
 {
     RowLines lines;
     lines.setFlag(RowLine::progress, tally.downloading > 0 || tally.paused > 0 || tally.isStopped());
+    lines.setFlag(RowLine::lack, !lack.isNothing());
     return lines;
 }
 
@@ -62,6 +64,16 @@ void addExtraction(HeaderContent& content, const DownloadGroup& group, AppLangua
     }
 }
 
+void addLack(HeaderContent& content, const GroupLack& lack, AppLanguage language)
+{
+    if (lack.isNothing())
+        return;
+    content.lines.setFlag(RowLine::lack);
+    content.lackText = lackText(lack, language);
+    content.lackDetail = lackDetail(lack, language);
+    content.canBeRebuilt = lack.rescue() == GroupLack::Rescue::enough;
+}
+
 QString summaryLine(const HeaderContent& content)
 {
     QStringList parts{content.summaryText, content.partsText, content.sizeText};
@@ -71,10 +83,24 @@ QString summaryLine(const HeaderContent& content)
 
 QString accessibleText(const HeaderContent& content)
 {
-    QStringList parts{content.title, content.summaryText, content.partsText.mid(separator.size()),
-                      content.sizeText.mid(separator.size()), content.extractionText.mid(separator.size())};
+    QStringList parts{content.title,
+                      content.summaryText,
+                      content.partsText.mid(separator.size()),
+                      content.sizeText.mid(separator.size()),
+                      content.extractionText.mid(separator.size()),
+                      content.lackText};
     parts.removeAll(QString());
     return parts.join(u", "_s);
+}
+
+QString headerToolTip(const HeaderContent& content)
+{
+    QStringList lines{content.extractionText.mid(separator.size()), content.lackText, content.lackDetail};
+    lines.removeAll(QString());
+    if (lines.isEmpty())
+        return {};
+    lines.prepend(content.title);
+    return plainToolTip(lines);
 }
 
 } // namespace vormel

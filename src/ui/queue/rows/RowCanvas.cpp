@@ -77,11 +77,12 @@ void RowCanvas::background(int hairlineLeft) const
     constexpr int inset = 4;
     constexpr double corner = 6;
     const QRectF plate = QRectF(m_option.rect).adjusted(inset, 1.5, -inset, -1.5);
-    if (m_isSelected) {
+    if (m_isSelected || m_option.state.testFlag(QStyle::State_MouseOver)) {
         m_painter.setPen(Qt::NoPen);
-        m_painter.setBrush(m_theme.color(Tint::highlight));
+        m_painter.setBrush(m_theme.color(m_isSelected ? Tint::highlight : Tint::hover));
         m_painter.drawRoundedRect(plate, corner, corner);
-    } else {
+    }
+    if (!m_isSelected) {
         const QRect row = m_option.rect;
         const QRect hairline(hairlineLeft, row.bottom(), row.right() + 1 - RowMetrics::marginX - hairlineLeft, 1);
         m_painter.fillRect(QStyle::visualRect(m_option.direction, row, hairline), m_theme.color(Tint::hairline));

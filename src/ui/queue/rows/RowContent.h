@@ -19,6 +19,7 @@ enum class RowLine : quint8
     verification = 1U << 4,
     error = 1U << 5,     ///< what the download failed of, right below the name
     longError = 1U << 6, ///< a second line for an `error` that may not do with one
+    lack = 1U << 7,      ///< of a group
 };
 Q_DECLARE_FLAGS(RowLines, RowLine)
 Q_DECLARE_OPERATORS_FOR_FLAGS(RowLines)
@@ -56,7 +57,7 @@ struct RowContent
 /// Everything the header of a group shows, finished.
 struct HeaderContent
 {
-    RowLines lines; ///< progress or nothing
+    RowLines lines; ///< progress, lack, both or nothing
     GroupTally::Summary summary = GroupTally::Summary::queued;
     QString title;
     std::vector<RowButton> buttons;
@@ -70,6 +71,9 @@ struct HeaderContent
     QString extractionText;
     VerificationResult::Kind verification = VerificationResult::none; ///< stands in place of `extraction`
     std::optional<RowButton> archiveCommand;
+    QString lackText;
+    QString lackDetail;        ///< which parts these are
+    bool canBeRebuilt = false; ///< what is lacking
 
     friend bool operator==(const HeaderContent&, const HeaderContent&) = default;
 };

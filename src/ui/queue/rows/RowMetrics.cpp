@@ -52,7 +52,8 @@ int RowMetrics::height(RowLines lines) const
 {
     const int oneLine = gapY + captionHeight;
     int height = 2 * marginY + firstHeight() + oneLine;
-    for (const RowLine line : {RowLine::recovery, RowLine::progress, RowLine::extraction, RowLine::verification}) {
+    for (const RowLine line :
+         {RowLine::recovery, RowLine::progress, RowLine::extraction, RowLine::verification, RowLine::lack}) {
         if (lines.testFlag(line))
             height += oneLine;
     }

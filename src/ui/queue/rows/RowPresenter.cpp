@@ -2,6 +2,7 @@
 
 #include "archive/sources/ArchiveFormat.h"
 #include "text/ByteCount.h"
+#include "ui/queue/rows/PartNumbers.h"
 #include "ui/queue/rows/RowCaptions.h"
 
 #include <QStringList>
@@ -33,6 +34,29 @@ bool hasEndlessBar(const DownloadItem& item)
 double fraction(double value)
 {
     return std::clamp(value, 0.0, 1.0);
+}
+
+QString runningText(const VerificationResult& result, AppLanguage language)
+{
+    const QString text = pair(language, u"Verifying…", u"Verifica in corso…");
+    return result.percent ? u"%1 %2%"_s.arg(text).arg(*result.percent) : text;
+}
+
+/// By their numbers where these are few.
+QString fetchedAgainText(const VerificationResult& result, AppLanguage language)
+{
+    constexpr std::size_t maxNamed = 3;
+    const std::vector<PartRange> parts = rangesOf(result.parts);
+    if (parts.empty() || parts.size() > maxNamed)
+        return pair(language, u"Verified — %1 damaged or missing parts are downloaded again",
+                    u"Verificato — %1 parti danneggiate o mancanti vengono riscaricate")
+            .arg(result.volumes);
+    const QString text = result.parts.size() == 1
+                             ? pair(language, u"Verified — part %1 is damaged or missing, and downloaded again",
+                                    u"Verificato — la parte %1 è danneggiata o manca, e viene riscaricata")
+                             : pair(language, u"Verified — parts %1 are damaged or missing, and downloaded again",
+                                    u"Verificato — le parti %1 sono danneggiate o mancano, e vengono riscaricate");
+    return text.arg(partNumbersText(parts, language));
 }
 
 } // namespace
@@ -93,16 +117,11 @@ QString verificationText(const VerificationResult& result, AppLanguage language)
     case VerificationResult::none:
         return {};
     case VerificationResult::running:
-        return pair(language, u"Verifying…", u"Verifica in corso…");
+        return runningText(result, language);
     case VerificationResult::sound:
         return pair(language, u"Verified — all parts are sound", u"Verificato — tutte le parti sono integre");
     case VerificationResult::fetchedAgain:
-        if (result.volumes == 1)
-            return pair(language, u"Verified — 1 damaged or missing part is downloaded again",
-                        u"Verificato — 1 parte danneggiata o mancante viene riscaricata");
-        return pair(language, u"Verified — %1 damaged or missing parts are downloaded again",
-                    u"Verificato — %1 parti danneggiate o mancanti vengono riscaricate")
-            .arg(result.volumes);
+        return fetchedAgainText(result, language);
     case VerificationResult::damaged:
         return pair(language, u"Verified — damaged or missing, and not in the list: ",
                     u"Verificato — danneggiate o mancanti, e non nella lista: ") +
@@ -196,6 +215,12 @@ QString copiedText(const DownloadItem& item, AppLanguage language)
     return lines.size() > 1 ? lines.join(u'\n') : item.originalURL().absoluteString();
 }
 
+QString plainToolTip(const QStringList& lines)
+{
+    // Names come from outside; as rich text they could be anything.
+    return u"<p>"_s + lines.join(u'\n').toHtmlEscaped().replace(u'\n', u"<br>"_s) + u"</p>"_s;
+}
+
 QString rowToolTip(const RowContent& content)
 {
     QStringList lines{content.name};
@@ -208,8 +233,7 @@ QString rowToolTip(const RowContent& content)
     QStringList captions{content.host, content.figuresText}; // a countdown would stand still here
     captions.removeAll(QString());
     lines << captions.join(u" · "_s);
-    // Names come from outside; as rich text they could be anything.
-    return u"<p>"_s + lines.join(u'\n').toHtmlEscaped().replace(u'\n', u"<br>"_s) + u"</p>"_s;
+    return plainToolTip(lines);
 }
 
 } // namespace vormel

@@ -43,6 +43,9 @@ struct Moment
 /// What is copied of the row: its name and what failed of it, or else its link.
 [[nodiscard]] QString copiedText(const DownloadItem& item, AppLanguage language);
 
+/// The lines as a tool tip that shows them as they are.
+[[nodiscard]] QString plainToolTip(const QStringList& lines);
+
 /// What a pointer resting on the row tells: the full texts of what may be elided.
 [[nodiscard]] QString rowToolTip(const RowContent& content);
 

@@ -26,6 +26,8 @@ public:
     /// The item is new, or what decides its group has changed.
     void noteItem(const ItemPtr& item);
     void noteRemoval(const ItemId& id);
+    /// Something that has no row of its own may have changed in the set of this one.
+    void noteEntry(QueueEntry* entry);
 
     /// Each row at most once. Rows that stay as they are may be among them.
     [[nodiscard]] std::vector<Change>& changes() { return m_changes; }
@@ -33,7 +35,6 @@ public:
 private:
     [[nodiscard]] QueueEntry* rowOf(const DownloadItem& item, const QString& set) const;
     [[nodiscard]] bool mayTakeOver(const QueueEntry* entry) const;
-    void noteEntry(QueueEntry* entry);
     void put(QueueEntry* entry, std::optional<DownloadGroup> group);
 
     const DownloadManager& m_manager;

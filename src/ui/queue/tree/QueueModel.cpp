@@ -107,6 +107,8 @@ QVariant QueueModel::groupData(const QueueEntry& entry, int role) const
         return QVariant::fromValue(header(entry));
     case Qt::AccessibleTextRole:
         return accessibleText(header(entry));
+    case Qt::ToolTipRole:
+        return headerToolTip(header(entry));
     default:
         return {};
     }
@@ -117,6 +119,7 @@ HeaderContent QueueModel::header(const QueueEntry& entry) const
     const GroupTally tally(entry.group);
     HeaderContent content = headerContent(tally, language());
     content.title = m_manager.groupNames().displayName(entry.group.id);
+    addLack(content, entry.group.lack, language());
     addExtraction(content, entry.group, language());
     content.buttons = groupButtons(tally, m_manager.hasPendingRevFiles(entry.group.items));
     return content;
@@ -145,6 +148,8 @@ void QueueModel::removeItems(const QSet<ItemId>& ids)
         isAnyHidden |= rows().find(id).entry == nullptr;
         changes.noteRemoval(id);
     }
+    if (isAnyHidden)
+        noteLacking(changes);
     follow(std::move(changes.changes()));
     if (isAnyHidden)
         tellAll(); // some header may have offered what is gone
@@ -173,10 +178,25 @@ bool QueueModel::mayRegroup(const DownloadItem& item, ItemFields fields) const
 /// to be told.
 void QueueModel::noteRegrouped(GroupChanges& changes) const
 {
+    bool isHiddenRenamed = false;
     for (auto change = m_changed.begin(); change != m_changed.end(); ++change) {
         const ItemPtr item = m_manager.item(change.key());
-        if (item && mayRegroup(*item, *change))
-            changes.noteItem(item);
+        if (!item || !mayRegroup(*item, *change))
+            continue;
+        isHiddenRenamed |= change->testFlag(ItemField::filename) && !rows().find(item->id()).entry;
+        changes.noteItem(item);
+    }
+    if (isHiddenRenamed)
+        noteLacking(changes); // nobody remembers the set that it has left
+}
+
+/// What has no row is a recovery volume, and means something to those groups alone.
+void QueueModel::noteLacking(GroupChanges& changes) const
+{
+    for (int row = 0; row < rows().count(); ++row) {
+        QueueEntry& entry = rows().at(row);
+        if (!entry.group.lack.isNothing())
+            changes.noteEntry(&entry);
     }
 }
 
@@ -219,7 +239,8 @@ bool QueueModel::readLines(QueueEntry* parent, int row)
     const QueueEntry& entry = parent ? *parent : rows().at(row);
     RowLines& told = parent ? parent->members[static_cast<std::size_t>(row)] : rows().at(row).ownLines;
     const bool isHeader = !parent && entry.isHeader();
-    const RowLines now = isHeader ? headerLines(GroupTally(entry.group)) : rowLines(*entry.item(parent ? row : 0));
+    const RowLines now =
+        isHeader ? headerLines(GroupTally(entry.group), entry.group.lack) : rowLines(*entry.item(parent ? row : 0));
     return std::exchange(told, now) != now;
 }
 

@@ -50,6 +50,7 @@ private:
     void tellAll();
     void tellHeader(const QString& groupId);
     void noteRegrouped(GroupChanges& changes) const;
+    void noteLacking(GroupChanges& changes) const;
     [[nodiscard]] bool mayRegroup(const DownloadItem& item, ItemFields fields) const;
     [[nodiscard]] bool readLines(QueueEntry* parent, int row);
 

@@ -19,7 +19,7 @@ void QueueEntry::readLines()
         ownLines = rowLines(*group.items.front());
         return;
     }
-    ownLines = headerLines(GroupTally(group));
+    ownLines = headerLines(GroupTally(group), group.lack);
     for (const ItemPtr& item : group.items)
         members.push_back(rowLines(*item));
 }

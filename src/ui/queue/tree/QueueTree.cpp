@@ -127,8 +127,10 @@ void QueueTree::rebuild()
 void QueueTree::follow(std::vector<Change> changes)
 {
     for (const Change& change : changes) {
-        if (hasSameItems(change))
-            m_rows.setId(*change.entry, change.group->id);
+        if (!hasSameItems(change))
+            continue;
+        m_rows.setId(*change.entry, change.group->id);
+        change.entry->group.lack = change.group->lack;
     }
     std::erase_if(changes, hasSameItems);
     if (changes.empty())
@@ -185,7 +187,7 @@ bool QueueTree::setGroup(QueueEntry& entry, const DownloadGroup& group)
 bool QueueTree::setMembers(QueueEntry& entry, const DownloadGroup& group)
 {
     const QModelIndex top = indexOf(entry);
-    DownloadGroup step{group.id, entry.group.items};
+    DownloadGroup step{group.id, entry.group.items, group.lack};
     if (const auto added = surplus(group.items, step.items)) {
         for (const Run& run : runsOf(*added)) {
             beginInsertRows(top, run.first, run.last);

@@ -153,6 +153,48 @@ TEST_F(GroupDragTest, ScrollsNearTheLowerEdge)
     EXPECT_EQ(view.verticalScrollBar()->value(), place);
 }
 
+TEST_F(GroupDragTest, WhatIsDraggedIsDimmedWhereItStands)
+{
+    view.resize(600, 900); // the picture stays away from the rows that are looked at
+    turnEventLoop();
+    const auto picture = [this](const QModelIndex& index) {
+        return view.viewport()->grab(view.visualRect(index)).toImage();
+    };
+    const QModelIndex set = model.index(0, 0);
+    const QModelIndex part = model.index(0, 0, set);
+    view.setCurrentIndex(set); // as the press does
+    turnEventLoop();
+    const std::vector<QImage> before{picture(set), picture(part), picture(model.index(1, 0))};
+    press(left(rect(0)));
+    moveTo(left(rect(6)));
+    turnEventLoop();
+    EXPECT_NE(picture(set), before[0]);
+    EXPECT_NE(picture(part), before[1]);
+    EXPECT_EQ(picture(model.index(1, 0)), before[2]);
+    QTest::keyClick(&view, Qt::Key_Escape);
+    QEvent leave(QEvent::Leave);
+    QCoreApplication::sendEvent(view.viewport(), &leave);
+    EXPECT_EQ(picture(set), before[0]);
+    EXPECT_EQ(picture(part), before[1]);
+}
+
+TEST_F(GroupDragTest, ThePictureIsSmallAndStaysBesideThePointer)
+{
+    GroupDrag drag(view);
+    const QRect area = view.viewport()->rect();
+    drag.press(left(rect(2)));
+    ASSERT_TRUE(drag.move(left(rect(1))));
+    EXPECT_LT(drag.pictureRect().width(), 280);
+    EXPECT_LT(drag.pictureRect().height(), rect(2).height());
+    for (const QPoint point :
+         {left(rect(1)), area.topLeft(), area.topRight(), area.bottomLeft(), area.bottomRight(), area.center()}) {
+        drag.move(point);
+        EXPECT_TRUE(area.contains(drag.pictureRect()));
+        EXPECT_FALSE(drag.pictureRect().contains(point));
+    }
+    drag.cancel();
+}
+
 TEST_F(GroupDragTest, ButtonsAreNotDragged)
 {
     const QRect row = rect(2);

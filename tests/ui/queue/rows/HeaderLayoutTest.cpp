@@ -28,7 +28,7 @@ TEST(HeaderLayout, NothingOverlapsOrLeavesTheHeaderAtAnyWidthFontAndDirection)
 {
     for (const double scale : {0.8, 1.0, 1.5, 2.0}) {
         const RowMetrics metrics(scaledFont(QApplication::font(), scale));
-        for (const RowLines lines : {RowLines(), RowLines(RowLine::progress)}) {
+        for (const RowLines lines : {RowLines(), RowLines(RowLine::progress), RowLine::progress | RowLine::lack}) {
             for (int width = 340; width <= 1400; width += 53) {
                 const QRect row(3, 50, width, metrics.height(lines));
                 const HeaderContent content = fullHeader(u"Long.name."_s.repeated(30), lines);
@@ -56,6 +56,18 @@ TEST(HeaderLayout, WhatBecameOfTheArchiveStandsBehindTheSummary)
     EXPECT_EQ(layout.extraction.right(), row.right() - RowMetrics::marginX);
     content.extractionText.clear();
     EXPECT_TRUE(HeaderLayout(metrics, content, row, Qt::LeftToRight).extraction.isEmpty());
+}
+
+TEST(HeaderLayout, WhatIsLackingIsTheLastLine)
+{
+    const RowMetrics metrics(QApplication::font());
+    const RowLines lines = RowLine::progress | RowLine::lack;
+    const QRect row(0, 0, 700, metrics.height(lines));
+    const HeaderLayout layout(metrics, fullHeader(u"a"_s, lines), row, Qt::LeftToRight);
+    EXPECT_GT(layout.lack.top(), layout.bytes.bottom());
+    EXPECT_EQ(layout.lack.bottom(), row.bottom() - RowMetrics::marginY);
+    EXPECT_EQ(layout.lackIcon.left(), layout.summary.left());
+    EXPECT_EQ(layout.lack.right(), row.right() - RowMetrics::marginX);
 }
 
 TEST(HeaderLayout, TheTitleIsNoWiderThanItsText)

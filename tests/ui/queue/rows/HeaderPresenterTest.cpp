@@ -126,6 +126,33 @@ TEST_F(HeaderPresenter, SpeaksItsWholeHeader)
     EXPECT_EQ(accessibleText(header), u"My ·  film, Paused, 2 parts, 1 KB");
 }
 
+TEST_F(HeaderPresenter, TellsWhatIsLackingInALineOfItsOwn)
+{
+    add(DownloadStatus::completed);
+    add(DownloadStatus::completed).setVerification({VerificationResult::sound});
+    HeaderContent header = extraction();
+    header.title = u"<b>"_s;
+    addLack(header, {}, english);
+    EXPECT_EQ(header.lines, headerLines(GroupTally(group)));
+    EXPECT_EQ(headerToolTip(header), u"<p>&lt;b&gt;<br>Verified — all parts are sound</p>");
+    const GroupLack lack{{{3, 3}}, {{5, 6}}, 7, 3};
+    addLack(header, lack, english);
+    EXPECT_EQ(header.lines, headerLines(GroupTally(group), lack));
+    EXPECT_TRUE(header.lines.testFlag(RowLine::lack));
+    EXPECT_TRUE(header.canBeRebuilt);
+    EXPECT_EQ(accessibleText(header), u"<b>, Completed, 2 parts, Verified — all parts are sound, "
+                                      u"Part 3 of 7 failed, 2 parts missing; 3 recovery volumes can rebuild them");
+    EXPECT_TRUE(headerToolTip(header).endsWith(u"can rebuild them<br>Missing: 5 and 6</p>"));
+    addLack(header, {{{3, 3}}, {}, 7, 0}, english);
+    EXPECT_FALSE(header.canBeRebuilt);
+}
+
+TEST_F(HeaderPresenter, HasNoToolTipWhereThereIsNothingToTell)
+{
+    add(DownloadStatus::queued);
+    EXPECT_EQ(headerToolTip(extraction()), u"");
+}
+
 TEST_F(HeaderPresenter, TellsWhatAVerificationCameToInPlaceOfTheArchiveStep)
 {
     add(DownloadStatus::completed).setExtractionStatus(ExtractionStatus::done);

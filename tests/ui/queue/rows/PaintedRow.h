@@ -41,7 +41,7 @@ public:
         , m_recorder(m_row.size())
     {
         const HeaderLayout layout(m_metrics, content, m_row, Qt::LeftToRight);
-        m_sizes = {layout.icon.height()};
+        m_sizes = {layout.icon.height(), layout.lackIcon.height()};
         paint(look,
               [&](const RowCanvas& canvas) { paintHeader(canvas, m_metrics, content, layout, look.hot, look.isOpen); });
     }

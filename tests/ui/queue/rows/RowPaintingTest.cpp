@@ -157,11 +157,12 @@ const Case cases[] = {
     {"verifiedAndFetchedAgain",
      [](DownloadItem& item) {
          item.setStatus(S::queued);
-         item.setVerification({VerificationResult::fetchedAgain, 2});
+         item.setVerification({VerificationResult::fetchedAgain, 2, {}, {3, 7}});
      },
-     "**film.rar**/text|Queued/secondary|Verified — 2 damaged or missing parts are downloaded again/orange|"
+     "**film.rar**/text|Queued/secondary|Verified — parts 3 and 7 are damaged or missing, and downloaded again/orange|"
      "Host.example/tertiary",
-     "**film.rar**/text|In coda/secondary|Verificato — 2 parti danneggiate o mancanti vengono riscaricate/orange|"
+     "**film.rar**/text|In coda/secondary|Verificato — le parti 3 e 7 sono danneggiate o mancano, e vengono "
+     "riscaricate/orange|"
      "Host.example/tertiary",
      "clock/secondary stop.fill/secondary arrow.triangle.2.circlepath/secondary xmark/secondary checkmark.seal/orange"},
     {"notVerified",
@@ -435,6 +436,19 @@ TEST_P(HeaderPainting, TellsWhatBecameOfTheArchiveInItsColour)
         group.items.front()->setExtractionStatus(status);
         EXPECT_EQ(painted(AppLanguage::english).texts().at(2).toStdString(), text);
     }
+}
+
+TEST_P(HeaderPainting, WarnsOfWhatIsLackingAndLessWhereItCanBeRebuilt)
+{
+    HeaderContent content = headerContent(GroupTally(group), AppLanguage::english);
+    addLack(content, {{{2, 2}}, {}, 3, 1}, AppLanguage::english);
+    const PaintedRow rebuilt(content, {});
+    EXPECT_TRUE(rebuilt.texts().contains(u"Part 2 of 3 failed; 1 recovery volume can rebuild it/orange"));
+    EXPECT_TRUE(rebuilt.glyphs().contains(u"bandage.fill/orange"));
+    addLack(content, {{}, {{2, 2}}, 3, 0}, AppLanguage::english);
+    const PaintedRow lost(content, {});
+    EXPECT_TRUE(lost.texts().contains(u"1 part missing, nothing can rebuild it/red"));
+    EXPECT_TRUE(lost.glyphs().contains(u"exclamationmark.triangle.fill/red"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Headers, HeaderPainting, ::testing::ValuesIn(headerCases),
