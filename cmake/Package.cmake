@@ -62,6 +62,10 @@ install(FILES "${package_source}/icons/hicolor/symbolic/apps/org.vormel.Vormel-s
     DESTINATION "${icons}/symbolic/apps")
 install(FILES "${package_files}/vormel.1.gz" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
 install(FILES "${package_files}/it/vormel.1.gz" DESTINATION "${CMAKE_INSTALL_MANDIR}/it/man1")
+install(FILES "${package_source}/completion/vormel.bash"
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" RENAME vormel)
+install(FILES "${package_source}/completion/_vormel" DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions")
+install(FILES "${package_source}/completion/vormel.fish" DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d")
 install(FILES "${package_source}/copyright" "${package_files}/changelog.gz" DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/vormel")
 
 set(CPACK_GENERATOR DEB)

@@ -1,5 +1,6 @@
 #include "app/DesktopActivation.h"
 
+#include <QDBusError>
 #include <QDBusMessage>
 
 using namespace Qt::StringLiterals;
@@ -13,6 +14,12 @@ const QString objectPath = u"/org/vormel/Vormel"_s;
 const QString interface = u"org.freedesktop.Application"_s;
 const QString tokenOfWayland = u"activation-token"_s;
 const QString tokenOfX11 = u"desktop-startup-id"_s;
+
+QString tokenOf(const QVariantMap& platformData)
+{
+    const QString token = platformData.value(tokenOfWayland).toString();
+    return token.isEmpty() ? platformData.value(tokenOfX11).toString() : token;
+}
 
 } // namespace
 
@@ -31,25 +38,34 @@ DesktopActivation::~DesktopActivation()
         m_bus.unregisterService(busName);
 }
 
-bool DesktopActivation::askRunningToShow(const QDBusConnection& bus, const QString& token)
+DesktopActivation::Answer DesktopActivation::askRunning(const QDBusConnection& bus, const QStringList& uris,
+                                                        const QString& token)
 {
     constexpr int patience = 2000;
-    QDBusMessage call = QDBusMessage::createMethodCall(busName, objectPath, interface, u"Activate"_s);
+    const QString method = uris.isEmpty() ? u"Activate"_s : u"Open"_s;
+    QDBusMessage call = QDBusMessage::createMethodCall(busName, objectPath, interface, method);
     call.setAutoStartService(false);
     QVariantMap platformData;
     if (!token.isEmpty())
         platformData = {{tokenOfWayland, token}, {tokenOfX11, token}};
+    if (!uris.isEmpty())
+        call << uris;
     call << platformData;
-    return bus.call(call, QDBus::Block, patience).type() == QDBusMessage::ReplyMessage;
+    const QDBusMessage answer = bus.call(call, QDBus::Block, patience);
+    if (answer.type() == QDBusMessage::ReplyMessage)
+        return Answer::reached;
+    return QDBusError(answer).type() == QDBusError::NoReply ? Answer::silent : Answer::nobody;
 }
 
 void DesktopActivation::Activate(const QVariantMap& platformData)
 {
-    const QString token = platformData.value(tokenOfWayland).toString();
-    Q_EMIT showRequested(token.isEmpty() ? platformData.value(tokenOfX11).toString() : token);
+    Q_EMIT showRequested(tokenOf(platformData));
 }
 
-void DesktopActivation::Open(const QStringList& /*uris*/, const QVariantMap& /*platformData*/) {}
+void DesktopActivation::Open(const QStringList& uris, const QVariantMap& platformData)
+{
+    Q_EMIT openRequested(uris, tokenOf(platformData));
+}
 
 void DesktopActivation::ActivateAction(const QString& /*name*/, const QVariantList& /*parameters*/,
                                        const QVariantMap& /*platformData*/)

@@ -78,9 +78,13 @@ void MainMenu::fillPagesMenu()
 void MainMenu::fillHelpMenu()
 {
     // In English only, like the command for updates.
-    QAction* const help =
-        m_help->addAction(u"Vormel Help"_s, QKeySequence(Qt::CTRL | Qt::Key_Slash), this, &MainMenu::helpRequested);
+    QAction* const help = m_help->addAction(u"Vormel Help"_s, this, &MainMenu::helpRequested);
     help->setObjectName(u"vormelHelp"_s);
+    help->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_Slash), QKeySequence(Qt::Key_F1)}); // the first is shown
+    m_help->addSeparator();
+    m_about = m_help->addAction(QString(), this, &MainMenu::aboutRequested);
+    m_about->setObjectName(u"about"_s);
+    m_about->setMenuRole(QAction::AboutRole);
 }
 
 void MainMenu::bindTexts()
@@ -92,6 +96,7 @@ void MainMenu::bindTexts()
     bindText(m_pages, &QMenu::setTitle, settings, {u"&Go", u"V&ai"});
     bindText(m_help, &QMenu::setTitle, settings, {u"&Help", u"A&iuto"});
     bindText(m_quit, &QAction::setText, settings, {u"&Quit", u"&Esci"});
+    bindText(m_about, &QAction::setText, settings, {u"About Vormel", u"Informazioni su Vormel"});
     followLanguage(this, settings, [this] {
         for (const Page page : allPages)
             m_pageActions.at(static_cast<std::size_t>(page))

@@ -37,6 +37,7 @@ Q_SIGNALS:
     void pageRequested(vormel::Page page);
     void addRequested();
     void helpRequested();
+    void aboutRequested();
 
 private:
     [[nodiscard]] QMenu* addMenu(const QString& name);
@@ -54,6 +55,7 @@ private:
     QMenu* m_pages;
     QMenu* m_help;
     QAction* m_quit = nullptr;
+    QAction* m_about = nullptr;
     std::array<QAction*, allPages.size()> m_pageActions{};
 };
 

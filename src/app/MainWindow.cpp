@@ -8,6 +8,7 @@
 #include "kit/QtTranslation.h"
 #include "resolvers/ResolverTables.h"
 #include "ui/accounts/AccountsView.h"
+#include "ui/help/AboutWindow.h"
 #include "ui/help/HelpWindowController.h"
 #include "ui/notices/NoticeBar.h"
 #include "ui/queue/DownloadQueueView.h"
@@ -43,6 +44,7 @@ MainWindow::MainWindow(const ViewPorts& ports, Updater& updater)
     buildMenu(updater);
     openPage(Page::downloads);
     connect(m_sidebar, &Sidebar::pageChosen, this, &MainWindow::openPage);
+    connect(m_queue, &DownloadQueueView::wanted, this, [this] { showPage(Page::downloads); });
     followLanguage(this, settings(), [this] { showTitle(); });
 }
 
@@ -78,7 +80,20 @@ void MainWindow::buildMenu(Updater& updater)
     const auto* menu = new MainMenu({*menuBar(), *m_queue, *updates, settings()}, this);
     connect(menu, &MainMenu::pageRequested, this, &MainWindow::showPage);
     connect(menu, &MainMenu::addRequested, this, [this] { showPage(Page::downloads); });
+    connect(menu, &MainMenu::aboutRequested, this, &MainWindow::showAbout);
     connect(menu, &MainMenu::helpRequested, m_help, &HelpWindowController::showWindow);
+}
+
+void MainWindow::showAbout()
+{
+    QWidget* window = m_about;
+    if (!window || !window->isVisible()) { // a closed one is deleted only after this turn of the event loop
+        window = new AboutWindow({settings(), m_ports.tools, m_ports.web}, this);
+        m_about = window;
+    }
+    window->show();
+    window->raise();
+    window->activateWindow();
 }
 
 Page MainWindow::page() const
@@ -89,6 +104,11 @@ Page MainWindow::page() const
 void MainWindow::showPage(Page page)
 {
     m_sidebar->setPage(page);
+}
+
+void MainWindow::offerLinks(const std::vector<Link>& links)
+{
+    m_queue->offerLinks(links);
 }
 
 void MainWindow::openPage(Page page)

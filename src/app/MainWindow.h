@@ -1,9 +1,11 @@
 #pragma once
 
+#include "text/Link.h"
 #include "ui/ViewPorts.h"
 #include "ui/shell/Page.h"
 
 #include <QMainWindow>
+#include <QPointer>
 
 #include <array>
 
@@ -29,11 +31,14 @@ public:
 
     [[nodiscard]] Page page() const;
     void showPage(Page page);
+    /// Shows the links in the sheet for adding, at once or when whatever else is open has gone. Adds nothing.
+    void offerLinks(const std::vector<Link>& links);
     /// Between sidebar and pages.
     [[nodiscard]] QSplitter& splitter() const { return *m_splitter; }
 
 private:
     void buildMenu(Updater& updater);
+    void showAbout();
     void layOut();
     void openPage(Page page);
     [[nodiscard]] QWidget* makePage(Page page);
@@ -48,6 +53,7 @@ private:
     DownloadQueueView* m_queue;
     std::array<QWidget*, allPages.size()> m_built{}; ///< null until first shown; owned by the stack
     HelpWindowController* m_help;
+    QPointer<QWidget> m_about; ///< null while closed
 };
 
 } // namespace vormel

@@ -1,4 +1,6 @@
-#include "app/DesktopActivation.h"
+#include "app/CommandLine.h"
+#include "app/LaterStarts.h"
+#include "app/LinkFile.h"
 #include "app/MainWindow.h"
 #include "app/Program.h"
 #include "app/ServicesAlert.h"
@@ -11,10 +13,17 @@
 #include "platform/desktop/TerminationSignals.h"
 #include "platform/desktop/Utf8Locale.h"
 #include "platform/process/OpenFileLimit.h"
+#include "ui/clipboard/Clipboard.h"
+#include "ui/clipboard/ClipboardWatch.h"
 
 #include <QApplication>
+#include <QDBusConnection>
 #include <QDir>
 #include <QFileInfo>
+
+#include <cstdio>
+#include <optional>
+#include <variant>
 
 using namespace Qt::StringLiterals;
 
@@ -35,23 +44,58 @@ QString activationToken()
     return token.isEmpty() ? qEnvironmentVariable("DESKTOP_STARTUP_ID") : token;
 }
 
-/// The toolkit's Wayland part takes a token from the environment when a window asks for the focus.
-void comeForward(QWidget& window, const QString& token = {})
+constexpr int usageStatus = 2;
+
+void print(std::FILE* stream, const QString& text)
 {
-    if (!token.isEmpty())
-        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
-    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
-    window.show();
-    window.raise();
-    window.activateWindow();
-    qunsetenv("XDG_ACTIVATION_TOKEN"); // never for child processes
+    std::fputs(text.toLocal8Bit().constData(), stream);
 }
 
-/// True if the program that runs already was reached.
-bool showRunning(const vormel::SingleInstance& instance, const QString& token)
+/// The links of the files, or nothing if one of them has none, which was told then.
+std::optional<QStringList> linksOf(const QStringList& files)
 {
-    return vormel::DesktopActivation::askRunningToShow(QDBusConnection::sessionBus(), token) ||
-           instance.askFirstToShow();
+    QStringList links;
+    for (const QString& path : files) {
+        const vormel::LinkFile file = vormel::readLinkFile(path);
+        if (file.problem) {
+            print(stderr, u"vormel: %1: %2\n"_s.arg(path, problemText(*file.problem).in(vormel::AppLanguage::english)));
+            return std::nullopt;
+        }
+        for (const vormel::Link& link : file.links)
+            links << link.absoluteString();
+    }
+    return links;
+}
+
+/// What the window is to open. Where there is none to be opened, or nothing to open, the status to end with.
+std::variant<QStringList, int> addressesOf(const QStringList& arguments)
+{
+    const auto reading = vormel::readCommandLine(arguments);
+    if (const auto* const error = std::get_if<vormel::UsageError>(&reading)) {
+        print(stderr, u"vormel: %1\n"_s.arg(error->text) + vormel::usageLine());
+        return usageStatus;
+    }
+    const auto& line = std::get<vormel::CommandLine>(reading);
+    if (line.wish == vormel::CommandLine::Wish::showHelp) {
+        print(stdout, vormel::helpText());
+        return EXIT_SUCCESS;
+    }
+    if (line.wish == vormel::CommandLine::Wish::showVersion) {
+        print(stdout, u"vormel %1\n"_s.arg(vormel::programVersion));
+        return EXIT_SUCCESS;
+    }
+    const std::optional<QStringList> links = linksOf(line.files);
+    if (!links)
+        return EXIT_FAILURE;
+    return line.addresses + *links;
+}
+
+QStringList textsOf(int count, char** arguments)
+{
+    QStringList texts;
+    for (int i = 1; i < count; ++i)
+        texts << QFile::decodeName(arguments[i]);
+    return texts;
 }
 
 vormel::Program::Contacts contacts()
@@ -76,7 +120,7 @@ QString webPlugin()
 
 /// The whole life of the program that holds the lock.
 int run(const vormel::SingleInstance& instance, vormel::TerminationSignals& signalsOfTheSystem,
-        const vormel::Folders& folders)
+        const vormel::Folders& folders, const QStringList& addresses)
 {
     vormel::CurlHttpClient::Options network;
     network.userAgent = "Vormel/" + QByteArray(vormel::programVersion.data());
@@ -86,21 +130,23 @@ int run(const vormel::SingleInstance& instance, vormel::TerminationSignals& sign
     const vormel::UpdateNotice updateNotice(program.updater(), program.manager().settings(), program.urlOpener(),
                                             window);
 
-    QObject::connect(&instance, &vormel::SingleInstance::showRequested, &window, [&window] { comeForward(window); });
+    vormel::LaterStarts starts({window, program.manager().settings(), program.viewPorts().notices}, instance);
     QObject::connect(&signalsOfTheSystem, &vormel::TerminationSignals::terminationRequested, qApp, &QApplication::quit);
     QObject::connect(qApp, &QApplication::aboutToQuit, &window, [&program] { program.manager().shutDown(); });
     signalsOfTheSystem.listen();
     window.show();
     vormel::tellOfServices(program.servicesProblem(), program.manager().settings(), window);
 
+    vormel::DesktopClipboard clipboard;
+    const vormel::ClipboardWatch copies({clipboard, program.manager(), program.viewPorts().notices});
+    QObject::connect(&copies, &vormel::ClipboardWatch::wanted, &window, &vormel::MainWindow::offerLinks);
+
     // The bus can wait until the window is there.
-    const vormel::DesktopActivation activation(QDBusConnection::sessionBus());
-    QObject::connect(&activation, &vormel::DesktopActivation::showRequested, &window,
-                     [&window](const QString& token) { comeForward(window, token); });
+    starts.listen(QDBusConnection::sessionBus());
+    starts.open(addresses);
     const vormel::DesktopAttention attention(program.viewPorts(), {QDBusConnection::sessionBus(), systemBus()},
                                              [] { return QApplication::applicationState() == Qt::ApplicationActive; });
-    QObject::connect(&attention, &vormel::DesktopAttention::showRequested, &window,
-                     [&window](const QString& token) { comeForward(window, token); });
+    QObject::connect(&attention, &vormel::DesktopAttention::showRequested, &starts, &vormel::LaterStarts::comeForward);
     return QApplication::exec();
 }
 
@@ -111,6 +157,10 @@ int main(int argc, char** argv)
     vormel::TerminationSignals signalsOfTheSystem; // before any thread is started
     vormel::ensureUtf8Locale();
     vormel::raiseOpenFileLimit();
+    const std::variant<QStringList, int> wanted = addressesOf(textsOf(argc, argv));
+    if (const int* const status = std::get_if<int>(&wanted))
+        return *status;
+    const QStringList& addresses = std::get<QStringList>(wanted);
     const QString token = activationToken();
     const QApplication application(argc, argv);
     QApplication::setStyle(new vormel::ReadableStyle); // the application takes it over
@@ -118,7 +168,10 @@ int main(int argc, char** argv)
 
     const vormel::Folders folders = vormel::Folders::ofThisUser();
     const vormel::SingleInstance instance(folders.runtime);
-    if (!instance.isFirst())
-        return showRunning(instance, token) ? EXIT_SUCCESS : EXIT_FAILURE;
-    return run(instance, signalsOfTheSystem, folders);
+    if (instance.isFirst())
+        return run(instance, signalsOfTheSystem, folders, addresses);
+    if (vormel::LaterStarts::askRunning(instance, QDBusConnection::sessionBus(), addresses, token))
+        return EXIT_SUCCESS;
+    print(stderr, u"vormel: the running program does not answer\n"_s);
+    return EXIT_FAILURE;
 }

@@ -71,6 +71,11 @@ public:
 
     void addURLs(const std::vector<Link>& urls, const std::optional<QString>& containerPassword);
     void addDirectURLs(const std::vector<Link>& urls);
+    /// Those of the links that adding would not refuse, as they would be added. One pass over the queue.
+    [[nodiscard]] std::vector<Link> newAmong(const std::vector<Link>& urls) const
+    {
+        return m_intake.filterNewURLs(urls);
+    }
 
     void processQueue() override;
     void saveQueue() override;

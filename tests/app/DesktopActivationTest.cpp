@@ -15,6 +15,8 @@ using namespace vormel::fixtures;
 
 namespace {
 
+using Answer = DesktopActivation::Answer;
+
 /// A bus of its own. The later start, which waits for its answer, is played by another thread.
 class DesktopActivationTest : public ::testing::Test
 {
@@ -41,14 +43,15 @@ protected:
     [[nodiscard]] QDBusConnection first() const { return bus(u"first"_s); }
     [[nodiscard]] QDBusConnection second() const { return bus(u"second"_s); }
 
-    bool askFromSecond(const QString& token)
+    Answer askFromSecond(const QString& token, const QStringList& uris = {})
     {
-        return onSecond([this, token] { return DesktopActivation::askRunningToShow(second(), token); });
+        return onSecond<Answer>([this, token, uris] { return DesktopActivation::askRunning(second(), uris, token); });
     }
     /// Runs it on another thread while this one answers.
-    bool onSecond(const std::function<bool()>& action)
+    template <typename Result>
+    Result onSecond(const std::function<Result()>& action)
     {
-        bool result = false;
+        Result result{};
         const std::unique_ptr<QThread> thread(QThread::create([&] { result = action(); }));
         thread->start();
         EXPECT_TRUE(waitUntil([&thread] { return thread->isFinished(); }));
@@ -59,7 +62,7 @@ protected:
     /// Calls a method of the running program as the shell does; false for an error.
     bool call(const QString& method, const QVariantList& arguments)
     {
-        return onSecond([this, method, arguments] {
+        return onSecond<bool>([this, method, arguments] {
             QDBusMessage message = QDBusMessage::createMethodCall(u"org.vormel.Vormel"_s, u"/org/vormel/Vormel"_s,
                                                                   u"org.freedesktop.Application"_s, method);
             message.setArguments(arguments);
@@ -70,9 +73,12 @@ protected:
     {
         QObject::connect(&activation, &DesktopActivation::showRequested,
                          [this](const QString& token) { tokens << token; });
+        QObject::connect(&activation, &DesktopActivation::openRequested,
+                         [this](const QStringList& uris, const QString& token) { opened << uris.join(u' ') + token; });
     }
 
     QStringList tokens;
+    QStringList opened; ///< the addresses, and the token behind them
 
 private:
     [[nodiscard]] QDBusConnection bus(const QString& name) const
@@ -88,9 +94,10 @@ TEST_F(DesktopActivationTest, ALaterStartHandsItsTokenToTheRunningProgram)
 {
     const DesktopActivation running(first());
     writeDownRequests(running);
-    EXPECT_TRUE(askFromSecond(u"token-7"_s));
-    EXPECT_TRUE(askFromSecond({}));
+    EXPECT_EQ(askFromSecond(u"token-7"_s), Answer::reached);
+    EXPECT_EQ(askFromSecond({}), Answer::reached);
     EXPECT_EQ(tokens, QStringList({u"token-7"_s, QString()}));
+    EXPECT_EQ(opened, QStringList());
 }
 
 TEST_F(DesktopActivationTest, TheShellsOwnCallIsUnderstoodWithEitherToken)
@@ -105,28 +112,42 @@ TEST_F(DesktopActivationTest, TheShellsOwnCallIsUnderstoodWithEitherToken)
     EXPECT_EQ(tokens, QStringList({u"x_TIME1"_s, u"w"_s}));
 }
 
-TEST_F(DesktopActivationTest, FilesAndActionsAreAcceptedAndIgnored)
+TEST_F(DesktopActivationTest, ALaterStartHandsItsAddressesOver)
+{
+    const DesktopActivation running(first());
+    writeDownRequests(running);
+    EXPECT_EQ(askFromSecond(u"#t"_s, {u"https://a.example/1"_s, u"file:///x"_s}), Answer::reached);
+    EXPECT_EQ(opened, QStringList{u"https://a.example/1 file:///x#t"_s});
+    EXPECT_EQ(tokens, QStringList());
+}
+
+TEST_F(DesktopActivationTest, OneThatHasTheNameAndDoesNotAnswerIsSilent)
+{
+    const DesktopActivation running(first()); // on this thread, which waits below
+    EXPECT_EQ(DesktopActivation::askRunning(second(), {u"https://a.example/1"_s}, {}), Answer::silent);
+}
+
+TEST_F(DesktopActivationTest, ActionsAreAcceptedAndIgnored)
 {
     const DesktopActivation running(first());
     writeDownRequests(running);
     const QVariantMap nothing;
-    EXPECT_TRUE(call(u"Open"_s, {QStringList{u"file:///x"_s}, nothing}));
     EXPECT_TRUE(call(u"ActivateAction"_s, {u"new"_s, QVariantList(), nothing}));
     EXPECT_EQ(tokens, QStringList());
 }
 
 TEST_F(DesktopActivationTest, WhereNoProgramRunsNobodyIsReached)
 {
-    EXPECT_FALSE(askFromSecond(u"t"_s));
+    EXPECT_EQ(askFromSecond(u"t"_s), Answer::nobody);
 }
 
 TEST_F(DesktopActivationTest, TheNameIsGivenBackAtTheEnd)
 {
     {
         const DesktopActivation running(first());
-        EXPECT_TRUE(askFromSecond({}));
+        EXPECT_EQ(askFromSecond({}), Answer::reached);
     }
-    EXPECT_FALSE(askFromSecond({}));
+    EXPECT_EQ(askFromSecond({}), Answer::nobody);
 }
 
 TEST_F(DesktopActivationTest, ASecondOwnerLeavesTheFirstOneItsName)
@@ -136,7 +157,7 @@ TEST_F(DesktopActivationTest, ASecondOwnerLeavesTheFirstOneItsName)
     {
         const DesktopActivation other(second());
     }
-    EXPECT_TRUE(askFromSecond(u"t"_s));
+    EXPECT_EQ(askFromSecond(u"t"_s), Answer::reached);
     EXPECT_EQ(tokens, QStringList{u"t"_s});
 }
 
@@ -144,7 +165,7 @@ TEST(DesktopActivationWithoutABusTest, NothingHappens)
 {
     const QDBusConnection none(u"a bus that nobody made"_s);
     const DesktopActivation running(none);
-    EXPECT_FALSE(DesktopActivation::askRunningToShow(none, u"t"_s));
+    EXPECT_EQ(DesktopActivation::askRunning(none, {}, u"t"_s), Answer::nobody);
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "ui/FakeDesktop.h"
 #include "ui/FakeUpdater.h"
 #include "ui/Part.h"
+#include "ui/help/AboutWindow.h"
 #include "ui/help/HelpView.h"
 #include "ui/queue/list/QueueView.h"
 #include "ui/sheets/AddURLView.h"
@@ -69,14 +70,14 @@ TEST_F(MainMenuTest, HasItsMenusInBothLanguages)
     EXPECT_EQ(texts(menu("vormelMenu")), u"Check for Updates…|-|&Quit");
     EXPECT_EQ(texts(menu("queueMenu")), u"Add URLs|Start All|Pause All|-|Clear Completed|Clear Extracted");
     EXPECT_EQ(texts(menu("pagesMenu")), u"Downloads|Accounts|Settings");
-    EXPECT_EQ(texts(menu("helpMenu")), u"Vormel Help");
+    EXPECT_EQ(texts(menu("helpMenu")), u"Vormel Help|-|About Vormel");
     engine.settings().language.set(AppLanguage::italian);
     EXPECT_EQ(titles(), u"&Vormel|&Coda|&Selezione|V&ai|A&iuto");
     EXPECT_EQ(texts(menu("vormelMenu")), u"Check for Updates…|-|&Esci"); // that one has no other language
     EXPECT_EQ(texts(menu("queueMenu")),
               u"Aggiungi URL|Avvia tutti|Metti in pausa|-|Rimuovi completati|Rimuovi estratti");
     EXPECT_EQ(texts(menu("pagesMenu")), u"Download|Account|Impostazioni");
-    EXPECT_EQ(texts(menu("helpMenu")), u"Vormel Help");
+    EXPECT_EQ(texts(menu("helpMenu")), u"Vormel Help|-|Informazioni su Vormel");
 }
 
 TEST_F(MainMenuTest, ChecksForUpdatesOnlyWhileTheUpdaterCan)
@@ -109,6 +110,31 @@ TEST_F(MainMenuTest, ControlAndSlashOpenTheOneHelpWindowWhicheverPageIsShowing)
         window.activateWindow();
         EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
     }
+}
+
+TEST_F(MainMenuTest, TheUsualKeyOpensTheHelpToo)
+{
+    QTest::keyClick(&window, Qt::Key_F1);
+    EXPECT_EQ(helpViews().size(), 1);
+    EXPECT_EQ(fixtures::partOf<QAction>(window, "vormelHelp").shortcut(),
+              QKeySequence(Qt::CTRL | Qt::Key_Slash)); // the one that is shown
+}
+
+TEST_F(MainMenuTest, AboutOpensOneWindowThatCanBeOpenedAgain)
+{
+    auto& about = fixtures::partOf<QAction>(window, "about");
+    const auto shown = [this] {
+        QList<AboutWindow*> all = window.findChildren<AboutWindow*>();
+        all.removeIf([](const AboutWindow* one) { return !one->isVisible(); });
+        return all;
+    };
+    about.trigger();
+    about.trigger();
+    ASSERT_EQ(shown().size(), 1);
+    shown().constFirst()->close();
+    about.trigger();
+    fixtures::turnEventLoop();
+    EXPECT_EQ(shown().size(), 1);
 }
 
 TEST_F(MainMenuTest, ControlAndADigitChangeThePage)

@@ -17,6 +17,7 @@
 #include <QApplication>
 #include <QLabel>
 #include <QListWidget>
+#include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QTest>
 #include <QTimer>
@@ -80,6 +81,28 @@ TEST_F(MainWindowTest, ArrowKeysInTheSidebarChangeThePageAndItsTitle)
     QTest::keyClick(&sidebar, Qt::Key_Down);
     EXPECT_EQ(window.windowTitle(), u"Settings — Vormel");
     EXPECT_EQ(window.page(), Page::settings);
+}
+
+TEST_F(MainWindowTest, OfferedLinksComeWithTheirPage)
+{
+    window.showPage(Page::settings);
+    window.offerLinks({fixtures::link(u"https://a.example/1"_s)});
+    fixtures::turnEventLoop();
+    EXPECT_EQ(window.page(), Page::downloads);
+    EXPECT_EQ(part<QPlainTextEdit>("linkEditor").toPlainText(), u"https://a.example/1");
+}
+
+TEST_F(MainWindowTest, OfferedLinksLeaveThePageOfAnOpenSheetAlone)
+{
+    window.showPage(Page::accounts);
+    part<QAbstractButton>("addAccount").click();
+    window.offerLinks({fixtures::link(u"https://a.example/1"_s)});
+    fixtures::turnEventLoop();
+    EXPECT_EQ(window.page(), Page::accounts);
+    QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape);
+    fixtures::turnEventLoop();
+    EXPECT_EQ(window.page(), Page::downloads);
+    EXPECT_TRUE(part("linkEditor").isVisible());
 }
 
 TEST_F(MainWindowTest, TabGoesFromTheSidebarThroughTheToolBarToTheList)

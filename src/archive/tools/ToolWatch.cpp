@@ -4,27 +4,33 @@
 
 #include <QFileInfo>
 
-#include <algorithm>
-#include <array>
-
 using namespace Qt::StringLiterals;
 
 namespace vormel {
 
 namespace {
 
-bool hasSevenZip(const ToolRunner& runner)
+std::optional<QString> sevenZip(const ToolRunner& runner)
 {
-    const std::array<QString, 3> names{u"7z"_s, u"7za"_s, u"7zz"_s};
-    return std::any_of(names.begin(), names.end(), [&runner](const QString& name) { return runner.findTool(name); });
+    for (const QString& name : {u"7z"_s, u"7za"_s, u"7zz"_s}) {
+        if (std::optional<QString> path = runner.findTool(name))
+            return path;
+    }
+    return std::nullopt;
+}
+
+std::optional<QString> unzip(const ToolRunner& runner)
+{
+    const QString path = runner.fixedTool(u"unzip"_s);
+    return QFileInfo::exists(path) ? std::optional(path) : std::nullopt;
 }
 
 } // namespace
 
 FoundTools findTools(const ToolRunner& runner)
 {
-    return {runner.findTool(u"unrar"_s).has_value(), runner.findTool(u"rar"_s).has_value(), hasSevenZip(runner),
-            QFileInfo::exists(runner.fixedTool(u"unzip"_s))};
+    return {runner.findTool(u"unrar"_s).has_value(), runner.findTool(u"rar"_s).has_value(),
+            sevenZip(runner).has_value(), unzip(runner).has_value()};
 }
 
 ToolWatch::ToolWatch(const ToolRunner& runner, QObject* parent)
@@ -44,6 +50,14 @@ void ToolWatch::look()
         return;
     m_tools = now;
     Q_EMIT toolsChanged();
+}
+
+std::vector<ToolPlace> ToolWatch::places() const
+{
+    return {{u"unrar"_s, m_runner.findTool(u"unrar"_s)},
+            {u"rar"_s, m_runner.findTool(u"rar"_s)},
+            {u"7-Zip"_s, sevenZip(m_runner)},
+            {u"unzip"_s, unzip(m_runner)}};
 }
 
 } // namespace vormel

@@ -3,6 +3,9 @@
 #include <QFileSystemWatcher>
 #include <QObject>
 
+#include <optional>
+#include <vector>
+
 namespace vormel {
 
 class ToolRunner;
@@ -16,6 +19,13 @@ struct FoundTools
     bool unzip = false;    ///< where it is called from
 
     friend bool operator==(const FoundTools&, const FoundTools&) = default;
+};
+
+/// Where a tool lies that not every system has; nowhere if it is not there.
+struct ToolPlace
+{
+    QString name;
+    std::optional<QString> path;
 };
 
 /// Asks the disk.
@@ -34,6 +44,8 @@ public:
 
     /// Asks the disk now.
     void look();
+    /// Asks the disk where the tools are. They stand in the order of FoundTools.
+    [[nodiscard]] std::vector<ToolPlace> places() const;
 
 Q_SIGNALS:
     void toolsChanged();

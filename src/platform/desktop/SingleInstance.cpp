@@ -1,5 +1,7 @@
 #include "platform/desktop/SingleInstance.h"
 
+#include "platform/desktop/InstanceMessage.h"
+
 #include <QDir>
 #include <QFile>
 #include <QSocketNotifier>
@@ -36,6 +38,12 @@ const sockaddr* generic(const sockaddr_un& address)
     return reinterpret_cast<const sockaddr*>(&address);
 }
 
+bool tellsSenders(int socket)
+{
+    const int yes = 1;
+    return ::setsockopt(socket, SOL_SOCKET, SO_PASSCRED, &yes, sizeof(yes)) == 0;
+}
+
 FileDescriptor datagramSocket()
 {
     return FileDescriptor(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
@@ -69,7 +77,8 @@ void SingleInstance::listen()
     // A killed program leaves its socket behind; the lock says that it is nobody's.
     ::unlink(m_socketPath.constData());
     m_socket = datagramSocket();
-    if (!m_socket.isOpen() || ::bind(m_socket.get(), generic(*address), sizeof(*address)) != 0) {
+    if (!m_socket.isOpen() || !tellsSenders(m_socket.get()) ||
+        ::bind(m_socket.get(), generic(*address), sizeof(*address)) != 0) {
         m_socket.close();
         return;
     }
@@ -79,21 +88,17 @@ void SingleInstance::listen()
 
 void SingleInstance::takeRequests()
 {
-    char request = 0;
-    bool isAsked = false;
-    while (::recv(m_socket.get(), &request, sizeof(request), 0) >= 0)
-        isAsked = true;
-    if (isAsked)
-        Q_EMIT showRequested();
+    while (const std::optional<InstanceMessage> message = receiveInstanceMessage(m_socket.get())) {
+        if (message->sender == ::getuid())
+            Q_EMIT showRequested(message->text);
+    }
 }
 
-bool SingleInstance::askFirstToShow() const
+bool SingleInstance::askFirstToShow(const QString& text) const
 {
     const std::optional<sockaddr_un> address = socketAddress(m_socketPath);
     const FileDescriptor socket = datagramSocket();
-    const char request = '!';
-    return address && socket.isOpen() &&
-           ::sendto(socket.get(), &request, sizeof(request), 0, generic(*address), sizeof(*address)) == sizeof(request);
+    return address && socket.isOpen() && sendInstanceMessage(socket.get(), *address, text);
 }
 
 } // namespace vormel

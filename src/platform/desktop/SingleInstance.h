@@ -9,7 +9,7 @@ class QSocketNotifier;
 namespace vormel {
 
 /// One running program per user: holds a lock that the system releases with the process, however that ends. A later
-/// start finds the lock taken and can ask the running program to show itself.
+/// start finds the lock taken and can ask the running program to come forward, and hand it a text. UI thread only.
 class SingleInstance final : public QObject
 {
     Q_OBJECT
@@ -21,12 +21,13 @@ public:
     ~SingleInstance() override;
 
     [[nodiscard]] bool isFirst() const { return m_isFirst; }
-    /// Asks the program that holds the lock to come forward. False if it does not listen.
-    [[nodiscard]] bool askFirstToShow() const;
+    /// Asks the program that holds the lock to come forward and to take the text. False if it does not listen, or the
+    /// text is too long for an InstanceMessage.
+    [[nodiscard]] bool askFirstToShow(const QString& text = {}) const;
 
 Q_SIGNALS:
-    /// Somebody started the program a second time.
-    void showRequested();
+    /// The user started the program a second time. The text is whatever that start handed over, mostly nothing.
+    void showRequested(const QString& text);
 
 private:
     void listen();

@@ -51,6 +51,7 @@ DownloadQueueView::DownloadQueueView(const ViewPorts& ports, QWidget* parent)
     for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
         connect(m_model, signal, this, &DownloadQueueView::showListOrEmptyState);
     connect(m_model, &QAbstractItemModel::modelReset, this, &DownloadQueueView::showListOrEmptyState);
+    connect(m_sheets, &QueueSheets::pageWanted, this, &DownloadQueueView::wanted);
     bindTexts(m_manager.settings());
     showListOrEmptyState();
 }
@@ -93,6 +94,11 @@ void DownloadQueueView::showListOrEmptyState()
 void DownloadQueueView::showAddURLs()
 {
     m_sheets->showAddURLs();
+}
+
+void DownloadQueueView::offerLinks(const std::vector<Link>& links)
+{
+    m_sheets->offerLinks(links);
 }
 
 QList<QAction*> DownloadQueueView::queueActions() const

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "text/Link.h"
 #include "ui/ViewPorts.h"
 
 #include <QWidget>
+
+#include <vector>
 
 class QAction;
 class QMenu;
@@ -29,10 +32,16 @@ public:
 
     /// Opens the sheet; one that is open stays.
     void showAddURLs();
+    /// Shows links that come from outside the window in that sheet, at once or when whatever else is open has gone.
+    void offerLinks(const std::vector<Link>& links);
     /// The commands for the whole queue, for menus; the page owns them.
     [[nodiscard]] QList<QAction*> queueActions() const;
     /// Adds what the selected row can be told; nothing if there is none.
     void fillSelectionMenu(QMenu& menu);
+
+Q_SIGNALS:
+    /// There is something to show on it while another page is on the screen.
+    void wanted();
 
 protected:
     void dragEnterEvent(QDragEnterEvent* event) override;

@@ -9,7 +9,10 @@
 #include "ui/sheets/captcha/CaptchaSheetView.h"
 #include "ui/sheets/signin/TerabytezLoginSheetView.h"
 
+#include <QApplication>
 #include <QEvent>
+
+#include <utility>
 
 namespace vormel {
 
@@ -51,7 +54,9 @@ QueueSheets::QueueSheets(const ViewPorts& ports, QWidget& page)
 
 bool QueueSheets::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::Show)
+    const bool isWaitedFor =
+        event->type() == QEvent::Show ? watched == &m_page : event->type() == QEvent::Hide && watched == m_cover;
+    if (isWaitedFor)
         QMetaObject::invokeMethod(this, &QueueSheets::follow, Qt::QueuedConnection);
     return QObject::eventFilter(watched, event);
 }
@@ -87,10 +92,41 @@ void QueueSheets::follow()
     const bool isAsking = m_sheet && m_asked.index() != 0;
     if (isAsking && !isStillAsked(m_asked))
         dismiss();
-    if (m_sheet || !m_page.isVisible())
+    if (placeOffered() || m_sheet || !m_page.isVisible())
         return;
     m_asked = pending();
     std::visit([this](const auto& question) { ask(question); }, Question(m_asked));
+}
+
+bool QueueSheets::placeOffered()
+{
+    if (m_offered.empty())
+        return false;
+    auto* const adding = qobject_cast<AddURLView*>(m_sheet);
+    if (adding && adding->takesLinks()) {
+        adding->append(std::exchange(m_offered, {}));
+        return true;
+    }
+    if (m_sheet || isCovered())
+        return false;
+    if (!m_page.isVisible())
+        Q_EMIT pageWanted();
+    if (!m_page.isVisible()) // nobody shows it now; it tells when it is there
+        return false;
+    openAddURLs();
+    return true;
+}
+
+/// A dialog of another page, or a message, is open above the window.
+bool QueueSheets::isCovered()
+{
+    QWidget* const modal = QApplication::activeModalWidget();
+    if (m_cover && m_cover != modal)
+        m_cover->removeEventFilter(this);
+    m_cover = modal;
+    if (modal)
+        modal->installEventFilter(this);
+    return modal;
 }
 
 void QueueSheets::open(QDialog* sheet)
@@ -123,10 +159,23 @@ void QueueSheets::dismiss()
 
 void QueueSheets::showAddURLs()
 {
-    if (m_sheet)
-        return;
+    if (!m_sheet)
+        openAddURLs();
+}
+
+void QueueSheets::offerLinks(const std::vector<Link>& links)
+{
+    m_offered.insert(m_offered.end(), links.begin(), links.end());
+    follow();
+}
+
+void QueueSheets::openAddURLs()
+{
     auto* sheet = new AddURLView(m_manager.settings(), m_manager.resolvers(), &m_page);
     connect(sheet, &AddURLView::added, &m_manager, &DownloadManager::addURLs);
+    connect(sheet, &AddURLView::formShown, this, &QueueSheets::follow);
+    if (!m_offered.empty())
+        sheet->append(std::exchange(m_offered, {}));
     open(sheet);
 }
 

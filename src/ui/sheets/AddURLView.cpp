@@ -48,6 +48,16 @@ void AddURLView::showTitle()
                        : pair(language, u"Add URLs", u"Aggiungi URL"));
 }
 
+bool AddURLView::takesLinks() const
+{
+    return m_pages->currentWidget() == m_form;
+}
+
+void AddURLView::append(const std::vector<Link>& links)
+{
+    m_form->append(links);
+}
+
 void AddURLView::showEvent(QShowEvent* event)
 {
     QDialog::showEvent(event);
@@ -76,6 +86,7 @@ void AddURLView::showForm()
     m_form->addButton()->setDefault(true);
     m_form->prefill();
     showTitle();
+    Q_EMIT formShown();
 }
 
 void AddURLView::showChooser()

@@ -24,10 +24,17 @@ class AddURLView final : public QDialog
 public:
     AddURLView(AppSettings& settings, const ResolverTables& resolvers, QWidget* parent);
 
+    /// False while it asks for a host: what is chosen among must not change then.
+    [[nodiscard]] bool takesLinks() const;
+    /// Puts links that come from elsewhere behind those in the editor.
+    void append(const std::vector<Link>& links);
+
     /// Escape: one step back, out of the choice or out of the sheet.
     void reject() override;
 
 Q_SIGNALS:
+    /// It takes links again.
+    void formShown();
     void added(const std::vector<vormel::Link>& urls, const std::optional<QString>& containerPassword);
 
 protected:

@@ -3,6 +3,7 @@
 #include "kit/AcceptCopy.h"
 
 #include <QScrollBar>
+#include <QTextBlock>
 
 namespace vormel {
 
@@ -35,6 +36,21 @@ void LinkEditor::fill(const QString& text)
     setPlainText(text);
     moveCursor(QTextCursor::End);
     horizontalScrollBar()->setValue(horizontalScrollBar()->minimum());
+}
+
+void LinkEditor::append(const QString& text)
+{
+    const QTextCursor before = textCursor();
+    QTextCursor end(document());
+    end.movePosition(QTextCursor::End);
+    // A last line that is empty is taken, unless it waits for what is typed.
+    const bool isLineFree = end.block().text().isEmpty() && end.block() != before.block();
+    end.insertText(isLineFree ? text : u'\n' + text);
+    // One that stood at the end has gone along.
+    QTextCursor kept(document());
+    kept.setPosition(before.anchor());
+    kept.setPosition(before.position(), QTextCursor::KeepAnchor);
+    setTextCursor(kept);
 }
 
 void LinkEditor::dragEnterEvent(QDragEnterEvent* event)

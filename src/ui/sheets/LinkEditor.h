@@ -14,6 +14,9 @@ public:
 
     /// Replaces the text. The end is ready to be typed at, and of long lines the beginning is seen.
     void fill(const QString& text);
+    /// Puts the text on lines of its own behind all others. Cursor and selection stay where they are, as somebody may
+    /// be typing; it can be undone.
+    void append(const QString& text);
 
 protected:
     void dragEnterEvent(QDragEnterEvent* event) override;

@@ -144,6 +144,14 @@ void LinkForm::prefill()
     m_editor->setFocus();
 }
 
+void LinkForm::append(const std::vector<Link>& links)
+{
+    if (m_editor->toPlainText().isEmpty())
+        m_editor->fill(joined(links));
+    else
+        m_editor->append(joined(links));
+}
+
 void LinkForm::readText()
 {
     m_links = LinkPaste(m_editor->toPlainText(), m_resolvers);

@@ -31,6 +31,8 @@ public:
 
     /// Puts the clipboard's links into an editor that is empty, and the cursor behind them.
     void prefill();
+    /// Puts the links behind what is in the editor, which stays.
+    void append(const std::vector<Link>& links);
     [[nodiscard]] QPushButton* addButton() const { return m_add; }
 
 Q_SIGNALS:

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "app/LinkFile.h"
+#include "platform/async/Background.h"
+#include "platform/async/Lifetime.h"
+
+#include <QCoroTask>
+#include <QObject>
+#include <QStringList>
+
+#include <memory>
+
+class QDBusConnection;
+
+namespace vormel {
+
+class AppSettings;
+class DesktopActivation;
+class MainWindow;
+class Notices;
+class SingleInstance;
+
+/// What starts of the program want of the window, be it this start, or a later one that finds the program running: to
+/// come forward, and to show links in the sheet for adding. UI thread only.
+class LaterStarts final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// All outlive it.
+    struct Ports
+    {
+        MainWindow& window;
+        const AppSettings& settings;
+        Notices& notices;
+    };
+    /// Listens to the instance from now on.
+    LaterStarts(const Ports& ports, const SingleInstance& instance);
+    ~LaterStarts() override;
+
+    /// Listens at the bus, too.
+    void listen(const QDBusConnection& bus);
+    /// Brings the window forward, with the token that allows it to take the focus, if there is one.
+    void comeForward(const QString& token);
+    /// Shows the http and https links among the addresses, and those in the text files that they name; a notice tells
+    /// of a file without any. What is something else is passed over. Files are read elsewhere, some at most.
+    void open(const QStringList& addresses);
+
+    /// Asks the running program, by the bus or else without, to come forward and open the addresses. False if it does
+    /// not answer.
+    [[nodiscard]] static bool askRunning(const SingleInstance& instance, const QDBusConnection& bus,
+                                         const QStringList& addresses, const QString& token);
+
+private:
+    QCoro::Task<> openFiles(QStringList paths);
+    void tellOf(const QString& path, LinkFile::Problem problem);
+
+    Ports m_ports;
+    std::unique_ptr<DesktopActivation> m_activation;
+    Background m_reading;
+    Lifetime m_lifetime;
+};
+
+} // namespace vormel
