@@ -8,9 +8,12 @@ namespace vormel {
 
 QCoro::Task<QDBusMessage> BusCalls::call(QDBusMessage message)
 {
+    const QDBusPendingCall pending = m_bus.asyncCall(message);
+    if (pending.isError()) // without a bus nobody would ever tell
+        co_return pending.reply();
     auto source = std::make_shared<EventualSource<QDBusMessage>>(QDBusMessage());
     Eventual<QDBusMessage> answer = source->eventual();
-    auto* watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message), &m_pending);
+    auto* watcher = new QDBusPendingCallWatcher(pending, &m_pending);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher, source] {
         watcher->deleteLater();
         source->deliver(watcher->reply());

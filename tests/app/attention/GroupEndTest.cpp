@@ -90,7 +90,7 @@ TEST_F(GroupEndTest, WhatIsExtractedLiesWhereTheSettingsAndTheNameSay)
 {
     first->setExtractionStatus(done);
     engine.manager().renameGroup(u"show"_s, u"a/b"_s);
-    EXPECT_EQ(endOfSet()->place, engine.settings().downloadFolderPath.value() + u"/a-b");
+    EXPECT_EQ(endOfSet()->place, engine.settings().downloadFolderPath.value() + u"/a-b"_s);
     engine.settings().useCustomExtractionFolder.set(true);
     engine.settings().extractionFolderPath.set(u"/extracted"_s);
     EXPECT_EQ(endOfSet()->place, u"/extracted/a-b"_s);

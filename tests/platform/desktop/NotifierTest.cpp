@@ -4,6 +4,8 @@
 #include "fixtures/DesktopServices.h"
 #include "fixtures/EventLoop.h"
 
+#include <QDBusPendingCall>
+
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
