@@ -40,6 +40,8 @@ void showMissing(Stage& stage)
         stage.engine.tools.remove(QString::fromLatin1(tool));
     stage.desktop.tools.look();
     settings(stage, 1);
+    stage.settle();
+    stage.window.findChild<SettingsView*>()->ensureWidgetVisible(&stage.part("installSection"));
 }
 
 void noManager(Stage& stage)

@@ -75,12 +75,12 @@ void EndWatch::note(const DownloadItem& item)
     note(item.id(), {extraction == ExtractionStatus::done && isAwaited() ? currentEnd(item) : std::nullopt, false});
 }
 
-void EndWatch::note(const ItemId& id, Sign sign)
+void EndWatch::note(const ItemId& id, const Sign& sign)
 {
     constexpr std::chrono::seconds gathering{2};
     if (!isAwaited())
         return;
-    m_signs.insert(id, std::move(sign));
+    m_signs.insert(id, sign);
     if (!m_tell.isPending())
         m_tell = m_clock.after(gathering, [this] { tell(); });
 }

@@ -39,7 +39,7 @@ private:
     void statusChanged(const DownloadItem& item);
     void forget(const QSet<ItemId>& ids);
     void note(const DownloadItem& item);
-    void note(const ItemId& id, Sign sign);
+    void note(const ItemId& id, const Sign& sign);
     [[nodiscard]] std::optional<GroupEnd> currentEnd(const DownloadItem& item) const;
     [[nodiscard]] bool isAwaited() const;
     [[nodiscard]] bool mayBeSaved(const DownloadItem& item, const GroupEnd& end) const;

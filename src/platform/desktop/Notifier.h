@@ -3,7 +3,6 @@
 #include "platform/async/Lifetime.h"
 #include "platform/desktop/BusCalls.h"
 
-#include <QHash>
 #include <QObject>
 #include <QString>
 
@@ -56,12 +55,11 @@ public:
 
     void show(Notification notification, Chosen chosen) override;
 
-private Q_SLOTS:
-    void actionInvoked(uint id, const QString& action, const QDBusMessage& message);
-    void activationToken(uint id, const QString& token, const QDBusMessage& message);
-    void notificationClosed(uint id, uint reason, const QDBusMessage& message);
-
 private:
+    Q_SLOT void actionInvoked(uint id, const QString& action, const QDBusMessage& message);
+    Q_SLOT void activationToken(uint id, const QString& token, const QDBusMessage& message);
+    Q_SLOT void notificationClosed(uint id, uint reason, const QDBusMessage& message);
+
     /// A notification that is shown: by which server, under which number.
     struct Shown
     {

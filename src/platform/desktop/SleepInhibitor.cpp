@@ -41,7 +41,6 @@ DesktopSleepInhibitor::DesktopSleepInhibitor(QString systemBus, QDBusConnection 
 DesktopSleepInhibitor::~DesktopSleepInhibitor()
 {
     release();
-    m_system.reset();
     QDBusConnection::disconnectFromBus(m_systemName);
 }
 

@@ -24,7 +24,7 @@ DesktopSection::DesktopSection(AppSettings& settings, QWidget* parent)
     auto* clipboard = new ToggleRow(settings, &AppSettings::watchClipboard, u"watchClipboard"_s,
                                     {u"Watch the clipboard for links", u"Cerca i link copiati negli appunti"}, this);
     clipboard->setNote({u"Enable to be offered links as you copy them. Nothing is added by itself.",
-                        u"Abilita per ricevere la proposta dei link che copi. Nulla viene aggiunto da solo."},
+                        u"Abilita per farti proporre i link che copi. Nulla viene aggiunto da solo."},
                        false);
     for (ToggleRow* row : {notify, awake, launcher, clipboard})
         addRow(row);

@@ -27,6 +27,7 @@ protected:
     {
         inhibitor->hold(u"why"_s);
         ASSERT_TRUE(waitUntil([this] { return login->isInhibited(); }));
+        settle(); // given is not yet received
     }
     void settle()
     {
@@ -101,6 +102,17 @@ TEST_F(SleepInhibitorTest, AnAnswerAfterTheEndGoesBack)
     inhibitor.reset();
     login->answerLate();
     EXPECT_TRUE(waitUntil([this] { return !login->isInhibited(); }));
+}
+
+TEST_F(SleepInhibitorTest, NobodyElseIsAskedAtTheEnd)
+{
+    login->manner = Manner::isSilent;
+    fixtures::PowerManager power(session.services());
+    inhibitor->hold(u"why"_s);
+    ASSERT_TRUE(waitUntil([this] { return login->asked.size() == 1; }));
+    inhibitor.reset();
+    settle();
+    EXPECT_EQ(power.reasons, QStringList());
 }
 
 TEST_F(SleepInhibitorTest, WhereTheLoginManagerRefusesPowerManagementIsAsked)
