@@ -30,6 +30,12 @@ bool mayMove(const QStyleOptionViewItem& option)
     return style && style->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, option.widget) > 0;
 }
 
+/// How far the place is from the start of the row, as if it was read from left to right.
+int startOf(const QRect& place, const QStyleOptionViewItem& option)
+{
+    return QStyle::visualRect(option.direction, option.rect, place).left();
+}
+
 QString extractionKey(const QString& barKey)
 {
     return barKey + u"-extraction"_s;
@@ -90,7 +96,7 @@ void QueueDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
         auto content = index.data(QueueModel::headerRole).value<HeaderContent>();
         glide(content, index, mayMove(option));
         const HeaderLayout layout(measures, content, option.rect, option.direction);
-        canvas.background(layout.icon.left());
+        canvas.background(startOf(layout.icon, option));
         paintHeader(canvas, measures, content, layout, hot, option.state.testFlag(QStyle::State_Open));
         return;
     }
@@ -98,7 +104,7 @@ void QueueDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
     m_countdowns.note(index.data(QueueModel::idRole).value<ItemId>(), content.staysUntil);
     glide(content, index, mayMove(option));
     const RowLayout layout(measures, content, option.rect, option.direction);
-    canvas.background(layout.icon.left());
+    canvas.background(startOf(layout.icon, option));
     paintRow(canvas, measures, content, layout, hot, m_motion);
 }
 

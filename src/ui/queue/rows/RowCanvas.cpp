@@ -72,6 +72,12 @@ QColor RowCanvas::color(Tint tint) const
     return m_theme.color(m_isSelected ? Tint::highlightedText : tint);
 }
 
+/// The window's, but what is written from left to right stays so: its figures and full stops would change their places.
+Qt::LayoutDirection RowCanvas::readingDirection(const QString& text) const
+{
+    return text.isRightToLeft() ? m_option.direction : Qt::LeftToRight;
+}
+
 void RowCanvas::background(int hairlineLeft) const
 {
     constexpr int inset = 4;
@@ -102,7 +108,7 @@ void RowCanvas::text(const QRect& rect, const QString& text, const QFont& font, 
     const QString shown = QFontMetrics(font).elidedText(text, elide, rect.width());
     QTextOption place(QStyle::visualAlignment(m_option.direction, alignment));
     place.setWrapMode(QTextOption::NoWrap);
-    place.setTextDirection(m_option.direction);
+    place.setTextDirection(readingDirection(text));
     m_painter.drawText(rect, shown, place);
 }
 
@@ -113,7 +119,7 @@ void RowCanvas::twoLines(const QRect& rect, const QString& text, Tint tint) cons
     m_painter.setPen(color(tint));
     QTextOption place(QStyle::visualAlignment(m_option.direction, Qt::AlignLeading | Qt::AlignVCenter));
     place.setWrapMode(QTextOption::NoWrap);
-    place.setTextDirection(m_option.direction);
+    place.setTextDirection(readingDirection(text));
     m_painter.drawText(rect, brokenInTwo(text, font, rect.width()), place);
 }
 

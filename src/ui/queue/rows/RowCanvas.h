@@ -50,6 +50,7 @@ private:
     void track(const QRect& rect, const QRectF& filled, Tint tint) const;
     void plate(const QRect& rect, bool isPressed) const;
     [[nodiscard]] QColor color(Tint tint) const;
+    [[nodiscard]] Qt::LayoutDirection readingDirection(const QString& text) const;
 
     QPainter& m_painter;
     const QStyleOptionViewItem& m_option;

@@ -309,6 +309,23 @@ TEST_F(QueueViewTest, ACountdownGoesOnWhereNothingMayMove)
     EXPECT_FALSE(view.isMoving());
 }
 
+TEST_F(QueueViewTest, TheLineBelowARowIsAsLongFromRightToLeft)
+{
+    const auto lineLength = [this] {
+        const QImage line = view.viewport()->grab(rowRect(1)).toImage();
+        const QColor ground = line.pixelColor(0, line.height() / 2);
+        int length = 0;
+        for (int x = 0; x < line.width(); ++x)
+            length += line.pixelColor(x, line.height() - 1) == ground ? 0 : 1;
+        return length;
+    };
+    const int usual = lineLength();
+    EXPECT_GT(usual, 400);
+    view.setLayoutDirection(Qt::RightToLeft);
+    turnEventLoop();
+    EXPECT_EQ(lineLength(), usual);
+}
+
 TEST_F(QueueViewTest, CopiesTheSelectedRow)
 {
     QGuiApplication::clipboard()->setText(u"before"_s);

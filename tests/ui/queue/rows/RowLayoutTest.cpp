@@ -203,7 +203,7 @@ TEST_F(CaptionLayout, TheHostIsCutFirst)
 TEST_F(CaptionLayout, ThenItGoesAndItsDotWithIt)
 {
     const int both = widthOf(content.waitText) + widthOf(content.figuresText) + 2 + 2 * metrics.dotWidth;
-    const RowLayout narrow = layoutWithRoom(both + 5);
+    const RowLayout narrow = layoutWithRoom(both + 20);
     EXPECT_TRUE(narrow.host.isEmpty());
     EXPECT_TRUE(narrow.waitDot.isEmpty());
     EXPECT_EQ(narrow.wait.left(), narrow.name.left());

@@ -312,6 +312,25 @@ TEST_F(OneRowPainting, AButtonUnderThePointerIsPlainAndTheOneThatRemovesIsRed)
     EXPECT_EQ(glyphs(RowButton::remove), u"stop.circle.fill/secondary play.fill/secondary xmark/red");
 }
 
+TEST(RowCanvasText, ReadsFiguresFromLeftToRightInEveryWindow)
+{
+    const RowMetrics metrics(QApplication::font());
+    const auto painted = [&metrics](const QString& text, Qt::LayoutDirection direction) {
+        const QRect place(10, 4, QFontMetrics(metrics.captionFont).horizontalAdvance(text), metrics.captionHeight);
+        QImage image(place.right() + 10, place.bottom() + 4, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        QStyleOptionViewItem option;
+        option.palette = fixtures::lightPalette();
+        option.direction = direction;
+        const RowCanvas canvas(painter, option, metrics);
+        canvas.text(place, text, metrics.captionFont, Tint::text, Qt::ElideNone, Qt::AlignCenter);
+        return image;
+    };
+    for (const QString& text : {u"1.2 GB of 4 GB"_s, u"37%"_s, u"The disk is full."_s})
+        EXPECT_EQ(painted(text, Qt::RightToLeft), painted(text, Qt::LeftToRight)) << qPrintable(text);
+}
+
 struct HeaderCase
 {
     const char* name;
