@@ -309,7 +309,7 @@ TEST_F(ArchiveExtractorTest, ASoundSetHasNoBadVolumes)
 
 TEST_F(ArchiveExtractorTest, ATestTellsHowFarItIs)
 {
-    add("unrar", "printf 'Testing     film.mkv      '; printf '\\b\\b\\b\\b 12%'");
+    add("unrar", "printf 'Testing     film.mkv      '; printf '\\b\\b\\b\\b 12%%'");
     EXPECT_TRUE(verify(u"a.part1.rar"_s).second.isSuccess());
     ASSERT_FALSE(fractions.empty());
     EXPECT_EQ(fractions.back(), 0.12);

@@ -111,13 +111,15 @@ void QueueView::dataChanged(const QModelIndex& first, const QModelIndex& last, c
 
 void QueueView::drawRow(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
 {
-    constexpr double draggedOpacity = 0.35;
+    constexpr double draggedOpacity = 0.45;
+    const bool isDragged = m_drag->isDragged(index);
     // QTreeView would draw the style's panel and branches beneath.
     QStyleOptionViewItem row = option;
-    row.state.setFlag(QStyle::State_Selected, selectionModel()->isSelected(index));
+    // A highlight that fades would take the texts on it along.
+    row.state.setFlag(QStyle::State_Selected, !isDragged && selectionModel()->isSelected(index));
     row.state.setFlag(QStyle::State_HasFocus, hasFocus() && index == currentIndex());
     row.state.setFlag(QStyle::State_MouseOver, index == m_pointedRow);
-    painter->setOpacity(m_drag->isDragged(index) ? draggedOpacity : 1);
+    painter->setOpacity(isDragged ? draggedOpacity : 1);
     m_delegate->paint(painter, row, index);
     painter->setOpacity(1);
 }
