@@ -7,6 +7,7 @@
 #include "platform/desktop/SingleInstance.h"
 #include "ui/notices/Notices.h"
 
+#include <QApplication>
 #include <QFileInfo>
 
 using namespace Qt::StringLiterals;
@@ -62,7 +63,10 @@ void LaterStarts::comeForward(const QString& token)
     window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
     window.show();
     window.raise();
-    window.activateWindow();
+    QWidget* const sheet = QApplication::activeModalWidget(); // which takes the focus in its place
+    QWidget& front = sheet ? *sheet : window;
+    front.raise();
+    front.activateWindow();
     qunsetenv("XDG_ACTIVATION_TOKEN"); // never for child processes
 }
 

@@ -292,6 +292,26 @@ void openAddSheet(Stage& stage, const QString& text)
     stage.part<QAbstractButton>("addURLs").click();
 }
 
+void handedLinks(Stage& stage)
+{
+    openAddSheet(stage, {});
+    QTest::keyClicks(&stage.part("linkEditor"), u"https://files.example/typed.zip"_s);
+    stage.window.offerLinks({fixtures::link(u"https://container.example/c/8F2A"_s),
+                             fixtures::link(u"https://files.example/handed.part1.rar"_s),
+                             fixtures::link(u"https://files.example/handed.part2.rar"_s)});
+}
+
+void copiedLinks(Stage& stage)
+{
+    fill(stage);
+    Notice notice;
+    notice.key = u"clipboard"_s;
+    notice.glyph = Glyph::linkBadgePlus;
+    notice.text = [](AppLanguage language) { return pair(language, u"3 links copied", u"3 link copiati"); };
+    notice.actions = {{{u"Add…", u"Aggiungi…"}, [] {}}};
+    stage.desktop.notices.show(std::move(notice));
+}
+
 void chooser(Stage& stage)
 {
     openAddSheet(stage, u"https://terabytez.example/1\nhttps://terabytez.example/2\nhttps://filestore.example/1\n"
@@ -344,7 +364,9 @@ std::vector<Scene> queueScenes()
              openAddSheet(stage, u"https://files.example/a.part1.rar\nhttps://files.example/a.part2.rar\n"
                                  u"https://container.example/c/8F2A"_s);
          }},
+        {"sheet-add-handed", handedLinks},
         {"sheet-add-chooser", chooser},
+        {"notice-copied", copiedLinks},
         {"sheet-hosts", hostQuestion},
     };
 }

@@ -69,6 +69,13 @@ void help(Stage& stage, double place)
     }
 }
 
+void about(Stage& stage)
+{
+    stage.part<QAction>("about").trigger();
+    stage.settle();
+    stage.part("aboutWindow").move(stage.window.pos() + QPoint(80, 60));
+}
+
 } // namespace
 
 std::vector<Scene> allScenes()
@@ -90,6 +97,7 @@ std::vector<Scene> allScenes()
         {"settings-alert", alert},
         {"help-top", [](Stage& stage) { help(stage, 0); }},
         {"help-bottom", [](Stage& stage) { help(stage, 1); }},
+        {"about", about},
     };
     for (const std::vector<Scene>& more : {accountScenes(), captchaScenes(), signInScenes(), others})
         scenes.insert(scenes.end(), more.begin(), more.end());

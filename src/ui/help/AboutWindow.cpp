@@ -68,6 +68,7 @@ void AboutWindow::setUpParts()
     }
     // The keyboard reaches the long one, and the button copies all.
     m_surroundings->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    m_surroundings->setFocusPolicy(Qt::StrongFocus);
     bindText(m_copy, &QPushButton::setText, m_ports.settings, {u"Copy", u"Copia"});
     bindText(m_close, &QPushButton::setText, m_ports.settings, {u"Close", u"Chiudi"});
     bindText(m_copy, &QWidget::setToolTip, m_ports.settings,

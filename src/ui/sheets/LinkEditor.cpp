@@ -40,16 +40,17 @@ void LinkEditor::fill(const QString& text)
 
 void LinkEditor::append(const QString& text)
 {
-    const QTextCursor before = textCursor();
+    // As numbers: a cursor that stands at the end would go along.
+    const int anchor = textCursor().anchor();
+    const int position = textCursor().position();
     QTextCursor end(document());
     end.movePosition(QTextCursor::End);
     // A last line that is empty is taken, unless it waits for what is typed.
-    const bool isLineFree = end.block().text().isEmpty() && end.block() != before.block();
+    const bool isLineFree = end.block().text().isEmpty() && end.block() != textCursor().block();
     end.insertText(isLineFree ? text : u'\n' + text);
-    // One that stood at the end has gone along.
     QTextCursor kept(document());
-    kept.setPosition(before.anchor());
-    kept.setPosition(before.position(), QTextCursor::KeepAnchor);
+    kept.setPosition(anchor);
+    kept.setPosition(position, QTextCursor::KeepAnchor);
     setTextCursor(kept);
 }
 

@@ -68,7 +68,7 @@ const QString known = u"https://filestore.example/1"_s;
 
 TEST_F(ClipboardWatchTest, OffersKnownLinksAndAddsNone)
 {
-    clipboard.copy(known + u"\nhttps://container.example/c\nhttps://news.example/1\nwords");
+    clipboard.copy(known + u"\nhttps://container.example/c\nhttps://news.example/1\nwords"_s);
     EXPECT_EQ(offer(), u"2 links copied");
     EXPECT_EQ(offer(AppLanguage::italian), u"2 link copiati");
     EXPECT_EQ(wanted, QStringList());
@@ -98,7 +98,7 @@ TEST_F(ClipboardWatchTest, LeavesLinksAloneThatAreInTheQueue)
     engine.add(known);
     clipboard.copy(known.toUpper());
     EXPECT_EQ(offer(), u"");
-    clipboard.copy(known + u"\nhttps://filestore.example/2");
+    clipboard.copy(known + u"\nhttps://filestore.example/2"_s);
     EXPECT_EQ(offer(), u"1 link copied");
     accept();
     EXPECT_EQ(wanted, QStringList{u"https://filestore.example/2"_s});
@@ -118,7 +118,7 @@ TEST_F(ClipboardWatchTest, ATextIsOfferedOnce)
 TEST_F(ClipboardWatchTest, ANewerOfferTakesThePlaceOfTheOlder)
 {
     clipboard.copy(known);
-    clipboard.copy(known + u"\nhttps://filestore.example/2");
+    clipboard.copy(known + u"\nhttps://filestore.example/2"_s);
     EXPECT_EQ(offer(), u"2 links copied");
     clipboard.copy(u"words"_s);
     EXPECT_EQ(offer(), u"2 links copied"); // it stays for its time

@@ -26,6 +26,8 @@ class AboutWindowTest : public ::testing::Test
 protected:
     AboutWindowTest()
     {
+        engine.tools.add(u"unrar"_s);
+        desktop.tools.look();
         window->show();
         window->activateWindow();
         EXPECT_TRUE(QTest::qWaitForWindowActive(window));
