@@ -1,6 +1,7 @@
 #include "app/MainWindow.h"
 
 #include "app/MainMenu.h"
+#include "app/OfflineNotice.h"
 #include "app/update/CheckForUpdatesViewModel.h"
 #include "engine/DownloadManager.h"
 #include "kit/BoundText.h"
@@ -38,7 +39,8 @@ MainWindow::MainWindow(const ViewPorts& ports, Updater& updater)
     setWindowIcon(programIcon());
     setMinimumSize(minSize);
     resize(usual);
-    new QtTranslation(settings(), this); // the window owns it
+    new QtTranslation(settings(), this);                       // the window owns it
+    new OfflineNotice(m_ports.manager, m_ports.notices, this); // likewise
     layOut();
     buildMenu(updater);
     openPage(Page::downloads);

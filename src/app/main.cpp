@@ -14,6 +14,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -86,7 +87,8 @@ int run(const vormel::SingleInstance& instance, vormel::TerminationSignals& sign
     window.show();
     vormel::tellOfServices(program.servicesProblem(), program.manager().settings(), window);
 
-    // The bus can wait until the window is there.
+    // The buses can wait until the window is there.
+    QTimer::singleShot(0, &window, [&program] { program.followOutages(QDBusConnection::systemBus()); });
     const vormel::DesktopActivation activation(QDBusConnection::sessionBus());
     QObject::connect(&activation, &vormel::DesktopActivation::showRequested, &window,
                      [&window](const QString& token) { comeForward(window, token); });

@@ -13,7 +13,7 @@ namespace {
 class OpenRules final : public SchedulingRules
 {
 public:
-    [[nodiscard]] bool isHeldBack(const DownloadItem& item) const override { return held.contains(item.id()); }
+    [[nodiscard]] bool isHeldBack(DownloadItem& item) override { return held.contains(item.id()); }
     [[nodiscard]] bool mayFetchRev(const DownloadItem& /*item*/) const override { return revAllowed; }
 
     QSet<ItemId> held;
