@@ -44,6 +44,8 @@ bool Tries::tryLaterAsHostIsAway(DownloadItem& item)
         m_ports.hosts.failedForGood(host, item.id());
     }
     showWaits(m_ports.hosts.failedItems(host));
+    // Its slot belongs to other hosts now.
+    m_ports.queue.later([this] { m_ports.queue.processQueue(); });
     return delay.has_value();
 }
 
