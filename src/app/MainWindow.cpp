@@ -39,10 +39,10 @@ MainWindow::MainWindow(const ViewPorts& ports, Updater& updater)
     setWindowIcon(programIcon());
     setMinimumSize(minSize);
     resize(usual);
-    new QtTranslation(settings(), this);                       // the window owns it
-    new OfflineNotice(m_ports.manager, m_ports.notices, this); // likewise
+    new QtTranslation(settings(), this); // the window owns it
     layOut();
     buildMenu(updater);
+    new OfflineNotice(m_ports.manager, m_ports.notices, this); // the window owns it
     openPage(Page::downloads);
     connect(m_sidebar, &Sidebar::pageChosen, this, &MainWindow::openPage);
     followLanguage(this, settings(), [this] { showTitle(); });
