@@ -25,11 +25,10 @@ void HostRests::failed(const QString& host, const ItemId& id, std::chrono::secon
     const auto [found, isNew] = m_rests.try_emplace(host);
     Rest& rest = found->second;
     rest.failed.insert(id);
-    if (isNew)
-        rest.probe = id;
     // Others were asked for before the rest began, and only say once more what is known.
-    if (rest.probe != id)
+    if (!isNew && rest.probe != id)
         return;
+    rest.probe.reset();
     if (rest.longRests > 0)
         waitLong(rest, delay);
     else
@@ -41,8 +40,11 @@ void HostRests::failedForGood(const QString& host, const ItemId& id)
     const auto [found, isNew] = m_rests.try_emplace(host);
     Rest& rest = found->second;
     rest.failed.remove(id);
-    if (isNew || rest.probe == id)
-        waitLong(rest, firstLongRest);
+    if (!isNew && rest.probe != id)
+        return;
+    rest.probe.reset();
+    rest.longRests = std::max(rest.longRests, 1);
+    wait(rest, std::chrono::seconds(0)); // the next item has not asked yet
 }
 
 void HostRests::wait(Rest& rest, std::chrono::seconds delay)
@@ -53,9 +55,8 @@ void HostRests::wait(Rest& rest, std::chrono::seconds delay)
 
 void HostRests::waitLong(Rest& rest, std::chrono::seconds atLeast)
 {
-    rest.probe.reset();
     std::chrono::seconds delay = firstLongRest;
-    for (int i = 0; i < rest.longRests && delay < longestRest; ++i)
+    for (int i = 1; i < rest.longRests && delay < longestRest; ++i)
         delay *= 2;
     ++rest.longRests;
     wait(rest, std::max(std::min(delay, longestRest), atLeast));
@@ -138,6 +139,12 @@ std::vector<ItemId> HostRests::dueProbes() const
             probes.push_back(*rest.probe);
     }
     return probes;
+}
+
+bool HostRests::isAwayForLong(const QString& host) const
+{
+    const Rest* const rest = find(host);
+    return rest && rest->longRests > 0;
 }
 
 void HostRests::setProbe(const QString& host, const ItemId& id)

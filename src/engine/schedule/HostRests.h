@@ -14,11 +14,11 @@
 
 namespace vormel {
 
-/// The hosts that do not answer. While one rests, one queued item of it after the other, the probe, asks it now and
-/// then, and all its others are held back and spend no tries; an answer ends the rest. The item that found the host
-/// away probes it first, with the delays of its own tries. Once that has failed for good, a rest is a long one: every
-/// probe is another item, and the time between them grows to ten minutes, so that a night without the host takes the
-/// tries of one item and not of all. Hosts are known by `hostKey`. UI thread only.
+/// The hosts that do not answer. While one rests, one queued item of it at a time, the probe, asks it now and then, and
+/// all its others are held back and spend no tries; an answer ends the rest. A rest is as long as the delay of the
+/// probe's next try. Once an item has failed for good, the host is known to stay away: the time between two probes
+/// grows to ten minutes, so that a night without the host takes the tries of one item and not of all. Hosts are known
+/// by `hostKey`. UI thread only.
 class HostRests
 {
 public:
@@ -48,6 +48,8 @@ public:
 
     /// The hosts whose time has come and that nobody probes.
     [[nodiscard]] QSet<QString> withoutProbe() const;
+    /// Has an item spent all its tries on the host?
+    [[nodiscard]] bool isAwayForLong(const QString& host) const;
     void setProbe(const QString& host, const ItemId& id);
     /// Those whose time has come.
     [[nodiscard]] std::vector<ItemId> dueProbes() const;
@@ -56,7 +58,7 @@ private:
     struct Rest
     {
         SteadyTime due;
-        std::optional<ItemId> probe; ///< until the time has come, who is to be it
+        std::optional<ItemId> probe; ///< who asks, once the time has come
         int longRests = 0;           ///< so far; above 0 the host is known to stay away
         QSet<ItemId> failed;
         Timer end;

@@ -101,7 +101,8 @@ void QueuePasses::chooseProbes()
         if (!hosts.contains(host) || (rows[i].isRev && !mayFetchRev(*item)))
             continue;
         const ItemPtr best = probes.value(host);
-        const bool isBetter = !best || m_ports.tries.spent(item->id()) < m_ports.tries.spent(best->id());
+        const bool isBetter = !best || (m_ports.hosts.isAwayForLong(host) &&
+                                        m_ports.tries.spent(item->id()) < m_ports.tries.spent(best->id()));
         if (isBetter && !isHeldBackItself(*item))
             probes.insert(host, item);
     }

@@ -24,6 +24,7 @@ protected:
         for (const auto delay : {2s, 4s, 6s, 8s, 10s, 10s, 10s, 10s}) {
             rests.failed(host, first, delay);
             clock.advance(delay);
+            rests.setProbe(host, first);
         }
         rests.failedForGood(host, first);
     }
@@ -53,6 +54,8 @@ TEST_F(HostRestsTest, LetTheItemThatFoundTheHostAwayAskFirstAndAlone)
     EXPECT_EQ(timesDue, 0);
     clock.advance(1ms);
     EXPECT_EQ(timesDue, 1);
+    EXPECT_EQ(rests.withoutProbe(), QSet<QString>{host});
+    rests.setProbe(host, first);
     EXPECT_FALSE(rests.holdsBack(host, first));
     EXPECT_TRUE(rests.holdsBack(host, second));
     EXPECT_FALSE(rests.holdsBack(u"http://other"_s, second));
@@ -92,7 +95,6 @@ TEST_F(HostRestsTest, HandOverWhenTheProbeIsTakenAway)
     rests.failed(host, first, 10s);
     rests.left(first);
     EXPECT_EQ(left(), 10s);
-    EXPECT_TRUE(rests.withoutProbe().isEmpty());
     clock.advance(10s);
     EXPECT_EQ(rests.withoutProbe(), QSet<QString>{host});
     rests.setProbe(host, second);
@@ -105,6 +107,7 @@ TEST_F(HostRestsTest, HandOverWhenTheProbeIsAskedForElsewhere)
 {
     rests.failed(host, first, 2s);
     clock.advance(2s);
+    rests.setProbe(host, first);
     rests.asks(first, host);
     EXPECT_FALSE(rests.holdsBack(host, first));
     rests.asks(first, u"http://other"_s);
@@ -115,6 +118,9 @@ TEST_F(HostRestsTest, HandOverWhenTheProbeIsAskedForElsewhere)
 TEST_F(HostRestsTest, GrowToTenMinutesOnceAnItemHasFailedForGoodAndTakeAnotherProbeEachTime)
 {
     spendTheFirst();
+    EXPECT_EQ(left(), 0s);
+    rests.setProbe(host, second);
+    rests.failed(host, second, 2s);
     for (const auto delay : {20s, 40s, 80s, 160s, 320s, 600s, 600s, 600s}) {
         EXPECT_EQ(left(), delay);
         clock.advance(delay);

@@ -23,7 +23,7 @@ public:
 class SchedulerTest : public ::testing::Test, protected fixtures::QuietTable
 {
 protected:
-    [[nodiscard]] QStringList chosen(qint64 limit, qint64 underWay = 0) const
+    [[nodiscard]] QStringList chosen(qint64 limit, qint64 underWay = 0)
     {
         QStringList names;
         for (const ItemPtr& item : chooseStarts(table, limit, underWay, rules))
