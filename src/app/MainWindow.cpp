@@ -1,6 +1,7 @@
 #include "app/MainWindow.h"
 
 #include "app/MainMenu.h"
+#include "app/OfflineNotice.h"
 #include "app/update/CheckForUpdatesViewModel.h"
 #include "engine/DownloadManager.h"
 #include "kit/BoundText.h"
@@ -42,6 +43,7 @@ MainWindow::MainWindow(const ViewPorts& ports, Updater& updater)
     new QtTranslation(settings(), this); // the window owns it
     layOut();
     buildMenu(updater);
+    new OfflineNotice(m_ports.manager, m_ports.notices, this); // the window owns it
     openPage(Page::downloads);
     connect(m_sidebar, &Sidebar::pageChosen, this, &MainWindow::openPage);
     connect(m_queue, &DownloadQueueView::wanted, this, [this] { showPage(Page::downloads); });

@@ -44,6 +44,13 @@ Program::Program(const Folders& folders, const CurlHttpClient::Options& network,
     m_launchPing.start();
 }
 
+void Program::followOutages(const QDBusConnection& systemBus)
+{
+    QObject::connect(&m_sleep, &SleepWatch::wokeUp, &m_manager, [this] { m_manager.machineWokeUp(); });
+    m_sleep.follow(systemBus);
+    m_network.begin(systemBus);
+}
+
 void Program::forgetLogin(const HostAccount& account)
 {
     if (account.host == SupportedHost::filestore)
@@ -61,6 +68,7 @@ Platform Program::platform(const Folders& folders)
             .fileSync = m_fileSync,
             .defaults = m_defaults,
             .trash = m_trash,
+            .network = m_network,
             .folders = folders};
 }
 

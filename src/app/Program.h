@@ -9,8 +9,10 @@
 #include "platform/Platform.h"
 #include "platform/async/Background.h"
 #include "platform/clock/SystemClock.h"
+#include "platform/desktop/DesktopNetwork.h"
 #include "platform/desktop/FileViewer.h"
 #include "platform/desktop/PackageManager.h"
+#include "platform/desktop/SleepWatch.h"
 #include "platform/desktop/Terminal.h"
 #include "platform/desktop/UrlOpener.h"
 #include "platform/http/CookieStore.h"
@@ -57,6 +59,9 @@ public:
     [[nodiscard]] const std::optional<ServicesProblem>& servicesProblem() const { return m_services.problem; }
     [[nodiscard]] UserDefaults& defaults() { return m_defaults; }
     [[nodiscard]] FeedUpdater& updater() { return m_updater; }
+    /// From now on the desktop tells of the network, and the login manager of sleep. Asks the system bus, so it comes
+    /// after the window.
+    void followOutages(const QDBusConnection& systemBus);
     [[nodiscard]] UrlOpener& urlOpener() { return m_urlOpener; }
 
 private:
@@ -81,6 +86,8 @@ private:
     KeptCookies m_keptCookies;
     ResolverTables m_resolvers;
     DesktopTrash m_trash;
+    DesktopNetwork m_network;
+    SleepWatch m_sleep;
     DesktopFileViewer m_fileViewer;
     DesktopUrlOpener m_urlOpener;
     DesktopPackageManagers m_packageManagers;

@@ -20,6 +20,7 @@
 #include <QDBusConnection>
 #include <QDir>
 #include <QFileInfo>
+#include <QTimer>
 
 #include <cstdio>
 #include <optional>
@@ -141,7 +142,8 @@ int run(const vormel::SingleInstance& instance, vormel::TerminationSignals& sign
     const vormel::ClipboardWatch copies({clipboard, program.manager(), program.viewPorts().notices});
     QObject::connect(&copies, &vormel::ClipboardWatch::wanted, &window, &vormel::MainWindow::offerLinks);
 
-    // The bus can wait until the window is there.
+    // The buses can wait until the window is there.
+    QTimer::singleShot(0, &window, [&program] { program.followOutages(QDBusConnection::systemBus()); });
     starts.listen(QDBusConnection::sessionBus());
     starts.open(addresses);
     const vormel::DesktopAttention attention(program.viewPorts(), {QDBusConnection::sessionBus(), systemBus()},

@@ -2,6 +2,7 @@
 
 #include "engine/groups/VisibleGroups.h"
 #include "model/DownloadPaths.h"
+#include "platform/desktop/NetworkState.h"
 #include "platform/storage/FileWriter.h"
 #include "resolvers/ResolverError.h"
 #include "resolvers/ResolverTables.h"
@@ -11,6 +12,17 @@
 using namespace Qt::StringLiterals;
 
 namespace vormel {
+
+namespace {
+
+/// Is the item queued or on its way?
+bool isWanted(const DownloadItem& item)
+{
+    return item.status() == DownloadStatus::queued || item.status() == DownloadStatus::resolving ||
+           item.status() == DownloadStatus::downloading;
+}
+
+} // namespace
 
 DownloadManager::DownloadManager(const Platform& platform, const Ports& ports)
     : m_resolvers(ports.resolvers)
@@ -26,15 +38,21 @@ DownloadManager::DownloadManager(const Platform& platform, const Ports& ports)
     , m_archiveQueue({m_table, m_settings, m_groupNames, m_revFiles, m_questions, m_commands, *this})
     , m_pipeline({m_settings, platform.clock, ports.extractor, platform.trash, m_archiveQueue})
     , m_waitingArchives(m_table, m_settings, m_revFiles, m_pipeline, *this)
+    , m_offline(platform.network)
+    , m_hosts(platform.clock, [this] { processQueue(); })
+    , m_tries({m_table, platform.clock, m_hosts, m_offline, m_recovery, *this})
     , m_reports({m_table, m_settings, m_session, m_completion, *this, [this] { Q_EMIT totalSpeedChanged(); }})
     , m_session(platform.http, platform.fileSync, platform.clock, m_resolvers.profiles(), m_reports)
-    , m_completion(m_table, m_settings, platform.clock, platform.trash, m_pipeline, m_recovery, *this)
+    , m_sameNames(m_table, m_settings, m_session)
+    , m_completion({m_table, m_settings, platform.trash, m_pipeline, m_recovery, m_tries, *this})
     , m_starter({m_table, m_settings, platform.clock, m_resolvers, m_session, m_pipeline, m_recovery, m_revFiles,
-                 m_questions, m_accounts, *this})
-    , m_passes({m_table, m_settings, m_revFiles, m_questions, m_completion, m_session, m_starter, *this})
+                 m_questions, m_accounts, m_tries, m_offline, m_hosts, m_sameNames, *this})
+    , m_passes({m_table, m_settings, m_revFiles, m_questions, m_tries, m_offline, m_hosts, m_sameNames, platform.clock,
+                m_starter, *this})
+    , m_outages({m_table, platform.clock, platform.http, m_session, m_starter, m_offline, m_tries, *this})
     , m_prefetch(m_table, m_settings, m_resolvers, m_accounts, *this)
     , m_intake({m_table, m_settings, m_resolvers, m_pipeline, m_questions, m_prefetch, *this})
-    , m_commands({m_table, m_settings, m_session, m_starter, m_completion, m_recovery, m_pipeline, m_intake,
+    , m_commands({m_table, m_settings, m_session, m_starter, m_completion, m_tries, m_recovery, m_pipeline, m_intake,
                   platform.trash, m_passes, m_verification, *this})
     , m_verification(m_table, ports.extractor, m_commands, m_pipeline)
 {
@@ -42,6 +60,7 @@ DownloadManager::DownloadManager(const Platform& platform, const Ports& ports)
     restoreQueue();
     m_prefetch.prefetchFilenames();
     followQuestions();
+    followNetwork();
     connect(&m_settings, &AppSettings::changed, this, &DownloadManager::changed);
     connect(&m_accounts, &Accounts::changed, this, &DownloadManager::changed);
     connect(&m_settings, &AppSettings::downloadRevFilesSet, this, [this] { processQueue(); });
@@ -62,8 +81,22 @@ void DownloadManager::followQuestions()
     connect(&m_questions, &Questions::hostsChosen, this, &DownloadManager::addDirectURLs);
     connect(&m_questions, &Questions::extractionPasswordGiven, this,
             [this](const ItemId& id, const QString& password) { m_pipeline.extractWithPassword(id, password); });
-    connect(&m_questions, &Questions::signedIn, this, &DownloadManager::processQueue);
+    connect(&m_questions, &Questions::signedIn, this, &DownloadManager::signedIn);
     connect(&m_questions, &Questions::signInCancelled, this, &DownloadManager::signInCancelled);
+}
+
+void DownloadManager::followNetwork()
+{
+    connect(&m_platform.network, &NetworkState::changed, this, [this] {
+        if (m_outages.networkChanged())
+            Q_EMIT networkChanged();
+    });
+}
+
+void DownloadManager::goOnThoughOffline()
+{
+    m_outages.goOnThoughOffline();
+    Q_EMIT networkChanged();
 }
 
 void DownloadManager::restoreQueue()
@@ -160,6 +193,8 @@ void DownloadManager::tableShrank(const QSet<ItemId>& ids)
 {
     m_queueFile.noteRemoval(ids);
     m_intake.forget(ids);
+    for (const ItemId& id : ids)
+        m_hosts.left(id);
     Q_EMIT itemsRemoved(ids);
     m_questions.forget(ids);
 }
@@ -183,9 +218,11 @@ void DownloadManager::tableItemChanged(DownloadItem& item, ItemField field)
 void DownloadManager::statusChanged(DownloadItem& item)
 {
     if (item.status() != DownloadStatus::queued) {
-        m_completion.endWait(item.id());
+        m_tries.endWait(item.id());
         m_questions.forgetLogin(item.id());
     }
+    if (!isWanted(item))
+        m_hosts.left(item.id());
     if (item.status() != DownloadStatus::expanding)
         m_intake.stopReading(item.id());
     if (item.status() == DownloadStatus::failed)
@@ -199,6 +236,13 @@ void DownloadManager::statusChanged(DownloadItem& item)
 void DownloadManager::tableSlotFreed(DownloadItem& item)
 {
     m_waitingArchives.offItsWay(item);
+}
+
+void DownloadManager::signedIn(const QSet<ItemId>& waited)
+{
+    for (const ItemId& id : waited)
+        m_table.find(id)->setWait({});
+    processQueue();
 }
 
 void DownloadManager::signInCancelled(const QSet<ItemId>& waiting)

@@ -7,6 +7,7 @@
 #include "engine/commands/QueueCommands.h"
 #include "engine/completion/TransferCompletion.h"
 #include "engine/completion/TransferReports.h"
+#include "engine/completion/Tries.h"
 #include "engine/groups/DownloadGroup.h"
 #include "engine/groups/GroupNames.h"
 #include "engine/intake/FilenamePrefetch.h"
@@ -18,7 +19,11 @@
 #include "engine/recovery/RevFiles.h"
 #include "engine/recovery/WaitingArchives.h"
 #include "engine/schedule/DownloadStarter.h"
+#include "engine/schedule/HostRests.h"
+#include "engine/schedule/Offline.h"
+#include "engine/schedule/Outages.h"
 #include "engine/schedule/QueuePasses.h"
+#include "engine/schedule/SameNames.h"
 #include "engine/transfer/TransferSession.h"
 #include "model/AppSettings.h"
 #include "model/PremiumAccountInfo.h"
@@ -85,6 +90,13 @@ public:
     /// What the user is asked. While a question is put, its sheet is shown.
     [[nodiscard]] Questions& questions() { return m_questions; }
 
+    /// Does anything wait because the desktop says that there is no network?
+    [[nodiscard]] bool isWaitingForNetwork() const { return m_outages.isAnythingHeldBack(); }
+    /// The user knows that there is one.
+    void goOnThoughOffline();
+    /// The machine has slept: nothing is waited for any more, and connections are made anew.
+    void machineWokeUp() { m_outages.machineWokeUp(); }
+
     /// The orderly end: closes every part file and has the queue on disk before it returns.
     void shutDown();
 
@@ -98,6 +110,8 @@ Q_SIGNALS:
     /// During the change; views gather these and repaint later.
     void itemChanged(const vormel::ItemId& id, vormel::ItemField field);
     void totalSpeedChanged();
+    /// There is no network any more, or one again.
+    void networkChanged();
 
 private:
     // ItemTable::Listener
@@ -112,9 +126,11 @@ private:
 
     void restoreQueue();
     void followQuestions();
+    void signedIn(const QSet<ItemId>& waited);
     void signInCancelled(const QSet<ItemId>& waiting);
     void applySpeedLimit();
     void statusChanged(DownloadItem& item);
+    void followNetwork();
 
     const ResolverTables& m_resolvers;
     Platform m_platform;
@@ -129,11 +145,16 @@ private:
     ArchiveQueue m_archiveQueue;
     PostDownloadPipeline m_pipeline;
     WaitingArchives m_waitingArchives;
+    Offline m_offline;
+    HostRests m_hosts;
+    Tries m_tries;
     TransferReports m_reports; ///< outlives the transfers that report
     TransferSession m_session;
+    SameNames m_sameNames;
     TransferCompletion m_completion;
     DownloadStarter m_starter;
     QueuePasses m_passes;
+    Outages m_outages;
     FilenamePrefetch m_prefetch;
     LinkIntake m_intake;
     QueueCommands m_commands;

@@ -13,7 +13,7 @@ struct ItemWait
     enum Kind : quint8
     {
         none,
-        nextTry,    ///< the host failed it; `due` is when it is tried again
+        nextTry,    ///< the network or the host failed it; `due` is when it is tried again
         serverRest, ///< the server itself asked to be left alone until `due`
         sameName,   ///< another item is fetching a file of this very name
         signIn,     ///< the user has to sign in to `host`

@@ -9,6 +9,7 @@ class CookieStore;
 class FileSync;
 class FileWriter;
 class HttpClient;
+class NetworkState;
 class SecretStore;
 class Trash;
 class UserDefaults;
@@ -27,6 +28,7 @@ struct Platform
     FileSync& fileSync;
     UserDefaults& defaults;
     Trash& trash;
+    NetworkState& network;
     Folders folders;
 };
 

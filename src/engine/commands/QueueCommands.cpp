@@ -6,6 +6,7 @@
 #include "engine/commands/GroupVerification.h"
 #include "engine/completion/FinishedFile.h"
 #include "engine/completion/TransferCompletion.h"
+#include "engine/completion/Tries.h"
 #include "engine/groups/VisibleGroups.h"
 #include "engine/intake/LinkIntake.h"
 #include "engine/recovery/NetworkRecovery.h"
@@ -49,8 +50,8 @@ QueueCommands::QueueCommands(const Ports& ports)
 
 void QueueCommands::startAll()
 {
+    m_ports.tries.goAheadWithAll();
     for (const ItemPtr& item : m_ports.table.items()) {
-        m_ports.completion.endWait(item->id());
         if (item->status() == DownloadStatus::paused)
             item->setStatus(DownloadStatus::queued);
     }
@@ -113,6 +114,7 @@ void QueueCommands::resumeItem(DownloadItem& item)
 {
     if (item.status() != DownloadStatus::paused)
         return;
+    m_ports.tries.goAhead(item);
     item.setStatus(DownloadStatus::queued);
     m_ports.queue.processQueue();
 }
@@ -124,6 +126,7 @@ void QueueCommands::startItems(const Items& items)
         if (status != DownloadStatus::queued && status != DownloadStatus::paused && status != DownloadStatus::stopped)
             continue;
         m_ports.completion.forget({item->id()});
+        m_ports.tries.goAhead(*item);
         item->setStatus(DownloadStatus::queued);
     }
     m_ports.passes.startAhead(items);
@@ -146,6 +149,7 @@ void QueueCommands::stopItems(const Items& items)
 void QueueCommands::requeue(DownloadItem& item)
 {
     m_ports.completion.forget({item.id()});
+    m_ports.tries.goAhead(item);
     item.setResolvedURL(std::nullopt);
     item.setProgress(0);
     item.setBytesReceived(0);

@@ -18,6 +18,7 @@ class QueuePasses;
 class TransferCompletion;
 class TransferSession;
 class Trash;
+class Tries;
 
 /// What the user can do to the queue, its items and its groups. Paused items come back with Start All; stopped ones
 /// stay out until started by row or group. File errors are not reported. UI thread only.
@@ -34,6 +35,7 @@ public:
         TransferSession& session;
         DownloadStarter& starter;
         TransferCompletion& completion;
+        Tries& tries;
         NetworkRecovery& recovery;
         PostDownload& postDownload;
         LinkIntake& intake;

@@ -12,4 +12,10 @@ std::optional<std::chrono::seconds> RetryBudget::spend(const ItemId& id)
     return std::chrono::seconds(2 * std::min(attempt, 5));
 }
 
+void RetryBudget::giveBack(const ItemId& id)
+{
+    if (const auto found = m_networkRetries.find(id); found != m_networkRetries.end() && *found > 0)
+        --*found;
+}
+
 } // namespace vormel

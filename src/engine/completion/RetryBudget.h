@@ -19,6 +19,8 @@ public:
     [[nodiscard]] std::optional<std::chrono::seconds> spend(const ItemId& id);
     /// The whole budget is there again.
     void restore(const ItemId& id) { m_networkRetries.remove(id); }
+    /// The last attempt counts no more.
+    void giveBack(const ItemId& id);
     [[nodiscard]] int spent(const ItemId& id) const { return m_networkRetries.value(id); }
 
 private:

@@ -2,6 +2,7 @@
 
 #include "archive/pipeline/PostDownload.h"
 #include "engine/completion/RecoveryPlace.h"
+#include "engine/completion/Tries.h"
 #include "engine/queue/SetPartners.h"
 #include "engine/recovery/NetworkRecovery.h"
 #include "engine/transfer/PartMarks.h"
@@ -42,21 +43,36 @@ bool isFailure(TransferEnd::Reason reason)
            reason == TransferEnd::Reason::foreignRange || reason == TransferEnd::Reason::sourceChanged;
 }
 
+/// Did nobody answer, who could have told something about this one file?
+bool isAway(const TransferEnd& end)
+{
+    const HttpError::Kind kind = end.error.kind;
+    return end.reason == TransferEnd::Reason::networkError &&
+           (kind == HttpError::Kind::timedOut || kind == HttpError::Kind::cannotFindHost ||
+            kind == HttpError::Kind::cannotConnect || kind == HttpError::Kind::connectionLost);
+}
+
 } // namespace
 
-TransferCompletion::TransferCompletion(ItemTable& table, const AppSettings& settings, Clock& clock, Trash& trash,
-                                       PostDownload& postDownload, NetworkRecovery& recovery, QueueTurn& queue)
-    : m_table(table)
-    , m_settings(settings)
-    , m_trash(trash)
-    , m_postDownload(postDownload)
-    , m_recovery(recovery)
-    , m_queue(queue)
-    , m_nextTries(clock, [this] { m_queue.processQueue(); })
+TransferCompletion::TransferCompletion(const Ports& ports)
+    : m_ports(ports)
 {}
+
+void TransferCompletion::noteAnswer(const DownloadItem& item)
+{
+    m_ports.tries.hostAnswered(item);
+}
+
+void TransferCompletion::noteProgress(const DownloadItem& item)
+{
+    m_ports.tries.restore(item.id());
+    m_ports.tries.hostAnswered(item);
+}
 
 void TransferCompletion::finishTransfer(DownloadItem& item, const TransferEnd& end)
 {
+    if (end.statusCode != 0 && !isAway(end))
+        m_ports.tries.hostAnswered(item);
     if (end.reason == TransferEnd::Reason::webPage)
         return webPageCame(item, end);
     if (isFailure(end.reason))
@@ -73,8 +89,7 @@ void TransferCompletion::finishTransfer(DownloadItem& item, const TransferEnd& e
 void TransferCompletion::forget(const QSet<ItemId>& ids)
 {
     for (const ItemId& id : ids) {
-        m_retries.restore(id);
-        m_nextTries.forget(id);
+        m_ports.tries.forget(id);
         m_startedOver.remove(id);
     }
 }
@@ -84,8 +99,8 @@ void TransferCompletion::fail(DownloadItem& item, const QString& message)
     item.setSpeedBytesPerSec(0);
     item.setStatus(DownloadStatus::failure(message));
     // Nothing else may happen to the item's set any more, and its recovery volumes can still save it.
-    m_recovery.scheduleRecoveryCheck(item);
-    m_queue.processQueue();
+    m_ports.recovery.scheduleRecoveryCheck(item);
+    m_ports.queue.processQueue();
 }
 
 void TransferCompletion::webPageCame(DownloadItem& item, const TransferEnd& end)
@@ -94,7 +109,7 @@ void TransferCompletion::webPageCame(DownloadItem& item, const TransferEnd& end)
     if (end.partPath)
         QFile::remove(*end.partPath);
     item.setPartPlace(std::nullopt);
-    fail(item, webPageText(end.page, m_settings.language.value()));
+    fail(item, webPageText(end.page, m_ports.settings.language.value()));
 }
 
 bool TransferCompletion::mayStartOver(const ItemId& id)
@@ -102,16 +117,6 @@ bool TransferCompletion::mayStartOver(const ItemId& id)
     const qsizetype known = m_startedOver.size();
     m_startedOver.insert(id);
     return m_startedOver.size() > known;
-}
-
-bool TransferCompletion::retryLater(DownloadItem& item)
-{
-    const std::optional<std::chrono::seconds> delay = m_retries.spend(item.id());
-    if (!delay)
-        return false;
-    m_nextTries.wait(item.id(), *delay);
-    item.setStatus(DownloadStatus::queued);
-    return true;
 }
 
 void TransferCompletion::prepareNextTry(DownloadItem& item, const TransferEnd& end)
@@ -134,17 +139,19 @@ void TransferCompletion::transferFailed(DownloadItem& item, const TransferEnd& e
 {
     item.setSpeedBytesPerSec(0);
     prepareNextTry(item, end);
-    if (retryLater(item))
+    const bool isTriedAgain =
+        isAway(end) ? m_ports.tries.tryLaterAsHostIsAway(item) : m_ports.tries.tryLater(item, end.retryAfter);
+    if (isTriedAgain)
         return;
-    m_retries.restore(item.id());
+    m_ports.tries.restore(item.id());
     const qint64 size = end.partPath ? sizeOnDisk(*end.partPath) : 0;
     const bool isShort =
         end.reason == TransferEnd::Reason::errorAnswer && item.totalBytes() >= 1 && size < item.totalBytes();
-    const QString message = isShort ? incompleteText(size, item.totalBytes()) : endText(end, m_settings);
+    const QString message = isShort ? incompleteText(size, item.totalBytes()) : endText(end, m_ports.settings);
     item.setStatus(DownloadStatus::failure(message));
-    m_recovery.startRecoveryCountdown(item, recoveryCountdownSeconds);
-    m_recovery.scheduleRecoveryCheck(item);
-    m_queue.processQueue();
+    m_ports.recovery.startRecoveryCountdown(item, recoveryCountdownSeconds);
+    m_ports.recovery.scheduleRecoveryCheck(item);
+    m_ports.queue.processQueue();
 }
 
 void TransferCompletion::fileIsShort(DownloadItem& item, const TransferEnd& end, qint64 size)
@@ -156,14 +163,14 @@ void TransferCompletion::fileIsShort(DownloadItem& item, const TransferEnd& end,
     item.setSpeedBytesPerSec(0);
     // Each such answer moves data and so earns the budget back; without another bound there would be no end to it.
     const bool isFinal = end.areBytesGivenUp && !mayStartOver(item.id());
-    if (isFinal || !retryLater(item)) {
-        m_retries.restore(item.id());
+    if (isFinal || !m_ports.tries.tryLater(item, {})) {
+        m_ports.tries.restore(item.id());
         const bool isShort = isTotalKnown && size < item.totalBytes() && !end.areBytesGivenUp;
-        const QString message = isShort ? incompleteText(size, item.totalBytes()) : endText(end, m_settings);
+        const QString message = isShort ? incompleteText(size, item.totalBytes()) : endText(end, m_ports.settings);
         item.setStatus(DownloadStatus::failure(message));
-        m_recovery.scheduleRecoveryCheck(item);
+        m_ports.recovery.scheduleRecoveryCheck(item);
     }
-    m_queue.processQueue();
+    m_ports.queue.processQueue();
 }
 
 QString TransferCompletion::destinationFor(DownloadItem& item, const TransferEnd& end)
@@ -172,7 +179,7 @@ QString TransferCompletion::destinationFor(DownloadItem& item, const TransferEnd
     QString destination = *end.finalPath;
     if (suggested && *suggested != lastComponent(destination)) {
         item.setFilename(*suggested);
-        destination = m_settings.paths().finalFile(*suggested);
+        destination = m_ports.settings.paths().finalFile(*suggested);
     }
     QDir().mkpath(QFileInfo(destination).path());
     return destination;
@@ -185,33 +192,33 @@ void TransferCompletion::fileIsComplete(DownloadItem& item, const TransferEnd& e
     if (moved.systemError == EXDEV) // the folder has changed since; a copy of what may be large takes its time
         moved = moveToFinalPlace(*end.partPath, QFileInfo(*end.partPath).path() + u'/' + lastComponent(destination));
     if (moved.systemError != 0)
-        return fail(item, fileErrorText(moved.systemError, m_settings));
+        return fail(item, fileErrorText(moved.systemError, m_ports.settings));
     removeMarks(moved.path);
     item.setPartPlace(std::nullopt);
     const bool isRev = isRevName(moved.path);
     if (isRev)
-        moved.path = broughtToItsArchive(item, moved.path, m_table, m_trash);
+        moved.path = broughtToItsArchive(item, moved.path, m_ports.table, m_ports.trash);
     item.setLocalPath(moved.path);
     item.setProgress(1.0);
     item.setStatus(DownloadStatus::completed);
     item.setSpeedBytesPerSec(0);
     item.setWantedAnew(false);
-    m_queue.processQueue();
-    m_queue.saveQueue();
-    m_recovery.scheduleRecoveryCheck(item);
+    m_ports.queue.processQueue();
+    m_ports.queue.saveQueue();
+    m_ports.recovery.scheduleRecoveryCheck(item);
     startExtraction(item);
 }
 
 void TransferCompletion::startExtraction(const DownloadItem& item)
 {
-    if (!m_settings.autoExtract.value())
+    if (!m_ports.settings.autoExtract.value())
         return;
-    m_postDownload.autoExtractAfterDownload(item.id());
+    m_ports.postDownload.autoExtractAfterDownload(item.id());
     if (!isRevName(*item.localPath()))
         return;
     // A recovery volume that has arrived starts its archive again.
-    if (const ItemPtr first = firstVolumeBeside(item, m_table))
-        m_postDownload.autoExtractAfterDownload(first->id());
+    if (const ItemPtr first = firstVolumeBeside(item, m_ports.table))
+        m_ports.postDownload.autoExtractAfterDownload(first->id());
 }
 
 } // namespace vormel

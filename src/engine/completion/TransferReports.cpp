@@ -16,6 +16,7 @@ TransferReports::TransferReports(Ports ports)
 void TransferReports::transferAnswered(const ItemId& id, const HeadFacts& facts)
 {
     const ItemPtr item = m_ports.table.find(id);
+    m_ports.completion.noteAnswer(*item);
     if (facts.isRestart) {
         item->setBytesReceived(0);
         item->setProgress(0);
@@ -40,7 +41,7 @@ void TransferReports::transferTicked(const ItemId& id, qint64 bytes, double byte
     }
     item->setSpeedBytesPerSec(bytesPerSecond);
     m_totalSpeedBytesPerSec = m_ports.table.totalSpeed();
-    m_ports.completion.noteProgress(id);
+    m_ports.completion.noteProgress(*item);
     m_ports.speedChanged();
 }
 

@@ -120,9 +120,9 @@ void Questions::cancelExtractionPassword()
 void Questions::loginSucceeded()
 {
     m_signIns.signedIn(m_clock.steadyNow());
-    m_signIns.answered();
+    const QSet<ItemId> waited = m_signIns.answered();
     Q_EMIT changed();
-    Q_EMIT signedIn();
+    Q_EMIT signedIn(waited);
 }
 
 void Questions::cancelLogin()

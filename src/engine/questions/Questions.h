@@ -60,7 +60,7 @@ Q_SIGNALS:
     void captchaCancelled(const vormel::PendingCaptcha& question);
     void hostsChosen(const std::vector<vormel::Link>& urls);
     void extractionPasswordGiven(const vormel::ItemId& id, const QString& password);
-    void signedIn();
+    void signedIn(const QSet<vormel::ItemId>& waited);
     void signInCancelled(const QSet<vormel::ItemId>& waiting);
 
 private:

@@ -3,9 +3,14 @@
 #include "archive/pipeline/PostDownload.h"
 #include "engine/accounts/Accounts.h"
 #include "engine/completion/FinishedFile.h"
+#include "engine/completion/Tries.h"
 #include "engine/questions/Questions.h"
 #include "engine/recovery/NetworkRecovery.h"
 #include "engine/recovery/RevFiles.h"
+#include "engine/schedule/AskedHost.h"
+#include "engine/schedule/HostRests.h"
+#include "engine/schedule/Offline.h"
+#include "engine/schedule/SameNames.h"
 #include "engine/transfer/ItemPart.h"
 #include "engine/transfer/TransferSession.h"
 #include "engine/transfer/TransferTexts.h"
@@ -24,15 +29,6 @@ namespace {
 /// Thrown when the item was removed, stopped or started anew while its start was waiting for something.
 struct StartAbandoned
 {};
-
-bool isFresh(const DownloadItem& item, WallTime now)
-{
-    if (!item.resolvedURL() || !item.resolvedAt())
-        return false;
-    // A clock that was set back would let an address of the future live for years.
-    const auto age = now - *item.resolvedAt();
-    return age >= age.zero() && age < resolvedLinkLife;
-}
 
 void applyResolved(DownloadItem& item, const ResolvedDownload& found, WallTime now)
 {
@@ -90,12 +86,16 @@ QCoro::Task<> DownloadStarter::startDownload(ItemPtr item)
 
 void DownloadStarter::resolveFailed(DownloadItem& item, const ResolverError& error, SteadyTime beganAt)
 {
+    if (error.kind() == ResolverError::Kind::networkError && m_ports.tries.awaitNetwork(item))
+        return m_ports.queue.processQueue();
     if (error.kind() != ResolverError::Kind::loginRequired)
         return startFailed(item, error.errorDescription());
     item.setStatus(DownloadStatus::queued);
     item.setSpeedBytesPerSec(0);
     if (!m_ports.questions.awaitLogin(item.id(), error.host(), beganAt))
         return startFailed(item, error.errorDescription());
+    if (m_ports.questions.isLoginAwaited(item.id()))
+        item.setWait({ItemWait::signIn, {}, m_ports.resolvers.profiles().displayName(error.host())});
     m_ports.queue.processQueue();
 }
 
@@ -107,7 +107,8 @@ QCoro::Task<Link> DownloadStarter::downloadAddress(ItemPtr item, Attempt attempt
     const HostAccount* const account = m_ports.accounts.firstEnabled(resolver->supportedHost());
     if (!account)
         throw ResolverError::noAccountConfigured(m_ports.resolvers.profiles().displayName(resolver->supportedHost()));
-    const std::optional<Link> known = isFresh(*item, m_ports.clock.wallNow()) ? item->resolvedURL() : std::nullopt;
+    const std::optional<Link> known =
+        hasFreshAddress(*item, m_ports.clock.wallNow()) ? item->resolvedURL() : std::nullopt;
     const Lifetime::Watch lifetime = m_lifetime.watch();
     std::exception_ptr failure;
     std::optional<ResolvedDownload> found;
@@ -145,7 +146,6 @@ void DownloadStarter::beginTransfer(DownloadItem& item, const Link& address)
 {
     const DownloadPaths paths = m_ports.settings.paths();
     QDir().mkpath(paths.groupFolder(item.filename()));
-    const QString destination = paths.finalFile(item.filename());
     const auto finished = item.isWantedAnew() ? std::nullopt : finishedFileOf(item, m_ports.table, paths);
     if (finished && mayBeFileOf(item, *finished)) {
         completeWithFile(item, *finished);
@@ -155,9 +155,9 @@ void DownloadStarter::beginTransfer(DownloadItem& item, const Link& address)
             m_ports.postDownload.autoExtractAfterDownload(item.id());
         return;
     }
-    if (m_ports.session.isFetching(destination)) {
-        // Two links of one name: the second waits, and is complete when the first is.
+    if (mustWait(item, address)) {
         item.setStatus(DownloadStatus::queued);
+        static_cast<void>(m_ports.sameNames.holdBack(item)); // which tells it
         m_ports.queue.processQueue();
         return;
     }
@@ -166,10 +166,19 @@ void DownloadStarter::beginTransfer(DownloadItem& item, const Link& address)
     if (!part.file)
         return startFailed(item, fileErrorText(part.systemError, m_ports.settings));
     takeOver(item, *part.file, usualPart);
-    TransferOrder order{item.id(), address, item.filename(), destination, item.totalBytes(), true};
+    TransferOrder order{item.id(), address, item.filename(), paths.finalFile(item.filename()), item.totalBytes(), true};
     order.isDirectLink = !m_ports.resolvers.hostResolverForURL(item.originalURL());
     item.setStatus(DownloadStatus::downloading);
     m_ports.session.start(std::move(order), std::move(part.file));
+}
+
+bool DownloadStarter::mustWait(const DownloadItem& item, const Link& address)
+{
+    const QString host = hostKey(address);
+    m_ports.hosts.asks(item.id(), host);
+    // Two links of one name: the second waits, and is complete when the first is.
+    return m_ports.sameNames.isTaken(item) || m_ports.offline.holdsBack(address) ||
+           m_ports.hosts.holdsBack(host, item.id());
 }
 
 void DownloadStarter::takeOver(DownloadItem& item, PartFile& file, const QString& usualPath)

@@ -14,14 +14,18 @@ namespace vormel {
 
 class Accounts;
 class AppSettings;
+class HostRests;
 class NetworkRecovery;
+class Offline;
 class PartFile;
 class PostDownload;
 class Questions;
 class ResolverError;
 class ResolverTables;
 class RevFiles;
+class SameNames;
 class TransferSession;
+class Tries;
 
 /// Takes a queued item to a running transfer: account, download address, folder, part file, request. UI thread only.
 class DownloadStarter
@@ -40,6 +44,10 @@ public:
         const RevFiles& revFiles;
         Questions& questions;
         const Accounts& accounts;
+        Tries& tries;
+        const Offline& offline;
+        HostRests& hosts;
+        SameNames& sameNames;
         QueueTurn& queue;
     };
     explicit DownloadStarter(const Ports& ports);
@@ -61,6 +69,8 @@ private:
     [[nodiscard]] QCoro::Task<Link> downloadAddress(ItemPtr item, Attempt attempt);
     [[nodiscard]] bool isCurrent(const ItemPtr& item, const Attempt& attempt) const;
     void beginTransfer(DownloadItem& item, const Link& address);
+    /// May the address not be asked now that it is known?
+    [[nodiscard]] bool mustWait(const DownloadItem& item, const Link& address);
     /// What is in the part file is what the item has.
     void takeOver(DownloadItem& item, PartFile& file, const QString& usualPath);
     void resolveFailed(DownloadItem& item, const ResolverError& error, SteadyTime beganAt);
@@ -71,8 +81,5 @@ private:
     /// The latest attempt of each item that is being started.
     std::unordered_map<ItemId, Attempt> m_attempts;
 };
-
-/// How long a resolved address is good for.
-inline constexpr std::chrono::seconds resolvedLinkLife{1200};
 
 } // namespace vormel

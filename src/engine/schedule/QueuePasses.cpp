@@ -1,13 +1,15 @@
 #include "engine/schedule/QueuePasses.h"
 
-#include "engine/completion/TransferCompletion.h"
+#include "engine/completion/Tries.h"
 #include "engine/questions/Questions.h"
 #include "engine/queue/QueueTurn.h"
 #include "engine/recovery/RevFiles.h"
+#include "engine/schedule/AskedHost.h"
 #include "engine/schedule/DownloadStarter.h"
-#include "engine/transfer/TransferSession.h"
+#include "engine/schedule/HostRests.h"
+#include "engine/schedule/Offline.h"
+#include "engine/schedule/SameNames.h"
 #include "model/AppSettings.h"
-#include "model/DownloadPaths.h"
 #include "platform/async/Spawn.h"
 
 namespace vormel {
@@ -18,6 +20,8 @@ QueuePasses::QueuePasses(const Ports& ports)
 
 void QueuePasses::run()
 {
+    m_ports.sameNames.review();
+    chooseProbes();
     const qint64 limit = m_ports.settings.maxConcurrentDownloads.value();
     for (const ItemPtr& item : chooseStarts(m_ports.table, limit, m_startsUnderWay.size(), *this)) {
         m_startsUnderWay.insert(item->id());
@@ -37,6 +41,7 @@ void QueuePasses::runLater()
 
 void QueuePasses::startAhead(const std::vector<ItemPtr>& items)
 {
+    m_ports.sameNames.review();
     const qint64 limit = m_ports.settings.maxConcurrentDownloads.value();
     for (const ItemPtr& item : chooseStartsAhead(items, m_ports.table, limit, m_startsUnderWay.size(), *this)) {
         item->setStatus(DownloadStatus::resolving);
@@ -56,13 +61,57 @@ void QueuePasses::startLater(const ItemPtr& item, DownloadStatus::Kind expected)
     });
 }
 
-bool QueuePasses::isHeldBack(const DownloadItem& item) const
+bool QueuePasses::isHeldBack(DownloadItem& item)
 {
-    if (m_startsUnderWay.contains(item.id()) || m_ports.questions.isLoginAwaited(item.id()) ||
-        m_ports.completion.isWaiting(item.id()))
-        return true;
-    const DownloadPaths paths = m_ports.settings.paths();
-    return m_ports.session.isFetching(paths.finalFile(item.filename()));
+    return m_startsUnderWay.contains(item.id()) || isHostResting(item) || isHeldBackItself(item);
+}
+
+bool QueuePasses::isHeldBackItself(DownloadItem& item)
+{
+    return m_ports.questions.isLoginAwaited(item.id()) || m_ports.tries.isWaiting(item.id()) ||
+           m_ports.offline.holdsBack(lastAddress(item)) || m_ports.sameNames.holdBack(item);
+}
+
+bool QueuePasses::isHostResting(const DownloadItem& item) const
+{
+    if (m_ports.hosts.isEmpty())
+        return false;
+    const Link* const address = nextAddress(item, m_ports.clock.wallNow());
+    return address && m_ports.hosts.holdsBack(hostKey(*address), item.id());
+}
+
+void QueuePasses::chooseProbes()
+{
+    // One that cannot ask by now, because the user has to sign in for it or for any other reason, hands over.
+    for (const ItemId& id : m_ports.hosts.dueProbes()) {
+        const ItemPtr probe = m_ports.table.find(id);
+        if (!probe || (probe->status() == DownloadStatus::queued && isHeldBackItself(*probe)))
+            m_ports.hosts.left(id);
+    }
+    const QSet<QString> hosts = m_ports.hosts.withoutProbe();
+    if (hosts.isEmpty())
+        return;
+    QHash<QString, ItemPtr> probes;
+    const std::span<const ItemTable::Row> rows = m_ports.table.rows();
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const ItemPtr& item = m_ports.table.items()[i];
+        const Link* const address =
+            rows[i].status == DownloadStatus::queued ? nextAddress(*item, m_ports.clock.wallNow()) : nullptr;
+        const QString host = address ? hostKey(*address) : QString();
+        if (!hosts.contains(host) || (rows[i].isRev && !mayFetchRev(*item)))
+            continue;
+        const ItemPtr best = probes.value(host);
+        const bool isBetter = !best || (m_ports.hosts.isAwayForLong(host) &&
+                                        m_ports.tries.spent(item->id()) < m_ports.tries.spent(best->id()));
+        if (isBetter && !isHeldBackItself(*item))
+            probes.insert(host, item);
+    }
+    for (const QString& host : hosts) {
+        if (const ItemPtr probe = probes.value(host))
+            m_ports.hosts.setProbe(host, probe->id());
+        else // nobody wants anything of it any more
+            m_ports.hosts.end(host);
+    }
 }
 
 bool QueuePasses::mayFetchRev(const DownloadItem& item) const

@@ -6,11 +6,13 @@ namespace vormel {
 
 class AppSettings;
 class DownloadStarter;
+class HostRests;
+class Offline;
 class Questions;
 class QueueTurn;
 class RevFiles;
-class TransferCompletion;
-class TransferSession;
+class SameNames;
+class Tries;
 
 /// Goes through the queue and starts what may start now, each item in a turn of its own, if nothing has come between.
 /// UI thread only.
@@ -24,8 +26,11 @@ public:
         const AppSettings& settings;
         const RevFiles& revFiles;
         const Questions& questions;
-        const TransferCompletion& completion;
-        const TransferSession& session;
+        const Tries& tries;
+        const Offline& offline;
+        HostRests& hosts;
+        SameNames& sameNames;
+        const Clock& clock;
         DownloadStarter& starter;
         QueueTurn& queue;
     };
@@ -38,8 +43,13 @@ public:
     void startAhead(const std::vector<ItemPtr>& items);
 
 private:
-    [[nodiscard]] bool isHeldBack(const DownloadItem& item) const override;
+    [[nodiscard]] bool isHeldBack(DownloadItem& item) override;
     [[nodiscard]] bool mayFetchRev(const DownloadItem& item) const override;
+    /// The item may not start though its host is there.
+    [[nodiscard]] bool isHeldBackItself(DownloadItem& item);
+    [[nodiscard]] bool isHostResting(const DownloadItem& item) const;
+    /// Has each host whose time has come asked by one item.
+    void chooseProbes();
     void startLater(const ItemPtr& item, DownloadStatus::Kind expected);
 
     Ports m_ports;

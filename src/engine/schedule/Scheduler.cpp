@@ -12,15 +12,14 @@ qint64 freeSlots(const ItemTable& table, qint64 limit, qint64 startsUnderWay)
     return limit > taken ? limit - taken : 0;
 }
 
-bool mayStart(const DownloadItem& item, bool isRev, const SchedulingRules& rules)
+bool mayStart(DownloadItem& item, bool isRev, SchedulingRules& rules)
 {
     return (!isRev || rules.mayFetchRev(item)) && !rules.isHeldBack(item);
 }
 
 } // namespace
 
-std::vector<ItemPtr> chooseStarts(const ItemTable& table, qint64 limit, qint64 startsUnderWay,
-                                  const SchedulingRules& rules)
+std::vector<ItemPtr> chooseStarts(const ItemTable& table, qint64 limit, qint64 startsUnderWay, SchedulingRules& rules)
 {
     std::vector<ItemPtr> chosen;
     const qint64 slots = freeSlots(table, limit, startsUnderWay);
@@ -34,7 +33,7 @@ std::vector<ItemPtr> chooseStarts(const ItemTable& table, qint64 limit, qint64 s
 }
 
 std::vector<ItemPtr> chooseStartsAhead(const std::vector<ItemPtr>& items, const ItemTable& table, qint64 limit,
-                                       qint64 startsUnderWay, const SchedulingRules& rules)
+                                       qint64 startsUnderWay, SchedulingRules& rules)
 {
     std::vector<ItemPtr> chosen;
     const qint64 slots = freeSlots(table, limit, startsUnderWay);

@@ -4,6 +4,9 @@
 #include "text/FileName.h"
 #include "text/PercentCoding.h"
 
+#include <QDateTime>
+#include <QLocale>
+
 using namespace Qt::StringLiterals;
 
 namespace vormel {
@@ -16,6 +19,17 @@ std::optional<qint64> decimal(QByteArrayView text)
     bool isNumber = false;
     const qint64 value = text.toByteArray().toLongLong(&isNumber);
     return isNumber && hasOnlyDigits ? std::optional(value) : std::nullopt;
+}
+
+/// The time until an HTTP date; nothing for anything else.
+std::optional<std::chrono::seconds> secondsUntil(const QByteArray& date, WallTime now)
+{
+    QDateTime time = QLocale::c().toDateTime(QString::fromLatin1(date), u"ddd, dd MMM yyyy hh:mm:ss 'GMT'"_s);
+    time.setTimeSpec(Qt::UTC);
+    if (!time.isValid())
+        return std::nullopt;
+    const auto elapsed = std::chrono::floor<std::chrono::seconds>(now.time_since_epoch());
+    return std::chrono::seconds(time.toSecsSinceEpoch()) - elapsed;
 }
 
 /// The text of the pattern's first match without the part that the second pattern matches.
@@ -48,6 +62,19 @@ std::optional<qint64> totalFromContentRange(const QByteArray& value)
     if (slash < 0)
         return std::nullopt;
     return decimal(QByteArrayView(value).sliced(slash + 1).trimmed());
+}
+
+std::optional<std::chrono::seconds> retryAfterFrom(const QByteArray& value, WallTime now)
+{
+    constexpr std::chrono::seconds longest = std::chrono::minutes(10);
+    const QByteArray text = value.trimmed();
+    const bool hasOnlyDigits =
+        !text.isEmpty() && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+    // A number of more digits than fit is a very long time.
+    const std::optional<std::chrono::seconds> wait =
+        hasOnlyDigits ? std::optional(std::chrono::seconds(decimal(text).value_or(longest.count())))
+                      : secondsUntil(text, now);
+    return wait && wait->count() > 0 ? std::optional(std::min(*wait, longest)) : std::nullopt;
 }
 
 std::optional<ContentRange> contentRangeFrom(const QByteArray& value)

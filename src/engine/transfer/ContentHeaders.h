@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/clock/Clock.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -21,6 +23,10 @@ struct ContentRange
 /// Reads a Content-Range. Nothing for one that cannot be true or makes no sense: another unit than bytes, an end before
 /// the start or behind the end of the file, anything that is no number.
 [[nodiscard]] std::optional<ContentRange> contentRangeFrom(const QByteArray& value);
+
+/// How long a Retry-After asks to wait, at most ten minutes: seconds, or the time until a date. Nothing for anything
+/// else, and for what is over already.
+[[nodiscard]] std::optional<std::chrono::seconds> retryAfterFrom(const QByteArray& value, WallTime now);
 
 /// The file name that a Content-Disposition asks for, as a bare name; nothing without a usable one.
 [[nodiscard]] std::optional<QString> filenameFromContentDisposition(const QString& header);

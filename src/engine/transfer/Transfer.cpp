@@ -14,6 +14,13 @@ namespace {
 /// The beginning of a page is enough to tell what it is about.
 constexpr qsizetype maxPageSize = 8192;
 
+/// Two servers on the way that contradict each other say nothing.
+std::optional<std::chrono::seconds> retryAfterOf(const HttpResponse& response, WallTime now)
+{
+    const std::vector<QByteArray> values = response.values("Retry-After");
+    return values.size() == 1 ? retryAfterFrom(values.front(), now) : std::nullopt;
+}
+
 } // namespace
 
 Transfer::Transfer(TransferOrder order, quint64 serial, std::unique_ptr<PartFile> file, std::mutex& ioLock,
@@ -50,6 +57,7 @@ HttpReceiver::HeadVerdict Transfer::responseReceived(const HttpResponse& respons
         if (!m_fileHandle)
             return HeadVerdict::cancel;
         m_end.statusCode = response.statusCode;
+        m_end.retryAfter = retryAfterOf(response, m_clock.wallNow());
         asked = askedFor();
     }
     const JudgedAnswer answer = judgeAnswer(response, asked);

@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <chrono>
 #include <optional>
 
 namespace vormel {
@@ -32,6 +33,7 @@ struct TransferEnd
     bool areBytesGivenUp = false; ///< what came is lost on purpose: such an end moves nothing forward
     int statusCode = 0;
     int systemError = 0;
+    std::optional<std::chrono::seconds> retryAfter; ///< how long the server wants to be left alone
     QByteArray page;
     std::optional<QString> suggestedName; ///< what the server called the file
 };

@@ -100,6 +100,12 @@ void TransferSession::retarget(const ItemId& id, const QString& finalPath)
         found->second.finalPath = finalPath;
 }
 
+quint64 TransferSession::runOf(const ItemId& id) const
+{
+    const auto found = m_activeTasks.find(id);
+    return found == m_activeTasks.end() || !found->second.task ? 0 : found->second.transfer->serial();
+}
+
 void TransferSession::setLimit(qint64 bytesPerSecond)
 {
     m_limit = bytesPerSecond;

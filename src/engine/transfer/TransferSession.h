@@ -56,6 +56,9 @@ public:
     /// leave a moment in which a kill parts it from its item.
     void retarget(const ItemId& id, const QString& finalPath);
 
+    /// The number of the item's running transfer, which no other ever has; 0 if there is none, or if it asks nobody.
+    [[nodiscard]] quint64 runOf(const ItemId& id) const;
+
     /// The cap of all transfers together in bytes per second; below 1 for none.
     void setLimit(qint64 bytesPerSecond);
 

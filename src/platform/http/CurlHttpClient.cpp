@@ -109,6 +109,11 @@ void CurlHttpClient::setBlockSize(qsizetype bytes)
     m_settings->blockSize = std::clamp<qsizetype>(bytes, 1, CurlSettings::maxBlockSize);
 }
 
+void CurlHttpClient::connectAnew()
+{
+    m_loop->connectAnew();
+}
+
 const std::shared_ptr<CookieStore>& CurlHttpClient::sharedCookies() const
 {
     return m_cookies;

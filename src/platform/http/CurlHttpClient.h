@@ -33,6 +33,7 @@ public:
 
     [[nodiscard]] std::unique_ptr<HttpTask> makeTask(HttpRequest request, HttpReceiver& receiver) override;
     void setBlockSize(qsizetype bytes) override;
+    void connectAnew() override;
 
     /// The store of all requests that name none.
     [[nodiscard]] const std::shared_ptr<CookieStore>& sharedCookies() const;

@@ -76,6 +76,11 @@ void CurlLoop::drop(const std::shared_ptr<CurlTransfer>& transfer)
     });
 }
 
+void CurlLoop::connectAnew()
+{
+    post([this] { m_sockets.forgetAll(); });
+}
+
 bool CurlLoop::takeNotes()
 {
     std::vector<std::function<void()>> notes;

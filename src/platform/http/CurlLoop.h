@@ -24,6 +24,8 @@ public:
     void start(const std::shared_ptr<CurlTransfer>& transfer);
     void resume(const std::shared_ptr<CurlTransfer>& transfer);
     void drop(const std::shared_ptr<CurlTransfer>& transfer);
+    /// Kept connections are used no more.
+    void connectAnew();
 
 private:
     struct MultiCleanup

@@ -77,6 +77,9 @@ public:
     /// The most bytes that a block may have from now on; at most 256 KiB. Smaller blocks make a finer speed cap. Any
     /// thread.
     virtual void setBlockSize(qsizetype bytes) = 0;
+
+    /// Requests from now on use no connection that was made before. What is running goes on. Any thread.
+    virtual void connectAnew() = 0;
 };
 
 } // namespace vormel

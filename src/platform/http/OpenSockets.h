@@ -12,6 +12,8 @@ class OpenSockets
 {
 public:
     void add(curl_socket_t socket) { m_sockets.insert(socket); }
+    /// No connection of before is known any more, so that none is used again.
+    void forgetAll() { m_sockets.clear(); }
 
     /// Has the server sent something on this connection that nobody asked for? Also true of one that is not known.
     [[nodiscard]] bool hasUnread(int localPort, int remotePort);

@@ -13,7 +13,7 @@ namespace {
 class OpenRules final : public SchedulingRules
 {
 public:
-    [[nodiscard]] bool isHeldBack(const DownloadItem& item) const override { return held.contains(item.id()); }
+    [[nodiscard]] bool isHeldBack(DownloadItem& item) override { return held.contains(item.id()); }
     [[nodiscard]] bool mayFetchRev(const DownloadItem& /*item*/) const override { return revAllowed; }
 
     QSet<ItemId> held;
@@ -23,7 +23,7 @@ public:
 class SchedulerTest : public ::testing::Test, protected fixtures::QuietTable
 {
 protected:
-    [[nodiscard]] QStringList chosen(qint64 limit, qint64 underWay = 0) const
+    [[nodiscard]] QStringList chosen(qint64 limit, qint64 underWay = 0)
     {
         QStringList names;
         for (const ItemPtr& item : chooseStarts(table, limit, underWay, rules))

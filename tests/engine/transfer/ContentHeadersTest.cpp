@@ -109,3 +109,40 @@ TEST(SanitizedHeaderFilename, TrimsQuotesAndBlanks)
     EXPECT_EQ(sanitizedHeaderFilename(u"dir/"_s), u"dir"_s);
     EXPECT_EQ(sanitizedHeaderFilename(u" . "_s), std::nullopt);
 }
+
+namespace {
+
+struct RetryAfterCase
+{
+    const char* value;
+    std::optional<std::chrono::seconds> wait;
+};
+
+class RetryAfterTest : public ::testing::TestWithParam<RetryAfterCase>
+{};
+
+} // namespace
+
+TEST_P(RetryAfterTest, IsSecondsOrADateAndAtMostTenMinutes)
+{
+    // Sun, 06 Nov 1994 08:49:37 GMT
+    const WallTime now{std::chrono::seconds(784111777)};
+    EXPECT_EQ(retryAfterFrom(GetParam().value, now), GetParam().wait);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, RetryAfterTest,
+                         ::testing::Values(RetryAfterCase{"1", std::chrono::seconds(1)},
+                                           RetryAfterCase{" 120 ", std::chrono::seconds(120)},
+                                           RetryAfterCase{"600", std::chrono::seconds(600)},
+                                           RetryAfterCase{"601", std::chrono::seconds(600)},
+                                           RetryAfterCase{"99999999999999999999999", std::chrono::seconds(600)},
+                                           RetryAfterCase{"0", {}}, RetryAfterCase{"", {}}, RetryAfterCase{"-1", {}},
+                                           RetryAfterCase{"+1", {}}, RetryAfterCase{"1.5", {}},
+                                           RetryAfterCase{"later", {}}, RetryAfterCase{"12 34", {}},
+                                           RetryAfterCase{"Sun, 06 Nov 1994 08:50:37 GMT", std::chrono::seconds(60)},
+                                           RetryAfterCase{"Sun, 06 Nov 1994 08:49:37 GMT", {}},
+                                           RetryAfterCase{"Sun, 06 Nov 1994 08:49:36 GMT", {}},
+                                           RetryAfterCase{"Fri, 31 Dec 9999 23:59:59 GMT", std::chrono::seconds(600)},
+                                           RetryAfterCase{"Mon, 06 Nov 1994 08:50:37 GMT", {}},
+                                           RetryAfterCase{"Sun, 06 Nov 1994 08:50:37", {}},
+                                           RetryAfterCase{"Sun, 31 Feb 1995 08:50:37 GMT", {}}));

@@ -2,6 +2,7 @@
 
 #include "archive/tools/ArchiveExtractor.h"
 #include "engine/DownloadManager.h"
+#include "fixtures/FakeNetworkState.h"
 #include "fixtures/FakeTrash.h"
 #include "fixtures/InstantSync.h"
 #include "fixtures/ManualClock.h"
@@ -39,6 +40,7 @@ private:
             qFatal("Nothing is to be fetched here");
         }
         void setBlockSize(qsizetype /*bytes*/) override {}
+        void connectAnew() override {}
     };
 
     fixtures::Sandbox m_sandbox;
@@ -47,6 +49,7 @@ private:
     CookieStore m_cookies;
     NoSecrets m_secrets;
     NoWebBrowser m_web;
+    fixtures::FakeNetworkState m_network;
     fixtures::InstantSync m_sync;
     fixtures::FakeTrash m_trash{m_sandbox.path(QStringLiteral("Trash"))};
     FileWriter m_writer;
@@ -63,6 +66,7 @@ private:
                                        .fileSync = m_sync,
                                        .defaults = m_defaults,
                                        .trash = m_trash,
+                                       .network = m_network,
                                        .folders = m_sandbox.folders()},
                               DownloadManager::Ports{m_resolvers, m_extractor}};
     int m_lastLink = 0;

@@ -1,0 +1,18 @@
+#include "engine/schedule/Offline.h"
+
+#include "engine/schedule/AskedHost.h"
+#include "platform/desktop/NetworkState.h"
+
+namespace vormel {
+
+bool Offline::isOffline() const
+{
+    return !m_isDoubted && !m_state.isOnline();
+}
+
+bool Offline::holdsBack(const Link& address) const
+{
+    return isOffline() && !isOnThisMachine(address);
+}
+
+} // namespace vormel
