@@ -33,9 +33,11 @@ DownloadManager::DownloadManager(const Platform& platform, const Ports& ports)
                  m_questions, m_accounts, *this})
     , m_passes({m_table, m_settings, m_revFiles, m_questions, m_completion, m_session, m_starter, *this})
     , m_prefetch(m_table, m_settings, m_resolvers, m_accounts, *this)
-    , m_intake({m_table, m_settings, m_resolvers, m_pipeline, m_questions, m_prefetch, *this})
+    , m_additions(*this)
+    , m_intake({m_table, m_settings, m_resolvers, m_pipeline, m_questions, m_prefetch, m_additions, *this})
     , m_commands({m_table, m_settings, m_session, m_starter, m_completion, m_recovery, m_pipeline, m_intake,
                   platform.trash, m_passes, m_verification, *this})
+    , m_removed({m_table, m_session, m_starter, m_completion, m_recovery, m_pipeline, m_intake, *this, platform.clock})
     , m_verification(m_table, ports.extractor, m_commands, m_pipeline)
 {
     applySpeedLimit();
@@ -84,6 +86,7 @@ void DownloadManager::saveQueue()
 
 void DownloadManager::shutDown()
 {
+    m_removed.finish();
     m_session.closeFiles();
     saveQueue();
     m_platform.fileWriter.flush();
@@ -160,8 +163,14 @@ void DownloadManager::tableShrank(const QSet<ItemId>& ids)
 {
     m_queueFile.noteRemoval(ids);
     m_intake.forget(ids);
+    m_additions.forget(ids);
     Q_EMIT itemsRemoved(ids);
     m_questions.forget(ids);
+}
+
+void DownloadManager::tableFilledUp(const QSet<ItemId>& ids)
+{
+    Q_EMIT itemsPutBack(ids);
 }
 
 void DownloadManager::tableReordered()
