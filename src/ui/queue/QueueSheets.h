@@ -27,6 +27,8 @@ public:
 
     /// Opens the sheet for adding links, unless any is open.
     void showAddURLs();
+    /// Opens another sheet of the page, which is deleted when it closes; at once if any is open.
+    void show(QDialog* sheet);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -41,6 +41,8 @@ public:
     [[nodiscard]] RowMenus& menus() { return *m_menus; }
     /// Past its neighbour.
     void moveGroup(const QModelIndex& index, bool isUp);
+    /// Brings the first of the items that has a row to the top, or the header of its closed group. The selection stays.
+    void reveal(const std::vector<ItemId>& items);
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
 protected:
@@ -68,6 +70,7 @@ private:
     void point(const QModelIndex& index, const RowHit& hit, bool isPressed);
     void pressRow(QMouseEvent* event);
     void selectPressed(const QModelIndex& index);
+    void activate(const QModelIndex& index);
     void removeRow(const QModelIndex& index);
 
     QueueModel& m_model;
