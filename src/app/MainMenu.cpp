@@ -2,6 +2,7 @@
 
 #include "app/update/CheckForUpdatesView.h"
 #include "kit/BoundText.h"
+#include "ui/queue/BulkCommands.h"
 #include "ui/queue/DownloadQueueView.h"
 
 #include <QCoreApplication>
@@ -49,10 +50,17 @@ void MainMenu::fillProgramMenu()
 
 void MainMenu::fillQueueMenu()
 {
-    constexpr int lastOfFirstBlock = 2; // adding, starting and pausing; the others clear
+    constexpr qsizetype firstBlock = 3; // adding, starting and pausing; the others clear
     const QList<QAction*> commands = m_ports.queue.queueActions();
-    m_queue->addActions(commands);
-    m_queue->insertSeparator(commands.at(lastOfFirstBlock + 1));
+    BulkCommands& bulk = m_ports.queue.bulkCommands();
+    m_queue->setToolTipsVisible(true);
+    m_queue->addActions(commands.first(firstBlock));
+    m_queue->addAction(bulk.tryFailedAgain());
+    m_queue->addSeparator();
+    m_queue->addActions(commands.sliced(firstBlock) + bulk.removals());
+    m_queue->addSeparator();
+    m_queue->addActions(bulk.undos());
+    connect(m_queue, &QMenu::aboutToShow, &bulk, &BulkCommands::refresh);
     connect(commands.front(), &QAction::triggered, this, &MainMenu::addRequested);
 }
 

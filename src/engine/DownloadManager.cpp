@@ -51,9 +51,11 @@ DownloadManager::DownloadManager(const Platform& platform, const Ports& ports)
                 m_starter, *this})
     , m_outages({m_table, platform.clock, platform.http, m_session, m_starter, m_offline, m_tries, *this})
     , m_prefetch(m_table, m_settings, m_resolvers, m_accounts, *this)
-    , m_intake({m_table, m_settings, m_resolvers, m_pipeline, m_questions, m_prefetch, *this})
+    , m_additions(*this)
+    , m_intake({m_table, m_settings, m_resolvers, m_pipeline, m_questions, m_prefetch, m_additions, *this})
     , m_commands({m_table, m_settings, m_session, m_starter, m_completion, m_tries, m_recovery, m_pipeline, m_intake,
                   platform.trash, m_passes, m_verification, *this})
+    , m_removed({m_table, m_session, m_starter, m_completion, m_recovery, m_pipeline, m_intake, *this, platform.clock})
     , m_verification(m_table, ports.extractor, m_commands, m_pipeline)
 {
     applySpeedLimit();
@@ -117,6 +119,7 @@ void DownloadManager::saveQueue()
 
 void DownloadManager::shutDown()
 {
+    m_removed.finish();
     m_session.closeFiles();
     saveQueue();
     m_platform.fileWriter.flush();
@@ -195,8 +198,14 @@ void DownloadManager::tableShrank(const QSet<ItemId>& ids)
     m_intake.forget(ids);
     for (const ItemId& id : ids)
         m_hosts.left(id);
+    m_additions.forget(ids);
     Q_EMIT itemsRemoved(ids);
     m_questions.forget(ids);
+}
+
+void DownloadManager::tableFilledUp(const QSet<ItemId>& ids)
+{
+    Q_EMIT itemsPutBack(ids);
 }
 
 void DownloadManager::tableReordered()

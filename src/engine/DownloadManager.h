@@ -5,11 +5,13 @@
 #include "engine/accounts/Accounts.h"
 #include "engine/commands/GroupVerification.h"
 #include "engine/commands/QueueCommands.h"
+#include "engine/commands/RemovedItems.h"
 #include "engine/completion/TransferCompletion.h"
 #include "engine/completion/TransferReports.h"
 #include "engine/completion/Tries.h"
 #include "engine/groups/DownloadGroup.h"
 #include "engine/groups/GroupNames.h"
+#include "engine/intake/Additions.h"
 #include "engine/intake/FilenamePrefetch.h"
 #include "engine/intake/LinkIntake.h"
 #include "engine/questions/Questions.h"
@@ -87,6 +89,11 @@ public:
     /// What the user can do to the queue, to items and to groups.
     [[nodiscard]] QueueCommands& commands() { return m_commands; }
 
+    /// What the user takes out of the queue, and may put back.
+    [[nodiscard]] RemovedItems& removed() { return m_removed; }
+    /// What the user's links have brought.
+    [[nodiscard]] const Additions& additions() const { return m_additions; }
+
     /// What the user is asked. While a question is put, its sheet is shown.
     [[nodiscard]] Questions& questions() { return m_questions; }
 
@@ -106,6 +113,8 @@ Q_SIGNALS:
     void itemsInserted(qsizetype first, qsizetype count);
     void itemsRemoved(const QSet<vormel::ItemId>& ids);
     void itemsReordered();
+    /// Items came to places among the others.
+    void itemsPutBack(const QSet<vormel::ItemId>& ids);
     void groupRenamed(const QString& id);
     /// During the change; views gather these and repaint later.
     void itemChanged(const vormel::ItemId& id, vormel::ItemField field);
@@ -118,6 +127,7 @@ private:
     void tableGrew(qsizetype first, qsizetype count) override;
     void tableWillRemove(DownloadItem& item) override;
     void tableShrank(const QSet<ItemId>& ids) override;
+    void tableFilledUp(const QSet<ItemId>& ids) override;
     void tableReordered() override;
     void tableItemChanged(DownloadItem& item, ItemField field) override;
     void tableSlotFreed(DownloadItem& item) override;
@@ -156,8 +166,10 @@ private:
     QueuePasses m_passes;
     Outages m_outages;
     FilenamePrefetch m_prefetch;
+    Additions m_additions;
     LinkIntake m_intake;
     QueueCommands m_commands;
+    RemovedItems m_removed;
     GroupVerification m_verification;
 };
 

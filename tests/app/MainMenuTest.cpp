@@ -68,14 +68,17 @@ TEST_F(MainMenuTest, HasItsMenusInBothLanguages)
 {
     EXPECT_EQ(titles(), u"&Vormel|&Queue|&Selection|&Go|&Help");
     EXPECT_EQ(texts(menu("vormelMenu")), u"Check for Updates…|-|&Quit");
-    EXPECT_EQ(texts(menu("queueMenu")), u"Add URLs|Start All|Pause All|-|Clear Completed|Clear Extracted");
+    EXPECT_EQ(texts(menu("queueMenu")),
+              u"Add URLs|Start All|Pause All|Try Failed Again|-|Clear Completed|Clear Extracted|Remove Failed|"
+              u"Remove Unfinished…|Remove All…|-|Undo Add|Undo Remove");
     EXPECT_EQ(texts(menu("pagesMenu")), u"Downloads|Accounts|Settings");
     EXPECT_EQ(texts(menu("helpMenu")), u"Vormel Help|-|About Vormel");
     engine.settings().language.set(AppLanguage::italian);
     EXPECT_EQ(titles(), u"&Vormel|&Coda|&Selezione|V&ai|A&iuto");
     EXPECT_EQ(texts(menu("vormelMenu")), u"Check for Updates…|-|&Esci"); // that one has no other language
     EXPECT_EQ(texts(menu("queueMenu")),
-              u"Aggiungi URL|Avvia tutti|Metti in pausa|-|Rimuovi completati|Rimuovi estratti");
+              u"Aggiungi URL|Avvia tutti|Metti in pausa|Riprova i falliti|-|Rimuovi completati|Rimuovi estratti|"
+              u"Rimuovi falliti|Rimuovi non completati…|Rimuovi tutti…|-|Annulla aggiunta|Annulla rimozione");
     EXPECT_EQ(texts(menu("pagesMenu")), u"Download|Account|Impostazioni");
     EXPECT_EQ(texts(menu("helpMenu")), u"Vormel Help|-|Informazioni su Vormel");
 }
@@ -155,6 +158,25 @@ TEST_F(MainMenuTest, AddingFromAnotherPageGoesToTheQueue)
     EXPECT_NE(window.findChild<AddURLView*>(), nullptr);
 }
 
+TEST_F(MainMenuTest, ControlAndZPutsBackWhateverPageIsShowing)
+{
+    const ItemPtr item = engine.add(u"https://h.example/a.zip"_s);
+    engine.manager().removed().remove({item->id()});
+    window.showPage(Page::settings);
+    QTest::keyClick(&window, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(engine.manager().items(), std::vector{item});
+}
+
+TEST_F(MainMenuTest, TheQueueMenuLooksWhatItCanDoWhenItOpens)
+{
+    auto& again = fixtures::partOf<QAction>(window, "tryFailedAgain");
+    Q_EMIT menu("queueMenu").aboutToShow();
+    EXPECT_FALSE(again.isEnabled());
+    engine.add(u"https://h.example/a.zip"_s)->setStatus(DownloadStatus::failure({}));
+    Q_EMIT menu("queueMenu").aboutToShow();
+    EXPECT_TRUE(again.isEnabled());
+}
+
 TEST_F(MainMenuTest, TheSelectionMenuHasTheCommandsOfTheSelectedRow)
 {
     EXPECT_EQ(selectionTexts(), u"No Selection");
@@ -162,11 +184,11 @@ TEST_F(MainMenuTest, TheSelectionMenuHasTheCommandsOfTheSelectedRow)
     const ItemPtr item = engine.add(u"https://h.example/a.zip"_s);
     auto& list = fixtures::partOf<QueueView>(window, "queueView");
     list.setCurrentIndex(list.model()->index(0, 0));
-    EXPECT_TRUE(selectionTexts().startsWith(u"Resume|Stop — "));
+    EXPECT_TRUE(selectionTexts().startsWith(u"Resume|Stop|"));
     menu("selectionMenu").actions().at(1)->trigger();
     EXPECT_EQ(item->status().kind(), DownloadStatus::stopped);
     engine.settings().language.set(AppLanguage::italian);
-    EXPECT_TRUE(selectionTexts().startsWith(u"Avvia — reinserisci nella coda|"));
+    EXPECT_TRUE(selectionTexts().startsWith(u"Avvia|"));
     list.clearSelection(); // the row stays the current one
     EXPECT_EQ(selectionTexts(), u"Nessuna selezione");
     engine.manager().commands().removeItems({item->id()});

@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <random>
 
@@ -55,9 +56,11 @@ protected:
                                             .documentRoot = sandbox.path(u"www"_s).toStdString()});
     }
 
-    void startEngine(QProcess& engine, const QString& profile)
+    void startEngine(QProcess& engine, const QString& profile, const QString& cap = u"30720"_s,
+                     const QStringList& command = {})
     {
-        QStringList arguments{profile, u"30720"_s};
+        QStringList arguments{profile, cap};
+        arguments += command;
         for (const QString& name : originals.keys())
             arguments.append(QString::fromStdString(server->url("/" + name.toStdString())));
         engine.setProcessChannelMode(QProcess::ForwardedErrorChannel);
@@ -132,4 +135,36 @@ TEST_F(KillTest, EveryFileIsWholeAfterManyKills)
         checkFiles(profile);
     }
     RecordProperty("kills", kills);
+}
+
+TEST_F(KillTest, AKillBeforeARemovalIsFinishedLosesNothingAndBringsNothingBackTwice)
+{
+    constexpr int rounds = 12;
+    constexpr int longestMilliseconds = 10'000;
+    const auto slowly = u"2048"_s; // KB/s: something is under way when everything goes
+    for (int round = 0; round < rounds; ++round) {
+        const QString profile = sandbox.path(u"removal%1"_s.arg(round));
+        QProcess engine;
+        startEngine(engine, profile, slowly, {u"remove"_s});
+        ASSERT_TRUE(engine.waitForReadyRead(longestMilliseconds));
+        EXPECT_EQ(engine.readAllStandardOutput(), "removed\n");
+        QThread::msleep(random() % 40); // before, while and after the queue is saved
+        engine.kill();
+        ASSERT_TRUE(engine.waitForFinished());
+        checkQueue(profile);
+        const QDir folder(Folders::below(profile).downloads + u"/set"_s);
+        const QFileInfoList parts = folder.entryInfoList({u"*.download"_s}, QDir::Files);
+        EXPECT_TRUE(std::ranges::any_of(parts, [](const QFileInfo& part) { return part.size() > 0; }));
+
+        QProcess next;
+        startEngine(next, profile);
+        ASSERT_TRUE(next.waitForFinished());
+        EXPECT_EQ(next.exitCode(), 0);
+        checkFiles(profile);
+        const auto bytes =
+            readWholeFile(Folders::below(profile).applicationSupport + u"/download_queue.json"_s, megabyte);
+        const auto items = decodeQueue(*bytes, DownloadPaths(Folders::below(profile).downloads));
+        ASSERT_TRUE(items);
+        EXPECT_EQ(std::ssize(*items), originals.size());
+    }
 }

@@ -4,9 +4,12 @@
 #include "ui/queue/list/RowMenus.h"
 
 #include <QAbstractButton>
+#include <QAction>
 #include <QClipboard>
 #include <QDragEnterEvent>
 #include <QGuiApplication>
+#include <QMenu>
+#include <QMenuBar>
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QTest>
@@ -331,6 +334,43 @@ void hostQuestion(Stage& stage)
     stage.log->containers.back().answer->deliver(links);
 }
 
+void addAgain(Stage& stage)
+{
+    fill(stage);
+    std::vector<Link> links;
+    for (const char* name : {"manual.pdf", "more.part1.rar", "more.part2.rar", "more.part3.rar", "notes.txt"})
+        links.push_back(fixtures::link(u"https://files.example/"_s + QString::fromLatin1(name)));
+    stage.engine.manager().addURLs(links, std::nullopt);
+}
+
+void removeSome(Stage& stage)
+{
+    fill(stage);
+    stage.engine.manager().removed().clearCompleted();
+    list(stage).run(row(stage, 1), RowButton::remove);
+}
+
+void askForRemoval(Stage& stage)
+{
+    fill(stage);
+    stage.part<QAction>("removeUnfinished").trigger();
+}
+
+void queueMenu(Stage& stage)
+{
+    errors(stage);
+    stage.engine.manager().removed().removeGroup(u"report.zip"_s);
+    auto& menu = stage.part<QMenu>("queueMenu");
+    menu.popup(stage.window.menuBar()->mapToGlobal(QPoint(60, stage.window.menuBar()->height())));
+}
+
+void menuOfFailed(Stage& stage)
+{
+    errors(stage);
+    list(stage).setCurrentIndex(row(stage, 2));
+    QTest::keyClick(&list(stage), Qt::Key_F10, Qt::ShiftModifier);
+}
+
 } // namespace
 
 std::vector<Scene> queueScenes()
@@ -357,6 +397,11 @@ std::vector<Scene> queueScenes()
         {"queue-drag", drag},
         {"queue-menu-row", [](Stage& stage) { menuOf(stage, 3); }},
         {"queue-menu-group", [](Stage& stage) { menuOf(stage, 0); }},
+        {"queue-menu-failed-group", menuOfFailed},
+        {"queue-menu", queueMenu},
+        {"queue-added", addAgain},
+        {"queue-removed", removeSome},
+        {"queue-removal-question", askForRemoval},
         {"queue-rename", rename},
         {"sheet-add-empty", [](Stage& stage) { openAddSheet(stage, {}); }},
         {"sheet-add-links",

@@ -1,5 +1,7 @@
 #include "screenshots/Stage.h"
 
+#include "ui/queue/list/QueueView.h"
+
 #include <QApplication>
 #include <QPainter>
 #include <QTimer>
@@ -37,7 +39,11 @@ std::vector<ItemPtr> Stage::add(const QStringList& names)
     QStringList urls;
     for (const QString& name : names)
         urls << u"https://files.example/"_s + QString::fromLatin1(QUrl::toPercentEncoding(name));
-    return engine.add(urls);
+    std::vector<ItemPtr> items = engine.add(urls);
+    // Scenes show what they are about, and that from its top.
+    desktop.notices.takeBack(u"added"_s);
+    part<QueueView>("queueView").scrollToTop();
+    return items;
 }
 
 QPixmap Stage::picture()

@@ -1,5 +1,6 @@
 #include "archive/pipeline/PostDownloadPipeline.h"
 
+#include "archive/pipeline/ExtractionFolder.h"
 #include "archive/pipeline/SourceDisposal.h"
 #include "archive/sources/SetVolumes.h"
 #include "archive/tools/ArchiveExtractor.h"
@@ -137,7 +138,7 @@ PostDownloadPipeline::RunPtr PostDownloadPipeline::begin(const ReadyArchive& arc
             run->members.insert(member->id());
         run->customName = m_ports.queue.customGroupName(archive.base);
     }
-    run->destination = destinationOf(archive, run->customName);
+    run->destination = extractionFolder(m_ports.settings, archive.path, run->customName);
     run->password = password;
     if (!password) // whoever starts from the beginning may be asked from the beginning
         m_passwordTrials.forget(archive.path);
@@ -353,14 +354,6 @@ std::function<PlacementResult()> PostDownloadPipeline::delivery(const Run& run,
         folder.reset();
         return result;
     };
-}
-
-QString PostDownloadPipeline::destinationOf(const ReadyArchive& archive, const QString& customName) const
-{
-    const std::optional<QString> chosen = m_ports.settings.effectiveExtractionFolder();
-    if (customName.isEmpty())
-        return chosen.value_or(QFileInfo(archive.path).path());
-    return chosen.value_or(m_ports.settings.downloadFolderPath.value()) + u'/' + folderNameOf(customName);
 }
 
 /// What came down for the archive goes to the Trash as far as the settings say so.

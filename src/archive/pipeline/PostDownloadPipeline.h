@@ -140,7 +140,6 @@ private:
     [[nodiscard]] std::function<void()> disposal(const Run& run, const QStringList& placed);
     /// The run on the item's archive, or that has its file.
     [[nodiscard]] RunPtr runOf(const ItemId& id) const;
-    [[nodiscard]] QString destinationOf(const ReadyArchive& archive, const QString& customName) const;
 
     Ports m_ports;
     Background m_background;

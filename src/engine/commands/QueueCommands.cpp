@@ -4,6 +4,7 @@
 #include "engine/commands/DiskState.h"
 #include "engine/commands/GroupOrder.h"
 #include "engine/commands/GroupVerification.h"
+#include "engine/commands/ItemChoices.h"
 #include "engine/completion/FinishedFile.h"
 #include "engine/completion/TransferCompletion.h"
 #include "engine/completion/Tries.h"
@@ -26,14 +27,6 @@
 namespace vormel {
 
 namespace {
-
-QSet<ItemId> idsOf(const QueueCommands::Items& items)
-{
-    QSet<ItemId> ids;
-    for (const ItemPtr& item : items)
-        ids.insert(item->id());
-    return ids;
-}
 
 bool isOnItsWay(const DownloadItem& item)
 {
@@ -69,11 +62,7 @@ void QueueCommands::pauseAll()
 
 void QueueCommands::clearCompleted()
 {
-    QSet<ItemId> completed;
-    for (const ItemPtr& item : m_ports.table.items()) {
-        if (item->status() == DownloadStatus::completed)
-            completed.insert(item->id());
-    }
+    const QSet<ItemId> completed = completedItems(m_ports.table);
     m_ports.completion.forget(completed);
     m_ports.table.remove(completed);
     m_ports.queue.saveQueue();
@@ -81,15 +70,7 @@ void QueueCommands::clearCompleted()
 
 void QueueCommands::clearExtracted()
 {
-    QSet<QString> extracted;
-    for (const ItemPtr& item : m_ports.table.items()) {
-        if (item->extractionStatus() == ExtractionStatus::done)
-            extracted.insert(groupKey(*item));
-    }
-    Items members;
-    std::copy_if(m_ports.table.items().begin(), m_ports.table.items().end(), std::back_inserter(members),
-                 [&extracted](const ItemPtr& item) { return extracted.contains(groupKey(*item)); });
-    removeItems(idsOf(members));
+    removeItems(extractedItems(m_ports.table));
 }
 
 void QueueCommands::pauseItems(const Items& items)
@@ -167,6 +148,21 @@ void QueueCommands::retryItem(DownloadItem& item)
     item.setPartPlace(std::nullopt);
     requeue(item);
     m_ports.queue.processQueue();
+}
+
+// Containers may be read to their end while this goes on, and items come and go: the list is one of its own.
+void QueueCommands::tryFailedAgain(Items items) // NOLINT(performance-unnecessary-value-param)
+{
+    for (const ItemPtr& item : items) {
+        if (item->status() != DownloadStatus::failed || m_ports.intake.readAgain(*item))
+            continue;
+        m_ports.recovery.cancelCountdown(*item);
+        m_ports.completion.forget({item->id()});
+        item->setResolvedURL(std::nullopt);
+        item->setStatus(DownloadStatus::queued);
+    }
+    m_ports.queue.processQueue();
+    m_ports.queue.saveQueue();
 }
 
 void QueueCommands::redownloadItem(DownloadItem& item)
@@ -258,10 +254,7 @@ void QueueCommands::removeItems(const QSet<ItemId>& ids)
 
 void QueueCommands::removeGroup(const QString& id)
 {
-    const std::span<const ItemPtr> members = m_ports.table.itemsOfSet(id);
-    QSet<ItemId> ids = idsOf(Items(members.begin(), members.end()));
-    ids.insert(ItemId(QUuid::fromString(id)));
-    removeItems(ids);
+    removeItems(membersOf(m_ports.table, id));
 }
 
 void QueueCommands::moveGroups(const std::set<qsizetype>& sources, qsizetype destination, const QStringList& groupIDs)

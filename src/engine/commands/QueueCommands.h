@@ -61,6 +61,8 @@ public:
     void stopItems(const Items& items);
     /// From the first byte. A container that could not be read is read again.
     void retryItem(DownloadItem& item);
+    /// Everything of these that has failed, from where it was: what is on disk stays. Containers are read again.
+    void tryFailedAgain(Items items);
     /// Deletes the finished file as well.
     void redownloadItem(DownloadItem& item);
     /// Corrects what the queue believes of these items from what lies on the disk.
@@ -74,6 +76,7 @@ public:
     void retryExtraction(const ItemId& id);
     void stopExtraction(const ItemId& id);
 
+    // What these take out is gone for good; what the user removes goes by RemovedItems.
     void removeItems(const QSet<ItemId>& ids);
     /// A whole set, hidden volumes included, or one plain file.
     void removeGroup(const QString& id);

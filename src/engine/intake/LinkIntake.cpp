@@ -3,6 +3,7 @@
 #include "archive/pipeline/PostDownload.h"
 #include "engine/completion/FinishedFile.h"
 #include "engine/intake/FilenamePrefetch.h"
+#include "engine/intake/KnownLinks.h"
 #include "engine/questions/Questions.h"
 #include "model/AppSettings.h"
 #include "model/DownloadPaths.h"
@@ -17,11 +18,6 @@ using namespace Qt::StringLiterals;
 namespace vormel {
 
 namespace {
-
-QString duplicateKey(const Link& url)
-{
-    return url.absoluteString().toLower();
-}
 
 QString placeholderLabel(const Link& url)
 {
@@ -71,40 +67,55 @@ LinkIntake::~LinkIntake()
 
 std::vector<Link> LinkIntake::filterNewURLs(const std::vector<Link>& urls) const
 {
-    QSet<QString> known;
-    known.reserve(static_cast<qsizetype>(m_ports.table.items().size()) + static_cast<qsizetype>(urls.size()));
-    for (const ItemPtr& item : m_ports.table.items())
-        known.insert(duplicateKey(normalizeURL(item->originalURL())));
-    std::vector<Link> fresh;
+    return sift(urls).fresh;
+}
+
+LinkIntake::Sifted LinkIntake::sift(const std::vector<Link>& urls) const
+{
+    const KnownLinks queue(m_ports.table.items());
+    KnownLinks met;
+    Sifted sifted;
     for (const Link& url : urls) {
-        Link normalised = normalizeURL(url);
-        const qsizetype before = known.size();
-        known.insert(duplicateKey(normalised));
-        if (known.size() > before)
-            fresh.push_back(std::move(normalised));
+        if (!met.insert(url))
+            continue;
+        if (queue.contains(url))
+            ++sifted.known;
+        else
+            sifted.fresh.push_back(normalizeURL(url));
     }
-    return fresh;
+    return sifted;
 }
 
 void LinkIntake::addURLs(const std::vector<Link>& urls, const std::optional<QString>& containerPassword)
 {
+    const Additions::StrokePtr stroke = m_ports.additions.current();
+    Sifted sifted = sift(urls);
     std::vector<Link> direct;
     std::vector<Link> containers;
-    for (Link& url : filterNewURLs(urls))
+    for (Link& url : sifted.fresh)
         (m_ports.resolvers.containerResolverForURL(url) ? containers : direct).push_back(std::move(url));
-    addItems(direct);
+    m_ports.additions.noteKnown(stroke, sifted.known);
+    addItems(direct, stroke);
     for (const Link& url : containers)
-        m_ports.queue.later([this, url, containerPassword] { expandContainer(url, containerPassword); });
-    settle();
+        m_ports.queue.later(
+            [this, url, containerPassword, stroke] { expandContainer(url, containerPassword, stroke); });
+    settle(stroke);
 }
 
 void LinkIntake::addDirectURLs(const std::vector<Link>& urls)
 {
-    addItems(filterNewURLs(urls));
-    settle();
+    addFiles(urls, m_ports.additions.current());
 }
 
-void LinkIntake::addItems(const std::vector<Link>& urls)
+void LinkIntake::addFiles(const std::vector<Link>& urls, const Additions::StrokePtr& stroke)
+{
+    const Sifted sifted = sift(urls);
+    m_ports.additions.noteKnown(stroke, sifted.known);
+    addItems(sifted.fresh, stroke);
+    settle(stroke);
+}
+
+void LinkIntake::addItems(const std::vector<Link>& urls, const Additions::StrokePtr& stroke)
 {
     std::vector<ItemPtr> items;
     items.reserve(urls.size());
@@ -114,12 +125,14 @@ void LinkIntake::addItems(const std::vector<Link>& urls)
             items.back()->setStatus(DownloadStatus::paused);
     }
     m_ports.table.append(items);
+    m_ports.additions.noteItems(stroke, items);
     for (const ItemPtr& item : items)
         markCompletedIfPresent(*item);
 }
 
-void LinkIntake::settle()
+void LinkIntake::settle(const Additions::StrokePtr& stroke)
 {
+    m_ports.additions.tellLater(stroke); // behind the rows of containers
     m_ports.queue.processQueue();
     m_ports.prefetch.prefetchFilenames();
     m_ports.queue.saveQueue();
@@ -141,13 +154,29 @@ void LinkIntake::markCompletedIfPresent(DownloadItem& item)
         m_ports.queue.later([this, id = item.id()] { m_ports.postDownload.autoExtractAfterDownload(id); });
 }
 
-void LinkIntake::expandContainer(const Link& url, const std::optional<QString>& password)
+void LinkIntake::expandContainer(const Link& url, const std::optional<QString>& password,
+                                 const Additions::StrokePtr& stroke)
 {
     auto placeholder = std::make_shared<DownloadItem>(url, ItemId::make());
     placeholder->setStatus(DownloadStatus::expanding);
     placeholder->setFilename(placeholderLabel(url));
     m_ports.table.append({placeholder});
-    spawn(readContainer(placeholder, password));
+    m_ports.additions.noteContainer(stroke, *placeholder);
+    takeUpContainer(placeholder, password);
+}
+
+void LinkIntake::takeUpContainer(const ItemPtr& row, const std::optional<QString>& password)
+{
+    if (password)
+        m_passwords.insert(row->id(), *password);
+    if (row->status() == DownloadStatus::expanding)
+        spawn(readContainer(row));
+}
+
+std::optional<QString> LinkIntake::passwordOf(const ItemId& id) const
+{
+    const auto password = m_passwords.constFind(id);
+    return password == m_passwords.cend() ? std::nullopt : std::optional(*password);
 }
 
 bool LinkIntake::isContainer(const DownloadItem& item) const
@@ -170,8 +199,7 @@ bool LinkIntake::readAgain(const DownloadItem& item)
         return false;
     placeholder->setStatus(DownloadStatus::expanding);
     placeholder->setFilename(placeholderLabel(item.originalURL()));
-    const auto password = m_passwords.constFind(item.id());
-    spawn(readContainer(placeholder, password == m_passwords.cend() ? std::nullopt : std::optional(*password)));
+    spawn(readContainer(placeholder));
     return true;
 }
 
@@ -189,8 +217,9 @@ void LinkIntake::forget(const QSet<ItemId>& ids)
     }
 }
 
-QCoro::Task<> LinkIntake::readContainer(ItemPtr placeholder, std::optional<QString> password)
+QCoro::Task<> LinkIntake::readContainer(ItemPtr placeholder)
 {
+    const std::optional<QString> password = passwordOf(placeholder->id());
     const Link url = placeholder->originalURL();
     const ContainerResolver* const resolver = m_ports.resolvers.containerResolverForURL(url);
     if (!resolver) {
@@ -206,8 +235,6 @@ QCoro::Task<> LinkIntake::readContainer(ItemPtr placeholder, std::optional<QStri
     if (lifetime.isOver() || reading.stop_requested())
         co_return;
     m_readings.erase(placeholder->id());
-    if (password && !contents.links)
-        m_passwords.insert(placeholder->id(), *password);
     if (contents.links)
         containerOpened(placeholder, *contents.links);
     else if (contents.wantsCaptcha)
@@ -226,19 +253,20 @@ void LinkIntake::askForCaptcha(DownloadItem& placeholder, const std::optional<QS
 
 void LinkIntake::containerOpened(const ItemPtr& placeholder, const std::vector<Link>& urls)
 {
+    const Additions::StrokePtr stroke = m_ports.additions.ofContainer(placeholder->id());
     m_ports.table.remove({placeholder->id()});
     std::vector<PendingHostSelection::HostGroup> groups = groupURLsByHost(urls, m_ports.resolvers.profiles());
     if (groups.size() < 2)
-        addDirectURLs(urls);
+        addFiles(urls, stroke);
     else
         m_ports.questions.ask(PendingHostSelection{std::move(groups), urls});
 }
 
 void LinkIntake::addCaptchaLinks(const PendingCaptcha& answered, const std::vector<Link>& urls)
 {
+    const Additions::StrokePtr stroke = m_ports.additions.ofContainer(answered.placeholderID);
     m_ports.table.remove({answered.placeholderID});
-    addItems(filterNewURLs(urls));
-    settle();
+    addFiles(urls, stroke);
 }
 
 void LinkIntake::cancelCaptcha(const PendingCaptcha& question) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/intake/Additions.h"
 #include "engine/queue/ItemTable.h"
 #include "engine/queue/QueueTurn.h"
 #include "model/PendingQuestions.h"
@@ -31,6 +32,7 @@ public:
         PostDownload& postDownload;
         Questions& questions;
         FilenamePrefetch& prefetch;
+        Additions& additions;
         QueueTurn& queue;
     };
 
@@ -53,6 +55,10 @@ public:
     /// Reads the container of such a row once more, with the password that came with it, while the row keeps its place.
     /// One that is being read is left to it. False for any other item.
     bool readAgain(const DownloadItem& item);
+    /// What came with the row of a container that is being read, or could not be.
+    [[nodiscard]] std::optional<QString> passwordOf(const ItemId& id) const;
+    /// The row of a container is in the queue, with the password if there is one: it is read if that is what it shows.
+    void takeUpContainer(const ItemPtr& row, const std::optional<QString>& password);
     /// Nobody waits for the container of that row any more: what is still asked for it ends.
     void stopReading(const ItemId& id);
     /// The rows are gone.
@@ -63,17 +69,25 @@ public:
 
 private:
     [[nodiscard]] bool isContainer(const DownloadItem& item) const;
-    void addItems(const std::vector<Link>& urls);
-    void settle();
+    /// Links that are new to the queue, and how many it has already.
+    struct Sifted
+    {
+        std::vector<Link> fresh;
+        qsizetype known = 0;
+    };
+    [[nodiscard]] Sifted sift(const std::vector<Link>& urls) const;
+    void addFiles(const std::vector<Link>& urls, const Additions::StrokePtr& stroke);
+    void addItems(const std::vector<Link>& urls, const Additions::StrokePtr& stroke);
+    void settle(const Additions::StrokePtr& stroke);
     void markCompletedIfPresent(DownloadItem& item);
-    void expandContainer(const Link& url, const std::optional<QString>& password);
-    QCoro::Task<> readContainer(ItemPtr placeholder, std::optional<QString> password);
+    void expandContainer(const Link& url, const std::optional<QString>& password, const Additions::StrokePtr& stroke);
+    QCoro::Task<> readContainer(ItemPtr placeholder);
     void containerOpened(const ItemPtr& placeholder, const std::vector<Link>& urls);
     void askForCaptcha(DownloadItem& placeholder, const std::optional<QString>& password);
 
     Ports m_ports;
     Lifetime m_lifetime;
-    QHash<ItemId, QString> m_passwords; ///< of the containers that could not be read
+    QHash<ItemId, QString> m_passwords; ///< of the containers that have a row
     std::unordered_map<ItemId, std::stop_source> m_readings;
 };
 

@@ -62,6 +62,33 @@ void ItemTable::append(std::vector<ItemPtr> items)
     m_listener.tableGrew(static_cast<qsizetype>(first), static_cast<qsizetype>(m_items.size() - first));
 }
 
+void ItemTable::insert(const std::vector<Placed>& placed)
+{
+    if (placed.empty())
+        return;
+    std::vector<ItemPtr> all;
+    all.reserve(m_items.size() + placed.size());
+    auto next = placed.begin();
+    for (ItemPtr& item : m_items) {
+        for (; next != placed.end() && next->place <= all.size(); ++next)
+            all.push_back(next->item);
+        all.push_back(std::move(item));
+    }
+    for (; next != placed.end(); ++next)
+        all.push_back(next->item);
+    m_items = std::move(all);
+    m_rows.resize(m_items.size());
+    indexFrom(std::min(placed.front().place, m_items.size() - placed.size()));
+    QSet<ItemId> ids;
+    for (const Placed& one : placed) {
+        observeItem(one.item);
+        m_sets.insert(one.item);
+        m_files.insert(one.item);
+        ids.insert(one.item->id());
+    }
+    m_listener.tableFilledUp(ids);
+}
+
 void ItemTable::remove(const QSet<ItemId>& ids)
 {
     QSet<ItemId> gone;

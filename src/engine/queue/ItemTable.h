@@ -26,6 +26,8 @@ public:
         /// The item is about to leave the queue.
         virtual void tableWillRemove(DownloadItem& /*item*/) {}
         virtual void tableShrank(const QSet<ItemId>& ids) = 0;
+        /// Items came to places among the others.
+        virtual void tableFilledUp(const QSet<ItemId>& /*ids*/) {}
         virtual void tableReordered() = 0;
         virtual void tableItemChanged(DownloadItem& item, ItemField field) = 0;
         /// The item was resolving or downloading, and is so no more.
@@ -40,6 +42,13 @@ public:
     {
         DownloadStatus::Kind status;
         bool isRev;
+    };
+
+    /// An item and the place that it is to have.
+    struct Placed
+    {
+        std::size_t place = 0;
+        ItemPtr item;
     };
 
     /// The listener must outlive the table.
@@ -63,6 +72,9 @@ public:
     [[nodiscard]] std::span<const ItemPtr> holdersOf(const QString& name) const { return m_files.find(name); }
 
     void append(std::vector<ItemPtr> items);
+    /// Puts all items in with one pass over the queue. Their places ascend, and are those that they have afterwards;
+    /// what would lie beyond the end comes to the end.
+    void insert(const std::vector<Placed>& placed);
     /// Ids that are not there are ignored. Each item falls silent before the listener hears of it.
     void remove(const QSet<ItemId>& ids);
     /// Puts the items into ascending order of their ranks; those without one go to the end. Equal ranks keep their

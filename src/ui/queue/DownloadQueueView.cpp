@@ -5,9 +5,11 @@
 #include "kit/BoundText.h"
 #include "kit/EmptyState.h"
 #include "kit/Separator.h"
+#include "ui/queue/BulkCommands.h"
 #include "ui/queue/DropOverlay.h"
 #include "ui/queue/DroppedLinks.h"
 #include "ui/queue/MissingToolsBanner.h"
+#include "ui/queue/QueueNotices.h"
 #include "ui/queue/QueueSheets.h"
 #include "ui/queue/QueueToolBar.h"
 #include "ui/queue/accessibility/AccessibleQueue.h"
@@ -44,6 +46,8 @@ DownloadQueueView::DownloadQueueView(const ViewPorts& ports, QWidget* parent)
     , m_pages(new QStackedLayout)
     , m_overlay(new DropOverlay(this))
     , m_sheets(new QueueSheets(ports, *this))
+    , m_bulk(new BulkCommands(
+          ports.manager, [sheets = m_sheets](QDialog* sheet) { sheets->show(sheet); }, this))
 {
     setObjectName(u"downloadQueueView"_s);
     setAcceptDrops(true);
@@ -52,6 +56,9 @@ DownloadQueueView::DownloadQueueView(const ViewPorts& ports, QWidget* parent)
         connect(m_model, signal, this, &DownloadQueueView::showListOrEmptyState);
     connect(m_model, &QAbstractItemModel::modelReset, this, &DownloadQueueView::showListOrEmptyState);
     connect(m_sheets, &QueueSheets::pageWanted, this, &DownloadQueueView::wanted);
+    new QueueNotices(m_manager, ports.notices, this);
+    connect(&m_manager.additions(), &Additions::told, this,
+            [this](const Addition& addition) { m_list->reveal(addition.items); });
     bindTexts(m_manager.settings());
     showListOrEmptyState();
 }

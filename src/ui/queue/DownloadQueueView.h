@@ -14,6 +14,7 @@ class QStackedLayout;
 namespace vormel {
 
 class AppSettings;
+class BulkCommands;
 class DropOverlay;
 class EmptyState;
 class QueueModel;
@@ -36,6 +37,8 @@ public:
     void offerLinks(const std::vector<Link>& links);
     /// The commands for the whole queue, for menus; the page owns them.
     [[nodiscard]] QList<QAction*> queueActions() const;
+    /// Those for many rows at once; the page owns them, too.
+    [[nodiscard]] BulkCommands& bulkCommands() const { return *m_bulk; }
     /// Adds what the selected row can be told; nothing if there is none.
     void fillSelectionMenu(QMenu& menu);
 
@@ -63,6 +66,7 @@ private:
     QStackedLayout* m_pages;
     DropOverlay* m_overlay;
     QueueSheets* m_sheets;
+    BulkCommands* m_bulk;
 };
 
 } // namespace vormel

@@ -179,6 +179,14 @@ void QueueSheets::openAddURLs()
     open(sheet);
 }
 
+void QueueSheets::show(QDialog* sheet)
+{
+    if (m_sheet)
+        delete sheet;
+    else
+        open(sheet);
+}
+
 /// Whatever closes it other than its answer cancels the question.
 void QueueSheets::openQuestion(QDialog* sheet, const std::function<void()>& cancel)
 {

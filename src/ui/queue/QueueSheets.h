@@ -31,6 +31,8 @@ public:
     /// Shows links that come from outside the window in the sheet for adding, behind what is in it already. While any
     /// other sheet or dialog is open, they wait for its end.
     void offerLinks(const std::vector<Link>& links);
+    /// Opens another sheet of the page, which is deleted when it closes; at once if any is open.
+    void show(QDialog* sheet);
 
 Q_SIGNALS:
     /// Links are to be shown, and the page is not on the screen.

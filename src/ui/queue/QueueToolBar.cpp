@@ -45,8 +45,8 @@ QueueToolBar::QueueToolBar(const ViewPorts& ports, QWidget* parent)
     connect(m_add, &QAction::triggered, this, &QueueToolBar::addRequested);
     connect(m_startAll, &QAction::triggered, this, [this] { m_manager.commands().startAll(); });
     connect(m_pauseAll, &QAction::triggered, this, [this] { m_manager.commands().pauseAll(); });
-    connect(m_clearCompleted, &QAction::triggered, this, [this] { m_manager.commands().clearCompleted(); });
-    connect(m_clearExtracted, &QAction::triggered, this, [this] { m_manager.commands().clearExtracted(); });
+    connect(m_clearCompleted, &QAction::triggered, this, [this] { m_manager.removed().clearCompleted(); });
+    connect(m_clearExtracted, &QAction::triggered, this, [this] { m_manager.removed().clearExtracted(); });
     connect(m_donate, &QAction::triggered, this,
             [&opener = ports.urlOpener] { opener.open(QUrl(QString(donationUrl))); });
     followLanguage(this, m_manager.settings(), [this] { showTexts(); });

@@ -11,7 +11,7 @@ using namespace vormel::fixtures;
 
 namespace {
 
-const QString containerLink = u"https://container.example/c/XYZ"_s;
+const QString containerURL = u"https://container.example/c/XYZ"_s;
 
 class LinkIntakeTest : public ::testing::Test
 {
@@ -91,7 +91,7 @@ TEST_F(LinkIntakeTest, MistakesNoFileNamedDownloadForANamelessItem)
 
 TEST_F(LinkIntakeTest, ShowsAPlaceholderWhileAContainerIsRead)
 {
-    engine.manager().addURLs({link(u"http://h/a"_s), link(containerLink)}, u"secret"_s);
+    engine.manager().addURLs({link(u"http://h/a"_s), link(containerURL)}, u"secret"_s);
     turnEventLoop();
     ASSERT_EQ(engine.manager().items().size(), 2U);
     const ItemPtr placeholder = engine.manager().items()[1];
@@ -104,11 +104,11 @@ TEST_F(LinkIntakeTest, ShowsAPlaceholderWhileAContainerIsRead)
 
 TEST_F(LinkIntakeTest, RefusesAContainerWhileItIsReadAndReadsItAgainLater)
 {
-    paste(containerLink);
-    paste(containerLink);
+    paste(containerURL);
+    paste(containerURL);
     EXPECT_EQ(log->containers.size(), 1U);
     answer(0, std::vector{link(u"http://h/1.rar"_s)});
-    paste(containerLink);
+    paste(containerURL);
     EXPECT_EQ(log->containers.size(), 2U);
     answer(1, std::vector{link(u"http://h/1.rar"_s), link(u"http://h/2.rar"_s)});
     EXPECT_EQ(names(), (QStringList{u"1.rar"_s, u"2.rar"_s}));
@@ -117,7 +117,7 @@ TEST_F(LinkIntakeTest, RefusesAContainerWhileItIsReadAndReadsItAgainLater)
 TEST_F(LinkIntakeTest, ReadsContainersTogetherWhateverTheLimit)
 {
     engine.settings().maxConcurrentDownloads.set(1);
-    engine.manager().addURLs({link(containerLink), link(u"https://container.example/c/2"_s)}, std::nullopt);
+    engine.manager().addURLs({link(containerURL), link(u"https://container.example/c/2"_s)}, std::nullopt);
     turnEventLoop();
     EXPECT_EQ(log->containers.size(), 2U);
     // Links are appended as the answers come.
@@ -128,7 +128,7 @@ TEST_F(LinkIntakeTest, ReadsContainersTogetherWhateverTheLimit)
 
 TEST_F(LinkIntakeTest, EndsWithNothingWhenAContainerYieldsNothing)
 {
-    paste(containerLink);
+    paste(containerURL);
     answer(0, std::vector<Link>{});
     EXPECT_TRUE(engine.manager().items().empty());
     EXPECT_EQ(engine.manager().questions().pendingHostSelection(), std::nullopt);
@@ -136,7 +136,7 @@ TEST_F(LinkIntakeTest, EndsWithNothingWhenAContainerYieldsNothing)
 
 TEST_F(LinkIntakeTest, KeepsAFailedContainerWithItsText)
 {
-    paste(containerLink);
+    paste(containerURL);
     answer(0, ContainerError::noLinksFound());
     ASSERT_EQ(engine.manager().items().size(), 1U);
     EXPECT_EQ(engine.manager().items()[0]->status(), DownloadStatus::failure(u"No links found in the container"_s));
@@ -145,7 +145,7 @@ TEST_F(LinkIntakeTest, KeepsAFailedContainerWithItsText)
 
 TEST_F(LinkIntakeTest, AsksWhichHostWhenAContainerHasSeveral)
 {
-    paste(containerLink);
+    paste(containerURL);
     const std::vector<Link> links{link(u"http://other.example/1"_s), link(u"http://www.terabytez.example/1"_s),
                                   link(u"http://filestore.example/1"_s)};
     answer(0, links);
@@ -164,7 +164,7 @@ TEST_F(LinkIntakeTest, AsksWhichHostWhenAContainerHasSeveral)
 
 TEST_F(LinkIntakeTest, DropsTheLinksWhenTheQuestionIsCancelled)
 {
-    paste(containerLink);
+    paste(containerURL);
     answer(0, std::vector{link(u"http://a/1"_s), link(u"http://b/1"_s)});
     engine.manager().questions().cancelHostSelection();
     EXPECT_TRUE(engine.manager().items().empty());
@@ -173,13 +173,13 @@ TEST_F(LinkIntakeTest, DropsTheLinksWhenTheQuestionIsCancelled)
 
 TEST_F(LinkIntakeTest, AsksForACaptchaAndPutsItsLinksInThePlaceholdersStead)
 {
-    paste(containerLink, u"pw"_s);
+    paste(containerURL, u"pw"_s);
     answer(0, ContainerError::captchaRequired());
     const ItemPtr placeholder = engine.manager().items().at(0);
     EXPECT_EQ(placeholder->status(), DownloadStatus::expanding);
     EXPECT_EQ(placeholder->filename(), u"CAPTCHA: container.example"_s);
     EXPECT_EQ(engine.manager().questions().pendingCaptcha(),
-              (PendingCaptcha{placeholder->id(), link(containerLink), u"pw"_s}));
+              (PendingCaptcha{placeholder->id(), link(containerURL), u"pw"_s}));
     engine.manager().questions().addCaptchaLinks({link(u"http://a/1"_s), link(u"http://b/1"_s)});
     EXPECT_EQ(engine.manager().questions().pendingCaptcha(), std::nullopt);
     EXPECT_EQ(engine.manager().questions().pendingHostSelection(), std::nullopt);
@@ -189,7 +189,7 @@ TEST_F(LinkIntakeTest, AsksForACaptchaAndPutsItsLinksInThePlaceholdersStead)
 
 TEST_F(LinkIntakeTest, FailsThePlaceholderWhenTheCaptchaIsCancelled)
 {
-    paste(containerLink);
+    paste(containerURL);
     answer(0, ContainerError::captchaRequired());
     engine.manager().questions().cancelCaptcha();
     EXPECT_EQ(engine.manager().items().at(0)->status(), DownloadStatus::failure(u"CAPTCHA cancelled"_s));
@@ -201,14 +201,14 @@ TEST_F(LinkIntakeTest, FailsThePlaceholderWhenTheCaptchaIsCancelled)
 
 TEST_F(LinkIntakeTest, PutsTheCaptchaOfASecondContainerBehindThatOfTheFirst)
 {
-    engine.manager().addURLs({link(containerLink), link(u"https://container.example/c/2"_s)}, std::nullopt);
+    engine.manager().addURLs({link(containerURL), link(u"https://container.example/c/2"_s)}, std::nullopt);
     turnEventLoop();
     answer(0, ContainerError::captchaRequired());
     answer(1, ContainerError::captchaRequired());
     const auto asked = [this] {
         return engine.manager().questions().pendingCaptcha()->containerURL.lastPathComponent();
     };
-    EXPECT_EQ(asked(), link(containerLink).lastPathComponent());
+    EXPECT_EQ(asked(), link(containerURL).lastPathComponent());
     engine.manager().questions().cancelCaptcha();
     EXPECT_EQ(asked(), u"2"_s);
     EXPECT_EQ(engine.manager().items().size(), 2U);
@@ -216,7 +216,7 @@ TEST_F(LinkIntakeTest, PutsTheCaptchaOfASecondContainerBehindThatOfTheFirst)
 
 TEST_F(LinkIntakeTest, AddsNothingOfAContainerWhoseRowWasRemovedMeanwhile)
 {
-    paste(containerLink);
+    paste(containerURL);
     engine.manager().commands().removeItems({engine.manager().items().at(0)->id()});
     answer(0, std::vector{link(u"http://h/1.rar"_s)});
     EXPECT_TRUE(engine.manager().items().empty());
@@ -224,7 +224,7 @@ TEST_F(LinkIntakeTest, AddsNothingOfAContainerWhoseRowWasRemovedMeanwhile)
 
 TEST_F(LinkIntakeTest, AddsContainersAsFilesWhenToldSo)
 {
-    engine.manager().addDirectURLs({link(containerLink)});
+    engine.manager().addDirectURLs({link(containerURL)});
     turnEventLoop();
     EXPECT_TRUE(log->containers.empty());
     EXPECT_EQ(names(), QStringList{u"XYZ"_s});

@@ -149,3 +149,32 @@ TEST_F(ItemTableTest, TalliesASetAnewWithEachStatus)
     part->setExtractionStatus(ExtractionStatus::done);
     EXPECT_EQ(table.tallyOf(*rev).extracted, 1);
 }
+
+TEST_F(ItemTableTest, PutsManyItemsToTheirPlacesAtOnce)
+{
+    const auto make = [](const QString& name) {
+        auto item = std::make_shared<DownloadItem>(*Link::parse(u"http://h/"_s + name), ItemId::make());
+        item->setFilename(name);
+        return item;
+    };
+    const ItemPtr b = add(u"m.part2.rar"_s);
+    const ItemPtr d = add(u"m.part4.rar"_s);
+    const ItemPtr a = make(u"m.part1.rar"_s);
+    const ItemPtr c = make(u"m.part3.rar"_s);
+    const ItemPtr e = make(u"m.part5.rar"_s);
+    c->setStatus(DownloadStatus::downloading);
+    c->setLocalPath(u"/d/m.part3.rar"_s);
+    table.insert({{0, a}, {2, c}, {99, e}});
+    EXPECT_EQ(table.items(), (std::vector{a, b, c, d, e}));
+    EXPECT_EQ(set(u"m"_s), table.items());
+    for (std::size_t place = 0; place < table.items().size(); ++place)
+        EXPECT_EQ(table.position(table.items()[place]->id()), place);
+    EXPECT_EQ(table.rows()[2].status, DownloadStatus::downloading);
+    EXPECT_EQ(table.rows()[4].status, DownloadStatus::queued);
+    EXPECT_EQ(table.activeCount(), 1);
+    EXPECT_EQ(table.holdersOf(u"m.part3.rar"_s).size(), 1U);
+    c->setStatus(DownloadStatus::stopped); // it is watched
+    EXPECT_EQ(table.rows()[2].status, DownloadStatus::stopped);
+    table.insert({});
+    EXPECT_EQ(table.items().size(), 5U);
+}

@@ -5,6 +5,7 @@
 #include "fixtures/EventLoop.h"
 #include "ui/FakeDesktop.h"
 #include "ui/Part.h"
+#include "ui/queue/RemovalQuestion.h"
 #include "ui/queue/list/QueueView.h"
 #include "ui/sheets/AddURLView.h"
 
@@ -385,6 +386,51 @@ TEST_F(DownloadQueueViewTest, ClearExtractedReachesTheQueue)
     items[0]->setExtractionStatus(ExtractionStatus::done);
     click("clearExtracted");
     EXPECT_EQ(queue(), QStringList{u"https://h.example/b.zip"_s});
+}
+
+TEST_F(DownloadQueueViewTest, TheQuestionOfARemovalIsASheetAmongTheOthers)
+{
+    engine.add(u"https://h.example/a.zip"_s);
+    part<QAction>("removeAll").trigger();
+    ASSERT_NE(page.findChild<RemovalQuestion*>(), nullptr);
+    page.showAddURLs();
+    EXPECT_EQ(page.findChild<AddURLView*>(), nullptr);
+    QTest::keyClick(page.findChild<RemovalQuestion*>(), Qt::Key_Escape);
+    turnEventLoop();
+    page.showAddURLs();
+    part<QAction>("removeAll").trigger();
+    EXPECT_EQ(page.findChild<RemovalQuestion*>(), nullptr);
+    EXPECT_EQ(engine.manager().items().size(), 1U);
+}
+
+TEST_F(DownloadQueueViewTest, WhatTheToolBarClearsCanBePutBack)
+{
+    engine.add(u"https://h.example/a.zip"_s)->setStatus(DownloadStatus::completed);
+    engine.add(u"https://h.example/b.zip"_s)->setExtractionStatus(ExtractionStatus::done);
+    click("clearCompleted");
+    click("clearExtracted");
+    EXPECT_TRUE(engine.manager().items().empty());
+    desktop.notices.run(u"removed"_s, 0);
+    EXPECT_EQ(engine.manager().items().size(), 2U);
+}
+
+TEST_F(DownloadQueueViewTest, WhatIsAddedComesIntoSightAndTheSelectionStays)
+{
+    QStringList links;
+    for (int i = 0; i < 60; ++i)
+        links << u"https://h.example/%1.zip"_s.arg(i);
+    engine.add(links);
+    auto& list = part<QueueView>("queueView");
+    list.setCurrentIndex(list.model()->index(3, 0));
+    engine.add(
+        {u"https://h.example/set.part1.rar"_s, u"https://h.example/set.part2.rar"_s, u"https://h.example/last.zip"_s});
+    const QModelIndex header = list.model()->index(60, 0);
+    EXPECT_TRUE(list.viewport()->rect().contains(list.visualRect(header))); // its group is closed
+    EXPECT_EQ(list.selectedRow(), list.model()->index(3, 0));
+    list.scrollToTop();
+    engine.manager().addURLs({fixtures::link(u"https://h.example/0.zip"_s)}, std::nullopt);
+    turnEventLoop();
+    EXPECT_EQ(list.indexAt(QPoint(0, 0)).row(), 0); // nothing is new
 }
 
 TEST_F(DownloadQueueViewTest, TheListIsNamedAndItsRowsSpeak)

@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QTest>
 #include <QToolTip>
+#include <QUrl>
 
 #include <gtest/gtest.h>
 
@@ -236,6 +237,38 @@ TEST_F(QueueButtonsTest, AltAndArrowsMoveTheSelectedGroup)
     EXPECT_EQ(view.currentIndex().data(QueueModel::idRole).value<ItemId>(), items[1]->id());
     QTest::keyClick(&view, Qt::Key_Up, Qt::AltModifier);
     EXPECT_EQ(engine.manager().items().front(), items[0]);
+}
+
+TEST_F(QueueButtonsTest, ADoubleClickAndEnterOpenWhatIsFinished)
+{
+    const QUrl file = QUrl::fromLocalFile(engine.sandbox.write(u"Downloads/b.zip"_s, "x"));
+    const QPoint name = rowLayout(plain()).name.center();
+    QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, name);
+    view.setCurrentIndex(plain());
+    QTest::keyClick(&view, Qt::Key_Return);
+    EXPECT_TRUE(desktop.opener.opened.isEmpty());
+    items[2]->setLocalPath(file.toLocalFile());
+    items[2]->setStatus(DownloadStatus::completed);
+    turnEventLoop();
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, name);
+    EXPECT_TRUE(desktop.opener.opened.isEmpty());
+    QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, name);
+    QTest::mouseDClick(view.viewport(), Qt::RightButton, {}, name);
+    EXPECT_EQ(desktop.opener.opened, QList{file});
+    QTest::keyClick(&view, Qt::Key_Return);
+    QTest::keyClick(&view, Qt::Key_Enter, Qt::KeypadModifier);
+    QTest::keyClick(&view, Qt::Key_Return, Qt::AltModifier);
+    EXPECT_EQ(desktop.opener.opened, (QList{file, file, file}));
+}
+
+TEST_F(QueueButtonsTest, EnterOpensAndClosesAGroup)
+{
+    view.setCurrentIndex(header());
+    QTest::keyClick(&view, Qt::Key_Return);
+    EXPECT_FALSE(view.isExpanded(header()));
+    QTest::keyClick(&view, Qt::Key_Return);
+    EXPECT_TRUE(view.isExpanded(header()));
+    EXPECT_TRUE(desktop.opener.opened.isEmpty());
 }
 
 TEST_F(QueueButtonsTest, EverythingHasItsPlaceInTheSmallestWindow)

@@ -324,12 +324,16 @@ void QueueView::mouseDoubleClickEvent(QMouseEvent* event)
     const QModelIndex index = indexAt(event->pos());
     if (event->button() == Qt::LeftButton && hit.isButton())
         return; // after the first click another button, or another row, may have come under the pointer
-    if (event->button() != Qt::LeftButton || !m_model.isHeader(index))
+    if (event->button() != Qt::LeftButton || !m_model.isHeader(index)) {
+        const ItemPtr item = event->button() == Qt::LeftButton ? m_model.item(index) : nullptr;
         mousePressEvent(event); // quick clicks are clicks
-    else if (hit.part == RowHit::Part::title)
+        if (item)
+            m_commands.open(*item);
+    } else if (hit.part == RowHit::Part::title) {
         m_menus->rename(index);
-    else
+    } else {
         setExpanded(index, !isExpanded(index));
+    }
 }
 
 bool QueueView::viewportEvent(QEvent* event)
@@ -381,10 +385,30 @@ void QueueView::moveGroup(const QModelIndex& index, bool isUp)
     scrollTo(currentIndex());
 }
 
+void QueueView::activate(const QModelIndex& index)
+{
+    if (m_model.isHeader(index))
+        setExpanded(index, !isExpanded(index));
+    else if (const ItemPtr item = m_model.item(index))
+        m_commands.open(*item);
+}
+
+void QueueView::reveal(const std::vector<ItemId>& items)
+{
+    for (const ItemId& id : items) {
+        const QModelIndex row = m_model.indexOf(id);
+        if (!row.isValid())
+            continue; // hidden, or gone
+        const bool isInSight = !row.parent().isValid() || isExpanded(row.parent());
+        return scrollTo(isInSight ? row : row.parent(), PositionAtTop);
+    }
+}
+
 void QueueView::keyPressEvent(QKeyEvent* event)
 {
     const QModelIndex current = currentIndex();
     const bool isUp = event->key() == Qt::Key_Up;
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (event->key() == Qt::Key_Escape && m_drag->isDragging())
         m_drag->cancel();
     else if (event->key() == Qt::Key_Delete)
@@ -397,6 +421,8 @@ void QueueView::keyPressEvent(QKeyEvent* event)
         m_menus->openBelow(current);
     else if (event->modifiers().testFlag(Qt::AltModifier) && (isUp || event->key() == Qt::Key_Down))
         moveGroup(current, isUp);
+    else if (isEnter && !(event->modifiers() & ~Qt::KeyboardModifiers(Qt::KeypadModifier)))
+        activate(current);
     else
         QTreeView::keyPressEvent(event);
 }

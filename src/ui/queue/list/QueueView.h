@@ -41,6 +41,8 @@ public:
     [[nodiscard]] RowMenus& menus() { return *m_menus; }
     /// Past its neighbour.
     void moveGroup(const QModelIndex& index, bool isUp);
+    /// Brings the first of the items that has a row to the top, or the header of its closed group. The selection stays.
+    void reveal(const std::vector<ItemId>& items);
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
 protected:
@@ -73,6 +75,7 @@ private:
     void notePointer(QPoint point);
     void pressRow(QMouseEvent* event);
     void selectPressed(const QModelIndex& index);
+    void activate(const QModelIndex& index);
     void removeRow(const QModelIndex& index);
     static void copy(const QModelIndex& index);
 

@@ -1,7 +1,18 @@
 #include "ui/queue/list/RowCommands.h"
 
+#include "archive/pipeline/ExtractionFolder.h"
 #include "engine/DownloadManager.h"
+#include "model/DownloadPaths.h"
+#include "model/SetName.h"
 #include "platform/desktop/FileViewer.h"
+#include "platform/desktop/UrlOpener.h"
+
+#include <QClipboard>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QUrl>
+
+#include <algorithm>
 
 namespace vormel {
 
@@ -31,7 +42,7 @@ void RowCommands::run(RowButton button,
     case RowButton::redownload:
         return commands.redownloadItem(*item);
     case RowButton::remove:
-        return commands.removeItems({item->id()});
+        return m_ports.manager.removed().remove({item->id()});
     case RowButton::retryExtraction:
     case RowButton::extract:
         return m_ports.manager.commands().retryExtraction(item->id());
@@ -62,11 +73,15 @@ void RowCommands::run(RowButton button,
     case RowButton::resyncGroup:
         return commands.resyncItems(group.items);
     case RowButton::removeGroup:
-        return commands.removeGroup(group.id);
+        return manager.removed().removeGroup(group.id);
     case RowButton::extract:
         return manager.commands().retryExtraction(group.items.front()->id());
     case RowButton::stopExtraction:
         return manager.commands().stopExtraction(group.items.front()->id());
+    case RowButton::tryFailedAgain:
+        return commands.tryFailedAgain(group.items);
+    case RowButton::showGroup:
+        return showInViewer(group);
     default:
         return; // a row's: the group had more items when it was asked
     }
@@ -92,6 +107,41 @@ void RowCommands::showInViewer(const DownloadItem& item) const
 {
     if (item.localPath())
         m_ports.fileViewer.show(*item.localPath());
+}
+
+void RowCommands::showInViewer(const DownloadGroup& group) const
+{
+    const auto finished = std::ranges::find_if(group.items, [](const ItemPtr& item) {
+        return item->status() == DownloadStatus::completed && item->localPath();
+    });
+    const AppSettings& settings = m_ports.manager.settings();
+    const QString folder = settings.paths().groupFolder(group.items.front()->filename());
+    if (finished != group.items.end())
+        m_ports.fileViewer.show(*(*finished)->localPath());
+    else
+        m_ports.urlOpener.open(
+            QUrl::fromLocalFile(QFileInfo::exists(folder) ? folder : settings.downloadFolderPath.value()));
+}
+
+void RowCommands::open(const DownloadItem& item) const
+{
+    if (item.status() != DownloadStatus::completed || !item.localPath())
+        return;
+    DownloadManager& manager = m_ports.manager;
+    const QString target = item.extractionStatus() == ExtractionStatus::done
+                               ? extractionFolder(manager.settings(), *item.localPath(),
+                                                  manager.groupNames().customName(setBaseName(item.filename())))
+                               : *item.localPath();
+    if (QFileInfo::exists(target))
+        m_ports.urlOpener.open(QUrl::fromLocalFile(target));
+}
+
+void RowCommands::copyLinks(const std::vector<ItemPtr>& items)
+{
+    QStringList links;
+    for (const ItemPtr& item : items)
+        links << item->originalURL().absoluteString();
+    QGuiApplication::clipboard()->setText(links.join(u'\n'));
 }
 
 } // namespace vormel

@@ -18,6 +18,12 @@ public:
     void run(RowButton button, ItemPtr item) const;        ///< one of the buttons of a row
     void run(RowButton button, DownloadGroup group) const; ///< one of the buttons of a header
 
+    /// What is finished, with its own program: the file, or the folder that it was unpacked to. Nothing happens for an
+    /// item that is not, and where neither is there any more.
+    void open(const DownloadItem& item) const;
+    /// Puts the links of the items on the clipboard, one in each line.
+    static void copyLinks(const std::vector<ItemPtr>& items);
+
     [[nodiscard]] bool hasCustomName(const QString& groupId) const;
     /// An empty name brings the group's own back.
     void renameGroup(const QString& groupId, const QString& name) const;
@@ -26,6 +32,8 @@ public:
 
 private:
     void showInViewer(const DownloadItem& item) const;
+    /// The first finished file, or the folder that the files come to.
+    void showInViewer(const DownloadGroup& group) const;
 
     ViewPorts m_ports;
 };

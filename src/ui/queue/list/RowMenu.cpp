@@ -7,9 +7,16 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace vormel {
 
 namespace {
+
+bool hasFailed(const ItemPtr& item)
+{
+    return item->status() == DownloadStatus::failed;
+}
 
 /// Shows the key without taking it: the list does.
 void showKey(QAction& action, const QKeySequence& key)
@@ -21,10 +28,20 @@ void showKey(QAction& action, const QKeySequence& key)
 void addButton(QMenu& menu, RowButton button, AppLanguage language, const RowMenuActions& actions)
 {
     const ButtonLook look = buttonLook(button);
-    QAction* const action = menu.addAction(glyphIcon(look.glyph), buttonText(button, language));
+    QAction* const action = menu.addAction(glyphIcon(look.glyph), buttonName(button, language));
+    if (const QString sentence = buttonText(button, language); sentence != action->text())
+        action->setToolTip(sentence);
     if (look.isDestructive)
         showKey(*action, Qt::Key_Delete);
     QObject::connect(action, &QAction::triggered, &menu, [run = actions.run, button] { run(button); });
+}
+
+void addCopy(QMenu& menu, bool isGroup, AppLanguage language, const RowMenuActions& actions)
+{
+    QAction* const copy = menu.addAction(isGroup ? pair(language, u"Copy Links", u"Copia i link")
+                                                 : pair(language, u"Copy Link", u"Copia link"));
+    copy->setObjectName(u"copyLinks"_s);
+    QObject::connect(copy, &QAction::triggered, &menu, actions.copyLinks);
 }
 
 void addMove(QMenu& menu, const QString& text, bool isUp, bool isPossible, const RowMenuActions& actions)
@@ -65,6 +82,9 @@ RowMenu rowMenu(const QueueModel& model, const QModelIndex& index, bool hasCusto
     if (menu.isGroup) {
         const auto content = index.data(QueueModel::headerRole).value<HeaderContent>();
         menu.buttons = content.buttons;
+        if (std::ranges::any_of(model.group(index).items, hasFailed))
+            menu.buttons.push_back(RowButton::tryFailedAgain);
+        menu.buttons.push_back(RowButton::showGroup);
         menu.hasCustomName = hasCustomName;
         archiveCommand = content.archiveCommand;
     } else {
@@ -81,10 +101,12 @@ RowMenu rowMenu(const QueueModel& model, const QModelIndex& index, bool hasCusto
 
 void fillRowMenu(QMenu& menu, const RowMenu& content, AppLanguage language, const RowMenuActions& actions)
 {
+    menu.setToolTipsVisible(true);
     std::vector<RowButton> buttons = content.buttons;
     const auto destructive = std::stable_partition(buttons.begin(), buttons.end(),
                                                    [](RowButton button) { return !buttonLook(button).isDestructive; });
     std::for_each(buttons.begin(), destructive, [&](RowButton button) { addButton(menu, button, language, actions); });
+    addCopy(menu, content.isGroup, language, actions);
     menu.addSeparator();
     addMove(menu, pair(language, u"Move Up", u"Sposta su"), true, content.canMoveUp, actions);
     addMove(menu, pair(language, u"Move Down", u"Sposta giù"), false, content.canMoveDown, actions);

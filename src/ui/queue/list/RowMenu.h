@@ -31,12 +31,13 @@ struct RowMenu
 struct RowMenuActions
 {
     std::function<void(RowButton)> run;
+    std::function<void()> copyLinks;
     std::function<void(bool isUp)> move;
     std::function<void()> rename;
     std::function<void()> resetName;
 };
 
-/// Adds the entries with the keys that do the same in the list.
+/// Adds the entries in few words, which their tool tips say in more, with the keys that do the same in the list.
 void fillRowMenu(QMenu& menu, const RowMenu& content, AppLanguage language, const RowMenuActions& actions);
 
 } // namespace vormel

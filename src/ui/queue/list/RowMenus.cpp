@@ -45,6 +45,12 @@ void RowMenus::fill(QMenu& menu, const QModelIndex& index)
     const QPersistentModelIndex kept = index; // the queue goes on while the menu is open
     RowMenuActions actions;
     actions.run = [this, kept](RowButton button) { m_view.run(kept, button); };
+    actions.copyLinks = [&model, kept] {
+        if (const ItemPtr item = model.item(kept))
+            RowCommands::copyLinks({item});
+        else if (kept.isValid())
+            RowCommands::copyLinks(model.group(kept).items);
+    };
     actions.move = [this, kept](bool isUp) { m_view.moveGroup(kept, isUp); };
     actions.rename = [this, kept] { rename(kept); };
     actions.resetName = [this, group] { m_commands.renameGroup(group, {}); };

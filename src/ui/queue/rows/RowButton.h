@@ -29,8 +29,10 @@ enum class RowButton : quint8
     verifyGroup,
     resyncGroup,
     removeGroup,
-    extract, ///< of a row or a header; only menus have this and the next
+    extract, ///< of a row or a header; only menus have this and the next ones
     stopExtraction,
+    tryFailedAgain, ///< of a header
+    showGroup,
 };
 
 struct ButtonLook
@@ -41,8 +43,10 @@ struct ButtonLook
 };
 [[nodiscard]] ButtonLook buttonLook(RowButton button);
 
-/// What it does in words: its tool tip, and its entry in the menu of the row.
+/// What it does in words: its tool tip.
 [[nodiscard]] QString buttonText(RowButton button, AppLanguage language);
+/// The same in two or three words: its entry in a menu.
+[[nodiscard]] QString buttonName(RowButton button, AppLanguage language);
 
 /// The buttons at the end of the item's first line, in their order.
 [[nodiscard]] std::vector<RowButton> itemButtons(DownloadStatus::Kind status);

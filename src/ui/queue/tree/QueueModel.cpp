@@ -17,6 +17,7 @@ QueueModel::QueueModel(DownloadManager& manager, Clock& clock, QObject* parent)
 {
     connect(&manager, &DownloadManager::itemsInserted, this, &QueueModel::insertItems);
     connect(&manager, &DownloadManager::itemsRemoved, this, &QueueModel::removeItems);
+    connect(&manager, &DownloadManager::itemsPutBack, this, &QueueModel::putBackItems);
     connect(&manager, &DownloadManager::itemsReordered, this, &QueueModel::rebuild);
     connect(&manager, &DownloadManager::itemChanged, this, &QueueModel::noteChange);
     connect(&manager, &DownloadManager::groupRenamed, this, &QueueModel::tellHeader);
@@ -127,16 +128,28 @@ HeaderContent QueueModel::header(const QueueEntry& entry) const
 
 void QueueModel::insertItems(qsizetype first, qsizetype count)
 {
+    const auto begin = m_manager.items().begin() + first;
+    showItems({begin, begin + count});
+}
+
+void QueueModel::putBackItems(const QSet<ItemId>& ids)
+{
+    std::vector<ItemPtr> items;
+    for (const ItemId& id : ids)
+        items.push_back(m_manager.item(id));
+    showItems(items);
+}
+
+void QueueModel::showItems(const std::vector<ItemPtr>& items)
+{
     GroupChanges changes(m_manager, rows());
     noteRegrouped(changes);
-    const std::vector<ItemPtr>& items = m_manager.items();
-    for (qsizetype i = first; i < first + count; ++i)
-        changes.noteItem(items[static_cast<std::size_t>(i)]);
+    for (const ItemPtr& item : items)
+        changes.noteItem(item);
     follow(std::move(changes.changes()));
-    for (qsizetype i = first; i < first + count; ++i) {
-        const ItemId& id = items[static_cast<std::size_t>(i)]->id();
-        if (!rows().find(id).entry)
-            noteChange(id, {}); // hidden, but its header may offer it
+    for (const ItemPtr& item : items) {
+        if (!rows().find(item->id()).entry)
+            noteChange(item->id(), {}); // hidden, but its header may offer it
     }
 }
 

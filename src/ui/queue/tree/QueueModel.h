@@ -42,6 +42,8 @@ public:
 
 private:
     void insertItems(qsizetype first, qsizetype count);
+    void putBackItems(const QSet<ItemId>& ids);
+    void showItems(const std::vector<ItemPtr>& items);
     void removeItems(const QSet<ItemId>& ids);
     void noteChange(const ItemId& id, ItemFields fields);
     void tellChanges();

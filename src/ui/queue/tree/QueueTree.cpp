@@ -155,9 +155,14 @@ bool QueueTree::apply(const std::vector<Change>& changes)
     const bool isOrdered = std::all_of(changes.begin(), changes.end(), [this](const Change& change) {
         return !change.entry || !change.group || isInPlace(*change.entry);
     });
-    if (isOrdered)
-        insertGroups(std::move(fresh));
-    return isOrdered;
+    if (!isOrdered)
+        return false;
+    std::sort(fresh.begin(), fresh.end(),
+              [this](const DownloadGroup& a, const DownloadGroup& b) { return placeInQueue(a) < placeInQueue(b); });
+    if (!comeInFewSteps(fresh))
+        return false;
+    insertGroups(std::move(fresh));
+    return true;
 }
 
 bool QueueTree::setGroup(QueueEntry& entry, const DownloadGroup& group)
@@ -210,10 +215,21 @@ bool QueueTree::setMembers(QueueEntry& entry, const DownloadGroup& group)
     return true;
 }
 
+bool QueueTree::comeInFewSteps(const std::vector<DownloadGroup>& groups) const
+{
+    if (groups.empty() || rowFor(groups.front()) == rowFor(groups.back()))
+        return true;
+    std::size_t steps = 0;
+    int before = -1;
+    for (auto group = groups.begin(); group != groups.end() && steps <= maxSteps; ++group) {
+        if (const int row = rowFor(*group); std::exchange(before, row) != row)
+            ++steps;
+    }
+    return steps <= maxSteps;
+}
+
 void QueueTree::insertGroups(std::vector<DownloadGroup> groups)
 {
-    std::sort(groups.begin(), groups.end(),
-              [this](const DownloadGroup& a, const DownloadGroup& b) { return placeInQueue(a) < placeInQueue(b); });
     // From the back, so that the rows of those in front stay right; all that go to one place in one step.
     while (!groups.empty()) {
         const int row = rowFor(groups.back());

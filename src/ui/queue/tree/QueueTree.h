@@ -53,6 +53,8 @@ private:
     [[nodiscard]] bool apply(const std::vector<GroupChanges::Change>& changes);
     [[nodiscard]] bool setGroup(QueueEntry& entry, const DownloadGroup& group);
     [[nodiscard]] bool setMembers(QueueEntry& entry, const DownloadGroup& group);
+    /// The groups must be in queue order, as for the next.
+    [[nodiscard]] bool comeInFewSteps(const std::vector<DownloadGroup>& groups) const;
     void insertGroups(std::vector<DownloadGroup> groups);
     void dropRows(const std::vector<int>& rows);
     [[nodiscard]] bool isInPlace(const QueueEntry& entry) const;

@@ -4,6 +4,9 @@
 #include "fixtures/EventLoop.h"
 #include "ui/FakeDesktop.h"
 
+#include <QFile>
+#include <QUrl>
+
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -99,6 +102,69 @@ TEST_F(RowCommandsTest, ShowsTheFileOfAnItemThatHasOne)
     item->setLocalPath(u"/srv/a.zip"_s);
     commands.run(RowButton::showInViewer, item);
     EXPECT_EQ(desktop.viewer.shown, QStringList{u"/srv/a.zip"_s});
+}
+
+TEST_F(RowCommandsTest, ShowsTheFirstFinishedFileOfAGroup)
+{
+    const DownloadGroup group = addSet(S::completed);
+    group.items[0]->setStatus(S::paused);
+    group.items[1]->setLocalPath(u"/srv/a/a.part2.rar"_s);
+    commands.run(RowButton::showGroup, group);
+    EXPECT_EQ(desktop.viewer.shown, QStringList{u"/srv/a/a.part2.rar"_s});
+    EXPECT_TRUE(desktop.opener.opened.isEmpty());
+}
+
+TEST_F(RowCommandsTest, ShowsTheFolderOfAGroupWithoutAFinishedFile)
+{
+    const DownloadGroup group = addSet(S::paused);
+    const QString downloads = engine.settings().downloadFolderPath.value();
+    commands.run(RowButton::showGroup, group);
+    engine.sandbox.write(u"Downloads/a/a.part1.rar.download"_s, "x");
+    commands.run(RowButton::showGroup, group);
+    EXPECT_EQ(desktop.opener.opened, (QList{QUrl::fromLocalFile(downloads), QUrl::fromLocalFile(downloads + u"/a"_s)}));
+    EXPECT_TRUE(desktop.viewer.shown.isEmpty());
+}
+
+TEST_F(RowCommandsTest, OpensAFinishedFileThatIsThere)
+{
+    const ItemPtr item = add("a.zip", S::paused);
+    const QString path = engine.sandbox.write(u"Downloads/a.zip"_s, "x");
+    item->setLocalPath(path);
+    commands.open(*item);
+    EXPECT_TRUE(desktop.opener.opened.isEmpty());
+    item->setStatus(S::completed);
+    commands.open(*item);
+    EXPECT_EQ(desktop.opener.opened, QList{QUrl::fromLocalFile(path)});
+    QFile::remove(path);
+    commands.open(*item);
+    EXPECT_EQ(desktop.opener.opened.size(), 1);
+}
+
+TEST_F(RowCommandsTest, OfAnExtractedSetOpensTheFolder)
+{
+    const DownloadGroup group = addSet(S::completed);
+    const ItemPtr first = group.items[0];
+    first->setLocalPath(engine.sandbox.write(u"Downloads/a/a.part1.rar"_s, "x"));
+    first->setExtractionStatus(ExtractionStatus::done);
+    commands.open(*first);
+    EXPECT_EQ(desktop.opener.opened.back(), QUrl::fromLocalFile(engine.sandbox.path(u"Downloads/a"_s)));
+    engine.manager().renameGroup(u"a"_s, u"My film"_s);
+    commands.open(*first); // nothing was unpacked to there
+    EXPECT_EQ(desktop.opener.opened.size(), 1);
+    engine.sandbox.write(u"Downloads/My film/film.mkv"_s, "x");
+    commands.open(*first);
+    EXPECT_EQ(desktop.opener.opened.back(), QUrl::fromLocalFile(engine.sandbox.path(u"Downloads/My film"_s)));
+}
+
+TEST_F(RowCommandsTest, WhatIsRemovedCanBePutBack)
+{
+    const DownloadGroup group = addSet(S::paused);
+    const ItemPtr item = add("b.zip", S::paused);
+    commands.run(RowButton::remove, item);
+    commands.run(RowButton::removeGroup, group);
+    EXPECT_TRUE(engine.manager().items().empty());
+    engine.manager().removed().putBack();
+    EXPECT_EQ(engine.manager().items().size(), 3U);
 }
 
 TEST_F(RowCommandsTest, VerifyOfAGroupTestsItsFirstVolumeAndFetchesABadOneAgain)

@@ -1,6 +1,7 @@
 #include "ui/queue/SetAndFile.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QContextMenuEvent>
 #include <QMenu>
 #include <QTest>
@@ -47,22 +48,53 @@ protected:
 
 TEST_F(RowMenuTest, HasTheCommandsOfTheRow)
 {
-    EXPECT_EQ(menuTexts(plain()).join(u'|'),
-              u"Resume|Stop — stays out of the queue until you start it|Resync with disk — complete if present, "
-              u"re-queue if missing|Move Up|Move Down|Remove from list (deletes partial file)");
+    EXPECT_EQ(menuTexts(plain()).join(u'|'), u"Resume|Stop|Resync|Copy Link|Move Up|Move Down|Remove");
     items[2]->setStatus(DownloadStatus::completed);
     items[2]->setExtractionStatus(ExtractionStatus::failure(u"x"_s));
     turnEventLoop();
     EXPECT_EQ(menuTexts(plain()).front(), u"Retry");
 }
 
+TEST_F(RowMenuTest, SaysInToolTipsWhatItsWordsLeaveOut)
+{
+    QMenu* menu = openMenu(plain());
+    EXPECT_TRUE(menu->toolTipsVisible());
+    EXPECT_EQ(menu->actions().at(1)->toolTip(), u"Stop — stays out of the queue until you start it");
+    EXPECT_EQ(menu->actions().back()->toolTip(), u"Remove from list (deletes partial file)");
+    delete menu;
+    engine.settings().language.set(AppLanguage::italian);
+    EXPECT_EQ(menuTexts(plain()).join(u'|'), u"Riprendi|Ferma|Risincronizza|Copia link|Sposta su|Sposta giù|Rimuovi");
+    menu = openMenu(plain());
+    EXPECT_EQ(menu->actions().at(1)->toolTip(), u"Ferma — resta fuori dalla coda finché non lo avvii");
+    delete menu;
+}
+
+TEST_F(RowMenuTest, CopiesTheLinkOfARowAndAllOfAGroup)
+{
+    choose(plain(), u"Copy Link"_s);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"https://h.example/b.zip");
+    choose(header(), u"Copy Links"_s);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"https://h.example/a.part1.rar\nhttps://h.example/a.part2.rar");
+}
+
+TEST_F(RowMenuTest, OfAGroupTriesWhatFailedAgainOnlyWhereSomethingDid)
+{
+    EXPECT_FALSE(menuTexts(header()).contains(u"Try Failed Again"));
+    items[1]->setStatus(DownloadStatus::failure(u"gone"_s));
+    turnEventLoop();
+    EXPECT_FALSE(menuTexts(member(1)).contains(u"Try Failed Again"));
+    choose(header(), u"Try Failed Again"_s);
+    EXPECT_NE(items[1]->status(), DownloadStatus::failed);
+    EXPECT_EQ(items[0]->status(), DownloadStatus::paused);
+}
+
 TEST_F(RowMenuTest, OfAHeaderRenamesAndOffersToResetOnlyAfterThat)
 {
     const QStringList before = menuTexts(header());
-    EXPECT_EQ(before.front(), u"Start group");
+    EXPECT_EQ(before.front(), u"Start Group");
     EXPECT_TRUE(before.contains(u"Rename group…"));
     EXPECT_FALSE(before.contains(u"Reset name"));
-    EXPECT_EQ(before.back(), u"Remove group from list (deletes partial files)");
+    EXPECT_EQ(before.back(), u"Remove Group");
     engine.manager().renameGroup(u"a"_s, u"My film"_s);
     choose(header(), u"Reset name"_s);
     EXPECT_EQ(header().data(QueueModel::nameRole).toString(), u"a");

@@ -103,6 +103,8 @@ constexpr Text texts[] = {
      u"Rimuovi il gruppo dalla lista (elimina i file parziali)"},
     {RowButton::extract, u"Extract", u"Estrai"},
     {RowButton::stopExtraction, u"Stop extracting", u"Interrompi l'estrazione"},
+    {RowButton::tryFailedAgain, u"Try all failed downloads of the group again; what is on disk is kept",
+     u"Riprova tutti i download falliti del gruppo; ciò che è su disco resta"},
 };
 
 TEST(RowButton, SaysWhatItDoesInBothLanguages)
@@ -111,6 +113,21 @@ TEST(RowButton, SaysWhatItDoesInBothLanguages)
         EXPECT_EQ(buttonText(text.button, english), text.english);
         EXPECT_EQ(buttonText(text.button, italian), text.italian);
     }
+}
+
+TEST(RowButton, HasANameOfFewWordsForMenus)
+{
+    constexpr qsizetype mostWords = 3;
+    for (const Text& text : texts) {
+        for (const AppLanguage language : {english, italian}) {
+            const QString name = buttonName(text.button, language);
+            EXPECT_LE(name.split(u' ').size(), mostWords) << qPrintable(name);
+            EXPECT_FALSE(name.isEmpty());
+        }
+    }
+    EXPECT_EQ(buttonName(RowButton::startStoppedGroup, english), u"Start Group");
+    EXPECT_EQ(buttonName(RowButton::resync, italian), u"Risincronizza");
+    EXPECT_EQ(buttonName(RowButton::showGroup, english), buttonText(RowButton::showInViewer, english));
 }
 
 TEST(RowButton, CallsTheFileViewerByItsNameOnEachDesktop)
@@ -125,7 +142,7 @@ TEST(RowButton, CallsTheFileViewerByItsNameOnEachDesktop)
 
 TEST(RowButton, PauseIsOrangeAndOnlyRemovalIsDestructive)
 {
-    for (int i = 0; i <= static_cast<int>(RowButton::stopExtraction); ++i) {
+    for (int i = 0; i <= static_cast<int>(RowButton::showGroup); ++i) {
         const auto button = static_cast<RowButton>(i);
         const bool isPause = button == RowButton::pause || button == RowButton::pauseGroup;
         const bool isRemoval = button == RowButton::remove || button == RowButton::removeGroup;

@@ -52,6 +52,15 @@ protected:
         if (const ItemPtr item = anyItem())
             engine.manager().commands().removeItems({item->id()});
     }
+    void takeOut()
+    {
+        QSet<ItemId> ids;
+        for (const ItemPtr& item : engine.manager().items()) {
+            if (below(3) == 0)
+                ids.insert(item->id());
+        }
+        engine.manager().removed().remove(ids);
+    }
     void changeStatus()
     {
         const std::array kinds{DownloadStatus::queued, DownloadStatus::stopped, DownloadStatus::completed};
@@ -60,13 +69,17 @@ protected:
     }
     void step()
     {
-        switch (below(5)) {
+        switch (below(7)) {
         case 0:
             return add();
         case 1:
             return remove();
         case 2:
             return changeStatus();
+        case 3:
+            return takeOut();
+        case 4:
+            return engine.manager().removed().putBack();
         default:
             return rename();
         }

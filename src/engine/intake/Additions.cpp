@@ -1,0 +1,85 @@
+#include "engine/intake/Additions.h"
+
+#include <utility>
+
+namespace vormel {
+
+class Additions::Stroke
+{
+public:
+    std::vector<ItemId> items;
+    Addition untold;
+    int tellings = 0; ///< that are still to come in this turn
+    bool wasLast = false;
+};
+
+Additions::Additions(QueueTurn& queue)
+    : m_queue(queue)
+{}
+
+Additions::~Additions() = default;
+
+Additions::StrokePtr Additions::current()
+{
+    if (!m_current)
+        m_current = std::make_shared<Stroke>();
+    return m_current;
+}
+
+Additions::StrokePtr Additions::ofContainer(const ItemId& id)
+{
+    const auto known = m_containers.find(id);
+    return known == m_containers.end() ? current() : known->second;
+}
+
+void Additions::noteItems(const StrokePtr& stroke, const std::vector<ItemPtr>& items)
+{
+    for (const ItemPtr& item : items) {
+        stroke->items.push_back(item->id());
+        stroke->untold.items.push_back(item->id());
+    }
+}
+
+void Additions::noteContainer(const StrokePtr& stroke, const DownloadItem& placeholder)
+{
+    stroke->items.push_back(placeholder.id());
+    stroke->untold.items.push_back(placeholder.id());
+    m_containers.insert_or_assign(placeholder.id(), stroke);
+}
+
+void Additions::noteKnown(const StrokePtr& stroke, qsizetype count)
+{
+    stroke->untold.known += count;
+}
+
+void Additions::tellLater(const StrokePtr& stroke)
+{
+    ++stroke->tellings;
+    m_queue.later([this, stroke] {
+        if (--stroke->tellings == 0)
+            tell(stroke);
+    });
+}
+
+void Additions::tell(const StrokePtr& stroke)
+{
+    if (m_current == stroke)
+        m_current.reset();
+    if (!stroke->items.empty() && !std::exchange(stroke->wasLast, true))
+        m_last = stroke;
+    const Addition addition = std::exchange(stroke->untold, {});
+    Q_EMIT told(addition);
+}
+
+void Additions::forget(const QSet<ItemId>& ids)
+{
+    for (const ItemId& id : ids)
+        m_containers.erase(id);
+}
+
+std::vector<ItemId> Additions::last() const
+{
+    return m_last ? m_last->items : std::vector<ItemId>();
+}
+
+} // namespace vormel

@@ -1,0 +1,90 @@
+#include "ui/queue/QueueNotices.h"
+
+#include "engine/DownloadManager.h"
+#include "ui/notices/Notices.h"
+
+#include <QPointer>
+#include <QScopedValueRollback>
+
+using namespace Qt::StringLiterals;
+
+namespace vormel {
+
+namespace {
+
+const QString removedKey = u"removed"_s;
+const QString addedKey = u"added"_s;
+constexpr std::chrono::seconds additionLife{8};
+constexpr TextPair undoText{u"Undo", u"Annulla"};
+
+QString removedText(qsizetype count, AppLanguage language)
+{
+    if (count == 1)
+        return pair(language, u"1 download removed", u"1 download rimosso");
+    return pair(language, u"%1 downloads removed", u"%1 download rimossi").arg(count);
+}
+
+QString knownText(qsizetype count, AppLanguage language)
+{
+    return (count == 1 ? pair(language, u"%1 already there", u"%1 già presente")
+                       : pair(language, u"%1 already there", u"%1 già presenti"))
+        .arg(count);
+}
+
+QString addedText(qsizetype added, qsizetype known, AppLanguage language)
+{
+    if (added == 0)
+        return pair(language, u"Nothing new: ", u"Niente di nuovo: ") + knownText(known, language);
+    const QString text =
+        (added == 1 ? pair(language, u"%1 added", u"%1 aggiunto") : pair(language, u"%1 added", u"%1 aggiunti"))
+            .arg(added);
+    return known == 0 ? text : text + u", "_s + knownText(known, language);
+}
+
+} // namespace
+
+QueueNotices::QueueNotices(DownloadManager& manager, Notices& notices, QObject* parent)
+    : QObject(parent)
+    , m_manager(manager)
+    , m_notices(notices)
+{
+    connect(&manager.removed(), &RemovedItems::changed, this, &QueueNotices::tellRemoval);
+    connect(&manager.additions(), &Additions::told, this, &QueueNotices::tellAddition);
+}
+
+void QueueNotices::tellRemoval()
+{
+    const QScopedValueRollback telling(m_isTelling, true);
+    const qsizetype count = m_manager.removed().count();
+    if (count == 0)
+        return m_notices.takeBack(removedKey);
+    Notice notice;
+    notice.key = removedKey;
+    notice.glyph = Glyph::xmark;
+    notice.text = [count](AppLanguage language) { return removedText(count, language); };
+    notice.actions = {{undoText, [&removed = m_manager.removed()] { removed.putBack(); }}};
+    notice.onGone = [that = QPointer(this)] {
+        if (that && !that->m_isTelling)
+            that->m_manager.removed().finish();
+    };
+    m_notices.show(std::move(notice));
+}
+
+void QueueNotices::tellAddition(const Addition& addition)
+{
+    const auto added = static_cast<qsizetype>(addition.items.size());
+    if (added == 0 && addition.known == 0)
+        return;
+    Notice notice;
+    notice.key = addedKey;
+    notice.glyph = added > 0 ? Glyph::plus : Glyph::checkmarkCircle;
+    notice.life = additionLife;
+    notice.text = [added, known = addition.known](AppLanguage language) { return addedText(added, known, language); };
+    if (added > 0) {
+        const QSet<ItemId> ids(addition.items.begin(), addition.items.end());
+        notice.actions = {{undoText, [&removed = m_manager.removed(), ids] { removed.remove(ids); }}};
+    }
+    m_notices.show(std::move(notice));
+}
+
+} // namespace vormel
