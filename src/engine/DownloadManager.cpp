@@ -249,8 +249,10 @@ void DownloadManager::tableSlotFreed(DownloadItem& item)
 
 void DownloadManager::signedIn(const QSet<ItemId>& waited)
 {
-    for (const ItemId& id : waited)
-        m_table.find(id)->setWait({});
+    for (const ItemId& id : waited) {
+        if (const ItemPtr item = m_table.find(id))
+            item->setWait({});
+    }
     processQueue();
 }
 

@@ -105,17 +105,18 @@ TEST_F(MainWindowTest, OfferedLinksLeaveThePageOfAnOpenSheetAlone)
     EXPECT_TRUE(part("linkEditor").isVisible());
 }
 
-TEST_F(MainWindowTest, TabGoesFromTheSidebarThroughTheToolBarToTheList)
+TEST_F(MainWindowTest, TabGoesFromTheSidebarThroughTheToolBarToTheListAndItsNotice)
 {
     engine.add(u"https://h.example/a.zip"_s);
     part("sidebar").setFocus();
     QStringList order;
-    for (int i = 0; i < 9; ++i) {
+    for (int i = 0; i < 11; ++i) {
         order << QApplication::focusWidget()->objectName();
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     }
     EXPECT_EQ(order.join(u' '),
-              u"sidebar addURLs startAll pauseAll clearCompleted clearExtracted speedCap donate queueView");
+              u"sidebar addURLs startAll pauseAll clearCompleted clearExtracted speedCap donate queueView "
+              u"noticeAction0 closeNotice");
     EXPECT_EQ(QApplication::focusWidget(), &part("sidebar"));
 }
 

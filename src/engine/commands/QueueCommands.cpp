@@ -7,7 +7,6 @@
 #include "engine/commands/ItemChoices.h"
 #include "engine/completion/FinishedFile.h"
 #include "engine/completion/TransferCompletion.h"
-#include "engine/completion/Tries.h"
 #include "engine/groups/VisibleGroups.h"
 #include "engine/intake/LinkIntake.h"
 #include "engine/recovery/NetworkRecovery.h"
@@ -15,6 +14,7 @@
 #include "engine/schedule/QueuePasses.h"
 #include "engine/transfer/ItemPart.h"
 #include "engine/transfer/TransferSession.h"
+#include "engine/tries/Tries.h"
 #include "model/AppSettings.h"
 #include "model/DownloadPaths.h"
 #include "platform/storage/Trash.h"
@@ -160,6 +160,7 @@ void QueueCommands::tryFailedAgain(Items items) // NOLINT(performance-unnecessar
         m_ports.completion.forget({item->id()});
         item->setResolvedURL(std::nullopt);
         item->setStatus(DownloadStatus::queued);
+        m_ports.tries.goAhead(*item);
     }
     m_ports.queue.processQueue();
     m_ports.queue.saveQueue();

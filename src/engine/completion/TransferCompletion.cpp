@@ -2,11 +2,11 @@
 
 #include "archive/pipeline/PostDownload.h"
 #include "engine/completion/RecoveryPlace.h"
-#include "engine/completion/Tries.h"
 #include "engine/queue/SetPartners.h"
 #include "engine/recovery/NetworkRecovery.h"
 #include "engine/transfer/PartMarks.h"
 #include "engine/transfer/TransferTexts.h"
+#include "engine/tries/Tries.h"
 #include "model/AppSettings.h"
 #include "model/DownloadPaths.h"
 #include "model/SetName.h"

@@ -1,10 +1,10 @@
 #include "engine/schedule/Outages.h"
 
-#include "engine/completion/Tries.h"
-#include "engine/schedule/AskedHost.h"
 #include "engine/schedule/DownloadStarter.h"
-#include "engine/schedule/Offline.h"
 #include "engine/transfer/TransferSession.h"
+#include "engine/tries/AskedHost.h"
+#include "engine/tries/Offline.h"
+#include "engine/tries/Tries.h"
 #include "platform/http/HttpClient.h"
 
 #include <utility>

@@ -1,14 +1,14 @@
 #include "engine/schedule/QueuePasses.h"
 
-#include "engine/completion/Tries.h"
 #include "engine/questions/Questions.h"
 #include "engine/queue/QueueTurn.h"
 #include "engine/recovery/RevFiles.h"
-#include "engine/schedule/AskedHost.h"
 #include "engine/schedule/DownloadStarter.h"
-#include "engine/schedule/HostRests.h"
-#include "engine/schedule/Offline.h"
 #include "engine/schedule/SameNames.h"
+#include "engine/tries/AskedHost.h"
+#include "engine/tries/HostRests.h"
+#include "engine/tries/Offline.h"
+#include "engine/tries/Tries.h"
 #include "model/AppSettings.h"
 #include "platform/async/Spawn.h"
 

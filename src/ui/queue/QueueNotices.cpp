@@ -62,10 +62,11 @@ void QueueNotices::tellRemoval()
     notice.key = removedKey;
     notice.glyph = Glyph::xmark;
     notice.text = [count](AppLanguage language) { return removedText(count, language); };
-    notice.actions = {{undoText, [&removed = m_manager.removed()] { removed.putBack(); }}};
+    notice.actions.push_back({undoText, [&removed = m_manager.removed()] { removed.putBack(); }});
     notice.onGone = [that = QPointer(this)] {
-        if (that && !that->m_isTelling)
-            that->m_manager.removed().finish();
+        const QueueNotices* const self = that.data();
+        if (self && !self->m_isTelling)
+            self->m_manager.removed().finish();
     };
     m_notices.show(std::move(notice));
 }
@@ -82,7 +83,7 @@ void QueueNotices::tellAddition(const Addition& addition)
     notice.text = [added, known = addition.known](AppLanguage language) { return addedText(added, known, language); };
     if (added > 0) {
         const QSet<ItemId> ids(addition.items.begin(), addition.items.end());
-        notice.actions = {{undoText, [&removed = m_manager.removed(), ids] { removed.remove(ids); }}};
+        notice.actions.push_back({undoText, [&removed = m_manager.removed(), ids] { removed.remove(ids); }});
     }
     m_notices.show(std::move(notice));
 }

@@ -1,5 +1,6 @@
 #include "ui/queue/list/QueueView.h"
 
+#include "ui/queue/list/CountdownWake.h"
 #include "ui/queue/list/GroupDrag.h"
 #include "ui/queue/list/PlaceKeeper.h"
 #include "ui/queue/list/QueueDelegate.h"
@@ -27,6 +28,7 @@ QueueView::QueueView(QueueModel& model, const RowCommands& commands, QWidget* pa
     , m_delegate(new QueueDelegate(model, this))
     , m_drag(new GroupDrag(*this))
     , m_menus(std::make_unique<RowMenus>(*this, m_commands))
+    , m_countdowns(std::make_unique<CountdownWake>(*this, m_delegate->countdowns(), model.clock()))
 {
     setUp();
     setItemDelegate(m_delegate);
@@ -152,7 +154,7 @@ void QueueView::paintEvent(QPaintEvent* event)
         QPainter painter(viewport());
         m_drag->paint(painter);
     }
-    awaitCountdown();
+    m_countdowns->await();
     if (isMoving() || movingRows().isEmpty())
         return;
     const bool mayTurn = style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
@@ -179,31 +181,6 @@ void QueueView::stepMotion()
     m_delegate->setMotion({(m_delegate->motion().spin + stepDegrees) % 360});
     for (const QModelIndex& index : moving)
         update(index);
-}
-
-/// Wakes up when the first countdown in sight shows another second, and never in between.
-void QueueView::awaitCountdown()
-{
-    const std::optional<SteadyTime> next = m_delegate->countdowns().next();
-    if (next && m_countTimer.isPending() && m_countsAt == *next)
-        return;
-    m_countTimer.cancel();
-    if (!next)
-        return;
-    m_countsAt = *next;
-    m_countTimer = m_model.clock().after(*next - m_model.clock().steadyNow(), [this] { stepCountdowns(); });
-}
-
-void QueueView::stepCountdowns()
-{
-    const SteadyTime now = m_model.clock().steadyNow();
-    RowCountdowns& countdowns = m_delegate->countdowns();
-    for (const QModelIndex& row : rowsInSight()) {
-        if (countdowns.isOver(row.data(QueueModel::idRole).value<ItemId>(), now))
-            update(row);
-    }
-    countdowns.forgetOver(now);
-    awaitCountdown();
 }
 
 std::vector<ButtonPlace> QueueView::buttonsOf(const QModelIndex& index) const

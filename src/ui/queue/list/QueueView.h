@@ -9,6 +9,7 @@
 
 namespace vormel {
 
+class CountdownWake;
 class GroupDrag;
 class PlaceKeeper;
 class QueueDelegate;
@@ -30,6 +31,7 @@ public:
     /// Does something in sight move, or show how long it has been going on?
     [[nodiscard]] bool isMoving() const { return m_moveTimer.isActive(); }
     [[nodiscard]] const QueueModel& queue() const { return m_model; }
+    [[nodiscard]] QList<QModelIndex> rowsInSight() const;
     /// Invalid while there is none. The current row, from which keys go on, need not be selected.
     [[nodiscard]] QModelIndex selectedRow() const;
     /// The buttons of a row, where they stand in the viewport; those of rows out of sight stand outside of it.
@@ -64,11 +66,8 @@ protected:
 
 private:
     void setUp();
-    [[nodiscard]] QList<QModelIndex> rowsInSight() const;
     [[nodiscard]] QList<QModelIndex> movingRows() const;
     void stepMotion();
-    void awaitCountdown();
-    void stepCountdowns();
     void point(const QModelIndex& index, const RowHit& hit, bool isPressed);
     void pointNowhere();
     void followPointer();
@@ -84,10 +83,9 @@ private:
     QueueDelegate* m_delegate;
     GroupDrag* m_drag;
     std::unique_ptr<RowMenus> m_menus;
+    std::unique_ptr<CountdownWake> m_countdowns;
     std::unique_ptr<PlaceKeeper> m_place;
     QBasicTimer m_moveTimer;
-    Timer m_countTimer;
-    SteadyTime m_countsAt;              ///< when that one is due
     std::optional<QPoint> m_pointer;    ///< where it is, while it is above the rows
     QPersistentModelIndex m_pointedRow; ///< that it is on
     std::optional<RowButton> m_pointed;

@@ -1,4 +1,4 @@
-#include "engine/completion/RecentFailures.h"
+#include "engine/tries/RecentFailures.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "engine/schedule/AskedHost.h"
+#include "engine/tries/AskedHost.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "engine/completion/RetryBudget.h"
+#include "engine/tries/RetryBudget.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "engine/schedule/HostRests.h"
+#include "engine/tries/HostRests.h"
 
 #include "fixtures/ManualClock.h"
 

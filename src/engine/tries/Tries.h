@@ -1,10 +1,10 @@
 #pragma once
 
-#include "engine/completion/NextTries.h"
-#include "engine/completion/RecentFailures.h"
-#include "engine/completion/RetryBudget.h"
 #include "engine/queue/ItemTable.h"
 #include "engine/queue/QueueTurn.h"
+#include "engine/tries/NextTries.h"
+#include "engine/tries/RecentFailures.h"
+#include "engine/tries/RetryBudget.h"
 
 namespace vormel {
 

@@ -1,6 +1,6 @@
-#include "engine/schedule/Offline.h"
+#include "engine/tries/Offline.h"
 
-#include "engine/schedule/AskedHost.h"
+#include "engine/tries/AskedHost.h"
 #include "platform/desktop/NetworkState.h"
 
 namespace vormel {

@@ -1,4 +1,4 @@
-#include "engine/completion/NextTries.h"
+#include "engine/tries/NextTries.h"
 
 namespace vormel {
 

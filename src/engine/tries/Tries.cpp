@@ -1,9 +1,9 @@
-#include "engine/completion/Tries.h"
+#include "engine/tries/Tries.h"
 
 #include "engine/recovery/NetworkRecovery.h"
-#include "engine/schedule/AskedHost.h"
-#include "engine/schedule/HostRests.h"
-#include "engine/schedule/Offline.h"
+#include "engine/tries/AskedHost.h"
+#include "engine/tries/HostRests.h"
+#include "engine/tries/Offline.h"
 
 #include <algorithm>
 
