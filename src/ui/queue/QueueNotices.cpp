@@ -60,7 +60,7 @@ void QueueNotices::tellRemoval()
         return m_notices.takeBack(removedKey);
     Notice notice;
     notice.key = removedKey;
-    notice.glyph = Glyph::xmark;
+    notice.glyph = Glyph::checkmarkCircle; // a cross would look like the one that puts it away
     notice.text = [count](AppLanguage language) { return removedText(count, language); };
     notice.actions.push_back({undoText, [&removed = m_manager.removed()] { removed.putBack(); }});
     notice.onGone = [that = QPointer(this)] {
