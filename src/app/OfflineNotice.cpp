@@ -29,6 +29,7 @@ OfflineNotice::OfflineNotice(DownloadManager& manager, Notices& notices, QObject
     connect(&manager, &DownloadManager::networkChanged, this, &OfflineNotice::lookLater);
     connect(&manager, &DownloadManager::itemsRemoved, this, &OfflineNotice::lookLater);
     connect(&manager, &DownloadManager::itemsInserted, this, &OfflineNotice::lookLater);
+    connect(&manager, &DownloadManager::itemsPutBack, this, &OfflineNotice::lookLater);
     connect(&manager, &DownloadManager::itemChanged, this, [this](const ItemId&, ItemField field) {
         if (field == ItemField::status)
             lookLater();

@@ -60,6 +60,18 @@ TEST_F(OfflineNoticeTest, GoesWithTheLastItemThatWaits)
     EXPECT_EQ(shown(), nullptr);
 }
 
+TEST_F(OfflineNoticeTest, ComesBackWithAnItemThatIsPutBack)
+{
+    const ItemPtr item = engine.start(u"http://h/x.bin"_s);
+    setOnline(false);
+    engine.manager().removed().remove({item->id()});
+    fixtures::turnEventLoop();
+    ASSERT_EQ(shown(), nullptr);
+    engine.manager().removed().putBack();
+    fixtures::turnEventLoop();
+    EXPECT_NE(shown(), nullptr);
+}
+
 TEST_F(OfflineNoticeTest, LetsTheUserTryAnyway)
 {
     setOnline(false);

@@ -58,6 +58,7 @@ QueueActivity::QueueActivity(DownloadManager& manager)
 {
     add(0, static_cast<qsizetype>(manager.items().size()));
     connect(&manager, &DownloadManager::itemsInserted, this, &QueueActivity::add);
+    connect(&manager, &DownloadManager::itemsPutBack, this, &QueueActivity::putBack);
     connect(&manager, &DownloadManager::itemsRemoved, this, &QueueActivity::remove);
     connect(&manager, &DownloadManager::itemChanged, this, &QueueActivity::recount);
 }
@@ -95,6 +96,13 @@ void QueueActivity::add(qsizetype first, qsizetype count)
         const DownloadItem& item = *m_manager.items()[static_cast<std::size_t>(i)];
         replace(item.id(), shareOf(item, {}));
     }
+    Q_EMIT changed();
+}
+
+void QueueActivity::putBack(const QSet<ItemId>& ids)
+{
+    for (const ItemId& id : ids)
+        replace(id, shareOf(*m_manager.item(id), {}));
     Q_EMIT changed();
 }
 

@@ -51,6 +51,7 @@ private:
 
     [[nodiscard]] static Share shareOf(const DownloadItem& item, const Share& before);
     void add(qsizetype first, qsizetype count);
+    void putBack(const QSet<ItemId>& ids);
     void remove(const QSet<ItemId>& ids);
     void recount(const ItemId& id, ItemField field);
     void replace(const ItemId& id, const Share& share);

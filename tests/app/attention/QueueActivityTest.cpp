@@ -46,6 +46,19 @@ TEST_F(QueueActivityTest, BytesMoveFromTheLookForTheirSourceToTheEnd)
     EXPECT_FALSE(activity.isMoving());
 }
 
+TEST_F(QueueActivityTest, WhatIsPutBackCountsAgain)
+{
+    items[0]->setStatus(DownloadStatus::queued);
+    receive(items[0], 25, 100);
+    const std::optional<double> before = activity.fraction();
+    const auto left = activity.filesLeft();
+    engine.manager().removed().remove({items[0]->id()});
+    EXPECT_NE(activity.filesLeft(), left);
+    engine.manager().removed().putBack();
+    EXPECT_EQ(activity.filesLeft(), left);
+    EXPECT_EQ(activity.fraction(), before);
+}
+
 TEST_F(QueueActivityTest, ToolsWorkWhileTheyExtractRepairOrVerify)
 {
     items[0]->setStatus(completed);
