@@ -44,8 +44,8 @@ private:
     struct Doubtful
     {
         ItemId id;
-        quint64 run;
-        qint64 bytes;
+        quint64 run = 0;
+        qint64 bytes = 0;
     };
 
     void renewConnections();

@@ -6,6 +6,7 @@
 #include "ui/queue/list/QueueDelegate.h"
 #include "ui/queue/list/RowMenu.h"
 #include "ui/queue/list/RowMenus.h"
+#include "ui/queue/list/RowMotion.h"
 #include "ui/queue/rows/HeaderPresenter.h"
 #include "ui/queue/tree/QueueModel.h"
 
@@ -15,7 +16,6 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
-#include <QTimerEvent>
 
 using namespace Qt::StringLiterals;
 
@@ -29,6 +29,7 @@ QueueView::QueueView(QueueModel& model, const RowCommands& commands, QWidget* pa
     , m_drag(new GroupDrag(*this))
     , m_menus(std::make_unique<RowMenus>(*this, m_commands))
     , m_countdowns(std::make_unique<CountdownWake>(*this, m_delegate->countdowns(), model.clock()))
+    , m_motion(std::make_unique<RowMotion>(*this, *m_delegate))
 {
     setUp();
     setItemDelegate(m_delegate);
@@ -134,20 +135,8 @@ void QueueView::scrollTo(const QModelIndex& index, ScrollHint hint)
         verticalScrollBar()->setValue(verticalScrollBar()->value() + 1);
 }
 
-QList<QModelIndex> QueueView::movingRows() const
-{
-    QList<QModelIndex> moving;
-    for (const QModelIndex& row : rowsInSight()) {
-        if (row.data(QueueModel::movingRole).toBool() || m_delegate->isGliding(row))
-            moving << row;
-    }
-    return moving;
-}
-
 void QueueView::paintEvent(QPaintEvent* event)
 {
-    constexpr int stepMilliseconds = 40;
-    constexpr int secondMilliseconds = 1000; // what counts goes on where nothing may turn
     followPointer();
     QTreeView::paintEvent(event);
     if (m_drag->isDragging()) {
@@ -155,32 +144,12 @@ void QueueView::paintEvent(QPaintEvent* event)
         m_drag->paint(painter);
     }
     m_countdowns->await();
-    if (isMoving() || movingRows().isEmpty())
-        return;
-    const bool mayTurn = style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
-    m_moveTimer.start(mayTurn ? stepMilliseconds : secondMilliseconds, this);
+    m_motion->await();
 }
 
-void QueueView::timerEvent(QTimerEvent* event)
+bool QueueView::isMoving() const
 {
-    if (event->timerId() == m_moveTimer.timerId())
-        stepMotion();
-    else
-        QTreeView::timerEvent(event);
-}
-
-void QueueView::stepMotion()
-{
-    constexpr int stepDegrees = 8;
-    const QList<QModelIndex> moving = movingRows();
-    if (moving.isEmpty() || !isVisible()) {
-        m_moveTimer.stop(); // painting starts it again
-        m_delegate->forgetUnseenBars();
-        return;
-    }
-    m_delegate->setMotion({(m_delegate->motion().spin + stepDegrees) % 360});
-    for (const QModelIndex& index : moving)
-        update(index);
+    return m_motion->isGoing();
 }
 
 std::vector<ButtonPlace> QueueView::buttonsOf(const QModelIndex& index) const

@@ -4,7 +4,6 @@
 #include "ui/queue/rows/RowHit.h"
 #include "ui/queue/rows/RowPlaces.h"
 
-#include <QBasicTimer>
 #include <QTreeView>
 
 namespace vormel {
@@ -15,6 +14,7 @@ class PlaceKeeper;
 class QueueDelegate;
 class QueueModel;
 class RowMenus;
+class RowMotion;
 
 /// The list of the queue: groups that open and close, one selected row, smooth scrolling, buttons in the rows. Repaints
 /// only the rows that changed, lays out again only when a height did, and keeps the selected item and the open groups
@@ -29,7 +29,7 @@ public:
     ~QueueView() override;
 
     /// Does something in sight move, or show how long it has been going on?
-    [[nodiscard]] bool isMoving() const { return m_moveTimer.isActive(); }
+    [[nodiscard]] bool isMoving() const;
     [[nodiscard]] const QueueModel& queue() const { return m_model; }
     [[nodiscard]] QList<QModelIndex> rowsInSight() const;
     /// Invalid while there is none. The current row, from which keys go on, need not be selected.
@@ -55,7 +55,6 @@ protected:
     void drawRow(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     void paintEvent(QPaintEvent* event) override;
     bool event(QEvent* event) override;
-    void timerEvent(QTimerEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -66,8 +65,6 @@ protected:
 
 private:
     void setUp();
-    [[nodiscard]] QList<QModelIndex> movingRows() const;
-    void stepMotion();
     void point(const QModelIndex& index, const RowHit& hit, bool isPressed);
     void pointNowhere();
     void followPointer();
@@ -84,8 +81,8 @@ private:
     GroupDrag* m_drag;
     std::unique_ptr<RowMenus> m_menus;
     std::unique_ptr<CountdownWake> m_countdowns;
+    std::unique_ptr<RowMotion> m_motion;
     std::unique_ptr<PlaceKeeper> m_place;
-    QBasicTimer m_moveTimer;
     std::optional<QPoint> m_pointer;    ///< where it is, while it is above the rows
     QPersistentModelIndex m_pointedRow; ///< that it is on
     std::optional<RowButton> m_pointed;
