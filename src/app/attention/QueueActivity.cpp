@@ -8,7 +8,7 @@ namespace vormel {
 
 namespace {
 
-bool isOnItsWay(DownloadStatus::Kind status)
+bool holdsSlot(DownloadStatus::Kind status)
 {
     return status == DownloadStatus::resolving || status == DownloadStatus::downloading;
 }
@@ -17,7 +17,7 @@ bool isOnItsWay(DownloadStatus::Kind status)
 bool isLeft(const DownloadItem& item)
 {
     const DownloadStatus::Kind status = item.status().kind();
-    return isOnItsWay(status) || (status == DownloadStatus::queued && !isRevName(item.filename()));
+    return holdsSlot(status) || (status == DownloadStatus::queued && !isRevName(item.filename()));
 }
 
 bool hasToolAtWork(const DownloadItem& item)
@@ -75,7 +75,7 @@ std::optional<double> QueueActivity::fraction() const
 QueueActivity::Share QueueActivity::shareOf(const DownloadItem& item, const Share& before)
 {
     Share share;
-    share.moving = isOnItsWay(item.status().kind()) ? 1 : 0;
+    share.moving = holdsSlot(item.status().kind()) ? 1 : 0;
     share.tools = hasToolAtWork(item) ? 1 : 0;
     share.left = isLeft(item) ? 1 : 0;
     const bool hasCome = item.status() == DownloadStatus::completed && before.files > 0;

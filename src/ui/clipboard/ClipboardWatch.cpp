@@ -49,7 +49,7 @@ void ClipboardWatch::follow()
 
 void ClipboardWatch::look()
 {
-    constexpr qsizetype longest = 1024 * 1024;
+    constexpr qsizetype longest = 1 << 20;
     if (!m_isOn || m_ports.clipboard.isOurs())
         return;
     const QString text = m_ports.clipboard.text();

@@ -58,7 +58,7 @@ QWidget* HelpWindowController::makeWindow() const
     auto* view = new HelpView(m_settings, m_filestore, window);
     column->addWidget(view);
     view->setFocus();
-    const QList<QKeySequence> closing{Qt::Key_Escape, Qt::CTRL | Qt::Key_W};
+    const QList<QKeySequence> closing{QKeySequence(Qt::Key_Escape), QKeySequence(Qt::CTRL | Qt::Key_W)};
     for (const QKeySequence& keys : closing)
         connect(new QShortcut(keys, window), &QShortcut::activated, window, &QWidget::close);
     const QRect screen = m_owner.screen()->availableGeometry();
