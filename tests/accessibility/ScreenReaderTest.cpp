@@ -37,7 +37,7 @@ protected:
 };
 
 const QString group = u"a, Paused, 2 parts, 9.5 MB"_s;
-const QString plain = u"b.zip, Paused, 127.0.0.1"_s;
+const QString plain = u"b.zip, Paused, 127.0.0.1, 4.8 MB"_s;
 
 /// How many parts of it can have the focus; each that has no name is a failure.
 int countNamed(const Accessible& whole)
@@ -77,8 +77,8 @@ TEST_F(ScreenReaderTest, AGroupOpensAndClosesByItsAction)
     EXPECT_FALSE(header.is(ATSPI_STATE_EXPANDED));
     ASSERT_TRUE(header.act(u"Toggle"_s));
     EXPECT_TRUE(header.is(ATSPI_STATE_EXPANDED));
-    EXPECT_EQ(rowNames(),
-              (QStringList{group, u"a.part1.rar, Paused, 127.0.0.1"_s, u"a.part2.rar, Paused, 127.0.0.1"_s, plain}));
+    EXPECT_EQ(rowNames(), (QStringList{group, u"a.part1.rar, Paused, 127.0.0.1, 4.8 MB"_s,
+                                       u"a.part2.rar, Paused, 127.0.0.1, 4.8 MB"_s, plain}));
     ASSERT_TRUE(header.act(u"Toggle"_s));
     EXPECT_EQ(rowNames(), (QStringList{group, plain}));
 }
