@@ -76,7 +76,7 @@ std::variant<QStringList, int> addressesOf(const QStringList& arguments)
         print(stderr, u"vormel: %1\n"_s.arg(error->text) + vormel::usageLine());
         return usageStatus;
     }
-    const auto& line = *std::get_if<vormel::CommandLine>(&reading);
+    const auto& line = std::get<vormel::CommandLine>(reading);
     if (line.wish == vormel::CommandLine::Wish::showHelp) {
         print(stdout, vormel::helpText());
         return EXIT_SUCCESS;
@@ -154,7 +154,7 @@ int run(const vormel::SingleInstance& instance, vormel::TerminationSignals& sign
 
 } // namespace
 
-int main(int argc, char** argv)
+int main(int argc, char** argv) // NOLINT(bugprone-exception-escape): the variants hold what is taken out
 {
     vormel::TerminationSignals signalsOfTheSystem; // before any thread is started
     vormel::ensureUtf8Locale();
@@ -162,7 +162,7 @@ int main(int argc, char** argv)
     const std::variant<QStringList, int> wanted = addressesOf(textsOf(argc, argv));
     if (const int* const status = std::get_if<int>(&wanted))
         return *status;
-    const QStringList& addresses = *std::get_if<QStringList>(&wanted);
+    const QStringList& addresses = std::get<QStringList>(wanted);
     const QString token = activationToken();
     const QApplication application(argc, argv);
     QApplication::setStyle(new vormel::ReadableStyle); // the application takes it over
