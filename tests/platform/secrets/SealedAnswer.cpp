@@ -66,7 +66,11 @@ void SealedAnswer::agree(const QString& exchange)
     const Number other(
         BN_bin2bn(reinterpret_cast<const unsigned char*>(bytes.data()), static_cast<int>(bytes.size()), nullptr),
         &BN_free);
-    m_key = keyFrom(power(other.get(), m_own.get(), m_prime.get()));
+    // The keyring leaves out the zeros that the shared number begins with, as one in 256 does.
+    QByteArray shared = power(other.get(), m_own.get(), m_prime.get());
+    while (shared.startsWith('\0'))
+        shared.remove(0, 1);
+    m_key = keyFrom(shared);
 }
 
 QString SealedAnswer::sealed(const QByteArray& text) const

@@ -14,8 +14,10 @@ void RowCountdowns::note(const ItemId& row, std::optional<SteadyTime> staysUntil
 
 std::optional<SteadyTime> RowCountdowns::next() const
 {
-    const auto first = std::min_element(m_staysUntil.begin(), m_staysUntil.end());
-    return first == m_staysUntil.end() ? std::nullopt : std::optional(*first);
+    std::optional<SteadyTime> first;
+    for (const SteadyTime staysUntil : m_staysUntil)
+        first = std::min(first.value_or(staysUntil), staysUntil);
+    return first;
 }
 
 bool RowCountdowns::isOver(const ItemId& row, SteadyTime now) const
