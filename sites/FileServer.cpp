@@ -28,6 +28,8 @@ FileServer::FileServer(const Options& options)
 {
     if (options.tls)
         m_tls.emplace(*options.tls);
+    for (const auto& [path, resource] : options.resources)
+        serve(path, resource);
     m_thread = std::thread([this] { acceptConnections(); });
 }
 

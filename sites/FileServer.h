@@ -20,6 +20,7 @@
 #include <string>
 #include <string_view>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace vormel::sites {
@@ -31,8 +32,9 @@ class FileServer
 public:
     struct Options
     {
-        std::optional<TlsIdentity> tls{}; // https if given
-        std::uint16_t port = 0;           // 0 takes a free one
+        std::optional<TlsIdentity> tls{};                          // https if given
+        std::uint16_t port = 0;                                    // 0 takes a free one
+        std::vector<std::pair<std::string, Resource>> resources{}; // served from the first request on
     };
 
     // Throws std::system_error if it cannot listen, std::runtime_error if the identity is unusable.

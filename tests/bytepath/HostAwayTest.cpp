@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -23,10 +24,14 @@ protected:
     static constexpr int many = 100;
     static constexpr qint64 size = 20000;
 
-    static void serve(FileServer& server, const std::string& name)
+    /// Knows its files before anybody can ask.
+    static std::unique_ptr<FileServer> start(const std::string& name, std::uint16_t port = 0)
     {
+        FileServer::Options options{.port = port};
         for (int i = 0; i < many; ++i)
-            server.serve("/" + name + std::to_string(i) + ".bin", {.content = PatternContent(1, size)});
+            options.resources.emplace_back("/" + name + std::to_string(i) + ".bin",
+                                           sites::Resource{.content = PatternContent(1, size)});
+        return std::make_unique<FileServer>(options);
     }
     std::vector<ItemPtr> add(const FileServer& server, const std::string& name)
     {
@@ -39,6 +44,17 @@ protected:
     {
         return std::count_if(items.begin(), items.end(),
                              [](const ItemPtr& item) { return item->status() == DownloadStatus::completed; });
+    }
+    /// What those that are not completed say, for who reads of a failure.
+    static std::string left(const std::vector<ItemPtr>& items)
+    {
+        QStringList lines;
+        for (const ItemPtr& item : items) {
+            if (item->status() != DownloadStatus::completed)
+                lines.append(item->filename() + u": "_s + statusLabel(item->status(), AppLanguage::english) + u' ' +
+                             item->status().message() + u' ' + QString::number(item->wait().kind));
+        }
+        return lines.join(u'\n').toStdString();
     }
     /// Lets the engine work for so much time on its clock, or until the condition holds: does it?
     [[nodiscard]] bool work(std::chrono::milliseconds time, const std::function<bool()>& condition)
@@ -59,14 +75,12 @@ protected:
 
 TEST_F(HostAwayTest, AHundredItemsOutliveItsAbsenceAndABusyHostNeverWaitsForThem)
 {
-    auto away = std::make_unique<FileServer>();
-    FileServer busy;
-    serve(*away, "away");
-    serve(busy, "busy");
+    std::unique_ptr<FileServer> away = start("away");
+    const std::unique_ptr<FileServer> busy = start("busy");
     engine.manager().settings().autoExtract.set(false);
     engine.manager().settings().maxConcurrentDownloads.set(4);
     const std::vector<ItemPtr> awayItems = add(*away, "away");
-    const std::vector<ItemPtr> busyItems = add(busy, "busy");
+    const std::vector<ItemPtr> busyItems = add(*busy, "busy");
     engine.manager().commands().startAll();
     ASSERT_TRUE(waitUntil([&] { return completed(awayItems) >= 10; }));
     const std::uint16_t port = away->port();
@@ -75,9 +89,8 @@ TEST_F(HostAwayTest, AHundredItemsOutliveItsAbsenceAndABusyHostNeverWaitsForThem
     EXPECT_TRUE(waitUntil([&] { return completed(busyItems) == many; }));
     EXPECT_FALSE(work(20s, [&] { return completed(awayItems) > before + 4; }));
     EXPECT_LT(completed(awayItems), many);
-    away = std::make_unique<FileServer>(FileServer::Options{.port = port});
-    serve(*away, "away");
+    away = start("away", port);
     const std::ptrdiff_t meanwhile = completed(awayItems);
     EXPECT_TRUE(work(15s, [&] { return completed(awayItems) > meanwhile; }));
-    EXPECT_TRUE(waitUntil([&] { return completed(awayItems) == many; }));
+    EXPECT_TRUE(waitUntil([&] { return completed(awayItems) == many; })) << left(awayItems);
 }
