@@ -34,7 +34,11 @@ void DownloadItem::setStatus(DownloadStatus status)
 {
     if (m_status == status)
         return;
-    setVerification({});
+    // That it is fetched again stays true for as long as it is.
+    const bool isOnItsWay = status == DownloadStatus::queued || status == DownloadStatus::resolving ||
+                            status == DownloadStatus::downloading;
+    if (!isOnItsWay || m_verification.kind != VerificationResult::fetchedAgain)
+        setVerification({});
     setWait({});
     set(m_status, std::move(status), ItemField::status);
 }

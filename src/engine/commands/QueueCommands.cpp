@@ -158,9 +158,9 @@ void QueueCommands::tryFailedAgain(Items items) // NOLINT(performance-unnecessar
             continue;
         m_ports.recovery.cancelCountdown(*item);
         m_ports.completion.forget({item->id()});
+        m_ports.tries.goAhead(*item);
         item->setResolvedURL(std::nullopt);
         item->setStatus(DownloadStatus::queued);
-        m_ports.tries.goAhead(*item);
     }
     m_ports.queue.processQueue();
     m_ports.queue.saveQueue();

@@ -7,6 +7,7 @@
 #include "engine/intake/KnownLinks.h"
 #include "engine/intake/LinkIntake.h"
 #include "engine/recovery/NetworkRecovery.h"
+#include "engine/recovery/WaitingArchives.h"
 #include "engine/schedule/DownloadStarter.h"
 #include "engine/transfer/ItemPart.h"
 #include "engine/transfer/TransferSession.h"
@@ -25,6 +26,8 @@ void comeToRest(DownloadItem& item)
 {
     if (item.status() == DownloadStatus::resolving || item.status() == DownloadStatus::downloading)
         item.setStatus(DownloadStatus::queued);
+    // Whoever held it back knows it no more, and says so anew.
+    item.setWait({});
     item.setSpeedBytesPerSec(0);
 }
 
@@ -95,7 +98,7 @@ bool RemovedItems::take(const QSet<ItemId>& ids)
         return false;
     m_wholeOrder =
         m_removed.empty() ? m_ports.table.items() : orderWithMissing(m_wholeOrder, m_ports.table, this->ids());
-    m_ports.table.remove(ids);
+    m_ports.table.remove(ids, ItemTable::Departure::forNow);
     for (Removed& removed : taken) {
         comeToRest(*removed.item); // unseen by anybody
         m_removed.push_back(std::move(removed));
@@ -107,8 +110,12 @@ bool RemovedItems::take(const QSet<ItemId>& ids)
 
 RemovedItems::Removed RemovedItems::detach(const ItemPtr& item)
 {
-    Removed removed{item, m_ports.session.partFileURL(item->id()), m_ports.intake.passwordOf(item->id()),
-                    item->recoveryCountdown(), m_ports.postDownload.isWorkingOn(item->id())};
+    Removed removed{item,
+                    m_ports.session.partFileURL(item->id()),
+                    m_ports.intake.passwordOf(item->id()),
+                    item->recoveryCountdown(),
+                    m_ports.waitingArchives.setAwaiting(*item),
+                    m_ports.postDownload.isWorkingOn(item->id())};
     m_ports.recovery.cancelCountdown(*item);
     m_ports.session.drop(item->id());
     m_ports.starter.abandon(item->id());
@@ -142,8 +149,11 @@ void RemovedItems::resume(const Removed& removed)
     m_ports.intake.takeUpContainer(removed.item, removed.containerPassword);
     if (removed.recoveryCountdown)
         m_ports.recovery.startRecoveryCountdown(item, *removed.recoveryCountdown);
-    // A run that waited for its turn did not begin without its row.
-    if (removed.wasUnpacked && item.extractionStatus() == ExtractionStatus::idle)
+    if (item.status() == DownloadStatus::failed)
+        m_ports.recovery.scheduleRecoveryCheck(item);
+    // A run that waited for its turn did not begin without its row; one that goes on needs nothing.
+    const bool isRunOver = removed.wasUnpacked && !m_ports.postDownload.isWorkingOn(item.id());
+    if (isRunOver && item.extractionStatus() == ExtractionStatus::idle)
         m_ports.postDownload.autoExtractAfterDownload(item.id());
 }
 
@@ -153,7 +163,12 @@ void RemovedItems::finish()
         return;
     m_end.cancel();
     m_wholeOrder.clear();
-    deleteParts(std::exchange(m_removed, {}));
+    const std::vector<Removed> removed = std::exchange(m_removed, {});
+    deleteParts(removed);
+    for (const Removed& one : removed) {
+        if (one.awaitingSet)
+            m_ports.waitingArchives.lookLaterAt(*one.awaitingSet);
+    }
     Q_EMIT changed();
 }
 

@@ -13,6 +13,7 @@ class NetworkRecovery;
 class PostDownload;
 class TransferCompletion;
 class TransferSession;
+class WaitingArchives;
 
 /// What the user takes out of the queue: it goes at once, and can be put back for ten seconds from the last removal.
 /// Only then are the part files deleted that go with it. UI thread only.
@@ -30,6 +31,7 @@ public:
         TransferCompletion& completion;
         NetworkRecovery& recovery;
         PostDownload& postDownload;
+        WaitingArchives& waitingArchives;
         LinkIntake& intake;
         QueueTurn& queue;
         Clock& clock;
@@ -57,7 +59,7 @@ public:
     /// added again meanwhile stays with its newer item.
     void putBack();
     /// Nothing can be put back any more. Deletes the part file of each item that was being fetched, unless its link is
-    /// in the queue again or another item goes on with that file.
+    /// in the queue again or another item goes on with that file. Archives stop waiting for volumes only now.
     void finish();
 
 Q_SIGNALS:
@@ -71,7 +73,8 @@ private:
         std::optional<QString> partPath; ///< that its transfer was writing
         std::optional<QString> containerPassword;
         std::optional<int> recoveryCountdown;
-        bool wasUnpacked = false; ///< by a run that had not ended
+        std::optional<QString> awaitingSet; ///< whose archive waits for this volume
+        bool wasUnpacked = false;           ///< by a run that had not ended
     };
 
     /// False if none of them is there.

@@ -89,12 +89,14 @@ void ItemTable::insert(const std::vector<Placed>& placed)
     m_listener.tableFilledUp(ids);
 }
 
-void ItemTable::remove(const QSet<ItemId>& ids)
+void ItemTable::remove(const QSet<ItemId>& ids, Departure departure)
 {
     QSet<ItemId> gone;
-    for (const ItemId& id : ids)
-        if (const ItemPtr item = find(id))
+    for (const ItemId& id : ids) {
+        const ItemPtr item = departure == Departure::forGood ? find(id) : nullptr;
+        if (item)
             m_listener.tableWillRemove(*item);
+    }
     for (const ItemId& id : ids) {
         if (const ItemPtr item = find(id)) {
             removeItemObserver(item);

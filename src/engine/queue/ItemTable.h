@@ -23,7 +23,7 @@ public:
     {
     public:
         virtual void tableGrew(qsizetype first, qsizetype count) = 0;
-        /// The item is about to leave the queue.
+        /// The item is about to leave the queue for good.
         virtual void tableWillRemove(DownloadItem& /*item*/) {}
         virtual void tableShrank(const QSet<ItemId>& ids) = 0;
         /// Items came to places among the others.
@@ -42,6 +42,13 @@ public:
     {
         DownloadStatus::Kind status;
         bool isRev;
+    };
+
+    /// May what is removed come back?
+    enum class Departure : quint8
+    {
+        forGood,
+        forNow,
     };
 
     /// An item and the place that it is to have.
@@ -76,7 +83,7 @@ public:
     /// what would lie beyond the end comes to the end.
     void insert(const std::vector<Placed>& placed);
     /// Ids that are not there are ignored. Each item falls silent before the listener hears of it.
-    void remove(const QSet<ItemId>& ids);
+    void remove(const QSet<ItemId>& ids, Departure departure = Departure::forGood);
     /// Puts the items into ascending order of their ranks; those without one go to the end. Equal ranks keep their
     /// order.
     void reorder(const QHash<ItemId, std::size_t>& ranks);

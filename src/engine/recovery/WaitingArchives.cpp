@@ -36,16 +36,22 @@ void WaitingArchives::offItsWay(const DownloadItem& item)
 
 void WaitingArchives::willBeRemoved(const DownloadItem& item)
 {
+    if (const std::optional<QString> base = setAwaiting(item))
+        lookLaterAt(*base);
+}
+
+std::optional<QString> WaitingArchives::setAwaiting(const DownloadItem& item) const
+{
     const bool isThere = item.status() == DownloadStatus::completed;
     const bool isAwaited =
         isRevName(item.filename()) ? m_revFiles.isComing(item) : item.status() != DownloadStatus::failed;
-    if (isSetMember(item.filename()) && !isThere && isAwaited)
-        lookLaterAt(setBaseName(item.filename()));
+    if (!isSetMember(item.filename()) || isThere || !isAwaited)
+        return std::nullopt;
+    return setBaseName(item.filename());
 }
 
 void WaitingArchives::lookLaterAt(const QString& base)
 {
-    // One look for however many rows go at once.
     if (m_due.contains(base))
         return;
     m_due.insert(base);

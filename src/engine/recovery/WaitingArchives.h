@@ -22,11 +22,15 @@ public:
     void failed(const DownloadItem& item);
     /// The item was resolving or downloading, and is so no more.
     void offItsWay(const DownloadItem& item);
-    /// The item is about to leave the queue.
+    /// The item is about to leave the queue for good.
     void willBeRemoved(const DownloadItem& item);
 
-private:
+    /// The set of which the item is a volume that is not there yet, but is to come.
+    [[nodiscard]] std::optional<QString> setAwaiting(const DownloadItem& item) const;
+    /// One look for however often it is asked for in this turn.
     void lookLaterAt(const QString& base);
+
+private:
     void lookAt(const QString& base);
 
     const ItemTable& m_table;

@@ -86,8 +86,13 @@ QCoro::Task<> DownloadStarter::startDownload(ItemPtr item)
 
 void DownloadStarter::resolveFailed(DownloadItem& item, const ResolverError& error, SteadyTime beganAt)
 {
-    if (error.kind() == ResolverError::Kind::networkError && m_ports.tries.awaitNetwork(item))
+    const bool isAway = error.kind() == ResolverError::Kind::networkError;
+    if (isAway && m_ports.tries.awaitNetwork(item))
         return m_ports.queue.processQueue();
+    if (isAway)
+        m_ports.tries.pageWasAway(item);
+    else
+        m_ports.tries.pageAnswered(item);
     if (error.kind() != ResolverError::Kind::loginRequired)
         return startFailed(item, error.errorDescription());
     item.setStatus(DownloadStatus::queued);
@@ -175,7 +180,8 @@ void DownloadStarter::beginTransfer(DownloadItem& item, const Link& address)
 bool DownloadStarter::mustWait(const DownloadItem& item, const Link& address)
 {
     const QString host = hostKey(address);
-    m_ports.hosts.asks(item.id(), host);
+    if (m_ports.hosts.leads(hostKey(item.originalURL()), item.id(), host))
+        m_ports.queue.later([this] { m_ports.queue.processQueue(); });
     // Two links of one name: the second waits, and is complete when the first is.
     return m_ports.sameNames.isTaken(item) || m_ports.offline.holdsBack(address) ||
            m_ports.hosts.holdsBack(host, item.id());

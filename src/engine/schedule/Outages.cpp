@@ -31,6 +31,7 @@ bool Outages::networkChanged()
         return false;
     if (isOffline) {
         m_ports.tries.networkWent();
+        m_ports.queue.processQueue(); // what lies on this machine may go on
         return true;
     }
     m_ports.tries.networkCame();

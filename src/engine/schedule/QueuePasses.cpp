@@ -10,6 +10,7 @@
 #include "engine/tries/Offline.h"
 #include "engine/tries/Tries.h"
 #include "model/AppSettings.h"
+#include "model/SetName.h"
 #include "platform/async/Spawn.h"
 
 namespace vormel {
@@ -76,8 +77,24 @@ bool QueuePasses::isHostResting(const DownloadItem& item) const
 {
     if (m_ports.hosts.isEmpty())
         return false;
-    const Link* const address = nextAddress(item, m_ports.clock.wallNow());
-    return address && m_ports.hosts.holdsBack(hostKey(*address), item.id());
+    const auto holdsBack = [&](const Link& address) { return m_ports.hosts.holdsBack(hostKey(address), item.id()); };
+    if (hasFreshAddress(item, m_ports.clock.wallNow()))
+        return holdsBack(*item.resolvedURL());
+    // Its page will most likely lead to where it led before, which this item may be the one to ask.
+    return holdsBack(item.originalURL()) && (!item.resolvedURL() || holdsBack(*item.resolvedURL()));
+}
+
+bool QueuePasses::mayAsk(DownloadItem& item)
+{
+    return (!isRevName(item.filename()) || mayFetchRev(item)) && !isHeldBackItself(item);
+}
+
+QVarLengthArray<QString, 2> QueuePasses::hostsFor(const DownloadItem& item) const
+{
+    QVarLengthArray<QString, 2> hosts{hostKey(lastAddress(item))};
+    if (item.resolvedURL() && !hasFreshAddress(item, m_ports.clock.wallNow()))
+        hosts.append(hostKey(item.originalURL()));
+    return hosts;
 }
 
 void QueuePasses::chooseProbes()
@@ -85,28 +102,29 @@ void QueuePasses::chooseProbes()
     // One that cannot ask by now, because the user has to sign in for it or for any other reason, hands over.
     for (const ItemId& id : m_ports.hosts.dueProbes()) {
         const ItemPtr probe = m_ports.table.find(id);
-        if (!probe || (probe->status() == DownloadStatus::queued && isHeldBackItself(*probe)))
+        if (!probe || (probe->status() == DownloadStatus::queued && !mayAsk(*probe)))
             m_ports.hosts.left(id);
     }
-    const QSet<QString> hosts = m_ports.hosts.withoutProbe();
-    if (hosts.isEmpty())
+    const QSet<QString> resting = m_ports.hosts.withoutProbe();
+    if (resting.isEmpty())
         return;
     QHash<QString, ItemPtr> probes;
     const std::span<const ItemTable::Row> rows = m_ports.table.rows();
     for (std::size_t i = 0; i < rows.size(); ++i) {
-        const ItemPtr& item = m_ports.table.items()[i];
-        const Link* const address =
-            rows[i].status == DownloadStatus::queued ? nextAddress(*item, m_ports.clock.wallNow()) : nullptr;
-        const QString host = address ? hostKey(*address) : QString();
-        if (!hosts.contains(host) || (rows[i].isRev && !mayFetchRev(*item)))
+        if (rows[i].status != DownloadStatus::queued)
             continue;
-        const ItemPtr best = probes.value(host);
-        const bool isBetter = !best || (m_ports.hosts.isAwayForLong(host) &&
-                                        m_ports.tries.spent(item->id()) < m_ports.tries.spent(best->id()));
-        if (isBetter && !isHeldBackItself(*item))
-            probes.insert(host, item);
+        const ItemPtr& item = m_ports.table.items()[i];
+        for (const QString& host : hostsFor(*item)) {
+            if (!resting.contains(host))
+                continue;
+            const ItemPtr best = probes.value(host);
+            const bool isBetter = !best || (m_ports.hosts.isAwayForLong(host) &&
+                                            m_ports.tries.spent(item->id()) < m_ports.tries.spent(best->id()));
+            if (isBetter && mayAsk(*item))
+                probes.insert(host, item);
+        }
     }
-    for (const QString& host : hosts) {
+    for (const QString& host : resting) {
         if (const ItemPtr probe = probes.value(host))
             m_ports.hosts.setProbe(host, probe->id());
         else // nobody wants anything of it any more

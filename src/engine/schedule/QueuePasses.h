@@ -2,6 +2,8 @@
 
 #include "engine/schedule/Scheduler.h"
 
+#include <QVarLengthArray>
+
 namespace vormel {
 
 class AppSettings;
@@ -48,6 +50,10 @@ private:
     /// The item may not start though its host is there.
     [[nodiscard]] bool isHeldBackItself(DownloadItem& item);
     [[nodiscard]] bool isHostResting(const DownloadItem& item) const;
+    /// Could the item ask its host, if that did not rest?
+    [[nodiscard]] bool mayAsk(DownloadItem& item);
+    /// Those that a start of the item asks, as far as it is known.
+    [[nodiscard]] QVarLengthArray<QString, 2> hostsFor(const DownloadItem& item) const;
     /// Has each host whose time has come asked by one item.
     void chooseProbes();
     void startLater(const ItemPtr& item, DownloadStatus::Kind expected);

@@ -43,11 +43,4 @@ const Link& lastAddress(const DownloadItem& item)
     return item.resolvedURL() ? *item.resolvedURL() : item.originalURL();
 }
 
-const Link* nextAddress(const DownloadItem& item, WallTime now)
-{
-    if (!item.resolvedURL())
-        return &item.originalURL();
-    return hasFreshAddress(item, now) ? &*item.resolvedURL() : nullptr;
-}
-
 } // namespace vormel

@@ -16,9 +16,6 @@ namespace vormel {
 /// Where the item's file was asked for last: the address found for it, or else its own link.
 [[nodiscard]] const Link& lastAddress(const DownloadItem& item);
 
-/// Where the item's file will be asked for, if it is started now; null if an address is to be found first.
-[[nodiscard]] const Link* nextAddress(const DownloadItem& item, WallTime now);
-
 /// How long an address that was found is good for.
 inline constexpr std::chrono::seconds resolvedLinkLife{1200};
 

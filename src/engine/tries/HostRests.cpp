@@ -47,6 +47,34 @@ void HostRests::failedForGood(const QString& host, const ItemId& id)
     wait(rest, std::chrono::seconds(0)); // the next item has not asked yet
 }
 
+void HostRests::pageFailed(const QString& page, const ItemId& id)
+{
+    const auto [found, isNew] = m_rests.try_emplace(page);
+    Rest& rest = found->second;
+    if (!isNew && rest.probe != id)
+        return;
+    rest.probe.reset();
+    rest.longRests = std::max(rest.longRests, 1);
+    waitLong(rest, std::chrono::seconds(0));
+}
+
+bool HostRests::leads(const QString& page, const ItemId& id, const QString& host)
+{
+    for (auto& [key, rest] : m_rests) {
+        if (rest.probe == id && key != host && key != page)
+            handOver(rest);
+    }
+    const Rest* const rest = find(page);
+    if (page == host || (rest && rest->probe != id))
+        return false;
+    if (holdsBack(host, id)) {
+        pageFailed(page, id);
+        m_rests.at(page).behind = host;
+        return false;
+    }
+    return !find(host) && m_rests.erase(page) > 0;
+}
+
 void HostRests::wait(Rest& rest, std::chrono::seconds delay)
 {
     rest.due = m_clock.steadyNow() + delay;
@@ -64,6 +92,7 @@ void HostRests::waitLong(Rest& rest, std::chrono::seconds atLeast)
 
 QSet<ItemId> HostRests::end(const QString& host)
 {
+    std::erase_if(m_rests, [&host](const auto& entry) { return entry.second.behind == host; });
     const auto rest = m_rests.extract(host);
     return rest ? rest.mapped().failed : QSet<ItemId>();
 }
@@ -81,20 +110,21 @@ void HostRests::left(const ItemId& id)
 {
     for (auto& [host, rest] : m_rests) {
         rest.failed.remove(id);
-        if (rest.probe != id)
-            continue;
-        rest.probe.reset();
-        wait(rest, std::max(std::chrono::ceil<std::chrono::seconds>(rest.due - m_clock.steadyNow()), shortRest));
+        if (rest.probe == id)
+            handOver(rest);
     }
 }
 
-void HostRests::asks(const ItemId& id, const QString& host)
+void HostRests::handOver(Rest& rest)
 {
-    const bool isProbeElsewhere = std::any_of(m_rests.begin(), m_rests.end(), [&](const auto& entry) {
-        return entry.second.probe == id && entry.first != host;
-    });
-    if (isProbeElsewhere)
-        left(id);
+    rest.probe.reset();
+    wait(rest, std::max(std::chrono::ceil<std::chrono::seconds>(rest.due - m_clock.steadyNow()), shortRest));
+}
+
+std::optional<QString> HostRests::behind(const QString& page) const
+{
+    const Rest* const rest = find(page);
+    return rest ? rest->behind : std::nullopt;
 }
 
 const HostRests::Rest* HostRests::find(const QString& host) const
@@ -149,7 +179,8 @@ bool HostRests::isAwayForLong(const QString& host) const
 
 void HostRests::setProbe(const QString& host, const ItemId& id)
 {
-    m_rests.at(host).probe = id;
+    if (const auto found = m_rests.find(host); found != m_rests.end())
+        found->second.probe = id;
 }
 
 } // namespace vormel

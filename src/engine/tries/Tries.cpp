@@ -31,8 +31,10 @@ bool Tries::tryLater(DownloadItem& item, std::optional<std::chrono::seconds> ret
 
 bool Tries::tryLaterAsHostIsAway(DownloadItem& item)
 {
-    if (awaitNetwork(item))
+    if (awaitNetwork(item)) {
+        m_ports.queue.later([this] { m_ports.queue.processQueue(); });
         return true;
+    }
     const QString host = hostKey(lastAddress(item));
     const std::optional<std::chrono::seconds> delay = m_budget.spend(item.id());
     if (delay) {
@@ -71,10 +73,26 @@ void Tries::hostAnswered(const DownloadItem& item)
     m_ports.queue.later([this] { m_ports.queue.processQueue(); });
 }
 
+void Tries::pageWasAway(const DownloadItem& item)
+{
+    m_ports.hosts.pageFailed(hostKey(item.originalURL()), item.id());
+}
+
+void Tries::pageAnswered(const DownloadItem& item)
+{
+    const QString page = hostKey(item.originalURL());
+    if (!m_ports.hosts.behind(page))
+        showWaits(m_ports.hosts.end(page));
+}
+
 void Tries::goAhead(const DownloadItem& item)
 {
-    if (!m_ports.hosts.isEmpty())
-        showWaits(m_ports.hosts.end(hostKey(lastAddress(item))));
+    if (m_ports.hosts.isEmpty())
+        return;
+    const QString host = hostKey(lastAddress(item));
+    if (const std::optional<QString> behind = m_ports.hosts.behind(host))
+        showWaits(m_ports.hosts.end(*behind));
+    showWaits(m_ports.hosts.end(host));
 }
 
 void Tries::goAheadWithAll()

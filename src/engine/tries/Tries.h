@@ -38,6 +38,9 @@ public:
 
     /// The item's host is there.
     void hostAnswered(const DownloadItem& item);
+    /// No address was found for the item: either its page was away, or that has said so.
+    void pageWasAway(const DownloadItem& item);
+    void pageAnswered(const DownloadItem& item);
     /// The user wants the item now, whatever its host did.
     void goAhead(const DownloadItem& item);
     /// Nothing is waited for any more, neither hosts nor times.

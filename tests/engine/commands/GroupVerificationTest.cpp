@@ -161,6 +161,19 @@ TEST_F(GroupVerificationTest, SaysWhichPartsAreFetchedAgainAlsoWhenTheFirstIsOne
     EXPECT_EQ(set[0]->status(), DownloadStatus::queued);
 }
 
+TEST_F(GroupVerificationTest, GoesOnSayingWhichPartsAreFetchedAgainWhileTheFirstIsFetched)
+{
+    unrar("echo 'Corrupt header'; exit 3");
+    EXPECT_EQ(told().kind, VerificationResult::fetchedAgain);
+    engine.settings().maxConcurrentDownloads.set(1);
+    engine.manager().processQueue();
+    turnEventLoop();
+    ASSERT_EQ(set[0]->status(), DownloadStatus::downloading);
+    EXPECT_EQ(set[0]->verification().kind, VerificationResult::fetchedAgain);
+    engine.manager().commands().stopItems({set[0]});
+    EXPECT_EQ(set[0]->verification().kind, VerificationResult::none);
+}
+
 TEST_F(GroupVerificationTest, SaysHowFarTheTestIs)
 {
     unrar("printf '...   \\b\\b\\b\\b 42%%'; " + waitForGo() + "; exit 0");

@@ -297,6 +297,41 @@ TEST_F(RemovedItemsTest, ARecoveryCountdownStopsAndGoesOn)
     EXPECT_EQ(rev->status(), S::stopped);
 }
 
+TEST_F(RemovedItemsTest, ARowThatComesBackSaysNoMoreWhatItWaitedFor)
+{
+    const ItemPtr a = put("a", S::queued);
+    a->setWait({ItemWait::nextTry, engine.clock.steadyNow(), {}});
+    engine.settings().maxConcurrentDownloads.set(0);
+    remove(a);
+    removed().putBack();
+    EXPECT_EQ(a->wait(), ItemWait());
+}
+
+TEST_F(RemovedItemsTest, NamesOfRowsThatComeBackAreLookedUp)
+{
+    engine.manager().accounts().set({account(SupportedHost::filestore)});
+    engine.settings().maxConcurrentDownloads.set(0);
+    engine.manager().addDirectURLs({link(premiumLink)});
+    remove(engine.manager().items().back());
+    turnEventLoop();
+    ASSERT_TRUE(log->resolves.empty());
+    removed().putBack();
+    turnEventLoop();
+    EXPECT_EQ(log->resolves.size(), 1U);
+}
+
+TEST_F(RemovedItemsTest, AFailedPartThatComesBackIsLookedAtForRecovery)
+{
+    laySetWithRecoveryVolume();
+    const ItemPtr part = put("m.part2.rar", S::failure(u"gone"_s));
+    engine.clock.advance(std::chrono::minutes(10));
+    ASSERT_EQ(item->status(), S::stopped);
+    remove(part);
+    removed().putBack();
+    engine.clock.advance(std::chrono::minutes(2));
+    EXPECT_NE(item->status(), S::stopped);
+}
+
 TEST_F(RemovedItemsTest, EachCommandTakesWhatItsNameSays)
 {
     using Command = void (*)(RemovedItems&);

@@ -123,6 +123,32 @@ TEST_F(HostsAwayTest, AllGoOnAsSoonAsTheProbeGetsAnAnswer)
     EXPECT_EQ(count(away, DownloadStatus::completed), 100);
 }
 
+TEST_F(HostsAwayTest, ARecoveryVolumeThatMayBeFetchedNoMoreHandsOver)
+{
+    engine.settings().maxConcurrentDownloads.set(2);
+    engine.settings().downloadRevFiles.set(true);
+    const ItemPtr volume = engine.add(u"http://away/m.part1.rev"_s);
+    const ItemPtr part = engine.add(u"http://away/m.part2.rar"_s);
+    const auto away = addMany(u"away"_s, 2);
+    startAll();
+    failAll(u"away"_s);
+    addMany(u"near"_s, 2);
+    startAll();
+    ASSERT_EQ(running(u"away"_s).size(), 2U);
+    failAll(u"away"_s);
+    ASSERT_EQ(running(u"near"_s).size(), 2U);
+    // The volume is to ask, but there is no slot for it.
+    engine.clock.advance(10s);
+    turnEventLoop();
+    engine.settings().downloadRevFiles.set(false);
+    engine.settings().maxConcurrentDownloads.set(3);
+    engine.clock.advance(2s);
+    turnEventLoop();
+    ASSERT_EQ(running(u"away"_s).size(), 1U);
+    EXPECT_EQ(volume->status(), DownloadStatus::queued);
+    EXPECT_EQ(part->status(), DownloadStatus::downloading);
+}
+
 TEST_F(HostsAwayTest, AnErrorAnswerOfTheProbeIsAnAnswer)
 {
     engine.settings().maxConcurrentDownloads.set(5);

@@ -143,6 +143,28 @@ TEST_F(OutageTest, ALocalServerThatIsAwaySpendsTriesAsEver)
     EXPECT_EQ(failuresUntilTheLast(item), 9);
 }
 
+TEST_F(OutageTest, ALocalServerThatIsWaitedForIsAskedWhenTheNetworkGoes)
+{
+    const ItemPtr item = engine.start(u"http://127.0.0.1/film.rar"_s);
+    lose();
+    ASSERT_EQ(item->status(), DownloadStatus::queued);
+    goOffline();
+    EXPECT_EQ(item->status(), DownloadStatus::downloading);
+}
+
+TEST_F(OutageTest, ALocalServerGetsTheSlotOfWhatWaitsForTheNetwork)
+{
+    const ItemPtr item = engine.start(rarLink);
+    const ItemPtr local = engine.add(u"http://127.0.0.1/other.rar"_s);
+    engine.settings().maxConcurrentDownloads.set(1);
+    startAll();
+    goOffline();
+    ASSERT_EQ(item->status(), DownloadStatus::downloading);
+    lose();
+    EXPECT_EQ(item->status(), DownloadStatus::queued);
+    EXPECT_EQ(local->status(), DownloadStatus::downloading);
+}
+
 TEST_F(OutageTest, TheUserMayKnowBetterUntilTheDesktopSpeaksAgain)
 {
     goOffline();

@@ -30,6 +30,7 @@ protected:
     }
 
     const QString host = u"http://away"_s;
+    const QString page = u"https://page"_s;
     const ItemId first = ItemId::make();
     const ItemId second = ItemId::make();
     fixtures::ManualClock clock;
@@ -108,11 +109,57 @@ TEST_F(HostRestsTest, HandOverWhenTheProbeIsAskedForElsewhere)
     rests.failed(host, first, 2s);
     clock.advance(2s);
     rests.setProbe(host, first);
-    rests.asks(first, host);
+    EXPECT_FALSE(rests.leads(host, first, host));
     EXPECT_FALSE(rests.holdsBack(host, first));
-    rests.asks(first, u"http://other"_s);
+    EXPECT_FALSE(rests.leads(page, first, u"http://other"_s));
     clock.advance(2s);
     EXPECT_EQ(rests.withoutProbe(), QSet<QString>{host});
+}
+
+TEST_F(HostRestsTest, APageThatLedToARestingHostRestsUntilThatAnswers)
+{
+    const ItemId third = ItemId::make();
+    rests.failed(host, first, 2s);
+    EXPECT_FALSE(rests.leads(page, second, host));
+    EXPECT_EQ(rests.behind(page), host);
+    EXPECT_TRUE(rests.holdsBack(page, third));
+    // Who was asked for before says nothing new.
+    EXPECT_FALSE(rests.leads(page, third, u"https://third"_s));
+    EXPECT_TRUE(rests.holdsBack(page, third));
+    clock.advance(20s);
+    EXPECT_EQ(rests.withoutProbe(), (QSet<QString>{host, page}));
+    EXPECT_EQ(rests.end(host), QSet<ItemId>{first});
+    EXPECT_TRUE(rests.isEmpty());
+}
+
+TEST_F(HostRestsTest, APageIsAskedForByOneThatEndsItsRestElsewhere)
+{
+    rests.failed(host, first, 2s);
+    EXPECT_FALSE(rests.leads(page, second, host));
+    clock.advance(20s);
+    rests.setProbe(page, second);
+    EXPECT_FALSE(rests.holdsBack(page, second));
+    EXPECT_FALSE(rests.leads(page, second, host));
+    EXPECT_EQ(rests.due(page), clock.steadyNow() + 40s);
+    clock.advance(40s);
+    rests.setProbe(page, second);
+    EXPECT_TRUE(rests.leads(page, second, u"https://third"_s));
+    EXPECT_FALSE(rests.due(page));
+    EXPECT_TRUE(rests.due(host));
+}
+
+TEST_F(HostRestsTest, APageThatLeadsToItselfRestsAsAHost)
+{
+    rests.failed(host, first, 2s);
+    EXPECT_FALSE(rests.leads(host, second, host));
+    EXPECT_FALSE(rests.behind(host));
+    EXPECT_EQ(left(), 2s);
+}
+
+TEST_F(HostRestsTest, NobodyProbesAHostThatRestsNoMore)
+{
+    rests.setProbe(host, first);
+    EXPECT_TRUE(rests.isEmpty());
 }
 
 TEST_F(HostRestsTest, GrowToTenMinutesOnceAnItemHasFailedForGoodAndTakeAnotherProbeEachTime)

@@ -1,0 +1,69 @@
+#include "fixtures/ArchiveStep.h"
+#include "fixtures/EventLoop.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+using namespace vormel;
+using namespace vormel::fixtures;
+
+namespace {
+
+constexpr std::chrono::seconds timeToThink{10};
+
+/// A set of which two volumes are here and one is to come.
+class RemovedVolumesTest : public ::testing::Test, protected ArchiveStep
+{
+protected:
+    void SetUp() override
+    {
+        engine.settings().maxConcurrentDownloads.set(0);
+        unpackerMakes("movie.mkv");
+        first = onDisk(u"m.part1.rar"_s);
+        second = onDisk(u"m.part2.rar"_s);
+        third = engine.add(u"http://h/m.part3.rar"_s);
+        turnEventLoop();
+    }
+    [[nodiscard]] RemovedItems& removed() { return engine.manager().removed(); }
+    [[nodiscard]] qsizetype runs() { return engine.tools.calls(u"unrar"_s).size(); }
+
+    ItemPtr first;
+    ItemPtr second;
+    ItemPtr third;
+};
+
+} // namespace
+
+TEST_F(RemovedVolumesTest, AreWaitedForAsLongAsTheyMayComeBack)
+{
+    removed().remove({third->id()});
+    turnEventLoop();
+    EXPECT_EQ(first->extractionStatus(), ExtractionStatus::idle);
+    removed().putBack();
+    engine.clock.advance(timeToThink);
+    turnEventLoop();
+    EXPECT_EQ(first->extractionStatus(), ExtractionStatus::idle);
+    EXPECT_EQ(runs(), 0);
+}
+
+TEST_F(RemovedVolumesTest, AreWaitedForNoMoreWhenTheyAreGoneForGood)
+{
+    removed().remove({third->id()});
+    engine.clock.advance(timeToThink);
+    EXPECT_TRUE(reaches(first, ExtractionStatus::done));
+}
+
+TEST_F(RemovedVolumesTest, ComeBackToARunThatGoesOnAndRunsOnce)
+{
+    engine.tools.add(u"unrar"_s, waitForGo() + "; exit 3");
+    engine.tools.add(u"rar"_s, "exit 10");
+    removed().remove({third->id()});
+    removed().finish();
+    ASSERT_TRUE(waitUntil([&] { return runs() == 1; }));
+    removed().remove({first->id(), second->id()});
+    removed().putBack();
+    go();
+    ASSERT_TRUE(reaches(first, ExtractionStatus::failed));
+    EXPECT_EQ(runs(), 1);
+}
