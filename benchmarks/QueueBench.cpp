@@ -4,6 +4,8 @@
 #include "ProgramInProfile.h"
 #include "model/SetName.h"
 
+#include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QDir>
 
 using namespace Qt::StringLiterals;
@@ -45,6 +47,27 @@ void benchOneSet(Report& report)
     report.add(u"set10k_resync_ms"_s, medianMilliseconds([&] { manager.commands().resyncItems(items); }), 200);
 }
 
+/// All items are of one host, of which nobody listens at the port.
+void benchHostAway(Report& report)
+{
+    const QTemporaryDir directory(scratchTemplate());
+    Program program(Folders::below(QDir(directory.path()).absolutePath()));
+    DownloadManager& manager = program.manager();
+    std::vector<Link> links;
+    for (int i = 0; i < itemCount; ++i)
+        links.push_back(*Link::parse(u"http://127.0.0.1:1/file%1.bin"_s.arg(i)));
+    manager.addDirectURLs(links);
+    manager.commands().startAll();
+    const ItemPtr first = manager.items().front();
+    QDeadlineTimer deadline(10000);
+    while (first->wait().kind != ItemWait::nextTry && !deadline.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
+    if (first->wait().kind != ItemWait::nextTry)
+        giveUp(u"the host that is away does not rest"_s);
+    report.note(u"10,000 items that wait for one host:"_s);
+    report.add(u"queue10k_host_away_pass_ms"_s, medianMilliseconds([&] { manager.processQueue(); }), 8);
+}
+
 } // namespace
 
 void benchQueue(Report& report)
@@ -73,6 +96,7 @@ void benchQueue(Report& report)
     // The pass that finds nothing to start has to look at every item.
     report.add(u"queue10k_pass_ms"_s, medianMilliseconds([&] { manager.processQueue(); }), 0.2);
     benchOneSet(report);
+    benchHostAway(report);
 }
 
 } // namespace vormel::bench

@@ -148,6 +148,26 @@ void benchCountdown(Report& report, QueueView& list, const std::vector<ItemPtr>&
     report.add(u"countdown_repaint_rows"_s, rowsTouched(list, watch.painted));
 }
 
+/// Has the whole list go and come back, each with the frame that shows it.
+void benchRemoval(Report& report, QueueView& list, DownloadManager& manager)
+{
+    RemovedItems& removed = manager.removed();
+    const auto shown = [&list](const std::function<void()>& change) {
+        QElapsedTimer timer;
+        timer.start();
+        change();
+        rest();
+        list.viewport()->repaint();
+        return static_cast<double>(timer.nsecsElapsed()) / 1e6;
+    };
+    report.add(u"queue10k_remove_all_ms"_s, shown([&] { removed.remove(removed.all()); }), 150);
+    if (!manager.items().empty())
+        giveUp(u"rows are left"_s);
+    report.add(u"queue10k_undo_remove_all_ms"_s, shown([&] { removed.putBack(); }), 150);
+    if (manager.items().size() != itemCount)
+        giveUp(u"not all rows have come back"_s);
+}
+
 } // namespace
 
 void benchScroll(Report& report)
@@ -162,6 +182,7 @@ void benchScroll(Report& report)
     benchFrames(report, *list);
     benchTick(report, *list, program.manager().items());
     benchCountdown(report, *list, program.manager().items());
+    benchRemoval(report, *list, program.manager());
 }
 
 } // namespace vormel::bench
