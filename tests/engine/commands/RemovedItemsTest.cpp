@@ -300,7 +300,7 @@ TEST_F(RemovedItemsTest, ARecoveryCountdownStopsAndGoesOn)
 TEST_F(RemovedItemsTest, ARowThatComesBackSaysNoMoreWhatItWaitedFor)
 {
     const ItemPtr a = put("a", S::queued);
-    a->setWait({ItemWait::nextTry, engine.clock.steadyNow(), {}});
+    a->setWait({ItemWait::signIn, {}, u"h"_s});
     engine.settings().maxConcurrentDownloads.set(0);
     remove(a);
     removed().putBack();
