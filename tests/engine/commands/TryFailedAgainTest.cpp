@@ -50,6 +50,27 @@ TEST_F(TryFailedAgain, GivesTheWholeBudgetOfTriesBack)
     EXPECT_EQ(item->status(), S::queued);
 }
 
+TEST_F(TryFailedAgain, LetsAnItemStartOverOnceMore)
+{
+    const auto sendTooMuch = [this] {
+        server().head(200, {{"Content-Length", "6"}});
+        server().data("abcdefghi");
+        server().finish();
+        turnEventLoop();
+    };
+    add();
+    commands().startItems({item});
+    turnEventLoop();
+    sendTooMuch();
+    ASSERT_EQ(item->status(), S::queued);
+    engine.clock.advance(std::chrono::seconds(10));
+    sendTooMuch();
+    ASSERT_EQ(item->status(), S::failed);
+    tryAgain();
+    sendTooMuch();
+    EXPECT_EQ(item->status(), S::queued);
+}
+
 TEST_F(TryFailedAgain, LeavesEverythingElse)
 {
     add(directLink, S::paused);
