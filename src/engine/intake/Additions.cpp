@@ -11,6 +11,7 @@ public:
     Addition untold;
     int tellings = 0; ///< that are still to come in this turn
     bool wasLast = false;
+    bool wasTold = false;
 };
 
 Additions::Additions(QueueTurn& queue)
@@ -29,7 +30,11 @@ Additions::StrokePtr Additions::current()
 Additions::StrokePtr Additions::ofContainer(const ItemId& id)
 {
     const auto known = m_containers.find(id);
-    return known == m_containers.end() ? current() : known->second;
+    if (known != m_containers.end())
+        return known->second;
+    auto former = std::make_shared<Stroke>();
+    former->wasTold = true;
+    return former;
 }
 
 void Additions::noteItems(const StrokePtr& stroke, const std::vector<ItemPtr>& items)
@@ -67,7 +72,8 @@ void Additions::tell(const StrokePtr& stroke)
         m_current.reset();
     if (!stroke->items.empty() && !std::exchange(stroke->wasLast, true))
         m_last = stroke;
-    const Addition addition = std::exchange(stroke->untold, {});
+    Addition addition = std::exchange(stroke->untold, {});
+    addition.isFirst = !std::exchange(stroke->wasTold, true);
     Q_EMIT told(addition);
 }
 

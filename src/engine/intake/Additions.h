@@ -16,6 +16,7 @@ struct Addition
 {
     std::vector<ItemId> items; ///< in queue order; rows of containers among them
     qsizetype known = 0;       ///< links that the queue had already, each once
+    bool isFirst = false;      ///< what is told of a stroke as it is done; not what its containers turn out to hold
 };
 
 /// Remembers which items came with one stroke of the user's: all links of one turn of the event loop, as a drop comes
@@ -34,7 +35,7 @@ public:
 
     /// The stroke of this turn.
     [[nodiscard]] StrokePtr current();
-    /// The one that the row of a container came with; where nobody knows, that of this turn.
+    /// The one that the row of a container came with; where nobody knows, one of its own that was done long ago.
     [[nodiscard]] StrokePtr ofContainer(const ItemId& id);
 
     void noteItems(const StrokePtr& stroke, const std::vector<ItemPtr>& items);

@@ -114,6 +114,30 @@ TEST_F(AdditionsTest, TheLastPasteHasTheLinksOfItsContainers)
         EXPECT_TRUE(std::ranges::find(ids, id) != ids.end());
 }
 
+TEST_F(AdditionsTest, OnlyWhatIsToldAsItIsDoneIsTheFirstOfIt)
+{
+    paste({u"http://h/a"_s, containerLink});
+    turnEventLoop();
+    answerContainer(std::vector{link(directLink)});
+    ASSERT_EQ(told.size(), 2U);
+    EXPECT_TRUE(told[0].isFirst);
+    EXPECT_FALSE(told[1].isFirst);
+}
+
+TEST_F(AdditionsTest, WhatAContainerOfFormerTimesHeldIsNoFirst)
+{
+    openContainer();
+    engine.manager().removed().remove({engine.manager().items().back()->id()});
+    engine.manager().removed().putBack(); // as a start of the program takes it up
+    turnEventLoop();
+    told.clear();
+    log->containers.back().answer->deliver(std::vector{link(directLink)});
+    turnEventLoop();
+    ASSERT_EQ(told.size(), 1U);
+    EXPECT_EQ(told[0].items.size(), 1U);
+    EXPECT_FALSE(told[0].isFirst);
+}
+
 TEST_F(AdditionsTest, LinksBehindACaptchaBelongToTheirPaste)
 {
     openContainer();

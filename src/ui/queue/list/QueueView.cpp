@@ -341,6 +341,8 @@ void QueueView::activate(const QModelIndex& index)
 
 void QueueView::reveal(const std::vector<ItemId>& items)
 {
+    if (m_isPressed || m_drag->isPressed())
+        return;
     for (const ItemId& id : items) {
         const QModelIndex row = m_model.indexOf(id);
         if (!row.isValid())
