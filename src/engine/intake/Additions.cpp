@@ -7,6 +7,7 @@ namespace vormel {
 class Additions::Stroke
 {
 public:
+    int number = 0;
     std::vector<ItemId> items;
     Addition untold;
     int tellings = 0; ///< that are still to come in this turn
@@ -23,8 +24,15 @@ Additions::~Additions() = default;
 Additions::StrokePtr Additions::current()
 {
     if (!m_current)
-        m_current = std::make_shared<Stroke>();
+        m_current = makeStroke();
     return m_current;
+}
+
+Additions::StrokePtr Additions::makeStroke()
+{
+    auto stroke = std::make_shared<Stroke>();
+    stroke->number = ++m_strokes;
+    return stroke;
 }
 
 Additions::StrokePtr Additions::ofContainer(const ItemId& id)
@@ -32,7 +40,7 @@ Additions::StrokePtr Additions::ofContainer(const ItemId& id)
     const auto known = m_containers.find(id);
     if (known != m_containers.end())
         return known->second;
-    auto former = std::make_shared<Stroke>();
+    StrokePtr former = makeStroke();
     former->wasTold = true;
     return former;
 }
@@ -50,6 +58,16 @@ void Additions::noteContainer(const StrokePtr& stroke, const DownloadItem& place
     stroke->items.push_back(placeholder.id());
     stroke->untold.items.push_back(placeholder.id());
     m_containers.insert_or_assign(placeholder.id(), stroke);
+}
+
+void Additions::noteRead(const StrokePtr& stroke, const ItemId& container)
+{
+    stroke->untold.read.push_back(container);
+}
+
+void Additions::noteQuestion(const StrokePtr& stroke, const ItemId& container)
+{
+    m_containers.insert_or_assign(container, stroke);
 }
 
 void Additions::noteKnown(const StrokePtr& stroke, qsizetype count)
@@ -73,6 +91,7 @@ void Additions::tell(const StrokePtr& stroke)
     if (!stroke->items.empty() && !std::exchange(stroke->wasLast, true))
         m_last = stroke;
     Addition addition = std::exchange(stroke->untold, {});
+    addition.stroke = stroke->number;
     addition.isFirst = !std::exchange(stroke->wasTold, true);
     Q_EMIT told(addition);
 }
