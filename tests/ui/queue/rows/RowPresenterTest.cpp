@@ -150,9 +150,9 @@ TEST_F(RowPresenter, TellsUntilWhenItsTextsStay)
 
 TEST_F(RowPresenter, AnErrorHasOneLineAndALongOneHasTwo)
 {
-    item.setStatus(DownloadStatus::failure(u"x"_s.repeated(60)));
+    item.setStatus(DownloadStatus::failure(u"x"_s.repeated(32)));
     EXPECT_EQ(rowLines(item), RowLines(RowLine::error));
-    item.setStatus(DownloadStatus::failure(u"x"_s.repeated(61)));
+    item.setStatus(DownloadStatus::failure(u"x"_s.repeated(33)));
     EXPECT_EQ(rowLines(item), RowLine::error | RowLine::longError);
     item.setStatus(DownloadStatus::paused);
     EXPECT_EQ(rowLines(item), RowLines());
