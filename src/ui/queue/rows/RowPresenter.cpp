@@ -239,7 +239,8 @@ QString rowToolTip(const RowContent& content)
         lines << content.verificationText;
     QStringList captions{content.host, content.figuresText}; // a countdown would stand still here
     captions.removeAll(QString());
-    lines << captions.join(u" · "_s);
+    if (!captions.isEmpty())
+        lines << captions.join(u" · "_s);
     return plainToolTip(lines);
 }
 

@@ -177,6 +177,14 @@ TEST_F(RowPresenter, ToolTipHasTheHostAndTheSizeThatMayBeElidedAndNoCountdown)
     EXPECT_EQ(rowToolTip(rowContent(item, english, present)), u"<p>file.rar<br>Host.example · 4 KB</p>");
 }
 
+TEST_F(RowPresenter, ToolTipHasNoEmptyLineWhereHostAndSizeAreUnknown)
+{
+    RowContent content = rowContent(item, english, present);
+    content.host.clear();
+    ASSERT_EQ(content.figuresText, u"");
+    EXPECT_EQ(rowToolTip(content), u"<p>file.rar</p>");
+}
+
 TEST_F(RowPresenter, ToolTipHasTheWholeFailureAndNoMarkupFromOutside)
 {
     const QString message = u"<b>long</b> "_s.repeated(20);
