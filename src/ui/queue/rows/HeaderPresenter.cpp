@@ -72,6 +72,7 @@ void addLack(HeaderContent& content, const GroupLack& lack, AppLanguage language
     content.lackText = lackText(lack, language);
     content.lackDetail = lackDetail(lack, language);
     content.canBeRebuilt = lack.rescue() == GroupLack::Rescue::enough;
+    content.isLost = !content.canBeRebuilt && !lack.failed.empty();
 }
 
 QString summaryLine(const HeaderContent& content)

@@ -140,9 +140,10 @@ TEST_F(HeaderPresenter, TellsWhatIsLackingInALineOfItsOwn)
     EXPECT_EQ(header.lines, headerLines(GroupTally(group), lack));
     EXPECT_TRUE(header.lines.testFlag(RowLine::lack));
     EXPECT_TRUE(header.canBeRebuilt);
-    EXPECT_EQ(accessibleText(header), u"<b>, Completed, 2 parts, Verified — all parts are sound, "
-                                      u"Part 3 of 7 failed, 2 parts missing; 3 recovery volumes can rebuild them");
-    EXPECT_TRUE(headerToolTip(header).endsWith(u"can rebuild them<br>Missing: 5 and 6</p>"));
+    EXPECT_EQ(accessibleText(header),
+              u"<b>, Completed, 2 parts, Verified — all parts are sound, "
+              u"Part 3 of 7 failed, 2 parts not in the list; 3 recovery volumes can rebuild them");
+    EXPECT_TRUE(headerToolTip(header).endsWith(u"can rebuild them<br>Not in the list: 5 and 6</p>"));
     addLack(header, {{{3, 3}}, {}, 7, 0}, english);
     EXPECT_FALSE(header.canBeRebuilt);
 }
