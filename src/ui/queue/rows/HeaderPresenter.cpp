@@ -90,8 +90,16 @@ QString accessibleText(const HeaderContent& content)
                       content.sizeText.mid(separator.size()),
                       content.extractionText.mid(separator.size()),
                       content.lackText};
+    parts << content.lackDetail.split(u'\n');
     parts.removeAll(QString());
     return parts.join(u", "_s);
+}
+
+QString copiedText(const HeaderContent& content)
+{
+    QStringList lines{content.title, content.lackText, content.lackDetail};
+    lines.removeAll(QString());
+    return lines.join(u'\n');
 }
 
 QString headerToolTip(const HeaderContent& content)

@@ -102,8 +102,9 @@ QVariant QueueModel::groupData(const QueueEntry& entry, int role) const
         return QVariant::fromValue(ItemId());
     case Qt::DisplayRole:
     case nameRole:
-    case copyRole:
         return m_manager.groupNames().displayName(entry.group.id);
+    case copyRole:
+        return copiedText(header(entry));
     case headerRole:
         return QVariant::fromValue(header(entry));
     case Qt::AccessibleTextRole:
