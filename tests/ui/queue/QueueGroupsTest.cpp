@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace vormel {
@@ -267,6 +269,7 @@ TEST_F(QueueGroupsTest, AHiddenVolumeThatTurnsOutToBeAnotherSetsCountsThere)
     engine.add({url(u"a.part1.rar"_s), url(u"a.part3.rar"_s), url(u"b.part1.rar"_s), url(u"b.part3.rar"_s)});
     const ItemPtr volume = add("a.part1.rev");
     turnEventLoop();
+    changes.clear();
     volume->setFilename(u"b.part1.rev"_s);
     turnEventLoop();
     for (const int row : {0, 1}) // a view asks for what it is told of
