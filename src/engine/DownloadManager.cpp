@@ -81,7 +81,11 @@ void DownloadManager::followQuestions()
             [this](const PendingCaptcha& question, const auto& urls) { m_intake.addCaptchaLinks(question, urls); });
     connect(&m_questions, &Questions::captchaCancelled, this,
             [this](const PendingCaptcha& question) { m_intake.cancelCaptcha(question); });
-    connect(&m_questions, &Questions::hostsChosen, this, &DownloadManager::addDirectURLs);
+    connect(
+        &m_questions, &Questions::hostsChosen, this,
+        [this](const PendingHostSelection& question, const auto& urls) { m_intake.addChosenLinks(question, urls); });
+    connect(&m_questions, &Questions::hostsCancelled, this,
+            [this](const PendingHostSelection& question) { m_additions.forget({question.containerID}); });
     connect(&m_questions, &Questions::extractionPasswordGiven, this,
             [this](const ItemId& id, const QString& password) { m_pipeline.extractWithPassword(id, password); });
     connect(&m_questions, &Questions::signedIn, this, &DownloadManager::signedIn);

@@ -31,6 +31,7 @@ struct PendingHostSelection
 
     std::vector<HostGroup> groups;
     std::vector<Link> allURLs; ///< all links of the container, as the resolver gave them
+    ItemId containerID = {};   ///< of its row, which is gone; none where links were grouped for another purpose
 
     friend bool operator==(const PendingHostSelection&, const PendingHostSelection&) = default;
 };

@@ -7,10 +7,12 @@ namespace vormel {
 class Additions::Stroke
 {
 public:
+    int number = 0;
     std::vector<ItemId> items;
     Addition untold;
     int tellings = 0; ///< that are still to come in this turn
     bool wasLast = false;
+    bool wasTold = false;
 };
 
 Additions::Additions(QueueTurn& queue)
@@ -22,14 +24,25 @@ Additions::~Additions() = default;
 Additions::StrokePtr Additions::current()
 {
     if (!m_current)
-        m_current = std::make_shared<Stroke>();
+        m_current = makeStroke();
     return m_current;
+}
+
+Additions::StrokePtr Additions::makeStroke()
+{
+    auto stroke = std::make_shared<Stroke>();
+    stroke->number = ++m_strokes;
+    return stroke;
 }
 
 Additions::StrokePtr Additions::ofContainer(const ItemId& id)
 {
     const auto known = m_containers.find(id);
-    return known == m_containers.end() ? current() : known->second;
+    if (known != m_containers.end())
+        return known->second;
+    StrokePtr former = makeStroke();
+    former->wasTold = true;
+    return former;
 }
 
 void Additions::noteItems(const StrokePtr& stroke, const std::vector<ItemPtr>& items)
@@ -45,6 +58,16 @@ void Additions::noteContainer(const StrokePtr& stroke, const DownloadItem& place
     stroke->items.push_back(placeholder.id());
     stroke->untold.items.push_back(placeholder.id());
     m_containers.insert_or_assign(placeholder.id(), stroke);
+}
+
+void Additions::noteRead(const StrokePtr& stroke, const ItemId& container)
+{
+    stroke->untold.read.push_back(container);
+}
+
+void Additions::noteQuestion(const StrokePtr& stroke, const ItemId& container)
+{
+    m_containers.insert_or_assign(container, stroke);
 }
 
 void Additions::noteKnown(const StrokePtr& stroke, qsizetype count)
@@ -67,7 +90,9 @@ void Additions::tell(const StrokePtr& stroke)
         m_current.reset();
     if (!stroke->items.empty() && !std::exchange(stroke->wasLast, true))
         m_last = stroke;
-    const Addition addition = std::exchange(stroke->untold, {});
+    Addition addition = std::exchange(stroke->untold, {});
+    addition.stroke = stroke->number;
+    addition.isFirst = !std::exchange(stroke->wasTold, true);
     Q_EMIT told(addition);
 }
 

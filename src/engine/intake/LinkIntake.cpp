@@ -255,17 +255,26 @@ void LinkIntake::containerOpened(const ItemPtr& placeholder, const std::vector<L
 {
     const Additions::StrokePtr stroke = m_ports.additions.ofContainer(placeholder->id());
     m_ports.table.remove({placeholder->id()});
+    m_ports.additions.noteRead(stroke, placeholder->id());
     std::vector<PendingHostSelection::HostGroup> groups = groupURLsByHost(urls, m_ports.resolvers.profiles());
     if (groups.size() < 2)
-        addFiles(urls, stroke);
-    else
-        m_ports.questions.ask(PendingHostSelection{std::move(groups), urls});
+        return addFiles(urls, stroke);
+    m_ports.additions.noteQuestion(stroke, placeholder->id());
+    m_ports.questions.ask(PendingHostSelection{std::move(groups), urls, placeholder->id()});
+}
+
+void LinkIntake::addChosenLinks(const PendingHostSelection& answered, const std::vector<Link>& urls)
+{
+    const Additions::StrokePtr stroke = m_ports.additions.ofContainer(answered.containerID);
+    m_ports.additions.forget({answered.containerID});
+    addFiles(urls, stroke);
 }
 
 void LinkIntake::addCaptchaLinks(const PendingCaptcha& answered, const std::vector<Link>& urls)
 {
     const Additions::StrokePtr stroke = m_ports.additions.ofContainer(answered.placeholderID);
     m_ports.table.remove({answered.placeholderID});
+    m_ports.additions.noteRead(stroke, answered.placeholderID);
     addFiles(urls, stroke);
 }
 

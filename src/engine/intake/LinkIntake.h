@@ -46,6 +46,8 @@ public:
     void addURLs(const std::vector<Link>& urls, const std::optional<QString>& containerPassword);
     /// Adds all links as files, even a container's.
     void addDirectURLs(const std::vector<Link>& urls);
+    /// Adds those of a container's links that the user picked.
+    void addChosenLinks(const PendingHostSelection& answered, const std::vector<Link>& urls);
     /// Puts the links in the place of the container that waits for its CAPTCHA.
     void addCaptchaLinks(const PendingCaptcha& answered, const std::vector<Link>& urls);
     void cancelCaptcha(const PendingCaptcha& question) const;

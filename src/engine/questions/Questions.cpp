@@ -85,16 +85,20 @@ std::optional<PendingHostSelection> Questions::pendingHostSelection() const
 
 void Questions::confirmHostSelection(const std::vector<Link>& urls)
 {
-    if (!takeFirst(m_hostSelections))
+    const std::optional<PendingHostSelection> answered = takeFirst(m_hostSelections);
+    if (!answered)
         return;
     Q_EMIT changed();
-    Q_EMIT hostsChosen(urls);
+    Q_EMIT hostsChosen(*answered, urls);
 }
 
 void Questions::cancelHostSelection()
 {
-    if (takeFirst(m_hostSelections))
-        Q_EMIT changed();
+    const std::optional<PendingHostSelection> cancelled = takeFirst(m_hostSelections);
+    if (!cancelled)
+        return;
+    Q_EMIT changed();
+    Q_EMIT hostsCancelled(*cancelled);
 }
 
 std::optional<PendingExtractionPassword> Questions::pendingExtractionPassword() const

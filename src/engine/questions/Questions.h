@@ -58,7 +58,8 @@ Q_SIGNALS:
     // The answers. The question is gone by then.
     void captchaSolved(const vormel::PendingCaptcha& question, const std::vector<vormel::Link>& urls);
     void captchaCancelled(const vormel::PendingCaptcha& question);
-    void hostsChosen(const std::vector<vormel::Link>& urls);
+    void hostsChosen(const vormel::PendingHostSelection& question, const std::vector<vormel::Link>& urls);
+    void hostsCancelled(const vormel::PendingHostSelection& question);
     void extractionPasswordGiven(const vormel::ItemId& id, const QString& password);
     void signedIn(const QSet<vormel::ItemId>& waited);
     void signInCancelled(const QSet<vormel::ItemId>& waiting);

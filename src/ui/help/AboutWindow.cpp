@@ -2,7 +2,6 @@
 
 #include "config/Services.h"
 #include "kit/BoundText.h"
-#include "kit/GlyphIcon.h"
 #include "kit/PlatformTexts.h"
 #include "kit/Separator.h"
 #include "kit/SheetButton.h"
@@ -10,6 +9,7 @@
 #include "platform/http/CurlVersion.h"
 #include "platform/web/WebBrowser.h"
 #include "ui/help/AboutText.h"
+#include "ui/help/ProgramHeader.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -53,9 +53,7 @@ AboutWindow::AboutWindow(const Ports& ports, QWidget* parent)
 
 void AboutWindow::setUpParts()
 {
-    m_name->setText(u"Vormel"_s);
     m_version->setObjectName(u"aboutVersion"_s);
-    m_version->setText(u'v' + QString(programVersion));
     m_licence->setObjectName(u"aboutLicence"_s);
     m_surroundings->setObjectName(u"aboutSurroundings"_s);
     m_copy->setObjectName(u"copyAbout"_s);
@@ -85,35 +83,12 @@ void AboutWindow::layOut()
     column->setContentsMargins(24, 22, 24, 18);
     column->setSpacing(14);
     column->setSizeConstraint(QLayout::SetFixedSize); // as large as the texts
-    column->addLayout(makeHeader());
+    column->addLayout(programHeader({m_name, m_version, m_kind}, this));
     column->addWidget(m_licence);
     column->addWidget(new Separator(Qt::Horizontal, this));
     column->addWidget(m_surroundings);
     column->addSpacing(4);
     column->addLayout(buttons);
-}
-
-QLayout* AboutWindow::makeHeader()
-{
-    constexpr int iconSize = 56;
-    auto* name = new QHBoxLayout;
-    name->setSpacing(8);
-    name->addWidget(m_name, 0, Qt::AlignBaseline);
-    name->addWidget(m_version, 0, Qt::AlignBaseline);
-    name->addStretch();
-    auto* texts = new QVBoxLayout;
-    texts->setSpacing(2);
-    texts->addStretch();
-    texts->addLayout(name);
-    texts->addWidget(m_kind);
-    texts->addStretch();
-    auto* icon = new QLabel(this); // no GlyphLabel, for it keeps its own colours
-    icon->setPixmap(programIcon().pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
-    auto* row = new QHBoxLayout;
-    row->setSpacing(14);
-    row->addWidget(icon);
-    row->addLayout(texts, 1);
-    return row;
 }
 
 QString AboutWindow::surroundings(AppLanguage language) const

@@ -31,7 +31,6 @@ public:
 private:
     void setUpParts();
     void layOut();
-    [[nodiscard]] QLayout* makeHeader();
     void showTexts();
     [[nodiscard]] QString surroundings(AppLanguage language) const;
     void copy() const;

@@ -1,14 +1,13 @@
 #include "ui/help/HelpView.h"
 
-#include "config/Services.h"
 #include "kit/BoundText.h"
-#include "kit/GlyphIcon.h"
 #include "kit/GlyphLabel.h"
 #include "kit/PlatformTexts.h"
 #include "kit/Separator.h"
 #include "kit/StyledLabel.h"
 #include "ui/help/HelpFeatureRow.h"
 #include "ui/help/HelpFeatures.h"
+#include "ui/help/ProgramHeader.h"
 
 #include <QHBoxLayout>
 
@@ -46,8 +45,6 @@ void HelpView::nameParts()
     m_description->setObjectName(u"helpDescription"_s);
     m_heading->setObjectName(u"helpFeatures"_s);
     m_requirement->setObjectName(u"helpRequirement"_s);
-    m_name->setText(u"Vormel"_s);
-    m_version->setText(u'v' + QString(programVersion));
 }
 
 void HelpView::layOut()
@@ -60,7 +57,7 @@ void HelpView::layOut()
     auto* column = new QVBoxLayout(page);
     column->setContentsMargins(padding, padding, padding, padding);
     column->setSpacing(spacing);
-    column->addWidget(makeHeader(page));
+    column->addLayout(programHeader({m_name, m_version, m_kind}, page));
     column->addWidget(new Separator(Qt::Horizontal, page));
     column->addWidget(m_description);
     column->addWidget(new Separator(Qt::Horizontal, page));
@@ -71,31 +68,6 @@ void HelpView::layOut()
     for (StyledLabel* label : {m_kind, m_description, m_requirement})
         label->setWordWrap(true);
     setWidget(page);
-}
-
-QWidget* HelpView::makeHeader(QWidget* parent)
-{
-    constexpr int iconSize = 56;
-    auto* header = new QWidget(parent);
-    auto* name = new QHBoxLayout;
-    name->setSpacing(8);
-    name->addWidget(m_name, 0, Qt::AlignBaseline);
-    name->addWidget(m_version, 0, Qt::AlignBaseline);
-    name->addStretch();
-    auto* texts = new QVBoxLayout;
-    texts->setSpacing(2);
-    texts->addStretch();
-    texts->addLayout(name);
-    texts->addWidget(m_kind);
-    texts->addStretch();
-    auto* row = new QHBoxLayout(header);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(14);
-    auto* icon = new QLabel(header); // no GlyphLabel, for it keeps its own colours
-    icon->setPixmap(programIcon().pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
-    row->addWidget(icon);
-    row->addLayout(texts, 1);
-    return header;
 }
 
 QWidget* HelpView::makeFeatures(QWidget* parent)

@@ -23,7 +23,6 @@ public:
 private:
     void nameParts();
     void layOut();
-    [[nodiscard]] QWidget* makeHeader(QWidget* parent);
     [[nodiscard]] QWidget* makeFeatures(QWidget* parent);
     [[nodiscard]] QWidget* makeRequirement(QWidget* parent);
     void showTexts();

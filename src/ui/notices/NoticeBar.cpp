@@ -3,6 +3,7 @@
 #include "ui/notices/NoticeLine.h"
 #include "ui/notices/Notices.h"
 
+#include <QApplication>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -21,6 +22,19 @@ NoticeBar::NoticeBar(Notices& notices, const AppSettings& settings, QWidget* par
     hide();
     connect(&notices, &Notices::appeared, this, &NoticeBar::add);
     connect(&notices, &Notices::went, this, &NoticeBar::remove);
+    connect(qApp, &QApplication::focusChanged, this, &NoticeBar::noteFocus);
+}
+
+NoticeBar::~NoticeBar()
+{
+    disconnect(qApp, nullptr, this, nullptr); // lines that go with it may have the focus
+}
+
+void NoticeBar::noteFocus(QWidget* before, QWidget* now)
+{
+    // Another window has no say in where the focus is in this one.
+    if (before && before->window() == window() && !isAncestorOf(before) && isAncestorOf(now))
+        m_before = before;
 }
 
 void NoticeBar::add(const QString& key)
@@ -36,9 +50,23 @@ void NoticeBar::remove(const QString& key)
     NoticeLine* const line = m_lines.take(key);
     if (!line)
         return;
+    giveFocusBack(*line);
     line->hide();
     line->deleteLater(); // one of its own buttons may be at work
     setVisible(!m_lines.isEmpty());
+}
+
+/// Qt would hand it to the next button: whoever meant to press this one would press that.
+void NoticeBar::giveFocusBack(const NoticeLine& line)
+{
+    QWidget* const focused = window()->focusWidget();
+    if (!focused || !line.isAncestorOf(focused))
+        return;
+    QWidget* const before = m_before.data();
+    if (before && before->isVisible() && before->isEnabled())
+        before->setFocus();
+    else
+        focused->clearFocus();
 }
 
 } // namespace vormel

@@ -9,7 +9,7 @@
 
 namespace vormel {
 
-/// The notices that are shown now, Knows no widget. UI thread only.
+/// The notices that are shown now. Knows no widget. UI thread only.
 class Notices final : public QObject
 {
     Q_OBJECT

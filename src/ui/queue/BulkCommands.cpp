@@ -115,7 +115,7 @@ void BulkCommands::showTexts()
     m_removeAll->setText(pair(language, u"Remove All…", u"Rimuovi tutti…"));
     m_undoAdd->setText(pair(language, u"Undo Add", u"Annulla aggiunta"));
     m_undoAdd->setToolTip(
-        pair(language, u"Take back the links that were added last", u"Togli di nuovo gli ultimi link aggiunti"));
+        pair(language, u"Take back the links that were added last", u"Ritira i link aggiunti per ultimi"));
     m_undoRemove->setText(pair(language, u"Undo Remove", u"Annulla rimozione"));
 }
 

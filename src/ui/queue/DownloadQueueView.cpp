@@ -57,8 +57,10 @@ DownloadQueueView::DownloadQueueView(const ViewPorts& ports, QWidget* parent)
     connect(m_model, &QAbstractItemModel::modelReset, this, &DownloadQueueView::showListOrEmptyState);
     connect(m_sheets, &QueueSheets::pageWanted, this, &DownloadQueueView::wanted);
     new QueueNotices(m_manager, ports.notices, this);
-    connect(&m_manager.additions(), &Additions::told, this,
-            [this](const Addition& addition) { m_list->reveal(addition.items); });
+    connect(&m_manager.additions(), &Additions::told, this, [this](const Addition& addition) {
+        if (addition.isFirst) // containers are read later on, when the user may be elsewhere in the list
+            m_list->reveal(addition.items);
+    });
     bindTexts(m_manager.settings());
     showListOrEmptyState();
 }

@@ -6,6 +6,8 @@
 #include <QPointer>
 #include <QScopedValueRollback>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace vormel {
@@ -49,6 +51,7 @@ QueueNotices::QueueNotices(DownloadManager& manager, Notices& notices, QObject* 
     , m_notices(notices)
 {
     connect(&manager.removed(), &RemovedItems::changed, this, &QueueNotices::tellRemoval);
+    connect(&manager.removed(), &RemovedItems::changed, this, &QueueNotices::followAddition);
     connect(&manager.additions(), &Additions::told, this, &QueueNotices::tellAddition);
 }
 
@@ -71,21 +74,42 @@ void QueueNotices::tellRemoval()
     m_notices.show(std::move(notice));
 }
 
+/// One notice for all that comes with a stroke while it is there, so that it takes back what the menu would.
 void QueueNotices::tellAddition(const Addition& addition)
 {
-    const auto added = static_cast<qsizetype>(addition.items.size());
-    if (added == 0 && addition.known == 0)
-        return;
+    if (addition.stroke != std::exchange(m_stroke, addition.stroke) || !m_notices.find(addedKey)) {
+        m_added.clear();
+        m_known = 0;
+    }
+    for (const ItemId& container : addition.read)
+        m_added.remove(container);
+    m_added.unite({addition.items.begin(), addition.items.end()});
+    m_known += addition.known;
+    if (!addition.items.empty() || addition.known > 0)
+        showAddition();
+}
+
+void QueueNotices::showAddition()
+{
     Notice notice;
     notice.key = addedKey;
-    notice.glyph = added > 0 ? Glyph::plus : Glyph::checkmarkCircle;
+    notice.glyph = m_added.isEmpty() ? Glyph::checkmarkCircle : Glyph::plus;
     notice.life = additionLife;
-    notice.text = [added, known = addition.known](AppLanguage language) { return addedText(added, known, language); };
-    if (added > 0) {
-        const QSet<ItemId> ids(addition.items.begin(), addition.items.end());
-        notice.actions.push_back({undoText, [&removed = m_manager.removed(), ids] { removed.remove(ids); }});
-    }
+    notice.text = [added = m_added.size(), known = m_known](AppLanguage language) {
+        return addedText(added, known, language);
+    };
+    if (!m_added.isEmpty())
+        notice.actions.push_back({undoText, [&removed = m_manager.removed(), ids = m_added] { removed.remove(ids); }});
     m_notices.show(std::move(notice));
+}
+
+/// Nothing is left to undo where all has been taken back by other ways.
+void QueueNotices::followAddition()
+{
+    const bool isAnyThere =
+        std::ranges::any_of(m_added, [this](const ItemId& id) { return m_manager.item(id) != nullptr; });
+    if (!m_added.isEmpty() && !isAnyThere)
+        m_notices.takeBack(addedKey);
 }
 
 } // namespace vormel

@@ -19,9 +19,14 @@ public:
 private:
     void tellRemoval();
     void tellAddition(const Addition& addition);
+    void showAddition();
+    void followAddition();
 
     DownloadManager& m_manager;
     Notices& m_notices;
+    int m_stroke = 0;     ///< that the notice of an addition is about
+    QSet<ItemId> m_added; ///< what it counts
+    qsizetype m_known = 0;
     bool m_isTelling = false; ///< the notice of a removal goes because another one comes, or for nothing is left
 };
 

@@ -31,7 +31,7 @@ RemovalQuestion::RemovalQuestion(Kind kind, qsizetype count, AppLanguage languag
     setWindowTitle(u"Vormel"_s);
     setText(questionText(kind, count, language));
     setInformativeText(pair(language, u"Finished files stay on disk. For ten seconds you can undo this.",
-                            u"I file completati restano su disco. Per dieci secondi i download possono tornare."));
+                            u"I file completati restano su disco. Per dieci secondi puoi ripristinarli."));
     QPushButton* remove = addButton(pair(language, u"Remove", u"Rimuovi"), QMessageBox::DestructiveRole);
     QPushButton* cancel = addButton(pair(language, u"Cancel", u"Annulla"), QMessageBox::RejectRole);
     remove->setObjectName(u"confirmRemoval"_s);

@@ -21,8 +21,9 @@ DesktopSection::DesktopSection(AppSettings& settings, QWidget* parent)
     auto* launcher = new ToggleRow(settings, &AppSettings::showLauncherProgress, u"showLauncherProgress"_s,
                                    {u"Show progress on the launcher icon", u"Mostra l'avanzamento sull'icona"}, this);
     launcher->setNote({u"Where the desktop supports it.", u"Se il desktop lo consente."}, true);
-    auto* clipboard = new ToggleRow(settings, &AppSettings::watchClipboard, u"watchClipboard"_s,
-                                    {u"Watch the clipboard for links", u"Cerca i link copiati negli appunti"}, this);
+    auto* clipboard =
+        new ToggleRow(settings, &AppSettings::watchClipboard, u"watchClipboard"_s,
+                      {u"Watch the clipboard for links", u"Controlla gli appunti in cerca di link"}, this);
     clipboard->setNote({u"Enable to be offered links as you copy them. Nothing is added by itself.",
                         u"Abilita per farti proporre i link che copi. Nulla viene aggiunto da solo."},
                        false);

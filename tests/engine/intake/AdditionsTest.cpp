@@ -114,6 +114,30 @@ TEST_F(AdditionsTest, TheLastPasteHasTheLinksOfItsContainers)
         EXPECT_TRUE(std::ranges::find(ids, id) != ids.end());
 }
 
+TEST_F(AdditionsTest, OnlyWhatIsToldAsItIsDoneIsTheFirstOfIt)
+{
+    paste({u"http://h/a"_s, containerLink});
+    turnEventLoop();
+    answerContainer(std::vector{link(directLink)});
+    ASSERT_EQ(told.size(), 2U);
+    EXPECT_TRUE(told[0].isFirst);
+    EXPECT_FALSE(told[1].isFirst);
+}
+
+TEST_F(AdditionsTest, WhatAContainerOfFormerTimesHeldIsNoFirst)
+{
+    openContainer();
+    engine.manager().removed().remove({engine.manager().items().back()->id()});
+    engine.manager().removed().putBack(); // as a start of the program takes it up
+    turnEventLoop();
+    told.clear();
+    log->containers.back().answer->deliver(std::vector{link(directLink)});
+    turnEventLoop();
+    ASSERT_EQ(told.size(), 1U);
+    EXPECT_EQ(told[0].items.size(), 1U);
+    EXPECT_FALSE(told[0].isFirst);
+}
+
 TEST_F(AdditionsTest, LinksBehindACaptchaBelongToTheirPaste)
 {
     openContainer();
@@ -127,11 +151,33 @@ TEST_F(AdditionsTest, LinksBehindACaptchaBelongToTheirPaste)
     EXPECT_EQ(last(), before);
 }
 
-TEST_F(AdditionsTest, LinksOfAChosenHostAreTheLastAddition)
+TEST_F(AdditionsTest, LinksOfAChosenHostBelongToThePasteOfTheirContainer)
 {
-    openContainer();
-    answerContainer(std::vector{link(u"http://h/a"_s), link(u"http://other/a"_s)});
-    engine.manager().questions().confirmHostSelection({link(u"http://h/a"_s)});
+    paste({u"http://h/a"_s, containerLink});
     turnEventLoop();
-    EXPECT_EQ(last(), idsFrom(1));
+    const int stroke = told.back().stroke;
+    paste({u"http://h/later"_s});
+    turnEventLoop();
+    EXPECT_NE(told.back().stroke, stroke);
+    const std::vector<ItemId> before = last();
+    const ItemId container = engine.manager().items()[2]->id();
+    answerContainer(std::vector{link(u"http://h/x"_s), link(u"http://other/x"_s)});
+    engine.manager().questions().confirmHostSelection({link(u"http://h/x"_s)});
+    turnEventLoop();
+    EXPECT_EQ(told.back().stroke, stroke);
+    EXPECT_EQ(told.back().items, idsFrom(3));
+    EXPECT_EQ(told.back().read, std::vector{container});
+    EXPECT_EQ(last(), before);
+}
+
+TEST_F(AdditionsTest, TheLastPasteHasTheLinksOfAChosenHost)
+{
+    paste({u"http://h/a"_s, containerLink});
+    turnEventLoop();
+    answerContainer(std::vector{link(u"http://h/x"_s), link(u"http://other/x"_s)});
+    engine.manager().questions().confirmHostSelection({link(u"http://h/x"_s)});
+    turnEventLoop();
+    const std::vector<ItemId> ids = last();
+    for (const ItemId& id : idsFrom(1))
+        EXPECT_TRUE(std::ranges::find(ids, id) != ids.end());
 }

@@ -64,6 +64,7 @@ TEST_F(QuestionsTest, PutsTheHostsOfASecondContainerBehindThoseOfTheFirst)
     const PendingHostSelection first{{}, {link(u"http://a/1"_s)}};
     const PendingHostSelection second{{}, {link(u"http://b/1"_s)}};
     const auto chosen = countOf(&Questions::hostsChosen);
+    const auto cancelled = countOf(&Questions::hostsCancelled);
     questions.ask(first);
     questions.ask(second);
     EXPECT_EQ(questions.pendingHostSelection(), first);
@@ -72,6 +73,7 @@ TEST_F(QuestionsTest, PutsTheHostsOfASecondContainerBehindThoseOfTheFirst)
     EXPECT_EQ(questions.pendingHostSelection(), second);
     questions.confirmHostSelection(second.allURLs);
     EXPECT_EQ(*chosen, 1);
+    EXPECT_EQ(*cancelled, 1);
     EXPECT_EQ(questions.pendingHostSelection(), std::nullopt);
 }
 

@@ -1,12 +1,16 @@
 #include "ui/notices/NoticeBar.h"
 
 #include "fixtures/EngineOnScript.h"
+#include "fixtures/EventLoop.h"
 #include "ui/FakeDesktop.h"
 #include "ui/Part.h"
 
+#include <QApplication>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
 #include <QToolButton>
+#include <QVBoxLayout>
 
 #include <gmock/gmock.h>
 
@@ -92,6 +96,63 @@ TEST_F(NoticeBarTest, AnotherLineStaysWhileOneComesAndGoes)
     show(u"b"_s);
     desktop.notices.takeBack(u"b"_s);
     EXPECT_EQ(line(u"a"_s), first);
+}
+
+/// A window with something to write in above the bar.
+struct NoticeBarFocusTest : NoticeBarTest
+{
+    QWidget page;
+    QLineEdit field{&page};
+
+    NoticeBarFocusTest()
+    {
+        auto* column = new QVBoxLayout(&page);
+        column->addWidget(&field);
+        column->addWidget(&bar);
+        page.show();
+        page.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&page));
+        field.setFocus();
+    }
+    ~NoticeBarFocusTest() override { bar.setParent(nullptr); }
+
+    void showTwo()
+    {
+        show(u"a"_s);
+        show(u"b"_s);
+        fixtures::turnEventLoop(); // until then the focus passes new lines over
+    }
+    [[nodiscard]] QWidget* undo(const QString& key) const { return line(key)->findChild<QPushButton*>(); }
+};
+
+TEST_F(NoticeBarFocusTest, GoesBackToWhoHadItWhenItsNoticeGoes)
+{
+    showTwo();
+    undo(u"a"_s)->setFocus();
+    line(u"a"_s)->findChild<QToolButton*>()->setFocus(); // within the bar nothing is to be remembered
+    desktop.notices.takeBack(u"a"_s);
+    EXPECT_EQ(QApplication::focusWidget(), &field);
+    undo(u"b"_s)->setFocus();
+    QTest::keyClick(undo(u"b"_s), Qt::Key_Space);
+    EXPECT_EQ(QApplication::focusWidget(), &field);
+    EXPECT_EQ(undone, 1);
+}
+
+TEST_F(NoticeBarFocusTest, GoesToNobodyInTheBarWhereThatOneIsAway)
+{
+    showTwo();
+    undo(u"a"_s)->setFocus();
+    field.hide();
+    desktop.notices.takeBack(u"a"_s);
+    EXPECT_EQ(page.focusWidget(), nullptr);
+}
+
+TEST_F(NoticeBarFocusTest, StaysWhereItIsWhenAnotherNoticeGoes)
+{
+    showTwo();
+    undo(u"b"_s)->setFocus();
+    desktop.notices.takeBack(u"a"_s);
+    EXPECT_EQ(QApplication::focusWidget(), undo(u"b"_s));
 }
 
 } // namespace

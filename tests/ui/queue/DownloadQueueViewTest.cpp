@@ -3,6 +3,7 @@
 #include "config/Services.h"
 #include "fixtures/EngineOnScript.h"
 #include "fixtures/EventLoop.h"
+#include "fixtures/FakeResolvers.h"
 #include "ui/FakeDesktop.h"
 #include "ui/Part.h"
 #include "ui/queue/RemovalQuestion.h"
@@ -431,6 +432,30 @@ TEST_F(DownloadQueueViewTest, WhatIsAddedComesIntoSightAndTheSelectionStays)
     engine.manager().addURLs({fixtures::link(u"https://h.example/0.zip"_s)}, std::nullopt);
     turnEventLoop();
     EXPECT_EQ(list.indexAt(QPoint(0, 0)).row(), 0); // nothing is new
+}
+
+TEST(QueueOfContainers, TheListStaysWhereItIsWhenTheyHaveBeenRead)
+{
+    const auto log = std::make_shared<fixtures::ServiceLog>();
+    fixtures::EngineOnScript engine(fixtures::fakeServices(log));
+    fixtures::FakeDesktop desktop(engine);
+    DownloadQueueView page(desktop.ports());
+    page.resize(900, 500);
+    page.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&page));
+    QStringList links;
+    for (int i = 0; i < 60; ++i)
+        links << u"https://h.example/%1.zip"_s.arg(i);
+    engine.add(links);
+    engine.manager().addURLs({fixtures::link(u"https://container.example/c/1"_s)}, std::nullopt);
+    turnEventLoop();
+    auto& list = fixtures::partOf<QueueView>(page, "queueView");
+    EXPECT_GT(list.indexAt(QPoint(0, 0)).row(), 0); // its own row came into sight
+    list.scrollToTop();
+    log->containers[0].answer->deliver(std::vector{fixtures::link(u"https://h.example/new.zip"_s)});
+    turnEventLoop();
+    ASSERT_EQ(engine.manager().items().size(), 61U);
+    EXPECT_EQ(list.indexAt(QPoint(0, 0)).row(), 0);
 }
 
 TEST_F(DownloadQueueViewTest, TheListIsNamedAndItsRowsSpeak)

@@ -261,6 +261,19 @@ TEST_F(QueueButtonsTest, ADoubleClickAndEnterOpenWhatIsFinished)
     EXPECT_EQ(desktop.opener.opened, (QList{file, file, file}));
 }
 
+TEST_F(QueueButtonsTest, AHeldEnterOpensOnce)
+{
+    items[2]->setLocalPath(engine.sandbox.write(u"Downloads/b.zip"_s, "x"));
+    items[2]->setStatus(DownloadStatus::completed);
+    turnEventLoop();
+    view.setCurrentIndex(plain());
+    for (const bool isRepeated : {false, true, true}) {
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, u"\r"_s, isRepeated);
+        QCoreApplication::sendEvent(&view, &press);
+    }
+    EXPECT_EQ(desktop.opener.opened.size(), 1);
+}
+
 TEST_F(QueueButtonsTest, EnterOpensAndClosesAGroup)
 {
     view.setCurrentIndex(header());

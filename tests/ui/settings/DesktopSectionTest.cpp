@@ -20,7 +20,7 @@ TEST_F(DesktopSectionTest, SpeaksBothLanguages)
     EXPECT_EQ(text("notifyWhenDoneLabel"), u"Avvisa quando i download terminano");
     EXPECT_EQ(text("keepAwakeLabel"), u"Tieni sveglio il computer");
     EXPECT_EQ(text("showLauncherProgressLabel"), u"Mostra l'avanzamento sull'icona");
-    EXPECT_EQ(text("watchClipboardLabel"), u"Cerca i link copiati negli appunti");
+    EXPECT_EQ(text("watchClipboardLabel"), u"Controlla gli appunti in cerca di link");
 }
 
 TEST_F(DesktopSectionTest, EachSwitchWritesItsSettingAtOnce)

@@ -28,6 +28,8 @@ public:
     void release();
     void cancel();
 
+    /// Is the mouse down on a row, dragging it or not yet?
+    [[nodiscard]] bool isPressed() const { return m_pressed.has_value(); }
     [[nodiscard]] bool isDragging() const { return !m_picture.isNull(); }
     /// Is this row among those that are being dragged?
     [[nodiscard]] bool isDragged(const QModelIndex& row) const;

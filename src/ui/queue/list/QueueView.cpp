@@ -341,6 +341,8 @@ void QueueView::activate(const QModelIndex& index)
 
 void QueueView::reveal(const std::vector<ItemId>& items)
 {
+    if (m_isPressed || m_drag->isPressed())
+        return;
     for (const ItemId& id : items) {
         const QModelIndex row = m_model.indexOf(id);
         if (!row.isValid())
@@ -367,6 +369,8 @@ void QueueView::keyPressEvent(QKeyEvent* event)
         m_menus->openBelow(current);
     else if (event->modifiers().testFlag(Qt::AltModifier) && (isUp || event->key() == Qt::Key_Down))
         moveGroup(current, isUp);
+    else if (isEnter && event->isAutoRepeat())
+        return; // a key that is held would open a program with each repetition
     else if (isEnter && !(event->modifiers() & ~Qt::KeyboardModifiers(Qt::KeypadModifier)))
         activate(current);
     else

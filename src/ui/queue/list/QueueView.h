@@ -44,6 +44,7 @@ public:
     /// Past its neighbour.
     void moveGroup(const QModelIndex& index, bool isUp);
     /// Brings the first of the items that has a row to the top, or the header of its closed group. The selection stays.
+    /// Nothing moves below a mouse that is down.
     void reveal(const std::vector<ItemId>& items);
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 

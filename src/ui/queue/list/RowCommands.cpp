@@ -125,15 +125,27 @@ void RowCommands::showInViewer(const DownloadGroup& group) const
 
 void RowCommands::open(const DownloadItem& item) const
 {
-    if (item.status() != DownloadStatus::completed || !item.localPath())
+    if (item.status() != DownloadStatus::completed)
         return;
-    DownloadManager& manager = m_ports.manager;
-    const QString target = item.extractionStatus() == ExtractionStatus::done
-                               ? extractionFolder(manager.settings(), *item.localPath(),
-                                                  manager.groupNames().customName(setBaseName(item.filename())))
-                               : *item.localPath();
+    const QString target = unpackedTo(item).value_or(item.localPath().value_or(QString()));
     if (QFileInfo::exists(target))
         m_ports.urlOpener.open(QUrl::fromLocalFile(target));
+}
+
+std::optional<QString> RowCommands::unpackedTo(const DownloadItem& item) const
+{
+    DownloadManager& manager = m_ports.manager;
+    const std::vector<ItemPtr> set = manager.visibleGroupOf(item).value_or(DownloadGroup()).items;
+    const auto archive = std::ranges::find_if(set, [](const ItemPtr& member) {
+        return member->extractionStatus() == ExtractionStatus::done && member->localPath();
+    });
+    if (archive == set.end())
+        return std::nullopt;
+    const QString path = *(*archive)->localPath();
+    const QString folder =
+        extractionFolder(manager.settings(), path, manager.groupNames().customName(setBaseName(item.filename())));
+    // It had another name when it was unpacked, perhaps.
+    return QFileInfo::exists(folder) ? folder : extractionFolder(manager.settings(), path, {});
 }
 
 void RowCommands::copyLinks(const std::vector<ItemPtr>& items)

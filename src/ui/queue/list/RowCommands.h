@@ -6,6 +6,8 @@
 
 #include <QStringList>
 
+#include <optional>
+
 namespace vormel {
 
 /// What each button of a row or header asks of the queue. Knows nothing of views.
@@ -18,8 +20,8 @@ public:
     void run(RowButton button, ItemPtr item) const;        ///< one of the buttons of a row
     void run(RowButton button, DownloadGroup group) const; ///< one of the buttons of a header
 
-    /// What is finished, with its own program: the file, or the folder that it was unpacked to. Nothing happens for an
-    /// item that is not, and where neither is there any more.
+    /// What is finished, with its own program: the file, or the folder that its archive was unpacked to, whichever part
+    /// of the set it is. Nothing happens for an item that is not, and where neither is there any more.
     void open(const DownloadItem& item) const;
     /// Puts the links of the items on the clipboard, one in each line.
     static void copyLinks(const std::vector<ItemPtr>& items);
@@ -31,6 +33,8 @@ public:
     void moveGroup(const QStringList& displayedIds, int row, int destination) const;
 
 private:
+    /// The folder that the archive of the item's set was unpacked to, if it was.
+    [[nodiscard]] std::optional<QString> unpackedTo(const DownloadItem& item) const;
     void showInViewer(const DownloadItem& item) const;
     /// The first finished file, or the folder that the files come to.
     void showInViewer(const DownloadGroup& group) const;

@@ -47,7 +47,7 @@ void paintHeader(const RowCanvas& canvas, const RowMetrics& metrics, const Heade
     canvas.text(layout.extraction, content.extractionText, caption, step, Qt::ElideRight, leading);
     canvas.bar(layout.progressBar, content.progress, Tint::blue);
     canvas.text(layout.bytes, content.byteText, caption, Tint::secondary, Qt::ElideRight, trailing);
-    const Tint lackTint = content.canBeRebuilt ? Tint::orange : Tint::red;
+    const Tint lackTint = content.isLost ? Tint::red : Tint::orange;
     canvas.glyph(content.canBeRebuilt ? Glyph::bandageFill : Glyph::exclamationmarkTriangleFill, lackTint,
                  layout.lackIcon);
     canvas.text(layout.lack, content.lackText, caption, lackTint, Qt::ElideRight, leading);

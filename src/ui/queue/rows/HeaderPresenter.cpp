@@ -72,6 +72,7 @@ void addLack(HeaderContent& content, const GroupLack& lack, AppLanguage language
     content.lackText = lackText(lack, language);
     content.lackDetail = lackDetail(lack, language);
     content.canBeRebuilt = lack.rescue() == GroupLack::Rescue::enough;
+    content.isLost = !content.canBeRebuilt && !lack.failed.empty();
 }
 
 QString summaryLine(const HeaderContent& content)
@@ -89,8 +90,16 @@ QString accessibleText(const HeaderContent& content)
                       content.sizeText.mid(separator.size()),
                       content.extractionText.mid(separator.size()),
                       content.lackText};
+    parts << content.lackDetail.split(u'\n');
     parts.removeAll(QString());
     return parts.join(u", "_s);
+}
+
+QString copiedText(const HeaderContent& content)
+{
+    QStringList lines{content.title, content.lackText, content.lackDetail};
+    lines.removeAll(QString());
+    return lines.join(u'\n');
 }
 
 QString headerToolTip(const HeaderContent& content)

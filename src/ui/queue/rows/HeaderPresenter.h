@@ -22,6 +22,9 @@ void addLack(HeaderContent& content, const GroupLack& lack, AppLanguage language
 /// The header as one sentence, for assistive technology.
 [[nodiscard]] QString accessibleText(const HeaderContent& content);
 
+/// What the user copies of the header: its title, and what is lacking where something is.
+[[nodiscard]] QString copiedText(const HeaderContent& content);
+
 /// What a pointer resting on the header tells: the full texts of what may be elided, where there are any.
 [[nodiscard]] QString headerToolTip(const HeaderContent& content);
 

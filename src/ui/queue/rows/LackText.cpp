@@ -41,8 +41,8 @@ QString missingText(const GroupLack& lack, AppLanguage language)
     const qint64 count = partCount(lack.missing);
     if (count == 0)
         return {};
-    return (count == 1 ? pair(language, u"%1 part missing", u"%1 parte mancante")
-                       : pair(language, u"%1 parts missing", u"%1 parti mancanti"))
+    return (count == 1 ? pair(language, u"%1 part not in the list", u"%1 parte non in elenco")
+                       : pair(language, u"%1 parts not in the list", u"%1 parti non in elenco"))
         .arg(count);
 }
 
@@ -95,7 +95,12 @@ QString lackText(const GroupLack& lack, AppLanguage language)
         return {};
     QStringList what{failedText(lack, language), missingText(lack, language)};
     what.removeAll(QString());
-    return what.join(u", "_s) + (lack.failed.empty() ? u", "_s : u"; "_s) + rescueText(lack, language);
+    if (!lack.failed.empty())
+        return what.join(u", "_s) + u"; "_s + rescueText(lack, language);
+    // What was only taken off the list may lie on disk.
+    if (lack.rescue() == GroupLack::Rescue::enough)
+        what << enoughText(lack, language);
+    return what.join(u", "_s);
 }
 
 QString lackDetail(const GroupLack& lack, AppLanguage language)
@@ -104,7 +109,7 @@ QString lackDetail(const GroupLack& lack, AppLanguage language)
     if (!areFailuresNamed(lack))
         lines << pair(language, u"Failed: ", u"Fallite: ") + listText(lack.failed, language);
     if (!lack.missing.empty())
-        lines << pair(language, u"Missing: ", u"Mancanti: ") + listText(lack.missing, language);
+        lines << pair(language, u"Not in the list: ", u"Non in elenco: ") + listText(lack.missing, language);
     return lines.join(u'\n');
 }
 

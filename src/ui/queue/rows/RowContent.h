@@ -74,6 +74,7 @@ struct HeaderContent
     QString lackText;
     QString lackDetail;        ///< which parts these are
     bool canBeRebuilt = false; ///< what is lacking
+    bool isLost = false;       ///< it has failed, and cannot be rebuilt
 
     friend bool operator==(const HeaderContent&, const HeaderContent&) = default;
 };

@@ -42,6 +42,14 @@ QString runningText(const VerificationResult& result, AppLanguage language)
     return result.percent ? u"%1 %2%"_s.arg(text).arg(*result.percent) : text;
 }
 
+/// Has the whole label room on one line of the narrowest window, even in a large font? In the longer language, as
+/// another one changes no heights.
+bool isShort(const DownloadStatus& failure)
+{
+    constexpr qsizetype shortLabel = 40;
+    return QStringView(u"Errore: ").size() + failure.message().size() <= shortLabel;
+}
+
 /// By their numbers where these are few.
 QString fetchedAgainText(const VerificationResult& result, AppLanguage language)
 {
@@ -63,7 +71,6 @@ QString fetchedAgainText(const VerificationResult& result, AppLanguage language)
 
 RowLines rowLines(const DownloadItem& item)
 {
-    constexpr qsizetype shortMessage = 60; // has room on one line of the narrowest window
     RowLines lines;
     lines.setFlag(RowLine::recovery, item.recoveryCountdown().has_value());
     lines.setFlag(RowLine::progress, item.status() == DownloadStatus::downloading);
@@ -72,7 +79,7 @@ RowLines rowLines(const DownloadItem& item)
     lines.setFlag(RowLine::failure, isFailed);
     const bool hasError = item.status() == DownloadStatus::failed;
     lines.setFlag(RowLine::error, hasError);
-    lines.setFlag(RowLine::longError, hasError && item.status().message().size() > shortMessage);
+    lines.setFlag(RowLine::longError, hasError && !isShort(item.status()));
     lines.setFlag(RowLine::verification, item.verification().kind != VerificationResult::none);
     return lines;
 }
@@ -232,7 +239,8 @@ QString rowToolTip(const RowContent& content)
         lines << content.verificationText;
     QStringList captions{content.host, content.figuresText}; // a countdown would stand still here
     captions.removeAll(QString());
-    lines << captions.join(u" · "_s);
+    if (!captions.isEmpty())
+        lines << captions.join(u" · "_s);
     return plainToolTip(lines);
 }
 

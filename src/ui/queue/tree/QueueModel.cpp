@@ -102,8 +102,9 @@ QVariant QueueModel::groupData(const QueueEntry& entry, int role) const
         return QVariant::fromValue(ItemId());
     case Qt::DisplayRole:
     case nameRole:
-    case copyRole:
         return m_manager.groupNames().displayName(entry.group.id);
+    case copyRole:
+        return copiedText(header(entry));
     case headerRole:
         return QVariant::fromValue(header(entry));
     case Qt::AccessibleTextRole:
@@ -188,8 +189,8 @@ bool QueueModel::mayRegroup(const DownloadItem& item, ItemFields fields) const
 }
 
 /// The items' places as they are by now: groups are made of the queue as it stands, and know nothing of what is still
-/// to be told.
-void QueueModel::noteRegrouped(GroupChanges& changes) const
+/// to be told. True where a hidden item has another name, which may be told by the headers of two sets.
+bool QueueModel::noteRegrouped(GroupChanges& changes) const
 {
     bool isHiddenRenamed = false;
     for (auto change = m_changed.begin(); change != m_changed.end(); ++change) {
@@ -201,25 +202,35 @@ void QueueModel::noteRegrouped(GroupChanges& changes) const
     }
     if (isHiddenRenamed)
         noteLacking(changes); // nobody remembers the set that it has left
+    return isHiddenRenamed;
+}
+
+void QueueModel::noteLacking(GroupChanges& changes) const
+{
+    for (const int row : lackingRows())
+        changes.noteEntry(&rows().at(row));
 }
 
 /// What has no row is a recovery volume, and means something to those groups alone.
-void QueueModel::noteLacking(GroupChanges& changes) const
+std::vector<int> QueueModel::lackingRows() const
 {
+    std::vector<int> lacking;
     for (int row = 0; row < rows().count(); ++row) {
-        QueueEntry& entry = rows().at(row);
-        if (!entry.group.lack.isNothing())
-            changes.noteEntry(&entry);
+        if (!rows().at(row).group.lack.isNothing())
+            lacking.push_back(row);
     }
+    return lacking;
 }
 
 void QueueModel::tellChanges()
 {
     GroupChanges changes(m_manager, rows());
-    noteRegrouped(changes);
+    const bool isHiddenRenamed = noteRegrouped(changes);
     const QHash<ItemId, ItemFields> changed = std::exchange(m_changed, {});
     follow(std::move(changes.changes()));
     tellRows(changed);
+    if (isHiddenRenamed)
+        tellSpans(nullptr, lackingRows());
 }
 
 void QueueModel::tellRows(const QHash<ItemId, ItemFields>& changed)

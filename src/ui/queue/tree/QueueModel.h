@@ -51,8 +51,9 @@ private:
     void tellSpans(QueueEntry* parent, std::vector<int> unsorted);
     void tellAll();
     void tellHeader(const QString& groupId);
-    void noteRegrouped(GroupChanges& changes) const;
+    bool noteRegrouped(GroupChanges& changes) const;
     void noteLacking(GroupChanges& changes) const;
+    [[nodiscard]] std::vector<int> lackingRows() const;
     [[nodiscard]] bool mayRegroup(const DownloadItem& item, ItemFields fields) const;
     [[nodiscard]] bool readLines(QueueEntry* parent, int row);
 

@@ -153,6 +153,20 @@ TEST_F(GroupDragTest, ScrollsNearTheLowerEdge)
     EXPECT_EQ(view.verticalScrollBar()->value(), place);
 }
 
+TEST_F(GroupDragTest, NothingComesIntoSightWhileTheMouseIsDown)
+{
+    const std::vector<ItemId> last{engine.manager().items().back()->id()};
+    press(left(rect(1)));
+    view.reveal(last);
+    EXPECT_EQ(view.verticalScrollBar()->value(), 0);
+    moveTo(left(rect(3)));
+    view.reveal(last);
+    EXPECT_EQ(view.verticalScrollBar()->value(), 0);
+    drop(left(rect(3)));
+    view.reveal(last);
+    EXPECT_GT(view.verticalScrollBar()->value(), 0);
+}
+
 TEST_F(GroupDragTest, WhatIsDraggedIsDimmedWhereItStands)
 {
     view.resize(600, 900); // the picture stays away from the rows that are looked at

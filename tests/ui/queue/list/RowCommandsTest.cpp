@@ -150,10 +150,33 @@ TEST_F(RowCommandsTest, OfAnExtractedSetOpensTheFolder)
     EXPECT_EQ(desktop.opener.opened.back(), QUrl::fromLocalFile(engine.sandbox.path(u"Downloads/a"_s)));
     engine.manager().renameGroup(u"a"_s, u"My film"_s);
     commands.open(*first); // nothing was unpacked to there
-    EXPECT_EQ(desktop.opener.opened.size(), 1);
+    EXPECT_EQ(desktop.opener.opened.size(), 2);
+    EXPECT_EQ(desktop.opener.opened.back(), QUrl::fromLocalFile(engine.sandbox.path(u"Downloads/a"_s)));
     engine.sandbox.write(u"Downloads/My film/film.mkv"_s, "x");
     commands.open(*first);
     EXPECT_EQ(desktop.opener.opened.back(), QUrl::fromLocalFile(engine.sandbox.path(u"Downloads/My film"_s)));
+}
+
+TEST_F(RowCommandsTest, EveryPartOfAnExtractedSetOpensTheFolder)
+{
+    const DownloadGroup group = addSet(S::completed);
+    for (const ItemPtr& item : group.items)
+        item->setLocalPath(engine.sandbox.write(u"Downloads/a/"_s + item->filename(), "x"));
+    commands.open(*group.items[1]);
+    EXPECT_EQ(desktop.opener.opened.back(), QUrl::fromLocalFile(*group.items[1]->localPath()));
+    group.items[0]->setExtractionStatus(ExtractionStatus::done);
+    commands.open(*group.items[1]);
+    EXPECT_EQ(desktop.opener.opened.back(), QUrl::fromLocalFile(engine.sandbox.path(u"Downloads/a"_s)));
+    engine.settings().extractionFolderPath.set(engine.sandbox.path(u"Unpacked"_s));
+    engine.settings().useCustomExtractionFolder.set(true);
+    engine.manager().renameGroup(u"a"_s, u"My film"_s);
+    engine.sandbox.write(u"Unpacked/film.mkv"_s, "x");
+    group.items[1]->setLocalPath(std::nullopt); // volumes may go when they are unpacked
+    commands.open(*group.items[1]);
+    EXPECT_EQ(desktop.opener.opened.back(), QUrl::fromLocalFile(engine.sandbox.path(u"Unpacked"_s)));
+    engine.sandbox.write(u"Unpacked/My film/film.mkv"_s, "x");
+    commands.open(*group.items[1]);
+    EXPECT_EQ(desktop.opener.opened.back(), QUrl::fromLocalFile(engine.sandbox.path(u"Unpacked/My film"_s)));
 }
 
 TEST_F(RowCommandsTest, WhatIsRemovedCanBePutBack)

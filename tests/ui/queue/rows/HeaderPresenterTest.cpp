@@ -140,11 +140,28 @@ TEST_F(HeaderPresenter, TellsWhatIsLackingInALineOfItsOwn)
     EXPECT_EQ(header.lines, headerLines(GroupTally(group), lack));
     EXPECT_TRUE(header.lines.testFlag(RowLine::lack));
     EXPECT_TRUE(header.canBeRebuilt);
-    EXPECT_EQ(accessibleText(header), u"<b>, Completed, 2 parts, Verified — all parts are sound, "
-                                      u"Part 3 of 7 failed, 2 parts missing; 3 recovery volumes can rebuild them");
-    EXPECT_TRUE(headerToolTip(header).endsWith(u"can rebuild them<br>Missing: 5 and 6</p>"));
+    EXPECT_EQ(accessibleText(header),
+              u"<b>, Completed, 2 parts, Verified — all parts are sound, "
+              u"Part 3 of 7 failed, 2 parts not in the list; 3 recovery volumes can rebuild them, "
+              u"Not in the list: 5 and 6");
+    EXPECT_EQ(copiedText(header), u"<b>\nPart 3 of 7 failed, 2 parts not in the list; 3 recovery volumes can rebuild "
+                                  u"them\nNot in the list: 5 and 6");
+    EXPECT_TRUE(headerToolTip(header).endsWith(u"can rebuild them<br>Not in the list: 5 and 6</p>"));
     addLack(header, {{{3, 3}}, {}, 7, 0}, english);
     EXPECT_FALSE(header.canBeRebuilt);
+}
+
+TEST_F(HeaderPresenter, SpeaksAndCopiesWhichPartsAreLacking)
+{
+    HeaderContent header;
+    header.title = u"a"_s;
+    addLack(header, {{{1, 1}, {3, 3}, {5, 5}, {7, 8}}, {{9, 10}}, 12, 0}, english);
+    EXPECT_TRUE(accessibleText(header).endsWith(u", Failed: 1, 3, 5, 7 and 8, Not in the list: 9 and 10"))
+        << qPrintable(accessibleText(header));
+    EXPECT_TRUE(copiedText(header).endsWith(u"\nFailed: 1, 3, 5, 7 and 8\nNot in the list: 9 and 10"));
+    header = {};
+    header.title = u"a"_s;
+    EXPECT_EQ(copiedText(header), u"a");
 }
 
 TEST_F(HeaderPresenter, HasNoToolTipWhereThereIsNothingToTell)

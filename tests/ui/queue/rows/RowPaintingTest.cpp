@@ -465,8 +465,12 @@ TEST_P(HeaderPainting, WarnsOfWhatIsLackingAndLessWhereItCanBeRebuilt)
     EXPECT_TRUE(rebuilt.texts().contains(u"Part 2 of 3 failed; 1 recovery volume can rebuild it/orange"));
     EXPECT_TRUE(rebuilt.glyphs().contains(u"bandage.fill/orange"));
     addLack(content, {{}, {{2, 2}}, 3, 0}, AppLanguage::english);
+    const PaintedRow unlisted(content, {});
+    EXPECT_TRUE(unlisted.texts().contains(u"1 part not in the list/orange"));
+    EXPECT_TRUE(unlisted.glyphs().contains(u"exclamationmark.triangle.fill/orange"));
+    addLack(content, {{{2, 2}}, {}, 3, 0}, AppLanguage::english);
     const PaintedRow lost(content, {});
-    EXPECT_TRUE(lost.texts().contains(u"1 part missing, nothing can rebuild it/red"));
+    EXPECT_TRUE(lost.texts().contains(u"Part 2 of 3 failed; nothing can rebuild it/red"));
     EXPECT_TRUE(lost.glyphs().contains(u"exclamationmark.triangle.fill/red"));
 }
 

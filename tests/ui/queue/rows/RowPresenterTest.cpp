@@ -150,9 +150,9 @@ TEST_F(RowPresenter, TellsUntilWhenItsTextsStay)
 
 TEST_F(RowPresenter, AnErrorHasOneLineAndALongOneHasTwo)
 {
-    item.setStatus(DownloadStatus::failure(u"x"_s.repeated(60)));
+    item.setStatus(DownloadStatus::failure(u"x"_s.repeated(32)));
     EXPECT_EQ(rowLines(item), RowLines(RowLine::error));
-    item.setStatus(DownloadStatus::failure(u"x"_s.repeated(61)));
+    item.setStatus(DownloadStatus::failure(u"x"_s.repeated(33)));
     EXPECT_EQ(rowLines(item), RowLine::error | RowLine::longError);
     item.setStatus(DownloadStatus::paused);
     EXPECT_EQ(rowLines(item), RowLines());
@@ -175,6 +175,14 @@ TEST_F(RowPresenter, ToolTipHasTheHostAndTheSizeThatMayBeElidedAndNoCountdown)
     item.setTotalBytes(4096);
     item.setWait({ItemWait::nextTry, steadyTime + std::chrono::seconds(12)});
     EXPECT_EQ(rowToolTip(rowContent(item, english, present)), u"<p>file.rar<br>Host.example · 4 KB</p>");
+}
+
+TEST_F(RowPresenter, ToolTipHasNoEmptyLineWhereHostAndSizeAreUnknown)
+{
+    RowContent content = rowContent(item, english, present);
+    content.host.clear();
+    ASSERT_EQ(content.figuresText, u"");
+    EXPECT_EQ(rowToolTip(content), u"<p>file.rar</p>");
 }
 
 TEST_F(RowPresenter, ToolTipHasTheWholeFailureAndNoMarkupFromOutside)

@@ -192,6 +192,8 @@ TEST_F(QueueModelTest, CopiesTheNameOfAGroupAndTheLinkOfARow)
 {
     engine.add({u"https://h.example/film.part1.rar"_s, u"https://h.example/film.part2.rar"_s});
     EXPECT_EQ(text(QueueModel::copyRole), u"film");
+    engine.add(u"https://h.example/film.part4.rar"_s);
+    EXPECT_EQ(text(QueueModel::copyRole), u"film\n1 part not in the list\nNot in the list: 3");
     const QModelIndex member = model.index(1, 0, model.index(0, 0));
     EXPECT_EQ(member.data(QueueModel::copyRole).toString(), u"https://h.example/film.part2.rar");
 }
