@@ -133,8 +133,9 @@ you say so there.
 
 The toolkit's own options, such as -style and -platform, are taken, too.
 
-Exit status: 0 if all went well, 1 if a file cannot be read or the running
-program does not answer, 2 if the arguments cannot be understood.
+Exit status: 0 if all went well, 1 if a file cannot be read, the running program
+does not answer, or the links are more than it can be given at once (4 MiB), 2
+if the arguments cannot be understood.
 )"_s;
 }
 

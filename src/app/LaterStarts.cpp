@@ -54,6 +54,11 @@ void LaterStarts::listen(const QDBusConnection& bus)
             });
 }
 
+void LaterStarts::stopListening()
+{
+    m_activation.reset();
+}
+
 /// The toolkit's Wayland part takes a token from the environment when a window asks for the focus.
 void LaterStarts::comeForward(const QString& token)
 {
@@ -111,22 +116,6 @@ void LaterStarts::tellOf(const QString& path, LinkFile::Problem problem)
     };
     notice.life = life;
     m_ports.notices.show(std::move(notice));
-}
-
-bool LaterStarts::askRunning(const SingleInstance& instance, const QDBusConnection& bus, const QStringList& addresses,
-                             const QString& token)
-{
-    switch (DesktopActivation::askRunning(bus, addresses, token)) {
-    case DesktopActivation::Answer::reached:
-        return true;
-    case DesktopActivation::Answer::silent:
-        if (!addresses.isEmpty())
-            return false; // it may have them by now, and would get them twice
-        break;
-    case DesktopActivation::Answer::nobody:
-        break;
-    }
-    return instance.askFirstToShow(addresses.join(u'\n'));
 }
 
 } // namespace vormel

@@ -1,6 +1,7 @@
 #include "app/LaterStarts.h"
 
 #include "app/MainWindow.h"
+#include "app/SecondStart.h"
 #include "fixtures/EventLoop.h"
 #include "fixtures/PrivateBus.h"
 #include "fixtures/RealTools.h"
@@ -17,6 +18,7 @@
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace vormel {
 namespace {
@@ -52,7 +54,7 @@ protected:
         bool isReached = false;
         const std::unique_ptr<QThread> other(QThread::create([&] {
             const QDBusConnection connection = QDBusConnection::connectToBus(bus, u"other"_s);
-            isReached = LaterStarts::askRunning(later, connection, addresses, {});
+            isReached = settleSecondStart(later, connection, addresses, {}, {}) == SecondStart::handedOver;
         }));
         other->start();
         EXPECT_TRUE(fixtures::waitUntil([&other] { return other->isFinished(); }));
@@ -138,18 +140,24 @@ TEST_F(LaterStartsTest, WhatABusKeepsToItselfIsNotSentTwice)
     starts.listen(bus.connection());
     // This thread waits for its own answer, as if the window were busy.
     const QDBusConnection other = QDBusConnection::connectToBus(bus.address(), u"busy"_s);
-    EXPECT_FALSE(LaterStarts::askRunning(later, other, {u"https://a.example/1"_s}, {}));
+    EXPECT_EQ(settleSecondStart(later, other, {u"https://a.example/1"_s}, {}, 1min), SecondStart::unanswered);
     EXPECT_EQ(awaitedOffer(), u"https://a.example/1");
     fixtures::turnEventLoop();
     EXPECT_EQ(offered(), u"https://a.example/1");
     QDBusConnection::disconnectFromBus(u"busy"_s);
 }
 
-TEST_F(LaterStartsTest, WithoutAnybodyToAskItTells)
+TEST_F(LaterStartsTest, OneThatStopsListeningIsNotAskedByTheBusAnyMore)
 {
-    const QDBusConnection none(u"a bus that nobody made"_s);
-    SingleInstance nobody(u"/proc/nowhere"_s);
-    EXPECT_FALSE(LaterStarts::askRunning(nobody, none, {u"https://a.example/1"_s}, {}));
+    const fixtures::PrivateBus bus(engine.sandbox);
+    if (bus.address().isEmpty() && !fixtures::areToolsRequired())
+        GTEST_SKIP() << "dbus-daemon is not there";
+    starts.listen(bus.connection());
+    starts.stopListening();
+    first.stopListening();
+    EXPECT_FALSE(ask(bus.address(), {u"https://a.example/1"_s}));
+    fixtures::turnEventLoop();
+    EXPECT_EQ(window.findChild<AddURLView*>(), nullptr);
 }
 
 } // namespace
