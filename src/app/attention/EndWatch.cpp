@@ -49,10 +49,12 @@ void EndWatch::itemChanged(const ItemId& id, ItemField field)
 void EndWatch::statusChanged(const DownloadItem& item)
 {
     const DownloadStatus::Kind status = item.status().kind();
-    if (isOnItsWay(status))
+    if (isOnItsWay(status)) {
         m_onTheirWay.insert(item.id());
-    else if (m_onTheirWay.remove(item.id()) && isOver(status))
+        m_recoveries.erase(item.id());
+    } else if (m_onTheirWay.remove(item.id()) && isOver(status)) {
         note(item);
+    }
 }
 
 void EndWatch::forget(const QSet<ItemId>& ids)
@@ -107,6 +109,15 @@ void EndWatch::waitForRecovery(const ItemId& id)
     });
 }
 
+void EndWatch::stopWaiting(const DownloadItem& item)
+{
+    const std::optional<DownloadGroup> group = m_manager.visibleGroupOf(item);
+    if (!group)
+        return;
+    for (const ItemPtr& mate : group->items)
+        m_recoveries.erase(mate->id());
+}
+
 void EndWatch::tell()
 {
     const QHash<ItemId, Sign> signs = std::exchange(m_signs, {});
@@ -120,8 +131,12 @@ void EndWatch::tell()
         if (seen.contains(group))
             continue;
         const std::optional<GroupEnd> end = item ? currentEnd(*item) : sign->extracted;
+        if (sign->isLast && end && end->kind != GroupEnd::downloadFailed)
+            continue; // it was saved, and that has signs of its own
         if (item)
             seen.insert(group);
+        if (item && end)
+            stopWaiting(*item);
         if (item && end && !sign->isLast && mayBeSaved(*item, *end))
             waitForRecovery(item->id());
         else if (end)

@@ -201,6 +201,46 @@ TEST_F(EndWatchTest, WhileARecoveryVolumeComesNothingIsTold)
     EXPECT_TRUE(toldWithin(10min).empty());
 }
 
+TEST_F(EndWatchTest, AFailedPartThatIsTriedAgainAndComesIsToldOnce)
+{
+    const std::vector<ItemPtr> items = engine.add({u"http://h/s.part1.rar"_s, u"http://h/s.part1.rev"_s});
+    items[1]->setStatus(stopped);
+    fail(items[0]);
+    EXPECT_TRUE(toldWithin(40s).empty());
+    engine.manager().commands().removeItems({items[1]->id()});
+    finish(items[0]);
+    EXPECT_EQ(toldWithin(2s), (std::vector<GroupEnd>{{GroupEnd::downloaded, u"s"_s, u"/d/s.part1.rar"_s, {}}}));
+    EXPECT_TRUE(toldWithin(10min).empty());
+}
+
+TEST_F(EndWatchTest, ASetWithAFailedPartIsToldOnceThoughAnotherPartComesLater)
+{
+    const std::vector<ItemPtr> items =
+        engine.add({u"http://h/s.part1.rar"_s, u"http://h/s.part2.rar"_s, u"http://h/s.part1.rev"_s});
+    items[2]->setStatus(stopped);
+    finish(items[1]);
+    fail(items[0]);
+    EXPECT_TRUE(toldWithin(30s).empty());
+    finish(items[1]);
+    EXPECT_TRUE(toldWithin(60s).empty());
+    EXPECT_EQ(toldWithin(10s).size(), 1);
+    EXPECT_TRUE(toldWithin(10min).empty());
+}
+
+TEST_F(EndWatchTest, WhatWasSavedWhileTheUserLookedIsNotToldLater)
+{
+    const std::vector<ItemPtr> items = engine.add({u"http://h/s.part1.rar"_s, u"http://h/s.part1.rev"_s});
+    items[1]->setStatus(stopped);
+    fail(items[0]);
+    EXPECT_TRUE(toldWithin(30s).empty());
+    isLookedAt = true;
+    finish(items[1]);
+    items[0]->setExtractionStatus(done);
+    EXPECT_TRUE(toldWithin(2s).empty());
+    isLookedAt = false;
+    EXPECT_TRUE(toldWithin(10min).empty());
+}
+
 TEST_F(EndWatchTest, ARemovedSetIsNotWaitedFor)
 {
     const std::vector<ItemPtr> items = engine.add({u"http://h/s.part1.rar"_s, u"http://h/s.part1.rev"_s});
