@@ -17,6 +17,12 @@ bool isOver(DownloadStatus::Kind status)
     return status == DownloadStatus::completed || status == DownloadStatus::failed;
 }
 
+/// Idle again is one that was stopped, waits for its password or for more to come.
+bool isSettled(const ExtractionStatus& extraction)
+{
+    return extraction == ExtractionStatus::done || extraction == ExtractionStatus::failed;
+}
+
 } // namespace
 
 EndWatch::EndWatch(DownloadManager& manager, Clock& clock, std::function<bool()> isLookedAt)
@@ -42,7 +48,7 @@ void EndWatch::itemChanged(const ItemId& id, ItemField field)
         return;
     if (field == ItemField::status)
         statusChanged(*item);
-    else if (field == ItemField::extractionStatus || !item->recoveryCountdown())
+    else if (field == ItemField::recoveryCountdown ? !item->recoveryCountdown() : isSettled(item->extractionStatus()))
         note(*item);
 }
 
@@ -90,7 +96,7 @@ void EndWatch::note(const ItemId& id, const Sign& sign)
 std::optional<GroupEnd> EndWatch::currentEnd(const DownloadItem& item) const
 {
     const std::optional<DownloadGroup> group = m_manager.visibleGroupOf(item);
-    return group ? endOf(*group, m_manager.groupNames(), m_manager.settings()) : std::nullopt;
+    return group ? endOf(*group, m_manager.groupNames(), m_manager.settings(), m_manager.questions()) : std::nullopt;
 }
 
 /// A minute after the failure of a part, recovery volumes are let through where there are some.

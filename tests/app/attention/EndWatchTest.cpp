@@ -101,6 +101,31 @@ TEST_F(EndWatchTest, AnArchiveIsToldWhenItIsExtracted)
     EXPECT_EQ(toldWithin(2s), (std::vector<GroupEnd>{{GroupEnd::extracted, u"a.zip"_s, u"/d"_s, {}}}));
 }
 
+TEST_F(EndWatchTest, AnArchiveThatWaitsForItsPasswordIsToldWhenItIsExtracted)
+{
+    const ItemPtr item = engine.add(u"http://h/a.zip"_s);
+    finish(item);
+    item->setExtractionStatus(extracting);
+    item->setExtractionStatus(idle);
+    engine.manager().questions().ask(PendingExtractionPassword{item->id(), u"a.zip"_s});
+    EXPECT_TRUE(toldWithin(1min).empty());
+    engine.manager().questions().submitExtractionPassword(u"pass"_s);
+    item->setExtractionStatus(extracting);
+    EXPECT_TRUE(toldWithin(1min).empty());
+    item->setExtractionStatus(done);
+    EXPECT_EQ(toldWithin(2s), (std::vector<GroupEnd>{{GroupEnd::extracted, u"a.zip"_s, u"/d"_s, {}}}));
+}
+
+TEST_F(EndWatchTest, ARunThatIsStoppedIsNoEnd)
+{
+    const ItemPtr item = engine.add(u"http://h/a.zip"_s);
+    finish(item);
+    item->setExtractionStatus(extracting);
+    EXPECT_TRUE(toldWithin(10s).empty());
+    item->setExtractionStatus(idle);
+    EXPECT_TRUE(toldWithin(1min).empty());
+}
+
 TEST_F(EndWatchTest, AnExtractionThatEndsAtOnceIsToldOnce)
 {
     const ItemPtr item = engine.add(u"http://h/a.zip"_s);
