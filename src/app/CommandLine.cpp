@@ -91,8 +91,11 @@ private:
             m_result.files << argument;
             return;
         }
-        const std::optional<Link> link = Link::parse(argument.trimmed());
-        if (link && (link->isHttp() || pathOfFile(*link)))
+        const QString address = argument.trimmed();
+        const std::optional<Link> link = Link::parse(address);
+        if (isElsewhere(address)) // the window tells of it: one of many files is no reason to refuse the others
+            m_result.addresses << address;
+        else if (link && (link->isHttp() || pathOfFile(*link)))
             m_result.addresses << link->absoluteString();
         else
             m_error = u"\"%1\" is no http or https link and no file"_s.arg(argument);
