@@ -1,15 +1,12 @@
-# Completion of vormel's arguments in bash.
+# Completion of vormel's arguments in bash. Files are left to readline, which knows of quotes and blanks.
 _vormel() {
     local cur=${COMP_WORDS[COMP_CWORD]} word
-    local only_files=no
+    COMPREPLY=()
     for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
-        [[ $word == -- ]] && only_files=yes
+        [[ $word == -- ]] && return
     done
-    compopt -o filenames 2>/dev/null
-    if [[ $cur == -* && $only_files == no ]]; then
+    if [[ $cur == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W '--help --version --' -- "$cur")
-    else
-        mapfile -t COMPREPLY < <(compgen -f -- "$cur")
     fi
 }
-complete -F _vormel vormel
+complete -o default -F _vormel vormel

@@ -91,8 +91,11 @@ private:
             m_result.files << argument;
             return;
         }
-        const std::optional<Link> link = Link::parse(argument.trimmed());
-        if (link && (link->isHttp() || pathOfFile(*link)))
+        const QString address = argument.trimmed();
+        const std::optional<Link> link = Link::parse(address);
+        if (isElsewhere(address)) // the window tells of it: one of many files is no reason to refuse the others
+            m_result.addresses << address;
+        else if (link && (link->isHttp() || pathOfFile(*link)))
             m_result.addresses << link->absoluteString();
         else
             m_error = u"\"%1\" is no http or https link and no file"_s.arg(argument);
@@ -133,8 +136,9 @@ you say so there.
 
 The toolkit's own options, such as -style and -platform, are taken, too.
 
-Exit status: 0 if all went well, 1 if a file cannot be read or the running
-program does not answer, 2 if the arguments cannot be understood.
+Exit status: 0 if all went well, 1 if a file cannot be read, the running program
+does not answer, or the links are more than it can be given at once (4 MiB), 2
+if the arguments cannot be understood.
 )"_s;
 }
 

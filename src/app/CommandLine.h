@@ -18,7 +18,7 @@ struct CommandLine
     };
 
     Wish wish = Wish::run;
-    QStringList addresses; ///< http, https and file, in the order they came in
+    QStringList addresses; ///< http, https, file, and what lies elsewhere, in the order they came in
     QStringList files;     ///< paths as they were written
 };
 

@@ -9,6 +9,7 @@
 
 #include <QApplication>
 #include <QFileInfo>
+#include <QUrl>
 
 using namespace Qt::StringLiterals;
 
@@ -19,15 +20,9 @@ namespace {
 /// What was handed over at once: whoever hands over more is no person.
 constexpr qsizetype mostFiles = 100;
 
-QStringList filesAmong(const std::vector<Link>& addresses)
+QString nameOf(const QString& address)
 {
-    QStringList paths;
-    for (const Link& address : addresses) {
-        const std::optional<QString> path = pathOfFile(address);
-        if (path && paths.size() < mostFiles)
-            paths << *path;
-    }
-    return paths;
+    return QUrl::fromPercentEncoding(address.section(u'/', -1, -1, QString::SectionSkipEmpty).toUtf8());
 }
 
 } // namespace
@@ -54,6 +49,11 @@ void LaterStarts::listen(const QDBusConnection& bus)
             });
 }
 
+void LaterStarts::stopListening()
+{
+    m_activation.reset();
+}
+
 /// The toolkit's Wayland part takes a token from the environment when a window asks for the focus.
 void LaterStarts::comeForward(const QString& token)
 {
@@ -72,20 +72,26 @@ void LaterStarts::comeForward(const QString& token)
 
 void LaterStarts::open(const QStringList& addresses)
 {
-    std::vector<Link> all;
+    std::vector<Link> links;
+    QStringList files;
+    std::vector<Failure> failures;
     for (const QString& text : addresses) {
-        if (const std::optional<Link> address = Link::parse(text.trimmed()))
-            all.push_back(*address);
+        const std::optional<Link> address = Link::parse(text.trimmed());
+        const std::optional<QString> path = address ? pathOfFile(*address) : std::nullopt;
+        if (address && address->isHttp())
+            links.push_back(*address);
+        else if (path && files.size() < mostFiles)
+            files << *path;
+        else if (path || isElsewhere(text.trimmed()))
+            failures.push_back({nameOf(text.trimmed()), LinkFile::Problem::unreadable});
     }
-    const QStringList files = filesAmong(all);
-    std::erase_if(all, [](const Link& link) { return !link.isHttp(); });
-    if (!all.empty())
-        m_ports.window.offerLinks(all);
-    if (!files.isEmpty())
-        spawn(openFiles(files));
+    if (!links.empty())
+        m_ports.window.offerLinks(links);
+    if (!files.isEmpty() || !failures.empty())
+        spawn(openFiles(files, std::move(failures)));
 }
 
-QCoro::Task<> LaterStarts::openFiles(QStringList paths)
+QCoro::Task<> LaterStarts::openFiles(QStringList paths, std::vector<Failure> failures)
 {
     const Lifetime::Watch lifetime = m_lifetime.watch();
     for (const QString& path : paths) {
@@ -94,39 +100,29 @@ QCoro::Task<> LaterStarts::openFiles(QStringList paths)
         if (lifetime.isOver())
             co_return;
         if (file.problem)
-            tellOf(path, *file.problem);
+            failures.push_back({QFileInfo(path).fileName(), *file.problem});
         else
             m_ports.window.offerLinks(file.links);
     }
+    if (!failures.empty())
+        tellOf(failures);
 }
 
-void LaterStarts::tellOf(const QString& path, LinkFile::Problem problem)
+/// One line for all: a line for each would take the room of the list.
+void LaterStarts::tellOf(const std::vector<Failure>& failures)
 {
     constexpr std::chrono::seconds life(20);
     Notice notice;
-    notice.key = u"linkFile-"_s + path;
+    notice.key = u"linkFiles"_s;
     notice.glyph = Glyph::exclamationmarkTriangleFill;
-    notice.text = [name = QFileInfo(path).fileName(), problem](AppLanguage language) {
-        return u"%1: %2"_s.arg(name, problemText(problem).in(language));
+    notice.text = [count = failures.size(), first = failures.front()](AppLanguage language) {
+        if (count == 1)
+            return u"%1: %2"_s.arg(first.name, problemText(first.problem).in(language));
+        return pair(language, u"%1 files have no links or can't be read", u"%1 file senza link o illeggibili")
+            .arg(count);
     };
     notice.life = life;
     m_ports.notices.show(std::move(notice));
-}
-
-bool LaterStarts::askRunning(const SingleInstance& instance, const QDBusConnection& bus, const QStringList& addresses,
-                             const QString& token)
-{
-    switch (DesktopActivation::askRunning(bus, addresses, token)) {
-    case DesktopActivation::Answer::reached:
-        return true;
-    case DesktopActivation::Answer::silent:
-        if (!addresses.isEmpty())
-            return false; // it may have them by now, and would get them twice
-        break;
-    case DesktopActivation::Answer::nobody:
-        break;
-    }
-    return instance.askFirstToShow(addresses.join(u'\n'));
 }
 
 } // namespace vormel

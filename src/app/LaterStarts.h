@@ -9,6 +9,7 @@
 #include <QStringList>
 
 #include <memory>
+#include <vector>
 
 class QDBusConnection;
 
@@ -40,20 +41,24 @@ public:
 
     /// Listens at the bus, too.
     void listen(const QDBusConnection& bus);
+    /// Is found at the bus no longer.
+    void stopListening();
     /// Brings the window forward, with the token that allows it to take the focus, if there is one.
     void comeForward(const QString& token);
-    /// Shows the http and https links among the addresses, and those in the text files that they name; a notice tells
-    /// of a file without any. What is something else is passed over. Files are read elsewhere, some at most.
+    /// Shows the http and https links among the addresses, and those in the text files that they name; one notice tells
+    /// of the files without any, of those that are not in a folder here, and of those that are too many. What is
+    /// something else is passed over. Files are read on another thread.
     void open(const QStringList& addresses);
 
-    /// Asks the running program, by the bus or else without, to come forward and open the addresses. False if it does
-    /// not answer.
-    [[nodiscard]] static bool askRunning(const SingleInstance& instance, const QDBusConnection& bus,
-                                         const QStringList& addresses, const QString& token);
-
 private:
-    QCoro::Task<> openFiles(QStringList paths);
-    void tellOf(const QString& path, LinkFile::Problem problem);
+    struct Failure
+    {
+        QString name;
+        LinkFile::Problem problem;
+    };
+
+    QCoro::Task<> openFiles(QStringList paths, std::vector<Failure> failures);
+    void tellOf(const std::vector<Failure>& failures);
 
     Ports m_ports;
     std::unique_ptr<DesktopActivation> m_activation;

@@ -4,12 +4,15 @@
 #include "text/HttpLinks.h"
 
 #include <QFile>
+#include <QRegularExpression>
 #include <QUrl>
 
 #include <fcntl.h>
 #include <sys/stat.h>
 
 #include <cerrno>
+
+using namespace Qt::StringLiterals;
 
 namespace vormel {
 
@@ -54,6 +57,14 @@ std::optional<QString> pathOfFile(const Link& address)
     if (url.scheme() != u"file" || !isHere || url.path().isEmpty())
         return std::nullopt;
     return url.path(QUrl::FullyDecoded);
+}
+
+bool isElsewhere(const QString& address)
+{
+    static const QRegularExpression anyPlace(u"^(?!https?:)[a-z][a-z0-9+.-]*://."_s,
+                                             QRegularExpression::CaseInsensitiveOption);
+    const std::optional<Link> link = Link::parse(address);
+    return anyPlace.match(address).hasMatch() && !(link && pathOfFile(*link));
 }
 
 TextPair problemText(LinkFile::Problem problem)

@@ -32,6 +32,10 @@ struct LinkFile
 /// Where an address of a file on this machine leads; nothing for any other address.
 [[nodiscard]] std::optional<QString> pathOfFile(const Link& address);
 
+/// Does it name something that is neither on the web nor in a folder here, as "smb://host/links.txt" does? The host may
+/// be none that the web would know.
+[[nodiscard]] bool isElsewhere(const QString& address);
+
 /// "No such file", as it stands behind the name.
 [[nodiscard]] TextPair problemText(LinkFile::Problem problem);
 

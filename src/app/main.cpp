@@ -3,6 +3,7 @@
 #include "app/LinkFile.h"
 #include "app/MainWindow.h"
 #include "app/Program.h"
+#include "app/SecondStart.h"
 #include "app/ServicesAlert.h"
 #include "app/WindowPlace.h"
 #include "app/attention/DesktopAttention.h"
@@ -22,6 +23,7 @@
 #include <QFileInfo>
 #include <QTimer>
 
+#include <chrono>
 #include <cstdio>
 #include <optional>
 #include <variant>
@@ -119,8 +121,28 @@ QString webPlugin()
     return QDir::cleanPath(QFileInfo::exists(built) ? built : programs.filePath(QStringLiteral(VORMEL_WEB_PLUGIN)));
 }
 
+/// What a start ends with that found the program running; nothing if it is to be the program itself.
+std::optional<int> statusOfSecond(vormel::SingleInstance& instance, const QStringList& addresses, const QString& token)
+{
+    using vormel::SecondStart;
+    constexpr std::chrono::seconds patience(10);
+    switch (vormel::settleSecondStart(instance, QDBusConnection::sessionBus(), addresses, token, patience)) {
+    case SecondStart::handedOver:
+        return EXIT_SUCCESS;
+    case SecondStart::becameFirst:
+        return std::nullopt;
+    case SecondStart::tooMuch:
+        print(stderr, u"vormel: too many links at once\n"_s);
+        break;
+    case SecondStart::unanswered:
+        print(stderr, u"vormel: the running program does not answer\n"_s);
+        break;
+    }
+    return EXIT_FAILURE;
+}
+
 /// The whole life of the program that holds the lock.
-int run(const vormel::SingleInstance& instance, vormel::TerminationSignals& signalsOfTheSystem,
+int run(vormel::SingleInstance& instance, vormel::TerminationSignals& signalsOfTheSystem,
         const vormel::Folders& folders, const QStringList& addresses)
 {
     vormel::CurlHttpClient::Options network;
@@ -133,7 +155,12 @@ int run(const vormel::SingleInstance& instance, vormel::TerminationSignals& sign
 
     vormel::LaterStarts starts({window, program.manager().settings(), program.viewPorts().notices}, instance);
     QObject::connect(&signalsOfTheSystem, &vormel::TerminationSignals::terminationRequested, qApp, &QApplication::quit);
-    QObject::connect(qApp, &QApplication::aboutToQuit, &window, [&program] { program.manager().shutDown(); });
+    QObject::connect(qApp, &QApplication::aboutToQuit, &window, [&] {
+        // Whoever starts it now waits for the end, and is the next one.
+        starts.stopListening();
+        instance.stopListening();
+        program.manager().shutDown();
+    });
     signalsOfTheSystem.listen();
     window.show();
     vormel::tellOfServices(program.servicesProblem(), program.manager().settings(), window);
@@ -169,11 +196,10 @@ int main(int argc, char** argv) // NOLINT(bugprone-exception-escape): the varian
     nameProgram();
 
     const vormel::Folders folders = vormel::Folders::ofThisUser();
-    const vormel::SingleInstance instance(folders.runtime);
-    if (instance.isFirst())
-        return run(instance, signalsOfTheSystem, folders, addresses);
-    if (vormel::LaterStarts::askRunning(instance, QDBusConnection::sessionBus(), addresses, token))
-        return EXIT_SUCCESS;
-    print(stderr, u"vormel: the running program does not answer\n"_s);
-    return EXIT_FAILURE;
+    vormel::SingleInstance instance(folders.runtime);
+    if (!instance.isFirst()) {
+        if (const std::optional<int> status = statusOfSecond(instance, addresses, token))
+            return *status;
+    }
+    return run(instance, signalsOfTheSystem, folders, addresses);
 }

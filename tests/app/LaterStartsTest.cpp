@@ -1,6 +1,7 @@
 #include "app/LaterStarts.h"
 
 #include "app/MainWindow.h"
+#include "app/SecondStart.h"
 #include "fixtures/EventLoop.h"
 #include "fixtures/PrivateBus.h"
 #include "fixtures/RealTools.h"
@@ -17,6 +18,7 @@
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace vormel {
 namespace {
@@ -41,9 +43,9 @@ protected:
         EXPECT_TRUE(fixtures::waitUntil([this] { return !offered().isEmpty(); }));
         return offered();
     }
-    QString noticeOf(const QString& path)
+    QString noticeOfFiles()
     {
-        const Notice* const notice = desktop.notices.find(u"linkFile-"_s + path);
+        const Notice* const notice = desktop.notices.find(u"linkFiles"_s);
         return notice ? notice->text(AppLanguage::english) + u'|' + notice->text(AppLanguage::italian) : QString();
     }
     /// As another process would, on another thread while this one answers.
@@ -52,7 +54,7 @@ protected:
         bool isReached = false;
         const std::unique_ptr<QThread> other(QThread::create([&] {
             const QDBusConnection connection = QDBusConnection::connectToBus(bus, u"other"_s);
-            isReached = LaterStarts::askRunning(later, connection, addresses, {});
+            isReached = settleSecondStart(later, connection, addresses, {}, {}) == SecondStart::handedOver;
         }));
         other->start();
         EXPECT_TRUE(fixtures::waitUntil([&other] { return other->isFinished(); }));
@@ -80,8 +82,37 @@ TEST_F(LaterStartsTest, LinksAreShownAndNothingIsAdded)
 TEST_F(LaterStartsTest, NothingToShowShowsNothing)
 {
     starts.open({});
-    starts.open({u"ftp://a.example/2"_s});
+    starts.open({u"magnet:?xt=1"_s});
     EXPECT_EQ(window.findChild<AddURLView*>(), nullptr);
+    EXPECT_EQ(noticeOfFiles(), u"");
+}
+
+TEST_F(LaterStartsTest, AFileElsewhereIsToldOfAndTheRestShown)
+{
+    starts.open({u"smb://server/share/my%20links.txt"_s, u"https://a.example/1"_s});
+    EXPECT_EQ(awaitedOffer(), u"https://a.example/1");
+    EXPECT_EQ(noticeOfFiles(), u"my links.txt: The file can't be read|my links.txt: Impossibile leggere il file");
+}
+
+TEST_F(LaterStartsTest, OneNoticeTellsOfAllBadFiles)
+{
+    const QString empty = engine.sandbox.write(u"empty.txt"_s, "prose");
+    const QString good = engine.sandbox.write(u"good.txt"_s, "https://a.example/1");
+    int notices = 0;
+    QObject::connect(&desktop.notices, &Notices::appeared, [&notices] { ++notices; });
+    starts.open({u"file://"_s + empty, u"file://"_s + good, u"file:///gone.txt"_s, u"mtp://[usb:001,005]/a.txt"_s});
+    ASSERT_TRUE(fixtures::waitUntil([this] { return !noticeOfFiles().isEmpty(); }));
+    EXPECT_EQ(noticeOfFiles(), u"3 files have no links or can't be read|3 file senza link o illeggibili");
+    EXPECT_EQ(notices, 1);
+    EXPECT_EQ(offered(), u"https://a.example/1");
+}
+
+TEST_F(LaterStartsTest, FilesBeyondTheMostThatAreReadAreToldOf)
+{
+    const QString good = engine.sandbox.write(u"good.txt"_s, "https://a.example/1");
+    starts.open(QStringList(102, u"file://"_s + good));
+    ASSERT_TRUE(fixtures::waitUntil([this] { return !noticeOfFiles().isEmpty(); }));
+    EXPECT_EQ(noticeOfFiles(), u"2 files have no links or can't be read|2 file senza link o illeggibili");
 }
 
 TEST_F(LaterStartsTest, FilesAreReadAndTheirLinksShown)
@@ -95,8 +126,8 @@ TEST_F(LaterStartsTest, ANoticeTellsOfAFileWithoutLinks)
 {
     const QString path = engine.sandbox.path(u"gone.txt"_s);
     starts.open({u"file://"_s + path});
-    EXPECT_TRUE(fixtures::waitUntil([&] { return !noticeOf(path).isEmpty(); }));
-    EXPECT_EQ(noticeOf(path), u"gone.txt: No such file|gone.txt: Il file non esiste");
+    EXPECT_TRUE(fixtures::waitUntil([this] { return !noticeOfFiles().isEmpty(); }));
+    EXPECT_EQ(noticeOfFiles(), u"gone.txt: No such file|gone.txt: Il file non esiste");
     EXPECT_EQ(window.findChild<AddURLView*>(), nullptr);
 }
 
@@ -138,18 +169,24 @@ TEST_F(LaterStartsTest, WhatABusKeepsToItselfIsNotSentTwice)
     starts.listen(bus.connection());
     // This thread waits for its own answer, as if the window were busy.
     const QDBusConnection other = QDBusConnection::connectToBus(bus.address(), u"busy"_s);
-    EXPECT_FALSE(LaterStarts::askRunning(later, other, {u"https://a.example/1"_s}, {}));
+    EXPECT_EQ(settleSecondStart(later, other, {u"https://a.example/1"_s}, {}, 1min), SecondStart::unanswered);
     EXPECT_EQ(awaitedOffer(), u"https://a.example/1");
     fixtures::turnEventLoop();
     EXPECT_EQ(offered(), u"https://a.example/1");
     QDBusConnection::disconnectFromBus(u"busy"_s);
 }
 
-TEST_F(LaterStartsTest, WithoutAnybodyToAskItTells)
+TEST_F(LaterStartsTest, OneThatStopsListeningIsNotAskedByTheBusAnyMore)
 {
-    const QDBusConnection none(u"a bus that nobody made"_s);
-    SingleInstance nobody(u"/proc/nowhere"_s);
-    EXPECT_FALSE(LaterStarts::askRunning(nobody, none, {u"https://a.example/1"_s}, {}));
+    const fixtures::PrivateBus bus(engine.sandbox);
+    if (bus.address().isEmpty() && !fixtures::areToolsRequired())
+        GTEST_SKIP() << "dbus-daemon is not there";
+    starts.listen(bus.connection());
+    starts.stopListening();
+    first.stopListening();
+    EXPECT_FALSE(ask(bus.address(), {u"https://a.example/1"_s}));
+    fixtures::turnEventLoop();
+    EXPECT_EQ(window.findChild<AddURLView*>(), nullptr);
 }
 
 } // namespace

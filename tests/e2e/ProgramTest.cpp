@@ -158,7 +158,7 @@ TEST_F(ProgramTest, AFileWithoutLinksIsToldOfAndNothingIsStarted)
 
 TEST_F(ProgramTest, ArgumentsThatCannotBeUnderstoodAreToldWithTheUsage)
 {
-    for (const QString& argument : {u"--add"_s, u"ftp://a.example/1"_s}) {
+    for (const QString& argument : {u"--add"_s, u"mailto:a@a.example"_s}) {
         const End end = runToEnd({argument});
         EXPECT_EQ(end.status, 2);
         EXPECT_TRUE(end.errors.contains(argument));

@@ -17,6 +17,12 @@ bool isOver(DownloadStatus::Kind status)
     return status == DownloadStatus::completed || status == DownloadStatus::failed;
 }
 
+/// Idle again is one that was stopped, waits for its password or for more to come.
+bool isSettled(const ExtractionStatus& extraction)
+{
+    return extraction == ExtractionStatus::done || extraction == ExtractionStatus::failed;
+}
+
 } // namespace
 
 EndWatch::EndWatch(DownloadManager& manager, Clock& clock, std::function<bool()> isLookedAt)
@@ -42,17 +48,19 @@ void EndWatch::itemChanged(const ItemId& id, ItemField field)
         return;
     if (field == ItemField::status)
         statusChanged(*item);
-    else if (field == ItemField::extractionStatus || !item->recoveryCountdown())
+    else if (field == ItemField::recoveryCountdown ? !item->recoveryCountdown() : isSettled(item->extractionStatus()))
         note(*item);
 }
 
 void EndWatch::statusChanged(const DownloadItem& item)
 {
     const DownloadStatus::Kind status = item.status().kind();
-    if (isOnItsWay(status))
+    if (isOnItsWay(status)) {
         m_onTheirWay.insert(item.id());
-    else if (m_onTheirWay.remove(item.id()) && isOver(status))
+        m_recoveries.erase(item.id());
+    } else if (m_onTheirWay.remove(item.id()) && isOver(status)) {
         note(item);
+    }
 }
 
 void EndWatch::forget(const QSet<ItemId>& ids)
@@ -88,7 +96,7 @@ void EndWatch::note(const ItemId& id, const Sign& sign)
 std::optional<GroupEnd> EndWatch::currentEnd(const DownloadItem& item) const
 {
     const std::optional<DownloadGroup> group = m_manager.visibleGroupOf(item);
-    return group ? endOf(*group, m_manager.groupNames(), m_manager.settings()) : std::nullopt;
+    return group ? endOf(*group, m_manager.groupNames(), m_manager.settings(), m_manager.questions()) : std::nullopt;
 }
 
 /// A minute after the failure of a part, recovery volumes are let through where there are some.
@@ -107,6 +115,15 @@ void EndWatch::waitForRecovery(const ItemId& id)
     });
 }
 
+void EndWatch::stopWaiting(const DownloadItem& item)
+{
+    const std::optional<DownloadGroup> group = m_manager.visibleGroupOf(item);
+    if (!group)
+        return;
+    for (const ItemPtr& mate : group->items)
+        m_recoveries.erase(mate->id());
+}
+
 void EndWatch::tell()
 {
     const QHash<ItemId, Sign> signs = std::exchange(m_signs, {});
@@ -120,8 +137,12 @@ void EndWatch::tell()
         if (seen.contains(group))
             continue;
         const std::optional<GroupEnd> end = item ? currentEnd(*item) : sign->extracted;
+        if (sign->isLast && end && end->kind != GroupEnd::downloadFailed)
+            continue; // it was saved, and that has signs of its own
         if (item)
             seen.insert(group);
+        if (item && end)
+            stopWaiting(*item);
         if (item && end && !sign->isLast && mayBeSaved(*item, *end))
             waitForRecovery(item->id());
         else if (end)

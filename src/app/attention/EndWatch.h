@@ -44,6 +44,8 @@ private:
     [[nodiscard]] bool isAwaited() const;
     [[nodiscard]] bool mayBeSaved(const DownloadItem& item, const GroupEnd& end) const;
     void waitForRecovery(const ItemId& id);
+    /// For the recovery of any part of the item's group.
+    void stopWaiting(const DownloadItem& item);
     void tell();
 
     DownloadManager& m_manager;

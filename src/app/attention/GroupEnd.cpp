@@ -2,6 +2,7 @@
 
 #include "archive/workspace/CustomName.h"
 #include "engine/groups/GroupNames.h"
+#include "engine/questions/Questions.h"
 #include "model/AppSettings.h"
 #include "model/SetName.h"
 
@@ -44,9 +45,11 @@ const DownloadItem* firstOf(const DownloadGroup& group, ExtractionStatus::Kind e
 
 } // namespace
 
-std::optional<GroupEnd> endOf(const DownloadGroup& group, const GroupNames& names, const AppSettings& settings)
+std::optional<GroupEnd> endOf(const DownloadGroup& group, const GroupNames& names, const AppSettings& settings,
+                              const Questions& questions)
 {
-    if (firstOf(group, mayGoOn))
+    const auto isLocked = [&questions](const DownloadItem& item) { return questions.isPasswordAskedFor(item.id()); };
+    if (firstOf(group, mayGoOn) || firstOf(group, isLocked))
         return std::nullopt;
     const QString name = names.displayName(group.id);
     // What could be extracted is whole, whatever became of some of its parts.

@@ -8,6 +8,7 @@ namespace vormel {
 
 class AppSettings;
 class GroupNames;
+class Questions;
 
 /// How a set, or a single file, has come to its end.
 struct GroupEnd
@@ -31,6 +32,6 @@ struct GroupEnd
 
 /// Nothing as long as any of it may still go on by itself or waits for the user.
 [[nodiscard]] std::optional<GroupEnd> endOf(const DownloadGroup& group, const GroupNames& names,
-                                            const AppSettings& settings);
+                                            const AppSettings& settings, const Questions& questions);
 
 } // namespace vormel

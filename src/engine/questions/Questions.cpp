@@ -38,9 +38,7 @@ void Questions::ask(PendingHostSelection question)
 
 void Questions::ask(PendingExtractionPassword question)
 {
-    const bool isAsked = std::any_of(m_passwords.begin(), m_passwords.end(),
-                                     [&](const auto& asked) { return asked.itemID == question.itemID; });
-    if (isAsked)
+    if (isPasswordAskedFor(question.itemID))
         return;
     m_passwords.push_back(std::move(question));
     Q_EMIT changed();
@@ -104,6 +102,11 @@ void Questions::cancelHostSelection()
 std::optional<PendingExtractionPassword> Questions::pendingExtractionPassword() const
 {
     return firstOf(m_passwords);
+}
+
+bool Questions::isPasswordAskedFor(const ItemId& id) const
+{
+    return std::any_of(m_passwords.begin(), m_passwords.end(), [&id](const auto& asked) { return asked.itemID == id; });
 }
 
 void Questions::submitExtractionPassword(const QString& password)

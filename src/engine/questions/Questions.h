@@ -39,6 +39,8 @@ public:
     void cancelHostSelection();
 
     [[nodiscard]] std::optional<PendingExtractionPassword> pendingExtractionPassword() const;
+    /// Also while others are asked about first.
+    [[nodiscard]] bool isPasswordAskedFor(const ItemId& id) const;
     void submitExtractionPassword(const QString& password);
     void cancelExtractionPassword();
 

@@ -58,15 +58,37 @@ SingleInstance::SingleInstance(const QString& folder, QObject* parent)
     QDir().mkpath(folder);
     const QByteArray lockPath = QFile::encodeName(folder + u"/vormel.lock"_s);
     m_lock = FileDescriptor(::open(lockPath.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
-    m_isFirst = !m_lock.isOpen() || ::flock(m_lock.get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+    m_isFirst = takeLock();
     if (m_isFirst)
         listen();
 }
 
 SingleInstance::~SingleInstance()
 {
-    if (m_socket.isOpen())
-        ::unlink(m_socketPath.constData());
+    stopListening();
+}
+
+bool SingleInstance::takeLock() const
+{
+    return !m_lock.isOpen() || ::flock(m_lock.get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+}
+
+bool SingleInstance::tryToBecomeFirst()
+{
+    if (!m_isFirst && takeLock()) {
+        m_isFirst = true;
+        listen();
+    }
+    return m_isFirst;
+}
+
+void SingleInstance::stopListening()
+{
+    if (!m_socket.isOpen())
+        return;
+    ::unlink(m_socketPath.constData());
+    m_notifier.reset();
+    m_socket.close();
 }
 
 void SingleInstance::listen()
@@ -82,8 +104,8 @@ void SingleInstance::listen()
         m_socket.close();
         return;
     }
-    const auto* const notifier = new QSocketNotifier(m_socket.get(), QSocketNotifier::Read, this);
-    connect(notifier, &QSocketNotifier::activated, this, &SingleInstance::takeRequests);
+    m_notifier = std::make_unique<QSocketNotifier>(m_socket.get(), QSocketNotifier::Read);
+    connect(m_notifier.get(), &QSocketNotifier::activated, this, &SingleInstance::takeRequests);
 }
 
 void SingleInstance::takeRequests()

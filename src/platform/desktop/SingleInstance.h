@@ -4,6 +4,8 @@
 
 #include <QObject>
 
+#include <memory>
+
 class QSocketNotifier;
 
 namespace vormel {
@@ -21,6 +23,10 @@ public:
     ~SingleInstance() override;
 
     [[nodiscard]] bool isFirst() const { return m_isFirst; }
+    /// Takes the lock if it is free by now; isFirst() then.
+    [[nodiscard]] bool tryToBecomeFirst();
+    /// From now on a later start is told that nobody listens. The lock is kept.
+    void stopListening();
     /// Asks the program that holds the lock to come forward and to take the text. False if it does not listen, or the
     /// text is too long for an InstanceMessage.
     [[nodiscard]] bool askFirstToShow(const QString& text = {}) const;
@@ -33,9 +39,12 @@ private:
     void listen();
     void takeRequests();
 
+    [[nodiscard]] bool takeLock() const;
+
     QByteArray m_socketPath;
     FileDescriptor m_lock;
     FileDescriptor m_socket;
+    std::unique_ptr<QSocketNotifier> m_notifier;
     bool m_isFirst = true;
 };
 

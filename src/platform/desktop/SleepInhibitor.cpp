@@ -5,6 +5,8 @@
 #include <QDBusUnixFileDescriptor>
 #include <QUuid>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace vormel {
@@ -20,14 +22,24 @@ QDBusMessage loginCall(const QString& reason)
     return call;
 }
 
-QDBusMessage powerCall(const QString& method, const QVariant& argument)
+/// Asks a service of the session, if it is there.
+QDBusMessage sessionCall(const QString& service, const QString& path, const QString& interface, const QString& method)
+{
+    QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, method);
+    call.setAutoStartService(false);
+    return call;
+}
+
+QDBusMessage powerCall(const QString& method)
 {
     const QString service = u"org.freedesktop.PowerManagement"_s;
-    QDBusMessage call = QDBusMessage::createMethodCall(service, u"/org/freedesktop/PowerManagement/Inhibit"_s,
-                                                       service + u".Inhibit"_s, method);
-    call.setAutoStartService(false);
-    call << argument;
-    return call;
+    return sessionCall(service, u"/org/freedesktop/PowerManagement/Inhibit"_s, service + u".Inhibit"_s, method);
+}
+
+QDBusMessage sessionManagerCall(const QString& method)
+{
+    const QString service = u"org.gnome.SessionManager"_s;
+    return sessionCall(service, u"/org/gnome/SessionManager"_s, service, method);
 }
 
 } // namespace
@@ -46,31 +58,33 @@ DesktopSleepInhibitor::~DesktopSleepInhibitor()
 
 void DesktopSleepInhibitor::hold(const QString& reason)
 {
-    m_isWanted = true;
-    if (!m_held.isGiven() && !m_isAsking)
-        spawn(take(reason));
+    const bool isDone =
+        std::ranges::any_of(m_locks, [](const Lock& lock) { return lock.isAsked || lock.held.isGiven(); });
+    if (std::exchange(m_isWanted, true) && isDone)
+        return;
+    for (Lock& lock : m_locks) {
+        if (!lock.isAsked)
+            spawn(take(lock, reason));
+    }
 }
 
 void DesktopSleepInhibitor::release()
 {
     m_isWanted = false;
-    const Turn given = std::exchange(m_held, Turn());
+    for (Lock& lock : m_locks)
+        const Turn given = std::exchange(lock.held, Turn());
 }
 
-QCoro::Task<> DesktopSleepInhibitor::take(QString reason)
+QCoro::Task<> DesktopSleepInhibitor::take(Lock& lock, QString reason)
 {
     const Lifetime::Watch lifetime = m_lifetime.watch();
-    m_isAsking = true;
-    Turn given = co_await askLogin(reason);
+    lock.isAsked = true;
+    Turn given = co_await (this->*lock.ask)(reason);
     if (lifetime.isOver())
         co_return;
-    if (!given.isGiven())
-        given = co_await askPowerManagement(reason);
-    if (lifetime.isOver())
-        co_return;
-    m_isAsking = false;
+    lock.isAsked = false;
     if (m_isWanted) // or it goes back at once
-        m_held = std::move(given);
+        lock.held = std::move(given);
 }
 
 QCoro::Task<> DesktopSleepInhibitor::openSystemBus()
@@ -103,14 +117,28 @@ QCoro::Task<Turn> DesktopSleepInhibitor::askLogin(QString reason)
 
 QCoro::Task<Turn> DesktopSleepInhibitor::askPowerManagement(QString reason)
 {
-    QDBusMessage ask = powerCall(u"Inhibit"_s, u"Vormel"_s);
-    ask << reason;
+    QDBusMessage ask = powerCall(u"Inhibit"_s);
+    ask << u"Vormel"_s << reason;
+    return askSession(ask, powerCall(u"UnInhibit"_s));
+}
+
+QCoro::Task<Turn> DesktopSleepInhibitor::askSessionManager(QString reason)
+{
+    constexpr uint noWindow = 0;
+    constexpr uint suspend = 4;
+    QDBusMessage ask = sessionManagerCall(u"Inhibit"_s);
+    ask << u"org.vormel.Vormel"_s << noWindow << reason << suspend;
+    return askSession(ask, sessionManagerCall(u"Uninhibit"_s));
+}
+
+QCoro::Task<Turn> DesktopSleepInhibitor::askSession(QDBusMessage ask, QDBusMessage giveBack)
+{
     const QDBusConnection bus = m_session.bus();
     const QDBusMessage answer = co_await m_session.call(ask);
     if (answer.type() != QDBusMessage::ReplyMessage)
         co_return Turn();
-    const uint cookie = answer.arguments().value(0).toUInt();
-    co_return Turn([bus, cookie] { (void)bus.send(powerCall(u"UnInhibit"_s, cookie)); });
+    giveBack << answer.arguments().value(0).toUInt(); // the cookie
+    co_return Turn([bus, giveBack] { (void)bus.send(giveBack); });
 }
 
 } // namespace vormel

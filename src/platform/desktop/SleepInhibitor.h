@@ -8,6 +8,7 @@
 #include <QDBusConnection>
 #include <QString>
 
+#include <array>
 #include <optional>
 
 namespace vormel {
@@ -27,8 +28,10 @@ public:
     virtual void release() = 0;
 };
 
-/// Through the system's login1, and where that refuses, through the session's power management; else sleep comes as
-/// ever. Displays may go dark. UI thread only; the way to the system bus is opened on a thread of its own.
+/// Through the session's power management, the session's manager and the system's login1: all that can be had, as none
+/// of them is heeded by every desktop. login1 alone would not do: it lets a desktop suspend the machine over the locks
+/// of its own user. Where there is none, sleep comes as ever. Displays may go dark. UI thread only; the way to the
+/// system bus is opened on a thread of its own.
 class DesktopSleepInhibitor final : public SleepInhibitor
 {
 public:
@@ -40,19 +43,29 @@ public:
     void release() override;
 
 private:
-    QCoro::Task<> take(QString reason);
+    struct Lock
+    {
+        /// A turn that was never given is a refusal.
+        QCoro::Task<Turn> (DesktopSleepInhibitor::*ask)(QString reason);
+        bool isAsked = false; ///< and has not answered yet
+        Turn held{};
+    };
+
+    QCoro::Task<> take(Lock& lock, QString reason);
     [[nodiscard]] QCoro::Task<> openSystemBus();
-    /// A turn that was never given is a refusal.
     [[nodiscard]] QCoro::Task<Turn> askLogin(QString reason);
     [[nodiscard]] QCoro::Task<Turn> askPowerManagement(QString reason);
+    [[nodiscard]] QCoro::Task<Turn> askSessionManager(QString reason);
+    [[nodiscard]] QCoro::Task<Turn> askSession(QDBusMessage ask, QDBusMessage giveBack);
 
     QString m_systemAddress;
     QString m_systemName; ///< of our own connection
     std::optional<BusCalls> m_system;
     BusCalls m_session;
     bool m_isWanted = false;
-    bool m_isAsking = false;
-    Turn m_held;
+    std::array<Lock, 3> m_locks{Lock{&DesktopSleepInhibitor::askPowerManagement},
+                                Lock{&DesktopSleepInhibitor::askSessionManager},
+                                Lock{&DesktopSleepInhibitor::askLogin}};
     Background m_opening;
     Lifetime m_lifetime; ///< ends first: calls that are given up go on for a last time
 };

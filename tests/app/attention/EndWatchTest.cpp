@@ -101,6 +101,31 @@ TEST_F(EndWatchTest, AnArchiveIsToldWhenItIsExtracted)
     EXPECT_EQ(toldWithin(2s), (std::vector<GroupEnd>{{GroupEnd::extracted, u"a.zip"_s, u"/d"_s, {}}}));
 }
 
+TEST_F(EndWatchTest, AnArchiveThatWaitsForItsPasswordIsToldWhenItIsExtracted)
+{
+    const ItemPtr item = engine.add(u"http://h/a.zip"_s);
+    finish(item);
+    item->setExtractionStatus(extracting);
+    item->setExtractionStatus(idle);
+    engine.manager().questions().ask(PendingExtractionPassword{item->id(), u"a.zip"_s});
+    EXPECT_TRUE(toldWithin(1min).empty());
+    engine.manager().questions().submitExtractionPassword(u"pass"_s);
+    item->setExtractionStatus(extracting);
+    EXPECT_TRUE(toldWithin(1min).empty());
+    item->setExtractionStatus(done);
+    EXPECT_EQ(toldWithin(2s), (std::vector<GroupEnd>{{GroupEnd::extracted, u"a.zip"_s, u"/d"_s, {}}}));
+}
+
+TEST_F(EndWatchTest, ARunThatIsStoppedIsNoEnd)
+{
+    const ItemPtr item = engine.add(u"http://h/a.zip"_s);
+    finish(item);
+    item->setExtractionStatus(extracting);
+    EXPECT_TRUE(toldWithin(10s).empty());
+    item->setExtractionStatus(idle);
+    EXPECT_TRUE(toldWithin(1min).empty());
+}
+
 TEST_F(EndWatchTest, AnExtractionThatEndsAtOnceIsToldOnce)
 {
     const ItemPtr item = engine.add(u"http://h/a.zip"_s);
@@ -198,6 +223,46 @@ TEST_F(EndWatchTest, WhileARecoveryVolumeComesNothingIsTold)
     fail(items[0]);
     EXPECT_TRUE(toldWithin(50s).empty());
     begin(items[1]);
+    EXPECT_TRUE(toldWithin(10min).empty());
+}
+
+TEST_F(EndWatchTest, AFailedPartThatIsTriedAgainAndComesIsToldOnce)
+{
+    const std::vector<ItemPtr> items = engine.add({u"http://h/s.part1.rar"_s, u"http://h/s.part1.rev"_s});
+    items[1]->setStatus(stopped);
+    fail(items[0]);
+    EXPECT_TRUE(toldWithin(40s).empty());
+    engine.manager().commands().removeItems({items[1]->id()});
+    finish(items[0]);
+    EXPECT_EQ(toldWithin(2s), (std::vector<GroupEnd>{{GroupEnd::downloaded, u"s"_s, u"/d/s.part1.rar"_s, {}}}));
+    EXPECT_TRUE(toldWithin(10min).empty());
+}
+
+TEST_F(EndWatchTest, ASetWithAFailedPartIsToldOnceThoughAnotherPartComesLater)
+{
+    const std::vector<ItemPtr> items =
+        engine.add({u"http://h/s.part1.rar"_s, u"http://h/s.part2.rar"_s, u"http://h/s.part1.rev"_s});
+    items[2]->setStatus(stopped);
+    finish(items[1]);
+    fail(items[0]);
+    EXPECT_TRUE(toldWithin(30s).empty());
+    finish(items[1]);
+    EXPECT_TRUE(toldWithin(60s).empty());
+    EXPECT_EQ(toldWithin(10s).size(), 1);
+    EXPECT_TRUE(toldWithin(10min).empty());
+}
+
+TEST_F(EndWatchTest, WhatWasSavedWhileTheUserLookedIsNotToldLater)
+{
+    const std::vector<ItemPtr> items = engine.add({u"http://h/s.part1.rar"_s, u"http://h/s.part1.rev"_s});
+    items[1]->setStatus(stopped);
+    fail(items[0]);
+    EXPECT_TRUE(toldWithin(30s).empty());
+    isLookedAt = true;
+    finish(items[1]);
+    items[0]->setExtractionStatus(done);
+    EXPECT_TRUE(toldWithin(2s).empty());
+    isLookedAt = false;
     EXPECT_TRUE(toldWithin(10min).empty());
 }
 

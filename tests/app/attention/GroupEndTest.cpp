@@ -27,7 +27,7 @@ protected:
     }
     [[nodiscard]] std::optional<GroupEnd> end(const QString& id, const std::vector<ItemPtr>& items)
     {
-        return endOf({id, items}, engine.manager().groupNames(), engine.settings());
+        return endOf({id, items}, engine.manager().groupNames(), engine.settings(), engine.manager().questions());
     }
     [[nodiscard]] std::optional<GroupEnd> endOfSet() { return end(u"show"_s, set); }
 
@@ -64,6 +64,18 @@ TEST_F(GroupEndTest, WhatMayGoOnHasNotEnded)
     second->setStatus(DownloadStatus::failure(u"gone"_s));
     second->setRecoveryCountdown(3);
     EXPECT_EQ(endOfSet(), std::nullopt);
+}
+
+TEST_F(GroupEndTest, WhatWaitsForItsPasswordHasNotEnded)
+{
+    Questions& questions = engine.manager().questions();
+    questions.ask(PendingExtractionPassword{ItemId::make(), u"another"_s});
+    questions.ask(PendingExtractionPassword{first->id(), u"show"_s});
+    EXPECT_EQ(endOfSet(), std::nullopt);
+    questions.cancelExtractionPassword();
+    EXPECT_EQ(endOfSet(), std::nullopt);
+    questions.cancelExtractionPassword();
+    EXPECT_NE(endOfSet(), std::nullopt);
 }
 
 TEST_F(GroupEndTest, TheFirstFailureSpeaksForItsSet)

@@ -129,6 +129,39 @@ TEST(SingleInstance, TakesNoSealedTextThatIsTooLong)
     EXPECT_EQ(starts.askedText(), u"");
 }
 
+TEST(SingleInstance, StopsListeningBeforeItsEndAndKeepsTheLock)
+{
+    TwoStarts starts;
+    starts.first.stopListening();
+    EXPECT_FALSE(starts.second.askFirstToShow(u"https://a.example/1"_s));
+    EXPECT_FALSE(starts.second.tryToBecomeFirst());
+    turnEventLoop();
+    EXPECT_EQ(starts.asked, QStringList());
+}
+
+TEST(SingleInstance, TheEndOfOneThatStoppedListeningLeavesTheNextItsSocket)
+{
+    const Sandbox sandbox;
+    auto first = std::make_unique<SingleInstance>(sandbox.root());
+    first->stopListening();
+    sandbox.write(u"vormel.socket"_s, "of another one");
+    first.reset();
+    EXPECT_TRUE(sandbox.exists(u"vormel.socket"_s));
+}
+
+TEST(SingleInstance, TakesTheLockWhenItIsFree)
+{
+    const Sandbox sandbox;
+    auto first = std::make_unique<SingleInstance>(sandbox.root());
+    SingleInstance second(sandbox.root());
+    EXPECT_FALSE(second.tryToBecomeFirst());
+    first.reset();
+    EXPECT_TRUE(second.tryToBecomeFirst());
+    EXPECT_TRUE(second.isFirst());
+    const SingleInstance third(sandbox.root());
+    EXPECT_TRUE(third.askFirstToShow());
+}
+
 TEST(SingleInstance, GivesTheLockFreeWithItsEnd)
 {
     const Sandbox sandbox;

@@ -104,41 +104,71 @@ TEST_F(SleepInhibitorTest, AnAnswerAfterTheEndGoesBack)
     EXPECT_TRUE(waitUntil([this] { return !login->isInhibited(); }));
 }
 
-TEST_F(SleepInhibitorTest, NobodyElseIsAskedAtTheEnd)
+TEST_F(SleepInhibitorTest, AllAreAskedAndAllGivenBack)
+{
+    fixtures::PowerManager power(session.services());
+    fixtures::SessionManager manager(session.services());
+    hold();
+    EXPECT_EQ(power.reasons, QStringList{u"why"_s});
+    EXPECT_EQ(manager.asked, QList<QVariantList>({{u"org.vormel.Vormel"_s, 0U, u"why"_s, 4U}}));
+    EXPECT_EQ(power.held.size() + manager.held.size(), 2);
+    inhibitor->release();
+    EXPECT_TRUE(waitUntil([&] { return !login->isInhibited() && power.held.isEmpty() && manager.held.isEmpty(); }));
+}
+
+TEST_F(SleepInhibitorTest, TheEndGivesAllBackWhileOneIsSilent)
 {
     login->manner = Manner::isSilent;
     fixtures::PowerManager power(session.services());
+    fixtures::SessionManager manager(session.services());
     inhibitor->hold(u"why"_s);
-    ASSERT_TRUE(waitUntil([this] { return login->asked.size() == 1; }));
-    inhibitor.reset();
+    ASSERT_TRUE(waitUntil([&] { return login->asked.size() + power.held.size() + manager.held.size() == 3; }));
     settle();
-    EXPECT_EQ(power.reasons, QStringList());
+    inhibitor.reset();
+    EXPECT_TRUE(waitUntil([&] { return power.held.isEmpty() && manager.held.isEmpty(); }));
 }
 
-TEST_F(SleepInhibitorTest, WhereTheLoginManagerRefusesPowerManagementIsAsked)
+TEST_F(SleepInhibitorTest, OneThatIsSilentKeepsTheOthersFromNothing)
+{
+    login->manner = Manner::isSilent;
+    fixtures::PowerManager power(session.services());
+    for (const qsizetype round : {1, 2}) {
+        inhibitor->hold(u"why"_s);
+        ASSERT_TRUE(waitUntil([&] { return power.reasons.size() == round && login->asked.size() == 1; }));
+        settle();
+        inhibitor->release();
+        ASSERT_TRUE(waitUntil([&power] { return power.held.isEmpty(); }));
+    }
+    EXPECT_EQ(login->asked.size(), 1);
+}
+
+TEST_F(SleepInhibitorTest, WhereTheLoginManagerRefusesTheOthersHold)
 {
     login->manner = Manner::refuses;
     fixtures::PowerManager power(session.services());
     inhibitor->hold(u"why"_s);
-    ASSERT_TRUE(waitUntil([&power] { return power.held.size() == 1; }));
-    EXPECT_EQ(power.reasons, QStringList{u"why"_s});
+    ASSERT_TRUE(waitUntil([this, &power] { return login->asked.size() == 1 && power.held.size() == 1; }));
     settle();
+    inhibitor->hold(u"why"_s); // which is held already
+    settle();
+    EXPECT_EQ(power.reasons.size(), 1);
+    EXPECT_EQ(login->asked.size(), 1);
     inhibitor->release();
     EXPECT_TRUE(waitUntil([&power] { return power.held.isEmpty(); }));
 }
 
-TEST_F(SleepInhibitorTest, WhereThereIsNoLoginManagerPowerManagementIsAsked)
+TEST_F(SleepInhibitorTest, WhereThereIsNoLoginManagerTheOthersHold)
 {
     login.reset();
-    fixtures::PowerManager power(session.services());
+    fixtures::SessionManager manager(session.services());
     inhibitor->hold(u"why"_s);
-    ASSERT_TRUE(waitUntil([&power] { return power.held.size() == 1; }));
+    ASSERT_TRUE(waitUntil([&manager] { return manager.held.size() == 1; }));
     settle();
     inhibitor.reset();
-    EXPECT_TRUE(waitUntil([&power] { return power.held.isEmpty(); }));
+    EXPECT_TRUE(waitUntil([&manager] { return manager.held.isEmpty(); }));
 }
 
-TEST_F(SleepInhibitorTest, WhereThereIsNoSystemBusPowerManagementIsAsked)
+TEST_F(SleepInhibitorTest, WhereThereIsNoSystemBusTheOthersHold)
 {
     inhibitor = std::make_unique<DesktopSleepInhibitor>(u"unix:path=/nowhere/bus"_s, session.program());
     fixtures::PowerManager power(session.services());
