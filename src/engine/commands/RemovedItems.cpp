@@ -6,6 +6,7 @@
 #include "engine/completion/TransferCompletion.h"
 #include "engine/intake/KnownLinks.h"
 #include "engine/intake/LinkIntake.h"
+#include "engine/questions/Questions.h"
 #include "engine/recovery/NetworkRecovery.h"
 #include "engine/recovery/WaitingArchives.h"
 #include "engine/schedule/DownloadStarter.h"
@@ -115,7 +116,7 @@ RemovedItems::Removed RemovedItems::detach(const ItemPtr& item)
                     m_ports.intake.passwordOf(item->id()),
                     item->recoveryCountdown(),
                     m_ports.waitingArchives.setAwaiting(*item),
-                    m_ports.postDownload.isWorkingOn(item->id())};
+                    m_ports.postDownload.isWorkingOn(item->id()) || m_ports.questions.isPasswordAskedFor(item->id())};
     m_ports.recovery.cancelCountdown(*item);
     m_ports.session.drop(item->id());
     m_ports.starter.abandon(item->id());

@@ -11,6 +11,7 @@ class DownloadStarter;
 class LinkIntake;
 class NetworkRecovery;
 class PostDownload;
+class Questions;
 class TransferCompletion;
 class TransferSession;
 class WaitingArchives;
@@ -32,6 +33,7 @@ public:
         NetworkRecovery& recovery;
         PostDownload& postDownload;
         WaitingArchives& waitingArchives;
+        const Questions& questions;
         LinkIntake& intake;
         QueueTurn& queue;
         Clock& clock;
@@ -74,7 +76,7 @@ private:
         std::optional<QString> containerPassword;
         std::optional<int> recoveryCountdown;
         std::optional<QString> awaitingSet; ///< whose archive waits for this volume
-        bool wasUnpacked = false;           ///< by a run that had not ended
+        bool wasUnpacked = false;           ///< by a run that had not ended, or that waits for a password
     };
 
     /// False if none of them is there.

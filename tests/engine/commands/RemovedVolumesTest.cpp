@@ -54,6 +54,18 @@ TEST_F(RemovedVolumesTest, AreWaitedForNoMoreWhenTheyAreGoneForGood)
     EXPECT_TRUE(reaches(first, ExtractionStatus::done));
 }
 
+TEST_F(RemovedVolumesTest, ComeBackWithTheQuestionForTheirPassword)
+{
+    engine.tools.add(u"unrar"_s, "exit 11");
+    removed().remove({third->id()});
+    removed().finish();
+    ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
+    removed().remove({first->id(), second->id()});
+    ASSERT_FALSE(question());
+    removed().putBack();
+    EXPECT_TRUE(waitUntil([&] { return question().has_value(); }));
+}
+
 TEST_F(RemovedVolumesTest, ComeBackToARunThatGoesOnAndRunsOnce)
 {
     engine.tools.add(u"unrar"_s, waitForGo() + "; exit 3");
