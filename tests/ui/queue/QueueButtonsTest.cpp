@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QHelpEvent>
 #include <QLineEdit>
+#include <QScrollBar>
 #include <QTest>
 #include <QToolTip>
 #include <QUrl>
@@ -73,6 +74,18 @@ TEST_F(QueueButtonsTest, AButtonThatThePointerLeftIsNotRun)
     QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, placeOf(rowLayout(plain()).buttons, RowButton::remove));
     EXPECT_EQ(items[2]->status().kind(), DownloadStatus::paused);
     EXPECT_EQ(engine.manager().items().size(), 3U);
+}
+
+TEST_F(QueueButtonsTest, NothingComesIntoSightBelowAButtonThatIsDown)
+{
+    view.resize(700, 80);
+    turnEventLoop();
+    QTest::mousePress(view.viewport(), Qt::LeftButton, {}, placeOf(headerLayout().buttons, RowButton::removeGroup));
+    view.reveal({items[2]->id()});
+    EXPECT_EQ(view.verticalScrollBar()->value(), 0);
+    QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, headerLayout().summary.center());
+    view.reveal({items[2]->id()});
+    EXPECT_GT(view.verticalScrollBar()->value(), 0);
 }
 
 TEST_F(QueueButtonsTest, ASecondQuickClickDoesNotHitWhatCameUnderThePointer)
