@@ -1,6 +1,7 @@
 #include "app/Program.h"
 
 #include "config/Services.h"
+#include "platform/async/Spawn.h"
 #include "resolvers/services/ServiceResolvers.h"
 
 #include <QSysInfo>
@@ -34,6 +35,7 @@ Program::Program(const Folders& folders, const CurlHttpClient::Options& network,
           [services = m_services.services](const QByteArray& domain) { return isSignInCookie(services, domain); })
     , m_resolvers(serviceResolvers(m_services.services, {m_http, *m_http.sharedCookies(), m_secrets, m_clock,
                                                          m_pageReading, m_filestoreLogins, m_web, m_keptCookies}))
+    , m_systemBus(contacts.systemBus)
     , m_terminal(folders.runtime, qEnvironmentVariable("TERMINAL"))
     , m_manager(platform(folders), DownloadManager::Ports{m_resolvers, m_extractor})
     , m_signIn({{m_web, [this] { return m_keptCookies.restore(); }, m_clock, m_manager.settings()},
@@ -44,11 +46,19 @@ Program::Program(const Folders& folders, const CurlHttpClient::Options& network,
     m_launchPing.start();
 }
 
-void Program::followOutages(const QDBusConnection& systemBus)
+void Program::followOutages()
 {
     QObject::connect(&m_sleep, &SleepWatch::wokeUp, &m_manager, [this] { m_manager.machineWokeUp(); });
-    m_sleep.follow(systemBus);
-    m_network.begin(systemBus);
+    spawn(openSystemBus());
+}
+
+QCoro::Task<> Program::openSystemBus()
+{
+    const std::optional<QDBusConnection> bus = co_await m_systemBus.open();
+    if (!bus) // and no program any more
+        co_return;
+    m_sleep.follow(*bus);
+    m_network.begin(*bus);
 }
 
 void Program::forgetLogin(const HostAccount& account)

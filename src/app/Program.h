@@ -13,6 +13,7 @@
 #include "platform/desktop/FileViewer.h"
 #include "platform/desktop/PackageManager.h"
 #include "platform/desktop/SleepWatch.h"
+#include "platform/desktop/SystemBus.h"
 #include "platform/desktop/Terminal.h"
 #include "platform/desktop/UrlOpener.h"
 #include "platform/http/CookieStore.h"
@@ -45,6 +46,7 @@ public:
         QString updateFeed;
         QString telemetry;
         QString sessionBus; ///< with the desktop's keyring
+        QString systemBus;  ///< with the login manager and that of the network
     };
 
     /// Reads services, preferences and queue from the folders; the first start of an installation is counted on the
@@ -59,12 +61,13 @@ public:
     [[nodiscard]] const std::optional<ServicesProblem>& servicesProblem() const { return m_services.problem; }
     [[nodiscard]] UserDefaults& defaults() { return m_defaults; }
     [[nodiscard]] FeedUpdater& updater() { return m_updater; }
-    /// From now on the desktop tells of the network, and the login manager of sleep. Asks the system bus, so it comes
-    /// after the window.
-    void followOutages(const QDBusConnection& systemBus);
+    /// From now on the desktop tells of the network, and the login manager of sleep. Comes after the window, as a
+    /// backend may cost a moment.
+    void followOutages();
     [[nodiscard]] UrlOpener& urlOpener() { return m_urlOpener; }
 
 private:
+    QCoro::Task<> openSystemBus();
     void forgetLogin(const HostAccount& account);
     [[nodiscard]] Platform platform(const Folders& folders);
 
@@ -86,8 +89,9 @@ private:
     KeptCookies m_keptCookies;
     ResolverTables m_resolvers;
     DesktopTrash m_trash;
-    DesktopNetwork m_network;
+    DesktopNetwork m_network{m_clock};
     SleepWatch m_sleep;
+    SystemBus m_systemBus;
     DesktopFileViewer m_fileViewer;
     DesktopUrlOpener m_urlOpener;
     DesktopPackageManagers m_packageManagers;

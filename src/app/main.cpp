@@ -101,16 +101,16 @@ QStringList textsOf(int count, char** arguments)
     return texts;
 }
 
-vormel::Program::Contacts contacts()
-{
-    return {QString(vormel::updateFeedUrl), QString(vormel::telemetryUrl),
-            qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS")};
-}
-
 /// Where the bus of the whole machine is found, if nobody says otherwise.
 QString systemBus()
 {
     return qEnvironmentVariable("DBUS_SYSTEM_BUS_ADDRESS", u"unix:path=/var/run/dbus/system_bus_socket"_s);
+}
+
+vormel::Program::Contacts contacts()
+{
+    return {QString(vormel::updateFeedUrl), QString(vormel::telemetryUrl),
+            qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"), systemBus()};
 }
 
 /// The engine of the pages lies beside the program where that was built, and elsewhere where it is installed.
@@ -170,7 +170,7 @@ int run(vormel::SingleInstance& instance, vormel::TerminationSignals& signalsOfT
     QObject::connect(&copies, &vormel::ClipboardWatch::wanted, &window, &vormel::MainWindow::offerLinks);
 
     // The buses can wait until the window is there.
-    QTimer::singleShot(0, &window, [&program] { program.followOutages(QDBusConnection::systemBus()); });
+    QTimer::singleShot(0, &window, [&program] { program.followOutages(); });
     starts.listen(QDBusConnection::sessionBus());
     starts.open(addresses);
     const vormel::DesktopAttention attention(program.viewPorts(), {QDBusConnection::sessionBus(), systemBus()},

@@ -4,6 +4,7 @@
 #include "platform/desktop/FileViewer.h"
 #include "platform/desktop/UrlOpener.h"
 
+#include <QFileInfo>
 #include <QUrl>
 
 namespace vormel {
@@ -30,7 +31,8 @@ void DesktopAttention::notify(const std::vector<GroupEnd>& ends)
 
 void DesktopAttention::answer(const GroupEnd& end, const QString& action, const QString& token)
 {
-    if (action == openAction)
+    // What has gone since the list tells of, and not a program that cannot find it.
+    if (action == openAction && QFileInfo::exists(end.place))
         m_ports.urlOpener.open(QUrl::fromLocalFile(end.place));
     else if (action == showAction && !end.isFailure())
         m_ports.fileViewer.show(end.place);

@@ -3,7 +3,6 @@
 #include "platform/async/Spawn.h"
 
 #include <QDBusUnixFileDescriptor>
-#include <QUuid>
 
 #include <algorithm>
 
@@ -45,15 +44,13 @@ QDBusMessage sessionManagerCall(const QString& method)
 } // namespace
 
 DesktopSleepInhibitor::DesktopSleepInhibitor(QString systemBus, QDBusConnection sessionBus)
-    : m_systemAddress(std::move(systemBus))
-    , m_systemName(u"vormel-sleep-"_s + QUuid::createUuid().toString(QUuid::WithoutBraces))
+    : m_systemBus(std::move(systemBus))
     , m_session(std::move(sessionBus))
 {}
 
 DesktopSleepInhibitor::~DesktopSleepInhibitor()
 {
     release();
-    QDBusConnection::disconnectFromBus(m_systemName);
 }
 
 void DesktopSleepInhibitor::hold(const QString& reason)
@@ -87,26 +84,14 @@ QCoro::Task<> DesktopSleepInhibitor::take(Lock& lock, QString reason)
         lock.held = std::move(given);
 }
 
-QCoro::Task<> DesktopSleepInhibitor::openSystemBus()
-{
-    if (m_system)
-        co_return;
-    const Lifetime::Watch lifetime = m_lifetime.watch();
-    const QString name = m_systemName;
-    auto open = [address = m_systemAddress, name] { return QDBusConnection::connectToBus(address, name); };
-    const QDBusConnection bus = co_await m_opening.run(open);
-    if (lifetime.isOver())
-        QDBusConnection::disconnectFromBus(name);
-    else
-        m_system.emplace(bus);
-}
-
 QCoro::Task<Turn> DesktopSleepInhibitor::askLogin(QString reason)
 {
     const Lifetime::Watch lifetime = m_lifetime.watch();
-    co_await openSystemBus();
-    if (lifetime.isOver())
+    const std::optional<QDBusConnection> bus = co_await m_systemBus.open();
+    if (lifetime.isOver() || !bus)
         co_return Turn();
+    if (!m_system)
+        m_system.emplace(*bus);
     const QDBusMessage answer = co_await m_system->call(loginCall(reason));
     const auto descriptor = answer.arguments().value(0).value<QDBusUnixFileDescriptor>();
     if (answer.type() != QDBusMessage::ReplyMessage || !descriptor.isValid())

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "platform/async/Background.h"
 #include "platform/async/Lifetime.h"
 #include "platform/async/Turn.h"
 #include "platform/desktop/BusCalls.h"
+#include "platform/desktop/SystemBus.h"
 
 #include <QDBusConnection>
 #include <QString>
@@ -52,21 +52,18 @@ private:
     };
 
     QCoro::Task<> take(Lock& lock, QString reason);
-    [[nodiscard]] QCoro::Task<> openSystemBus();
     [[nodiscard]] QCoro::Task<Turn> askLogin(QString reason);
     [[nodiscard]] QCoro::Task<Turn> askPowerManagement(QString reason);
     [[nodiscard]] QCoro::Task<Turn> askSessionManager(QString reason);
     [[nodiscard]] QCoro::Task<Turn> askSession(QDBusMessage ask, QDBusMessage giveBack);
 
-    QString m_systemAddress;
-    QString m_systemName; ///< of our own connection
+    SystemBus m_systemBus;
     std::optional<BusCalls> m_system;
     BusCalls m_session;
     bool m_isWanted = false;
     std::array<Lock, 3> m_locks{Lock{&DesktopSleepInhibitor::askPowerManagement},
                                 Lock{&DesktopSleepInhibitor::askSessionManager},
                                 Lock{&DesktopSleepInhibitor::askLogin}};
-    Background m_opening;
     Lifetime m_lifetime; ///< ends first: calls that are given up go on for a last time
 };
 

@@ -1,7 +1,11 @@
 #pragma once
 
-#include <QDBusConnection>
+#include "platform/async/Lifetime.h"
+#include "platform/desktop/BusCalls.h"
+
 #include <QObject>
+
+#include <optional>
 
 namespace vormel {
 
@@ -22,7 +26,13 @@ Q_SIGNALS:
     void wokeUp();
 
 private Q_SLOTS:
-    void prepareForSleep(bool isGoingToSleep);
+    void prepareForSleep(bool isGoingToSleep, const QDBusMessage& message);
+
+private:
+    QCoro::Task<> wakeUpIfTold(QString sender);
+
+    std::optional<BusCalls> m_calls;
+    Lifetime m_lifetime; ///< ends first: calls that are given up go on for a last time
 };
 
 } // namespace vormel

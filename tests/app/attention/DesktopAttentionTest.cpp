@@ -80,6 +80,15 @@ TEST_F(DesktopAttentionTest, AFinishedDownloadCanBeOpened)
     EXPECT_EQ(shown, QStringList());
 }
 
+TEST_F(DesktopAttentionTest, WhereTheFileHasGoneTheWindowIsShownInstead)
+{
+    const ItemPtr item = downloadOne();
+    ASSERT_TRUE(QFile::remove(item->localPath().value()));
+    server->choose(1, u"open"_s, u"token"_s);
+    EXPECT_TRUE(waitUntil([this] { return shown == QStringList{u"token"_s}; }));
+    EXPECT_TRUE(desktop.opener.opened.isEmpty());
+}
+
 TEST_F(DesktopAttentionTest, AFinishedDownloadCanBeShownInItsFolder)
 {
     const ItemPtr item = downloadOne();

@@ -63,6 +63,20 @@ TEST_F(SleepWatchTest, HearsOfTheEndOfASleepAlone)
     EXPECT_TRUE(waitUntil([this] { return timesAwake == 2; }));
 }
 
+TEST_F(SleepWatchTest, HearsNothingFromAnybodyElse)
+{
+    QDBusConnection manager = bus.connection();
+    ASSERT_TRUE(manager.registerService(u"org.freedesktop.login1"_s));
+    const QString stranger = u"stranger"_s;
+    follow();
+    tellFrom(QDBusConnection::connectToBus(bus.address(), stranger), false);
+    tellFrom(manager, false);
+    EXPECT_TRUE(waitUntil([this] { return timesAwake > 0; }));
+    (void)waitUntil([] { return false; }, std::chrono::milliseconds(50));
+    EXPECT_EQ(timesAwake, 1);
+    QDBusConnection::disconnectFromBus(stranger);
+}
+
 TEST_F(SleepWatchTest, HearsOfALoginManagerThatComesLater)
 {
     follow();
