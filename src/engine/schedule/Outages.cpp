@@ -62,8 +62,9 @@ bool Outages::isAnythingHeldBack() const
     const std::span<const ItemTable::Row> rows = m_ports.table.rows();
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const DownloadStatus::Kind status = rows[i].status;
-        const bool isWanted = status == DownloadStatus::queued || status == DownloadStatus::resolving ||
-                              status == DownloadStatus::downloading;
+        // A queued recovery volume may never be fetched.
+        const bool isWanted = (status == DownloadStatus::queued && !rows[i].isRev) ||
+                              status == DownloadStatus::resolving || status == DownloadStatus::downloading;
         if (isWanted && m_ports.offline.holdsBack(lastAddress(*m_ports.table.items()[i])))
             return true;
     }

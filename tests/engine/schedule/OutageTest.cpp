@@ -58,6 +58,14 @@ TEST_F(OutageTest, NothingStartsUntilThereIsANetworkAgain)
     EXPECT_FALSE(engine.manager().isWaitingForNetwork());
 }
 
+TEST_F(OutageTest, NothingWaitsWhereOnlyRecoveryVolumesLie)
+{
+    const ItemPtr volume = engine.start(u"http://h/m.part1.rev"_s);
+    ASSERT_EQ(volume->status(), DownloadStatus::queued);
+    goOffline();
+    EXPECT_FALSE(engine.manager().isWaitingForNetwork());
+}
+
 TEST_F(OutageTest, AFailureWithoutANetworkSpendsNoTry)
 {
     const ItemPtr item = engine.start(rarLink);
