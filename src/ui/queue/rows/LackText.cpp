@@ -41,8 +41,8 @@ QString missingText(const GroupLack& lack, AppLanguage language)
     const qint64 count = partCount(lack.missing);
     if (count == 0)
         return {};
-    return (count == 1 ? pair(language, u"%1 part not in the list", u"%1 parte non in elenco")
-                       : pair(language, u"%1 parts not in the list", u"%1 parti non in elenco"))
+    return (count == 1 ? pair(language, u"%1 part not in the list", u"%1 parte non nella lista")
+                       : pair(language, u"%1 parts not in the list", u"%1 parti non nella lista"))
         .arg(count);
 }
 
@@ -109,7 +109,7 @@ QString lackDetail(const GroupLack& lack, AppLanguage language)
     if (!areFailuresNamed(lack))
         lines << pair(language, u"Failed: ", u"Fallite: ") + listText(lack.failed, language);
     if (!lack.missing.empty())
-        lines << pair(language, u"Not in the list: ", u"Non in elenco: ") + listText(lack.missing, language);
+        lines << pair(language, u"Not in the list: ", u"Non nella lista: ") + listText(lack.missing, language);
     return lines.join(u'\n');
 }
 

@@ -38,16 +38,16 @@ const LackCase lackCases[] = {
     {{{{1, 1}}, {}, 42, 3},
      "Part 1 of 42 failed; nothing is rebuilt without the first part",
      "Parte 1 di 42 fallita; senza la prima parte non si ricostruisce nulla"},
-    {{{}, {{3, 4}}, 42, 0}, "2 parts not in the list", "2 parti non in elenco"},
-    {{{}, {{3, 3}}, 42, 0}, "1 part not in the list", "1 parte non in elenco"},
-    {{{}, {{3, 4}}, 42, 1}, "2 parts not in the list", "2 parti non in elenco"},
-    {{{}, {{1, 1}}, 42, 1}, "1 part not in the list", "1 parte non in elenco"},
+    {{{}, {{3, 4}}, 42, 0}, "2 parts not in the list", "2 parti non nella lista"},
+    {{{}, {{3, 3}}, 42, 0}, "1 part not in the list", "1 parte non nella lista"},
+    {{{}, {{3, 4}}, 42, 1}, "2 parts not in the list", "2 parti non nella lista"},
+    {{{}, {{1, 1}}, 42, 1}, "1 part not in the list", "1 parte non nella lista"},
     {{{}, {{3, 3}}, 42, 1},
      "1 part not in the list, 1 recovery volume can rebuild it",
-     "1 parte non in elenco, 1 volume di recupero può ricostruirla"},
+     "1 parte non nella lista, 1 volume di recupero può ricostruirla"},
     {{{{5, 5}}, {{3, 4}}, 42, 3},
      "Part 5 of 42 failed, 2 parts not in the list; 3 recovery volumes can rebuild them",
-     "Parte 5 di 42 fallita, 2 parti non in elenco; 3 volumi di recupero possono ricostruirle"},
+     "Parte 5 di 42 fallita, 2 parti non nella lista; 3 volumi di recupero possono ricostruirle"},
 };
 
 TEST(LackText, TellsWhatIsLackingAndWhatCanBeDone)
@@ -64,7 +64,7 @@ TEST(LackText, NamesInDetailWhatTheLineOnlyCounts)
     EXPECT_EQ(lackDetail(few, fixtures::english), u"");
     const GroupLack many{{{3, 3}, {5, 5}, {7, 7}, {9, 11}}, {{20, 22}}, 42, 0};
     EXPECT_EQ(lackDetail(many, fixtures::english), u"Failed: 3, 5, 7 and 9–11\nNot in the list: 20–22");
-    EXPECT_EQ(lackDetail(many, fixtures::italian), u"Fallite: 3, 5, 7 e 9–11\nNon in elenco: 20–22");
+    EXPECT_EQ(lackDetail(many, fixtures::italian), u"Fallite: 3, 5, 7 e 9–11\nNon nella lista: 20–22");
 }
 
 TEST(LackText, ADetailHasAnEnd)
