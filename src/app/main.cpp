@@ -141,6 +141,14 @@ std::optional<int> statusOfSecond(vormel::SingleInstance& instance, const QStrin
     return EXIT_FAILURE;
 }
 
+void endInOrder(vormel::LaterStarts& starts, vormel::SingleInstance& instance, vormel::DownloadManager& manager)
+{
+    // Whoever starts it now waits for the end, and is the next one.
+    starts.stopListening();
+    instance.stopListening();
+    manager.shutDown();
+}
+
 /// The whole life of the program that holds the lock.
 int run(vormel::SingleInstance& instance, vormel::TerminationSignals& signalsOfTheSystem,
         const vormel::Folders& folders, const QStringList& addresses)
@@ -155,12 +163,8 @@ int run(vormel::SingleInstance& instance, vormel::TerminationSignals& signalsOfT
 
     vormel::LaterStarts starts({window, program.manager().settings(), program.viewPorts().notices}, instance);
     QObject::connect(&signalsOfTheSystem, &vormel::TerminationSignals::terminationRequested, qApp, &QApplication::quit);
-    QObject::connect(qApp, &QApplication::aboutToQuit, &window, [&] {
-        // Whoever starts it now waits for the end, and is the next one.
-        starts.stopListening();
-        instance.stopListening();
-        program.manager().shutDown();
-    });
+    QObject::connect(qApp, &QApplication::aboutToQuit, &window,
+                     [&] { endInOrder(starts, instance, program.manager()); });
     signalsOfTheSystem.listen();
     window.show();
     vormel::tellOfServices(program.servicesProblem(), program.manager().settings(), window);

@@ -35,8 +35,9 @@ void DownloadItem::setStatus(DownloadStatus status)
     if (m_status == status)
         return;
     // That it is fetched again stays true for as long as it is.
-    const bool isOnItsWay = status == DownloadStatus::queued || status == DownloadStatus::resolving ||
-                            status == DownloadStatus::downloading;
+    const DownloadStatus::Kind kind = status.kind();
+    const bool isOnItsWay =
+        kind == DownloadStatus::queued || kind == DownloadStatus::resolving || kind == DownloadStatus::downloading;
     if (!isOnItsWay || m_verification.kind != VerificationResult::fetchedAgain)
         setVerification({});
     setWait({});

@@ -18,7 +18,7 @@ bool isOver(DownloadStatus::Kind status)
 }
 
 /// Idle again is one that was stopped, waits for its password or for more to come.
-bool isSettled(const ExtractionStatus& extraction)
+bool isSettled(ExtractionStatus::Kind extraction)
 {
     return extraction == ExtractionStatus::done || extraction == ExtractionStatus::failed;
 }
@@ -48,7 +48,7 @@ void EndWatch::itemChanged(const ItemId& id, ItemField field)
         return;
     if (field == ItemField::status)
         statusChanged(*item);
-    else if (field == ItemField::recoveryCountdown ? !item->recoveryCountdown() : isSettled(item->extractionStatus()))
+    else if (field == ItemField::recoveryCountdown ? !item->recoveryCountdown() : isSettled(item->extractionStatus().kind()))
         note(*item);
 }
 

@@ -97,14 +97,18 @@ QVarLengthArray<QString, 2> QueuePasses::hostsFor(const DownloadItem& item) cons
     return hosts;
 }
 
-void QueuePasses::chooseProbes()
+void QueuePasses::handOverProbes()
 {
-    // One that cannot ask by now, because the user has to sign in for it or for any other reason, hands over.
     for (const ItemId& id : m_ports.hosts.dueProbes()) {
         const ItemPtr probe = m_ports.table.find(id);
         if (!probe || (probe->status() == DownloadStatus::queued && !mayAsk(*probe)))
             m_ports.hosts.left(id);
     }
+}
+
+void QueuePasses::chooseProbes()
+{
+    handOverProbes();
     const QSet<QString> resting = m_ports.hosts.withoutProbe();
     if (resting.isEmpty())
         return;

@@ -54,6 +54,8 @@ private:
     [[nodiscard]] bool mayAsk(DownloadItem& item);
     /// Those that a start of the item asks, as far as it is known.
     [[nodiscard]] QVarLengthArray<QString, 2> hostsFor(const DownloadItem& item) const;
+    /// One that cannot ask by now, because the user has to sign in for it or for any other reason, hands over.
+    void handOverProbes();
     /// Has each host whose time has come asked by one item.
     void chooseProbes();
     void startLater(const ItemPtr& item, DownloadStatus::Kind expected);

@@ -100,6 +100,7 @@ QCoro::Task<Turn> DesktopSleepInhibitor::askLogin(QString reason)
     co_return Turn([kept = descriptor]() mutable { kept = QDBusUnixFileDescriptor(); });
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the same for all who are asked, of which one is a coroutine
 QCoro::Task<Turn> DesktopSleepInhibitor::askPowerManagement(QString reason)
 {
     QDBusMessage ask = powerCall(u"Inhibit"_s);
@@ -107,6 +108,7 @@ QCoro::Task<Turn> DesktopSleepInhibitor::askPowerManagement(QString reason)
     return askSession(ask, powerCall(u"UnInhibit"_s));
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 QCoro::Task<Turn> DesktopSleepInhibitor::askSessionManager(QString reason)
 {
     constexpr uint noWindow = 0;

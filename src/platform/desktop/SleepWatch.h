@@ -25,10 +25,8 @@ Q_SIGNALS:
     /// The machine has slept, and sleeps no more.
     void wokeUp();
 
-private Q_SLOTS:
-    void prepareForSleep(bool isGoingToSleep, const QDBusMessage& message);
-
 private:
+    Q_SLOT void prepareForSleep(bool isGoingToSleep, const QDBusMessage& message);
     QCoro::Task<> wakeUpIfTold(QString sender);
 
     std::optional<BusCalls> m_calls;
