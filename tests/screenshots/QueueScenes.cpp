@@ -3,15 +3,11 @@
 #include "ui/queue/list/QueueView.h"
 #include "ui/queue/list/RowMenus.h"
 
-#include <QAbstractButton>
 #include <QAction>
-#include <QClipboard>
 #include <QDragEnterEvent>
-#include <QGuiApplication>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
-#include <QPlainTextEdit>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -56,30 +52,6 @@ QueueView& list(Stage& stage)
 QModelIndex row(Stage& stage, int number)
 {
     return list(stage).model()->index(number, 0);
-}
-
-/// A set under way, single files in every status, one with a name that fits nowhere.
-void fill(Stage& stage)
-{
-    const auto set = stage.add(volumes(u"The.Lighthouse.Keeper.2024.1080p.BluRay.x264-SHORE"_s, 6));
-    finish(*set[0], 200 * mebibyte);
-    finish(*set[1], 200 * mebibyte);
-    run(*set[2], 0.62, 200 * mebibyte, 5.4 * mebibyte);
-    run(*set[3], 0.18, 200 * mebibyte, 4.9 * mebibyte);
-    for (std::size_t i : {4U, 5U}) {
-        set[i]->setTotalBytes(200 * mebibyte);
-        set[i]->setStatus(DownloadStatus::queued);
-    }
-    const auto rest = stage.add({u"holiday-photos-2024.zip"_s, u"Lecture 07 - Rivers.mp4"_s,
-                                 u"A.Very.Long.Documentary.About.The.History.Of.Cartography.And.The.People."
-                                 u"Who.Drew.The.Maps.S01E04.German.DL.2160p.WEB.h265-ATLAS.mkv"_s,
-                                 u"manual.pdf"_s, u"dataset-v3.tar.xz"_s});
-    run(*rest[0], 0.44, 812 * mebibyte, 1.25 * mebibyte);
-    finish(*rest[1], 1433 * mebibyte);
-    rest[2]->setTotalBytes(9216 * mebibyte);
-    rest[3]->setStatus(DownloadStatus::stopped);
-    rest[4]->setStatus(DownloadStatus::resolving);
-    list(stage).setCurrentIndex({});
 }
 
 void errors(Stage& stage)
@@ -231,7 +203,7 @@ void verification(Stage& stage)
 /// The pointer on the stop button of a row.
 void pointer(Stage& stage)
 {
-    fill(stage);
+    fillQueue(stage);
     stage.settle();
     const QRect place = list(stage).visualRect(row(stage, 1));
     const QPoint point(place.right() - 60, place.top() + 20);
@@ -249,7 +221,7 @@ void extractionMenu(Stage& stage)
 
 void banner(Stage& stage)
 {
-    fill(stage);
+    fillQueue(stage);
     for (const char* tool : {"unrar", "7zz"})
         stage.engine.tools.remove(QString::fromLatin1(tool));
     stage.desktop.tools.look();
@@ -257,7 +229,7 @@ void banner(Stage& stage)
 
 void dropOverlay(Stage& stage)
 {
-    fill(stage);
+    fillQueue(stage);
     QMimeData data;
     data.setText(u"https://files.example/a.zip"_s);
     QDragEnterEvent event({300, 200}, Qt::CopyAction, &data, Qt::LeftButton, {});
@@ -266,21 +238,21 @@ void dropOverlay(Stage& stage)
 
 void menuOf(Stage& stage, int number)
 {
-    fill(stage);
+    fillQueue(stage);
     list(stage).setCurrentIndex(row(stage, number));
     QTest::keyClick(&list(stage), Qt::Key_F10, Qt::ShiftModifier);
 }
 
 void rename(Stage& stage)
 {
-    fill(stage);
+    fillQueue(stage);
     list(stage).setCurrentIndex(row(stage, 0));
     list(stage).menus().rename(row(stage, 0));
 }
 
 void drag(Stage& stage)
 {
-    fill(stage);
+    fillQueue(stage);
     const QPoint from = list(stage).visualRect(row(stage, 2)).center() - QPoint(80, 0);
     const QPoint to = list(stage).visualRect(row(stage, 1)).topLeft() + QPoint(200, 12);
     QTest::mousePress(list(stage).viewport(), Qt::LeftButton, {}, from);
@@ -288,71 +260,16 @@ void drag(Stage& stage)
     QCoreApplication::sendEvent(list(stage).viewport(), &move);
 }
 
-void openAddSheet(Stage& stage, const QString& text)
-{
-    fill(stage);
-    QGuiApplication::clipboard()->setText(text);
-    stage.part<QAbstractButton>("addURLs").click();
-}
-
-void handedLinks(Stage& stage)
-{
-    openAddSheet(stage, {});
-    QTest::keyClicks(&stage.part("linkEditor"), u"https://files.example/typed.zip"_s);
-    stage.window.offerLinks({fixtures::link(u"https://container.example/c/8F2A"_s),
-                             fixtures::link(u"https://files.example/handed.part1.rar"_s),
-                             fixtures::link(u"https://files.example/handed.part2.rar"_s)});
-}
-
-void copiedLinks(Stage& stage)
-{
-    fill(stage);
-    Notice notice;
-    notice.key = u"clipboard"_s;
-    notice.glyph = Glyph::linkBadgePlus;
-    notice.text = [](AppLanguage language) { return pair(language, u"3 links copied", u"3 link copiati"); };
-    notice.actions = {{{u"Add…", u"Aggiungi…"}, [] {}}};
-    stage.desktop.notices.show(std::move(notice));
-}
-
-void chooser(Stage& stage)
-{
-    openAddSheet(stage, u"https://terabytez.example/1\nhttps://terabytez.example/2\nhttps://filestore.example/1\n"
-                        u"https://www.other-host.example/1"_s);
-    stage.part<QAbstractButton>("add").click();
-}
-
-void hostQuestion(Stage& stage)
-{
-    fill(stage);
-    stage.engine.manager().addURLs({fixtures::link(u"https://container.example/c/1"_s)}, std::nullopt);
-    stage.settle();
-    const std::variant<std::vector<Link>, ContainerError> links =
-        std::vector{fixtures::link(u"http://terabytez.example/1"_s), fixtures::link(u"http://terabytez.example/2"_s),
-                    fixtures::link(u"http://filestore.example/1"_s),
-                    fixtures::link(u"http://another-host-with-a-long-name.example/1"_s)};
-    stage.log->containers.back().answer->deliver(links);
-}
-
-void addAgain(Stage& stage)
-{
-    fill(stage);
-    std::vector<Link> links;
-    for (const char* name : {"manual.pdf", "more.part1.rar", "more.part2.rar", "more.part3.rar", "notes.txt"})
-        links.push_back(fixtures::link(u"https://files.example/"_s + QString::fromLatin1(name)));
-    stage.engine.manager().addURLs(links, std::nullopt);
-}
-
 void removeSome(Stage& stage)
 {
-    fill(stage);
+    fillQueue(stage);
     stage.engine.manager().removed().clearCompleted();
     list(stage).run(row(stage, 1), RowButton::remove);
 }
 
 void askForRemoval(Stage& stage)
 {
-    fill(stage);
+    fillQueue(stage);
     stage.part<QAction>("removeUnfinished").trigger();
 }
 
@@ -373,14 +290,37 @@ void menuOfFailed(Stage& stage)
 
 } // namespace
 
+void fillQueue(Stage& stage)
+{
+    const auto set = stage.add(volumes(u"The.Lighthouse.Keeper.2024.1080p.BluRay.x264-SHORE"_s, 6));
+    finish(*set[0], 200 * mebibyte);
+    finish(*set[1], 200 * mebibyte);
+    run(*set[2], 0.62, 200 * mebibyte, 5.4 * mebibyte);
+    run(*set[3], 0.18, 200 * mebibyte, 4.9 * mebibyte);
+    for (std::size_t i : {4U, 5U}) {
+        set[i]->setTotalBytes(200 * mebibyte);
+        set[i]->setStatus(DownloadStatus::queued);
+    }
+    const auto rest = stage.add({u"holiday-photos-2024.zip"_s, u"Lecture 07 - Rivers.mp4"_s,
+                                 u"A.Very.Long.Documentary.About.The.History.Of.Cartography.And.The.People."
+                                 u"Who.Drew.The.Maps.S01E04.German.DL.2160p.WEB.h265-ATLAS.mkv"_s,
+                                 u"manual.pdf"_s, u"dataset-v3.tar.xz"_s});
+    run(*rest[0], 0.44, 812 * mebibyte, 1.25 * mebibyte);
+    finish(*rest[1], 1433 * mebibyte);
+    rest[2]->setTotalBytes(9216 * mebibyte);
+    rest[3]->setStatus(DownloadStatus::stopped);
+    rest[4]->setStatus(DownloadStatus::resolving);
+    list(stage).setCurrentIndex({});
+}
+
 std::vector<Scene> queueScenes()
 {
     return {
         {"queue-empty", [](Stage& /*stage*/) {}},
-        {"queue-running", fill},
+        {"queue-running", fillQueue},
         {"queue-group-open",
          [](Stage& stage) {
-             fill(stage);
+             fillQueue(stage);
              list(stage).expand(row(stage, 0));
          }},
         {"queue-errors", errors},
@@ -399,20 +339,9 @@ std::vector<Scene> queueScenes()
         {"queue-menu-group", [](Stage& stage) { menuOf(stage, 0); }},
         {"queue-menu-failed-group", menuOfFailed},
         {"queue-menu", queueMenu},
-        {"queue-added", addAgain},
         {"queue-removed", removeSome},
         {"queue-removal-question", askForRemoval},
         {"queue-rename", rename},
-        {"sheet-add-empty", [](Stage& stage) { openAddSheet(stage, {}); }},
-        {"sheet-add-links",
-         [](Stage& stage) {
-             openAddSheet(stage, u"https://files.example/a.part1.rar\nhttps://files.example/a.part2.rar\n"
-                                 u"https://container.example/c/8F2A"_s);
-         }},
-        {"sheet-add-handed", handedLinks},
-        {"sheet-add-chooser", chooser},
-        {"notice-copied", copiedLinks},
-        {"sheet-hosts", hostQuestion},
     };
 }
 

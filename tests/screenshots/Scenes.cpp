@@ -1,6 +1,7 @@
 #include "screenshots/Scenes.h"
 
 #include "screenshots/AccountScenes.h"
+#include "screenshots/AdditionScenes.h"
 #include "screenshots/CaptchaScenes.h"
 #include "screenshots/QueueScenes.h"
 #include "screenshots/SignInScenes.h"
@@ -99,7 +100,7 @@ std::vector<Scene> allScenes()
         {"help-bottom", [](Stage& stage) { help(stage, 1); }},
         {"about", about},
     };
-    for (const std::vector<Scene>& more : {accountScenes(), captchaScenes(), signInScenes(), others})
+    for (const std::vector<Scene>& more : {additionScenes(), accountScenes(), captchaScenes(), signInScenes(), others})
         scenes.insert(scenes.end(), more.begin(), more.end());
     return scenes;
 }

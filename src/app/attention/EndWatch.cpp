@@ -48,7 +48,8 @@ void EndWatch::itemChanged(const ItemId& id, ItemField field)
         return;
     if (field == ItemField::status)
         statusChanged(*item);
-    else if (field == ItemField::recoveryCountdown ? !item->recoveryCountdown() : isSettled(item->extractionStatus().kind()))
+    else if (field == ItemField::recoveryCountdown ? !item->recoveryCountdown()
+                                                   : isSettled(item->extractionStatus().kind()))
         note(*item);
 }
 
