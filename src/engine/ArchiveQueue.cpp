@@ -1,6 +1,7 @@
 #include "engine/ArchiveQueue.h"
 
 #include "engine/commands/QueueCommands.h"
+#include "engine/commands/RemovedItems.h"
 #include "engine/groups/GroupNames.h"
 #include "engine/questions/Questions.h"
 #include "engine/queue/ItemFiles.h"
@@ -39,6 +40,11 @@ std::span<const ItemPtr> ArchiveQueue::itemsOfSet(const QString& base) const
 bool ArchiveQueue::isRevComing(const DownloadItem& item) const
 {
     return m_ports.revFiles.isComing(item);
+}
+
+bool ArchiveQueue::mayVolumeComeBack(const QString& base) const
+{
+    return m_ports.removed.mayVolumeComeBack(base);
 }
 
 QString ArchiveQueue::customGroupName(const QString& base) const

@@ -9,6 +9,7 @@ class GroupNames;
 class Questions;
 class QueueCommands;
 class QueueTurn;
+class RemovedItems;
 class RevFiles;
 
 /// The queue as the archive step sees it. UI thread only.
@@ -24,6 +25,7 @@ public:
         RevFiles& revFiles;
         Questions& questions;
         QueueCommands& commands;
+        const RemovedItems& removed;
         QueueTurn& queue;
     };
     explicit ArchiveQueue(const Ports& ports);
@@ -34,6 +36,7 @@ private:
     [[nodiscard]] std::size_t placeOf(const ItemId& id) const override;
     [[nodiscard]] std::span<const ItemPtr> itemsOfSet(const QString& base) const override;
     [[nodiscard]] bool isRevComing(const DownloadItem& item) const override;
+    [[nodiscard]] bool mayVolumeComeBack(const QString& base) const override;
     [[nodiscard]] QString customGroupName(const QString& base) const override;
     [[nodiscard]] QSet<QString> filesOfItems(const QSet<ItemId>& leftOut) const override;
     bool allowRevFiles(const QString& base) override;

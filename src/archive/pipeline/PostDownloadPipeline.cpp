@@ -109,7 +109,10 @@ std::optional<ReadyArchive> PostDownloadPipeline::archiveOf(const ItemPtr& item)
 {
     const ArchiveSources sources{m_ports.queue.itemsOfSet(setBaseName(item->filename())),
                                  [this](const DownloadItem& rev) { return m_ports.queue.isRevComing(rev); }};
-    return readyArchive(item, sources);
+    std::optional<ReadyArchive> archive = readyArchive(item, sources);
+    if (archive && archive->isSet && m_ports.queue.mayVolumeComeBack(archive->base))
+        archive.reset();
+    return archive;
 }
 
 QCoro::Task<> PostDownloadPipeline::autoExtract(ItemPtr item, std::optional<QString> password)

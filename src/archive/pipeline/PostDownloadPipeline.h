@@ -43,6 +43,8 @@ public:
         [[nodiscard]] virtual std::span<const ItemPtr> itemsOfSet(const QString& base) const = 0;
         /// Is this recovery volume on its way, or may it be fetched now?
         [[nodiscard]] virtual bool isRevComing(const DownloadItem& item) const = 0;
+        /// Was a volume of the set taken out that was to come, and may still be put back?
+        [[nodiscard]] virtual bool mayVolumeComeBack(const QString& base) const = 0;
         /// The user's name for a set; empty if there is none.
         [[nodiscard]] virtual QString customGroupName(const QString& base) const = 0;
         /// Where the files and part files of the items lie, or will, leaving out some items.

@@ -124,6 +124,12 @@ RemovedItems::Removed RemovedItems::detach(const ItemPtr& item)
     return removed;
 }
 
+bool RemovedItems::mayVolumeComeBack(const QString& base) const
+{
+    return std::any_of(m_removed.begin(), m_removed.end(),
+                       [&base](const Removed& removed) { return removed.awaitingSet == base; });
+}
+
 void RemovedItems::putBack()
 {
     m_end.cancel();

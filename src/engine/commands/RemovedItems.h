@@ -57,6 +57,8 @@ public:
 
     /// How many items can be put back.
     [[nodiscard]] qsizetype count() const { return static_cast<qsizetype>(m_removed.size()); }
+    /// Can a volume be put back for which the archive of the set was waiting?
+    [[nodiscard]] bool mayVolumeComeBack(const QString& base) const;
     /// All of them, to the places they had among those that are left. What was on its way is queued. A link that was
     /// added again meanwhile stays with its newer item.
     void putBack();

@@ -22,13 +22,10 @@ HostRests::HostRests(Clock& clock, std::function<void()> onDue)
 
 void HostRests::failed(const QString& host, const ItemId& id, std::chrono::seconds delay)
 {
-    const auto [found, isNew] = m_rests.try_emplace(host);
-    Rest& rest = found->second;
+    const auto [rest, isNews] = heard(host, id);
     rest.failed.insert(id);
-    // Others were asked for before the rest began, and only say once more what is known.
-    if (!isNew && rest.probe != id)
+    if (!isNews)
         return;
-    rest.probe.reset();
     if (rest.longRests > 0)
         waitLong(rest, delay);
     else
@@ -37,23 +34,19 @@ void HostRests::failed(const QString& host, const ItemId& id, std::chrono::secon
 
 void HostRests::failedForGood(const QString& host, const ItemId& id)
 {
-    const auto [found, isNew] = m_rests.try_emplace(host);
-    Rest& rest = found->second;
+    const auto [rest, isNews] = heard(host, id);
     rest.failed.remove(id);
-    if (!isNew && rest.probe != id)
+    if (!isNews)
         return;
-    rest.probe.reset();
     rest.longRests = std::max(rest.longRests, 1);
     wait(rest, std::chrono::seconds(0)); // the next item has not asked yet
 }
 
 void HostRests::pageFailed(const QString& page, const ItemId& id)
 {
-    const auto [found, isNew] = m_rests.try_emplace(page);
-    Rest& rest = found->second;
-    if (!isNew && rest.probe != id)
+    const auto [rest, isNews] = heard(page, id);
+    if (!isNews)
         return;
-    rest.probe.reset();
     rest.longRests = std::max(rest.longRests, 1);
     waitLong(rest, std::chrono::seconds(0));
 }
@@ -73,6 +66,17 @@ bool HostRests::leads(const QString& page, const ItemId& id, const QString& host
         return false;
     }
     return !find(host) && m_rests.erase(page) > 0;
+}
+
+HostRests::Heard HostRests::heard(const QString& host, const ItemId& id)
+{
+    const auto [found, isNew] = m_rests.try_emplace(host);
+    Rest& rest = found->second;
+    // Others were asked for before the rest began, and only say once more what is known.
+    const bool isNews = isNew || rest.probe == id;
+    if (isNews)
+        rest.probe.reset();
+    return {rest, isNews};
 }
 
 void HostRests::wait(Rest& rest, std::chrono::seconds delay)

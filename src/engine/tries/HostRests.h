@@ -71,6 +71,14 @@ private:
         Timer end;
     };
 
+    /// What the item said of its host.
+    struct Heard
+    {
+        Rest& rest;  ///< begun by that, if there was none
+        bool isNews; ///< a probe said it, or whoever came first
+    };
+
+    [[nodiscard]] Heard heard(const QString& host, const ItemId& id);
     void wait(Rest& rest, std::chrono::seconds delay);
     void waitLong(Rest& rest, std::chrono::seconds atLeast);
     void handOver(Rest& rest);

@@ -47,6 +47,26 @@ TEST_F(RemovedVolumesTest, AreWaitedForAsLongAsTheyMayComeBack)
     EXPECT_EQ(runs(), 0);
 }
 
+TEST_F(RemovedVolumesTest, AreWaitedForAlsoWhenAnotherVolumeArrives)
+{
+    const ItemPtr fourth = onDisk(u"m.part4.rar"_s);
+    removed().remove({third->id()});
+    arrive(fourth);
+    turnEventLoop();
+    EXPECT_EQ(first->extractionStatus(), ExtractionStatus::idle);
+    EXPECT_EQ(runs(), 0);
+    engine.clock.advance(timeToThink);
+    EXPECT_TRUE(reaches(first, ExtractionStatus::done));
+}
+
+TEST_F(RemovedVolumesTest, HoldUpNoSetOfAnotherName)
+{
+    const ItemPtr other = onDisk(u"n.part1.rar"_s);
+    removed().remove({third->id()});
+    arrive(other);
+    EXPECT_TRUE(reaches(other, ExtractionStatus::done));
+}
+
 TEST_F(RemovedVolumesTest, AreWaitedForNoMoreWhenTheyAreGoneForGood)
 {
     removed().remove({third->id()});
