@@ -36,6 +36,22 @@ protected:
         begin(item);
         item->setStatus(DownloadStatus::failure(u"gone"_s));
     }
+    /// a.zip has come down and is being extracted.
+    ItemPtr extractingArchive()
+    {
+        const ItemPtr item = engine.add(u"http://h/a.zip"_s);
+        finish(item);
+        item->setExtractionStatus(extracting);
+        return item;
+    }
+    /// A part of the set s that has failed, and a recovery volume that nobody fetches yet.
+    std::vector<ItemPtr> lackingSet()
+    {
+        std::vector<ItemPtr> items = engine.add({u"http://h/s.part1.rar"_s, u"http://h/s.part1.rev"_s});
+        items[1]->setStatus(stopped);
+        fail(items[0]);
+        return items;
+    }
     /// What was told in the time, if once.
     [[nodiscard]] std::vector<GroupEnd> toldWithin(std::chrono::seconds time)
     {
@@ -93,9 +109,7 @@ TEST_F(EndWatchTest, PartsThatEndTogetherAreOneSet)
 
 TEST_F(EndWatchTest, AnArchiveIsToldWhenItIsExtracted)
 {
-    const ItemPtr item = engine.add(u"http://h/a.zip"_s);
-    finish(item);
-    item->setExtractionStatus(extracting);
+    const ItemPtr item = extractingArchive();
     EXPECT_TRUE(toldWithin(1min).empty());
     item->setExtractionStatus(done);
     EXPECT_EQ(toldWithin(2s), (std::vector<GroupEnd>{{GroupEnd::extracted, u"a.zip"_s, u"/d"_s, {}}}));
@@ -103,9 +117,7 @@ TEST_F(EndWatchTest, AnArchiveIsToldWhenItIsExtracted)
 
 TEST_F(EndWatchTest, AnArchiveThatWaitsForItsPasswordIsToldWhenItIsExtracted)
 {
-    const ItemPtr item = engine.add(u"http://h/a.zip"_s);
-    finish(item);
-    item->setExtractionStatus(extracting);
+    const ItemPtr item = extractingArchive();
     item->setExtractionStatus(idle);
     engine.manager().questions().ask(PendingExtractionPassword{item->id(), u"a.zip"_s});
     EXPECT_TRUE(toldWithin(1min).empty());
@@ -118,9 +130,7 @@ TEST_F(EndWatchTest, AnArchiveThatWaitsForItsPasswordIsToldWhenItIsExtracted)
 
 TEST_F(EndWatchTest, ARunThatIsStoppedIsNoEnd)
 {
-    const ItemPtr item = engine.add(u"http://h/a.zip"_s);
-    finish(item);
-    item->setExtractionStatus(extracting);
+    const ItemPtr item = extractingArchive();
     EXPECT_TRUE(toldWithin(10s).empty());
     item->setExtractionStatus(idle);
     EXPECT_TRUE(toldWithin(1min).empty());
@@ -128,9 +138,7 @@ TEST_F(EndWatchTest, ARunThatIsStoppedIsNoEnd)
 
 TEST_F(EndWatchTest, AnExtractionThatEndsAtOnceIsToldOnce)
 {
-    const ItemPtr item = engine.add(u"http://h/a.zip"_s);
-    finish(item);
-    item->setExtractionStatus(extracting);
+    const ItemPtr item = extractingArchive();
     item->setExtractionStatus(ExtractionStatus::failure(u"bad"_s));
     EXPECT_EQ(toldWithin(2s), (std::vector<GroupEnd>{{GroupEnd::extractionFailed, u"a.zip"_s, {}, u"bad"_s}}));
 }
@@ -138,9 +146,7 @@ TEST_F(EndWatchTest, AnExtractionThatEndsAtOnceIsToldOnce)
 TEST_F(EndWatchTest, WhatTheSettingsTakeOutOfTheListWhenItIsExtractedIsTold)
 {
     engine.settings().removeGroupAfterExtract.set(true);
-    const ItemPtr item = engine.add(u"http://h/a.zip"_s);
-    finish(item);
-    item->setExtractionStatus(extracting);
+    const ItemPtr item = extractingArchive();
     engine.clock.advance(1min);
     item->setExtractionStatus(done);
     engine.manager().commands().clearExtracted();
@@ -208,9 +214,7 @@ TEST_F(EndWatchTest, AContainerThatCouldNotBeReadIsTold)
 
 TEST_F(EndWatchTest, AFailedPartIsToldWhenItsRecoveryVolumesHadTheirTime)
 {
-    const std::vector<ItemPtr> items = engine.add({u"http://h/s.part1.rar"_s, u"http://h/s.part1.rev"_s});
-    items[1]->setStatus(stopped);
-    fail(items[0]);
+    lackingSet();
     EXPECT_TRUE(toldWithin(60s).empty());
     EXPECT_EQ(toldWithin(10s), (std::vector<GroupEnd>{{GroupEnd::downloadFailed, u"s"_s, {}, u"gone"_s}}));
     EXPECT_TRUE(toldWithin(10min).empty());
@@ -218,9 +222,7 @@ TEST_F(EndWatchTest, AFailedPartIsToldWhenItsRecoveryVolumesHadTheirTime)
 
 TEST_F(EndWatchTest, WhileARecoveryVolumeComesNothingIsTold)
 {
-    const std::vector<ItemPtr> items = engine.add({u"http://h/s.part1.rar"_s, u"http://h/s.part1.rev"_s});
-    items[1]->setStatus(stopped);
-    fail(items[0]);
+    const std::vector<ItemPtr> items = lackingSet();
     EXPECT_TRUE(toldWithin(50s).empty());
     begin(items[1]);
     EXPECT_TRUE(toldWithin(10min).empty());
@@ -228,9 +230,7 @@ TEST_F(EndWatchTest, WhileARecoveryVolumeComesNothingIsTold)
 
 TEST_F(EndWatchTest, AFailedPartThatIsTriedAgainAndComesIsToldOnce)
 {
-    const std::vector<ItemPtr> items = engine.add({u"http://h/s.part1.rar"_s, u"http://h/s.part1.rev"_s});
-    items[1]->setStatus(stopped);
-    fail(items[0]);
+    const std::vector<ItemPtr> items = lackingSet();
     EXPECT_TRUE(toldWithin(40s).empty());
     engine.manager().commands().removeItems({items[1]->id()});
     finish(items[0]);
@@ -254,9 +254,7 @@ TEST_F(EndWatchTest, ASetWithAFailedPartIsToldOnceThoughAnotherPartComesLater)
 
 TEST_F(EndWatchTest, WhatWasSavedWhileTheUserLookedIsNotToldLater)
 {
-    const std::vector<ItemPtr> items = engine.add({u"http://h/s.part1.rar"_s, u"http://h/s.part1.rev"_s});
-    items[1]->setStatus(stopped);
-    fail(items[0]);
+    const std::vector<ItemPtr> items = lackingSet();
     EXPECT_TRUE(toldWithin(30s).empty());
     isLookedAt = true;
     finish(items[1]);
@@ -268,9 +266,7 @@ TEST_F(EndWatchTest, WhatWasSavedWhileTheUserLookedIsNotToldLater)
 
 TEST_F(EndWatchTest, ARemovedSetIsNotWaitedFor)
 {
-    const std::vector<ItemPtr> items = engine.add({u"http://h/s.part1.rar"_s, u"http://h/s.part1.rev"_s});
-    items[1]->setStatus(stopped);
-    fail(items[0]);
+    lackingSet();
     EXPECT_TRUE(toldWithin(2s).empty());
     engine.manager().commands().removeGroup(u"s"_s);
     EXPECT_TRUE(toldWithin(10min).empty());

@@ -147,6 +147,21 @@ TEST_F(NoticeBarFocusTest, GoesToNobodyInTheBarWhereThatOneIsAway)
     EXPECT_EQ(page.focusWidget(), nullptr);
 }
 
+TEST_F(NoticeBarFocusTest, GoesToNoOtherWindow)
+{
+    showTwo();
+    undo(u"a"_s)->setFocus();
+    QLineEdit other;
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    page.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
+    ASSERT_EQ(QApplication::focusWidget(), undo(u"a"_s));
+    desktop.notices.takeBack(u"a"_s);
+    EXPECT_EQ(QApplication::focusWidget(), &field);
+}
+
 TEST_F(NoticeBarFocusTest, StaysWhereItIsWhenAnotherNoticeGoes)
 {
     showTwo();
