@@ -151,7 +151,9 @@ TEST_F(NoticeBarFocusTest, GoesToNoOtherWindow)
 {
     showTwo();
     undo(u"a"_s)->setFocus();
-    QLineEdit other;
+    QWidget other;
+    QLineEdit there(&other);
+    there.setFocus();
     other.show();
     other.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
