@@ -16,6 +16,7 @@
 #include "ui/settings/SettingsView.h"
 #include "ui/shell/Sidebar.h"
 
+#include <QApplication>
 #include <QMenuBar>
 #include <QSplitter>
 #include <QStackedWidget>
@@ -106,6 +107,14 @@ Page MainWindow::page() const
 void MainWindow::showPage(Page page)
 {
     m_sidebar->setPage(page);
+}
+
+void MainWindow::showItem(const ItemId& id)
+{
+    if (QApplication::activeModalWidget())
+        return; // what is open keeps its page
+    showPage(Page::downloads);
+    m_queue->select(id);
 }
 
 void MainWindow::offerLinks(const std::vector<Link>& links)

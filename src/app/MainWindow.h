@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/ItemId.h"
 #include "text/Link.h"
 #include "ui/ViewPorts.h"
 #include "ui/shell/Page.h"
@@ -31,6 +32,8 @@ public:
 
     [[nodiscard]] Page page() const;
     void showPage(Page page);
+    /// Selects its row on the page of the queue, unless a sheet is open.
+    void showItem(const ItemId& id);
     /// Shows the links in the sheet for adding, at once or when whatever else is open has gone. Adds nothing.
     void offerLinks(const std::vector<Link>& links);
     /// Between sidebar and pages.

@@ -179,6 +179,7 @@ int run(vormel::SingleInstance& instance, vormel::TerminationSignals& signalsOfT
     starts.open(addresses);
     const vormel::DesktopAttention attention(program.viewPorts(), {QDBusConnection::sessionBus(), systemBus()},
                                              [] { return QApplication::applicationState() == Qt::ApplicationActive; });
+    QObject::connect(&attention, &vormel::DesktopAttention::itemWanted, &window, &vormel::MainWindow::showItem);
     QObject::connect(&attention, &vormel::DesktopAttention::showRequested, &starts, &vormel::LaterStarts::comeForward);
     return QApplication::exec();
 }

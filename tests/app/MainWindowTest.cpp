@@ -92,6 +92,27 @@ TEST_F(MainWindowTest, OfferedLinksComeWithTheirPage)
     EXPECT_EQ(part<QPlainTextEdit>("linkEditor").toPlainText(), u"https://a.example/1");
 }
 
+TEST_F(MainWindowTest, AnItemIsShownOnItsPageAndKeysAct)
+{
+    engine.add({u"https://a.example/1"_s, u"https://a.example/2"_s});
+    fixtures::turnEventLoop();
+    window.showPage(Page::settings);
+    window.showItem(engine.manager().items().back()->id());
+    EXPECT_EQ(window.page(), Page::downloads);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Delete);
+    ASSERT_EQ(engine.manager().items().size(), 1);
+    EXPECT_EQ(engine.manager().items().front()->filename(), u"1");
+}
+
+TEST_F(MainWindowTest, AnItemLeavesThePageOfAnOpenSheetAlone)
+{
+    engine.add(u"https://a.example/1"_s);
+    window.showPage(Page::accounts);
+    part<QAbstractButton>("addAccount").click();
+    window.showItem(engine.manager().items().front()->id());
+    EXPECT_EQ(window.page(), Page::accounts);
+}
+
 TEST_F(MainWindowTest, OfferedLinksLeaveThePageOfAnOpenSheetAlone)
 {
     window.showPage(Page::accounts);

@@ -7,6 +7,8 @@
 #include <QFileInfo>
 #include <QUrl>
 
+#include <algorithm>
+
 namespace vormel {
 
 DesktopAttention::DesktopAttention(const ViewPorts& ports, const Buses& buses, std::function<bool()> isLookedAt)
@@ -24,20 +26,22 @@ DesktopAttention::DesktopAttention(const ViewPorts& ports, const Buses& buses, s
 
 void DesktopAttention::notify(const std::vector<GroupEnd>& ends)
 {
-    m_notifier.show(
-        endNotification(ends, m_ports.manager.settings().language.value()),
-        [this, first = ends.front()](const QString& action, const QString& token) { answer(first, action, token); });
+    // Of many, one that failed wants to be seen first.
+    const auto failed = std::find_if(ends.begin(), ends.end(), [](const GroupEnd& end) { return end.isFailure(); });
+    m_notifier.show(endNotification(ends, m_ports.manager.settings().language.value()),
+                    [this, end = failed == ends.end() ? ends.front() : *failed](
+                        const QString& action, const QString& token) { answer(end, action, token); });
 }
 
 void DesktopAttention::answer(const GroupEnd& end, const QString& action, const QString& token)
 {
     // What has gone since the list tells of, and not a program that cannot find it.
     if (action == openAction && QFileInfo::exists(end.place))
-        m_ports.urlOpener.open(QUrl::fromLocalFile(end.place));
-    else if (action == showAction && !end.isFailure())
-        m_ports.fileViewer.show(end.place);
-    else
-        Q_EMIT showRequested(token);
+        return m_ports.urlOpener.open(QUrl::fromLocalFile(end.place));
+    if (action == showAction && !end.isFailure())
+        return m_ports.fileViewer.show(end.place);
+    Q_EMIT itemWanted(end.item);
+    Q_EMIT showRequested(token);
 }
 
 } // namespace vormel

@@ -29,6 +29,8 @@ public:
     DesktopAttention(const ViewPorts& ports, const Buses& buses, std::function<bool()> isLookedAt);
 
 Q_SIGNALS:
+    /// The user wants to see the item; the window comes next.
+    void itemWanted(const vormel::ItemId& id);
     /// The user wants to see the window; the token allows it to take the focus, and may be empty.
     void showRequested(const QString& token);
 

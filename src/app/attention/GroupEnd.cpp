@@ -56,14 +56,16 @@ std::optional<GroupEnd> endOf(const DownloadGroup& group, const GroupNames& name
     if (const DownloadItem* const archive = firstOf(group, ExtractionStatus::done)) {
         const bool isSet = isSetMember(archive->filename());
         const QString customName = isSet ? names.customName(group.id) : QString();
-        return GroupEnd{GroupEnd::extracted, name, folderOfExtracted(*archive, customName, settings), {}};
+        return GroupEnd{
+            GroupEnd::extracted, name, folderOfExtracted(*archive, customName, settings), {}, archive->id()};
     }
     if (const DownloadItem* const archive = firstOf(group, ExtractionStatus::failed))
-        return GroupEnd{GroupEnd::extractionFailed, name, {}, archive->extractionStatus().message()};
+        return GroupEnd{GroupEnd::extractionFailed, name, {}, archive->extractionStatus().message(), archive->id()};
     const auto hasFailed = [](const DownloadItem& item) { return item.status() == DownloadStatus::failed; };
     if (const DownloadItem* const failed = firstOf(group, hasFailed))
-        return GroupEnd{GroupEnd::downloadFailed, name, {}, failed->status().message()};
-    return GroupEnd{GroupEnd::downloaded, name, group.items.front()->localPath().value_or(QString()), {}};
+        return GroupEnd{GroupEnd::downloadFailed, name, {}, failed->status().message(), failed->id()};
+    const DownloadItem& first = *group.items.front();
+    return GroupEnd{GroupEnd::downloaded, name, first.localPath().value_or(QString()), {}, first.id()};
 }
 
 } // namespace vormel

@@ -25,6 +25,7 @@ struct GroupEnd
     QString name;    ///< as the list shows it
     QString place;   ///< the first file, or the folder that it was extracted to; empty where it failed
     QString message; ///< why it failed
+    ItemId item{};   ///< the one that speaks for it
 
     [[nodiscard]] bool isFailure() const { return kind == downloadFailed || kind == extractionFailed; }
     friend bool operator==(const GroupEnd&, const GroupEnd&) = default;

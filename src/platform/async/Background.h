@@ -1,10 +1,11 @@
 #pragma once
 
-#include <QCoroFuture>
 #include <QCoroTask>
+#include <QFutureWatcher>
 #include <QThreadPool>
 #include <QtConcurrentRun>
 
+#include <coroutine>
 #include <exception>
 #include <optional>
 #include <type_traits>
@@ -12,9 +13,9 @@
 
 namespace vormel {
 
-/// Threads for work that may take long, such as walks through folders. Its end waits for what is under way; whoever
-/// awaits that goes on later, if the event loop turns once more, and has to look whether its own objects are still
-/// there. UI thread only.
+/// Threads for work that may take long, such as walks through folders. Whoever awaits it always goes on from the event
+/// loop. Its end waits for what is under way; whoever awaits that goes on if the event loop turns once more, and has to
+/// look whether its own objects are still there. UI thread only.
 class Background
 {
 public:
@@ -25,7 +26,7 @@ public:
     {
         using Result = std::invoke_result_t<Work>;
         auto end = std::make_shared<End<Result>>();
-        const QFuture<void> over = QtConcurrent::run(&m_threads, [end, work = std::move(work)]() mutable {
+        const FromEventLoop over{QtConcurrent::run(&m_threads, [end, work = std::move(work)]() mutable {
             try {
                 if constexpr (std::is_void_v<Result>)
                     work();
@@ -34,7 +35,7 @@ public:
             } catch (...) {
                 end->failure = std::current_exception();
             }
-        });
+        })};
         co_await over;
         if (end->failure)
             std::rethrow_exception(end->failure);
@@ -43,6 +44,24 @@ public:
     }
 
 private:
+    /// Whoever begins work has returned before anything comes of it, however soon it is done.
+    struct FromEventLoop
+    {
+        QFuture<void> over;
+
+        [[nodiscard]] bool await_ready() const noexcept { return false; }
+        void await_suspend(std::coroutine_handle<> waiting) const
+        {
+            auto* watcher = new QFutureWatcher<void>;
+            QObject::connect(watcher, &QFutureWatcherBase::finished, watcher, [watcher, waiting] {
+                watcher->deleteLater();
+                waiting.resume();
+            });
+            watcher->setFuture(over);
+        }
+        void await_resume() const noexcept {}
+    };
+
     template <typename Result>
     struct End
     {

@@ -100,6 +100,12 @@ void DownloadQueueView::showListOrEmptyState()
         m_pages->setCurrentWidget(m_empty);
 }
 
+void DownloadQueueView::select(const ItemId& id)
+{
+    m_list->select(id);
+    m_list->setFocus();
+}
+
 void DownloadQueueView::showAddURLs()
 {
     m_sheets->showAddURLs();

@@ -33,6 +33,10 @@ protected:
             desktop.ports(), DesktopAttention::Buses{session.program(), system.address()}, [] { return false; });
         QObject::connect(attention.get(), &DesktopAttention::showRequested,
                          [this](const QString& token) { shown << token; });
+        QObject::connect(attention.get(), &DesktopAttention::itemWanted, [this](const ItemId& id) {
+            EXPECT_TRUE(shown.isEmpty()); // the row is there when the window comes
+            wanted = id;
+        });
     }
     void complete()
     {
@@ -68,6 +72,7 @@ protected:
     std::unique_ptr<Dock> dock;
     std::unique_ptr<DesktopAttention> attention;
     QStringList shown;
+    std::optional<ItemId> wanted;
 };
 
 TEST_F(DesktopAttentionTest, AFinishedDownloadCanBeOpened)
@@ -86,6 +91,7 @@ TEST_F(DesktopAttentionTest, WhereTheFileHasGoneTheWindowIsShownInstead)
     ASSERT_TRUE(QFile::remove(item->localPath().value()));
     server->choose(1, u"open"_s, u"token"_s);
     EXPECT_TRUE(waitUntil([this] { return shown == QStringList{u"token"_s}; }));
+    EXPECT_EQ(wanted, item->id());
     EXPECT_TRUE(desktop.opener.opened.isEmpty());
 }
 
@@ -113,7 +119,22 @@ TEST_F(DesktopAttentionTest, AFailureIsShownInTheWindow)
     EXPECT_EQ(server->told.front().text, u"a.bin\nFile not found");
     server->choose(1, u"show"_s);
     EXPECT_TRUE(waitUntil([this] { return shown.size() == 1; }));
+    EXPECT_EQ(wanted, item->id());
     EXPECT_TRUE(desktop.viewer.shown.isEmpty());
+}
+
+TEST_F(DesktopAttentionTest, OfManyTheFirstFailureIsShown)
+{
+    const std::vector<ItemPtr> items = engine.add({u"http://h/a"_s, u"http://h/b"_s, u"http://h/c"_s});
+    for (const ItemPtr& item : items)
+        item->setStatus(DownloadStatus::downloading);
+    items[0]->setStatus(DownloadStatus::completed);
+    items[1]->setStatus(DownloadStatus::failure(u"File not found"_s));
+    items[2]->setStatus(DownloadStatus::completed);
+    letItBeTold();
+    server->choose(1, u"default"_s);
+    EXPECT_TRUE(waitUntil([this] { return shown.size() == 1; }));
+    EXPECT_EQ(wanted, items[1]->id());
 }
 
 TEST_F(DesktopAttentionTest, SleepIsHeldOffAndTheLauncherShowsProgressWhileBytesMove)

@@ -75,7 +75,7 @@ TEST_F(EndWatchTest, AFileThatComesDownIsTold)
     engine.http.last().finish();
     ASSERT_TRUE(waitUntil([&item] { return item->status() == completed; }));
     EXPECT_EQ(toldWithin(2s),
-              (std::vector<GroupEnd>{{GroupEnd::downloaded, u"a.bin"_s, item->localPath().value(), {}}}));
+              (std::vector<GroupEnd>{{GroupEnd::downloaded, u"a.bin"_s, item->localPath().value(), {}, item->id()}}));
     EXPECT_TRUE(toldWithin(10min).empty());
 }
 
@@ -87,7 +87,8 @@ TEST_F(EndWatchTest, ManyThatEndWithinTwoSecondsAreToldTogether)
     finish(items[1]);
     EXPECT_EQ(toldWithin(1s).size(), 2);
     fail(items[2]);
-    EXPECT_EQ(toldWithin(2s), (std::vector<GroupEnd>{{GroupEnd::downloadFailed, u"c"_s, {}, u"gone"_s}}));
+    EXPECT_EQ(toldWithin(2s),
+              (std::vector<GroupEnd>{{GroupEnd::downloadFailed, u"c"_s, {}, u"gone"_s, items[2]->id()}}));
 }
 
 TEST_F(EndWatchTest, ASetIsToldOnceWhenItsLastPartHasCome)
@@ -96,7 +97,8 @@ TEST_F(EndWatchTest, ASetIsToldOnceWhenItsLastPartHasCome)
     finish(items[0]);
     EXPECT_TRUE(toldWithin(2s).empty());
     finish(items[1]);
-    EXPECT_EQ(toldWithin(2s), (std::vector<GroupEnd>{{GroupEnd::downloaded, u"s"_s, u"/d/s.part1.rar"_s, {}}}));
+    EXPECT_EQ(toldWithin(2s),
+              (std::vector<GroupEnd>{{GroupEnd::downloaded, u"s"_s, u"/d/s.part1.rar"_s, {}, items[0]->id()}}));
 }
 
 TEST_F(EndWatchTest, PartsThatEndTogetherAreOneSet)
@@ -112,7 +114,7 @@ TEST_F(EndWatchTest, AnArchiveIsToldWhenItIsExtracted)
     const ItemPtr item = extractingArchive();
     EXPECT_TRUE(toldWithin(1min).empty());
     item->setExtractionStatus(done);
-    EXPECT_EQ(toldWithin(2s), (std::vector<GroupEnd>{{GroupEnd::extracted, u"a.zip"_s, u"/d"_s, {}}}));
+    EXPECT_EQ(toldWithin(2s), (std::vector<GroupEnd>{{GroupEnd::extracted, u"a.zip"_s, u"/d"_s, {}, item->id()}}));
 }
 
 TEST_F(EndWatchTest, AnArchiveThatWaitsForItsPasswordIsToldWhenItIsExtracted)
@@ -125,7 +127,7 @@ TEST_F(EndWatchTest, AnArchiveThatWaitsForItsPasswordIsToldWhenItIsExtracted)
     item->setExtractionStatus(extracting);
     EXPECT_TRUE(toldWithin(1min).empty());
     item->setExtractionStatus(done);
-    EXPECT_EQ(toldWithin(2s), (std::vector<GroupEnd>{{GroupEnd::extracted, u"a.zip"_s, u"/d"_s, {}}}));
+    EXPECT_EQ(toldWithin(2s), (std::vector<GroupEnd>{{GroupEnd::extracted, u"a.zip"_s, u"/d"_s, {}, item->id()}}));
 }
 
 TEST_F(EndWatchTest, ARunThatIsStoppedIsNoEnd)
@@ -140,7 +142,8 @@ TEST_F(EndWatchTest, AnExtractionThatEndsAtOnceIsToldOnce)
 {
     const ItemPtr item = extractingArchive();
     item->setExtractionStatus(ExtractionStatus::failure(u"bad"_s));
-    EXPECT_EQ(toldWithin(2s), (std::vector<GroupEnd>{{GroupEnd::extractionFailed, u"a.zip"_s, {}, u"bad"_s}}));
+    EXPECT_EQ(toldWithin(2s),
+              (std::vector<GroupEnd>{{GroupEnd::extractionFailed, u"a.zip"_s, {}, u"bad"_s, item->id()}}));
 }
 
 TEST_F(EndWatchTest, WhatTheSettingsTakeOutOfTheListWhenItIsExtractedIsTold)
@@ -150,7 +153,7 @@ TEST_F(EndWatchTest, WhatTheSettingsTakeOutOfTheListWhenItIsExtractedIsTold)
     engine.clock.advance(1min);
     item->setExtractionStatus(done);
     engine.manager().commands().clearExtracted();
-    EXPECT_EQ(toldWithin(2s), (std::vector<GroupEnd>{{GroupEnd::extracted, u"a.zip"_s, u"/d"_s, {}}}));
+    EXPECT_EQ(toldWithin(2s), (std::vector<GroupEnd>{{GroupEnd::extracted, u"a.zip"_s, u"/d"_s, {}, item->id()}}));
 }
 
 TEST_F(EndWatchTest, WhatTheUserRemovesIsNotTold)
@@ -214,9 +217,10 @@ TEST_F(EndWatchTest, AContainerThatCouldNotBeReadIsTold)
 
 TEST_F(EndWatchTest, AFailedPartIsToldWhenItsRecoveryVolumesHadTheirTime)
 {
-    lackingSet();
+    const std::vector<ItemPtr> set = lackingSet();
     EXPECT_TRUE(toldWithin(60s).empty());
-    EXPECT_EQ(toldWithin(10s), (std::vector<GroupEnd>{{GroupEnd::downloadFailed, u"s"_s, {}, u"gone"_s}}));
+    EXPECT_EQ(toldWithin(10s),
+              (std::vector<GroupEnd>{{GroupEnd::downloadFailed, u"s"_s, {}, u"gone"_s, set[0]->id()}}));
     EXPECT_TRUE(toldWithin(10min).empty());
 }
 
@@ -234,7 +238,8 @@ TEST_F(EndWatchTest, AFailedPartThatIsTriedAgainAndComesIsToldOnce)
     EXPECT_TRUE(toldWithin(40s).empty());
     engine.manager().commands().removeItems({items[1]->id()});
     finish(items[0]);
-    EXPECT_EQ(toldWithin(2s), (std::vector<GroupEnd>{{GroupEnd::downloaded, u"s"_s, u"/d/s.part1.rar"_s, {}}}));
+    EXPECT_EQ(toldWithin(2s),
+              (std::vector<GroupEnd>{{GroupEnd::downloaded, u"s"_s, u"/d/s.part1.rar"_s, {}, items[0]->id()}}));
     EXPECT_TRUE(toldWithin(10min).empty());
 }
 

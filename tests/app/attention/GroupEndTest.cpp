@@ -40,13 +40,15 @@ protected:
 TEST_F(GroupEndTest, AFileThatHasComeIsDownloaded)
 {
     const ItemPtr file = item(u"a.bin"_s, completed);
-    EXPECT_EQ(end(u"a.bin"_s, {file}), (GroupEnd{GroupEnd::downloaded, u"a.bin"_s, u"/downloads/show/a.bin"_s, {}}));
+    EXPECT_EQ(end(u"a.bin"_s, {file}),
+              (GroupEnd{GroupEnd::downloaded, u"a.bin"_s, u"/downloads/show/a.bin"_s, {}, file->id()}));
 }
 
 TEST_F(GroupEndTest, ASetHasTheNameThatTheUserGaveIt)
 {
     engine.manager().renameGroup(u"show"_s, u"My show"_s);
-    EXPECT_EQ(endOfSet(), (GroupEnd{GroupEnd::downloaded, u"My show"_s, u"/downloads/show/show.part1.rar"_s, {}}));
+    EXPECT_EQ(endOfSet(),
+              (GroupEnd{GroupEnd::downloaded, u"My show"_s, u"/downloads/show/show.part1.rar"_s, {}, first->id()}));
 }
 
 TEST_F(GroupEndTest, WhatMayGoOnHasNotEnded)
@@ -81,21 +83,21 @@ TEST_F(GroupEndTest, WhatWaitsForItsPasswordHasNotEnded)
 TEST_F(GroupEndTest, TheFirstFailureSpeaksForItsSet)
 {
     second->setStatus(DownloadStatus::failure(u"gone"_s));
-    EXPECT_EQ(endOfSet(), (GroupEnd{GroupEnd::downloadFailed, u"show"_s, {}, u"gone"_s}));
+    EXPECT_EQ(endOfSet(), (GroupEnd{GroupEnd::downloadFailed, u"show"_s, {}, u"gone"_s, second->id()}));
 }
 
 TEST_F(GroupEndTest, WhatCouldBeExtractedIsWholeThoughAPartFailed)
 {
     first->setExtractionStatus(done);
     second->setStatus(DownloadStatus::failure(u"gone"_s));
-    EXPECT_EQ(endOfSet(), (GroupEnd{GroupEnd::extracted, u"show"_s, u"/downloads/show"_s, {}}));
+    EXPECT_EQ(endOfSet(), (GroupEnd{GroupEnd::extracted, u"show"_s, u"/downloads/show"_s, {}, first->id()}));
 }
 
 TEST_F(GroupEndTest, AFailedExtractionSaysWhy)
 {
     first->setExtractionStatus(ExtractionStatus::failure(u"bad volume"_s));
     second->setStatus(DownloadStatus::failure(u"gone"_s));
-    EXPECT_EQ(endOfSet(), (GroupEnd{GroupEnd::extractionFailed, u"show"_s, {}, u"bad volume"_s}));
+    EXPECT_EQ(endOfSet(), (GroupEnd{GroupEnd::extractionFailed, u"show"_s, {}, u"bad volume"_s, first->id()}));
 }
 
 TEST_F(GroupEndTest, WhatIsExtractedLiesWhereTheSettingsAndTheNameSay)

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <atomic>
 #include <memory>
 #include <stdexcept>
@@ -55,6 +57,19 @@ TEST_F(BackgroundTest, WhatTheWorkThrowsReachesWhoAwaitsIt)
 {
     run([]() -> int { throw std::runtime_error("no room"); });
     EXPECT_EQ(failure, u"no room");
+}
+
+TEST_F(BackgroundTest, WhoBeginsWorkReturnsBeforeAnythingComesOfIt)
+{
+    constexpr int most = 5'000; // often enough for a thread to be done at once
+    std::array<int, most> results{};
+    int tooSoon = 0;
+    for (int& one : results) {
+        spawn(keep(background.run([] { return 1; }), one, failure));
+        tooSoon += one;
+    }
+    EXPECT_EQ(tooSoon, 0);
+    EXPECT_TRUE(fixtures::waitUntil([&results] { return std::ranges::count(results, 1) == most; }));
 }
 
 TEST_F(BackgroundTest, TheEndWaitsForWhatIsUnderWay)

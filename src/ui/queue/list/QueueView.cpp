@@ -344,12 +344,25 @@ void QueueView::reveal(const std::vector<ItemId>& items)
     if (m_isPressed || m_drag->isPressed())
         return;
     for (const ItemId& id : items) {
-        const QModelIndex row = m_model.indexOf(id);
-        if (!row.isValid())
-            continue; // hidden, or gone
-        const bool isInSight = !row.parent().isValid() || isExpanded(row.parent());
-        return scrollTo(isInSight ? row : row.parent(), PositionAtTop);
+        if (const QModelIndex row = openRowOf(id); row.isValid())
+            return scrollTo(row, PositionAtTop);
     }
+}
+
+void QueueView::select(const ItemId& id)
+{
+    const QModelIndex row = openRowOf(id);
+    if (!row.isValid())
+        return;
+    setCurrentIndex(row);
+    scrollTo(row);
+}
+
+QModelIndex QueueView::openRowOf(const ItemId& id) const
+{
+    const QModelIndex row = m_model.indexOf(id);
+    const QModelIndex header = row.parent();
+    return header.isValid() && !isExpanded(header) ? header : row;
 }
 
 void QueueView::keyPressEvent(QKeyEvent* event)

@@ -46,6 +46,9 @@ public:
     /// Brings the first of the items that has a row to the top, or the header of its closed group. The selection stays.
     /// Nothing moves below a mouse that is down.
     void reveal(const std::vector<ItemId>& items);
+    /// Selects the row of the item, or the header of its closed group, and has it in sight. The selection stays if the
+    /// item has no row.
+    void select(const ItemId& id);
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
 protected:
@@ -66,6 +69,8 @@ protected:
 
 private:
     void setUp();
+    /// The row of the item, or the header of its closed group; invalid for one that is hidden or gone.
+    [[nodiscard]] QModelIndex openRowOf(const ItemId& id) const;
     void point(const QModelIndex& index, const RowHit& hit, bool isPressed);
     void pointNowhere();
     void followPointer();

@@ -3,6 +3,7 @@
 #include "fixtures/EngineOnScript.h"
 #include "fixtures/EventLoop.h"
 #include "ui/FakeDesktop.h"
+#include "ui/queue/SetAndFile.h"
 #include "ui/queue/list/QueueDelegate.h"
 #include "ui/queue/tree/QueueModel.h"
 
@@ -164,6 +165,27 @@ TEST_F(QueueViewTest, SelectsOneRowAndMovesByKeyboard)
     QTest::keyClick(&view, Qt::Key_End);
     EXPECT_EQ(view.currentIndex().row(), 199);
     EXPECT_TRUE(view.viewport()->rect().contains(rowRect(199)));
+}
+
+TEST_F(QueueViewTest, SelectsAnItemAndHasItInSight)
+{
+    view.select(items[150]->id());
+    EXPECT_EQ(view.selectedRow(), model.index(150, 0));
+    EXPECT_TRUE(view.viewport()->rect().contains(rowRect(150)));
+    view.select(ItemId::make());
+    EXPECT_EQ(view.selectedRow(), model.index(150, 0));
+}
+
+TEST(QueueViewOfASetTest, SelectsThePartOfAnOpenGroupAndTheHeaderOfAClosedOne)
+{
+    fixtures::SetAndFile list;
+    const QModelIndex header = list.model.index(0, 0);
+    list.view.select(list.items[1]->id());
+    EXPECT_EQ(list.view.selectedRow(), header);
+    EXPECT_FALSE(list.view.isExpanded(header));
+    list.view.expand(header);
+    list.view.select(list.items[1]->id());
+    EXPECT_EQ(list.view.selectedRow(), list.model.index(1, 0, header));
 }
 
 TEST_F(QueueViewTest, KeepsTheSelectedItemAndItsPlaceThroughAReset)
