@@ -182,6 +182,11 @@ bool DownloadManager::hasPendingRevFiles(const std::vector<ItemPtr>& items) cons
     return m_revFiles.hasPendingRevFiles(items);
 }
 
+bool DownloadManager::areRevFilesComing(const std::vector<ItemPtr>& items) const
+{
+    return m_revFiles.areRevFilesComing(items);
+}
+
 void DownloadManager::later(std::function<void()> action)
 {
     QMetaObject::invokeMethod(this, std::move(action), Qt::QueuedConnection);

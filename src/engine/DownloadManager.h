@@ -69,6 +69,7 @@ public:
     [[nodiscard]] const GroupNames& groupNames() const { return m_groupNames; }
     void renameGroup(const QString& id, const QString& name);
     [[nodiscard]] bool hasPendingRevFiles(const std::vector<ItemPtr>& items) const;
+    [[nodiscard]] bool areRevFilesComing(const std::vector<ItemPtr>& items) const;
 
     [[nodiscard]] double totalSpeedBytesPerSec() const { return m_reports.totalSpeedBytesPerSec(); }
     [[nodiscard]] const QString& queueFileURL() const { return m_queueFile.queueFileURL(); }

@@ -97,7 +97,13 @@ void EndWatch::note(const ItemId& id, const Sign& sign)
 std::optional<GroupEnd> EndWatch::currentEnd(const DownloadItem& item) const
 {
     const std::optional<DownloadGroup> group = m_manager.visibleGroupOf(item);
-    return group ? endOf(*group, m_manager.groupNames(), m_manager.settings(), m_manager.questions()) : std::nullopt;
+    if (!group)
+        return std::nullopt;
+    std::optional<GroupEnd> end = endOf(*group, m_manager.groupNames(), m_manager.settings(), m_manager.questions());
+    // Recovery volumes that await their turn have no rows; each that comes is a sign of its own.
+    if (end && end->kind == GroupEnd::downloadFailed && m_manager.areRevFilesComing(group->items))
+        end.reset();
+    return end;
 }
 
 /// A minute after the failure of a part, recovery volumes are let through where there are some.

@@ -99,6 +99,17 @@ bool RevFiles::hasPendingRevFiles(const std::vector<ItemPtr>& items) const
     });
 }
 
+bool RevFiles::areRevFilesComing(const std::vector<ItemPtr>& items) const
+{
+    const QSet<QString> bases = baseNames(items);
+    return std::any_of(bases.begin(), bases.end(), [this](const QString& base) {
+        const std::vector<ItemPtr> volumes = revItems(base);
+        return std::any_of(volumes.begin(), volumes.end(), [this](const ItemPtr& item) {
+            return item->status() != DownloadStatus::completed && isComing(*item);
+        });
+    });
+}
+
 QSet<QString> baseNames(const std::vector<ItemPtr>& items)
 {
     QSet<QString> bases;

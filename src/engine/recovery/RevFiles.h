@@ -41,6 +41,9 @@ public:
     /// Has any set of these items a volume that is neither there nor coming?
     [[nodiscard]] bool hasPendingRevFiles(const std::vector<ItemPtr>& items) const;
 
+    /// Is a volume of any set of these items still to come?
+    [[nodiscard]] bool areRevFilesComing(const std::vector<ItemPtr>& items) const;
+
     void forget(const QSet<ItemId>& ids) { m_revAllowlist.subtract(ids); }
 
 private:

@@ -232,6 +232,19 @@ TEST_F(EndWatchTest, WhileARecoveryVolumeComesNothingIsTold)
     EXPECT_TRUE(toldWithin(10min).empty());
 }
 
+TEST_F(EndWatchTest, WhileARecoveryVolumeAwaitsItsTurnNothingIsTold)
+{
+    engine.settings().maxConcurrentDownloads.set(0);
+    const std::vector<ItemPtr> set = lackingSet();
+    EXPECT_TRUE(toldWithin(50s).empty());
+    engine.manager().commands().retryWithRevFiles(set);
+    ASSERT_EQ(set[1]->status(), queued);
+    EXPECT_TRUE(toldWithin(10min).empty());
+    fail(set[1]);
+    EXPECT_EQ(toldWithin(70s),
+              (std::vector<GroupEnd>{{GroupEnd::downloadFailed, u"s"_s, {}, u"gone"_s, set[0]->id()}}));
+}
+
 TEST_F(EndWatchTest, AFailedPartThatIsTriedAgainAndComesIsToldOnce)
 {
     const std::vector<ItemPtr> items = lackingSet();

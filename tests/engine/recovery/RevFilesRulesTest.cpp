@@ -331,6 +331,21 @@ TEST_F(RevFilesRules, ArePendingInAnySetOfTheItems)
     EXPECT_FALSE(revFiles.hasPendingRevFiles({done, waiting, rev}));
 }
 
+TEST_F(RevFilesRules, AreToComeFromTheirReleaseUntilTheyAreThere)
+{
+    const ItemPtr part = add(u"m.part1.rar"_s);
+    const ItemPtr other = add(u"n.part1.rar"_s);
+    const ItemPtr rev = addRev();
+    EXPECT_FALSE(revFiles.areRevFilesComing({part}));
+    revFiles.allowRevFiles(base);
+    EXPECT_TRUE(revFiles.areRevFilesComing({other, part}));
+    EXPECT_FALSE(revFiles.areRevFilesComing({other}));
+    rev->setStatus(DownloadStatus::downloading);
+    EXPECT_TRUE(revFiles.areRevFilesComing({part}));
+    rev->setStatus(DownloadStatus::completed);
+    EXPECT_FALSE(revFiles.areRevFilesComing({part}));
+}
+
 TEST_F(RevFilesRules, KnowTheSetsOfItemsEachOnce)
 {
     const std::vector items{add(u"m.part1.rar"_s), add(u"m.part2.REV"_s), add(u"M.part1.rar"_s), add(u"m.rar"_s)};
