@@ -114,7 +114,7 @@ void MainWindow::showItem(const ItemId& id)
     if (QApplication::activeModalWidget())
         return; // what is open keeps its page
     showPage(Page::downloads);
-    m_queue->select(id);
+    m_queue->goTo(id);
 }
 
 void MainWindow::offerLinks(const std::vector<Link>& links)

@@ -32,7 +32,7 @@ public:
 
     [[nodiscard]] Page page() const;
     void showPage(Page page);
-    /// Selects its row on the page of the queue, unless a sheet is open.
+    /// Goes to its row on the page of the queue, unless a sheet is open.
     void showItem(const ItemId& id);
     /// Shows the links in the sheet for adding, at once or when whatever else is open has gone. Adds nothing.
     void offerLinks(const std::vector<Link>& links);

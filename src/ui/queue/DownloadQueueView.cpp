@@ -100,9 +100,9 @@ void DownloadQueueView::showListOrEmptyState()
         m_pages->setCurrentWidget(m_empty);
 }
 
-void DownloadQueueView::select(const ItemId& id)
+void DownloadQueueView::goTo(const ItemId& id)
 {
-    m_list->select(id);
+    m_list->goTo(id);
     m_list->setFocus();
 }
 

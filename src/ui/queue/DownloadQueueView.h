@@ -32,8 +32,8 @@ class DownloadQueueView final : public QWidget
 public:
     explicit DownloadQueueView(const ViewPorts& ports, QWidget* parent = nullptr);
 
-    /// Selects the item's row and gives the list the focus.
-    void select(const ItemId& id);
+    /// Has the item's row in sight and gives the list the focus.
+    void goTo(const ItemId& id);
     /// Opens the sheet; one that is open stays.
     void showAddURLs();
     /// Shows links that come from outside the window in that sheet, at once or when whatever else is open has gone.

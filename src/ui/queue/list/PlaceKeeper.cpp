@@ -1,5 +1,6 @@
 #include "ui/queue/list/PlaceKeeper.h"
 
+#include "ui/queue/list/ShownRow.h"
 #include "ui/queue/tree/QueueModel.h"
 
 #include <QScrollBar>
@@ -85,13 +86,10 @@ void PlaceKeeper::restoreSelection()
     if (!index.isValid())
         return;
     // What is left of a selected group stays selected; a neighbour and a whole group that it joined never come to be.
-    bool isPartOfIt = keyOf(m_model, index) == m_current || m_current->item.isNull();
-    if (index.parent().isValid() && !m_view.isExpanded(index.parent())) {
-        index = index.parent();
-        isPartOfIt = false;
-    }
-    m_view.selectionModel()->setCurrentIndex(index, m_isSelected && isPartOfIt ? QItemSelectionModel::ClearAndSelect
-                                                                               : QItemSelectionModel::Clear);
+    const QModelIndex row = shownRow(m_view, index);
+    const bool isPartOfIt = row == index && (keyOf(m_model, index) == m_current || m_current->item.isNull());
+    m_view.selectionModel()->setCurrentIndex(row, m_isSelected && isPartOfIt ? QItemSelectionModel::ClearAndSelect
+                                                                             : QItemSelectionModel::Clear);
 }
 
 void PlaceKeeper::restorePlace()

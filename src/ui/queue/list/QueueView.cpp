@@ -7,12 +7,11 @@
 #include "ui/queue/list/RowMenu.h"
 #include "ui/queue/list/RowMenus.h"
 #include "ui/queue/list/RowMotion.h"
+#include "ui/queue/list/ShownRow.h"
 #include "ui/queue/rows/HeaderPresenter.h"
 #include "ui/queue/tree/QueueModel.h"
 
-#include <QClipboard>
 #include <QContextMenuEvent>
-#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
@@ -310,12 +309,6 @@ void QueueView::run(const QModelIndex& index, RowButton button)
         m_commands.run(button, m_model.group(index));
 }
 
-void QueueView::copy(const QModelIndex& index)
-{
-    if (index.isValid())
-        QGuiApplication::clipboard()->setText(index.data(QueueModel::copyRole).toString());
-}
-
 void QueueView::removeRow(const QModelIndex& index)
 {
     run(index, m_model.isHeader(index) ? RowButton::removeGroup : RowButton::remove);
@@ -344,25 +337,20 @@ void QueueView::reveal(const std::vector<ItemId>& items)
     if (m_isPressed || m_drag->isPressed())
         return;
     for (const ItemId& id : items) {
-        if (const QModelIndex row = openRowOf(id); row.isValid())
+        if (const QModelIndex row = shownRow(*this, m_model.indexOf(id)); row.isValid())
             return scrollTo(row, PositionAtTop);
     }
 }
 
-void QueueView::select(const ItemId& id)
+void QueueView::goTo(const ItemId& id)
 {
-    const QModelIndex row = openRowOf(id);
+    const QModelIndex row = shownRow(*this, m_model.indexOf(id));
     if (!row.isValid())
         return;
-    setCurrentIndex(row);
+    // The whole group is selected only by the user, as it can be removed by one key.
+    selectionModel()->setCurrentIndex(row, m_model.isHeader(row) ? QItemSelectionModel::Clear
+                                                                 : QItemSelectionModel::ClearAndSelect);
     scrollTo(row);
-}
-
-QModelIndex QueueView::openRowOf(const ItemId& id) const
-{
-    const QModelIndex row = m_model.indexOf(id);
-    const QModelIndex header = row.parent();
-    return header.isValid() && !isExpanded(header) ? header : row;
 }
 
 void QueueView::keyPressEvent(QKeyEvent* event)
@@ -375,7 +363,7 @@ void QueueView::keyPressEvent(QKeyEvent* event)
     else if (event->key() == Qt::Key_Delete)
         removeRow(selectedRow());
     else if (event->matches(QKeySequence::Copy))
-        copy(selectedRow());
+        RowCommands::copy(selectedRow().data(QueueModel::copyRole).toString());
     else if (event->key() == Qt::Key_F2)
         m_menus->rename(current);
     else if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier)

@@ -46,9 +46,9 @@ public:
     /// Brings the first of the items that has a row to the top, or the header of its closed group. The selection stays.
     /// Nothing moves below a mouse that is down.
     void reveal(const std::vector<ItemId>& items);
-    /// Selects the row of the item, or the header of its closed group, and has it in sight. The selection stays if the
-    /// item has no row.
-    void select(const ItemId& id);
+    /// Selects the row of the item, or makes the header of its closed group the current row, and has it in sight.
+    /// Nothing happens if the item has no row.
+    void goTo(const ItemId& id);
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
 protected:
@@ -69,8 +69,6 @@ protected:
 
 private:
     void setUp();
-    /// The row of the item, or the header of its closed group; invalid for one that is hidden or gone.
-    [[nodiscard]] QModelIndex openRowOf(const ItemId& id) const;
     void point(const QModelIndex& index, const RowHit& hit, bool isPressed);
     void pointNowhere();
     void followPointer();
@@ -79,7 +77,6 @@ private:
     void selectPressed(const QModelIndex& index);
     void activate(const QModelIndex& index);
     void removeRow(const QModelIndex& index);
-    static void copy(const QModelIndex& index);
 
     QueueModel& m_model;
     RowCommands m_commands;

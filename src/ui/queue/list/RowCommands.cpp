@@ -153,7 +153,13 @@ void RowCommands::copyLinks(const std::vector<ItemPtr>& items)
     QStringList links;
     for (const ItemPtr& item : items)
         links << item->originalURL().absoluteString();
-    QGuiApplication::clipboard()->setText(links.join(u'\n'));
+    copy(links.join(u'\n'));
+}
+
+void RowCommands::copy(const QString& text)
+{
+    if (!text.isEmpty())
+        QGuiApplication::clipboard()->setText(text);
 }
 
 } // namespace vormel

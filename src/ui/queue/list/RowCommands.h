@@ -23,7 +23,9 @@ public:
     /// What is finished, with its own program: the file, or the folder that its archive was unpacked to, whichever part
     /// of the set it is. Nothing happens for an item that is not, and where neither is there any more.
     void open(const DownloadItem& item) const;
-    /// Puts the links of the items on the clipboard, one in each line.
+    /// Puts the text on the clipboard; nothing happens without one.
+    static void copy(const QString& text);
+    /// The links of the items, one in each line.
     static void copyLinks(const std::vector<ItemPtr>& items);
 
     [[nodiscard]] bool hasCustomName(const QString& groupId) const;

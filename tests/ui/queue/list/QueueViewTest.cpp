@@ -167,24 +167,25 @@ TEST_F(QueueViewTest, SelectsOneRowAndMovesByKeyboard)
     EXPECT_TRUE(view.viewport()->rect().contains(rowRect(199)));
 }
 
-TEST_F(QueueViewTest, SelectsAnItemAndHasItInSight)
+TEST_F(QueueViewTest, GoesToAnItemAndSelectsIt)
 {
-    view.select(items[150]->id());
+    view.goTo(items[150]->id());
     EXPECT_EQ(view.selectedRow(), model.index(150, 0));
     EXPECT_TRUE(view.viewport()->rect().contains(rowRect(150)));
-    view.select(ItemId::make());
+    view.goTo(ItemId::make());
     EXPECT_EQ(view.selectedRow(), model.index(150, 0));
 }
 
-TEST(QueueViewOfASetTest, SelectsThePartOfAnOpenGroupAndTheHeaderOfAClosedOne)
+TEST(QueueViewOfASetTest, GoesToThePartOfAnOpenGroupAndToTheHeaderOfAClosedOneWithoutSelectingIt)
 {
     fixtures::SetAndFile list;
     const QModelIndex header = list.model.index(0, 0);
-    list.view.select(list.items[1]->id());
-    EXPECT_EQ(list.view.selectedRow(), header);
+    list.view.goTo(list.items[1]->id());
+    EXPECT_EQ(list.view.currentIndex(), header);
+    EXPECT_FALSE(list.view.selectedRow().isValid());
     EXPECT_FALSE(list.view.isExpanded(header));
     list.view.expand(header);
-    list.view.select(list.items[1]->id());
+    list.view.goTo(list.items[1]->id());
     EXPECT_EQ(list.view.selectedRow(), list.model.index(1, 0, header));
 }
 
