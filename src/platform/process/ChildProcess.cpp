@@ -5,13 +5,16 @@
 #include "platform/process/DefaultSignals.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QProcess>
 
 #include <sys/prctl.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <csignal>
+#include <system_error>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -89,7 +92,14 @@ public:
             Qt::QueuedConnection);
     }
 
-    void start(const QString& path, const QStringList& args) { m_process->start(path, args, QProcess::ReadOnly); }
+    void start(const QString& path, const QStringList& args)
+    {
+        // For each program that it cannot start, QProcess leaves a descriptor open.
+        if (::access(QFile::encodeName(path).constData(), X_OK) == 0)
+            m_process->start(path, args, QProcess::ReadOnly);
+        else
+            giveUpLater(QString::fromStdString(std::generic_category().message(errno)));
+    }
     [[nodiscard]] Eventual<ChildEnd> eventual() const { return m_source.eventual(); }
 
 private:
@@ -99,6 +109,16 @@ private:
         const auto child = static_cast<pid_t>(m_process->processId());
         if (child > 0 && ::kill(-child, SIGKILL) != 0)
             ::kill(child, SIGKILL);
+    }
+
+    /// As QProcess does: whoever starts a program has returned before its end is there.
+    void giveUpLater(const QString& why)
+    {
+        const auto giveUp = [this, why, watch = m_lifetime.watch()] {
+            if (!watch.isOver())
+                end(notRun(why));
+        };
+        QMetaObject::invokeMethod(m_process.get(), giveUp, Qt::QueuedConnection);
     }
 
     /// The receiver may do away with this object.

@@ -5,6 +5,7 @@
 #include "fixtures/Sandbox.h"
 #include "platform/async/Spawn.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 
@@ -86,6 +87,29 @@ TEST_F(ChildProcessTest, AMissingProgramIsToldInTheSystemsWords)
 TEST_F(ChildProcessTest, AFileThatMayNotBeExecutedIsToldInTheSystemsWords)
 {
     EXPECT_EQ(run(sandbox.write(u"tool"_s, "x"), {}).launchError, u"Permission denied"_s);
+}
+
+TEST_F(ChildProcessTest, AMissingProgramLeavesNoDescriptorOpen)
+{
+    const auto openOnes = [] { return QDir(u"/proc/self/fd"_s).entryList(QDir::AllEntries | QDir::System).size(); };
+    run(u"/no/such/tool"_s, {});
+    const qsizetype before = openOnes();
+    for (int i = 0; i < 10; ++i)
+        run(u"/no/such/tool"_s, {});
+    EXPECT_EQ(openOnes(), before);
+}
+
+TEST_F(ChildProcessTest, AMissingProgramIsToldOfLaterAndToNobodyWhoHasGone)
+{
+    std::optional<ChildEnd> end;
+    auto own = std::make_unique<ChildProcesses>();
+    spawn(keepEnd(*own, u"/no/such/tool"_s, {}, end));
+    EXPECT_FALSE(end);
+    own.reset();
+    ASSERT_TRUE(end);
+    EXPECT_EQ(end->launchError, u"The program was ended"_s);
+    fixtures::turnEventLoop();
+    EXPECT_EQ(end->launchError, u"The program was ended"_s);
 }
 
 TEST_F(ChildProcessTest, AProgramThatAsksReadsTheEndAtOnce)
