@@ -56,12 +56,29 @@ protected:
         }
         return lines.join(u'\n').toStdString();
     }
-    /// Lets the engine work for so much time on its clock, or until the condition holds: does it?
+    /// Waits for one after the other, as the disk has them one after the other.
+    [[nodiscard]] static bool areAllCompleted(const std::vector<ItemPtr>& items)
+    {
+        std::ptrdiff_t done = 0;
+        do
+            done = completed(items);
+        while (done < many && waitUntil([&] { return completed(items) > done; }));
+        return done == many;
+    }
+    [[nodiscard]] bool isAtWork()
+    {
+        const std::vector<ItemPtr>& items = engine.manager().items();
+        return std::any_of(items.begin(), items.end(), [](const ItemPtr& item) {
+            return item->status() == DownloadStatus::downloading || item->status() == DownloadStatus::resolving;
+        });
+    }
+    /// Lets the engine work for so much time on its clock, or until the condition holds: does it? What is at work gets
+    /// all the real time that it needs.
     [[nodiscard]] bool work(std::chrono::milliseconds time, const std::function<bool()>& condition)
     {
         constexpr auto step = 250ms;
         for (auto passed = 0ms; passed < time; passed += step) {
-            if (waitUntil(condition, 20ms))
+            if (waitUntil(condition, 20ms) || (waitUntil([&] { return condition() || !isAtWork(); }) && condition()))
                 return true;
             engine.clock.advance(step);
         }
@@ -86,11 +103,11 @@ TEST_F(HostAwayTest, AHundredItemsOutliveItsAbsenceAndABusyHostNeverWaitsForThem
     const std::uint16_t port = away->port();
     away.reset();
     const std::ptrdiff_t before = completed(awayItems);
-    EXPECT_TRUE(waitUntil([&] { return completed(busyItems) == many; }));
+    EXPECT_TRUE(areAllCompleted(busyItems));
     EXPECT_FALSE(work(20s, [&] { return completed(awayItems) > before + 4; }));
     EXPECT_LT(completed(awayItems), many);
     away = start("away", port);
     const std::ptrdiff_t meanwhile = completed(awayItems);
     EXPECT_TRUE(work(15s, [&] { return completed(awayItems) > meanwhile; }));
-    EXPECT_TRUE(waitUntil([&] { return completed(awayItems) == many; })) << left(awayItems);
+    EXPECT_TRUE(areAllCompleted(awayItems)) << left(awayItems);
 }

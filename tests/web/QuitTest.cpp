@@ -1,4 +1,5 @@
 #include "ProgramOnWeb.h"
+#include "fixtures/ProcessEnd.h"
 
 #include <QDir>
 #include <QProcess>
@@ -28,12 +29,6 @@ QList<qint64> descendants(qint64 process)
     return found;
 }
 
-bool isGone(qint64 process)
-{
-    QFile status(u"/proc/%1/stat"_s.arg(process));
-    return !status.open(QIODevice::ReadOnly) || status.readAll().contains(") Z ");
-}
-
 class QuitOnWeb : public ProgramOnWeb, public ::testing::WithParamInterface<int>
 {};
 
@@ -61,7 +56,7 @@ TEST_P(QuitOnWeb, LeavesNoProcessBehindThatEndsInTheMiddleOfAWalk)
     ASSERT_EQ(::kill(static_cast<pid_t>(program.processId()), GetParam()), 0);
     ASSERT_TRUE(program.waitForFinished());
     for (const qint64 process : processes)
-        EXPECT_TRUE(waitUntil([process] { return isGone(process); }, std::chrono::seconds(2)));
+        EXPECT_TRUE(waitUntil([process] { return hasEnded(process); }));
     start();
 }
 

@@ -42,7 +42,8 @@ TEST_F(PluginTest, LeavesNothingBehindOutsideOfItsFolder)
             << file.toStdString();
     }
     EXPECT_FALSE(QFileInfo::exists(world().home().path(u".local/share/vormel_webengine_tests/QtWebEngine"_s)));
-    EXPECT_TRUE(world().home().exists(u"plugin/user_prefs.json"_s));
+    // The engine writes it on a thread of its own.
+    EXPECT_TRUE(fixtures::waitUntil([] { return world().home().exists(u"plugin/user_prefs.json"_s); }));
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "EngineTest.h"
+#include "fixtures/ProcessEnd.h"
 
 #include <QApplication>
 #include <QFile>
@@ -34,11 +35,6 @@ protected:
     {
         ASSERT_GT(renderer(), 0);
         ::kill(renderer(), SIGKILL);
-    }
-    [[nodiscard]] static bool isAlive(int process)
-    {
-        QFile status(u"/proc/%1/stat"_s.arg(process));
-        return status.open(QIODevice::ReadOnly) && !status.readAll().contains(") Z ");
     }
 };
 
@@ -98,7 +94,7 @@ TEST_F(RendererTest, ThatIsBusyForEverGoesWithItsPage)
     const int busy = renderer();
     tell(u"1"_s);
     page.reset();
-    EXPECT_TRUE(fixtures::waitUntil([&] { return !isAlive(busy); }, std::chrono::seconds(1)));
+    EXPECT_TRUE(fixtures::waitUntil([&] { return fixtures::hasEnded(busy); }));
     page = pageOf(world().browser(), judge);
     EXPECT_EQ(open("/page"), End::loaded);
 }
@@ -154,11 +150,11 @@ TEST_F(RendererTest, TheWidgetGoesWithItsPage)
 TEST_F(RendererTest, AZoomHoldsOnEverySite)
 {
     page->setZoom(0.5);
+    const auto isSmall = [this] { return answer(u"devicePixelRatio"_s) == QVariant(0.5); };
     EXPECT_EQ(open("/page"), End::loaded);
-    EXPECT_EQ(answer(u"devicePixelRatio"_s), QVariant(0.5));
+    EXPECT_TRUE(fixtures::waitUntil(isSmall));
     EXPECT_EQ(load(server.url("other.example", "/page")), End::loaded);
-    linger(std::chrono::milliseconds(100));
-    EXPECT_EQ(answer(u"devicePixelRatio"_s), QVariant(0.5));
+    EXPECT_TRUE(fixtures::waitUntil(isSmall));
 }
 
 } // namespace

@@ -24,15 +24,27 @@ QStringList PatientUser::finishEverything()
     for (int i = 0; i < longest && !isAllDone(); ++i) {
         nudge();
         // What is at work needs real time only, what waits for its next try the engine's only.
-        if (fixtures::waitUntil([this] {
-                m_scene.server().release();
-                return !isAtWork() || m_scene.manager().questions().pendingExtractionPassword();
-            }))
-            m_scene.clock().advance(1s);
-        else
+        if (!waitForWork())
             break;
+        m_scene.clock().advance(1s);
     }
     return missing();
+}
+
+bool PatientUser::waitForWork()
+{
+    const auto isStill = [this] {
+        m_scene.server().release();
+        return !isAtWork() || m_scene.manager().questions().pendingExtractionPassword();
+    };
+    int changes = -1;
+    // As long as anything changes it is at work.
+    while (changes != m_scene.changes()) {
+        changes = m_scene.changes();
+        if (fixtures::waitUntil(isStill))
+            return true;
+    }
+    return false;
 }
 
 void PatientUser::nudge()

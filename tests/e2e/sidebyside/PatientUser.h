@@ -22,6 +22,8 @@ private:
     void answerQuestions();
     /// May the user do something more for it? Counts.
     [[nodiscard]] bool hasPatienceFor(const QString& what);
+    /// Until nothing is at work, or a password is asked for. False if it gets nowhere.
+    [[nodiscard]] bool waitForWork();
     [[nodiscard]] bool isAtWork();
     [[nodiscard]] bool isAllDone();
     [[nodiscard]] bool isDone(const DownloadItem& item);

@@ -1,5 +1,6 @@
 #include "fixtures/ArchiveStep.h"
 #include "fixtures/EventLoop.h"
+#include "fixtures/ProcessEnd.h"
 
 #include <gtest/gtest.h>
 
@@ -44,19 +45,28 @@ protected:
     /// What the row says when the tool blames a volume that is fetched again during the test.
     [[nodiscard]] VerificationResult::Kind toldAfter(const std::function<void()>& event)
     {
-        unrar(waitForGo() + "; echo 'Cannot find volume a.part2.rar'; exit 3");
+        unrar(waitForGo() + "; echo 'Cannot find volume a.part2.rar'; " + noteTheEnd() + "exit 3");
         engine.manager().commands().verifyGroup(set);
         EXPECT_TRUE(waitUntil([&] { return !engine.tools.calls(u"unrar"_s).isEmpty(); }));
         engine.manager().commands().redownloadItem(*set[1]);
         event();
         go();
+        EXPECT_TRUE(isOver());
         EXPECT_TRUE(isSettled());
         return set[0]->verification().kind;
     }
-    [[nodiscard]] QByteArray noteTheEnd() const { return "touch '" + engine.sandbox.path(u"over"_s).toUtf8() + "'; "; }
+    /// Has the tool write its number at its end.
+    [[nodiscard]] QByteArray noteTheEnd() const
+    {
+        const QByteArray path = engine.sandbox.path(u"over"_s).toUtf8();
+        return "echo $$ > '" + path + ".new'; mv '" + path + ".new' '" + path + "'; ";
+    }
+    /// Waits until the tool that does so has ended.
     [[nodiscard]] bool isOver() const
     {
-        return waitUntil([this] { return engine.sandbox.exists(u"over"_s); });
+        return waitUntil([this] {
+            return engine.sandbox.exists(u"over"_s) && hasEnded(engine.sandbox.read(u"over"_s).trimmed().toInt());
+        });
     }
 
     std::vector<ItemPtr> set;

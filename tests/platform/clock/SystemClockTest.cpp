@@ -34,8 +34,8 @@ TEST(SystemClock, ANegativeDelayFiresAtOnce)
 {
     SystemClock clock;
     bool hasFired = false;
-    const Timer timer = clock.after(-5s, [&] { hasFired = true; });
-    EXPECT_TRUE(waitUntil([&] { return hasFired; }, 2s));
+    const Timer timer = clock.after(-1h, [&] { hasFired = true; });
+    EXPECT_TRUE(waitUntil([&] { return hasFired; }));
 }
 
 TEST(SystemClock, ADelayOfMonthsDoesNotFireAtOnce)

@@ -1,11 +1,11 @@
 #include "platform/desktop/FileViewer.h"
 
+#include "fixtures/DesktopBus.h"
 #include "fixtures/EventLoop.h"
 #include "fixtures/Sandbox.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 
 #include <gtest/gtest.h>
 
@@ -27,7 +27,7 @@ public Q_SLOTS:
     Q_SCRIPTABLE void ShowItems(const QStringList& addresses, const QString& /*startupId*/) { shown << addresses; }
 };
 
-/// A bus of its own, and a stand-in for the program that opens folders.
+/// A stand-in for the program that opens folders.
 class FileViewerTest : public ::testing::Test
 {
 protected:
@@ -37,50 +37,27 @@ protected:
         const QString tool = sandbox.write(u"bin/xdg-open"_s, "#!/bin/sh\nprintf %s \"$1\" > '" + opened +
                                                                   ".new'\nmv '" + opened + ".new' '" + opened + "'\n");
         QFile::setPermissions(tool, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        m_daemon.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address"_s});
         qputenv("PATH", sandbox.path(u"bin"_s).toUtf8() + ':' + m_pathBefore);
     }
-    ~FileViewerTest() override
-    {
-        qputenv("PATH", m_pathBefore);
-        QDBusConnection::disconnectFromBus(u"viewer"_s);
-        QDBusConnection::disconnectFromBus(u"manager"_s);
-        m_daemon.terminate();
-        m_daemon.waitForFinished();
-    }
-    void SetUp() override
-    {
-        constexpr int patience = 20000;
-        if (m_daemon.waitForReadyRead(patience)) {
-            m_address = QString::fromLatin1(m_daemon.readLine().trimmed());
-            return;
-        }
-        if (qEnvironmentVariableIsSet("VORMEL_REQUIRE_TOOLS"))
-            FAIL() << "dbus-daemon is not there";
-        GTEST_SKIP() << "dbus-daemon is not there";
-    }
-    QDBusConnection bus(const char* name) const
-    {
-        return QDBusConnection::connectToBus(m_address, QString::fromLatin1(name));
-    }
+    ~FileViewerTest() override { qputenv("PATH", m_pathBefore); }
+    void SetUp() override { requireBus(bus); }
     QString opened() const { return QString::fromUtf8(sandbox.read(u"opened"_s)); }
 
     fixtures::Sandbox sandbox;
+    fixtures::DesktopBus bus;
 
 private:
     QByteArray m_pathBefore = qgetenv("PATH");
-    QProcess m_daemon;
-    QString m_address;
 };
 
 TEST_F(FileViewerTest, AsksTheFileManagerToChooseTheFile)
 {
     FileManager manager;
-    QDBusConnection service = bus("manager");
+    QDBusConnection service = bus.services();
     ASSERT_TRUE(service.registerService(u"org.freedesktop.FileManager1"_s));
     ASSERT_TRUE(
         service.registerObject(u"/org/freedesktop/FileManager1"_s, &manager, QDBusConnection::ExportScriptableSlots));
-    DesktopFileViewer viewer(bus("viewer"));
+    DesktopFileViewer viewer(bus.program());
     viewer.show(u"/srv/a folder/x #1.bin"_s);
     ASSERT_TRUE(fixtures::waitUntil([&manager] { return !manager.shown.isEmpty(); }));
     EXPECT_EQ(manager.shown, QStringList{u"file:///srv/a%20folder/x%20%231.bin"_s});
@@ -90,7 +67,7 @@ TEST_F(FileViewerTest, AsksTheFileManagerToChooseTheFile)
 TEST_F(FileViewerTest, OpensTheFolderWhereNoFileManagerAnswers)
 {
     const QString file = sandbox.write(u"a folder/-x #1.bin"_s, "x");
-    DesktopFileViewer viewer(bus("viewer"));
+    DesktopFileViewer viewer(bus.program());
     viewer.show(file);
     ASSERT_TRUE(fixtures::waitUntil([this] { return sandbox.exists(u"opened"_s); }));
     EXPECT_EQ(opened(), QFileInfo(file).absolutePath());

@@ -36,19 +36,7 @@ protected:
         notifier.show(notification, writeDown());
         ASSERT_TRUE(waitUntil([&] { return server->told.size() > before; }));
         fixtures::turnEventLoop();
-        settle();
-    }
-    /// Until all that was said on the bus has arrived: what is said now comes last.
-    void settle()
-    {
-        QDBusConnection program = bus.program();
-        const QDBusMessage ask = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
-                                                                u"org.freedesktop.DBus"_s, u"GetId"_s);
-        for (QDBusConnection way : {bus.services(), program}) {
-            const QDBusPendingCall answer = way.asyncCall(ask);
-            EXPECT_TRUE(waitUntil([&answer] { return answer.isFinished(); }));
-            fixtures::turnEventLoop();
-        }
+        bus.settle();
     }
 
     const Notification finished{u"Download finished"_s,
@@ -95,7 +83,7 @@ TEST_F(NotifierTest, WhatIsChosenComesOnceWithItsToken)
     server->choose(2, u"open"_s, u"token-7"_s);
     server->choose(2, u"open"_s);
     ASSERT_TRUE(waitUntil([this] { return !chosen.isEmpty(); }));
-    settle();
+    bus.settle();
     EXPECT_EQ(chosen, QStringList{u"open token-7"_s});
 }
 
@@ -104,7 +92,7 @@ TEST_F(NotifierTest, AClosedNotificationIsOver)
     show(finished);
     server->close(1);
     server->choose(1, u"open"_s);
-    settle();
+    bus.settle();
     EXPECT_EQ(chosen, QStringList());
 }
 
@@ -123,7 +111,7 @@ TEST_F(NotifierTest, NobodyElseSpeaksForTheServer)
                                                         u"org.freedesktop.DBus"_s, u"GetId"_s));
     }
     QDBusConnection::disconnectFromBus(name);
-    settle();
+    bus.settle();
     EXPECT_EQ(chosen, QStringList());
     server->choose(1, u"open"_s);
     EXPECT_TRUE(waitUntil([this] { return !chosen.isEmpty(); }));
@@ -134,7 +122,7 @@ TEST_F(NotifierTest, AServerThatRefusesIsLeftInPeace)
     server->manner = Manner::refuses;
     notifier.show(finished, writeDown());
     ASSERT_TRUE(waitUntil([this] { return server->callsMet == 1; }));
-    settle();
+    bus.settle();
     EXPECT_TRUE(server->told.empty());
     server->manner = Manner::answers;
     show(finished);
@@ -147,7 +135,7 @@ TEST_F(NotifierTest, WhatNeverGetsAnAnswerEndsWithTheNotifier)
     other->show(finished, writeDown());
     ASSERT_TRUE(waitUntil([this] { return server->callsMet == 1; }));
     other.reset();
-    settle();
+    bus.settle();
     EXPECT_EQ(chosen, QStringList());
 }
 
@@ -155,7 +143,7 @@ TEST_F(NotifierTest, AServerThatComesLaterIsFound)
 {
     server.reset();
     notifier.show(finished, writeDown());
-    settle();
+    bus.settle();
     server = std::make_unique<fixtures::NotificationServer>(bus.services());
     show(finished);
     EXPECT_EQ(server->told.size(), 1);

@@ -1,6 +1,7 @@
 #include "platform/process/ChildProcess.h"
 
 #include "fixtures/EventLoop.h"
+#include "fixtures/ProcessEnd.h"
 #include "fixtures/RealTools.h"
 #include "fixtures/Sandbox.h"
 #include "platform/async/Spawn.h"
@@ -204,12 +205,7 @@ TEST_F(ChildProcessTest, TheEndOfTheOwnerKillsTheWholeGroupAndLetsTheWaiterGoOn)
     owned.reset();
     ASSERT_TRUE(end);
     EXPECT_TRUE(end->launchError);
-    const QString stat = u"/proc/%1/stat"_s.arg(grandchild);
-    const auto isGone = [&] {
-        QFile file(stat);
-        return !file.open(QFile::ReadOnly) || file.readAll().contains(") Z ");
-    };
-    EXPECT_TRUE(waitUntil(isGone));
+    EXPECT_TRUE(waitUntil([&] { return fixtures::hasEnded(grandchild); }));
 }
 
 QCoro::Task<> keepStoppedEnd(ChildProcesses& processes, QString script, std::stop_token stop,
@@ -231,7 +227,7 @@ TEST_F(ChildProcessTest, AStopKillsTheWholeGroup)
     stop.request_stop();
     ASSERT_TRUE(waitUntil([&] { return end.has_value(); }));
     EXPECT_EQ(end->status, 128 + SIGKILL);
-    EXPECT_TRUE(waitUntil([&] { return ::kill(grandchild, 0) != 0; }));
+    EXPECT_TRUE(waitUntil([&] { return fixtures::hasEnded(grandchild); }));
 }
 
 TEST_F(ChildProcessTest, AStopBeforeTheStartStartsNothing)

@@ -198,6 +198,8 @@ TEST_F(KeyringSecretsTest, WorksInAnEventLoopThatIsNotGlibs)
     QProcess again;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"QT_NO_GLIB"_s, u"1"_s);
+    environment.remove(u"GTEST_TOTAL_SHARDS"_s); // or it would run a part of them
+    environment.remove(u"GTEST_SHARD_INDEX"_s);
     again.setProcessEnvironment(environment);
     fixtures::endWithTheTest(again);
     const QString tests = u"--gtest_filter=GlibCalls.*:UnlockedKeyringTest.GivesBack*:LockedKeyringTest.AsksTheUser*"_s;
@@ -206,7 +208,7 @@ TEST_F(KeyringSecretsTest, WorksInAnEventLoopThatIsNotGlibs)
     ASSERT_TRUE(again.waitForFinished(longestMs));
     const QByteArray output = again.readAllStandardOutput();
     EXPECT_EQ(again.exitCode(), 0) << output.constData();
-    EXPECT_THAT(output.toStdString(), testing::HasSubstr("[  PASSED  ]"));
+    EXPECT_THAT(output.toStdString(), testing::HasSubstr("[  PASSED  ] 6 tests"));
 }
 
 } // namespace

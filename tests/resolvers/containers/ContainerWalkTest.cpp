@@ -2,6 +2,11 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
+#include <map>
+#include <memory>
+#include <semaphore>
+
 using namespace Qt::StringLiterals;
 
 namespace vormel {
@@ -96,15 +101,32 @@ TEST_F(ContainerWalkTest, CallsComeFirstThenFollowedLinksThenThoseInSight)
 
 TEST_F(ContainerWalkTest, AllLinksAreFollowedAtTheSameTimeAndCountAsTheyEnd)
 {
+    /// What the site's threads wait for, and the test.
+    struct Gate
+    {
+        std::atomic<int> asked = 0;
+        std::map<std::string, std::binary_semaphore> answers;
+    };
+    const auto gate = std::make_shared<Gate>();
     std::string body;
     for (const std::string word : {"a", "b", "c"}) {
-        cryptSite.addGoLink(word, brokenRedirect("https://rapidgator.net/file/" + word)
-                                      .delayedBy(std::chrono::milliseconds(word == "a"   ? 400
-                                                                           : word == "b" ? 200
-                                                                                         : 0)));
+        gate->answers.try_emplace(word, 0);
+        cryptSite.server().serve("/go/" + word, {.respond = [word, gate](const sites::Request&) {
+                                     ++gate->asked;
+                                     static_cast<void>(
+                                         gate->answers.at(word).try_acquire_for(std::chrono::seconds(20)));
+                                     return brokenRedirect("https://rapidgator.net/file/" + word);
+                                 }});
         body += "<a href='/go/" + word + "'>";
     }
-    const ReadingPtr reading = read(fileCrypt, cryptSite.add({.body = body}));
+    const ReadingPtr reading = start(fileCrypt, cryptSite.add({.body = body}));
+    ASSERT_TRUE(fixtures::waitUntil([&gate] { return gate->asked == 3; }));
+    for (const std::string word : {"c", "b", "a"}) {
+        const int open = cryptSite.server().connectionsOpen();
+        gate->answers.at(word).release();
+        ASSERT_TRUE(fixtures::waitUntil([&] { return cryptSite.server().connectionsOpen() < open; }));
+    }
+    ASSERT_TRUE(fixtures::waitUntil([&reading] { return reading->isOver(); }));
     EXPECT_EQ(reading->urls(), (QStringList{u"https://rapidgator.net/file/c"_s, u"https://rapidgator.net/file/b"_s,
                                             u"https://rapidgator.net/file/a"_s}));
 }
