@@ -55,7 +55,7 @@ QString ArchiveQueue::customGroupName(const QString& base) const
 QSet<QString> ArchiveQueue::filesOfItems(const QSet<ItemId>& leftOut) const
 {
     const DownloadPaths paths = m_ports.settings.paths();
-    return vormel::filesOfItems(m_ports.table.items(), paths, leftOut);
+    return vormel::filesOfItems(m_ports.table.items(), paths, leftOut) | m_ports.removed.files(paths);
 }
 
 bool ArchiveQueue::allowRevFiles(const QString& base)

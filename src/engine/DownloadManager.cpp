@@ -54,7 +54,7 @@ DownloadManager::DownloadManager(const Platform& platform, const Ports& ports)
     , m_additions(*this)
     , m_intake({m_table, m_settings, m_resolvers, m_pipeline, m_questions, m_prefetch, m_additions, *this})
     , m_commands({m_table, m_settings, m_session, m_starter, m_completion, m_tries, m_recovery, m_pipeline, m_intake,
-                  platform.trash, m_passes, m_verification, *this})
+                  platform.trash, m_passes, m_verification, m_removed, *this})
     , m_removed({m_table, m_session, m_starter, m_completion, m_recovery, m_pipeline, m_waitingArchives, m_questions,
                  m_intake, *this, platform.clock})
     , m_verification(m_table, ports.extractor, m_commands, m_pipeline)

@@ -21,7 +21,8 @@ KeepAwake::~KeepAwake()
 
 void KeepAwake::look()
 {
-    constexpr std::chrono::seconds rest{5};
+    // A lost connection is tried again within ten seconds, and recovery volumes come a minute after a failure.
+    constexpr std::chrono::seconds rest{90};
     if (!m_ports.settings.keepAwake.value())
         return release();
     if (!m_ports.activity.isMoving() && !m_ports.activity.areToolsAtWork()) {

@@ -10,8 +10,8 @@ class AppSettings;
 class QueueActivity;
 class SleepInhibitor;
 
-/// Holds sleep off while bytes move or a tool works, as far as the settings want that, and for some seconds after, so
-/// that it stays off from one file to the next. UI thread only.
+/// Holds sleep off while bytes move or a tool works, as far as the settings want that, and for a minute and a half
+/// after, so that it stays off from one file to the next and until the next try. UI thread only.
 class KeepAwake final : public QObject
 {
     Q_OBJECT

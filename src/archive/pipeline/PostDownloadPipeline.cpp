@@ -50,13 +50,13 @@ PostDownloadPipeline::~PostDownloadPipeline()
 void PostDownloadPipeline::autoExtractAfterDownload(const ItemId& id)
 {
     if (const ItemPtr item = m_ports.queue.item(id))
-        spawn(autoExtract(item, std::nullopt));
+        spawn(autoExtract(item, std::nullopt, Wish::ofNobody));
 }
 
 void PostDownloadPipeline::extractWithPassword(const ItemId& id, const QString& password)
 {
     if (const ItemPtr item = m_ports.queue.item(id))
-        spawn(autoExtract(item, password));
+        spawn(autoExtract(item, password, Wish::ofUser));
 }
 
 void PostDownloadPipeline::retryExtraction(const ItemId& id)
@@ -64,12 +64,12 @@ void PostDownloadPipeline::retryExtraction(const ItemId& id)
     const ItemPtr item = m_ports.queue.item(id);
     if (!item || item->status() != DownloadStatus::completed || !item->localPath() || isWorkingOn(id))
         return;
-    const std::optional<ReadyArchive> archive = archiveOf(item);
+    const std::optional<ReadyArchive> archive = archiveOf(item, Wish::ofUser);
     for (const ItemPtr& one : {item, archive ? archive->target : item}) {
         one->setExtractionStatus(ExtractionStatus::idle);
         one->setExtractionProgress(0);
     }
-    spawn(autoExtract(item, std::nullopt));
+    spawn(autoExtract(item, std::nullopt, Wish::ofUser));
 }
 
 bool PostDownloadPipeline::isWorkingOn(const ItemId& id) const
@@ -105,24 +105,25 @@ PostDownloadPipeline::RunPtr PostDownloadPipeline::runOf(const ItemId& id) const
     return found == m_runs.end() ? nullptr : *found;
 }
 
-std::optional<ReadyArchive> PostDownloadPipeline::archiveOf(const ItemPtr& item) const
+std::optional<ReadyArchive> PostDownloadPipeline::archiveOf(const ItemPtr& item, Wish wish) const
 {
     const ArchiveSources sources{m_ports.queue.itemsOfSet(setBaseName(item->filename())),
                                  [this](const DownloadItem& rev) { return m_ports.queue.isRevComing(rev); }};
     std::optional<ReadyArchive> archive = readyArchive(item, sources);
-    if (archive && archive->isSet && m_ports.queue.mayVolumeComeBack(archive->base))
+    // Whoever has just removed the volume and wants the rest unpacked does not wait for it.
+    if (archive && archive->isSet && wish == Wish::ofNobody && m_ports.queue.mayVolumeComeBack(archive->base))
         archive.reset();
     return archive;
 }
 
-QCoro::Task<> PostDownloadPipeline::autoExtract(ItemPtr item, std::optional<QString> password)
+QCoro::Task<> PostDownloadPipeline::autoExtract(ItemPtr item, std::optional<QString> password, Wish wish)
 {
-    const std::optional<ReadyArchive> archive = archiveOf(item);
+    const std::optional<ReadyArchive> archive = archiveOf(item, wish);
     if (!archive)
         co_return;
     if (const RunPtr running = runOf(archive->target->id())) {
         if (password || !running->next)
-            running->next = Next{archive->target->id(), password};
+            running->next = Next{archive->target->id(), password, wish};
         co_return;
     }
     if (!(archive->target->extractionStatus() == ExtractionStatus::idle))
@@ -185,7 +186,7 @@ void PostDownloadPipeline::end(const RunPtr& run)
         next->localPath() == run->archive.path)
         settle(*next, ExtractionStatus::done);
     else
-        spawn(autoExtract(next, run->next->password));
+        spawn(autoExtract(next, run->next->password, run->next->wish));
 }
 
 QCoro::Task<> PostDownloadPipeline::extractAndFinish(RunPtr run)
@@ -289,7 +290,10 @@ void PostDownloadPipeline::settle(DownloadItem& target, const ExtractionStatus& 
 
 void PostDownloadPipeline::fail(const Run& run, const QString& message)
 {
-    settle(*run.archive.target, isMoreToCome(run) ? ExtractionStatus::idle : ExtractionStatus::failure(message));
+    // A row that is away takes its archive up again when it comes back, with its recovery volumes if it has some.
+    const bool isAway = !m_ports.queue.item(run.archive.target->id());
+    const bool isOver = !isAway && !isMoreToCome(run);
+    settle(*run.archive.target, isOver ? ExtractionStatus::failure(message) : ExtractionStatus::idle);
 }
 
 /// What came during a run, or is still to come, starts the archive again, and finds only an idle one.

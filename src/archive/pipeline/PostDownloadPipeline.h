@@ -87,11 +87,18 @@ public:
     void removeAbandonedRuns(const QStringList& folders);
 
 private:
+    /// Who wants an archive unpacked.
+    enum class Wish
+    {
+        ofUser,
+        ofNobody, ///< it is there, and so it is unpacked
+    };
     /// What is to be done when a run has ended: somebody has asked for the archive meanwhile.
     struct Next
     {
         ItemId by;
         std::optional<QString> password;
+        Wish wish;
     };
     /// One archive being worked on. Its names and sources are those that it had at the start.
     struct Run
@@ -121,8 +128,8 @@ private:
     };
 
     /// Nothing as long as the item completes none.
-    [[nodiscard]] std::optional<ReadyArchive> archiveOf(const ItemPtr& item) const;
-    QCoro::Task<> autoExtract(ItemPtr item, std::optional<QString> password);
+    [[nodiscard]] std::optional<ReadyArchive> archiveOf(const ItemPtr& item, Wish wish) const;
+    QCoro::Task<> autoExtract(ItemPtr item, std::optional<QString> password, Wish wish);
     [[nodiscard]] RunPtr begin(const ReadyArchive& archive, const std::optional<QString>& password);
     QCoro::Task<> work(RunPtr run);
     QCoro::Task<> extractAndFinish(RunPtr run);

@@ -5,6 +5,7 @@
 #include "engine/commands/GroupOrder.h"
 #include "engine/commands/GroupVerification.h"
 #include "engine/commands/ItemChoices.h"
+#include "engine/commands/RemovedItems.h"
 #include "engine/completion/FinishedFile.h"
 #include "engine/completion/TransferCompletion.h"
 #include "engine/groups/VisibleGroups.h"
@@ -189,7 +190,8 @@ bool QueueCommands::giveUpFile(const DownloadItem& item, const QString& path) co
 {
     // A link may lead to a disk that comes back.
     const bool isPlain = !QFileInfo(path).isSymLink();
-    if (!isPlain || isFileOfAnother(item, path, m_ports.table) || !mayBeFileOf(item, path))
+    const bool isOfAnother = isFileOfAnother(item, path, m_ports.table) || m_ports.removed.isTheirFile(path);
+    if (!isPlain || isOfAnother || !mayBeFileOf(item, path))
         return false;
     // What only has the item's name may be somebody's own.
     return path == item.localPath() ? QFile::remove(path) : m_ports.trash.moveToTrash(path);

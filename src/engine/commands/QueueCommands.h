@@ -17,6 +17,7 @@ class PostDownload;
 class QueuePasses;
 class TransferCompletion;
 class TransferSession;
+class RemovedItems;
 class Trash;
 class Tries;
 
@@ -42,6 +43,7 @@ public:
         Trash& trash;
         QueuePasses& passes;
         GroupVerification& verification;
+        const RemovedItems& removed;
         QueueTurn& queue;
     };
     explicit QueueCommands(const Ports& ports);

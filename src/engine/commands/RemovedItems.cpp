@@ -3,15 +3,18 @@
 #include "archive/pipeline/PostDownload.h"
 #include "engine/commands/FormerPlaces.h"
 #include "engine/commands/ItemChoices.h"
+#include "engine/completion/FinishedFile.h"
 #include "engine/completion/TransferCompletion.h"
 #include "engine/intake/KnownLinks.h"
 #include "engine/intake/LinkIntake.h"
 #include "engine/questions/Questions.h"
+#include "engine/queue/ItemFiles.h"
 #include "engine/recovery/NetworkRecovery.h"
 #include "engine/recovery/WaitingArchives.h"
 #include "engine/schedule/DownloadStarter.h"
 #include "engine/transfer/ItemPart.h"
 #include "engine/transfer/TransferSession.h"
+#include "model/SetName.h"
 
 #include <algorithm>
 #include <utility>
@@ -30,6 +33,12 @@ void comeToRest(DownloadItem& item)
     // Whoever held it back knows it no more, and says so anew.
     item.setWait({});
     item.setSpeedBytesPerSec(0);
+}
+
+bool isUnpacked(const DownloadItem& item)
+{
+    return item.extractionStatus() == ExtractionStatus::extracting ||
+           item.extractionStatus() == ExtractionStatus::repairing;
 }
 
 } // namespace
@@ -91,6 +100,7 @@ QSet<ItemId> RemovedItems::ids() const
 bool RemovedItems::take(const QSet<ItemId>& ids)
 {
     std::vector<Removed> taken;
+    noteUnfinishedSets(ids);
     for (const ItemId& id : ids) {
         if (const ItemPtr item = m_ports.table.find(id))
             taken.push_back(detach(item));
@@ -109,6 +119,23 @@ bool RemovedItems::take(const QSet<ItemId>& ids)
     return true;
 }
 
+/// What makes such a set whole while rows of it are away does not find all of it, and nobody would look at it again.
+void RemovedItems::noteUnfinishedSets(const QSet<ItemId>& ids)
+{
+    QSet<QString> seen;
+    for (const ItemId& id : ids) {
+        const ItemPtr item = m_ports.table.find(id);
+        if (!item || !isSetMember(item->filename()))
+            continue;
+        const QString base = setBaseName(item->filename());
+        if (seen.contains(base))
+            continue;
+        seen.insert(base);
+        if (m_ports.waitingArchives.isWaiting(base))
+            m_unfinishedSets.insert(base);
+    }
+}
+
 RemovedItems::Removed RemovedItems::detach(const ItemPtr& item)
 {
     Removed removed{item,
@@ -116,7 +143,7 @@ RemovedItems::Removed RemovedItems::detach(const ItemPtr& item)
                     m_ports.intake.passwordOf(item->id()),
                     item->recoveryCountdown(),
                     m_ports.waitingArchives.setAwaiting(*item),
-                    m_ports.postDownload.isWorkingOn(item->id()) || m_ports.questions.isPasswordAskedFor(item->id())};
+                    isUnpacked(*item) || m_ports.questions.isPasswordAskedFor(item->id())};
     m_ports.recovery.cancelCountdown(*item);
     m_ports.session.drop(item->id());
     m_ports.starter.abandon(item->id());
@@ -128,6 +155,21 @@ bool RemovedItems::mayVolumeComeBack(const QString& base) const
 {
     return std::any_of(m_removed.begin(), m_removed.end(),
                        [&base](const Removed& removed) { return removed.awaitingSet == base; });
+}
+
+bool RemovedItems::isTheirFile(const QString& path) const
+{
+    return std::any_of(m_removed.begin(), m_removed.end(), [&path](const Removed& removed) {
+        return removed.item->localPath() && isSameFile(*removed.item->localPath(), path);
+    });
+}
+
+QSet<QString> RemovedItems::files(const DownloadPaths& paths) const
+{
+    std::vector<ItemPtr> items;
+    for (const Removed& removed : m_removed)
+        items.push_back(removed.item);
+    return filesOfItems(items, paths, {});
 }
 
 void RemovedItems::putBack()
@@ -145,6 +187,8 @@ void RemovedItems::putBack()
     m_ports.table.insert(formerPlaces(order, m_ports.table, missing));
     for (const Removed& removed : returning)
         resume(removed);
+    for (const QString& base : std::exchange(m_unfinishedSets, {}))
+        m_ports.waitingArchives.lookLaterAt(base);
     m_ports.queue.processQueue();
     m_ports.queue.saveQueue();
     Q_EMIT changed();
@@ -170,6 +214,7 @@ void RemovedItems::finish()
         return;
     m_end.cancel();
     m_wholeOrder.clear();
+    m_unfinishedSets.clear();
     const std::vector<Removed> removed = std::exchange(m_removed, {});
     deleteParts(removed);
     for (const Removed& one : removed) {

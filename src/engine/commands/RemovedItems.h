@@ -7,6 +7,7 @@
 
 namespace vormel {
 
+class DownloadPaths;
 class DownloadStarter;
 class LinkIntake;
 class NetworkRecovery;
@@ -59,6 +60,10 @@ public:
     [[nodiscard]] qsizetype count() const { return static_cast<qsizetype>(m_removed.size()); }
     /// Can a volume be put back for which the archive of the set was waiting?
     [[nodiscard]] bool mayVolumeComeBack(const QString& base) const;
+    /// Is it the finished file of an item that can be put back? Looks at the disk.
+    [[nodiscard]] bool isTheirFile(const QString& path) const;
+    /// Where the files and part files lie of those that can be put back.
+    [[nodiscard]] QSet<QString> files(const DownloadPaths& paths) const;
     /// All of them, to the places they had among those that are left. What was on its way is queued. A link that was
     /// added again meanwhile stays with its newer item.
     void putBack();
@@ -78,12 +83,13 @@ private:
         std::optional<QString> containerPassword;
         std::optional<int> recoveryCountdown;
         std::optional<QString> awaitingSet; ///< whose archive waits for this volume
-        bool wasUnpacked = false;           ///< by a run that had not ended, or that waits for a password
+        bool wasUnpacked = false;           ///< as the target of a run that had not ended, or waits for a password
     };
 
     /// False if none of them is there.
     bool take(const QSet<ItemId>& ids);
     [[nodiscard]] Removed detach(const ItemPtr& item);
+    void noteUnfinishedSets(const QSet<ItemId>& ids);
     void resume(const Removed& removed);
     [[nodiscard]] QSet<ItemId> ids() const;
     void deleteParts(const std::vector<Removed>& removed) const;
@@ -91,6 +97,7 @@ private:
     Ports m_ports;
     std::vector<Removed> m_removed;    ///< the newest last
     std::vector<ItemPtr> m_wholeOrder; ///< the queue with all of them
+    QSet<QString> m_unfinishedSets;    ///< base names of those that lost a volume while one was still to come
     Timer m_end;
 };
 

@@ -15,18 +15,6 @@ namespace vormel {
 
 namespace {
 
-/// One file may have two paths, where a folder is reached by a link.
-bool isSameFile(const QString& a, const QString& b)
-{
-    if (QDir::cleanPath(a) == QDir::cleanPath(b))
-        return true;
-    struct stat one = {};
-    struct stat other = {};
-    return ::stat(QFile::encodeName(a).constData(), &one) == 0 &&
-           ::stat(QFile::encodeName(b).constData(), &other) == 0 && one.st_dev == other.st_dev &&
-           one.st_ino == other.st_ino;
-}
-
 ItemPtr otherHolder(const DownloadItem& item, const QString& path, const ItemTable& table)
 {
     const std::span<const ItemPtr> holders = table.holdersOf(lastComponent(path));
@@ -44,6 +32,17 @@ bool isOneFile(const DownloadItem& item, const DownloadItem& other)
 }
 
 } // namespace
+
+bool isSameFile(const QString& a, const QString& b)
+{
+    if (QDir::cleanPath(a) == QDir::cleanPath(b))
+        return true;
+    struct stat one = {};
+    struct stat other = {};
+    return ::stat(QFile::encodeName(a).constData(), &one) == 0 &&
+           ::stat(QFile::encodeName(b).constData(), &other) == 0 && one.st_dev == other.st_dev &&
+           one.st_ino == other.st_ino;
+}
 
 bool isFileOfAnother(const DownloadItem& item, const QString& path, const ItemTable& table)
 {

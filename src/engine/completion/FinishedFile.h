@@ -5,6 +5,9 @@
 
 namespace vormel {
 
+/// Do both paths lead to one file, also where a folder is reached by a link? Looks at the disk.
+[[nodiscard]] bool isSameFile(const QString& a, const QString& b);
+
 /// Does the file belong to another item, because that item's finished file is this very one?
 [[nodiscard]] bool isFileOfAnother(const DownloadItem& item, const QString& path, const ItemTable& table);
 

@@ -6,6 +6,8 @@
 #include "model/AppSettings.h"
 #include "model/SetName.h"
 
+#include <algorithm>
+
 namespace vormel {
 
 WaitingArchives::WaitingArchives(const ItemTable& table, const AppSettings& settings, const RevFiles& revFiles,
@@ -42,12 +44,17 @@ void WaitingArchives::willBeRemoved(const DownloadItem& item)
 
 std::optional<QString> WaitingArchives::setAwaiting(const DownloadItem& item) const
 {
-    const bool isThere = item.status() == DownloadStatus::completed;
+    if (item.status() == DownloadStatus::completed || !isSetMember(item.filename()))
+        return std::nullopt;
     const bool isAwaited =
         isRevName(item.filename()) ? m_revFiles.isComing(item) : item.status() != DownloadStatus::failed;
-    if (!isSetMember(item.filename()) || isThere || !isAwaited)
-        return std::nullopt;
-    return setBaseName(item.filename());
+    return isAwaited ? std::optional(setBaseName(item.filename())) : std::nullopt;
+}
+
+bool WaitingArchives::isWaiting(const QString& base) const
+{
+    return std::ranges::any_of(m_table.itemsOfSet(base),
+                               [this](const ItemPtr& item) { return setAwaiting(*item).has_value(); });
 }
 
 void WaitingArchives::lookLaterAt(const QString& base)

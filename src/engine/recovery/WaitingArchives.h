@@ -27,6 +27,8 @@ public:
 
     /// The set of which the item is a volume that is not there yet, but is to come.
     [[nodiscard]] std::optional<QString> setAwaiting(const DownloadItem& item) const;
+    /// Is a volume of the set still to come?
+    [[nodiscard]] bool isWaiting(const QString& base) const;
     /// One look for however often it is asked for in this turn.
     void lookLaterAt(const QString& base);
 

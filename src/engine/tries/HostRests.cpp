@@ -57,15 +57,22 @@ bool HostRests::leads(const QString& page, const ItemId& id, const QString& host
         if (rest.probe == id && key != host && key != page)
             handOver(rest);
     }
-    const Rest* const rest = find(page);
-    if (page == host || (rest && rest->probe != id))
+    const auto rest = m_rests.find(page);
+    if (page == host || (rest != m_rests.end() && rest->second.probe != id))
         return false;
     if (holdsBack(host, id)) {
         pageFailed(page, id);
         m_rests.at(page).behind = host;
         return false;
     }
-    return !find(host) && m_rests.erase(page) > 0;
+    if (!find(host))
+        return m_rests.erase(page) > 0;
+    // The item asks the resting host now, for the page, too; it may do so for hours.
+    if (rest != m_rests.end()) {
+        rest->second.behind = host;
+        handOver(rest->second);
+    }
+    return false;
 }
 
 HostRests::Heard HostRests::heard(const QString& host, const ItemId& id)

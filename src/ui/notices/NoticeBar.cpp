@@ -21,6 +21,7 @@ NoticeBar::NoticeBar(Notices& notices, const AppSettings& settings, QWidget* par
     m_column->setSpacing(0);
     hide();
     connect(&notices, &Notices::appeared, this, &NoticeBar::add);
+    connect(&notices, &Notices::renewed, this, &NoticeBar::renew);
     connect(&notices, &Notices::went, this, &NoticeBar::remove);
     connect(qApp, &QApplication::focusChanged, this, &NoticeBar::noteFocus);
 }
@@ -37,12 +38,29 @@ void NoticeBar::noteFocus(QWidget* before, QWidget* now)
         m_before = before;
 }
 
-void NoticeBar::add(const QString& key)
+NoticeLine* NoticeBar::makeLine(const QString& key)
 {
     auto* line = new NoticeLine(*m_notices.find(key), m_notices, m_settings, this);
     m_lines.insert(key, line);
-    m_column->addWidget(line);
+    return line;
+}
+
+void NoticeBar::add(const QString& key)
+{
+    m_column->addWidget(makeLine(key));
     show();
+}
+
+void NoticeBar::renew(const QString& key)
+{
+    NoticeLine* const before = m_lines.value(key);
+    NoticeLine* const now = makeLine(key);
+    m_column->insertWidget(m_column->indexOf(before), now);
+    now->show(); // or nothing in it takes the focus
+    const QWidget* const focused = focusedIn(*before);
+    if (auto* const same = focused ? now->findChild<QWidget*>(focused->objectName()) : nullptr)
+        same->setFocus();
+    drop(*before);
 }
 
 void NoticeBar::remove(const QString& key)
@@ -50,17 +68,28 @@ void NoticeBar::remove(const QString& key)
     NoticeLine* const line = m_lines.take(key);
     if (!line)
         return;
-    giveFocusBack(*line);
-    line->hide();
-    line->deleteLater(); // one of its own buttons may be at work
+    drop(*line);
     setVisible(!m_lines.isEmpty());
+}
+
+void NoticeBar::drop(NoticeLine& line)
+{
+    giveFocusBack(line);
+    line.hide();
+    line.deleteLater(); // one of its own buttons may be at work
+}
+
+QWidget* NoticeBar::focusedIn(const NoticeLine& line) const
+{
+    QWidget* const focused = window()->focusWidget();
+    return focused && line.isAncestorOf(focused) ? focused : nullptr;
 }
 
 /// Qt would hand it to the next button: whoever meant to press this one would press that.
 void NoticeBar::giveFocusBack(const NoticeLine& line)
 {
-    QWidget* const focused = window()->focusWidget();
-    if (!focused || !line.isAncestorOf(focused))
+    QWidget* const focused = focusedIn(line);
+    if (!focused)
         return;
     QWidget* const before = m_before.data();
     if (before && before->isVisible() && before->isEnabled())

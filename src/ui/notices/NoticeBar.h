@@ -13,8 +13,8 @@ class NoticeLine;
 class Notices;
 
 /// Shows the notices below the pages, a line each, and nothing while there are none. A line keeps its place and the
-/// focus in it while others come and go; when it goes itself, the focus returns to where it came from. Both must
-/// outlive it.
+/// focus in it while others come and go, and when it is renewed; when it goes, the focus returns to where it came from.
+/// Both must outlive it.
 class NoticeBar final : public QWidget
 {
     Q_OBJECT
@@ -24,9 +24,13 @@ public:
     ~NoticeBar() override;
 
 private:
+    [[nodiscard]] NoticeLine* makeLine(const QString& key);
     void add(const QString& key);
+    void renew(const QString& key);
     void remove(const QString& key);
     void noteFocus(QWidget* before, QWidget* now);
+    void drop(NoticeLine& line);
+    [[nodiscard]] QWidget* focusedIn(const NoticeLine& line) const;
     void giveFocusBack(const NoticeLine& line);
 
     Notices& m_notices;

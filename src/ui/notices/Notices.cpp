@@ -10,13 +10,20 @@ Notices::Notices(Clock& clock)
 
 void Notices::show(Notice notice)
 {
-    takeBack(notice.key);
     const QString key = notice.key;
     Timer end;
     if (notice.life)
         end = m_clock.after(*notice.life, [this, key] { takeBack(key); });
-    m_entries.push_back({std::move(notice), std::move(end)});
-    Q_EMIT appeared(key);
+    const auto found = std::ranges::find(m_entries, key, keyOf);
+    if (found == m_entries.end()) {
+        m_entries.push_back({std::move(notice), std::move(end)});
+        Q_EMIT appeared(key);
+        return;
+    }
+    const Entry before = std::exchange(*found, Entry{std::move(notice), std::move(end)});
+    Q_EMIT renewed(key);
+    if (before.notice.onGone)
+        before.notice.onGone();
 }
 
 void Notices::takeBack(const QString& key)
@@ -46,7 +53,7 @@ const Notice* Notices::find(const QString& key) const
 
 Notices::Entries::const_iterator Notices::entry(const QString& key) const
 {
-    return std::ranges::find(m_entries, key, [](const Entry& entry) { return entry.notice.key; });
+    return std::ranges::find(m_entries, key, keyOf);
 }
 
 Notice Notices::take(Entries::const_iterator entry)

@@ -18,7 +18,7 @@ public:
     /// The clock must outlive this. Notices that are there at its end go without a word to anybody.
     explicit Notices(Clock& clock);
 
-    /// Shows it; one with the same key goes first.
+    /// Shows it, in the place of the one with the same key if there is one.
     void show(Notice notice);
     /// Takes it back; nothing happens if it is not there.
     void takeBack(const QString& key);
@@ -30,6 +30,7 @@ public:
 
 Q_SIGNALS:
     void appeared(const QString& key);
+    void renewed(const QString& key);
     void went(const QString& key);
 
 private:
@@ -40,6 +41,8 @@ private:
     };
 
     using Entries = std::list<Entry>;
+
+    static const QString& keyOf(const Entry& entry) { return entry.notice.key; }
 
     [[nodiscard]] Entries::const_iterator entry(const QString& key) const;
     /// Taken out, and told.

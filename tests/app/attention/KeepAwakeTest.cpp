@@ -43,13 +43,13 @@ protected:
                                        KeepAwake::Ports{activity, engine.settings(), engine.clock, inhibitor}};
 };
 
-TEST_F(KeepAwakeTest, SleepIsHeldOffWhileBytesMoveAndForSomeSecondsAfter)
+TEST_F(KeepAwakeTest, SleepIsHeldOffWhileBytesMoveAndUntilTheNextTry)
 {
     EXPECT_FALSE(inhibitor.isHeld);
     item->setStatus(downloading);
     EXPECT_TRUE(inhibitor.isHeld);
-    item->setStatus(paused);
-    engine.clock.advance(4s);
+    item->setStatus(queued);
+    engine.clock.advance(89s);
     EXPECT_TRUE(inhibitor.isHeld);
     engine.clock.advance(1s);
     EXPECT_FALSE(inhibitor.isHeld);
@@ -61,7 +61,7 @@ TEST_F(KeepAwakeTest, SleepIsHeldOffWhileAToolWorks)
     item->setExtractionStatus(extracting);
     EXPECT_TRUE(inhibitor.isHeld);
     item->setExtractionStatus(done);
-    engine.clock.advance(5s);
+    engine.clock.advance(90s);
     EXPECT_FALSE(inhibitor.isHeld);
 }
 
@@ -69,9 +69,9 @@ TEST_F(KeepAwakeTest, TheNextFileKeepsItHeld)
 {
     item->setStatus(downloading);
     item->setStatus(paused);
-    engine.clock.advance(4s);
+    engine.clock.advance(89s);
     item->setStatus(downloading);
-    engine.clock.advance(1min);
+    engine.clock.advance(10min);
     EXPECT_TRUE(inhibitor.isHeld);
     EXPECT_EQ(inhibitor.reasons.size(), 1);
 }
@@ -80,9 +80,9 @@ TEST_F(KeepAwakeTest, ChangesThatMeanNothingDoNotPutTheEndOff)
 {
     item->setStatus(downloading);
     item->setStatus(queued);
-    engine.clock.advance(3s);
+    engine.clock.advance(80s);
     item->setTotalBytes(5);
-    engine.clock.advance(2s);
+    engine.clock.advance(10s);
     EXPECT_FALSE(inhibitor.isHeld);
 }
 
@@ -90,7 +90,7 @@ TEST_F(KeepAwakeTest, TheReasonIsInTheUsersLanguage)
 {
     item->setStatus(downloading);
     item->setStatus(paused);
-    engine.clock.advance(5s);
+    engine.clock.advance(90s);
     engine.settings().language.set(AppLanguage::italian);
     item->setStatus(downloading);
     EXPECT_EQ(inhibitor.reasons,

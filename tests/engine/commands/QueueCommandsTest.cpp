@@ -190,6 +190,20 @@ TEST_F(QueueCommandsTest, RetryBeginsAgainFromTheFirstByte)
     EXPECT_EQ(item->bytesReceived(), 0);
 }
 
+TEST_F(QueueCommandsTest, RedownloadLeavesTheFileOfARowThatCanBePutBack)
+{
+    const QString path = engine.sandbox.write(u"Downloads/x.rar"_s, "finished");
+    const ItemPtr item = engine.add(u"http://h/x.rar"_s);
+    const ItemPtr mirror = engine.add(u"http://mirror/x.rar"_s);
+    for (const ItemPtr& one : {item, mirror}) {
+        one->setLocalPath(path);
+        one->setStatus(DownloadStatus::completed);
+    }
+    engine.manager().removed().remove({mirror->id()});
+    engine.manager().commands().redownloadItem(*item);
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/x.rar"_s), "finished");
+}
+
 TEST_F(QueueCommandsTest, RedownloadDeletesTheFinishedFileAndFetchesItAgain)
 {
     const ItemPtr item = engine.add(u"http://h/x.rar"_s);

@@ -26,6 +26,13 @@ protected:
         turnEventLoop();
     }
     [[nodiscard]] RemovedItems& removed() { return engine.manager().removed(); }
+    /// Its file has come down.
+    void comeDown(const ItemPtr& item)
+    {
+        engine.sandbox.write(u"Downloads/m/"_s + item->filename(), "volume");
+        arrive(item);
+        turnEventLoop();
+    }
     [[nodiscard]] qsizetype runs() { return engine.tools.calls(u"unrar"_s).size(); }
 
     ItemPtr first;
@@ -98,4 +105,91 @@ TEST_F(RemovedVolumesTest, ComeBackToARunThatGoesOnAndRunsOnce)
     go();
     ASSERT_TRUE(reaches(first, ExtractionStatus::failed));
     EXPECT_EQ(runs(), 1);
+}
+
+TEST_F(RemovedVolumesTest, AreUnpackedWithWhatCameWhileTheyWereAway)
+{
+    removed().remove({first->id()});
+    comeDown(third);
+    EXPECT_EQ(runs(), 0);
+    removed().putBack();
+    EXPECT_TRUE(reaches(first, ExtractionStatus::done));
+}
+
+TEST_F(RemovedVolumesTest, AreUnpackedWhenOneIsPutBackThatHasComeAnew)
+{
+    removed().remove({third->id()});
+    const ItemPtr again = engine.add(u"http://h/m.part3.rar"_s);
+    comeDown(again);
+    EXPECT_EQ(runs(), 0);
+    removed().putBack();
+    EXPECT_TRUE(reaches(first, ExtractionStatus::done));
+}
+
+TEST_F(RemovedVolumesTest, AreUnpackedWhenOneIsPutBackThatIsNotNeededAnyMore)
+{
+    engine.settings().downloadRevFiles.set(true);
+    const ItemPtr rev = engine.add(u"http://h/m.part1.rev"_s);
+    removed().remove({rev->id()});
+    comeDown(third);
+    removed().putBack();
+    EXPECT_TRUE(reaches(first, ExtractionStatus::done));
+}
+
+TEST_F(RemovedVolumesTest, OfAWholeSetThatRestedRestOn)
+{
+    comeDown(third);
+    ASSERT_TRUE(reaches(first, ExtractionStatus::done));
+    first->setExtractionStatus(ExtractionStatus::idle); // as after a stop
+    removed().remove({second->id()});
+    removed().putBack();
+    turnEventLoop();
+    EXPECT_EQ(first->extractionStatus(), ExtractionStatus::idle);
+    EXPECT_EQ(runs(), 1);
+}
+
+TEST_F(RemovedVolumesTest, AreNotWaitedForByWhoeverWantsTheRestUnpacked)
+{
+    engine.settings().autoExtract.set(false);
+    removed().remove({third->id()});
+    run(first);
+    EXPECT_TRUE(reaches(first, ExtractionStatus::done));
+}
+
+TEST_F(RemovedVolumesTest, ComeBackWithoutStartingWhatWasStoppedMeanwhile)
+{
+    engine.tools.add(u"unrar"_s, waitForGo() + "; exit 3");
+    comeDown(third);
+    ASSERT_TRUE(waitUntil([&] { return runs() == 1; }));
+    removed().remove({second->id()});
+    engine.manager().commands().stopExtraction(first->id());
+    ASSERT_TRUE(reaches(first, ExtractionStatus::idle));
+    removed().putBack();
+    turnEventLoop();
+    EXPECT_EQ(first->extractionStatus(), ExtractionStatus::idle);
+    EXPECT_EQ(runs(), 1);
+}
+
+TEST_F(RemovedVolumesTest, ComeBackToARunThatFailedMeanwhileAndAreTriedAgain)
+{
+    engine.tools.add(u"unrar"_s, waitForGo() + "; exit 3");
+    engine.tools.add(u"rar"_s, "exit 10");
+    comeDown(third);
+    ASSERT_TRUE(waitUntil([&] { return runs() == 1; }));
+    removed().remove({first->id(), second->id(), third->id()});
+    go();
+    ASSERT_TRUE(reaches(first, ExtractionStatus::idle));
+    unpackerMakes("movie.mkv");
+    removed().putBack();
+    EXPECT_TRUE(reaches(first, ExtractionStatus::done));
+}
+
+TEST_F(RemovedVolumesTest, KeepTheirPlacesForTheirFiles)
+{
+    const ItemPtr film = onDisk(u"movie.mkv"_s);
+    film->setLocalPath(engine.sandbox.write(u"Downloads/m/movie.mkv"_s, "mine"));
+    removed().remove({film->id()});
+    comeDown(third);
+    ASSERT_TRUE(reaches(first, ExtractionStatus::done));
+    EXPECT_EQ(engine.sandbox.read(u"Downloads/m/movie.mkv"_s), "mine");
 }

@@ -148,6 +148,24 @@ TEST_F(HostRestsTest, APageIsAskedForByOneThatEndsItsRestElsewhere)
     EXPECT_TRUE(rests.due(host));
 }
 
+TEST_F(HostRestsTest, APageWaitsForTheHostThatItsProbeAsksToo)
+{
+    const ItemId third = ItemId::make();
+    rests.failed(host, first, 2s);
+    rests.pageFailed(page, second);
+    clock.advance(20s);
+    rests.setProbe(host, first);
+    rests.setProbe(page, first);
+    EXPECT_FALSE(rests.leads(page, first, host));
+    EXPECT_FALSE(rests.holdsBack(host, first));
+    EXPECT_EQ(rests.behind(page), host);
+    EXPECT_TRUE(rests.holdsBack(page, third));
+    clock.advance(2s); // another one may ask meanwhile
+    EXPECT_EQ(rests.withoutProbe(), QSet<QString>{page});
+    rests.end(host);
+    EXPECT_TRUE(rests.isEmpty());
+}
+
 TEST_F(HostRestsTest, APageThatLeadsToItselfRestsAsAHost)
 {
     rests.failed(host, first, 2s);

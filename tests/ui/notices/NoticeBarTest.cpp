@@ -98,6 +98,25 @@ TEST_F(NoticeBarTest, AnotherLineStaysWhileOneComesAndGoes)
     EXPECT_EQ(line(u"a"_s), first);
 }
 
+TEST_F(NoticeBarTest, ARenewedLineKeepsItsPlaceAndSaysTheNewWords)
+{
+    bar.resize(600, 100);
+    bar.show();
+    show(u"a"_s);
+    show(u"b"_s);
+    Notice newer;
+    newer.key = u"a"_s;
+    newer.text = [](AppLanguage /*language*/) { return u"Newer"_s; };
+    desktop.notices.show(newer);
+    fixtures::turnEventLoop();
+    EXPECT_EQ(line(u"a"_s)->findChild<QLabel*>(u"noticeText"_s)->text(), u"Newer"_s);
+    EXPECT_LT(line(u"a"_s)->y(), line(u"b"_s)->y());
+    EXPECT_EQ(line(u"b"_s)->geometry().bottom(), bar.rect().bottom());
+    desktop.notices.takeBack(u"a"_s);
+    desktop.notices.takeBack(u"b"_s);
+    EXPECT_TRUE(bar.isHidden());
+}
+
 /// A window with something to write in above the bar.
 struct NoticeBarFocusTest : NoticeBarTest
 {
@@ -161,6 +180,28 @@ TEST_F(NoticeBarFocusTest, GoesToNoOtherWindow)
     ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
     ASSERT_EQ(QApplication::focusWidget(), undo(u"a"_s));
     desktop.notices.takeBack(u"a"_s);
+    EXPECT_EQ(QApplication::focusWidget(), &field);
+}
+
+TEST_F(NoticeBarFocusTest, StaysInALineThatIsRenewed)
+{
+    showTwo();
+    undo(u"a"_s)->setFocus();
+    show(u"a"_s);
+    fixtures::turnEventLoop(); // the line before has gone
+    EXPECT_EQ(QApplication::focusWidget(), undo(u"a"_s));
+    desktop.notices.takeBack(u"a"_s);
+    EXPECT_EQ(QApplication::focusWidget(), &field);
+}
+
+TEST_F(NoticeBarFocusTest, GoesBackFromALineThatIsRenewedWithoutIt)
+{
+    showTwo();
+    undo(u"a"_s)->setFocus();
+    Notice newer;
+    newer.key = u"a"_s;
+    newer.text = [](AppLanguage /*language*/) { return u"Newer"_s; };
+    desktop.notices.show(newer);
     EXPECT_EQ(QApplication::focusWidget(), &field);
 }
 

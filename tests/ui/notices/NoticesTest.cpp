@@ -80,6 +80,16 @@ TEST_F(NoticesTest, ANewerOneAboutTheSameTakesThePlaceWithATimeOfItsOwn)
     EXPECT_TRUE(notices.find(u"a"_s));
 }
 
+TEST_F(NoticesTest, ANewerOneAboutTheSameIsNoNewOne)
+{
+    QObject::connect(&notices, &Notices::appeared, [this](const QString& key) { told.push_back(key + u" came"_s); });
+    QObject::connect(&notices, &Notices::renewed, [this](const QString& key) { told.push_back(key + u" anew"_s); });
+    QObject::connect(&notices, &Notices::went, [this](const QString& key) { told.push_back(key + u" went"_s); });
+    notices.show(notice(u"a"_s));
+    notices.show(notice(u"a"_s));
+    EXPECT_THAT(told, ElementsAre(u"a came"_s, u"a anew"_s, u"a gone"_s));
+}
+
 TEST_F(NoticesTest, WhatANoticeLeadsToMayShowTheNext)
 {
     Notice first = notice(u"a"_s);

@@ -206,6 +206,8 @@ void QueueView::followPointer()
 
 void QueueView::mousePressEvent(QMouseEvent* event)
 {
+    if (m_drag->isPressed() && event->button() != Qt::LeftButton)
+        return; // what it calls up calls the drag off
     const RowHit hit = hitAt(event->pos());
     const QModelIndex index = indexAt(event->pos());
     const bool isOnButton = event->button() == Qt::LeftButton && hit.isButton();
@@ -293,9 +295,12 @@ bool QueueView::viewportEvent(QEvent* event)
 
 bool QueueView::event(QEvent* event)
 {
-    // A sheet or another window takes the mouse away without its button having come up here.
-    if (event->type() == QEvent::WindowBlocked || event->type() == QEvent::WindowDeactivate)
+    // A sheet, another window or another page takes the mouse away without its button having come up here.
+    if (event->type() == QEvent::WindowBlocked || event->type() == QEvent::WindowDeactivate ||
+        event->type() == QEvent::Hide) {
         m_drag->cancel();
+        pointNowhere();
+    }
     return QTreeView::event(event);
 }
 
@@ -380,10 +385,10 @@ void QueueView::keyPressEvent(QKeyEvent* event)
 
 void QueueView::contextMenuEvent(QContextMenuEvent* event)
 {
-    if (event->reason() == QContextMenuEvent::Keyboard) {
-        m_menus->openBelow(currentIndex());
-        return;
-    }
+    if (m_drag->isPressed())
+        return m_drag->cancel();
+    if (event->reason() == QContextMenuEvent::Keyboard)
+        return m_menus->openBelow(currentIndex());
     const QModelIndex index = indexAt(event->pos());
     if (!index.isValid())
         return;

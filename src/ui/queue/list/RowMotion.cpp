@@ -27,7 +27,8 @@ void RowMotion::timerEvent(QTimerEvent* /*event*/)
 {
     constexpr int stepDegrees = 8;
     const QModelIndexList moving = movingRows();
-    if (moving.isEmpty() || !m_view.isVisible()) {
+    // A minimised window is visible to Qt, and is not painted.
+    if (moving.isEmpty() || !m_view.isVisible() || m_view.window()->isMinimized()) {
         m_timer.stop(); // painting starts it again
         m_delegate.forgetUnseenBars();
         return;

@@ -7,6 +7,8 @@
 #include "ui/queue/rows/RowMetrics.h"
 #include "ui/queue/tree/QueueModel.h"
 
+#include <QApplication>
+#include <QContextMenuEvent>
 #include <QScrollBar>
 #include <QTest>
 
@@ -206,6 +208,33 @@ TEST_F(GroupDragTest, ThePictureIsSmallAndStaysBesideThePointer)
         EXPECT_FALSE(drag.pictureRect().contains(point));
     }
     drag.cancel();
+}
+
+TEST_F(GroupDragTest, TheOtherButtonCallsADragOffAndOpensNoMenu)
+{
+    const QPoint there = left(rect(1));
+    press(left(rect(3)));
+    moveTo(there);
+    QTest::mousePress(view.viewport(), Qt::RightButton, {}, there);
+    QContextMenuEvent menu(QContextMenuEvent::Mouse, there, view.viewport()->mapToGlobal(there));
+    QCoreApplication::sendEvent(view.viewport(), &menu);
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+    const QImage calm = view.grab().toImage();
+    moveTo(left(rect(5)));
+    EXPECT_EQ(view.grab().toImage(), calm) << "nothing is dragged";
+    drop(left(rect(5)));
+    EXPECT_EQ(order(), u"s f0 f1 f2");
+}
+
+TEST_F(GroupDragTest, EndsWhereItsPageGoes)
+{
+    press(left(rect(3)));
+    moveTo(left(rect(1)));
+    view.hide();
+    view.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&view));
+    drop(left(rect(1)));
+    EXPECT_EQ(order(), u"s f0 f1 f2");
 }
 
 TEST_F(GroupDragTest, ButtonsAreNotDragged)

@@ -320,6 +320,19 @@ TEST_F(QueueViewTest, ACountdownGoesOnWhenItsRowMovesOrIsRemoved)
     EXPECT_TRUE(watch.painted.isEmpty());
 }
 
+TEST_F(QueueViewTest, NothingMovesInAMinimisedWindow)
+{
+    items[0]->setStatus(DownloadStatus::resolving);
+    turnEventLoop();
+    view.viewport()->repaint();
+    ASSERT_TRUE(view.isMoving());
+    view.window()->showMinimized();
+    EXPECT_TRUE(fixtures::waitUntil([this] { return !view.isMoving(); }));
+    view.window()->showNormal();
+    view.viewport()->repaint();
+    EXPECT_TRUE(view.isMoving());
+}
+
 TEST_F(QueueViewTest, ACountdownGoesOnWhereNothingMayMove)
 {
     view.setStyle(new StillStyle(&view)); // the view owns it
