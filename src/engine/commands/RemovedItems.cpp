@@ -15,6 +15,7 @@
 #include "engine/transfer/ItemPart.h"
 #include "engine/transfer/TransferSession.h"
 #include "model/SetName.h"
+#include "text/FileName.h"
 
 #include <algorithm>
 #include <utility>
@@ -159,8 +160,10 @@ bool RemovedItems::mayVolumeComeBack(const QString& base) const
 
 bool RemovedItems::isTheirFile(const QString& path) const
 {
-    return std::any_of(m_removed.begin(), m_removed.end(), [&path](const Removed& removed) {
-        return removed.item->localPath() && isSameFile(*removed.item->localPath(), path);
+    const QString name = lastComponent(path);
+    return std::any_of(m_removed.begin(), m_removed.end(), [&](const Removed& removed) {
+        const std::optional<QString>& theirs = removed.item->localPath();
+        return theirs && lastComponent(*theirs) == name && isSameFile(*theirs, path);
     });
 }
 

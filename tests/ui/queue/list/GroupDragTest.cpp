@@ -228,13 +228,19 @@ TEST_F(GroupDragTest, TheOtherButtonCallsADragOffAndOpensNoMenu)
 
 TEST_F(GroupDragTest, EndsWhereItsPageGoes)
 {
+    QWidget window;
+    view.setParent(&window);
+    window.resize(view.size());
+    window.show();
+    view.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
     press(left(rect(3)));
     moveTo(left(rect(1)));
     view.hide();
     view.show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&view));
     drop(left(rect(1)));
     EXPECT_EQ(order(), u"s f0 f1 f2");
+    view.setParent(nullptr);
 }
 
 TEST_F(GroupDragTest, ButtonsAreNotDragged)
