@@ -193,3 +193,43 @@ TEST_F(RemovedVolumesTest, KeepTheirPlacesForTheirFiles)
     ASSERT_TRUE(reaches(first, ExtractionStatus::done));
     EXPECT_EQ(engine.sandbox.read(u"Downloads/m/movie.mkv"_s), "mine");
 }
+
+TEST_F(RemovedVolumesTest, AreNotWaitedForByWhoeverTellsThePassword)
+{
+    engine.tools.add(u"unrar"_s, "exit 11");
+    removed().remove({third->id()});
+    run(first);
+    ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
+    unpackerMakes("movie.mkv");
+    engine.manager().questions().submitExtractionPassword(u"secret"_s);
+    EXPECT_TRUE(reaches(first, ExtractionStatus::done));
+}
+
+TEST_F(RemovedVolumesTest, AreNotWaitedForByWhoeverTellsThePasswordDuringARun)
+{
+    engine.tools.add(u"unrar"_s, "exit 11");
+    removed().remove({third->id()});
+    run(first);
+    ASSERT_TRUE(waitUntil([&] { return question().has_value(); }));
+    engine.tools.add(u"unrar"_s, waitForGo() + "; exit 11");
+    run(first);
+    ASSERT_TRUE(waitUntil([&] { return runs() == 2; }));
+    engine.manager().questions().submitExtractionPassword(u"secret"_s);
+    unpackerMakes("movie.mkv");
+    go();
+    EXPECT_TRUE(reaches(first, ExtractionStatus::done));
+}
+
+TEST_F(RemovedVolumesTest, ThatAreGoneForGoodWakeNoSetLater)
+{
+    removed().remove({third->id()});
+    engine.clock.advance(timeToThink);
+    ASSERT_TRUE(reaches(first, ExtractionStatus::done));
+    first->setExtractionStatus(ExtractionStatus::idle); // as after a stop
+    const ItemPtr other = engine.add(u"http://h/x.bin"_s);
+    removed().remove({other->id()});
+    removed().putBack();
+    turnEventLoop();
+    EXPECT_EQ(first->extractionStatus(), ExtractionStatus::idle);
+    EXPECT_EQ(runs(), 1);
+}

@@ -38,6 +38,15 @@ struct NoticeBarTest : testing::Test
         desktop.notices.show(notice);
     }
 
+    /// Nothing can be done about it.
+    void showWords(const QString& key)
+    {
+        Notice notice;
+        notice.key = key;
+        notice.text = [](AppLanguage /*language*/) { return u"Newer"_s; };
+        desktop.notices.show(notice);
+    }
+
     [[nodiscard]] QWidget* line(const QString& key) const { return bar.findChild<QWidget*>(u"notice-"_s + key); }
 };
 
@@ -104,10 +113,7 @@ TEST_F(NoticeBarTest, ARenewedLineKeepsItsPlaceAndSaysTheNewWords)
     bar.show();
     show(u"a"_s);
     show(u"b"_s);
-    Notice newer;
-    newer.key = u"a"_s;
-    newer.text = [](AppLanguage /*language*/) { return u"Newer"_s; };
-    desktop.notices.show(newer);
+    showWords(u"a"_s);
     fixtures::turnEventLoop();
     EXPECT_EQ(line(u"a"_s)->findChild<QLabel*>(u"noticeText"_s)->text(), u"Newer"_s);
     EXPECT_LT(line(u"a"_s)->y(), line(u"b"_s)->y());
@@ -198,10 +204,7 @@ TEST_F(NoticeBarFocusTest, GoesBackFromALineThatIsRenewedWithoutIt)
 {
     showTwo();
     undo(u"a"_s)->setFocus();
-    Notice newer;
-    newer.key = u"a"_s;
-    newer.text = [](AppLanguage /*language*/) { return u"Newer"_s; };
-    desktop.notices.show(newer);
+    showWords(u"a"_s);
     EXPECT_EQ(QApplication::focusWidget(), &field);
 }
 

@@ -219,6 +219,7 @@ TEST_F(GroupDragTest, TheOtherButtonCallsADragOffAndOpensNoMenu)
     QContextMenuEvent menu(QContextMenuEvent::Mouse, there, view.viewport()->mapToGlobal(there));
     QCoreApplication::sendEvent(view.viewport(), &menu);
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+    EXPECT_EQ(view.currentIndex(), model.index(3, 0));
     const QImage calm = view.grab().toImage();
     moveTo(left(rect(5)));
     EXPECT_EQ(view.grab().toImage(), calm) << "nothing is dragged";

@@ -122,6 +122,18 @@ TEST_F(RowUnderPointer, IsTheOneThatComesThereWhenRowsGo)
     EXPECT_FALSE(isMarked(model.index(0, 0)));
 }
 
+TEST_F(RowUnderPointer, IsMarkedAgainAfterItsPageWentWithAButtonDown)
+{
+    const QPoint button = view.buttonsOf(plain()).front().rect.center();
+    moveTo(button);
+    send(QEvent::MouseButtonPress, button, Qt::LeftButton, Qt::LeftButton);
+    view.hide(); // and the button comes up elsewhere
+    view.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&view));
+    moveTo(name(member(0)));
+    EXPECT_TRUE(isMarked(member(0)));
+}
+
 TEST_F(RowUnderPointer, IsNoneWhileAGroupIsDragged)
 {
     moveTo(name(plain()));
