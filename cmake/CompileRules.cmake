@@ -2,7 +2,6 @@
 include_guard(GLOBAL)
 
 set(VORMEL_SANITIZE "" CACHE STRING "Sanitizers to build with, as the compiler names them (address,undefined or thread)")
-option(VORMEL_PRECOMPILED_HEADERS "Compile what most files include once for each target" ON)
 option(VORMEL_JOINED "Compile the files of a floor several at once: a first build takes a third, any later one longer" OFF)
 option(VORMEL_ASSERTIONS "Check library and Qt assertions also in optimised builds" OFF)
 
@@ -18,7 +17,9 @@ target_compile_options(vormel_rules INTERFACE
     -Wold-style-cast -Wcast-qual -Woverloaded-virtual -Wnon-virtual-dtor -Wshadow -Wconversion -Wsign-conversion
     -Wnull-dereference -Wimplicit-fallthrough
     # GCC 12 sees overlaps in std::string's own operator+ that are not there.
-    -Wno-restrict)
+    -Wno-restrict
+    # Some libraries ask for it, and headers are compiled once for all.
+    -pthread)
 target_compile_definitions(vormel_rules INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING
     QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_STRICT_ITERATORS QT_NO_KEYWORDS QT_NO_FOREACH
@@ -45,20 +46,10 @@ if(VORMEL_MOLD)
     target_link_options(vormel_rules INTERFACE -fuse-ld=mold)
 endif()
 
-# vormel_precompile(<target> <headers>...) has the target's files begin with the headers that most of them include, and these.
-# That no file leans on this is held by the test that compiles each header of the floors alone.
-function(vormel_precompile target)
-    if(VORMEL_PRECOMPILED_HEADERS)
-        target_precompile_headers(${target} PRIVATE
-            <QDir> <QFile> <QFileInfo> <QHash> <QObject> <QSet> <QString> <QStringList> <QUrl>
-            <algorithm> <array> <chrono> <functional> <memory> <mutex> <optional> <span> <unordered_map> <vector> ${ARGN})
-    endif()
-endfunction()
-
-# vormel_floor(<name> DEPENDS <targets>... EXCEPT <files>...) makes the static library vormel_<name> of every source file
-# below the calling folder but those. A floor names the floors it stands on; the architecture test holds its includes to that.
+# vormel_floor(<name> DEPENDS <targets>... EXCEPT <files>... HEADERS <name>) makes the static library vormel_<name> of every
+# source file below the calling folder but those; HEADERS are what each begins with, if not the common ones. A floor names the floors it stands on; the architecture test holds its includes to that.
 function(vormel_floor name)
-    cmake_parse_arguments(FLOOR "" "" "DEPENDS;EXCEPT;PRECOMPILE" ${ARGN})
+    cmake_parse_arguments(FLOOR "" "HEADERS" "DEPENDS;EXCEPT" ${ARGN})
     file(GLOB_RECURSE sources CONFIGURE_DEPENDS *.cpp *.h *.qrc)
     foreach(file IN LISTS FLOOR_EXCEPT)
         list(REMOVE_ITEM sources "${CMAKE_CURRENT_SOURCE_DIR}/${file}")
@@ -67,5 +58,8 @@ function(vormel_floor name)
     target_include_directories(vormel_${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
     target_link_libraries(vormel_${name} PUBLIC vormel_rules ${FLOOR_DEPENDS})
     set_target_properties(vormel_${name} PROPERTIES UNITY_BUILD ${VORMEL_JOINED} UNITY_BUILD_BATCH_SIZE 10)
-    vormel_precompile(vormel_${name} ${FLOOR_PRECOMPILE})
+    if(NOT FLOOR_HEADERS)
+        set(FLOOR_HEADERS headers)
+    endif()
+    vormel_precompile(vormel_${name} ${FLOOR_HEADERS})
 endfunction()
