@@ -34,7 +34,7 @@ TerabytezFileWalk::TerabytezFileWalk(TerabytezWebSession& session, Background& b
 
 QCoro::Task<TerabytezResolveResult> TerabytezFileWalk::run(Link url)
 {
-    co_await m_session.loadURL(url, TerabytezWebSession::longestLoad);
+    co_await loadFilePage(url);
     co_await waitForFormOrDownload(waitSteps);
     if (const std::optional<Link> file = m_session.capturedDownloadURL())
         co_return found(*file, std::nullopt);
@@ -55,6 +55,13 @@ QCoro::Task<TerabytezResolveResult> TerabytezFileWalk::run(Link url)
             co_return found(*file, name);
     }
     co_return TerabytezResolveResult{};
+}
+
+QCoro::Task<> TerabytezFileWalk::loadFilePage(Link url)
+{
+    co_await m_session.loadURL(url, TerabytezWebSession::longestLoad);
+    if (isPastLogin())
+        co_await m_session.loadURL(url, TerabytezWebSession::longestLoad);
 }
 
 QCoro::Task<> TerabytezFileWalk::waitForFormOrDownload(int steps)
@@ -101,7 +108,13 @@ QCoro::Task<std::optional<Link>> TerabytezFileWalk::linkOnPage()
 bool TerabytezFileWalk::isAtLogin() const
 {
     const std::optional<Link> url = m_session.currentUrl();
-    return url && url->path().startsWith("/login"_L1);
+    return url && isLoginPage(*url);
+}
+
+bool TerabytezFileWalk::isPastLogin() const
+{
+    const bool hasArrived = m_session.currentUrl().has_value() && !m_session.capturedDownloadURL();
+    return hasArrived && m_session.wasSentToLogin() && !isAtLogin();
 }
 
 std::optional<Link> TerabytezFileWalk::downloadShown() const

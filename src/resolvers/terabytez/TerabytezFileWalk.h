@@ -18,7 +18,10 @@ public:
     [[nodiscard]] QCoro::Task<TerabytezResolveResult> run(Link url);
 
 private:
+    [[nodiscard]] QCoro::Task<> loadFilePage(Link url);
     [[nodiscard]] bool isAtLogin() const;
+    /// Somebody signed in while the page was on its way to the login, which then leads elsewhere.
+    [[nodiscard]] bool isPastLogin() const;
     [[nodiscard]] QCoro::Task<bool> hasForm();
     [[nodiscard]] QCoro::Task<> waitForFormOrDownload(int steps);
     [[nodiscard]] QCoro::Task<bool> submitDownloadForm();

@@ -52,6 +52,11 @@ bool isDownloadURL(const Link& url, const TerabytezSite& site)
     return isOwn && !hasPages && hasFileEnding(url.absoluteString());
 }
 
+bool isLoginPage(const Link& url)
+{
+    return url.path().startsWith("/login"_L1);
+}
+
 std::optional<Link> extractDownloadLink(const QString& html, const TerabytezSite& site)
 {
     static const BoundedRegex address = anyBlanksIgnoringCase(uR"(https?://[^"'\s<>\\]+)"_s);

@@ -17,6 +17,7 @@ TerabytezWebSession::TerabytezWebSession(const Ports& ports, const TerabytezSite
 QCoro::Task<> TerabytezWebSession::loadURL(Link url, std::chrono::nanoseconds timeout)
 {
     const Wait wait = m_navCont.emplace();
+    m_wasSentToLogin = false;
     page().load(url);
     co_await over(wait, timeout);
 }
@@ -66,6 +67,7 @@ void TerabytezWebSession::syncCookiesToSharedStorage() const
 
 bool TerabytezWebSession::mayAsk(const WebPage::Request& request)
 {
+    m_wasSentToLogin = m_wasSentToLogin || (request.isMainFrame && isLoginPage(request.url));
     return !(isDownloadURL(request.url, m_site) && captures(request.url));
 }
 

@@ -46,6 +46,8 @@ public:
 
     /// The address of the file, once the page has asked for it.
     [[nodiscard]] const std::optional<Link>& capturedDownloadURL() const { return m_capturedDownloadURL; }
+    /// Has the page that was loaded last asked for the login on its way?
+    [[nodiscard]] bool wasSentToLogin() const { return m_wasSentToLogin; }
     /// Of the page that is shown.
     [[nodiscard]] std::optional<Link> currentUrl() const;
     /// Hands the service's cookies on to the transfers.
@@ -76,6 +78,7 @@ private:
     std::optional<Wait> m_pause;   ///< the latest wait for time
     int m_pendingNavCount = 0;     ///< navigations that ended while nobody waited
     std::optional<Link> m_capturedDownloadURL;
+    bool m_wasSentToLogin = false;
     std::unique_ptr<WebPage> m_page;
     std::stop_callback<std::function<void()>> m_onStop;
 };

@@ -10,26 +10,10 @@ namespace {
 using namespace std::chrono_literals;
 using testing::IsEmpty;
 
-const QString fileAddress = u"https://dl7.any.example/x/film.rar"_s;
 const QByteArray loginCookie = ".terabytez.example\tTRUE\t/\tTRUE\t0\txfss\tabc";
 
 class TerabytezFileWalkTest : public TerabytezScene
-{
-protected:
-    void expectFound(const WalkPtr& walk, const std::string& name = "film.rar", const QString& url = fileAddress)
-    {
-        ASSERT_TRUE(ends(walk));
-        EXPECT_EQ(walk->url(), url.toStdString());
-        EXPECT_EQ(walk->name(), name);
-        EXPECT_THAT(browser.pages, IsEmpty());
-    }
-    void expectError(const WalkPtr& walk, Kind kind)
-    {
-        ASSERT_TRUE(ends(walk));
-        EXPECT_EQ(walk->error, kind);
-        EXPECT_THAT(browser.pages, IsEmpty());
-    }
-};
+{};
 
 TEST_F(TerabytezFileWalkTest, LoadsTheFilesPage)
 {
@@ -172,33 +156,6 @@ TEST_F(TerabytezFileWalkTest, EachNavigationLetsOneWaitPass)
     const WalkPtr walk = start();
     EXPECT_EQ(timesRun(formQuestion()), 3);
     EXPECT_TRUE(waits());
-}
-
-TEST_F(TerabytezFileWalkTest, ALoginPageInPlaceOfTheFilesWantsASignIn)
-{
-    for (const QString& path : {u"/login"_s, u"/login.html?redirect=f1"_s, u"/%6cogin"_s}) {
-        shown.onLoad = [path](Page& page) { page.arrivesAt(u"https://terabytez.example"_s + path); };
-        const WalkPtr walk = start();
-        expectError(walk, Kind::loginRequired);
-    }
-}
-
-TEST_F(TerabytezFileWalkTest, AWordForLoginElsewhereInTheAddressWantsNone)
-{
-    for (const QString& path : {u"/f/login"_s, u"/?login"_s, u"/Login"_s}) {
-        shown.onLoad = [path](Page& page) { page.arrivesAt(u"https://terabytez.example"_s + path); };
-        const WalkPtr walk = start();
-        EXPECT_EQ(timesRun(formQuestion()), 1);
-        walk->stop.request_stop();
-        fixtures::turnEventLoop();
-    }
-}
-
-TEST_F(TerabytezFileWalkTest, ALoginPageThatTheFormLeadsToWantsASignIn)
-{
-    loadsWithForm();
-    shown.onSubmit = [](Page& page) { page.arrivesAt(u"https://terabytez.example/login"_s); };
-    expectError(start(), Kind::loginRequired);
 }
 
 TEST_F(TerabytezFileWalkTest, APageAtAFilesAddressIsTheFile)

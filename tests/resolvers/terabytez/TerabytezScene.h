@@ -131,10 +131,24 @@ protected:
     {
         return comes([this, timers] { return clock.pendingTimers() == timers; });
     }
+    void expectFound(const WalkPtr& walk, const std::string& name = "film.rar", const QString& url = fileAddress)
+    {
+        ASSERT_TRUE(ends(walk));
+        EXPECT_EQ(walk->url(), url.toStdString());
+        EXPECT_EQ(walk->name(), name);
+        EXPECT_TRUE(browser.pages.empty());
+    }
+    void expectError(const WalkPtr& walk, Kind kind)
+    {
+        ASSERT_TRUE(ends(walk));
+        EXPECT_EQ(walk->error, kind);
+        EXPECT_TRUE(browser.pages.empty());
+    }
     [[nodiscard]] Page& page(std::size_t number = 0) const { return *browser.pages.at(number); }
     [[nodiscard]] qsizetype timesRun(const QString& script) const { return page().scripts.count(script); }
     [[nodiscard]] static QString formQuestion() { return terabytezScripts::hasElement(QStringLiteral("form")); }
 
+    static inline const QString fileAddress = QStringLiteral("https://dl7.any.example/x/film.rar");
     const QString filePage = QStringLiteral("https://terabytez.example/f1");
     Shown shown;
     fixtures::ScriptedBrowser browser;
