@@ -16,9 +16,14 @@ class TerabytezFileWalkLogin : public TerabytezScene
 TEST_F(TerabytezFileWalkLogin, ALoginPageInPlaceOfTheFilesWantsASignIn)
 {
     for (const QString& path : {u"/login"_s, u"/login.html?redirect=f1"_s, u"/%6cogin"_s}) {
-        shown.onLoad = [path](Page& page) { page.arrivesAt(u"https://terabytez.example"_s + path); };
-        const WalkPtr walk = start();
-        expectError(walk, Kind::loginRequired);
+        int loads = 0;
+        shown.onLoad = [path, &loads](Page& page) {
+            ++loads;
+            EXPECT_TRUE(page.asks(u"https://terabytez.example"_s + path));
+            page.arrivesAt(u"https://terabytez.example"_s + path);
+        };
+        expectError(start(), Kind::loginRequired);
+        EXPECT_EQ(loads, 1);
     }
 }
 
