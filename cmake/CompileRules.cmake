@@ -47,7 +47,8 @@ if(VORMEL_MOLD)
 endif()
 
 # vormel_floor(<name> DEPENDS <targets>... EXCEPT <files>... HEADERS <name>) makes the static library vormel_<name> of every
-# source file below the calling folder but those; HEADERS are what each begins with, if not the common ones. A floor names the floors it stands on; the architecture test holds its includes to that.
+# source file below the calling folder but those; HEADERS are what each begins with, if not the common ones. A floor names the
+# floors it stands on; the architecture test holds its includes to that.
 function(vormel_floor name)
     cmake_parse_arguments(FLOOR "" "HEADERS" "DEPENDS;EXCEPT" ${ARGN})
     file(GLOB_RECURSE sources CONFIGURE_DEPENDS *.cpp *.h *.qrc)

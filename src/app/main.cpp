@@ -25,6 +25,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <optional>
 #include <variant>
 
@@ -203,8 +204,10 @@ int main(int argc, char** argv) // NOLINT(bugprone-exception-escape): the varian
     const vormel::Folders folders = vormel::Folders::ofThisUser();
     vormel::SingleInstance instance(folders.runtime);
     if (!instance.isFirst()) {
+        // It has nothing to put in order. Qt's thread of the buses may be at a message yet, and an end in order would
+        // take away what it uses.
         if (const std::optional<int> status = statusOfSecond(instance, addresses, token))
-            return *status;
+            std::quick_exit(*status);
     }
     return run(instance, signalsOfTheSystem, folders, addresses);
 }
